@@ -1,0 +1,35 @@
+# The rules that every target shares: warnings, floating point, sanitizers, include roots.
+
+add_library(brenvolt_flags INTERFACE)
+target_compile_options(brenvolt_flags INTERFACE
+  -Wall -Wextra -Wpedantic -Wconversion -Wshadow
+  # A fused multiply and add rounds once where the formulas round twice: figures must not depend on the processor.
+  -ffp-contract=off)
+if(BRENVOLT_WERROR)
+  target_compile_options(brenvolt_flags INTERFACE -Werror)
+endif()
+if(BRENVOLT_SANITIZE)
+  target_compile_options(brenvolt_flags INTERFACE -fsanitize=address,undefined -fno-sanitize-recover=all -fno-omit-frame-pointer)
+  target_link_options(brenvolt_flags INTERFACE -fsanitize=address,undefined)
+endif()
+
+# brenvolt_library(NAME SOURCES a.cpp ... [DEPENDS target ...])
+# A folder of the house. src/ and the root are the include roots: "data/wire_sizing.h", "platform/tables.h".
+function(brenvolt_library name)
+  cmake_parse_arguments(ARG "" "" "SOURCES;DEPENDS" ${ARGN})
+  add_library(${name} STATIC ${ARG_SOURCES})
+  target_include_directories(${name} PUBLIC "${CMAKE_SOURCE_DIR}/src" "${CMAKE_SOURCE_DIR}")
+  target_link_libraries(${name} PUBLIC brenvolt_flags ${ARG_DEPENDS})
+endfunction()
+
+# brenvolt_test(NAME SOURCES a_test.cpp ... [DEPENDS target ...])
+# One test program per folder; run with the repository as working directory.
+function(brenvolt_test name)
+  cmake_parse_arguments(ARG "" "" "SOURCES;DEPENDS" ${ARGN})
+  add_executable(${name} "${CMAKE_SOURCE_DIR}/tests/support/doctest_main.cpp" ${ARG_SOURCES})
+  target_include_directories(${name} PRIVATE "${CMAKE_SOURCE_DIR}/src" "${CMAKE_SOURCE_DIR}")
+  target_compile_definitions(${name} PRIVATE DOCTEST_CONFIG_SUPER_FAST_ASSERTS)
+  target_link_libraries(${name} PRIVATE brenvolt_flags ${ARG_DEPENDS})
+  add_test(NAME ${name} COMMAND ${name} WORKING_DIRECTORY "${CMAKE_SOURCE_DIR}")
+  set_tests_properties(${name} PROPERTIES ENVIRONMENT "BRENVOLT_BIN=${CMAKE_RUNTIME_OUTPUT_DIRECTORY}")
+endfunction()

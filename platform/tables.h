@@ -1,0 +1,217 @@
+// Tables of files and servers behind one set of operations, whatever engine holds them: the embedded database,
+// Access files, workbooks, delimited text, an ODBC server. Every engine gives the same texts for the same cells.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace brenvolt {
+
+namespace tables {
+class Engine;
+class Statement;
+} // namespace tables
+
+/// What `Execute` and `FetchNext` answer: 1 is success, anything else is not.
+enum class dbStatus : int {
+  success = 1,
+  noMoreRows = 2,
+  failure = 0,
+};
+
+/// The provider's last message.
+class ZanOleDbErrorInfo final {
+public:
+  [[nodiscard]] bool HasErrorInfo() const { return !message_.empty(); }
+  /// The message text. `clear` forgets it after the answer.
+  std::wstring GetErrorInfo(bool clear);
+  void Set(std::wstring message) { message_ = std::move(message); }
+  void Clear() { message_.clear(); }
+
+private:
+  std::wstring message_;
+};
+
+class ZanOleDbHelper final {
+public:
+  ZanOleDbHelper() = delete;
+  /// The initialisation string for a data source: "Provider=...;Data Source=...;...". `dataSource` is a file path, or
+  /// "odbc:" followed by an ODBC connection string. Credentials belong into that string: the unused arguments of the
+  /// first library have no counterpart.
+  static std::wstring FormatConnectString(
+      std::wstring_view dataSource, std::wstring_view provider, std::wstring_view extendedProperties);
+};
+
+/// A connection to one data source. The engine is chosen by the file's content, never by its name.
+class ZanOleDbConnection final {
+public:
+  ZanOleDbConnection();
+  ~ZanOleDbConnection();
+  ZanOleDbConnection(const ZanOleDbConnection&) = delete;
+  ZanOleDbConnection& operator=(const ZanOleDbConnection&) = delete;
+
+  /// Opens the data source named in `init`; a result below zero is a failure, told by `ErrorInfo`. A file that does
+  /// not exist is a failure, never made. `prompt` has no effect; `shared` false asks for exclusive writing.
+  int OpenFromInitializationString(std::wstring_view init, bool prompt, bool shared);
+  [[nodiscard]] bool IsConnected() const;
+  void Close();
+  /// The path of the database file (for a server: the connection string without its password). True when connected.
+  bool GetDatasource(std::wstring& path) const;
+  [[nodiscard]] ZanOleDbErrorInfo& ErrorInfo();
+
+  /// The engine behind the connection, absent when closed; for the classes of this header.
+  [[nodiscard]] tables::Engine* engine() const;
+
+private:
+  struct State;
+  std::unique_ptr<State> state_;
+};
+
+/// One statement on a connection and the rows that it answers. Columns count from 1.
+class ZanOleDbCommand {
+public:
+  ZanOleDbCommand();
+  virtual ~ZanOleDbCommand();
+  ZanOleDbCommand(const ZanOleDbCommand&) = delete;
+  ZanOleDbCommand& operator=(const ZanOleDbCommand&) = delete;
+
+  /// Not owned; must outlive the command's use.
+  void SetConnection(ZanOleDbConnection* connection);
+  [[nodiscard]] ZanOleDbConnection* GetConnection() const;
+  void SetCommandText(std::wstring_view text);
+  /// Marks the coming statement as one that could not be built (a value held a quote, a name a bracket): `Execute`
+  /// then fails with this message and nothing reaches the engine.
+  void SetBuildError(std::wstring message);
+  /// Runs the statement. The first row is reached by the first `FetchNext`.
+  dbStatus Execute();
+  dbStatus FetchNext();
+  /// Ends the statement; the object may be used again with a new text.
+  void Close();
+
+  [[nodiscard]] int GetColumnCount() const;
+  [[nodiscard]] std::wstring GetColumnName(int column) const;
+  /// The column's text as a person writes it (28, never 28.0); empty for NULL.
+  [[nodiscard]] std::wstring FieldAsString(int column) const;
+  [[nodiscard]] std::wstring FieldAsStringEx(int column) const { return FieldAsString(column); }
+  /// The column as a number with full precision; a text reads as its leading number, NULL as 0.
+  [[nodiscard]] double FieldAsDouble(int column) const;
+  [[nodiscard]] bool IsNull(int column) const;
+  [[nodiscard]] bool IsBlob(int column) const;
+  bool GetBlobData(int column, std::vector<std::byte>& buffer) const;
+  [[nodiscard]] ZanOleDbErrorInfo& ErrorInfo() { return error_; }
+
+protected:
+  ZanOleDbConnection* connection_ = nullptr;
+
+private:
+  std::wstring text_;
+  ZanOleDbErrorInfo error_;
+  bool buildFailed_ = false;
+  std::unique_ptr<tables::Statement> statement_;
+};
+
+/// The catalogue of a connection: its tables, sorted by name without case, the same on every engine.
+class ZanOleDbTables final {
+public:
+  /// True on success. `type` is "TABLE" (views included, system tables not).
+  bool Open(ZanOleDbConnection& connection, std::wstring_view type);
+  /// All names from the present position on.
+  void GetTableList(std::vector<std::wstring>& names);
+  bool FetchNext();
+  bool GetName(std::wstring& name) const;
+  void Close();
+
+private:
+  std::vector<std::wstring> names_;
+  std::size_t next_ = 0;
+};
+
+/// The columns of one table, in ordinal order, ordinals from 1. The table is found without regard to case.
+class ZanOleDbColumns final {
+public:
+  bool Open(ZanOleDbConnection& connection, std::wstring_view table);
+  bool FetchNext();
+  bool GetName(std::wstring& name) const;
+  [[nodiscard]] int OrdinalPosition() const;
+  void Close();
+
+private:
+  std::vector<std::wstring> names_;
+  std::size_t next_ = 0;
+};
+
+/// What a file recordset opens: any file that the engines know.
+enum class ConnectType : int { file = 1 };
+enum class FileType : int { workbook = 1 };
+
+/// A recordset over a file: a command with a connection of its own. For a workbook each sheet is a table, addressed
+/// by its name with "$" appended; the first row is the header.
+class ZanOleDbRecordset : public ZanOleDbCommand {
+public:
+  void Close();
+
+protected:
+  ZanOleDbConnection own_;
+};
+
+class ZanOleDbFileRecordset final : public ZanOleDbRecordset {
+public:
+  ZanOleDbFileRecordset(ConnectType connectType, FileType fileType);
+  /// Opens the file read-only; false when it cannot be opened, told by `ErrorInfo`.
+  bool Open(std::wstring_view filePath);
+  [[nodiscard]] ZanOleDbConnection& connection() { return own_; }
+};
+
+/// Inserts and deletes records by column and value, each as one statement.
+class ZanOleDbDDLCommand final {
+public:
+  explicit ZanOleDbDDLCommand(ZanOleDbConnection& connection);
+  /// The table's name, with or without brackets.
+  void SetTable(std::wstring_view name);
+  /// Empty values are stored, and searched, as NULL.
+  void EmptyAsNull(bool on);
+  /// A condition of `Delete`: column (brackets optional), format "='%s'" or "=%d", value.
+  void AddSearchCol(std::wstring_view column, std::wstring_view format, std::wstring_view value);
+  /// A value of `Insert`.
+  void AddColumn(std::wstring_view column, std::wstring_view format, std::wstring_view value);
+  [[nodiscard]] bool Insert();
+  [[nodiscard]] bool Delete();
+  [[nodiscard]] ZanOleDbErrorInfo& ErrorInfo() { return error_; }
+
+private:
+  struct Column {
+    std::wstring name;
+    std::wstring format;
+    std::wstring value;
+  };
+  bool run(std::wstring statement);
+
+  ZanOleDbConnection& connection_;
+  std::wstring table_;
+  bool emptyAsNull_ = false;
+  std::vector<Column> search_;
+  std::vector<Column> values_;
+  ZanOleDbErrorInfo error_;
+};
+
+/// One transaction on a connection: rolled back unless committed.
+class TableTransaction final {
+public:
+  explicit TableTransaction(ZanOleDbConnection& connection);
+  ~TableTransaction();
+  TableTransaction(const TableTransaction&) = delete;
+  TableTransaction& operator=(const TableTransaction&) = delete;
+  /// False when the engine could not begin (locked, read-only): `connection.ErrorInfo()` tells.
+  [[nodiscard]] bool isOpen() const { return open_; }
+  [[nodiscard]] bool commit();
+
+private:
+  ZanOleDbConnection& connection_;
+  bool open_ = false;
+};
+
+} // namespace brenvolt

@@ -1,0 +1,42 @@
+// Cutting and trimming wide text.
+#pragma once
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace brenvolt {
+
+/// Blank, tab, carriage return and line feed.
+inline constexpr std::wstring_view blankCharacters = L" \t\r\n";
+
+[[nodiscard]] bool isBlank(wchar_t character);
+
+/// The text without the given characters at both ends.
+[[nodiscard]] std::wstring trim(std::wstring_view text, std::wstring_view characters = blankCharacters);
+[[nodiscard]] std::wstring_view trimView(
+    std::wstring_view text, std::wstring_view characters = blankCharacters);
+
+/// All fields between separators, empty ones included. An empty text is one empty field.
+[[nodiscard]] std::vector<std::wstring> splitKeepingEmpty(std::wstring_view text, wchar_t separator);
+
+/// The non-empty fields between separators: later fields shift down over empty ones.
+[[nodiscard]] std::vector<std::wstring> splitSkippingEmpty(std::wstring_view text, wchar_t separator);
+
+/// The fields ahead of the first empty one.
+[[nodiscard]] std::vector<std::wstring> splitUntilEmpty(std::wstring_view text, wchar_t separator);
+
+/// The parts with the separator text between them.
+[[nodiscard]] std::wstring join(const std::vector<std::wstring>& parts, std::wstring_view separator);
+
+/// Every occurrence of `from` replaced by `to`.
+[[nodiscard]] std::wstring replaceAll(std::wstring_view text, std::wstring_view from, std::wstring_view to);
+
+/// The text without any blank character " " (tabs stay): sizes are stored so.
+[[nodiscard]] std::wstring removeBlanks(std::wstring_view text);
+
+/// The balanced "(...)" forms at the start of a trimmed text; what stands behind the last complete form is dropped.
+/// Parentheses inside quotes count like all others. No form at all gives the whole trimmed text as the one entry.
+[[nodiscard]] std::vector<std::wstring> splitForms(std::wstring_view text);
+
+} // namespace brenvolt
