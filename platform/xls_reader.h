@@ -1,0 +1,88 @@
+// Reading workbooks (.xls) that people edit: what each cell shows, sheet by sheet, without the formulas and formats
+// behind it. Sheets are listed at once; the cells of a sheet are read only when that sheet is asked for.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <limits>
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace brenvolt {
+
+/// One cell as a person reads it.
+struct WorkbookCell {
+  enum class Kind : std::uint8_t { empty, text, number, boolean, date, error };
+
+  Kind kind = Kind::empty;
+  /// The stored number of a number or a date (days), 1 or 0 of a boolean, 0 otherwise.
+  double number = 0.0;
+  /// 28 (never 28.0), 2026-11-21, 2026-11-21 13:05:00, 13:05:00, TRUE, #N/A, or the text itself.
+  std::wstring text;
+};
+
+/// The cells of one sheet. Rows and columns count from 0; a place outside the used range is an empty cell.
+class WorkbookSheet final {
+public:
+  WorkbookSheet();
+  ~WorkbookSheet();
+  WorkbookSheet(WorkbookSheet&&) noexcept;
+  WorkbookSheet& operator=(WorkbookSheet&&) noexcept;
+
+  [[nodiscard]] const std::wstring& name() const;
+  /// Rows up to the last one, and columns up to the last one, that hold a cell which is not blank. A cell with
+  /// nothing but a format is blank; a formula that answers an empty text is not.
+  [[nodiscard]] std::size_t rowCount() const;
+  [[nodiscard]] std::size_t columnCount() const;
+
+  [[nodiscard]] WorkbookCell::Kind kind(std::size_t row, std::size_t column) const;
+  [[nodiscard]] double number(std::size_t row, std::size_t column) const;
+  [[nodiscard]] std::wstring text(std::size_t row, std::size_t column) const;
+  [[nodiscard]] WorkbookCell cell(std::size_t row, std::size_t column) const;
+
+private:
+  friend class WorkbookReader;
+  struct State;
+  std::unique_ptr<State> state_;
+};
+
+/// A sheet of the workbook's list: worksheets only, in the order of their tabs.
+struct WorkbookSheetInfo {
+  std::wstring name;
+  /// Hidden by the user or by a program; its cells can be read all the same.
+  bool isHidden = false;
+};
+
+/// Reads one workbook file. Every failure is told by `error()` with the file and the reason, in bounded time whatever
+/// the file holds.
+class WorkbookReader final {
+public:
+  static constexpr std::size_t allRows = std::numeric_limits<std::size_t>::max();
+
+  WorkbookReader();
+  ~WorkbookReader();
+  WorkbookReader(WorkbookReader&&) noexcept;
+  WorkbookReader& operator=(WorkbookReader&&) noexcept;
+
+  /// Whether the file starts as a compound file does, so that `open` is worth trying; a text document of the same
+  /// family does so too and is then refused by `open`.
+  [[nodiscard]] static bool looksLikeWorkbook(std::wstring_view path);
+
+  /// Opens the file and lists its sheets. False when it cannot be read, is no workbook, is damaged or is encrypted.
+  [[nodiscard]] bool open(std::wstring_view path);
+  [[nodiscard]] const std::vector<WorkbookSheetInfo>& sheets() const;
+  /// The sheet of this name, ordinal without case, as an index into `sheets()`.
+  [[nodiscard]] std::optional<std::size_t> findSheet(std::wstring_view name) const;
+  /// The cells of one sheet in its first `maximumRows` rows; nothing when the sheet is damaged or does not exist.
+  [[nodiscard]] std::optional<WorkbookSheet> readSheet(std::size_t index, std::size_t maximumRows = allRows);
+  [[nodiscard]] const std::wstring& error() const;
+
+private:
+  struct State;
+  std::unique_ptr<State> state_;
+};
+
+} // namespace brenvolt
