@@ -1,0 +1,166 @@
+// The rules of the house that a reader of includes can check: no include runs upwards or sideways, each closed
+// library has its few readers, every source is listed, no file grows beyond one idea.
+#include <doctest/doctest.h>
+
+#include <algorithm>
+#include <filesystem>
+#include <fstream>
+#include <map>
+#include <optional>
+#include <set>
+#include <sstream>
+#include <string>
+#include <vector>
+
+namespace fs = std::filesystem;
+
+namespace {
+
+/// A floor of the plug-in: what stands on it may include what stands on lower floors, and itself.
+struct Floor {
+  const char* room;
+  int level;
+};
+constexpr Floor floors[] = {
+    {"text", 0},    {"expr", 1},   {"host_api", 1}, {"host", 2},  {"widgets", 2}, {"data", 3},
+    {"drawing", 4}, {"config", 5}, {"build", 6},    {"flows", 7}, {"plugin", 8},
+};
+
+/// The readers of each header of platform/ inside src/.
+const std::map<std::string, std::string> platformReaders = {
+    {"platform/tables.h", "data"},
+    {"platform/statement_text.h", "data"},
+    {"platform/xml_document.h", "drawing"},
+    {"platform/workbook_writer.h", "flows"},
+};
+
+/// What the rooms of the simulated host may see of src/ beside text/ and the host's face. The tool is no part of the
+/// host: it calls services of the plug-in's lower floors directly, and never a flow.
+const std::map<std::string, std::set<std::string>> simhostReaders = {
+    {"lisp", {}},
+    {"drawing", {}},
+    {"host", {}},
+    {"ui", {}},
+    {"cli", {"expr", "host", "data", "drawing", "build"}},
+};
+
+std::optional<int> levelOf(const std::string& room) {
+  for (const Floor& floor : floors)
+    if (room == floor.room) return floor.level;
+  return std::nullopt;
+}
+
+std::string roomOfInclude(const std::string& include) {
+  if (include.starts_with("host/host_api")) return "host_api";
+  return include.substr(0, include.find('/'));
+}
+
+std::vector<fs::path> sourcesBelow(const fs::path& folder) {
+  std::vector<fs::path> files;
+  for (const auto& entry : fs::recursive_directory_iterator(folder))
+    if (entry.path().extension() == ".h" || entry.path().extension() == ".cpp") files.push_back(entry.path());
+  std::sort(files.begin(), files.end());
+  return files;
+}
+
+std::vector<std::string> linesOf(const fs::path& file) {
+  std::ifstream in(file);
+  std::vector<std::string> lines;
+  for (std::string line; std::getline(in, line);)
+    lines.push_back(line);
+  return lines;
+}
+
+std::vector<std::string> projectIncludesOf(const fs::path& file) {
+  std::vector<std::string> includes;
+  for (const std::string& line : linesOf(file)) {
+    if (!line.starts_with("#include \"")) continue;
+    const std::size_t end = line.find('"', 10);
+    includes.push_back(line.substr(10, end - 10));
+  }
+  return includes;
+}
+
+std::string roomOfFile(const fs::path& file) {
+  const std::string relative = file.lexically_relative("src").generic_string();
+  return roomOfInclude(relative);
+}
+
+} // namespace
+
+TEST_CASE("no include in src/ runs upwards or sideways") {
+  for (const fs::path& file : sourcesBelow("src")) {
+    const std::string room = roomOfFile(file);
+    const std::optional<int> level = levelOf(room);
+    REQUIRE_MESSAGE(level.has_value(), "no floor for ", file.string());
+    for (const std::string& include : projectIncludesOf(file)) {
+      if (include.starts_with("platform/")) {
+        const auto reader = platformReaders.find(include);
+        const bool isReader = reader != platformReaders.end() && reader->second == room;
+        CHECK_MESSAGE(isReader, file.string(), " may not read ", include);
+        continue;
+      }
+      const std::string target = roomOfInclude(include);
+      const std::optional<int> targetLevel = levelOf(target);
+      const bool downwards = targetLevel.has_value() && (*targetLevel < *level || target == room);
+      CHECK_MESSAGE(downwards, file.string(), " includes ", include);
+    }
+  }
+}
+
+TEST_CASE("platform/ knows only text/ and itself") {
+  for (const fs::path& file : sourcesBelow("platform"))
+    for (const std::string& include : projectIncludesOf(file)) {
+      const bool allowed = include.starts_with("platform/") || include.starts_with("text/");
+      CHECK_MESSAGE(allowed, file.string(), " includes ", include);
+    }
+}
+
+TEST_CASE("the public headers of platform/ name no library") {
+  for (const fs::path& file : sourcesBelow("platform")) {
+    if (file.extension() != ".h") continue;
+    for (const std::string& line : linesOf(file))
+      for (const char* library : {"sqlite3", "mdbtools", "pugi", "<sql", "glib"})
+        CHECK_MESSAGE(line.find(library) == std::string::npos, file.string(), ": ", line);
+  }
+}
+
+TEST_CASE("the simulated host sees of the plug-in only the host's face") {
+  for (const fs::path& file : sourcesBelow("simhost")) {
+    const std::string room = roomOfInclude(file.lexically_relative("simhost").generic_string());
+    const auto allowed = simhostReaders.find(room);
+    REQUIRE_MESSAGE(allowed != simhostReaders.end(), "no rule for ", file.string());
+    for (const std::string& include : projectIncludesOf(file)) {
+      if (include.starts_with("simhost/")) continue;
+      const std::string target = roomOfInclude(include);
+      const bool free = target == "text" || target == "host_api" || (target == "platform" && room == "cli");
+      CHECK_MESSAGE((free || allowed->second.contains(target)), file.string(), " includes ", include);
+    }
+  }
+}
+
+TEST_CASE("every source is listed by name in its folder") {
+  for (const char* building : {"src", "platform", "simhost", "tests"})
+    for (const fs::path& file : sourcesBelow(building)) {
+      if (file.extension() != ".cpp") continue;
+      bool listed = false;
+      for (fs::path folder = file.parent_path(); !folder.empty() && !listed; folder = folder.parent_path()) {
+        std::ifstream in(folder / "CMakeLists.txt");
+        std::stringstream text;
+        text << in.rdbuf();
+        listed = text.str().find(file.filename().string()) != std::string::npos;
+      }
+      if (file.filename() == "doctest_main.cpp") continue;
+      CHECK_MESSAGE(listed, file.string(), " is in no CMakeLists.txt");
+    }
+}
+
+TEST_CASE("files open with what they are for and keep to one idea") {
+  for (const char* building : {"src", "platform", "simhost", "tests"})
+    for (const fs::path& file : sourcesBelow(building)) {
+      const std::vector<std::string> lines = linesOf(file);
+      CHECK_MESSAGE(lines.size() <= 800, file.string(), " has ", lines.size(), " lines");
+      if (file.extension() == ".h" && !lines.empty())
+        CHECK_MESSAGE(lines.front().starts_with("//"), file.string(), " does not open with its purpose");
+    }
+}
