@@ -12,6 +12,10 @@ namespace brenvolt {
 
 /// Collating without case by the user's locale. For what a person reads: names of circuits, types, histories,
 /// titles. One rule for the whole program, sorting included: negative, zero or positive.
+/// The order of upper-cased texts is the one of the locale that the environment names (LC_ALL, LC_COLLATE, LANG;
+/// read once), and without such a locale a built-in one: ordinal, Latin letters with accents beside their plain
+/// letter. Zero only for texts that are equal without case: where the order makes no difference (many locales pass
+/// over punctuation), code units decide.
 [[nodiscard]] int compareCollating(std::wstring_view left, std::wstring_view right);
 [[nodiscard]] bool equalsCollating(std::wstring_view left, std::wstring_view right);
 
@@ -25,7 +29,8 @@ struct CollatingLess {
   }
 };
 
-/// Simple case mapping, code unit by code unit, the same in every locale.
+/// Simple case mapping, code unit by code unit, the same in every locale. A letter beyond ASCII never maps to an
+/// ASCII one.
 [[nodiscard]] std::wstring toUpper(std::wstring_view text);
 [[nodiscard]] std::wstring toLower(std::wstring_view text);
 

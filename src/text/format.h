@@ -14,8 +14,9 @@ namespace brenvolt {
 using FormatArgument = std::variant<std::wstring_view, std::int64_t, double>;
 
 /// `format` with its placeholders filled in order. Known are %s, %d and %f with optional width and precision
-/// ("%.2f", "%03d") and %%. A placeholder without an argument left, of another kind than its argument, or of an
-/// unknown letter stays in the text as it stands.
+/// ("%.2f", "%03d", "%-8s"; both at most 1024) and %%. A placeholder without an argument left, of another kind than
+/// its argument, or of an unknown letter stays in the text as it stands; of these only the second uses an argument
+/// up, so that the placeholders behind it still meet theirs.
 [[nodiscard]] std::wstring formatText(
     std::wstring_view format, std::initializer_list<FormatArgument> arguments);
 
