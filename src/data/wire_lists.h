@@ -1,0 +1,53 @@
+// What the wire tables' texts mean: ranges of conduit fill and ambient temperature, factor texts, impedance cells.
+// Pure functions on texts; the reader of the tables hands them what it read.
+#pragma once
+
+#include "data/wire_sizing.h"
+
+#include <map>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace brenvolt {
+
+/// A factor text without trailing zeros; a point left bare gets one zero back: 0.80 is 0.8, 1.00 is 1.0.
+[[nodiscard]] std::wstring normaliseFactor(std::wstring_view text);
+
+/// Turns the upper limits of the fill table into ranges in place: 3, 6, 9, 20 become 1~3, 4~6, 7~9, >9. The last
+/// limit is not used. A single limit is both ends of its range: 3 becomes 1~3.
+void makeFillRanges(std::vector<std::wstring>& limits);
+
+/// Turns ambient brackets, named by their upper limit with a unit letter, into ranges in place (25C, 30C, 35C become
+/// 0~25C, 26~30C, 31~35C) and answers the index of the first bracket from the top that begins below `ambient`
+/// degrees: 30 selects the second of these.
+[[nodiscard]] std::size_t makeAmbientRanges(std::vector<std::wstring>& brackets, int ambient);
+
+/// The degrees of an option text such as "30C"; a trailing C of either case is dropped.
+[[nodiscard]] int ambientDegrees(std::wstring_view option);
+
+/// An impedance cell "x;r". Nothing without a semicolon.
+[[nodiscard]] std::optional<Impedance> parseImpedance(std::wstring_view cell);
+
+/// A row of the impedance table for one raceway.
+struct ImpedanceRow {
+  std::wstring size;
+  std::wstring cell;
+};
+
+/// The impedance of a size whose own cell is empty, by linear interpolation between its neighbours of the same unit
+/// word ("250 KCMIL" never with "4/0"); at an end the one neighbour's. Zero for a size that has no row of its own.
+/// Nothing when there is no neighbour with a cell, or a neighbour's cell is no impedance.
+[[nodiscard]] std::optional<Impedance> interpolateImpedance(
+    const std::vector<ImpedanceRow>& rows, std::wstring_view size);
+
+/// A size text as its leading number and the rest, the unit word: trimmed, without case, "number" when empty. "1/0"
+/// is the number 1 of the word "/0".
+struct SizeNumber {
+  double number = 0.0;
+  std::wstring unit;
+};
+[[nodiscard]] SizeNumber splitSize(std::wstring_view size);
+
+} // namespace brenvolt

@@ -1,0 +1,266 @@
+// Worked cases of conductor selection that can be checked on paper: the arithmetic stands beside each row.
+#include "data/wire_lists.h"
+#include "data/wire_sizing.h"
+
+#include "text/encoding.h"
+#include "text/numbers.h"
+
+#include <doctest/doctest.h>
+
+#include <cmath>
+
+using namespace brenvolt;
+
+namespace {
+
+std::string utf8(const std::wstring& text) {
+  return toUtf8(text);
+}
+
+std::vector<std::string> sizesOf(const std::vector<WireCandidate>& rows) {
+  std::vector<std::string> sizes;
+  for (const WireCandidate& row : rows)
+    sizes.push_back(utf8(row.size));
+  return sizes;
+}
+
+WireCandidate candidate(const wchar_t* size, const wchar_t* ampacity, const wchar_t* percent = L"") {
+  WireCandidate row;
+  row.size = size;
+  row.ampacity = ampacity;
+  row.loadPercent = percent;
+  return row;
+}
+
+/// Copper at 75C.
+const std::vector<ZanWireRow> copper = {{L"14 AWG", 20}, {L"10 AWG", 35}, {L"4 AWG", 85}, {L"1/0 AWG", 150}};
+
+} // namespace
+
+TEST_CASE("the design current adds the extra current to the multiplied one") {
+  CHECK(totalCurrent(52, 1.25, -1) == doctest::Approx(65.0));
+  CHECK(totalCurrent(52, 1.25, 10) == doctest::Approx(75.0));
+  CHECK(totalCurrent(52, 1.25, 1e-6) == doctest::Approx(65.0)); // not given
+}
+
+TEST_CASE("continuous and fill do not stack, ambient does") {
+  struct Row {
+    const char* why;
+    DeratingFactors factors;
+    double overall;
+  };
+  const Row rows[] = {
+      {"nothing on", {}, 1.0},
+      {"0.8 alone", {0.8, {}, {}}, 0.8},
+      {"the smaller of 0.8 and 0.7, not 0.56", {0.8, 0.7, {}}, 0.7},
+      {"0.7 x 0.91", {0.8, 0.7, 0.91}, 0.7 * 0.91},
+      {"a factor of 0 counts as 1", {0.0, 0.0, {}}, 1.0},
+      {"but not for ambient", {0.8, {}, 0.0}, 0.0},
+  };
+  for (const Row& row : rows) {
+    CAPTURE(row.why);
+    CHECK(overallFactor(row.factors) == doctest::Approx(row.overall));
+  }
+}
+
+TEST_CASE("the voltage drop follows the formula in feet, metres, one and three phases") {
+  struct Row {
+    const char* arithmetic;
+    DropCircuit circuit;
+    Impedance impedance;
+    double volts;
+  };
+  const Row rows[] = {
+      {"1.732 x 250 x 0.0003048 x 52 x (1.0 x 0.85 + 0.157 x 0.52678)",
+       {false, false, 250, 52, 0.85},
+       {0.157, 1.0},
+       6.4010},
+      {"1.732 x 100 x 3.280833 x 0.0003048 x 100 x (0.17 + 0.1 x sqrt(0.2775))",
+       {false, true, 100, 100, 0.85},
+       {0.1, 0.2},
+       3.85685},
+      {"2 x 100 x 0.0003048 x 10 x 3.9 at a power factor of 1",
+       {true, false, 100, 10, 1.0},
+       {0.164, 3.9},
+       2.377440},
+      {"purely reactive: 2 x 100 x 0.0003048 x 10 x 0.164",
+       {true, false, 100, 10, 0.0},
+       {0.164, 3.9},
+       0.0999744},
+      {"a power factor above 1 gives no drop", {true, false, 100, 10, 1.1}, {0.164, 3.9}, 0.0},
+  };
+  for (const Row& row : rows) {
+    CAPTURE(row.arithmetic);
+    CHECK(voltageDrop(row.circuit, row.impedance) == doctest::Approx(row.volts).epsilon(1e-4));
+  }
+}
+
+TEST_CASE("drop, percent, loss and cost follow from the shown cell before") {
+  CHECK(dropCell(6.404) == L"6.4");
+  CHECK(dropPercentCell(L"6.4", 460) == L"1.39");      // 6.4 / 460 x 100
+  CHECK(lossCell(L"6.4", 3, 52) == L"0.58");           // 1.732 x 6.4 x 52 / 1000
+  CHECK(lossCell(L"6.4", 1, 52) == L"0.33");           // 6.4 x 52 / 1000
+  CHECK(lossCell(L"6.4", 2, 52) == L"0.58");           // any other phase counts as three
+  CHECK(costCell(L"0.58", 0.08, L"$") == L"$ 406.74"); // 0.58 x 24 x 365.25 x 0.08
+
+  CHECK(dropCell(0.0) == L"-");
+  CHECK(dropCell(0.004) == L"-");
+  CHECK(dropPercentCell(L"6.4", 0) == L"-");
+  CHECK(dropPercentCell(L"-", 0) == L"-");
+  CHECK(lossCell(L"-", 3, 52) == L"-");
+  CHECK(costCell(L"-", 0.08, L"$") == L"-");
+}
+
+TEST_CASE("an ampacity that the load meets exactly shows 100, is red, and is passed by") {
+  std::vector<WireCandidate> rows = singleRunRows(copper, 0.8);
+  CHECK(rows[2].ampacity == L"68");
+  fillLoadPercent(rows, 68);
+  CHECK(rows[0].loadPercent == L"425");
+  CHECK(rows[2].loadPercent == L"100");
+  CHECK(rows[2].isOverloaded);
+  CHECK_FALSE(rows[3].isOverloaded);
+  CHECK(proposedRow(rows, 68) == 3);
+
+  std::vector<WireCandidate> shown = rows;
+  removeOverloaded(shown, UndersizedRows::show);
+  CHECK(sizesOf(shown) == std::vector<std::string>{"10 AWG", "4 AWG", "1/0 AWG"});
+  removeOverloaded(rows, UndersizedRows::hide);
+  CHECK(sizesOf(rows) == std::vector<std::string>{"1/0 AWG"});
+}
+
+TEST_CASE("without a load every row is free and the first is proposed") {
+  std::vector<WireCandidate> rows = singleRunRows(copper, 1.0);
+  fillLoadPercent(rows, 0);
+  CHECK(rows[0].loadPercent == L"-");
+  removeOverloaded(rows, UndersizedRows::hide);
+  CHECK(rows.size() == copper.size());
+  CHECK(proposedRow(rows, 0) == 0);
+}
+
+TEST_CASE("the overload filter takes the whole stretch from the first to the last marked row") {
+  std::vector<WireCandidate> rows = {
+      candidate(L"a", L"", L"90"), candidate(L"b", L"", L"301"), candidate(L"c", L"", L"50"),
+      candidate(L"d", L"", L"400"), candidate(L"e", L"", L"100")};
+  std::vector<WireCandidate> shown = rows;
+  removeOverloaded(shown, UndersizedRows::show);
+  CHECK(sizesOf(shown) == std::vector<std::string>{"a", "e"});
+  removeOverloaded(rows, UndersizedRows::hide);
+  CHECK(sizesOf(rows) == std::vector<std::string>{"a"});
+}
+
+TEST_CASE("the drop filter compares with the limit's number, with or without a percent sign") {
+  for (const wchar_t* limit : {L"3", L"3%"}) {
+    std::vector<WireCandidate> rows = {candidate(L"a", L""), candidate(L"b", L""), candidate(L"c", L"")};
+    rows[0].dropPercent = L"3.01";
+    rows[1].dropPercent = L"3";
+    rows[2].dropPercent = L"-";
+    removeAboveDropLimit(rows, limit);
+    CHECK(sizesOf(rows) == std::vector<std::string>{"b", "c"});
+  }
+}
+
+TEST_CASE("parallel runs list one row for each fill range that carries the load") {
+  const std::vector<FillEntry> fill = {{L"1~3", 1.0}, {L"4~6", 0.8}, {L"7~9", 0.7}};
+  // 1/0 AWG: ceil(350 / 150) = 3 conductors; 450, 360 carry 350 A, 315 does not. 4 AWG: 5 conductors are too many.
+  const ParallelInput input{350, 4, 85, 0};
+  const std::vector<WireCandidate> rows = parallelRows(copper, fill, input);
+  CHECK(sizesOf(rows) == std::vector<std::string>{"14 AWG", "10 AWG", "1/0 AWG", "1/0 AWG"});
+  CHECK(
+      rows[0].count == L"1"); // below the size that may be paralleled: one conductor, however great the load
+  CHECK(rows[0].ampacity == L"20");
+  CHECK(rows[2].count == L"3");
+  CHECK(rows[2].ampacity == L"450");
+  CHECK(rows[3].fillRange == L"4~6");
+  CHECK(rows[3].ampacity == L"360");
+
+  CHECK(
+      parallelRows({{L"1/0 AWG", 150}}, fill, {300, 4, 85, 0}).empty()); // 2 x 150 meets 300 exactly: dropped
+  CHECK(parallelRows({{L"1/0 AWG", 150}}, fill, {350, 4, 85, 1}).size() == 1);
+  CHECK(parallelRows({{L"none", 0}}, fill, {350, 4, 0, 0}).empty());
+  CHECK(parallelRows(copper, fill, {0, 4, 85, 0}).empty());
+}
+
+TEST_CASE("grounding takes the first limit strictly above the value and all larger ones") {
+  const std::vector<GroundRow> rows = {{L"14 AWG", 15}, {L"12 AWG", 20}, {L"10 AWG", 60}};
+  CHECK(groundSizes(rows, 15) == std::vector<std::wstring>{L"12 AWG", L"10 AWG"});
+  CHECK(groundSizes(rows, 14.9).size() == 3);
+  CHECK(groundSizes(rows, 60).empty());
+}
+
+TEST_CASE("fill limits become ranges") {
+  struct Row {
+    std::vector<std::wstring> limits;
+    std::vector<std::wstring> ranges;
+  };
+  const Row rows[] = {
+      {{L"3", L"6", L"9", L"20", L"30", L"40", L"41"},
+       {L"1~3", L"4~6", L"7~9", L"10~20", L"21~30", L"31~40", L">40"}},
+      {{L"3", L"6"}, {L"1~3", L">3"}},
+      {{L"3"}, {L"1~3"}},
+      {{}, {}},
+  };
+  for (const Row& row : rows) {
+    std::vector<std::wstring> ranges = row.limits;
+    makeFillRanges(ranges);
+    CHECK(ranges == row.ranges);
+  }
+}
+
+TEST_CASE("ambient brackets become ranges and the ambient temperature selects one") {
+  struct Row {
+    int ambient;
+    std::size_t selected;
+  };
+  for (const Row& row : {Row{0, 0}, Row{25, 0}, Row{26, 1}, Row{30, 1}, Row{31, 2}, Row{99, 2}}) {
+    std::vector<std::wstring> brackets = {L"25C", L"30C", L"35C"};
+    CHECK(makeAmbientRanges(brackets, row.ambient) == row.selected);
+    CHECK(brackets == std::vector<std::wstring>{L"0~25C", L"26~30C", L"31~35C"});
+  }
+  CHECK(ambientDegrees(L"30C") == 30);
+  CHECK(ambientDegrees(L"40c") == 40);
+  CHECK(ambientDegrees(L"") == 0);
+}
+
+TEST_CASE("factor texts keep one zero behind a bare point") {
+  CHECK(normaliseFactor(L"0.80") == L"0.8");
+  CHECK(normaliseFactor(L"1.00") == L"1.0");
+  CHECK(normaliseFactor(L"10") == L"10");
+  CHECK(normaliseFactor(L"") == L"");
+}
+
+TEST_CASE("impedance is interpolated within one unit word only, and only for a size with a row of its own") {
+  const std::vector<ImpedanceRow> rows = {
+      {L"1/0", L"0.144;0.39"},
+      {L"2/0", L""},
+      {L"4/0", L"0.135;0.203"},
+      {L"250 KCMIL", L"0.135;0.171"},
+      {L"300kcmil", L""},
+      {L"500 KCMIL", L"0.128;0.0886"},
+      {L"600 KCMIL", L""},
+      {L"12", L"broken"},
+      {L"10", L""},
+  };
+  struct Row {
+    const wchar_t* size;
+    double x;
+    double r;
+  };
+  const Row found[] = {
+      {L"2/0", 0.144 + (0.135 - 0.144) / 3,
+       0.39 + (0.203 - 0.39) / 3}, // 2 lies a third of the way from 1 to 4
+      {L"300 KCMIL", 0.135 + (0.128 - 0.135) * 50 / 250, 0.171 + (0.0886 - 0.171) * 50 / 250},
+      {L"600 KCMIL", 0.128, 0.0886}, // the one neighbour's
+      {L"350 KCMIL", 0.0, 0.0},      // no row of its own: no drop
+  };
+  for (const Row& row : found) {
+    CAPTURE(utf8(row.size));
+    const std::optional<Impedance> impedance = interpolateImpedance(rows, row.size);
+    REQUIRE(impedance.has_value());
+    CHECK(impedance->x == doctest::Approx(row.x));
+    CHECK(impedance->r == doctest::Approx(row.r));
+  }
+  CHECK_FALSE(interpolateImpedance(rows, L"10").has_value()); // the neighbour's cell has no semicolon
+  CHECK_FALSE(interpolateImpedance(rows, L"3 AWG").has_value());
+  CHECK(parseImpedance(L"0.164; 3.9")->r == doctest::Approx(3.9));
+  CHECK_FALSE(parseImpedance(L"0.164").has_value());
+}
