@@ -1,0 +1,84 @@
+// The record of the circuit in hand: motor or load data and wire choices, carried from one LISP call to the next. This
+// is how a motor chosen in one call reaches the wire lookup and the build that follow.
+#pragma once
+
+#include <array>
+#include <cstddef>
+#include <string>
+
+namespace brenvolt {
+
+/// What `openField` counts: true while the user may change the field, false when the circuit's configuration fixes it.
+enum class OpenField : std::size_t {
+  type,
+  load,
+  units,
+  voltage,
+  phase,
+  frequency,
+  speed,
+  fla,
+  flaMultiplier
+};
+inline constexpr std::size_t openFieldCount = 9;
+
+/// A double that is not above the tolerance is not given; readers then take the option's default.
+struct ZanCircuitData {
+  std::wstring type;
+  std::wstring load; ///< power or rating figure
+  std::wstring units;
+  std::wstring voltage;   ///< volts
+  std::wstring phase;     ///< "1" or "3"
+  std::wstring frequency; ///< hertz
+  std::wstring speed;     ///< rpm
+  double fla = -1.0;      ///< full-load current, amperes
+  double flaMultiplier = -1.0;
+  double extraCurrent = -1.0; ///< amperes on top of the load's current
+  bool fromSelection = false; ///< set by the motor dialog, cleared when the wire dialog stores its fields
+  std::array<bool, openFieldCount> openField = {true, true, true, true, true, true, true, true, true};
+  std::wstring wireStandard;
+  std::wstring wireMetal;
+  std::wstring insulation;
+  std::wstring temperature; ///< names the ampacity column
+  bool useVoltageDrop = false;
+  double length = -1.0;
+  std::wstring lengthUnits;
+  std::wstring raceway;
+  double powerFactor = -1.0;
+  bool useDropLimit = true;
+  double dropLimit = -1.0; ///< percent
+  bool useContinuousLoad = true;
+  double continuousFactor = 0.8;
+  bool useFill = false;
+  std::wstring fillRange;
+  double fillFactor = -1.0;
+  bool useAmbient = false;
+  std::wstring ambientRange;
+  double ambientFactor = -1.0;
+  double overallFactor = 0.8;
+  bool useParallel = false;
+  std::wstring parallelCount;   ///< highest count
+  std::wstring parallelMinSize; ///< smallest size that may run in parallel
+  double energyPrice = 0.0;     ///< per kWh
+  bool showUndersized = true;   ///< keep rows up to 300 % load
+  int quantity = 1;
+  std::wstring groundSize; ///< without blanks
+  bool wireChosen = false; ///< a row was accepted in the wire dialog
+
+  [[nodiscard]] bool isOpen(OpenField field) const { return openField[static_cast<std::size_t>(field)]; }
+  /// Sets one flag; an index of 9 or more is ignored.
+  void setOpenField(std::size_t index, bool value);
+  void resetOpenFields();
+};
+
+/// A load's own multiplier and power factor, kept apart from the motor's.
+struct ZanLoadFactors {
+  double flaMultiplier = -1.0;
+  double powerFactor = -1.0;
+};
+
+/// The one record of the process, from first use to its end.
+[[nodiscard]] ZanCircuitData& circuitData();
+[[nodiscard]] ZanLoadFactors& loadFactors();
+
+} // namespace brenvolt
