@@ -24,6 +24,9 @@ struct WorkbookCell {
   std::wstring text;
 };
 
+/// How a sheet keeps its cells.
+struct SheetCells;
+
 /// The cells of one sheet. Rows and columns count from 0; a place outside the used range is an empty cell.
 class WorkbookSheet final {
 public:
@@ -45,8 +48,7 @@ public:
 
 private:
   friend class WorkbookReader;
-  struct State;
-  std::unique_ptr<State> state_;
+  std::unique_ptr<SheetCells> cells_;
 };
 
 /// A sheet of the workbook's list: worksheets only, in the order of their tabs.
