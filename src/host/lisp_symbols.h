@@ -1,0 +1,46 @@
+// LISP symbols read and written as values.
+#pragma once
+
+#include "host/host_api_database.h"
+#include "host/result_list.h"
+
+#include <optional>
+#include <string>
+
+namespace brenvolt {
+
+/// Symbols that the plug-in shares with the parent product's LISP.
+namespace lispsymbol {
+inline constexpr wchar_t buildData[] = L"GBL_qn_bv_data";
+inline constexpr wchar_t codeStandard[] = L"GBL_qn_electcodestd";
+inline constexpr wchar_t codeCombos[] = L"GBL_qn_bv_save_codehdl_combos";
+inline constexpr wchar_t markerData[] = L"GBL_qn_bv_marker_data";
+inline constexpr wchar_t combinedTagLocation[] = L"GBL_qn_combined_tagloc";
+inline constexpr wchar_t upperCaseTexts[] = L"GBL_qn_strcase";
+} // namespace lispsymbol
+
+/// The value of a symbol; empty when it is unset, nil or cannot be read.
+[[nodiscard]] ResultList getSymbol(const wchar_t* name);
+
+/// Whether the symbol holds the 16-bit integer 1, which is how the parent product's settings say yes.
+[[nodiscard]] bool isSwitchedOn(const wchar_t* name);
+
+/// The electrical code standard; nothing when the symbol holds no string.
+[[nodiscard]] std::optional<std::wstring> getCodeStandard();
+
+/// Each sets a symbol and answers whether the host took it. The list stays the caller's.
+bool putPoint(const wchar_t* name, const KvPoint3d& point);
+bool putReal(const wchar_t* name, double value);
+bool putList(const wchar_t* name, const ResultList& list);
+
+/// The list ((CODE ...) (CODE ...) ...) of codes that LISP keeps itself; empty when there is none.
+[[nodiscard]] ResultList getCodeCombos();
+/// An empty list is refused.
+bool putCodeCombos(const ResultList& list);
+
+/// The hexadecimal text of a handle, upper case; nothing for no object.
+[[nodiscard]] std::optional<std::wstring> handleToText(KvDbHandle handle);
+/// The handle that a text begins with; the null handle for a text without hexadecimal digits or with more than 16.
+[[nodiscard]] KvDbHandle handleFromText(std::wstring_view text);
+
+} // namespace brenvolt

@@ -1,0 +1,51 @@
+// Script forms: the LISP calls that a workbook's cells hold as text. A form is cut into tokens, each word typed by how
+// it looks, variables put in, and the call made.
+#pragma once
+
+#include "host/result_list.h"
+
+#include <span>
+#include <string>
+#include <string_view>
+#include <variant>
+#include <vector>
+
+namespace brenvolt {
+
+/// A value that stands in for every token equal to its name, without case: "#xyz", "@type".
+struct ZanScriptVariable {
+  std::wstring name;
+  std::int16_t type = kvtype::nil; ///< which decides how `value` is read
+  /// Integers of both widths are one kind here; a list is a whole chain with its marks.
+  std::variant<std::monostate, double, KvPoint3d, std::int32_t, std::wstring, ResultList> value;
+
+  [[nodiscard]] static ZanScriptVariable ofReal(std::wstring name, double value);
+  /// A 2D point.
+  [[nodiscard]] static ZanScriptVariable ofPoint(std::wstring name, const KvPoint3d& value);
+  [[nodiscard]] static ZanScriptVariable ofText(std::wstring name, std::wstring value);
+  [[nodiscard]] static ZanScriptVariable ofList(std::wstring name, ResultList value);
+  [[nodiscard]] static ZanScriptVariable ofNil(std::wstring name);
+};
+
+/// A piece of a form: list mark, nil, T, or a text still to be read as its type says.
+struct ScriptToken {
+  std::int16_t type = kvtype::string;
+  std::wstring text;
+  friend bool operator==(const ScriptToken&, const ScriptToken&) = default;
+};
+
+/// Cuts a form into tokens. The outer parentheses, when they are the very first and the very last character, are
+/// dropped; the word "list" vanishes, so that "(list 1 2)" inside a form is the list itself.
+[[nodiscard]] std::vector<ScriptToken> cutTokens(std::wstring_view form);
+
+/// The type of a word: nil, T, a real, an integer of 16 or 32 bits, or a string for all others, symbols included.
+[[nodiscard]] std::int16_t typeOfWord(std::wstring_view word);
+
+/// The call that a form stands for: its first text names the function. Empty when the form has no tokens.
+[[nodiscard]] ResultList buildCall(std::wstring_view form, std::span<const ZanScriptVariable> variables);
+
+/// Runs a form. True when the call was made and went through; `answer` then holds what it gave, empty for nil.
+[[nodiscard]] bool runForm(
+    std::wstring_view form, std::span<const ZanScriptVariable> variables, ResultList& answer);
+
+} // namespace brenvolt
