@@ -133,7 +133,8 @@ protected:
   ~KvDbBlockTable() override;
 };
 
-/// Counts the undo records of a database. Every change between two group marks is one record.
+/// Counts the undo records of a database. Every change between two group marks is one record. A count that was told is
+/// such a mark too: what changes after it goes into a later record, so undoing back to that count restores that moment.
 class KV_HOST_API KvDbUndoController {
 public:
   virtual ~KvDbUndoController();

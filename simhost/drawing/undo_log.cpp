@@ -1,0 +1,121 @@
+#include "simhost/drawing/undo_log.h"
+
+#include "text/assertion.h"
+
+#include <type_traits>
+#include <utility>
+
+namespace simhost {
+namespace {
+
+enum class Direction { backwards, forwards };
+
+void play(DrawingStore& store, EntityCreation& change, Direction direction) {
+  if (direction == Direction::backwards) {
+    change.undone = store.detach(change.handle);
+    // The counter goes back too: a drawing taken back to an earlier state saves as the same bytes.
+    store.setNextHandle(change.handle);
+  } else {
+    store.attach(std::move(change.undone));
+    store.setNextHandle(KvDbHandle(change.handle.value() + 1));
+  }
+}
+
+void play(DrawingStore& store, EntityErasure& change, Direction direction) {
+  store.setErased(*store.findEntity(change.handle), direction == Direction::forwards);
+}
+
+void play(DrawingStore& store, EntityReplacement& change, Direction /*direction*/) {
+  std::swap(store.findEntity(change.handle)->value, change.other);
+}
+
+void play(DrawingStore& store, BlockCreation& change, Direction direction) {
+  if (direction == Direction::backwards) {
+    change.undone = store.popBlock();
+    store.setNextHandle(change.handle);
+  } else {
+    store.pushBlock(std::move(change.undone));
+    store.setNextHandle(KvDbHandle(change.handle.value() + 1));
+  }
+}
+
+void play(DrawingStore& store, LayerCreation& change, Direction direction) {
+  if (direction == Direction::backwards) {
+    change.undone = store.popLayer();
+  } else {
+    store.pushLayer(std::move(*change.undone));
+    change.undone.reset();
+  }
+}
+
+void play(DrawingStore& store, LayerReplacement& change, Direction /*direction*/) {
+  // Both values have the same name but for its case, so the name index stays right.
+  std::swap(*store.findLayer(change.other.name), change.other);
+}
+
+void play(DrawingStore& store, VariableReplacement& change, Direction /*direction*/) {
+  auto& variables = store.variables();
+  const auto found = variables.find(change.name);
+  std::optional<VariableValue> now;
+  if (found != variables.end()) now = std::move(found->second);
+  if (change.other) {
+    variables[change.name] = std::move(*change.other);
+  } else {
+    variables.erase(change.name);
+  }
+  change.other = std::move(now);
+}
+
+} // namespace
+
+int UndoLog::undoCount() const {
+  isOpen_ = false;
+  return static_cast<int>(done_.size());
+}
+
+int UndoLog::undo(int records) {
+  if (records == 0) return 0;
+  if (isOff_ || records < 0 || records > undoCount()) return 1;
+  for (; records > 0; --records) {
+    Record record = std::move(done_.back());
+    done_.pop_back();
+    for (auto change = record.rbegin(); change != record.rend(); ++change) {
+      std::visit([&](auto& one) { play(store_, one, Direction::backwards); }, *change);
+    }
+    undone_.push_back(std::move(record));
+  }
+  return 0;
+}
+
+int UndoLog::redo(int records) {
+  if (records == 0) return 0;
+  if (isOff_ || records < 0 || records > redoCount()) return 1;
+  for (; records > 0; --records) {
+    Record record = std::move(undone_.back());
+    undone_.pop_back();
+    for (Change& change : record) {
+      std::visit([&](auto& one) { play(store_, one, Direction::forwards); }, change);
+    }
+    done_.push_back(std::move(record));
+  }
+  closeGroup();
+  return 0;
+}
+
+void UndoLog::setOff(bool isOff) {
+  if (isOff == isOff_) return;
+  isOff_ = isOff;
+  closeGroup();
+  done_.clear();
+  undone_.clear();
+}
+
+void UndoLog::note(Change change) {
+  if (isOff_) return;
+  undone_.clear();
+  if (!isOpen_) done_.emplace_back();
+  isOpen_ = true;
+  done_.back().push_back(std::move(change));
+}
+
+} // namespace simhost

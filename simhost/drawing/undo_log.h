@@ -1,0 +1,105 @@
+// The drawing's memory of what was done, as a log of changes that can be played backwards and forwards. Its cost is
+// that of the changes, never that of the drawing.
+//
+// A record is all that changed between two marks. Marks are: `closeGroup()`, an undo or redo, and asking for the
+// count, because a position that somebody has been told is one that he may want to come back to. Between marks the
+// next change opens a record by itself, so an evaluation that changed nothing leaves none. A host closes the group
+// ahead of and behind each evaluation or command (`UndoGroup`), which makes it one step for the user unless
+// the running code asked for positions in between.
+#pragma once
+
+#include "simhost/drawing/drawing_store.h"
+
+#include <memory>
+#include <optional>
+#include <string>
+#include <variant>
+#include <vector>
+
+namespace simhost {
+
+// Each change holds what the opposite direction needs; playing it turns it into its own inverse.
+
+struct EntityCreation {
+  KvDbHandle handle;
+  std::unique_ptr<EntityNode> undone{}; ///< the entity while its creation is undone
+};
+
+struct EntityErasure {
+  KvDbHandle handle;
+};
+
+struct EntityReplacement {
+  KvDbHandle handle;
+  Entity other;
+};
+
+struct BlockCreation {
+  KvDbHandle handle;
+  std::unique_ptr<BlockNode> undone{};
+};
+
+struct LayerCreation {
+  std::optional<Layer> undone{};
+};
+
+struct LayerReplacement {
+  Layer other;
+};
+
+struct VariableReplacement {
+  std::wstring name; ///< upper case
+  std::optional<VariableValue> other{};
+};
+
+using Change = std::variant<
+    EntityCreation, EntityErasure, EntityReplacement, BlockCreation, LayerCreation, LayerReplacement,
+    VariableReplacement>;
+
+class UndoLog final : public KvDbUndoController {
+public:
+  /// The store must outlive the log.
+  explicit UndoLog(DrawingStore& store) : store_(store) {}
+  UndoLog(const UndoLog&) = delete;
+  UndoLog& operator=(const UndoLog&) = delete;
+
+  [[nodiscard]] int undoCount() const override;
+  [[nodiscard]] bool isOff() const override { return isOff_; }
+  void closeGroup() override { isOpen_ = false; }
+  /// Refused for a negative number, for more records than there are, and while undo is off. No records: nothing
+  /// to do, always a success.
+  int undo(int records) override;
+
+  /// Records that were undone and can come back; any new change drops them.
+  [[nodiscard]] int redoCount() const { return static_cast<int>(undone_.size()); }
+  /// As `undo`, in the other direction.
+  int redo(int records);
+
+  /// Switching off forgets all records: without the changes made meanwhile they could not be played any more.
+  void setOff(bool isOff);
+  /// Enters a change that has just been made in the store.
+  void note(Change change);
+
+private:
+  using Record = std::vector<Change>;
+
+  DrawingStore& store_;
+  std::vector<Record> done_;
+  std::vector<Record> undone_;
+  mutable bool isOpen_ = false;
+  bool isOff_ = false;
+};
+
+/// Makes what a scope changes a record of its own.
+class UndoGroup final {
+public:
+  explicit UndoGroup(UndoLog& log) : log_(log) { log_.closeGroup(); }
+  ~UndoGroup() { log_.closeGroup(); }
+  UndoGroup(const UndoGroup&) = delete;
+  UndoGroup& operator=(const UndoGroup&) = delete;
+
+private:
+  UndoLog& log_;
+};
+
+} // namespace simhost
