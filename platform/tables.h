@@ -55,7 +55,8 @@ public:
   ZanOleDbConnection& operator=(const ZanOleDbConnection&) = delete;
 
   /// Opens the data source named in `init`; a result below zero is a failure, told by `ErrorInfo`. A file that does
-  /// not exist is a failure, never made. `prompt` has no effect; `shared` false asks for exclusive writing.
+  /// not exist is a failure, never made. `prompt` has no effect; `shared` false asks for exclusive writing. "Mode=Read"
+  /// in `init` opens for reading only.
   int OpenFromInitializationString(std::wstring_view init, bool prompt, bool shared);
   [[nodiscard]] bool IsConnected() const;
   void Close();
@@ -108,9 +109,12 @@ protected:
   ZanOleDbConnection* connection_ = nullptr;
 
 private:
+  [[nodiscard]] bool hasColumn(int column) const;
+
   std::wstring text_;
   ZanOleDbErrorInfo error_;
-  bool buildFailed_ = false;
+  /// Not empty when the statement could not be built.
+  std::wstring buildError_;
   std::unique_ptr<tables::Statement> statement_;
 };
 
@@ -166,7 +170,8 @@ public:
   [[nodiscard]] ZanOleDbConnection& connection() { return own_; }
 };
 
-/// Inserts and deletes records by column and value, each as one statement.
+/// Inserts and deletes records by column and value, each as one statement. Columns and conditions are gone after the
+/// run; table and `EmptyAsNull` stay.
 class ZanOleDbDDLCommand final {
 public:
   explicit ZanOleDbDDLCommand(ZanOleDbConnection& connection);
@@ -174,9 +179,10 @@ public:
   void SetTable(std::wstring_view name);
   /// Empty values are stored, and searched, as NULL.
   void EmptyAsNull(bool on);
-  /// A condition of `Delete`: column (brackets optional), format "='%s'" or "=%d", value.
+  /// A condition of `Delete`: column (brackets optional), format "='%s'" or "=%d", value. Without any condition
+  /// `Delete` empties the table.
   void AddSearchCol(std::wstring_view column, std::wstring_view format, std::wstring_view value);
-  /// A value of `Insert`.
+  /// A value of `Insert`, with a format as above; the comparison in front of it is dropped.
   void AddColumn(std::wstring_view column, std::wstring_view format, std::wstring_view value);
   [[nodiscard]] bool Insert();
   [[nodiscard]] bool Delete();
@@ -188,7 +194,7 @@ private:
     std::wstring format;
     std::wstring value;
   };
-  bool run(std::wstring statement);
+  bool run(const std::wstring& format, const std::vector<std::wstring>& parts);
 
   ZanOleDbConnection& connection_;
   std::wstring table_;

@@ -1,0 +1,34 @@
+// The one place where statement texts are put together. Values and names go in by plain substitution, so whatever
+// could end a quoted text or a bracketed name early is stopped here and never reaches an engine.
+#pragma once
+
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace brenvolt {
+
+/// "[name]"; nothing when the name is empty or holds a bracket, which cannot be written inside brackets.
+[[nodiscard]] std::optional<std::wstring> bracketName(std::wstring_view name);
+
+/// "'value'"; nothing when the value holds a single quote that is not doubled.
+[[nodiscard]] std::optional<std::wstring> quoteValue(std::wstring_view value);
+
+/// The value with every single quote doubled, for the few values that may hold quotes.
+[[nodiscard]] std::wstring doubleQuotes(std::wstring_view value);
+
+/// A statement, or the reason why there is none.
+struct StatementText {
+  std::wstring text;
+  std::wstring error;
+
+  [[nodiscard]] bool isBuilt() const { return error.empty(); }
+};
+
+/// Fills the placeholders of `format` in order with `values`: "%s" and "%d" ("%%" is a percent sign).
+/// A value inside '...' must hold no single quote unless doubled, one inside [...] no bracket, a "%d" must be an
+/// integer; a "%s" elsewhere is a piece of statement and goes in as it stands. The number of values must fit.
+[[nodiscard]] StatementText buildStatement(std::wstring_view format, const std::vector<std::wstring>& values);
+
+} // namespace brenvolt

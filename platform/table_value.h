@@ -1,0 +1,45 @@
+// One cell as it travels between engines, and the one rule by which it becomes text: whatever file or server a figure
+// comes from, the same cell reads the same.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace brenvolt::tables {
+
+struct TableValue {
+  enum class Kind : std::uint8_t { null, integer, real, text, blob };
+
+  Kind kind = Kind::null;
+  std::int64_t integer = 0;
+  double real = 0.0;
+  /// UTF-8 of a text, the bytes of a blob.
+  std::string bytes;
+
+  [[nodiscard]] static TableValue null() { return {}; }
+  [[nodiscard]] static TableValue ofInteger(std::int64_t value);
+  [[nodiscard]] static TableValue ofReal(double value);
+  [[nodiscard]] static TableValue ofText(std::string utf8);
+  [[nodiscard]] static TableValue ofBlob(std::string data);
+};
+
+using TableRow = std::vector<TableValue>;
+
+/// A real as a person writes it: 15 significant digits, no trailing zeros, never "-0". Not finite gives an empty text.
+[[nodiscard]] std::string realText(double value);
+
+/// The text of a cell: empty for NULL, a blob as its bytes in hexadecimal digits.
+[[nodiscard]] std::wstring valueText(const TableValue& value);
+/// The number of a cell: a text's leading number, 0 for NULL and for a blob.
+[[nodiscard]] double valueNumber(const TableValue& value);
+
+/// UTF-8 to wide text; bytes that are ASCII, as most cells are, take a short way.
+[[nodiscard]] std::wstring widen(std::string_view utf8);
+
+[[nodiscard]] std::vector<std::byte> blobBytes(std::string_view data);
+[[nodiscard]] std::string hexadecimal(std::string_view data);
+
+} // namespace brenvolt::tables

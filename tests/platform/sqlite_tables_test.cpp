@@ -1,0 +1,202 @@
+// What the embedded database promises beyond the suite that all engines pass: writing, several writers, odd files.
+#include "table_test_support.h"
+
+#include "text/encoding.h"
+
+#include <doctest/doctest.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <chrono>
+
+using namespace brenvolt;
+using namespace brenvolt::testing;
+
+namespace {
+
+using Lines = std::vector<std::wstring>;
+
+} // namespace
+
+TEST_CASE("a file that is no database is refused with its name and the reason, and nothing is made") {
+  const TemporaryFolder folder;
+  folder.write("empty.mdb", "");
+  folder.write("notes.db", "these are notes, not tables\n");
+  folder.write("book.xls", "PK\x03\x04 zip");
+  folder.write("cut.db", std::string_view("SQLite format 3\0 and nothing behind it", 38));
+  std::filesystem::create_directory(folder.file("folder.db"));
+  makeSqlite(
+      folder.file("whole.db"), {"CREATE TABLE T(A TEXT)", "INSERT INTO T VALUES(hex(zeroblob(20000)))"});
+  folder.write("half.db", readFile(folder.file("whole.db")).substr(0, 9000));
+
+  for (const char* name :
+       {"empty.mdb", "notes.db", "book.xls", "cut.db", "folder.db", "half.db", "absent.mdb"}) {
+    CAPTURE(name);
+    const std::wstring message = openingError(folder.name(name));
+    CHECK(message.starts_with(folder.name(name) + L": "));
+    CHECK(message.size() > folder.name(name).size() + 4);
+  }
+  CHECK_FALSE(std::filesystem::exists(folder.file("absent.mdb")));
+}
+
+TEST_CASE("the data source survives every character a path can hold") {
+  const TemporaryFolder folder;
+  for (const char* name : {"plain.db", "semi;colon.db", "it's \"quoted\".db", "100%#?.db", "größe=1.db"}) {
+    CAPTURE(name);
+    makeSqlite(folder.file(name), {"CREATE TABLE T(A TEXT)"});
+    const auto connection = opened(folder.name(name));
+    std::wstring path;
+    CHECK(connection->GetDatasource(path));
+    CHECK(toUtf8(path) == folder.file(name).string());
+    connection->Close();
+    CHECK_FALSE(connection->GetDatasource(path));
+  }
+}
+
+TEST_CASE("insert and delete by column keep NULL apart from empty and stop what could not be quoted") {
+  const TemporaryFolder folder;
+  makeSqlite(folder.file("a.db"), {"CREATE TABLE CATALOGSEL(HDL TEXT, CODE TEXT, CNT INTEGER)"});
+  const auto connection = opened(folder.name("a.db"));
+  ZanOleDbDDLCommand command(*connection);
+  command.SetTable(L"[CATALOGSEL]");
+  command.EmptyAsNull(true);
+  const auto insert = [&](const wchar_t* handle, const wchar_t* code, const wchar_t* count) {
+    command.AddColumn(L"[HDL]", L"='%s'", handle);
+    command.AddColumn(L"CODE", L"'%s'", code);
+    command.AddColumn(L"CNT", L"=%d", count);
+    return command.Insert();
+  };
+  CHECK(insert(L"1F", L"", L"3"));
+  CHECK(insert(L"2F", L"it''s", L"4"));
+  CHECK_FALSE(insert(L"it's", L"x", L"5"));
+  CHECK(command.ErrorInfo().HasErrorInfo());
+  CHECK_FALSE(insert(L"3F", L"x", L"5); DROP TABLE CATALOGSEL"));
+  command.EmptyAsNull(false);
+  CHECK(insert(L"4F", L"", L"6"));
+  CHECK_FALSE(command.ErrorInfo().HasErrorInfo());
+  const std::wstring all = L"SELECT * FROM [CATALOGSEL] ORDER BY [HDL]";
+  CHECK(rowsOf(*connection, all) == Lines{L"1F|<null>|3", L"2F|it's|4", L"4F||6"});
+
+  command.AddSearchCol(L"A] OR [HDL", L"='%s'", L"1F");
+  CHECK_FALSE(command.Delete());
+  command.EmptyAsNull(true);
+  command.AddSearchCol(L"HDL", L"='%s'", L"1f");
+  command.AddSearchCol(L"CODE", L"='%s'", L"");
+  CHECK(command.Delete());
+  command.AddSearchCol(L"CNT", L"=%d", L"6");
+  CHECK(command.Delete());
+  CHECK(shown(rowsOf(*connection, all)) == shown({L"1F|<null>|3", L"2F|it's|4"}));
+}
+
+TEST_CASE("a command survives what happens around it") {
+  const TemporaryFolder folder;
+  makeSqlite(folder.file("a.db"), {"CREATE TABLE T(A INTEGER)", "INSERT INTO T VALUES(1),(2),(3)"});
+  auto connection = opened(folder.name("a.db"));
+  ZanOleDbCommand reader;
+  reader.SetConnection(connection.get());
+  reader.SetCommandText(L"SELECT [A] FROM [T] ORDER BY [A]");
+  REQUIRE(reader.Execute() == dbStatus::success);
+  REQUIRE(reader.FetchNext() == dbStatus::success);
+  // The same text once more while the first is under way.
+  CHECK(rowsOf(*connection, L"SELECT [A] FROM [T] ORDER BY [A]") == Lines{L"1", L"2", L"3"});
+  // A write under an open reader: the reader keeps the rows that it asked for.
+  mustRun(*connection, L"DELETE FROM [T]");
+  CHECK(reader.FieldAsString(1) == L"1");
+  CHECK(reader.FetchNext() == dbStatus::success);
+  CHECK(reader.FieldAsString(1) == L"2");
+  connection->Close();
+  CHECK(reader.FetchNext() == dbStatus::success);
+  CHECK(reader.FieldAsString(1) == L"3");
+  CHECK(reader.FetchNext() == dbStatus::noMoreRows);
+  CHECK(reader.FieldAsString(1).empty());
+  CHECK(reader.FieldAsString(0).empty());
+  CHECK(reader.FieldAsString(9).empty());
+  CHECK(reader.Execute() == dbStatus::failure);
+  CHECK(reader.ErrorInfo().HasErrorInfo());
+
+  connection = opened(folder.name("a.db"));
+  reader.SetConnection(connection.get());
+  reader.SetCommandText(L"SELECT [A] FROM [T]");
+  reader.SetBuildError(L"a value with a quote");
+  CHECK(reader.Execute() == dbStatus::failure);
+  CHECK(reader.ErrorInfo().GetErrorInfo(false) == L"a value with a quote");
+  reader.SetCommandText(L"SELECT count(*) FROM [T]");
+  CHECK(reader.Execute() == dbStatus::success);
+}
+
+TEST_CASE("a double-quoted name is never taken for a text") {
+  const TemporaryFolder folder;
+  makeSqlite(folder.file("a.db"), {"CREATE TABLE T(A TEXT)", "INSERT INTO T VALUES('x')"});
+  const auto connection = opened(folder.name("a.db"));
+  CHECK(rowsOf(*connection, L"SELECT \"A\" FROM [T]") == Lines{L"x"});
+  CHECK(rowsOf(*connection, L"SELECT \"B\" FROM [T]").front().starts_with(L"error: "));
+}
+
+TEST_CASE("a transaction that is not committed leaves the file as it was") {
+  const TemporaryFolder folder;
+  makeSqlite(folder.file("a.db"), {"CREATE TABLE T(A TEXT)"});
+  const auto connection = opened(folder.name("a.db"));
+  {
+    const TableTransaction transaction(*connection);
+    REQUIRE(transaction.isOpen());
+    mustRun(*connection, L"INSERT INTO [T] VALUES('lost')");
+  }
+  {
+    TableTransaction transaction(*connection);
+    mustRun(*connection, L"INSERT INTO [T] VALUES('kept')");
+    CHECK(transaction.commit());
+  }
+  CHECK(rowsOf(*connection, L"SELECT * FROM [T]") == Lines{L"kept"});
+
+  ZanOleDbConnection reading;
+  REQUIRE(
+      reading.OpenFromInitializationString(connectString(folder.name("a.db")) + L";Mode=Read", false, true) >=
+      0);
+  CHECK_FALSE(TableTransaction(reading).isOpen());
+  CHECK(rowsOf(reading, L"INSERT INTO [T] VALUES('refused')").front().starts_with(L"error: "));
+}
+
+TEST_CASE("two processes that write at once both succeed, and a reader beside them never waits") {
+  const TemporaryFolder folder;
+  makeSqlite(folder.file("a.db"), {"CREATE TABLE T(WHO TEXT, N INTEGER)"});
+  constexpr int rounds = 40;
+  std::vector<pid_t> writers;
+  for (const wchar_t* who : {L"A", L"B"}) {
+    const pid_t child = fork();
+    REQUIRE(child >= 0);
+    if (child == 0) {
+      ZanOleDbConnection connection;
+      bool fine =
+          connection.OpenFromInitializationString(connectString(folder.name("a.db")), false, true) >= 0;
+      for (int round = 0; fine && round < rounds; ++round) {
+        // Reads first and writes after, the order in which careless locking fails.
+        TableTransaction transaction(connection);
+        fine = transaction.isOpen() && rowsOf(connection, L"SELECT count(*) FROM [T]").size() == 1;
+        const std::wstring insert = std::wstring(L"INSERT INTO [T] SELECT '") + who + L"', count(*) FROM [T]";
+        fine = fine && rowsOf(connection, insert).empty() && transaction.commit();
+      }
+      _exit(fine ? 0 : 1);
+    }
+    writers.push_back(child);
+  }
+  const auto connection = opened(folder.name("a.db"));
+  // Both are done in seconds; a reader in the way of a writer would show here as an error.
+  for (int read = 0; read < 200; ++read) {
+    const Lines count = rowsOf(*connection, L"SELECT count(*) FROM [T]");
+    CHECK_FALSE(count.front().starts_with(L"error"));
+  }
+  for (const pid_t writer : writers) {
+    int status = 0;
+    waitpid(writer, &status, 0);
+    CHECK(status == 0);
+  }
+  CHECK(rowsOf(*connection, L"SELECT count(*), count(DISTINCT [N]) FROM [T]") == Lines{L"80|80"});
+
+  // While a writer stands in the middle of its transaction a reader sees the rows of before, at once.
+  const auto writer = opened(folder.name("a.db"));
+  TableTransaction open(*writer);
+  mustRun(*writer, L"DELETE FROM [T]");
+  const auto start = std::chrono::steady_clock::now();
+  CHECK(rowsOf(*connection, L"SELECT count(*) FROM [T]") == Lines{L"80"});
+  CHECK(std::chrono::steady_clock::now() - start < std::chrono::seconds(1));
+}
