@@ -1,0 +1,17 @@
+// One line per piece of state that its owner keeps behind an accessor.
+#include "plugin/process_state.h"
+
+#include "data/circuit_data.h"
+#include "host/alerts.h"
+#include "host/lisp_calls.h"
+
+namespace brenvolt {
+
+void resetProcessState() {
+  circuitData() = ZanCircuitData();
+  loadFactors() = ZanLoadFactors();
+  setTrace(false);
+  clearAcceptedTables();
+}
+
+} // namespace brenvolt

@@ -1,0 +1,14 @@
+// All that outlives one LISP call, in one place to read and to reset.
+#pragma once
+
+namespace brenvolt {
+
+/// Gives the process a fresh start, as if the module had just been loaded:
+/// - `circuitData()` and `loadFactors()` (data/circuit_data.h): the circuit in hand
+/// - `setTrace()` (host/lisp_calls.h): the trace flag
+/// - `acceptedTables()` (host/alerts.h): missing tables that the user accepted
+/// What belongs to the loaded module itself stays: `extensionModule()` (plugin/application.h) and `resourceModule()`
+/// (host/resources.h).
+void resetProcessState();
+
+} // namespace brenvolt
