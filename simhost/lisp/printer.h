@@ -1,0 +1,26 @@
+// Values as text: as the reader would read them back, or as a person reads them.
+#pragma once
+
+#include "simhost/lisp/value.h"
+
+#include <cstddef>
+#include <limits>
+#include <string>
+
+namespace simhost::lisp {
+
+enum class PrintStyle {
+  readable, ///< strings in quotes with escapes
+  display   ///< strings as they are
+};
+
+/// The text of a value. Nothing recurses, so length and depth of lists are free; a text longer than `limit`
+/// characters is cut there and ends with "...".
+[[nodiscard]] std::wstring printValue(
+    const Value& value, PrintStyle style = PrintStyle::readable,
+    std::size_t limit = std::numeric_limits<std::size_t>::max());
+
+/// A real as text: the shortest that reads back the same, always with a point or an exponent.
+[[nodiscard]] std::wstring printReal(double number);
+
+} // namespace simhost::lisp
