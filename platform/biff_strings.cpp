@@ -120,6 +120,13 @@ bool StringCursor::skip(std::uint64_t count) {
   return true;
 }
 
+bool StringCursor::isAtEnd() {
+  while (position_ >= recordEnd_) {
+    if (!nextRecord()) return true;
+  }
+  return false;
+}
+
 bool StringCursor::characters(std::size_t count, bool isWide, TextPool* pool) {
   while (count > 0) {
     if (position_ >= recordEnd_) {
@@ -210,6 +217,15 @@ bool SharedStrings::read(
     ++next;
   }
   return true;
+}
+
+std::optional<std::uint32_t> SharedStrings::count(ByteWindow& window, const RecordPlace& place) {
+  StringCursor cursor(window, place.bodyOffset() + 8, place.endOffset());
+  std::uint32_t count = 0;
+  for (; !cursor.isAtEnd(); ++count) {
+    if (!cursor.string(StringCursor::LengthField::twoBytes, nullptr)) return std::nullopt;
+  }
+  return count;
 }
 
 std::wstring CodePage::decode(std::span<const std::uint8_t> bytes) const {

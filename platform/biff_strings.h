@@ -65,6 +65,8 @@ public:
   enum class LengthField { oneByte, twoBytes };
   [[nodiscard]] bool string(LengthField lengthField, TextPool* pool);
   [[nodiscard]] bool skip(std::uint64_t count);
+  /// Whether neither this record nor one behind it holds more.
+  [[nodiscard]] bool isAtEnd();
 
 private:
   [[nodiscard]] bool nextRecord();
@@ -87,6 +89,9 @@ public:
   [[nodiscard]] bool read(
       ByteWindow& window, std::span<const std::uint32_t> indices, TextPool& pool,
       std::vector<TextPool::Id>& ids);
+
+  /// How many strings there really are; nothing when the table is damaged.
+  [[nodiscard]] static std::optional<std::uint32_t> count(ByteWindow& window, const RecordPlace& place);
 
 private:
   struct Step {
