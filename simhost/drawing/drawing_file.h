@@ -24,7 +24,8 @@ struct LoadedDrawing {
   std::wstring error;                       ///< names the file, the place in it and the reason
 };
 
-/// `name` stands for the content in messages. Nothing is tolerated that would be lost or changed by saving again.
+/// `name` stands for the content in messages. Every rule that holds for edits is checked, and a field that is not
+/// known is an error, as saving again would lose it.
 [[nodiscard]] LoadedDrawing drawingFromJson(std::string_view json, std::wstring_view name);
 [[nodiscard]] LoadedDrawing loadDrawing(const std::wstring& path);
 

@@ -1,0 +1,163 @@
+#include "drawing_fixtures.h"
+#include "simhost/drawing/drawing_file.h"
+#include "text/encoding.h"
+
+#include <doctest/doctest.h>
+
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <string>
+
+using namespace simhost;
+using namespace simhost::testing;
+
+namespace {
+
+std::string replaced(std::string text, std::string_view from, std::string_view to) {
+  const std::size_t place = text.find(from);
+  REQUIRE_MESSAGE(place != std::string::npos, std::string(from));
+  return text.replace(place, from.size(), to);
+}
+
+std::string fullDrawing() {
+  DrawingDatabase drawing;
+  fillWithEverything(drawing);
+  return drawingToJson(drawing);
+}
+
+std::string bytesOf(const std::filesystem::path& path) {
+  std::ifstream file(path, std::ios::binary);
+  return {std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
+}
+
+} // namespace
+
+TEST_CASE("a drawing reads back as it was written, handles and order included") {
+  DrawingDatabase drawing;
+  fillWithEverything(drawing);
+  drawing.eraseEntity(drawing.store().findBlock(drawing.modelSpace())->first->handle);
+  const std::string json = drawingToJson(drawing);
+  const LoadedDrawing loaded = drawingFromJson(json, L"drawing");
+  REQUIRE_MESSAGE(loaded.drawing != nullptr, brenvolt::toUtf8(loaded.error));
+  CHECK(drawingToJson(*loaded.drawing) == json);
+  CHECK(loaded.drawing->undoLog().undoCount() == 0);
+  CHECK_FALSE(loaded.drawing->undoLog().isOff());
+  const EntityNode* copy = loaded.drawing->store().findBlock(drawing.modelSpace())->first;
+  const EntityNode* original = drawing.store().findBlock(drawing.modelSpace())->first;
+  for (; original != nullptr; original = original->next, copy = copy->next) {
+    REQUIRE(copy != nullptr);
+    CHECK(copy->handle == original->handle);
+    CHECK((copy->value == original->value));
+    CHECK(copy->attributes == original->attributes);
+  }
+  CHECK(copy == nullptr);
+  CHECK(
+      loaded.drawing->addEntity(drawing.modelSpace(), makeLine(0, 0, 1, 1)) == drawing.store().nextHandle());
+}
+
+TEST_CASE("a file has one line for each entity, layer and variable") {
+  DrawingDatabase drawing;
+  drawing.putLayer({L"W", {255, 0, 0}, LineType::dashed, std::vector<WireSetting>{{1, L"x"}, {290, 1}}});
+  const KvDbHandle block = drawing.addBlock(L"B", {1.0, 0.0, 0.0});
+  const KvDbHandle placed = drawing.addEntity(drawing.modelSpace(), makeReference(block, 0.25, -3));
+  drawing.addEntity(placed, makeAttribute(L"TAG", L"\"Q\u00e4\""));
+  CHECK(
+      drawingToJson(drawing) ==
+      "{\n\"format\":\"brenvolt-drawing\",\n\"version\":1,\n\"nextHandle\":\"7\",\n"
+      "\"variables\":{\n\"TILEMODE\":1\n},\n\"layers\":[\n"
+      "{\"name\":\"0\",\"colour\":\"#000000\",\"lineType\":\"continuous\"},\n"
+      "{\"name\":\"W\",\"colour\":\"#ff0000\",\"lineType\":\"dashed\","
+      "\"wireSettings\":[[1,\"x\"],[290,1]]}\n],\n\"blocks\":[\n"
+      "{\"handle\":\"2\",\"name\":\"*Model_Space\",\"base\":[0,0],\"entities\":[\n"
+      "{\"handle\":\"5\",\"kind\":\"block-reference\",\"layer\":\"0\",\"block\":\"B\","
+      "\"position\":[0.25,-3],\"attributes\":[{\"handle\":\"6\",\"kind\":\"attribute\","
+      "\"layer\":\"0\",\"tag\":\"TAG\",\"position\":[0,0],\"text\":\"\\\"Q\u00e4\\\"\","
+      "\"height\":2.5}]}\n]},\n"
+      "{\"handle\":\"3\",\"name\":\"*Paper_Space\",\"base\":[0,0],\"entities\":[]},\n"
+      "{\"handle\":\"4\",\"name\":\"B\",\"base\":[1,0],\"entities\":[]}\n]\n}\n");
+}
+
+TEST_CASE("a damaged file is told with its place and reason") {
+  const std::string good = fullDrawing();
+  const struct {
+    std::string from;
+    std::string to;
+    std::string message;
+  } rows[] = {
+      {"\"brenvolt-drawing\"", "\"x\"", "f: drawing: this is no drawing file"},
+      {"\"version\":1", "\"version\":2", "f: drawing: the version of the file is not supported"},
+      {"\"version\":1,", "\"version\":1,\"extra\":1,", "f: drawing: the field extra is unknown"},
+      {"\"blocks\":[", "\"blocks\":[[", "f: line 34: this is no JSON text"},
+      {"\"radius\":4", "\"radius\":1e999", "f: a number is too large"},
+      {"\"radius\":4", "\"radius\":0", "f: block \"Coil\", entity 5: the radius must be above 0"},
+      {"\"radius\":4", "\"radius\":\"4\"", "f: block \"Coil\", entity 5: the field radius must be a number"},
+      {"\"radius\":4", "\"r\":4", "f: block \"Coil\", entity 5: the field radius is missing"},
+      {"\"handle\":\"5\"", "\"handle\":\"7\"", "f: block \"Coil\", entity 7: the handle stands twice"},
+      {"\"handle\":\"5\"", "\"handle\":\"\"",
+       "f: block \"Coil\", entity number 1: the field handle must be a hexadecimal number"},
+      {"\"handle\":\"5\"", "\"handle\":\"FFFF\"",
+       "f: block \"Coil\", entity FFFF: the handle is not below nextHandle"},
+      {"\"kind\":\"circle\"", "\"kind\":\"ball\"", "f: block \"Coil\", entity 5: the kind is unknown"},
+      {"\"block\":\"Coil\"", "\"block\":\"Starter\"",
+       "f: block \"Starter\", entity 8: a block holds references only to blocks that were defined before it"},
+      {"\"block\":\"Coil\"", "\"block\":\"Spool\"",
+       "f: block \"Starter\", entity 8: the block \"Spool\" is not defined"},
+      {"\"layer\":\"Wires 2.5\"", "\"layer\":\"W\"",
+       "f: block \"*Model_Space\", entity A: the layer \"W\" is not defined"},
+      {"[290,1]", "[291,1]",
+       "f: layer \"Wires 2.5\": a wire setting has codes 1 to 4 for a text, 90 or 290 for an integer"},
+      {"\"name\":\"Empty wire\"", "\"name\":\"WIRES 2.5\"", "f: layer \"WIRES 2.5\": it stands twice"},
+      {"\"name\":\"*Paper_Space\"", "\"name\":\"*Model_Space\"",
+       "f: block \"*Model_Space\": this space is unknown"},
+      {"\"TILEMODE\":0", "\"TILEMODE\":null", "f: variable \"TILEMODE\": a text or a number is expected"},
+      {"\"kind\":\"attribute\"", "\"kind\":\"text\"",
+       "f: block \"*Model_Space\", entity D, attribute E: the field tag is unknown"},
+  };
+  for (const auto& row : rows) {
+    CAPTURE(row.to);
+    const LoadedDrawing loaded = drawingFromJson(replaced(good, row.from, row.to), L"f");
+    CHECK(loaded.drawing == nullptr);
+    CHECK(brenvolt::toUtf8(loaded.error) == row.message);
+  }
+}
+
+TEST_CASE("a file that was cut off or has a byte changed never harms") {
+  const std::string good = fullDrawing();
+  for (std::size_t length = 0; length + 2 < good.size(); length += 7) {
+    CHECK(drawingFromJson(good.substr(0, length), L"f").drawing == nullptr);
+  }
+  for (std::size_t place = 0; place < good.size(); place += 3) {
+    std::string bad = good;
+    bad[place] = static_cast<char>(bad[place] ^ 0x15);
+    const LoadedDrawing loaded = drawingFromJson(bad, L"f");
+    CHECK((loaded.drawing == nullptr) != loaded.error.empty());
+    // What is still a drawing must be able to go through a file again.
+    if (loaded.drawing == nullptr) continue;
+    const std::string again = drawingToJson(*loaded.drawing);
+    CHECK(drawingFromJson(again, L"f").drawing != nullptr);
+  }
+}
+
+TEST_CASE("saving replaces a file whole or leaves it as it was") {
+  const std::filesystem::path folder = std::filesystem::temp_directory_path() / "brenvolt_drawing_file_test";
+  std::filesystem::remove_all(folder);
+  std::filesystem::create_directories(folder);
+  const std::filesystem::path path = folder / "a.json";
+  DrawingDatabase drawing;
+  REQUIRE_FALSE(saveDrawing(drawing, path.wstring()));
+  fillWithEverything(drawing);
+  REQUIRE_FALSE(saveDrawing(drawing, path.wstring()));
+  CHECK(bytesOf(path) == drawingToJson(drawing));
+  CHECK(loadDrawing(path.wstring()).drawing != nullptr);
+  CHECK(saveDrawing(drawing, (folder / "none" / "a.json").wstring()));
+  std::filesystem::create_directories(folder / "b.json" / "kept");
+  CHECK(saveDrawing(drawing, (folder / "b.json").wstring()));
+  CHECK(
+      std::distance(std::filesystem::directory_iterator(folder), std::filesystem::directory_iterator()) == 2);
+  const LoadedDrawing missing = loadDrawing((folder / "none.json").wstring());
+  CHECK(missing.drawing == nullptr);
+  CHECK(missing.error == (folder / "none.json").wstring() + L": cannot read the file");
+  CHECK(loadDrawing(folder.wstring()).error == folder.wstring() + L": cannot read the file");
+  std::filesystem::remove_all(folder);
+}
