@@ -1,0 +1,195 @@
+// Formulas of table cells: worked cases, the odd ones that tables rely on, and agreement with the plain evaluator.
+#include "expr/expr_evaluator.h"
+#include "reference_evaluator.h"
+#include "text/encoding.h"
+
+#include <doctest/doctest.h>
+
+#include <array>
+#include <cmath>
+#include <limits>
+#include <optional>
+#include <random>
+
+using namespace brenvolt;
+
+namespace {
+
+/// Nothing for a text that is refused.
+std::optional<double> valueOf(std::wstring_view text, double variable = 0.0) {
+  try {
+    return ZanExprEvaluator().Evaluate(text, variable);
+  } catch (const IllegalExprException& illegal) {
+    CHECK(illegal.text.empty());
+    return std::nullopt;
+  }
+}
+
+std::optional<double> referenceValueOf(const std::wstring& text, double variable) {
+  try {
+    return referenceEvaluate(text, variable);
+  } catch (const IllegalExprException&) {
+    return std::nullopt;
+  }
+}
+
+bool isSame(const std::optional<double>& left, const std::optional<double>& right) {
+  if (!left || !right) return left.has_value() == right.has_value();
+  return *left == *right || (std::isnan(*left) && std::isnan(*right));
+}
+
+struct Row {
+  const wchar_t* text;
+  double variable;
+  std::optional<double> value;
+};
+
+void checkRows(std::initializer_list<Row> rows) {
+  for (const Row& row : rows) {
+    CAPTURE(toUtf8(row.text));
+    CHECK(valueOf(row.text, row.variable) == row.value);
+    CHECK(referenceValueOf(row.text, row.variable) == row.value);
+  }
+}
+
+std::wstring repeated(std::wstring_view text, int times) {
+  std::wstring result;
+  for (int i = 0; i < times; ++i)
+    result += text;
+  return result;
+}
+
+} // namespace
+
+TEST_CASE("formulas follow the precedence of their operators") {
+  checkRows({
+      {L"", 0, 1.0},           {L" \t\r\n ", 0, 1.0},    {L"2+3*4", 0, 14.0},
+      {L"(2+3)*4", 0, 20.0},   {L"2*(3+4)", 0, 14.0},    {L" ( i * 1.25 + 3 ) ^ 2 / 4 ", 4, 16.0},
+      {L"2^3^2", 0, 64.0},     {L"10-4-3", 0, 3.0},      {L"-2^2", 0, 4.0},
+      {L"--2", 0, 2.0},        {L"2*-3", 0, -6.0},       {L"2--3", 0, 5.0},
+      {L"pi*2", 0, 6.2831853}, {L"PI+I", 1, 4.14159265}, {L"5.", 0, 5.0},
+      {L".5", 0, 0.5},         {L"i>5", 6, 1.0},         {L"i>5", 5, 0.0},
+      {L"i=>5", 5, 1.0},       {L"i>=5", 5, 1.0},        {L"i=<5", 5, 1.0},
+      {L"i < = 4", 5, 0.0},    {L"i=5", 5, 1.0},         {L"2+i>4", 3, 1.0},
+  });
+}
+
+TEST_CASE("odd texts keep the values that tables rely on") {
+  checkRows({
+      {L"-(2+3)", 0, 5.0}, // the sign goes with the missing operand
+      {L"2*+3", 0, 3.0},
+      {L"2+", 0, 4.0},
+      {L"2*3+", 0, 9.0},
+      {L"2+-", 0, 2.0},
+      {L"5/0", 0, 5.0},
+      {L"1+5/0", 0, 5.0},
+      {L"5/i", 0, 5.0},
+      {L"1==1", 0, 0.0},
+      {L"(2", 0, 2.0},
+      {L"2)", 0, 2.0},
+      {L"1+2)*3", 0, 3.0},
+      {L"2(3)", 0, 3.0},
+      {L"()", 0, 0.0},
+      {L"-", 0, 0.0},
+  });
+}
+
+TEST_CASE("a text that is no expression is refused") {
+  checkRows({
+      {L"abc", 0, std::nullopt},
+      {L"1e3", 0, std::nullopt},
+      {L"1.2.3", 0, std::nullopt},
+      {L".", 0, std::nullopt},
+      {L"1,5", 0, std::nullopt},
+      {L"2 3", 0, std::nullopt},
+      {L"(2)3", 0, std::nullopt},
+      {L"ii", 0, std::nullopt},
+      {L"nan", 0, std::nullopt},
+      {L"5/0+1", 0, std::nullopt},
+      {L"(5/0)", 0, std::nullopt},
+      {L"2+x*3", 0, std::nullopt},
+      {L"2\u00B2", 0, std::nullopt},
+      {L"p\u0130", 0, std::nullopt},
+  });
+}
+
+TEST_CASE("an if-form is replaced by the branch that its condition names") {
+  checkRows({
+      {L"if (i>10) then 3 else 4", 11, 3.0},
+      {L"if (i>10) then 3 else 4", 1, 4.0},
+      {L"IF(I>10)THEN 3 ELSE 4", 11, 3.0},
+      {L"2*if (i>10) then (3) else (4)", 11, 6.0},
+      {L"if (i>10) then 3 else (i*2)+1", 5, 11.0},
+      {L"if (i>10) then 3 else (i*2)+1", 11, 4.0},
+      {L"2if (i) then 3 else (4)5", 1, 235.0}, // put in place as text
+      {L"if (i>10) then 3else 4", 11, 0.0},    // the character ahead of "else" is dropped
+      {L"if (i>1) then if (i>2) then 30 else 20 else 10", 3, 30.0},
+      {L"if (i>1) then if (i>2) then 30 else 20 else 10", 2, 20.0},
+      {L"if (i>1) then if (i>2) then 30 else 20 else 10", 1, 10.0},
+      {L"if (i<1) then 1 else if (i<2) then 2 else 3", 0, 1.0},
+      {L"if (i<1) then 1 else if (i<2) then 2 else 3", 1, 2.0},
+      {L"if (i<1) then 1 else if (i<2) then 2 else 3", 2, 3.0},
+      {L"if (i<1) then 1 else if (i<2) then 2 else 3 else 4", 5, 4.0}, // the second "else" of the first "if"
+      {L"if (i) then 7", 1, 7.0},
+      {L"if (i) then 7", 0, 0.0},
+      {L"1+if (i) then 7", 0, 2.0}, // nothing is put in place, and "1+" is 2
+      {L"if (i) then", 1, 0.0},
+      {L"if (x) then 1 else if (y) then 2 else 3", 0, std::nullopt},
+      {L"if (1) then 4 else if (x) then 2 else 3", 0, 4.0}, // only conditions on the way are evaluated
+  });
+}
+
+TEST_CASE("an incomplete if-form is refused and never loops") {
+  checkRows({
+      {L"if i>10 then 3", 0, std::nullopt},
+      {L"if", 0, std::nullopt},
+      {L"if (", 0, std::nullopt},
+      {L"if (1)", 0, std::nullopt},
+      {L"if (1) else 2", 0, std::nullopt},
+      {L"if ((1)) then 2", 0, 2.0}, // the first ")" ends the condition, an open "(" is forgiven
+      {L"if (1+(2)*0) then 2 else 3", 0, 2.0},
+      {L"then 1", 0, std::nullopt},
+      {L"else", 0, std::nullopt},
+      {L"then 1 if (1) then 2", 0, std::nullopt},
+      {L"if (1) then 2 else 3 else 4", 0, std::nullopt},
+      {L"if (1) thenelse 4", 0, std::nullopt},
+      {L"if (if (1) then 2) then 3", 0, std::nullopt},
+  });
+}
+
+TEST_CASE("length and depth are limited by memory only") {
+  constexpr int deep = 200000;
+  CHECK(valueOf(repeated(L"(", deep) + L"7" + repeated(L")", deep)) == 7.0);
+  CHECK(valueOf(repeated(L"(1+", deep) + L"1") == deep + 1.0);
+  CHECK(valueOf(repeated(L")", deep)) == 0.0);
+  CHECK(valueOf(repeated(L"1^", deep) + L"1") == 1.0);
+  CHECK(valueOf(repeated(L"-", deep) + L"1") == 1.0);
+  CHECK(valueOf(repeated(L"if (i) then ", deep) + L"9", 1) == 9.0);
+  CHECK(valueOf(repeated(L"if (i) then 1 else ", deep) + L"9", 0) == 9.0);
+  CHECK(valueOf(repeated(L"if (i) then ", deep) + L"9" + repeated(L" else 8", deep), 0) == 8.0);
+  CHECK(valueOf(repeated(L"9", deep)) == std::numeric_limits<double>::max());
+  CHECK(valueOf(L"." + repeated(L"0", deep) + L"1") == 0.0);
+}
+
+TEST_CASE("random texts have the same value by the plain evaluator") {
+  constexpr std::array words = {
+      L"1",    L"2.5",    L"0",        L"3.",     L".5",     L"i",     L"i",
+      L"pi",   L"+",      L"-",        L"*",      L"/",      L"^",     L"(",
+      L"(",    L")",      L")",        L">",      L"<",      L"=",     L" ",
+      L" ",    L"x",      L"if (i>1)", L"if",     L".",      L"0.1",   L"12345678901234567890.123",
+      L"then", L" else ", L"else",     L" then ", L" then ", L"(i+2)", L"if (0)"};
+  constexpr std::size_t arithmeticWords = 20; // the first ones: otherwise few texts would be legal
+  std::mt19937 random(20061);
+  int legal = 0;
+  for (int n = 0; n < 20000; ++n) {
+    const std::size_t choices = n % 2 == 0 ? arithmeticWords : words.size();
+    std::wstring text;
+    for (auto left = 1 + random() % 14; left > 0; --left)
+      text += words[random() % choices];
+    const double variable = static_cast<double>(random() % 4);
+    const auto value = valueOf(text, variable);
+    if (!isSame(value, referenceValueOf(text, variable))) FAIL_CHECK(toUtf8(text));
+    if (value) ++legal;
+  }
+  CHECK(legal > 5000);
+}
