@@ -1,0 +1,84 @@
+// A small document tree for the XML files that people keep: elements with attributes, read from a path, changed, and
+// turned into bytes. Names and values are wide text; the engine behind it stays in the one source file.
+#pragma once
+
+#include <memory>
+#include <stdexcept>
+#include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+namespace brenvolt {
+
+/// A change of a document that cannot be made: no element at the place, a name that is no XML name, memory used up.
+class XmlError final : public std::runtime_error {
+public:
+  using std::runtime_error::runtime_error;
+};
+
+/// A place in a document, or nothing. Cheap to copy; valid as long as its document lives and the element is not
+/// removed. Questions to nothing answer empty, changes of nothing throw `XmlError`.
+class XmlElement final {
+public:
+  XmlElement() = default;
+
+  [[nodiscard]] bool isNull() const { return node_ == nullptr; }
+  [[nodiscard]] std::wstring name() const;
+  /// Whether the name is exactly this one.
+  [[nodiscard]] bool isNamed(std::wstring_view name) const;
+  [[nodiscard]] XmlElement parent() const;
+  /// The direct children of this name in document order.
+  [[nodiscard]] std::vector<XmlElement> children(std::wstring_view name) const;
+  /// The first direct child of this name.
+  [[nodiscard]] XmlElement firstChild(std::wstring_view name) const;
+  /// The value of an attribute, empty when there is none.
+  [[nodiscard]] std::wstring attribute(std::wstring_view name) const;
+  /// Names and values in the order of the document.
+  [[nodiscard]] std::vector<std::pair<std::wstring, std::wstring>> attributes() const;
+
+  /// Sets an attribute; a new one goes behind the others.
+  void setAttribute(std::wstring_view name, std::wstring_view value);
+  /// A new last child.
+  XmlElement appendChild(std::wstring_view name);
+  /// Removes a direct child with all below it; every place in it ends.
+  void removeChild(XmlElement child);
+
+  friend bool operator==(const XmlElement&, const XmlElement&) = default;
+
+private:
+  friend class XmlDocument;
+  explicit XmlElement(void* node) : node_(node) {}
+
+  void* node_ = nullptr;
+};
+
+/// Reads UTF-8 and UTF-16 with or without a byte-order mark. White space between elements is not kept: a file that a
+/// person has indented comes out in one line. Comments and processing instructions stay.
+class XmlDocument final {
+public:
+  XmlDocument();
+  ~XmlDocument();
+  XmlDocument(const XmlDocument&) = delete;
+  XmlDocument& operator=(const XmlDocument&) = delete;
+
+  /// The root element, or nothing in a new document.
+  [[nodiscard]] XmlElement root() const;
+
+  /// Replaces the content by that of a file. False when the file cannot be read or is not well formed; `reason` then
+  /// holds a sentence, and the document is empty.
+  [[nodiscard]] bool load(std::wstring_view path, std::wstring& reason);
+
+  /// Makes the root element of a document that has none; `XmlError` when there is one already.
+  XmlElement createRoot(std::wstring_view name);
+
+  /// The whole document as UTF-16 little endian, without a byte-order mark. The first thing in it is the processing
+  /// instruction `<?xml ...?>` with the given data, on a line of its own; the rest stands in one line.
+  [[nodiscard]] std::string serializeUtf16Le(std::wstring_view declarationData) const;
+
+private:
+  struct Tree;
+  std::unique_ptr<Tree> tree_;
+};
+
+} // namespace brenvolt

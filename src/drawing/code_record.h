@@ -1,0 +1,83 @@
+// What one CODE of a worksheet offers: option groups for the user, and the rules that follow from the choice. The sum
+// of the selected options' values is the option code; it alone picks what runs and what is shown.
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+namespace brenvolt {
+
+/// One choice of a group.
+struct ZanOption {
+  std::wstring text;
+  std::int32_t value = 0; ///< what the choice adds to the option code
+  bool selected = false;
+
+  friend bool operator==(const ZanOption&, const ZanOption&) = default;
+};
+
+/// One combo box of a page, options in worksheet order.
+struct ZanOptionGroup {
+  std::wstring title;
+  std::vector<ZanOption> options;
+
+  /// The first selected option, null when there is none.
+  [[nodiscard]] const ZanOption* selected() const;
+  /// Selects the first option of this value and clears all others. False, and nothing changed, when there is none.
+  bool selectValue(std::int32_t value);
+
+  friend bool operator==(const ZanOptionGroup&, const ZanOptionGroup&) = default;
+};
+
+/// One action or control definition: a LISP form or a whole worksheet cell.
+struct ZanScriptEntry {
+  std::wstring text;
+  std::int32_t code = -1; ///< the option code for which it applies; -1 when the worksheet left it empty
+  std::vector<std::pair<std::wstring, std::wstring>> params; ///< (name, value); only control rules have any
+
+  friend bool operator==(const ZanScriptEntry&, const ZanScriptEntry&) = default;
+};
+
+/// The option code of a record whose groups are not all answered, or that has none.
+inline constexpr std::int32_t incompleteOptionCode = -1;
+/// The fixed option code of a motor or load unit.
+inline constexpr std::int32_t controlOptionCode = -100;
+
+/// Titles of the option group that makes a record a motor's or a load's.
+inline constexpr std::wstring_view motorControlTitle = L"!MCC_CTRL";
+inline constexpr std::wstring_view loadControlTitle = L"!PF_CTRL";
+
+/// All that a marker offers. Marker and config unit hold a copy each.
+struct ZanCodeRecord {
+  std::wstring title;
+  std::vector<ZanOptionGroup> groups;
+  std::vector<ZanScriptEntry> firstRules;
+  std::vector<ZanScriptEntry> secondRules;
+  std::vector<ZanScriptEntry> controlRules; ///< these name the widget managers of the marker
+
+  /// The sum of the values of all selected options; `incompleteOptionCode` when a group has none or there is no group.
+  /// Two selected options in one group both count: the mark comes from the worksheet, and nothing forbids a second.
+  [[nodiscard]] std::int32_t GetOptionCode() const;
+
+  /// The rows that run: those of the first list, then those of the second. A first list that is not empty but has no
+  /// match silences the second.
+  [[nodiscard]] std::vector<ZanScriptEntry> scriptRows() const;
+
+  /// The values of the selected options, group by group.
+  [[nodiscard]] std::vector<std::int32_t> selectedValues() const;
+
+  /// The motor or load group: the first whose title is one of the two control titles; null when there is none.
+  [[nodiscard]] const ZanOptionGroup* controlGroup() const;
+
+  friend bool operator==(const ZanCodeRecord&, const ZanCodeRecord&) = default;
+};
+
+/// Appends the rules whose code is exactly `code` to `out`. True when `out` holds anything afterwards, whoever put it
+/// there, or when `rules` is empty.
+bool GetRulesForCode(
+    const std::vector<ZanScriptEntry>& rules, std::int32_t code, std::vector<ZanScriptEntry>& out);
+
+} // namespace brenvolt

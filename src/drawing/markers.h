@@ -1,0 +1,143 @@
+// The markers of a circuit: block references of the template that say "here something is decided or placed". They form
+// a tree, since a marker's scripts may insert templates with markers of their own. Whoever needs a marker later keeps
+// its id and asks the tree.
+#pragma once
+
+#include "drawing/annotation_rows.h"
+#include "drawing/code_record.h"
+#include "host/host_api_database.h"
+#include "text/compare.h"
+
+#include <cstdint>
+#include <deque>
+#include <map>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace brenvolt {
+
+class ZanDwgMarkerList;
+
+/// Finds the markers of one tree by id and by handle; shared by all its lists.
+class MarkerIndex;
+
+/// The last id given to a marker of this process.
+[[nodiscard]] std::int32_t& lastMarkerId();
+
+/// One marker. It can be moved but not copied: it owns the markers below it.
+class ZanDwgMarker {
+public:
+  /// Takes the next id, from 1 on.
+  ZanDwgMarker();
+  ZanDwgMarker(const ZanDwgMarker&) = delete;
+  ZanDwgMarker& operator=(const ZanDwgMarker&) = delete;
+  ZanDwgMarker(ZanDwgMarker&&) noexcept;
+  ZanDwgMarker& operator=(ZanDwgMarker&&) noexcept;
+  virtual ~ZanDwgMarker();
+
+  /// "CODE.ordinal.level": ties a marker to its entry in the history. The same template gives the same keys each time
+  /// it is inserted. Children of two parents can share a key; the first entry then serves both.
+  [[nodiscard]] std::wstring GetKey() const;
+  [[nodiscard]] bool hasOptions() const { return !record.groups.empty(); }
+  /// The markers below; null when there is no child list.
+  [[nodiscard]] ZanDwgMarkerList* children() const { return children_.get(); }
+
+  /// Makes the child list, an empty one, unless there is one.
+  ZanDwgMarkerList& EnsureChildren();
+  /// Frees the child list with all below it.
+  void DropChildren();
+
+  std::int32_t id; ///< unique in the process
+  std::int32_t ordinal = 0; ///< from 1, among the markers of the same list with equal code
+  std::int32_t level = 0;   ///< 1 for the top list
+  std::int32_t run = 0;     ///< undo marks of the build at the time of the scan
+  KvDbHandle handle;        ///< of the block reference
+  KvPoint3d position;
+  std::wstring code;
+  std::wstring order; ///< holds a number
+  std::wstring misc1;
+  std::int32_t index = -1;  ///< over the whole tree, see `NumberMarkers`
+  bool hasRecord = false;   ///< `record` comes from the workbook
+  ZanCodeRecord record;     ///< its option groups hold the user's selection
+  ZanAnnotationDataList catalog;
+  ZanAnnotationDataList controls;
+
+private:
+  friend class ZanDwgMarkerList;
+
+  std::unique_ptr<ZanDwgMarkerList> children_;
+  std::shared_ptr<MarkerIndex> tree_; ///< null until the marker stands in a list
+};
+
+/// An ordered list of markers. A scan inserts, `Finish` orders; markers then keep their place and address until their
+/// list dies, so a tree of ten thousand is searched without a walk.
+class ZanDwgMarkerList {
+public:
+  using Markers = std::deque<ZanDwgMarker>;
+  struct Place {
+    ZanDwgMarkerList* list;
+    std::size_t position;
+  };
+
+  /// The top list of a tree of its own.
+  ZanDwgMarkerList();
+  ZanDwgMarkerList(const ZanDwgMarkerList&) = delete;
+  ZanDwgMarkerList& operator=(const ZanDwgMarkerList&) = delete;
+  virtual ~ZanDwgMarkerList();
+
+  [[nodiscard]] Markers& markers() { return markers_; }
+  [[nodiscard]] const Markers& markers() const { return markers_; }
+  [[nodiscard]] bool isEmpty() const { return markers_.empty(); }
+  [[nodiscard]] std::size_t size() const { return markers_.size(); }
+
+  /// The marker of an id anywhere in the tree that this list belongs to; null when there is none.
+  [[nodiscard]] ZanDwgMarker* findById(std::int32_t id) const;
+  /// Where the marker of an id stands, anywhere in the tree.
+  [[nodiscard]] std::optional<Place> placeOf(std::int32_t id) const;
+  /// Whether a block reference is a marker of the tree already.
+  [[nodiscard]] bool holdsHandle(KvDbHandle handle) const;
+
+  /// Keeps a marker of a running scan. It must not have children yet.
+  void Insert(ZanDwgMarker marker);
+  /// Puts the inserted markers behind those in the list: by order as a number, equal ones as they came; and counts
+  /// their ordinals.
+  void Finish();
+
+private:
+  friend class ZanDwgMarker;
+  explicit ZanDwgMarkerList(std::shared_ptr<MarkerIndex> tree);
+
+  std::shared_ptr<MarkerIndex> tree_;
+  std::map<double, std::vector<ZanDwgMarker>> pending_; ///< empty outside a scan
+  Markers markers_;
+  std::map<std::wstring, std::int32_t, CollatingLess> countOfCode_;
+};
+
+/// Walks a list and all child lists, parents before their children. Child lists may grow during the walk.
+class ZanDwgMarkerListIterator {
+public:
+  /// Null is allowed: the walk is over at once.
+  explicit ZanDwgMarkerListIterator(ZanDwgMarkerList* list) : list_(list) {}
+  virtual ~ZanDwgMarkerListIterator() = default;
+
+  [[nodiscard]] bool Done() const;
+  /// Null when done.
+  [[nodiscard]] ZanDwgMarker* Current() const;
+
+  /// Goes to the first marker; false when there is none.
+  bool First();
+  void Next();
+
+private:
+  struct Frame {
+    ZanDwgMarkerList* list;
+    std::size_t position;
+  };
+
+  ZanDwgMarkerList* list_;
+  std::vector<Frame> frames_;
+};
+
+} // namespace brenvolt
