@@ -85,7 +85,8 @@ void copyToMarker(const ZanConfigUnit& unit, ZanDwgMarker& marker) {
 }
 
 /// Calls `apply` for each pending unit. What lies below a pending unit waits: its markers come with the run.
-template <typename Apply> void forEachPending(const ZanConfigUnitList& units, const Apply& apply) {
+template <typename Apply>
+void forEachPending(const ZanConfigUnitList& units, const Apply& apply) {
   for (const auto& unit : units.units()) {
     if (unit->pending)
       apply(*unit);

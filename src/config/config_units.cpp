@@ -52,12 +52,14 @@ void ZanConfigUnit::AddManagersToWindow(ZanSettingsWnd* window) {
 }
 
 void ZanConfigUnit::managerDies(ZanWidgetManager* manager) {
-  std::erase_if(managers_, [manager](const ZanManagerBinding& binding) { return binding.manager == manager; });
+  std::erase_if(
+      managers_, [manager](const ZanManagerBinding& binding) { return binding.manager == manager; });
 }
 
 ZanConfigUnit* ZanConfigUnitList::Find(std::uint32_t id, FindUnitBy by) const {
   for (const auto& unit : units_) {
-    const std::uint32_t own = by == FindUnitBy::page ? unit->page : static_cast<std::uint32_t>(unit->markerId);
+    const std::uint32_t own =
+        by == FindUnitBy::page ? unit->page : static_cast<std::uint32_t>(unit->markerId);
     if (own == id) return unit.get();
     if (unit->children() == nullptr) continue;
     if (ZanConfigUnit* found = unit->children()->Find(id, by)) return found;

@@ -64,8 +64,7 @@ ResultList ZanAnnotationData::ToLisp() const {
 
 void ZanAnnotationData::Add(
     std::wstring_view value, std::int16_t type, std::wstring_view fieldName, bool hidden) {
-  fields.push_back(
-      {std::wstring(value), static_cast<std::uint32_t>(type), std::wstring(fieldName), hidden});
+  fields.push_back({std::wstring(value), static_cast<std::uint32_t>(type), std::wstring(fieldName), hidden});
 }
 
 void ZanAnnotationData::AddText(std::wstring_view value, std::wstring_view fieldName) {
@@ -116,8 +115,7 @@ void ZanAnnotationDataList::Append(const ZanAnnotationDataList& other) {
     if (item.row) copies.push_back({std::make_unique<ZanAnnotationData>(*item.row), nullptr});
     if (item.list) copies.push_back({nullptr, std::make_unique<ZanAnnotationDataList>(*item.list)});
   }
-  items_.insert(
-      items_.end(), std::make_move_iterator(copies.begin()), std::make_move_iterator(copies.end()));
+  items_.insert(items_.end(), std::make_move_iterator(copies.begin()), std::make_move_iterator(copies.end()));
 }
 
 bool operator==(const ZanAnnotationDataList& left, const ZanAnnotationDataList& right) {

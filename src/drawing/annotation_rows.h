@@ -16,7 +16,7 @@ namespace brenvolt {
 struct ZanAnnotationField {
   std::wstring value; ///< as text, whatever `type` says
   std::uint32_t type = static_cast<std::uint32_t>(kvtype::string);
-  std::wstring name; ///< display label, may be empty
+  std::wstring name;   ///< display label, may be empty
   bool hidden = false; ///< stays out of LISP lists
 
   friend bool operator==(const ZanAnnotationField&, const ZanAnnotationField&) = default;

@@ -8,8 +8,8 @@
 namespace brenvolt {
 
 const ZanOption* ZanOptionGroup::selected() const {
-  const auto found = std::find_if(
-      options.begin(), options.end(), [](const ZanOption& option) { return option.selected; });
+  const auto found =
+      std::find_if(options.begin(), options.end(), [](const ZanOption& option) { return option.selected; });
   return found == options.end() ? nullptr : &*found;
 }
 

@@ -66,8 +66,8 @@ public:
   virtual bool OpenFile(const std::wstring& path);
   /// Makes a new file that holds the current history alone.
   virtual bool CreateFile(const std::wstring& path, ZanDwgMarkerList& markers);
-  /// Loads a file and checks root and version; a document that fails keeps nothing of it but the reason in `error`
-  /// and, when it was well formed, its root.
+  /// Loads a file and checks root and version. A file that is not well formed leaves the reason in `error` and what was
+  /// loaded before; that can still be read, but no longer be written.
   virtual bool LoadDocument(const std::wstring& path);
   /// A new document as UTF-16LE text. Afterwards no document is held.
   virtual bool BuildDocument(ZanDwgMarkerList& markers, std::string& xml);

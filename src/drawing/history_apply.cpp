@@ -76,7 +76,8 @@ ZanAnnotationData wireRow(const HistoryProperties& set, const std::vector<std::w
   return row;
 }
 
-/// One nameless row, so that it never reaches a history file again.
+/// The row has no name: the next save does not write it, and the grounding size among the setup's properties then
+/// stands in for it.
 ZanAnnotationData groundingRow(XmlElement group, const std::wstring& groundingSize) {
   ZanAnnotationData row;
   std::vector<HistoryProperties> sets;

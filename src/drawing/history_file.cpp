@@ -61,7 +61,8 @@ FileWriteResult writeHistoryFile(const std::wstring& path, std::string_view utf1
   if (file == nullptr) return FileWriteResult::openFailed;
 
   std::error_code error;
-  const bool ready = writeAll(std::move(file), utf16) && (oldFile == OldFile::overwrite || keepBeside(target));
+  const bool ready =
+      writeAll(std::move(file), utf16) && (oldFile == OldFile::overwrite || keepBeside(target));
   if (ready) fs::rename(temporary, target, error);
   if (ready && !error) return FileWriteResult::done;
   fs::remove(temporary, error);

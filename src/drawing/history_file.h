@@ -21,7 +21,7 @@ enum class FileWriteResult {
 [[nodiscard]] std::wstring folderOf(std::wstring_view path);
 
 /// Writes UTF-16LE text behind the byte-order mark FF FE: first into "PATH.new", then renamed over `path`.
-[[nodiscard]] FileWriteResult
-writeHistoryFile(const std::wstring& path, std::string_view utf16, OldFile oldFile);
+[[nodiscard]] FileWriteResult writeHistoryFile(
+    const std::wstring& path, std::string_view utf16, OldFile oldFile);
 
 } // namespace brenvolt

@@ -15,8 +15,9 @@ constexpr std::wstring_view guardedChange =
 /// A new index ahead of the rest as it is.
 constexpr std::wstring_view indexForm = L"(cons %d (cdr %s))";
 /// The same with a new third element, where there is one.
-constexpr std::wstring_view valuesForm = L"(cons %d (cond ((null (cdr %s)) (list 0)) ((null (cddr %s)) (cdr %s)) "
-                                         L"(t (cons (cadr %s) (cons (list %s) (cdr (cddr %s)))))))";
+constexpr std::wstring_view valuesForm =
+    L"(cons %d (cond ((null (cdr %s)) (list 0)) ((null (cddr %s)) (cdr %s)) "
+    L"(t (cons (cadr %s) (cons (list %s) (cdr (cddr %s)))))))";
 
 std::wstring quotedNumbers(const std::vector<std::int32_t>& values) {
   std::wstring texts;

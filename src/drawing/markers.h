@@ -49,7 +49,7 @@ public:
   /// Frees the child list with all below it.
   void DropChildren();
 
-  std::int32_t id; ///< unique in the process
+  std::int32_t id;          ///< unique in the process
   std::int32_t ordinal = 0; ///< from 1, among the markers of the same list with equal code
   std::int32_t level = 0;   ///< 1 for the top list
   std::int32_t run = 0;     ///< undo marks of the build at the time of the scan
@@ -58,9 +58,9 @@ public:
   std::wstring code;
   std::wstring order; ///< holds a number
   std::wstring misc1;
-  std::int32_t index = -1;  ///< over the whole tree, see `NumberMarkers`
-  bool hasRecord = false;   ///< `record` comes from the workbook
-  ZanCodeRecord record;     ///< its option groups hold the user's selection
+  std::int32_t index = -1; ///< over the whole tree, see `NumberMarkers`
+  bool hasRecord = false;  ///< `record` comes from the workbook
+  ZanCodeRecord record;    ///< its option groups hold the user's selection
   ZanAnnotationDataList catalog;
   ZanAnnotationDataList controls;
 

@@ -54,8 +54,7 @@ public:
   /// grounding entry is filled with the grounding size of the circuit in hand instead of `value`.
   /// @return false, with `names` empty, when no position has this code; true with empty `names` when the position
   ///   has no format.
-  bool GetLayerNames(
-      std::wstring_view value, std::wstring_view code, std::vector<std::wstring>& names) const;
+  bool GetLayerNames(std::wstring_view value, std::wstring_view code, std::vector<std::wstring>& names) const;
 
   /// All grounding codes, whatever their suffix, in ordinal order, a code with several entries as often.
   [[nodiscard]] std::vector<std::wstring> GetGroundCodes() const;
