@@ -18,8 +18,8 @@ class Interpreter;
 /// As the maximum of a function's arguments.
 inline constexpr std::size_t anyNumber = std::numeric_limits<std::size_t>::max();
 
-/// Positions count from 0 in code, from 1 in messages. Every access with a type throws LispError when the argument
-/// is missing or of another type.
+/// Positions count from 0 in code, from 1 in messages. Every access with a type throws LispError when the
+/// argument is missing or of another type.
 class Arguments final {
 public:
   Arguments(Interpreter& interpreter, const Builtin& function, std::span<const Value> values)

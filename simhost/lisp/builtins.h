@@ -1,4 +1,5 @@
-// The functions that every interpreter has, by theme; each file is a table of names and the functions behind it.
+// The functions that every interpreter has, by theme; each file is a table of names and the functions behind
+// it.
 #pragma once
 
 #include "simhost/lisp/evaluator.h"

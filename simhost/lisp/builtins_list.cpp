@@ -33,7 +33,8 @@ Value carAndCdr(Arguments& arguments) {
   const Value* value = &arguments[0];
   for (std::size_t i = name.size() - 2; i > 0; --i) {
     if (value->isNil()) return {};
-    if (!value->isCons()) arguments.expected(0, L"a list of the depth that the function needs");
+    if (!value->isCons())
+      arguments.expected(0, name.size() == 3 ? L"a list" : L"a list with lists where the name asks for them");
     value = name[i] == L'A' ? &value->asCons().car() : &value->asCons().cdr();
   }
   return *value;

@@ -1,4 +1,5 @@
-// Numbers. A result that is no 32-bit integer any more becomes a real; a result that is no finite number is an error.
+// Numbers. A result that is no 32-bit integer any more becomes a real; a result that is no finite number is
+// an error.
 #include "simhost/lisp/builtins.h"
 
 #include <cmath>

@@ -3,6 +3,10 @@
 #include "simhost/lisp/printer.h"
 #include "text/numbers.h"
 
+#include <algorithm>
+#include <optional>
+#include <string>
+
 namespace simhost::lisp {
 
 namespace {

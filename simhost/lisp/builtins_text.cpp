@@ -7,6 +7,7 @@
 #include "text/split.h"
 
 #include <algorithm>
+#include <limits>
 
 namespace simhost::lisp {
 
@@ -132,7 +133,7 @@ Value stringToNumber(Arguments& arguments) {
     const std::size_t digit = digitLetters.find(letter);
     if (digit >= static_cast<std::size_t>(base)) return {};
     number = number * base + static_cast<std::int64_t>(digit);
-    if (number > INT32_MAX) return {};
+    if (number > std::numeric_limits<std::int32_t>::max()) return {};
   }
   return Value::integer(static_cast<std::int32_t>(isNegative ? -number : number));
 }

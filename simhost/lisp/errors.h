@@ -1,4 +1,5 @@
-// How a LISP program fails: one exception that names the place, for the command line and for whoever called in.
+// How a LISP program fails: one exception that names the place, for the command line and for whoever called
+// in.
 #pragma once
 
 #include <exception>
@@ -42,7 +43,8 @@ private:
   std::string bytes_;
 };
 
-/// Thrown by a function of the embedding when the user cancelled: it ends the whole run, no LISP form stops it.
+/// Thrown by a function of the embedding when the user cancelled: it ends the whole run, no LISP form stops
+/// it.
 struct Cancelled final {};
 
 } // namespace simhost::lisp

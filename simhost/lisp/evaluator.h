@@ -1,4 +1,5 @@
-// The LISP of the simulated host: one interpreter holds the symbols, the functions of its embedding and the run.
+// The LISP of the simulated host: one interpreter holds the symbols, the functions of its embedding and the
+// run.
 #pragma once
 
 #include "simhost/lisp/arguments.h"
@@ -25,16 +26,17 @@ struct LoadedText final {
   std::wstring fileName; ///< for messages, and as the place from which the file's own loads start
 };
 
-/// Finds the text for a name given to `load`; `fromFile` is the file whose form asks, empty when there is none.
+/// Finds the text for a name given to `load`; `fromFile` is the file whose form asks, empty when there is
+/// none.
 using Loader = std::function<std::optional<LoadedText>(std::wstring_view name, std::wstring_view fromFile)>;
 using Printer = std::function<void(std::wstring_view text)>;
 
-/// Evaluates LISP. For one thread; only `interrupt` may come from elsewhere. Functions of the embedding may call
-/// back in. An exception of theirs other than LispError passes through every LISP form untouched.
+/// Evaluates LISP. For one thread; only `interrupt` may come from elsewhere. Functions of the embedding may
+/// call back in. An exception of theirs other than LispError passes through every LISP form untouched.
 class Interpreter final {
 public:
-  /// Forms inside forms inside calls, counted together. A function that calls itself from within an `if` and an
-  /// arithmetic form uses three per call.
+  /// Forms inside forms inside calls, counted together. A function that calls itself from within an `if` and
+  /// an arithmetic form uses three per call.
   static constexpr std::size_t defaultDepthLimit = 10000;
 
   Interpreter();
@@ -61,8 +63,8 @@ public:
   /// Takes a function away; no such function is no error.
   void undefine(std::wstring_view name);
 
-  /// Reads the whole text, then evaluates form by form; the value of the last one, nil when there is none. Nothing
-  /// runs when the text cannot be read. Throws LispError, as do all below.
+  /// Reads the whole text, then evaluates form by form; the value of the last one, nil when there is none.
+  /// Nothing runs when the text cannot be read. Throws LispError, as do all below.
   Value run(std::wstring_view text, std::wstring_view fileName);
   /// Runs the text that the loader finds.
   Value load(std::wstring_view name);

@@ -37,8 +37,8 @@ private:
   Place place_;
 };
 
-/// The elements of a list for a range-based loop; a tail that is no list ends the walk. The list must live as long
-/// as the walk.
+/// The elements of a list for a range-based loop; a tail that is no list ends the walk. The list must live as
+/// long as the walk.
 class Elements final {
 public:
   class Iterator final {

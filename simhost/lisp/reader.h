@@ -1,4 +1,5 @@
-// LISP text to forms. A text is untrusted: whatever it holds, the answer is a form or an error with file and line.
+// LISP text to forms. A text is untrusted: whatever it holds, the answer is a form or an error with file and
+// line.
 #pragma once
 
 #include "simhost/lisp/symbol.h"
@@ -43,8 +44,8 @@ private:
   std::uint32_t line_ = 1;
 };
 
-/// The integer or real that a whole word spells: sign, digits, point, exponent. An integer beyond 32 bits is a
-/// real; anything else (1.2.3, -, 1+) is no number.
+/// The integer or real that a whole word spells: sign, digits, point, exponent. An integer beyond 32 bits is
+/// a real; anything else (1.2.3, -, 1+) is no number.
 [[nodiscard]] std::optional<Value> parseNumber(std::wstring_view word);
 
 } // namespace simhost::lisp

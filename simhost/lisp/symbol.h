@@ -16,8 +16,8 @@ class Interpreter;
 /// Evaluates the unevaluated arguments of a special form (the rest of the form behind its name).
 using SpecialForm = Value (*)(Interpreter& interpreter, const Value& arguments);
 
-/// Variable and function have a slot each: a parameter called `list` must not take the function `list` away from
-/// everything that is called below it.
+/// Variable and function have a slot each: a parameter called `list` must not take the function `list` away
+/// from everything that is called below it.
 struct Symbol final {
   std::wstring name;             ///< upper case
   Value value;                   ///< nil until it is set

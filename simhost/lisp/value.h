@@ -1,5 +1,6 @@
-// What a LISP program computes with: 16 bytes of tag and content, shared by reference count where the content is on
-// the heap. Nothing that a program can reach is changed in place, so there are no cycles and counting is enough.
+// What a LISP program computes with: 16 bytes of tag and content, shared by reference count where the content
+// is on the heap. Nothing that a program can reach is changed in place, so there are no cycles and counting
+// is enough.
 #pragma once
 
 #include "text/assertion.h"

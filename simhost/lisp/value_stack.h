@@ -1,4 +1,5 @@
-// Room for evaluated arguments: grows in blocks, so that spans into it stay valid while deeper calls push more.
+// Room for evaluated arguments: grows in blocks, so that spans into it stay valid while deeper calls push
+// more.
 #pragma once
 
 #include "simhost/lisp/value.h"
