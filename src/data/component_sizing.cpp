@@ -1,0 +1,101 @@
+#include "data/component_sizing.h"
+
+#include "data/table_query.h"
+#include "expr/expr_evaluator.h"
+#include "host/alerts.h"
+#include "host/lisp_symbols.h"
+#include "text/numbers.h"
+
+#include <cmath>
+
+namespace brenvolt {
+
+bool ZanAutoSizeComponent::init(std::wstring_view standard) {
+  codeStandard_ = standard;
+  if (!connection() && !Open()) return false;
+
+  std::wstring source;
+  MissingTables missing;
+  if (!CheckTables({}, {}, codeStandard_, source, missing, tablemask::components) &&
+      !alertTables(source, missing.forCode, missing.everywhere, AlertKind::componentTable))
+    return false;
+
+  struct Resolved {
+    ZanTableKind kind;
+    std::wstring& name;
+  };
+  for (const Resolved& table :
+       {Resolved{ZanTableKind::componentDescription, descriptionTable_},
+        Resolved{ZanTableKind::componentCalculation, calculationTable_},
+        Resolved{ZanTableKind::componentMap, mapTable_}}) {
+    std::wstring name;
+    if (utils().ResolveTable(name, table.kind, codeStandard_)) table.name = name;
+  }
+  return true;
+}
+
+bool ZanAutoSizeComponent::size(std::wstring_view type, double current, std::vector<ZanAutoSizeRow>& rows) {
+  rows.clear();
+  if (type.empty()) return false;
+  if (!connection() && !Open()) return false;
+  TableQuery query(connection());
+  if (!query.run(L"SELECT [CODE], [Description] FROM %s", {descriptionTable_})) return false;
+  while (query.next()) {
+    ZanAutoSizeRow row;
+    row.code = query.text(1);
+    row.description = query.text(2);
+    rows.push_back(std::move(row));
+  }
+  for (ZanAutoSizeRow& row : rows) {
+    evaluate(row, type, current);
+    chooseStep(row);
+  }
+  return !rows.empty();
+}
+
+void ZanAutoSizeComponent::evaluate(ZanAutoSizeRow& row, std::wstring_view type, double current) {
+  TableQuery query(connection());
+  if (!query.runForRow(
+          L"SELECT [%s] FROM %s WHERE Type='%s'", {row.code, calculationTable_, std::wstring(type)}))
+    return;
+  row.expression = query.text(1);
+  try {
+    row.value = ZanExprEvaluator().Evaluate(row.expression, current);
+  } catch (const IllegalExprException&) {
+    row.value = 0.0; // the component keeps no value, and the walk goes on
+  }
+}
+
+void ZanAutoSizeComponent::chooseStep(ZanAutoSizeRow& row) {
+  TableQuery query(connection());
+  if (!query.run(
+          L"SELECT [MAX], [RATING], [DEFAULT] FROM %s WHERE [CODE]='%s' ORDER BY [MAX] ASC",
+          {mapTable_, row.code}))
+    return;
+  while (query.next()) {
+    const double above = query.number(1) - row.value;
+    if (above <= numberTolerance && std::abs(above) > numberTolerance) continue;
+    row.rating = query.text(2);
+    row.defaultPart = query.text(3);
+    return;
+  }
+}
+
+ResultList rowsToList(const std::vector<ZanAutoSizeRow>& rows) {
+  ListBuilder list;
+  list.beginList();
+  for (const ZanAutoSizeRow& row : rows) {
+    list.beginList().addText(row.code).addText(row.description).addReal(row.value);
+    list.addText(row.rating).addText(row.defaultPart).endList();
+  }
+  list.endList();
+  return list.take();
+}
+
+bool putRows(const wchar_t* name, const std::vector<ZanAutoSizeRow>& rows) {
+  if (rows.empty()) return false;
+  const ResultList list = rowsToList(rows);
+  return !list.isEmpty() && putList(name, list);
+}
+
+} // namespace brenvolt

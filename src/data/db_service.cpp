@@ -1,0 +1,54 @@
+#include "data/db_service.h"
+
+#include "host/host_api_documents.h"
+#include "host/lisp_calls.h"
+
+namespace brenvolt {
+
+namespace {
+
+constexpr std::wstring_view databaseFileForm = L"(c:zan_bv_figure_mccdb_fnam)";
+constexpr std::wstring_view databaseProvider = L"Microsoft.Jet.OLEDB.4.0";
+constexpr std::wstring_view databaseProperties = L"Jet OLEDB:Engine Type=5";
+
+} // namespace
+
+bool openEngineeringDatabase(ZanOleDbConnection& connection) {
+  const KvWaitCursor waiting;
+  ResultList answer;
+  if (evalString(databaseFileForm, answer) != kvstatus::normal) return false;
+  const std::optional<std::wstring> file = ListReader(answer).text();
+  if (!file) return false;
+  const std::wstring init = ZanOleDbHelper::FormatConnectString(*file, databaseProvider, databaseProperties);
+  return connection.OpenFromInitializationString(init, false, true) >= 0;
+}
+
+ZanDbBaseService::ZanDbBaseService(ZanOleDbConnection* connection)
+    : connection_(connection), utils_(connection) {}
+
+ZanDbBaseService::~ZanDbBaseService() = default;
+
+void ZanDbBaseService::SetConnection(ZanOleDbConnection* connection) {
+  connection_ = connection;
+  utils_.SetConnection(connection);
+  own_.reset();
+}
+
+bool ZanDbBaseService::Open() {
+  if (own_) return true;
+  auto own = std::make_unique<ZanOleDbConnection>();
+  if (!openEngineeringDatabase(*own)) return false;
+  SetConnection(own.get());
+  own_ = std::move(own);
+  return true;
+}
+
+bool ZanDbBaseService::CheckTables(
+    std::wstring_view metal, std::wstring_view standard, std::wstring_view code, std::wstring& dataSource,
+    MissingTables& missing, unsigned mask) const {
+  dataSource.clear();
+  if (connection_) connection_->GetDatasource(dataSource);
+  return utils_.CheckTables(metal, standard, code, missing, mask);
+}
+
+} // namespace brenvolt

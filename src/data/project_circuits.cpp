@@ -1,0 +1,190 @@
+#include "data/project_circuits.h"
+
+#include "data/table_query.h"
+#include "host/lisp_calls.h"
+#include "platform/tables.h"
+#include "text/compare.h"
+#include "text/split.h"
+
+#include <algorithm>
+#include <map>
+#include <optional>
+#include <utility>
+
+namespace brenvolt {
+
+namespace {
+
+constexpr std::wstring_view circuitTable = L"BRENVOLT";
+constexpr std::wstring_view componentTable = L"COMP";
+constexpr std::wstring_view drawingTable = L"QN_M";
+constexpr std::size_t circuitTextFields = 9;
+constexpr std::size_t firstSummaryField = 3;
+constexpr std::size_t secondSummaryField = 4;
+constexpr int componentColumns = 6;
+
+/// The project database, open for reading.
+class ProjectDatabase final {
+public:
+  explicit ProjectDatabase(const std::wstring& path) : file_(ConnectType::file, FileType::workbook) {
+    // The parent product writes paths with "\"; here the separator is "/".
+    isOpen_ = !path.empty() && file_.Open(replaceAll(path, L"\\", L"/"));
+    ZanOleDbTables tables;
+    if (isOpen_ && tables.Open(file_.connection(), L"TABLE")) tables.GetTableList(tables_);
+  }
+
+  [[nodiscard]] ZanOleDbConnection* connection() { return isOpen_ ? &file_.connection() : nullptr; }
+
+  /// The table's own spelling; nothing when the file has none.
+  [[nodiscard]] std::optional<std::wstring> findTable(std::wstring_view name) const {
+    const auto table = std::find_if(tables_.begin(), tables_.end(), [name](const std::wstring& each) {
+      return equalsOrdinalNoCase(each, name);
+    });
+    if (table == tables_.end()) return std::nullopt;
+    return *table;
+  }
+
+private:
+  ZanOleDbFileRecordset file_;
+  bool isOpen_ = false;
+  std::vector<std::wstring> tables_;
+};
+
+TextRow wholeRow(const TableQuery& query) {
+  TextRow row;
+  for (int column = 1; column <= query.columnCount(); ++column)
+    row.push_back(query.text(column));
+  return row;
+}
+
+std::wstring trimQuotesAndBlanks(std::wstring_view text) {
+  return trim(text, L"\" \t\r\n");
+}
+
+/// Drawing index and handle of a component, without case.
+using ComponentKey = std::pair<std::wstring, std::wstring>;
+
+ComponentKey componentKey(std::wstring_view drawingIndex, std::wstring_view handle) {
+  return {toUpper(drawingIndex), toUpper(handle)};
+}
+
+} // namespace
+
+bool readCircuitRows(const std::wstring& databasePath, std::vector<TextRow>& rows) {
+  rows.clear();
+  ProjectDatabase database(databasePath);
+  const std::optional<std::wstring> table = database.findTable(circuitTable);
+  TableQuery query(database.connection());
+  if (!table || !query.run(L"SELECT %s FROM [%s]", {L"*", *table})) return false;
+  while (query.next()) {
+    TextRow row = wholeRow(query);
+    if (row.size() == circuitrow::columns && !row[circuitrow::text].empty()) rows.push_back(std::move(row));
+  }
+  return !rows.empty();
+}
+
+bool readCircuitSummaries(
+    const std::wstring& databasePath, const std::vector<TextRow>& rows, std::vector<TextRow>& summaries) {
+  summaries.clear();
+  ProjectDatabase database(databasePath);
+  if (!database.findTable(componentTable)) return true;
+  // Read once for all circuits: a query a circuit would walk the components as often as there are circuits.
+  std::multimap<ComponentKey, TextRow> components;
+  TableQuery query(database.connection());
+  if (!query.run(L"SELECT TAGNAME,INST,LOC,DESC1,DESC2,DESC3,DWGIX,HDL FROM [COMP]")) return false;
+  while (query.next()) {
+    TextRow component = wholeRow(query);
+    component.resize(componentColumns);
+    components.emplace(
+        componentKey(query.text(componentColumns + 1), query.text(componentColumns + 2)),
+        std::move(component));
+  }
+
+  for (const TextRow& row : rows) {
+    if (row.size() != circuitrow::columns) continue;
+    if (row[circuitrow::drawingIndex].empty() || row[circuitrow::handle].empty()) continue;
+    TextRow fields = splitKeepingEmpty(row[circuitrow::text], L';');
+    if (fields.size() != circuitTextFields) continue;
+    for (std::wstring& field : fields)
+      field = trimQuotesAndBlanks(field);
+    if (fields[firstSummaryField].empty() || fields[secondSummaryField].empty()) continue;
+    const auto [first, last] =
+        components.equal_range(componentKey(row[circuitrow::drawingIndex], row[circuitrow::handle]));
+    for (auto component = first; component != last; ++component) {
+      TextRow summary = component->second;
+      // The key is the row's last column, by which the chosen summary leads back to its row.
+      for (const std::wstring& more :
+           {fields[firstSummaryField], fields[secondSummaryField], row[circuitrow::key]})
+        summary.push_back(more);
+      summaries.push_back(std::move(summary));
+    }
+  }
+  std::sort(summaries.begin(), summaries.end());
+  return true;
+}
+
+bool readCatalogRows(
+    std::wstring_view drawingIndex, std::wstring_view handleKey, std::vector<TextRow>& rows) {
+  rows.clear();
+  const std::optional<std::wstring> path = getProjectDatabase();
+  if (!path) return false;
+  ProjectDatabase database(*path);
+  TableQuery query(database.connection());
+  const std::vector<std::wstring> values = {std::wstring(drawingIndex), std::wstring(handleKey)};
+  bool found = false;
+  if (query.run(
+          L"SELECT MFG,CAT,ASSYCODE,CNT,RATING1,RATING2,"
+          L"                                         RATING3,RATING4,RATING5,RATING6,FAMILY FROM [COMP]"
+          L"                                         WHERE DWGIX='%s' AND HDL='%s' ORDER BY COMP.PAR1_CHLD2 "
+          L"ASC",
+          values)) {
+    found = true;
+    while (query.next()) {
+      rows.push_back(wholeRow(query));
+      rows.back().emplace_back();
+    }
+  }
+  if (query.run(
+          L"SELECT MFG,CAT,ASSYCODE,CNT,RATING1,RATING2,"
+          L"                                         RATING3,RATING4,RATING5,RATING6 FROM [TERMS]"
+          L"                                         WHERE DWGIX='%s' AND HDL='%s' AND PAR1_CHLD2='1'",
+          values)) {
+    found = true;
+    while (query.next()) {
+      rows.push_back(wholeRow(query));
+      rows.back().insert(rows.back().end(), {L"TRMS", L""});
+    }
+  }
+  return found;
+}
+
+bool selectDistinct(
+    const std::wstring& databasePath, std::wstring_view table, std::wstring_view column,
+    std::wstring_view statement, const std::vector<std::wstring>& values, TextRow& texts) {
+  ProjectDatabase database(databasePath);
+  const std::optional<std::wstring> name = database.findTable(table);
+  if (!name) return false;
+  std::vector<std::wstring> filled = {std::wstring(column), *name};
+  filled.insert(filled.end(), values.begin(), values.end());
+  TableQuery query(database.connection());
+  if (!query.run(statement, filled)) return false;
+  while (query.next()) {
+    if (query.isNull(1)) continue;
+    std::wstring text = query.text(1);
+    if (std::find(texts.begin(), texts.end(), text) == texts.end()) texts.push_back(std::move(text));
+  }
+  return true;
+}
+
+TagLocations readTagLocations(const std::wstring& databasePath, std::wstring_view drawingIndex) {
+  TagLocations locations;
+  constexpr std::wstring_view statement = L"SELECT %s FROM [%s] WHERE DWGIX='%s' AND ATTR_NAME ='%s'";
+  const std::wstring index(drawingIndex);
+  selectDistinct(
+      databasePath, drawingTable, L"ATTR_VAL", statement, {index, L"IEC_INST"}, locations.installations);
+  selectDistinct(
+      databasePath, drawingTable, L"ATTR_VAL", statement, {index, L"IEC_LOC"}, locations.locations);
+  return locations;
+}
+
+} // namespace brenvolt

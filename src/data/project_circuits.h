@@ -1,0 +1,42 @@
+// The circuits that a project already holds, as the parent product's LISP has written them into the project database.
+// Everything here only reads; a file that cannot be opened counts as an empty project.
+#pragma once
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace brenvolt {
+
+using TextRow = std::vector<std::wstring>;
+
+/// Positions of a circuit's row, from 0.
+namespace circuitrow {
+inline constexpr std::size_t drawingIndex = 0, handle = 1, text = 2, presetText = 5, key = 6, columns = 7;
+}
+
+/// The rows of circuits: seven columns, with a circuit text. True when there are any.
+bool readCircuitRows(const std::wstring& databasePath, std::vector<TextRow>& rows);
+
+/// What a person sees of these rows: for each component of a circuit nine texts (tag, installation, location, three
+/// descriptions, two fields of the circuit text, the row's key), sorted. False when the components cannot be read.
+bool readCircuitSummaries(
+    const std::wstring& databasePath, const std::vector<TextRow>& rows, std::vector<TextRow>& summaries);
+
+/// The catalogue data of a component and its terminals: twelve texts each, the last one empty.
+bool readCatalogRows(std::wstring_view drawingIndex, std::wstring_view handleKey, std::vector<TextRow>& rows);
+
+/// The distinct, non-null texts of the first column of a query on one table, found without case. `statement` takes
+/// the column and the table, then `values`. False when the file or the table is missing or the query fails.
+bool selectDistinct(
+    const std::wstring& databasePath, std::wstring_view table, std::wstring_view column,
+    std::wstring_view statement, const std::vector<std::wstring>& values, TextRow& texts);
+
+/// Installation and location of a drawing.
+struct TagLocations {
+  TextRow installations;
+  TextRow locations;
+};
+[[nodiscard]] TagLocations readTagLocations(const std::wstring& databasePath, std::wstring_view drawingIndex);
+
+} // namespace brenvolt

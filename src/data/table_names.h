@@ -1,0 +1,91 @@
+// The names of the engineering tables: composed from family, wire metal, wire standard and electrical code, looked up
+// with a fallback, and checked so that a missing table can be told before it is needed.
+#pragma once
+
+#include "platform/tables.h"
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace brenvolt {
+
+/// The table families. The values are part of the design: masks and stored figures refer to them.
+enum class ZanTableKind : int {
+  ampacity = 0,
+  insulation = 1,
+  impedance = 2,
+  racewayDescriptions = 3,
+  conduitFill = 4,
+  options = 5,
+  grounding = 6,
+  motors = 7,
+  loads = 8,
+  componentCalculation = 9,
+  componentDescription = 10,
+  componentMap = 11,
+};
+
+/// Which families `CheckTables` looks for; bits may be joined. Raceway descriptions are never checked.
+namespace tablemask {
+inline constexpr unsigned options = 1;
+inline constexpr unsigned wires = 4; ///< ampacity, insulation, impedance, fill
+inline constexpr unsigned motors = 8;
+inline constexpr unsigned loads = 16;
+inline constexpr unsigned grounding = 32; ///< only together with `wires`
+inline constexpr unsigned components = 64;
+} // namespace tablemask
+
+/// The code whose tables serve a code that has none of its own.
+inline constexpr std::wstring_view defaultCode = L"NEC";
+
+/// What `CheckTables` found missing.
+struct MissingTables {
+  std::vector<std::wstring> forCode;    ///< tables of the code itself, also where a fallback serves
+  std::vector<std::wstring> everywhere; ///< tables that no fallback serves either
+};
+
+/// Names and existence of tables on a connection that it does not own.
+class ZanDbReaderUtils {
+public:
+  explicit ZanDbReaderUtils(ZanOleDbConnection* connection = nullptr) : connection_(connection) {}
+  virtual ~ZanDbReaderUtils() = default;
+  ZanDbReaderUtils(const ZanDbReaderUtils&) = default;
+  ZanDbReaderUtils& operator=(const ZanDbReaderUtils&) = default;
+
+  void SetConnection(ZanOleDbConnection* connection) { connection_ = connection; }
+  [[nodiscard]] ZanOleDbConnection* connection() const { return connection_; }
+
+  /// "AMP", "INSUL", ...; empty for a value that is no family.
+  [[nodiscard]] static std::wstring_view TableBaseName(ZanTableKind kind);
+  /// base[_metal][_standard][_code]: each non-empty part behind an underscore. An empty base gives an empty name.
+  [[nodiscard]] static std::wstring ComposeTableName(
+      std::wstring_view base, std::wstring_view metal, std::wstring_view standard, std::wstring_view code);
+  /// Whether the catalogue holds the name, without case. No catalogue means no.
+  [[nodiscard]] bool TableExists(std::wstring_view name) const;
+  /// The table of a family: the code's own, else the one without a code, else that of the default code. A site may
+  /// so keep one table for all codes. False, and an empty name, when none exists or nothing is connected.
+  [[nodiscard]] bool ResolveTable(
+      std::wstring& name, ZanTableKind kind, std::wstring_view metal, std::wstring_view standard,
+      std::wstring_view code) const;
+  /// The same for families that carry neither metal nor standard in their names.
+  [[nodiscard]] bool ResolveTable(std::wstring& name, ZanTableKind kind, std::wstring_view code) const;
+  /// Whether all tables of the mask exist under the code itself. A kind that only a fallback serves is still told in
+  /// `forCode`: the user is to know that the code's own table is absent.
+  [[nodiscard]] bool CheckTables(
+      std::wstring_view metal, std::wstring_view standard, std::wstring_view code, MissingTables& missing,
+      unsigned mask) const;
+
+  /// "[a], [b]".
+  [[nodiscard]] static std::wstring JoinColumns(const std::vector<std::wstring>& names);
+  /// "[a]='1' AND [b]='2'". Values are not escaped here: who runs the statement stops a value with a quote.
+  [[nodiscard]] static std::wstring JoinWhere(
+      const std::vector<std::wstring>& names, const std::vector<std::wstring>& values);
+
+private:
+  [[nodiscard]] std::vector<std::wstring> catalogue() const;
+
+  ZanOleDbConnection* connection_;
+};
+
+} // namespace brenvolt

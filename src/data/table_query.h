@@ -1,0 +1,42 @@
+// One statement with its values filled in, run on a connection, its rows walked: the way in which every service of
+// this floor asks the tables.
+#pragma once
+
+#include "platform/tables.h"
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace brenvolt {
+
+/// Placeholders of a statement: "%s" inside quotes is a value, inside brackets a name, elsewhere a piece of statement;
+/// "%d" is an integer. A value that holds a quote and a name that holds a bracket stop the statement here: it counts
+/// as failed and never reaches the engine.
+class TableQuery final {
+public:
+  /// The connection is not owned; null and closed ones make every statement fail.
+  explicit TableQuery(ZanOleDbConnection* connection);
+
+  /// Fills and runs a statement. False on any failure, told by `error`.
+  [[nodiscard]] bool run(std::wstring_view statement, const std::vector<std::wstring>& values = {});
+  /// Steps to the next row; false behind the last one.
+  [[nodiscard]] bool next();
+  /// `run` and a first row.
+  [[nodiscard]] bool runForRow(std::wstring_view statement, const std::vector<std::wstring>& values = {});
+
+  /// Columns count from 1. NULL reads as an empty text and as 0; a blob as the UTF-16 text that it holds.
+  [[nodiscard]] std::wstring text(int column) const;
+  [[nodiscard]] bool isNull(int column) const { return command_.IsNull(column); }
+  [[nodiscard]] double number(int column) const { return command_.FieldAsDouble(column); }
+  [[nodiscard]] int columnCount() const { return command_.GetColumnCount(); }
+  [[nodiscard]] std::wstring columnName(int column) const { return command_.GetColumnName(column); }
+  [[nodiscard]] const std::wstring& error() const { return error_; }
+
+private:
+  ZanOleDbConnection* connection_;
+  ZanOleDbCommand command_;
+  std::wstring error_;
+};
+
+} // namespace brenvolt

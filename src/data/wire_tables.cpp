@@ -1,0 +1,266 @@
+#include "data/wire_tables.h"
+
+#include "data/table_query.h"
+#include "expr/expr_evaluator.h"
+#include "text/compare.h"
+#include "text/numbers.h"
+#include "text/split.h"
+
+#include <algorithm>
+
+namespace brenvolt {
+
+namespace {
+
+/// Raceways stand in the impedance table from this column on, ambient brackets in the insulation table.
+constexpr int firstRacewayColumn = 3;
+constexpr int firstAmbientColumn = 5;
+
+void addDistinct(std::vector<std::wstring>& list, const std::wstring& text) {
+  const bool known = std::any_of(list.begin(), list.end(), [&text](const std::wstring& each) {
+    return equalsOrdinalNoCase(each, text);
+  });
+  if (!known) list.push_back(text);
+}
+
+bool startsWithNoCase(std::wstring_view text, std::wstring_view start) {
+  return text.size() >= start.size() && equalsOrdinalNoCase(text.substr(0, start.size()), start);
+}
+
+} // namespace
+
+std::wstring insulationLabel(std::wstring_view description, std::wstring_view temperature) {
+  return std::wstring(description).append(L" / ").append(temperature);
+}
+
+ZanWireTableReader::ZanWireTableReader(ZanOleDbConnection* connection)
+    : connection_(connection), utils_(connection), options_(connection) {}
+
+std::vector<std::wstring> ZanWireTableReader::catalogue() const {
+  std::vector<std::wstring> names;
+  ZanOleDbTables tables;
+  if (connection_ && connection_->IsConnected() && tables.Open(*connection_, L"TABLE"))
+    tables.GetTableList(names);
+  return names;
+}
+
+bool ZanWireTableReader::ListStandards(std::vector<std::wstring>& standards) const {
+  standards.clear();
+  if (!connection_ || !connection_->IsConnected()) return false;
+  // The three letters alone, so grounding tables count as well.
+  for (const std::wstring& name : catalogue()) {
+    if (!startsWithNoCase(name, ZanDbReaderUtils::TableBaseName(ZanTableKind::ampacity))) continue;
+    const std::vector<std::wstring> tokens = splitKeepingEmpty(name, L'_');
+    if (tokens.size() >= 3) addDistinct(standards, tokens[2]);
+  }
+  return true;
+}
+
+bool ZanWireTableReader::ListMetals(std::wstring_view standard, std::vector<std::wstring>& metals) const {
+  metals.clear();
+  if (!connection_ || !connection_->IsConnected()) return false;
+  const std::wstring family = std::wstring(ZanDbReaderUtils::TableBaseName(ZanTableKind::ampacity)) + L'_';
+  for (const std::wstring& name : catalogue()) {
+    if (!startsWithNoCase(name, family)) continue;
+    const std::vector<std::wstring> tokens = splitKeepingEmpty(name, L'_');
+    if (tokens.size() >= 3 && equalsOrdinalNoCase(tokens[2], standard)) addDistinct(metals, tokens[1]);
+  }
+  return true;
+}
+
+bool ZanWireTableReader::ListInsulations(const WireTableSet& set, std::vector<std::wstring>& labels) const {
+  labels.clear();
+  std::wstring table;
+  TableQuery query(connection_);
+  if (!ResolveTable(table, ZanTableKind::insulation, set)) return false;
+  if (!query.run(L"SELECT [INSUL_DESC], [TEMP] FROM [%s]", {table})) return false;
+  while (query.next())
+    labels.push_back(insulationLabel(query.text(1), query.text(2)));
+  return true;
+}
+
+bool ZanWireTableReader::InsulationLabel(
+    const WireTableSet& set, std::wstring_view insulation, std::wstring& label) const {
+  label.clear();
+  std::wstring table;
+  TableQuery query(connection_);
+  if (!ResolveTable(table, ZanTableKind::insulation, set)) return false;
+  if (!query.runForRow(
+          L"SELECT [INSUL_DESC], [TEMP] FROM [%s] WHERE [INSUL]='%s'", {table, std::wstring(insulation)}))
+    return false;
+  label = insulationLabel(query.text(1), query.text(2));
+  return true;
+}
+
+bool ZanWireTableReader::ListRaceways(
+    std::wstring_view code, std::map<std::wstring, std::wstring>& descriptions) const {
+  descriptions.clear();
+  std::wstring table;
+  TableQuery query(connection_);
+  if (!utils_.ResolveTable(table, ZanTableKind::racewayDescriptions, code)) return false;
+  if (!query.run(L"SELECT [CODE], [DESCRIPTION] FROM [%s]", {table})) return false;
+  while (query.next())
+    if (std::wstring column = query.text(1); !column.empty()) descriptions[std::move(column)] = query.text(2);
+  return true;
+}
+
+bool ZanWireTableReader::ListRacewayColumns(
+    const WireTableSet& set, std::vector<std::wstring>& columns) const {
+  columns.clear();
+  std::wstring table;
+  ZanOleDbColumns catalogueColumns;
+  if (!ResolveTable(table, ZanTableKind::impedance, set)) return false;
+  if (!catalogueColumns.Open(*connection_, table)) return false;
+  while (catalogueColumns.FetchNext()) {
+    std::wstring name;
+    if (catalogueColumns.OrdinalPosition() >= firstRacewayColumn && catalogueColumns.GetName(name))
+      columns.push_back(name);
+  }
+  return true;
+}
+
+bool ZanWireTableReader::ListFill(std::wstring_view code, FactorList& fill) const {
+  fill = {};
+  std::wstring table;
+  TableQuery query(connection_);
+  if (!utils_.ResolveTable(table, ZanTableKind::conduitFill, code)) return false;
+  if (!query.run(L"SELECT [MAX], [FACTOR] FROM [%s]", {table})) return false;
+  while (query.next()) {
+    fill.ranges.push_back(query.text(1));
+    fill.factors.push_back(normaliseFactor(query.text(2)));
+  }
+  makeFillRanges(fill.ranges);
+  return true;
+}
+
+bool ZanWireTableReader::ListAmbient(
+    const WireTableSet& set, std::wstring_view insulationDescription, FactorList& ambient,
+    std::size_t& defaultIndex) const {
+  ambient = {};
+  defaultIndex = 0;
+  std::wstring table;
+  TableQuery query(connection_);
+  if (!ResolveTable(table, ZanTableKind::insulation, set)) return false;
+  if (!query.runForRow(
+          L"SELECT * FROM [%s] WHERE [INSUL_DESC]='%s'", {table, std::wstring(insulationDescription)}))
+    return false;
+  for (int column = firstAmbientColumn; column <= query.columnCount(); ++column) {
+    const std::wstring factor = query.text(column);
+    if (factor.empty()) continue;
+    ambient.ranges.push_back(query.columnName(column));
+    ambient.factors.push_back(normaliseFactor(factor));
+  }
+  defaultIndex =
+      makeAmbientRanges(ambient.ranges, ambientDegrees(options_.defaultOf(option::ambientTemperature)));
+  return true;
+}
+
+bool ZanWireTableReader::ReadAmpacity(
+    const WireTableSet& set, std::wstring_view column, std::vector<ZanWireRow>& rows) const {
+  rows.clear();
+  std::wstring table;
+  TableQuery query(connection_);
+  const std::wstring name(column);
+  if (!ResolveTable(table, ZanTableKind::ampacity, set)) return false;
+  if (!query.run(
+          L"SELECT [SIZE_DESC], [%s] FROM [%s] WHERE [%s] IS NOT NULL ORDER BY [%s] ASC",
+          {name, table, name, name}))
+    return false;
+  while (query.next())
+    rows.push_back({query.text(1), query.number(2)});
+  return true;
+}
+
+bool ZanWireTableReader::ReadAmpacityAt(
+    const WireTableSet& set, std::wstring_view column, std::wstring_view size, double& amps) const {
+  amps = 0.0;
+  std::wstring table;
+  TableQuery query(connection_);
+  if (!ResolveTable(table, ZanTableKind::ampacity, set)) return false;
+  if (!query.runForRow(
+          L"SELECT [%s] FROM [%s] WHERE [SIZE]='%s'", {std::wstring(column), table, std::wstring(size)}))
+    return false;
+  amps = query.number(1);
+  return true;
+}
+
+bool ZanWireTableReader::ListParallelSizes(
+    const WireTableSet& set, std::wstring_view column, std::wstring_view size, std::vector<ZanWireRow>& rows,
+    SizeText text) const {
+  rows.clear();
+  std::wstring table;
+  TableQuery query(connection_);
+  const std::wstring name(column);
+  if (!ResolveTable(table, ZanTableKind::ampacity, set)) return false;
+  if (!query.runForRow(L"SELECT [%s] FROM [%s] WHERE [SIZE]='%s'", {name, table, std::wstring(size)}))
+    return false;
+  // The limit is an integer: 215.5 admits a size of 215.2.
+  const std::wstring limit = formatInt(toInt(query.text(1)));
+  const std::wstring_view statement =
+      text == SizeText::description ? L"SELECT [SIZE_DESC], [%s] FROM [%s] WHERE [%s]>= %d ORDER BY [%s] ASC"
+                                    : L"SELECT [SIZE], [%s] FROM [%s] WHERE [%s]>= %d ORDER BY [%s] ASC";
+  if (!query.run(statement, {name, table, name, limit, name})) return false;
+  while (query.next())
+    rows.push_back({query.text(1), query.number(2)});
+  return true;
+}
+
+bool ZanWireTableReader::ListGround(
+    const WireTableSet& set, std::wstring_view expression, std::wstring_view currentText,
+    std::vector<std::wstring>& sizes) const {
+  sizes.clear();
+  std::wstring table;
+  TableQuery query(connection_);
+  if (!ResolveTable(table, ZanTableKind::grounding, set)) return false;
+  double rating = 0.0;
+  try {
+    rating = ZanExprEvaluator().Evaluate(expression, toDouble(currentText));
+  } catch (const IllegalExprException&) {
+    return false;
+  }
+  if (!query.run(L"SELECT [SIZE_DESC], [MAX] FROM [%s] WHERE [MAX] IS NOT NULL ORDER BY [MAX] ASC", {table}))
+    return false;
+  std::vector<GroundRow> rows;
+  while (query.next())
+    rows.push_back({query.text(1), query.number(2)});
+  sizes = groundSizes(rows, rating);
+  return true;
+}
+
+bool ZanWireTableReader::ReadImpedance(
+    std::wstring_view impedanceTable, std::wstring_view ampacityTable, std::wstring_view column,
+    std::wstring_view sizeDescription, Impedance& impedance) const {
+  impedance = {};
+  const std::wstring table(impedanceTable);
+  const std::wstring name(column);
+  TableQuery query(connection_);
+  if (!query.runForRow(
+          L"SELECT [SIZE] FROM [%s] WHERE [SIZE_DESC]='%s'",
+          {std::wstring(ampacityTable), std::wstring(sizeDescription)}))
+    return false;
+  const std::wstring size = query.text(1);
+  if (!query.runForRow(L"SELECT [%s] FROM [%s] WHERE [SIZE]='%s'", {name, table, size})) return false;
+
+  std::optional<Impedance> found;
+  if (const std::wstring cell = query.text(1); !cell.empty()) {
+    found = parseImpedance(cell);
+  } else {
+    if (!query.run(L"SELECT [SIZE],[%s] FROM [%s]", {name, table})) return false;
+    std::vector<ImpedanceRow> rows;
+    while (query.next())
+      rows.push_back({query.text(1), query.text(2)});
+    found = interpolateImpedance(rows, size);
+  }
+  if (!found) return false;
+  impedance = *found;
+  return true;
+}
+
+bool ZanWireTableReader::CheckWireTables(
+    const WireTableSet& set, MissingTables& missing, WithOptions withOptions) const {
+  const unsigned options = withOptions == WithOptions::yes ? tablemask::options : 0;
+  return utils_.CheckTables(
+      set.metal, set.standard, set.code, missing, tablemask::wires | tablemask::grounding | options);
+}
+
+} // namespace brenvolt
