@@ -1,5 +1,7 @@
 #include "drawing_fixtures.h"
 
+#include "simhost/drawing/insertion.h"
+
 namespace simhost::testing {
 namespace {
 
@@ -59,6 +61,47 @@ void fillWithEverything(DrawingDatabase& drawing) {
   drawing.setVariable(L"DIMSCALE", 2.0);
   drawing.setVariable(L"project", L"Pump station");
   drawing.setVariable(L"TILEMODE", 0);
+}
+
+void drawMotorBranch(DrawingDatabase& drawing) {
+  drawing.putLayer({L"Phases", {192, 0, 0}, LineType::continuous, std::vector<WireSetting>{}});
+  drawing.putLayer({L"Earth", {0, 128, 0}, LineType::dashDot, std::vector<WireSetting>{}});
+  drawing.putLayer({L"Frame", {96, 96, 96}, LineType::dashed});
+  drawing.putLayer({L"Notes", {255, 255, 0}});
+  const KvDbHandle pole = drawing.addBlock(L"Pole", {0.0, 10.0, 0.0});
+  drawing.addEntity(pole, makeLine(0, 10, 0, 7));
+  drawing.addEntity(pole, makeLine(0, 3, -2, 7));
+  drawing.addEntity(pole, makeLine(0, 3, 0, 0));
+  drawing.addEntity(pole, {Arc{{0.0, 7.5, 0.0}, 0.5, 270.0, 90.0}});
+  const KvDbHandle contactor = drawing.addBlock(L"Contactor", {});
+  for (const double x : {0.0, 8.0, 16.0}) {
+    drawing.addEntity(contactor, makeReference(pole, x, 0.0));
+  }
+  drawing.addEntity(contactor, {Line{{-1.0, -5.0, 0.0}, {15.0, -5.0, 0.0}}, L"Frame"});
+  Text tag = textAt(-4.0, -5.0, L"K?");
+  tag.justification = Justification::right;
+  drawing.addEntity(contactor, {AttributeDefinition{L"TAG1", L"Tag", tag}});
+  drawing.addEntity(contactor, {AttributeDefinition{L"MFG", L"Maker", textAt(0, 0, L"unseen"), false}});
+
+  const KvDbHandle space = drawing.modelSpace();
+  for (const double x : {20.0, 28.0, 36.0}) {
+    drawing.addEntity(space, {Line{{x, 80.0, 0.0}, {x, 60.0, 0.0}}, L"Phases"});
+    drawing.addEntity(space, {Line{{x, 50.0, 0.0}, {28.0 + (x - 28.0) / 2.0, 29.0, 0.0}}, L"Phases"});
+  }
+  insertBlock(drawing, space, makeReference(contactor, 20.0, 60.0), {{L"TAG1", L"-K1"}});
+  drawing.addEntity(space, {Polyline{{{44.0, 80.0, 0.0}, {44.0, 20.0, 0.0}, {36.0, 20.0, 0.0}}}, L"Earth"});
+  drawing.addEntity(space, {Circle{{28.0, 20.0, 0.0}, 8.0}});
+  Text motor = textAt(28.0, 20.0, L"M 3~");
+  motor.justification = Justification::middle;
+  motor.height = 4.0;
+  drawing.addEntity(space, {motor});
+  Text wire{{18.5, 62.0, 0.0}, L"4 mm\u00b2 <Cu>", 2.0, 90.0};
+  drawing.addEntity(space, {wire, L"Notes"});
+  drawing.addEntity(
+      space, {Polyline{{{5.0, 8.0, 0.0}, {52.0, 8.0, 0.0}, {52.0, 84.0, 0.0}, {5.0, 84.0, 0.0}}, true, 0.4}});
+  Entity turned{BlockReference{contactor, {70.0, 70.0, 0.0}, 1.5, 30.0}};
+  insertBlock(drawing, space, turned, {{L"tag1", L"-K2"}});
+  drawing.addEntity(space, {AttributeDefinition{L"X1TERM01", L"", textAt(60.0, 30.0, L"default")}});
 }
 
 } // namespace simhost::testing

@@ -15,4 +15,7 @@ namespace simhost::testing {
 /// Every kind of entity once, a nested block, attributes, entity data, wire layers and variables of each type.
 void fillWithEverything(DrawingDatabase& drawing);
 
+/// A motor branch as a designer would draw it, with a starter block, wire layers and labels.
+void drawMotorBranch(DrawingDatabase& drawing);
+
 } // namespace simhost::testing
