@@ -1,0 +1,47 @@
+// Result buffer chains as the host itself handles them: what each type code stores, a handle that owns a chain, and
+// building one node at a time. The functions `kvutNewRb` and their kin are implemented beside.
+#pragma once
+
+#include "host/host_api_types.h"
+
+#include <cstdint>
+#include <memory>
+#include <string_view>
+
+namespace simhost {
+
+/// Which member of a node's value its type code uses.
+enum class ChainStorage { unknown, nothing, real, point, shortInteger, longInteger, string, entityName };
+
+/// The storage of a type code. Codes of values first, then the group codes of entity data and of wire settings.
+[[nodiscard]] ChainStorage storageOf(std::int16_t type);
+
+/// Releases a chain with its strings.
+struct ChainRelease {
+  void operator()(KvResultBuffer* chain) const;
+};
+using Chain = std::unique_ptr<KvResultBuffer, ChainRelease>;
+
+/// A copy of `text` as nodes own it.
+[[nodiscard]] wchar_t* newChainString(std::wstring_view text);
+
+/// Appends nodes to a chain that it owns.
+class ChainBuilder final {
+public:
+  ChainBuilder() = default;
+  ChainBuilder(const ChainBuilder&) = delete;
+  ChainBuilder& operator=(const ChainBuilder&) = delete;
+
+  /// A new last node of a known type, its value zero or null.
+  KvResultBuffer& add(std::int16_t type);
+  /// Links a chain in behind the last node.
+  void splice(Chain chain);
+  /// Hands the chain over; the builder is empty after.
+  [[nodiscard]] Chain take();
+
+private:
+  Chain head_;
+  KvResultBuffer* last_ = nullptr;
+};
+
+} // namespace simhost

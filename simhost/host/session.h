@@ -1,0 +1,87 @@
+// One run of the host: everything that outlives a call, in one place. The functions of the host's face find it
+// through `Session::current()`.
+#pragma once
+
+#include "simhost/host/command_line.h"
+#include "simhost/host/documents.h"
+#include "simhost/host/function_registry.h"
+#include "simhost/host/module_loader.h"
+#include "simhost/host/resource_module.h"
+#include "simhost/host/user_settings.h"
+#include "simhost/ui/window_system.h"
+
+#include <filesystem>
+#include <memory>
+#include <stdexcept>
+#include <string>
+#include <string_view>
+
+namespace simhost {
+
+/// Something that a person has to put right: a missing file, a damaged one, a wrong name. The message says where.
+class BadInput final : public std::runtime_error {
+public:
+  using std::runtime_error::runtime_error;
+};
+
+struct SessionOptions {
+  /// Where LISP of the site looks for files; empty for none.
+  std::filesystem::path siteFolder;
+  /// Holds one folder for each resource module.
+  std::filesystem::path resourceFolder = defaultResourceFolder();
+  /// Two letters; English fills what the language lacks.
+  std::string language = "en";
+  /// Empty keeps the user's settings in memory only.
+  std::filesystem::path settingsFile;
+};
+
+class Session final {
+public:
+  /// One session at a time. The windows must outlive it.
+  Session(SessionOptions options, WindowSystem& windows);
+  Session(const Session&) = delete;
+  Session& operator=(const Session&) = delete;
+  ~Session();
+
+  /// Null while there is none.
+  [[nodiscard]] static Session* current();
+
+  [[nodiscard]] const SessionOptions& options() const { return options_; }
+  [[nodiscard]] CommandLine& commandLine() { return commandLine_; }
+  [[nodiscard]] WindowSystem& windows() { return windows_; }
+  [[nodiscard]] DocumentManager& documents() { return documents_; }
+  [[nodiscard]] FunctionRegistry& functions() { return functions_; }
+  [[nodiscard]] ResourceLibrary& resources() { return resources_; }
+  [[nodiscard]] UserSettings& settings() { return settings_; }
+  [[nodiscard]] ModuleLoader& modules() { return modules_; }
+
+  /// Opens a new document, gives its LISP the functions of host and drawing, and tells the modules. It is current
+  /// and active then. `fileName` may be empty.
+  Document& openDocument(std::wstring fileName, std::unique_ptr<DrawingDatabase> drawing);
+
+  /// The file of a name: in the site's folder, else as it stands. Empty when there is none.
+  [[nodiscard]] std::filesystem::path findFile(std::wstring_view name) const;
+
+  /// Ends the LISP that runs: when native code has returned, no form goes on.
+  void cancelRun() { isCancelled_ = true; }
+  /// Cancelled, or a question came up that nobody can answer.
+  [[nodiscard]] bool isCancelled() const { return isCancelled_ || !windows_.failure().empty(); }
+  void endIfCancelled() const {
+    if (isCancelled()) throw lisp::Cancelled();
+  }
+  /// At the start of a new run.
+  void clearCancel() { isCancelled_ = false; }
+
+private:
+  SessionOptions options_;
+  WindowSystem& windows_;
+  CommandLine commandLine_;
+  UserSettings settings_;
+  ResourceLibrary resources_;
+  FunctionRegistry functions_;
+  DocumentManager documents_;
+  ModuleLoader modules_;
+  bool isCancelled_ = false;
+};
+
+} // namespace simhost
