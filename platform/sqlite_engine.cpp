@@ -221,6 +221,10 @@ std::unique_ptr<Statement> SqliteEngine::execute(const std::wstring& text, ZanOl
     if (!reader->start(error)) return nullptr;
     return reader;
   }
+  if (!refusal_.empty()) {
+    error.Set(refusal_);
+    return nullptr;
+  }
   finishReaders();
   useWriteAheadLog();
   SqliteQuery& query = kept->query;

@@ -31,6 +31,8 @@ public:
 
   bool open(const std::wstring& path, Access access, ZanOleDbErrorInfo& error);
   bool openInMemory();
+  /// Statements that write fail with this message from now on.
+  void refuseWrites(std::wstring message) { refusal_ = std::move(message); }
 
   bool tableNames(std::vector<std::wstring>& names, ZanOleDbErrorInfo& error) override;
   bool columnNames(
@@ -56,6 +58,7 @@ private:
   SqliteDatabase database_;
   /// A path for messages; empty in memory.
   std::wstring path_;
+  std::wstring refusal_;
   bool triedWriteAheadLog_ = false;
   std::uint64_t uses_ = 0;
   std::unordered_map<std::wstring, std::shared_ptr<KeptStatement>> kept_;

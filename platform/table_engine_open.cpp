@@ -1,23 +1,40 @@
 // Chooses the engine for a data source.
 #include "platform/file_kind.h"
+#include "platform/loaded_engine.h"
 #include "platform/sqlite_engine.h"
 #include "platform/table_engine.h"
+#include "platform/table_source.h"
 
 namespace brenvolt::tables {
 
+namespace {
+
+std::unique_ptr<Engine> openSqlite(const std::wstring& path, Access access, ZanOleDbErrorInfo& error) {
+  auto engine = std::make_unique<SqliteEngine>();
+  if (!engine->open(path, access, error)) return nullptr;
+  return engine;
+}
+
+using SourceOpener = std::unique_ptr<TableSource> (*)(const std::wstring& path, std::wstring& error);
+
+std::unique_ptr<Engine> openReadOnly(SourceOpener open, const std::wstring& path, ZanOleDbErrorInfo& error) {
+  std::wstring reason;
+  std::unique_ptr<TableSource> source = open(path, reason);
+  if (source) return std::make_unique<LoadedEngine>(std::move(source), path);
+  error.Set(reason);
+  return nullptr;
+}
+
+} // namespace
+
 std::unique_ptr<Engine> openEngine(
-    const std::wstring& dataSource, Access access, bool, ZanOleDbErrorInfo& error) {
+    const std::wstring& dataSource, Access access, bool delimitedText, ZanOleDbErrorInfo& error) {
   const FileKind kind = fileKind(dataSource);
-  if (const std::wstring refusal = refusalOf(kind); !refusal.empty()) {
-    error.Set(dataSource + L": " + refusal);
-    return nullptr;
-  }
-  if (kind == FileKind::sqlite) {
-    auto engine = std::make_unique<SqliteEngine>();
-    if (!engine->open(dataSource, access, error)) return nullptr;
-    return engine;
-  }
-  error.Set(dataSource + L": no engine reads this kind of file");
+  if (kind == FileKind::folder && delimitedText) return openReadOnly(openDelimitedSource, dataSource, error);
+  if (kind == FileKind::sqlite) return openSqlite(dataSource, access, error);
+  if (kind == FileKind::access) return openReadOnly(openAccessSource, dataSource, error);
+  if (kind == FileKind::compound) return openReadOnly(openWorkbookSource, dataSource, error);
+  error.Set(dataSource + L": " + refusalOf(kind));
   return nullptr;
 }
 

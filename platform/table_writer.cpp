@@ -1,0 +1,126 @@
+#include "platform/table_writer.h"
+
+#include "text/encoding.h"
+#include "text/numbers.h"
+
+#include <charconv>
+#include <utility>
+
+namespace brenvolt::tables {
+
+namespace {
+
+std::string declaration(ColumnType type) {
+  switch (type) {
+  case ColumnType::text:
+    return std::string("TEXT COLLATE ") + textCollation;
+  case ColumnType::integer:
+    return "INTEGER";
+  case ColumnType::key:
+    return "INTEGER PRIMARY KEY";
+  case ColumnType::real:
+    return "REAL";
+  case ColumnType::numeric:
+    return "NUMERIC";
+  case ColumnType::blob:
+    return "BLOB";
+  }
+  return "TEXT";
+}
+
+bool isNumber(ColumnType type) {
+  return type == ColumnType::integer || type == ColumnType::key || type == ColumnType::real ||
+         type == ColumnType::numeric;
+}
+
+/// The number that a whole text is; nothing else counts as one.
+TableValue numberOf(const std::string& text) {
+  const char* end = text.data() + text.size();
+  std::int64_t integer = 0;
+  if (const auto read = std::from_chars(text.data(), end, integer);
+      read.ec == std::errc() && read.ptr == end) {
+    return TableValue::ofInteger(integer);
+  }
+  double real = 0.0;
+  if (const auto read = std::from_chars(text.data(), end, real); read.ec == std::errc() && read.ptr == end) {
+    return TableValue::ofReal(real);
+  }
+  return TableValue::null();
+}
+
+} // namespace
+
+TableWriter::TableWriter(SqliteDatabase& database, std::wstring table)
+    : database_(database), table_(std::move(table)) {}
+
+std::vector<std::wstring> TableWriter::notes() const {
+  std::vector<std::wstring> notes = notes_;
+  if (renumbered_ > 0) notes.push_back(formatInt(renumbered_) + L" rows with a repeated key got a new one");
+  if (notNumbers_ > 0)
+    notes.push_back(formatInt(notNumbers_) + L" cells of number columns hold a text and stay one");
+  return notes;
+}
+
+bool TableWriter::columns(const std::vector<SourceColumn>& columns) {
+  columns_ = columns;
+  std::string definitions;
+  std::string places;
+  for (const SourceColumn& column : columns_) {
+    if (!definitions.empty()) {
+      definitions += ", ";
+      places += ",";
+    }
+    definitions += quotedIdentifier(toUtf8(column.name)) + " " + declaration(column.type);
+    places += "?";
+  }
+  const std::string name = quotedIdentifier(toUtf8(table_));
+  if (!database_.run("CREATE TABLE " + name + " (" + definitions + ")")) return fail();
+  insert_ = database_.prepare("INSERT INTO " + name + " VALUES (" + places + ")");
+  return insert_.isPrepared() || fail();
+}
+
+bool TableWriter::row(TableRow row) {
+  for (std::size_t column = 0; column < row.size(); ++column)
+    convert(row[column], columns_[column].type);
+  if (insert(row)) return ++rowCount_, true;
+  // A counter that repeats itself must not cost a row.
+  bool hadKey = false;
+  for (std::size_t column = 0; column < row.size(); ++column) {
+    if (columns_[column].type != ColumnType::key || row[column].kind == TableValue::Kind::null) continue;
+    row[column] = TableValue::null();
+    hadKey = true;
+  }
+  if (!hadKey || !insert(row)) return fail();
+  ++renumbered_;
+  return ++rowCount_, true;
+}
+
+void TableWriter::convert(TableValue& value, ColumnType type) {
+  if (!isNumber(type) || value.kind != TableValue::Kind::text) return;
+  const bool isEmpty = value.bytes.empty();
+  TableValue number = numberOf(value.bytes);
+  // An empty text in a number column would count as a value; and a key can only be a number.
+  if (isEmpty || number.kind != TableValue::Kind::null || type == ColumnType::key) {
+    value = std::move(number);
+    return;
+  }
+  ++notNumbers_;
+}
+
+bool TableWriter::insert(const TableRow& row) {
+  for (std::size_t column = 0; column < row.size(); ++column) {
+    if (!insert_.bind(static_cast<int>(column) + 1, row[column])) return false;
+  }
+  const bool done = insert_.step() == SqliteQuery::Step::done;
+  if (!done) error_ = database_.lastError();
+  insert_.reset();
+  if (done) error_.clear();
+  return done;
+}
+
+bool TableWriter::fail() {
+  if (error_.empty()) error_ = database_.lastError();
+  return false;
+}
+
+} // namespace brenvolt::tables
