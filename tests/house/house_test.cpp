@@ -39,6 +39,7 @@ const std::map<std::string, std::string> platformReaders = {
 const std::map<std::string, std::set<std::string>> simhostReaders = {
     {"lisp", {}},
     {"drawing", {}},
+    {"drawing_lisp", {}},
     {"host", {}},
     {"ui", {}},
     {"cli", {"expr", "host", "data", "drawing", "build"}},

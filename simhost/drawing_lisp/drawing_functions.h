@@ -1,0 +1,24 @@
+// What LISP programs do with a drawing: draw, define and place blocks, read and change entities, layers, variables,
+// undo. The functions are described in docs/lisp_drawing.md.
+#pragma once
+
+#include "simhost/drawing/drawing_database.h"
+#include "simhost/drawing/drawing_file.h"
+#include "simhost/lisp/evaluator.h"
+
+#include <functional>
+#include <string>
+
+namespace simhost {
+
+/// How the functions reach drawings.
+struct DrawingAccess {
+  /// The drawing to work on; null makes every function an error. Must outlive the call that asked.
+  std::function<DrawingDatabase*()> current;
+  /// Reads the drawing for a file name as a program wrote it.
+  std::function<LoadedDrawing(const std::wstring& name)> load;
+};
+
+void defineDrawingFunctions(lisp::Interpreter& interpreter, DrawingAccess access);
+
+} // namespace simhost
