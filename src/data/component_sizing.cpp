@@ -6,8 +6,6 @@
 #include "host/lisp_symbols.h"
 #include "text/numbers.h"
 
-#include <cmath>
-
 namespace brenvolt {
 
 bool ZanAutoSizeComponent::init(std::wstring_view standard) {
@@ -73,8 +71,9 @@ void ZanAutoSizeComponent::chooseStep(ZanAutoSizeRow& row) {
           {mapTable_, row.code}))
     return;
   while (query.next()) {
-    const double above = query.number(1) - row.value;
-    if (above <= numberTolerance && std::abs(above) > numberTolerance) continue;
+    // Asked this way round so that a value that is no number takes no step.
+    const bool isReached = query.number(1) - row.value >= -numberTolerance;
+    if (!isReached) continue;
     row.rating = query.text(2);
     row.defaultPart = query.text(3);
     return;

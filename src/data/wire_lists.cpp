@@ -8,15 +8,6 @@
 
 namespace brenvolt {
 
-namespace {
-
-struct Neighbour {
-  double number = 0.0;
-  std::wstring_view cell;
-};
-
-} // namespace
-
 std::wstring normaliseFactor(std::wstring_view text) {
   if (text.find(L'.') == std::wstring_view::npos) return std::wstring(text);
   while (text.ends_with(L'0'))
@@ -65,21 +56,30 @@ SizeNumber splitSize(std::wstring_view size) {
   return {toDouble(size.substr(0, end)), std::move(unit)};
 }
 
-std::optional<Impedance> interpolateImpedance(const std::vector<ImpedanceRow>& rows, std::wstring_view size) {
+ImpedanceNeighbours impedanceNeighbours(const std::vector<ImpedanceRow>& rows, std::wstring_view size) {
   const SizeNumber wanted = splitSize(size);
-  std::optional<Neighbour> lower;
-  std::optional<Neighbour> upper;
-  bool hasOwnRow = false;
+  ImpedanceNeighbours neighbours;
+  double lower = 0.0;
+  double upper = 0.0;
   for (const ImpedanceRow& row : rows) {
     const SizeNumber each = splitSize(row.size);
     if (each.unit != wanted.unit) continue;
-    if (each.number == wanted.number) hasOwnRow = true;
+    if (each.number == wanted.number) neighbours.hasOwnRow = true;
     if (row.cell.empty()) continue;
-    if (each.number < wanted.number && (!lower || each.number >= lower->number))
-      lower = Neighbour{each.number, row.cell};
-    if (each.number > wanted.number && (!upper || each.number < upper->number))
-      upper = Neighbour{each.number, row.cell};
+    if (each.number < wanted.number && (!neighbours.lower || each.number >= lower)) {
+      neighbours.lower = row;
+      lower = each.number;
+    }
+    if (each.number > wanted.number && (!neighbours.upper || each.number < upper)) {
+      neighbours.upper = row;
+      upper = each.number;
+    }
   }
+  return neighbours;
+}
+
+std::optional<Impedance> interpolateImpedance(const ImpedanceNeighbours& neighbours, std::wstring_view size) {
+  const auto& [lower, upper, hasOwnRow] = neighbours;
   if (!lower && !upper) return std::nullopt;
   // Only a size that has a row of its own is interpolated; one that the table lacks altogether gives no drop.
   if (!hasOwnRow) return Impedance{};
@@ -88,11 +88,10 @@ std::optional<Impedance> interpolateImpedance(const std::vector<ImpedanceRow>& r
   if ((lower && !below) || (upper && !above)) return std::nullopt;
   if (!above) return below;
   if (!below) return above;
-  const double n1 = lower->number;
-  const double n2 = upper->number;
-  const auto between = [&](double v1, double v2) {
-    return v1 + (v2 - v1) * (wanted.number - n1) / (n2 - n1);
-  };
+  const double n = splitSize(size).number;
+  const double n1 = splitSize(lower->size).number;
+  const double n2 = splitSize(upper->size).number;
+  const auto between = [&](double v1, double v2) { return v1 + (v2 - v1) * (n - n1) / (n2 - n1); };
   return Impedance{between(below->x, above->x), between(below->r, above->r)};
 }
 

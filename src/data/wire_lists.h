@@ -36,11 +36,20 @@ struct ImpedanceRow {
   std::wstring cell;
 };
 
+/// The rows between which a size without a cell is interpolated: of its unit word, with a cell of their own.
+struct ImpedanceNeighbours {
+  std::optional<ImpedanceRow> lower;
+  std::optional<ImpedanceRow> upper;
+  bool hasOwnRow = false; ///< the size itself stands in the table
+};
+[[nodiscard]] ImpedanceNeighbours impedanceNeighbours(
+    const std::vector<ImpedanceRow>& rows, std::wstring_view size);
+
 /// The impedance of a size whose own cell is empty, by linear interpolation between its neighbours of the same unit
 /// word ("250 KCMIL" never with "4/0"); at an end the one neighbour's. Zero for a size that has no row of its own.
 /// Nothing when there is no neighbour with a cell, or a neighbour's cell is no impedance.
 [[nodiscard]] std::optional<Impedance> interpolateImpedance(
-    const std::vector<ImpedanceRow>& rows, std::wstring_view size);
+    const ImpedanceNeighbours& neighbours, std::wstring_view size);
 
 /// A size text as its leading number and the rest, the unit word: trimmed, without case, "number" when empty. "1/0"
 /// is the number 1 of the word "/0".

@@ -75,11 +75,11 @@ std::vector<WireCandidate> parallelRows(
   std::vector<WireCandidate> candidates;
   if (!isGiven(input.total) || fill.empty()) return candidates;
   for (const ZanWireRow& row : rows) {
+    if (row.ampacity <= 0.0) continue;
     if (input.minimumAmpacity - row.ampacity > numberTolerance) {
       candidates.push_back(parallelRow(row.size, L"1", fill.front(), fill.front().factor * row.ampacity));
       continue;
     }
-    if (row.ampacity <= 0.0) continue;
     const double count = std::ceil(input.total / row.ampacity);
     if (count > input.highestCount) continue;
     for (std::size_t k = input.selectedFill; k < fill.size(); ++k) {

@@ -229,7 +229,7 @@ bool ZanWireTableReader::ListGround(
 
 bool ZanWireTableReader::ReadImpedance(
     std::wstring_view impedanceTable, std::wstring_view ampacityTable, std::wstring_view column,
-    std::wstring_view sizeDescription, Impedance& impedance) const {
+    std::wstring_view sizeDescription, Impedance& impedance, ImpedanceSource* source) const {
   impedance = {};
   const std::wstring table(impedanceTable);
   const std::wstring name(column);
@@ -238,29 +238,30 @@ bool ZanWireTableReader::ReadImpedance(
           L"SELECT [SIZE] FROM [%s] WHERE [SIZE_DESC]='%s'",
           {std::wstring(ampacityTable), std::wstring(sizeDescription)}))
     return false;
-  const std::wstring size = query.text(1);
-  if (!query.runForRow(L"SELECT [%s] FROM [%s] WHERE [SIZE]='%s'", {name, table, size})) return false;
-
+  ImpedanceSource read;
+  read.sizeKey = query.text(1);
   std::optional<Impedance> found;
-  if (const std::wstring cell = query.text(1); !cell.empty()) {
-    found = parseImpedance(cell);
-  } else {
-    if (!query.run(L"SELECT [SIZE],[%s] FROM [%s]", {name, table})) return false;
-    std::vector<ImpedanceRow> rows;
-    while (query.next())
-      rows.push_back({query.text(1), query.text(2)});
-    found = interpolateImpedance(rows, size);
+  if (query.runForRow(L"SELECT [%s] FROM [%s] WHERE [SIZE]='%s'", {name, table, read.sizeKey})) {
+    read.cell = query.text(1);
+    if (!read.cell.empty()) {
+      found = parseImpedance(read.cell);
+    } else if (query.run(L"SELECT [SIZE],[%s] FROM [%s]", {name, table})) {
+      std::vector<ImpedanceRow> rows;
+      while (query.next())
+        rows.push_back({query.text(1), query.text(2)});
+      read.neighbours = impedanceNeighbours(rows, read.sizeKey);
+      found = interpolateImpedance(read.neighbours, read.sizeKey);
+    }
   }
-  if (!found) return false;
-  impedance = *found;
-  return true;
+  if (source) *source = std::move(read);
+  impedance = found.value_or(Impedance{});
+  return found.has_value();
 }
 
 bool ZanWireTableReader::CheckWireTables(
     const WireTableSet& set, MissingTables& missing, WithOptions withOptions) const {
   const unsigned options = withOptions == WithOptions::yes ? tablemask::options : 0;
-  return utils_.CheckTables(
-      set.metal, set.standard, set.code, missing, tablemask::wires | tablemask::grounding | options);
+  return CheckTables(set, missing, tablemask::wires | tablemask::grounding | options);
 }
 
 } // namespace brenvolt

@@ -27,6 +27,13 @@ struct FactorList {
   std::vector<std::wstring> factors;
 };
 
+/// Where the impedance of a size was read.
+struct ImpedanceSource {
+  std::wstring sizeKey; ///< SIZE of the size; empty when the ampacity table lacks it
+  std::wstring cell;    ///< its own cell; empty for an interpolated one
+  ImpedanceNeighbours neighbours;
+};
+
 /// An insulation as the lists show it: "<description> / <temperature column>".
 [[nodiscard]] std::wstring insulationLabel(std::wstring_view description, std::wstring_view temperature);
 
@@ -72,10 +79,10 @@ public:
   /// @}
 
   /// The impedance of a size in a raceway column of resolved tables; interpolated where its cell is empty. Zero, and
-  /// false, when it cannot be told.
+  /// false, when it cannot be told. `source` takes, where given, what was read.
   bool ReadImpedance(
       std::wstring_view impedanceTable, std::wstring_view ampacityTable, std::wstring_view column,
-      std::wstring_view sizeDescription, Impedance& impedance) const;
+      std::wstring_view sizeDescription, Impedance& impedance, ImpedanceSource* source = nullptr) const;
 
   /// @name Passed through
   /// @{
@@ -89,6 +96,9 @@ public:
   }
   [[nodiscard]] bool ResolveTable(std::wstring& name, ZanTableKind kind, const WireTableSet& set) const {
     return utils_.ResolveTable(name, kind, set.metal, set.standard, set.code);
+  }
+  [[nodiscard]] bool CheckTables(const WireTableSet& set, MissingTables& missing, unsigned mask) const {
+    return utils_.CheckTables(set.metal, set.standard, set.code, missing, mask);
   }
   enum class WithOptions { no, yes };
   /// The wire tables with grounding and, when asked, the options.

@@ -1,5 +1,7 @@
 // The door of the module: what a host and sibling modules find in ZanBrenvolt.kvx by name.
+#include "data/option_tables.h"
 #include "host/host_api_documents.h"
+#include "host/resources.h"
 #include "plugin/application.h"
 #include "plugin/function_table.h"
 
@@ -42,9 +44,16 @@ extern "C" [[gnu::visibility("default")]] int kvrxGetApiVersion() {
 }
 
 /// For sibling modules: the code standards that have tables, full name to code; `withCurrentStandard` adds the standard
-/// in use when it has none. The map stays empty as long as the option tables cannot be read.
+/// in use when it has none. The map stays empty when the option tables cannot be read.
 extern "C" [[gnu::visibility("default")]] void GetAllCodeStandards(
     std::map<std::wstring, std::wstring>& standards, bool withCurrentStandard) {
-  static_cast<void>(withCurrentStandard);
   standards.clear();
+  // The caller is another module, whose texts may lie on top of ours.
+  const brenvolt::ResourceScope resources;
+  brenvolt::ZanOptTableReader reader;
+  if (!reader.Open()) return;
+  if (withCurrentStandard) {
+    reader.SetMissingTableText(brenvolt::loadText(brenvolt::TextId::standardWithoutTable));
+  }
+  reader.ReadAllStandards(standards, withCurrentStandard);
 }

@@ -254,13 +254,15 @@ TEST_CASE("impedance is interpolated within one unit word only, and only for a s
   };
   for (const Row& row : found) {
     CAPTURE(utf8(row.size));
-    const std::optional<Impedance> impedance = interpolateImpedance(rows, row.size);
+    const std::optional<Impedance> impedance =
+        interpolateImpedance(impedanceNeighbours(rows, row.size), row.size);
     REQUIRE(impedance.has_value());
     CHECK(impedance->x == doctest::Approx(row.x));
     CHECK(impedance->r == doctest::Approx(row.r));
   }
-  CHECK_FALSE(interpolateImpedance(rows, L"10").has_value()); // the neighbour's cell has no semicolon
-  CHECK_FALSE(interpolateImpedance(rows, L"3 AWG").has_value());
+  CHECK_FALSE(interpolateImpedance(impedanceNeighbours(rows, L"10"), L"10")
+                  .has_value()); // the neighbour's cell has no semicolon
+  CHECK_FALSE(interpolateImpedance(impedanceNeighbours(rows, L"3 AWG"), L"3 AWG").has_value());
   CHECK(parseImpedance(L"0.164; 3.9")->r == doctest::Approx(3.9));
   CHECK_FALSE(parseImpedance(L"0.164").has_value());
 }
