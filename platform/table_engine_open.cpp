@@ -1,9 +1,12 @@
 // Chooses the engine for a data source.
 #include "platform/file_kind.h"
 #include "platform/loaded_engine.h"
+#include "platform/odbc_engine.h"
 #include "platform/sqlite_engine.h"
 #include "platform/table_engine.h"
 #include "platform/table_source.h"
+
+#include "text/compare.h"
 
 namespace brenvolt::tables {
 
@@ -29,6 +32,10 @@ std::unique_ptr<Engine> openReadOnly(SourceOpener open, const std::wstring& path
 
 std::unique_ptr<Engine> openEngine(
     const std::wstring& dataSource, Access access, bool delimitedText, ZanOleDbErrorInfo& error) {
+  constexpr std::wstring_view server = L"odbc:";
+  if (equalsOrdinalNoCase(std::wstring_view(dataSource).substr(0, server.size()), server)) {
+    return openOdbcEngine(dataSource.substr(server.size()), access, error);
+  }
   const FileKind kind = fileKind(dataSource);
   if (kind == FileKind::folder && delimitedText) return openReadOnly(openDelimitedSource, dataSource, error);
   if (kind == FileKind::sqlite) return openSqlite(dataSource, access, error);
