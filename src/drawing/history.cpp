@@ -38,7 +38,8 @@ std::wstring withSetupNumber(std::wstring label, int setup) {
 }
 
 void tellWriteFailure(TextId text, const std::wstring& path) {
-  const std::wstring message = formatText(loadText(text), {path});
+  // Without words the path alone still says what could not be written.
+  const std::wstring message = formatText(findText(text).value_or(L"%s"), {path});
   kvutPrintf(formatText(L"%s\n", {message}).c_str());
 }
 

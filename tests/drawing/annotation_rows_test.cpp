@@ -1,0 +1,62 @@
+#include "drawing_support.h"
+
+using namespace brenvolt;
+using namespace brenvolt::test;
+
+TEST_CASE("each field becomes the LISP value of its type") {
+  ZanAnnotationData row(L"Catalog");
+  row.Add(L"12.50", kvtype::real, L"a", false);
+  row.Add(L"7 A", kvtype::shortInteger, L"b", false);
+  row.Add(L"CB-40", kvtype::string, L"c", false);
+  row.Add(L"100000", kvtype::longInteger, L"d", false);
+  row.Add(L"anything", kvtype::nil, L"e", false);
+  row.Add(L"", kvtype::t, L"f", false);
+  row.Add(L"no number", kvtype::real, L"g", false);
+  row.Add(L"unseen", kvtype::string, L"h", true);
+  CHECK(row.Count() == 8);
+  CHECK(describe(row.ToLisp()) == L"(r12.5 s7 \"CB-40\" l100000 nil T r0)");
+}
+
+TEST_CASE("nothing to show is nil, and a type without a LISP form fails the whole") {
+  ZanAnnotationData hidden(L"Catalog");
+  hidden.Add(L"Breaker", kvtype::string, L"TITLE", true);
+  ZanAnnotationData unknown(L"Catalog");
+  unknown.AddText(L"first", L"a");
+  unknown.Add(L"second", kvtype::point3d, L"b", false);
+
+  CHECK(describe(ZanAnnotationData().ToLisp()) == L"nil");
+  CHECK(describe(hidden.ToLisp()) == L"nil");
+  CHECK(describe(unknown.ToLisp()) == L"<null>");
+  CHECK(describe(ZanAnnotationDataList().ToLisp()) == L"nil");
+
+  ZanAnnotationDataList list;
+  list.AddRow(makeRow(L"MotorSetup", {{L"Type", L"ABB"}}));
+  list.AddRow(hidden);
+  list.AddList({});
+  CHECK(describe(list.ToLisp()) == L"((\"ABB\") nil nil)");
+  ZanAnnotationDataList nested;
+  nested.AddRow(unknown);
+  list.AddList(nested);
+  CHECK(describe(list.ToLisp()) == L"<null>");
+}
+
+TEST_CASE("copies of a list are deep, and a list can be appended to itself") {
+  ZanAnnotationDataList wires;
+  wires.AddRow(makeRow(L"WireSetup", {{L"W1", L"12AWG"}}));
+  ZanAnnotationDataList original;
+  original.AddRow(makeRow(L"MotorSetup", {{L"Type", L"A"}}));
+  original.AddList(wires);
+  wires.Clear();
+
+  ZanAnnotationDataList copy = original;
+  CHECK(copy == original);
+  original.Append(original);
+  original.items()[0].row->fields[0].value = L"B";
+  CHECK(describe(copy) == L"(MotorSetup[Type=A] (WireSetup[W1=12AWG]))");
+  CHECK(
+      describe(original) ==
+      L"(MotorSetup[Type=B] (WireSetup[W1=12AWG]) MotorSetup[Type=A] (WireSetup[W1=12AWG]))");
+
+  original.Assign(*original.items()[1].list);
+  CHECK(describe(original) == L"(WireSetup[W1=12AWG])");
+}

@@ -1,0 +1,95 @@
+#include "drawing_support.h"
+
+#include "text/encoding.h"
+#include "text/numbers.h"
+
+namespace brenvolt::test {
+
+std::wstring describe(const ZanAnnotationData& row) {
+  std::wstring text = row.name + L"[";
+  for (const ZanAnnotationField& field : row.fields) {
+    if (text.back() != L'[') text += L';';
+    if (field.hidden) text += L'!';
+    text += field.name + L"=" + field.value;
+    if (field.type != static_cast<std::uint32_t>(kvtype::string)) text += L"#" + formatInt(field.type);
+  }
+  return text + L"]";
+}
+
+std::wstring describe(const ZanAnnotationDataList& list) {
+  std::wstring text = L"(";
+  for (const ZanAnnotationDataList::Item& item : list.items()) {
+    if (text.size() > 1) text += L' ';
+    text += item.row ? describe(*item.row) : describe(*item.list);
+  }
+  return text + L")";
+}
+
+std::wstring describe(const ResultList& list) {
+  if (list.isEmpty()) return L"<null>";
+  std::wstring text;
+  for (const KvResultBuffer* node = list.get(); node != nullptr; node = node->next) {
+    const bool opens = text.empty() || text.back() == L'(';
+    if (!opens && node->type != kvtype::listEnd) text += L' ';
+    switch (node->type) {
+    case kvtype::listBegin:
+      text += L'(';
+      break;
+    case kvtype::listEnd:
+      text += L')';
+      break;
+    case kvtype::string:
+      text += L'"' + std::wstring(node->value.string) + L'"';
+      break;
+    case kvtype::real:
+      text += L"r" + formatShortest(node->value.real);
+      break;
+    case kvtype::shortInteger:
+      text += L"s" + formatInt(node->value.shortInteger);
+      break;
+    case kvtype::longInteger:
+      text += L"l" + formatInt(node->value.longInteger);
+      break;
+    case kvtype::nil:
+      text += L"nil";
+      break;
+    case kvtype::t:
+      text += L"T";
+      break;
+    default:
+      text += L"?";
+    }
+  }
+  return text;
+}
+
+ZanOptionGroup makeGroup(const wchar_t* title, std::initializer_list<OptionRow> options) {
+  ZanOptionGroup group;
+  group.title = title;
+  for (const OptionRow& option : options)
+    group.options.push_back({option.text, option.value, option.selected});
+  return group;
+}
+
+ZanDwgMarker makeMarker(const wchar_t* code, const wchar_t* order, int level, unsigned handle) {
+  ZanDwgMarker marker;
+  marker.code = code;
+  marker.order = order;
+  marker.level = level;
+  marker.handle = KvDbHandle(handle);
+  return marker;
+}
+
+ZanAnnotationData makeRow(
+    std::wstring_view name, std::initializer_list<std::pair<const wchar_t*, const wchar_t*>> fields) {
+  ZanAnnotationData row(name);
+  for (const auto& [label, value] : fields)
+    row.AddText(value, label);
+  return row;
+}
+
+} // namespace brenvolt::test
+
+doctest::String doctest::StringMaker<std::wstring>::convert(const std::wstring& text) {
+  return brenvolt::toUtf8(text).c_str();
+}

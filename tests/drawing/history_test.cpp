@@ -1,0 +1,273 @@
+// Histories are compared as whole texts: what a save writes is what every later version has to read.
+#include "drawing/history.h"
+
+#include "drawing_support.h"
+#include "host_session.h"
+#include "tests/support/golden.h"
+#include "tests/support/temporary_folder.h"
+#include "text/encoding.h"
+
+#include <unistd.h>
+
+using namespace brenvolt;
+using namespace brenvolt::test;
+namespace fs = std::filesystem;
+
+namespace {
+
+/// A motor with a chosen breaker and wires, a marker with nothing chosen, one that asks nothing, and a nested one.
+void fillMarkers(ZanDwgMarkerList& list) {
+  ZanDwgMarker motor = makeMarker(L"MOTOR", L"1");
+  motor.record.groups = {
+      makeGroup(L"!MCC_CTRL", {{L"1", 0, true}}),
+      makeGroup(L"Disconnect <\"&\">", {{L"Fuses", 1, false}, {L"Breaker", -2, true}})};
+  ZanAnnotationData part(rowname::catalog);
+  part.Add(L"Breaker", kvtype::string, L"TITLE", true);
+  part.AddText(L"Zaß 3 Ω", L"MFG");
+  part.AddText(L"unnamed", L"");
+  motor.catalog.AddRow(part);
+  motor.catalog.AddRow(makeRow(L"", {{L"lost", L"with its row"}}));
+  motor.controls.AddRow(makeRow(rowname::motorSetup, {{L"Type", L"A\nB"}, {L"Load", L""}}));
+  ZanAnnotationDataList wires;
+  ZanAnnotationData wire = makeRow(rowname::wireSetup, {{L"W1 - Size", L"12AWG"}});
+  wire.Add(L"1", kvtype::shortInteger, L"", false);
+  wires.AddRow(wire);
+  wires.AddRow(makeRow(rowname::groundingWireSetup, {{L"W01E - Size", L"14AWG"}}));
+  motor.controls.AddList(wires);
+
+  ZanDwgMarker open = makeMarker(L"LAMP", L"2");
+  open.record.groups = {makeGroup(L"Colour", {{L"Red", 1, false}})};
+  list.Insert(std::move(motor));
+  list.Insert(std::move(open));
+  list.Insert(makeMarker(L"TITLE", L"3"));
+  list.Finish();
+
+  ZanDwgMarkerList& below = list.markers()[2].EnsureChildren();
+  ZanDwgMarker nested = makeMarker(L"LAMP", L"1", 2);
+  nested.record.groups = {makeGroup(L"Colour", {{L"Red", 1, true}})};
+  below.Insert(std::move(nested));
+  below.Finish();
+}
+
+/// A history object as a build fills it, over a folder of its own.
+struct Fixture {
+  HostSession host;
+  TemporaryFolder folder;
+  ZanDwgMarkerList markers;
+  ZanXmlHistory history;
+
+  Fixture() {
+    fillMarkers(markers);
+    history.context = fromUtf8((folder / "site.xls").string());
+    history.worksheet = L"MOTOR_SHEET";
+    history.circuit = L"Motor";
+    history.circuitType = L"Direct on line";
+    history.historyName = L"Pump 1";
+    history.componentScale = L"1.000000";
+    history.circuitScale = L"2.500000";
+  }
+
+  [[nodiscard]] fs::path file() const { return folder / "zan_brenvolt.xml"; }
+  [[nodiscard]] std::wstring text() const {
+    const std::string bytes = bytesOf(file());
+    CHECK(bytes.starts_with("\xFF\xFE"));
+    return fromUtf16Le(std::string_view(bytes).substr(2));
+  }
+  [[nodiscard]] std::vector<std::wstring> names() {
+    std::vector<std::wstring> found;
+    ZanXmlHistory reader;
+    reader.context = history.context;
+    if (reader.Reload()) reader.GetHistoryNames(L"MOTOR", L"direct on LINE", found);
+    return found;
+  }
+  bool save(const wchar_t* name) {
+    history.historyName = name;
+    return history.SaveHistory(markers);
+  }
+  [[nodiscard]] std::vector<std::string> filesInFolder() const {
+    std::vector<std::string> found;
+    for (const auto& entry : fs::directory_iterator(folder.path()))
+      found.push_back(entry.path().filename().string());
+    std::sort(found.begin(), found.end());
+    return found;
+  }
+};
+
+using Names = std::vector<std::wstring>;
+
+/// The attributes that the tests change, around one history.
+std::wstring foreignFile(const wchar_t* root, const wchar_t* version) {
+  return std::wstring(L"<?xml version=\"1.0\" encoding=\"UTF-16\"?>\n<") + root +
+         L" Context=\"x\" Version=\"" + version +
+         L"\">\n  <Circuit Name=\"motor\"><CircuitType Name=\"DIRECT ON LINE\">\n"
+         L"    <History Name=\"Old\" ComponentScale=\"\" CircuitScale=\"3\"/></CircuitType></Circuit></" +
+         root + L">\n";
+}
+
+} // namespace
+
+TEST_CASE_FIXTURE(Fixture, "a first save writes exactly the bytes of the format") {
+  history.context = L"/site/zan_brenvolt.xls";
+  std::string xml;
+  REQUIRE(history.BuildDocument(markers, xml));
+  CHECK_FALSE(history.hasDocument());
+  REQUIRE(history.WriteDocument(fromUtf8(file().string()), xml));
+  CHECK(matchesGolden("tests/drawing/golden/zan_brenvolt.xml", bytesOf(file())));
+}
+
+TEST_CASE_FIXTURE(Fixture, "a save under a known name replaces the entry and moves it to the end") {
+  CHECK(save(L"Pump 1"));
+  CHECK(save(L"Pump 2"));
+  CHECK(names() == Names{L"Pump 1", L"Pump 2"});
+  CHECK(save(L"PUMP 1"));
+  CHECK(names() == Names{L"Pump 2", L"PUMP 1"});
+  CHECK(filesInFolder() == std::vector<std::string>{"zan_brenvolt.xml"});
+
+  // The same document written twice gives the same bytes.
+  const std::string before = bytesOf(file());
+  CHECK(save(L"PUMP 1"));
+  CHECK(bytesOf(file()) == before);
+
+  history.circuit = L"Feeder";
+  CHECK(save(L"Pump 1"));
+  CHECK(names() == Names{L"Pump 2", L"PUMP 1"});
+}
+
+TEST_CASE_FIXTURE(Fixture, "a file that a person indented, or saved as UTF-8, is read and kept") {
+  const std::wstring utf8File = foreignFile(L"BrenvoltHistory", L"2.0");
+  for (const bool wide : {true, false}) {
+    const std::wstring declared = wide ? utf8File : utf8File.substr(utf8File.find(L'\n'));
+    writeBytes(file(), wide ? "\xFF\xFE" + toUtf16Le(declared) : toUtf8(declared));
+    CHECK(save(L"New"));
+    CHECK(names() == Names{L"Old", L"New"});
+    CHECK(text().starts_with(
+        L"<?xml version=\"1.0\" encoding=\"UTF-16\"?>\r\n<BrenvoltHistory Context=\"x\" Version=\"2.0\">"
+        L"<Circuit Name=\"motor\"><CircuitType Name=\"DIRECT ON LINE\"><History Name=\"Old\" "
+        L"ComponentScale=\"\" CircuitScale=\"3\"/><History Name=\"New\""));
+  }
+  CHECK(filesInFolder() == std::vector<std::string>{"zan_brenvolt.xml"});
+}
+
+TEST_CASE_FIXTURE(Fixture, "a file that is not accepted gives way to a new one and is kept beside it") {
+  const std::wstring good = foreignFile(L"BrenvoltHistory", L"1.0");
+  const std::pair<const char*, std::string> files[] = {
+      {"foreign root", "\xFF\xFE" + toUtf16Le(foreignFile(L"OtherHistory", L"1.0"))},
+      {"root of other case", "\xFF\xFE" + toUtf16Le(foreignFile(L"brenvolthistory", L"1.0"))},
+      {"too old", "\xFF\xFE" + toUtf16Le(foreignFile(L"BrenvoltHistory", L"0.9"))},
+      {"no version", toUtf8(L"<BrenvoltHistory/>")},
+      {"cut in half", "\xFF\xFE" + toUtf16Le(good.substr(0, good.size() / 2))},
+      {"two roots", toUtf8(L"<BrenvoltHistory Version=\"1.0\"/><BrenvoltHistory Version=\"1.0\"/>")},
+      {"text behind the root", toUtf8(L"<BrenvoltHistory Version=\"1.0\"/>rest")},
+      {"no text at all", ""},
+      {"no XML", "PK\x03\x04 a picture"},
+  };
+  std::size_t kept = 0;
+  for (const auto& [what, bytes] : files) {
+    CAPTURE(what);
+    writeBytes(file(), bytes);
+    CHECK_FALSE(history.Reload());
+    CHECK_FALSE(history.SaveFile());
+    CHECK(save(L"Pump 1"));
+    CHECK(names() == Names{L"Pump 1"});
+    const std::string name = "zan_brenvolt.damaged-" + std::to_string(++kept) + ".xml";
+    CHECK(bytesOf(folder / name) == bytes);
+  }
+  CHECK(filesInFolder().size() == kept + 1);
+}
+
+TEST_CASE_FIXTURE(Fixture, "a damaged file costs neither the parser's reason nor what was loaded before") {
+  CHECK(save(L"Pump 1"));
+  CHECK(history.Reload());
+  writeBytes(file(), "<BrenvoltHistory");
+  CHECK_FALSE(history.Reload());
+  CHECK_FALSE(history.error.empty());
+  Names found;
+  CHECK(history.GetHistoryNames(history.circuit, history.circuitType, found));
+  CHECK_FALSE(history.SaveFile());
+  CHECK_FALSE(history.AddHistory(markers, fromUtf8(file().string())));
+}
+
+TEST_CASE_FIXTURE(Fixture, "names that are missing, or a workbook without a folder, save nothing") {
+  CHECK(save(L"Pump 1"));
+  const std::string before = bytesOf(file());
+  for (std::wstring* name : {&history.circuit, &history.circuitType, &history.historyName}) {
+    const std::wstring old = std::exchange(*name, L"");
+    CHECK_FALSE(history.SaveHistory(markers));
+    CHECK_FALSE(history.OpenHistory());
+    *name = old;
+  }
+  history.context = L"zan_brenvolt.xls";
+  CHECK_FALSE(history.SaveHistory(markers));
+  CHECK_FALSE(history.Reload());
+  CHECK(bytesOf(file()) == before);
+}
+
+TEST_CASE_FIXTURE(Fixture, "a folder that takes no file leaves the old history and says so") {
+  CHECK(save(L"Pump 1"));
+  const std::string before = bytesOf(file());
+  // A folder in the place of the new file: no user may write it, root included.
+  fs::create_directory(folder / "zan_brenvolt.xml.new");
+  CHECK_FALSE(save(L"Pump 2"));
+  CHECK(bytesOf(file()) == before);
+  CHECK(host.printed().find(fromUtf8(file().string())) != std::wstring::npos);
+  CHECK(host.printed().back() == L'\n');
+
+  fs::remove(folder / "zan_brenvolt.xml.new");
+  CHECK(save(L"Pump 2"));
+  CHECK(names().back() == L"Pump 2");
+}
+
+TEST_CASE_FIXTURE(Fixture, "deleting stays in memory until the file is saved, and leaves empty parents") {
+  CHECK(save(L"Pump 1"));
+  CHECK(history.Reload());
+  CHECK_FALSE(history.DeleteHistory(L"Pump 9"));
+  CHECK(history.DeleteHistory(L"pump 1"));
+  CHECK(names() == Names{L"Pump 1"});
+  CHECK(history.SaveFile());
+  CHECK(names().empty());
+  CHECK(text().ends_with(
+      L"<Circuit Name=\"Motor\"><CircuitType Name=\"Direct on line\"/></Circuit></BrenvoltHistory>"));
+}
+
+TEST_CASE_FIXTURE(Fixture, "the summary shows setups and choices, the second setup's with its number") {
+  ZanDwgMarker second = makeMarker(L"MOTOR", L"9");
+  second.record.groups = {makeGroup(L"Disconnect", {{L"Breaker", 1, true}})};
+  second.controls.AddRow(makeRow(rowname::loadSetup, {{L"Type", L"Heater"}}));
+  markers.Insert(std::move(second));
+  markers.Finish();
+  CHECK(save(L"Pump 1"));
+  CHECK(history.Reload());
+
+  HistorySummary summary;
+  CHECK(history.ReadHistory(L"PUMP 1", summary));
+  CHECK(summary.componentScale == L"1.000000");
+  CHECK(summary.circuitScale == L"2.500000");
+  CHECK(
+      summary.pairs == HistoryProperties{
+                           {L"Type", L"A\nB"},
+                           {L"Load", L""},
+                           {L"!MCC_CTRL", L"1"},
+                           {L"Disconnect <\"&\">", L"Breaker"},
+                           {L"Colour", L"Red"},
+                           {L"Type - 2", L"Heater"},
+                           {L"Disconnect - 2", L"Breaker"}});
+  CHECK_FALSE(history.ReadHistory(L"Pump 2", summary));
+}
+
+TEST_CASE_FIXTURE(Fixture, "open goes by the state on disk") {
+  CHECK(save(L"Pump 1"));
+  ZanXmlHistory other;
+  other.context = history.context;
+  other.circuit = L"motor";
+  other.circuitType = L"DIRECT ON LINE";
+  other.historyName = L"Pump 2";
+  CHECK_FALSE(other.OpenHistory());
+  CHECK(save(L"Pump 2"));
+  CHECK(other.OpenHistory());
+  CHECK(other.FindElement(L"Marker", L"Tag", L"lamp.1.2").attribute(L"Code") == L"LAMP");
+  CHECK(other.FindElement(L"Marker", L"Tag", L"TITLE.1.1").isNull());
+  CHECK(other.FindElement(L"HistoryCheck", L"Worksheet", L"motor_sheet").isNull() == false);
+  fs::remove(file());
+  CHECK_FALSE(other.OpenHistory());
+  CHECK_FALSE(other.hasOpenHistory());
+}

@@ -1,0 +1,76 @@
+#include "drawing/marker_data.h"
+
+#include "drawing_support.h"
+#include "host/lisp_symbols.h"
+#include "host_session.h"
+
+using namespace brenvolt;
+using namespace brenvolt::test;
+
+namespace {
+
+std::wstring symbolText() {
+  return describe(getSymbol(lispsymbol::markerData));
+}
+
+} // namespace
+
+TEST_CASE("a run begins with index 0, all handles in tree order and no value") {
+  HostSession host;
+  ZanDwgMarkerList list;
+  list.Insert(makeMarker(L"B", L"2", 1, 0x1F));
+  list.Insert(makeMarker(L"A", L"1", 1, 0xABC));
+  list.Finish();
+  ZanDwgMarkerList& below = list.markers()[0].EnsureChildren();
+  below.Insert(makeMarker(L"C", L"1", 2, 0x2));
+  below.Finish();
+
+  CHECK(PublishMarkerData(list));
+  CHECK(symbolText() == L"(s0 (\"ABC\" \"2\" \"1F\") (\"-1\"))");
+
+  list.Insert(makeMarker(L"D")); // no handle
+  list.Finish();
+  CHECK_FALSE(PublishMarkerData(list));
+  CHECK(symbolText() == L"(s0 (\"ABC\" \"2\" \"1F\") (\"-1\"))");
+}
+
+TEST_CASE("each marker's index and values are put into the symbol") {
+  const struct {
+    const wchar_t* before; ///< a LISP form
+    std::int32_t index;
+    std::vector<std::int32_t> values;
+    bool done;
+    const wchar_t* after;
+  } rows[] = {
+      {L"'(0 (\"A\" \"B\") (\"-1\"))", 5, {1, -1, 20}, true, L"(s5 (\"A\" \"B\") (\"1\" \"-1\" \"20\"))"},
+      {L"'(0 (\"A\") (\"7\"))", 2, {}, true, L"(s2 (\"A\") (\"7\"))"},
+      {L"'(0 (\"A\") (\"7\") \"more\")", 2, {3}, true, L"(s2 (\"A\") (\"3\") \"more\")"},
+      {L"'(0 nil (\"7\"))", 1, {3}, true, L"(s1 nil (\"3\"))"},
+      {L"'(4 (\"A\"))", 1, {3}, true, L"(s1 (\"A\"))"},
+      {L"'(4)", 1, {3}, true, L"(s1 s0)"},
+      {L"'(4)", 1, {}, true, L"(s1)"},
+      {L"'(\"x\" (\"A\"))", 1, {3}, false, L"(\"x\" (\"A\"))"},
+      {L"'(1.5 (\"A\"))", 1, {3}, false, L"(r1.5 (\"A\"))"},
+      {L"\"text\"", 1, {3}, false, L"\"text\""},
+      {L"nil", 1, {3}, false, L"<null>"},
+  };
+  for (const auto& row : rows) {
+    CAPTURE(std::wstring(row.before));
+    HostSession host;
+    host.evaluate(std::wstring(L"(setq GBL_qn_bv_marker_data ") + row.before + L")");
+    CHECK(SetMarkerData(row.index, row.values) == row.done);
+    CHECK(symbolText() == row.after);
+    CHECK(host.printed().empty());
+  }
+}
+
+TEST_CASE("a list that a script has kept stays as it was") {
+  HostSession host;
+  host.evaluate(L"(setq GBL_qn_bv_marker_data '(0 (\"A\") (\"-1\")) kept GBL_qn_bv_marker_data)");
+  CHECK(SetMarkerData(3, {8}));
+  CHECK(describe(getSymbol(L"kept")) == L"(s0 (\"A\") (\"-1\"))");
+  host.session().documents().allowLisp(false);
+  CHECK_FALSE(SetMarkerData(4, {9}));
+  host.session().documents().allowLisp(true);
+  CHECK(symbolText() == L"(s3 (\"A\") (\"8\"))");
+}
