@@ -1,0 +1,180 @@
+// Trees are written as "CODE/ORDER(children)"; a code in small letters is a marker without options.
+#include "config/config_marker_bridge.h"
+
+#include "config_support.h"
+#include "text/compare.h"
+
+using namespace brenvolt;
+using namespace brenvolt::test;
+
+namespace {
+
+class TreeText final {
+public:
+  explicit TreeText(const wchar_t* text) : text_(std::wstring(text) + L" ") {}
+
+  void readInto(ZanDwgMarkerList& list, std::int32_t level = 1) {
+    for (; at_ < text_.size() && text_[at_] != L')'; ++at_) {
+      if (text_[at_] == L' ') continue;
+      ZanDwgMarker marker;
+      marker.level = level;
+      marker.run = level - 1;
+      marker.code = word();
+      marker.order = text_[at_] == L'/' ? (++at_, word()) : L"1";
+      if (marker.code != toLower(marker.code)) marker.record.groups.push_back({L"G", {{L"x", 1, true}}});
+      list.Insert(std::move(marker));
+      list.Finish();
+      if (text_[at_] == L'(') {
+        ++at_;
+        readInto(list.markers().back().EnsureChildren(), level + 1);
+      } else {
+        --at_;
+      }
+    }
+  }
+
+private:
+  std::wstring word() {
+    const std::size_t start = at_;
+    at_ = text_.find_first_of(L" /()", at_);
+    return text_.substr(start, at_ - start);
+  }
+
+  std::wstring text_;
+  std::size_t at_ = 0;
+};
+
+std::wstring describe(const ZanConfigUnitList& list) {
+  std::wstring text;
+  for (const auto& unit : list.units()) {
+    if (!text.empty()) text += L' ';
+    text += unit->code;
+    if (unit->children() != nullptr) text += L"(" + describe(*unit->children()) + L")";
+  }
+  return text;
+}
+
+std::wstring codesOf(const ZanDwgMarkerList& list, const std::vector<ZanExecRecord>& items) {
+  std::wstring codes;
+  for (const ZanExecRecord& item : items)
+    codes += list.findById(item.markerId)->code + L" ";
+  return codes;
+}
+
+struct Fixture {
+  ZanDwgMarkerList markers;
+  ZanConfigUnitList units;
+  ZanConfigUnitList duplicates;
+  std::vector<std::wstring> managersMadeFor;
+  UnitMaking making{[this](ZanConfigUnit& unit) { managersMadeFor.push_back(unit.code); }, duplicates};
+
+  void build(const wchar_t* tree) {
+    TreeText(tree).readInto(markers);
+    BuildConfigUnits(markers, units, making);
+  }
+  ZanConfigUnit& unit(const wchar_t* code) {
+    ZanConfigUnitListIterator walk(&units);
+    for (walk.First(); !walk.IsDone() && walk.Current()->code != code;)
+      walk.Next();
+    REQUIRE(walk.Current() != nullptr);
+    return *walk.Current();
+  }
+  std::wstring& firstOption(const wchar_t* code) { return unit(code).options.groups[0].options[0].text; }
+  ZanDwgMarker& marker(const wchar_t* code) { return *markers.findById(unit(code).markerId); }
+};
+
+} // namespace
+
+TEST_CASE("units nest as their markers do, past markers without options") {
+  const struct {
+    const wchar_t* markers;
+    const wchar_t* units;
+    const wchar_t* duplicates;
+  } rows[] = {
+      {L"", L"", L""},
+      {L"a b", L"", L""},
+      {L"A b C", L"A C", L""},
+      {L"A(B(C) D) E", L"A(B(C) D) E", L""},
+      {L"A(b c) D", L"A D", L""},           // a subtree without options leaves no trace
+      {L"a(B) C", L"B C", L""},             // no unit ahead: into the same list
+      {L"A b(C D) e(F)", L"A(C D) F", L""}, // below the unit ahead, which then no longer serves
+      {L"A(b(C))", L"A(C)", L""},
+      {L"A A/2 a(A)", L"A A(A)", L""},
+      {L"A/1 AA/1 A/1(B)", L"A AA", L"A(B)"},
+      {L"A(A)", L"A(A)", L""}, // another level asks again
+  };
+  for (const auto& row : rows) {
+    CAPTURE(std::string(row.markers, row.markers + std::wcslen(row.markers)));
+    Fixture fixture;
+    fixture.build(row.markers);
+    CHECK(describe(fixture.units) == row.units);
+    CHECK(describe(fixture.duplicates) == row.duplicates);
+
+    // A tree that has not grown is the same afterwards, and no manager is made again.
+    const std::size_t made = fixture.managersMadeFor.size();
+    RefreshConfigUnits(fixture.markers, fixture.units, fixture.making);
+    CHECK(describe(fixture.units) == row.units);
+    CHECK(describe(fixture.duplicates) == row.duplicates);
+    CHECK(fixture.managersMadeFor.size() == made);
+  }
+}
+
+TEST_CASE_FIXTURE(Fixture, "a unit is a copy of its marker, made before its managers are") {
+  TreeText(L"A").readInto(markers);
+  ZanDwgMarker& source = markers.markers()[0];
+  source.order = L"07";
+  source.run = 4;
+  source.catalog.AddRow(ZanAnnotationData(L"Catalog"));
+  source.controls.AddRow(ZanAnnotationData(L"MotorSetup"));
+  bool seenWhole = false;
+  making.makeManagers = [&](ZanConfigUnit& unit) { seenWhole = unit.catalogRows == source.catalog; };
+  BuildConfigUnits(markers, units, making);
+  const ZanConfigUnit& made = unit(L"A");
+  CHECK(seenWhole);
+  CHECK(made.markerId == source.id);
+  CHECK(made.order == L"07");
+  CHECK(made.ownerStep == 4);
+  CHECK(made.options == source.record);
+  CHECK(made.controlRows == source.controls);
+}
+
+TEST_CASE_FIXTURE(Fixture, "a tree that has grown brings only its new units") {
+  build(L"A b C");
+  unit(L"A").pending = true;
+  TreeText(L"D e(F)").readInto(markers.markers()[1].EnsureChildren(), 2);
+  RefreshConfigUnits(markers, units, making);
+  CHECK(describe(units) == L"A(D(F)) C");
+  CHECK(unit(L"A").pending);
+  CHECK(managersMadeFor == std::vector<std::wstring>{L"A", L"C", L"D", L"F"});
+}
+
+TEST_CASE_FIXTURE(Fixture, "pending units go into their markers, with the markers that belong to them") {
+  build(L"A b c D(E f) g");
+  unit(L"A").pending = true;
+  firstOption(L"A") = L"chosen";
+  unit(L"E").pending = true;
+  unit(L"E").controlRows.AddRow(ZanAnnotationData(L"MotorSetup"));
+  firstOption(L"D") = L"not taken";
+
+  std::vector<ZanExecRecord> items;
+  ApplyConfigUnits(markers, units, 3, items);
+  CHECK(codesOf(markers, items) == L"A b c E f ");
+  CHECK(unit(L"A").insertStep == 3);
+  CHECK(unit(L"D").insertStep == 0);
+  CHECK(marker(L"A").record.groups[0].options[0].text == L"chosen");
+  CHECK(marker(L"E").controls == unit(L"E").controlRows);
+  CHECK(marker(L"D").record.groups[0].options[0].text == L"x");
+}
+
+TEST_CASE_FIXTURE(Fixture, "units below a marker without options find their markers all the same") {
+  build(L"A b(C d E)");
+  REQUIRE(describe(units) == L"A(C E)");
+  unit(L"C").pending = true;
+  std::vector<ZanExecRecord> items;
+  ApplyConfigUnits(markers, units, 1, items);
+  CHECK(codesOf(markers, items) == L"C d ");
+
+  firstOption(L"C") = L"again";
+  CopyUnitsToMarkers(markers, units);
+  CHECK(marker(L"C").record.groups[0].options[0].text == L"again");
+}
