@@ -1,3 +1,4 @@
+// The rules of a drawing, and the registry by which object ids find their drawing.
 #include "simhost/drawing/drawing_database.h"
 
 #include "simhost/drawing/entity_rules.h"

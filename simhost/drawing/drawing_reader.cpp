@@ -169,6 +169,9 @@ public:
     if (!version.is_number_integer()) fields.fail(L"the version must be a number");
     if (version.get<double>() != formatVersion) fields.fail(L"the version of the file is not supported");
     nextHandle_ = handleField(fields, field::nextHandle);
+    // Far above any drawing's count, and far enough below the limit to go on drawing.
+    if (nextHandle_.value() > DrawingDatabase::handleLimit / 2)
+      fields.fail(L"the field nextHandle is too large");
 
     drawing_->undoLog_.setOff(true);
     readVariables(fields.get(field::variables));

@@ -1,3 +1,4 @@
+// Attaching and taking out, linking and unlinking: each pair undoes the other exactly.
 #include "simhost/drawing/drawing_store.h"
 
 #include "text/assertion.h"

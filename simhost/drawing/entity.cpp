@@ -1,3 +1,4 @@
+// The words by which kinds, line types, justifications and colours are written, and entity data by application.
 #include "simhost/drawing/entity.h"
 
 #include "text/compare.h"

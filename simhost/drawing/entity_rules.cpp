@@ -1,3 +1,4 @@
+// The rules of shapes, kind by kind.
 #include "simhost/drawing/entity_rules.h"
 
 #include "text/compare.h"

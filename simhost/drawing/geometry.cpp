@@ -1,3 +1,4 @@
+// Similarities of the plane that keep right angles exact.
 #include "simhost/drawing/geometry.h"
 
 #include <cmath>

@@ -1,3 +1,4 @@
+// What has to come along when something is placed: attributes, layers, block definitions.
 #include "simhost/drawing/insertion.h"
 
 #include "simhost/drawing/entity_rules.h"

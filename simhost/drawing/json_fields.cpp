@@ -1,3 +1,4 @@
+// The words in which every damaged field is told.
 #include "simhost/drawing/json_fields.h"
 
 #include "text/encoding.h"

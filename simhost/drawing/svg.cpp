@@ -1,3 +1,4 @@
+// A picture in three passes: collect what is to be seen, measure it, paint it in pixels.
 #include "simhost/drawing/svg.h"
 
 #include "simhost/drawing/drawing_file.h"

@@ -1,3 +1,4 @@
+// How each kind of change is played backwards and forwards.
 #include "simhost/drawing/undo_log.h"
 
 #include "text/assertion.h"

@@ -1,3 +1,4 @@
+// One table of property names and the fields behind them, for reading and changing alike.
 #include "simhost/drawing_lisp/entity_properties.h"
 
 #include "simhost/lisp/list.h"

@@ -88,6 +88,7 @@ TEST_CASE("a damaged file is told with its place and reason") {
       {"\"brenvolt-drawing\"", "\"x\"", "f: drawing: this is no drawing file"},
       {"\"version\":1", "\"version\":2", "f: drawing: the version of the file is not supported"},
       {"\"version\":1,", "\"version\":1,\"extra\":1,", "f: drawing: the field extra is unknown"},
+      {"\"nextHandle\":\"", "\"nextHandle\":\"FFFFFFFF", "f: drawing: the field nextHandle is too large"},
       {"\"blocks\":[", "\"blocks\":[[", "f: line 34: this is no JSON text"},
       {"\"radius\":4", "\"radius\":1e999", "f: a number is too large"},
       {"\"radius\":4", "\"radius\":0", "f: block \"Coil\", entity 5: the radius must be above 0"},
