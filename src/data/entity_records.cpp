@@ -40,23 +40,9 @@ std::wstring trimQuotes(std::wstring_view text) {
   return trim(text, L"\"");
 }
 
-/// The texts inside "(...)" at depth one of a text that may be wrapped in parentheses of its own.
-std::vector<std::wstring_view> itemsOf(std::wstring_view text) {
-  if (text.starts_with(L'(')) text.remove_prefix(1);
-  if (text.ends_with(L')')) text.remove_suffix(1);
-  std::vector<std::wstring_view> items;
-  int depth = 0;
-  std::size_t begin = 0;
-  for (std::size_t i = 0; i < text.size(); ++i) {
-    if (text[i] == L'(' && ++depth == 1) begin = i + 1;
-    if (text[i] == L')' && depth > 0 && --depth == 0) items.push_back(text.substr(begin, i - begin));
-  }
-  return items;
-}
-
 void takeWires(std::wstring_view text, ZanCircParams& record) {
   bool hasTaken = false;
-  for (const std::wstring_view item : itemsOf(text)) {
+  for (const std::wstring_view item : wrappedGroups(text)) {
     const std::size_t lastBlank = item.rfind(L' ');
     if (lastBlank == std::wstring_view::npos) continue;
     const std::wstring flag = trimQuotes(item.substr(lastBlank + 1));

@@ -95,4 +95,17 @@ std::vector<std::wstring> splitForms(std::wstring_view text) {
   return forms;
 }
 
+std::vector<std::wstring_view> wrappedGroups(std::wstring_view text) {
+  if (text.starts_with(L'(')) text.remove_prefix(1);
+  if (text.ends_with(L')')) text.remove_suffix(1);
+  std::vector<std::wstring_view> groups;
+  int depth = 0;
+  std::size_t begin = 0;
+  for (std::size_t i = 0; i < text.size(); ++i) {
+    if (text[i] == L'(' && ++depth == 1) begin = i + 1;
+    if (text[i] == L')' && depth > 0 && --depth == 0) groups.push_back(text.substr(begin, i - begin));
+  }
+  return groups;
+}
+
 } // namespace brenvolt

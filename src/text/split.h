@@ -39,4 +39,8 @@ inline constexpr std::wstring_view blankCharacters = L" \t\r\n";
 /// Parentheses inside quotes count like all others. No form at all gives the whole trimmed text as the one entry.
 [[nodiscard]] std::vector<std::wstring> splitForms(std::wstring_view text);
 
+/// The texts inside "(...)" at depth one. An outer "(" and ")" of the whole text go first, so a single group that is
+/// not wrapped gives nothing.
+[[nodiscard]] std::vector<std::wstring_view> wrappedGroups(std::wstring_view text);
+
 } // namespace brenvolt

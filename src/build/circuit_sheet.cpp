@@ -1,0 +1,127 @@
+#include "build/circuit_sheet.h"
+
+#include "text/compare.h"
+#include "text/numbers.h"
+#include "text/split.h"
+
+#include <algorithm>
+
+namespace brenvolt {
+
+namespace {
+
+/// Columns of a circuit's sheet, from 1.
+namespace column {
+constexpr int code = 1, title = 2, defaultMark = 3, groupTitle = 4, optionText = 5, optionValue = 6,
+              optionCode = 7, firstForms = 8, secondForms = 9, controlForms = 10, firstPair = 11;
+}
+
+const std::wstring& cellAt(const std::vector<std::wstring>& cells, int number) {
+  static const std::wstring empty;
+  const auto index = static_cast<std::size_t>(number) - 1;
+  return index < cells.size() ? cells[index] : empty;
+}
+
+bool isBalanced(std::wstring_view text) {
+  return std::count(text.begin(), text.end(), L'(') == std::count(text.begin(), text.end(), L')');
+}
+
+/// Name and value cells from the first pair on, as long as the left one lies ahead of the last column.
+std::vector<std::pair<std::wstring, std::wstring>> pairsOf(const std::vector<std::wstring>& cells) {
+  std::vector<std::pair<std::wstring, std::wstring>> pairs;
+  const int columnCount = static_cast<int>(cells.size());
+  for (int left = column::firstPair; left < columnCount; left += 2)
+    if (!cellAt(cells, left).empty() && !cellAt(cells, left + 1).empty())
+      pairs.emplace_back(cellAt(cells, left), cellAt(cells, left + 1));
+  return pairs;
+}
+
+} // namespace
+
+void CircuitSheetReader::addRow(int rowNumber, const std::vector<std::wstring>& cells) {
+  row_ = rowNumber;
+  if (const std::wstring& code = cellAt(cells, column::code); !code.empty()) beginCode(code);
+  if (const std::wstring& title = cellAt(cells, column::title); !title.empty()) {
+    if (!record_) record_.emplace();
+    record_->title = title;
+  }
+  if (const std::wstring& title = cellAt(cells, column::groupTitle); !title.empty()) beginGroup(title);
+  if (!cellAt(cells, column::optionText).empty()) addOption(cells);
+
+  const std::wstring& codeCell = cellAt(cells, column::optionCode);
+  const std::int32_t optionCode = codeCell.empty() ? incompleteOptionCode : toInt(codeCell);
+  if (record_) {
+    addForms(column::firstForms, cells, optionCode, record_->firstRules);
+    addForms(column::secondForms, cells, optionCode, record_->secondRules);
+    addForms(column::controlForms, cells, optionCode, record_->controlRules);
+    return;
+  }
+  for (const int forms : {column::firstForms, column::secondForms, column::controlForms})
+    if (!cellAt(cells, forms).empty()) find(forms, L"forms without a title ahead of them are not read");
+}
+
+std::map<std::wstring, ZanCodeRecord> CircuitSheetReader::finish() {
+  closeRecord();
+  return std::move(records_);
+}
+
+void CircuitSheetReader::beginCode(const std::wstring& code) {
+  closeRecord();
+  code_ = code;
+  codeRow_ = row_;
+}
+
+void CircuitSheetReader::beginGroup(const std::wstring& title) {
+  closeGroup();
+  group_ = ZanOptionGroup{title, {}};
+}
+
+void CircuitSheetReader::addOption(const std::vector<std::wstring>& cells) {
+  if (!group_) {
+    find(column::optionText, L"an option without a group ahead of it is not read");
+    return;
+  }
+  ZanOption option;
+  option.text = cellAt(cells, column::optionText);
+  option.selected = equalsCollating(cellAt(cells, column::defaultMark), L"x");
+  option.value = toInt(cellAt(cells, column::optionValue));
+  group_->options.push_back(std::move(option));
+}
+
+void CircuitSheetReader::addForms(
+    int number, const std::vector<std::wstring>& cells, std::int32_t optionCode,
+    std::vector<ZanScriptEntry>& rules) {
+  const std::wstring& cell = cellAt(cells, number);
+  if (cell.empty()) return;
+  if (!isBalanced(cell))
+    find(number, L"parentheses do not match; what stands behind the last whole form is lost");
+  const bool hasPairs = number == column::controlForms;
+  for (std::wstring& form : splitForms(cell)) {
+    ZanScriptEntry entry;
+    entry.text = std::move(form);
+    entry.code = optionCode;
+    if (hasPairs) entry.params = pairsOf(cells);
+    rules.push_back(std::move(entry));
+  }
+}
+
+void CircuitSheetReader::closeGroup() {
+  if (group_ && record_) record_->groups.push_back(std::move(*group_));
+  group_.reset();
+}
+
+void CircuitSheetReader::closeRecord() {
+  closeGroup();
+  // The first rows of a CODE win; a repeated one is dropped whole.
+  if (record_ && !code_.empty() && !records_.try_emplace(toUpper(code_), std::move(*record_)).second)
+    findings_.push_back(
+        {sheet_, codeRow_, column::code,
+         L"CODE " + code_ + L" stands in the sheet twice; only the first counts"});
+  record_.reset();
+}
+
+void CircuitSheetReader::find(int number, std::wstring text) {
+  findings_.push_back({sheet_, row_, number, std::move(text)});
+}
+
+} // namespace brenvolt

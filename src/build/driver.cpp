@@ -1,0 +1,165 @@
+#include "build/driver.h"
+
+#include "build/host_session.h"
+#include "build/marker_preparation.h"
+#include "build/marker_scan.h"
+#include "build/script_rows.h"
+#include "config/config_marker_bridge.h"
+#include "config/widget_manager_maker.h"
+#include "drawing/marker_tree.h"
+#include "host/build_data.h"
+#include "host/lisp_calls.h"
+#include "host/lisp_symbols.h"
+#include "host/open_object.h"
+#include "text/numbers.h"
+#include "text/split.h"
+
+#include <algorithm>
+
+namespace brenvolt {
+
+namespace {
+
+/// Calls `visit` for each marker of the tree.
+template <class Visit>
+void forEachMarker(ZanDwgMarkerList& markers, Visit&& visit) {
+  ZanDwgMarkerListIterator iterator(&markers);
+  for (iterator.First(); !iterator.Done(); iterator.Next())
+    visit(*iterator.Current());
+}
+
+std::wstring joinValues(const std::vector<std::int32_t>& values) {
+  std::vector<std::wstring> texts;
+  texts.reserve(values.size());
+  for (const std::int32_t value : values)
+    texts.push_back(formatInt(value));
+  return join(texts, L",");
+}
+
+} // namespace
+
+ZanBrenvolt::ZanBrenvolt(ZanBuildArgs args) {
+  state_.args = std::move(args);
+  state_.lastHandle = handleFromText(state_.args.lastHandleText);
+}
+
+ZanBrenvolt::~ZanBrenvolt() = default;
+
+void ZanBrenvolt::readBuildData() {
+  ZanBuildArgs& args = state_.args;
+  if (BuildData data; brenvolt::readBuildData(data)) {
+    args.scaleA = data.scaleA;
+    args.scaleB = data.scaleB;
+    args.scaleC = data.scaleC;
+    args.scaleD = data.scaleD;
+    args.insertPoint = data.point;
+    args.trace = data.trace;
+    setTrace(args.trace);
+  }
+  ZanXmlHistory& history = state_.history;
+  history.context = args.workbook;
+  history.worksheet = args.worksheet;
+  history.circuit = args.circuit;
+  history.circuitType = args.type;
+  history.historyName = args.historyName;
+  history.componentScale = formatDouble(args.scaleB);
+  history.circuitScale = formatDouble(args.scaleA);
+}
+
+bool ZanBrenvolt::loadCatalog() {
+  state_.catalog.workbook = state_.args.workbook;
+  return state_.catalog.readWorksheet(state_.args.worksheet);
+}
+
+bool ZanBrenvolt::readMarkers() {
+  KvDbDatabase* database = workingDatabase();
+  if (!database) return false;
+  const WorkingDatabaseScope scope(database);
+  if (state_.spaceName.empty()) state_.spaceName = activeSpaceName();
+  if (state_.spaceName.empty()) return false;
+  ZanWireFormatter formatter;
+  const bool found = scanMarkers(
+      state_.markers, *database, state_.spaceName, state_.lastHandle, {1, state_.undo.marks()}, formatter);
+  if (ZanWidgetManagerMaker* maker = widgetManagerMaker()) maker->SetWireFormatter(formatter);
+  state_.wireFormatter.Merge(formatter);
+  return found;
+}
+
+void ZanBrenvolt::readPresets() {
+  applyPresetDefaults(state_.args.presetText, state_.catalog);
+  brenvolt::readPresets(state_);
+}
+
+bool ZanBrenvolt::prepare(BuildKind kind) {
+  state_.kind = kind;
+  markersMatched_ = matchRecords(state_, state_.markers);
+  if (!markersMatched_) return false;
+  const CircuitRows circuitRows = state_.isInteractive() ? CircuitRows::leave : CircuitRows::fill;
+  if (!state_.history.historyName.empty() && state_.history.OpenHistory())
+    applyOpenHistory(state_, state_.markers, circuitRows);
+  if (state_.presetActive) buildWireAnnotations(state_, state_.markers, circuitRows);
+
+  std::vector<ZanExecRecord> items;
+  if (state_.isInteractive())
+    collectLevel(state_.markers, firstMarker, items);
+  else
+    CollectRange(state_.markers, firstMarker, endOfMarkers, items);
+  const bool result = runMarkers(state_, items);
+  if (state_.isInteractive())
+    BuildConfigUnits(state_.markers, state_.units, UnitMaking{{}, state_.duplicateUnits});
+  return result;
+}
+
+void ZanBrenvolt::finish() {
+  std::vector<std::vector<std::wstring>> rows;
+  for (const auto& [code, values] : state_.selections)
+    rows.push_back({code, joinValues(values)});
+  const auto& executed = state_.executedCodes;
+  forEachMarker(state_.markers, [&](const ZanDwgMarker& marker) {
+    if (!state_.catalog.findRecord(marker.code) || state_.selections.contains(marker.code)) return;
+    if (std::find(executed.begin(), executed.end(), marker.code) != executed.end()) return;
+    rows.push_back({marker.code, {}});
+  });
+  saveCodeHandles(rows);
+
+  KvDbDatabase* database = workingDatabase();
+  if (!database) return;
+  const WorkingDatabaseScope scope(database);
+  forEachMarker(state_.markers, [database](const ZanDwgMarker& marker) {
+    KvDbObjectId id;
+    if (marker.handle.isNull() || database->objectIdOf(marker.handle, id) != KvDbStatus::ok) return;
+    const OpenObject<KvDbBlockReference> reference(id, KvOpenMode::forWrite);
+    if (reference) reference->erase();
+  });
+}
+
+bool ZanBrenvolt::runLevel() {
+  std::vector<ZanExecRecord> items;
+  ApplyConfigUnits(state_.markers, state_.units, static_cast<std::uint32_t>(level() + 1), items);
+  if (items.empty()) return true;
+  const bool result = runMarkers(state_, items);
+  RefreshConfigUnits(state_.markers, state_.units, UnitMaking{{}, state_.duplicateUnits});
+  return result;
+}
+
+void ZanBrenvolt::truncateTo(std::int32_t run) {
+  DropChildrenOfRun(state_.markers, run);
+}
+
+bool ZanBrenvolt::saveHistory(std::wstring_view name) {
+  state_.history.historyName = name;
+  return state_.history.SaveHistory(state_.markers);
+}
+
+void ZanBrenvolt::forgetUnit(std::wstring_view code) {
+  std::erase_if(
+      state_.executedCodes, [code](const std::wstring& each) { return equalsOrdinalNoCase(each, code); });
+  if (const auto selection = state_.selections.find(code); selection != state_.selections.end())
+    state_.selections.erase(selection);
+}
+
+void ZanBrenvolt::copyUnitsToMarkers() {
+  CopyUnitsToMarkers(state_.markers, state_.units);
+}
+
+} // namespace brenvolt

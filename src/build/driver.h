@@ -1,0 +1,70 @@
+// One build, from the arguments of `zan_bv_build_circuit` to the end: worksheet, markers, saved choices, script rows,
+// end steps. The order of a whole build stands in its handler; an interactive one goes through the configuration
+// dialog, which calls the operations below. Only that dialog ever takes a build back.
+#pragma once
+
+#include "build/build_state.h"
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+
+namespace brenvolt {
+
+class ZanBrenvolt {
+public:
+  explicit ZanBrenvolt(ZanBuildArgs args);
+  ZanBrenvolt(const ZanBrenvolt&) = delete;
+  ZanBrenvolt& operator=(const ZanBrenvolt&) = delete;
+  virtual ~ZanBrenvolt();
+
+  /// @name Steps of a build, in their order
+  /// @{
+  /// Scales, insertion point and trace flag from the parent product's symbol, and what the history needs to know. A
+  /// symbol that cannot be read leaves the scales at 1.0.
+  void readBuildData();
+  /// The worksheet's records, with the preset text's defaults. False when the sheet cannot be read.
+  [[nodiscard]] bool loadCatalog();
+  /// The template's markers. False when there is none.
+  [[nodiscard]] bool readMarkers();
+  /// The presets of the arguments; what cannot be looked up is passed over.
+  void readPresets();
+  /// Records, history and presets into the markers, then the rows of those that need no decision; an interactive
+  /// build ends with its units.
+  [[nodiscard]] bool prepare(BuildKind kind);
+  /// Hands the codes to LISP and erases the marker blocks that are left.
+  void finish();
+  /// Whether the end steps of a direct build have to run behind `prepare`: not when the template is foreign to the
+  /// worksheet, nor behind a quit.
+  [[nodiscard]] bool needsFinish() const { return markersMatched_ && !state_.hasQuit; }
+  /// @}
+
+  /// @name For the configuration dialog
+  /// @{
+  /// Runs the units that are marked for insertion, and makes units of the markers that they bring.
+  [[nodiscard]] bool runLevel();
+  [[nodiscard]] bool stepBack() { return state_.undo.stepBack(); }
+  [[nodiscard]] bool rollback() { return state_.undo.rollback(); }
+  /// The number of the last run.
+  [[nodiscard]] std::int32_t level() const { return state_.undo.marks(); }
+  [[nodiscard]] bool canGoBack() const { return level() >= 1 && state_.undo.hasSteps(); }
+  /// Drops the markers that an undone run brought; its number has to be read ahead of `stepBack`.
+  void truncateTo(std::int32_t run);
+  [[nodiscard]] bool saveHistory(std::wstring_view name);
+  /// Lets the code of a unit run again.
+  void forgetUnit(std::wstring_view code);
+  /// Takes the user's edits of the pending units into the markers without running anything.
+  void copyUnitsToMarkers();
+  [[nodiscard]] ZanConfigUnitList& units() { return state_.units; }
+  [[nodiscard]] ZanXmlHistory& history() { return state_.history; }
+  [[nodiscard]] const ZanBuildArgs& args() const { return state_.args; }
+  /// @}
+
+  [[nodiscard]] const BuildState& state() const { return state_; }
+
+private:
+  BuildState state_;
+  bool markersMatched_ = true;
+};
+
+} // namespace brenvolt

@@ -1,0 +1,39 @@
+// How a build stands in the host's session: which database it works on, which space is active, which entity came last,
+// and letting the host's windows breathe.
+#pragma once
+
+#include "host/host_api_database.h"
+
+#include <string>
+
+namespace brenvolt {
+
+/// The database of the current document, else of the active one; null without either.
+[[nodiscard]] KvDbDatabase* workingDatabase();
+
+/// Makes a database the host's working one for a scope. Without a former one nothing is restored.
+class WorkingDatabaseScope final {
+public:
+  explicit WorkingDatabaseScope(KvDbDatabase* database);
+  ~WorkingDatabaseScope();
+  WorkingDatabaseScope(const WorkingDatabaseScope&) = delete;
+  WorkingDatabaseScope& operator=(const WorkingDatabaseScope&) = delete;
+
+private:
+  KvDbDatabase* former_;
+};
+
+/// The name of the block that the user draws in, "*Model_Space" or "*Paper_Space"; empty when the host cannot tell.
+[[nodiscard]] std::wstring activeSpaceName();
+
+/// The record of a block by name; null when the database has none.
+[[nodiscard]] KvDbObjectId findBlock(KvDbDatabase& database, const std::wstring& name);
+
+/// The last entity of a block; null when it holds none.
+[[nodiscard]] KvDbHandle lastEntityHandle(KvDbDatabase& database, const std::wstring& spaceName);
+
+/// Handles the window messages that wait. False when one of them was the request to quit, which is posted again for
+/// the host.
+[[nodiscard]] bool pumpMessages();
+
+} // namespace brenvolt

@@ -1,0 +1,121 @@
+#include "build/marker_preparation.h"
+
+#include "build/wire_expansion.h"
+#include "data/project_circuits.h"
+#include "drawing/history_apply.h"
+#include "drawing/marker_tree.h"
+#include "host/alerts.h"
+#include "host/host_api_documents.h"
+#include "host/lisp_calls.h"
+
+namespace brenvolt {
+
+namespace {
+
+constexpr wchar_t foreignTemplateKey[] = L"ZanBrenvolt.CircuitTemplateDrawing";
+
+/// The grounding wire's layer stands behind the nine fields of the motor and nineteen of its wires.
+constexpr std::size_t layerValueIndex = 28;
+/// A catalogue row of the project: the texts and, last, the title's place.
+constexpr std::size_t leastCatalogTexts = 12;
+
+template <class Visit>
+void forEachMarkerWithOptions(ZanDwgMarkerList& list, Visit&& visit) {
+  ZanDwgMarkerListIterator iterator(&list);
+  for (iterator.First(); !iterator.Done(); iterator.Next())
+    if (iterator.Current()->hasOptions()) visit(*iterator.Current());
+}
+
+/// The preset's wire numbers as one row, then its wires as a nested list.
+ZanAnnotationDataList presetGroupData(const BuildState& build, std::wstring_view suffix) {
+  ZanAnnotationData numbers;
+  for (const std::wstring& number : build.wireNumbers)
+    numbers.AddText(number, {});
+  const std::wstring layerValue =
+      build.wireNumbers.size() > layerValueIndex ? build.wireNumbers[layerValueIndex] : std::wstring();
+
+  ZanAnnotationDataList wires;
+  expandWires(build.presetWires, build.wireFormatter, suffix, WirePass::conductors, layerValue, wires);
+  expandWires(build.presetWires, build.wireFormatter, suffix, WirePass::grounding, layerValue, wires);
+
+  ZanAnnotationDataList data;
+  data.AddRow(std::move(numbers));
+  data.AddList(std::move(wires));
+  return data;
+}
+
+/// The (table, title) pairs of the control rules that hold for the marker's selection.
+std::vector<std::pair<std::wstring, std::wstring>> catalogTables(const ZanDwgMarker& marker) {
+  std::vector<ZanScriptEntry> rules;
+  GetRulesForCode(marker.record.controlRules, marker.record.GetOptionCode(), rules);
+  std::vector<std::pair<std::wstring, std::wstring>> pairs;
+  for (const ZanScriptEntry& rule : rules)
+    pairs.insert(pairs.end(), rule.params.begin(), rule.params.end());
+  return pairs;
+}
+
+void fillCatalog(ZanDwgMarker& marker, const std::vector<PresetRow>& rows) {
+  const auto tables = catalogTables(marker);
+  marker.catalog.Clear();
+  for (std::size_t i = 0; i < tables.size() && i < rows.size(); ++i) {
+    ZanAnnotationData row(rowname::catalog);
+    row.Add(tables[i].second, kvtype::string, L"TITLE", true);
+    row.AddText(tables[i].first, L"TABLE");
+    for (const std::wstring& text : rows[i])
+      row.AddText(text, {});
+    marker.catalog.AddRow(std::move(row));
+  }
+}
+
+/// The first control marker of the build fixes the suffix of the wires and takes them as its own.
+void takeControlWires(BuildState& build, ZanDwgMarker& marker, CircuitRows circuitRows) {
+  if (build.controlMarkerSeen || !marker.record.controlGroup()) return;
+  build.controlMarkerSeen = true;
+  build.controlSuffix = wireSuffix(marker.code);
+  marker.controls = presetGroupData(build, build.controlSuffix);
+  if (!build.controlSuffix.empty() && circuitRows == CircuitRows::fill) build.circuitData = marker.controls;
+}
+
+} // namespace
+
+bool matchRecords(BuildState& build, ZanDwgMarkerList& list) {
+  if (AttachRecords(list, [&build](std::wstring_view code) { return build.catalog.findRecord(code); }))
+    return true;
+  static_cast<void>(showTaskDialog(foreignTemplateKey, {}, kdsw_korvoMainWnd()));
+  return false;
+}
+
+void applyOpenHistory(BuildState& build, ZanDwgMarkerList& list, CircuitRows circuitRows) {
+  if (!build.history.hasOpenHistory()) return;
+  ZanAnnotationDataList* circuitControls = circuitRows == CircuitRows::fill ? &build.circuitData : nullptr;
+  forEachMarkerWithOptions(list, [&](ZanDwgMarker& marker) {
+    applyHistoryToMarker(build.history, marker, getActiveWireTypes, circuitControls);
+  });
+}
+
+void readPresets(BuildState& build) {
+  const ZanBuildArgs& args = build.args;
+  build.presetActive = !args.presetText.empty();
+  build.wireNumbers = parseCodeHandles(args.codeHandleText);
+  build.presetWires = parsePresetWires(args.wireText);
+  for (const MarkerPreset& preset : parseMarkerPresets(args.presetText)) {
+    std::vector<TextRow> rows;
+    if (!readCatalogRows(args.drawingIndex, L"h=" + preset.handle, rows)) continue;
+    for (TextRow& row : rows) {
+      if (row.size() < leastCatalogTexts) continue;
+      row.pop_back();
+      build.presetRows[preset.code].push_back(std::move(row));
+    }
+  }
+}
+
+void buildWireAnnotations(BuildState& build, ZanDwgMarkerList& list, CircuitRows circuitRows) {
+  if (circuitRows == CircuitRows::fill) build.circuitData = presetGroupData(build, {});
+  forEachMarkerWithOptions(list, [&](ZanDwgMarker& marker) {
+    takeControlWires(build, marker, circuitRows);
+    const auto rows = build.presetRows.find(marker.code);
+    if (rows != build.presetRows.end()) fillCatalog(marker, rows->second);
+  });
+}
+
+} // namespace brenvolt

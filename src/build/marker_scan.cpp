@@ -1,0 +1,77 @@
+#include "build/marker_scan.h"
+
+#include "build/host_session.h"
+#include "host/open_object.h"
+#include "text/compare.h"
+
+#include <optional>
+
+namespace brenvolt {
+
+namespace {
+
+bool isMarkerReference(const KvDbBlockReference& reference) {
+  const OpenObject<KvDbBlockTableRecord> block(reference.blockTableRecord(), KvOpenMode::forRead);
+  return block && equalsOrdinalNoCase(block->name(), markerBlock);
+}
+
+struct MarkerAttribute {
+  std::wstring_view tag;
+  std::wstring ZanDwgMarker::*field;
+};
+constexpr MarkerAttribute markerAttributes[] = {
+    {L"CODE", &ZanDwgMarker::code},
+    {L"ORDER", &ZanDwgMarker::order},
+    {L"MISC1", &ZanDwgMarker::misc1},
+};
+
+void readAttributes(const KvDbBlockReference& reference, ZanDwgMarker& marker) {
+  for (const KvDbObjectId id : reference.attributes()) {
+    const OpenObject<KvDbAttribute> attribute(id, KvOpenMode::forRead);
+    if (!attribute) continue;
+    const std::wstring tag = attribute->tag();
+    for (const MarkerAttribute& known : markerAttributes)
+      if (equalsOrdinalNoCase(tag, known.tag)) marker.*known.field = attribute->textString();
+  }
+}
+
+/// Stands the iterator behind the entity of the handle, or at the start for none.
+bool seekBehind(KvDbDatabase& database, KvDbHandle handle, KvDbBlockTableRecordIterator& iterator) {
+  iterator.start();
+  if (handle.isNull()) return true;
+  KvDbObjectId id;
+  if (database.objectIdOf(handle, id) != KvDbStatus::ok || iterator.seek(id) != KvDbStatus::ok) return false;
+  iterator.step();
+  return true;
+}
+
+} // namespace
+
+bool scanMarkers(
+    ZanDwgMarkerList& list, KvDbDatabase& database, const std::wstring& spaceName, KvDbHandle afterHandle,
+    const ScanStamp& stamp, ZanWireFormatter& formatter) {
+  const OpenObject<KvDbBlockTableRecord> space(findBlock(database, spaceName), KvOpenMode::forRead);
+  if (!space) return false;
+  const auto iterator = space->newIterator();
+  if (!seekBehind(database, afterHandle, *iterator)) return false;
+  for (; !iterator->done(); iterator->step()) {
+    const OpenObject<KvDbBlockReference> reference(iterator->entityId(), KvOpenMode::forRead);
+    if (!reference || !isMarkerReference(*reference.operator->())) continue;
+    // A second form at one marker must not find the markers of the first again.
+    if (list.holdsHandle(reference->handle())) continue;
+    ZanDwgMarker marker;
+    readAttributes(*reference.operator->(), marker);
+    if (marker.code.empty()) continue;
+    marker.handle = reference->handle();
+    marker.position = reference->position();
+    marker.level = stamp.level;
+    marker.run = stamp.run;
+    formatter.AddMarker(marker.code, marker.misc1);
+    list.Insert(std::move(marker));
+  }
+  const std::size_t before = list.size();
+  list.Finish();
+  return list.size() > before;
+}
+
+} // namespace brenvolt

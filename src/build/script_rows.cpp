@@ -1,0 +1,273 @@
+#include "build/script_rows.h"
+
+#include "build/host_session.h"
+#include "build/marker_preparation.h"
+#include "build/marker_scan.h"
+#include "build/marker_settings.h"
+#include "config/widget_manager_maker.h"
+#include "data/component_sizing.h"
+#include "drawing/marker_data.h"
+#include "host/alerts.h"
+#include "host/host_api_documents.h"
+#include "host/host_api_lisp.h"
+#include "host/lisp_services.h"
+#include "host/open_object.h"
+#include "text/compare.h"
+#include "text/numbers.h"
+
+#include <algorithm>
+#include <optional>
+
+namespace brenvolt {
+
+namespace {
+
+constexpr wchar_t executionErrorKey[] = L"ZanBrenvolt.ExecutionError";
+/// A form's answer that says: I have inserted a nested template.
+constexpr std::int32_t insertedTemplate = 2;
+
+namespace scriptvariable {
+constexpr wchar_t position[] = L"#xyz";
+constexpr wchar_t misc[] = L"#misc1";
+constexpr wchar_t scale[] = L"#scl";
+constexpr wchar_t data[] = L"#data";
+constexpr wchar_t autoRows[] = L"#data2";
+} // namespace scriptvariable
+
+/// The values of all selected options, group by group; a group that leaves the count short of its number adds -1.
+std::vector<std::int32_t> valuesWithFiller(const ZanCodeRecord& record) {
+  std::vector<std::int32_t> values;
+  for (std::size_t i = 0; i < record.groups.size(); ++i) {
+    for (const ZanOption& option : record.groups[i].options)
+      if (option.selected) values.push_back(option.value);
+    if (values.size() < i + 1) values.push_back(-1);
+  }
+  return values;
+}
+
+void removeOne(std::vector<std::wstring>& codes, const std::wstring& code) {
+  const auto found = std::find_if(codes.begin(), codes.end(), [&code](const std::wstring& each) {
+    return equalsOrdinalNoCase(each, code);
+  });
+  if (found != codes.end()) codes.erase(found);
+}
+
+/// Group data, then catalogue data, as one list; without group data two empty records stand in for it.
+ResultList scriptData(const ZanAnnotationDataList& groupData, const ZanAnnotationDataList& catalog) {
+  if (groupData.isEmpty() && catalog.isEmpty()) return ResultList();
+  ZanAnnotationDataList all = groupData;
+  if (all.isEmpty()) {
+    all.AddRow(ZanAnnotationData());
+    all.AddRow(ZanAnnotationData());
+  }
+  all.Append(catalog);
+  return all.ToLisp();
+}
+
+ZanScriptVariable listOrNil(const wchar_t* name, ResultList list) {
+  return list.isEmpty() ? ZanScriptVariable::ofNil(name) : ZanScriptVariable::ofList(name, std::move(list));
+}
+
+/// One walk over a list of markers. A nested template has a walk of its own.
+class MarkerWalk final {
+public:
+  MarkerWalk(BuildState& build, KvDbDatabase& database)
+      : build_(build), database_(database), settings_(settingsOf(build)) {}
+
+  [[nodiscard]] bool run(const std::vector<ZanExecRecord>& items);
+
+private:
+  static MarkerSettings settingsOf(const BuildState& build);
+  [[nodiscard]] ZanDwgMarker* markerOf(const ZanExecRecord& item) const {
+    return build_.markers.findById(item.markerId);
+  }
+  void refreshGroupData(const ZanDwgMarker& marker);
+  [[nodiscard]] bool runMarker(const ZanExecRecord& item);
+  void noteUnrun(const ZanDwgMarker& marker);
+  [[nodiscard]] std::optional<std::vector<ZanScriptVariable>> setVariables(const ZanDwgMarker& marker);
+  [[nodiscard]] bool runRow(
+      const ZanScriptEntry& row, std::int32_t markerId, const std::vector<ZanScriptVariable>& variables);
+  [[nodiscard]] bool runNested(std::int32_t markerId);
+  void noteRun(const std::wstring& code, const std::vector<std::int32_t>& values);
+  void eraseMarker(KvDbHandle handle);
+
+  BuildState& build_;
+  KvDbDatabase& database_;
+  MarkerSettings settings_;
+  std::vector<ZanAutoSizeRow> autoRows_;
+  bool isDirty_ = true;
+  KvDbHandle lastEntity_; ///< ahead of the rows of the marker at work
+};
+
+MarkerSettings MarkerWalk::settingsOf(const BuildState& build) {
+  if (!build.isInteractive()) return MarkerSettings(build.circuitData);
+  ZanAnnotationDataList rows;
+  std::vector<std::wstring> orders;
+  if (ZanWidgetManagerMaker* maker = widgetManagerMaker())
+    static_cast<void>(maker->CollectSettings(rows, orders));
+  return MarkerSettings(std::move(rows), std::move(orders));
+}
+
+bool MarkerWalk::run(const std::vector<ZanExecRecord>& items) {
+  NumberMarkers(build_.markers);
+  PublishMarkerData(build_.markers);
+  for (const ZanExecRecord& item : items) {
+    if (const ZanDwgMarker* marker = markerOf(item)) {
+      refreshGroupData(*marker);
+      if (!runMarker(item)) return false;
+    }
+    if (!pumpMessages()) {
+      build_.hasQuit = true;
+      return false;
+    }
+  }
+  return true;
+}
+
+void MarkerWalk::refreshGroupData(const ZanDwgMarker& marker) {
+  const bool hasChanged =
+      build_.isInteractive() ? settings_.advanceTo(marker) : settings_.takeOwnRows(marker);
+  if (hasChanged) isDirty_ = true;
+  const ZanWidgetManagerMaker* maker = widgetManagerMaker();
+  if (!isDirty_ || !maker) return;
+  maker->computeAutoRows(settings_.groupData(), autoRows_);
+  isDirty_ = false;
+}
+
+bool MarkerWalk::runMarker(const ZanExecRecord& item) {
+  ZanDwgMarker& marker = *markerOf(item);
+  {
+    KvDbObjectId id;
+    if (database_.objectIdOf(marker.handle, id) != KvDbStatus::ok) return true;
+    const OpenObject<KvDbBlockReference> reference(id, KvOpenMode::forRead);
+    if (!reference) return true; // an earlier form erased it
+    marker.position = reference->position();
+  }
+  if (item.rows.empty()) {
+    noteUnrun(marker);
+    return true;
+  }
+  const std::optional<std::vector<ZanScriptVariable>> variables = setVariables(marker);
+  if (!variables) return false;
+
+  lastEntity_ = lastEntityHandle(database_, build_.spaceName);
+  const std::wstring code = marker.code;
+  const KvDbHandle handle = marker.handle;
+  const std::vector<std::int32_t> values = marker.record.selectedValues();
+  build_.executedCodes.push_back(code);
+  SetMarkerData(marker.index, values);
+  bool result = true;
+  for (const ZanScriptEntry& row : item.rows) {
+    result = runRow(row, item.markerId, *variables);
+    if (build_.hasQuit) return false;
+  }
+  noteRun(code, values);
+  eraseMarker(handle);
+  return result;
+}
+
+void MarkerWalk::noteUnrun(const ZanDwgMarker& marker) {
+  if (marker.hasOptions() && build_.catalog.findRecord(marker.code))
+    build_.selections.try_emplace(marker.code, valuesWithFiller(marker.record));
+}
+
+std::optional<std::vector<ZanScriptVariable>> MarkerWalk::setVariables(const ZanDwgMarker& marker) {
+  const double scale = build_.args.scaleB;
+  if (!putPoint(scriptvariable::position, marker.position) || !putReal(scriptvariable::scale, scale))
+    return std::nullopt;
+  ResultList data = scriptData(settings_.groupData(), marker.catalog);
+  // Without a value the symbol keeps that of the marker before.
+  if (!data.isEmpty() && !putList(scriptvariable::data, data)) return std::nullopt;
+  ResultList components;
+  if (!autoRows_.empty() || !marker.catalog.isEmpty()) {
+    static_cast<void>(putRows(scriptvariable::autoRows, autoRows_));
+    components = rowsToList(autoRows_);
+  }
+
+  std::vector<ZanScriptVariable> variables;
+  variables.push_back(ZanScriptVariable::ofPoint(scriptvariable::position, marker.position));
+  variables.push_back(
+      marker.misc1.empty() ? ZanScriptVariable::ofNil(scriptvariable::misc)
+                           : ZanScriptVariable::ofText(scriptvariable::misc, marker.misc1));
+  variables.push_back(ZanScriptVariable::ofReal(scriptvariable::scale, scale));
+  variables.push_back(listOrNil(scriptvariable::data, std::move(data)));
+  variables.push_back(listOrNil(scriptvariable::autoRows, std::move(components)));
+  return variables;
+}
+
+bool MarkerWalk::runRow(
+    const ZanScriptEntry& row, std::int32_t markerId, const std::vector<ZanScriptVariable>& variables) {
+  ResultList answer;
+  if (runForm(row.text, variables, answer))
+    return ListReader(answer).integer() != insertedTemplate || runNested(markerId);
+  if (answer.isEmpty())
+    static_cast<void>(showTaskDialog(executionErrorKey, {{L"errorFunc", row.text}}, kdsw_korvoMainWnd()));
+  return false;
+}
+
+bool MarkerWalk::runNested(std::int32_t markerId) {
+  ZanDwgMarker& parent = *build_.markers.findById(markerId);
+  const std::wstring code = parent.code;
+  const std::vector<std::int32_t> values = parent.record.selectedValues();
+  if (parent.level >= deepestLevel) {
+    kvutPrintf((L"\nZanBrenvolt: marker " + code + L": templates are nested deeper than " +
+                formatInt(deepestLevel) + L" levels; no further one is built.\n")
+                   .c_str());
+    return false;
+  }
+  ZanDwgMarkerList& children = parent.EnsureChildren();
+  ZanWireFormatter formatter;
+  if (!scanMarkers(
+          children, database_, build_.spaceName, lastEntity_, {parent.level + 1, parent.run}, formatter))
+    return true;
+  if (ZanWidgetManagerMaker* maker = widgetManagerMaker()) maker->SetWireFormatter(formatter);
+  build_.wireFormatter.Merge(formatter);
+
+  if (!matchRecords(build_, children)) return false;
+  applyOpenHistory(build_, children, CircuitRows::leave);
+  if (build_.presetActive) buildWireAnnotations(build_, children, CircuitRows::leave);
+  std::vector<ZanExecRecord> items;
+  if (build_.isInteractive())
+    collectLevel(children, firstMarker, items);
+  else
+    CollectRange(children, firstMarker, endOfMarkers, items);
+  const bool result = MarkerWalk(build_, database_).run(items);
+  if (build_.hasQuit) return false;
+
+  SetMarkerData(build_.markers.findById(markerId)->index, values);
+  removeOne(build_.executedCodes, code);
+  build_.selections.try_emplace(code, values);
+  return result;
+}
+
+void MarkerWalk::noteRun(const std::wstring& code, const std::vector<std::int32_t>& values) {
+  // A CODE that LISP keeps itself stays among the executed ones; for any other its values are handed over at the end.
+  if (hasKeyedEntry(getCodeCombos(), code)) return;
+  removeOne(build_.executedCodes, code);
+  build_.selections.try_emplace(code, values);
+}
+
+void MarkerWalk::eraseMarker(KvDbHandle handle) {
+  KvDbObjectId id;
+  if (database_.objectIdOf(handle, id) != KvDbStatus::ok) return;
+  const OpenObject<KvDbBlockReference> reference(id, KvOpenMode::forWrite);
+  if (reference) reference->erase();
+}
+
+} // namespace
+
+bool runMarkers(BuildState& build, const std::vector<ZanExecRecord>& items) {
+  KvDbDatabase* database = workingDatabase();
+  if (!database) return false;
+  const WorkingDatabaseScope scope(database);
+  if (build.isInteractive()) {
+    // The walk that only binds has no mark of its own: what it draws goes with the template.
+    if (!build.undo.isBound())
+      build.undo.bind(database, build.args.undoPosition);
+    else
+      build.undo.mark();
+  }
+  return MarkerWalk(build, *database).run(items);
+}
+
+} // namespace brenvolt

@@ -1,0 +1,20 @@
+// The walk over the markers of a build: at each, the script variables are set and the rows of its selection run; a form
+// that inserts a template of its own brings markers, which run before the walk goes on.
+#pragma once
+
+#include "build/build_state.h"
+#include "drawing/marker_tree.h"
+
+#include <vector>
+
+namespace brenvolt {
+
+/// How deep templates may insert templates; a form that inserts itself without end stops here with a message.
+inline constexpr std::int32_t deepestLevel = 64;
+
+/// Runs the markers of the items in order. In an interactive build the first walk binds the undo manager and every
+/// later one takes a mark. False when a marker's last row failed, a script variable cannot be set, or a quit was
+/// seen; the rest is then not run.
+[[nodiscard]] bool runMarkers(BuildState& build, const std::vector<ZanExecRecord>& items);
+
+} // namespace brenvolt

@@ -1,0 +1,117 @@
+#include "build/workbook_catalogue.h"
+
+#include "build/circuit_sheet.h"
+#include "data/sheet_reader.h"
+#include "text/numbers.h"
+
+#include <algorithm>
+
+namespace brenvolt {
+
+namespace {
+
+constexpr std::wstring_view circuitSheet = L"ZAN_CIRCS";
+constexpr std::wstring_view annotationSheet = L"ANNO_CODE";
+constexpr int leastCatalogueColumns = 4;
+constexpr std::size_t catalogueColumns = 5;
+constexpr int leastCircuitColumns = 9;
+
+/// Reads a sheet, or the first one when the workbook has none of that name.
+bool readOrFirst(SheetReader& reader, std::wstring_view sheet, SheetRows& rows) {
+  return reader.read(sheet, rows) || reader.readFirst(rows);
+}
+
+} // namespace
+
+bool ZanCircuitCatalog::readCircuits() {
+  circuits_.clear();
+  SheetReader reader;
+  SheetRows sheet;
+  if (!reader.open(workbook) || !readOrFirst(reader, circuitSheet, sheet)) {
+    error_ = reader.error();
+    return false;
+  }
+  if (sheet.columnCount < leastCatalogueColumns) {
+    error_ = L"sheet " + std::wstring(circuitSheet) + L" has " + formatInt(sheet.columnCount) +
+             L" columns; circuit, type, template and worksheet are needed";
+    return false;
+  }
+  int counter = 0;
+  bool any = false;
+  std::wstring circuit;
+  for (std::vector<std::wstring>& row : sheet.rows) {
+    row.resize(std::max(row.size(), catalogueColumns));
+    const auto isEmpty = [](const std::wstring& cell) { return cell.empty(); };
+    if (std::all_of(row.begin(), row.begin() + catalogueColumns, isEmpty)) continue;
+    if (!row[0].empty()) circuit = row[0];
+    const auto [place, isNew] = circuits_.try_emplace(circuit);
+    if (isNew) place->second.id = ++counter;
+    place->second.entries.push_back({row[1], row[2], row[3], row[4], ++counter});
+    any = true;
+  }
+  if (!any) error_ = L"sheet " + std::wstring(circuitSheet) + L" lists no circuit";
+  return any;
+}
+
+bool ZanCircuitCatalog::readAnnotationCodes() {
+  annotationCodes_.Clear();
+  SheetReader reader;
+  SheetRows sheet;
+  if (!reader.open(workbook) || !readOrFirst(reader, annotationSheet, sheet)) {
+    error_ = reader.error();
+    return false;
+  }
+  bool any = false;
+  std::wstring key;
+  for (const std::vector<std::wstring>& row : sheet.rows) {
+    if (row.empty()) continue;
+    if (!row.front().empty()) key = row.front();
+    if (annotationCodes_.AddRow(key, row)) any = true;
+  }
+  return any;
+}
+
+bool ZanCircuitCatalog::readWorksheet(std::wstring_view name) {
+  records_.clear();
+  findings_.clear();
+  SheetReader reader;
+  SheetRows sheet;
+  if (!reader.open(workbook) || !reader.read(name, sheet)) {
+    error_ = reader.error();
+    return false;
+  }
+  if (sheet.columnCount < leastCircuitColumns) {
+    error_ = L"sheet " + std::wstring(name) + L" has " + formatInt(sheet.columnCount) +
+             L" columns; a circuit's sheet needs at least " + formatInt(leastCircuitColumns);
+    return false;
+  }
+  CircuitSheetReader records(name);
+  for (std::size_t i = 0; i < sheet.rows.size(); ++i)
+    records.addRow(static_cast<int>(i) + 2, sheet.rows[i]);
+  records_ = records.finish();
+  findings_ = records.findings();
+  if (records_.empty()) error_ = L"sheet " + std::wstring(name) + L" holds no CODE with a title";
+  return !records_.empty();
+}
+
+const ZanCircuitEntry* ZanCircuitCatalog::findEntry(std::wstring_view circuit, std::wstring_view type) const {
+  const auto place = circuits_.find(circuit);
+  if (place == circuits_.end()) return nullptr;
+  const auto& entries = place->second.entries;
+  const auto entry = std::find_if(entries.begin(), entries.end(), [type](const ZanCircuitEntry& each) {
+    return equalsCollating(each.type, type);
+  });
+  return entry == entries.end() ? nullptr : &*entry;
+}
+
+const ZanCodeRecord* ZanCircuitCatalog::findRecord(std::wstring_view code) const {
+  const auto record = records_.find(toUpper(code));
+  return record == records_.end() ? nullptr : &record->second;
+}
+
+ZanCodeRecord* ZanCircuitCatalog::findRecord(std::wstring_view code) {
+  const auto record = records_.find(toUpper(code));
+  return record == records_.end() ? nullptr : &record->second;
+}
+
+} // namespace brenvolt

@@ -1,0 +1,76 @@
+// What the configuration workbook holds: the catalogue of circuits and types, and for each circuit sheet what every
+// CODE offers. Sheets are read whole before anything is done with them.
+#pragma once
+
+#include "drawing/annotation_presets.h"
+#include "drawing/code_record.h"
+#include "text/compare.h"
+
+#include <map>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace brenvolt {
+
+/// The workbook's file name where nothing names another.
+inline constexpr std::wstring_view defaultWorkbook = L"zan_brenvolt.xls";
+
+/// One type of a circuit.
+struct ZanCircuitEntry {
+  std::wstring type;
+  std::wstring drawingTemplate;
+  std::wstring worksheet;
+  std::wstring presetKey; ///< of the annotation presets; may be empty
+  int id = 0;             ///< circuits and entries count through one counter
+};
+
+struct ZanCircuit {
+  int id = 0;
+  std::vector<ZanCircuitEntry> entries; ///< in the sheet's order
+};
+
+/// Something in a sheet that the reading passes over or refuses, for whoever writes the workbook.
+struct WorkbookFinding {
+  std::wstring sheet;
+  int row = 0;    ///< as the spreadsheet program counts: the header is row 1
+  int column = 0; ///< from 1; 0 for the row as a whole
+  std::wstring text;
+};
+
+class ZanCircuitCatalog final {
+public:
+  using Circuits = std::map<std::wstring, ZanCircuit, CollatingLess>;
+
+  explicit ZanCircuitCatalog(std::wstring_view path = {}) : workbook(path) {}
+
+  /// Each reads one sheet and is true when anything was stored. `error` tells why a file or a sheet cannot be read.
+  /// @{
+  bool readCircuits();
+  bool readAnnotationCodes();
+  bool readWorksheet(std::wstring_view name);
+  /// @}
+
+  [[nodiscard]] const Circuits& circuits() const { return circuits_; }
+  /// The entry of a circuit's type, both compared as a person reads them; null when there is none.
+  [[nodiscard]] const ZanCircuitEntry* findEntry(std::wstring_view circuit, std::wstring_view type) const;
+  /// What the worksheet says of a CODE, without case; null when it says nothing.
+  [[nodiscard]] const ZanCodeRecord* findRecord(std::wstring_view code) const;
+  [[nodiscard]] ZanCodeRecord* findRecord(std::wstring_view code);
+  /// The records by upper-cased CODE.
+  [[nodiscard]] const std::map<std::wstring, ZanCodeRecord>& records() const { return records_; }
+  [[nodiscard]] ZanAnnotationExList& annotationCodes() { return annotationCodes_; }
+  [[nodiscard]] const std::vector<WorkbookFinding>& findings() const { return findings_; }
+  [[nodiscard]] const std::wstring& error() const { return error_; }
+
+  std::wstring workbook; ///< full path
+
+private:
+  Circuits circuits_;
+  std::map<std::wstring, ZanCodeRecord> records_;
+  ZanAnnotationExList annotationCodes_;
+  std::vector<WorkbookFinding> findings_;
+  std::wstring error_;
+};
+
+} // namespace brenvolt
