@@ -23,7 +23,7 @@ constexpr double thinnestPixels = 1.2;
 constexpr double capitalHeight = 0.729;
 /// Mean advance of its letters in the same unit, for the extents of texts.
 constexpr double meanAdvance = 0.6;
-constexpr std::size_t shapeLimit = 2'000'000;
+constexpr std::size_t shapeLimit = 500'000;
 constexpr int nestingLimit = 200;
 
 /// In pixels; empty for a continuous line.

@@ -14,7 +14,8 @@ struct SvgPicture {
 
 /// The block's entities with their layers' colours and line types, block references resolved, visible attributes as
 /// texts, a margin around. Attribute definitions show their tag in a space and nothing inside a placed block. The
-/// longer side has 1200 pixels. Fails for blocks so nested that the picture would have millions of shapes.
+/// longer side has 1200 pixels. Fails for blocks so nested that the picture would have more than half a million
+/// shapes.
 [[nodiscard]] SvgPicture renderSvg(const DrawingDatabase& drawing, KvDbHandle block);
 
 /// Renders the current space into a file, replaced whole; the reason of a failure, nothing on success.

@@ -125,10 +125,10 @@ TEST_CASE("a damaged file is told with its place and reason") {
 
 TEST_CASE("a file that was cut off or has a byte changed never harms") {
   const std::string good = fullDrawing();
-  for (std::size_t length = 0; length + 2 < good.size(); length += 7) {
+  for (std::size_t length = 0; length + 2 < good.size(); length += 29) {
     CHECK(drawingFromJson(good.substr(0, length), L"f").drawing == nullptr);
   }
-  for (std::size_t place = 0; place < good.size(); place += 3) {
+  for (std::size_t place = 0; place < good.size(); place += 13) {
     std::string bad = good;
     bad[place] = static_cast<char>(bad[place] ^ 0x15);
     const LoadedDrawing loaded = drawingFromJson(bad, L"f");
