@@ -83,7 +83,7 @@ Document& Session::openDocument(std::wstring fileName, std::unique_ptr<DrawingDa
   // (vz-korvo-defun 'name): lets native code call a LISP function; it need not be defined yet.
   interpreter.define(L"vz-korvo-defun", 1, 1, [&document](Arguments& arguments) {
     document.expose(arguments.symbol(0));
-    return arguments[0];
+    return Value::truth(true); // not the symbol: native code asks for this, and a symbol has no form there
   });
   modules_.tellDrawingLoaded();
   return document;

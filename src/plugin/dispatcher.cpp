@@ -27,16 +27,20 @@ ResultList runHandler(const LispFunction& function, const ResultList& arguments)
 int dispatchFunction() {
   const LispFunction* function = findFunction(kvedGetFunCode());
   if (function == nullptr) return 0;
+  serveCall(*function);
+  return 1;
+}
+
+void serveCall(const LispFunction& function) {
   const ResultList arguments(kvedGetArgs());
-  const ResultList answer = runHandler(*function, arguments);
+  const ResultList answer = runHandler(function, arguments);
   if (answer.isEmpty()) {
     kvedRetNil();
-  } else if (function->answer == AnswerForm::truth) {
+  } else if (function.answer == AnswerForm::truth) {
     kvedRetT();
   } else {
     kvedRetList(answer.get());
   }
-  return 1;
 }
 
 } // namespace brenvolt

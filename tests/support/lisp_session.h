@@ -1,0 +1,35 @@
+// A simulated host with one empty drawing, for tests that look at the plug-in from LISP's side.
+#pragma once
+
+#include "simhost/host/session.h"
+#include "simhost/ui/scripted_windows.h"
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace brenvolt::test {
+
+class LispSession final {
+public:
+  /// What the user does at each question of the test, in order.
+  explicit LispSession(std::vector<simhost::AnswerStep> steps = {});
+
+  /// Evaluates forms and answers the last value as LISP writes it; the message of a LISP error behind "error: ".
+  std::string eval(std::string_view forms);
+  /// What was printed since the last call.
+  std::string takePrinted();
+
+  [[nodiscard]] simhost::Session& host() { return session_; }
+  [[nodiscard]] simhost::ScriptedWindows& windows() { return windows_; }
+
+private:
+  simhost::ScriptedWindows windows_;
+  simhost::Session session_;
+  std::wstring printed_;
+};
+
+/// A step in which the user presses the button of a task dialog.
+[[nodiscard]] simhost::AnswerStep press(std::string_view taskDialog, int button);
+
+} // namespace brenvolt::test
