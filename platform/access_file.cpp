@@ -51,8 +51,9 @@ double typedSingle(float value) {
   return result;
 }
 
+/// Of a number from 0 to 99.
 std::string twoDigits(std::int64_t value) {
-  return (value < 10 ? "0" : "") + std::to_string(value);
+  return {static_cast<char>('0' + value / 10), static_cast<char>('0' + value % 10)};
 }
 
 /// Days since 1899-12-30 as a person reads them: a date, a time of day when there is no date, or both.
@@ -71,10 +72,13 @@ std::string dateText(double value) {
   if (day == 0 && seconds != 0) return time;
   using namespace std::chrono;
   const year_month_day date(sys_days(year(1899) / December / 30) + days(day));
-  std::string text = std::to_string(static_cast<int>(date.year()));
-  text.insert(0, text.size() < 4 ? 4 - text.size() : 0, '0');
-  text += "-" + twoDigits(static_cast<unsigned>(date.month())) + "-" +
-          twoDigits(static_cast<unsigned>(date.day()));
+  const int yearNumber = static_cast<int>(date.year());
+  if (yearNumber < 0 || yearNumber > 9999) return realText(value);
+  std::string text = twoDigits(yearNumber / 100) + twoDigits(yearNumber % 100);
+  text += '-';
+  text += twoDigits(static_cast<unsigned>(date.month()));
+  text += '-';
+  text += twoDigits(static_cast<unsigned>(date.day()));
   return seconds == 0 ? text : text + " " + time;
 }
 

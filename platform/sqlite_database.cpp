@@ -258,11 +258,12 @@ SqliteQuery SqliteDatabase::prepare(std::string_view statement) {
 }
 
 std::string quotedIdentifier(std::string_view name) {
-  if (name.find(']') == std::string_view::npos) return "[" + std::string(name) + "]";
-  std::string quoted = "\"";
+  const bool inBrackets = name.find(']') == std::string_view::npos;
+  std::string quoted(1, inBrackets ? '[' : '"');
   for (const char c : name)
-    quoted += c == '"' ? std::string("\"\"") : std::string(1, c);
-  return quoted + "\"";
+    quoted.append(c == '"' && !inBrackets ? 2 : 1, c);
+  quoted += inBrackets ? ']' : '"';
+  return quoted;
 }
 
 } // namespace brenvolt::tables

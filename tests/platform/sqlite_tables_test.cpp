@@ -132,6 +132,21 @@ TEST_CASE("a double-quoted name is never taken for a text") {
   CHECK(rowsOf(*connection, L"SELECT \"B\" FROM [T]").front().starts_with(L"error: "));
 }
 
+TEST_CASE("names of three hundred characters work in every place") {
+  const TemporaryFolder folder;
+  const std::string name(300, 'N');
+  makeSqlite(folder.file("a.db"), {"CREATE TABLE [" + name + "]([" + name + "] TEXT)"});
+  const auto connection = opened(folder.name("a.db"));
+  const std::wstring wide = fromUtf8(name);
+  ZanOleDbDDLCommand command(*connection);
+  command.SetTable(wide);
+  command.AddColumn(wide, L"='%s'", wide);
+  CHECK(command.Insert());
+  CHECK(rowsOf(*connection, L"SELECT [" + wide + L"] FROM [" + wide + L"]") == Lines{wide});
+  ZanOleDbColumns columns;
+  CHECK(columns.Open(*connection, wide));
+}
+
 TEST_CASE("a transaction that is not committed leaves the file as it was") {
   const TemporaryFolder folder;
   makeSqlite(folder.file("a.db"), {"CREATE TABLE T(A TEXT)"});
