@@ -89,7 +89,7 @@ std::optional<std::wstring> findFile(std::wstring_view name) {
   const int status = invokeTraced(call, formatText(L"(c:zan_find_file \"%s\" 3)", {name}), answer);
   if (status != kvstatus::normal) return std::nullopt;
   std::optional<std::wstring> path = ListReader(answer).text();
-  if (path && path->empty()) path.reset();
+  if (!path || path->empty()) return std::nullopt;
   return path;
 }
 
