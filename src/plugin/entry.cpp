@@ -4,6 +4,7 @@
 #include "host/resources.h"
 #include "plugin/application.h"
 #include "plugin/function_table.h"
+#include "plugin/handlers/code_standard_description.h"
 
 #include <map>
 #include <string>
@@ -44,16 +45,12 @@ extern "C" [[gnu::visibility("default")]] int kvrxGetApiVersion() {
 }
 
 /// For sibling modules: the code standards that have tables, full name to code; `withCurrentStandard` adds the standard
-/// in use when it has none. The map stays empty when the option tables cannot be read.
+/// in use when it has none. Lets no exception out to a module that knows nothing of ours.
 extern "C" [[gnu::visibility("default")]] void GetAllCodeStandards(
     std::map<std::wstring, std::wstring>& standards, bool withCurrentStandard) {
-  standards.clear();
-  // The caller is another module, whose texts may lie on top of ours.
-  const brenvolt::ResourceScope resources;
-  brenvolt::ZanOptTableReader reader;
-  if (!reader.Open()) return;
-  if (withCurrentStandard) {
-    reader.SetMissingTableText(brenvolt::loadText(brenvolt::TextId::standardWithoutTable));
+  try {
+    brenvolt::readAllCodeStandards(standards, withCurrentStandard);
+  } catch (...) {
+    standards.clear();
   }
-  reader.ReadAllStandards(standards, withCurrentStandard);
 }

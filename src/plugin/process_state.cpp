@@ -1,7 +1,9 @@
 // One line per piece of state that its owner keeps behind an accessor.
 #include "plugin/process_state.h"
 
+#include "config/widget_manager_maker.h"
 #include "data/circuit_data.h"
+#include "drawing/markers.h"
 #include "host/alerts.h"
 #include "host/lisp_calls.h"
 
@@ -12,6 +14,8 @@ void resetProcessState() {
   loadFactors() = ZanLoadFactors();
   setTrace(false);
   clearAcceptedTables();
+  lastMarkerId() = 0;
+  ZanWidgetManagerMaker::Destroy();
 }
 
 } // namespace brenvolt
