@@ -1,6 +1,9 @@
 // Putting a session together, and the LISP functions of the host itself.
 #include "simhost/host/session.h"
 
+#include "host/host_api_lisp.h"
+#include "simhost/drawing/drawing_file.h"
+#include "simhost/drawing_lisp/drawing_functions.h"
 #include "simhost/host/files.h"
 #include "simhost/lisp/list.h"
 #include "simhost/ui/file_names.h"
@@ -32,6 +35,17 @@ Value findFileFunction(Arguments& arguments) {
 /// (veval-str+ text): evaluates the forms of a text and answers the value of the last one.
 Value evaluateText(Arguments& arguments) {
   return arguments.interpreter().run(arguments.text(0), L"veval-str+");
+}
+
+/// (pick-entity prompt): the entity name and the point of what the user picks, nil for a pick of nothing. A cancel
+/// ends the run.
+Value pickEntityFunction(Arguments& arguments) {
+  KvEntityName entity;
+  KvPoint3d point;
+  const int status = kvedEntSel(arguments.text(0).c_str(), entity, point);
+  if (status == kvstatus::cancel) throw lisp::Cancelled();
+  if (status != kvstatus::normal) return {};
+  return lisp::makeList({Value::entity(entity.value), lisp::makePoint(point.x, point.y, point.z)});
 }
 
 std::optional<lisp::LoadedText> loadLisp(
@@ -77,7 +91,14 @@ Document& Session::openDocument(std::wstring fileName, std::unique_ptr<DrawingDa
   interpreter.setPrinter([this](std::wstring_view text) { commandLine_.print(text); });
   interpreter.setLoader(
       [this](std::wstring_view name, std::wstring_view fromFile) { return loadLisp(*this, name, fromFile); });
+  defineDrawingFunctions(
+      interpreter, {[&document] { return &document.drawing(); },
+                    [this](const std::wstring& name) {
+                      const std::filesystem::path file = findFile(name);
+                      return loadDrawing(file.empty() ? name : textOfPath(file));
+                    }});
   interpreter.define(L"find-file", 1, 1, findFileFunction);
+  interpreter.define(L"pick-entity", 1, 1, pickEntityFunction);
   interpreter.define(L"veval-str+", 1, 1, evaluateText);
   document.expose(interpreter.symbols().intern(L"veval-str+"));
   // (vz-korvo-defun 'name): lets native code call a LISP function; it need not be defined yet.

@@ -4,6 +4,7 @@
 
 #include "simhost/host/command_line.h"
 #include "simhost/host/documents.h"
+#include "simhost/host/errors.h"
 #include "simhost/host/function_registry.h"
 #include "simhost/host/module_loader.h"
 #include "simhost/host/resource_module.h"
@@ -12,17 +13,10 @@
 
 #include <filesystem>
 #include <memory>
-#include <stdexcept>
 #include <string>
 #include <string_view>
 
 namespace simhost {
-
-/// Something that a person has to put right: a missing file, a damaged one, a wrong name. The message says where.
-class BadInput final : public std::runtime_error {
-public:
-  using std::runtime_error::runtime_error;
-};
 
 struct SessionOptions {
   /// Where LISP of the site looks for files; empty for none.

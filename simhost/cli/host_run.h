@@ -1,0 +1,56 @@
+// One run of the host for a subcommand: the options that all such subcommands share, a session with the plug-in
+// loaded and a document open, and what is written at the end.
+#pragma once
+
+#include "simhost/host/session.h"
+#include "simhost/ui/scripted_windows.h"
+
+#include <filesystem>
+#include <memory>
+#include <string>
+
+namespace CLI {
+class App;
+}
+
+namespace simhost {
+
+struct HostOptions {
+  std::string site;    ///< folder with site.lsp
+  std::string drawing; ///< opened instead of an empty one
+  std::string answers;
+  std::string record;
+  std::string save;
+  std::string svg;
+  std::string settings;
+  std::string module;
+  std::string language;
+
+  void addTo(CLI::App& command);
+};
+
+class HostRun final {
+public:
+  /// Reads answers and drawing, loads the module and the site. Throws BadInput.
+  explicit HostRun(const HostOptions& options);
+
+  [[nodiscard]] Session& session() { return *session_; }
+  [[nodiscard]] lisp::Interpreter& interpreter();
+
+  /// Runs a LISP text; a LISP error and a run that was ended throw BadInput.
+  lisp::Value run(std::wstring_view text, std::wstring_view fileName);
+  /// The same with the text of a file.
+  lisp::Value runFile(const std::string& file);
+
+  /// Writes drawing and picture as asked. Throws CannotWrite.
+  void writeResults();
+  /// Writes the recording, also of a run that failed: it shows the question that had no answer. Throws CannotWrite.
+  void writeRecording();
+
+private:
+  HostOptions options_;
+  std::unique_ptr<ScriptedWindows> windows_;
+  std::unique_ptr<Session> session_;
+};
+
+} // namespace simhost

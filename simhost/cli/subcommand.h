@@ -1,0 +1,38 @@
+// The subcommands of the tool, and what their exit codes mean.
+#pragma once
+
+#include <functional>
+#include <span>
+
+namespace CLI {
+class App;
+}
+
+namespace simhost {
+
+enum class ExitCode {
+  done = 0,
+  wrongArguments = 1,
+  unexpected = 2, ///< a fault of the program
+  badInput = 3,   ///< also a LISP error, and a question that nobody answers
+  cannotWrite = 4,
+  findings = 5 ///< a check found something
+};
+
+/// Runs a subcommand whose options have been read. May throw BadInput and CannotWrite.
+using Command = std::function<ExitCode()>;
+
+struct Subcommand {
+  const char* name;
+  const char* description; ///< one line for --help
+  /// Adds the subcommand's options; `command` and what the options are read into live until the answer has run.
+  Command (*setUp)(CLI::App& command);
+};
+
+/// In the order in which --help lists them.
+[[nodiscard]] std::span<const Subcommand> subcommands();
+
+// One function for each file of this folder that holds a subcommand.
+[[nodiscard]] Command setUpLisp(CLI::App& command);
+
+} // namespace simhost

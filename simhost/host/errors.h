@@ -1,0 +1,20 @@
+// What ends a run of the host for a reason that a person can put right. The messages name file, place and reason.
+#pragma once
+
+#include <stdexcept>
+
+namespace simhost {
+
+/// A missing file, a damaged one, a wrong name.
+class BadInput final : public std::runtime_error {
+public:
+  using std::runtime_error::runtime_error;
+};
+
+/// A file that could not be written; its former content is untouched.
+class CannotWrite final : public std::runtime_error {
+public:
+  using std::runtime_error::runtime_error;
+};
+
+} // namespace simhost
