@@ -1,0 +1,167 @@
+// `brenvolt lisp` as a user meets it: values, order, messages, exit codes, files that are written or left alone.
+#include "tool.h"
+
+#include <doctest/doctest.h>
+
+#include <string>
+
+using brenvolt::ToolFolder;
+using brenvolt::ToolRun;
+
+namespace {
+
+bool contains(const std::string& text, const std::string& part) {
+  return text.find(part) != std::string::npos;
+}
+
+} // namespace
+
+TEST_CASE("the value of the last form stands alone on the last line") {
+  const ToolFolder folder;
+  CHECK(folder.run({"lisp", "-e", "(string-append \"a\" \"b\")"}).output == "\"ab\"\n");
+  CHECK(folder.run({"lisp", "-e", "(princ \"text\")"}).output == "text\n\"text\"\n");
+  CHECK(folder.run({"lisp", "-e", "(princ \"\xc3\xa4\\n\") nil"}).output == "\xc3\xa4\nnil\n");
+}
+
+TEST_CASE("files and forms run in the order given") {
+  const ToolFolder folder;
+  const std::string first = folder.write("first.lsp", "(setq trail (cons 'first trail))");
+  const std::string second = folder.write("second.lsp", "(setq trail (cons 'second trail))");
+  const ToolRun run = folder.run(
+      {"lisp", "-e", "(setq trail '(start))", second, "-e", "(setq trail (cons 'form trail))", first});
+  CHECK(run.output == "(FIRST FORM SECOND START)\n");
+  CHECK(run.exitCode == 0);
+}
+
+TEST_CASE("the eight functions of the plug-in are there, and wrong arguments do no harm") {
+  const ToolFolder folder;
+  const ToolRun run = folder.run(
+      {"lisp", "-e",
+       "(list (zan_bv_build_circuit) (zan_bv_build_circuit '(1 2)) (zan_bv_build_circuit \"a\" 1.5 nil "
+       "'((1))) "
+       "(zan_bv_code_std_desc 1 2 3) (zan_bv_edit_wiresize \"text\"))"});
+  CHECK(run.output == "(nil nil nil nil nil)\n");
+  CHECK(run.exitCode == 0);
+  const ToolRun names = folder.run(
+      {"lisp", "-e",
+       "(mapcar 'functionp (list #'zan_bv_select_circuit #'zan_bv_motor_select #'zan_bv_wire_select "
+       "#'zan_bv_pf_wire_select #'zan_bv_power_feed_select))"});
+  CHECK_MESSAGE(names.output == "(T T T T T)\n", names.errors);
+}
+
+TEST_CASE("a LISP error names file, line and form, and nothing is written") {
+  const ToolFolder folder;
+  const std::string file = folder.write("wrong.lsp", "(setq a 1)\n\n(car a)\n");
+  const ToolRun run =
+      folder.run({"lisp", "--save", folder.path("d.json"), "--svg", folder.path("d.svg"), file});
+  CHECK(run.exitCode == 3);
+  CHECK(run.output.empty());
+  CHECK(contains(run.errors, file + ":3: "));
+  CHECK(contains(run.errors, "(CAR A)"));
+  CHECK_FALSE(folder.has("d.json"));
+  CHECK_FALSE(folder.has("d.svg"));
+}
+
+TEST_CASE("bad input ends with a message that names it, and code 3") {
+  const ToolFolder folder;
+  const std::string damaged = folder.write("damaged.json", "{\"format\": 1");
+  struct Row {
+    std::vector<std::string> arguments;
+    std::string message;
+  };
+  const Row rows[] = {
+      {{"lisp", folder.path("none.lsp")}, "none.lsp: cannot be read"},
+      {{"lisp", folder.write("bytes.lsp", "(princ \"\xff\")")}, "bytes.lsp: is no UTF-8"},
+      {{"lisp", "-e", "(list 1"}, "-e:1: "},
+      {{"lisp", "-e", "(defun again (n) (+ 1 (again n))) (again 1)"}, "-e:1: "},
+      {{"lisp", "--drawing", damaged, "-e", "1"}, "damaged.json"},
+      {{"lisp", "--drawing", folder.path("no.json"), "-e", "1"}, "no.json"},
+      {{"lisp", "--answers", damaged, "-e", "1"}, "damaged.json: is no JSON"},
+      {{"lisp", "--site", folder.path("nowhere"), "-e", "1"}, "nowhere/site.lsp: cannot be read"},
+      {{"lisp", "--module", folder.path("no.kvx"), "-e", "1"}, "no.kvx: no such module"},
+      {{"lisp", "--module", damaged, "-e", "1"}, "damaged.json"},
+  };
+  for (const Row& row : rows) {
+    const ToolRun run = folder.run(row.arguments);
+    CHECK_MESSAGE(run.exitCode == 3, row.message);
+    CHECK_MESSAGE(contains(run.errors, row.message), run.errors);
+    CHECK(run.output.empty());
+  }
+}
+
+TEST_CASE("wrong arguments give code 1, a file that cannot be written code 4, help and version code 0") {
+  const ToolFolder folder;
+  folder.write("file", "");
+  CHECK(folder.run({}).exitCode == 1);
+  CHECK(folder.run({"nonsense"}).exitCode == 1);
+  CHECK(folder.run({"lisp", "--nonsense"}).exitCode == 1);
+  CHECK(folder.run({"lisp", "-e"}).exitCode == 1);
+  CHECK(folder.run({"--help"}).exitCode == 0);
+  CHECK(contains(folder.run({"lisp", "--help"}).output, "--answers"));
+  CHECK(contains(folder.run({"--version"}).output, "brenvolt 0."));
+  const ToolRun run = folder.run({"lisp", "--save", folder.path("file/d.json"), "-e", "1"});
+  CHECK(run.exitCode == 4);
+  CHECK(contains(run.errors, "cannot write"));
+}
+
+TEST_CASE("a drawing goes through the tool unchanged") {
+  const ToolFolder folder;
+  CHECK(folder.run({"lisp", "--save", folder.path("a.json"), "-e", "1"}).exitCode == 0);
+  const ToolRun run = folder.run(
+      {"lisp", "--drawing", folder.path("a.json"), "--save", folder.path("b.json"), "--svg",
+       folder.path("b.svg"), "-e", "1"});
+  CHECK(run.exitCode == 0);
+  CHECK_FALSE(folder.read("a.json").empty());
+  CHECK(folder.read("a.json") == folder.read("b.json"));
+  CHECK(contains(folder.read("b.svg"), "<svg"));
+}
+
+TEST_CASE("a site's LISP runs first and finds the site's files") {
+  const ToolFolder folder;
+  folder.write("site/site.lsp", "(defun c:zan_find_file (name mode) (find-file name)) (load \"more.lsp\")");
+  folder.write("site/more.lsp", "(setq more T)");
+  const std::string data = folder.write("site/data.txt", "x");
+  const ToolRun run = folder.run(
+      {"lisp", "--site", folder.path("site"), "-e",
+       "(list more (c:zan_find_file \"data.txt\" 3) (find-file \"no\"))"});
+  CHECK_MESSAGE(run.output == "(T \"" + data + "\" nil)\n", run.errors);
+}
+
+TEST_CASE("a question without an answer names the dialog, ends the run and stands in the recording") {
+  const ToolFolder folder;
+  const std::vector<std::string> form = {
+      "-e", "(progn (pick-entity \"Select: \") (princ \"went on\"))", "--record", folder.path("record.json")};
+  std::vector<std::string> arguments = {"lisp", "--save", folder.path("d.json")};
+  arguments.insert(arguments.end(), form.begin(), form.end());
+  const ToolRun run = folder.run(arguments);
+  CHECK(run.exitCode == 3);
+  CHECK_MESSAGE(contains(run.errors, "\"pick\" has no answer"), run.errors);
+  CHECK_FALSE(contains(run.output, "went on"));
+  CHECK_FALSE(folder.has("d.json"));
+  CHECK(contains(folder.read("record.json"), "\"dialog\": \"pick\""));
+
+  const std::string answers = folder.write(
+      "answers.json",
+      R"({"format": "brenvolt-answers", "version": 1, "steps": [{"dialog": "pick", "do": [{"pick": null}]}]})");
+  arguments = {"lisp", "--answers", answers};
+  arguments.insert(arguments.end(), form.begin(), form.end());
+  const ToolRun answered = folder.run(arguments);
+  CHECK_MESSAGE(answered.exitCode == 0, answered.errors);
+  CHECK(answered.output == "went on\n\"went on\"\n");
+  // A recording answers the same run again.
+  arguments[2] = folder.write("again.json", folder.read("record.json"));
+  CHECK(folder.run(arguments).exitCode == 0);
+  CHECK(folder.read("record.json") == folder.read("again.json"));
+}
+
+TEST_CASE("the prompt reads forms from a pipe, goes on behind an error and ends with its code") {
+  const ToolFolder folder;
+  const ToolRun run = folder.run({"lisp"}, "(+ 1 ; one (\n 2)\n(string-append \"a(\" \"b\")\n\n'x\n");
+  CHECK(run.output == "3\n\"a(b\"\nX\n");
+  CHECK(run.exitCode == 0);
+  const ToolRun wrong = folder.run({"lisp"}, "(car 1)\n(+ 1 1)\n");
+  CHECK(wrong.output == "2\n");
+  CHECK(contains(wrong.errors, "input:1: "));
+  CHECK(wrong.exitCode == 3);
+  CHECK(contains(folder.run({"lisp"}, "(list 1\n").errors, "a form is not closed"));
+}

@@ -1,0 +1,69 @@
+// Starts the tool through the shell, with its streams in files.
+#include "tool.h"
+
+#include <sys/wait.h>
+
+#include <cstdlib>
+#include <fstream>
+#include <sstream>
+#include <stdexcept>
+
+namespace brenvolt {
+
+namespace {
+
+std::string quoted(const std::string& word) {
+  std::string text = "'";
+  for (const char character : word)
+    text += character == '\'' ? std::string("'\\''") : std::string(1, character);
+  return text + "'";
+}
+
+} // namespace
+
+ToolFolder::ToolFolder() {
+  std::string name = (std::filesystem::temp_directory_path() / "brenvolt-XXXXXX").string();
+  if (::mkdtemp(name.data()) == nullptr) throw std::runtime_error("no temporary folder");
+  folder_ = name;
+}
+
+ToolFolder::~ToolFolder() {
+  std::error_code error;
+  std::filesystem::remove_all(folder_, error);
+}
+
+std::string ToolFolder::path(const std::string& name) const {
+  return (folder_ / name).string();
+}
+
+std::string ToolFolder::write(const std::string& name, std::string_view text) const {
+  std::filesystem::create_directories((folder_ / name).parent_path());
+  std::ofstream(folder_ / name, std::ios::binary) << text;
+  return path(name);
+}
+
+std::string ToolFolder::read(const std::string& name) const {
+  std::ifstream in(folder_ / name, std::ios::binary);
+  std::stringstream text;
+  text << in.rdbuf();
+  return text.str();
+}
+
+bool ToolFolder::has(const std::string& name) const {
+  return std::filesystem::exists(folder_ / name);
+}
+
+ToolRun ToolFolder::run(const std::vector<std::string>& arguments, std::string_view input) const {
+  const char* bin = std::getenv("BRENVOLT_BIN");
+  const std::string tool = (std::filesystem::path(bin == nullptr ? "out/bin" : bin) / "brenvolt").string();
+  const std::string in = write("tool.in", input);
+  std::string command =
+      "env HOME=" + quoted(folder_.string()) + " XDG_CONFIG_HOME= XDG_STATE_HOME= LC_ALL=C " + quoted(tool);
+  for (const std::string& argument : arguments)
+    command += " " + quoted(argument);
+  command += " <" + quoted(in) + " >" + quoted(path("tool.out")) + " 2>" + quoted(path("tool.err"));
+  const int status = std::system(command.c_str());
+  return {WIFEXITED(status) ? WEXITSTATUS(status) : -1, read("tool.out"), read("tool.err")};
+}
+
+} // namespace brenvolt

@@ -1,0 +1,39 @@
+// Runs the built tool the way a user does and looks at what it leaves.
+#pragma once
+
+#include <filesystem>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace brenvolt {
+
+struct ToolRun {
+  int exitCode = -1;
+  std::string output;
+  std::string errors;
+};
+
+/// A folder of its own for one test; every run of the tool has its home there, so that no settings of a user matter.
+class ToolFolder final {
+public:
+  ToolFolder();
+  ToolFolder(const ToolFolder&) = delete;
+  ToolFolder& operator=(const ToolFolder&) = delete;
+  ~ToolFolder();
+
+  /// The path of a file in the folder, written first when there is a text for it.
+  [[nodiscard]] std::string path(const std::string& name) const;
+  std::string write(const std::string& name, std::string_view text) const;
+  /// Empty when there is no such file.
+  [[nodiscard]] std::string read(const std::string& name) const;
+  [[nodiscard]] bool has(const std::string& name) const;
+
+  /// Runs `brenvolt` with these arguments; `input` becomes its standard input.
+  [[nodiscard]] ToolRun run(const std::vector<std::string>& arguments, std::string_view input = {}) const;
+
+private:
+  std::filesystem::path folder_;
+};
+
+} // namespace brenvolt

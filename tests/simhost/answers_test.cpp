@@ -1,0 +1,154 @@
+// Answer files: what they may hold, how they meet the questions, and that a recording is one.
+#include "host/host_api_lisp.h"
+#include "host/host_api_ui.h"
+#include "host_fixture.h"
+#include "simhost/ui/answers.h"
+
+#include <doctest/doctest.h>
+
+#include <string>
+
+using simhost::HostFixture;
+using simhost::parseAnswers;
+
+namespace {
+
+std::string inFile(const std::string& steps) {
+  return R"({"format": "brenvolt-answers", "version": 1, "steps": [)" + steps + "]}";
+}
+
+std::string faultOf(const std::string& bytes) {
+  try {
+    static_cast<void>(parseAnswers(bytes, "a.json"));
+  } catch (const simhost::AnswerError& error) {
+    return error.what();
+  }
+  return {};
+}
+
+/// A line that can be picked, and its handle as text.
+std::string addLine(HostFixture& host) {
+  simhost::DrawingDatabase& drawing = host.session.documents().current()->drawing();
+  simhost::Entity entity{simhost::Line{{0, 0, 0}, {1, 0, 0}}, L"0", {}, {}};
+  const std::wstring handle = simhost::formatHandle(drawing.addEntity(drawing.modelSpace(), entity));
+  return {handle.begin(), handle.end()};
+}
+
+int pick(KvEntityName& entity, KvPoint3d& point) {
+  return kvedEntSel(L"Select: ", entity, point);
+}
+
+} // namespace
+
+TEST_CASE("a damaged answer file is told with file and step") {
+  CHECK(faultOf("{").starts_with("a.json: is no JSON"));
+  CHECK(faultOf("[]") == "a.json: is no object");
+  CHECK(faultOf(R"({"version": 1, "steps": []})").starts_with("a.json: \"format\""));
+  CHECK(faultOf(R"({"format": "brenvolt-answers", "version": 2, "steps": []})")
+            .starts_with("a.json: \"version\""));
+  CHECK(faultOf(inFile(R"({"dialog": "a"}, {"do": []})")).starts_with("a.json: step 2: "));
+  for (const char* step :
+       {R"({"dialog": "a", "answer": 1})", R"({"dialog": "a", "do": [{}]})",
+        R"({"dialog": "a", "do": [{"press": true}]})", R"({"dialog": "a", "do": [{"tick": "b"}]})",
+        R"({"dialog": "a", "do": [{"tick": "b", "to": 1}]})",
+        R"({"dialog": "a", "do": [{"set": "b", "to": null}]})", R"({"dialog": "a", "do": [{"pick": 3}]})",
+        R"({"dialog": "a", "do": [{"pick": "1", "point": [1]}]})",
+        R"({"dialog": "a", "do": [{"press": 1, "to": 2}]})",
+        R"({"dialog": "a", "do": [{"press": 1, "tick": "b"}]})"})
+    CHECK_MESSAGE(faultOf(inFile(step)).starts_with("a.json: step 1: "), step);
+}
+
+TEST_CASE(
+    "picks are answered by handle, by nothing and by a cancel, and the recording answers the same again") {
+  std::string recording;
+  const auto run = [&recording](const std::string& file) {
+    HostFixture host(parseAnswers(file, "a.json"));
+    const std::string handle = addLine(host);
+    KvEntityName entity;
+    KvPoint3d point;
+    CHECK(pick(entity, point) == kvstatus::normal);
+    CHECK(entity.value != 0);
+    CHECK(point == KvPoint3d{1.5, 2.0, 0.0});
+    CHECK(pick(entity, point) == kvstatus::none);
+    CHECK(pick(entity, point) == kvstatus::none); // a handle of nothing
+    kvedHelp(L"topic");
+    CHECK(pick(entity, point) == kvstatus::cancel);
+    CHECK(host.windows.failure().empty());
+    CHECK(host.windows.unusedSteps() == 0);
+    CHECK(host.printed == L"help: topic\n");
+    recording = host.windows.recording();
+  };
+  std::string handle;
+  {
+    HostFixture host;
+    handle = addLine(host);
+  }
+  run(inFile(R"({"dialog": "pick", "do": [{"pick": ")" + handle + R"(", "point": [1.5, 2]}]},
+         {"dialog": "pick", "do": [{"pick": null}]},
+         {"dialog": "pick", "do": [{"pick": "FFFF"}]},
+         {"dialog": "pick", "do": [{"press": "cancel"}]})"));
+  const std::string first = recording;
+  CHECK(first.find("\"topic\": \"topic\"") != std::string::npos);
+  run(first);
+  CHECK(recording == first);
+}
+
+TEST_CASE("an empty answer is refused where the prompt forbids it") {
+  HostFixture host(parseAnswers(inFile(R"({"dialog": "pick", "do": [{"pick": null}]})"), "a.json"));
+  KvEntityName entity;
+  KvPoint3d point;
+  kvedInitGet(1, nullptr);
+  CHECK(pick(entity, point) == kvstatus::cancel);
+  CHECK(host.windows.failure().find(L"step 1: the prompt takes no empty answer") != std::wstring::npos);
+}
+
+TEST_CASE("a step for another dialog names both, and everything asked later is cancelled") {
+  HostFixture host(parseAnswers(
+      inFile(
+          R"({"dialog": "Some.Key", "do": [{"press": "ok"}]}, {"dialog": "pick", "do": [{"pick": null}]})"),
+      "a.json"));
+  KvEntityName entity;
+  KvPoint3d point;
+  CHECK(pick(entity, point) == kvstatus::cancel);
+  const std::wstring failure = host.windows.failure();
+  CHECK(failure == L"answers: step 1: answers \"Some.Key\", but \"pick\" asks");
+  CHECK(pick(entity, point) == kvstatus::cancel);
+  CHECK(host.windows.failure() == failure);
+}
+
+TEST_CASE("a form that the window system does not know ends the run with its name") {
+  class Dialog final : public CKvUiDialog {
+  public:
+    Dialog() : CKvUiDialog(L"no_such_form", nullptr) {}
+  };
+  HostFixture host;
+  Dialog dialog;
+  CHECK(dialog.DoModal() == kvui::cancel);
+  CHECK(host.windows.failure().find(L"no_such_form") != std::wstring::npos);
+}
+
+TEST_CASE("a file dialog stays open until its flow takes the name") {
+  class Dialog final : public CKvUiFileDialog {
+  public:
+    Dialog() : CKvUiFileDialog(true, L"xls", L"a.xls", L"/tmp", L"Workbook|*.xls|Text|*.csv|", nullptr) {}
+    int refused = 0;
+
+  protected:
+    bool OnFileNameOK() override { return GetFileName() != L"taken.csv" || ++refused > 1; }
+    void OnTypeChange() override {
+      if (GetFilterIndex() == 2) SetFileName(L"taken.csv");
+    }
+  };
+  HostFixture host(parseAnswers(
+      inFile(
+          R"({"dialog": "file", "do": [{"set": "type", "to": 2}, {"press": "ok"}, {"set": "path", "to": "b.csv"},
+                {"press": "ok"}]})"),
+      "a.json"));
+  Dialog dialog;
+  CHECK(dialog.DoModal() == kvui::ok);
+  CHECK(dialog.refused == 1);
+  CHECK(dialog.GetPathName() == L"/tmp/b.csv");
+  CHECK(dialog.GetFolder() == L"/tmp");
+  CHECK(dialog.GetFilterIndex() == 2);
+  CHECK(host.windows.failure().empty());
+}
