@@ -19,7 +19,7 @@ KV_HOST_API int kvutRelRb(KvResultBuffer* chain);
 KV_HOST_API void kvutDelBuffer(wchar_t*& buffer);
 /// A chain from (type, value) pairs ended by 0: double for real; `const double*` for points; int for integers;
 /// `const wchar_t*` for strings (copied); KvEntityName for entity names; KvResultBuffer* for splice; nothing for
-/// list marks, nil and T. Null when a type is unknown; nothing is kept then.
+/// list marks, nil and T. Null when a type is unknown; what was built is then released, spliced chains included.
 KV_HOST_API KvResultBuffer* kvutBuildList(int type, ...);
 /// @}
 
@@ -37,7 +37,8 @@ KV_HOST_API int kvedRegFunc(int (*function)(), int code);
 KV_HOST_API int kvedGetFunCode();
 /// The arguments of the function being called as a new chain, null when there are none. Caller releases.
 KV_HOST_API KvResultBuffer* kvedGetArgs();
-/// Sets the answer of the function being called (the chain is copied). The last call wins.
+/// Sets the answer of the function being called (the chain is copied). The last call wins. Several values without list
+/// marks around them answer the list of them; kvstatus::rejected for marks that do not match.
 KV_HOST_API int kvedRetList(const KvResultBuffer* chain);
 KV_HOST_API int kvedRetT();
 KV_HOST_API int kvedRetNil();
@@ -47,8 +48,11 @@ KV_HOST_API int kvedRetNil();
 /// @{
 
 /// The value of a symbol (without case) as a new chain in `*value`; a list comes with its listBegin and listEnd, a
-/// list of exactly two or three reals inside a list or alone as one point node. An unset symbol or one that is nil
-/// gives kvstatus::normal with a null chain. Caller releases.
+/// list of exactly two or three reals inside a list or alone as one point node. An integer comes as shortInteger where
+/// it fits 16 bits, else as longInteger; nil inside a list as nil, T as t; a pair (code . value) of a group code and a
+/// fitting value as a node of that code. A value with anything else in it (a symbol, another pair) is
+/// kvstatus::rejected. The same holds for arguments and for what `kvedInvoke` answers. An unset symbol or one that is
+/// nil gives kvstatus::normal with a null chain. Caller releases.
 KV_HOST_API int kvedGetSym(const wchar_t* name, KvResultBuffer** value);
 /// Sets a symbol (without case) to the chain's value (copied). kvstatus::normal on success.
 KV_HOST_API int kvedPutSym(const wchar_t* name, const KvResultBuffer* value);
