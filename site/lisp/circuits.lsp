@@ -1,0 +1,41 @@
+; Placing a circuit as the parent product does: select, insert the template, build.
+
+; The first answer, for the tables' lookup of a part; the numbers are invented.
+(setq site-parts
+  '(("DS" "Nordhaven" "DS-3060" "") ("CB" "Nordhaven" "CB3-100" "") ("FU" "Fusewell" "FT-030" "")
+    ("MS" "Carrick" "MC-25-120" "") ("OL" "Carrick" "OR-18-25" "") ("XF" "Carrick" "CT-150" "")))
+
+; What a build gets to know of the drawing ahead of the insertion: last entity, undo position.
+(defun site-last-handle () (if (entity-last) (entity-handle (entity-last)) ""))
+
+; Inserts a template at the point and builds the circuit in it. `args` is the list for zan_bv_build_circuit. A direct
+; build that answers nil takes the drawing back to where it stood; the value is the build's.
+(defun site-insert-and-build (template args point)
+  (let ((start (undo-count)))
+    (setq site-control-entity nil site-control-params nil site-control-wires nil site-placed-components nil
+          site-saved-codes nil)
+    (setq GBL_qn_bv_data (cons (car GBL_qn_bv_data) (cons (site-point point) (cddr GBL_qn_bv_data))))
+    (next-circuit)
+    (insert-drawing (or (find-file template) (error "the site has no template " template)) point
+                    (nth 2 GBL_qn_bv_data))
+    (let ((built (zan_bv_build_circuit args)))
+      (if built
+        (record-circuit template args)
+        (undo (- (undo-count) start)))
+      built)))
+
+(defun site-point (point) (mapcar 'float (append point (if (nth 2 point) nil '(0.0)))))
+
+; Direct build of a type without a question: what the tool's draw and the demo use. The texts behind the history are
+; the preset, component and wire fields of a rebuild, and may be empty.
+(defun site-build (template workbook worksheet circuit type history point preset params wires)
+  (site-insert-and-build template
+    (append (list workbook worksheet circuit type history 1 (site-last-handle) (undo-count))
+            (list preset params "1" wires))
+    point))
+
+; As the user does it: choose in the dialog, then place at the point. Nil when the user cancels.
+(defun site-circuit (point)
+  (let ((answer (zan_bv_select_circuit)))
+    (when answer
+      (site-insert-and-build (car answer) (cadr answer) point))))

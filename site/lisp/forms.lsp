@@ -1,0 +1,207 @@
+; The functions that forms of the workbook name. Each gets the marker's place and the component scale, then what the
+; workbook writes behind them. Where a function takes data and data2, they are #data and #data2. They answer T, or 2
+; when they have inserted a template that has markers of its own.
+
+; Texts
+
+(defun site_title (xyz scl text)
+  (draw-text xyz (string-append (number->string (circuit-number)) "   " text) (* 4.0 scl) "TITLES")
+  T)
+
+; A motor's or load's data below the title, when there is any.
+(defun site_motor_data (xyz scl data)
+  (unless (string=? (data-power data) "")
+    (draw-text xyz (string-append (string-upcase (data-text data 0)) "  " (data-power data) "  " (data-supply data))
+               (* 2.5 scl) "DESCRIPTIONS"))
+  T)
+
+; Wires
+
+(defun site_wire (xyz scl index length data misc1)
+  (draw-wire xyz (offset xyz (* scl length) 0) (row-layer (conductor-row data index) misc1 "BLK_@SIZE@"))
+  T)
+
+; A wire through points given as dx dy dx dy ... from the marker, with a dot where it leaves another one.
+(defun site_wire_path (xyz scl index data misc1 steps)
+  (draw-path xyz scl steps (row-layer (conductor-row data index) misc1 "BLK_@SIZE@"))
+  T)
+
+(defun draw-path (xyz scl steps layer)
+  (let ((from (offset xyz (* scl (first steps)) (* scl (second steps)))) (rest-steps (cddr steps)))
+    (while rest-steps
+      (let ((to (offset xyz (* scl (first rest-steps)) (* scl (second rest-steps)))))
+        (draw-wire from to layer)
+        (setq from to rest-steps (cddr rest-steps))))))
+
+(defun site_dot (xyz scl dx dy)
+  (place-symbol "ZDOT" (offset xyz (* scl dx) (* scl dy)) scl nil)
+  T)
+
+; Along the circuit to the frame of the motor or load.
+(defun site_ground_wire (xyz scl dx dy data misc1)
+  (draw-path xyz scl (list 0 0 dx 0 dx dy) (row-layer (ground-row data) misc1 "GRN_@SIZE@"))
+  T)
+
+(defun site_source_ground (xyz scl)
+  (place-symbol "ZGROUND" xyz scl '(("DESC1" . "PE")))
+  T)
+
+; MISC1 holds what stands behind the circuit's number.
+(defun site_wire_number (xyz scl misc1)
+  (place-symbol "ZWIRENO" xyz scl (list (cons "WIRENO" (control-number (site-text misc1)))))
+  T)
+
+; Power
+
+(defun site_switch (xyz scl poles data data2)
+  (place-in-wires (pole-name "ZDISC" poles) xyz scl poles lead
+                  (cons (cons "TAG1" (tag-before "DS")) (part-texts data data2 "DS" "DISC")))
+  T)
+
+(defun site_breaker (xyz scl poles data data2)
+  (place-in-wires (pole-name "ZBREAK" poles) xyz scl poles lead
+                  (cons (cons "TAG1" (tag-before "CB")) (part-texts data data2 "CB" "BREAKER")))
+  T)
+
+; Fuses behind a switch, 20 to the right of it. The kind of fuse is its code in auto-sizing.
+(defun site_fuses (xyz scl poles kind data data2)
+  (place-in-wires (pole-name "ZFUSE" poles) (offset xyz (* scl 20) 0) scl poles lead
+                  (cons (cons "TAG1" (tag-before "FU")) (part-texts data data2 "FU" kind)))
+  T)
+
+(defun site_contactor (xyz scl poles name data data2)
+  (place-in-wires (pole-name "ZMAIN" poles) xyz scl poles lead
+                  (cons (cons "TAG1" (tag-behind name)) (part-texts data data2 "MS" "CONTACTOR")))
+  T)
+
+; The second contactor of a reversing starter, 40 below the marker.
+(defun site_lower_contactor (xyz scl poles name data data2)
+  (site_contactor (offset xyz 0 (* scl -40)) scl poles name data data2))
+
+; The mechanical interlock with a contactor 40 below the marker's.
+(defun site_interlock (xyz scl)
+  (place-symbol "ZLOCK" (offset xyz (* scl 5) (* scl -22)) scl nil)
+  T)
+
+; kind: heaters or electronic.
+(defun site_overload (xyz scl poles kind data data2)
+  (place-in-wires (pole-name (if (string-ci=? kind "electronic") "ZSSOL" "ZHEAT") poles) xyz scl poles lead
+                  (cons (cons "TAG1" (tag-behind "OL")) (part-texts data data2 "OL" "OVERLOAD")))
+  T)
+
+; A row of terminals of the strip that the workbook names; first is the number of the first one.
+(defun site_terminals (xyz scl count strip first)
+  (dotimes (index count)
+    (let ((point (offset xyz 0 (* scl index (- pole-distance)))))
+      (cut-wire (offset point (* scl -1.2) 0) (offset point (* scl 1.2) 0))
+      (place-symbol "ZTERM" point scl
+        (list (cons "TERM01" (number->string (+ first index))) (cons "TAGSTRIP" strip)))))
+  T)
+
+; MISC1 may hold DESC1=...;DESC2=...; for the name plate.
+(defun motor-attributes (data misc1)
+  (list (cons "TAG1" (tag-before "MTR"))
+        (cons "RATING1" (data-power data))
+        (cons "DESC1" (or (setting misc1 "DESC1") ""))
+        (cons "DESC2" (data-supply-line data 3 " V"))
+        (cons "DESC3" (data-supply-line data 6 " RPM"))))
+(defun data-supply-line (data index unit)
+  (if (string=? (data-text data index) "") "" (string-append (data-text data index) unit)))
+
+; windings: 1 for a single-phase motor, 3, or 6 with both ends led out.
+(defun site_motor (xyz scl windings data misc1)
+  (record-control-entity (place-symbol (pole-name "ZMOTOR" windings) xyz scl (motor-attributes data misc1)) data)
+  T)
+
+(defun site_load (xyz scl poles data misc1)
+  (record-control-entity
+    (place-symbol (pole-name "ZDVLOAD" poles) xyz scl
+      (list (cons "TAG1" (tag-before "LD"))
+            (cons "DESC1" (string-upcase (if (string=? (data-text data 0) "") (or (setting misc1 "DESC1") "LOAD")
+                                           (data-text data 0))))
+            (cons "RATING1" (data-power data))
+            (cons "DESC2" (data-supply-line data 3 " V"))))
+    data)
+  T)
+
+; Control
+
+(defun control-wire (from to) (draw-wire from to (wire-layer site-control-layer)))
+
+; The control transformer with its fuses. It is fed from the first and second line above it: rise-1 and rise-2 are
+; how far they lie above the marker. Its secondary feeds the rails, left and right of it at 50 and 60.
+(defun site_control_transformer (xyz scl rise-1 rise-2 data)
+  (let ((at (lambda (x y) (offset xyz (* scl x) (* scl y)))))
+    (control-wire (funcall at -12 rise-1) (funcall at -12 0))
+    (control-wire (funcall at 12 rise-2) (funcall at 12 0))
+    (place-symbol "ZDOT" (funcall at -12 rise-1) scl nil)
+    (place-symbol "ZDOT" (funcall at 12 rise-2) scl nil)
+    (vertical-fuse (funcall at -12 10) scl "FU11")
+    (vertical-fuse (funcall at 12 10) scl "FU12")
+    (place-symbol "ZTRANS" xyz scl (append (list (cons "TAG1" (tag-behind "CTR")) (cons "RATING1" "480-120 V"))
+                                           (cdr (part-texts data nil "XF" "XF"))))
+    (control-wire (funcall at -50 -9) (funcall at -12 -9))
+    (control-wire (funcall at 12 -9) (funcall at 60 -9))
+    (place-in-wires "ZFUSE1" (funcall at -30 -9) scl 1 lead (list (cons "TAG1" (tag-behind "FU13"))))
+    (place-symbol "ZDOT" (funcall at 40 -9) scl nil)
+    (control-wire (funcall at 40 -9) (funcall at 40 -12))
+    (place-symbol "ZGROUND" (funcall at 40 -12) scl nil))
+  T)
+
+(defun vertical-fuse (point scl name)
+  (cut-wire (offset point 0 (* scl lead)) (offset point 0 (* scl (- lead))))
+  (place-symbol "ZFUSE1" point scl (list (cons "TAG1" (tag-behind name))) 90))
+
+; Rails fed from a panel elsewhere.
+(defun site_control_source (xyz scl left right)
+  (let ((at (lambda (x y) (offset xyz (* scl x) (* scl y)))))
+    (control-wire (funcall at -50 -9) (funcall at -20 -9))
+    (control-wire (funcall at 20 -9) (funcall at 60 -9))
+    (place-in-wires "ZFUSE1" (funcall at -35 -9) scl 1 lead (list (cons "TAG1" (tag-behind "FU13"))))
+    (place-symbol "ZTERM" (funcall at -20 -9) scl '(("TAGSTRIP" . "TB3")))
+    (place-symbol "ZTERM" (funcall at 20 -9) scl '(("TAGSTRIP" . "TB3")))
+    (draw-text (funcall at -17 -9.8) left (* 2.2 scl) "DESCRIPTIONS" 'left)
+    (draw-text (funcall at 17 -9.8) right (* 2.2 scl) "DESCRIPTIONS" 'right))
+  T)
+
+; A device in a rung, dx and dy from the marker: symbol, tag behind the circuit's number, description.
+(defun site_device (xyz scl dx dy symbol name description)
+  (place-in-wires symbol (offset xyz (* scl dx) (* scl dy)) scl 1 lead
+    (list (cons "TAG1" (tag-behind name)) (cons "DESC1" description)))
+  T)
+
+(defun site_pilot_light (xyz scl name colour description)
+  (place-in-wires "ZLIGHT" xyz scl 1 lead
+    (list (cons "TAG1" (tag-behind name)) (cons "COLOUR" colour) (cons "DESC1" description)))
+  T)
+
+(defun site_control_path (xyz scl steps)
+  (draw-path xyz scl steps (wire-layer site-control-layer))
+  T)
+
+; A contact of a contactor around a button that stands dx from the marker: 12 below it, 10 to both sides.
+(defun site_seal_in (xyz scl dx dy name)
+  (site_control_path xyz scl (list (- dx 10) dy (- dx 10) (- dy 12) (+ dx 10) (- dy 12) (+ dx 10) dy))
+  (site_dot xyz scl (- dx 10) dy)
+  (site_dot xyz scl (+ dx 10) dy)
+  (site_device xyz scl dx (- dy 12) "ZOPEN" name ""))
+
+; Templates in templates
+
+; Inserts a template at the marker. The answer 2 tells the build to look for its markers.
+(defun site_nested (xyz scl template)
+  (insert-drawing (site-template template) xyz scl)
+  2)
+
+(defun site-template (name)
+  (or (find-file (string-append "templates/" name)) (error "the site has no template " name)))
+
+; Asked of a supplier: (manufacturer catalogue-number assembly). A dialog's lookup in the tables of parts.
+(defun site_part_lookup (table mfg cat asm)
+  (let ((part (assoc table site-parts)))
+    (if part (cdr part) (list mfg cat asm))))
+
+(site-expose '(site_title site_motor_data site_wire site_wire_path site_ground_wire site_source_ground site_dot
+               site_wire_number site_switch site_breaker site_fuses site_contactor site_lower_contactor site_interlock site_overload
+               site_terminals site_motor site_load site_control_transformer site_control_source site_device
+               site_pilot_light site_control_path site_seal_in site_nested site_part_lookup))

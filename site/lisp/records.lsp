@@ -1,0 +1,74 @@
+; What a placed circuit leaves behind: entity data on its motor or load, and rows in the project's database.
+
+(setq site-control-entity nil ; the motor or load of the circuit at work
+      site-control-params nil ; its 31 fields as a text
+      site-control-wires nil  ; its wires as a text
+      site-placed-components nil)
+
+; 31 fields between ";". An empty field is written as a blank: a reader that cuts at ";" would lose it.
+(defun params-text (data)
+  (let ((fields nil))
+    (dotimes (index 31)
+      (setq fields (cons (if (string=? (data-text data index) "") " " (data-text data index)) fields)))
+    (string-join (reverse fields) ";")))
+
+; ("10AWG" "BLK_10AWG" "1")("10AWG" nil "3"). The grounding conductor stands last: ahead of the others it would
+; hide them from the reader.
+(defun wires-text (data)
+  (let ((rows (append (remove-if 'ground-row? (data-wires data))
+                      (remove-if-not 'ground-row? (data-wires data)))))
+    (string-append "("
+      (string-join
+        (mapcar (lambda (row)
+                  (format nil "(~S ~S ~S)" (site-text (nth 0 row)) (site-text (nth 1 row))
+                          (if (ground-row? row) "3" "1")))
+                rows)
+        "")
+      ")")))
+
+(defun record-control-entity (entity data)
+  (setq site-control-entity entity
+        site-control-params (params-text data)
+        site-control-wires (wires-text data))
+  (entity-data-set! entity "ORL_QN_BV_CIRCPARAMS" site-control-params)
+  (entity-data-set! entity "ORL_QN_BV_CIRCPARAMS2" site-control-wires))
+
+; The rows of a finished circuit. A project without a database keeps no records.
+(defun record-circuit (template args)
+  (when (and site-project-database site-control-entity)
+    (insert-row "BRENVOLT" '("DWGIX" "HDL" "CIRCUIT" "CODES" "PARAMS" "WIRES" "ID")
+      (list "1" (handle-key site-control-entity) (string-join (circuit-fields template args) ";") (codes-text)
+            site-control-params site-control-wires (string-append "1-" (entity-handle site-control-entity))))
+    (mapc 'record-component (reverse site-placed-components))))
+
+(defun handle-key (entity) (string-append "h=" (entity-handle entity)))
+
+; Nine fields: template and the first eight arguments of the build.
+(defun circuit-fields (template args) (cons template (mapcar 'field-text (sublist args 0 8))))
+(defun field-text (value)
+  (let ((text (site-text value))) (if (string=? text "") " " text)))
+
+; CODE=1,2;CODE=3: what a later build takes as its presets.
+(defun codes-text ()
+  (string-join (mapcar (lambda (row) (string-append (car row) "=" (site-text (nth 2 row)))) site-saved-codes) ";"))
+
+(defun record-component (entity)
+  (let* ((texts (entity-attributes entity))
+         (text-of (lambda (tag) (site-text (cdr (assoc tag texts)))))
+         (family (funcall text-of "FAMILY")))
+    (if (string=? family "TRMS")
+      (insert-row "TERMS" '("DWGIX" "HDL" "TAGSTRIP" "TERM" "PAR1_CHLD2")
+        (list "1" (handle-key entity) (funcall text-of "TAGSTRIP") (funcall text-of "TERM01") "1"))
+      (insert-row "COMP" '("DWGIX" "HDL" "TAGNAME" "FAMILY" "INST" "LOC" "DESC1" "DESC2" "DESC3" "MFG" "CAT"
+                           "ASSYCODE" "RATING1" "CNT" "PAR1_CHLD2")
+        (append (list "1" (handle-key entity))
+                (mapcar text-of '("TAG1" "FAMILY" "INST" "LOC" "DESC1" "DESC2" "DESC3" "MFG" "CAT" "ASSYCODE" "RATING1"))
+                '("1" "1"))))))
+
+(defun insert-row (table columns values)
+  (sql-execute site-project-database
+    (string-append "INSERT INTO [" table "] ([" (string-join columns "],[") "]) VALUES ("
+                   (string-join (mapcar 'sql-text values) ",") ")")))
+(defun sql-text (value)
+  (when (string-search "'" value) (error "a text for the project database must not hold a quote: " value))
+  (string-append "'" value "'"))

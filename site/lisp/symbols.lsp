@@ -1,0 +1,52 @@
+; Placing symbols: the block comes from blocks/NAME.json the first time, wires under it are cut, attributes are
+; filled.
+
+(setq pole-distance 10.0 lead 6.0)
+
+(defun site-block (name)
+  (unless (block-defined? name)
+    (let ((file (find-file (string-append "blocks/" name ".json"))))
+      (unless file (error "the site has no symbol " name))
+      ; The file shows its symbol once; with that reference comes the block.
+      (mapc 'entity-erase (insert-drawing file '(0 0)))))
+  name)
+
+; Fills attributes given as ((tag . text) ...); a tag that the symbol does not have is passed over.
+(defun fill-attributes (symbol texts)
+  (mapc (lambda (pair)
+          (let ((attribute (entity-attribute symbol (car pair))))
+            (when (and attribute (cdr pair)) (entity-set! attribute 'text (cdr pair)))))
+        texts)
+  symbol)
+
+(defun place-symbol (name point scale texts &optional rotation)
+  (site-block name)
+  (let ((symbol (fill-attributes (insert-block name point scale (or rotation 0) "SYMBOLS") texts)))
+    (when (entity-attribute symbol "FAMILY")
+      (setq site-placed-components (cons symbol site-placed-components)))
+    symbol))
+
+; A symbol in horizontal wires: each of its poles cuts the wire that it stands on.
+(defun place-in-wires (name point scale poles half-width texts)
+  (dotimes (pole poles)
+    (let ((y (- (* scale pole pole-distance))) (x (* scale half-width)))
+      (cut-wire (offset point (- x) y) (offset point x y))))
+  (place-symbol name point scale texts))
+
+(defun pole-name (name poles) (string-append name (number->string poles)))
+
+; The number of the circuit at work on the drawing; tags and wire numbers begin with it.
+(defun circuit-number () (or (get-variable "SITE_CIRCUIT") 1))
+(defun next-circuit () (set-variable "SITE_CIRCUIT" (+ 1 (or (get-variable "SITE_CIRCUIT") 0))))
+
+(defun tag-before (letters) (string-append letters (number->string (circuit-number)))) ; CB1
+(defun tag-behind (letters) (string-append (number->string (circuit-number)) letters)) ; 1M
+(defun control-number (digits) (string-append (number->string (circuit-number)) digits)) ; 101
+
+; Attributes of a component that carries a catalogue part: the chosen one, else what auto-sizing proposes.
+(defun part-texts (data data2 table code)
+  (let ((part (data-part data table)))
+    (list (cons "RATING1" (sized-rating data2 code))
+          (cons "MFG" (site-text (nth 1 part)))
+          (cons "CAT" (if part (site-text (nth 2 part)) (sized-part data2 code)))
+          (cons "ASSYCODE" (site-text (nth 3 part))))))

@@ -1,0 +1,67 @@
+; Wire layers, wires and wire numbers. A wire is a line on a wire layer; a symbol that is placed on it cuts it.
+
+(setq site-default-size "14AWG"
+      site-control-layer "RED_14AWG"
+      site-wire-tolerance 0.001)
+
+; The settings of a wire layer. The plug-in reads the number at position 24; the other places are this product's own.
+(defun wire-settings (layer numbers)
+  (append (list (cons 1 layer) (cons 2 "") (cons 3 "") (cons 4 ""))
+          (mapcar (lambda (place) (cons 90 0)) '(4 5 6 7 8 9 10 11 12 13 14 15 16 17 18 19 20 21 22 23))
+          (list (cons 290 numbers))))
+
+(defun layer-colour (layer)
+  (let ((found (assoc (string-upcase (substring layer 0 (min 3 (string-length layer))))
+                      '(("BLK" . "#1a1a1a") ("RED" . "#c01818") ("GRN" . "#0a7a2a") ("BLU" . "#1440b0")
+                        ("WHT" . "#808080")))))
+    (if found (cdr found) "#1a1a1a")))
+
+; Makes a layer a wire layer unless it is one. Grounding conductors carry no wire numbers.
+(defun wire-layer (layer)
+  (unless (member layer (wire-layers))
+    (layer-define layer (layer-colour layer) 'continuous
+                  (wire-settings layer (if (eql 0 (string-search-ci "GRN" layer)) 0 1))))
+  layer)
+
+; The layer format of MISC1 (_WIRETYPE=BLK_@SIZE@;) filled with a size.
+(defun format-layer (misc1 size fallback)
+  (let ((parts (string-split (or (setting misc1 "_WIRETYPE") fallback) "@")))
+    (if (= 3 (length parts)) (string-append (first parts) size (third parts)) (first parts))))
+
+; The layer of a wire: what the configuration says, else what the template's format gives for the site's size.
+(defun row-layer (row misc1 fallback)
+  (let ((layer (site-text (nth 1 row))) (size (site-text (nth 0 row))))
+    (wire-layer
+      (cond ((not (string=? layer "")) layer)
+            ((not (string=? size "")) (format-layer misc1 size fallback))
+            (T (format-layer misc1 site-default-size fallback))))))
+
+(defun offset (point dx dy) (list (+ (car point) dx) (+ (cadr point) dy)))
+
+(defun draw-wire (from to layer) (draw-line from to layer))
+
+; Cuts the wire that runs through two points, so that a symbol can stand between them; nothing when none does.
+(defun cut-wire (from to)
+  (let ((wire (find-if (lambda (entity) (wire-through? entity from to)) (entities-in-space))))
+    (when wire
+      (let* ((start (entity-get wire 'from)) (end (entity-get wire 'to)) (layer (entity-get wire 'layer))
+             (forward (<= (distance start from) (distance start to)))
+             (near (if forward from to)) (far (if forward to from)))
+        (cond ((same-point? start near) (entity-set! wire 'from far))
+              (T (entity-set! wire 'to near)
+                 (unless (same-point? far end) (draw-wire far end layer))))))))
+
+(defun wire-through? (entity from to)
+  (and (equal (entity-get entity 'kind) "line")
+       (wire-layer? (entity-get entity 'layer))
+       (on-segment? from (entity-get entity 'from) (entity-get entity 'to))
+       (on-segment? to (entity-get entity 'from) (entity-get entity 'to))))
+
+(defun wire-layer? (layer) (member layer (wire-layers)))
+
+(defun distance (a b)
+  (sqrt (+ (expt (- (car a) (car b)) 2) (expt (- (cadr a) (cadr b)) 2))))
+(defun same-point? (a b) (< (distance a b) site-wire-tolerance))
+; A point lies on a line when the ways to its ends are together as long as the line.
+(defun on-segment? (point start end)
+  (< (- (+ (distance start point) (distance point end)) (distance start end)) site-wire-tolerance))

@@ -1,0 +1,8 @@
+; The site's LISP: the parent product that serves the plug-in. Loaded ahead of everything else.
+(load "lisp/parent.lsp")   ; what the plug-in's native code calls
+(load "lisp/data.lsp")     ; reading what the plug-in hands to forms
+(load "lisp/wires.lsp")    ; wire layers, wires, wire numbers
+(load "lisp/symbols.lsp")  ; placing symbols
+(load "lisp/records.lsp")  ; entity data and the project database
+(load "lisp/forms.lsp")    ; the functions that workbook forms name
+(load "lisp/circuits.lsp") ; select, insert, build
