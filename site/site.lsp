@@ -6,3 +6,4 @@
 (load "lisp/records.lsp")  ; entity data and the project database
 (load "lisp/forms.lsp")    ; the functions that workbook forms name
 (load "lisp/circuits.lsp") ; select, insert, build
+(load "lisp/sheet.lsp")    ; border and title block

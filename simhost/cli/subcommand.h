@@ -33,6 +33,10 @@ struct Subcommand {
 [[nodiscard]] std::span<const Subcommand> subcommands();
 
 // One function for each file of this folder that holds a subcommand.
+[[nodiscard]] Command setUpCatalog(CLI::App& command);
+[[nodiscard]] Command setUpDraw(CLI::App& command);
+[[nodiscard]] Command setUpHistory(CLI::App& command);
 [[nodiscard]] Command setUpLisp(CLI::App& command);
+[[nodiscard]] Command setUpWorkbook(CLI::App& command);
 
 } // namespace simhost

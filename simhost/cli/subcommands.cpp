@@ -6,6 +6,10 @@ namespace simhost {
 namespace {
 
 constexpr Subcommand table[] = {
+    {"draw", "draw a circuit of the site's workbook by a direct build", setUpDraw},
+    {"catalog", "list the circuits of the site's workbook and check it", setUpCatalog},
+    {"history", "list, show or delete saved configurations", setUpHistory},
+    {"workbook", "turn a workbook into CSV files and back", setUpWorkbook},
     {"lisp", "run LISP files and forms in the simulated host, or talk to it at a prompt", setUpLisp},
 };
 

@@ -212,7 +212,7 @@
   (sy-line 0 3.6 -3 6.0)
   (draw-text '(-4.5 6.2) "OFF" 1.6 "DESCRIPTIONS" 'centre)
   (draw-text '(4.5 6.2) "ON" 1.6 "DESCRIPTIONS" 'centre)
-  (sy-component "SS" 1 8.5 -4.5))
+  (sy-component "SS" 1 9.2 -4.5))
 
 (defun draw-contact-open (family)
   (draw-contact-bars 0)

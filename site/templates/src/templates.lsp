@@ -100,7 +100,7 @@
   (marker "OLC" 40 49 -28)
   (marker "WNUM" 90 0 -28 "04")
   (marker "WNUM" 90 0 -60 "05")
-  (marker "LITE" 50 -50 -70))
+  (marker "LITE" 50 -50 -68))
 
 (defun draw-control-star-delta ()
   (rails -54 -28)
@@ -110,13 +110,13 @@
   (rung '(-25 -68 -25 -82 38 -82 38 -68))
   (rung '(38 -68 38 -54))
   (rung '(38 -54 38 -28))
-  (mapc 'dot '(38 38 38 -25 -25) '(-28 -54 -68 -54 -68))
+  (mapc 'dot '(-50 38 38 38 -25 -25) '(-28 -28 -54 -68 -54 -68))
   (marker "OPER" 20 -15 -28)
   (marker "COIL" 30 28 -28)
   (marker "OLC" 40 49 -28)
   (marker "WNUM" 90 0 -28 "04")
   (marker "WNUM" 90 0 -54 "05")
-  (marker "LITE" 50 -50 -72))
+  (marker "LITE" 50 -50 -76))
 
 ; The origin is on the left rail.
 (defun light-rung (y from number)

@@ -1,0 +1,22 @@
+// CSV as spreadsheets write it: comma, double quotes around a field that needs them, doubled inside.
+#pragma once
+
+#include <cstddef>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace simhost {
+
+struct CsvRecord {
+  std::size_t line = 0; ///< where it begins, from 1
+  std::vector<std::string> fields;
+};
+
+/// The records of a text; blank lines are left out. A quote that never ends takes the rest of the text as its field.
+[[nodiscard]] std::vector<CsvRecord> parseCsv(std::string_view text);
+
+/// Fields as one line with a line feed.
+[[nodiscard]] std::string csvLine(const std::vector<std::string>& fields);
+
+} // namespace simhost

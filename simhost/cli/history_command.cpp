@@ -1,0 +1,120 @@
+// `brenvolt history`: the saved configurations of a site's circuits.
+#include "drawing/history.h"
+#include "simhost/cli/site_workbook.h"
+#include "simhost/cli/subcommand.h"
+#include "simhost/host/errors.h"
+#include "simhost/host/session.h"
+#include "simhost/ui/scripted_windows.h"
+#include "text/encoding.h"
+
+#include <CLI/CLI.hpp>
+
+#include <cstdio>
+#include <filesystem>
+#include <memory>
+
+namespace simhost {
+
+namespace {
+
+using brenvolt::fromUtf8;
+using brenvolt::toUtf8;
+
+struct HistoryOptions {
+  SiteWorkbookOptions site;
+  std::string circuit;
+  std::string type;
+  std::string name;
+};
+
+/// Reads the history file beside the workbook; false when there is none.
+bool openHistory(brenvolt::ZanXmlHistory& history, const std::string& workbook) {
+  history.context = fromUtf8(workbook);
+  const std::filesystem::path file =
+      std::filesystem::path(workbook).replace_filename(toUtf8(brenvolt::historyFileName));
+  std::error_code error;
+  if (!std::filesystem::exists(file, error)) return false;
+  if (!history.Reload())
+    throw BadInput(
+        file.string() + ": " +
+        (history.error.empty() ? "is no history of version 1.0 or later" : toUtf8(history.error)));
+  return true;
+}
+
+ExitCode listHistories(const HistoryOptions& options) {
+  const std::string workbook = options.site.path();
+  const brenvolt::ZanCircuitCatalog catalogue = readCatalogue(workbook);
+  brenvolt::ZanXmlHistory history;
+  if (!openHistory(history, workbook)) return ExitCode::done;
+  for (const auto& [circuit, types] : catalogue.circuits())
+    for (const brenvolt::ZanCircuitEntry& entry : types.entries) {
+      std::vector<std::wstring> names;
+      if (!history.GetHistoryNames(circuit, entry.type, names)) continue;
+      std::printf("%s / %s\n", toUtf8(circuit).c_str(), toUtf8(entry.type).c_str());
+      for (const std::wstring& name : names)
+        std::printf("  %s\n", toUtf8(name).c_str());
+    }
+  return ExitCode::done;
+}
+
+/// The history file with circuit, type and name of the options, which must name a saved configuration.
+void openNamed(brenvolt::ZanXmlHistory& history, const HistoryOptions& options, const std::string& workbook) {
+  history.circuit = fromUtf8(options.circuit);
+  history.circuitType = fromUtf8(options.type);
+  history.historyName = fromUtf8(options.name);
+  if (!openHistory(history, workbook) || !history.OpenHistory())
+    throw BadInput(options.circuit + " / " + options.type + ": there is no history \"" + options.name + "\"");
+}
+
+ExitCode showHistory(const HistoryOptions& options) {
+  brenvolt::ZanXmlHistory history;
+  openNamed(history, options, options.site.path());
+  brenvolt::HistorySummary summary;
+  static_cast<void>(
+      history.ReadHistory(history.historyName, summary)); // one without any choice is shown empty
+  for (const auto& [name, value] : summary.pairs)
+    std::printf("%s: %s\n", toUtf8(name).c_str(), toUtf8(value).c_str());
+  std::printf(
+      "component scale: %s\ncircuit scale: %s\n", toUtf8(summary.componentScale).c_str(),
+      toUtf8(summary.circuitScale).c_str());
+  return ExitCode::done;
+}
+
+ExitCode deleteHistory(const HistoryOptions& options) {
+  // Writing tells what goes wrong on the host's command line.
+  ScriptedWindows windows({}, "no answers");
+  const Session session({}, windows);
+  const std::string workbook = options.site.path();
+  brenvolt::ZanXmlHistory history;
+  openNamed(history, options, workbook);
+  if (!history.DeleteHistory(history.historyName) || !history.SaveFile())
+    throw CannotWrite(std::filesystem::path(workbook).replace_filename("zan_brenvolt.xml").string());
+  return ExitCode::done;
+}
+
+} // namespace
+
+Command setUpHistory(CLI::App& command) {
+  auto options = std::make_shared<HistoryOptions>();
+  const auto add = [&](const char* name, const char* description) {
+    CLI::App* added = command.add_subcommand(name, description);
+    options->site.addTo(*added);
+    return added;
+  };
+  const auto addName = [&](CLI::App* added) {
+    added->add_option("--circuit", options->circuit, "Name of the circuit")->required();
+    added->add_option("--type", options->type, "Name of its type")->required();
+    added->add_option("NAME", options->name, "Name of the history")->required()->type_name("");
+    return added;
+  };
+  add("list", "the names of all saved configurations");
+  CLI::App* show = addName(add("show", "motor or load data and the choices of one"));
+  CLI::App* remove = addName(add("delete", "take one out of the file"));
+  command.require_subcommand(1);
+  return [options, show, remove] {
+    if (show->parsed()) return showHistory(*options);
+    return remove->parsed() ? deleteHistory(*options) : listHistories(*options);
+  };
+}
+
+} // namespace simhost

@@ -1,0 +1,35 @@
+// The configuration workbook that a subcommand works on, and what is said about it: which of its lines want a look.
+#pragma once
+
+#include "build/workbook_catalogue.h"
+
+#include <string>
+#include <vector>
+
+namespace CLI {
+class App;
+}
+
+namespace simhost {
+
+struct SiteWorkbookOptions {
+  std::string site;     ///< folder
+  std::string workbook; ///< empty for the one of the site
+
+  void addTo(CLI::App& command);
+  /// The full path. Throws BadInput when neither folder nor file is there.
+  [[nodiscard]] std::string path() const;
+};
+
+/// The catalogue, its circuits read. Throws BadInput with the reason.
+[[nodiscard]] brenvolt::ZanCircuitCatalog readCatalogue(const std::string& workbook);
+
+/// Everything that a workbook's author has to put right: worksheets that are missing or cannot be read, what their
+/// reading passes over, template files that `site` does not hold. In the order of the catalogue.
+[[nodiscard]] std::vector<brenvolt::WorkbookFinding> checkWorkbook(
+    const std::string& workbook, const std::string& site);
+
+/// "sheet M3_DOL, row 12, column 8: ..."
+[[nodiscard]] std::string findingText(const brenvolt::WorkbookFinding& finding);
+
+} // namespace simhost

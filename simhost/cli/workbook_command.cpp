@@ -1,0 +1,132 @@
+// `brenvolt workbook unpack|pack`: a workbook as one CSV file a sheet and back, so that changes to it can be reviewed
+// line by line.
+#include "platform/workbook_book.h"
+#include "platform/xls_reader.h"
+#include "simhost/cli/csv_text.h"
+#include "simhost/cli/subcommand.h"
+#include "simhost/host/errors.h"
+#include "simhost/host/files.h"
+#include "text/encoding.h"
+
+#include <CLI/CLI.hpp>
+
+#include <algorithm>
+#include <array>
+#include <cstdio>
+#include <filesystem>
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace simhost {
+
+namespace {
+
+using brenvolt::fromUtf8;
+using brenvolt::toUtf8;
+namespace fs = std::filesystem;
+
+struct WorkbookOptions {
+  std::string workbook;
+  std::string folder;
+};
+
+/// Sheets that stand first, in this order; the others follow by name.
+constexpr std::array<std::wstring_view, 2> firstSheets = {L"ZAN_CIRCS", L"ANNO_CODE"};
+
+/// A sheet's name is its file's name, so a name that would leave the folder is refused.
+void checkFileName(const std::wstring& sheet, const std::string& workbook) {
+  if (sheet.empty() || sheet.find_first_of(L"/\\:") != std::wstring::npos || sheet.front() == L'.')
+    throw BadInput(workbook + ": sheet \"" + toUtf8(sheet) + "\" cannot be a file name");
+}
+
+std::string sheetAsCsv(const brenvolt::WorkbookSheet& sheet) {
+  std::string text;
+  for (std::size_t row = 0; row < sheet.rowCount(); ++row) {
+    std::vector<std::string> fields;
+    for (std::size_t column = 0; column < sheet.columnCount(); ++column)
+      fields.push_back(toUtf8(sheet.text(row, column)));
+    text += csvLine(fields);
+  }
+  return text;
+}
+
+ExitCode unpack(const WorkbookOptions& options) {
+  brenvolt::WorkbookReader reader;
+  if (!reader.open(fromUtf8(options.workbook))) throw BadInput(toUtf8(reader.error()));
+  for (const brenvolt::WorkbookSheetInfo& info : reader.sheets())
+    checkFileName(info.name, options.workbook);
+  for (std::size_t i = 0; i < reader.sheets().size(); ++i) {
+    const std::optional<brenvolt::WorkbookSheet> sheet = reader.readSheet(i);
+    if (!sheet) throw BadInput(toUtf8(reader.error()));
+    const fs::path file = fs::path(options.folder) / (toUtf8(reader.sheets()[i].name) + ".csv");
+    if (const std::string reason = replaceFile(file, sheetAsCsv(*sheet)); !reason.empty())
+      throw CannotWrite(reason);
+    std::printf("%s: %zu rows\n", file.string().c_str(), sheet->rowCount());
+  }
+  return ExitCode::done;
+}
+
+std::vector<fs::path> csvFiles(const std::string& folder) {
+  std::vector<fs::path> files;
+  std::error_code error;
+  for (fs::directory_iterator entry(folder, error), end; !error && entry != end; entry.increment(error))
+    if (entry->path().extension() == ".csv") files.push_back(entry->path());
+  if (error) throw BadInput(folder + ": " + error.message());
+  if (files.empty()) throw BadInput(folder + ": holds no CSV file");
+  const auto rank = [](const fs::path& file) {
+    const std::wstring name = fromUtf8(file.stem().string());
+    return std::find(firstSheets.begin(), firstSheets.end(), name) - firstSheets.begin();
+  };
+  std::sort(files.begin(), files.end(), [&rank](const fs::path& left, const fs::path& right) {
+    return std::pair(rank(left), left.filename()) < std::pair(rank(right), right.filename());
+  });
+  return files;
+}
+
+brenvolt::BookSheet sheetOfFile(const fs::path& file) {
+  const std::optional<std::string> text = readFile(file);
+  if (!text) throw BadInput(file.string() + ": cannot be read");
+  if (!brenvolt::fromUtf8Strict(*text)) throw BadInput(file.string() + ": is no UTF-8");
+  brenvolt::BookSheet sheet;
+  sheet.name = fromUtf8(file.stem().string());
+  sheet.header = brenvolt::BookSheet::Header::boldAndFrozen;
+  for (const CsvRecord& record : parseCsv(*text)) {
+    // Every cell is a text: a number format must not change what a form or an option code looks like.
+    brenvolt::BookRow& row = sheet.rows.emplace_back();
+    for (const std::string& field : record.fields)
+      row.emplace_back(fromUtf8(field));
+  }
+  return sheet;
+}
+
+ExitCode pack(const WorkbookOptions& options) {
+  std::vector<brenvolt::BookSheet> sheets;
+  for (const fs::path& file : csvFiles(options.folder))
+    sheets.push_back(sheetOfFile(file));
+  std::wstring problem;
+  const std::optional<std::string> bytes = brenvolt::buildWorkbook(sheets, problem);
+  if (!bytes) throw BadInput(options.folder + ": " + toUtf8(problem));
+  if (const std::string reason = replaceFile(options.workbook, *bytes); !reason.empty())
+    throw CannotWrite(reason);
+  std::printf("%s: %zu sheets\n", options.workbook.c_str(), sheets.size());
+  return ExitCode::done;
+}
+
+} // namespace
+
+Command setUpWorkbook(CLI::App& command) {
+  auto options = std::make_shared<WorkbookOptions>();
+  CLI::App* unpackCommand = command.add_subcommand("unpack", "write one CSV file for each sheet of FILE.xls");
+  unpackCommand->add_option("FILE.xls", options->workbook)->required()->type_name("");
+  unpackCommand->add_option("DIR", options->folder)->required()->type_name("");
+  CLI::App* packCommand = command.add_subcommand("pack", "make FILE.xls of the CSV files of a folder");
+  packCommand->add_option("DIR", options->folder)->required()->type_name("");
+  packCommand->add_option("FILE.xls", options->workbook)->required()->type_name("");
+  command.require_subcommand(1);
+  command.footer(
+      "All cells are texts. Sheet ZAN_CIRCS comes first, then ANNO_CODE, then the others by name.");
+  return [options, packCommand] { return packCommand->parsed() ? pack(*options) : unpack(*options); };
+}
+
+} // namespace simhost
