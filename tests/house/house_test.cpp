@@ -42,7 +42,7 @@ const std::map<std::string, std::set<std::string>> simhostReaders = {
     {"drawing_lisp", {}},
     {"host", {}},
     {"ui", {}},
-    {"cli", {"expr", "host", "data", "drawing", "build"}},
+    {"cli", {"expr", "host", "data", "drawing", "config", "build"}},
 };
 
 std::optional<int> levelOf(const std::string& room) {
