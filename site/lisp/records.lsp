@@ -15,8 +15,8 @@
 ; ("10AWG" "BLK_10AWG" "1")("10AWG" nil "3"). The grounding conductor stands last: ahead of the others it would
 ; hide them from the reader.
 (defun wires-text (data)
-  (let ((rows (append (remove-if 'ground-row? (data-wires data))
-                      (remove-if-not 'ground-row? (data-wires data)))))
+  (let* ((wires (remove-if (lambda (row) (string=? (site-text (nth 0 row)) "")) (data-wires data)))
+         (rows (append (remove-if 'ground-row? wires) (remove-if-not 'ground-row? wires))))
     (string-append "("
       (string-join
         (mapcar (lambda (row)

@@ -19,3 +19,15 @@
 (defun frame-cell (x y name text)
   (draw-text (list x y) name 1.8 "FRAME" 'left)
   (draw-text (list x (- y 5)) text 3.0 "FRAME" 'left))
+
+; What the current space holds, in a line.
+(defun site-summary ()
+  (let* ((entities (entities-in-space))
+         (count (lambda (f) (length (remove-if-not f entities)))))
+    (string-append
+      (number->string (funcall count (lambda (e) (and (equal (entity-get e 'kind) "block-reference")
+                                                      (entity-attribute e "FAMILY")))))
+      " components, "
+      (number->string (funcall count (lambda (e) (and (equal (entity-get e 'kind) "line")
+                                                      (wire-layer? (entity-get e 'layer))))))
+      " wires on the layers " (string-join (wire-layers) ", "))))

@@ -28,13 +28,14 @@
   (let ((parts (string-split (or (setting misc1 "_WIRETYPE") fallback) "@")))
     (if (= 3 (length parts)) (string-append (first parts) size (third parts)) (first parts))))
 
-; The layer of a wire: what the configuration says, else what the template's format gives for the site's size.
+; The layer of a wire: what the configuration says, else what the template's format gives for the site's size. Presets
+; without wires still name a layer for each position, made with an empty size: it says nothing.
 (defun row-layer (row misc1 fallback)
   (let ((layer (site-text (nth 1 row))) (size (site-text (nth 0 row))))
     (wire-layer
-      (cond ((not (string=? layer "")) layer)
-            ((not (string=? size "")) (format-layer misc1 size fallback))
-            (T (format-layer misc1 site-default-size fallback))))))
+      (cond ((string=? size "") (format-layer misc1 site-default-size fallback))
+            ((string=? layer "") (format-layer misc1 size fallback))
+            (T layer)))))
 
 (defun offset (point dx dy) (list (+ (car point) dx) (+ (cadr point) dy)))
 
