@@ -24,8 +24,7 @@ private:
   bool exists_;
 };
 
-bool runBuild(ZanBuildArgs args) {
-  ZanBrenvolt build(std::move(args));
+bool runBuild(ZanBrenvolt& build) {
   build.readBuildData();
   if (!build.loadCatalog() || !pumpMessages()) return false;
   if (!build.readMarkers() || !pumpMessages()) return false;
@@ -41,9 +40,12 @@ bool runBuild(ZanBuildArgs args) {
 
 ResultList buildCircuit(const ResultList& arguments) {
   if (!pumpMessages()) return {};
+  // Declared ahead of the maker, so that it outlives the managers, which look at its data.
+  std::optional<ZanBrenvolt> build;
   const MakerOfBuild maker;
   std::optional<ZanBuildArgs> args = parseBuildArguments(arguments);
-  if (!maker.exists() || !args || !runBuild(std::move(*args))) return {};
+  if (!maker.exists() || !args) return {};
+  if (!runBuild(build.emplace(std::move(*args)))) return {};
   ListBuilder answer;
   return answer.addT().take();
 }
