@@ -26,6 +26,11 @@ bool isBalanced(std::wstring_view text) {
   return std::count(text.begin(), text.end(), L'(') == std::count(text.begin(), text.end(), L')');
 }
 
+/// Characters other than blanks.
+std::ptrdiff_t textLength(std::wstring_view text) {
+  return std::count_if(text.begin(), text.end(), [](wchar_t each) { return !isBlank(each); });
+}
+
 /// Name and value cells from the first pair on, as long as the left one lies ahead of the last column.
 std::vector<std::pair<std::wstring, std::wstring>> pairsOf(const std::vector<std::wstring>& cells) {
   std::vector<std::pair<std::wstring, std::wstring>> pairs;
@@ -93,10 +98,13 @@ void CircuitSheetReader::addForms(
     std::vector<ZanScriptEntry>& rules) {
   const std::wstring& cell = cellAt(cells, number);
   if (cell.empty()) return;
+  std::vector<std::wstring> forms = splitForms(cell);
   if (!isBalanced(cell))
     find(number, L"parentheses do not match; what stands behind the last whole form is lost");
+  else if (textLength(join(forms, {})) < textLength(cell))
+    find(number, L"what stands behind the last form is not read");
   const bool hasPairs = number == column::controlForms;
-  for (std::wstring& form : splitForms(cell)) {
+  for (std::wstring& form : forms) {
     ZanScriptEntry entry;
     entry.text = std::move(form);
     entry.code = optionCode;
@@ -112,8 +120,11 @@ void CircuitSheetReader::closeGroup() {
 
 void CircuitSheetReader::closeRecord() {
   closeGroup();
+  if (!record_) return;
   // The first rows of a CODE win; a repeated one is dropped whole.
-  if (record_ && !code_.empty() && !records_.try_emplace(toUpper(code_), std::move(*record_)).second)
+  if (code_.empty())
+    find(column::code, L"rows ahead of the first CODE are not read");
+  else if (!records_.try_emplace(toUpper(code_), std::move(*record_)).second)
     findings_.push_back(
         {sheet_, codeRow_, column::code,
          L"CODE " + code_ + L" stands in the sheet twice; only the first counts"});
