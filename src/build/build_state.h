@@ -41,7 +41,8 @@ struct BuildState {
   KvDbHandle lastHandle;  ///< markers are looked for behind it
   std::wstring spaceName; ///< the block that receives the circuit
   BuildKind kind = BuildKind::direct;
-  bool hasQuit = false; ///< a quit message was seen: nothing more runs
+  bool hasQuit = false;         ///< a quit message was seen: nothing more runs
+  bool nestingHasEnded = false; ///< templates were nested too deep: no further nested one runs
 
   ZanCircuitCatalog catalog;
   ZanDwgMarkerList markers;

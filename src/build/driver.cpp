@@ -5,7 +5,6 @@
 #include "build/marker_scan.h"
 #include "build/script_rows.h"
 #include "config/config_marker_bridge.h"
-#include "config/widget_manager_maker.h"
 #include "drawing/marker_tree.h"
 #include "host/build_data.h"
 #include "host/lisp_calls.h"
@@ -14,11 +13,14 @@
 #include "text/numbers.h"
 #include "text/split.h"
 
-#include <algorithm>
+#include <set>
 
 namespace brenvolt {
 
 namespace {
+
+/// Level of the markers that the template itself brings.
+constexpr std::int32_t topLevel = 1;
 
 /// Calls `visit` for each marker of the tree.
 template <class Visit>
@@ -54,8 +56,9 @@ void ZanBrenvolt::readBuildData() {
     args.scaleD = data.scaleD;
     args.insertPoint = data.point;
     args.trace = data.trace;
-    setTrace(args.trace);
   }
+  // Also without the symbol: the trace of an earlier build does not go on.
+  setTrace(args.trace);
   ZanXmlHistory& history = state_.history;
   history.context = args.workbook;
   history.worksheet = args.worksheet;
@@ -77,12 +80,7 @@ bool ZanBrenvolt::readMarkers() {
   const WorkingDatabaseScope scope(database);
   if (state_.spaceName.empty()) state_.spaceName = activeSpaceName();
   if (state_.spaceName.empty()) return false;
-  ZanWireFormatter formatter;
-  const bool found = scanMarkers(
-      state_.markers, *database, state_.spaceName, state_.lastHandle, {1, state_.undo.marks()}, formatter);
-  if (ZanWidgetManagerMaker* maker = widgetManagerMaker()) maker->SetWireFormatter(formatter);
-  state_.wireFormatter.Merge(formatter);
-  return found;
+  return scanMarkers(state_, state_.markers, *database, state_.lastHandle, topLevel);
 }
 
 void ZanBrenvolt::readPresets() {
@@ -114,11 +112,10 @@ void ZanBrenvolt::finish() {
   std::vector<std::vector<std::wstring>> rows;
   for (const auto& [code, values] : state_.selections)
     rows.push_back({code, joinValues(values)});
-  const auto& executed = state_.executedCodes;
+  const std::set<std::wstring, CodeLess> executed(state_.executedCodes.begin(), state_.executedCodes.end());
   forEachMarker(state_.markers, [&](const ZanDwgMarker& marker) {
-    if (!state_.catalog.findRecord(marker.code) || state_.selections.contains(marker.code)) return;
-    if (std::find(executed.begin(), executed.end(), marker.code) != executed.end()) return;
-    rows.push_back({marker.code, {}});
+    const bool isUsed = executed.contains(marker.code) || state_.selections.contains(marker.code);
+    if (!isUsed && state_.catalog.findRecord(marker.code)) rows.push_back({marker.code, {}});
   });
   saveCodeHandles(rows);
 

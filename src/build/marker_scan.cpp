@@ -1,10 +1,9 @@
 #include "build/marker_scan.h"
 
 #include "build/host_session.h"
+#include "config/widget_manager_maker.h"
 #include "host/open_object.h"
 #include "text/compare.h"
-
-#include <optional>
 
 namespace brenvolt {
 
@@ -48,12 +47,13 @@ bool seekBehind(KvDbDatabase& database, KvDbHandle handle, KvDbBlockTableRecordI
 } // namespace
 
 bool scanMarkers(
-    ZanDwgMarkerList& list, KvDbDatabase& database, const std::wstring& spaceName, KvDbHandle afterHandle,
-    const ScanStamp& stamp, ZanWireFormatter& formatter) {
-  const OpenObject<KvDbBlockTableRecord> space(findBlock(database, spaceName), KvOpenMode::forRead);
+    BuildState& build, ZanDwgMarkerList& list, KvDbDatabase& database, KvDbHandle afterHandle,
+    std::int32_t level) {
+  const OpenObject<KvDbBlockTableRecord> space(findBlock(database, build.spaceName), KvOpenMode::forRead);
   if (!space) return false;
   const auto iterator = space->newIterator();
   if (!seekBehind(database, afterHandle, *iterator)) return false;
+  ZanWireFormatter formatter;
   for (; !iterator->done(); iterator->step()) {
     const OpenObject<KvDbBlockReference> reference(iterator->entityId(), KvOpenMode::forRead);
     if (!reference || !isMarkerReference(*reference.operator->())) continue;
@@ -64,11 +64,14 @@ bool scanMarkers(
     if (marker.code.empty()) continue;
     marker.handle = reference->handle();
     marker.position = reference->position();
-    marker.level = stamp.level;
-    marker.run = stamp.run;
+    marker.level = level;
+    // The run that brought a marker takes it away again when it is undone.
+    marker.run = build.undo.marks();
     formatter.AddMarker(marker.code, marker.misc1);
     list.Insert(std::move(marker));
   }
+  if (ZanWidgetManagerMaker* maker = widgetManagerMaker()) maker->SetWireFormatter(formatter);
+  build.wireFormatter.Merge(formatter);
   const std::size_t before = list.size();
   list.Finish();
   return list.size() > before;

@@ -46,10 +46,11 @@ std::vector<std::int32_t> valuesWithFiller(const ZanCodeRecord& record) {
 }
 
 void removeOne(std::vector<std::wstring>& codes, const std::wstring& code) {
-  const auto found = std::find_if(codes.begin(), codes.end(), [&code](const std::wstring& each) {
+  // From the end, where the marker at work has put its own.
+  const auto found = std::find_if(codes.rbegin(), codes.rend(), [&code](const std::wstring& each) {
     return equalsOrdinalNoCase(each, code);
   });
-  if (found != codes.end()) codes.erase(found);
+  if (found != codes.rend()) codes.erase(std::next(found).base());
 }
 
 /// Group data, then catalogue data, as one list; without group data two empty records stand in for it.
@@ -88,6 +89,8 @@ private:
   [[nodiscard]] bool runRow(
       const ZanScriptEntry& row, std::int32_t markerId, const std::vector<ZanScriptVariable>& variables);
   [[nodiscard]] bool runNested(std::int32_t markerId);
+  /// The markers of a template that comes too deep stay in the tree, so that the end of the build erases them.
+  [[nodiscard]] bool isTooDeep(const ZanDwgMarker& parent);
   void noteRun(const std::wstring& code, const std::vector<std::int32_t>& values);
   void eraseMarker(KvDbHandle handle);
 
@@ -180,7 +183,8 @@ std::optional<std::vector<ZanScriptVariable>> MarkerWalk::setVariables(const Zan
   if (!data.isEmpty() && !putList(scriptvariable::data, data)) return std::nullopt;
   ResultList components;
   if (!autoRows_.empty() || !marker.catalog.isEmpty()) {
-    static_cast<void>(putRows(scriptvariable::autoRows, autoRows_));
+    // Without component rows the symbol keeps its value, while the variable is the empty list.
+    if (!autoRows_.empty() && !putRows(scriptvariable::autoRows, autoRows_)) return std::nullopt;
     components = rowsToList(autoRows_);
   }
 
@@ -209,20 +213,9 @@ bool MarkerWalk::runNested(std::int32_t markerId) {
   ZanDwgMarker& parent = *build_.markers.findById(markerId);
   const std::wstring code = parent.code;
   const std::vector<std::int32_t> values = parent.record.selectedValues();
-  if (parent.level >= deepestLevel) {
-    kvutPrintf((L"\nZanBrenvolt: marker " + code + L": templates are nested deeper than " +
-                formatInt(deepestLevel) + L" levels; no further one is built.\n")
-                   .c_str());
-    return false;
-  }
   ZanDwgMarkerList& children = parent.EnsureChildren();
-  ZanWireFormatter formatter;
-  if (!scanMarkers(
-          children, database_, build_.spaceName, lastEntity_, {parent.level + 1, parent.run}, formatter))
-    return true;
-  if (ZanWidgetManagerMaker* maker = widgetManagerMaker()) maker->SetWireFormatter(formatter);
-  build_.wireFormatter.Merge(formatter);
-
+  if (!scanMarkers(build_, children, database_, lastEntity_, parent.level + 1)) return true;
+  if (isTooDeep(parent)) return false;
   if (!matchRecords(build_, children)) return false;
   applyOpenHistory(build_, children, CircuitRows::leave);
   if (build_.presetActive) buildWireAnnotations(build_, children, CircuitRows::leave);
@@ -238,6 +231,16 @@ bool MarkerWalk::runNested(std::int32_t markerId) {
   removeOne(build_.executedCodes, code);
   build_.selections.try_emplace(code, values);
   return result;
+}
+
+bool MarkerWalk::isTooDeep(const ZanDwgMarker& parent) {
+  if (build_.nestingHasEnded) return true;
+  if (parent.level < deepestLevel) return false;
+  build_.nestingHasEnded = true;
+  kvutPrintf((L"\nZanBrenvolt: marker " + parent.code + L": templates are nested deeper than " +
+              formatInt(deepestLevel) + L" levels; no further one is built.\n")
+                 .c_str());
+  return true;
 }
 
 void MarkerWalk::noteRun(const std::wstring& code, const std::vector<std::int32_t>& values) {

@@ -9,7 +9,8 @@
 
 namespace brenvolt {
 
-/// How deep templates may insert templates; a form that inserts itself without end stops here with a message.
+/// How deep templates may insert templates. A template that inserts itself without end stops here with a message; the
+/// build then runs no further nested one, or two such forms in a template would go on for 2^64 of them.
 inline constexpr std::int32_t deepestLevel = 64;
 
 /// Runs the markers of the items in order. In an interactive build the first walk binds the undo manager and every
