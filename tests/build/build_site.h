@@ -1,0 +1,60 @@
+// A small parent product in LISP, a workbook with one circuit's sheet and an empty drawing: what a build needs, for
+// tests of the driver and of all that it calls.
+//
+// LISP offers `(mark CODE ORDER [MISC1])`, which places a marker, and to forms `note` (keeps its arguments in `ran`),
+// `nest` (places a marker for each CODE and answers 2), `broken` (fails), `wipe` (erases the markers of a CODE),
+// `look` (keeps what the script symbols hold in `seen`) and `give` (answers its argument).
+#pragma once
+
+#include "build/driver.h"
+#include "simhost/host/resource_module.h"
+#include "tests/support/lisp_session.h"
+#include "tests/support/temporary_folder.h"
+
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace brenvolt::test {
+
+class BuildSite final {
+public:
+  /// `executionErrors`: how many failing forms the user is told of.
+  explicit BuildSite(int executionErrors = 0);
+  BuildSite(const BuildSite&) = delete;
+  BuildSite& operator=(const BuildSite&) = delete;
+  ~BuildSite();
+
+  std::string eval(std::string_view forms) { return lisp_.eval(forms); }
+  [[nodiscard]] LispSession& lisp() { return lisp_; }
+  [[nodiscard]] simhost::DrawingDatabase& drawing();
+  [[nodiscard]] std::filesystem::path folder() const { return folder_.path(); }
+
+  /// Writes the workbook with this sheet below its header, under the name "S".
+  void writeSheet(const std::vector<std::string>& lines);
+  /// Arguments of a direct build of that sheet.
+  [[nodiscard]] ZanBuildArgs arguments() const;
+  /// A build up to the point where its rows run; null when it ends ahead of it.
+  [[nodiscard]] std::unique_ptr<ZanBrenvolt> prepared(ZanBuildArgs args);
+
+  /// The CODEs of the markers that stand in the drawing.
+  std::string markersLeft() { return eval("(codes-left)"); }
+  /// The texts of the task dialogs shown so far.
+  [[nodiscard]] std::vector<std::string> shown();
+
+private:
+  LispSession lisp_;
+  TemporaryFolder folder_;
+  KvResourceModule resources_;
+  std::wstring workbook_;
+};
+
+/// "M1" and "M1 M2" of codes; "M1=1,2" of selections.
+[[nodiscard]] std::string describeCodes(const std::vector<std::wstring>& codes);
+[[nodiscard]] std::string describeSelections(const BuildState& state);
+/// Rows and nested lists as "(a b/3 (c nil))": texts as they are, "/" and the type behind any other.
+[[nodiscard]] std::string describeRows(const ZanAnnotationDataList& rows);
+
+} // namespace brenvolt::test

@@ -1,0 +1,131 @@
+// Whole direct builds: history and presets into the markers, end rows to LISP, markers erased.
+#include "build/driver.h"
+
+#include "host/lisp_calls.h"
+#include "host/resources.h"
+#include "tests/build/build_site.h"
+#include "tests/support/golden.h"
+#include "text/encoding.h"
+
+#include <doctest/doctest.h>
+
+using namespace brenvolt;
+using test::BuildSite;
+
+namespace {
+
+const std::vector<std::string> sheet = {
+    "MOTOR-1|Motor||!MCC_CTRL|One|1|1|(note motor #data)||(used)|Breaker|CB", "||x||Two|2|2|(note two #data)",
+    "PART|Part|||||||||", "|||Part|Yes|1|1|(note part #data)||(used)|Fuse|FU",
+    "UNUSED|No rows||||1|(note never)"};
+constexpr const char* markers = "(mark \"MOTOR-1\" \"1\") (mark \"unused\" \"2\") (mark \"UNUSED\" \"3\")"
+                                "(mark \"ELSE\" \"4\") (mark \"WT01\" \"5\" \"_WIRETYPE=L_@S@;\")"
+                                "(mark \"WT01-1\" \"6\" \"_WIRETYPE=M_@S@;\") (mark \"PART\" \"7\")";
+
+bool buildAndFinish(BuildSite& site, ZanBrenvolt& build) {
+  const ResourceScope resources;
+  site.eval("(setq ran nil)");
+  const bool result = build.prepare(BuildKind::direct);
+  if (build.needsFinish()) build.finish();
+  return result;
+}
+
+} // namespace
+
+TEST_CASE("a direct build hands over its codes in order and leaves no marker") {
+  BuildSite site;
+  site.writeSheet(sheet);
+  site.eval("(setq GBL_qn_bv_save_codehdl_combos '((\"PART\" \"1A\")))");
+  site.eval(markers);
+  const auto build = site.prepared(site.arguments());
+  REQUIRE(build);
+  CHECK(buildAndFinish(site, *build));
+  CHECK_EQ(site.eval("ran"), "((\"two\" nil))"); // the group of PART has no selection
+  CHECK_EQ(
+      site.eval("saved"),
+      "((\"MOTOR-1\" nil \"2\") (\"PART\" nil \"-1\") (\"unused\" nil \"\") (\"UNUSED\" nil \"\"))");
+  CHECK_EQ(site.markersLeft(), "nil");
+}
+
+TEST_CASE("presets bring wires to the control marker and to all behind it") {
+  BuildSite site;
+  site.writeSheet(sheet);
+  site.eval(markers);
+  ZanBuildArgs args = site.arguments();
+  args.presetText = L"MOTOR-1=1;PART=1";
+  args.codeHandleText = L"\"n1\";\"n2\"";
+  args.wireText = LR"((("2" "x" "1") ("6" "y" "3")))";
+  const auto build = site.prepared(args);
+  REQUIRE(build);
+  CHECK(buildAndFinish(site, *build));
+  constexpr const char* data = "((\"n1\" \"n2\") ((\"2\" \"M_2\" 1) (\"6\" nil 3)))";
+  CHECK_EQ(site.eval("ran"), std::string("((\"motor\" ") + data + ") (\"part\" " + data + "))");
+  CHECK_EQ(build->state().controlSuffix, L"-1");
+}
+
+TEST_CASE("a build from a saved history repeats the choices of the build that saved it") {
+  for (const wchar_t* name : {L"", L"Kept", L"Unknown"}) {
+    CAPTURE(toUtf8(name));
+    BuildSite site;
+    site.writeSheet(sheet);
+    site.eval(markers);
+    {
+      ZanBuildArgs args = site.arguments();
+      args.presetText = L"MOTOR-1=1;PART=1";
+      const auto first = site.prepared(args);
+      REQUIRE(first);
+      CHECK(buildAndFinish(site, *first));
+      CHECK(first->saveHistory(L"Kept"));
+    }
+    CHECK_EQ(test::bytesOf(site.folder() / "zan_brenvolt.xml").substr(0, 2), "\xFF\xFE");
+
+    site.eval(markers);
+    ZanBuildArgs args = site.arguments();
+    args.historyName = name;
+    const auto second = site.prepared(args);
+    REQUIRE(second);
+    CHECK(buildAndFinish(site, *second));
+    const bool isKept = std::wstring_view(name) == L"Kept";
+    CHECK_EQ(test::describeSelections(second->state()), isKept ? "MOTOR-1=1 PART=1" : "MOTOR-1=2 PART=-1");
+  }
+}
+
+TEST_CASE("a build ends ahead of its rows without sheet, marker or fitting template") {
+  BuildSite site;
+  site.writeSheet(sheet);
+  CHECK(site.prepared(site.arguments()) == nullptr); // no marker
+  site.eval("(mark \"FOREIGN\" \"1\")");
+  ZanBuildArgs args = site.arguments();
+  args.worksheet = L"MISSING";
+  CHECK(site.prepared(args) == nullptr);
+  args.worksheet = L"S";
+  args.lastHandleText = L"FFFF";
+  CHECK(site.prepared(args) == nullptr);
+  CHECK(site.shown().empty());
+
+  const auto build = site.prepared(site.arguments());
+  REQUIRE(build);
+  CHECK_FALSE(buildAndFinish(site, *build));
+  CHECK_EQ(site.shown(), std::vector<std::string>{"foreign template"});
+  CHECK_EQ(site.eval("saved"), "nil");
+  CHECK_EQ(site.markersLeft(), "(\"FOREIGN\")");
+}
+
+TEST_CASE("scales and trace come from the product's symbol, defaults without it") {
+  BuildSite site;
+  ZanBrenvolt build(site.arguments());
+  site.eval("(setq GBL_qn_bv_data '(\"c\" (3.0 4.0) 1.5 4.0 3.0 2.0 1))");
+  build.readBuildData();
+  CHECK_EQ(build.args().scaleA, 1.5);
+  CHECK_EQ(build.args().scaleB, 2.0);
+  CHECK_EQ(build.args().insertPoint.y, 4.0);
+  CHECK_EQ(build.history().componentScale, L"2.000000");
+  CHECK_EQ(build.history().circuitScale, L"1.500000");
+  CHECK(isTracing());
+
+  site.eval("(setq GBL_qn_bv_data nil)");
+  ZanBrenvolt next(site.arguments());
+  next.readBuildData();
+  CHECK_EQ(next.history().componentScale, L"1.000000");
+  CHECK_FALSE(isTracing());
+}

@@ -1,0 +1,81 @@
+// Markers as a scan finds them in a drawing.
+#include "build/marker_scan.h"
+
+#include "tests/build/build_site.h"
+
+#include <doctest/doctest.h>
+
+using namespace brenvolt;
+using test::BuildSite;
+
+namespace {
+
+struct Scan {
+  BuildSite site;
+  BuildState build;
+
+  Scan() { build.spaceName = L"*Model_Space"; }
+  bool run(ZanDwgMarkerList& list, std::uint64_t after = 0, std::int32_t level = 1) {
+    return scanMarkers(build, list, site.drawing(), KvDbHandle(after), level);
+  }
+  std::uint64_t last() {
+    return std::stoull(
+        site.eval("(progn (mark \"X\" \"0\") (entity-handle (entity-last)))").substr(1), nullptr, 16);
+  }
+};
+
+std::string describe(const ZanDwgMarkerList& list) {
+  std::vector<std::wstring> texts;
+  for (const ZanDwgMarker& marker : list.markers())
+    texts.push_back(marker.GetKey());
+  return test::describeCodes(texts);
+}
+
+} // namespace
+
+TEST_CASE("markers come in order of their numbers, equal ones in drawing order, others not at all") {
+  Scan scan;
+  const std::uint64_t before = scan.last();
+  scan.site.eval("(mark \"B\" \"10\") (mark \"A\" \"2\") (mark \"\" \"1\" \"_WIRETYPE=LOST;\")"
+                 "(draw-line '(0 0) '(1 1)) (define-block \"OTHER\" '(0 0) (lambda ()"
+                 "  (draw-attribute-definition \"CODE\" '(0 0) \"\" 1.0)))"
+                 "(insert-block \"OTHER\" '(0 0) 1.0 0.0 \"0\" '((\"CODE\" . \"O\")))"
+                 "(mark \"A\" \"2.0\") (mark \"C\" \"first\") (mark \"WT01\" \"-1\" \"_WIRETYPE=L_@S@;\")");
+  CHECK(scan.run(scan.build.markers, before));
+  CHECK_EQ(describe(scan.build.markers), "WT01.1.1 C.1.1 A.1.1 A.2.1 B.1.1");
+  const ZanDwgMarker& wire = scan.build.markers.markers().front();
+  CHECK_EQ(wire.misc1, L"_WIRETYPE=L_@S@;");
+  CHECK_EQ(wire.position.y, 2.0);
+  CHECK_EQ(scan.build.wireFormatter.GetWireFormat(L"WT01").pattern, L"L_*");
+  CHECK_FALSE(scan.run(scan.build.markers, before)); // they are in the tree by now
+  CHECK_EQ(scan.site.drawing().openObjectCount(), 0);
+}
+
+TEST_CASE("a scan that cannot begin finds nothing") {
+  Scan scan;
+  scan.site.eval("(setq line (draw-line '(0 0) '(1 1)))");
+  const std::uint64_t erased = scan.last();
+  scan.site.eval("(mark \"A\" \"1\") (wipe \"X\")");
+  CHECK_FALSE(scan.run(scan.build.markers, erased));
+  CHECK_FALSE(scan.run(scan.build.markers, 0xFFFF));
+  scan.build.spaceName = L"*Paper_Space";
+  CHECK_FALSE(scan.run(scan.build.markers));
+  scan.build.spaceName = L"nowhere";
+  CHECK_FALSE(scan.run(scan.build.markers));
+  scan.build.spaceName = L"*Model_Space";
+  CHECK(scan.run(scan.build.markers));
+}
+
+TEST_CASE("the markers of a nested template carry its level and the number of the run that brought them") {
+  Scan scan;
+  scan.site.eval("(mark \"A\" \"1\")");
+  REQUIRE(scan.run(scan.build.markers));
+  ZanDwgMarker& parent = scan.build.markers.markers().front();
+  scan.build.undo.bind(&scan.site.drawing(), 0);
+  scan.build.undo.mark();
+  scan.site.eval("(mark \"B\" \"1\")");
+  REQUIRE(scan.run(parent.EnsureChildren(), 0, 2));
+  CHECK_EQ(describe(*parent.children()), "B.1.2");
+  CHECK_EQ(parent.run, 0);
+  CHECK_EQ(parent.children()->markers().front().run, 1);
+}
