@@ -1,41 +1,44 @@
-// Arguments and answer of the motor picker. The call answers nil: this module has no picker dialog yet.
+// Arguments and answer of the motor picker. Between them the picker runs.
 #include "plugin/handlers/motor_select.h"
 
+#include "flows/dlg_motor_select.h"
+#include "host/host_api_documents.h"
 #include "plugin/handlers/argument_fields.h"
 
 namespace brenvolt {
 
 namespace {
 
-using Field = ArgumentField<MotorSelection>;
+using Field = ArgumentField<RatingSelection>;
 
 constexpr Field argumentFields[] = {
-    &MotorSelection::type,  &MotorSelection::phase,     &MotorSelection::voltage,
-    &MotorSelection::speed, &MotorSelection::power,     &MotorSelection::units,
-    &MotorSelection::fla,   &MotorSelection::frequency, &MotorSelection::derating,
+    &RatingSelection::type,  &RatingSelection::phase,     &RatingSelection::voltage,
+    &RatingSelection::speed, &RatingSelection::load,      &RatingSelection::units,
+    &RatingSelection::fla,   &RatingSelection::frequency, &RatingSelection::multiplier,
 };
 
 constexpr Field answerFields[] = {
-    &MotorSelection::type,    &MotorSelection::power, &MotorSelection::units,
-    &MotorSelection::voltage, &MotorSelection::phase, &MotorSelection::frequency,
-    &MotorSelection::speed,   &MotorSelection::fla,   &MotorSelection::derating,
+    &RatingSelection::type,    &RatingSelection::load,  &RatingSelection::units,
+    &RatingSelection::voltage, &RatingSelection::phase, &RatingSelection::frequency,
+    &RatingSelection::speed,   &RatingSelection::fla,   &RatingSelection::multiplier,
 };
 
 } // namespace
 
-MotorSelection readMotorArguments(const ResultList& arguments) {
-  MotorSelection selection;
-  readArguments<MotorSelection>(arguments, argumentFields, selection);
+RatingSelection readMotorArguments(const ResultList& arguments) {
+  RatingSelection selection;
+  readArguments<RatingSelection>(arguments, argumentFields, selection);
   return selection;
 }
 
-ResultList motorAnswer(const MotorSelection& selection) {
-  return listOf<MotorSelection>(selection, answerFields);
+ResultList motorAnswer(const RatingSelection& selection) {
+  return listOf<RatingSelection>(selection, answerFields);
 }
 
 ResultList motorSelect(const ResultList& arguments) {
-  static_cast<void>(arguments);
-  return ResultList();
+  RatingSelection selection = readMotorArguments(arguments);
+  const KvAxDocLock lock;
+  return runMotorPicker(kvdsForegroundWindow(), selection) ? motorAnswer(selection) : ResultList();
 }
 
 } // namespace brenvolt

@@ -1,39 +1,44 @@
-// Arguments and answer of the load picker. The call answers nil: this module has no picker dialog yet.
+// Arguments and answer of the load picker. Between them the picker runs.
 #include "plugin/handlers/power_feed_select.h"
 
+#include "flows/dlg_power_feed.h"
+#include "host/host_api_documents.h"
 #include "plugin/handlers/argument_fields.h"
 
 namespace brenvolt {
 
 namespace {
 
-using Field = ArgumentField<LoadSelection>;
+using Field = ArgumentField<RatingSelection>;
 
 constexpr Field argumentFields[] = {
-    &LoadSelection::type,  &LoadSelection::phase, &LoadSelection::voltage,   &LoadSelection::power,
-    &LoadSelection::units, &LoadSelection::fla,   &LoadSelection::frequency, &LoadSelection::derating,
+    &RatingSelection::type,      &RatingSelection::phase,      &RatingSelection::voltage,
+    &RatingSelection::load,      &RatingSelection::units,      &RatingSelection::fla,
+    &RatingSelection::frequency, &RatingSelection::multiplier,
 };
 
 constexpr Field answerFields[] = {
-    &LoadSelection::type,  &LoadSelection::power,     &LoadSelection::units, &LoadSelection::voltage,
-    &LoadSelection::phase, &LoadSelection::frequency, &LoadSelection::fla,   &LoadSelection::derating,
+    &RatingSelection::type,    &RatingSelection::load,       &RatingSelection::units,
+    &RatingSelection::voltage, &RatingSelection::phase,      &RatingSelection::frequency,
+    &RatingSelection::fla,     &RatingSelection::multiplier,
 };
 
 } // namespace
 
-LoadSelection readLoadArguments(const ResultList& arguments) {
-  LoadSelection selection;
-  readArguments<LoadSelection>(arguments, argumentFields, selection);
+RatingSelection readLoadArguments(const ResultList& arguments) {
+  RatingSelection selection;
+  readArguments<RatingSelection>(arguments, argumentFields, selection);
   return selection;
 }
 
-ResultList loadAnswer(const LoadSelection& selection) {
-  return listOf<LoadSelection>(selection, answerFields);
+ResultList loadAnswer(const RatingSelection& selection) {
+  return listOf<RatingSelection>(selection, answerFields);
 }
 
 ResultList powerFeedSelect(const ResultList& arguments) {
-  static_cast<void>(arguments);
-  return ResultList();
+  RatingSelection selection = readLoadArguments(arguments);
+  const KvAxDocLock lock;
+  return runLoadPicker(kvdsForegroundWindow(), selection) ? loadAnswer(selection) : ResultList();
 }
 
 } // namespace brenvolt

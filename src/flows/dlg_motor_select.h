@@ -1,0 +1,20 @@
+// The motor picker.
+#pragma once
+
+#include "flows/rating_picker.h"
+
+#include <utility>
+
+namespace brenvolt {
+
+class ZanDlgMotorSelect final : public RatingPicker {
+public:
+  explicit ZanDlgMotorSelect(KvWindow* parent, RatingSelection given = {})
+      : RatingPicker(motorPicker(), parent, std::move(given)) {}
+};
+
+/// Shows the motor picker over `parent`, started from `selection`. True when the user accepted: `selection` and the
+/// circuit in hand are then what he chose. Otherwise both are unchanged.
+[[nodiscard]] bool runMotorPicker(KvWindow* parent, RatingSelection& selection);
+
+} // namespace brenvolt

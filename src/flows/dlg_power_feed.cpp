@@ -1,0 +1,12 @@
+#include "flows/dlg_power_feed.h"
+
+namespace brenvolt {
+
+bool runLoadPicker(KvWindow* parent, RatingSelection& selection) {
+  ZanDlgPowerFeed dialog(parent, selection);
+  if (dialog.DoModal() != kvui::ok) return false;
+  selection = dialog.selection();
+  return true;
+}
+
+} // namespace brenvolt

@@ -1,0 +1,20 @@
+// The load picker.
+#pragma once
+
+#include "flows/rating_picker.h"
+
+#include <utility>
+
+namespace brenvolt {
+
+class ZanDlgPowerFeed final : public RatingPicker {
+public:
+  explicit ZanDlgPowerFeed(KvWindow* parent, RatingSelection given = {})
+      : RatingPicker(loadPicker(), parent, std::move(given)) {}
+};
+
+/// Shows the load picker over `parent`, started from `selection`. True when the user accepted: `selection` and the
+/// circuit in hand are then what he chose. Otherwise both are unchanged.
+[[nodiscard]] bool runLoadPicker(KvWindow* parent, RatingSelection& selection);
+
+} // namespace brenvolt
