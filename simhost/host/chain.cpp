@@ -2,7 +2,6 @@
 #include "simhost/host/chain.h"
 
 #include "host/host_api_lisp.h"
-#include "text/assertion.h"
 
 #include <cstdarg>
 #include <cwchar>
@@ -12,55 +11,58 @@ namespace simhost {
 
 namespace {
 
-struct TypeRow {
-  std::int16_t type;
-  ChainStorage storage;
+/// Nodes that were released, for the next ones to be made: a call across the seam makes and releases a dozen, and the
+/// general allocator would cost more than the call. Checked builds do without, so that a stale node is noticed.
+class NodePool final {
+public:
+  [[nodiscard]] KvResultBuffer* take() {
+    if (first_ == nullptr) return new KvResultBuffer;
+    KvResultBuffer* node = first_;
+    first_ = node->next;
+    --count_;
+    *node = KvResultBuffer();
+    return node;
+  }
+  void give(KvResultBuffer* node) {
+    if (count_ == limit) {
+      delete node;
+      return;
+    }
+    node->next = first_;
+    first_ = node;
+    ++count_;
+  }
+
+private:
+#ifdef __SANITIZE_ADDRESS__
+  static constexpr int limit = 0;
+#else
+  static constexpr int limit = 1024;
+#endif
+  KvResultBuffer* first_ = nullptr;
+  int count_ = 0;
 };
 
-constexpr TypeRow types[] = {
-    {kvtype::none, ChainStorage::nothing},
-    {kvtype::real, ChainStorage::real},
-    {kvtype::point2d, ChainStorage::point},
-    {kvtype::shortInteger, ChainStorage::shortInteger},
-    {kvtype::string, ChainStorage::string},
-    {kvtype::entityName, ChainStorage::entityName},
-    {kvtype::point3d, ChainStorage::point},
-    {kvtype::longInteger, ChainStorage::longInteger},
-    {kvtype::listBegin, ChainStorage::nothing},
-    {kvtype::listEnd, ChainStorage::nothing},
-    {kvtype::nil, ChainStorage::nothing},
-    {kvtype::t, ChainStorage::nothing},
-    {1, ChainStorage::string},
-    {2, ChainStorage::string},
-    {3, ChainStorage::string},
-    {4, ChainStorage::string},
-    {90, ChainStorage::longInteger},
-    {290, ChainStorage::shortInteger},
-    {kvtype::dataString, ChainStorage::string},
-    {kvtype::applicationName, ChainStorage::string},
-    {kvtype::controlString, ChainStorage::string},
-};
+NodePool& nodePool() {
+  // Never destroyed: a module may release chains while the process ends.
+  static NodePool& pool = *new NodePool;
+  return pool;
+}
 
 } // namespace
-
-ChainStorage storageOf(std::int16_t type) {
-  for (const TypeRow& row : types)
-    if (row.type == type) return row.storage;
-  return ChainStorage::unknown;
-}
 
 void ChainRelease::operator()(KvResultBuffer* chain) const {
   while (chain != nullptr) {
     KvResultBuffer* next = chain->next;
     if (storageOf(chain->type) == ChainStorage::string) delete[] chain->value.string;
-    delete chain;
+    nodePool().give(chain);
     chain = next;
   }
 }
 
 wchar_t* newChainString(std::wstring_view text) {
   // What stands behind an embedded zero could never be read back.
-  const std::size_t length = text.substr(0, text.find(L'\0')).size();
+  const std::size_t length = ::wcsnlen(text.data(), text.size());
   wchar_t* copy = new wchar_t[length + 1];
   std::wmemcpy(copy, text.data(), length);
   copy[length] = L'\0';
@@ -68,11 +70,15 @@ wchar_t* newChainString(std::wstring_view text) {
 }
 
 KvResultBuffer& ChainBuilder::add(std::int16_t type) {
-  BRENVOLT_ASSERT(storageOf(type) != ChainStorage::unknown, "a chain node is made of an unknown type");
-  Chain node(new KvResultBuffer);
+  KvResultBuffer* node = nodePool().take();
   node->type = type;
-  splice(std::move(node));
-  return *last_;
+  if (last_ == nullptr) {
+    head_.reset(node);
+  } else {
+    last_->next = node;
+  }
+  last_ = node;
+  return *node;
 }
 
 void ChainBuilder::splice(Chain chain) {
@@ -100,7 +106,7 @@ using simhost::ChainStorage;
 KvResultBuffer* kvutNewRb(int type) {
   const auto code = static_cast<std::int16_t>(type);
   if (code != type || simhost::storageOf(code) == ChainStorage::unknown) return nullptr;
-  auto* node = new KvResultBuffer;
+  KvResultBuffer* node = simhost::nodePool().take();
   node->type = code;
   return node;
 }

@@ -14,7 +14,40 @@ namespace simhost {
 enum class ChainStorage { unknown, nothing, real, point, shortInteger, longInteger, string, entityName };
 
 /// The storage of a type code. Codes of values first, then the group codes of entity data and of wire settings.
-[[nodiscard]] ChainStorage storageOf(std::int16_t type);
+[[nodiscard]] constexpr ChainStorage storageOf(std::int16_t type) {
+  switch (type) {
+  case kvtype::none:
+  case kvtype::listBegin:
+  case kvtype::listEnd:
+  case kvtype::nil:
+  case kvtype::t:
+    return ChainStorage::nothing;
+  case kvtype::real:
+    return ChainStorage::real;
+  case kvtype::point2d:
+  case kvtype::point3d:
+    return ChainStorage::point;
+  case kvtype::shortInteger:
+  case 290:
+    return ChainStorage::shortInteger;
+  case kvtype::longInteger:
+  case 90:
+    return ChainStorage::longInteger;
+  case kvtype::string:
+  case 1:
+  case 2:
+  case 3:
+  case 4:
+  case kvtype::dataString:
+  case kvtype::applicationName:
+  case kvtype::controlString:
+    return ChainStorage::string;
+  case kvtype::entityName:
+    return ChainStorage::entityName;
+  default:
+    return ChainStorage::unknown;
+  }
+}
 
 /// Releases a chain with its strings.
 struct ChainRelease {

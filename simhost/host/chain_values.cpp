@@ -17,7 +17,8 @@ using lisp::Value;
 
 namespace {
 
-constexpr std::size_t shownLength = 60; ///< of a value in a message
+constexpr std::size_t shownLength = 60;   ///< of a value in a message
+constexpr std::size_t usualArguments = 8; ///< room that is taken at once
 
 bool isGroupCode(std::int16_t type) {
   return type < kvtype::none && storageOf(type) != ChainStorage::unknown;
@@ -139,6 +140,7 @@ bool addAtom(ChainBuilder& chain, const Value& value) {
 
 ValuesOfChain valuesOfChain(const KvResultBuffer* chain) {
   ValuesOfChain result;
+  result.values.reserve(usualArguments);
   std::vector<lisp::ListBuilder> open;
   const auto deliver = [&](Value value) {
     if (open.empty()) {
