@@ -1,9 +1,11 @@
 // Building up a run of the host and writing what it leaves.
 #include "simhost/cli/host_run.h"
 
+#include "simhost/cli/site_database.h"
 #include "simhost/drawing/drawing_file.h"
 #include "simhost/drawing/svg.h"
 #include "simhost/host/files.h"
+#include "simhost/lisp/arguments.h"
 #include "simhost/ui/answers.h"
 #include "simhost/ui/file_names.h"
 #include "text/encoding.h"
@@ -12,6 +14,7 @@
 
 #include <cstdio>
 #include <optional>
+#include <stdexcept>
 #include <utility>
 
 namespace simhost {
@@ -42,6 +45,17 @@ std::unique_ptr<DrawingDatabase> drawingFor(const std::string& file) {
   LoadedDrawing loaded = loadDrawing(fromUtf8(file));
   if (loaded.drawing == nullptr) throw BadInput(toUtf8(loaded.error));
   return std::move(loaded.drawing);
+}
+
+/// `(site-database)`: the file of the engineering tables, for the LISP of the site that names it to the plug-in.
+void defineSiteDatabase(lisp::Interpreter& interpreter, const std::string& site) {
+  interpreter.define(L"site-database", 0, 0, [site](lisp::Arguments& arguments) {
+    try {
+      return lisp::Value::string(fromUtf8(siteDatabase(site).string()));
+    } catch (const std::runtime_error& error) {
+      arguments.fail(fromUtf8(error.what()));
+    }
+  });
 }
 
 SessionOptions sessionOptions(const HostOptions& options) {
@@ -83,7 +97,9 @@ HostRun::HostRun(const HostOptions& options)
       session_(std::make_unique<Session>(sessionOptions(options), *windows_)) {
   session_->openDocument(fromUtf8(options.drawing), drawingFor(options.drawing));
   session_->modules().load(options.module.empty() ? defaultModule() : std::filesystem::path(options.module));
-  if (!options.site.empty()) runFile((std::filesystem::path(options.site) / "site.lsp").string());
+  if (options.site.empty()) return;
+  defineSiteDatabase(interpreter(), options.site);
+  runFile((std::filesystem::path(options.site) / "site.lsp").string());
 }
 
 lisp::Interpreter& HostRun::interpreter() {

@@ -34,9 +34,17 @@ struct Subcommand {
 
 // One function for each file of this folder that holds a subcommand.
 [[nodiscard]] Command setUpCatalog(CLI::App& command);
+[[nodiscard]] Command setUpComponents(CLI::App& command);
 [[nodiscard]] Command setUpDraw(CLI::App& command);
+[[nodiscard]] Command setUpExpr(CLI::App& command);
 [[nodiscard]] Command setUpHistory(CLI::App& command);
+[[nodiscard]] Command setUpImport(CLI::App& command);
 [[nodiscard]] Command setUpLisp(CLI::App& command);
+[[nodiscard]] Command setUpLoads(CLI::App& command);
+[[nodiscard]] Command setUpMotors(CLI::App& command);
+[[nodiscard]] Command setUpSql(CLI::App& command);
+[[nodiscard]] Command setUpStandards(CLI::App& command);
+[[nodiscard]] Command setUpWire(CLI::App& command);
 [[nodiscard]] Command setUpWorkbook(CLI::App& command);
 
 } // namespace simhost

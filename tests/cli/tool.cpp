@@ -53,12 +53,17 @@ bool ToolFolder::has(const std::string& name) const {
   return std::filesystem::exists(folder_ / name);
 }
 
-ToolRun ToolFolder::run(const std::vector<std::string>& arguments, std::string_view input) const {
+ToolRun ToolFolder::run(
+    const std::vector<std::string>& arguments, std::string_view input,
+    const std::vector<std::string>& environment) const {
   const char* bin = std::getenv("BRENVOLT_BIN");
   const std::string tool = (std::filesystem::path(bin == nullptr ? "out/bin" : bin) / "brenvolt").string();
   const std::string in = write("tool.in", input);
-  std::string command =
-      "env HOME=" + quoted(folder_.string()) + " XDG_CONFIG_HOME= XDG_STATE_HOME= LC_ALL=C " + quoted(tool);
+  std::string command = "env HOME=" + quoted(folder_.string()) +
+                        " XDG_CONFIG_HOME= XDG_STATE_HOME= XDG_CACHE_HOME= BRENVOLT_DB= LC_ALL=C";
+  for (const std::string& setting : environment)
+    command += " " + quoted(setting);
+  command += " " + quoted(tool);
   for (const std::string& argument : arguments)
     command += " " + quoted(argument);
   command += " <" + quoted(in) + " >" + quoted(path("tool.out")) + " 2>" + quoted(path("tool.err"));

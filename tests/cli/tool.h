@@ -29,8 +29,10 @@ public:
   [[nodiscard]] std::string read(const std::string& name) const;
   [[nodiscard]] bool has(const std::string& name) const;
 
-  /// Runs `brenvolt` with these arguments; `input` becomes its standard input.
-  [[nodiscard]] ToolRun run(const std::vector<std::string>& arguments, std::string_view input = {}) const;
+  /// Runs `brenvolt` with these arguments; `input` becomes its standard input, `environment` ("NAME=text") is added.
+  [[nodiscard]] ToolRun run(
+      const std::vector<std::string>& arguments, std::string_view input = {},
+      const std::vector<std::string>& environment = {}) const;
 
 private:
   std::filesystem::path folder_;

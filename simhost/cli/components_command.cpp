@@ -1,0 +1,95 @@
+// `brenvolt components`: ratings and catalogue choices of a motor's protective components, with the formulas they come
+// from.
+#include "data/component_sizing.h"
+#include "simhost/cli/engineering_run.h"
+#include "simhost/cli/plain_number.h"
+#include "simhost/cli/subcommand.h"
+#include "simhost/cli/table_output.h"
+#include "simhost/host/errors.h"
+#include "text/encoding.h"
+#include "text/numbers.h"
+
+#include <CLI/CLI.hpp>
+
+#include <cstdio>
+#include <memory>
+
+namespace simhost {
+
+using brenvolt::fromUtf8;
+using brenvolt::toUtf8;
+using brenvolt::ZanTableKind;
+
+namespace {
+
+struct ComponentsOptions {
+  SiteOptions site;
+  std::string type;
+  std::string fla;
+  OutputOptions output;
+};
+
+/// The code whose component tables serve: the one asked for, or its fallback, which is told. Nobody is there to answer
+/// the alert that the plug-in shows.
+std::wstring servingCode(EngineeringRun& run) {
+  const brenvolt::ZanDbReaderUtils utils(&run.connection());
+  brenvolt::MissingTables missing;
+  if (utils.CheckTables({}, {}, run.standardCode(), missing, brenvolt::tablemask::components))
+    return run.standardCode();
+  for (const ZanTableKind kind :
+       {ZanTableKind::componentDescription, ZanTableKind::componentCalculation, ZanTableKind::componentMap}) {
+    std::wstring name;
+    if (utils.ResolveTable(name, kind, run.standardCode())) continue;
+    const std::wstring wanted = brenvolt::ZanDbReaderUtils::ComposeTableName(
+        brenvolt::ZanDbReaderUtils::TableBaseName(kind), {}, {}, run.standardCode());
+    throw BadInput(run.database().string() + ": has no table " + toUtf8(wanted));
+  }
+  std::fprintf(
+      stderr, "brenvolt: %s has no component tables of its own; those of %s are used\n",
+      toUtf8(run.standardCode()).c_str(), toUtf8(brenvolt::defaultCode).c_str());
+  return std::wstring(brenvolt::defaultCode);
+}
+
+ExitCode runComponents(const ComponentsOptions& options) {
+  const std::optional<double> fla = plainNumber(fromUtf8(options.fla));
+  if (!fla || !brenvolt::isGiven(*fla))
+    throw BadInput("--fla: \"" + options.fla + "\" is no current above 0");
+  EngineeringRun run(options.site.site, options.site.standardCode);
+  brenvolt::ZanAutoSizeComponent sizing(&run.connection());
+  std::vector<brenvolt::ZanAutoSizeRow> rows;
+  if (!sizing.init(servingCode(run)) || !sizing.size(fromUtf8(options.type), *fla, rows))
+    throw BadInput(run.database().string() + ": its component tables cannot be read");
+  OutputTable table;
+  table.columns = {{"code", "Code"},       {"description", "Description"},
+                   {"formula", "Formula"}, {"value", "Value (A)", ColumnKind::number},
+                   {"rating", "Rating"},   {"default", "Catalogue choice"}};
+  bool isKnown = false;
+  for (const brenvolt::ZanAutoSizeRow& row : rows) {
+    isKnown = isKnown || !row.expression.empty();
+    table.rows.push_back(
+        {row.code, row.description, row.expression, brenvolt::formatTrimmed(row.value), row.rating,
+         row.defaultPart});
+  }
+  if (!isKnown)
+    throw BadInput(
+        run.database().string() + ", table " + toUtf8(sizing.calculationTable()) +
+        ": has no row with Type = " + options.type);
+  printOut(formatTable(table, options.output.form()));
+  return ExitCode::done;
+}
+
+} // namespace
+
+Command setUpComponents(CLI::App& command) {
+  auto options = std::make_shared<ComponentsOptions>();
+  options->site.addSiteTo(command);
+  options->site.addStandardTo(command);
+  command.add_option("--type", options->type, "Motor type, as in the motor table")
+      ->required()
+      ->type_name("TEXT");
+  command.add_option("--fla", options->fla, "Full-load current in amperes")->required()->type_name("A");
+  options->output.addTo(command);
+  return [options] { return runComponents(*options); };
+}
+
+} // namespace simhost

@@ -1,0 +1,63 @@
+// Setting up a host for the services on engineering tables.
+#include "simhost/cli/engineering_run.h"
+
+#include "simhost/cli/site_database.h"
+#include "simhost/host/errors.h"
+#include "text/encoding.h"
+
+#include <CLI/CLI.hpp>
+
+#include <algorithm>
+#include <cctype>
+#include <utility>
+
+namespace simhost {
+
+using brenvolt::fromUtf8;
+using brenvolt::toUtf8;
+
+namespace {
+
+constexpr std::wstring_view codeStandardSymbol = L"GBL_qn_electcodestd";
+
+SessionOptions optionsOf(const std::string& site) {
+  SessionOptions options;
+  options.siteFolder = site;
+  return options;
+}
+
+std::wstring checkedCode(const std::string& code) {
+  const bool isWord = !code.empty() && std::all_of(code.begin(), code.end(), [](unsigned char c) {
+    return std::isalnum(c) || c == '-' || c == '.' || c == ' ';
+  });
+  if (!isWord) throw BadInput("--standard-code: \"" + code + "\" is no code standard");
+  return fromUtf8(code);
+}
+
+} // namespace
+
+void SiteOptions::addSiteTo(CLI::App& command) {
+  command.add_option("--site", site, "Folder of the site, with its tables")->required()->type_name("DIR");
+}
+
+void SiteOptions::addStandardTo(CLI::App& command) {
+  command.add_option("--standard-code", standardCode, "Code standard; " + standardCode + " without it")
+      ->type_name("CODE");
+}
+
+void openDatabase(brenvolt::ZanOleDbConnection& connection, const std::string& file, DatabaseUse use) {
+  const std::wstring init = brenvolt::ZanOleDbHelper::FormatConnectString(
+      fromUtf8(file), L"", use == DatabaseUse::read ? L"Mode=Read" : L"");
+  if (connection.OpenFromInitializationString(init, false, true) < 0)
+    throw BadInput(toUtf8(connection.ErrorInfo().GetErrorInfo(false)));
+}
+
+EngineeringRun::EngineeringRun(const std::string& site, const std::string& standardCode)
+    : database_(siteDatabase(site)), standardCode_(checkedCode(standardCode)) {
+  session_ = std::make_unique<Session>(optionsOf(site), windows_);
+  Document& document = session_->openDocument({}, std::make_unique<DrawingDatabase>());
+  document.interpreter().setValue(codeStandardSymbol, lisp::Value::string(standardCode_));
+  openDatabase(connection_, database_.string(), DatabaseUse::read);
+}
+
+} // namespace simhost

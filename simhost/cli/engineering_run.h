@@ -1,0 +1,52 @@
+// What the subcommands on engineering tables share: a host without the plug-in, whose LISP knows the code standard, and
+// a connection to the site's database.
+#pragma once
+
+#include "platform/tables.h"
+#include "simhost/host/session.h"
+#include "simhost/ui/scripted_windows.h"
+
+#include <filesystem>
+#include <memory>
+#include <string>
+#include <string_view>
+
+namespace CLI {
+class App;
+}
+
+namespace simhost {
+
+/// The code standard that the tool assumes.
+inline constexpr const char* assumedStandard = "NEC";
+
+struct SiteOptions {
+  std::string site;
+  std::string standardCode = assumedStandard;
+
+  void addSiteTo(CLI::App& command);
+  void addStandardTo(CLI::App& command);
+};
+
+/// Opens a database for reading only, or for writing too. Throws BadInput.
+enum class DatabaseUse { read, readAndWrite };
+void openDatabase(brenvolt::ZanOleDbConnection& connection, const std::string& file, DatabaseUse use);
+
+class EngineeringRun final {
+public:
+  /// Throws BadInput for a site or a code standard that cannot be used.
+  EngineeringRun(const std::string& site, const std::string& standardCode);
+
+  [[nodiscard]] brenvolt::ZanOleDbConnection& connection() { return connection_; }
+  [[nodiscard]] const std::filesystem::path& database() const { return database_; }
+  [[nodiscard]] const std::wstring& standardCode() const { return standardCode_; }
+
+private:
+  ScriptedWindows windows_;
+  std::unique_ptr<Session> session_;
+  std::filesystem::path database_;
+  std::wstring standardCode_;
+  brenvolt::ZanOleDbConnection connection_;
+};
+
+} // namespace simhost

@@ -1,0 +1,50 @@
+// `brenvolt expr`: a formula as the engineering tables hold it, worked out for one value.
+#include "expr/expr_evaluator.h"
+#include "simhost/cli/plain_number.h"
+#include "simhost/cli/subcommand.h"
+#include "simhost/cli/table_output.h"
+#include "simhost/host/errors.h"
+#include "text/encoding.h"
+#include "text/numbers.h"
+
+#include <CLI/CLI.hpp>
+
+#include <cmath>
+#include <memory>
+
+namespace simhost {
+
+namespace {
+
+struct ExprOptions {
+  std::string text;
+  std::string variable = "0";
+};
+
+ExitCode runExpr(const ExprOptions& options) {
+  const std::optional<double> variable = plainNumber(brenvolt::fromUtf8(options.variable));
+  if (!variable) throw BadInput("\"" + options.variable + "\" is no number");
+  double value = 0.0;
+  try {
+    value = brenvolt::ZanExprEvaluator().Evaluate(brenvolt::fromUtf8(options.text), *variable);
+  } catch (const brenvolt::IllegalExprException&) {
+    throw BadInput("\"" + options.text + "\" is no expression");
+  }
+  if (!std::isfinite(value)) throw BadInput("\"" + options.text + "\" has no finite value");
+  printOut(brenvolt::toUtf8(brenvolt::formatShortest(value)) + "\n");
+  return ExitCode::done;
+}
+
+} // namespace
+
+Command setUpExpr(CLI::App& command) {
+  auto options = std::make_shared<ExprOptions>();
+  command.add_option("TEXT", options->text, "The formula, with the variable \"i\"")
+      ->required()
+      ->type_name("");
+  command.add_option("I", options->variable, "The value of \"i\", 0 without it")->type_name("");
+  command.footer("Put -- ahead of a formula that begins with a minus sign.");
+  return [options] { return runExpr(*options); };
+}
+
+} // namespace simhost

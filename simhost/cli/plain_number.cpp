@@ -1,0 +1,38 @@
+// Strict reading of typed numbers.
+#include "simhost/cli/plain_number.h"
+
+#include "text/numbers.h"
+#include "text/split.h"
+
+namespace simhost {
+
+namespace {
+
+constexpr std::wstring_view digits = L"0123456789";
+constexpr std::size_t mostDigitsOfInteger = 9;
+
+std::wstring_view withoutSign(std::wstring_view text) {
+  if (text.starts_with(L'-') || text.starts_with(L'+')) text.remove_prefix(1);
+  return text;
+}
+
+} // namespace
+
+std::optional<double> plainNumber(std::wstring_view text) {
+  text = brenvolt::trimView(text);
+  const std::wstring_view number = withoutSign(text);
+  if (number.find_first_not_of(L"0123456789.") != std::wstring_view::npos) return std::nullopt;
+  if (number.find_first_of(digits) == std::wstring_view::npos) return std::nullopt;
+  if (number.find(L'.') != number.rfind(L'.')) return std::nullopt;
+  return brenvolt::toDouble(text);
+}
+
+std::optional<int> plainInteger(std::wstring_view text) {
+  text = brenvolt::trimView(text);
+  const std::wstring_view number = withoutSign(text);
+  if (number.empty() || number.size() > mostDigitsOfInteger) return std::nullopt;
+  if (number.find_first_not_of(digits) != std::wstring_view::npos) return std::nullopt;
+  return brenvolt::toInt(text);
+}
+
+} // namespace simhost

@@ -1,0 +1,124 @@
+// `brenvolt motors` and `brenvolt loads`: the rows of the motor and the load table, with a filter for each column.
+#include "data/rating_tables.h"
+#include "simhost/cli/engineering_run.h"
+#include "simhost/cli/subcommand.h"
+#include "simhost/cli/table_output.h"
+#include "simhost/host/errors.h"
+#include "text/encoding.h"
+
+#include <CLI/CLI.hpp>
+
+#include <memory>
+
+namespace simhost {
+
+using brenvolt::RatingRecord;
+using brenvolt::RatingTable;
+using brenvolt::RatingTableService;
+using brenvolt::toUtf8;
+
+namespace {
+
+/// A column of a rating table as the tool names it; the option's value is the filter.
+struct RatingField {
+  std::size_t column;
+  const char* name;
+  ColumnKind kind;
+};
+
+constexpr ColumnKind text = ColumnKind::text;
+constexpr ColumnKind number = ColumnKind::number;
+
+constexpr RatingField motorFields[] = {
+    {brenvolt::motorcolumn::id, "id", number},
+    {brenvolt::motorcolumn::type, "type", text},
+    {brenvolt::motorcolumn::load, "load", number},
+    {brenvolt::motorcolumn::units, "units", text},
+    {brenvolt::motorcolumn::voltage, "voltage", number},
+    {brenvolt::motorcolumn::phase, "phase", number},
+    {brenvolt::motorcolumn::frequency, "frequency", number},
+    {brenvolt::motorcolumn::speed, "speed", number},
+    {brenvolt::motorcolumn::fla, "fla", number},
+    {brenvolt::motorcolumn::description, "description", text},
+};
+
+constexpr RatingField loadFields[] = {
+    {brenvolt::loadcolumn::id, "id", number},
+    {brenvolt::loadcolumn::type, "type", text},
+    {brenvolt::loadcolumn::phase, "phase", number},
+    {brenvolt::loadcolumn::voltage, "voltage", number},
+    {brenvolt::loadcolumn::load, "load", number},
+    {brenvolt::loadcolumn::units, "units", text},
+    {brenvolt::loadcolumn::fla, "fla", number},
+    {brenvolt::loadcolumn::frequency, "frequency", number},
+    {brenvolt::loadcolumn::description, "description", text},
+};
+
+struct RatingOptions {
+  SiteOptions site;
+  OutputOptions output;
+  std::array<std::string, brenvolt::ratingColumnLimit> filters; ///< by column; empty lets every row pass
+};
+
+ExitCode runRatings(
+    const RatingOptions& options, const RatingTable& description, std::span<const RatingField> fields) {
+  EngineeringRun run(options.site.site, options.site.standardCode);
+  const RatingTableService service(description, &run.connection());
+  if (service.TableName().empty()) {
+    const std::wstring wanted = brenvolt::ZanDbReaderUtils::ComposeTableName(
+        brenvolt::ZanDbReaderUtils::TableBaseName(description.kind), {}, {}, run.standardCode());
+    throw BadInput(run.database().string() + ": has no table " + toUtf8(wanted));
+  }
+  brenvolt::ZanTableFilter filter;
+  OutputTable table;
+  for (const RatingField& field : fields) {
+    const std::wstring value = brenvolt::fromUtf8(options.filters[field.column]);
+    filter.active[field.column] = !value.empty();
+    filter.values[field.column] = value;
+    filter.selected[field.column] = true;
+    table.columns.push_back({field.name, toUtf8(description.columns[field.column]), field.kind});
+    if (!service.columnNames().contains(field.column))
+      throw BadInput(
+          run.database().string() + ", table " + toUtf8(service.TableName()) + ": has no column " +
+          toUtf8(description.columns[field.column]));
+    if (value.find(L'\'') != std::wstring::npos)
+      throw BadInput(std::string("--") + field.name + ": a value cannot hold a single quote");
+  }
+  std::vector<RatingRecord> records;
+  if (!service.Query(filter, records))
+    throw BadInput(run.database().string() + ", table " + toUtf8(service.TableName()) + ": cannot be read");
+  for (const RatingRecord& record : records) {
+    std::vector<OutputCell>& row = table.rows.emplace_back();
+    for (const RatingField& field : fields)
+      row.push_back(record[field.column]);
+  }
+  printOut(formatTable(table, options.output.form()));
+  return ExitCode::done;
+}
+
+Command setUpRatings(CLI::App& command, const RatingTable& description, std::span<const RatingField> fields) {
+  auto options = std::make_shared<RatingOptions>();
+  options->site.addSiteTo(command);
+  options->site.addStandardTo(command);
+  for (const RatingField& field : fields) {
+    command
+        .add_option(
+            std::string("--") + field.name, options->filters[field.column],
+            "Only rows whose column " + toUtf8(description.columns[field.column]) + " is this")
+        ->type_name("TEXT");
+  }
+  options->output.addTo(command);
+  return [options, &description, fields] { return runRatings(*options, description, fields); };
+}
+
+} // namespace
+
+Command setUpMotors(CLI::App& command) {
+  return setUpRatings(command, brenvolt::motorTable(), motorFields);
+}
+
+Command setUpLoads(CLI::App& command) {
+  return setUpRatings(command, brenvolt::loadTable(), loadFields);
+}
+
+} // namespace simhost

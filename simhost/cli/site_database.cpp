@@ -1,0 +1,118 @@
+// Finding and building of a site's database.
+#include "simhost/cli/site_database.h"
+
+#include "platform/table_import.h"
+#include "simhost/host/errors.h"
+#include "text/encoding.h"
+
+#include <unistd.h>
+
+#include <algorithm>
+#include <cstdint>
+#include <cstdlib>
+#include <optional>
+#include <string>
+#include <system_error>
+#include <vector>
+
+namespace simhost {
+
+namespace fs = std::filesystem;
+using brenvolt::fromUtf8;
+using brenvolt::toUtf8;
+
+namespace {
+
+constexpr const char* databaseName = "engineering.db";
+
+std::string environmentText(const char* name) {
+  const char* text = std::getenv(name);
+  return text == nullptr ? std::string() : std::string(text);
+}
+
+fs::path cacheFolder() {
+  if (const std::string folder = environmentText("XDG_CACHE_HOME"); !folder.empty()) return folder;
+  if (const std::string home = environmentText("HOME"); !home.empty()) return fs::path(home) / ".cache";
+  return fs::temp_directory_path();
+}
+
+/// FNV-1a: tells two sites of the same name apart, the same in every run.
+std::string fingerprint(const std::string& text) {
+  std::uint64_t hash = 14695981039346656037u;
+  for (const char c : text)
+    hash = (hash ^ static_cast<unsigned char>(c)) * 1099511628211u;
+  std::string digits;
+  for (int shift = 60; shift >= 0; shift -= 4)
+    digits += "0123456789abcdef"[(hash >> shift) & 15u];
+  return digits;
+}
+
+fs::path builtDatabase(const fs::path& site) {
+  if (const std::string file = environmentText("BRENVOLT_DB"); !file.empty()) return file;
+  const fs::path whole = fs::weakly_canonical(site);
+  const std::string folder = whole.filename().string() + "-" + fingerprint(whole.string());
+  return cacheFolder() / "brenvolt" / folder / databaseName;
+}
+
+/// When the youngest table, or the list of the tables, was changed; nothing without a table.
+std::optional<fs::file_time_type> lastChange(const fs::path& tables) {
+  std::error_code error;
+  std::optional<fs::file_time_type> youngest;
+  for (const fs::directory_entry& entry : fs::directory_iterator(tables, error)) {
+    if (entry.path().extension() != ".csv") continue;
+    const fs::file_time_type time = entry.last_write_time(error);
+    if (!youngest || time > *youngest) youngest = time;
+  }
+  if (!youngest) return std::nullopt;
+  return std::max(*youngest, fs::last_write_time(tables, error));
+}
+
+std::string joined(const std::vector<std::wstring>& lines) {
+  std::string text;
+  for (const std::wstring& line : lines)
+    text.append(text.empty() ? "" : "\n").append(toUtf8(line));
+  return text;
+}
+
+void build(const fs::path& tables, const fs::path& database) {
+  std::error_code error;
+  fs::create_directories(database.parent_path(), error);
+  if (error) throw CannotWrite(database.parent_path().string() + ": " + error.message());
+  // A name of its own for each process; the last one to finish stays, and all have built the same.
+  const fs::path beside = database.string() + "." + std::to_string(::getpid());
+  fs::remove(beside, error);
+  const fs::file_time_type begin = fs::file_time_type::clock::now();
+  const brenvolt::ImportReport report =
+      brenvolt::importTables(fromUtf8(beside.string()), {fromUtf8(tables.string())});
+  if (!report.isDone()) {
+    fs::remove(beside, error);
+    throw BadInput(joined(report.errors));
+  }
+  // As old as the begin of the work: a table that is changed meanwhile makes it be built again.
+  fs::last_write_time(beside, begin, error);
+  // What belonged to the file that goes must not be taken for the new one's log.
+  for (const char* companion : {"-wal", "-shm"})
+    fs::remove(database.string() + companion, error);
+  fs::rename(beside, database, error);
+  if (!error) return;
+  const std::string reason = error.message();
+  fs::remove(beside, error);
+  throw CannotWrite(database.string() + ": " + reason);
+}
+
+} // namespace
+
+fs::path siteDatabase(const fs::path& site) {
+  std::error_code error;
+  if (!fs::is_directory(site, error)) throw BadInput(site.string() + ": is no folder of a site");
+  if (fs::exists(site / databaseName, error)) return site / databaseName;
+  const fs::path tables = site / "tables";
+  const std::optional<fs::file_time_type> change = lastChange(tables);
+  if (!change) throw BadInput(site.string() + ": has neither " + databaseName + " nor tables/*.csv");
+  const fs::path database = builtDatabase(site);
+  const bool isFresh = fs::exists(database, error) && fs::last_write_time(database, error) >= *change;
+  if (!isFresh) build(tables, database);
+  return database;
+}
+
+} // namespace simhost

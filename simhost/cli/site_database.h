@@ -1,0 +1,16 @@
+// The database of a site's engineering tables: kept by the site itself, or built from its tables into the user's cache.
+#pragma once
+
+#include <filesystem>
+
+namespace simhost {
+
+/// The file with the tables of the site in `site`:
+/// - `engineering.db` of that folder, where it stands: a site that edits its tables by dialog keeps one;
+/// - else one built from `tables/*.csv` of that folder, anew whenever a table is younger than it. It lies where the
+///   environment's BRENVOLT_DB says, else in the user's cache, a folder for each site.
+/// It is built beside itself and renamed, so that several processes may ask at once. Throws BadInput for a folder
+/// without tables or a table that cannot be read, naming file and place, and CannotWrite.
+[[nodiscard]] std::filesystem::path siteDatabase(const std::filesystem::path& site);
+
+} // namespace simhost

@@ -1,0 +1,53 @@
+// The answers of the tool as tables: for a person in aligned columns, for a spreadsheet as CSV, for a program as JSON.
+#pragma once
+
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace CLI {
+class App;
+}
+
+namespace simhost {
+
+enum class OutputForm { text, csv, json };
+
+/// The options --csv and --json of a subcommand, of which at most one may stand.
+struct OutputOptions {
+  bool isCsv = false;
+  bool isJson = false;
+
+  void addTo(CLI::App& command);
+  [[nodiscard]] OutputForm form() const;
+};
+
+enum class ColumnKind {
+  text,
+  number ///< right-aligned, and a number in JSON where the cell is one
+};
+
+struct OutputColumn {
+  std::string key;   ///< in CSV and JSON
+  std::string title; ///< for a person
+  ColumnKind kind = ColumnKind::text;
+};
+
+/// A cell without a value is NULL: empty in text and CSV, null in JSON.
+using OutputCell = std::optional<std::wstring>;
+
+struct OutputTable {
+  std::vector<OutputColumn> columns;
+  std::vector<std::vector<OutputCell>> rows;
+};
+
+/// The table with a line feed at the end of each line. A table without columns is empty.
+[[nodiscard]] std::string formatTable(const OutputTable& table, OutputForm form);
+
+/// The rows as a JSON array of objects, to stand inside a larger document.
+[[nodiscard]] std::string jsonRows(const OutputTable& table);
+
+/// Writes to standard output.
+void printOut(const std::string& text);
+
+} // namespace simhost

@@ -1,0 +1,140 @@
+// Reading a list of circuits, sizing them and writing the result beside what was read.
+#include "simhost/cli/wire_batch.h"
+
+#include "simhost/cli/csv_text.h"
+#include "simhost/host/errors.h"
+#include "simhost/host/files.h"
+#include "text/encoding.h"
+#include "text/split.h"
+
+#include <algorithm>
+#include <array>
+#include <span>
+#include <utility>
+
+namespace simhost {
+
+using brenvolt::toUtf8;
+using brenvolt::WireCandidate;
+
+namespace {
+
+/// What is added to each circuit, from its proposed row.
+struct ResultColumn {
+  const char* name;
+  std::wstring WireCandidate::*cell;
+};
+constexpr std::array<ResultColumn, 9> resultColumns = {{
+    {"size", &WireCandidate::size},
+    {"count", &WireCandidate::count},
+    {"fill-range", &WireCandidate::fillRange},
+    {"ampacity", &WireCandidate::ampacity},
+    {"load-percent", &WireCandidate::loadPercent},
+    {"drop", &WireCandidate::drop},
+    {"drop-percent", &WireCandidate::dropPercent},
+    {"loss", &WireCandidate::loss},
+    {"yearly-cost", &WireCandidate::yearlyCost},
+}};
+constexpr const char* groundColumn = "ground";
+
+class WireList final {
+public:
+  WireList(std::string file, const WireTexts& common) : file_(std::move(file)), common_(common) {
+    const std::optional<std::string> text = readFile(file_);
+    if (!text) throw BadInput(file_ + ": cannot be read");
+    if (!brenvolt::fromUtf8Strict(*text)) throw BadInput(file_ + ": is no UTF-8");
+    records_ = parseCsv(*text);
+    if (records_.empty())
+      throw BadInput(file_ + ": is empty; a header with the names of the columns is needed");
+    readHeader();
+  }
+
+  std::string size(WireCatalogue& catalogue) {
+    std::string result = csvLine(resultHeader());
+    for (const CsvRecord& record : std::span(records_).subspan(1))
+      sizeOne(catalogue, record, result);
+    throwFaults();
+    return result;
+  }
+
+private:
+  void readHeader() {
+    for (std::size_t column = 0; column < header().size(); ++column) {
+      const std::string name = toUtf8(brenvolt::trim(brenvolt::fromUtf8(header()[column])));
+      const auto field = std::find_if(wireFields.begin(), wireFields.end(), [&name](const WireFieldRow& row) {
+        return name == row.name;
+      });
+      if (field != wireFields.end()) columns_.emplace_back(column, field->field);
+      for (const ResultColumn& result : resultColumns)
+        if (name == result.name)
+          faults_.push_back(file_ + ", row 1: the column " + name + " is one of the result");
+    }
+    if (columns_.empty()) faults_.push_back(file_ + ", row 1: names no column of a circuit, such as fla");
+    throwFaults();
+  }
+
+  [[nodiscard]] const std::vector<std::string>& header() const { return records_.front().fields; }
+
+  [[nodiscard]] std::vector<std::string> resultHeader() const {
+    std::vector<std::string> names = header();
+    for (const ResultColumn& column : resultColumns)
+      names.emplace_back(column.name);
+    names.emplace_back(groundColumn);
+    return names;
+  }
+
+  void sizeOne(WireCatalogue& catalogue, const CsvRecord& record, std::string& result) {
+    const std::string place = file_ + ", row " + std::to_string(record.line);
+    if (record.fields.size() != header().size()) {
+      faults_.push_back(
+          place + ": has " + std::to_string(record.fields.size()) + " cells, the header has " +
+          std::to_string(header().size()));
+      return;
+    }
+    WireTexts texts = common_;
+    for (const auto& [column, field] : columns_) {
+      std::wstring cell = brenvolt::trim(brenvolt::fromUtf8(record.fields[column]));
+      if (!cell.empty()) texts[field] = std::move(cell);
+    }
+    std::vector<WireFault> faults;
+    const std::optional<WireRequest> request = catalogue.resolve(texts, faults);
+    for (const WireFault& fault : faults)
+      faults_.push_back(place + ", column " + wireField(fault.field).name + ": " + fault.reason);
+    // Once a cell is bad no result is written, and only further bad cells are of interest.
+    if (!request || !faults_.empty()) return;
+    result += csvLine(resultOf(record, *request, catalogue.lookUp(*request)));
+  }
+
+  static std::vector<std::string> resultOf(
+      const CsvRecord& record, const WireRequest& request, const brenvolt::WireLookupResult& lookup) {
+    std::vector<std::string> cells = record.fields;
+    const WireCandidate none;
+    const WireCandidate& row = lookup.proposed ? lookup.rows[*lookup.proposed] : none;
+    for (const ResultColumn& column : resultColumns)
+      cells.push_back(toUtf8(row.*column.cell));
+    cells.push_back(request.groundSizes.empty() ? std::string() : toUtf8(request.groundSizes.front()));
+    return cells;
+  }
+
+  void throwFaults() const {
+    if (faults_.empty()) return;
+    std::string message;
+    for (const std::string& fault : faults_)
+      message.append(message.empty() ? "" : "\n").append(fault);
+    throw BadInput(message);
+  }
+
+  std::string file_;
+  const WireTexts& common_;
+  std::vector<CsvRecord> records_;
+  std::vector<std::pair<std::size_t, WireField>> columns_; ///< place in the list and field
+  std::vector<std::string> faults_;
+};
+
+} // namespace
+
+std::string sizeWires(WireCatalogue& catalogue, const std::string& file, const WireTexts& common) {
+  return WireList(file, common).size(catalogue);
+}
+
+} // namespace simhost

@@ -1,0 +1,206 @@
+// `brenvolt wire`: the wire lookup without its dialog, for one circuit or a list of them.
+#include "simhost/cli/engineering_run.h"
+#include "simhost/cli/subcommand.h"
+#include "simhost/cli/table_output.h"
+#include "simhost/cli/wire_batch.h"
+#include "simhost/cli/wire_explain.h"
+#include "simhost/cli/wire_request.h"
+#include "simhost/host/errors.h"
+#include "simhost/host/files.h"
+#include "text/encoding.h"
+#include "text/numbers.h"
+#include "text/split.h"
+
+#include <CLI/CLI.hpp>
+#include <nlohmann/json.hpp>
+
+#include <array>
+#include <memory>
+
+namespace simhost {
+
+using brenvolt::fromUtf8;
+using brenvolt::toUtf8;
+using brenvolt::WireCandidate;
+using brenvolt::WireLookupResult;
+
+namespace {
+
+struct WireOptions {
+  SiteOptions site;
+  std::array<std::string, wireFieldCount> fields;
+  bool hidesUndersized = false;
+  bool isExplained = false;
+  std::string batch;
+  std::string out;
+  OutputOptions output;
+};
+
+/// A column of the answer; shown while a row can have it.
+struct CandidateColumn {
+  OutputColumn column;
+  std::wstring WireCandidate::*cell;
+  enum class When { always, parallel, drop, cost } when;
+};
+
+std::vector<CandidateColumn> candidateColumns() {
+  using enum CandidateColumn::When;
+  constexpr ColumnKind number = ColumnKind::number;
+  return {
+      {{"size", "Size"}, &WireCandidate::size, always},
+      {{"count", "Runs", number}, &WireCandidate::count, parallel},
+      {{"fillRange", "Fill"}, &WireCandidate::fillRange, parallel},
+      {{"ampacity", "Ampacity (A)", number}, &WireCandidate::ampacity, always},
+      {{"loadPercent", "Load (%)", number}, &WireCandidate::loadPercent, always},
+      {{"drop", "Drop (V)", number}, &WireCandidate::drop, drop},
+      {{"dropPercent", "Drop (%)", number}, &WireCandidate::dropPercent, drop},
+      {{"loss", "Loss (kW)", number}, &WireCandidate::loss, drop},
+      {{"yearlyCost", "Cost a year", number}, &WireCandidate::yearlyCost, cost},
+  };
+}
+
+WireTexts textsOf(const WireOptions& options) {
+  WireTexts texts;
+  for (std::size_t i = 0; i < wireFieldCount; ++i)
+    texts.texts[i] = brenvolt::trim(fromUtf8(options.fields[i]));
+  texts.hidesUndersized = options.hidesUndersized;
+  return texts;
+}
+
+OutputTable tableOf(const WireRequest& request, const WireLookupResult& result) {
+  const brenvolt::WireLookupInput& input = request.input;
+  const auto isPresent = [&input](CandidateColumn::When when) {
+    using enum CandidateColumn::When;
+    return when == always || (when == parallel && input.parallel) || (when == drop && input.drop) ||
+           (when == cost && input.cost);
+  };
+  OutputTable table;
+  table.columns = {{"proposed", ""}, {"overloaded", ""}};
+  std::vector<std::wstring WireCandidate::*> cells;
+  for (const CandidateColumn& column : candidateColumns()) {
+    if (!isPresent(column.when)) continue;
+    table.columns.push_back(column.column);
+    cells.push_back(column.cell);
+  }
+  for (std::size_t i = 0; i < result.rows.size(); ++i) {
+    std::vector<OutputCell>& row = table.rows.emplace_back();
+    row.emplace_back(result.proposed == i ? L"*" : L"");
+    row.emplace_back(result.rows[i].isOverloaded ? L"!" : L"");
+    for (const auto cell : cells)
+      row.emplace_back(result.rows[i].*cell);
+  }
+  return table;
+}
+
+/// What stands below the table of a person.
+std::string closingLines(const WireRequest& request, const WireLookupResult& result) {
+  std::wstring text = L"\n";
+  if (result.proposed) {
+    const WireCandidate& row = result.rows[*result.proposed];
+    text += L"* proposed: " + row.size + (row.count.empty() ? L"" : L" x " + row.count) + L"\n";
+  } else {
+    text += L"no size lies above the design current of " + brenvolt::formatTrimmed(request.input.total, 4) +
+            L" A\n";
+  }
+  text += L"! carries less than the design current\n";
+  text += L"grounding conductor: " +
+          (request.groundSizes.empty() ? std::wstring(L"none") : request.groundSizes.front()) + L"\n";
+  return toUtf8(text);
+}
+
+std::string jsonAnswer(
+    const WireRequest& request, const WireLookupResult& result,
+    const std::vector<ExplainedFigure>& explanation, bool isExplained) {
+  nlohmann::ordered_json answer;
+  nlohmann::ordered_json circuit = nlohmann::ordered_json::object();
+  for (const WireFieldRow& row : wireFields)
+    if (const WireValue& value = request[row.field]; !value.text.empty())
+      circuit[row.name] = {{"value", toUtf8(value.text)}, {"from", toUtf8(value.origin)}};
+  answer["circuit"] = std::move(circuit);
+  answer["designCurrent"] = request.input.total;
+  answer["deratingFactor"] = request.input.overallFactor;
+  answer["rows"] = nlohmann::ordered_json::parse(jsonRows(tableOf(request, result)));
+  answer["proposed"] =
+      result.proposed ? nlohmann::ordered_json(toUtf8(result.rows[*result.proposed].size)) : nullptr;
+  answer["grounding"] = nlohmann::ordered_json::array();
+  for (const std::wstring& size : request.groundSizes)
+    answer["grounding"].push_back(toUtf8(size));
+  if (isExplained) answer["explanation"] = nlohmann::ordered_json::parse(explanationJson(explanation));
+  return answer.dump(2) + '\n';
+}
+
+ExitCode runBatch(WireCatalogue& catalogue, const WireOptions& options) {
+  const std::string result = sizeWires(catalogue, options.batch, textsOf(options));
+  const std::string reason = replaceFile(options.out, result);
+  if (!reason.empty()) throw CannotWrite(reason);
+  return ExitCode::done;
+}
+
+ExitCode runCircuit(WireCatalogue& catalogue, const WireOptions& options) {
+  std::vector<WireFault> faults;
+  const std::optional<WireRequest> request = catalogue.resolve(textsOf(options), faults);
+  if (!request) {
+    std::string message;
+    for (const WireFault& fault : faults)
+      message.append(message.empty() ? "--" : "\n--")
+          .append(wireField(fault.field).name)
+          .append(": " + fault.reason);
+    throw BadInput(message);
+  }
+  const WireLookupResult result = catalogue.lookUp(*request);
+  std::vector<ExplainedFigure> explanation;
+  if (options.isExplained && result.proposed)
+    explanation = explainWire(
+        *request, result, *result.proposed, catalogue.facts(*request, result.rows[*result.proposed].size));
+  const OutputForm form = options.output.form();
+  if (form == OutputForm::json) {
+    printOut(jsonAnswer(*request, result, explanation, options.isExplained));
+    return ExitCode::done;
+  }
+  printOut(formatTable(tableOf(*request, result), form));
+  if (form == OutputForm::text) printOut(closingLines(*request, result) + explanationText(explanation));
+  return ExitCode::done;
+}
+
+ExitCode runWire(const WireOptions& options) {
+  EngineeringRun run(options.site.site, options.site.standardCode);
+  WireCatalogue catalogue(run.connection());
+  return options.batch.empty() ? runCircuit(catalogue, options) : runBatch(catalogue, options);
+}
+
+} // namespace
+
+Command setUpWire(CLI::App& command) {
+  auto options = std::make_shared<WireOptions>();
+  options->site.addSiteTo(command);
+  for (const WireFieldRow& row : wireFields) {
+    const std::string preset = row.option.empty() ? "" : " [" + toUtf8(row.option) + "]";
+    command
+        .add_option(
+            std::string("--") + row.name, options->fields[static_cast<std::size_t>(row.field)],
+            row.help + preset)
+        ->type_name(row.typeName);
+  }
+  command.add_flag(
+      "--hide-undersized", options->hidesUndersized,
+      "Leave out sizes at or above 100 % load, not only above 300 %");
+  options->output.addTo(command);
+  CLI::Option* explain = command.add_flag(
+      "--explain", options->isExplained, "Show how each figure of the proposed size comes about");
+  explain->excludes(command.get_option("--csv"));
+  CLI::Option* batch =
+      command.add_option("--batch", options->batch, "List of circuits: a column for each option")
+          ->type_name("LIST.csv")
+          ->excludes(explain);
+  CLI::Option* out = command.add_option("--out", options->out, "The list with the proposed sizes")
+                         ->type_name("RESULT.csv")
+                         ->needs(batch);
+  batch->needs(out);
+  command.footer("Needed are --fla, --voltage and --phase. A word in brackets is the setting of the option "
+                 "table that serves "
+                 "where nothing is given. With --batch the other options hold for every circuit that leaves "
+                 "its cell empty.");
+  return [options] { return runWire(*options); };
+}
+
+} // namespace simhost

@@ -1,0 +1,87 @@
+// The rules of typed fields.
+#include "simhost/cli/wire_fields.h"
+
+#include "simhost/cli/plain_number.h"
+#include "text/compare.h"
+#include "text/encoding.h"
+#include "text/numbers.h"
+
+namespace simhost {
+
+namespace {
+
+bool isAbove0(std::wstring_view text) {
+  return brenvolt::isGiven(plainNumber(text).value_or(0.0));
+}
+
+bool isFraction(std::wstring_view text) {
+  return isAbove0(text) && *plainNumber(text) <= 1.0;
+}
+
+bool isOff(std::wstring_view text) {
+  return brenvolt::equalsOrdinalNoCase(text, offText);
+}
+
+std::wstring_view without(std::wstring_view text, std::wstring_view ending) {
+  if (text.size() >= ending.size() &&
+      brenvolt::equalsOrdinalNoCase(text.substr(text.size() - ending.size()), ending))
+    text.remove_suffix(ending.size());
+  return text;
+}
+
+bool keeps(WireFieldRule rule, std::wstring_view text) {
+  switch (rule) {
+  case WireFieldRule::name:
+    return text.find_first_of(L"'[]") == std::wstring_view::npos;
+  case WireFieldRule::positive:
+    return isAbove0(text);
+  case WireFieldRule::notNegative:
+    return plainNumber(text).value_or(-1.0) >= 0.0;
+  case WireFieldRule::fraction:
+    return isFraction(text);
+  case WireFieldRule::fractionOrOff:
+    return isOff(text) || isFraction(text);
+  case WireFieldRule::percentOrOff:
+    return isOff(text) || isAbove0(without(text, L"%"));
+  case WireFieldRule::phase:
+    return text == L"1" || text == L"3";
+  case WireFieldRule::degrees:
+    return plainInteger(without(text, L"C")).has_value();
+  case WireFieldRule::count:
+    return plainInteger(text).value_or(0) > 0;
+  }
+  return false;
+}
+
+const char* expectation(WireFieldRule rule) {
+  switch (rule) {
+  case WireFieldRule::name:
+    return "must hold no quote and no bracket";
+  case WireFieldRule::positive:
+    return "must be a number above 0";
+  case WireFieldRule::notNegative:
+    return "must be a number that is not negative";
+  case WireFieldRule::fraction:
+    return "must be a number above 0 and at most 1";
+  case WireFieldRule::fractionOrOff:
+    return "must be a number above 0 and at most 1, or off";
+  case WireFieldRule::percentOrOff:
+    return "must be a number above 0, or off";
+  case WireFieldRule::phase:
+    return "must be 1 or 3";
+  case WireFieldRule::degrees:
+    return "must be whole degrees, as 40C";
+  case WireFieldRule::count:
+    return "must be a whole number above 0";
+  }
+  return "";
+}
+
+} // namespace
+
+std::optional<std::string> wireTextFault(WireFieldRule rule, std::wstring_view text) {
+  if (keeps(rule, text)) return std::nullopt;
+  return "\"" + brenvolt::toUtf8(text) + "\" " + expectation(rule);
+}
+
+} // namespace simhost
