@@ -1,0 +1,132 @@
+// Motors, loads and protective components: rows read and edited, columns found by name, ratings chosen by step.
+#include "table_fixture.h"
+
+#include "data/component_sizing.h"
+#include "data/rating_tables.h"
+
+using namespace brenvolt;
+
+namespace {
+
+/// Columns in another order and case, and one that nobody knows.
+constexpr const char* motors =
+    "ID,type,Phase,Voltage (V),Speed (RPM),Load,Units,FLA (A),Frequency (HZ),Description,Maker\n"
+    "1,Induction,3,460,1800,40,HP,52,60,forty,A\n2,Induction,3,230,1800,40,HP,104,60,low,B\n"
+    "3,Synchronous,1,460,3600,5,HP,,60,,C\n";
+constexpr const char* loads = "ID,Type,Phase,Voltage (V),Load,Units,FLA (A),Frequency "
+                              "(HZ),Description\n1,Heater,1,240,5,kW,20.8,60,warm\n";
+
+ZanTableFilter selecting(std::initializer_list<std::size_t> columns) {
+  ZanTableFilter filter;
+  for (const std::size_t column : columns)
+    filter.selected[column] = true;
+  return filter;
+}
+
+void keep(ZanTableFilter& filter, std::size_t column, const wchar_t* value) {
+  filter.active[column] = true;
+  filter.values[column] = value;
+}
+
+/// All columns of the row of an id, in column order.
+std::string rowOf(const RatingTableService& service, const wchar_t* id) {
+  ZanTableFilter filter;
+  filter.selected.fill(true);
+  keep(filter, 0, id);
+  std::vector<RatingRecord> records;
+  if (!service.Query(filter, records) || records.size() != 1) return "no row";
+  return joinedTexts({records[0].fields.begin(), records[0].fields.end()});
+}
+
+} // namespace
+
+TEST_CASE("motors are filtered by the columns that are active, and read in the columns that are selected") {
+  TableFixture tables(TableTexts{{"MOTOR_NEC", motors}});
+  const ZanDlgMotorSelectDbService service(tables.connection());
+  CHECK(service.columnNames().at(motorcolumn::type) == L"type");
+  CHECK(service.columnNames().size() == 10);
+  std::vector<RatingRecord> records;
+  ZanTableFilter filter = selecting({motorcolumn::fla, motorcolumn::load});
+  keep(filter, motorcolumn::voltage, L"460");
+  keep(filter, motorcolumn::type, L"INDUCTION"); // text without case
+  REQUIRE(service.Query(filter, records));
+  REQUIRE(records.size() == 1);
+  CHECK(records[0][motorcolumn::fla] == L"52");
+  CHECK(records[0][motorcolumn::type].empty()); // not selected
+
+  keep(filter, motorcolumn::type, L"Ind'uction");
+  CHECK_FALSE(service.Query(filter, records));
+  CHECK(records.size() == 1);                            // as it was
+  CHECK_FALSE(service.Query(ZanTableFilter(), records)); // nothing selected is no statement
+  std::vector<std::wstring> values;
+  CHECK(service.ListColumnValues(motorcolumn::voltage, values));
+  CHECK(joinedTexts(values) == "230|460");
+}
+
+TEST_CASE("a saved motor takes hidden columns from their filters, and the list shifts over them") {
+  TableFixture tables(TableTexts{{"MOTOR_NEC", motors}});
+  const ZanDlgMotorSelectDbService service(tables.connection());
+  ZanTableFilter filter;
+  keep(filter, motorcolumn::voltage, L"575");
+  const auto& hidden = service.description().filterColumns;
+  // Type, Load, Units, Phase, Frequency, Speed, FLA, Description: Voltage is not in the grid.
+  REQUIRE(service.Save(0, {L"New", L"7", L"HP", L"3", L"60", L"1200", L"9", L"it's"}, filter, hidden));
+  CHECK(rowOf(service, L"4") == "4|New|7|HP|575|3|60|1200|9|it's");
+  REQUIRE(service.Save(4, {L"Newer", L"8", L"HP", L"3", L"50", L"1500", L"10", L"x"}, filter, hidden));
+  CHECK(rowOf(service, L"4") == "4|Newer|8|HP|575|3|50|1500|10|x");
+  CHECK_FALSE(service.Save(4, {}, filter, hidden));
+}
+
+TEST_CASE("a load's voltage shifts over the phase, which stands ahead of it") {
+  TableFixture tables(TableTexts{{"FEED_NEC", loads}});
+  const ZanDlgPowerFeedDbService service(tables.connection());
+  ZanTableFilter filter;
+  keep(filter, loadcolumn::phase, L"3");
+  REQUIRE(service.Save(
+      1, {L"Oven", L"208", L"6", L"kW", L"17", L"60", L"hot"}, filter, service.description().filterColumns));
+  CHECK(rowOf(service, L"1") == "1|Oven|3|208|6|kW|17|60|hot|");
+}
+
+TEST_CASE("a table without a wanted column, and no table at all, give no rows") {
+  TableFixture tables(TableTexts{{"MOTOR_NEC", "ID,Type\n1,Induction\n"}});
+  const ZanDlgMotorSelectDbService service(tables.connection());
+  std::vector<RatingRecord> records;
+  CHECK(service.Query(selecting({motorcolumn::type}), records));
+  CHECK_FALSE(service.Query(selecting({motorcolumn::type, motorcolumn::speed}), records));
+  std::vector<std::wstring> values;
+  CHECK_FALSE(service.ListColumnValues(motorcolumn::speed, values));
+  const ZanDlgPowerFeedDbService missing(tables.connection());
+  CHECK(missing.TableName().empty());
+  CHECK_FALSE(missing.Query(selecting({loadcolumn::type}), records));
+}
+
+TEST_CASE("a component takes the first step at or above its value") {
+  TableFixture tables(TableTexts{
+      {"MOTOR_I_DESC_NEC", "CODE,Description\nCB,Breaker\nOL,Overload\nBAD,Broken\n"},
+      {"MOTOR_I_CALC_NEC", "Type,CB,OL,BAD\nInduction,i*2.5,i,abc\n"},
+      {"MOTOR_I_MAP_NEC", "CODE,MAX,RATING,DEFAULT\nCB,100,100A,P100\nCB,15,15A,P15\nCB,125,125A,P125\nOL,"
+                          "30,30A,Q30\nBAD,5,5A,R5\n"}});
+  ZanAutoSizeComponent sizing(tables.connection());
+  REQUIRE(sizing.init(L"NEC"));
+  struct Row {
+    double current;
+    const char* rating;
+  };
+  // 15 sorts ahead of 100; 40 x 2.5 is 100 exactly; within the tolerance; beyond the largest step.
+  for (const Row& row : {Row{5, "15A"}, {40, "100A"}, {40.000002, "100A"}, {40.1, "125A"}, {60, ""}}) {
+    CAPTURE(row.current);
+    std::vector<ZanAutoSizeRow> rows;
+    REQUIRE(sizing.size(L"Induction", row.current, rows));
+    REQUIRE(rows.size() == 3);
+    CHECK(toUtf8(rows[0].rating) == row.rating);
+    CHECK(rows[0].value == doctest::Approx(row.current * 2.5));
+    CHECK(rows[2].value == 0.0); // no expression: its component keeps 0, and the others go on
+    CHECK(rows[2].rating == L"5A");
+  }
+  std::vector<ZanAutoSizeRow> rows;
+  CHECK_FALSE(sizing.size(L"", 40, rows));
+  REQUIRE(sizing.size(L"Unknown", 40, rows));
+  CHECK(rows[0].rating == L"15A"); // a value of 0 takes the smallest step
+  REQUIRE(putRows(L"rows", rows));
+  CHECK(toUtf8(tables.host().eval(L"(car rows)")) == "(\"CB\" \"Breaker\" 0.0 \"15A\" \"P15\")");
+}

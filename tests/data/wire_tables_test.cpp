@@ -1,0 +1,239 @@
+// The wire tables as their reader sees them, good and bad, and what the lookup and a build make of them.
+#include "table_fixture.h"
+
+#include "data/auto_wire_size.h"
+#include "data/wire_lookup.h"
+#include "text/numbers.h"
+
+using namespace brenvolt;
+
+namespace {
+
+const WireTableSet copper = {L"CU", L"AWG", L"NEC"};
+
+/// 4 AWG has a cell, 2 AWG is interpolated, 1 AWG has no row, 3 AWG's cell has no semicolon.
+TableTexts wireTexts() {
+  return {
+      {"OPT_NEC",
+       "CODE,DEFAULT,LIST\nW_INSUL,THWN,\nT_AMBIENT,30C,\nC_LOAD,0.5,\nAMPG_MAX,i*2.5,\nV_DROP,3,\n"
+       "LEN_LIST,250,\nLEN_UNITS,FT,\n"},
+      {"AMP_CU_AWG_NEC", "SIZE,SIZE_DESC,60C,75C\n1,1 AWG,110,130\n4,4 AWG,70,85\n3,3 AWG,,100\n2,2 "
+                         "AWG,95,115\n12,12 AWG,20,\n"},
+      {"AMPG_AL_MM2_NEC", "SIZE_DESC,MAX\n10,40\n"},
+      {"INSUL_CU_AWG_NEC",
+       "ID,INSUL,INSUL_DESC,TEMP,25C,30C,35C\n1,TW,Plain,60C,1.08,,0.91\n2,THWN,Heat,75C,1.05,1.00,0.94\n"
+       "3,BARE,Nothing,75C,,,\n"},
+      {"XL&R_CU_AWG_NEC",
+       "SIZE,SIZE_DESC,PVC,STEEL\n4,4 AWG,0.157; 1.02,0.2;1\n3,3 AWG,0.154 0.82,\n2,2 AWG,,\n"},
+      {"XL&R_DESC_NEC", "CODE,DESCRIPTION\nPVC,Plastic\n,Lost\n"},
+      {"FILL_NEC", "MAX,FACTOR\n3,1.00\n6,0.80\n9,0.70\n"},
+      {"AMPG_CU_AWG_NEC", "SIZE_DESC,MAX\n8 AWG,100\n6 AWG,200\n4 AWG,\n"},
+  };
+}
+
+std::string sizesOf(const std::vector<ZanWireRow>& rows) {
+  std::vector<std::wstring> sizes;
+  for (const ZanWireRow& row : rows)
+    sizes.push_back(row.size + L"=" + formatShortest(row.ampacity));
+  return joinedTexts(sizes);
+}
+
+} // namespace
+
+TEST_CASE("lists come from the catalogue and the tables in their order") {
+  TableFixture tables(wireTexts());
+  ZanWireTableReader reader(tables.connection());
+  REQUIRE(reader.GetOptions());
+  std::vector<std::wstring> texts;
+  CHECK(reader.ListStandards(texts));
+  CHECK(joinedTexts(texts) == "MM2|AWG"); // in catalogue order, grounding tables included
+  CHECK(reader.ListMetals(L"awg", texts));
+  CHECK(joinedTexts(texts) == "CU"); // but not here
+  CHECK(reader.ListMetals(L"MM2", texts));
+  CHECK(texts.empty());
+  CHECK(reader.ListInsulations(copper, texts));
+  CHECK(joinedTexts(texts) == "Plain / 60C|Heat / 75C|Nothing / 75C");
+  CHECK(reader.ListRacewayColumns(copper, texts));
+  CHECK(joinedTexts(texts) == "PVC|STEEL");
+  std::map<std::wstring, std::wstring> raceways;
+  CHECK(reader.ListRaceways(L"NEC", raceways));
+  CHECK(raceways == std::map<std::wstring, std::wstring>{{L"PVC", L"Plastic"}});
+  FactorList fill;
+  CHECK(reader.ListFill(L"NEC", fill));
+  CHECK(joinedTexts(fill.ranges) == "1~3|4~6|>6");
+  CHECK(joinedTexts(fill.factors) == "1.0|0.8|0.7");
+  std::vector<ZanWireRow> rows;
+  CHECK(reader.ReadAmpacity(copper, L"75C", rows));
+  CHECK(sizesOf(rows) == "4 AWG=85|3 AWG=100|2 AWG=115|1 AWG=130"); // as numbers, without the empty cell
+}
+
+TEST_CASE("an ambient bracket without a factor leaves no gap") {
+  TableFixture tables(wireTexts());
+  ZanWireTableReader reader(tables.connection());
+  REQUIRE(reader.GetOptions());
+  FactorList ambient;
+  std::size_t index = 9;
+  CHECK(reader.ListAmbient(copper, L"Heat", ambient, index));
+  CHECK(joinedTexts(ambient.ranges) == "0~25C|26~30C|31~35C");
+  CHECK(joinedTexts(ambient.factors) == "1.05|1.0|0.94");
+  CHECK(index == 1); // 30C
+  CHECK(reader.ListAmbient(copper, L"Plain", ambient, index));
+  CHECK(joinedTexts(ambient.ranges) == "0~25C|26~35C");
+  CHECK(index == 1);
+  CHECK(reader.ListAmbient(copper, L"Nothing", ambient, index)); // four leading columns alone
+  CHECK(ambient.ranges.empty());
+  CHECK_FALSE(reader.ListAmbient(copper, L"Pla'in", ambient, index));
+}
+
+TEST_CASE("an impedance comes from its cell, from its neighbours, or not at all") {
+  TableFixture tables(wireTexts());
+  const ZanWireTableReader reader(tables.connection());
+  struct Row {
+    const wchar_t* size;
+    bool found;
+    double x;
+    double r;
+  };
+  const Row rows[] = {
+      {L"4 AWG", true, 0.157, 1.02}, // a blank behind the semicolon does no harm
+      {L"3 AWG", false, 0, 0},       // no semicolon
+      {L"2 AWG", false, 0, 0},       // its neighbour is the cell without semicolon
+      {L"1 AWG", false, 0, 0},       // not in the table
+      {L"9 AWG", false, 0, 0},       // unknown
+      {L"4' AWG", false, 0, 0},
+  };
+  for (const Row& row : rows) {
+    CAPTURE(toUtf8(row.size));
+    Impedance impedance{9, 9};
+    CHECK(
+        reader.ReadImpedance(L"XL&R_CU_AWG_NEC", L"AMP_CU_AWG_NEC", L"PVC", row.size, impedance) ==
+        row.found);
+    CHECK(impedance.x == row.x);
+    CHECK(impedance.r == row.r);
+  }
+  // 2 AWG in steel: 3 AWG has no cell there either, so 4 AWG is the one neighbour.
+  Impedance impedance;
+  ImpedanceSource source;
+  CHECK(reader.ReadImpedance(L"XL&R_CU_AWG_NEC", L"AMP_CU_AWG_NEC", L"STEEL", L"2 AWG", impedance, &source));
+  CHECK(impedance.r == 1.0);
+  CHECK(source.neighbours.upper->size == L"4");
+}
+
+TEST_CASE("sizes for parallel runs start at an integer limit") {
+  TableTexts texts = wireTexts();
+  texts["AMP_CU_AWG_NEC"] = "SIZE,SIZE_DESC,75C\n1,1 AWG,215.5\n2,2 AWG,215.2\n3,3 AWG,214.9\n";
+  TableFixture tables(texts);
+  const ZanWireTableReader reader(tables.connection());
+  std::vector<ZanWireRow> rows;
+  CHECK(reader.ListParallelSizes(copper, L"75C", L"1", rows, ZanWireTableReader::SizeText::key));
+  CHECK(sizesOf(rows) == "2=215.2|1=215.5");
+  CHECK_FALSE(reader.ListParallelSizes(copper, L"75C", L"7", rows, ZanWireTableReader::SizeText::key));
+  double amps = 5;
+  CHECK_FALSE(reader.ReadAmpacityAt(copper, L"75C", L"1 AWG", amps)); // by SIZE, not by what is shown
+  CHECK(amps == 0.0);
+}
+
+TEST_CASE("grounding follows the formula of the options") {
+  TableFixture tables(wireTexts());
+  const ZanWireTableReader reader(tables.connection());
+  std::vector<std::wstring> sizes;
+  CHECK(reader.ListGround(copper, L"i*2.5", L"40", sizes)); // 100 is not above 100
+  CHECK(joinedTexts(sizes) == "6 AWG");
+  CHECK(reader.ListGround(copper, L"", L"40", sizes)); // a blank formula is 1
+  CHECK(joinedTexts(sizes) == "8 AWG|6 AWG");
+  CHECK_FALSE(reader.ListGround(copper, L"abc", L"40", sizes));
+  CHECK(sizes.empty());
+}
+
+TEST_CASE("nothing is read without a connection, a table or a column") {
+  TableFixture tables(TableTexts{
+      {"OPT_NEC", "CODE,DEFAULT,LIST\n"}, {"AMP_CU_AWG_NEC", "SIZE,SIZE_DESC,75C\n4,4 AWG,some\n"}});
+  ZanOleDbConnection closed;
+  for (ZanOleDbConnection* connection :
+       {tables.connection(), &closed, static_cast<ZanOleDbConnection*>(nullptr)}) {
+    const ZanWireTableReader reader(connection);
+    std::vector<std::wstring> texts = {L"before"};
+    std::vector<ZanWireRow> rows;
+    FactorList fill;
+    CHECK_FALSE(reader.ListInsulations(copper, texts));
+    CHECK_FALSE(reader.ListFill(L"NEC", fill));
+    CHECK_FALSE(reader.ReadAmpacity(copper, L"90C", rows));
+    CHECK_FALSE(reader.ListRacewayColumns(copper, texts));
+    CHECK_FALSE(reader.ListGround(copper, L"1", L"1", texts));
+    CHECK(readWireFigures(reader, {copper, L"90C", L"PVC", L""}).sizes.empty());
+  }
+}
+
+TEST_CASE("a lookup fills all columns from the shown numbers, filters and proposes") {
+  TableFixture tables(wireTexts());
+  const ZanWireTableReader reader(tables.connection());
+  const WireTableFigures figures = readWireFigures(reader, {copper, L"75C", L"PVC", L""});
+  WireLookupInput input;
+  input.fla = 52;
+  input.total = shownCurrent(52 * 1.25);
+  input.overallFactor = 0.8;
+  input.voltage = 460;
+  input.phase = L"3";
+  input.drop = DropFields{250, L"FT", 0.85, L"3"};
+  input.cost = CostFields{0.08, L"$"};
+  WireLookupResult result = computeWires(figures, input);
+  REQUIRE(result.rows.size() == 4);
+  REQUIRE(result.proposed == 0);
+  // 85 x 0.8; 65 / 68; 1.732 x 250 x 0.0003048 x 52 x (1.02 x 0.85 + 0.157 x 0.526783); / 460;
+  // 1.732 x drop x 52 / 1000; x 24 x 365.25 x 0.08
+  CHECK(result.rows[0].ampacity == L"68");
+  CHECK(result.rows[0].loadPercent == L"95.59");
+  CHECK(result.rows[0].drop == L"6.52");
+  CHECK(result.rows[0].dropPercent == L"1.42");
+  CHECK(result.rows[0].loss == L"0.59");
+  CHECK(result.rows[0].yearlyCost == L"$ 413.76");
+  CHECK(result.rows[1].drop == L"-"); // a cell that is no impedance
+
+  input.drop->powerFactor = 1.1;
+  CHECK(computeWires(figures, input).rows[0].drop == L"-");
+  input.drop->powerFactor = 0.85;
+  input.voltage = 0;
+  CHECK(computeWires(figures, input).rows[0].dropPercent == L"-");
+  input.voltage = 460;
+  input.drop->limit = L"1%";
+  CHECK(computeWires(figures, input).rows[0].size == L"3 AWG"); // 1.42 % is filtered
+  // An odd phase counts as one phase, odd units as metres.
+  CHECK(isSinglePhaseText(L"2"));
+  CHECK(isMetresText(L"yards"));
+  CHECK_FALSE(isMetresText(L"ft"));
+}
+
+TEST_CASE("the sizing of a build takes the first size that carries, by its own rules") {
+  TableFixture tables(wireTexts());
+  ZanWireTableReader reader(tables.connection());
+  REQUIRE(reader.GetOptions());
+  ZanCircuitData data;
+  data.useContinuousLoad = false;                     // C_LOAD of 0.5 derates all the same
+  CHECK(autoWireSize(reader, data, 42.5) == L"4AWG"); // 85 x 0.5 is met exactly, which passes here
+  CHECK(autoWireSize(reader, data, 42.6) == L"3AWG");
+  CHECK(autoWireSize(reader, data, 900) == L"1AWG"); // the last row when none carries
+  data.useContinuousLoad = true;
+  data.continuousFactor = 0.0; // counts as 1
+  CHECK(autoWireSize(reader, data, 85) == L"4AWG");
+  data.useAmbient = true;
+  data.ambientFactor = 0.0; // does not
+  CHECK(autoWireSize(reader, data, 1) == L"1AWG");
+  data.useAmbient = false;
+
+  data.useVoltageDrop = true;
+  data.fla = 52;
+  data.phase = L"3";
+  data.voltage = L"2"; // 6.5 V on 2 V is above the limit's 3; sizes without an impedance drop nothing
+  CHECK(autoWireSize(reader, data, 50) == L"3AWG");
+  data.voltage = L"0"; // 6.5 / 0 does not pass, 0 / 0 does
+  CHECK(autoWireSize(reader, data, 50) == L"3AWG");
+  data.raceway = L"Plastic"; // as shown in the list: no such column, no drop
+  CHECK(autoWireSize(reader, data, 50) == L"4AWG");
+  data.temperature = L"90C";
+  CHECK(autoWireSize(reader, data, 50).empty());
+
+  ZanCircuitData motor;
+  motor.fla = 40;
+  motor.extraCurrent = 10;                         // takes no part
+  CHECK(autoDesignCurrent(reader, motor) == 50.0); // the options have no FLA_MULT
+}
