@@ -14,8 +14,8 @@ namespace brenvolt::tables {
 
 namespace {
 
-/// More than the different statements of one dialog; the oldest go.
-constexpr std::size_t keptStatements = 64;
+/// More than the different statements of one dialog: a wire lookup of 60 sizes has two a size. The oldest go.
+constexpr std::size_t keptStatements = 256;
 
 /// Switching the log needs the file alone for a moment. Where another process is at work the switch can wait for the
 /// next connection.
