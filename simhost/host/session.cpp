@@ -67,6 +67,7 @@ Session::Session(SessionOptions options, WindowSystem& windows)
       resources_(options_.resourceFolder, options_.language), functions_(*this), modules_(*this) {
   BRENVOLT_ASSERT(currentSlot() == nullptr, "two sessions of the host at once");
   currentSlot() = this;
+  windows_.setFormFolder(options_.resourceFolder / "forms");
   setWindowSystem(&windows_);
 }
 

@@ -3,9 +3,11 @@
 #pragma once
 
 #include <cstddef>
+#include <optional>
 #include <stdexcept>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 namespace simhost {
@@ -16,14 +18,58 @@ public:
   using std::runtime_error::runtime_error;
 };
 
+/// A column of a grid, by number or by the text of its header.
+struct ColumnChoice {
+  std::optional<int> number;
+  std::string title;
+
+  [[nodiscard]] bool isGiven() const { return number.has_value() || !title.empty(); }
+};
+
+/// A row of a grid, by number, by the text that stands first in it, or by the texts of some of its cells.
+struct RowChoice {
+  std::optional<int> number;
+  std::optional<std::string> label;
+  std::vector<std::pair<std::string, std::string>> cells; ///< header, text
+
+  [[nodiscard]] bool isGiven() const { return number || label || !cells.empty(); }
+};
+
+/// A tree item below the one before it: by its text, or by its place from 0.
+struct PathPart {
+  std::string text;
+  std::optional<int> place;
+};
+
+/// One thing that an "expect" compares.
+struct Expectation {
+  std::string what; ///< "text", "enabled", ...
+  std::string text;
+  std::vector<std::string> texts;
+  int number = 0;
+  bool isOn = false;
+};
+
 /// One thing that the user does: a verb with its subject, and a value where the verb takes one.
 struct AnswerAction {
-  std::string verb;    ///< "press", "tick", "set" or "pick"
-  std::string subject; ///< of "press": a number as text or a name; of "pick": a handle, empty for nothing
-  std::string text;    ///< what a "set" puts in
-  int number = 0;      ///< the same as a number; for "press" the button's id, 0 for a name
-  bool isOn = false;   ///< what a "tick" puts in
+  std::string verb;
+  std::string
+      subject; ///< a control's role; of "press": a number as text or a name; of "pick": a handle, empty for
+               ///< nothing; of "key": the key
+  std::string text; ///< what a "set", "type", "choose" or "edit" puts in
+  int number =
+      0; ///< the same as a number; for "press" the button's id, 0 for a name; milliseconds of a "wait"
+  bool isOn = false;                 ///< what a "tick" puts in
   double point[3] = {0.0, 0.0, 0.0}; ///< where a "pick" happens
+  std::optional<int> index;          ///< of a "choose", from 0; of a "press", the button of a group
+  std::string in;                    ///< the control that gets a "key"; empty for the one with the focus
+  ColumnChoice column;
+  RowChoice row;
+  std::vector<PathPart> path;
+  bool isRefused = false; ///< an "edit" that the dialog must not take
+  bool isQuick = false;   ///< no timer is due before it
+  std::vector<Expectation> expected;
+  std::string written; ///< the action as it stands in the file, without what recordings add
 };
 
 /// All that is done at one question.

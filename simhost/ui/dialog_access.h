@@ -25,6 +25,7 @@ public:
 
   [[nodiscard]] const CKvUiDialog::State& state() const { return *dialog_.state_; }
   [[nodiscard]] bool isEnded() const { return dialog_.state_->result.has_value(); }
+  void end(int result) { dialog_.EndDialog(result); }
   void event(const KvUiEvent& event) { dialog_.OnEvent(event); }
   void ok() { dialog_.OnOK(); }
   void cancel() { dialog_.OnCancel(); }

@@ -26,6 +26,7 @@ constexpr ButtonName buttonNames[] = {
 
 /// The id that a "press" means, 0 when its name is none.
 int pressedButton(const AnswerAction& press) {
+  if (press.verb == "close") return kvui::cancel;
   if (press.number != 0) return press.number;
   for (const ButtonName& row : buttonNames)
     if (press.subject == row.name) return row.id;
@@ -45,20 +46,6 @@ Json pointAsJson(const double (&point)[3]) {
 }
 
 } // namespace
-
-/// Steps in the order in which they came up.
-struct ScriptedWindows::Recorder {
-  Json steps = Json::array();
-
-  /// Notes what is shown; the actions are noted into the answer as they happen.
-  Json& begin(std::string_view dialog, Json shown) {
-    Json step = Json::object();
-    step["dialog"] = dialog;
-    step["shown"] = std::move(shown);
-    steps.push_back(std::move(step));
-    return steps.back();
-  }
-};
 
 ScriptedWindows::ScriptedWindows(std::vector<AnswerStep> steps, std::string source)
     : steps_(std::move(steps)), source_(std::move(source)), recorder_(std::make_unique<Recorder>()) {}
@@ -81,6 +68,17 @@ const AnswerStep* ScriptedWindows::take(std::string_view dialog) {
   return &step;
 }
 
+const AnswerStep* ScriptedWindows::takeStep(const std::string& dialog, const AnswerStep* last) {
+  if (last == nullptr || hasFailed()) return take(dialog);
+  if (next_ < steps_.size() && steps_[next_].dialog == dialog) return take(dialog);
+  std::string message = "leaves \"" + dialog + "\" open";
+  if (next_ < steps_.size())
+    message +=
+        ", and step " + std::to_string(steps_[next_].number) + " answers \"" + steps_[next_].dialog + "\"";
+  failAt(*last, message);
+  return nullptr;
+}
+
 void ScriptedWindows::fail(const std::string& message) {
   if (failure_.empty()) failure_ = fromUtf8(message);
 }
@@ -96,8 +94,7 @@ TaskAnswer ScriptedWindows::askTask(const TaskQuestion& question) {
   for (const TaskButton& button : question.buttons)
     shown["buttons"].push_back({{"id", button.id}, {"label", toUtf8(button.label)}});
   if (question.isHideable) shown["hideable"] = true;
-  Json& record = recorder_->begin(key, std::move(shown));
-  record["do"] = Json::array();
+  Json& record = recorder_->step(recorder_->begin(key, std::move(shown)));
 
   TaskAnswer answer;
   const AnswerStep* step = take(key);
@@ -108,7 +105,8 @@ TaskAnswer ScriptedWindows::askTask(const TaskQuestion& question) {
       record["do"].push_back({{"tick", "hide"}, {"to", action.isOn}});
       continue;
     }
-    const int button = action.verb == "press" ? pressedButton(action) : 0;
+    const bool answers = action.verb == "press" || action.verb == "close";
+    const int button = answers ? pressedButton(action) : 0;
     if (button == 0 || !offers(question, button)) {
       failAt(*step, "\"" + key + "\" has nothing to " + action.verb + " named \"" + action.subject + "\"");
       return TaskAnswer{};
@@ -122,8 +120,7 @@ TaskAnswer ScriptedWindows::askTask(const TaskQuestion& question) {
 }
 
 EntityPick ScriptedWindows::pickEntity(const std::wstring& prompt, bool emptyIsAllowed) {
-  Json& record = recorder_->begin(pickDialog, {{"prompt", toUtf8(prompt)}});
-  record["do"] = Json::array();
+  Json& record = recorder_->step(recorder_->begin(pickDialog, {{"prompt", toUtf8(prompt)}}));
   const AnswerStep* step = take(pickDialog);
   if (step == nullptr) return EntityPick{};
   if (step->actions.size() != 1) {
@@ -131,7 +128,8 @@ EntityPick ScriptedWindows::pickEntity(const std::wstring& prompt, bool emptyIsA
     return EntityPick{};
   }
   const AnswerAction& action = step->actions.front();
-  if (action.verb == "press" && pressedButton(action) == kvui::cancel) {
+  const bool leaves = action.verb == "press" || action.verb == "close";
+  if (leaves && pressedButton(action) == kvui::cancel) {
     record["do"].push_back({{"press", "cancel"}});
     return EntityPick{};
   }
@@ -171,69 +169,67 @@ FileAnswer ScriptedWindows::askFile(const FileQuestion& question, const FileEven
       {"types", Json::array()}};
   for (const std::wstring& type : question.types)
     shown["types"].push_back(toUtf8(type));
-  Json& record = recorder_->begin(fileDialog, std::move(shown));
-  record["do"] = Json::array();
-  // Questions that come up while the dialog is open are recorded behind it and move the list.
-  const std::size_t place = recorder_->steps.size() - 1;
-  const auto note = [this, place](Json action) {
-    recorder_->steps[place]["do"].push_back(std::move(action));
-  };
+  DialogRecord record(*recorder_, std::string(fileDialog));
+  record.open(std::move(shown));
+  const auto note = [&record](Json action) { record.addAction(std::move(action)); };
 
   FileAnswer answer;
   answer.path = question.fileName;
-  const AnswerStep* step = take(fileDialog);
-  if (step == nullptr) return answer;
-  for (const AnswerAction& action : step->actions) {
-    if (action.verb == "set" && action.subject == "path") {
-      answer.path = fromUtf8(action.text);
-      note({{"set", "path"}, {"to", action.text}});
-    } else if (
-        action.verb == "set" && action.subject == "type" && action.number >= 1 &&
-        static_cast<std::size_t>(action.number) <= question.types.size()) {
-      answer.type = action.number;
-      note({{"set", "type"}, {"to", action.number}});
-      if (events.typeChanged) answer.path = events.typeChanged(answer.type, answer.path);
-    } else if (action.verb == "press" && pressedButton(action) == kvui::cancel) {
-      note({{"press", "cancel"}});
-      return answer;
-    } else if (action.verb == "press" && pressedButton(action) == kvui::ok) {
-      note({{"press", "ok"}});
-      answer.isOk = true;
-      if (!events.accept || events.accept(answer)) return answer;
-      answer.isOk = false;
-      if (!failure_.empty()) return answer;
-    } else {
-      failAt(*step, "a file dialog has nothing to " + action.verb + " named \"" + action.subject + "\"");
-      return answer;
+  // A question in between, such as whether to replace a file, parts the steps.
+  const std::string dialog(fileDialog);
+  for (const AnswerStep* step = takeStep(dialog, nullptr); step != nullptr; step = takeStep(dialog, step))
+    for (const AnswerAction& action : step->actions) {
+      if (action.verb == "set" && action.subject == "path") {
+        answer.path = fromUtf8(action.text);
+        note({{"set", "path"}, {"to", action.text}});
+      } else if (
+          action.verb == "set" && action.subject == "type" && action.number >= 1 &&
+          static_cast<std::size_t>(action.number) <= question.types.size()) {
+        answer.type = action.number;
+        note({{"set", "type"}, {"to", action.number}});
+        if (events.typeChanged) answer.path = events.typeChanged(answer.type, answer.path);
+        record.addToLast("then", {{"name", toUtf8(answer.path)}});
+      } else if (
+          action.verb == "close" || (action.verb == "press" && pressedButton(action) == kvui::cancel)) {
+        note(Json::parse(action.written));
+        return answer;
+      } else if (action.verb == "press" && pressedButton(action) == kvui::ok) {
+        note({{"press", "ok"}});
+        answer.isOk = true;
+        if (!events.accept || events.accept(answer)) return answer;
+        answer.isOk = false;
+      } else {
+        failAt(*step, "a file dialog has nothing to " + action.verb + " named \"" + action.subject + "\"");
+      }
+      if (hasFailed()) return answer;
     }
-  }
-  failAt(*step, "leaves the file dialog open");
   return answer;
 }
 
-std::unique_ptr<DialogWindow> ScriptedWindows::openDialog(const std::wstring& form, CKvUiDialog&) {
-  const std::string name = toUtf8(form);
-  recorder_->begin(name, Json::object())["do"] = Json::array();
-  fail("the form \"" + name + "\" is unknown");
-  return nullptr;
+std::unique_ptr<DialogWindow> ScriptedWindows::openDialog(const std::wstring& form, CKvUiDialog& dialog) {
+  if (hasFailed()) return nullptr;
+  try {
+    StepSource& steps = *this;
+    return std::make_unique<ScriptedDialog>(loadForm(formFolder(), form), dialog, steps, *recorder_);
+  } catch (const FormError& error) {
+    recorder_->note(toUtf8(form), {{"fault", error.what()}});
+    fail(error.what());
+    return nullptr;
+  }
 }
 
 bool ScriptedWindows::showMessage(const std::wstring& text) {
-  recorder_->begin(messageDialog, {{"text", toUtf8(text)}});
+  recorder_->note(messageDialog, {{"text", toUtf8(text)}});
   return false;
 }
 
 bool ScriptedWindows::showHelp(const std::wstring& topic) {
-  recorder_->begin(helpDialog, {{"topic", toUtf8(topic)}});
+  recorder_->note(helpDialog, {{"topic", toUtf8(topic)}});
   return false;
 }
 
 std::string ScriptedWindows::recording() const {
-  Json file = Json::object();
-  file["format"] = answerFormat;
-  file["version"] = answerVersion;
-  file["steps"] = recorder_->steps;
-  return file.dump(2, ' ', false, Json::error_handler_t::replace) + "\n";
+  return recorder_->text();
 }
 
 } // namespace simhost

@@ -4,6 +4,7 @@
 #pragma once
 
 #include "simhost/ui/answers.h"
+#include "simhost/ui/scripted_dialog.h"
 #include "simhost/ui/window_system.h"
 
 #include <memory>
@@ -12,7 +13,7 @@
 
 namespace simhost {
 
-class ScriptedWindows final : public WindowSystem {
+class ScriptedWindows final : public WindowSystem, private StepSource {
 public:
   /// No steps: every question is without an answer. `source` names the steps in messages.
   explicit ScriptedWindows(std::vector<AnswerStep> steps = {}, std::string source = "no answer file");
@@ -40,12 +41,12 @@ public:
   [[nodiscard]] std::string recording() const;
 
 private:
-  struct Recorder;
-
   /// The next step when it answers this dialog; null, with the reason in `failure`, when it does not.
   const AnswerStep* take(std::string_view dialog);
+  const AnswerStep* takeStep(const std::string& dialog, const AnswerStep* last) override;
   void fail(const std::string& message);
-  void failAt(const AnswerStep& step, const std::string& message);
+  void failAt(const AnswerStep& step, const std::string& message) override;
+  [[nodiscard]] bool hasFailed() const override { return !failure_.empty(); }
 
   std::vector<AnswerStep> steps_;
   std::string source_;
@@ -53,7 +54,7 @@ private:
   std::wstring failure_;
   bool quitPosted_ = false;
   KvWindow frame_;
-  std::unique_ptr<Recorder> recorder_;
+  std::unique_ptr<Recorder> recorder_; ///< dialogs that are open hold a reference
 };
 
 } // namespace simhost

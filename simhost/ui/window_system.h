@@ -7,11 +7,13 @@
 #include "simhost/ui/window.h"
 
 #include <array>
+#include <filesystem>
 #include <functional>
 #include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 namespace simhost {
@@ -87,6 +89,10 @@ public:
   WindowSystem& operator=(const WindowSystem&) = delete;
   virtual ~WindowSystem();
 
+  /// Where the forms of dialogs are found, one file each.
+  void setFormFolder(std::filesystem::path folder) { formFolder_ = std::move(folder); }
+  [[nodiscard]] const std::filesystem::path& formFolder() const { return formFolder_; }
+
   [[nodiscard]] virtual TaskAnswer askTask(const TaskQuestion& question) = 0;
   [[nodiscard]] virtual EntityPick pickEntity(const std::wstring& prompt, bool emptyIsAllowed) = 0;
   [[nodiscard]] virtual FileAnswer askFile(const FileQuestion& question, const FileEvents& events) = 0;
@@ -113,6 +119,9 @@ public:
   /// Why the run cannot go on: a question that nobody can answer. Empty while all is well. Every later question is
   /// answered with a cancel at once, so that what is open ends soon.
   [[nodiscard]] virtual const std::wstring& failure() const = 0;
+
+private:
+  std::filesystem::path formFolder_ = "resources/forms";
 };
 
 /// The window system of this process, null before it is set.

@@ -1,0 +1,72 @@
+// A running dialog without its looks: the controls of its form by role, the focus, the title, and what has changed
+// since somebody last looked. Whoever shows it, on a screen or not at all, derives from it and runs it.
+#pragma once
+
+#include "simhost/ui/control_model.h"
+#include "simhost/ui/dialog_access.h"
+#include "simhost/ui/window_system.h"
+
+#include <nlohmann/json_fwd.hpp>
+
+#include <map>
+#include <memory>
+#include <set>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace simhost {
+
+class DialogModel : public DialogWindow {
+public:
+  DialogModel(const Form& form, CKvUiDialog& dialog);
+  ~DialogModel() override;
+
+  [[nodiscard]] KvUiControl* control(std::wstring_view role) override;
+  void setTitle(std::wstring_view title) override { title_ = title; }
+  /// The keys of a screen's tooltip file; nothing to see without one.
+  void setTooltips(const std::wstring&, const std::wstring&, int) override {}
+  /// False while the host has the editor already.
+  bool beginEditorCommand() override;
+  void completeEditorCommand() override { hasGivenEditor_ = false; }
+
+  [[nodiscard]] const std::wstring& name() const { return name_; }
+  [[nodiscard]] const std::wstring& title() const { return title_; }
+  [[nodiscard]] bool hasGivenEditor() const { return hasGivenEditor_; }
+  [[nodiscard]] bool isEnded() const { return access_.isEnded(); }
+  [[nodiscard]] KvUiDialogAccess& access() { return access_; }
+  void raise(const KvUiEvent& event) { access_.event(event); }
+
+  /// The control of a role, also "<pages>.<page>.<place>", null without one.
+  [[nodiscard]] ControlModel* find(std::wstring_view role) const;
+  /// Those of the form in tab order, then those on pages as they were made.
+  [[nodiscard]] const std::vector<ControlModel*>& controls() const { return order_; }
+  void add(std::unique_ptr<ControlModel> control);
+  /// Takes a control out of sight of all; it lives on for those who hold it.
+  void forget(ControlModel& control);
+
+  [[nodiscard]] ControlModel* focus() const { return focus_; }
+  void setFocus(ControlModel* control) { focus_ = control; }
+
+  void touched(ControlModel& control) { touched_.insert(&control); }
+  /// What is shown of all controls; empty descriptions are left out.
+  [[nodiscard]] nlohmann::ordered_json shown();
+  /// What is shown otherwise than at the last call of this or of `shown`: by role, member by member.
+  [[nodiscard]] nlohmann::ordered_json changes();
+
+private:
+  struct Seen;
+
+  std::wstring name_;
+  std::wstring title_;
+  KvUiDialogAccess access_;
+  std::vector<std::unique_ptr<ControlModel>> owned_;
+  std::vector<ControlModel*> order_;
+  std::map<std::wstring, ControlModel*, std::less<>> byRole_;
+  ControlModel* focus_ = nullptr;
+  bool hasGivenEditor_ = false;
+  std::set<ControlModel*> touched_; ///< told in the order of `order_`
+  std::unique_ptr<Seen> seen_;
+};
+
+} // namespace simhost

@@ -1,0 +1,78 @@
+// What a person can do to a dialog, with the events that follow from it. Each gesture answers why it cannot be done,
+// or nothing when it was done; what cannot be done raises no event. Steps and screens go through the same gestures, so
+// both raise the same events.
+#pragma once
+
+#include "simhost/ui/dialog_model.h"
+
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace simhost {
+
+class GridModel;
+class GroupModel;
+class TreeModel;
+
+/// The reason why a gesture is refused.
+using Refusal = std::optional<std::string>;
+
+/// What became of an edit that was possible as such.
+enum class CellAnswer { taken, refused };
+
+class Gestures final {
+public:
+  explicit Gestures(DialogModel& dialog) : dialog_(dialog) {}
+
+  /// Moves the focus: a text field or an editable list that loses it is committed, an edited grid row too.
+  [[nodiscard]] Refusal focus(ControlModel& control);
+  /// The focus goes nowhere.
+  void leave();
+
+  [[nodiscard]] Refusal press(ControlModel& control);
+  /// A button in the header of a group, from 0.
+  [[nodiscard]] Refusal pressInGroup(GroupModel& group, int button);
+  /// Does nothing when it stands so already.
+  [[nodiscard]] Refusal tick(ControlModel& control, bool isOn);
+  /// Replaces the text of a field without leaving it.
+  [[nodiscard]] Refusal type(ControlModel& control, std::wstring_view text);
+  /// Raises an event when the entry was not selected before.
+  [[nodiscard]] Refusal choose(ControlModel& control, int index);
+
+  /// In a field Enter commits and goes no further; in a grid it does nothing; elsewhere it presses the default button.
+  [[nodiscard]] Refusal enter();
+  /// On the selected tree item or list entry.
+  [[nodiscard]] Refusal deleteKey();
+  /// F1.
+  [[nodiscard]] Refusal help();
+  /// The frame's button, or Escape.
+  [[nodiscard]] Refusal close();
+
+  [[nodiscard]] Refusal selectItem(TreeModel& tree, int item);
+  [[nodiscard]] Refusal doubleClickItem(TreeModel& tree, int item);
+  /// Leaves the row that is being edited, selects the other one.
+  [[nodiscard]] Refusal selectRow(GridModel& grid, int row, int column);
+  [[nodiscard]] Refusal doubleClickRow(GridModel& grid, int row, int column);
+  /// Puts a text into a cell as its kind allows; the row stays in work until it is left. The row behind the last one
+  /// is the empty row for a new record. `answer` tells whether the dialog took the text.
+  [[nodiscard]] Refusal editCell(
+      GridModel& grid, int row, int column, std::wstring_view text, CellAnswer& answer);
+  /// What the list of a drop-down cell offers now; asks the dialog when the cell has no choices of its own.
+  [[nodiscard]] std::vector<std::wstring> cellChoices(GridModel& grid, int row, int column);
+
+private:
+  [[nodiscard]] Refusal reach(const ControlModel& control) const;
+  /// The same, and the page that it stands on must not be locked.
+  [[nodiscard]] Refusal reachForChange(const ControlModel& control) const;
+  [[nodiscard]] Refusal takeFocus(ControlModel& control);
+  void leaveControl(ControlModel& control);
+  void commitRow(GridModel& grid);
+  [[nodiscard]] Refusal checkEdit(
+      GridModel& grid, int row, int column, std::wstring_view text, bool isNewRow);
+
+  DialogModel& dialog_;
+};
+
+} // namespace simhost

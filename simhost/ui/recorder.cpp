@@ -1,0 +1,67 @@
+// Building up the steps of a recording.
+#include "simhost/ui/recorder.h"
+
+#include "simhost/ui/answers.h"
+
+#include <utility>
+
+namespace simhost {
+
+std::size_t Recorder::begin(std::string_view dialog, Json shown) {
+  note(dialog, std::move(shown));
+  steps_.back()["do"] = Json::array();
+  return steps_.size() - 1;
+}
+
+void Recorder::note(std::string_view dialog, Json shown) {
+  Json step = Json::object();
+  step["dialog"] = dialog;
+  step["shown"] = std::move(shown);
+  steps_.push_back(std::move(step));
+}
+
+std::size_t Recorder::resume(std::string_view dialog) {
+  Json step = Json::object();
+  step["dialog"] = dialog;
+  step["do"] = Json::array();
+  steps_.push_back(std::move(step));
+  return steps_.size() - 1;
+}
+
+std::string Recorder::text() const {
+  Json file = Json::object();
+  file["format"] = answerFormat;
+  file["version"] = answerVersion;
+  file["steps"] = steps_;
+  return file.dump(2, ' ', false, Json::error_handler_t::replace) + "\n";
+}
+
+void DialogRecord::open(Json shown) {
+  step_ = recorder_.begin(dialog_, std::move(shown));
+}
+
+void DialogRecord::addAction(Json action) {
+  if (recorder_.count() != step_ + 1) step_ = recorder_.resume(dialog_);
+  Json& actions = recorder_.step(step_)["do"];
+  actions.push_back(std::move(action));
+  actionStep_ = step_;
+  action_ = actions.size() - 1;
+  hasAction_ = true;
+}
+
+void DialogRecord::addToLast(const char* member, Json value) {
+  Json& last = hasAction_ ? recorder_.step(actionStep_)["do"][action_] : recorder_.step(step_)["shown"];
+  last[member] = std::move(value);
+}
+
+void DialogRecord::addChanges(const Json& changes) {
+  if (changes.empty()) return;
+  Json& told = hasAction_ ? recorder_.step(actionStep_)["do"][action_]["then"]
+                          : recorder_.step(step_)["shown"]["then"];
+  if (told.is_null()) told = Json::object();
+  for (const auto& [role, members] : changes.items())
+    for (const auto& [member, value] : members.items())
+      told[role][member] = value;
+}
+
+} // namespace simhost

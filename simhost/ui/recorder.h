@@ -1,0 +1,56 @@
+// The recording of a run: steps in the order in which they came up, in the format of answer files.
+#pragma once
+
+#include <nlohmann/json.hpp>
+
+#include <cstddef>
+#include <string>
+#include <string_view>
+
+namespace simhost {
+
+class Recorder final {
+public:
+  using Json = nlohmann::ordered_json;
+
+  /// Notes what is shown, and answers the number of the step.
+  std::size_t begin(std::string_view dialog, Json shown);
+  /// What is only shown: nobody answers it.
+  void note(std::string_view dialog, Json shown);
+  /// More of a step after another one came between.
+  std::size_t resume(std::string_view dialog);
+
+  [[nodiscard]] std::size_t count() const { return steps_.size(); }
+  [[nodiscard]] Json& step(std::size_t number) { return steps_[number]; }
+  [[nodiscard]] std::string text() const;
+
+private:
+  Json steps_ = Json::array();
+};
+
+/// The steps of one dialog. What other dialogs ask in between parts them, so that a recording reads in the order of
+/// what happened.
+class DialogRecord final {
+public:
+  using Json = Recorder::Json;
+
+  DialogRecord(Recorder& recorder, std::string dialog) : recorder_(recorder), dialog_(std::move(dialog)) {}
+
+  /// When the dialog comes up.
+  void open(Json shown);
+  void addAction(Json action);
+  /// Beside the last action, or what was shown at first when there was none yet.
+  void addToLast(const char* member, Json value);
+  /// Changes upon the last action, or of the opening when there was none.
+  void addChanges(const Json& changes);
+
+private:
+  Recorder& recorder_;
+  std::string dialog_;
+  std::size_t step_ = 0;
+  std::size_t actionStep_ = 0;
+  bool hasAction_ = false;
+  std::size_t action_ = 0;
+};
+
+} // namespace simhost

@@ -1,0 +1,200 @@
+// Running a dialog by its steps.
+#include "simhost/ui/scripted_dialog.h"
+
+#include "simhost/ui/expectations.h"
+#include "simhost/ui/pages_model.h"
+#include "simhost/ui/selectors.h"
+#include "text/encoding.h"
+
+#include <algorithm>
+#include <charconv>
+
+namespace simhost {
+
+using brenvolt::fromUtf8;
+using brenvolt::toUtf8;
+using Json = nlohmann::ordered_json;
+
+namespace {
+
+std::string inQuotes(const std::string& text) {
+  return "\"" + text + "\"";
+}
+
+/// The closing buttons by number, as task dialogs have them too.
+std::string buttonNamed(const AnswerAction& press) {
+  if (press.number == kvui::ok) return "ok";
+  if (press.number == kvui::cancel) return "cancel";
+  return press.subject;
+}
+
+/// Takes "<group>.button.<n>" apart.
+bool splitGroupButton(const std::string& subject, std::string& group, int& button) {
+  constexpr std::string_view mark = ".button.";
+  const std::size_t at = subject.rfind(mark);
+  if (at == std::string::npos) return false;
+  const char* const first = subject.data() + at + mark.size();
+  const char* const last = subject.data() + subject.size();
+  group = subject.substr(0, at);
+  return std::from_chars(first, last, button).ptr == last && first != last;
+}
+
+} // namespace
+
+ScriptedDialog::ScriptedDialog(const Form& form, CKvUiDialog& dialog, StepSource& steps, Recorder& recorder)
+    : DialogModel(form, dialog), steps_(steps), record_(recorder, toUtf8(form.name)), gestures_(*this) {}
+
+void ScriptedDialog::run() {
+  const std::string dialog = toUtf8(name());
+  record_.open(shown());
+  const AnswerStep* step = nullptr;
+  while (!isEnded()) {
+    step = steps_.takeStep(dialog, step);
+    if (step == nullptr || !doStep(*step)) break;
+  }
+  // Nobody is left to be asked: the flow is not told of a cancel, since it could ask whether to cancel.
+  if (!isEnded() || steps_.hasFailed()) access().end(kvui::cancel);
+}
+
+bool ScriptedDialog::doStep(const AnswerStep& step) {
+  std::size_t number = 0;
+  for (const AnswerAction& action : step.actions) {
+    ++number;
+    std::string reason;
+    try {
+      if (!isEnded() && !action.isQuick && action.verb != "wait")
+        if (const Refusal refusal = letTimePass(timers_.untilAllDue())) reason = *refusal;
+      if (!steps_.hasFailed() && reason.empty()) {
+        if (isEnded()) throw AnswerError("the dialog has ended before it");
+        record_.addAction(Json::parse(action.written));
+        if (const Refusal refusal = perform(action)) reason = *refusal;
+      }
+    } catch (const AnswerError& error) {
+      reason = error.what();
+    }
+    record_.addChanges(changes());
+    if (steps_.hasFailed()) return false;
+    if (reason.empty()) continue;
+    record_.addToLast("fault", reason);
+    steps_.failAt(
+        step, inQuotes(toUtf8(name())) + ", action " + std::to_string(number) + ", " + action.verb + " " +
+                  inQuotes(action.subject) + ": " + reason);
+    return false;
+  }
+  return true;
+}
+
+Refusal ScriptedDialog::letTimePass(std::int64_t milliseconds) {
+  const auto fire = [this](int timer) {
+    access().timer(timer);
+    return !isEnded() && !steps_.hasFailed();
+  };
+  const bool rests = timers_.pass(milliseconds, fire);
+  record_.addChanges(changes());
+  if (!rests) return "the dialog's timers do not come to rest";
+  return std::nullopt;
+}
+
+Refusal ScriptedDialog::perform(const AnswerAction& action) {
+  const std::string& verb = action.verb;
+  if (verb == "pick") return "a dialog is not picked: this answers a prompt";
+  if (verb == "wait") return letTimePass(action.number);
+  if (verb == "close") return gestures_.close();
+  if (verb == "key") return pressKey(action);
+  if (verb == "expect") return findUnmet(*this, gestures_, action);
+  if (verb == "press") return press(action);
+  ControlModel& control = findControl(*this, action.subject);
+  if (verb == "focus") return gestures_.focus(control);
+  if (verb == "tick") return gestures_.tick(control, action.isOn);
+  if (verb == "choose") return choose(action);
+  if (verb == "select" || verb == "doubleClick") return select(action);
+  if (verb == "edit") return edit(action);
+  if (Refusal refusal = gestures_.type(control, fromUtf8(action.text))) return refusal;
+  if (verb == "set" && !isEnded()) gestures_.leave();
+  return std::nullopt;
+}
+
+Refusal ScriptedDialog::choose(const AnswerAction& action) {
+  ControlModel& control = findControl(*this, action.subject);
+  const auto* list = dynamic_cast<ListModel*>(&control);
+  if (list == nullptr) return "it is no list";
+  if (action.index) return gestures_.choose(control, *action.index);
+  const int index = list->indexOf(fromUtf8(action.text));
+  if (index >= 0) return gestures_.choose(control, index);
+  // Why it cannot be reached says more than that the entry is not there.
+  if (Refusal refusal = gestures_.focus(control)) return refusal;
+  std::string entries;
+  for (int entry = 0; entry < std::min(list->Count(), 20); ++entry)
+    entries += (entry == 0 ? "" : ", ") + inQuotes(toUtf8(list->TextAt(entry)));
+  if (list->Count() > 20) entries += ", ...";
+  return "it has no entry " + inQuotes(action.text) + ", only: " + (entries.empty() ? "none" : entries);
+}
+
+Refusal ScriptedDialog::select(const AnswerAction& action) {
+  ControlModel& control = findControl(*this, action.subject);
+  const bool isDouble = action.verb == "doubleClick";
+  if (auto* tree = dynamic_cast<TreeModel*>(&control)) {
+    if (action.path.empty()) return "a tree item is chosen by \"path\"";
+    const int item = findItem(*tree, action.path);
+    return isDouble ? gestures_.doubleClickItem(*tree, item) : gestures_.selectItem(*tree, item);
+  }
+  GridModel* grid = gridOf(control);
+  if (grid == nullptr) return "it has neither rows nor items";
+  if (!action.row.isGiven()) return "a grid row is chosen by \"row\"";
+  const int row = findRow(*grid, action.row);
+  const int column = action.column.isGiven() ? findColumn(*grid, action.column) : 0;
+  return isDouble ? gestures_.doubleClickRow(*grid, row, column) : gestures_.selectRow(*grid, row, column);
+}
+
+Refusal ScriptedDialog::edit(const AnswerAction& action) {
+  ControlModel& control = findControl(*this, action.subject);
+  GridModel* grid = gridOf(control);
+  if (grid == nullptr) return "it has no cells";
+  const int row = findRow(*grid, action.row);
+  const bool isGroup = grid != &control;
+  if (!action.column.isGiven() && !isGroup) return "\"column\" is needed to tell which cell";
+  const int column = action.column.isGiven() ? findColumn(*grid, action.column) : grid->ColumnCount() - 1;
+  CellAnswer answer = CellAnswer::taken;
+  if (Refusal refusal = gestures_.editCell(*grid, row, column, fromUtf8(action.text), answer)) return refusal;
+  if (answer == CellAnswer::refused && !action.isRefused)
+    return "the dialog does not take " + inQuotes(action.text);
+  if (answer == CellAnswer::taken && action.isRefused)
+    return "the dialog takes " + inQuotes(action.text) + ", which it should refuse";
+  return std::nullopt;
+}
+
+Refusal ScriptedDialog::press(const AnswerAction& action) {
+  const std::string subject = buttonNamed(action);
+  std::string name;
+  int button = 0;
+  if (splitGroupButton(subject, name, button)) {
+    if (auto* group = dynamic_cast<GroupModel*>(&findControl(*this, name)))
+      return gestures_.pressInGroup(*group, button);
+    return "its buttons cannot be pressed by number: it is no group";
+  }
+  // What has no button for it can still be left by its frame.
+  if (subject == "cancel" && find(L"cancel") == nullptr) return gestures_.close();
+  ControlModel& control = findControl(*this, subject);
+  if (!action.index) return gestures_.press(control);
+  auto* group = dynamic_cast<GroupModel*>(&control);
+  if (group == nullptr) return "it is no group";
+  return gestures_.pressInGroup(*group, *action.index);
+}
+
+Refusal ScriptedDialog::pressKey(const AnswerAction& action) {
+  if (!action.in.empty()) {
+    ControlModel& control = findControl(*this, action.in);
+    GridModel* grid = gridOf(control);
+    if (Refusal refusal = gestures_.focus(grid == nullptr ? control : *grid)) return refusal;
+    if (isEnded()) return std::nullopt;
+  }
+  const std::string& key = action.subject;
+  if (key == "F1") return gestures_.help();
+  if (key == "Escape") return gestures_.close();
+  if (key == "Delete") return gestures_.deleteKey();
+  if (key == "Enter") return gestures_.enter();
+  gestures_.leave();
+  return std::nullopt;
+}
+
+} // namespace simhost
