@@ -31,7 +31,10 @@ std::string LispSession::takePrinted() {
 simhost::AnswerStep press(std::string_view taskDialog, int button) {
   simhost::AnswerStep step;
   step.dialog = taskDialog;
-  step.actions.push_back({"press", std::to_string(button), "", button, false});
+  simhost::AnswerAction& action = step.actions.emplace_back();
+  action.verb = "press";
+  action.subject = std::to_string(button);
+  action.number = button;
   return step;
 }
 
