@@ -1,0 +1,119 @@
+#include "tests/flows/picker_session.h"
+
+#include "host/resources.h"
+#include "platform/table_import.h"
+#include "plugin/function_table.h"
+#include "plugin/process_state.h"
+#include "tests/support/golden.h"
+#include "text/encoding.h"
+#include "text/split.h"
+
+#include <doctest/doctest.h>
+#include <sqlite3.h>
+
+#include <memory>
+
+namespace brenvolt::test {
+
+namespace {
+
+using Database = std::unique_ptr<sqlite3, int (*)(sqlite3*)>;
+
+Database openFile(const std::filesystem::path& file) {
+  sqlite3* database = nullptr;
+  REQUIRE_EQ(sqlite3_open(file.c_str(), &database), SQLITE_OK);
+  return {database, sqlite3_close};
+}
+
+int addRow(void* text, int count, char** cells, char**) {
+  std::string& rows = *static_cast<std::string*>(text);
+  for (int i = 0; i < count; ++i)
+    rows += (i == 0 ? "" : "|") + std::string(cells[i] == nullptr ? "NULL" : cells[i]);
+  rows += "\n";
+  return 0;
+}
+
+std::vector<simhost::AnswerStep> parseSteps(std::string_view steps) {
+  return simhost::parseAnswers(
+      R"({"format": "brenvolt-answers", "version": 1, "steps": )" + std::string(steps) + "}", "the test");
+}
+
+} // namespace
+
+PickerTables::PickerTables(const std::map<std::string, std::string>& tables) {
+  const std::filesystem::path source = folder_ / "tables";
+  std::filesystem::create_directory(source);
+  for (const auto& [name, text] : tables)
+    writeBytes(source / (name + ".csv"), text);
+  import(source);
+}
+
+void PickerTables::import(const std::filesystem::path& source) const {
+  const ImportReport report = importTables(fromUtf8(file().string()), {fromUtf8(source.string())});
+  for (const std::wstring& error : report.errors)
+    FAIL(toUtf8(error));
+}
+
+void PickerTables::run(const std::string& statements) const {
+  const Database database = openFile(file());
+  REQUIRE_EQ(sqlite3_exec(database.get(), statements.c_str(), nullptr, nullptr, nullptr), SQLITE_OK);
+}
+
+std::string PickerTables::rows(const std::string& query) const {
+  const Database database = openFile(file());
+  std::string text;
+  REQUIRE_EQ(sqlite3_exec(database.get(), query.c_str(), addRow, &text, nullptr), SQLITE_OK);
+  return text;
+}
+
+std::map<std::string, std::string> fewMotorsAndLoads() {
+  return {
+      {"MOTOR_NEC",
+       "ID,type,Phase,Voltage (V),Speed (RPM),Load,Units,FLA (A),Frequency (HZ),Description,Maker\n"
+       "1,Induction,3,460,1800,5,HP,7.6,60,small,X\n"
+       "2,Induction,3,460,1800,10,HP,14,60,,X\n"
+       "3,Induction,3,230,1800,10,HP,28,60,,X\n"
+       "4,Synchronous,3,460,1200,25,HP,26,60,,X\n"
+       "5,Induction,3,460,3600,1,HP,,60,no current,X\n"},
+      {"FEED_NEC", "ID,Type,Phase,Voltage (V),Load,Units,FLA (A),Frequency (HZ),Description\n"
+                   "1,Heater,1,120,1,kW,8.33,60,\n"
+                   "2,Heater,3,480,15,kW,18.04,60,\n"
+                   "3,Oven,3,480,20,kW,24.06,60,\n"},
+      {"OPT_NEC", "CODE,DEFAULT,LIST\nFLA_MULT,1.15,1;1.15\n"},
+  };
+}
+
+PickerSession::PickerSession(const std::filesystem::path& database, std::string_view steps)
+    : lisp_(parseSteps(steps)), database_(database.string()) {
+  resetProcessState();
+  registerFunctions();
+  setResourceModule(kvdsLoadResourceModule(resourceModuleName));
+  REQUIRE(resourceModule() != nullptr);
+  lisp_.eval("(setq GBL_qn_electcodestd \"NEC\")");
+  lisp_.eval("(defun c:zan_bv_figure_mccdb_fnam () \"" + database_ + "\")");
+}
+
+PickerSession::~PickerSession() {
+  CHECK_EQ(toUtf8(lisp_.windows().failure()), "");
+  CHECK_EQ(lisp_.windows().unusedSteps(), 0);
+  CHECK_EQ(lisp_.host().documents().current()->lockCount(), 0);
+  setResourceModule(nullptr);
+}
+
+std::string PickerSession::eval(std::string_view forms) {
+  try {
+    return lisp_.eval(forms);
+  } catch (const simhost::lisp::Cancelled&) {
+    return "cancelled: " + toUtf8(lisp_.windows().failure());
+  }
+}
+
+std::string PickerSession::kept(std::wstring_view dialog, std::wstring_view name) {
+  return toUtf8(lisp_.host().settings().value(dialog, name).value_or(L"-"));
+}
+
+std::string PickerSession::recording() {
+  return toUtf8(replaceAll(fromUtf8(lisp_.windows().recording()), fromUtf8(database_), L"engineering.db"));
+}
+
+} // namespace brenvolt::test

@@ -1,0 +1,60 @@
+// A session in which the pickers run: tables of the test's own or those of the sample site, the plug-in's functions, its
+// texts, and what the user does as steps of an answer file.
+#pragma once
+
+#include "tests/support/lisp_session.h"
+#include "tests/support/temporary_folder.h"
+
+#include <filesystem>
+#include <map>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace brenvolt::test {
+
+/// A database in a folder of its own.
+class PickerTables final {
+public:
+  /// Tables by name, each as the text of a .csv file.
+  explicit PickerTables(const std::map<std::string, std::string>& tables);
+  /// All .csv files of a folder.
+  explicit PickerTables(const std::filesystem::path& source) { import(source); }
+
+  [[nodiscard]] std::filesystem::path file() const { return folder_ / "engineering.db"; }
+  /// Runs statements beside the plug-in.
+  void run(const std::string& statements) const;
+  /// The rows that a query answers: cells parted by "|", rows by a new line.
+  [[nodiscard]] std::string rows(const std::string& query) const;
+
+private:
+  void import(const std::filesystem::path& source) const;
+
+  TemporaryFolder folder_;
+};
+
+/// A motor and a load table of a few rows, and options.
+[[nodiscard]] std::map<std::string, std::string> fewMotorsAndLoads();
+
+class PickerSession final {
+public:
+  /// `steps` is the list of an answer file's steps. The code standard is NEC.
+  PickerSession(const std::filesystem::path& database, std::string_view steps);
+  PickerSession(const PickerSession&) = delete;
+  PickerSession& operator=(const PickerSession&) = delete;
+  ~PickerSession();
+
+  /// Like LispSession's; "cancelled: " and the reason when a question had no fitting answer.
+  std::string eval(std::string_view forms);
+  [[nodiscard]] LispSession& lisp() { return lisp_; }
+  /// A value kept for the user; "-" when there is none.
+  [[nodiscard]] std::string kept(std::wstring_view dialog, std::wstring_view name);
+  /// The recording, with the database's path taken out.
+  [[nodiscard]] std::string recording();
+
+private:
+  LispSession lisp_;
+  std::string database_;
+};
+
+} // namespace brenvolt::test
