@@ -12,7 +12,7 @@
       (setq fields (cons (if (string=? (data-text data index) "") " " (data-text data index)) fields)))
     (string-join (reverse fields) ";")))
 
-; ("10AWG" "BLK_10AWG" "1")("10AWG" nil "3"). The grounding conductor stands last: ahead of the others it would
+; ("10AWG" "BLK_10AWG" "1")("8AWG" "GRN_8AWG" "3"). The grounding conductor stands last: ahead of the others it would
 ; hide them from the reader.
 (defun wires-text (data)
   (let* ((wires (remove-if (lambda (row) (string=? (site-text (nth 0 row)) "")) (data-wires data)))
@@ -20,8 +20,10 @@
     (string-append "("
       (string-join
         (mapcar (lambda (row)
-                  (format nil "(~S ~S ~S)" (site-text (nth 0 row)) (site-text (nth 1 row))
-                          (if (ground-row? row) "3" "1")))
+                  (let ((ground (ground-row? row)) (size (site-text (nth 0 row))))
+                    (format nil "(~S ~S ~S)" size
+                            (layer-name (site-text (nth 1 row)) size nil (if ground "GRN_@SIZE@" "BLK_@SIZE@"))
+                            (if ground "3" "1"))))
                 rows)
         "")
       ")")))

@@ -28,14 +28,15 @@
   (let ((parts (string-split (or (setting misc1 "_WIRETYPE") fallback) "@")))
     (if (= 3 (length parts)) (string-append (first parts) size (third parts)) (first parts))))
 
-; The layer of a wire: what the configuration says, else what the template's format gives for the site's size. Presets
-; without wires still name a layer for each position, made with an empty size: it says nothing.
+; The layer of a wire: what the configuration says, else what the template's format gives for the wire's size, else for
+; the site's size. Presets name a layer for each position even where they know no size, made with an empty one: such a
+; layer says nothing.
 (defun row-layer (row misc1 fallback)
-  (let ((layer (site-text (nth 1 row))) (size (site-text (nth 0 row))))
-    (wire-layer
-      (cond ((string=? size "") (format-layer misc1 site-default-size fallback))
-            ((string=? layer "") (format-layer misc1 size fallback))
-            (T layer)))))
+  (wire-layer (layer-name (site-text (nth 1 row)) (site-text (nth 0 row)) misc1 fallback)))
+(defun layer-name (layer size misc1 fallback)
+  (cond ((string=? size "") (format-layer misc1 site-default-size fallback))
+        ((member layer (list "" (format-layer misc1 "" fallback))) (format-layer misc1 size fallback))
+        (T layer)))
 
 (defun offset (point dx dy) (list (+ (car point) dx) (+ (cadr point) dy)))
 

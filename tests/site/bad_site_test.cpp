@@ -1,0 +1,130 @@
+// What a workbook, a template or a history can have wrong, and what a person is told.
+#include "site_tool.h"
+
+#include <doctest/doctest.h>
+
+#include <string>
+
+using namespace brenvolt;
+
+namespace {
+
+constexpr SampleCircuit motorDirect = {"", "Three-phase motors", "Direct on line", ""};
+
+} // namespace
+
+TEST_CASE("a check names sheet, row and column of what a workbook has wrong") {
+  struct Row {
+    const char* sheet;
+    const char* part;
+    const char* replacement;
+    const char* finding;
+  };
+  constexpr Row rows[] = {
+      {"M3_DOL", "WT02,", "wt01,", "sheet M3_DOL, row 5, column 1: CODE wt01 stands in the sheet twice"},
+      {"M3_DOL", "(site_wire #xyz #scl 1 132 #data #misc1)", "(site_wire #xyz #scl 1 132 #data #misc1",
+       "sheet M3_DOL, row 4, column 8: parentheses do not match"},
+      {"M3_DOL", "WT01,Line 1,", "WT01,,", "sheet M3_DOL, row 4, column 8: forms without a title"},
+      {"ZAN_CIRCS", ",M3_REV,", ",M3_REVERSE,", "sheet M3_REVERSE: "},
+      {"ZAN_CIRCS", "templates/motor3_reversing.json", "templates/none.json",
+       "sheet ZAN_CIRCS, column 3: Three-phase motors / Reversing: the site holds no template"},
+  };
+  for (const Row& row : rows) {
+    CAPTURE(std::string(row.finding));
+    const SiteCopy site;
+    site.changeSheet(row.sheet, row.part, row.replacement);
+    const ToolRun run = site.run({"catalog", "--site", site.site(), "--check"});
+    CHECK(run.exitCode == 5);
+    CHECK_MESSAGE(run.errors.find(row.finding) != std::string::npos, run.errors);
+  }
+}
+
+TEST_CASE("a sheet of eight columns is refused, by the check and by a build") {
+  const SiteCopy site;
+  site.writeSheet(
+      "M3_DOL", "CODE,TITLE,X,GROUP,OPTION,VALUE,FOR,FORMS\nTITLE,Title,,,,,,(site_dot #xyz #scl 0 0)\n");
+  CHECK(site.run({"catalog", "--site", site.site(), "--check"}).exitCode == 5);
+  const ToolRun run = site.draw(motorDirect, "a.json");
+  CHECK(run.exitCode == 3);
+  CHECK_MESSAGE(run.errors.find("sheet M3_DOL has 8 columns") != std::string::npos, run.errors);
+}
+
+TEST_CASE("a build that fails writes nothing and says why") {
+  struct Row {
+    const char* part;
+    const char* replacement;
+    const char* reason;
+  };
+  constexpr Row rows[] = {
+      {"(site_motor #xyz", "(site_no_such_function #xyz", "(site_no_such_function #xyz"},
+      {"(site_motor #xyz #scl 3", "(site_motor #xyz #scl 4", "(site_motor #xyz #scl 4"},
+      {"\"\"control_three_wire.json\"\"", "\"\"none.json\"\"", "none.json"},
+      {"\"\"control_three_wire.json\"\"", "\"\"motor3_dol.json\"\"", "deeper"},
+  };
+  for (const Row& row : rows) {
+    CAPTURE(std::string(row.replacement));
+    const SiteCopy site;
+    site.changeSheet("M3_DOL", row.part, row.replacement);
+    const ToolRun run = site.draw(motorDirect, "a.json");
+    CHECK(run.exitCode == 3);
+    CHECK_MESSAGE(run.errors.find(row.reason) != std::string::npos, run.errors);
+    CHECK_FALSE(site.folder().has("a.json"));
+  }
+}
+
+TEST_CASE("a template without markers, or with another workbook's, is refused") {
+  const SiteCopy site;
+  const auto drawInto = [&site](const char* form) {
+    return site.run(
+        {"lisp", "--site", site.site(), "-e", form, "--save",
+         site.folder().path("site/templates/motor3_dol.json")});
+  };
+  REQUIRE(drawInto("(draw-line '(0 0) '(1 1))").exitCode == 0);
+  ToolRun run = site.draw(motorDirect, "a.json");
+  CHECK(run.exitCode == 3);
+  CHECK_MESSAGE(run.errors.find("holds no marker") != std::string::npos, run.errors);
+
+  REQUIRE(
+      drawInto("(progn (site-block \"ZAN_BV_MARKER_BLOCK\") (insert-block \"ZAN_BV_MARKER_BLOCK\" '(0 0) 1 0 "
+               "\"0\" "
+               "'((\"CODE\" . \"FOREIGN\"))))")
+          .exitCode == 0);
+  run = site.draw(motorDirect, "a.json");
+  CHECK(run.exitCode == 3);
+  CHECK_MESSAGE(run.errors.find("CircuitTemplateDrawing") != std::string::npos, run.errors);
+  CHECK_FALSE(site.folder().has("a.json"));
+}
+
+TEST_CASE("a form that erases its own marker does no harm") {
+  const SiteCopy site;
+  site.changeSheet(
+      "M3_DOL", "\"(site_wire #xyz #scl 1 132", "\"(site_erase_marker)\n(site_wire #xyz #scl 1 132");
+  std::string forms = site.folder().read("site/lisp/forms.lsp");
+  forms += "(defun site_erase_marker () (entity-erase (handle->entity (nth (car GBL_qn_bv_marker_data) (cadr "
+           "GBL_qn_bv_marker_data)))) T)\n(site-expose '(site_erase_marker))\n";
+  static_cast<void>(site.folder().write("site/lisp/forms.lsp", forms));
+  const ToolRun run = site.draw(motorDirect, "a.json");
+  CHECK_MESSAGE(run.exitCode == 0, run.errors);
+}
+
+TEST_CASE("a damaged or foreign history is told to who asks for it, and kept beside the new one by a save") {
+  for (const char* bytes : {"no history at all", "<?xml version=\"1.0\"?><Other/>"}) {
+    const SiteCopy site;
+    static_cast<void>(site.folder().write("site/zan_brenvolt.xml", bytes));
+    CHECK(site.run({"history", "list", "--site", site.site()}).exitCode == 3);
+    REQUIRE(
+        site.draw(motorDirect, "a.json", {"--history", "Pump 10 HP", "--save-history", "New"}).exitCode == 0);
+    CHECK(site.folder().read("site/zan_brenvolt.damaged-1.xml") == bytes);
+    CHECK(site.history().find("<History Name=\"New\"") != std::string::npos);
+  }
+}
+
+TEST_CASE("names that the workbook does not hold, and a command line without a target") {
+  const SiteCopy site;
+  CHECK(site.draw({"", "Pumps", "Direct on line", ""}, "a.json").exitCode == 3);
+  const ToolRun run = site.draw({"", "Power feeds", "Two-phase", ""}, "a.json");
+  CHECK(run.exitCode == 3);
+  CHECK(run.errors.find("has no type \"Two-phase\"") != std::string::npos);
+  CHECK(site.run({"draw", "--site", site.site(), "--circuit", "a", "--type", "b"}).exitCode == 1);
+  CHECK(site.run({"catalog", "--site", site.folder().path("none")}).exitCode == 3);
+}

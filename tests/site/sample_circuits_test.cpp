@@ -1,0 +1,113 @@
+// The sample site from end to end: each of its circuits drawn by the tool from workbook, template and LISP.
+#include "site_tool.h"
+#include "tests/support/golden.h"
+
+#include <doctest/doctest.h>
+
+#include <string>
+#include <vector>
+
+using namespace brenvolt;
+
+namespace {
+
+constexpr SampleCircuit motorDirect = {"motor3_dol", "Three-phase motors", "Direct on line", "Pump 10 HP"};
+constexpr SampleCircuit samples[] = {
+    motorDirect,
+    {"motor3_reversing", "Three-phase motors", "Reversing", "Hoist 5 HP"},
+    {"motor3_star_delta", "Three-phase motors", "Star-delta", "Fan 40 HP"},
+    {"motor1_dol", "Single-phase motors", "Direct on line", "Sump 1.5 HP"},
+    {"feed3", "Power feeds", "Three-phase", "Heater 15 kW"},
+    {"feed2", "Power feeds", "Single-phase", "Heater 2 kW"},
+    {"control_station", "Control circuits", "Start and stop station", "Station"},
+};
+
+/// How often a block is placed in a drawing file.
+int placed(const std::string& drawing, const std::string& block) {
+  const std::string mark = "\"block\":\"" + block + "\"";
+  int count = 0;
+  for (std::size_t at = drawing.find(mark); at != std::string::npos; at = drawing.find(mark, at + 1))
+    ++count;
+  return count;
+}
+
+} // namespace
+
+TEST_CASE("each sample circuit gives its golden drawing and history, and its own history gives it again") {
+  for (const SampleCircuit& sample : samples) {
+    CAPTURE(std::string(sample.name));
+    const SiteCopy site;
+    const ToolRun first =
+        site.draw(sample, "a.json", {"--history", sample.history, "--save-history", "Kept"});
+    REQUIRE_MESSAGE(first.exitCode == 0, first.errors);
+    const std::string drawing = site.folder().read("a.json");
+    const std::string golden = std::string("tests/site/golden/") + sample.name;
+    CHECK(test::matchesGolden(golden + ".json", drawing));
+    CHECK(test::matchesGolden(golden + ".history.xml", site.history()));
+
+    REQUIRE(site.draw(sample, "b.json", {"--history", sample.history}).exitCode == 0);
+    CHECK_MESSAGE((site.folder().read("b.json") == drawing), "the same build");
+    REQUIRE(site.draw(sample, "c.json", {"--history", "Kept"}).exitCode == 0);
+    CHECK_MESSAGE((site.folder().read("c.json") == drawing), "from the saved configuration");
+  }
+}
+
+TEST_CASE("options of a preset choose the symbols, also in templates two deep") {
+  struct Row {
+    const char* preset;
+    const char* block;
+    int count;
+  };
+  constexpr Row rows[] = {
+      {"", "ZBREAK3", 1},          {"", "ZAN_BV_MARKER_BLOCK", 0}, {"DISC=20,1", "ZFUSE3", 1},
+      {"DISC=20,1", "ZBREAK3", 0}, {"DISC=30,2", "ZFUSE3", 0},     {"OL=2", "ZSSOL3", 1},
+      {"TERM=0", "ZTERM", 0},      {"CTRL=0", "ZCOIL", 0},         {"SOURCE=2", "ZTRANS", 0},
+      {"OPER=2", "ZSELECT", 1},    {"LITE=1", "ZLIGHT", 1},        {"LITE=2;RUNL=2", "ZLIGHT", 2},
+  };
+  const SiteCopy site;
+  for (const Row& row : rows) {
+    CAPTURE(std::string(row.preset));
+    CAPTURE(std::string(row.block));
+    REQUIRE(site.draw(motorDirect, "a.json", {"--preset", row.preset}).exitCode == 0);
+    CHECK(placed(site.folder().read("a.json"), row.block) == row.count);
+  }
+}
+
+TEST_CASE("data and wires of a placed circuit reach layers, texts and entity data") {
+  const SiteCopy site;
+  constexpr const char* params = R"("Induction";"10";"HP";"460";"3";"60";"1800";"14";"1.25")";
+  constexpr const char* wires =
+      R"x((("10AWG" "x" "1") ("10AWG" "x" "1") ("8AWG" "x" "1") ("10AWG" "x" "3")))x";
+  const ToolRun run =
+      site.draw(motorDirect, "a.json", {"--preset", "MCTL=0", "--params", params, "--wires", wires});
+  REQUIRE_MESSAGE(run.exitCode == 0, run.errors);
+  const std::string drawing = site.folder().read("a.json");
+  for (const char* part : {"BLK_10AWG", "BLK_8AWG", "GRN_10AWG", "INDUCTION  10 HP  460 V  3 PH"})
+    CHECK_MESSAGE(drawing.find(part) != std::string::npos, std::string(part));
+
+  const ToolRun data = site.run(
+      {"lisp", "--drawing", site.folder().path("a.json"), "-e",
+       "(let ((motor (find-if (lambda (e) (equal (entity-get e 'block) \"ZMOTOR3\")) (remove-if-not (lambda "
+       "(e) "
+       "(equal (entity-get e 'kind) \"block-reference\")) (entities-in-space))))) (list (length "
+       "(string-split (car "
+       "(entity-data motor \"ORL_QN_BV_CIRCPARAMS\")) \";\")) (car (entity-data motor "
+       "\"ORL_QN_BV_CIRCPARAMS2\"))))"});
+  REQUIRE_MESSAGE(data.exitCode == 0, data.errors);
+  CHECK(
+      data.output ==
+      R"x((31 "((\"10AWG\" \"BLK_10AWG\" \"1\")(\"10AWG\" \"BLK_10AWG\" \"1\")(\"8AWG\" \"BLK_8AWG\" \"1\")(\"10AWG\" \"GRN_10AWG\" \"3\"))"))x"
+      "\n");
+}
+
+TEST_CASE("a circuit goes into a drawing that holds another one, at its own place and with its own tags") {
+  const SiteCopy site;
+  REQUIRE(site.draw(motorDirect, "a.json").exitCode == 0);
+  REQUIRE(
+      site.draw(motorDirect, "b.json", {"--drawing", site.folder().path("a.json"), "--at", "215,-10"})
+          .exitCode == 0);
+  const std::string drawing = site.folder().read("b.json");
+  CHECK(placed(drawing, "ZMOTOR3") == 2);
+  for (const char* part : {"\"text\":\"MTR1\"", "\"text\":\"MTR2\"", "\"position\":[347,-10]"})
+    CHECK_MESSAGE(drawing.find(part) != std::string::npos, std::string(part));
+}

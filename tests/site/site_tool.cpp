@@ -1,0 +1,55 @@
+#include "site_tool.h"
+
+#include "text/encoding.h"
+#include "text/split.h"
+
+#include <doctest/doctest.h>
+
+#include <filesystem>
+
+namespace brenvolt {
+
+namespace fs = std::filesystem;
+
+SiteCopy::SiteCopy() {
+  fs::copy("site", site(), fs::copy_options::recursive);
+}
+
+ToolRun SiteCopy::draw(
+    const SampleCircuit& circuit, const std::string& out, const std::vector<std::string>& more) const {
+  std::vector<std::string> arguments = {"draw",   "--site",     site(),  "--circuit",      circuit.circuit,
+                                        "--type", circuit.type, "--out", folder_.path(out)};
+  arguments.insert(arguments.end(), more.begin(), more.end());
+  return folder_.run(arguments);
+}
+
+void SiteCopy::changeSheet(
+    const std::string& sheet, std::string_view part, std::string_view replacement) const {
+  std::string text = folder_.read("site/workbook/" + sheet + ".csv");
+  const std::size_t place = text.find(part);
+  REQUIRE(place != std::string::npos);
+  writeSheet(sheet, text.replace(place, part.size(), replacement));
+}
+
+void SiteCopy::writeSheet(const std::string& sheet, std::string_view csv) const {
+  folder_.write("site/workbook/" + sheet + ".csv", csv);
+  pack();
+}
+
+void SiteCopy::pack() const {
+  REQUIRE(
+      run({"workbook", "pack", folder_.path("site/workbook"), folder_.path("site/zan_brenvolt.xls")})
+          .exitCode == 0);
+}
+
+std::string SiteCopy::history() const {
+  const std::string bytes = folder_.read("site/zan_brenvolt.xml");
+  REQUIRE(bytes.substr(0, 2) == "\xFF\xFE");
+  std::wstring text;
+  for (std::size_t i = 2; i + 1 < bytes.size(); i += 2)
+    text += static_cast<wchar_t>(
+        static_cast<unsigned char>(bytes[i]) | static_cast<unsigned char>(bytes[i + 1]) << 8);
+  return toUtf8(replaceAll(text, fromUtf8(site()), L"SITE"));
+}
+
+} // namespace brenvolt

@@ -1,0 +1,45 @@
+// The sample site in a folder of its own, so that a test may change its workbook and saves histories without touching
+// the site.
+#pragma once
+
+#include "tool.h"
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace brenvolt {
+
+struct SampleCircuit {
+  const char* name; ///< of the golden files
+  const char* circuit;
+  const char* type;
+  const char* history;
+};
+
+class SiteCopy final {
+public:
+  SiteCopy();
+
+  /// `brenvolt draw` in the copy; the drawing is `out`, and `more` goes behind the arguments.
+  [[nodiscard]] ToolRun draw(
+      const SampleCircuit& circuit, const std::string& out, const std::vector<std::string>& more = {}) const;
+  [[nodiscard]] ToolRun run(const std::vector<std::string>& arguments) const {
+    return folder_.run(arguments);
+  }
+  /// Replaces a part of a sheet's CSV, which must be there, and packs the workbook again.
+  void changeSheet(const std::string& sheet, std::string_view part, std::string_view replacement) const;
+  void writeSheet(const std::string& sheet, std::string_view csv) const;
+
+  [[nodiscard]] const ToolFolder& folder() const { return folder_; }
+  [[nodiscard]] std::string site() const { return folder_.path("site"); }
+  /// The history file as UTF-8 without its mark, with the copy's folder left out of its text.
+  [[nodiscard]] std::string history() const;
+
+private:
+  void pack() const;
+
+  ToolFolder folder_;
+};
+
+} // namespace brenvolt
