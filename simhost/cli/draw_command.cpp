@@ -77,10 +77,7 @@ ExitCode runDraw(DrawOptions& options) {
   if (!options.saveHistory.empty()) recordBuild(host.interpreter(), fromUtf8(options.saveHistory));
   const lisp::Value built = host.run(buildForm(options, fromUtf8(workbook), entry), L"draw");
   host.writeRecording();
-  if (built.isNil())
-    throw BadInput(
-        options.circuit + " / " + options.type + ": nothing was built; template " +
-        toUtf8(entry.drawingTemplate) + " holds no marker, or the history could not be saved");
+  if (built.isNil()) throw BadInput(options.circuit + " / " + options.type + ": the build failed");
   host.writeResults();
   std::printf("%s / %s: %s\n", options.circuit.c_str(), options.type.c_str(), options.host.save.c_str());
   return ExitCode::done;

@@ -2,6 +2,7 @@
 #include "simhost/cli/host_run.h"
 
 #include "simhost/cli/site_database.h"
+#include "simhost/cli/sql_function.h"
 #include "simhost/drawing/drawing_file.h"
 #include "simhost/drawing/svg.h"
 #include "simhost/host/files.h"
@@ -99,6 +100,7 @@ HostRun::HostRun(const HostOptions& options)
   session_->modules().load(options.module.empty() ? defaultModule() : std::filesystem::path(options.module));
   if (options.site.empty()) return;
   defineSiteDatabase(interpreter(), options.site);
+  defineSqlExecute(interpreter());
   runFile((std::filesystem::path(options.site) / "site.lsp").string());
 }
 

@@ -52,11 +52,13 @@ ScriptedWindows::ScriptedWindows(std::vector<AnswerStep> steps, std::string sour
 
 ScriptedWindows::~ScriptedWindows() = default;
 
-const AnswerStep* ScriptedWindows::take(std::string_view dialog) {
+const AnswerStep* ScriptedWindows::take(std::string_view dialog, std::string_view says) {
   if (!failure_.empty()) return nullptr;
   const std::string name(dialog);
   if (next_ == steps_.size()) {
-    fail("\"" + name + "\" has no answer: " + source_ + (steps_.empty() ? "" : " has no further step"));
+    fail(
+        "\"" + name + "\" has no answer: " + source_ + (steps_.empty() ? "" : " has no further step") +
+        (says.empty() ? std::string() : "; it says: " + std::string(says)));
     return nullptr;
   }
   const AnswerStep& step = steps_[next_];
@@ -97,7 +99,7 @@ TaskAnswer ScriptedWindows::askTask(const TaskQuestion& question) {
   Json& record = recorder_->step(recorder_->begin(key, std::move(shown)));
 
   TaskAnswer answer;
-  const AnswerStep* step = take(key);
+  const AnswerStep* step = take(key, toUtf8(question.text));
   if (step == nullptr) return answer;
   for (const AnswerAction& action : step->actions) {
     if (action.verb == "tick" && action.subject == "hide" && question.isHideable) {

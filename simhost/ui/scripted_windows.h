@@ -42,7 +42,7 @@ public:
 
 private:
   /// The next step when it answers this dialog; null, with the reason in `failure`, when it does not.
-  const AnswerStep* take(std::string_view dialog);
+  const AnswerStep* take(std::string_view dialog, std::string_view says = {});
   const AnswerStep* takeStep(const std::string& dialog, const AnswerStep* last) override;
   void fail(const std::string& message);
   void failAt(const AnswerStep& step, const std::string& message) override;

@@ -16,13 +16,20 @@
           site-saved-codes nil)
     (setq GBL_qn_bv_data (cons (car GBL_qn_bv_data) (cons (site-point point) (cddr GBL_qn_bv_data))))
     (next-circuit)
-    (insert-drawing (or (find-file template) (error "the site has no template " template)) point
-                    (nth 2 GBL_qn_bv_data))
+    (let ((entities (insert-drawing (or (find-file template) (error "the site has no template " template)) point
+                                    (nth 2 GBL_qn_bv_data))))
+      (unless (some 'marker? entities)
+        (undo (- (undo-count) start))
+        (error "template " template " holds no marker")))
     (let ((built (zan_bv_build_circuit args)))
       (if built
         (record-circuit template args)
         (undo (- (undo-count) start)))
       built)))
+
+(defun marker? (entity)
+  (and (equal (entity-get entity 'kind) "block-reference")
+       (string-ci=? (entity-get entity 'block) "ZAN_BV_MARKER_BLOCK")))
 
 (defun site-point (point) (mapcar 'float (append point (if (nth 2 point) nil '(0.0)))))
 

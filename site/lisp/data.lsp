@@ -20,9 +20,14 @@
 (defun data-part (data table)
   (find-if (lambda (part) (and (stringp (car part)) (string-ci=? (car part) table))) (nthcdr 2 data)))
 
-; What auto-sizing says of a component: (code description value rating default).
-(defun sized (data2 code) (assoc code data2))
-(defun sized-rating (data2 code) (site-text (nth 3 (sized data2 code))))
+; What auto-sizing says of a component: (code description value rating default). A value of 0 stands for a kind of load
+; that the tables do not size; the rating beside it means nothing.
+(defun sized (data2 code)
+  (let ((row (assoc code data2))) (if (and row (plusp (nth 2 row))) row nil)))
+; Without a leading "NEMA ", for which the lines leave no room.
+(defun sized-rating (data2 code)
+  (let ((rating (site-text (nth 3 (sized data2 code)))))
+    (if (eql 0 (string-search "NEMA " rating)) (substring rating 5) rating)))
 (defun sized-part (data2 code) (site-text (nth 4 (sized data2 code))))
 
 ; "10 HP", or "" when nobody chose a motor.

@@ -67,7 +67,7 @@ TEST_CASE("a build that fails writes nothing and says why") {
     site.changeSheet("M3_DOL", row.part, row.replacement);
     const ToolRun run = site.draw(motorDirect, "a.json");
     CHECK(run.exitCode == 3);
-    CHECK_MESSAGE(run.errors.find(row.reason) != std::string::npos, run.errors);
+    CHECK_MESSAGE((run.output + run.errors).find(row.reason) != std::string::npos, run.errors);
     CHECK_FALSE(site.folder().has("a.json"));
   }
 }
@@ -97,8 +97,7 @@ TEST_CASE("a template without markers, or with another workbook's, is refused") 
 
 TEST_CASE("a form that erases its own marker does no harm") {
   const SiteCopy site;
-  site.changeSheet(
-      "M3_DOL", "\"(site_wire #xyz #scl 1 132", "\"(site_erase_marker)\n(site_wire #xyz #scl 1 132");
+  site.changeSheet("M3_DOL", "(site_wire #xyz #scl 1", "(site_erase_marker)(site_wire #xyz #scl 1");
   std::string forms = site.folder().read("site/lisp/forms.lsp");
   forms += "(defun site_erase_marker () (entity-erase (handle->entity (nth (car GBL_qn_bv_marker_data) (cadr "
            "GBL_qn_bv_marker_data)))) T)\n(site-expose '(site_erase_marker))\n";
