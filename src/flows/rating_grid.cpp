@@ -1,5 +1,6 @@
 #include "flows/rating_grid.h"
 
+#include "host/host_api_documents.h"
 #include "text/compare.h"
 #include "text/numbers.h"
 
@@ -98,6 +99,8 @@ int RatingGrid::findRow(const RatingSelection& wanted) const {
 }
 
 bool RatingGrid::save(int row) {
+  // Another process may hold the database: it is waited for.
+  const KvWaitCursor waiting;
   std::vector<std::wstring> cells;
   for (int place = 1; place < grid_.ColumnCount(); ++place)
     cells.push_back(grid_.Cell(row, place));

@@ -309,6 +309,39 @@ TEST_CASE("ratings are taken from the drawing, asked for until a motor is picked
   }
 }
 
+TEST_CASE("a load is taken by the mark of its record, and kept under names of its own") {
+  const PickerTables tables(fewMotorsAndLoads());
+  const char* drawing = R"~(
+    (define-block "WIDGET" '(0 0) (lambda () (draw-line '(0 0) '(1 1))))
+    (setq load (insert-block "WIDGET" '(5 0)))
+    (entity-data-set! load "ORL_QN_BV_CIRCPARAMS"
+      (list "Oven;20;kW;480;3;60; ;24.06; ; ; ; ; ; ; ; ; ; ; ; ; ; ; ; ; ; ; ; ; ;!PF_CTRL")))~";
+  std::string load;
+  {
+    PickerSession drawn(tables.file(), "[]");
+    drawn.eval(drawing);
+    load = drawn.eval("(entity-handle load)");
+  }
+  PickerSession session(
+      tables.file(),
+      "[" + step("ZanDlgPowerFeed", R"~({"set": "multiplier", "to": "1.5"}, {"press": "pick"})~") + "," +
+          step("pick", R"~({"pick": )~" + load + "}") + "," +
+          step("ZanDlgPowerFeed", R"~({"expect": "phaseFilter", "text": "3"},
+                           {"expect": "multiplier", "text": "1.5"}, {"press": "ok"})~") +
+          "]");
+  session.eval(drawing);
+  CHECK_EQ(session.eval("(zan_bv_power_feed_select)"), R"~(("Oven" "20" "kW" "480" "3" "60" 24.06 1.5))~");
+  CHECK(circuitData().speed.empty());
+  CHECK_EQ(circuitData().flaMultiplier, 1.5);
+  CHECK_EQ(loadFactors().flaMultiplier, -1.0);
+  std::string kept;
+  for (const wchar_t* name :
+       {L"PFType", L"PFVoltage", L"PFPower", L"PFFrequency", L"PFPhase", L"PFUnits", L"PFFLA", L"PFDerating",
+        L"MotorSpeed"})
+    kept += session.kept(loadKey, name) + " ";
+  CHECK_EQ(kept, "Oven 480 20 60 3 kW 24.060000 1.500000 - ");
+}
+
 TEST_CASE("without a table of the code the user decides, without a database nothing starts") {
   const PickerTables tables(fewMotorsAndLoads());
   const std::string accept = step("ZanBrenvolt.LoadTableNotFound", R"~({"press": 1001})~");
@@ -336,6 +369,17 @@ TEST_CASE("without a table of the code the user decides, without a database noth
     session.eval("(setq GBL_qn_electcodestd \"IEC\")");
     CHECK_EQ(session.eval(row.form), row.answer);
   }
+}
+
+TEST_CASE("a table that no fallback serves, accepted all the same, gives an empty dialog") {
+  const PickerTables tables({{"FEED_NEC", fewMotorsAndLoads()["FEED_NEC"]}});
+  PickerSession session(
+      tables.file(),
+      "[" + step("ZanBrenvolt.MotorTableNotFound", R"~({"press": 1001})~") + "," +
+          motorStep(R"~({"expect": "typeFilter", "choices": ["All"]}, {"expect": "grid", "rows": 0},
+                           {"set": "total", "to": "10"}, {"press": "ok"})~") +
+          "]");
+  CHECK_EQ(session.eval("(zan_bv_motor_select)"), R"~(("" "" "" "" "" "" "" 8.0 1.25))~");
 }
 
 namespace {
