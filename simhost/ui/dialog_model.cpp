@@ -71,6 +71,8 @@ struct DialogModel::Seen {
 
 DialogModel::DialogModel(const Form& form, CKvUiDialog& dialog)
     : name_(form.name), title_(form.title), access_(dialog), seen_(std::make_unique<Seen>()) {
+  if (dynamic_cast<const CKvUiGroupChildDialog*>(&dialog) != nullptr)
+    outer_ = dynamic_cast<const DialogModel*>(access_.state().parent);
   for (const FormControl& control : form.controls)
     add(makeControl(*this, control));
 }

@@ -33,7 +33,8 @@ public:
   [[nodiscard]] const std::wstring& name() const { return name_; }
   [[nodiscard]] const std::wstring& title() const { return title_; }
   [[nodiscard]] bool hasGivenEditor() const { return hasGivenEditor_; }
-  [[nodiscard]] bool isEnded() const { return access_.isEnded(); }
+  /// A dialog inside another one ends with it.
+  [[nodiscard]] bool isEnded() const { return access_.isEnded() || (outer_ != nullptr && outer_->isEnded()); }
   [[nodiscard]] KvUiDialogAccess& access() { return access_; }
   void raise(const KvUiEvent& event) { access_.event(event); }
 
@@ -60,6 +61,7 @@ private:
   std::wstring name_;
   std::wstring title_;
   KvUiDialogAccess access_;
+  const DialogModel* outer_ = nullptr; ///< of a dialog that stands inside another one's place
   std::vector<std::unique_ptr<ControlModel>> owned_;
   std::vector<ControlModel*> order_;
   std::map<std::wstring, ControlModel*, std::less<>> byRole_;

@@ -119,44 +119,44 @@ namespace {
 
 /// The control of a role in its kind. A form without it is a fault of the host, not of the user.
 template <typename Control>
-Control& controlOf(simhost::DialogWindow* window, std::wstring_view role) {
-  auto* control = window == nullptr ? nullptr : dynamic_cast<Control*>(window->control(role));
-  if (control == nullptr) {
-    const std::string sentence =
-        "a form lacks the control \"" + brenvolt::toUtf8(role) + "\", or has it in another kind";
-    brenvolt::assertionFailed(sentence.c_str(), __FILE__, __LINE__);
-  }
-  return *control;
+Control& controlOf(simhost::DialogWindow* window, const std::wstring& form, std::wstring_view role) {
+  KvUiControl* found = window == nullptr ? nullptr : window->control(role);
+  if (auto* control = dynamic_cast<Control*>(found)) return *control;
+  const char* const fault = window == nullptr  ? "\" does not run: nobody can ask for its control \""
+                            : found == nullptr ? "\" lacks the control \""
+                                               : "\" has in another kind the control \"";
+  const std::string sentence = "the form \"" + brenvolt::toUtf8(form) + fault + brenvolt::toUtf8(role) + "\"";
+  brenvolt::assertionFailed(sentence.c_str(), __FILE__, __LINE__);
 }
 
 } // namespace
 
 KvUiText& CKvUiDialog::Text(std::wstring_view role) const {
-  return controlOf<KvUiText>(state_->window.get(), role);
+  return controlOf<KvUiText>(state_->window.get(), state_->form, role);
 }
 
 KvUiList& CKvUiDialog::List(std::wstring_view role) const {
-  return controlOf<KvUiList>(state_->window.get(), role);
+  return controlOf<KvUiList>(state_->window.get(), state_->form, role);
 }
 
 KvUiTick& CKvUiDialog::Tick(std::wstring_view role) const {
-  return controlOf<KvUiTick>(state_->window.get(), role);
+  return controlOf<KvUiTick>(state_->window.get(), state_->form, role);
 }
 
 KvUiButton& CKvUiDialog::Button(std::wstring_view role) const {
-  return controlOf<KvUiButton>(state_->window.get(), role);
+  return controlOf<KvUiButton>(state_->window.get(), state_->form, role);
 }
 
 KvUiTree& CKvUiDialog::Tree(std::wstring_view role) const {
-  return controlOf<KvUiTree>(state_->window.get(), role);
+  return controlOf<KvUiTree>(state_->window.get(), state_->form, role);
 }
 
 KvUiGrid& CKvUiDialog::Grid(std::wstring_view role) const {
-  return controlOf<KvUiGrid>(state_->window.get(), role);
+  return controlOf<KvUiGrid>(state_->window.get(), state_->form, role);
 }
 
 KvUiPages& CKvUiDialog::Pages(std::wstring_view role) const {
-  return controlOf<KvUiPages>(state_->window.get(), role);
+  return controlOf<KvUiPages>(state_->window.get(), state_->form, role);
 }
 
 struct CKvUiFileDialog::State {

@@ -53,7 +53,7 @@ void ScriptedDialog::run() {
     if (step == nullptr || !doStep(*step)) break;
   }
   // Nobody is left to be asked: the flow is not told of a cancel, since it could ask whether to cancel.
-  if (!isEnded() || steps_.hasFailed()) access().end(kvui::cancel);
+  if (!access().isEnded() || steps_.hasFailed()) access().end(kvui::cancel);
 }
 
 bool ScriptedDialog::doStep(const AnswerStep& step) {

@@ -41,6 +41,24 @@ bool offers(const TaskQuestion& question, int button) {
   return isThere || button == kvui::cancel; // the frame closes every dialog
 }
 
+struct NamedText {
+  const char* name;
+  std::wstring text;
+};
+
+/// Why a question does not say what an "expect" wants, nothing when it does.
+std::optional<std::string> unmetText(const AnswerAction& expect, const std::vector<NamedText>& texts) {
+  for (const Expectation& expected : expect.expected) {
+    const auto row = std::find_if(
+        texts.begin(), texts.end(), [&](const NamedText& text) { return expected.what == text.name; });
+    if (row == texts.end()) return "has no \"" + expected.what + "\"";
+    const std::string found = toUtf8(row->text);
+    if (found != expected.text)
+      return "\"" + expected.what + "\" should be \"" + expected.text + "\" but is \"" + found + "\"";
+  }
+  return std::nullopt;
+}
+
 Json pointAsJson(const double (&point)[3]) {
   return Json::array({point[0], point[1], point[2]});
 }
@@ -106,6 +124,13 @@ TaskAnswer ScriptedWindows::askTask(const TaskQuestion& question) {
       answer.hideForGood = action.isOn;
       record["do"].push_back({{"tick", "hide"}, {"to", action.isOn}});
       continue;
+    }
+    if (action.verb == "expect") {
+      record["do"].push_back(Json::parse(action.written));
+      const auto unmet = unmetText(action, {{"title", question.title}, {"text", question.text}});
+      if (!unmet) continue;
+      failAt(*step, "\"" + key + "\": " + *unmet);
+      return TaskAnswer{};
     }
     const bool answers = action.verb == "press" || action.verb == "close";
     const int button = answers ? pressedButton(action) : 0;
@@ -200,6 +225,10 @@ FileAnswer ScriptedWindows::askFile(const FileQuestion& question, const FileEven
         answer.isOk = true;
         if (!events.accept || events.accept(answer)) return answer;
         answer.isOk = false;
+      } else if (action.verb == "expect") {
+        note(Json::parse(action.written));
+        if (const auto unmet = unmetText(action, {{"text", answer.path}}))
+          failAt(*step, "the file dialog: " + *unmet);
       } else {
         failAt(*step, "a file dialog has nothing to " + action.verb + " named \"" + action.subject + "\"");
       }

@@ -142,7 +142,7 @@ public:
 enum class KvUiCellKind { text, dropDown, tick, fixed };
 enum class KvUiCellTone { normal, alert };
 
-/// A grid. Row 0 is the header; data rows count from 1, columns from 0 (the row head).
+/// A grid. Row 0 is the header; data rows count from 1, columns from 0 (the row head). A tick is "1" or "0".
 class KV_HOST_API KvUiGrid : public KvUiControl {
 public:
   ~KvUiGrid() override;
@@ -156,7 +156,7 @@ public:
   virtual void SetCellChoices(int row, int column, const std::vector<std::wstring>& choices) = 0;
   virtual void SetCellTone(int row, int column, KvUiCellTone tone) = 0;
   virtual void RemoveRow(int row) = 0;
-  /// Whether cells may be edited at all, and whether an empty row for a new record stands at the end.
+  /// Whether cells may be edited, and whether an empty row for a new record, counted once edited, stands at the end.
   virtual void SetEditable(bool editable, bool withNewRow) = 0;
   [[nodiscard]] virtual bool IsEditable() const = 0;
   /// 0 selects no row. Raises no event.

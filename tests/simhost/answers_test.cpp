@@ -48,13 +48,30 @@ TEST_CASE("a damaged answer file is told with file and step") {
             .starts_with("a.json: \"version\""));
   CHECK(faultOf(inFile(R"({"dialog": "a"}, {"do": []})")).starts_with("a.json: step 2: "));
   for (const char* step :
-       {R"({"dialog": "a", "answer": 1})", R"({"dialog": "a", "do": [{}]})",
-        R"({"dialog": "a", "do": [{"press": true}]})", R"({"dialog": "a", "do": [{"tick": "b"}]})",
+       {R"({"dialog": "a", "answer": 1})",
+        R"({"dialog": "a", "do": [{}]})",
+        R"({"dialog": "a", "do": [{"press": true}]})",
+        R"({"dialog": "a", "do": [{"tick": "b"}]})",
         R"({"dialog": "a", "do": [{"tick": "b", "to": 1}]})",
-        R"({"dialog": "a", "do": [{"set": "b", "to": null}]})", R"({"dialog": "a", "do": [{"pick": 3}]})",
+        R"({"dialog": "a", "do": [{"set": "b", "to": null}]})",
+        R"({"dialog": "a", "do": [{"pick": 3}]})",
         R"({"dialog": "a", "do": [{"pick": "1", "point": [1]}]})",
         R"({"dialog": "a", "do": [{"press": 1, "to": 2}]})",
-        R"({"dialog": "a", "do": [{"press": 1, "tick": "b"}]})"})
+        R"({"dialog": "a", "do": [{"press": 1, "tick": "b"}]})",
+        R"({"dialog": "a", "do": [{"choose": "b"}]})",
+        R"({"dialog": "a", "do": [{"choose": "b", "index": -1}]})",
+        R"({"dialog": "a", "do": [{"choose": "b", "to": "c", "index": 1}]})",
+        R"({"dialog": "a", "do": [{"select": "b"}]})",
+        R"({"dialog": "a", "do": [{"select": "b", "row": {}}]})",
+        R"({"dialog": "a", "do": [{"select": "b", "row": 1, "path": [1]}]})",
+        R"({"dialog": "a", "do": [{"edit": "b", "to": "c"}]})",
+        R"({"dialog": "a", "do": [{"key": "X"}]})",
+        R"({"dialog": "a", "do": [{"wait": -1}]})",
+        R"({"dialog": "a", "do": [{"wait": "long"}]})",
+        R"({"dialog": "a", "do": [{"close": "door"}]})",
+        R"({"dialog": "a", "do": [{"expect": "b"}]})",
+        R"({"dialog": "a", "do": [{"expect": "b", "enabled": 1}]})",
+        R"({"dialog": "a", "do": [{"press": "b", "quick": 1}]})"})
     CHECK_MESSAGE(faultOf(inFile(step)).starts_with("a.json: step 1: "), step);
 }
 

@@ -1,0 +1,78 @@
+// Form files: what they may hold, and that those of the program can be read.
+#include "simhost/ui/forms.h"
+
+#include <doctest/doctest.h>
+
+#include <filesystem>
+#include <string>
+
+using simhost::Form;
+using simhost::parseForm;
+
+namespace {
+
+std::string inFile(const std::string& controls) {
+  return R"({"format": "brenvolt-form", "version": 1, "controls": [)" + controls + "]}";
+}
+
+std::string faultOf(const std::string& bytes) {
+  try {
+    static_cast<void>(parseForm(bytes, "a", "a.json"));
+  } catch (const simhost::FormError& error) {
+    return error.what();
+  }
+  return {};
+}
+
+} // namespace
+
+TEST_CASE("a damaged form is told with file and control") {
+  CHECK(faultOf("{").starts_with("a.json: is no JSON"));
+  CHECK(faultOf(R"({"format": "brenvolt-form", "version": 2})").starts_with("a.json: \"version\""));
+  CHECK(faultOf(R"({"format": "brenvolt-form", "version": 1})") == "a.json: \"controls\" is no list");
+  struct Row {
+    const char* control;
+    const char* fault;
+  };
+  const Row rows[] = {
+      {R"({"kind": "text"})", "control 1: needs \"role\""},
+      {R"({"role": "a", "kind": "slider"})", "control 1 (\"a\"): \"kind\" is no kind of control: \"slider\""},
+      {R"({"role": "a.b", "kind": "text"})", "control 1 (\"a.b\"): a role holds neither \".\" nor \"/\""},
+      {R"({"role": "dialog", "kind": "text"})",
+       "control 1 (\"dialog\"): the role stands for the dialog itself"},
+      {R"({"role": "a", "kind": "text"}, {"role": "a", "kind": "list"})",
+       "control 2 (\"a\"): the role is taken by another control"},
+      {R"({"role": "a", "kind": "list", "readOnly": true})",
+       "control 1 (\"a\"): unknown member \"readOnly\""},
+      {R"({"role": "a", "kind": "text", "readOnly": 1})",
+       "control 1 (\"a\"): \"readOnly\" is neither true nor false"},
+      {R"({"role": "a", "kind": "radio"})", "control 1 (\"a\"): a radio button needs \"group\""},
+  };
+  for (const Row& row : rows)
+    CHECK(faultOf(inFile(row.control)) == std::string("a.json: ") + row.fault);
+  try {
+    static_cast<void>(simhost::loadForm("tests/simhost_ui/forms", L"nothing"));
+    FAIL("a form was found that is not there");
+  } catch (const simhost::FormError& error) {
+    CHECK(std::string(error.what()).starts_with("the form \"nothing\" is unknown"));
+  }
+}
+
+TEST_CASE("a layout may stand in a form and is passed over") {
+  const Form form =
+      parseForm(inFile(R"({"role": "a", "kind": "text", "layout": {"row": 1}})"), "a", "a.json");
+  CHECK(form.controls.size() == 1);
+}
+
+TEST_CASE("every form of the program can be read and can be left") {
+  for (const auto& file : std::filesystem::directory_iterator("resources/forms")) {
+    if (file.path().extension() != ".json") continue;
+    const Form form = simhost::loadForm("resources/forms", file.path().stem().wstring());
+    CAPTURE(file.path().string());
+    bool hasButton = false;
+    for (const simhost::FormControl& control : form.controls)
+      hasButton = hasButton || control.kind == simhost::ControlKind::button;
+    CHECK(hasButton);
+    CHECK_FALSE(form.title.empty());
+  }
+}

@@ -1,0 +1,236 @@
+// A whole run of a dialog: time, questions in between, the editor, and recordings that answer the same again.
+#include "simhost/ui/virtual_timers.h"
+#include "test_dialogs.h"
+
+#include <doctest/doctest.h>
+
+#include <nlohmann/json.hpp>
+
+#include <string>
+#include <vector>
+
+using simhost::EverythingDialog;
+using simhost::Outcome;
+using simhost::runActions;
+using simhost::runFile;
+using simhost::runSteps;
+using Json = nlohmann::ordered_json;
+
+namespace {
+
+using Lines = std::vector<std::string>;
+
+/// Chooses one value; fails to open when its flow says so.
+class ValueDialog final : public CKvUiDialog {
+public:
+  explicit ValueDialog(KvWindow* parent) : CKvUiDialog(L"value_list", parent) {}
+  std::wstring chosen;
+
+protected:
+  bool OnInitDialog() override {
+    List(L"values").Insert(-1, L"M1", 0);
+    List(L"values").Insert(-1, L"M2", 0);
+    return true;
+  }
+  void OnOK() override {
+    chosen = List(L"values").Text();
+    CKvUiDialog::OnOK();
+  }
+};
+
+/// "report" opens the value list and takes what was chosen.
+void askForValue(EverythingDialog& dialog) {
+  dialog.onEvent = [](EverythingDialog& flow, const std::string& line) {
+    if (line != "clicked report") return;
+    ValueDialog values(flow.window());
+    if (values.DoModal() == kvui::ok) flow.Text(L"length").SetText(values.chosen);
+  };
+}
+
+} // namespace
+
+TEST_CASE("timers fire in the order in which they are due, as often as time allows") {
+  simhost::VirtualTimers timers;
+  Lines fired;
+  const auto fire = [&](int timer) {
+    fired.push_back(std::to_string(timer));
+    if (timer == 3) timers.kill(3);
+    if (timer == 1 && fired.size() == 1) timers.start(4, 50);
+    return true;
+  };
+  timers.start(1, 100);
+  timers.start(2, 250);
+  timers.start(3, 100);
+  CHECK(timers.untilAllDue() == 250);
+  CHECK(timers.pass(250, fire));
+  CHECK(fired == Lines{"1", "3", "4", "1", "4", "2", "4"});
+  timers.kill(1);
+  timers.kill(4);
+  fired.clear();
+  timers.start(2, 10); // anew: not due at 500 any more
+  CHECK(timers.pass(9, fire));
+  CHECK(fired.empty());
+  timers.start(5, 0);
+  CHECK_FALSE(timers.pass(1000000, fire));
+}
+
+TEST_CASE("a slow user sees each timer fire, a quick one none") {
+  const auto prepare = [](EverythingDialog& dialog) {
+    dialog.onEvent = [](EverythingDialog& flow, const std::string& line) {
+      if (line.starts_with("committed")) {
+        flow.StartTimer(1, 300);
+        flow.StartTimer(2, 200);
+      }
+      if (line == "timer 1") flow.KillTimer(1);
+      if (line == "timer 2") flow.KillTimer(2);
+    };
+  };
+  CHECK(
+      runActions(R"({"set": "length", "to": "1"}, {"press": "report"}, {"press": "ok"})", prepare).events ==
+      Lines{"committed length 1", "timer 2", "timer 1", "clicked report", "ok"});
+  CHECK(
+      runActions(
+          R"({"set": "length", "to": "1"}, {"press": "report", "quick": true}, {"wait": 250},
+             {"press": "ok", "quick": true})",
+          prepare)
+          .events == Lines{"committed length 1", "clicked report", "timer 2", "ok"});
+}
+
+TEST_CASE("a question in between is answered by the next step, and the dialog goes on behind it") {
+  const char* const nested =
+      R"({"dialog": "value_list", "do": [{"choose": "values", "to": "M2"}, {"press": "ok"}]})";
+  const std::string expect = R"({"expect": "length", "text": "M2"}, {"press": "ok"})";
+  const std::string inOneStep =
+      R"({"dialog": "everything", "do": [{"press": "report"}, )" + expect + "]}, " + nested;
+  const std::string inTwoSteps = R"({"dialog": "everything", "do": [{"press": "report"}]}, )" +
+                                 std::string(nested) + R"(, {"dialog": "everything", "do": [)" + expect +
+                                 "]}";
+  const Outcome one = runSteps(inOneStep, askForValue);
+  const Outcome two = runSteps(inTwoSteps, askForValue);
+  CHECK(one.failure == "");
+  CHECK(one.result == kvui::ok);
+  CHECK(one.recording == two.recording);
+
+  const Outcome wrong = runSteps(R"({"dialog": "everything", "do": [{"press": "report"}]})", askForValue);
+  CHECK(wrong.failure == "\"value_list\" has no answer: a.json has no further step");
+  CHECK(wrong.events == Lines{"clicked report"});
+  const Outcome open = runSteps(
+      R"({"dialog": "everything", "do": [{"press": "help"}]}, {"dialog": "pick", "do": [{"pick": null}]})");
+  CHECK(open.failure == "a.json: step 1: leaves \"everything\" open, and step 2 answers \"pick\"");
+}
+
+TEST_CASE("a recording answers the same again and tells what was shown") {
+  const Outcome first = runSteps(
+      R"({"dialog": "everything", "do": [
+            {"set": "length", "to": "7"}, {"edit": "sizes", "row": 2, "column": "Ampacity", "to": "26"},
+            {"edit": "sizes", "row": 2, "column": "Ampacity", "to": "x", "refused": true},
+            {"select": "units", "path": ["Pilot"]}, {"press": "report"}]},
+         {"dialog": "value_list", "do": [{"choose": "values", "index": 0}, {"press": "ok"}]},
+         {"dialog": "everything", "do": [{"wait": 10}, {"press": "ok"}]})",
+      askForValue);
+  REQUIRE(first.failure == "");
+  const Outcome again = runFile(first.recording, askForValue);
+  CHECK(again.failure == "");
+  CHECK(again.unusedSteps == 0);
+  CHECK(again.events == first.events);
+  CHECK(again.recording == first.recording);
+
+  const Json steps = Json::parse(first.recording)["steps"];
+  REQUIRE(steps.size() == 3);
+  const Json& shown = steps[0]["shown"];
+  CHECK(shown["title"] == "Everything");
+  const Json& controls = shown["controls"];
+  CHECK(controls["voltage"] == Json({{"choices", {"230", "460", "575"}}, {"text", "460"}}));
+  CHECK(
+      controls["units"] == Json({{"items", {"Motor", "  Overload", "Pilot [2]"}}, {"path", Json::array()}}));
+  CHECK(controls["extra"] == Json({{"enabled", false}, {"text", ""}}));
+  CHECK(controls["sizes"]["rows"]["2"] == Json({"", "12 AWG", "25", "0"}));
+  CHECK(controls["options.2.0"]["buttons"] == Json({"Look up", "Pick"}));
+  CHECK_FALSE(controls.contains("ok"));
+  const Json& actions = steps[0]["do"];
+  CHECK(actions[0]["then"] == Json({{"length", {{"text", "7"}}}}));
+  // Of the grid only the row that reads otherwise.
+  CHECK(
+      actions[1]["then"] ==
+      Json({{"sizes", {{"rows", {{"2", {"", "12 AWG", "26", "0"}}}}, {"selectedRow", 2}}}}));
+  CHECK_FALSE(actions[2].contains("then"));
+  CHECK(actions[4]["then"] == Json({{"length", {{"text", "M1"}}}}));
+}
+
+TEST_CASE("a recording of a failed run tells where and why, and is refused as answers") {
+  const Outcome failed = runActions(R"({"press": "help"}, {"set": "extra", "to": "1"})");
+  const Json steps = Json::parse(failed.recording)["steps"];
+  CHECK(steps[0]["do"][1]["fault"] == "it is disabled");
+  CHECK_THROWS_AS(static_cast<void>(simhost::parseAnswers(failed.recording, "a.json")), simhost::AnswerError);
+}
+
+TEST_CASE("a grid too long to be told whole differs in its sum") {
+  const auto withCell = [](const wchar_t* text) {
+    return runActions(R"({"press": "ok"})", [text](EverythingDialog& dialog) {
+      dialog.onEvent = [text](EverythingDialog& flow, const std::string&) {
+        flow.Grid(L"sizes").SetSize(100, 4);
+        flow.Grid(L"sizes").SetCell(50, 2, text);
+      };
+    });
+  };
+  const std::string one = withCell(L"1").recording;
+  CHECK(one.find("\"rowCount\": 100") != std::string::npos);
+  CHECK(one.size() == withCell(L"2").recording.size());
+  CHECK(one != withCell(L"2").recording);
+}
+
+TEST_CASE("nobody reaches a dialog while the host has the editor, or what stands on a locked page") {
+  const auto prepare = [](EverythingDialog& dialog) {
+    dialog.onEvent = [](EverythingDialog& flow, const std::string& line) {
+      if (line != "clicked report") return;
+      if (flow.Text(L"length").Text() == L"lock")
+        flow.Pages(L"options").LockPage(1, true);
+      else
+        CHECK(flow.BeginEditorCommand());
+    };
+  };
+  const Outcome hidden = runActions(R"({"press": "report"}, {"set": "length", "to": "1"})", prepare);
+  CHECK(hidden.failure.ends_with("the dialog is hidden, the host has the editor"));
+  const Outcome locked = runActions(
+      R"({"set": "length", "to": "lock"}, {"press": "report"}, {"expect": "options/Overload", "locked": true},
+         {"choose": "options/Overload", "to": "Class 10"})",
+      prepare);
+  CHECK(locked.failure.ends_with("action 4, choose \"options/Overload\": its page is locked"));
+}
+
+TEST_CASE("the row behind the last one takes a new record, and vanishes when nothing is typed into it") {
+  const auto prepare = [](EverythingDialog& dialog) {
+    dialog.onEvent = [](EverythingDialog& flow, const std::string& line) {
+      if (line == "clicked report") flow.Grid(L"sizes").SetEditable(true, true);
+    };
+  };
+  const Outcome outcome = runActions(
+      R"({"press": "report"},
+         {"edit": "sizes", "row": 4, "column": 2, "to": "40"}, {"select": "sizes", "row": 1},
+         {"expect": "sizes", "rows": 4},
+         {"edit": "sizes", "row": 5, "column": 2, "to": "x", "refused": true}, {"select": "sizes", "row": 1},
+         {"expect": "sizes", "rows": 4, "row": 4, "texts": ["", "", "40", ""]}, {"press": "ok"})",
+      prepare);
+  CHECK(outcome.failure == "");
+  CHECK(
+      outcome.events == Lines{
+                            "clicked report", "selected sizes 4,2", "editBegun sizes 4,2",
+                            "cellEdited sizes 4,2 40", "rowCommitted sizes 4,1", "selected sizes 1,0",
+                            "selected sizes 5,2", "editBegun sizes 5,2", "rowCommitted sizes 5,0",
+                            "selected sizes 1,0", "ok"});
+}
+
+TEST_CASE("a flow that refuses to start asks nobody, and an unknown form ends the run") {
+  const Outcome refused = runSteps("", [](EverythingDialog& dialog) { dialog.initialAnswer = false; });
+  CHECK(refused.result == kvui::cancel);
+  CHECK(refused.failure == "");
+}
+
+TEST_CASE("a commit that takes a control away keeps the user from it") {
+  const Outcome outcome =
+      runActions(R"({"type": "length", "to": "0"}, {"press": "ok"})", [](EverythingDialog& dialog) {
+        dialog.onEvent = [](EverythingDialog& flow, const std::string&) { flow.Button(L"ok").Enable(false); };
+      });
+  CHECK(outcome.failure.ends_with("action 2, press \"ok\": it is disabled"));
+  CHECK(outcome.events == Lines{"committed length 0"});
+}
