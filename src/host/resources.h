@@ -160,6 +160,7 @@ enum class TextId : unsigned {
   fileTypeWorkbook = 22350, ///< names of the report's file types
   fileTypeCsv = 22351,
   fileTypeReport = 22352,
+  reportNotWritten = 22353, ///< "%s", "%s": the path, the reason
 };
 
 /// The text that lies `offset` numbers behind `first`, for rows that are counted.

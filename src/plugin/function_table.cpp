@@ -9,7 +9,6 @@
 #include "plugin/handlers/edit_wire_size.h"
 #include "plugin/handlers/motor_select.h"
 #include "plugin/handlers/power_feed_select.h"
-#include "plugin/handlers/power_feed_wire_select.h"
 #include "plugin/handlers/select_circuit.h"
 #include "plugin/handlers/wire_select.h"
 

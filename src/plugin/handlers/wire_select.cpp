@@ -1,11 +1,30 @@
-// Answers nil: this module has no wire lookup dialog yet.
+// The two lookups of a circuit that is being made: a motor's and a load's.
 #include "plugin/handlers/wire_select.h"
+
+#include "flows/dlg_wire_select.h"
+#include "host/host_api_documents.h"
 
 namespace brenvolt {
 
-ResultList wireSelect(const ResultList& arguments) {
-  static_cast<void>(arguments);
-  return ResultList();
+namespace {
+
+ResultList lookUp(ZanDlgWireSelectBaseCtrlMgr& manager) {
+  const std::optional<WireLookupAnswer> chosen = runWireLookup(manager, kvdsForegroundWindow());
+  if (!chosen) return {};
+  ListBuilder answer;
+  return answer.beginList().addText(chosen->size).addText(chosen->parallelNote).endList().take();
+}
+
+} // namespace
+
+ResultList wireSelect(const ResultList&) {
+  ZanDlgWireSelectCtrlMgr manager;
+  return lookUp(manager);
+}
+
+ResultList powerFeedWireSelect(const ResultList&) {
+  ZanDlgWireSelectPfCtrlMgr manager;
+  return lookUp(manager);
 }
 
 } // namespace brenvolt

@@ -1,4 +1,5 @@
-// `zan_bv_wire_select`: wire size lookup for a motor circuit, (size parallelNote).
+// `zan_bv_wire_select` and `zan_bv_pf_wire_select`: wire size lookup for a motor's and for a load's circuit, each
+// answering (size parallelNote).
 #pragma once
 
 #include "host/result_list.h"
@@ -6,5 +7,6 @@
 namespace brenvolt {
 
 [[nodiscard]] ResultList wireSelect(const ResultList& arguments);
+[[nodiscard]] ResultList powerFeedWireSelect(const ResultList& arguments);
 
 } // namespace brenvolt

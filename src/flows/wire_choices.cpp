@@ -1,0 +1,84 @@
+#include "flows/wire_choices.h"
+
+#include "text/compare.h"
+#include "text/numbers.h"
+#include "text/split.h"
+
+namespace brenvolt {
+
+namespace {
+
+struct RecordText {
+  std::size_t place;
+  std::wstring ZanCircuitData::*field;
+};
+constexpr RecordText recordTexts[] = {
+    {circparam::voltage, &ZanCircuitData::voltage},
+    {circparam::phase, &ZanCircuitData::phase},
+    {circparam::wireStandard, &ZanCircuitData::wireStandard},
+    {circparam::wireMetal, &ZanCircuitData::wireMetal},
+    {circparam::insulation, &ZanCircuitData::insulation},
+    {circparam::temperature, &ZanCircuitData::temperature},
+    {circparam::lengthUnits, &ZanCircuitData::lengthUnits},
+    {circparam::raceway, &ZanCircuitData::raceway},
+    {circparam::fillRange, &ZanCircuitData::fillRange},
+    {circparam::ambientRange, &ZanCircuitData::ambientRange},
+    {circparam::parallelCount, &ZanCircuitData::parallelCount},
+    {circparam::parallelMinSize, &ZanCircuitData::parallelMinSize},
+    {circparam::groundWire, &ZanCircuitData::groundSize},
+};
+
+struct RecordNumber {
+  std::size_t place;
+  double ZanCircuitData::*field;
+};
+constexpr RecordNumber recordNumbers[] = {
+    {circparam::fla, &ZanCircuitData::fla},
+    {circparam::multiplier, &ZanCircuitData::flaMultiplier},
+    {circparam::extraCurrent, &ZanCircuitData::extraCurrent},
+    {circparam::length, &ZanCircuitData::length},
+    {circparam::powerFactor, &ZanCircuitData::powerFactor},
+    {circparam::dropLimit, &ZanCircuitData::dropLimit},
+    {circparam::continuousFactor, &ZanCircuitData::continuousFactor},
+    {circparam::fillFactor, &ZanCircuitData::fillFactor},
+    {circparam::ambientFactor, &ZanCircuitData::ambientFactor},
+    {circparam::overallFactor, &ZanCircuitData::overallFactor},
+    {circparam::energyPrice, &ZanCircuitData::energyPrice},
+};
+
+constexpr std::wstring_view awg = L"AWG";
+constexpr std::wstring_view kcmil = L"KCMIL";
+
+} // namespace
+
+ZanCircuitData circuitChoices() {
+  return circuitData();
+}
+
+ZanCircuitData loadChoices() {
+  ZanCircuitData choices = circuitData();
+  choices.flaMultiplier = loadFactors().flaMultiplier;
+  choices.powerFactor = loadFactors().powerFactor;
+  return choices;
+}
+
+ZanCircuitData placedChoices(const ZanCircParams& record) {
+  ZanCircuitData choices = circuitData();
+  choices.resetOpenFields();
+  for (const RecordText& row : recordTexts)
+    choices.*row.field = trim(record.get(row.place));
+  for (const RecordNumber& row : recordNumbers)
+    choices.*row.field = toDouble(record.get(row.place));
+  return choices;
+}
+
+std::wstring shownSize(std::wstring_view stored, std::wstring_view standard) {
+  std::wstring size = removeBlanks(stored);
+  if (standard.empty()) return size;
+  std::size_t place = findNoCase(size, standard);
+  if (place == std::wstring::npos && equalsOrdinalNoCase(standard, awg)) place = findNoCase(size, kcmil);
+  if (place != std::wstring::npos && place > 0) size.insert(place, 1, L' ');
+  return size;
+}
+
+} // namespace brenvolt

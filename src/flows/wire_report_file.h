@@ -1,0 +1,35 @@
+// The files that a wire report goes to: a workbook, comma-separated values, or a tabbed report. A file is replaced or
+// appended to as a whole: what cannot be written leaves the old file as it was.
+#pragma once
+
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace brenvolt {
+
+/// A row of a report; rows differ in length.
+using ReportRow = std::vector<std::wstring>;
+
+enum class ReportFormat { workbook, csv, tabbed };
+
+/// By the last three letters of the name, without case; all but "csv" and "rep" are workbooks.
+[[nodiscard]] ReportFormat reportFormatOf(std::wstring_view fileName);
+
+enum class ReportMode { replace, append };
+
+/// Where the last report of a dialog went; empty before the first.
+struct ReportPlace {
+  std::wstring folder;
+  std::wstring fileName;
+};
+
+/// One line of a text report, with its line end. A value that holds a quote is written as it stands.
+[[nodiscard]] std::wstring reportLine(const ReportRow& row, ReportFormat format);
+
+/// Writes the rows to a file, text as UTF-8. The reason on a failure.
+[[nodiscard]] std::optional<std::wstring> writeReport(
+    std::wstring_view path, ReportMode mode, const std::vector<ReportRow>& rows);
+
+} // namespace brenvolt
