@@ -73,9 +73,12 @@ TEST_CASE("a whole session on the sample tables, as a person sees it") {
 TEST_CASE("fields, changes and answers of the lookup") {
   const SessionRow rows[] = {
       {"a motor's circuit comes with its values, and the proposal carries the total", wire, putMotor,
-       R"({"expect": "voltage", "text": "460", "enabled": true}, {"expect": "current", "text": "28"},
+       R"do({"expect": "voltage", "text": "460", "enabled": true}, {"expect": "current", "text": "28"},
           {"expect": "multiplier", "text": "1.25"}, {"expect": "totalCurrent", "text": "35"},
-          {"expect": "groundSize", "text": "8 AWG"}, {"press": "ok"})",
+          {"expect": "groundSize", "text": "8 AWG"},
+          {"expect": "grid", "row": {"Size": "10 AWG"}, "column": "Load (%)", "is": "125", "alert": true},
+          {"expect": "grid", "row": {"Size": "8 AWG"}, "column": "Load (%)", "is": "87.5", "alert": false},
+          {"press": "ok"})do",
        R"(("8AWG" ""))"},
       {"what the configuration fixes can be read and no more", wire,
        [] {
