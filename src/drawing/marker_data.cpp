@@ -9,15 +9,15 @@ namespace brenvolt {
 
 namespace {
 
-/// "%s": the symbol; the second "%s": its new value.
+/// "%s": the symbol, twice ahead of its new value, which is made of the old one, d. LISP reads this text for each
+/// marker, so it is short.
 constexpr std::wstring_view guardedChange =
-    L"(if (and (consp %s) (integerp (car %s))) (progn (setq %s %s) t) nil)";
-/// A new index ahead of the rest as it is.
-constexpr std::wstring_view indexForm = L"(cons %d (cdr %s))";
-/// The same with a new third element, where there is one.
+    L"(let ((d %s)) (if (and (consp d) (integerp (car d))) (progn (setq %s (cons %d %s)) t)))";
+/// All behind the index as it is.
+constexpr std::wstring_view keptRest = L"(cdr d)";
+/// A new third element, where there is one.
 constexpr std::wstring_view valuesForm =
-    L"(cons %d (cond ((null (cdr %s)) (list 0)) ((null (cddr %s)) (cdr %s)) "
-    L"(t (cons (cadr %s) (cons (list %s) (cdr (cddr %s)))))))";
+    L"(cond ((cddr d) (list* (cadr d) '(%s) (cdddr d))) ((cdr d)) (t '(0)))";
 
 std::wstring quotedNumbers(const std::vector<std::int32_t>& values) {
   std::wstring texts;
@@ -46,13 +46,11 @@ bool SetMarkerData(std::int32_t index, const std::vector<std::int32_t>& values) 
   // LISP makes the change, since it can share the list of handles. Reading and writing the value as a list would copy
   // every handle for each marker of a run.
   const std::wstring_view symbol = lispsymbol::markerData;
-  const std::int64_t number = index;
-  const std::wstring value =
-      values.empty()
-          ? formatText(indexForm, {number, symbol})
-          : formatText(valuesForm, {number, symbol, symbol, symbol, symbol, quotedNumbers(values), symbol});
+  const std::wstring rest =
+      values.empty() ? std::wstring(keptRest) : formatText(valuesForm, {quotedNumbers(values)});
   ResultList answer;
-  const int status = evalString(formatText(guardedChange, {symbol, symbol, symbol, value}), answer);
+  const int status =
+      evalString(formatText(guardedChange, {symbol, symbol, std::int64_t{index}, rest}), answer);
   return status == kvstatus::normal && ListReader(answer).isT();
 }
 
