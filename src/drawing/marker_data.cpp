@@ -9,21 +9,21 @@ namespace brenvolt {
 
 namespace {
 
-/// "%s": the symbol, twice ahead of its new value, which is made of the old one, d. LISP reads this text for each
-/// marker, so it is short.
-constexpr std::wstring_view guardedChange =
-    L"(let ((d %s)) (if (and (consp d) (integerp (car d))) (progn (setq %s (cons %d %s)) t)))";
-/// All behind the index as it is.
-constexpr std::wstring_view keptRest = L"(cdr d)";
-/// A new third element, where there is one.
-constexpr std::wstring_view valuesForm =
-    L"(cond ((cddr d) (list* (cadr d) '(%s) (cdddr d))) ((cdr d)) (t '(0)))";
+constexpr wchar_t setter[] = L"zan_bv_set_marker_data";
 
-std::wstring quotedNumbers(const std::vector<std::int32_t>& values) {
-  std::wstring texts;
-  for (const std::int32_t value : values)
-    texts += formatText(texts.empty() ? L"\"%d\"" : L" \"%d\"", {std::int64_t{value}});
-  return texts;
+/// First "%s": the setter; the others: the symbol. LISP makes the change, since it can share the list of handles:
+/// reading and writing the value as a list would copy every handle for each marker of a run. It is a function, so that
+/// its text is read once a run.
+constexpr std::wstring_view setterForm =
+    L"(progn (defun %s (index values) (let ((data %s)) (if (and (consp data) (integerp (car data))) "
+    L"(progn (setq %s (cons index (cond ((null values) (cdr data)) "
+    L"((cddr data) (list* (cadr data) values (cdddr data))) ((cdr data)) (t '(0))))) t)))) t)";
+
+bool defineSetter() {
+  const std::wstring_view symbol = lispsymbol::markerData;
+  ResultList answer;
+  return evalString(formatText(setterForm, {setter, symbol, symbol}), answer) == kvstatus::normal &&
+         exposeFunction(setter) == kvstatus::normal;
 }
 
 } // namespace
@@ -39,19 +39,17 @@ bool PublishMarkerData(ZanDwgMarkerList& markers) {
   }
   builder.endList().beginList().addText(L"-1").endList().endList();
   const ResultList list = builder.take();
-  return !list.isEmpty() && putList(lispsymbol::markerData, list);
+  return !list.isEmpty() && putList(lispsymbol::markerData, list) && defineSetter();
 }
 
 bool SetMarkerData(std::int32_t index, const std::vector<std::int32_t>& values) {
-  // LISP makes the change, since it can share the list of handles. Reading and writing the value as a list would copy
-  // every handle for each marker of a run.
-  const std::wstring_view symbol = lispsymbol::markerData;
-  const std::wstring rest =
-      values.empty() ? std::wstring(keptRest) : formatText(valuesForm, {quotedNumbers(values)});
+  ListBuilder call;
+  call.addText(setter).addLong(index).beginList();
+  for (const std::int32_t value : values)
+    call.addText(formatInt(value));
+  call.endList();
   ResultList answer;
-  const int status =
-      evalString(formatText(guardedChange, {symbol, symbol, std::int64_t{index}, rest}), answer);
-  return status == kvstatus::normal && ListReader(answer).isT();
+  return invoke(call.take(), answer) == kvstatus::normal && ListReader(answer).isT();
 }
 
 } // namespace brenvolt

@@ -57,6 +57,8 @@ TEST_CASE("each marker's index and values are put into the symbol") {
   for (const auto& row : rows) {
     CAPTURE(std::wstring(row.before));
     HostSession host;
+    ZanDwgMarkerList none;
+    REQUIRE(PublishMarkerData(none));
     host.evaluate(std::wstring(L"(setq GBL_qn_bv_marker_data ") + row.before + L")");
     CHECK(SetMarkerData(row.index, row.values) == row.done);
     CHECK(symbolText() == row.after);
@@ -66,6 +68,9 @@ TEST_CASE("each marker's index and values are put into the symbol") {
 
 TEST_CASE("a list that a script has kept stays as it was") {
   HostSession host;
+  ZanDwgMarkerList none;
+  CHECK_FALSE(SetMarkerData(3, {8})); // no run has begun
+  REQUIRE(PublishMarkerData(none));
   host.evaluate(L"(setq GBL_qn_bv_marker_data '(0 (\"A\") (\"-1\")) kept GBL_qn_bv_marker_data)");
   CHECK(SetMarkerData(3, {8}));
   CHECK(describe(getSymbol(L"kept")) == L"(s0 (\"A\") (\"-1\"))");
