@@ -31,6 +31,7 @@ struct DrawOptions {
   std::string preset;
   std::string params;
   std::string wires;
+  std::string project;
   std::vector<double> at = {0.0, 0.0};
 };
 
@@ -74,6 +75,8 @@ ExitCode runDraw(DrawOptions& options) {
 
   options.host.site = options.site.site;
   HostRun host(options.host);
+  if (!options.project.empty())
+    host.run(L"(setq site-project-database " + lispText(fromUtf8(options.project)) + L")", L"draw");
   if (!options.saveHistory.empty()) recordBuild(host.interpreter(), fromUtf8(options.saveHistory));
   const lisp::Value built = host.run(buildForm(options, fromUtf8(workbook), entry), L"draw");
   host.writeRecording();
@@ -100,6 +103,9 @@ Command setUpDraw(CLI::App& command) {
   command
       .add_option("--wires", options->wires, R"(Wires of a placed circuit: (("10AWG" "BLK_10AWG" "1") ...))")
       ->type_name("TEXT");
+  command.add_option("--project", options->project, "Keep records of the circuit in this project database")
+      ->type_name("FILE")
+      ->check(CLI::ExistingFile);
   command.add_option("--at", options->at, "Where the template goes")
       ->type_name("X,Y")
       ->delimiter(',')

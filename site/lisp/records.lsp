@@ -38,7 +38,7 @@
 ; The rows of a finished circuit. A project without a database keeps no records.
 (defun record-circuit (template args)
   (when (and site-project-database site-control-entity)
-    (insert-row "BRENVOLT" '("DWGIX" "HDL" "CIRCUIT" "CODES" "PARAMS" "WIRES" "ID")
+    (insert-row "BRENVOLT" '("DWGIX" "HDL" "CIRCUIT" "CODES" "PARAMS" "WIRES" "CIRCUITKEY")
       (list "1" (handle-key site-control-entity) (string-join (circuit-fields template args) ";") (codes-text)
             site-control-params site-control-wires (string-append "1-" (entity-handle site-control-entity))))
     (mapc 'record-component (reverse site-placed-components))))

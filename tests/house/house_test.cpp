@@ -28,22 +28,16 @@ constexpr Floor floors[] = {
 
 /// The readers of each header of platform/ inside src/.
 const std::map<std::string, std::string> platformReaders = {
-    {"platform/tables.h", "data"},
-    {"platform/statement_text.h", "data"},
-    {"platform/xml_document.h", "drawing"},
-    {"platform/workbook_writer.h", "flows"},
+    {"platform/tables.h", "data"},          {"platform/statement_text.h", "data"},
+    {"platform/xml_document.h", "drawing"}, {"platform/workbook_writer.h", "flows"},
     {"platform/file_replace.h", "flows"},
 };
 
 /// What the rooms of the simulated host may see of src/ beside text/ and the host's face. The tool is no part of the
 /// host: it calls services of the plug-in's lower floors directly, and never a flow.
 const std::map<std::string, std::set<std::string>> simhostReaders = {
-    {"lisp", {}},
-    {"drawing", {}},
-    {"drawing_lisp", {}},
-    {"host", {}},
-    {"ui", {}},
-    {"cli", {"expr", "host", "data", "drawing", "config", "build"}},
+    {"lisp", {}}, {"drawing", {}}, {"drawing_lisp", {}},
+    {"host", {}}, {"ui", {}},      {"cli", {"expr", "host", "data", "drawing", "config", "build"}},
 };
 
 std::optional<int> levelOf(const std::string& room) {

@@ -111,3 +111,22 @@ TEST_CASE("a circuit goes into a drawing that holds another one, at its own plac
   for (const char* part : {"\"text\":\"MTR1\"", "\"text\":\"MTR2\"", "\"position\":[347,-10]"})
     CHECK_MESSAGE(drawing.find(part) != std::string::npos, std::string(part));
 }
+
+TEST_CASE("a circuit leaves its row, its components and its terminals in the project database") {
+  const SiteCopy site;
+  REQUIRE(site.run({"import", "project.db", site.site() + "/project"}).exitCode == 0);
+  REQUIRE(site.draw(motorDirect, "a.json", {"--project", "project.db"}).exitCode == 0);
+  struct Query {
+    const char* statement;
+    const char* rows;
+  };
+  for (const Query& query : {
+           Query{"SELECT DWGIX,CIRCUITKEY FROM [BRENVOLT]", "DWGIX,CIRCUITKEY\n1,1-18D\n"},
+           Query{"SELECT TAGNAME,RATING1 FROM [COMP] WHERE FAMILY='CB'", "TAGNAME,RATING1\nCB1,35A\n"},
+           Query{"SELECT TAGSTRIP,TERM FROM [TERMS]", "TAGSTRIP,TERM\nTB1,1\nTB1,2\nTB1,3\n"},
+       }) {
+    const ToolRun run = site.run({"sql", "project.db", query.statement, "--csv"});
+    CHECK(run.exitCode == 0);
+    CHECK(run.output == query.rows);
+  }
+}
