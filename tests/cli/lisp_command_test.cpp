@@ -3,6 +3,7 @@
 
 #include <doctest/doctest.h>
 
+#include <filesystem>
 #include <string>
 
 using brenvolt::ToolFolder;
@@ -47,6 +48,19 @@ TEST_CASE("the eight functions of the plug-in are there, and wrong arguments do 
        "(mapcar 'functionp (list #'zan_bv_select_circuit #'zan_bv_motor_select #'zan_bv_wire_select "
        "#'zan_bv_pf_wire_select #'zan_bv_power_feed_select))"});
   CHECK_MESSAGE(names.output == "(T T T T T)\n", names.errors);
+}
+
+TEST_CASE("with the trace flag on, each form of a build tells itself ahead and behind") {
+  const ToolFolder folder;
+  const std::string here = std::filesystem::current_path().string();
+  const ToolRun run = folder.run({"lisp", "--site", here + "/site", here + "/tests/cli/trace.lsp"});
+  CHECK_MESSAGE(run.exitCode == 0, run.errors);
+  CHECK(run.output.ends_with("\nT\n"));
+  const std::string in = "\nEXEC IN: (site_title #xyz #scl \"CONTROL STATION\")";
+  const std::string out = "\nEXEC OUT: (site_title #xyz #scl \"CONTROL STATION\")";
+  const std::size_t ahead = run.output.find(in);
+  REQUIRE(ahead != std::string::npos);
+  CHECK(run.output.find(out) == ahead + in.size());
 }
 
 TEST_CASE("a LISP error names file, line and form, and nothing is written") {
