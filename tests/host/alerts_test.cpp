@@ -70,7 +70,11 @@ private:
 
 simhost::AnswerStep hideAndPress(std::string_view taskDialog, int button) {
   simhost::AnswerStep step = press(taskDialog, button);
-  step.actions.insert(step.actions.begin(), {"tick", "hide", "", 0, true});
+  simhost::AnswerAction hide;
+  hide.verb = "tick";
+  hide.subject = "hide";
+  hide.isOn = true;
+  step.actions.insert(step.actions.begin(), hide);
   return step;
 }
 
