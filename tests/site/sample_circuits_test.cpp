@@ -114,8 +114,12 @@ TEST_CASE("a circuit goes into a drawing that holds another one, at its own plac
 
 TEST_CASE("a circuit leaves its row, its components and its terminals in the project database") {
   const SiteCopy site;
-  REQUIRE(site.run({"import", "project.db", site.site() + "/project"}).exitCode == 0);
-  REQUIRE(site.draw(motorDirect, "a.json", {"--project", "project.db"}).exitCode == 0);
+  const std::string project = site.folder().path("project.db");
+  const ToolRun import = site.run({"import", project, site.site() + "/project"});
+  REQUIRE_MESSAGE(import.exitCode == 0, import.errors);
+  REQUIRE(
+      site.draw(motorDirect, "a.json", {"--history", motorDirect.history, "--project", project}).exitCode ==
+      0);
   struct Query {
     const char* statement;
     const char* rows;
@@ -125,7 +129,7 @@ TEST_CASE("a circuit leaves its row, its components and its terminals in the pro
            Query{"SELECT TAGNAME,RATING1 FROM [COMP] WHERE FAMILY='CB'", "TAGNAME,RATING1\nCB1,35A\n"},
            Query{"SELECT TAGSTRIP,TERM FROM [TERMS]", "TAGSTRIP,TERM\nTB1,1\nTB1,2\nTB1,3\n"},
        }) {
-    const ToolRun run = site.run({"sql", "project.db", query.statement, "--csv"});
+    const ToolRun run = site.run({"sql", project, query.statement, "--csv"});
     CHECK(run.exitCode == 0);
     CHECK(run.output == query.rows);
   }
