@@ -23,11 +23,11 @@ public:
   /// Scales, insertion point and trace flag from the parent product's symbol, and what the history needs to know. A
   /// symbol that cannot be read leaves the scales at 1.0.
   void readBuildData();
-  /// The worksheet's records, with the preset text's defaults. False when the sheet cannot be read.
+  /// The worksheet's records. False when the sheet cannot be read.
   [[nodiscard]] bool loadCatalog();
   /// The template's markers. False when there is none.
   [[nodiscard]] bool readMarkers();
-  /// The presets of the arguments; what cannot be looked up is passed over.
+  /// The preset text's defaults and the presets of the arguments; what cannot be looked up is passed over.
   void readPresets();
   /// Records, history and presets into the markers, then the rows of those that need no decision; an interactive
   /// build ends with its units.

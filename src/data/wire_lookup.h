@@ -22,8 +22,6 @@ struct WireTableChoice {
   std::wstring raceway;
   /// The smallest size that runs in parallel, by its key; empty for single runs.
   std::wstring minimumSize;
-
-  [[nodiscard]] bool operator==(const WireTableChoice&) const = default;
 };
 
 /// What the tables answered.
