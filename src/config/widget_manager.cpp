@@ -19,6 +19,22 @@ void ZanWidgetManager::SetUnit(ZanConfigUnit* unit) {
   unit_ = unit;
 }
 
+void ZanWidgetManager::AttachWindow(ZanSettingsWnd* window) {
+  if (window == nullptr) return;
+  page_ = window->AddPage();
+  window->ShowPage(page_);
+  window_ = window;
+  windowLifetime_ = window->lifetime();
+}
+
+bool ZanWidgetManager::HasWindow() const {
+  return window_ != nullptr && !windowLifetime_.expired();
+}
+
+ZanGroupCtrl* ZanWidgetManager::groupAt(std::size_t place) const {
+  return HasWindow() ? window_->GroupAt(page_, place) : nullptr;
+}
+
 std::uint32_t ZanWidgetManager::GetPage() const {
   return page_;
 }

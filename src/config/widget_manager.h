@@ -3,8 +3,10 @@
 #pragma once
 
 #include "drawing/annotation_rows.h"
+#include "widgets/settings_window.h"
 
 #include <cstdint>
+#include <memory>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -13,30 +15,25 @@
 namespace brenvolt {
 
 class ZanConfigUnit;
-class ZanSettingsWnd;
-class ZanGroupCtrl;
-struct ZanGroupRow;
 
 /// What a manager wrote to or read from its groups: per table its name and the values.
 using ManagerResults = std::vector<std::pair<std::wstring, std::vector<std::wstring>>>;
 
 /// Base of the managers. It does nothing of its own accord: each operation that a manager leaves alone is silent.
 /// Units and managers tell each other when they die, since either may go first.
-class ZanWidgetManager {
+class ZanWidgetManager : public ZanGroupEvents {
 public:
   ZanWidgetManager() = default;
   ZanWidgetManager(const ZanWidgetManager&) = delete;
   ZanWidgetManager& operator=(const ZanWidgetManager&) = delete;
-  virtual ~ZanWidgetManager();
+  ~ZanWidgetManager() override;
 
-  /// First header button of a group, or a double click in its grid.
-  virtual void OnLookup(ZanGroupCtrl* group);
-  /// Second header button.
-  virtual void OnPick(ZanGroupCtrl* group);
+  void OnLookup(ZanGroupCtrl* group) override;
+  void OnPick(ZanGroupCtrl* group) override;
   /// The unit that the manager was made for; the last one wins.
   virtual void SetUnit(ZanConfigUnit* unit);
-  /// Takes a page of the window and builds the groups on it.
-  virtual void AttachWindow(ZanSettingsWnd* window) = 0;
+  /// Takes a page of the window, on which derived managers build their groups, and shows it. Null is ignored.
+  virtual void AttachWindow(ZanSettingsWnd* window);
   [[nodiscard]] virtual std::uint32_t GetPage() const;
   /// Collating without case; a manager without a key matches nothing.
   [[nodiscard]] virtual bool MatchesKey(std::wstring_view key) const;
@@ -49,16 +46,14 @@ public:
   virtual void ExportRows(ZanAnnotationDataList& rows);
   /// The reverse.
   virtual void ImportRows(const ZanAnnotationDataList& rows);
-  virtual void OnTimer(std::uint32_t timerId);
+  void OnTimer(std::uint32_t timerId) override;
   /// A motor page comes up again.
   virtual void Refresh();
   virtual void LoadSelection(std::wstring_view markerCode, std::int32_t code);
-  /// False rejects the edit.
-  virtual bool OnCellChanged(std::int32_t groupId, std::uint32_t row, std::wstring_view text);
-  /// The choices of a drop-down, asked each time it opens; false leaves the cell without.
-  virtual bool GetChoices(
+  bool OnCellChanged(std::int32_t groupId, std::uint32_t row, std::wstring_view text) override;
+  bool GetChoices(
       std::int32_t groupId, std::uint32_t row, const std::vector<ZanGroupRow>& rows,
-      std::vector<std::wstring>& list);
+      std::vector<std::wstring>& list) override;
   virtual void LoadCatalog(
       std::wstring_view markerCode, std::int32_t code, const std::vector<std::wstring>& tables,
       ManagerResults& results);
@@ -68,11 +63,15 @@ public:
   virtual void Recalculate();
   virtual void ApplyResults(const ManagerResults& results);
   /// Whether there is a window that still exists; every lookup asks this first.
-  [[nodiscard]] virtual bool HasWindow() const = 0;
+  [[nodiscard]] virtual bool HasWindow() const;
 
 protected:
   [[nodiscard]] ZanConfigUnit* unit() const { return unit_; }
   [[nodiscard]] const std::wstring& key() const { return key_; }
+  /// Only while there is one.
+  [[nodiscard]] ZanSettingsWnd* window() const { return HasWindow() ? window_ : nullptr; }
+  /// A group of the manager's page; null without a window or without such a group. Places count from 0.
+  [[nodiscard]] ZanGroupCtrl* groupAt(std::size_t place) const;
 
   ManagerResults results_;
   std::uint32_t page_ = 0; ///< of its page in the settings window
@@ -84,6 +83,8 @@ private:
   void unitDies(ZanConfigUnit* unit);
 
   std::wstring key_;
+  ZanSettingsWnd* window_ = nullptr;
+  std::weak_ptr<const void> windowLifetime_; ///< the manager outlives the dialog
   ZanConfigUnit* unit_ = nullptr;
   std::vector<ZanConfigUnit*> boundBy_; ///< the units that hold a binding of this manager
 };
