@@ -1,0 +1,86 @@
+// The window system on a screen: every question of a run as a window of Qt, and the recording of what the user did in
+// it, in the format of answer files. The window that shows the drawing is somebody else's and joins by two interfaces.
+#pragma once
+
+#include "simhost/ui/recorder.h"
+#include "simhost/ui/window_system.h"
+
+#include <QPointer>
+#include <QWidget>
+
+#include <filesystem>
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace simhost {
+
+class QtDialog;
+class UserSettings;
+
+/// Asks in the window that shows the drawing.
+class DrawingPicker {
+public:
+  virtual ~DrawingPicker();
+  /// Lets the user pick one entity and returns when he has answered; events run meanwhile. Escape cancels; Enter, or a
+  /// click into the void, picks nothing where `emptyIsAllowed`, and is asked again where it is not.
+  [[nodiscard]] virtual EntityPick pickEntity(const std::wstring& prompt, bool emptyIsAllowed) = 0;
+};
+
+class QtWindows final : public WindowSystem {
+public:
+  /// A QApplication must run.
+  QtWindows();
+  ~QtWindows() override;
+
+  /// The parent of all dialogs. Null: dialogs stand for themselves, and the host has no main window.
+  void setMainWindow(QWidget* window);
+  /// Null: every pick is cancelled. Must outlive its use here.
+  void setPicker(DrawingPicker* picker) { picker_ = picker; }
+  /// Where place and size of dialogs are kept; null forgets them. Must outlive its use here.
+  void setSettings(UserSettings* settings) { settings_ = settings; }
+  /// Where the pages of help are.
+  void setHelpFolder(std::filesystem::path folder) { helpFolder_ = std::move(folder); }
+
+  /// A dialog or a question is open, or hidden while the host has the editor: no other command may begin.
+  [[nodiscard]] bool isBusy() const { return openWindows_ > 0 || !dialogs_.empty(); }
+  /// At the start of a new run: forgets a failure and a posted quit.
+  void beginRun();
+  /// All that was asked, shown and answered so far as the text of an answer file.
+  [[nodiscard]] std::string recording() const { return recorder_.text(); }
+
+  [[nodiscard]] TaskAnswer askTask(const TaskQuestion& question) override;
+  [[nodiscard]] EntityPick pickEntity(const std::wstring& prompt, bool emptyIsAllowed) override;
+  [[nodiscard]] FileAnswer askFile(const FileQuestion& question, const FileEvents& events) override;
+  [[nodiscard]] std::unique_ptr<DialogWindow> openDialog(
+      const std::wstring& form, CKvUiDialog& dialog) override;
+  /// A message box.
+  bool showMessage(const std::wstring& text) override;
+  /// The page of the topic, beside the window that asks; false for a topic without a page.
+  bool showHelp(const std::wstring& topic) override;
+  [[nodiscard]] KvWindow* mainWindow() override;
+  [[nodiscard]] KvWindow* foregroundWindow() override;
+  [[nodiscard]] KvWindow* promptFrame() override;
+  void showWaitCursor(bool isShown) override;
+  /// Once a round: true until the messages that wait have been pumped.
+  [[nodiscard]] bool messageWaiting() override;
+  bool pumpMessage() override;
+  /// The run that goes on ends at its next look at the messages: what a main window asks for that is closed.
+  void postQuit() override { quitPosted_ = true; }
+  [[nodiscard]] const std::wstring& failure() const override { return failure_; }
+
+private:
+  Recorder recorder_;
+  QPointer<QWidget> mainWindow_;
+  std::unique_ptr<KvWindow> mainFace_; ///< stands for the main window where the plug-in hands windows around
+  DrawingPicker* picker_ = nullptr;
+  UserSettings* settings_ = nullptr;
+  std::filesystem::path helpFolder_;
+  std::vector<QtDialog*> dialogs_; ///< open ones, the topmost last; their runs own them
+  int openWindows_ = 0;            ///< questions that are no dialogs
+  std::wstring failure_;
+  bool quitPosted_ = false;
+  bool isPumped_ = false;
+};
+
+} // namespace simhost

@@ -1,0 +1,24 @@
+// A task dialog on the screen: its text, its buttons, and the tick that asks for the same answer from now on.
+#pragma once
+
+#include "simhost/ui/window_system.h"
+
+#include <QDialog>
+
+class QCheckBox;
+
+namespace simhost {
+
+class TaskBox final : public QDialog {
+public:
+  TaskBox(const TaskQuestion& question, QWidget* parent);
+
+  /// What the user answered; a cancel as long as he has not.
+  [[nodiscard]] TaskAnswer answer() const;
+
+private:
+  int button_ = kvui::cancel;
+  QCheckBox* hide_ = nullptr; ///< null for a question that cannot be hidden
+};
+
+} // namespace simhost
