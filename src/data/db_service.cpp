@@ -13,14 +13,21 @@ constexpr std::wstring_view databaseProperties = L"Jet OLEDB:Engine Type=5";
 
 } // namespace
 
+std::optional<std::wstring> findEngineeringDatabase() {
+  ResultList answer;
+  if (evalString(databaseFileForm, answer) != kvstatus::normal) return std::nullopt;
+  return ListReader(answer).text();
+}
+
+bool openEngineeringDatabase(ZanOleDbConnection& connection, std::wstring_view file) {
+  const std::wstring init = ZanOleDbHelper::FormatConnectString(file, databaseProvider, databaseProperties);
+  return connection.OpenFromInitializationString(init, false, true) >= 0;
+}
+
 bool openEngineeringDatabase(ZanOleDbConnection& connection) {
   const KvWaitCursor waiting;
-  ResultList answer;
-  if (evalString(databaseFileForm, answer) != kvstatus::normal) return false;
-  const std::optional<std::wstring> file = ListReader(answer).text();
-  if (!file) return false;
-  const std::wstring init = ZanOleDbHelper::FormatConnectString(*file, databaseProvider, databaseProperties);
-  return connection.OpenFromInitializationString(init, false, true) >= 0;
+  const std::optional<std::wstring> file = findEngineeringDatabase();
+  return file && openEngineeringDatabase(connection, *file);
 }
 
 ZanDbBaseService::ZanDbBaseService(ZanOleDbConnection* connection)

@@ -6,11 +6,16 @@
 #include "platform/tables.h"
 
 #include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
 
 namespace brenvolt {
 
+/// The path of the engineering database's file, as the parent product answers; nothing when that is no text.
+[[nodiscard]] std::optional<std::wstring> findEngineeringDatabase();
+/// Opens the database of a file. False when it cannot be opened, told by `connection.ErrorInfo()`.
+[[nodiscard]] bool openEngineeringDatabase(ZanOleDbConnection& connection, std::wstring_view file);
 /// Opens the engineering database: asks the parent product for the file by "(c:zan_bv_figure_mccdb_fnam)". False when
 /// the answer is no text or the file cannot be opened (then told by `connection.ErrorInfo()`).
 [[nodiscard]] bool openEngineeringDatabase(ZanOleDbConnection& connection);

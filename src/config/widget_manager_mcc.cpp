@@ -1,0 +1,292 @@
+#include "config/widget_manager_mcc.h"
+
+#include "config/config_units.h"
+#include "config/flag_scope.h"
+#include "host/alerts.h"
+#include "host/host_api_documents.h"
+#include "host/lisp_calls.h"
+#include "host/lisp_symbols.h"
+#include "text/compare.h"
+#include "text/numbers.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace brenvolt {
+
+namespace {
+
+constexpr std::wstring_view inchOrMetricForm = L"(c:zan_bv_inch_or_metric)";
+constexpr std::int32_t isMetric = 1;
+
+/// Edits in a row start the same timer again, so that one lookup follows a burst of them.
+constexpr int timerMilliseconds = 254;
+constexpr std::uint32_t firstLookupTimer = 100; ///< of row 1; the last is that of row 5
+constexpr std::uint32_t lastLookupTimer = 104;
+
+/// Fields by which a query is narrowed.
+constexpr std::size_t conditionFields = 8;
+
+/// The mode of a data group; nothing for any other.
+std::optional<MccMode> modeOfGroup(std::int32_t groupId) {
+  for (const MccMode mode : {MccMode::motor, MccMode::load})
+    if (groupId == dataGroupId(mode)) return mode;
+  return std::nullopt;
+}
+
+bool differs(double left, double right) {
+  return std::abs(left - right) > numberTolerance;
+}
+
+ZanGroupSpec dataSpec(MccMode mode, bool hasCommand) {
+  const bool isMotor = mode == MccMode::motor;
+  ZanGroupSpec spec;
+  spec.id = dataGroupId(mode);
+  spec.title = loadText(isMotor ? TextId::motorGroup : TextId::loadGroup);
+  spec.buttons = {
+      {static_cast<unsigned>(ImageId::lookup),
+       loadText(isMotor ? TextId::tipMotorLookup : TextId::tipLoadLookup)},
+      {static_cast<unsigned>(ImageId::pick), loadText(isMotor ? TextId::tipPickMotor : TextId::tipPickLoad)}};
+  spec.hasButtons = hasCommand;
+  spec.notifyChanges = true;
+  spec.liveChoices = true;
+  spec.rows = mccEmptyRows(mode);
+  return spec;
+}
+
+ZanGroupSpec wireSpec(MccMode mode, bool hasCommand, std::vector<ZanGroupRow> rows) {
+  ZanGroupSpec spec;
+  spec.id = wireGroupId(mode);
+  spec.title = loadText(TextId::wireGroup);
+  spec.buttons = {{static_cast<unsigned>(ImageId::lookup), loadText(TextId::tipWireLookup)}};
+  spec.hasButtons = hasCommand;
+  spec.notifyChanges = true;
+  spec.rows = std::move(rows);
+  return spec;
+}
+
+/// The mode that the unit's control group asks for; nothing without one.
+std::optional<MccMode> modeOfUnit(const ZanConfigUnit* unit) {
+  if (!unit) return std::nullopt;
+  for (const ZanOptionGroup& group : unit->options.groups) {
+    if (equalsCollating(group.title, motorControlTitle)) return MccMode::motor;
+    if (equalsCollating(group.title, loadControlTitle)) return MccMode::load;
+  }
+  return std::nullopt;
+}
+
+} // namespace
+
+void ZanWidgetManagerMcc::Initialise(ZanConfigUnit* unit, const ZanOptionGroup& group) {
+  SetUnit(unit);
+  if (!group.options.empty()) count_ = toInt(group.options.front().text);
+  if (unit) {
+    const std::vector<ZanScriptEntry>& rules = unit->options.controlRules;
+    if (!rules.empty()) motorCommand_ = rules[0].text;
+    if (rules.size() > 1) wireCommand_ = rules[1].text;
+  }
+
+  const KvWaitCursor waiting;
+  if (const std::optional<std::wstring> file = findEngineeringDatabase()) {
+    databaseFile_ = *file;
+    ensureDatabase();
+  }
+  ResultList answer;
+  if (evalString(inchOrMetricForm, answer) == kvstatus::normal)
+    if (const std::optional<std::int32_t> units = ListReader(answer).integer()) metric_ = *units == isMetric;
+  clearAcceptedTables();
+}
+
+void ZanWidgetManagerMcc::SetWireFormats(const ZanWireFormatter& formatter) {
+  formats_ = ZanWireFormatter();
+  const std::wstring suffix = wireSuffix(GetUnitCode());
+  for (const auto& [format, code] : formatter.types())
+    if (equalsCollating(wireSuffix(code), suffix)) formats_.AddWireType(format, code);
+  for (const auto& [numbers, code] : formatter.numbers())
+    if (equalsCollating(wireSuffix(code), suffix)) formats_.AddWireNumbers(numbers, code);
+}
+
+void ZanWidgetManagerMcc::AttachWindow(ZanSettingsWnd* window) {
+  ZanWidgetManager::AttachWindow(window);
+  if (!HasWindow()) return;
+  window->MakeGroups(page_, mccplace::count);
+  const ResourceScope texts;
+  if (const std::optional<MccMode> mode = modeOfUnit(unit())) {
+    mode_ = *mode;
+    groupAt(mccplace::data)->Configure(dataSpec(mode_, !motorCommand_.empty()), *this);
+  }
+  groupAt(mccplace::wires)
+      ->Configure(wireSpec(mode_, !wireCommand_.empty(), wireRows(formats_, activeWireLayers())), *this);
+}
+
+bool ZanWidgetManagerMcc::ensureDatabase() {
+  if (connection_.IsConnected() || openEngineeringDatabase(connection_, databaseFile_)) return true;
+  if (!databaseAlerted_) {
+    databaseAlerted_ = true;
+    alertDatabaseError(kdsw_korvoMainWnd());
+  }
+  return false;
+}
+
+void ZanWidgetManagerMcc::Refresh() {
+  if (columnsLoaded_ || !ensureDatabase()) return;
+  if (columnNames_[0].empty()) {
+    const auto columns = readMotorColumns(connection_, getCodeStandard().value_or(std::wstring()));
+    if (!columns) return;
+    columnNames_ = *columns;
+  }
+  if (wireSizeColumns_[0].empty()) {
+    const auto columns = readWireSizeColumns(connection_);
+    if (!columns) return;
+    wireSizeColumns_ = *columns;
+  }
+  columnsLoaded_ = true;
+}
+
+bool ZanWidgetManagerMcc::OnCellChanged(std::int32_t groupId, std::uint32_t row, std::wstring_view text) {
+  const std::optional<MccMode> mode = modeOfGroup(groupId);
+  if (!mode) return true;
+  lastRow_ = 0;
+  const std::vector<std::size_t> fields = mccFieldsOf(*mode);
+  if (row < 1 || row > fields.size()) return true;
+  const std::size_t field = fields[row - 1];
+  if (!mccField(field).text) {
+    if (!isTypedNumber(text)) return false;
+    storeNumber(*mode, field, text);
+    return true;
+  }
+  storeInData(data_, field, text);
+  storeInCircuit(field, text);
+  // A load never looks its current up: it has no row for the speed.
+  const bool isComplete = !data_.type.empty() && !data_.load.empty() && !data_.voltage.empty() &&
+                          !data_.speed.empty() && !data_.frequency.empty();
+  const std::uint32_t timer = firstLookupTimer + row - 1;
+  if (timer <= lastLookupTimer && isComplete) startTimer(timer);
+  return true;
+}
+
+void ZanWidgetManagerMcc::storeNumber(MccMode mode, std::size_t field, std::wstring_view text) {
+  const bool hasChanged = differs(data_.*mccField(field).number, toDouble(text));
+  storeInData(data_, field, text);
+  storeUserValue(mode, field, text);
+  // A motor's current and a load's multiplier size the wires also when typed again as they were.
+  const bool always = field == (mode == MccMode::motor ? flaField : multiplierField);
+  if (always || hasChanged) startTimer(recalculateTimer);
+}
+
+void ZanWidgetManagerMcc::startTimer(std::uint32_t timer) {
+  if (HasWindow()) window()->StartTimer(timer, timerMilliseconds, *this);
+}
+
+void ZanWidgetManagerMcc::OnTimer(std::uint32_t timerId) {
+  if (timerId >= firstLookupTimer && timerId <= lastLookupTimer) lookUpCurrent();
+  if (timerId == recalculateTimer) Recalculate();
+}
+
+std::vector<MotorCondition> ZanWidgetManagerMcc::conditionsBut(
+    MccMode mode, std::size_t skippedRow, const std::vector<ZanGroupRow>& rows) const {
+  const std::vector<std::size_t> fields = mccFieldsOf(mode);
+  std::vector<MotorCondition> conditions;
+  for (std::size_t row = 0; row < std::min(rows.size(), fields.size()); ++row) {
+    const std::wstring value = rows[row].value();
+    // A load's current is compared with the column of currents, though it stands in the row of a motor's speed.
+    if (row != skippedRow && fields[row] < conditionFields && !value.empty())
+      conditions.push_back({columnNames_[fields[row]], value});
+  }
+  return conditions;
+}
+
+bool ZanWidgetManagerMcc::GetChoices(
+    std::int32_t groupId, std::uint32_t row, const std::vector<ZanGroupRow>& rows,
+    std::vector<std::wstring>& list) {
+  const std::optional<MccMode> mode = modeOfGroup(groupId);
+  if (!mode) return false;
+  const std::vector<std::size_t> fields = mccFieldsOf(*mode);
+  if (row < 1 || row > fields.size()) return false;
+  const std::size_t index = row - 1;
+  // A cell asks each time that it is painted.
+  if (row == lastRow_) {
+    list = choiceCache_[index];
+    return true;
+  }
+  // Without a database the query finds nothing, and the list stays empty.
+  ensureDatabase();
+  const FlagScope querying(querying_);
+  lastRow_ = row;
+  const ZanTableKind table = *mode == MccMode::load ? ZanTableKind::loads : ZanTableKind::motors;
+  std::vector<std::wstring> values = distinctMotorValues(
+      connection_, table, getCodeStandard().value_or(std::wstring()), columnNames_[fields[index]],
+      conditionsBut(*mode, index, rows));
+
+  constexpr std::size_t loadIndex = 1;
+  constexpr std::size_t unitsIndex = 2;
+  constexpr std::size_t voltageIndex = 3;
+  if (index == loadIndex)
+    std::stable_sort(values.begin(), values.end(), [](const std::wstring& left, const std::wstring& right) {
+      return toDouble(left) < toDouble(right);
+    });
+  if (index == unitsIndex || index == voltageIndex)
+    std::stable_sort(values.begin(), values.end(), [](const std::wstring& left, const std::wstring& right) {
+      return toInt(left) < toInt(right);
+    });
+  choiceCache_[index] = values;
+  list = std::move(values);
+  return true;
+}
+
+void ZanWidgetManagerMcc::lookUpCurrent() {
+  ZanGroupCtrl* group = groupAt(mccplace::data);
+  if (querying_ || !group) return;
+  std::vector<ZanGroupRow> rows = group->ReadRows();
+  if (rows.empty()) return;
+  rows.pop_back(); // the multiplier takes no part
+  if (std::any_of(rows.begin(), rows.end(), [](const ZanGroupRow& row) { return row.value().empty(); }))
+    return;
+  std::vector<MotorCondition> conditions;
+  for (std::size_t row = 0; row < std::min(rows.size(), conditionFields); ++row)
+    conditions.push_back({columnNames_[row], rows[row].value()});
+  // The multiplier's column has no name, so the query finds nothing and the current stays as typed: it is the lookup
+  // commands that bring another one.
+  std::vector<std::wstring> currents = distinctMotorValues(
+      connection_, ZanTableKind::motors, getCodeStandard().value_or(std::wstring()),
+      columnNames_[multiplierField], conditions);
+  std::stable_sort(currents.begin(), currents.end(), [](const std::wstring& left, const std::wstring& right) {
+    return toDouble(left) < toDouble(right);
+  });
+  if (currents.empty()) return;
+  group->WriteValue(flaField, currents.front());
+  data_.fla = toDouble(currents.front());
+  Recalculate();
+}
+
+void ZanWidgetManagerMcc::CommitToCircuitData() {
+  circuitData().resetOpenFields();
+  const ZanGroupCtrl* group = groupAt(mccplace::data);
+  if (!group) return;
+  const std::vector<std::size_t> fields = mccFieldsOf(mode_);
+  const std::vector<ZanGroupRow> rows = group->ReadRows();
+  for (std::size_t row = 0; row < std::min(rows.size(), fields.size()); ++row) {
+    const std::wstring value = rows[row].value();
+    if (value.empty()) continue;
+    storeUserValue(mode_, fields[row], value);
+    circuitData().setOpenField(fields[row], false);
+  }
+}
+
+void ZanWidgetManagerMcc::Recalculate() {
+  if (const std::optional<std::wstring> size = proposedWireSize(connection_)) fillWireRows(*size);
+}
+
+void ZanWidgetManagerMcc::fillWireRows(std::wstring_view size) {
+  ZanGroupCtrl* group = groupAt(mccplace::wires);
+  if (!group) return;
+  group->ReplaceRows(
+      sizedWireRows(formats_, group->ReadRows(), group->spec().rows, wireSuffix(GetUnitCode()), size));
+}
+
+void ZanWidgetManagerMcc::SetLocked(bool locked) {
+  for (const std::size_t place : {mccplace::data, mccplace::wires})
+    if (ZanGroupCtrl* group = groupAt(place)) group->SetLocked(locked);
+}
+
+} // namespace brenvolt
