@@ -44,6 +44,17 @@ void ZanWidgetManagerMaker::Destroy() {
   makerOfProcess().reset();
 }
 
+void ZanWidgetManagerMaker::AddHead(std::unique_ptr<ZanWidgetManager> head) {
+  current_ = head.get();
+  if (groups_.empty() || groups_.back().head) groups_.emplace_back();
+  groups_.back().head = std::move(head);
+}
+
+void ZanWidgetManagerMaker::AddMember(std::unique_ptr<ZanWidgetManager> member) {
+  if (groups_.empty()) groups_.emplace_back();
+  groups_.back().members.push_back(std::move(member));
+}
+
 ZanWidgetManager* ZanWidgetManagerMaker::FindHead(const ZanWidgetManager* member) const {
   for (const ZanManagerGroup& group : groups_)
     for (const auto& each : group.members)

@@ -31,6 +31,11 @@ public:
   /// Ends it; on each way out of a build.
   static void Destroy();
 
+  /// Takes over a motor or load manager: it heads the last group when that has no head, or else a new one, and its
+  /// values count for the circuit from now on.
+  void AddHead(std::unique_ptr<ZanWidgetManager> head);
+  /// Takes over a catalogue manager as a member of the last group. Without a group it waits for the next head.
+  void AddMember(std::unique_ptr<ZanWidgetManager> member);
   /// The head of the group that holds a member; null when there is none.
   [[nodiscard]] ZanWidgetManager* FindHead(const ZanWidgetManager* member) const;
   void SetWireFormatter(const ZanWireFormatter& formatter) { wireFormatter_ = formatter; }

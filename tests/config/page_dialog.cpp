@@ -1,0 +1,89 @@
+#include "tests/config/page_dialog.h"
+
+#include "host/resources.h"
+#include "simhost/ui/answers.h"
+#include "text/encoding.h"
+
+#include <doctest/doctest.h>
+
+namespace brenvolt::test {
+
+namespace {
+
+std::vector<simhost::AnswerStep> stepOf(std::string_view actions) {
+  std::string text = R"({"format": "brenvolt-answers", "version": 1, "steps": [{"dialog": "page", "do": [)";
+  text += actions;
+  text += actions.empty() ? R"({"press": "ok"}]}]})" : R"(, {"press": "ok"}]}]})";
+  return simhost::parseAnswers(text, "the test");
+}
+
+} // namespace
+
+bool PageDialog::pick(const char* what, std::vector<std::wstring>& values) {
+  calls.push_back(std::string("pick ") + what);
+  if (!picked) return false;
+  values = *picked;
+  return true;
+}
+
+bool PageDialog::PickMotor(std::vector<std::wstring>& values) {
+  return pick("motor", values);
+}
+
+bool PageDialog::PickLoad(std::vector<std::wstring>& values) {
+  return pick("load", values);
+}
+
+void PageDialog::HandOverEditor(EditorOwner owner) {
+  calls.push_back(owner == EditorOwner::host ? "editor host" : "editor dialog");
+}
+
+void PageDialog::StartWindowTimer(int timer, int milliseconds) {
+  calls.push_back("timer " + std::to_string(timer) + " " + std::to_string(milliseconds));
+  StartTimer(timer, milliseconds);
+}
+
+void PageDialog::KillWindowTimer(int timer) {
+  calls.push_back("kill " + std::to_string(timer));
+  KillTimer(timer);
+}
+
+bool PageDialog::OnInitDialog() {
+  window_ = std::make_unique<ZanSettingsWnd>(Pages(L"settings"), L"settings", *this);
+  if (onOpen) onOpen(*window_);
+  return true;
+}
+
+void PageDialog::OnOK() {
+  if (onOk) onOk(*window_);
+  CKvUiDialog::OnOK();
+}
+
+PageSession::PageSession(std::string_view actions) : lisp_(stepOf(actions)) {
+  lisp_.windows().setFormFolder("tests/config/forms");
+  setResourceModule(kvdsLoadResourceModule(resourceModuleName));
+  REQUIRE(resourceModule() != nullptr);
+  lisp_.eval("(setq GBL_qn_electcodestd \"NEC\")");
+}
+
+PageSession::~PageSession() {
+  CHECK_EQ(toUtf8(lisp_.windows().failure()), "");
+  CHECK_EQ(lisp_.windows().unusedSteps(), 0);
+  setResourceModule(nullptr);
+}
+
+void PageSession::run(PageDialog& dialog) {
+  const ResourceScope resources;
+  static_cast<void>(dialog.DoModal());
+  dialog.dropWindow();
+}
+
+std::string describeGroup(const ZanGroupCtrl* group) {
+  if (group == nullptr) return "no group";
+  std::string text;
+  for (const ZanGroupRow& row : group->ReadRows())
+    text += (text.empty() ? "" : " | ") + toUtf8(row.label) + "=" + toUtf8(row.value());
+  return text;
+}
+
+} // namespace brenvolt::test

@@ -1,0 +1,262 @@
+// The groups of catalogue parts: what a lookup may answer, and how values travel to rows, to the head and back.
+#include "config/config_units.h"
+#include "config/widget_manager_catalog.h"
+#include "config/widget_manager_maker.h"
+#include "host/lisp_calls.h"
+#include "host/resources.h"
+#include "simhost/host/resource_module.h"
+#include "tests/config/page_dialog.h"
+#include "text/encoding.h"
+
+#include <doctest/doctest.h>
+
+namespace brenvolt::test {
+
+namespace {
+
+constexpr char lookupFunction[] =
+    "(setq asked nil) (setq answer nil) (defun find-part (&rest what) (setq asked what) answer)";
+
+ZanScriptEntry partRule(std::wstring command = L"(find-part @table @mfg @cat @asm)") {
+  return {std::move(command), 1, {{L"FU", L"Fuse"}, {L"CB", L"Breaker"}}};
+}
+
+/// A manager's two groups in a dialog, with a lookup function that keeps its arguments in `asked` and gives `answer`.
+struct PartsPage {
+  explicit PartsPage(std::string_view actions = {}) : session(actions) {
+    session.eval(lookupFunction);
+    exposeFunction(L"find-part");
+    manager.Configure(&unit, partRule());
+    dialog.onOpen = [this](ZanSettingsWnd& window) {
+      manager.AttachWindow(&window);
+      if (act) act(window);
+    };
+    dialog.onOk = [this](ZanSettingsWnd&) { closing = {group(0), group(1)}; };
+  }
+  [[nodiscard]] ZanGroupCtrl* at(ZanSettingsWnd& window, std::size_t place) const {
+    return window.GroupAt(manager.GetPage(), place);
+  }
+  /// The values of a group parted by "|".
+  [[nodiscard]] std::string group(std::size_t place) {
+    ZanAnnotationDataList rows;
+    manager.ExportRows(rows);
+    std::string text;
+    for (std::size_t field = 2; field < rows.items()[place].row->fields.size(); ++field)
+      text += (field == 2 ? "" : "|") + toUtf8(rows.items()[place].row->fields[field].value);
+    return text;
+  }
+  void run() { session.run(dialog); }
+
+  PageSession session;
+  ZanConfigUnit unit{7};
+  ZanWidgetManagerCatalog manager;
+  PageDialog dialog;
+  std::function<void(ZanSettingsWnd&)> act;
+  std::vector<std::string> closing; ///< the values of both groups when the dialog was closed
+};
+
+/// Keeps what it is given to store, and answers with what a test puts into it.
+class KeepingHead final : public ZanWidgetManager {
+public:
+  void SaveCatalog(std::wstring_view markerCode, std::int32_t code, const ManagerResults& results) override {
+    saved = results;
+    asked = toUtf8(markerCode) + "/" + std::to_string(code);
+  }
+  void LoadCatalog(
+      std::wstring_view markerCode, std::int32_t code, const std::vector<std::wstring>& tables,
+      ManagerResults& results) override {
+    asked = toUtf8(markerCode) + "/" + std::to_string(code);
+    for (const std::wstring& table : tables)
+      asked += " " + toUtf8(table);
+    results = stored;
+  }
+  ManagerResults saved;
+  ManagerResults stored;
+  std::string asked;
+};
+
+struct MakerScope {
+  MakerScope() { REQUIRE(ZanWidgetManagerMaker::Create()); }
+  ~MakerScope() { ZanWidgetManagerMaker::Destroy(); }
+};
+
+} // namespace
+
+TEST_CASE("the answer of a lookup fills a group from its first row on") {
+  struct Case {
+    const char* answer;
+    const char* values;
+  };
+  const Case cases[] = {
+      // The count stands fourth, and a lookup gives none.
+      {R"('("ABB" "X1" "A" "TYPE" "1A" "2A"))", "ABB|X1|A|1|TYPE|1A|2A||||"},
+      {R"('("ABB" "X1" "A"))", "ABB|X1|A|9|old||||||"},
+      {R"("ABB")", "ABB|old|old|9|old||||||"},
+      {R"('("ABB" 5 nil 2.5))", "ABB|||1|||||||"},
+      {R"('("A" "B" "C" "D" "E" "F" "G" "H" "I" "J" "K" "L"))", "A|B|C|1|D|E|F|G|H|I|J"},
+      {R"('("ABB" ("in" "out") "behind"))", "ABB||in|1|out||||||"},
+      {"nil", "old|old|old|9|old||||||"},
+      {"7", "old|old|old|9|old||||||"},
+      {"T", "old|old|old|9|old||||||"},
+      {"(car 5)", "old|old|old|9|old||||||"},
+  };
+  for (const Case& each : cases) {
+    CAPTURE(each.answer);
+    PartsPage page(R"({"press": "settings.1.0.button.0"})");
+    page.session.eval(std::string("(defun find-part (&rest what) ") + each.answer + ")");
+    page.act = [&page](ZanSettingsWnd& window) {
+      page.at(window, 0)->WriteValues({L"old", L"old", L"old", L"9", L"old"});
+    };
+    page.run();
+    CHECK_EQ(page.closing[0], each.values);
+    CHECK_EQ(page.closing[1], "||||||||||");
+  }
+}
+
+TEST_CASE("the command learns table and first rows, and has the editor to itself") {
+  PartsPage page(
+      R"({"edit": "settings.1.1", "row": 1, "to": "ABB"}, {"edit": "settings.1.1", "row": 3, "to": "A 1"},
+      {"doubleClick": "settings.1.1", "row": 2})");
+  page.run();
+  CHECK_EQ(page.session.eval("asked"), R"(("CB" "ABB" "" "A 1"))");
+  CHECK_EQ(page.dialog.calls, std::vector<std::string>{"editor host", "editor dialog"});
+}
+
+TEST_CASE("a group that is not the manager's, or without a command, looks nothing up") {
+  PartsPage page(R"({"doubleClick": "settings.2.0", "row": 1}, {"expect": "settings.2.0", "buttons": 0})");
+  ZanWidgetManagerCatalog silent;
+  silent.Configure(&page.unit, partRule(L""));
+  page.act = [&](ZanSettingsWnd& window) {
+    page.manager.OnLookup(nullptr);
+    window.MakeGroups(1, 3);
+    ZanGroupCtrl* foreign = page.at(window, 2);
+    for (const std::int32_t id : {2, -1}) {
+      ZanGroupSpec spec;
+      spec.id = id;
+      foreign->Configure(spec, page.manager);
+      page.manager.OnLookup(foreign);
+    }
+    silent.AttachWindow(&window);
+  };
+  page.run();
+  CHECK_EQ(page.session.eval("asked"), "nil");
+  CHECK(page.dialog.calls.empty());
+}
+
+TEST_CASE("a row whose text is missing is left out, and the count keeps its place") {
+  PartsPage page(R"({"press": "settings.1.0.button.0"})");
+  KvResourceModule fewWords;
+  simhost::readLanguageFile(
+      "text 10018 = Number\ntext 10019 = Assembly\ntext 10021 = Type\ntext 10022 = Rating\n", "words",
+      simhost::LanguageRole::base, fewWords);
+  setResourceModule(&fewWords);
+  page.session.eval(R"((setq answer '("a" "b" "c" "d")))");
+  page.dialog.onOk = [&page](ZanSettingsWnd& window) {
+    CHECK_EQ(describeGroup(page.at(window, 0)), "Number=a | Assembly=b | Type=c | Rating=1");
+    CHECK_EQ(toUtf8(page.at(window, 1)->spec().title), "Breaker");
+  };
+  page.run();
+}
+
+TEST_CASE("rows go to the history and come back; rows of another title or table are dropped") {
+  ZanAnnotationDataList rows;
+  {
+    PartsPage page;
+    page.act = [&](ZanSettingsWnd& window) {
+      page.at(window, 0)->WriteValues({L"ABB", L"X1"});
+      page.at(window, 1)->WriteValues({L"EATON"});
+      page.manager.ExportRows(rows);
+    };
+    page.run();
+    // Without its window the manager leaves what it is given alone.
+    page.manager.ExportRows(rows);
+    page.manager.ImportRows(rows);
+  }
+  REQUIRE_EQ(rows.size(), 2);
+  const ZanAnnotationData& fuse = *rows.items()[0].row;
+  CHECK_EQ(toUtf8(fuse.name), "Catalog");
+  CHECK_EQ(fuse.fields[0], ZanAnnotationField{L"Fuse", 5005, L"TITLE", true});
+  CHECK_EQ(fuse.fields[1], ZanAnnotationField{L"FU", 5005, L"TABLE", false});
+  CHECK_EQ(fuse.fields[2], ZanAnnotationField{L"ABB", 5005, L"Manufacturer", false});
+
+  struct Case {
+    std::size_t row;
+    std::size_t field;
+    const wchar_t* text;
+    const char* first;
+    const char* second;
+  };
+  const Case cases[] = {
+      {0, 2, L"SIEMENS", "SIEMENS|X1|||||||||", "EATON||||||||||"},
+      {0, 0, L"FUSE", "ABB|X1|||||||||", "EATON||||||||||"}, // names have no case
+      {0, 0, L"Fuses", "||||||||||", "EATON||||||||||"},
+      {1, 1, L"CB2", "ABB|X1|||||||||", "||||||||||"},
+  };
+  for (const Case& each : cases) {
+    CAPTURE(toUtf8(each.text));
+    PartsPage page;
+    ZanAnnotationDataList changed = rows;
+    changed.items()[each.row].row->fields[each.field].value = each.text;
+    page.act = [&](ZanSettingsWnd&) { page.manager.ImportRows(changed); };
+    page.run();
+    CHECK_EQ(page.closing, std::vector<std::string>{each.first, each.second});
+  }
+}
+
+TEST_CASE("the head of the group stores the parts and brings them back; without one nothing happens") {
+  const MakerScope maker;
+  PartsPage page;
+  auto owned = std::make_unique<ZanWidgetManagerCatalog>();
+  ZanWidgetManagerCatalog& manager = *owned;
+  manager.Configure(&page.unit, partRule());
+  widgetManagerMaker()->AddMember(std::move(owned));
+
+  page.act = [&](ZanSettingsWnd& window) {
+    manager.AttachWindow(&window);
+    ZanGroupCtrl* group = window.GroupAt(manager.GetPage(), 1);
+    ZanAnnotationDataList rows;
+    group->WriteValues({L"ABB"});
+    manager.ExportRows(rows);
+    manager.SaveSelection(L"M1", 3);
+    manager.LoadSelection(L"M1", 3);
+    CHECK_EQ(group->ReadRows().front().value(), L"ABB");
+
+    auto head = std::make_unique<KeepingHead>();
+    KeepingHead& keeper = *head;
+    widgetManagerMaker()->AddHead(std::move(head));
+    manager.ExportRows(rows);
+    manager.SaveSelection(L"M1", 3);
+    CHECK_EQ(keeper.asked, "M1/3");
+    REQUIRE_EQ(keeper.saved.size(), 2);
+    CHECK_EQ(keeper.saved[1].first, L"CB");
+    CHECK_EQ(keeper.saved[1].second.front(), L"ABB");
+
+    keeper.stored = {{L"cb", {L"EATON", L"Z"}}, {L"", {L"nameless"}}, {L"MTR", {L"foreign"}}};
+    manager.LoadSelection(L"M1", 4);
+    CHECK_EQ(keeper.asked, "M1/4 FU CB");
+    CHECK_EQ(group->ReadRows()[0].value(), L"EATON");
+    CHECK_EQ(group->ReadRows()[1].value(), L"Z");
+    CHECK_EQ(window.GroupAt(manager.GetPage(), 0)->ReadRows()[0].value(), L"");
+  };
+  page.run();
+}
+
+TEST_CASE("locked groups take no text") {
+  PartsPage page(
+      R"({"expect": "settings.1.0", "enabled": false}, {"expect": "settings.1.1", "editable": false})");
+  page.act = [&page](ZanSettingsWnd&) { page.manager.SetLocked(true); };
+  page.run();
+  page.manager.SetLocked(false); // its window is gone
+}
+
+TEST_CASE("freed groups take text again") {
+  PartsPage page(R"({"edit": "settings.1.0", "row": 1, "to": "ABB"})");
+  page.act = [&page](ZanSettingsWnd&) {
+    page.manager.SetLocked(true);
+    page.manager.SetLocked(false);
+  };
+  page.run();
+  CHECK_EQ(page.closing[0], "ABB||||||||||");
+}
+
+} // namespace brenvolt::test
