@@ -1,0 +1,114 @@
+// A motor's or load's page on the sample site's tables: its unit, its manager, and what stands behind them.
+#pragma once
+
+#include "config/config_units.h"
+#include "config/widget_manager_mcc.h"
+#include "host/resources.h"
+#include "platform/table_import.h"
+#include "tests/config/page_dialog.h"
+#include "tests/support/temporary_folder.h"
+#include "text/encoding.h"
+
+#include <doctest/doctest.h>
+
+#include <fstream>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+namespace brenvolt::test {
+
+/// A host without a dialog, with the sample's texts and the code standard NEC.
+class TextSession final {
+public:
+  explicit TextSession(std::vector<simhost::AnswerStep> steps = {}) : lisp_(std::move(steps)) {
+    setResourceModule(kvdsLoadResourceModule(resourceModuleName));
+    resources_.emplace();
+    lisp_.eval("(setq GBL_qn_electcodestd \"NEC\")");
+  }
+  TextSession(const TextSession&) = delete;
+  TextSession& operator=(const TextSession&) = delete;
+  /// Checks that every question was one that the test expects.
+  ~TextSession() {
+    CHECK_EQ(toUtf8(lisp_.windows().failure()), "");
+    CHECK_EQ(lisp_.windows().unusedSteps(), 0);
+    resources_.reset();
+    setResourceModule(nullptr);
+  }
+
+  std::string eval(std::string_view forms) { return lisp_.eval(forms); }
+  [[nodiscard]] LispSession& lisp() { return lisp_; }
+
+private:
+  LispSession lisp_;
+  std::optional<ResourceScope> resources_;
+};
+
+/// A database of the sample site's tables with an empty store of catalogue parts.
+class SiteTables final {
+public:
+  SiteTables() { write(file()); }
+
+  [[nodiscard]] std::string file() const { return (folder_ / "tables.db").string(); }
+  void write(const std::string& path) const {
+    const std::filesystem::path own = folder_ / "own";
+    std::filesystem::create_directory(own);
+    std::ofstream(own / "CATALOGSEL.csv")
+        << "MARKER,UI_SEL,LKUPTABLE,TYPE,Load,Units,Voltage (V),PHASE,Frequency (Hz),Speed (RPM),MFG,CAT,"
+           "ASSYCODE,RCOUNT,CATALOGTYPE,RATING1,RATING2,RATING3,RATING4,RATING5,RATING6\n";
+    const ImportReport report = importTables(fromUtf8(path), {L"site/tables", fromUtf8(own.string())});
+    REQUIRE(report.isDone());
+  }
+
+private:
+  TemporaryFolder folder_;
+};
+
+/// The page of a unit with two conductors and a grounding wire. The circuit in hand is empty at first.
+class MccPage final {
+public:
+  template <typename Session>
+  MccPage(Session& session, MccMode mode, const std::string& database) : unit(1) {
+    circuitData() = ZanCircuitData();
+    loadFactors() = ZanLoadFactors();
+    session.eval("(defun c:zan_bv_figure_mccdb_fnam () \"" + database + "\")");
+    unit.code = L"MOTOR-A";
+    const std::wstring_view title = mode == MccMode::motor ? motorControlTitle : loadControlTitle;
+    unit.options.groups.push_back({std::wstring(title), {{L"2", 0, true}}});
+    unit.options.controlRules = {{L"(find_data @type @fla)", -1, {}}, {L"(find_wire @fla)", -1, {}}};
+  }
+
+  /// As a build makes and shows it.
+  void attach(ZanSettingsWnd& window) {
+    initialise();
+    manager.AttachWindow(&window);
+    manager.Refresh();
+  }
+  void initialise() {
+    manager.Initialise(&unit, unit.options.groups.front());
+    ZanWireFormatter formats;
+    formats.AddWireType(L"BLK_%s", L"WT01-A");
+    formats.AddWireType(L"BLK_%s", L"WT02-A");
+    formats.AddWireType(L"GRN_%s", L"WT01E-A");
+    formats.AddWireType(L"RED_%s", L"WT01-B");
+    manager.SetWireFormats(formats);
+  }
+
+  ZanConfigUnit unit;
+  ZanWidgetManagerMcc manager;
+};
+
+/// "label=value" of the groups of a page.
+struct ShownPage {
+  std::string data;
+  std::string wires;
+};
+[[nodiscard]] inline ShownPage shownPage(const ZanSettingsWnd& window, const ZanWidgetManager& manager) {
+  return {
+      describeGroup(window.GroupAt(manager.GetPage(), 0)),
+      describeGroup(window.GroupAt(manager.GetPage(), 1))};
+}
+
+} // namespace brenvolt::test

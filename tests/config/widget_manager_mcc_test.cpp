@@ -1,0 +1,329 @@
+// A motor's or load's page as its user meets it: lists that narrow each other, a current that sizes the wires, lookups,
+// and what is kept.
+#include "config/widget_manager_mcc.h"
+
+#include "tests/config/mcc_page.h"
+#include "text/split.h"
+
+#include <filesystem>
+
+using namespace brenvolt;
+using namespace brenvolt::test;
+
+namespace {
+
+constexpr const char* emptyMotor =
+    "Type= | Load= | Units= | Voltage (V)= | Phase= | Frequency (Hz)= | Speed (RPM)= | "
+    "Full-load current (A)= | Multiplier=";
+
+/// Runs a page with actions of an answer file and answers what it shows at the end.
+ShownPage runPage(
+    std::string_view actions, MccMode mode,
+    const std::function<void(PageSession&, PageDialog&)>& prepare = {},
+    const std::function<void(MccPage&, ZanSettingsWnd&)>& onOpen = {},
+    std::vector<std::string>* calls = nullptr) {
+  const SiteTables tables;
+  PageSession session(actions);
+  MccPage page(session, mode, tables.file());
+  PageDialog dialog;
+  ShownPage shown;
+  if (prepare) prepare(session, dialog);
+  dialog.onOpen = [&](ZanSettingsWnd& window) {
+    page.attach(window);
+    if (onOpen) onOpen(page, window);
+  };
+  dialog.onOk = [&](ZanSettingsWnd& window) { shown = shownPage(window, page.manager); };
+  session.run(dialog);
+  if (calls) *calls = dialog.calls;
+  return shown;
+}
+
+/// A lookup of the data group, answered by a LISP body.
+std::string lookedUp(const std::string& body) {
+  return runPage(
+             R"j({"press": "settings.1.0.button.0"})j", MccMode::motor,
+             [&body](PageSession& session, PageDialog&) {
+               session.eval("(defun find_data (type fla) " + body + ") (vz-korvo-defun 'find_data)");
+             })
+      .data;
+}
+
+std::vector<ZanGroupRow> valueRows(std::initializer_list<const wchar_t*> values) {
+  std::vector<ZanGroupRow> rows;
+  for (const wchar_t* value : values)
+    rows.push_back({L"", {value}});
+  return rows;
+}
+
+std::string joined(const std::vector<std::wstring>& texts) {
+  return toUtf8(join(texts, L" "));
+}
+
+} // namespace
+
+TEST_CASE("a number is taken when it reads as it was typed") {
+  const struct {
+    const wchar_t* text;
+    bool isTaken;
+  } rows[] = {{L"", true},         {L"12.5", true},       {L"12.", true}, {L"-5", true},
+              {L"12.5a", false},   {L".5", false},        {L" 5", false}, {L"1e3", false},
+              {L"0.123456", true}, {L"0.1234567", false}, {L"nan", false}};
+  for (const auto& row : rows) {
+    CAPTURE(toUtf8(row.text));
+    CHECK_EQ(isTypedNumber(row.text), row.isTaken);
+  }
+}
+
+TEST_CASE("each choice of a motor narrows the next, and its current sizes the wires of its own suffix") {
+  const ShownPage shown = runPage(
+      R"j({"edit": "settings.1.0", "row": "Type", "to": "Induction"},
+         {"expect": "settings.1.0", "row": "Phase", "column": 1, "choices": ["1", "3"]},
+         {"edit": "settings.1.0", "row": "Phase", "to": "1"},
+         {"expect": "settings.1.0", "row": "Voltage (V)", "column": 1, "choices": ["115", "200", "208", "230"]},
+         {"edit": "settings.1.0", "row": "Voltage (V)", "to": "115"},
+         {"edit": "settings.1.0", "row": "Full-load current (A)", "to": "16a", "refused": true},
+         {"edit": "settings.1.0", "row": "Full-load current (A)", "to": "16"})j",
+      MccMode::motor, [](PageSession&, PageDialog&) { circuitData().groundSize = L"14AWG"; });
+  CHECK(shown.data.find("Voltage (V)=115 | Phase=1") != std::string::npos);
+  CHECK_EQ(circuitData().fla, 16.0);
+  CHECK_EQ(
+      shown.wires, "W1 - Size=12AWG | W1 - Layer=BLK_12AWG | W2 - Size=12AWG | W2 - Layer=BLK_12AWG | "
+                   "W01E - Size=14AWG | W01E - Layer=GRN_14AWG");
+}
+
+TEST_CASE("timers wait for the end of a burst, and for all that a current depends on") {
+  std::vector<std::string> calls;
+  runPage(
+      R"j({"edit": "settings.1.0", "row": 8, "to": "10"},
+          {"edit": "settings.1.0", "row": 9, "to": "1.25", "quick": true},
+          {"edit": "settings.1.0", "row": 9, "to": "1.250"})j",
+      MccMode::motor, {},
+      [](MccPage& page, ZanSettingsWnd&) {
+        CHECK(page.manager.OnCellChanged(1, 1, L"any")); // the wires are not watched
+        CHECK(page.manager.OnCellChanged(0, 1, L"Induction"));
+        CHECK(page.manager.OnCellChanged(0, 2, L"10"));
+        CHECK(page.manager.OnCellChanged(0, 4, L"460"));
+        CHECK(page.manager.OnCellChanged(0, 6, L"60"));
+        CHECK(page.manager.OnCellChanged(0, 7, L"1800"));
+        CHECK(page.manager.OnCellChanged(0, 5, L"3")); // only now all is known
+      },
+      &calls);
+  // The second edit starts the timer that runs anew; the third one changes nothing.
+  CHECK(
+      calls ==
+      std::vector<std::string>{"timer 104 254", "kill 104", "timer 105 254", "timer 105 254", "kill 105"});
+  CHECK_EQ(circuitData().flaMultiplier, 1.25);
+
+  ZanWidgetManagerMcc detached; // without a window nothing starts
+  CHECK(detached.OnCellChanged(0, 8, L"20"));
+  CHECK_FALSE(detached.OnCellChanged(0, 8, L"twenty"));
+}
+
+TEST_CASE("a load's multiplier is kept apart from the motor's") {
+  runPage(
+      R"j({"edit": "settings.1.0", "row": "Full-load current (A)", "to": "20"},
+         {"edit": "settings.1.0", "row": "Multiplier", "to": "1.5"})j",
+      MccMode::load);
+  CHECK_EQ(circuitData().fla, 20.0);
+  CHECK_EQ(loadFactors().flaMultiplier, 1.5);
+  CHECK_EQ(circuitData().flaMultiplier, -1.0);
+}
+
+TEST_CASE("choices follow from the rows, sorted as numbers, and a cell asks the tables once") {
+  const SiteTables tables;
+  TextSession session;
+  MccPage motor(session, MccMode::motor, tables.file());
+  motor.initialise();
+  motor.manager.Refresh();
+  std::vector<std::wstring> list;
+  const auto choices = [&](std::int32_t group, std::uint32_t row, const std::vector<ZanGroupRow>& rows) {
+    REQUIRE(motor.manager.GetChoices(group, row, rows, list));
+    return joined(list);
+  };
+  const auto changed = [&] { REQUIRE(motor.manager.OnCellChanged(0, 9, L"1.25")); };
+
+  CHECK_EQ(choices(0, 1, valueRows({L"", L"", L""})), "Induction Synchronous");
+  CHECK_EQ(
+      choices(0, 2, valueRows({L"Induction", L"", L"HP", L"115", L"1"})).substr(0, 21),
+      "0.167 0.25 0.333 0.5 ");
+  // Painted again it answers as before, whatever the rows say, until a cell changes.
+  CHECK_EQ(choices(0, 2, {}).substr(0, 6), "0.167 ");
+  changed();
+  CHECK_EQ(choices(0, 4, valueRows({L"", L"", L"", L"", L"1"})), "115 200 208 230");
+  // The current narrows too; the multiplier, which no table has, does not.
+  CHECK_EQ(choices(0, 2, valueRows({L"Induction", L"", L"", L"115", L"1", L"", L"", L"4.4", L"9"})), "0.167");
+  CHECK_EQ(choices(0, 3, valueRows({L"In'duction"})), ""); // a quote fails the query
+  CHECK_EQ(choices(-1, 1, {}).find("Induction"), std::string::npos);
+  CHECK_EQ(choices(-1, 4, valueRows({L"Heater", L"0.5", L"", L"", L"", L"", L"4.17", L"1.25"})), "120");
+
+  CHECK_FALSE(motor.manager.GetChoices(0, 0, {}, list));
+  CHECK_FALSE(motor.manager.GetChoices(-1, 9, {}, list));
+  CHECK_FALSE(motor.manager.GetChoices(1, 1, {}, list));
+}
+
+TEST_CASE("a database that cannot be opened is told once, and serves as soon as it can") {
+  const SiteTables tables;
+  const std::string late = tables.file() + ".late";
+  TextSession session({press("ZanBrenvolt.DatabaseError", kvui::ok)});
+  session.eval("(defun c:zan_bv_figure_mccdb_fnam () \"" + late + "\")");
+  ZanConfigUnit unit(1);
+  ZanWidgetManagerMcc manager;
+  manager.Initialise(&unit, {});
+  manager.Refresh();
+  std::vector<std::wstring> list = {L"old"};
+  CHECK(manager.GetChoices(0, 1, {}, list));
+  CHECK(list.empty());
+  manager.Recalculate();
+  CHECK_EQ(session.lisp().windows().unusedSteps(), 0);
+
+  std::filesystem::copy_file(tables.file(), late);
+  manager.Refresh();
+  CHECK(manager.OnCellChanged(0, 1, L""));
+  CHECK(manager.GetChoices(0, 1, {}, list));
+  CHECK_FALSE(list.empty());
+  // Half of the tables are gone while the page is open.
+  ZanOleDbConnection other;
+  REQUIRE(openEngineeringDatabase(other, fromUtf8(late)));
+  ZanOleDbCommand drop;
+  drop.SetConnection(&other);
+  drop.SetCommandText(L"DROP TABLE [MOTOR_NEC]");
+  REQUIRE(drop.Execute() == dbStatus::success);
+  CHECK(manager.GetChoices(0, 3, {}, list));
+  CHECK(list.empty());
+}
+
+TEST_CASE("a lookup command may answer anything") {
+  const struct {
+    const char* body;
+    const char* data;
+  } rows[] = {
+      {"nil", emptyMotor},
+      {"(error \"no\")", emptyMotor},
+      {"\"Wound rotor\"",
+       "Type=Wound rotor | Load= | Units= | Voltage (V)= | Phase= | Frequency (Hz)= | Speed (RPM)= | "
+       "Full-load current (A)= | Multiplier="},
+      {"(list \"Induction\" 10 '(1 2) T nil \"60\" \"1800\" 14.50 1.25 \"beyond\" 99.0)",
+       "Type=Induction | Load= | Units= | Voltage (V)= | Phase= | Frequency (Hz)=60 | Speed (RPM)=1800 | "
+       "Full-load current (A)=14.5 | Multiplier=1.25"},
+      {"(list type fla 3.0 \"d\")",
+       "Type= | Load=0 | Units=3 | Voltage (V)=d | Phase= | Frequency (Hz)= | Speed (RPM)= | "
+       "Full-load current (A)= | Multiplier="},
+  };
+  for (const auto& row : rows) {
+    CAPTURE(row.body);
+    CHECK_EQ(lookedUp(row.body), row.data);
+  }
+}
+
+TEST_CASE(
+    "the wire lookup has the current that a lookup of the motor brought, and the circuit's data is fixed") {
+  const ShownPage shown = runPage(
+      R"j({"press": "settings.1.0.button.0"}, {"press": "settings.1.1.button.0", "quick": true})j",
+      MccMode::motor, [](PageSession& session, PageDialog&) {
+        session.eval("(defun find_data (type fla) (list \"A\" \"\" \"\" \"\" \"\" \"\" \"\" 14.5 2.0))"
+                     "(defun find_wire (fla) (list (if (= fla 14.5) \"8\" \"?\") \"AWG\" 7))"
+                     "(mapc (lambda (name) (vz-korvo-defun name)) '(find_data find_wire))");
+      });
+  CHECK(shown.wires.starts_with("W1 - Size=8AWG | W1 - Layer=BLK_8AWG"));
+  CHECK_EQ(circuitData().type, L"A");
+  CHECK_FALSE(circuitData().isOpen(OpenField::type));
+  CHECK(circuitData().isOpen(OpenField::load)); // empty, so still the user's
+  CHECK_FALSE(circuitData().isOpen(OpenField::flaMultiplier));
+}
+
+TEST_CASE("a pick fills the rows and sizes the wires, and a cancelled one changes nothing") {
+  const auto pick = [](std::optional<std::vector<std::wstring>> values) {
+    return runPage(
+        R"j({"press": "settings.1.0.button.1"})j", MccMode::load,
+        [&values](PageSession&, PageDialog& dialog) {
+          dialog.picked = values;
+          circuitData().fla = 16.0; // the dialog puts what was picked into the circuit in hand
+        });
+  };
+  const ShownPage picked = pick({{L"Heater", L"2", L"kW", L"120", L"1", L"60", L"16", L"1.25"}});
+  CHECK(picked.data.find("Full-load current (A)=16 | Multiplier=1.25") != std::string::npos);
+  CHECK(picked.wires.starts_with("W1 - Size=12AWG"));
+  CHECK(pick(std::nullopt).wires.starts_with("W1 - Size= |"));
+}
+
+TEST_CASE("what a page exports, a new page of the same unit shows") {
+  const auto exported = [](MccMode mode, const ZanAnnotationDataList& start) {
+    ZanAnnotationDataList rows;
+    const ShownPage shown = runPage("", mode, {}, [&](MccPage& page, ZanSettingsWnd&) {
+      page.manager.ImportRows(start);
+      page.manager.ExportRows(rows);
+    });
+    return std::pair(rows, shown);
+  };
+  for (const MccMode mode : {MccMode::motor, MccMode::load}) {
+    CAPTURE(static_cast<int>(mode));
+    const auto [empty, emptyShown] = exported(mode, {});
+    REQUIRE_EQ(empty.size(), 2);
+    ZanAnnotationData data = *empty.items()[0].row;
+    REQUIRE_EQ(data.fields.size(), 30); // a load's row has the speed's place too
+    CHECK_EQ(data.fields[6].name, L"Speed (RPM)");
+    CHECK_EQ(data.fields[29].value, mode == MccMode::motor ? motorControlTitle : loadControlTitle);
+
+    const wchar_t* const values[] = {L"T", L"10", L"HP", L"460", L"3", L"60", L"1800", L"14.5", L"1.25"};
+    for (std::size_t field = 0; field < mccFieldCount; ++field)
+      if (mode == MccMode::motor || field != speedField) data.fields[field].value = values[field];
+    ZanAnnotationDataList wires = *empty.items()[1].list;
+    wires.items()[0].row->fields[0].value = L"8AWG";
+    wires.items()[1].row->fields[1].value = L"RED_8AWG";
+    ZanAnnotationDataList start;
+    start.AddRow(data);
+    start.AddList(wires);
+
+    const auto [rows, shown] = exported(mode, start);
+    const auto [again, shownAgain] = exported(mode, rows);
+    CHECK(again == rows);
+    CHECK_EQ(shownAgain.data, shown.data);
+    CHECK(rows.items()[0].row->fields[7].value == L"14.5");
+    CHECK(shown.data.find("Full-load current (A)=14.5 | Multiplier=1.25") != std::string::npos);
+    CHECK(shown.wires.starts_with("W1 - Size=8AWG"));
+    CHECK(shown.wires.find("W2 - Layer=RED_8AWG") != std::string::npos);
+    CHECK_EQ(circuitData().fla, 14.5);
+
+    ZanAnnotationDataList odd; // a nested list where the data should be, and a row that is cut short
+    odd.AddList({});
+    odd.AddRow(ZanAnnotationData(L"x"));
+    CHECK_EQ(exported(mode, odd).second.data, emptyShown.data);
+  }
+}
+
+TEST_CASE(
+    "parts are kept under the motor that the page last exported, up to the first group that is cut short") {
+  const std::vector<std::wstring> tables = {L"CB", L"FU", L"DS"};
+  ManagerResults loaded;
+  ManagerResults withoutMotor;
+  runPage("", MccMode::load, {}, [&](MccPage& page, ZanSettingsWnd&) {
+    ZanWidgetManagerMcc& manager = page.manager;
+    manager.SaveCatalog(L"CB01", 7, {{L"CB", {L"ACME", L"CB-0"}}});
+    manager.LoadCatalog(L"CB01", 7, tables, withoutMotor);
+    ZanAnnotationData data(rowname::loadSetup);
+    for (const wchar_t* value : {L"Heater", L"2", L"kW", L"120", L"1", L"60"})
+      data.AddText(value, L"");
+    ZanAnnotationDataList rows;
+    rows.AddRow(data);
+    manager.ImportRows(rows);
+    manager.SaveCatalog(
+        L"CB01", 7, {{L"CB", {L"ACME", L"CB-30", L"", L"2"}}, {L"FU", {L"short"}}, {L"DS", {L"ACME", L"D"}}});
+    manager.LoadCatalog(L"CB01", 7, tables, loaded);
+  });
+  CHECK(withoutMotor.empty());
+  REQUIRE_EQ(loaded.size(), 1);
+  CHECK_EQ(loaded[0].first, L"CB");
+  CHECK_EQ(joined(loaded[0].second).substr(0, 13), "ACME CB-30  2");
+}
+
+TEST_CASE("a locked page cannot be changed, and a freed one can") {
+  runPage(
+      R"j({"expect": "settings.1.0", "editable": false}, {"expect": "settings.1.1", "enabled": false})j",
+      MccMode::motor, {}, [](MccPage& page, ZanSettingsWnd&) { page.manager.SetLocked(true); });
+  runPage(
+      R"j({"edit": "settings.1.0", "row": 8, "to": "5"})j", MccMode::motor, {},
+      [](MccPage& page, ZanSettingsWnd&) {
+        page.manager.SetLocked(true);
+        page.manager.SetLocked(false);
+      });
+}
