@@ -22,7 +22,8 @@ Document::Document(std::wstring fileName, std::unique_ptr<DrawingDatabase> drawi
 Document::~Document() = default;
 
 bool Document::hasView() const {
-  return windowSystem() != nullptr && windowSystem()->mainWindow() != nullptr;
+  // Whoever can be asked to pick sees the drawing, be it through a script.
+  return windowSystem() != nullptr && windowSystem()->promptFrame() != nullptr;
 }
 
 bool Document::isReachable(const lisp::Symbol& name) const {

@@ -7,9 +7,13 @@
 #include "config/config_marker_bridge.h"
 #include "drawing/marker_tree.h"
 #include "host/build_data.h"
+#include "host/host_api_lisp.h"
 #include "host/lisp_calls.h"
 #include "host/lisp_symbols.h"
 #include "host/open_object.h"
+#include "host/resources.h"
+#include "text/encoding.h"
+#include "text/format.h"
 #include "text/numbers.h"
 #include "text/split.h"
 
@@ -139,13 +143,50 @@ bool ZanBrenvolt::runLevel() {
   return result;
 }
 
+bool ZanBrenvolt::stepBack() {
+  const std::int32_t run = level();
+  const bool result = state_.undo.stepBack();
+  if (!result && level() < run) joinRunToFormer(run);
+  return result;
+}
+
+void ZanBrenvolt::joinRunToFormer(std::int32_t run) {
+  const std::int32_t former = run - 1;
+  forEachMarker(state_.markers, [run, former](ZanDwgMarker& marker) {
+    if (marker.run == run) marker.run = former;
+  });
+  for (const ZanConfigUnitList* units : {&state_.units, &state_.duplicateUnits}) {
+    ZanConfigUnitListIterator walk(units);
+    for (walk.First(); !walk.IsDone(); walk.Next()) {
+      ZanConfigUnit& unit = *walk.Current();
+      if (unit.insertStep == static_cast<std::uint32_t>(run))
+        unit.insertStep = static_cast<std::uint32_t>(former);
+      if (unit.ownerStep == run) unit.ownerStep = former;
+    }
+  }
+}
+
 void ZanBrenvolt::truncateTo(std::int32_t run) {
   DropChildrenOfRun(state_.markers, run);
+  state_.units.RemoveUnitsOfRun(run);
+  state_.duplicateUnits.RemoveUnitsOfRun(run);
 }
 
 bool ZanBrenvolt::saveHistory(std::wstring_view name) {
-  state_.history.historyName = name;
-  return state_.history.SaveHistory(state_.markers);
+  ZanXmlHistory& history = state_.history;
+  const std::wstring formerName = history.historyName;
+  history.historyName = name;
+  try {
+    if (history.SaveHistory(state_.markers)) return true;
+  } catch (const XmlError& error) {
+    kvutPrintf(
+        (formatText(loadText(TextId::historyRefused), {std::wstring_view(fromUtf8(error.what()))}) + L"\n")
+            .c_str());
+  }
+  history.historyName = formerName;
+  // Read anew, or what was added in memory would go into the file with the next save; nothing to read is as well.
+  static_cast<void>(history.OpenHistory());
+  return false;
 }
 
 void ZanBrenvolt::forgetUnit(std::wstring_view code) {

@@ -43,13 +43,17 @@ public:
   /// @{
   /// Runs the units that are marked for insertion, and makes units of the markers that they bring.
   [[nodiscard]] bool runLevel();
-  [[nodiscard]] bool stepBack() { return state_.undo.stepBack(); }
+  /// Takes the drawing back to where it stood ahead of the last run. When the host refuses although the run counts as
+  /// stepped back, the run becomes part of the one before, so that the two go back together.
+  [[nodiscard]] bool stepBack();
   [[nodiscard]] bool rollback() { return state_.undo.rollback(); }
   /// The number of the last run.
   [[nodiscard]] std::int32_t level() const { return state_.undo.marks(); }
   [[nodiscard]] bool canGoBack() const { return level() >= 1 && state_.undo.hasSteps(); }
-  /// Drops the markers that an undone run brought; its number has to be read ahead of `stepBack`.
+  /// Drops the markers and units that an undone run brought; its number has to be read ahead of `stepBack`.
   void truncateTo(std::int32_t run);
+  /// Keeps the configuration under a name. When it cannot be kept, the reason is told on the command line, and name and
+  /// history are as they were.
   [[nodiscard]] bool saveHistory(std::wstring_view name);
   /// Lets the code of a unit run again.
   void forgetUnit(std::wstring_view code);
@@ -63,6 +67,8 @@ public:
   [[nodiscard]] const BuildState& state() const { return state_; }
 
 private:
+  void joinRunToFormer(std::int32_t run);
+
   BuildState state_;
   bool markersMatched_ = true;
 };

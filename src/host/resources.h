@@ -15,10 +15,17 @@ inline constexpr wchar_t resourceModuleName[] = L"ZanBrenvoltRes.dll";
 inline constexpr wchar_t tooltipResource[] = L"/ZanDialogTooltipsRes;component/ZanDialogTooltipsRes.xaml";
 inline constexpr wchar_t tooltipPrefix[] = L"ZNBV";
 
-/// Images of the resource module on the header buttons of groups.
+/// Images of the resource module on buttons.
 enum class ImageId : unsigned {
+  // Header buttons of groups.
   lookup = 10028, ///< run the lookup command
   pick = 10059,   ///< pick an object in the drawing
+
+  // Buttons of the configuration dialog.
+  insertCurrent = 10034,
+  insertUpToCurrent = 10035,
+  insertAll = 10036,
+  undoInsertion = 10037,
 };
 
 /// Texts of the resource module. "%s" and "%d" stand for what is filled in.
@@ -161,6 +168,11 @@ enum class TextId : unsigned {
   fileTypeCsv = 22351,
   fileTypeReport = 22352,
   reportNotWritten = 22353, ///< "%s", "%s": the path, the reason
+
+  // Configuration dialog.
+  undoRefused = 22400,
+  rollbackRefused = 22401,
+  historyRefused = 22402, ///< "%s": the reason
 };
 
 /// The text that lies `offset` numbers behind `first`, for rows that are counted.

@@ -1,9 +1,13 @@
-// The order of a whole build: arguments, worksheet, markers, presets; then a direct build runs to its end.
+// The order of a whole build: arguments, worksheet, markers, presets; then a direct build runs to its end, and any other
+// one goes through the configuration dialog.
 #include "plugin/handlers/build_circuit.h"
 
 #include "build/driver.h"
 #include "build/host_session.h"
 #include "config/widget_manager_maker.h"
+#include "data/circuit_data.h"
+#include "flows/dlg_config.h"
+#include "host/host_api_documents.h"
 
 #include <optional>
 
@@ -11,29 +15,42 @@ namespace brenvolt {
 
 namespace {
 
-/// The maker of widget managers lives for one build, exceptions included.
+/// The maker of widget managers lives for one build, exceptions included. A build that a form starts inside of another
+/// one leaves the maker to that: its managers are still on the screen.
 class MakerOfBuild final {
 public:
-  MakerOfBuild() : exists_(ZanWidgetManagerMaker::Create()) {}
-  ~MakerOfBuild() { ZanWidgetManagerMaker::Destroy(); }
+  MakerOfBuild() : isInside_(widgetManagerMaker() != nullptr), exists_(ZanWidgetManagerMaker::Create()) {}
+  ~MakerOfBuild() {
+    if (!isInside_) ZanWidgetManagerMaker::Destroy();
+  }
   MakerOfBuild(const MakerOfBuild&) = delete;
   MakerOfBuild& operator=(const MakerOfBuild&) = delete;
   [[nodiscard]] bool exists() const { return exists_; }
+  [[nodiscard]] bool isInside() const { return isInside_; }
 
 private:
+  bool isInside_;
   bool exists_;
 };
+
+bool buildDirectly(ZanBrenvolt& build) {
+  const bool result = build.prepare(BuildKind::direct);
+  if (build.needsFinish()) build.finish();
+  return result;
+}
+
+bool configureAndBuild(ZanBrenvolt& build) {
+  if (!build.prepare(BuildKind::interactive)) return false;
+  circuitData().wireChosen = false;
+  return runConfiguration(build, kdsw_korvoMainWnd());
+}
 
 bool runBuild(ZanBrenvolt& build) {
   build.readBuildData();
   if (!build.loadCatalog() || !pumpMessages()) return false;
   if (!build.readMarkers() || !pumpMessages()) return false;
   build.readPresets();
-  // A build that asks needs the configuration dialog, which this module does not have yet.
-  if (!build.args().directBuild) return false;
-  const bool result = build.prepare(BuildKind::direct);
-  if (build.needsFinish()) build.finish();
-  return result;
+  return build.args().directBuild ? buildDirectly(build) : configureAndBuild(build);
 }
 
 } // namespace
@@ -45,6 +62,8 @@ ResultList buildCircuit(const ResultList& arguments) {
   const MakerOfBuild maker;
   std::optional<ZanBuildArgs> args = parseBuildArguments(arguments);
   if (!maker.exists() || !args) return {};
+  // One dialog at a time: the managers of a second one would count for the circuit of the first.
+  if (maker.isInside() && !args->directBuild) return {};
   if (!runBuild(build.emplace(std::move(*args)))) return {};
   ListBuilder answer;
   return answer.addT().take();

@@ -1,0 +1,171 @@
+#include "flows/config_pages.h"
+
+#include "config/widget_manager_maker.h"
+#include "flows/config_walk.h"
+#include "widgets/roles_config.h"
+
+namespace brenvolt {
+
+namespace {
+
+/// A motor or load unit has this code whatever its combo boxes say.
+constexpr std::int32_t controlCode = -100;
+
+/// The group that makes a unit a motor or load is its first and is never shown.
+std::size_t firstShownGroup(const ZanConfigUnit& unit) {
+  return unit.control ? 1 : 0;
+}
+
+std::int32_t managerCode(const ZanConfigUnit& unit, std::int32_t optionCode) {
+  return unit.control ? controlCode : optionCode;
+}
+
+/// The last one wins where the worksheet marks several.
+int lastSelected(const ZanOptionGroup& group) {
+  int selected = -1;
+  for (std::size_t index = 0; index < group.options.size(); ++index)
+    if (group.options[index].selected) selected = static_cast<int>(index);
+  return selected;
+}
+
+} // namespace
+
+ConfigPages::ConfigPages(
+    ZanConfigUnitList& units, KvUiTree& tree, KvUiPages& options, KvUiPages& settings,
+    ZanConfigDialogService& dialog)
+    : units_(units), tree_(tree), select_(options, role::optionPages),
+      settings_(settings, role::settingsPages, dialog) {}
+
+ZanConfigUnit* ConfigPages::CurrentUnit() const {
+  const std::uint32_t page = tree_.CurrentPage();
+  return page == 0 ? nullptr : units_.Find(page, FindUnitBy::page);
+}
+
+ZanWidgetManager* ConfigPages::ManagerOf(const ZanConfigUnit& unit) {
+  return unit.FindManager(managerCode(unit, unit.GetOptionCode()));
+}
+
+void ConfigPages::Open() {
+  forEachUnit(units_, [this](ZanConfigUnit& unit, const ZanConfigUnit* parent) { AddUnit(unit, parent); });
+  emptyPage_ = settings_.AddPage();
+  if (units_.isEmpty())
+    settings_.ShowPage(emptyPage_);
+  else
+    tree_.Select(units_.units().front()->page);
+}
+
+void ConfigPages::AddUnit(ZanConfigUnit& unit, const ZanConfigUnit* parent) {
+  const std::uint32_t parentPage = parent == nullptr ? 0 : parent->page;
+  unit.page = select_.AddPage(parentPage);
+  unit.AddManagersToWindow(&settings_);
+  ZanWidgetManager* manager = ManagerOf(unit);
+  if (manager != nullptr && unit.control) manager->ImportRows(unit.controlRows);
+  if (manager != nullptr && !unit.control) {
+    manager->ImportRows(unit.catalogRows);
+    manager->SaveSelection(unit.code, unit.GetOptionCode());
+  }
+  showSettingsOf(manager);
+  addCombos(unit);
+  tree_.Add(unit.page, parentPage, unit.options.title);
+}
+
+void ConfigPages::addCombos(const ZanConfigUnit& unit) {
+  const auto& groups = unit.options.groups;
+  for (std::size_t group = firstShownGroup(unit); group < groups.size(); ++group) {
+    KvUiList& combo = select_.AddCombo(unit.page, groups[group].title);
+    for (const ZanOption& option : groups[group].options)
+      combo.Insert(-1, option.text, option.value);
+    combo.Select(lastSelected(groups[group]));
+  }
+}
+
+void ConfigPages::readCombos(ZanConfigUnit& unit) {
+  const std::size_t first = firstShownGroup(unit);
+  for (std::size_t place = 0; first + place < unit.options.groups.size(); ++place) {
+    const KvUiList* combo = select_.ComboAt(unit.page, place);
+    if (combo == nullptr) return;
+    const int selected = combo->Selected();
+    for (ZanOption& option : unit.options.groups[first + place].options)
+      option.selected = selected >= 0 && option.value == combo->DataAt(selected);
+  }
+}
+
+void ConfigPages::RemoveUnit(const ZanConfigUnit& unit) {
+  // A run that failed has brought units that were never shown.
+  if (unit.page == 0) return;
+  tree_.Remove(unit.page);
+  select_.RemovePage(unit.page);
+}
+
+void ConfigPages::ShowPage(std::uint32_t page) {
+  CommitPage();
+  select_.ShowPage(page);
+  const ZanConfigUnit* unit = page == 0 ? nullptr : units_.Find(page, FindUnitBy::page);
+  ZanWidgetManager* manager = unit == nullptr ? nullptr : ManagerOf(*unit);
+  if (manager != nullptr && !unit->inserted) {
+    if (unit->control)
+      manager->Refresh();
+    else
+      manager->LoadSelection(unit->code, unit->GetOptionCode());
+  }
+  showSettingsOf(manager);
+  tree_.MoveCurrent(page);
+}
+
+void ConfigPages::CommitPage() {
+  const std::uint32_t page = select_.ShownPage();
+  ZanConfigUnit* unit = page == 0 ? nullptr : units_.Find(page, FindUnitBy::page);
+  if (unit == nullptr || unit->inserted) return;
+  ZanWidgetManagerMaker* maker = widgetManagerMaker();
+  if (maker != nullptr) maker->RefreshSettings();
+  readCombos(*unit);
+  if (unit->control) {
+    // The rows of the motor or load that counts for the circuit as a whole, not of this page's own: kept so.
+    if (maker != nullptr) unit->controlRows = maker->GetSettings();
+  } else if (ZanWidgetManager* manager = ManagerOf(*unit)) {
+    manager->ExportRows(unit->catalogRows);
+    manager->SaveSelection(unit->code, unit->GetOptionCode());
+  }
+}
+
+void ConfigPages::OnOptionChanged(std::int32_t code) {
+  ZanConfigUnit* unit = CurrentUnit();
+  ZanWidgetManager* manager = unit == nullptr ? nullptr : unit->FindManager(managerCode(*unit, code));
+  // A code without a manager stays on the screen until the page is left.
+  if (manager != nullptr && !unit->control && !unit->inserted) {
+    readCombos(*unit);
+    manager->LoadSelection(unit->code, code);
+  }
+  showSettingsOf(manager);
+}
+
+void ConfigPages::ShowSettings() {
+  const ZanConfigUnit* unit = CurrentUnit();
+  showSettingsOf(unit == nullptr ? nullptr : ManagerOf(*unit));
+}
+
+void ConfigPages::showSettingsOf(const ZanWidgetManager* manager) {
+  settings_.ShowPage(manager == nullptr ? emptyPage_ : manager->GetPage());
+}
+
+void ConfigPages::SetInserted(ZanConfigUnit& unit) {
+  setLocked(unit, true);
+  unit.pending = false;
+  unit.inserted = true;
+  tree_.SetImage(unit.page, UnitImage::inserted);
+}
+
+void ConfigPages::SetWaiting(ZanConfigUnit& unit) {
+  setLocked(unit, false);
+  unit.pending = false;
+  unit.inserted = false;
+  const bool isCurrent = unit.page == tree_.CurrentPage();
+  tree_.SetImage(unit.page, isCurrent ? UnitImage::current : UnitImage::waiting);
+}
+
+void ConfigPages::setLocked(const ZanConfigUnit& unit, bool locked) {
+  select_.LockPage(unit.page, locked);
+  if (ZanWidgetManager* manager = ManagerOf(unit)) manager->SetLocked(locked);
+}
+
+} // namespace brenvolt
