@@ -75,7 +75,7 @@ private:
   MccData data_;
   ZanWireFormatter formats_;
   ZanOleDbConnection connection_;
-  bool metric_ = false; ///< the drawing's units
+  bool metric_ = false; ///< the drawing's units; kept and not used
   bool columnsLoaded_ = false;
   bool databaseAlerted_ = false;
   MotorColumns columnNames_;

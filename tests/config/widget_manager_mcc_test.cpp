@@ -316,6 +316,36 @@ TEST_CASE(
   CHECK_EQ(joined(loaded[0].second).substr(0, 13), "ACME CB-30  2");
 }
 
+TEST_CASE("parts that cannot be stored are told, and what stands behind them is not stored") {
+  const SiteTables tables;
+  TextSession session;
+  MccPage page(session, MccMode::load, tables.file());
+  page.initialise();
+  const wchar_t* const values[] = {L"Heater", L"2", L"kW", L"120", L"1", L"60"};
+  for (std::uint32_t row = 0; row < 6; ++row)
+    REQUIRE(page.manager.OnCellChanged(-1, row + 1, values[row]));
+  page.manager.SaveCatalog(L"CB01", 7, {{L"CB", {L"O'Neill", L"CB-30"}}, {L"DS", {L"ACME", L"D"}}});
+  CHECK(session.lisp().windows().recording().find("\"message\"") != std::string::npos);
+  ManagerResults loaded;
+  page.manager.LoadCatalog(L"CB01", 7, {L"CB", L"DS"}, loaded);
+  CHECK(loaded.empty());
+}
+
+TEST_CASE("no timer changes the current that was typed") {
+  const ShownPage shown = runPage("", MccMode::motor, {}, [](MccPage& page, ZanSettingsWnd&) {
+    ZanAnnotationData data(rowname::motorSetup);
+    for (const wchar_t* value : {L"Induction", L"0.167", L"HP", L"115", L"1", L"60", L"1800", L"9.9", L"1"})
+      data.AddText(value, L"");
+    ZanAnnotationDataList rows;
+    rows.AddRow(data);
+    page.manager.ImportRows(rows);
+    for (std::uint32_t timer = 99; timer <= 106; ++timer)
+      page.manager.OnTimer(timer);
+  });
+  CHECK(shown.data.find("Full-load current (A)=9.9") != std::string::npos);
+  CHECK(shown.wires.starts_with("W1 - Size=14AWG")); // timer 105 sized them
+}
+
 TEST_CASE("a locked page cannot be changed, and a freed one can") {
   runPage(
       R"j({"expect": "settings.1.0", "editable": false}, {"expect": "settings.1.1", "enabled": false})j",
