@@ -5,6 +5,7 @@
 #include "build/marker_scan.h"
 #include "build/script_rows.h"
 #include "config/config_marker_bridge.h"
+#include "config/widget_manager_maker.h"
 #include "drawing/marker_tree.h"
 #include "host/build_data.h"
 #include "host/host_api_lisp.h"
@@ -40,6 +41,11 @@ std::wstring joinValues(const std::vector<std::int32_t>& values) {
   for (const std::int32_t value : values)
     texts.push_back(formatInt(value));
   return join(texts, L",");
+}
+
+/// Managers come from the maker of the process; without one the units have none.
+void makeManagers(ZanConfigUnit& unit) {
+  if (ZanWidgetManagerMaker* maker = widgetManagerMaker()) static_cast<void>(maker->MakeManagers(unit));
 }
 
 } // namespace
@@ -108,7 +114,7 @@ bool ZanBrenvolt::prepare(BuildKind kind) {
     CollectRange(state_.markers, firstMarker, endOfMarkers, items);
   const bool result = runMarkers(state_, items);
   if (state_.isInteractive())
-    BuildConfigUnits(state_.markers, state_.units, UnitMaking{{}, state_.duplicateUnits});
+    BuildConfigUnits(state_.markers, state_.units, UnitMaking{makeManagers, state_.duplicateUnits});
   return result;
 }
 
@@ -139,7 +145,7 @@ bool ZanBrenvolt::runLevel() {
   ApplyConfigUnits(state_.markers, state_.units, static_cast<std::uint32_t>(level() + 1), items);
   if (items.empty()) return true;
   const bool result = runMarkers(state_, items);
-  RefreshConfigUnits(state_.markers, state_.units, UnitMaking{{}, state_.duplicateUnits});
+  RefreshConfigUnits(state_.markers, state_.units, UnitMaking{makeManagers, state_.duplicateUnits});
   return result;
 }
 

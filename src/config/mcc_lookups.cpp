@@ -28,6 +28,7 @@ void ZanWidgetManagerMcc::OnLookup(ZanGroupCtrl* group) {
   if (id == dataGroupId(MccMode::motor)) lookUpData(*group, MccMode::motor);
   if (id == dataGroupId(MccMode::load)) lookUpData(*group, MccMode::load);
   if (id == wireGroupId(MccMode::motor) || id == wireGroupId(MccMode::load)) lookUpWires(*group);
+  if (ZanWidgetManagerMaker* maker = widgetManagerMaker()) maker->SetCurrent(*this);
 }
 
 void ZanWidgetManagerMcc::lookUpData(ZanGroupCtrl& group, MccMode mode) {

@@ -57,6 +57,8 @@ public:
   virtual void LoadCatalog(
       std::wstring_view markerCode, std::int32_t code, const std::vector<std::wstring>& tables,
       ManagerResults& results);
+  /// False once the unit has died: a run was undone.
+  [[nodiscard]] bool HasUnit() const { return unit_ != nullptr; }
   /// CODE and ORDER of the unit, empty without one.
   [[nodiscard]] virtual std::wstring GetUnitCode() const;
   [[nodiscard]] virtual std::wstring GetUnitOrder() const;

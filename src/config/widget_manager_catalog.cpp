@@ -1,5 +1,6 @@
 #include "config/widget_manager_catalog.h"
 
+#include "config/flag_scope.h"
 #include "config/widget_manager_maker.h"
 #include "host/resources.h"
 #include "host/script_form.h"
@@ -69,18 +70,6 @@ private:
   std::weak_ptr<const void> window_;
 };
 
-/// Holds a flag up for as long as the scope lasts.
-class BusyScope final {
-public:
-  explicit BusyScope(bool& flag) : flag_(flag) { flag_ = true; }
-  ~BusyScope() { flag_ = false; }
-  BusyScope(const BusyScope&) = delete;
-  BusyScope& operator=(const BusyScope&) = delete;
-
-private:
-  bool& flag_;
-};
-
 } // namespace
 
 void ZanWidgetManagerCatalog::Configure(ZanConfigUnit* unit, const ZanScriptEntry& rule) {
@@ -107,7 +96,7 @@ void ZanWidgetManagerCatalog::AttachWindow(ZanSettingsWnd* window) {
 
 void ZanWidgetManagerCatalog::OnLookup(ZanGroupCtrl* group) {
   if (group == nullptr || busy_ || command_.empty()) return;
-  const BusyScope busy(busy_);
+  const FlagScope busy(busy_);
   std::vector<std::wstring> values;
   if (lookUp(*group, values) && HasWindow()) group->WriteValues(values);
 }

@@ -1,5 +1,8 @@
 #include "config/widget_manager_maker.h"
 
+#include "config/config_units.h"
+#include "config/widget_manager_catalog.h"
+#include "config/widget_manager_mcc.h"
 #include "host/lisp_symbols.h"
 #include "text/compare.h"
 #include "text/numbers.h"
@@ -31,6 +34,13 @@ std::wstring fieldOf(const ZanAnnotationData& row, std::size_t index) {
 
 } // namespace
 
+std::wstring MakeKey(const ZanScriptEntry& rule) {
+  std::wstring key = rule.text;
+  for (const auto& [name, value] : rule.params)
+    key += name + value;
+  return key;
+}
+
 ZanWidgetManagerMaker* widgetManagerMaker() {
   return makerOfProcess().get();
 }
@@ -42,6 +52,47 @@ bool ZanWidgetManagerMaker::Create() {
 
 void ZanWidgetManagerMaker::Destroy() {
   makerOfProcess().reset();
+}
+
+bool ZanWidgetManagerMaker::MakeManagers(ZanConfigUnit& unit) {
+  const ZanCodeRecord& record = unit.options;
+  // Without control rules there are no input groups, whatever the groups are called.
+  if (record.controlRules.empty()) return false;
+  if (const ZanOptionGroup* control = record.controlGroup()) {
+    makeMotorManager(unit, *control);
+    return true;
+  }
+  bool hasTables = false;
+  for (const ZanScriptEntry& rule : record.controlRules) {
+    if (rule.params.empty()) continue;
+    hasTables = true;
+    ZanWidgetManager* manager = unit.FindManagerByKey(MakeKey(rule));
+    unit.BindManager(rule.code, manager != nullptr ? manager : makeCatalogManager(unit, rule));
+  }
+  return hasTables;
+}
+
+void ZanWidgetManagerMaker::makeMotorManager(ZanConfigUnit& unit, const ZanOptionGroup& group) {
+  unit.control = true;
+  auto manager = std::make_unique<ZanWidgetManagerMcc>();
+  manager->Initialise(&unit, group);
+  unit.BindManager(controlOptionCode, manager.get());
+  manager->SetWireFormats(wireFormatter_);
+  AddHead(std::move(manager));
+}
+
+ZanWidgetManager* ZanWidgetManagerMaker::makeCatalogManager(ZanConfigUnit& unit, const ZanScriptEntry& rule) {
+  auto manager = std::make_unique<ZanWidgetManagerCatalog>();
+  manager->SetKey(MakeKey(rule));
+  manager->Configure(&unit, rule);
+  ZanWidgetManager* made = manager.get();
+  AddMember(std::move(manager));
+  return made;
+}
+
+void ZanWidgetManagerMaker::SetWireFormatter(const ZanWireFormatter& formatter) {
+  wireFormatter_ = formatter;
+  if (auto* manager = dynamic_cast<ZanWidgetManagerMcc*>(current_)) manager->SetWireFormats(wireFormatter_);
 }
 
 void ZanWidgetManagerMaker::AddHead(std::unique_ptr<ZanWidgetManager> head) {
@@ -63,15 +114,25 @@ ZanWidgetManager* ZanWidgetManagerMaker::FindHead(const ZanWidgetManager* member
 }
 
 void ZanWidgetManagerMaker::RefreshSettings() {
+  const auto canSpeak = [](const ZanWidgetManager* head) {
+    return head != nullptr && head->HasUnit() && head->HasWindow();
+  };
+  if (!canSpeak(current_)) {
+    const auto last =
+        std::find_if(groups_.rbegin(), groups_.rend(), [&canSpeak](const ZanManagerGroup& group) {
+          return canSpeak(group.head.get());
+        });
+    if (last != groups_.rend()) current_ = last->head.get();
+  }
   settings_.Clear();
-  if (current_) current_->ExportRows(settings_);
+  if (current_ != nullptr) current_->ExportRows(settings_);
 }
 
 bool ZanWidgetManagerMaker::CollectSettings(ZanAnnotationDataList& rows, std::vector<std::wstring>& orders) {
   rows.Clear();
   std::wstring previous;
   for (const ZanManagerGroup& group : groups_) {
-    if (!group.head) continue;
+    if (!group.head || !group.head->HasUnit()) continue;
     group.head->ExportRows(settings_);
     rows.Append(settings_);
     const std::wstring code = group.head->GetUnitCode();

@@ -5,6 +5,7 @@
 #include "config/widget_manager.h"
 #include "data/component_sizing.h"
 #include "drawing/annotation_rows.h"
+#include "drawing/code_record.h"
 #include "drawing/wire_formatter.h"
 
 #include <memory>
@@ -12,6 +13,9 @@
 #include <vector>
 
 namespace brenvolt {
+
+/// What tells the managers of a unit apart: the rule's text, then each of its parameters.
+[[nodiscard]] std::wstring MakeKey(const ZanScriptEntry& rule);
 
 /// A motor or load manager with the catalogue managers made behind it; the head may be absent while none was made.
 struct ZanManagerGroup {
@@ -31,26 +35,39 @@ public:
   /// Ends it; on each way out of a build.
   static void Destroy();
 
+  /// Makes the managers of a new unit from its control rules and binds them to their option codes: one for its motor
+  /// or load group, or else one for each rule with tables, where rules with the same tables share one. True when there
+  /// was anything to bind.
+  bool MakeManagers(ZanConfigUnit& unit);
   /// Takes over a motor or load manager: it heads the last group when that has no head, or else a new one, and its
   /// values count for the circuit from now on.
   void AddHead(std::unique_ptr<ZanWidgetManager> head);
   /// Takes over a catalogue manager as a member of the last group. Without a group it waits for the next head.
   void AddMember(std::unique_ptr<ZanWidgetManager> member);
+  /// From now on the values of this motor or load manager count for the circuit: the user has worked in its page.
+  void SetCurrent(ZanWidgetManager& manager) { current_ = &manager; }
   /// The head of the group that holds a member; null when there is none.
   [[nodiscard]] ZanWidgetManager* FindHead(const ZanWidgetManager* member) const;
-  void SetWireFormatter(const ZanWireFormatter& formatter) { wireFormatter_ = formatter; }
+  /// The wires of the last scan, for managers to come and for the motor or load manager at work.
+  void SetWireFormatter(const ZanWireFormatter& formatter);
   [[nodiscard]] const ZanWireFormatter& wireFormatter() const { return wireFormatter_; }
-  /// Reads the rows of the manager whose values count for the circuit as a whole.
+  /// Reads the rows of the manager whose values count for the circuit as a whole: the motor or load manager made or
+  /// used last. One that has no page, because it repeats another, or that has lost its unit leaves it to the last head
+  /// that has both.
   void RefreshSettings();
   [[nodiscard]] const ZanAnnotationDataList& GetSettings() const { return settings_; }
-  /// The rows of every head in order, and the order text of each change of the head's marker code.
+  /// The rows of every head in order, and the order text of each change of the head's marker code. The unit of a head
+  /// can be undone; such a head has no say any more.
   [[nodiscard]] bool CollectSettings(ZanAnnotationDataList& rows, std::vector<std::wstring>& orders);
   /// The components of the first motor, or else the first load, among the rows. None gives no rows.
   void computeAutoRows(const ZanAnnotationDataList& groupData, std::vector<ZanAutoSizeRow>& rows) const;
 
 private:
+  void makeMotorManager(ZanConfigUnit& unit, const ZanOptionGroup& group);
+  [[nodiscard]] ZanWidgetManager* makeCatalogManager(ZanConfigUnit& unit, const ZanScriptEntry& rule);
+
   std::vector<ZanManagerGroup> groups_;
-  ZanWidgetManager* current_ = nullptr; ///< the motor or load manager made last
+  ZanWidgetManager* current_ = nullptr; ///< a head; null while there is none
   ZanWireFormatter wireFormatter_;
   ZanAnnotationDataList settings_;
 };

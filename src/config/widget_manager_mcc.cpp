@@ -98,7 +98,6 @@ void ZanWidgetManagerMcc::Initialise(ZanConfigUnit* unit, const ZanOptionGroup& 
 }
 
 void ZanWidgetManagerMcc::SetWireFormats(const ZanWireFormatter& formatter) {
-  formats_ = ZanWireFormatter();
   const std::wstring suffix = wireSuffix(GetUnitCode());
   for (const auto& [format, code] : formatter.types())
     if (equalsCollating(wireSuffix(code), suffix)) formats_.AddWireType(format, code);

@@ -47,7 +47,8 @@ public:
   /// Puts the data group into the circuit in hand, as the LISP of a lookup reads it there.
   virtual void CommitToCircuitData();
 
-  /// Takes the wires of the unit's own suffix out of those of the template, in place of what was taken before.
+  /// Takes the wires of the unit's own suffix out of those of a scan, behind those that it has: a nested template
+  /// without wires leaves them alone.
   void SetWireFormats(const ZanWireFormatter& formatter);
 
 private:
