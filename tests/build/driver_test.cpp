@@ -1,6 +1,7 @@
 // Whole direct builds: history and presets into the markers, end rows to LISP, markers erased.
 #include "build/driver.h"
 
+#include "config/widget_manager_maker.h"
 #include "host/lisp_calls.h"
 #include "host/resources.h"
 #include "tests/build/build_site.h"
@@ -61,6 +62,28 @@ TEST_CASE("presets bring wires to the control marker and to all behind it") {
   constexpr const char* data = "((\"n1\" \"n2\") ((\"2\" \"M_2\" 1) (\"6\" nil 3)))";
   CHECK_EQ(site.eval("ran"), std::string("((\"motor\" ") + data + ") (\"part\" " + data + "))");
   CHECK_EQ(build->state().controlSuffix, L"-1");
+}
+
+TEST_CASE("an interactive build makes a manager for each unit with control rules, a direct one makes none") {
+  for (const BuildKind kind : {BuildKind::direct, BuildKind::interactive}) {
+    BuildSite site;
+    site.writeSheet(sheet);
+    site.eval(markers);
+    REQUIRE(ZanWidgetManagerMaker::Create());
+    {
+      const auto build = site.prepared(site.arguments());
+      REQUIRE(build);
+      CHECK(build->prepare(kind));
+      std::string units;
+      for (const auto& unit : build->units().units())
+        units += toUtf8(unit->code) + (unit->control ? " control " : " ") +
+                 std::to_string(unit->managers().size()) + "; ";
+      CHECK_EQ(units, kind == BuildKind::direct ? "" : "MOTOR-1 control 1; PART 1; ");
+      // Those of the scan, of any suffix.
+      CHECK_EQ(widgetManagerMaker()->wireFormatter().types().size(), 2);
+    }
+    ZanWidgetManagerMaker::Destroy();
+  }
 }
 
 TEST_CASE("a build from a saved history repeats the choices of the build that saved it") {
