@@ -13,6 +13,13 @@ const std::string undo = pressing("undo");
 const std::string insert = pressing("insertCurrent");
 const std::string insertUpToHere = pressing("insertUpToCurrent");
 const std::string insertAll = pressing("insertAll");
+const std::string cancel = pressing("cancel");
+
+/// The session was as the script wants it, and ended with this answer.
+void checkEnd(const ConfigResult& result, const char* answer) {
+  CHECK_EQ(result.failure, "");
+  CHECK_EQ(result.answer, answer);
+}
 
 } // namespace
 
@@ -45,11 +52,239 @@ TEST_CASE("units inserted as they stand give the drawing of a direct build, in w
     CAPTURE(row.promise);
     ConfigSite site;
     const ConfigResult result = site.run({.markers = markers, .steps = {row.session}});
-    CHECK_EQ(result.failure, "");
-    CHECK_EQ(result.answer, "T");
+    checkEnd(result, "T");
     CHECK_EQ(result.drawn, direct.drawn);
     CHECK_EQ(result.drawing, direct.drawing);
     CHECK_EQ(result.saved, direct.saved);
     CHECK_EQ(site.historyNames(), "Motor (001) [      ]");
+  }
+}
+
+TEST_CASE("nested templates bring units, and go with them when their run is taken back") {
+  ConfigSite site;
+  const ConfigResult result = site.run(
+      {.markers = "((BRK 1) (CON 2))",
+       .steps = {configStep(
+           {selecting({"Contactor"}), choosing("Kind", "Nested"), insert,
+            // The heading behind the nested choice waits for it, and the new unit is shown.
+            expectingUnits({"Breaker", "Contactor [2]", "  Auxiliary [1]"}), choosing("Count", "Deep"),
+            insert, expectingUnits({"Breaker", "Contactor [2]", "  Auxiliary [2]", "    Lamp [1]"}), undo,
+            expecting("units", R"("path": ["Contactor", "Auxiliary"])"),
+            expectingUnits({"Breaker", "Contactor [2]", "  Auxiliary [1]"}),
+            expecting("options/Count", R"("text": "Deep", "locked": false)"), undo,
+            expecting("units", R"("path": ["Contactor"])"), expectingUnits({"Breaker", "Contactor [1]"}),
+            insert, expecting("options/Count", R"("text": "One")"), choosing("Count", "Deep"), insert,
+            choosing("Colour", "Green"), insert, insertAll,
+            expectingUnits({"Breaker [2]", "Contactor [2]", "  Auxiliary [2]", "    Lamp [2]"}), finish})}});
+  checkEnd(result, "T");
+  CHECK_EQ(result.drawn, R"(("outer" "inner" "head" "green" "small"))");
+  CHECK_EQ(result.markers, "nil");
+  CHECK_EQ(
+      result.saved, R"((("AUX" nil "2") ("BRK" nil "1") ("CON" nil "2") ("HEAD" nil "") ("LMP" nil "2")))");
+}
+
+TEST_CASE("a nested template without markers is drawn and brings no unit") {
+  const ConfigResult result = ConfigSite().run(
+      {.markers = "((CON 1))",
+       .steps = {
+           configStep({choosing("Kind", "Empty"), insert, expectingUnits({"Contactor [2]"}), finish})}});
+  checkEnd(result, "T");
+  CHECK_NE(result.drawing.find("circle"), std::string::npos);
+}
+
+TEST_CASE("a choice that is changed behind an undo counts in drawing, history and codes") {
+  ConfigSite site;
+  const ConfigResult result = site.run(
+      {.markers = "((BRK 1) (LMP 2))",
+       .steps = {configStep(
+           {insert, selecting({"Breaker"}), expecting("options/Frame", R"("locked": true)"), undo,
+            choosing("Frame", "Large"), insert, insert, naming("Kept"), finish})}});
+  checkEnd(result, "T");
+  CHECK_EQ(result.drawn, R"(("large" "red"))");
+  CHECK_EQ(result.saved, R"((("BRK" nil "2") ("LMP" nil "1")))");
+
+  // The same template has lost a marker and got another one since: what is left of the history counts.
+  const ConfigResult later = site.run(
+      {.markers = "((BRK 1) (CON 2))",
+       .steps =
+           {configStep(
+                {expecting("options/Frame", R"("text": "Large")"),
+                 expecting("historyName", R"("text": "Kept [      ]")"), insertAll, finish}),
+            answerStep("DuplicateCircuitName", 1001)},
+       .historyName = "Kept [      ]"});
+  checkEnd(later, "T");
+  CHECK_EQ(later.drawn, R"(("large" "plain"))");
+  CHECK_EQ(site.historyNames(), "Kept [      ]");
+}
+
+TEST_CASE("units that are left are not drawn, but their choices are kept") {
+  ConfigSite site;
+  const std::string done = "CircuitConfigurationDone";
+  const ConfigResult result = site.run(
+      {.steps = {
+           configStep({insert, choosing("Kind", "Nested"), finish}), answerStep(done, 7),
+           configStep({naming("Half"), finish}), answerStep(done, 2), configStep({naming("Half"), finish}),
+           answerStep(done, 6)}});
+  checkEnd(result, "T");
+  CHECK_EQ(result.drawn, R"(("small"))");
+  CHECK_EQ(result.markers, "nil");
+  CHECK_EQ(result.saved, R"((("BRK" nil "1") ("CON" nil "") ("LMP" nil "")))");
+  const ConfigResult later = site.run({.historyName = "Half [      ]", .isDirect = true});
+  CHECK_EQ(later.drawn, R"(("small" "outer" "one" "head" "red"))");
+}
+
+TEST_CASE("a build that is not finished leaves drawing and history as they were") {
+  const std::string question = "CircuitConfigurationCancel";
+  const std::string twoRuns = insert + ", " + insert;
+  struct Row {
+    const char* promise;
+    std::vector<std::string> steps;
+    const char* failure; ///< how the script's failure begins
+  };
+  const Row rows[] = {
+      {"at once", {configStep({cancel}), answerStep(question, 6)}, ""},
+      {"behind three runs and a second thought",
+       {configStep({twoRuns, cancel}), answerStep(question, 7), configStep({insert, cancel}),
+        answerStep(question, 6)},
+       ""},
+      {"by the frame behind an undo",
+       {configStep({twoRuns, undo, R"({"close": "frame"})"}), answerStep(question, 6)},
+       ""},
+      {"a question without an answer",
+       {configStep({twoRuns, naming(""), finish})},
+       "\"ZanBrenvolt.InvalidCircuitName\" has no answer"},
+      {"a script that leaves the dialog open", {configStep({insert})}, "the test: step 1: leaves"},
+      {"an action that cannot be done", {configStep({twoRuns, insert, insert})}, "the test: step 1"},
+      {"no answer at all", {}, "\"ZanDlgConfig\" has no answer"},
+      {"an exception of the host",
+       {configStep({selecting({"Lamp"}), choosing("Colour", "Throws"), insertAll})},
+       ""},
+  };
+  for (const Row& row : rows) {
+    CAPTURE(row.promise);
+    ConfigSite site;
+    const ConfigResult result = site.run({.steps = row.steps});
+    CHECK_EQ(result.failure.substr(0, std::string(row.failure).size()), row.failure);
+    CHECK_EQ(result.failure.empty(), std::string(row.failure).empty());
+    CHECK_EQ(result.answer, result.failure.empty() ? "nil" : "cancelled");
+    CHECK(result.drawing == result.before);
+    CHECK_FALSE(std::filesystem::exists(site.history()));
+  }
+}
+
+TEST_CASE("a quit in the middle ends the build and leaves what has been inserted") {
+  const ConfigResult result = ConfigSite().run(
+      {.steps = {configStep({insert, selecting({"Lamp"}), choosing("Colour", "Quit"), insert})}});
+  checkEnd(result, "nil");
+  CHECK_EQ(result.drawn, R"(("small"))");
+}
+
+TEST_CASE("a run that fails can be taken back, and waits to be inserted again") {
+  const ConfigResult result = ConfigSite().run(
+      {.steps = {
+           configStep({selecting({"Lamp"}), choosing("Colour", "Broken"), insert}),
+           answerStep("ExecutionError", 1),
+           configStep(
+               {expectingUnits({"Breaker", "Contactor", "Lamp [1]"}),
+                expecting("options/Colour", R"("locked": false)"), undo, choosing("Colour", "Red"), insertAll,
+                finish})}});
+  checkEnd(result, "T");
+  CHECK_EQ(result.drawn, R"(("small" "plain" "red"))");
+}
+
+TEST_CASE("an undo that the host refuses is told and changes nothing") {
+  const std::vector<std::string> steps = {
+      configStep(
+          {insert, selecting({"Lamp"}), choosing("Colour", "Last"), insert, undo,
+           expectingUnits({"Breaker [2]", "Contactor", "Lamp [2]"}), undo,
+           expecting("undo", R"("enabled": false)"), expectingUnits({"Breaker [2]", "Contactor", "Lamp [2]"}),
+           cancel}),
+      answerStep("CircuitConfigurationCancel", 6)};
+  const ConfigResult result = ConfigSite().run({.steps = steps});
+  checkEnd(result, "nil");
+  CHECK_EQ(result.drawn, R"(("small" "last"))");
+  const std::string refused = "The host refuses to undo the last insertion. It stays in the drawing.\n";
+  CHECK_EQ(
+      result.printed,
+      refused + refused +
+          "The host refuses to undo what the circuit has brought. It stays in the drawing.\n");
+}
+
+TEST_CASE("a configuration needs a name, and a taken one is replaced, made new or thought over") {
+  ConfigSite site;
+  const std::string kept = "Kept [      ]";
+  const std::string duplicate = "DuplicateCircuitName";
+  struct Row {
+    const char* promise;
+    std::vector<std::string> steps;
+    std::string historyName;
+    std::string names; ///< in the history afterwards
+  };
+  const Row rows[] = {
+      {"no name",
+       {configStep({insertAll, naming(" "), finish}), answerStep("InvalidCircuitName", 1),
+        configStep({naming("New configuration"), finish}), answerStep("InvalidCircuitName", 2),
+        configStep({naming(" Kept "), finish})},
+       "",
+       kept},
+      {"a new configuration replaces one of its name without a question",
+       {configStep({insertAll, naming("Kept"), finish})},
+       "",
+       kept},
+      {"the proposal is free", {configStep({insertAll, finish})}, "", kept + "|Motor (001) [      ]"},
+      {"the next one, too",
+       {configStep({expecting("historyName", R"~("text": "Motor (002)")~"), insertAll, finish})},
+       "",
+       kept + "|Motor (001) [      ]|Motor (002) [      ]"},
+      {"replaced",
+       {configStep({insertAll, naming("KEPT [      ]"), finish}), answerStep(duplicate, 1001)},
+       kept,
+       "Motor (001) [      ]|Motor (002) [      ]|KEPT [      ]"},
+      {"made new",
+       {configStep({insertAll, finish}), answerStep(duplicate, 1002)},
+       kept,
+       "Motor (001) [      ]|Motor (002) [      ]|KEPT [      ]|Motor (003) [      ]"},
+      {"thought over",
+       {configStep({insertAll, finish}), answerStep(duplicate, 2), configStep({naming("Other"), finish})},
+       kept,
+       "Motor (001) [      ]|Motor (002) [      ]|KEPT [      ]|Motor (003) [      ]|Other [      ]"},
+  };
+  for (const Row& row : rows) {
+    CAPTURE(row.promise);
+    checkEnd(site.run({.steps = row.steps, .historyName = row.historyName}), "T");
+    CHECK_EQ(site.historyNames(), row.names);
+  }
+}
+
+TEST_CASE("a configuration that cannot be saved is told, and the user decides what becomes of the circuit") {
+  const std::string unsaved = "HistoryNotSaved";
+  struct Row {
+    const char* promise;
+    std::vector<std::string> steps;
+    const char* answer;
+    const char* drawn;
+  };
+  const Row rows[] = {
+      {"finished without",
+       {configStep({insertAll, finish}), answerStep(unsaved, 6)},
+       "T",
+       R"(("small" "plain" "red"))"},
+      {"given up",
+       {configStep({insertAll, finish}), answerStep(unsaved, 7),
+        configStep({undo, expectingUnits({"Breaker", "Contactor [1]", "Lamp"}), cancel}),
+        answerStep("CircuitConfigurationCancel", 6)},
+       "nil",
+       "nil"},
+  };
+  for (const Row& row : rows) {
+    CAPTURE(row.promise);
+    ConfigSite site;
+    writeBytes(site.history(), "kept as it is");
+    std::filesystem::create_directory(site.history().string() + ".new");
+    const ConfigResult result = site.run({.steps = row.steps});
+    checkEnd(result, row.answer);
+    CHECK_EQ(result.drawn, row.drawn);
+    CHECK_EQ(bytesOf(site.history()), "kept as it is");
+    CHECK_NE(result.printed.find("history file cannot be opened for writing"), std::string::npos);
   }
 }

@@ -149,7 +149,7 @@ ConfigResult ConfigSite::run(const ConfigRun& run, const std::function<bool(ZanB
   setResourceModule(kvdsLoadResourceModule(resourceModuleName));
   REQUIRE(resourceModule() != nullptr);
   defineFaults(lisp);
-  lisp.eval(product);
+  lisp.eval(std::string(product) + run.setup);
   simhost::DrawingDatabase& drawing = lisp.host().documents().current()->drawing();
 
   ConfigResult result;
@@ -195,6 +195,12 @@ ConfigResult ConfigSite::run(const ConfigRun& run, const std::function<bool(ZanB
   }
   setResourceModule(nullptr);
   return result;
+}
+
+std::string ConfigSite::evaluate(std::string_view forms) {
+  LispSession lisp;
+  defineFaults(lisp);
+  return lisp.eval(std::string(product) + std::string(forms));
 }
 
 std::string ConfigSite::historyNames() const {

@@ -37,6 +37,7 @@ struct ConfigRun {
   std::vector<std::string> steps = {};
   std::string historyName = {};
   bool isDirect = false;
+  std::string setup = {}; ///< forms that are run ahead of the template
 };
 
 /// What a session leaves.
@@ -65,6 +66,9 @@ public:
   [[nodiscard]] ConfigResult run(const ConfigRun& run);
   /// The same, with the build prepared and handed to the test in place of the function.
   [[nodiscard]] ConfigResult run(const ConfigRun& run, const std::function<bool(ZanBrenvolt&)>& configure);
+
+  /// What the last of the forms answers in a drawing of their own.
+  [[nodiscard]] static std::string evaluate(std::string_view forms);
 
   [[nodiscard]] std::filesystem::path history() const { return folder_ / "zan_brenvolt.xml"; }
   /// The names in the history in their order, parted by "|".
