@@ -98,7 +98,8 @@ Command setUpDraw(CLI::App& command) {
       ->type_name("NAME");
   command.add_option("--preset", options->preset, "Options ahead of the build: CODE=1,2;CODE=3")
       ->type_name("TEXT");
-  command.add_option("--params", options->params, "Motor or load data of a placed circuit: a;b;c")
+  command
+      .add_option("--params", options->params, "Motor or load data of a placed circuit: \"a\";\"b\";\"c\"")
       ->type_name("TEXT");
   command
       .add_option("--wires", options->wires, R"(Wires of a placed circuit: (("10AWG" "BLK_10AWG" "1") ...))")

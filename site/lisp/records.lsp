@@ -3,7 +3,8 @@
 (setq site-control-entity nil ; the motor or load of the circuit at work
       site-control-params nil ; its 31 fields as a text
       site-control-wires nil  ; its wires as a text
-      site-placed-components nil)
+      site-placed-components nil ; ((component . CODE) ...), the last one first
+      GBL_qn_bv_marker_data nil)
 
 ; 31 fields between ";". An empty field is written as a blank: a reader that cuts at ";" would lose it.
 (defun params-text (data)
@@ -38,10 +39,11 @@
 ; The rows of a finished circuit. A project without a database keeps no records.
 (defun record-circuit (template args)
   (when (and site-project-database site-control-entity)
-    (insert-row "BRENVOLT" '("DWGIX" "HDL" "CIRCUIT" "CODES" "PARAMS" "WIRES" "CIRCUITKEY")
-      (list "1" (handle-key site-control-entity) (string-join (circuit-fields template args) ";") (codes-text)
-            site-control-params site-control-wires (string-append "1-" (entity-handle site-control-entity))))
-    (mapc 'record-component (reverse site-placed-components))))
+    (insert-row "BRENVOLT" '("DWGIX" "HDL" "CIRCUIT" "PARAMS" "WIRES" "CODES" "CIRCUITKEY")
+      (list "1" (handle-key site-control-entity) (string-join (circuit-fields template args) ";")
+            (quoted-fields site-control-params) site-control-wires (codes-text)
+            (string-append "1-" (entity-handle site-control-entity))))
+    (mapc 'record-component (reverse (mapcar 'car site-placed-components)))))
 
 (defun handle-key (entity) (string-append "h=" (entity-handle entity)))
 
@@ -50,9 +52,25 @@
 (defun field-text (value)
   (let ((text (site-text value))) (if (string=? text "") " " text)))
 
-; CODE=1,2;CODE=3: what a later build takes as its presets.
-(defun codes-text ()
-  (string-join (mapcar (lambda (row) (string-append (car row) "=" (site-text (nth 2 row)))) site-saved-codes) ";"))
+; "a";"";"c": the fields as a later build takes them, where the empty ones count.
+(defun quoted-fields (text)
+  (string-append "\""
+    (string-join (mapcar (lambda (field) (string-trim " " field)) (string-split text ";")) "\";\"")
+    "\""))
+
+; CODE[=HANDLE]=1,2;CODE=3: the presets of a build that takes the circuit over. The handle is that of the first
+; component which a marker of the CODE placed; a CODE without components has none.
+(defun codes-text () (string-join (mapcar 'code-text site-saved-codes) ";"))
+(defun code-text (row)
+  (let ((part (find-if (lambda (placed) (string-ci=? (or (cdr placed) "") (car row))) (reverse site-placed-components))))
+    (string-append (car row) (if part (string-append "[=" (entity-handle (car part)) "]") "")
+                   "=" (site-text (nth 2 row)))))
+
+; The CODE of the marker whose form is at work; nil outside a build.
+(defun marker-code ()
+  (let* ((handle (nth (or (car GBL_qn_bv_marker_data) 0) (cadr GBL_qn_bv_marker_data)))
+         (marker (and handle (handle->entity handle))))
+    (when (and marker (marker? marker)) (entity-get (entity-attribute marker "CODE") 'text))))
 
 (defun record-component (entity)
   (let* ((texts (entity-attributes entity))

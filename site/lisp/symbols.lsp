@@ -23,7 +23,7 @@
   (site-block name)
   (let ((symbol (fill-attributes (insert-block name point scale (or rotation 0) "SYMBOLS") texts)))
     (when (entity-attribute symbol "FAMILY")
-      (setq site-placed-components (cons symbol site-placed-components)))
+      (setq site-placed-components (cons (cons symbol (marker-code)) site-placed-components)))
     symbol))
 
 ; A symbol in horizontal wires: each of its poles cuts the wire that it stands on.

@@ -126,6 +126,12 @@ TEST_CASE("a circuit leaves its row, its components and its terminals in the pro
   };
   for (const Query& query : {
            Query{"SELECT DWGIX,CIRCUITKEY FROM [BRENVOLT]", "DWGIX,CIRCUITKEY\n1,1-18D\n"},
+           Query{
+               "SELECT CODES FROM [BRENVOLT]",
+               "CODES\n\"COIL[=322]=;CTRL=1;DISC[=9F]=10,1;LITE=2;MCTL=0;MOTOR[=18D]=;MS[=E4]=1;OL[=129]=1;"
+               "OLC[=352]=;OPER[=28E]=1;RUNC[=383]=;RUNL[=3B7]=1;SOURCE[=1EE]=1;STPC[=3E8]=;STPL[=3F7]=;"
+               "TERM[=14D]=1;TITLE=;WNUM=;WT01=;WT01E=;WT02=;WT03=\"\n"},
+           Query{"SELECT HDL FROM [COMP] WHERE FAMILY='CB'", "HDL\nh=9F\n"},
            Query{"SELECT TAGNAME,RATING1 FROM [COMP] WHERE FAMILY='CB'", "TAGNAME,RATING1\nCB1,35A\n"},
            Query{"SELECT TAGSTRIP,TERM FROM [TERMS]", "TAGSTRIP,TERM\nTB1,1\nTB1,2\nTB1,3\n"},
        }) {
