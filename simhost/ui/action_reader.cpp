@@ -201,6 +201,8 @@ const Verb& verbOf(const Json& action) {
   const Verb* found = nullptr;
   for (const Verb& verb : verbs()) {
     if (!action.contains(verb.name)) continue;
+    // There it is what is compared.
+    if (std::string_view(verb.name) == "focus" && action.contains("expect")) continue;
     if (found != nullptr) fail(std::string("an action has two verbs: ") + found->name + ", " + verb.name);
     found = &verb;
   }

@@ -8,16 +8,14 @@ namespace brenvolt {
 
 namespace {
 
-/// A motor or load unit has this code whatever its combo boxes say.
-constexpr std::int32_t controlCode = -100;
-
 /// The group that makes a unit a motor or load is its first and is never shown.
 std::size_t firstShownGroup(const ZanConfigUnit& unit) {
   return unit.control ? 1 : 0;
 }
 
+/// A motor or load unit has its fixed code whatever its combo boxes say.
 std::int32_t managerCode(const ZanConfigUnit& unit, std::int32_t optionCode) {
-  return unit.control ? controlCode : optionCode;
+  return unit.control ? controlOptionCode : optionCode;
 }
 
 /// The last one wins where the worksheet marks several.

@@ -134,6 +134,59 @@ TEST_CASE("a build ends ahead of its rows without sheet, marker or fitting templ
   CHECK_EQ(site.markersLeft(), "(\"FOREIGN\")");
 }
 
+TEST_CASE("a configuration that could not be saved does not reach the file with a later one") {
+  BuildSite site;
+  site.writeSheet(sheet);
+  site.eval(markers);
+  const auto build = site.prepared(site.arguments());
+  REQUIRE(build);
+  CHECK(buildAndFinish(site, *build));
+  const ResourceScope resources;
+  CHECK(build->saveHistory(L"First"));
+  const std::filesystem::path temporary = site.folder() / "zan_brenvolt.xml.new";
+  std::filesystem::create_directory(temporary);
+  CHECK_FALSE(build->saveHistory(L"Lost"));
+  CHECK_EQ(build->history().historyName, L"First");
+  std::filesystem::remove(temporary);
+  CHECK(build->saveHistory(L"Second"));
+  std::vector<std::wstring> names;
+  CHECK(build->history().Reload());
+  CHECK(build->history().GetHistoryNames(L"Motor", L"Direct", names));
+  CHECK_EQ(names, std::vector<std::wstring>{L"First", L"Second"});
+}
+
+TEST_CASE("a run that the host refuses to undo goes back with the run before") {
+  BuildSite site;
+  site.writeSheet(
+      {"M1|Out|x|G|A|1|1|(nest \"N1\")", "N1|In|x|G|A|1|1|(nest \"P1\")", "P1|Deep|x|G|A|1|1|(note p)"});
+  site.eval("(mark \"M1\" \"1\")");
+  const auto build = site.prepared(site.arguments());
+  REQUIRE(build);
+  const ResourceScope resources;
+  REQUIRE(build->prepare(BuildKind::interactive));
+  const auto insert = [&build](ZanConfigUnit& unit) {
+    unit.pending = true;
+    REQUIRE(build->runLevel());
+    unit.pending = false;
+    unit.inserted = true;
+    return unit.children()->units().front().get();
+  };
+  ZanConfigUnit* outer = build->units().units().front().get();
+  ZanConfigUnit* inner = insert(*outer);
+  const ZanConfigUnit* deep = insert(*inner);
+  CHECK_EQ(build->level(), 2);
+  site.drawing().undoLog().setOff(true);
+  CHECK_FALSE(build->stepBack());
+  CHECK_EQ(build->level(), 1);
+  CHECK_EQ(inner->insertStep, 1);
+  CHECK_EQ(deep->ownerStep, 1);
+  build->truncateTo(2);
+  CHECK_EQ(inner->children()->units().size(), 1);
+  build->truncateTo(1);
+  CHECK(outer->children()->isEmpty());
+  CHECK(build->state().markers.markers().front().children() == nullptr);
+}
+
 TEST_CASE("scales and trace come from the product's symbol, defaults without it") {
   BuildSite site;
   ZanBrenvolt build(site.arguments());

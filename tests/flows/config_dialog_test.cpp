@@ -223,8 +223,8 @@ TEST_CASE("a configuration needs a name, and a taken one is replaced, made new o
   const Row rows[] = {
       {"no name",
        {configStep({insertAll, naming(" "), finish}), answerStep("InvalidCircuitName", 1),
-        configStep({naming("New configuration"), finish}), answerStep("InvalidCircuitName", 2),
-        configStep({naming(" Kept "), finish})},
+        configStep({expecting("historyName", R"("focus": true)"), naming("New configuration"), finish}),
+        answerStep("InvalidCircuitName", 2), configStep({naming(" Kept "), finish})},
        "",
        kept},
       {"a new configuration replaces one of its name without a question",

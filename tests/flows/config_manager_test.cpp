@@ -1,5 +1,5 @@
 // What the configuration dialog tells the managers of its units, and what it does for them.
-#include "config/widget_manager.h"
+#include "config/widget_manager_maker.h"
 #include "data/circuit_data.h"
 #include "flows/config_names.h"
 #include "flows/config_walk.h"
@@ -56,7 +56,7 @@ public:
   bool GetChoices(
       std::int32_t, std::uint32_t, const std::vector<ZanGroupRow>&,
       std::vector<std::wstring>& list) override {
-    list = {L"bad", L"good"};
+    list = {L"bad", L"good", L"one", L"two"};
     return true;
   }
   void Refresh() override { note(L"refresh"); }
@@ -99,8 +99,7 @@ std::vector<std::string> notesOf(const ConfigRun& run, const std::function<void(
     NotedManager motor(run.setup.find("HMOT") == std::string::npos ? L"Load" : L"Motor", notes);
     forEachUnit(build.units(), [&](ZanConfigUnit& unit, const ZanConfigUnit*) {
       unit.control = unit.code == L"MOT";
-      constexpr std::int32_t controlCode = -100;
-      unit.BindManager(unit.control ? controlCode : 1, unit.control ? &motor : &breaker);
+      unit.BindManager(unit.control ? controlOptionCode : 1, unit.control ? &motor : &breaker);
     });
     const bool isFinished = runConfiguration(build, nullptr);
     lookAt(build);
@@ -155,6 +154,37 @@ TEST_CASE("groups follow the choices, are locked with their unit, and go back in
       "Load: refresh",    "Part: free",       "Load: lock",
   };
   CHECK_EQ(notes, expected);
+}
+
+TEST_CASE("a motor's page takes the rows of the motor that counts for the circuit, whichever page is left") {
+  ConfigSite site({"MOT|Pump|x|!MCC_CTRL|Motor|1|1|(put motor)"});
+  std::vector<std::string> notes;
+  const ConfigResult result = site.run(
+      {.markers = "((MOT 1) (MOT 2))",
+       .steps = {configStep(
+           {R"({"edit": "settings/First", "row": 1, "to": "one"})", R"({"select": "units", "path": [1]})",
+            R"({"edit": "settings/Second", "row": 1, "to": "two"})", R"({"select": "units", "path": [0]})",
+            pressing("insertAll"), finish})}},
+      [&notes](ZanBrenvolt& build) {
+        REQUIRE(ZanWidgetManagerMaker::Create());
+        for (const wchar_t* name : {L"First", L"Second"}) {
+          auto manager = std::make_unique<NotedManager>(name, notes);
+          ZanConfigUnit& unit = *build.units().units()[name == std::wstring_view(L"First") ? 0 : 1];
+          manager->SetUnit(&unit);
+          unit.control = true;
+          unit.BindManager(controlOptionCode, manager.get());
+          widgetManagerMaker()->AddHead(std::move(manager));
+        }
+        const bool isFinished = runConfiguration(build, nullptr);
+        for (const auto& unit : build.units().units()) {
+          const auto& rows = unit->controlRows.items();
+          CHECK((rows.size() == 1 && rows.front().row->name == L"two"));
+        }
+        ZanWidgetManagerMaker::Destroy();
+        return isFinished;
+      });
+  CHECK_EQ(result.failure, "");
+  CHECK_EQ(result.answer, "T");
 }
 
 TEST_CASE("a motor or a load from the drawing becomes the circuit in hand, and the editor comes back") {

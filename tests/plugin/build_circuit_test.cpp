@@ -23,9 +23,11 @@ constexpr std::string_view product = R"lisp(
 (setq ran nil)
 (defun note (what) (setq ran what) T)
 (defun build-again () (zan_bv_build_circuit book "DONE" "" "" "" T (template "M1")) (note "outer") T)
+(defun ask-again () (note (if (zan_bv_build_circuit book "DONE" "" "" "" nil (template "M1")) "asked" "not asked")))
 (vz-korvo-defun 'note)
 (vz-korvo-defun 'throw-number)
 (vz-korvo-defun 'build-again)
+(vz-korvo-defun 'ask-again)
 )lisp";
 
 } // namespace
@@ -48,6 +50,8 @@ TEST_CASE("a direct build answers T or nil and leaves nothing behind, exceptions
       {"a failed form", "book \"FAILS\" \"\" \"\" \"\" T (template \"M1\")", "nil", "nil"},
       {"an exception of the host", "book \"THROWS\" \"\" \"\" \"\" T (template \"M1\")", "nil", "T"},
       {"a build inside of a build", "book \"AGAIN\" \"\" \"\" \"\" T (template \"M1\")", "T", "\"outer\""},
+      {"a build that asks inside of a build", "book \"ASKS\" \"\" \"\" \"\" T (template \"M1\")", "T",
+       "\"not asked\""},
       {"a quit ahead of it", "(quit-host) \"DONE\" \"\" \"\" \"\" T (template \"M1\")", "nil", "nil"},
   };
   test::TemporaryFolder folder;
@@ -56,7 +60,8 @@ TEST_CASE("a direct build answers T or nil and leaves nothing behind, exceptions
        {std::pair{L"DONE", "(note done)"},
         {L"FAILS", "(missing)"},
         {L"THROWS", "(throw-number)"},
-        {L"AGAIN", "(build-again)"}})
+        {L"AGAIN", "(build-again)"},
+        {L"ASKS", "(ask-again)"}})
     sheets.push_back(
         test::sheetOf(name, {"c|t|x|g|o|v|n|first|second", std::string("M1|Title||||||") + form}));
   const std::wstring book = test::writeBook(folder / "book.xls", sheets);
