@@ -67,7 +67,7 @@ std::string dateText(double value) {
     seconds = 0;
     ++day;
   }
-  const std::string time =
+  std::string time =
       twoDigits(seconds / 3600) + ":" + twoDigits(seconds / 60 % 60) + ":" + twoDigits(seconds % 60);
   if (day == 0 && seconds != 0) return time;
   using namespace std::chrono;

@@ -9,7 +9,7 @@ namespace brenvolt::biff {
 namespace {
 
 // Larger than any record, small against the memory of a sheet.
-constexpr std::size_t windowBytes = 128 * 1024;
+constexpr std::size_t windowBytes = std::size_t{128} * 1024;
 
 } // namespace
 

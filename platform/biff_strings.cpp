@@ -234,8 +234,10 @@ std::wstring CodePage::decode(std::span<const std::uint8_t> bytes) const {
   if (number_ == 0x8000 || number_ == 10000) name = "MACINTOSH";
   if (number_ == 0x8001) name = "CP1252";
   iconv_t converter = iconv_open("UTF-16LE", name.c_str());
-  if (converter == reinterpret_cast<iconv_t>(-1)) converter = iconv_open("UTF-16LE", "CP1252");
-  if (converter == reinterpret_cast<iconv_t>(-1)) return std::wstring(bytes.begin(), bytes.end());
+  // NOLINTNEXTLINE(performance-no-int-to-ptr): the library's way of saying no.
+  const iconv_t none = reinterpret_cast<iconv_t>(-1);
+  if (converter == none) converter = iconv_open("UTF-16LE", "CP1252");
+  if (converter == none) return std::wstring(bytes.begin(), bytes.end());
 
   std::string input(bytes.begin(), bytes.end());
   std::string output(4 * input.size() + 4, '\0');

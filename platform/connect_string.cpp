@@ -25,7 +25,7 @@ std::wstring readValue(std::wstring_view text, std::size_t& at) {
   const wchar_t first = at < text.size() ? text[at] : L';';
   if (first != L'"' && first != L'\'' && first != L'{') {
     const std::size_t end = std::min(text.find(L';', at), text.size());
-    const std::wstring value = trim(text.substr(at, end - at));
+    std::wstring value = trim(text.substr(at, end - at));
     at = end;
     return value;
   }

@@ -23,6 +23,11 @@ bool succeeded(SQLRETURN code) {
   return code == SQL_SUCCESS || code == SQL_SUCCESS_WITH_INFO;
 }
 
+/// Attributes are numbers that pass as pointers: so the interface wants it.
+SQLPOINTER asPointer(SQLULEN number) {
+  return reinterpret_cast<SQLPOINTER>(number); // NOLINT(performance-no-int-to-ptr)
+}
+
 /// A text in the form that the driver takes.
 class ServerText final {
 public:
@@ -191,13 +196,9 @@ OdbcConnection::~OdbcConnection() {
 bool OdbcConnection::open(const std::wstring& connectionString, OdbcTexts texts, std::wstring& error) {
   native_->texts = texts;
   SQLAllocHandle(SQL_HANDLE_ENV, SQL_NULL_HANDLE, &native_->environment);
-  // The third version is passed as a number in a pointer: so the interface wants it.
-  SQLSetEnvAttr(
-      native_->environment, SQL_ATTR_ODBC_VERSION, reinterpret_cast<SQLPOINTER>(SQLULEN{SQL_OV_ODBC3}), 0);
+  SQLSetEnvAttr(native_->environment, SQL_ATTR_ODBC_VERSION, asPointer(SQL_OV_ODBC3), 0);
   SQLAllocHandle(SQL_HANDLE_DBC, native_->environment, &native_->connection);
-  SQLSetConnectAttrW(
-      native_->connection, SQL_ATTR_LOGIN_TIMEOUT, reinterpret_cast<SQLPOINTER>(connectSeconds),
-      SQL_IS_UINTEGER);
+  SQLSetConnectAttrW(native_->connection, SQL_ATTR_LOGIN_TIMEOUT, asPointer(connectSeconds), SQL_IS_UINTEGER);
   ServerText text(connectionString);
   SQLSMALLINT length = 0;
   const SQLRETURN code = texts == OdbcTexts::wide ? SQLDriverConnectW(
@@ -310,8 +311,8 @@ bool OdbcConnection::isTextType(int type) {
 
 bool OdbcConnection::setAutomaticCommit(bool on, std::wstring& error) {
   const SQLULEN mode = on ? SQL_AUTOCOMMIT_ON : SQL_AUTOCOMMIT_OFF;
-  const SQLRETURN code = SQLSetConnectAttrW(
-      native_->connection, SQL_ATTR_AUTOCOMMIT, reinterpret_cast<SQLPOINTER>(mode), SQL_IS_UINTEGER);
+  const SQLRETURN code =
+      SQLSetConnectAttrW(native_->connection, SQL_ATTR_AUTOCOMMIT, asPointer(mode), SQL_IS_UINTEGER);
   if (!succeeded(code)) error = diagnosis(SQL_HANDLE_DBC, native_->connection);
   return succeeded(code);
 }

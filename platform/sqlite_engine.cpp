@@ -23,6 +23,7 @@ constexpr int logSwitchMilliseconds = 100;
 
 std::vector<std::wstring> columnNamesOf(const SqliteQuery& query) {
   std::vector<std::wstring> names;
+  names.reserve(static_cast<std::size_t>(query.columnCount()));
   for (int column = 0; column < query.columnCount(); ++column)
     names.push_back(query.columnName(column));
   return names;

@@ -53,7 +53,7 @@ bool isCellTableRecord(std::uint16_t id) {
 std::wstring sheetNameOf(std::string_view body) {
   constexpr std::size_t start = 8;
   const bool isWide = (static_cast<unsigned char>(body[7]) & 1U) != 0;
-  const std::size_t bytes = static_cast<unsigned char>(body[6]) * (isWide ? 2U : 1U);
+  const std::size_t bytes = std::size_t{static_cast<unsigned char>(body[6])} * (isWide ? 2 : 1);
   const std::string_view characters = body.substr(start, bytes);
   if (isWide) return fromUtf16Le(characters);
   std::wstring name;

@@ -109,7 +109,7 @@ lisp::Interpreter& HostRun::interpreter() {
 }
 
 lisp::Value HostRun::run(std::wstring_view text, std::wstring_view fileName) {
-  const auto fail = [this](const std::string& message) { throw BadInput(message); };
+  const auto fail = [](const std::string& message) { throw BadInput(message); };
   try {
     lisp::Value value = interpreter().run(text, fileName);
     if (session_->isCancelled()) throw lisp::Cancelled();

@@ -31,9 +31,7 @@ ExitCode run(const simhost::Command& command) {
   }
 }
 
-} // namespace
-
-int main(int argc, char** argv) {
+int runTool(int argc, char** argv) {
   CLI::App app("Electrical circuits in a simulated CAD host", "brenvolt");
   app.set_version_flag("--version", "brenvolt " BRENVOLT_VERSION);
   app.require_subcommand(1);
@@ -55,4 +53,14 @@ int main(int argc, char** argv) {
   for (const Row& row : rows)
     if (row.app->parsed()) return static_cast<int>(run(row.command));
   return static_cast<int>(ExitCode::wrongArguments);
+}
+
+} // namespace
+
+int main(int argc, char** argv) {
+  try {
+    return runTool(argc, argv);
+  } catch (const std::exception& error) {
+    return static_cast<int>(tell("unexpected: ", error, ExitCode::unexpected));
+  }
 }

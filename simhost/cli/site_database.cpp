@@ -109,7 +109,7 @@ fs::path siteDatabase(const fs::path& site) {
   const fs::path tables = site / "tables";
   const std::optional<fs::file_time_type> change = lastChange(tables);
   if (!change) throw BadInput(site.string() + ": has neither " + databaseName + " nor tables/*.csv");
-  const fs::path database = builtDatabase(site);
+  fs::path database = builtDatabase(site);
   const bool isFresh = fs::exists(database, error) && fs::last_write_time(database, error) >= *change;
   if (!isFresh) build(tables, database);
   return database;

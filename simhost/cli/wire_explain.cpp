@@ -12,7 +12,6 @@
 
 namespace simhost {
 
-using brenvolt::formatShortest;
 using brenvolt::toUtf8;
 using brenvolt::WireCandidate;
 

@@ -107,7 +107,7 @@ const EntityNode* DrawingDatabase::find(KvDbHandle handle) const {
 }
 
 Fault DrawingDatabase::blockFault(std::wstring_view name, const KvPoint3d& basePoint) const {
-  if (const Fault fault = nameFault(L"a block's name", name)) return fault;
+  if (Fault fault = nameFault(L"a block's name", name)) return fault;
   if (name.front() == L'*') return L"a block's name does not begin with *";
   if (store_.findBlock(name) != nullptr) return L"block " + std::wstring(name) + L" exists already";
   return pointFault(basePoint);
@@ -188,7 +188,7 @@ bool DrawingDatabase::eraseEntity(KvDbHandle handle) {
 }
 
 Fault DrawingDatabase::layerFault(const Layer& layer) {
-  if (const Fault fault = nameFault(L"a layer's name", layer.name)) return fault;
+  if (Fault fault = nameFault(L"a layer's name", layer.name)) return fault;
   if (!layer.wireSettings) return std::nullopt;
   for (const WireSetting& setting : *layer.wireSettings) {
     if (!isValid(setting)) return L"a wire setting has codes 1 to 4 for a text, 90 or 290 for an integer";
@@ -211,7 +211,7 @@ void DrawingDatabase::putLayer(Layer layer) {
 }
 
 Fault DrawingDatabase::variableFault(std::wstring_view name, const VariableValue& value) {
-  if (const Fault fault = nameFault(L"a variable's name", name)) return fault;
+  if (Fault fault = nameFault(L"a variable's name", name)) return fault;
   const bool isSpace = brenvolt::equalsOrdinalNoCase(name, currentSpaceVariable);
   if (isSpace && value != VariableValue(0) && value != VariableValue(1)) return L"TILEMODE is 0 or 1";
   const double* real = std::get_if<double>(&value);

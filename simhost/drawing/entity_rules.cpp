@@ -38,7 +38,7 @@ struct ShapeRules {
   Fault operator()(const Polyline& polyline) const {
     if (polyline.points.size() < 2) return L"a polyline has at least two points";
     for (const KvPoint3d& point : polyline.points) {
-      if (const Fault fault = pointFault(point)) return fault;
+      if (Fault fault = pointFault(point)) return fault;
     }
     if (!(std::isfinite(polyline.width) && polyline.width >= 0.0)) return L"the width must not be below 0";
     return std::nullopt;
@@ -88,10 +88,10 @@ Fault nameFault(std::wstring_view what, std::wstring_view name) {
 }
 
 Fault shapeFault(const Entity& entity) {
-  if (const Fault fault = nameFault(L"a layer's name", entity.layer)) return fault;
+  if (Fault fault = nameFault(L"a layer's name", entity.layer)) return fault;
   for (std::size_t index = 0; index < entity.data.size(); ++index) {
     const ApplicationData& data = entity.data[index];
-    if (const Fault fault = nameFault(L"an application's name", data.application)) return fault;
+    if (Fault fault = nameFault(L"an application's name", data.application)) return fault;
     if (data.texts.empty()) return L"entity data must hold a text";
     for (std::size_t earlier = 0; earlier < index; ++earlier) {
       if (brenvolt::equalsOrdinalNoCase(entity.data[earlier].application, data.application)) {

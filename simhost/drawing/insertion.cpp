@@ -34,11 +34,11 @@ std::wstring mappedLayer(const DrawingInsertion& insertion, const std::wstring& 
 
 /// A placement can be so large or small that a value leaves the range of numbers or becomes 0.
 Fault placementFault(const DrawingDatabase& source, const EntityNode& entity, const Placement& placement) {
-  if (const Fault fault = shapeFault({placed(entity.value.shape, placement)})) return fault;
+  if (Fault fault = shapeFault({placed(entity.value.shape, placement)})) return fault;
   for (const KvDbHandle handle : entity.attributes) {
     const EntityNode* attribute = source.find(handle);
     if (attribute == nullptr) continue;
-    if (const Fault fault = placementFault(source, *attribute, placement)) return fault;
+    if (Fault fault = placementFault(source, *attribute, placement)) return fault;
   }
   return std::nullopt;
 }
@@ -117,7 +117,7 @@ private:
   }
 
   std::wstring carriedLayer(const std::wstring& name) {
-    const std::wstring newName = mappedLayer(insertion_, name);
+    std::wstring newName = mappedLayer(insertion_, name);
     if (target_.store().findLayer(newName) == nullptr) {
       Layer layer = *source_.store().findLayer(name);
       layer.name = newName;
@@ -138,12 +138,12 @@ Fault blockInsertionFault(
     const DrawingDatabase& drawing, KvDbHandle owner, const Entity& reference, const AttributeTexts& texts) {
   const auto* shape = std::get_if<BlockReference>(&reference.shape);
   if (shape == nullptr) return L"only a block can be placed";
-  if (const Fault fault = drawing.entityFault(owner, reference)) return fault;
+  if (Fault fault = drawing.entityFault(owner, reference)) return fault;
   const BlockNode& block = *drawing.store().findBlock(shape->block);
   const Placement placement = placementOf(drawing, *shape);
   for (const EntityNode* entity = block.first; entity != nullptr; entity = entity->next) {
     if (entity->value.kind() != EntityKind::attributeDefinition) continue;
-    if (const Fault fault = placementFault(drawing, *entity, placement)) return fault;
+    if (Fault fault = placementFault(drawing, *entity, placement)) return fault;
   }
   for (const auto& [tag, text] : texts) {
     if (!definesTag(block, tag)) return L"block " + block.name + L" has no attribute " + tag;
@@ -176,10 +176,10 @@ Fault drawingInsertionFault(
     return L"a drawing is inserted into a space, not into a block";
   }
   if (!std::isfinite(insertion.scale) || insertion.scale == 0.0) return L"the scale must not be 0";
-  if (const Fault fault = pointFault(insertion.position)) return fault;
-  if (const Fault fault = numberFault(insertion.rotationDegrees)) return fault;
+  if (Fault fault = pointFault(insertion.position)) return fault;
+  if (Fault fault = numberFault(insertion.rotationDegrees)) return fault;
   for (const Layer& layer : source.store().layers()) {
-    if (const Fault fault = nameFault(L"a layer's name", mappedLayer(insertion, layer.name))) return fault;
+    if (Fault fault = nameFault(L"a layer's name", mappedLayer(insertion, layer.name))) return fault;
   }
   if (insertion.form == InsertionForm::asBlock) {
     // The source's own blocks come along and would take the name first.
@@ -190,7 +190,7 @@ Fault drawingInsertionFault(
   }
   const BlockNode& space = *source.store().findBlock(source.modelSpace());
   for (const EntityNode* entity = space.first; entity != nullptr; entity = entity->next) {
-    if (const Fault fault = placementFault(source, *entity, placementOf(insertion))) return fault;
+    if (Fault fault = placementFault(source, *entity, placementOf(insertion))) return fault;
   }
   return std::nullopt;
 }

@@ -16,7 +16,7 @@ using lisp::Value;
 
 std::optional<KvPoint3d> pointOf(const Value& value) {
   const auto length = lisp::listLength(value);
-  if (length != 2U && length != 3U) return std::nullopt;
+  if (!length || *length < 2 || *length > 3) return std::nullopt;
   KvPoint3d point;
   double* parts[] = {&point.x, &point.y, &point.z};
   std::size_t index = 0;

@@ -7,7 +7,6 @@ namespace simhost {
 namespace {
 
 using lisp::Arguments;
-using lisp::Value;
 
 std::wstring layerArgument(const Arguments& arguments, std::size_t position) {
   return textArgument(arguments, position, defaultLayer);

@@ -31,7 +31,7 @@ struct LibraryClose {
 
 /// An application id is the module's number: it means something to the host alone.
 void* idOf(int number) {
-  return reinterpret_cast<void*>(static_cast<std::intptr_t>(number));
+  return reinterpret_cast<void*>(static_cast<std::intptr_t>(number)); // NOLINT(performance-no-int-to-ptr)
 }
 
 } // namespace

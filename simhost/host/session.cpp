@@ -40,7 +40,7 @@ Value evaluateText(Arguments& arguments) {
 /// (pick-entity prompt): the entity name and the point of what the user picks, nil for a pick of nothing. A cancel
 /// ends the run.
 Value pickEntityFunction(Arguments& arguments) {
-  KvEntityName entity;
+  KvEntityName entity{};
   KvPoint3d point;
   const int status = kvedEntSel(arguments.text(0).c_str(), entity, point);
   if (status == kvstatus::cancel) throw lisp::Cancelled();

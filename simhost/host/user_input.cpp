@@ -79,7 +79,7 @@ int kvedEntSel(const wchar_t* prompt, KvEntityName& entity, KvPoint3d& point) {
   // A handle of no entity is a click into the void.
   if (document->drawing().find(pick.handle) == nullptr) return kvstatus::none;
   if (document->drawing().objectIdOf(pick.handle, id) != KvDbStatus::ok) return kvstatus::none;
-  KvEntityName name;
+  KvEntityName name{};
   if (kvdbGetEntityName(name, id) != KvDbStatus::ok) return kvstatus::none;
   entity = name;
   point = pick.point;

@@ -23,7 +23,7 @@ constexpr std::size_t mostFilesAtWork = 100;
 /// one. Measured per level of depth: 300 to 1100 bytes when optimised, up to 1900 without and 3600 under the
 /// sanitizers. So the depth limit rules for calls in LISP, and this one where frames are larger or functions
 /// of the embedding call back in.
-constexpr std::ptrdiff_t mostStackBytes = 6 * 1024 * 1024;
+constexpr std::ptrdiff_t mostStackBytes = std::ptrdiff_t{6} * 1024 * 1024;
 
 /// Falls as the stack fills. The frame's own address: locals may live elsewhere under a sanitizer.
 inline std::ptrdiff_t stackPosition() {

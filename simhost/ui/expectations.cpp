@@ -9,7 +9,6 @@
 
 namespace simhost {
 
-using brenvolt::fromUtf8;
 using brenvolt::toUtf8;
 
 namespace {

@@ -168,6 +168,7 @@ const std::vector<std::wstring>& GridModel::cellChoices(int row, int column) con
 
 std::vector<std::wstring> GridModel::rowTexts(int row) const {
   std::vector<std::wstring> texts;
+  texts.reserve(static_cast<std::size_t>(columns_));
   for (int column = 0; column < columns_; ++column)
     texts.push_back(Cell(row, column));
   return texts;

@@ -43,7 +43,8 @@ int rowByCells(const GridModel& grid, const RowChoice& choice) {
   std::vector<std::pair<int, std::wstring>> cells;
   for (const auto& [header, text] : choice.cells) {
     cells.emplace_back(findColumn(grid, {std::nullopt, header}), fromUtf8(text));
-    named += (named.empty() ? "" : ", ") + header + " = \"" + text + "\"";
+    if (!named.empty()) named += ", ";
+    named.append(header).append(" = \"").append(text).append("\"");
   }
   const auto matches = [&](int row) {
     for (const auto& [column, text] : cells)

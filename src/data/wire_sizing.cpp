@@ -130,7 +130,7 @@ std::wstring lossCell(std::wstring_view dropCell, double phase, double fla) {
 }
 
 std::wstring costCell(std::wstring_view lossCell, double energyPrice, std::wstring_view currency) {
-  const std::wstring cost = figureCell(toDouble(lossCell) * hoursPerDay * daysPerYear * energyPrice);
+  std::wstring cost = figureCell(toDouble(lossCell) * hoursPerDay * daysPerYear * energyPrice);
   if (cost == notAvailable) return cost;
   return std::wstring(currency) + L' ' + cost;
 }

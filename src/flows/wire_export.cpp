@@ -20,9 +20,9 @@ constexpr std::wstring_view endMark = L"**END**";
 /// A row of circuit data ahead of the fields; a field that the user may change is shown as "-", since only a value
 /// that the circuit fixes belongs to the report.
 struct DataRow {
-  TextId label;
-  std::wstring ZanCircuitData::*field;
-  OpenField flag;
+  TextId label = {};
+  std::wstring ZanCircuitData::*field = nullptr;
+  OpenField flag = {};
   std::optional<TextId> unit;
 };
 constexpr DataRow loadRow = {TextId::reportLoad, &ZanCircuitData::load, OpenField::load, std::nullopt};
@@ -37,7 +37,7 @@ constexpr DataRow dataRows[] = {
 struct FieldRow {
   std::optional<TextId> label;
   std::optional<WireControl> tick;
-  WireControl value;
+  WireControl value = {};
   std::optional<WireControl> secondValue;
 };
 constexpr auto none = std::nullopt;

@@ -30,7 +30,7 @@ std::vector<std::wstring> listOf(const ZanWireTableReader& reader, std::wstring_
 }
 
 /// A choice, or the option's default when it is not given.
-std::wstring textOr(std::wstring text, const ZanWireTableReader& reader, std::wstring_view setting) {
+std::wstring textOr(const std::wstring& text, const ZanWireTableReader& reader, std::wstring_view setting) {
   return text.empty() ? defaultOf(reader, setting) : text;
 }
 

@@ -84,7 +84,7 @@ WireLookupInput ZanDlgWireSelectCtrlMgr::readInput() const {
 }
 
 std::wstring ZanDlgWireSelectCtrlMgr::racewayColumn() const {
-  const std::wstring shown = textOf(WireControl::raceway);
+  std::wstring shown = textOf(WireControl::raceway);
   for (const auto& [column, description] : raceways_)
     if (description == shown) return column;
   return shown;

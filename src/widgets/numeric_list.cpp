@@ -13,6 +13,7 @@ void ZanNumericList::fill(const std::vector<std::wstring>& numbers, std::wstring
   for (const std::wstring& number : numbers)
     sorted.insert(toDouble(number));
   std::vector<std::wstring> texts;
+  texts.reserve(sorted.size());
   for (const double number : sorted)
     texts.push_back(formatTrimmed(number));
   fillTextList(list_, texts, selection, AbsentSelection::addAtTop);

@@ -43,9 +43,8 @@ constexpr std::string_view dialogs =
     "dialog ZanBrenvolt.CircuitTemplateDrawing\nmain = foreign template\nbutton 1 = OK\n";
 
 std::vector<simhost::AnswerStep> answers(int executionErrors) {
-  std::vector<simhost::AnswerStep> steps;
-  for (int i = 0; i < executionErrors; ++i)
-    steps.push_back(press("ZanBrenvolt.ExecutionError", 1));
+  std::vector<simhost::AnswerStep> steps(
+      static_cast<std::size_t>(executionErrors), press("ZanBrenvolt.ExecutionError", 1));
   steps.push_back(press("ZanBrenvolt.CircuitTemplateDrawing", 1));
   return steps;
 }

@@ -17,7 +17,7 @@ std::wstring describe(const std::vector<ZanScriptEntry>& rules) {
   for (const ZanScriptEntry& entry : rules) {
     text += L" " + formatInt(entry.code) + L":" + entry.text;
     for (const auto& [name, value] : entry.params)
-      text += L"[" + name + L"=" + value + L"]";
+      text.append(L"[").append(name).append(L"=").append(value).append(L"]");
   }
   return text;
 }

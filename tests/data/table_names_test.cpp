@@ -29,8 +29,8 @@ TEST_CASE("a name joins family, metal, standard and code, and leaves out what is
 TEST_CASE("a table is the code's own, else the one for all codes, else that of NEC") {
   struct Row {
     std::initializer_list<const char*> tables;
-    const wchar_t* code;
-    const char* found;
+    const wchar_t* code = nullptr;
+    const char* found = nullptr;
   };
   const Row rows[] = {
       {{"OPT_IEC", "OPT", "OPT_NEC"}, L"IEC", "OPT_IEC"},
@@ -54,13 +54,13 @@ TEST_CASE("a table is the code's own, else the one for all codes, else that of N
 
 TEST_CASE("a missing table is told for its code, and once more when no fallback serves") {
   struct Row {
-    const char* why;
+    const char* why = nullptr;
     std::initializer_list<const char*> tables;
-    const wchar_t* metal;
-    const wchar_t* code;
-    unsigned mask;
-    const char* forCode;
-    const char* everywhere;
+    const wchar_t* metal = nullptr;
+    const wchar_t* code = nullptr;
+    unsigned mask = 0;
+    const char* forCode = nullptr;
+    const char* everywhere = nullptr;
   };
   using namespace tablemask;
   const Row rows[] = {

@@ -19,6 +19,7 @@ std::string utf8(const std::wstring& text) {
 
 std::vector<std::string> sizesOf(const std::vector<WireCandidate>& rows) {
   std::vector<std::string> sizes;
+  sizes.reserve(rows.size());
   for (const WireCandidate& row : rows)
     sizes.push_back(utf8(row.size));
   return sizes;
@@ -45,9 +46,9 @@ TEST_CASE("the design current adds the extra current to the multiplied one") {
 
 TEST_CASE("continuous and fill do not stack, ambient does") {
   struct Row {
-    const char* why;
+    const char* why = nullptr;
     DeratingFactors factors;
-    double overall;
+    double overall = 0.0;
   };
   const Row rows[] = {
       {"nothing on", {}, 1.0},
@@ -65,10 +66,10 @@ TEST_CASE("continuous and fill do not stack, ambient does") {
 
 TEST_CASE("the voltage drop follows the formula in feet, metres, one and three phases") {
   struct Row {
-    const char* arithmetic;
+    const char* arithmetic = nullptr;
     DropCircuit circuit;
     Impedance impedance;
-    double volts;
+    double volts = 0.0;
   };
   const Row rows[] = {
       {"1.732 x 250 x 0.0003048 x 52 x (1.0 x 0.85 + 0.157 x 0.52678)",

@@ -33,6 +33,7 @@ TableTexts wireTexts() {
 
 std::string sizesOf(const std::vector<ZanWireRow>& rows) {
   std::vector<std::wstring> sizes;
+  sizes.reserve(rows.size());
   for (const ZanWireRow& row : rows)
     sizes.push_back(row.size + L"=" + formatShortest(row.ampacity));
   return joinedTexts(sizes);

@@ -162,7 +162,8 @@ TEST_CASE_FIXTURE(Fixture, "a file that is not accepted gives way to a new one a
       {"no XML", "PK\x03\x04 a picture"},
   };
   std::size_t kept = 0;
-  for (const auto& [what, bytes] : files) {
+  for (const auto& [promise, bytes] : files) {
+    const char* const what = promise;
     CAPTURE(what);
     writeBytes(file(), bytes);
     CHECK_FALSE(history.Reload());

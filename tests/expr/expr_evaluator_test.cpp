@@ -39,8 +39,8 @@ bool isSame(const std::optional<double>& left, const std::optional<double>& righ
 }
 
 struct Row {
-  const wchar_t* text;
-  double variable;
+  const wchar_t* text = nullptr;
+  double variable = 0.0;
   std::optional<double> value;
 };
 

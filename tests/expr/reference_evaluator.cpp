@@ -45,8 +45,8 @@ bool parseIf(std::wstring text, Node& root, std::size_t& start, std::size_t& end
     const std::size_t p = std::min({ifAt, thenAt, elseAt});
     if (p != npos && p == ifAt) {
       if (start == npos) start = p;
-      const std::size_t open = text.find(L"(", p + 2);
-      const std::size_t close = open == npos ? npos : text.find(L")", open);
+      const std::size_t open = text.find(L'(', p + 2);
+      const std::size_t close = open == npos ? npos : text.find(L')', open);
       const std::size_t then = close == npos ? npos : text.find(L"then", close);
       if (then == npos) return false;
       node->text = text.substr(open, close - open + 1);
@@ -63,8 +63,8 @@ bool parseIf(std::wstring text, Node& root, std::size_t& start, std::size_t& end
       node = node->elseNode.get();
       dropTo(text, p + 4, end);
     } else if (start != npos) {
-      const std::size_t open = text.find(L"(");
-      const std::size_t close = open == npos ? npos : text.find(L")", open);
+      const std::size_t open = text.find(L'(');
+      const std::size_t close = open == npos ? npos : text.find(L')', open);
       node->text = trim(close == npos ? text : text.substr(open, close - open + 1));
       dropTo(text, close == npos ? text.size() : close + 1, end);
       node = nullptr;

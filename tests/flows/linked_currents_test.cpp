@@ -10,13 +10,13 @@ using namespace brenvolt;
 namespace {
 
 struct Row {
-  const char* promise;
+  const char* promise = nullptr;
   CurrentTexts before; ///< as loaded
-  CurrentField left;
-  const wchar_t* typed;
+  CurrentField left{};
+  const wchar_t* typed = nullptr;
   CurrentTexts after;
-  bool groundSizes;
-  bool refresh;
+  bool groundSizes = false;
+  bool refresh = false;
 };
 
 constexpr CurrentField current = CurrentField::current;
@@ -184,9 +184,9 @@ TEST_CASE("a total that was rounded for its field is no change when it is left a
   LinkedCurrents currents;
   CurrentTexts texts = {L"3.33333", L"1.2", L"2.00003", L""};
   currents.begin(texts);
-  const std::wstring total = texts.total;
+  const std::wstring totalAsShown = texts.total;
   static_cast<void>(currents.left(CurrentField::total, texts));
   CHECK(texts.extra == L"2");
-  CHECK(texts.total == total);
+  CHECK(texts.total == totalAsShown);
   CHECK(texts.current == L"3.33333");
 }

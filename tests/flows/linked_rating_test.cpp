@@ -26,12 +26,12 @@ std::string told(const RatingChanges& changes) {
 
 TEST_CASE("the numbers of a picker follow each other, and an untouched field keeps its text") {
   struct Row {
-    const char* promise;
-    double fla, multiplier; ///< at the start
-    Act act;
+    const char* promise = nullptr;
+    double fla = 0.0, multiplier = 0.0; ///< at the start
+    Act act{};
     RatingNumbers shown; ///< what the fields hold after it
-    double rowCurrent;
-    const char* changes; ///< current, multiplier, total
+    double rowCurrent = 0.0;
+    const char* changes = nullptr; ///< current, multiplier, total
   };
   const Row rows[] = {
       {"a row gives its current", 0, 1.25, Act::row, {0, 1.25, 0}, 14, "14 - 17.5"},

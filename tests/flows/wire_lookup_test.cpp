@@ -57,7 +57,6 @@ void runRow(const SessionRow& row) {
 }
 
 constexpr char wire[] = "(zan_bv_wire_select)";
-constexpr char feedWire[] = "(zan_bv_pf_wire_select)";
 
 } // namespace
 

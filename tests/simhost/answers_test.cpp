@@ -81,7 +81,7 @@ TEST_CASE(
   const auto run = [&recording](const std::string& file) {
     HostFixture host(parseAnswers(file, "a.json"));
     const std::string handle = addLine(host);
-    KvEntityName entity;
+    KvEntityName entity{};
     KvPoint3d point;
     CHECK(pick(entity, point) == kvstatus::normal);
     CHECK(entity.value != 0);
@@ -112,7 +112,7 @@ TEST_CASE(
 
 TEST_CASE("an empty answer is refused where the prompt forbids it") {
   HostFixture host(parseAnswers(inFile(R"({"dialog": "pick", "do": [{"pick": null}]})"), "a.json"));
-  KvEntityName entity;
+  KvEntityName entity{};
   KvPoint3d point;
   kvedInitGet(1, nullptr);
   CHECK(pick(entity, point) == kvstatus::cancel);
@@ -124,7 +124,7 @@ TEST_CASE("a step for another dialog names both, and everything asked later is c
       inFile(
           R"({"dialog": "Some.Key", "do": [{"press": "ok"}]}, {"dialog": "pick", "do": [{"pick": null}]})"),
       "a.json"));
-  KvEntityName entity;
+  KvEntityName entity{};
   KvPoint3d point;
   CHECK(pick(entity, point) == kvstatus::cancel);
   const std::wstring failure = host.windows.failure();

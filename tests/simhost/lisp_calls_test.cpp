@@ -164,7 +164,7 @@ TEST_CASE("a question that nobody answers ends the LISP run, also through native
   HostFixture host;
   registerAll();
   host.session.documents().current()->interpreter().define(L"ask", 0, 0, [](simhost::lisp::Arguments&) {
-    KvEntityName entity;
+    KvEntityName entity{};
     KvPoint3d point;
     CHECK(kvedEntSel(L"Select: ", entity, point) == kvstatus::cancel);
     simhost::Session::current()->endIfCancelled();

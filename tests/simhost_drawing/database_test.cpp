@@ -120,7 +120,7 @@ TEST_CASE("opening tells apart what exists, what was erased and what never was")
   CHECK(drawing->objectIdOf(KvDbHandle(999), found) == KvDbStatus::keyNotFound);
   CHECK(drawing->openObjectCount() == 0);
 
-  KvEntityName name;
+  KvEntityName name{};
   REQUIRE(kvdbGetEntityName(name, id) == KvDbStatus::ok);
   REQUIRE(kvdbGetObjectId(found, name) == KvDbStatus::ok);
   CHECK(found == id);

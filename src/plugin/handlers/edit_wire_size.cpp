@@ -26,7 +26,7 @@ constexpr int noEmptyAnswer = 1;
 
 /// An entity with the wire that was chosen for it, and the motor's type that its components are sized for.
 struct EditedWire {
-  KvEntityName entity;
+  KvEntityName entity{};
   std::wstring wire;
   std::wstring motorType;
 };
@@ -61,7 +61,7 @@ std::optional<EditedWire> editPicked(KvWindow* parent) {
   const std::wstring prompt = loadText(TextId::editWireSizePrompt);
   for (;;) {
     kvedInitGet(noEmptyAnswer, nullptr);
-    KvEntityName entity;
+    KvEntityName entity{};
     KvPoint3d point;
     if (kvedEntSel(prompt.c_str(), entity, point) != kvstatus::normal) {
       kvedSSFree(entity);
