@@ -91,6 +91,14 @@ void CKvUiDialog::SetTitle(std::wstring_view title) {
   if (state_->window) state_->window->setTitle(title);
 }
 
+void CKvUiDialog::SetSplit(const KvUiSplit& split) {
+  if (state_->window) state_->window->setSplit(split);
+}
+
+KvUiSplit CKvUiDialog::Split() const {
+  return state_->window ? state_->window->split() : KvUiSplit{};
+}
+
 void CKvUiDialog::SetTooltips(const wchar_t* file, const wchar_t* prefix, int mode) {
   if (state_->window && file != nullptr && prefix != nullptr) state_->window->setTooltips(file, prefix, mode);
 }

@@ -164,12 +164,25 @@ Refusal Gestures::enter() {
 Refusal Gestures::deleteKey() {
   ControlModel* control = dialog_.focus();
   int chosen = -1;
+  if (auto* grid = dynamic_cast<GridModel*>(control)) return emptyCell(*grid);
   if (auto* tree = dynamic_cast<TreeModel*>(control)) chosen = tree->Selected() == 0 ? -1 : tree->Selected();
   if (auto* list = dynamic_cast<ListModel*>(control)) chosen = list->Selected();
   if (chosen < 0) return "nothing is selected that the key could mean";
   if (Refusal refusal = reachForChange(*control)) return refusal;
   dialog_.raise({control->role(), KvUiEventKind::deleteKey, chosen, 0, {}});
   return std::nullopt;
+}
+
+Refusal Gestures::emptyCell(GridModel& grid) {
+  if (Refusal refusal = reachForChange(grid.owner())) return refusal;
+  const int row = grid.SelectedRow();
+  const int column = grid.clickedColumn();
+  if (row == 0) return "nothing is selected that the key could mean";
+  const KvUiCellKind kind = grid.cellKind(row, column);
+  if (!grid.IsEditable() || kind == KvUiCellKind::fixed || kind == KvUiCellKind::dropDown)
+    return std::nullopt;
+  CellAnswer answer = CellAnswer::taken;
+  return editCell(grid, row, column, kind == KvUiCellKind::tick ? L"0" : L"", answer);
 }
 
 Refusal Gestures::help() {
@@ -205,6 +218,7 @@ Refusal Gestures::selectRow(GridModel& grid, int row, int column) {
   // The commit may have put the rows in another order, or ended the dialog.
   if (dialog_.isEnded()) return std::nullopt;
   if (row > grid.RowCount()) return "row " + std::to_string(row) + " went away when the row in work was left";
+  grid.setClickedColumn(column);
   if (grid.SelectedRow() == row) return std::nullopt;
   grid.SelectRow(row);
   dialog_.raise({grid.role(), KvUiEventKind::selected, row, column, {}});

@@ -43,7 +43,7 @@ public:
 
   /// In a field Enter commits and goes no further; in a grid it does nothing; elsewhere it presses the default button.
   [[nodiscard]] Refusal enter();
-  /// On the selected tree item or list entry.
+  /// On the selected tree item or list entry; in a grid it empties the cell that was clicked last.
   [[nodiscard]] Refusal deleteKey();
   /// F1.
   [[nodiscard]] Refusal help();
@@ -69,6 +69,7 @@ private:
   [[nodiscard]] Refusal takeFocus(ControlModel& control);
   void leaveControl(ControlModel& control);
   void commitRow(GridModel& grid);
+  [[nodiscard]] Refusal emptyCell(GridModel& grid);
   [[nodiscard]] Refusal checkEdit(
       GridModel& grid, int row, int column, std::wstring_view text, bool isNewRow);
 

@@ -46,6 +46,10 @@ public:
   /// The control that stands for the grid: its group, else itself.
   [[nodiscard]] ControlModel& owner() const { return *owner_; }
 
+  /// The column of the cell that a person touched last.
+  [[nodiscard]] int clickedColumn() const { return clickedColumn_; }
+  void setClickedColumn(int column) { clickedColumn_ = column; }
+
   /// The row that a person is editing, from the first touch of a cell until another row or control is touched.
   struct Edit {
     int row = 0;
@@ -73,6 +77,7 @@ private:
   bool isEditable_;
   bool withNewRow_ = false;
   int selectedRow_ = 0;
+  int clickedColumn_ = 0;
   int drawingLocks_ = 0;
   std::optional<Edit> edit_;
 };

@@ -74,12 +74,18 @@ public:
   [[nodiscard]] virtual KvUiControl* control(std::wstring_view role) = 0;
   virtual void setTitle(std::wstring_view title) = 0;
   virtual void setTooltips(const std::wstring& file, const std::wstring& prefix, int mode) = 0;
+  /// A window without a movable bar only keeps the split.
+  virtual void setSplit(const KvUiSplit& split) { split_ = split; }
+  [[nodiscard]] virtual KvUiSplit split() const { return split_; }
   virtual void startTimer(int timer, int milliseconds) = 0;
   virtual void killTimer(int timer) = 0;
   virtual bool beginEditorCommand() = 0;
   virtual void completeEditorCommand() = 0;
   /// Raises the dialog's events until it is ended.
   virtual void run() = 0;
+
+private:
+  KvUiSplit split_;
 };
 
 class WindowSystem {

@@ -143,6 +143,8 @@ enum class KvUiCellKind { text, dropDown, tick, fixed };
 enum class KvUiCellTone { normal, alert };
 
 /// A grid. Row 0 is the header; data rows count from 1, columns from 0 (the row head). A tick is "1" or "0".
+/// The Delete key edits the cell that was clicked last, if it can be edited: a text becomes empty, a tick "0"; any
+/// other cell swallows it. Tab leaves the grid for the next control of the form.
 class KV_HOST_API KvUiGrid : public KvUiControl {
 public:
   ~KvUiGrid() override;
@@ -226,6 +228,14 @@ struct KvUiEvent {
   std::wstring_view text;
 };
 
+/// How a user has divided a form with a movable bar, in the host's units. 0 leaves a size to the host.
+struct KvUiSplit {
+  int bar = 0; ///< from the left edge to the bar
+  int width = 0;
+  int height = 0;
+  friend bool operator==(const KvUiSplit&, const KvUiSplit&) = default;
+};
+
 /// A dialog's flow. `OnInitDialog` runs when the controls exist; then events arrive until `EndDialog`.
 class KV_HOST_API CKvUiDialog {
 public:
@@ -259,6 +269,9 @@ protected:
   /// The name under which the host keeps place and size of the window for the user.
   void SetDialogName(const wchar_t* name);
   void SetTitle(std::wstring_view title);
+  /// Where the form's bar stands. A host without bars answers what was set last.
+  void SetSplit(const KvUiSplit& split);
+  [[nodiscard]] KvUiSplit Split() const;
   /// Tooltips of the form: resource file, prefix of the keys, mode (2: below the control).
   void SetTooltips(const wchar_t* file, const wchar_t* prefix, int mode);
   /// One-shot or repeating until killed; starting a running id starts it anew.
