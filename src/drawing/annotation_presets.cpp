@@ -36,4 +36,11 @@ ZanAnnotationExList::Presets* ZanAnnotationExList::Find(std::wstring_view key) {
   return presets == presets_.end() ? nullptr : &presets->second;
 }
 
+std::vector<AnnotationRow> enabledRows(const ZanAnnotationExList::Presets& presets) {
+  std::vector<AnnotationRow> rows;
+  for (const ZanAnnotationPreset& preset : presets)
+    if (preset.enabled) rows.push_back({preset.label, preset.attribute, preset.value, preset.extra});
+  return rows;
+}
+
 } // namespace brenvolt

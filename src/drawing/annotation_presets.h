@@ -17,6 +17,14 @@ struct ZanAnnotationPreset {
   std::wstring extra; ///< passed through untouched
 };
 
+/// A value for an attribute as LISP gets it.
+struct AnnotationRow {
+  std::wstring label; ///< of the preset, or the CODE of the component that it comes from
+  std::wstring attribute;
+  std::wstring value;
+  std::wstring extra;
+};
+
 /// The presets of a workbook. Edits stay until the workbook is read again.
 class ZanAnnotationExList {
 public:
@@ -37,5 +45,8 @@ public:
 private:
   std::map<std::wstring, Presets, std::less<>> presets_;
 };
+
+/// The presets that are switched on, in their order.
+[[nodiscard]] std::vector<AnnotationRow> enabledRows(const ZanAnnotationExList::Presets& presets);
 
 } // namespace brenvolt

@@ -30,7 +30,7 @@ constexpr Floor floors[] = {
 const std::map<std::string, std::string> platformReaders = {
     {"platform/tables.h", "data"},          {"platform/statement_text.h", "data"},
     {"platform/xml_document.h", "drawing"}, {"platform/workbook_writer.h", "flows"},
-    {"platform/file_replace.h", "flows"},
+    {"platform/file_lock.h", "flows"},      {"platform/file_replace.h", "flows"},
 };
 
 /// What the rooms of the simulated host may see of src/ beside text/ and the host's face. The tool is no part of the
