@@ -4,6 +4,7 @@
 #include "config/widget_manager_maker.h"
 #include "data/circuit_data.h"
 #include "drawing/markers.h"
+#include "flows/existing_circuit.h"
 #include "host/alerts.h"
 #include "host/lisp_calls.h"
 
@@ -14,6 +15,7 @@ void resetProcessState() {
   loadFactors() = ZanLoadFactors();
   setTrace(false);
   clearAcceptedTables();
+  existingCircuit().clear();
   lastMarkerId() = 0;
   ZanWidgetManagerMaker::Destroy();
 }

@@ -7,6 +7,7 @@ namespace brenvolt {
 /// - `circuitData()` and `loadFactors()` (data/circuit_data.h): the circuit in hand
 /// - `setTrace()` (host/lisp_calls.h): the trace flag
 /// - `acceptedTables()` (host/alerts.h): missing tables that the user accepted
+/// - `existingCircuit()` (flows/existing_circuit.h): the circuit of the project that was picked to start from
 /// - `lastMarkerId()` (drawing/markers.h): the counter of marker ids
 /// - `widgetManagerMaker()` (config/widget_manager_maker.h): null outside a build
 /// What belongs to the loaded module itself stays: `extensionModule()` (plugin/application.h) and `resourceModule()`

@@ -4,6 +4,7 @@
 #include "config/widget_manager_maker.h"
 #include "data/circuit_data.h"
 #include "drawing/markers.h"
+#include "flows/existing_circuit.h"
 #include "host/alerts.h"
 #include "host/lisp_calls.h"
 
@@ -21,6 +22,7 @@ TEST_CASE("a reset gives the process a fresh start") {
   loadFactors().powerFactor = 0.9;
   setTrace(true);
   acceptedTables()[L"A"] = 1001;
+  existingCircuit() = {L"1"};
   CHECK(ZanWidgetManagerMaker::Create());
   CHECK_GT(ZanDwgMarker().id, 0);
   resetProcessState();
@@ -32,4 +34,5 @@ TEST_CASE("a reset gives the process a fresh start") {
   CHECK_EQ(loadFactors().powerFactor, -1.0);
   CHECK_FALSE(isTracing());
   CHECK(acceptedTables().empty());
+  CHECK(existingCircuit().empty());
 }

@@ -1,11 +1,103 @@
-// Answers nil: this module has no circuit selection dialog yet.
+// The answer of the circuit selection, as the parent product's LISP takes it apart: what the insertion needs, then
+// what `zan_bv_build_circuit` takes as its first arguments, position for position.
 #include "plugin/handlers/select_circuit.h"
+
+#include "build/host_session.h"
+#include "build/undo_manager.h"
+#include "flows/dlg_circuit.h"
+#include "flows/existing_circuit.h"
+#include "host/host_api_documents.h"
+#include "host/lisp_calls.h"
+#include "host/lisp_symbols.h"
+
+#include <cstdint>
+#include <string>
+#include <utility>
+#include <vector>
 
 namespace brenvolt {
 
+namespace {
+
+/// Where the drawing stands ahead of the template's insertion.
+struct DrawingPosition {
+  std::wstring lastHandle; ///< empty in an empty drawing
+  std::int32_t undo = 0;
+};
+
+DrawingPosition drawingPosition() {
+  DrawingPosition position;
+  KvDbDatabase* database = workingDatabase();
+  if (database == nullptr) return position;
+  const KvDbHandle last = lastEntityHandle(*database, activeSpaceName());
+  position.lastHandle = handleToText(last).value_or(std::wstring());
+  position.undo = ZanUndoManager::position(database);
+  return position;
+}
+
+void addBuildArguments(const CircuitSelection& selection, ListBuilder& answer) {
+  const DrawingPosition position = drawingPosition();
+  answer.beginList()
+      .addText(selection.workbookPath)
+      .addText(selection.circuit.worksheet)
+      .addText(selection.circuit.circuit)
+      .addText(selection.circuit.type)
+      .addText(selection.historyName)
+      .addShort(selection.insertNow ? 1 : 0)
+      .addText(position.lastHandle)
+      .addShort(static_cast<std::int16_t>(position.undo))
+      .endList();
+}
+
+void addAnnotations(ZanDlgCircuit& dialog, ListBuilder& answer) {
+  std::vector<AnnotationRow> rows = dialog.annotationRows();
+  if (rows.empty()) rows = dialog.existingComponentRows();
+  if (rows.empty()) {
+    answer.addNil();
+    return;
+  }
+  answer.beginList();
+  for (const AnnotationRow& row : rows)
+    answer.beginList()
+        .addText(row.label)
+        .addText(row.attribute)
+        .addText(row.value)
+        .addText(row.extra)
+        .endList();
+  answer.endList();
+}
+
+/// The circuit to start from: whether its components are taken over, then its row without the key.
+void addExisting(const CircuitSelection& selection, ListBuilder& answer) {
+  if (!selection.useExisting || !hasExistingCircuit()) {
+    answer.addNil();
+    return;
+  }
+  answer.beginList().addText(selection.useComponents ? L"1" : L"0");
+  for (std::size_t position = 0; position < circuitrow::key; ++position)
+    answer.addText(existingCircuit()[position]);
+  answer.endList();
+}
+
+} // namespace
+
 ResultList selectCircuit(const ResultList& arguments) {
   static_cast<void>(arguments);
-  return ResultList();
+  BuildData data;
+  // A symbol that cannot be read leaves scales of 1.0 and the default workbook.
+  static_cast<void>(readBuildData(data));
+  setTrace(data.trace);
+  ZanDlgCircuit dialog(std::move(data), kdsw_korvoMainWnd());
+  if (dialog.DoModal() != kvui::ok) return ResultList();
+  const CircuitSelection& selection = dialog.selection();
+  static_cast<void>(writeBuildData(selection.circuit.circuit, dialog.data()));
+
+  ListBuilder answer;
+  answer.beginList().addText(selection.circuit.drawingTemplate);
+  addBuildArguments(selection, answer);
+  addAnnotations(dialog, answer);
+  addExisting(selection, answer);
+  return answer.endList().take();
 }
 
 } // namespace brenvolt

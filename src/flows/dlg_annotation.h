@@ -1,0 +1,38 @@
+// The annotation presets of a circuit's type: which values go to attributes of its components. Values can be typed, or
+// taken from the drawing or the project.
+#pragma once
+
+#include "drawing/annotation_presets.h"
+#include "flows/annotation_grid_wnd.h"
+#include "host/host_api_ui.h"
+#include "host/resources.h"
+
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace brenvolt {
+
+class ZanDlgAnnotation final : public CKvUiDialog {
+public:
+  /// `presets` belongs to the workbook's catalogue; OK writes into it.
+  ZanDlgAnnotation(
+      ZanAnnotationExList::Presets& presets, std::wstring key, std::wstring workbookPath, KvWindow* parent);
+
+protected:
+  bool OnInitDialog() override;
+  void OnEvent(const KvUiEvent& event) override;
+  void OnOK() override;
+  void OnHelp() override;
+
+private:
+  void takeValue(TextId title, std::vector<std::wstring> (*readValues)(std::wstring_view attribute));
+  void enableButtons();
+
+  ZanAnnotationExList::Presets& presets_;
+  const std::wstring key_;
+  const std::wstring workbookPath_;
+  std::optional<ZanAnnotationGridWnd> rows_;
+};
+
+} // namespace brenvolt

@@ -1,0 +1,89 @@
+// The circuit selection: which type of which circuit, from which saved configuration, presets or existing circuit, and
+// with which scales. It only chooses; nothing is drawn.
+#pragma once
+
+#include "build/workbook_catalogue.h"
+#include "data/project_circuits.h"
+#include "drawing/annotation_presets.h"
+#include "drawing/history.h"
+#include "flows/circuit_tree_ctrl.h"
+#include "host/build_data.h"
+#include "host/host_api_ui.h"
+
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace brenvolt {
+
+/// What the user has chosen.
+struct CircuitSelection {
+  std::wstring workbookPath;
+  CircuitChoice circuit;
+  std::wstring historyName; ///< empty for a new configuration
+  bool insertNow = false;   ///< without the configuration dialog
+  bool useAnnotation = false;
+  bool useExisting = false;
+  bool useComponents = false; ///< of the existing circuit
+};
+
+class ZanDlgCircuit final : public CKvUiDialog {
+public:
+  /// Starts from the scales and the workbook's name in `data`.
+  ZanDlgCircuit(BuildData data, KvWindow* parent);
+
+  /// @name Once `DoModal` has answered kvui::ok
+  /// @{
+  [[nodiscard]] const CircuitSelection& selection() const { return selection_; }
+  /// With the scales as the user left them.
+  [[nodiscard]] const BuildData& data() const { return data_; }
+  /// The presets that are switched on, when presets were chosen.
+  [[nodiscard]] std::vector<AnnotationRow> annotationRows();
+  /// Installation and location of the existing circuit's components, when one was chosen.
+  [[nodiscard]] std::vector<AnnotationRow> existingComponentRows() const;
+  /// @}
+
+protected:
+  bool OnInitDialog() override;
+  void OnEvent(const KvUiEvent& event) override;
+  void OnOK() override;
+  void OnCancel() override;
+  void OnHelp() override;
+
+private:
+  enum class Insertion { now, configured };
+
+  void OnCircuitChanged();
+  void OnHistoryChanged();
+  void OnDeleteHistory();
+  void UpdateExistingButton();
+  [[nodiscard]] bool Confirm(Insertion insertion);
+  void close(Insertion insertion);
+
+  void fillHistories();
+  void showPreview();
+  void restorePanes();
+  void readProject();
+  void onPreviewToggled();
+  void onChoosePresets();
+  void onChooseExisting();
+  void enableControls();
+  void showScales();
+  void readScales();
+  void saveHistories();
+  [[nodiscard]] std::optional<std::wstring> selectedHistory() const;
+  [[nodiscard]] ZanAnnotationExList::Presets* presets();
+
+  BuildData data_;
+  CircuitSelection selection_;
+  ZanCircuitCatalog catalog_;
+  ZanXmlHistory history_;
+  std::optional<ZanCircuitTreeCtrl> tree_;
+  std::optional<CircuitChoice> shown_; ///< the type whose histories are listed
+  std::vector<TextRow> circuitRows_;
+  std::vector<TextRow> circuitSummaries_;
+  bool showsPreview_ = false;
+  bool historyDirty_ = false; ///< a history was deleted, the file has to be written
+};
+
+} // namespace brenvolt

@@ -1,0 +1,26 @@
+// The circuit of the project that the user has picked to start from, and what its components say of installation and
+// location.
+#pragma once
+
+#include "data/project_circuits.h"
+#include "drawing/annotation_presets.h"
+
+#include <vector>
+
+namespace brenvolt {
+
+/// The picked circuit's row in the project database; empty while none is picked. Lives as long as the process, so that
+/// the next selection finds it again.
+[[nodiscard]] TextRow& existingCircuit();
+[[nodiscard]] bool hasExistingCircuit();
+
+/// Takes the picked circuit's row anew out of the project's rows; the pick is gone when the circuit, told by drawing
+/// index and handle, is.
+void adoptExistingCircuit(const std::vector<TextRow>& rows);
+
+/// Installation and location of each component that the picked circuit's preset text names: label is the CODE, the
+/// attribute INST or LOC. A component without one value of its own gets the drawing's where tag and location are
+/// combined, else an empty one. Empty without a picked circuit, a component or a project database.
+[[nodiscard]] std::vector<AnnotationRow> readComponentRows(const TextRow& circuit);
+
+} // namespace brenvolt
