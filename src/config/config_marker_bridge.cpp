@@ -125,9 +125,10 @@ void ApplyConfigUnits(
 }
 
 void CopyUnitsToMarkers(ZanDwgMarkerList& markers, const ZanConfigUnitList& units) {
-  forEachPending(units, [&](ZanConfigUnit& unit) {
-    if (ZanDwgMarker* marker = markers.findById(unit.markerId)) copyToMarker(unit, *marker);
-  });
+  ZanConfigUnitListIterator walk(&units);
+  for (walk.First(); !walk.IsDone(); walk.Next())
+    if (const ZanConfigUnit& unit = *walk.Current(); unit.pending)
+      if (ZanDwgMarker* marker = markers.findById(unit.markerId)) copyToMarker(unit, *marker);
 }
 
 } // namespace brenvolt

@@ -27,7 +27,7 @@ void ZanWidgetManagerMcc::OnLookup(ZanGroupCtrl* group) {
   const std::int32_t id = group->id();
   if (id == dataGroupId(MccMode::motor)) lookUpData(*group, MccMode::motor);
   if (id == dataGroupId(MccMode::load)) lookUpData(*group, MccMode::load);
-  if (id == wireGroupId(MccMode::motor) || id == wireGroupId(MccMode::load)) lookUpWires(*group);
+  if (id == wireGroupId(MccMode::motor) || id == wireGroupId(MccMode::load)) lookUpWires();
   if (ZanWidgetManagerMaker* maker = widgetManagerMaker()) maker->SetCurrent(*this);
 }
 
@@ -50,6 +50,8 @@ void ZanWidgetManagerMcc::lookUpData(ZanGroupCtrl& group, MccMode mode) {
     // Only the current is one: a multiplier that comes as a number must not become the current.
     if (number && fields[values.size()] == flaField && std::abs(*number - data_.fla) > numberTolerance) {
       data_.fla = *number;
+      // The wires are sized for the circuit in hand, which a command of the workbook's own knows nothing of.
+      circuitData().fla = *number;
       startTimer(recalculateTimer);
     }
     values.push_back(number ? formatTrimmed(*number) : reader.text().value_or(std::wstring()));
@@ -58,8 +60,8 @@ void ZanWidgetManagerMcc::lookUpData(ZanGroupCtrl& group, MccMode mode) {
   writeDataValues(group, values);
 }
 
-void ZanWidgetManagerMcc::lookUpWires(ZanGroupCtrl& group) {
-  if (wireCommand_.empty() || group.ReadRows().empty()) return;
+void ZanWidgetManagerMcc::lookUpWires() {
+  if (wireCommand_.empty()) return;
   CommitToCircuitData();
   const ZanScriptVariable current = ZanScriptVariable::ofReal(L"@fla", data_.fla);
   ResultList answer;
@@ -81,6 +83,7 @@ void ZanWidgetManagerMcc::OnPick(ZanGroupCtrl* group) {
                         (group->id() == dataGroupId(MccMode::load) && dialog.PickLoad(values));
   if (!isPicked || !HasWindow()) return;
   writeDataValues(*group, values);
+  data_.fla = circuitData().fla;
   Recalculate();
 }
 

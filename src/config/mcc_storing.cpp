@@ -69,7 +69,8 @@ void ZanWidgetManagerMcc::SaveCatalog(
   for (const auto& [table, values] : results) {
     const CatalogKey key = catalogKey(markerCode, code, table);
     // A group that is cut short ends the whole, and what stands behind it stays as it was stored.
-    if (values.size() < 2 || !key.motor.isComplete() || !ensureDatabase()) return;
+    if (values.size() < 2 || !key.motor.isComplete()) return;
+    ensureDatabase();
     if (const std::optional<std::wstring> failure = storeCatalogSelection(connection_, key, values)) {
       kvdsMessageBox(kdsw_korvoMainWnd(), failure->c_str());
       return;

@@ -117,6 +117,11 @@ ZanAnnotationData wireRow(bool isGrounding, const ZanGroupRow& size, const ZanGr
   return row;
 }
 
+/// By its mark: rows that come from a history or a preset have no name.
+bool isGroundingRow(const ZanAnnotationData& row) {
+  return !row.fields.empty() && row.fields.back().value == groundingMark;
+}
+
 /// The layer of a grounding wire, from the format of its code; nothing when it has none.
 std::optional<std::wstring> groundingLayer(const ZanWireFormatter& formats, std::wstring_view code) {
   const bool hasFormat =
@@ -184,6 +189,7 @@ std::vector<ZanGroupRow> sizedWireRows(
   for (; position + 1 < conductors; ++position)
     refill.add(position, L"", {});
 
+  // Grounding wires keep the labels that name them so, also when a conductor was given up.
   std::size_t ground = 0;
   for (int number = 1; number <= highestCodeNumber && ground < grounds; ++number)
     if (formats.GetLayerNames(size, groundCode(number, suffix), names))
@@ -222,7 +228,7 @@ std::vector<std::wstring> importWires(
   for (std::size_t wire = 0; wire < std::min(conductors, stored.size()); ++wire) {
     const ZanAnnotationData* row = stored.items()[wire].row.get();
     // A template that has grown since: its further conductors must not take the grounding row for one of theirs.
-    if (!row || row->name == rowname::groundingWireSetup) break;
+    if (!row || isGroundingRow(*row)) break;
     for (std::size_t field = 0; field < std::min(rowsOfWire, row->fields.size()); ++field)
       put(wire * rowsOfWire + field, row->fields[field].value);
   }

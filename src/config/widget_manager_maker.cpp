@@ -97,12 +97,20 @@ void ZanWidgetManagerMaker::SetWireFormatter(const ZanWireFormatter& formatter) 
 
 void ZanWidgetManagerMaker::AddHead(std::unique_ptr<ZanWidgetManager> head) {
   current_ = head.get();
-  if (groups_.empty() || groups_.back().head) groups_.emplace_back();
-  groups_.back().head = std::move(head);
+  if (groups_.empty() || groups_.back().isHeaded()) groups_.emplace_back();
+  std::unique_ptr<ZanWidgetManager>& place = groups_.back().head;
+  // A head whose unit was undone gives way, but its groups still stand in the window.
+  if (place) retired_.push_back(std::move(place));
+  place = std::move(head);
 }
 
 void ZanWidgetManagerMaker::AddMember(std::unique_ptr<ZanWidgetManager> member) {
-  if (groups_.empty()) groups_.emplace_back();
+  // A motor that was undone takes no part over: it belongs to the one ahead of it.
+  const auto living = std::find_if(groups_.rbegin(), groups_.rend(), [](const ZanManagerGroup& group) {
+    return group.head == nullptr || group.isHeaded();
+  });
+  if (living != groups_.rend()) return living->members.push_back(std::move(member));
+  groups_.emplace_back();
   groups_.back().members.push_back(std::move(member));
 }
 
@@ -132,7 +140,7 @@ bool ZanWidgetManagerMaker::CollectSettings(ZanAnnotationDataList& rows, std::ve
   rows.Clear();
   std::wstring previous;
   for (const ZanManagerGroup& group : groups_) {
-    if (!group.head || !group.head->HasUnit()) continue;
+    if (!group.isHeaded() || !group.head->HasWindow()) continue;
     group.head->ExportRows(settings_);
     rows.Append(settings_);
     const std::wstring code = group.head->GetUnitCode();

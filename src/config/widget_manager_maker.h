@@ -19,6 +19,9 @@ namespace brenvolt {
 
 /// A motor or load manager with the catalogue managers made behind it; the head may be absent while none was made.
 struct ZanManagerGroup {
+  /// A head without a unit is as good as none: the run that brought it was undone.
+  [[nodiscard]] bool isHeaded() const { return head && head->HasUnit(); }
+
   std::unique_ptr<ZanWidgetManager> head;
   std::vector<std::unique_ptr<ZanWidgetManager>> members;
 };
@@ -56,8 +59,8 @@ public:
   /// that has both.
   void RefreshSettings();
   [[nodiscard]] const ZanAnnotationDataList& GetSettings() const { return settings_; }
-  /// The rows of every head in order, and the order text of each change of the head's marker code. The unit of a head
-  /// can be undone; such a head has no say any more.
+  /// The rows of every head in order, and the order text of each change of the head's marker code. A head without a page,
+  /// because it repeats another, and one whose unit was undone have no say.
   [[nodiscard]] bool CollectSettings(ZanAnnotationDataList& rows, std::vector<std::wstring>& orders);
   /// The components of the first motor, or else the first load, among the rows. None gives no rows.
   void computeAutoRows(const ZanAnnotationDataList& groupData, std::vector<ZanAutoSizeRow>& rows) const;
@@ -67,7 +70,8 @@ private:
   [[nodiscard]] ZanWidgetManager* makeCatalogManager(ZanConfigUnit& unit, const ZanScriptEntry& rule);
 
   std::vector<ZanManagerGroup> groups_;
-  ZanWidgetManager* current_ = nullptr; ///< a head; null while there is none
+  std::vector<std::unique_ptr<ZanWidgetManager>> retired_; ///< heads that gave way
+  ZanWidgetManager* current_ = nullptr;                    ///< a head; null while there is none
   ZanWireFormatter wireFormatter_;
   ZanAnnotationDataList settings_;
 };

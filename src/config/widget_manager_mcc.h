@@ -64,7 +64,7 @@ private:
   void startTimer(std::uint32_t timer);
   void lookUpCurrent();
   void lookUpData(ZanGroupCtrl& group, MccMode mode);
-  void lookUpWires(ZanGroupCtrl& group);
+  void lookUpWires();
   void fillWireRows(std::wstring_view size);
   /// As it is no edit of the user's, no `OnCellChanged` follows.
   void writeDataValues(ZanGroupCtrl& group, const std::vector<std::wstring>& values);

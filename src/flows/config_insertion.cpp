@@ -74,6 +74,9 @@ void adoptRun(const ZanConfigUnitList& units, ConfigPages& pages) {
       if (goTo == 0) goTo = parent != nullptr ? parent->page : unit.page;
     }
     if (!unit.pending) return;
+    unit.pending = false;
+    // What lay below a unit that waited as well has not run: it can be inserted now.
+    if (unit.insertStep == 0) return;
     pages.SetInserted(unit);
     if (firstInserted == 0) firstInserted = unit.page;
   });

@@ -273,9 +273,12 @@ bool ZanDlgConfig::pick(
 }
 
 void ZanDlgConfig::HandOverEditor(EditorOwner owner) {
-  if (owner == EditorOwner::dialog) return CompleteEditorCommand();
-  // A lookup that is refused finds out by itself: what it asks the host for is refused as well.
-  static_cast<void>(BeginEditorCommand());
+  if (owner == EditorOwner::host) {
+    // A lookup that is refused finds out by itself: what it asks the host for is refused as well.
+    hasLentEditor_ = BeginEditorCommand();
+  } else if (std::exchange(hasLentEditor_, false)) {
+    CompleteEditorCommand();
+  }
 }
 
 bool runConfiguration(ZanBrenvolt& build, KvWindow* parent) {

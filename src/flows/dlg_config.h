@@ -62,6 +62,7 @@ private:
   ZanBrenvolt& build_;
   std::optional<ConfigPages> pages_; ///< while the dialog's controls exist
   BuildEnd end_ = BuildEnd::open;
+  bool hasLentEditor_ = false; ///< to the host, for a lookup
 };
 
 /// Lets the user configure a prepared interactive build. True when it is finished; otherwise it has been taken back,

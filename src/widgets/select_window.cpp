@@ -2,6 +2,9 @@
 
 #include "widgets/page_roles.h"
 
+#include <algorithm>
+#include <limits>
+
 namespace brenvolt {
 
 std::uint32_t ZanSelectWnd::AddPage(std::uint32_t parent) {
@@ -38,14 +41,17 @@ KvUiList* ZanSelectWnd::ComboAt(std::uint32_t page, std::size_t place) const {
 
 std::int32_t ZanSelectWnd::OptionCode(std::uint32_t page) const {
   constexpr std::int32_t noCode = -1;
-  std::int32_t code = 0;
+  std::int64_t code = 0;
   std::size_t place = 0;
   for (; const KvUiList* combo = ComboAt(page, place); ++place) {
     const int selected = combo->Selected();
     if (selected < 0) return noCode;
     code += combo->DataAt(selected);
   }
-  return place == 0 ? noCode : code;
+  // As the record of the unit counts: it stays within its type.
+  const std::int64_t least = std::numeric_limits<std::int32_t>::min();
+  const std::int64_t most = std::numeric_limits<std::int32_t>::max();
+  return place == 0 ? noCode : static_cast<std::int32_t>(std::clamp(code, least, most));
 }
 
 std::optional<std::int32_t> ZanSelectWnd::ChangedCode(const KvUiEvent& event) const {

@@ -142,6 +142,29 @@ TEST_CASE("catalogue managers belong to the head made before them, the first one
   CHECK_EQ(maker->FindHead(first), nullptr);
 }
 
+TEST_CASE("a motor that was undone takes no parts over and makes room for the next one") {
+  LispSession session;
+  const MakerScope maker;
+  ZanConfigUnit first(1);
+  auto undone = std::make_unique<ZanConfigUnit>(2);
+  ZanConfigUnit part(3);
+  ZanConfigUnit again(4);
+  for (ZanConfigUnit* motor : {&first, undone.get()}) {
+    motor->options = controlRecord(L"!MCC_CTRL");
+    REQUIRE(maker->MakeManagers(*motor));
+  }
+  undone.reset();
+  part.options = partRecord();
+  REQUIRE(maker->MakeManagers(part));
+  CHECK_EQ(maker->FindHead(part.FindManager(1)), first.FindManager(controlOptionCode));
+  again.options = controlRecord(L"!MCC_CTRL");
+  ZanConfigUnit partOfAgain(5);
+  partOfAgain.options = partRecord();
+  REQUIRE(maker->MakeManagers(again));
+  REQUIRE(maker->MakeManagers(partOfAgain));
+  CHECK_EQ(maker->FindHead(partOfAgain.FindManager(1)), again.FindManager(controlOptionCode));
+}
+
 TEST_CASE("the motor made or used last speaks for the circuit, unless it has no page or lost its unit") {
   const MakerScope maker;
   ZanConfigUnit one(1);

