@@ -39,14 +39,18 @@ KvDbObjectId findBlock(KvDbDatabase& database, const std::wstring& name) {
   return record;
 }
 
-KvDbHandle lastEntityHandle(KvDbDatabase& database, const std::wstring& spaceName) {
-  const OpenObject<KvDbBlockTableRecord> space(findBlock(database, spaceName), KvOpenMode::forRead);
+KvDbHandle lastEntityHandle(KvDbObjectId block) {
+  const OpenObject<KvDbBlockTableRecord> space(block, KvOpenMode::forRead);
   if (!space) return {};
   const auto iterator = space->newIterator();
   iterator->start(false);
   if (iterator->done()) return {};
   const OpenObject<KvDbEntity> last(iterator->entityId(), KvOpenMode::forRead);
   return last ? last->handle() : KvDbHandle();
+}
+
+KvDbHandle lastEntityHandle(KvDbDatabase& database, const std::wstring& spaceName) {
+  return lastEntityHandle(findBlock(database, spaceName));
 }
 
 bool pumpMessages() {

@@ -30,6 +30,7 @@ private:
 [[nodiscard]] KvDbObjectId findBlock(KvDbDatabase& database, const std::wstring& name);
 
 /// The last entity of a block; null when it holds none.
+[[nodiscard]] KvDbHandle lastEntityHandle(KvDbObjectId block);
 [[nodiscard]] KvDbHandle lastEntityHandle(KvDbDatabase& database, const std::wstring& spaceName);
 
 /// Handles the window messages that wait. False when one of them was the request to quit, which is posted again for

@@ -9,11 +9,6 @@ namespace brenvolt {
 
 namespace {
 
-bool isMarkerReference(const KvDbBlockReference& reference) {
-  const OpenObject<KvDbBlockTableRecord> block(reference.blockTableRecord(), KvOpenMode::forRead);
-  return block && equalsOrdinalNoCase(block->name(), markerBlock);
-}
-
 struct MarkerAttribute {
   std::wstring_view tag;
   std::wstring ZanDwgMarker::*field;
@@ -53,10 +48,11 @@ bool scanMarkers(
   if (!space) return false;
   const auto iterator = space->newIterator();
   if (!seekBehind(database, afterHandle, *iterator)) return false;
+  const KvDbObjectId marked = findBlock(database, std::wstring(markerBlock));
   ZanWireFormatter formatter;
   for (; !iterator->done(); iterator->step()) {
     const OpenObject<KvDbBlockReference> reference(iterator->entityId(), KvOpenMode::forRead);
-    if (!reference || !isMarkerReference(*reference.operator->())) continue;
+    if (!reference || marked.isNull() || reference->blockTableRecord() != marked) continue;
     // A second form at one marker must not find the markers of the first again.
     if (list.holdsHandle(reference->handle())) continue;
     ZanDwgMarker marker;

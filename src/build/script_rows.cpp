@@ -73,7 +73,8 @@ ZanScriptVariable listOrNil(const wchar_t* name, ResultList list) {
 class MarkerWalk final {
 public:
   MarkerWalk(BuildState& build, KvDbDatabase& database)
-      : build_(build), database_(database), settings_(settingsOf(build)) {}
+      : build_(build), database_(database), space_(findBlock(database, build.spaceName)),
+        settings_(settingsOf(build)) {}
 
   [[nodiscard]] bool run(const std::vector<ZanExecRecord>& items);
 
@@ -96,6 +97,7 @@ private:
 
   BuildState& build_;
   KvDbDatabase& database_;
+  KvDbObjectId space_; ///< the block that receives the circuit
   MarkerSettings settings_;
   std::vector<ZanAutoSizeRow> autoRows_;
   bool isDirty_ = true;
@@ -153,7 +155,7 @@ bool MarkerWalk::runMarker(const ZanExecRecord& item) {
   const std::optional<std::vector<ZanScriptVariable>> variables = setVariables(marker);
   if (!variables) return false;
 
-  lastEntity_ = lastEntityHandle(database_, build_.spaceName);
+  lastEntity_ = lastEntityHandle(space_);
   const std::wstring code = marker.code;
   const KvDbHandle handle = marker.handle;
   const std::vector<std::int32_t> values = marker.record.selectedValues();
@@ -189,6 +191,8 @@ std::optional<std::vector<ZanScriptVariable>> MarkerWalk::setVariables(const Zan
   }
 
   std::vector<ZanScriptVariable> variables;
+  constexpr std::size_t variableCount = 5;
+  variables.reserve(variableCount);
   variables.push_back(ZanScriptVariable::ofPoint(scriptvariable::position, marker.position));
   variables.push_back(
       marker.misc1.empty() ? ZanScriptVariable::ofNil(scriptvariable::misc)

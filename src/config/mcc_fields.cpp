@@ -90,8 +90,8 @@ std::vector<ZanScriptVariable> mccArguments(MccMode mode, const std::vector<ZanG
     const MccField& field = fields[list[row]];
     const std::wstring value = rows[row].value();
     arguments.push_back(
-        field.text ? ZanScriptVariable::ofText(std::wstring(field.argument), value)
-                   : ZanScriptVariable::ofReal(std::wstring(field.argument), toDouble(value)));
+        field.text ? ZanScriptVariable::ofText(field.argument, value)
+                   : ZanScriptVariable::ofReal(field.argument, toDouble(value)));
   }
   return arguments;
 }

@@ -108,7 +108,7 @@ bool ZanWidgetManagerCatalog::lookUp(ZanGroupCtrl& group, std::vector<std::wstri
   arguments.push_back(ZanScriptVariable::ofText(L"@table", tables_[table].first));
   const std::vector<ZanGroupRow> rows = group.ReadRows();
   for (std::size_t row = 0; row < std::min(rows.size(), rowArguments.size()); ++row)
-    arguments.push_back(ZanScriptVariable::ofText(std::wstring(rowArguments[row]), rows[row].value()));
+    arguments.push_back(ZanScriptVariable::ofText(rowArguments[row], rows[row].value()));
 
   ResultList answer;
   {

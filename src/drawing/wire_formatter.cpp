@@ -16,7 +16,7 @@ namespace {
 constexpr std::wstring_view wireTypeKeyword = L"_WIRETYPE=";
 constexpr std::wstring_view wireNumbersKeyword = L"_WIRENUMBERS=";
 constexpr std::wstring_view placeholder = L"%s";
-constexpr std::wstring_view wirePattern = L"WT*";
+constexpr std::wstring_view wireLetters = L"WT";
 constexpr std::wstring_view groundPattern = L"WT*E*";
 constexpr wchar_t settingEnd = L';';
 constexpr wchar_t placeholderMark = L'@';
@@ -144,7 +144,7 @@ std::vector<std::wstring> ZanWireFormatter::GetWireCodes(std::wstring_view suffi
 }
 
 void ZanWireFormatter::AddMarker(std::wstring_view code, std::wstring_view misc1) {
-  const bool isWire = matches(code, wirePattern);
+  const bool isWire = equalsOrdinalNoCase(code.substr(0, wireLetters.size()), wireLetters);
   if (const auto setting = textBehind(misc1, wireTypeKeyword)) {
     const std::wstring format = layerFormat(*setting);
     if (!format.empty()) {

@@ -122,24 +122,24 @@ void addToken(ListBuilder& call, const ScriptToken& token) {
 
 } // namespace
 
-ZanScriptVariable ZanScriptVariable::ofReal(std::wstring name, double value) {
-  return {std::move(name), kvtype::real, value};
+ZanScriptVariable ZanScriptVariable::ofReal(std::wstring_view name, double value) {
+  return {name, kvtype::real, value};
 }
 
-ZanScriptVariable ZanScriptVariable::ofPoint(std::wstring name, const KvPoint3d& value) {
-  return {std::move(name), kvtype::point2d, value};
+ZanScriptVariable ZanScriptVariable::ofPoint(std::wstring_view name, const KvPoint3d& value) {
+  return {name, kvtype::point2d, value};
 }
 
-ZanScriptVariable ZanScriptVariable::ofText(std::wstring name, std::wstring value) {
-  return {std::move(name), kvtype::string, std::move(value)};
+ZanScriptVariable ZanScriptVariable::ofText(std::wstring_view name, std::wstring value) {
+  return {name, kvtype::string, std::move(value)};
 }
 
-ZanScriptVariable ZanScriptVariable::ofList(std::wstring name, ResultList value) {
-  return {std::move(name), kvtype::listBegin, std::move(value)};
+ZanScriptVariable ZanScriptVariable::ofList(std::wstring_view name, ResultList value) {
+  return {name, kvtype::listBegin, std::move(value)};
 }
 
-ZanScriptVariable ZanScriptVariable::ofNil(std::wstring name) {
-  return {std::move(name), kvtype::nil, std::monostate()};
+ZanScriptVariable ZanScriptVariable::ofNil(std::wstring_view name) {
+  return {name, kvtype::nil, std::monostate()};
 }
 
 std::int16_t typeOfWord(std::wstring_view word) {
@@ -158,13 +158,15 @@ std::int16_t typeOfWord(std::wstring_view word) {
 
 std::vector<ScriptToken> cutTokens(std::wstring_view form) {
   std::vector<ScriptToken> tokens;
+  constexpr std::size_t usualWordLength = 6;
+  tokens.reserve(form.size() / usualWordLength + 1);
   for (std::size_t position = 0; position < form.size();) {
     const wchar_t character = form[position];
     if (isBlank(character)) {
       ++position;
     } else if (character == L'"') {
       const std::size_t end = std::min(form.find(L'"', position + 1), form.size());
-      tokens.push_back({kvtype::string, std::wstring(form.substr(position + 1, end - position - 1))});
+      tokens.push_back({kvtype::string, form.substr(position + 1, end - position - 1)});
       position = end + 1;
     } else if (character == L'(') {
       if (position != 0) tokens.push_back({kvtype::listBegin, L"("});
@@ -175,7 +177,7 @@ std::vector<ScriptToken> cutTokens(std::wstring_view form) {
     } else {
       const std::size_t end = wordEnd(form, position);
       const std::wstring_view word = form.substr(position, end - position);
-      if (!equalsOrdinalNoCase(word, L"list")) tokens.push_back({typeOfWord(word), std::wstring(word)});
+      if (!equalsOrdinalNoCase(word, L"list")) tokens.push_back({typeOfWord(word), word});
       position = end;
     }
   }

@@ -14,23 +14,23 @@ namespace brenvolt {
 
 /// A value that stands in for every token equal to its name, without case: "#xyz", "@type".
 struct ZanScriptVariable {
-  std::wstring name;
+  std::wstring_view name;          ///< a constant of the program
   std::int16_t type = kvtype::nil; ///< which decides how `value` is read
   /// Integers of both widths are one kind here; a list is a whole chain with its marks.
   std::variant<std::monostate, double, KvPoint3d, std::int32_t, std::wstring, ResultList> value;
 
-  [[nodiscard]] static ZanScriptVariable ofReal(std::wstring name, double value);
+  [[nodiscard]] static ZanScriptVariable ofReal(std::wstring_view name, double value);
   /// A 2D point.
-  [[nodiscard]] static ZanScriptVariable ofPoint(std::wstring name, const KvPoint3d& value);
-  [[nodiscard]] static ZanScriptVariable ofText(std::wstring name, std::wstring value);
-  [[nodiscard]] static ZanScriptVariable ofList(std::wstring name, ResultList value);
-  [[nodiscard]] static ZanScriptVariable ofNil(std::wstring name);
+  [[nodiscard]] static ZanScriptVariable ofPoint(std::wstring_view name, const KvPoint3d& value);
+  [[nodiscard]] static ZanScriptVariable ofText(std::wstring_view name, std::wstring value);
+  [[nodiscard]] static ZanScriptVariable ofList(std::wstring_view name, ResultList value);
+  [[nodiscard]] static ZanScriptVariable ofNil(std::wstring_view name);
 };
 
-/// A piece of a form: list mark, nil, T, or a text still to be read as its type says.
+/// A piece of a form: list mark, nil, T, or a text still to be read as its type says. It looks at the form.
 struct ScriptToken {
   std::int16_t type = kvtype::string;
-  std::wstring text;
+  std::wstring_view text;
   friend bool operator==(const ScriptToken&, const ScriptToken&) = default;
 };
 

@@ -52,8 +52,7 @@ constexpr bool isLatin1Upper(wchar_t c) {
 
 constexpr wchar_t latin1CaseDistance = 0x20;
 
-wchar_t upperOf(wchar_t c) {
-  if (c < asciiEnd) return c >= L'a' && c <= L'z' ? static_cast<wchar_t>(c - L'a' + L'A') : c;
+wchar_t upperBeyondAscii(wchar_t c) {
   if (characterLocale() == nullptr) {
     return isLatin1Lower(c) ? static_cast<wchar_t>(c - latin1CaseDistance) : c;
   }
@@ -61,6 +60,12 @@ wchar_t upperOf(wchar_t c) {
   // A letter beyond ASCII never becomes an ASCII one (dotless i, long s): a key means the letters it is typed in.
   return upper < asciiEnd ? c : upper;
 }
+
+/// A function object, so that loops over the usual letters hold the test and no call.
+constexpr auto upperOf = [](wchar_t c) {
+  if (c >= asciiEnd) return upperBeyondAscii(c);
+  return c >= L'a' && c <= L'z' ? static_cast<wchar_t>(c - L'a' + L'A') : c;
+};
 
 wchar_t lowerOf(wchar_t c) {
   if (c < asciiEnd) return c >= L'A' && c <= L'Z' ? static_cast<wchar_t>(c - L'A' + L'a') : c;

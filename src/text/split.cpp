@@ -18,10 +18,6 @@ std::size_t leadingFormLength(std::wstring_view text) {
 
 } // namespace
 
-bool isBlank(wchar_t character) {
-  return blankCharacters.find(character) != std::wstring_view::npos;
-}
-
 std::wstring trim(std::wstring_view text, std::wstring_view characters) {
   return std::wstring(trimView(text, characters));
 }

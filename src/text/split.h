@@ -10,7 +10,9 @@ namespace brenvolt {
 /// Blank, tab, carriage return and line feed.
 inline constexpr std::wstring_view blankCharacters = L" \t\r\n";
 
-[[nodiscard]] bool isBlank(wchar_t character);
+[[nodiscard]] constexpr bool isBlank(wchar_t character) {
+  return character == L' ' || character == L'\t' || character == L'\r' || character == L'\n';
+}
 
 /// The text without the given characters at both ends.
 [[nodiscard]] std::wstring trim(std::wstring_view text, std::wstring_view characters = blankCharacters);

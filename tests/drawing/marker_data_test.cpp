@@ -66,6 +66,26 @@ TEST_CASE("each marker's index and values are put into the symbol") {
   }
 }
 
+TEST_CASE("what a script changes between two markers stays changed") {
+  HostSession host;
+  ZanDwgMarkerList list;
+  list.Insert(makeMarker(L"A", L"1", 1, 0xABC));
+  list.Finish();
+  REQUIRE(PublishMarkerData(list));
+  CHECK(SetMarkerData(1, {8}));
+  CHECK(SetMarkerData(2, {9}));
+  CHECK(symbolText() == L"(s2 (\"ABC\") (\"9\"))");
+  CHECK(SetMarkerData(3, {}));
+  CHECK(symbolText() == L"(s3 (\"ABC\") (\"9\"))");
+  host.evaluate(L"(setq GBL_qn_bv_marker_data '(0 (\"B\" \"C\") (\"-1\") 5))");
+  CHECK(SetMarkerData(4, {7}));
+  CHECK(symbolText() == L"(s4 (\"B\" \"C\") (\"7\") s5)");
+  CHECK(SetMarkerData(5, {6}));
+  CHECK(symbolText() == L"(s5 (\"B\" \"C\") (\"6\") s5)");
+  host.evaluate(L"(setq GBL_qn_bv_marker_data nil)");
+  CHECK_FALSE(SetMarkerData(6, {5}));
+}
+
 TEST_CASE("a list that a script has kept stays as it was") {
   HostSession host;
   ZanDwgMarkerList none;
