@@ -42,14 +42,14 @@ public:
   [[nodiscard]] ControlModel* find(std::wstring_view role) const;
   /// Those of the form in tab order, then those on pages as they were made.
   [[nodiscard]] const std::vector<ControlModel*>& controls() const { return order_; }
-  void add(std::unique_ptr<ControlModel> control);
+  virtual void add(std::unique_ptr<ControlModel> control);
   /// Takes a control out of sight of all; it lives on for those who hold it.
-  void forget(ControlModel& control);
+  virtual void forget(ControlModel& control);
 
   [[nodiscard]] ControlModel* focus() const { return focus_; }
-  void setFocus(ControlModel* control) { focus_ = control; }
+  virtual void setFocus(ControlModel* control) { focus_ = control; }
 
-  void touched(ControlModel& control) { touched_.insert(&control); }
+  virtual void touched(ControlModel& control) { touched_.insert(&control); }
   /// What is shown of all controls; empty descriptions are left out.
   [[nodiscard]] nlohmann::ordered_json shown();
   /// What is shown otherwise than at the last call of this or of `shown`: by role, member by member.

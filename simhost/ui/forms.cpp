@@ -70,6 +70,7 @@ public:
     Form form;
     form.name = fromUtf8(name);
     form.title = textOf(file, "title");
+    if (file.contains("layout")) form.layout = file["layout"].dump();
     if (!file.contains("controls") || !file["controls"].is_array()) fail("\"controls\" is no list");
     const std::string fileName = place_;
     std::set<std::wstring> roles;
@@ -110,6 +111,7 @@ private:
     control.label = textOf(entry, "label");
     control.tooltip = textOf(entry, "tooltip");
     control.group = textOf(entry, "group");
+    if (entry.contains("layout")) control.layout = entry["layout"].dump();
     std::set<std::string> known = {"role", "kind", "label", "tooltip", "layout"};
     for (const FlagMember& member : flagMembers()) {
       const auto& kinds = member.kinds;

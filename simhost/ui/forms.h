@@ -27,6 +27,7 @@ struct FormControl {
   ControlKind kind = ControlKind::text;
   std::wstring label;
   std::wstring tooltip;
+  std::string layout;      ///< as it is written, empty without one: for a screen to read
   std::wstring group;      ///< of a radio button: those of one group exclude each other
   bool isReadOnly = false; ///< text
   bool isEnabled = true;
@@ -39,6 +40,7 @@ struct FormControl {
 struct Form {
   std::wstring name;
   std::wstring title;
+  std::string layout;                ///< as it is written, empty without one: for a screen to read
   std::vector<FormControl> controls; ///< in tab order
 };
 

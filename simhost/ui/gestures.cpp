@@ -30,6 +30,8 @@ std::wstring textIn(ControlModel& control) {
 
 } // namespace
 
+Gestures::~Gestures() = default;
+
 Refusal Gestures::reach(const ControlModel& control) const {
   if (dialog_.hasGivenEditor()) return "the dialog is hidden, the host has the editor";
   if (const PagesModel* pages = control.pages()) {

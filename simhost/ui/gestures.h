@@ -22,50 +22,58 @@ using Refusal = std::optional<std::string>;
 /// What became of an edit that was possible as such.
 enum class CellAnswer { taken, refused };
 
-class Gestures final {
+class Gestures {
 public:
   explicit Gestures(DialogModel& dialog) : dialog_(dialog) {}
+  Gestures(const Gestures&) = delete;
+  Gestures& operator=(const Gestures&) = delete;
+  virtual ~Gestures();
 
   /// Moves the focus: a text field or an editable list that loses it is committed, an edited grid row too.
-  [[nodiscard]] Refusal focus(ControlModel& control);
+  [[nodiscard]] virtual Refusal focus(ControlModel& control);
   /// The focus goes nowhere.
-  void leave();
+  virtual void leave();
 
-  [[nodiscard]] Refusal press(ControlModel& control);
+  [[nodiscard]] virtual Refusal press(ControlModel& control);
   /// A button in the header of a group, from 0.
-  [[nodiscard]] Refusal pressInGroup(GroupModel& group, int button);
+  [[nodiscard]] virtual Refusal pressInGroup(GroupModel& group, int button);
   /// Does nothing when it stands so already.
-  [[nodiscard]] Refusal tick(ControlModel& control, bool isOn);
+  [[nodiscard]] virtual Refusal tick(ControlModel& control, bool isOn);
   /// Replaces the text of a field without leaving it.
-  [[nodiscard]] Refusal type(ControlModel& control, std::wstring_view text);
+  [[nodiscard]] virtual Refusal type(ControlModel& control, std::wstring_view text);
   /// Raises an event when the entry was not selected before.
-  [[nodiscard]] Refusal choose(ControlModel& control, int index);
+  [[nodiscard]] virtual Refusal choose(ControlModel& control, int index);
 
   /// In a field Enter commits and goes no further; in a grid it does nothing; elsewhere it presses the default button.
-  [[nodiscard]] Refusal enter();
+  [[nodiscard]] virtual Refusal enter();
   /// On the selected tree item or list entry; in a grid it empties the cell that was clicked last.
-  [[nodiscard]] Refusal deleteKey();
+  [[nodiscard]] virtual Refusal deleteKey();
   /// F1.
-  [[nodiscard]] Refusal help();
+  [[nodiscard]] virtual Refusal help();
   /// The frame's button, or Escape.
-  [[nodiscard]] Refusal close();
+  [[nodiscard]] virtual Refusal close();
 
-  [[nodiscard]] Refusal selectItem(TreeModel& tree, int item);
-  [[nodiscard]] Refusal doubleClickItem(TreeModel& tree, int item);
+  [[nodiscard]] virtual Refusal selectItem(TreeModel& tree, int item);
+  [[nodiscard]] virtual Refusal doubleClickItem(TreeModel& tree, int item);
   /// Leaves the row that is being edited, selects the other one.
-  [[nodiscard]] Refusal selectRow(GridModel& grid, int row, int column);
-  [[nodiscard]] Refusal doubleClickRow(GridModel& grid, int row, int column);
+  [[nodiscard]] virtual Refusal selectRow(GridModel& grid, int row, int column);
+  [[nodiscard]] virtual Refusal doubleClickRow(GridModel& grid, int row, int column);
   /// Puts a text into a cell as its kind allows; the row stays in work until it is left. The row behind the last one
   /// is the empty row for a new record. `answer` tells whether the dialog took the text.
-  [[nodiscard]] Refusal editCell(
+  [[nodiscard]] virtual Refusal editCell(
       GridModel& grid, int row, int column, std::wstring_view text, CellAnswer& answer);
   /// What the list of a drop-down cell offers now; asks the dialog when the cell has no choices of its own.
   [[nodiscard]] std::vector<std::wstring> cellChoices(GridModel& grid, int row, int column);
 
-private:
+  /// Why a person cannot get at a control, nothing when he can.
   [[nodiscard]] Refusal reach(const ControlModel& control) const;
   /// The same, and the page that it stands on must not be locked.
   [[nodiscard]] Refusal reachForChange(const ControlModel& control) const;
+
+protected:
+  [[nodiscard]] DialogModel& dialog() const { return dialog_; }
+
+private:
   [[nodiscard]] Refusal takeFocus(ControlModel& control);
   void leaveControl(ControlModel& control);
   void commitRow(GridModel& grid);

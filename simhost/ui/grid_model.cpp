@@ -141,6 +141,16 @@ void GridModel::HideColumn(int column, bool hidden) {
   touchGrid();
 }
 
+void GridModel::ScrollTo(int row) {
+  scrollTarget_ = row;
+  touchGrid();
+}
+
+void GridModel::SetColumnWidths(const std::vector<int>& parts) {
+  columnWidths_ = parts;
+  touchGrid();
+}
+
 void GridModel::UnlockDrawing() {
   BRENVOLT_ASSERT(drawingLocks_ > 0, "a grid is unlocked once too often");
   --drawingLocks_;

@@ -5,6 +5,7 @@
 
 #include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace simhost {
@@ -30,9 +31,9 @@ public:
   [[nodiscard]] bool IsEditable() const override { return isEditable_; }
   void SelectRow(int row) override;
   [[nodiscard]] int SelectedRow() const override { return selectedRow_; }
-  void ScrollTo(int) override {}
+  void ScrollTo(int row) override;
   void HideColumn(int column, bool hidden) override;
-  void SetColumnWidths(const std::vector<int>&) override {}
+  void SetColumnWidths(const std::vector<int>& parts) override;
   void LockDrawing() override { ++drawingLocks_; }
   void UnlockDrawing() override;
 
@@ -43,6 +44,11 @@ public:
   [[nodiscard]] KvUiCellTone cellTone(int row, int column) const;
   [[nodiscard]] const std::vector<std::wstring>& cellChoices(int row, int column) const;
   [[nodiscard]] std::vector<std::wstring> rowTexts(int row) const;
+  /// Relative widths; empty fits each column to its texts.
+  [[nodiscard]] const std::vector<int>& columnWidths() const { return columnWidths_; }
+  [[nodiscard]] bool isDrawingLocked() const { return drawingLocks_ > 0; }
+  /// The row that the flow wants to be seen, told once; 0 for none.
+  [[nodiscard]] int takeScrollTarget() { return std::exchange(scrollTarget_, 0); }
   /// The control that stands for the grid: its group, else itself.
   [[nodiscard]] ControlModel& owner() const { return *owner_; }
 
@@ -79,6 +85,8 @@ private:
   int selectedRow_ = 0;
   int clickedColumn_ = 0;
   int drawingLocks_ = 0;
+  int scrollTarget_ = 0;
+  std::vector<int> columnWidths_;
   std::optional<Edit> edit_;
 };
 

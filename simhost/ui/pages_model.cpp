@@ -121,6 +121,11 @@ KvUiGroup* PagesModel::GroupAt(int page, int place) {
   return dynamic_cast<GroupModel*>(at(page, place));
 }
 
+std::vector<ControlModel*> PagesModel::controlsOf(int page) const {
+  const auto found = pages_.find(page);
+  return found == pages_.end() ? std::vector<ControlModel*>() : found->second.controls;
+}
+
 ControlModel* PagesModel::findOnShownPage(std::wstring_view label) const {
   const auto found = pages_.find(shown_);
   if (found == pages_.end()) return nullptr;

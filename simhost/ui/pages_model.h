@@ -41,6 +41,9 @@ public:
   [[nodiscard]] KvUiList* ListAt(int page, int place) override;
   [[nodiscard]] KvUiGroup* GroupAt(int page, int place) override;
 
+  [[nodiscard]] bool hasPage(int page) const { return pages_.contains(page); }
+  /// The controls of a page as they were made; empty for an unknown one.
+  [[nodiscard]] std::vector<ControlModel*> controlsOf(int page) const;
   /// The control of this label on the page that is shown, null without one.
   [[nodiscard]] ControlModel* findOnShownPage(std::wstring_view label) const;
 

@@ -1,6 +1,7 @@
 // Answers from steps, and the recording.
 #include "simhost/ui/scripted_windows.h"
 
+#include "simhost/ui/scripted_dialog.h"
 #include "text/encoding.h"
 
 #include <nlohmann/json.hpp>
@@ -66,46 +67,9 @@ Json pointAsJson(const double (&point)[3]) {
 } // namespace
 
 ScriptedWindows::ScriptedWindows(std::vector<AnswerStep> steps, std::string source)
-    : steps_(std::move(steps)), source_(std::move(source)), recorder_(std::make_unique<Recorder>()) {}
+    : steps_(std::move(steps), std::move(source)), recorder_(std::make_unique<Recorder>()) {}
 
 ScriptedWindows::~ScriptedWindows() = default;
-
-const AnswerStep* ScriptedWindows::take(std::string_view dialog, std::string_view says) {
-  if (!failure_.empty()) return nullptr;
-  const std::string name(dialog);
-  if (next_ == steps_.size()) {
-    fail(
-        "\"" + name + "\" has no answer: " + source_ + (steps_.empty() ? "" : " has no further step") +
-        (says.empty() ? std::string() : "; it says: " + std::string(says)));
-    return nullptr;
-  }
-  const AnswerStep& step = steps_[next_];
-  if (step.dialog != dialog) {
-    failAt(step, "answers \"" + step.dialog + "\", but \"" + name + "\" asks");
-    return nullptr;
-  }
-  ++next_;
-  return &step;
-}
-
-const AnswerStep* ScriptedWindows::takeStep(const std::string& dialog, const AnswerStep* last) {
-  if (last == nullptr || hasFailed()) return take(dialog);
-  if (next_ < steps_.size() && steps_[next_].dialog == dialog) return take(dialog);
-  std::string message = "leaves \"" + dialog + "\" open";
-  if (next_ < steps_.size())
-    message +=
-        ", and step " + std::to_string(steps_[next_].number) + " answers \"" + steps_[next_].dialog + "\"";
-  failAt(*last, message);
-  return nullptr;
-}
-
-void ScriptedWindows::fail(const std::string& message) {
-  if (failure_.empty()) failure_ = fromUtf8(message);
-}
-
-void ScriptedWindows::failAt(const AnswerStep& step, const std::string& message) {
-  fail(source_ + ": step " + std::to_string(step.number) + ": " + message);
-}
 
 TaskAnswer ScriptedWindows::askTask(const TaskQuestion& question) {
   const std::string key = toUtf8(question.key);
@@ -117,7 +81,7 @@ TaskAnswer ScriptedWindows::askTask(const TaskQuestion& question) {
   Json& record = recorder_->step(recorder_->begin(key, std::move(shown)));
 
   TaskAnswer answer;
-  const AnswerStep* step = take(key, toUtf8(question.text));
+  const AnswerStep* step = steps_.take(key, toUtf8(question.text));
   if (step == nullptr) return answer;
   for (const AnswerAction& action : step->actions) {
     if (action.verb == "tick" && action.subject == "hide" && question.isHideable) {
@@ -129,29 +93,30 @@ TaskAnswer ScriptedWindows::askTask(const TaskQuestion& question) {
       record["do"].push_back(Json::parse(action.written));
       const auto unmet = unmetText(action, {{"title", question.title}, {"text", question.text}});
       if (!unmet) continue;
-      failAt(*step, "\"" + key + "\": " + *unmet);
+      steps_.failAt(*step, "\"" + key + "\": " + *unmet);
       return TaskAnswer{};
     }
     const bool answers = action.verb == "press" || action.verb == "close";
     const int button = answers ? pressedButton(action) : 0;
     if (button == 0 || !offers(question, button)) {
-      failAt(*step, "\"" + key + "\" has nothing to " + action.verb + " named \"" + action.subject + "\"");
+      steps_.failAt(
+          *step, "\"" + key + "\" has nothing to " + action.verb + " named \"" + action.subject + "\"");
       return TaskAnswer{};
     }
     answer.button = button;
     record["do"].push_back({{"press", button}});
     return answer;
   }
-  failAt(*step, "leaves \"" + key + "\" open: no button is pressed");
+  steps_.failAt(*step, "leaves \"" + key + "\" open: no button is pressed");
   return TaskAnswer{};
 }
 
 EntityPick ScriptedWindows::pickEntity(const std::wstring& prompt, bool emptyIsAllowed) {
   Json& record = recorder_->step(recorder_->begin(pickDialog, {{"prompt", toUtf8(prompt)}}));
-  const AnswerStep* step = take(pickDialog);
+  const AnswerStep* step = steps_.take(pickDialog);
   if (step == nullptr) return EntityPick{};
   if (step->actions.size() != 1) {
-    failAt(*step, "a pick is answered by exactly one action");
+    steps_.failAt(*step, "a pick is answered by exactly one action");
     return EntityPick{};
   }
   const AnswerAction& action = step->actions.front();
@@ -161,14 +126,14 @@ EntityPick ScriptedWindows::pickEntity(const std::wstring& prompt, bool emptyIsA
     return EntityPick{};
   }
   if (action.verb != "pick") {
-    failAt(*step, "a pick is answered by \"pick\" or by pressing \"cancel\"");
+    steps_.failAt(*step, "a pick is answered by \"pick\" or by pressing \"cancel\"");
     return EntityPick{};
   }
   EntityPick pick;
   pick.point = {action.point[0], action.point[1], action.point[2]};
   if (action.subject.empty()) {
     if (!emptyIsAllowed) {
-      failAt(*step, "the prompt takes no empty answer");
+      steps_.failAt(*step, "the prompt takes no empty answer");
       return EntityPick{};
     }
     record["do"].push_back({{"pick", nullptr}});
@@ -179,7 +144,7 @@ EntityPick ScriptedWindows::pickEntity(const std::wstring& prompt, bool emptyIsA
   const char* const last = action.subject.data() + action.subject.size();
   const auto [end, error] = std::from_chars(action.subject.data(), last, handle, 16);
   if (error != std::errc() || end != last || handle == 0) {
-    failAt(*step, "\"" + action.subject + "\" is no handle");
+    steps_.failAt(*step, "\"" + action.subject + "\" is no handle");
     return EntityPick{};
   }
   record["do"].push_back({{"pick", action.subject}, {"point", pointAsJson(action.point)}});
@@ -204,7 +169,8 @@ FileAnswer ScriptedWindows::askFile(const FileQuestion& question, const FileEven
   answer.path = question.fileName;
   // A question in between, such as whether to replace a file, parts the steps.
   const std::string dialog(fileDialog);
-  for (const AnswerStep* step = takeStep(dialog, nullptr); step != nullptr; step = takeStep(dialog, step))
+  for (const AnswerStep* step = steps_.takeNext(dialog, nullptr); step != nullptr;
+       step = steps_.takeNext(dialog, step))
     for (const AnswerAction& action : step->actions) {
       if (action.verb == "set" && action.subject == "path") {
         answer.path = fromUtf8(action.text);
@@ -228,23 +194,23 @@ FileAnswer ScriptedWindows::askFile(const FileQuestion& question, const FileEven
       } else if (action.verb == "expect") {
         note(Json::parse(action.written));
         if (const auto unmet = unmetText(action, {{"text", answer.path}}))
-          failAt(*step, "the file dialog: " + *unmet);
+          steps_.failAt(*step, "the file dialog: " + *unmet);
       } else {
-        failAt(*step, "a file dialog has nothing to " + action.verb + " named \"" + action.subject + "\"");
+        steps_.failAt(
+            *step, "a file dialog has nothing to " + action.verb + " named \"" + action.subject + "\"");
       }
-      if (hasFailed()) return answer;
+      if (steps_.hasFailed()) return answer;
     }
   return answer;
 }
 
 std::unique_ptr<DialogWindow> ScriptedWindows::openDialog(const std::wstring& form, CKvUiDialog& dialog) {
-  if (hasFailed()) return nullptr;
+  if (steps_.hasFailed()) return nullptr;
   try {
-    StepSource& steps = *this;
-    return std::make_unique<ScriptedDialog>(loadForm(formFolder(), form), dialog, steps, *recorder_);
+    return std::make_unique<ScriptedDialog>(loadForm(formFolder(), form), dialog, steps_, *recorder_);
   } catch (const FormError& error) {
     recorder_->note(toUtf8(form), {{"fault", error.what()}});
-    fail(error.what());
+    steps_.fail(error.what());
     return nullptr;
   }
 }

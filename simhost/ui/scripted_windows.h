@@ -3,9 +3,8 @@
 // step does not answer ends the run.
 #pragma once
 
-#include "simhost/ui/answers.h"
-#include "simhost/ui/scripted_dialog.h"
-#include "simhost/ui/window_system.h"
+#include "simhost/ui/recorder.h"
+#include "simhost/ui/step_queue.h"
 
 #include <memory>
 #include <string>
@@ -13,7 +12,7 @@
 
 namespace simhost {
 
-class ScriptedWindows final : public WindowSystem, private StepSource {
+class ScriptedWindows final : public AnsweredWindows {
 public:
   /// No steps: every question is without an answer. `source` names the steps in messages.
   explicit ScriptedWindows(std::vector<AnswerStep> steps = {}, std::string source = "no answer file");
@@ -33,25 +32,13 @@ public:
   [[nodiscard]] bool messageWaiting() override { return quitPosted_; }
   bool pumpMessage() override { return !quitPosted_; }
   void postQuit() override { quitPosted_ = true; }
-  [[nodiscard]] const std::wstring& failure() const override { return failure_; }
+  [[nodiscard]] const std::wstring& failure() const override { return steps_.failure(); }
 
-  /// How many steps nothing has asked for yet.
-  [[nodiscard]] std::size_t unusedSteps() const { return steps_.size() - next_; }
-  /// All that was asked, shown and answered so far as the text of an answer file.
-  [[nodiscard]] std::string recording() const;
+  [[nodiscard]] std::size_t unusedSteps() const override { return steps_.unused(); }
+  [[nodiscard]] std::string recording() const override;
 
 private:
-  /// The next step when it answers this dialog; null, with the reason in `failure`, when it does not.
-  const AnswerStep* take(std::string_view dialog, std::string_view says = {});
-  const AnswerStep* takeStep(const std::string& dialog, const AnswerStep* last) override;
-  void fail(const std::string& message);
-  void failAt(const AnswerStep& step, const std::string& message) override;
-  [[nodiscard]] bool hasFailed() const override { return !failure_.empty(); }
-
-  std::vector<AnswerStep> steps_;
-  std::string source_;
-  std::size_t next_ = 0;
-  std::wstring failure_;
+  StepQueue steps_;
   bool quitPosted_ = false;
   KvWindow frame_;
   std::unique_ptr<Recorder> recorder_; ///< dialogs that are open hold a reference

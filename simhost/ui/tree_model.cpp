@@ -103,7 +103,11 @@ void TreeModel::Select(int item) {
   dialog().raise({role(), KvUiEventKind::selected, item, 0, {}});
 }
 
-void TreeModel::Expand(int) {} // what is folded is no state of the flow: a person opens what he wants to see
+void TreeModel::Expand(int item) {
+  if (find(item) == nullptr) return;
+  expanded_.push_back(item);
+  touch();
+}
 
 const std::vector<int>& TreeModel::children(int parent) const {
   static const std::vector<int> none;

@@ -5,6 +5,7 @@
 
 #include <map>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace simhost {
@@ -26,6 +27,8 @@ public:
   void Select(int item) override;
   [[nodiscard]] int Selected() const override { return selected_; }
   void Expand(int item) override;
+  /// The items that the flow wants to be seen unfolded, told once. What is folded else is up to the person.
+  [[nodiscard]] std::vector<int> takeExpanded() { return std::exchange(expanded_, {}); }
 
   /// Below `parent` (0: the root), in order.
   [[nodiscard]] const std::vector<int>& children(int parent) const;
@@ -49,6 +52,7 @@ private:
   std::map<int, Item> items_; ///< 0 is the root, which nobody sees
   int lastId_ = 0;
   int selected_ = 0;
+  std::vector<int> expanded_;
 };
 
 } // namespace simhost

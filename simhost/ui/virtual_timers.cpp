@@ -44,6 +44,14 @@ std::int64_t VirtualTimers::untilAllDue() const {
   return last - now_;
 }
 
+std::optional<std::int64_t> VirtualTimers::untilNextDue() const {
+  std::optional<std::int64_t> next;
+  for (const auto& [id, timer] : timers_)
+    next = std::min(next.value_or(timer.due), timer.due);
+  if (next) *next -= now_;
+  return next;
+}
+
 std::optional<int> VirtualTimers::nextDue(std::int64_t until) const {
   const std::pair<const int, Timer>* first = nullptr;
   for (const auto& entry : timers_) {

@@ -20,6 +20,12 @@ public:
   /// Until each timer that runs now has been due once, 0 when none runs.
   [[nodiscard]] std::int64_t untilAllDue() const;
 
+  [[nodiscard]] bool isIdle() const { return timers_.empty(); }
+  /// Until the next timer is due, nothing when none runs.
+  [[nodiscard]] std::optional<std::int64_t> untilNextDue() const;
+  /// Milliseconds that have passed since the beginning.
+  [[nodiscard]] std::int64_t now() const { return now_; }
+
 private:
   struct Timer {
     std::int64_t period = 1;

@@ -21,7 +21,7 @@ public:
   std::string takePrinted();
 
   [[nodiscard]] simhost::Session& host() { return session_; }
-  [[nodiscard]] simhost::ScriptedWindows& windows() { return windows_; }
+  [[nodiscard]] simhost::AnsweredWindows& windows() { return windows_; }
 
 private:
   simhost::ScriptedWindows windows_;

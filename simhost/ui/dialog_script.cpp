@@ -1,5 +1,5 @@
-// Running a dialog by its steps.
-#include "simhost/ui/scripted_dialog.h"
+// Doing the steps.
+#include "simhost/ui/dialog_script.h"
 
 #include "simhost/ui/expectations.h"
 #include "simhost/ui/pages_model.h"
@@ -41,81 +41,83 @@ bool splitGroupButton(const std::string& subject, std::string& group, int& butto
 
 } // namespace
 
-ScriptedDialog::ScriptedDialog(const Form& form, CKvUiDialog& dialog, StepSource& steps, Recorder& recorder)
-    : DialogModel(form, dialog), steps_(steps), record_(recorder, toUtf8(form.name)), gestures_(*this) {}
+DialogScript::DialogScript(
+    DialogModel& dialog, Gestures& gestures, VirtualTimers& timers, StepQueue& steps, Recorder& recorder)
+    : dialog_(dialog), gestures_(gestures), timers_(timers), steps_(steps),
+      record_(recorder, toUtf8(dialog.name())) {}
 
-void ScriptedDialog::run() {
-  const std::string dialog = toUtf8(name());
-  record_.open(shown());
+void DialogScript::run() {
+  const std::string dialog = toUtf8(dialog_.name());
+  record_.open(dialog_.shown());
   const AnswerStep* step = nullptr;
-  while (!isEnded()) {
-    step = steps_.takeStep(dialog, step);
+  while (!dialog_.isEnded()) {
+    step = steps_.takeNext(dialog, step);
     if (step == nullptr || !doStep(*step)) break;
   }
   // Nobody is left to be asked: the flow is not told of a cancel, since it could ask whether to cancel.
-  if (!access().isEnded() || steps_.hasFailed()) access().end(kvui::cancel);
+  if (!dialog_.access().isEnded() || steps_.hasFailed()) dialog_.access().end(kvui::cancel);
 }
 
-bool ScriptedDialog::doStep(const AnswerStep& step) {
+bool DialogScript::doStep(const AnswerStep& step) {
   std::size_t number = 0;
   for (const AnswerAction& action : step.actions) {
     ++number;
     std::string reason;
     try {
-      if (!isEnded() && !action.isQuick && action.verb != "wait")
+      if (!dialog_.isEnded() && !action.isQuick && action.verb != "wait")
         if (const Refusal refusal = letTimePass(timers_.untilAllDue())) reason = *refusal;
       if (!steps_.hasFailed() && reason.empty()) {
-        if (isEnded()) throw AnswerError("the dialog has ended before it");
+        if (dialog_.isEnded()) throw AnswerError("the dialog has ended before it");
         record_.addAction(Json::parse(action.written));
         if (const Refusal refusal = perform(action)) reason = *refusal;
       }
     } catch (const AnswerError& error) {
       reason = error.what();
     }
-    record_.addChanges(changes());
+    record_.addChanges(dialog_.changes());
     if (steps_.hasFailed()) return false;
     if (reason.empty()) continue;
     record_.addToLast("fault", reason);
     steps_.failAt(
-        step, inQuotes(toUtf8(name())) + ", action " + std::to_string(number) + ", " + action.verb + " " +
-                  inQuotes(action.subject) + ": " + reason);
+        step, inQuotes(toUtf8(dialog_.name())) + ", action " + std::to_string(number) + ", " + action.verb +
+                  " " + inQuotes(action.subject) + ": " + reason);
     return false;
   }
   return true;
 }
 
-Refusal ScriptedDialog::letTimePass(std::int64_t milliseconds) {
+Refusal DialogScript::letTimePass(std::int64_t milliseconds) {
   const auto fire = [this](int timer) {
-    access().timer(timer);
-    return !isEnded() && !steps_.hasFailed();
+    dialog_.access().timer(timer);
+    return !dialog_.isEnded() && !steps_.hasFailed();
   };
   const bool rests = timers_.pass(milliseconds, fire);
-  record_.addChanges(changes());
+  record_.addChanges(dialog_.changes());
   if (!rests) return "the dialog's timers do not come to rest";
   return std::nullopt;
 }
 
-Refusal ScriptedDialog::perform(const AnswerAction& action) {
+Refusal DialogScript::perform(const AnswerAction& action) {
   const std::string& verb = action.verb;
   if (verb == "pick") return "a dialog is not picked: this answers a prompt";
   if (verb == "wait") return letTimePass(action.number);
   if (verb == "close") return gestures_.close();
   if (verb == "key") return pressKey(action);
-  if (verb == "expect") return findUnmet(*this, gestures_, action);
+  if (verb == "expect") return findUnmet(dialog_, gestures_, action);
   if (verb == "press") return press(action);
-  ControlModel& control = findControl(*this, action.subject);
+  ControlModel& control = findControl(dialog_, action.subject);
   if (verb == "focus") return gestures_.focus(control);
   if (verb == "tick") return gestures_.tick(control, action.isOn);
   if (verb == "choose") return choose(action);
   if (verb == "select" || verb == "doubleClick") return select(action);
   if (verb == "edit") return edit(action);
   if (Refusal refusal = gestures_.type(control, fromUtf8(action.text))) return refusal;
-  if (verb == "set" && !isEnded()) gestures_.leave();
+  if (verb == "set" && !dialog_.isEnded()) gestures_.leave();
   return std::nullopt;
 }
 
-Refusal ScriptedDialog::choose(const AnswerAction& action) {
-  ControlModel& control = findControl(*this, action.subject);
+Refusal DialogScript::choose(const AnswerAction& action) {
+  ControlModel& control = findControl(dialog_, action.subject);
   const auto* list = dynamic_cast<ListModel*>(&control);
   if (list == nullptr) return "it is no list";
   if (action.index) return gestures_.choose(control, *action.index);
@@ -130,8 +132,8 @@ Refusal ScriptedDialog::choose(const AnswerAction& action) {
   return "it has no entry " + inQuotes(action.text) + ", only: " + (entries.empty() ? "none" : entries);
 }
 
-Refusal ScriptedDialog::select(const AnswerAction& action) {
-  ControlModel& control = findControl(*this, action.subject);
+Refusal DialogScript::select(const AnswerAction& action) {
+  ControlModel& control = findControl(dialog_, action.subject);
   const bool isDouble = action.verb == "doubleClick";
   if (auto* tree = dynamic_cast<TreeModel*>(&control)) {
     if (action.path.empty()) return "a tree item is chosen by \"path\"";
@@ -146,8 +148,8 @@ Refusal ScriptedDialog::select(const AnswerAction& action) {
   return isDouble ? gestures_.doubleClickRow(*grid, row, column) : gestures_.selectRow(*grid, row, column);
 }
 
-Refusal ScriptedDialog::edit(const AnswerAction& action) {
-  ControlModel& control = findControl(*this, action.subject);
+Refusal DialogScript::edit(const AnswerAction& action) {
+  ControlModel& control = findControl(dialog_, action.subject);
   GridModel* grid = gridOf(control);
   if (grid == nullptr) return "it has no cells";
   const int row = findRow(*grid, action.row);
@@ -163,30 +165,30 @@ Refusal ScriptedDialog::edit(const AnswerAction& action) {
   return std::nullopt;
 }
 
-Refusal ScriptedDialog::press(const AnswerAction& action) {
+Refusal DialogScript::press(const AnswerAction& action) {
   const std::string subject = buttonNamed(action);
   std::string name;
   int button = 0;
   if (splitGroupButton(subject, name, button)) {
-    if (auto* group = dynamic_cast<GroupModel*>(&findControl(*this, name)))
+    if (auto* group = dynamic_cast<GroupModel*>(&findControl(dialog_, name)))
       return gestures_.pressInGroup(*group, button);
     return "its buttons cannot be pressed by number: it is no group";
   }
   // What has no button for it can still be left by its frame.
-  if (subject == "cancel" && find(L"cancel") == nullptr) return gestures_.close();
-  ControlModel& control = findControl(*this, subject);
+  if (subject == "cancel" && dialog_.find(L"cancel") == nullptr) return gestures_.close();
+  ControlModel& control = findControl(dialog_, subject);
   if (!action.index) return gestures_.press(control);
   auto* group = dynamic_cast<GroupModel*>(&control);
   if (group == nullptr) return "it is no group";
   return gestures_.pressInGroup(*group, *action.index);
 }
 
-Refusal ScriptedDialog::pressKey(const AnswerAction& action) {
+Refusal DialogScript::pressKey(const AnswerAction& action) {
   if (!action.in.empty()) {
-    ControlModel& control = findControl(*this, action.in);
+    ControlModel& control = findControl(dialog_, action.in);
     GridModel* grid = gridOf(control);
     if (Refusal refusal = gestures_.focus(grid == nullptr ? control : *grid)) return refusal;
-    if (isEnded()) return std::nullopt;
+    if (dialog_.isEnded()) return std::nullopt;
   }
   const std::string& key = action.subject;
   if (key == "F1") return gestures_.help();

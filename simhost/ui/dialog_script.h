@@ -1,0 +1,44 @@
+// The steps of an answer file done to one dialog: each action becomes the gesture that a person would make, and what
+// follows is recorded beside it. Whether the gesture goes to the state alone or through widgets is up to the gestures.
+#pragma once
+
+#include "simhost/ui/answers.h"
+#include "simhost/ui/gestures.h"
+#include "simhost/ui/recorder.h"
+#include "simhost/ui/step_queue.h"
+#include "simhost/ui/virtual_timers.h"
+
+#include <cstdint>
+#include <string>
+
+namespace simhost {
+
+class DialogScript final {
+public:
+  /// All must outlive the script. Time passes for the timers as the steps say.
+  DialogScript(
+      DialogModel& dialog, Gestures& gestures, VirtualTimers& timers, StepQueue& steps, Recorder& recorder);
+
+  /// Until the dialog is ended. A step that cannot be done ends it as cancelled, with the reason in the steps.
+  void run();
+
+private:
+  /// Does all actions of a step. False when the run has failed.
+  bool doStep(const AnswerStep& step);
+  void doAction(const AnswerAction& action);
+  [[nodiscard]] Refusal perform(const AnswerAction& action);
+  [[nodiscard]] Refusal choose(const AnswerAction& action);
+  [[nodiscard]] Refusal select(const AnswerAction& action);
+  [[nodiscard]] Refusal edit(const AnswerAction& action);
+  [[nodiscard]] Refusal press(const AnswerAction& action);
+  [[nodiscard]] Refusal pressKey(const AnswerAction& action);
+  [[nodiscard]] Refusal letTimePass(std::int64_t milliseconds);
+
+  DialogModel& dialog_;
+  Gestures& gestures_;
+  VirtualTimers& timers_;
+  StepQueue& steps_;
+  DialogRecord record_;
+};
+
+} // namespace simhost
