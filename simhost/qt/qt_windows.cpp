@@ -1,14 +1,19 @@
 // Questions, messages and picks on a screen.
 #include "simhost/qt/qt_windows.h"
 
+#include "simhost/qt/file_window.h"
+#include "simhost/qt/help_window.h"
 #include "simhost/qt/qt_text.h"
 #include "simhost/qt/task_box.h"
+#include "simhost/qt/window_pilot.h"
+#include "simhost/qt/window_places.h"
 #include "simhost/ui/answers.h"
 #include "text/encoding.h"
 
 #include <QApplication>
 #include <QGuiApplication>
 #include <QMessageBox>
+#include <QTimer>
 
 #include <cstdio>
 
@@ -40,6 +45,7 @@ std::string handleText(KvDbHandle handle) {
 } // namespace
 
 DrawingPicker::~DrawingPicker() = default;
+WindowPilot::~WindowPilot() = default;
 
 QtWindows::QtWindows() = default;
 QtWindows::~QtWindows() = default;
@@ -65,9 +71,8 @@ TaskAnswer QtWindows::askTask(const TaskQuestion& question) {
   if (!failure_.empty()) return {};
 
   const OpenScope open(openWindows_);
-  TaskBox box(
-      question,
-      QApplication::activeModalWidget() != nullptr ? QApplication::activeModalWidget() : mainWindow_.data());
+  TaskBox box(question, parentOfNext());
+  if (pilot_ != nullptr) QTimer::singleShot(0, &box, [&] { pilot_->drive(box, question); });
   box.exec();
   const TaskAnswer answer = box.answer();
   Json& actions = recorder_.step(step)["do"];
@@ -93,13 +98,78 @@ EntityPick QtWindows::pickEntity(const std::wstring& prompt, bool emptyIsAllowed
   return pick;
 }
 
-FileAnswer QtWindows::askFile(const FileQuestion&, const FileEvents&) {
-  return {};
+FileAnswer QtWindows::askFile(const FileQuestion& question, const FileEvents& events) {
+  Json shown = {
+      {"purpose", question.isSave ? "save" : "open"},
+      {"name", toUtf8(question.fileName)},
+      {"folder", toUtf8(question.folder)},
+      {"types", Json::array()}};
+  for (const std::wstring& type : question.types)
+    shown["types"].push_back(toUtf8(type));
+  DialogRecord record(recorder_, std::string(fileDialog));
+  record.open(std::move(shown));
+  if (!failure_.empty()) return {};
+
+  const OpenScope open(openWindows_);
+  const FileWindow* asked = nullptr;
+  const auto path = [&] { return toUtf8(asked->answer().path); };
+  FileWindow window(
+      question, events,
+      {[&] {
+         record.addAction({{"set", "path"}, {"to", path()}});
+       },
+       [&] {
+         record.addAction({{"set", "type"}, {"to", asked->answer().type}});
+       },
+       [&] {
+         record.addToLast("then", {{"name", path()}});
+       },
+       [&] {
+         record.addAction({{"press", "ok"}});
+       }},
+      parentOfNext());
+  asked = &window;
+  if (pilot_ != nullptr) QTimer::singleShot(0, &window, [&] { pilot_->drive(window, record); });
+  window.exec();
+  if (!window.answer().isOk) record.addAction({{"press", "cancel"}});
+  return window.answer();
 }
 
-std::unique_ptr<DialogWindow> QtWindows::openDialog(const std::wstring& form, CKvUiDialog&) {
-  failure_ = L"the form \"" + form + L"\" cannot be shown";
-  return nullptr;
+std::unique_ptr<DialogWindow> QtWindows::openDialog(const std::wstring& form, CKvUiDialog& dialog) {
+  if (!failure_.empty()) return nullptr;
+  try {
+    const Form loaded = loadForm(formFolder(), form);
+    DialogSurroundings& around = *this;
+    return std::make_unique<QtDialog>(loaded, readLayout(loaded), dialog, around, recorder_, parentOfNext());
+  } catch (const FormError& error) {
+    recorder_.note(toUtf8(form), {{"fault", error.what()}});
+    failure_ = brenvolt::fromUtf8(error.what());
+    return nullptr;
+  }
+}
+
+void QtWindows::dialogOpens(QtDialog& dialog) {
+  dialogs_.push_back(&dialog);
+  if (settings_ != nullptr) restorePlace(*settings_, dialog);
+}
+
+void QtWindows::dialogCloses(QtDialog& dialog) {
+  std::erase(dialogs_, &dialog);
+  if (settings_ != nullptr) keepPlace(*settings_, dialog);
+}
+
+bool QtWindows::isOnTop(const QtDialog& dialog) const {
+  return openWindows_ == 0 && !dialogs_.empty() && dialogs_.back() == &dialog;
+}
+
+void QtWindows::pilot(QtDialog& dialog) {
+  pilot_->drive(dialog);
+}
+
+QWidget* QtWindows::parentOfNext() const {
+  for (auto dialog = dialogs_.rbegin(); dialog != dialogs_.rend(); ++dialog)
+    if ((*dialog)->frame().isVisible()) return &(*dialog)->frame();
+  return mainWindow_.data();
 }
 
 bool QtWindows::showMessage(const std::wstring& text) {
@@ -107,15 +177,19 @@ bool QtWindows::showMessage(const std::wstring& text) {
   const OpenScope open(openWindows_);
   QMessageBox box(
       QMessageBox::Information, QCoreApplication::applicationName(), toQt(text), QMessageBox::Ok,
-      mainWindow_.data());
+      parentOfNext());
   box.setTextFormat(Qt::PlainText);
+  if (pilot_ != nullptr) QTimer::singleShot(0, &box, [&] { pilot_->drive(box); });
   box.exec();
   return true;
 }
 
 bool QtWindows::showHelp(const std::wstring& topic) {
   recorder_.note(helpDialog, {{"topic", toUtf8(topic)}});
-  return false;
+  const std::filesystem::path page = helpPage(helpFolder_, topic);
+  if (page.empty()) return false;
+  showHelpPage(page, parentOfNext());
+  return true;
 }
 
 KvWindow* QtWindows::mainWindow() {
@@ -123,7 +197,7 @@ KvWindow* QtWindows::mainWindow() {
 }
 
 KvWindow* QtWindows::foregroundWindow() {
-  return mainWindow();
+  return dialogs_.empty() ? mainWindow() : dialogs_.back();
 }
 
 KvWindow* QtWindows::promptFrame() {

@@ -2,6 +2,7 @@
 // it, in the format of answer files. The window that shows the drawing is somebody else's and joins by two interfaces.
 #pragma once
 
+#include "simhost/qt/qt_dialog.h"
 #include "simhost/ui/recorder.h"
 #include "simhost/ui/window_system.h"
 
@@ -15,8 +16,8 @@
 
 namespace simhost {
 
-class QtDialog;
 class UserSettings;
+class WindowPilot;
 
 /// Asks in the window that shows the drawing.
 class DrawingPicker {
@@ -27,7 +28,7 @@ public:
   [[nodiscard]] virtual EntityPick pickEntity(const std::wstring& prompt, bool emptyIsAllowed) = 0;
 };
 
-class QtWindows final : public WindowSystem {
+class QtWindows final : public WindowSystem, private DialogSurroundings {
 public:
   /// A QApplication must run.
   QtWindows();
@@ -39,6 +40,8 @@ public:
   void setPicker(DrawingPicker* picker) { picker_ = picker; }
   /// Where place and size of dialogs are kept; null forgets them. Must outlive its use here.
   void setSettings(UserSettings* settings) { settings_ = settings; }
+  /// Null: a person sits there. Must outlive its use here.
+  void setPilot(WindowPilot* pilot) { pilot_ = pilot; }
   /// Where the pages of help are.
   void setHelpFolder(std::filesystem::path folder) { helpFolder_ = std::move(folder); }
 
@@ -48,6 +51,7 @@ public:
   void beginRun();
   /// All that was asked, shown and answered so far as the text of an answer file.
   [[nodiscard]] std::string recording() const { return recorder_.text(); }
+  [[nodiscard]] Recorder& recorder() { return recorder_; }
 
   [[nodiscard]] TaskAnswer askTask(const TaskQuestion& question) override;
   [[nodiscard]] EntityPick pickEntity(const std::wstring& prompt, bool emptyIsAllowed) override;
@@ -70,10 +74,19 @@ public:
   [[nodiscard]] const std::wstring& failure() const override { return failure_; }
 
 private:
+  void dialogOpens(QtDialog& dialog) override;
+  void dialogCloses(QtDialog& dialog) override;
+  [[nodiscard]] bool isOnTop(const QtDialog& dialog) const override;
+  [[nodiscard]] bool isPiloted() const override { return pilot_ != nullptr; }
+  void pilot(QtDialog& dialog) override;
+  /// Whom a new window belongs to: the dialog on top that is seen, else the main window.
+  [[nodiscard]] QWidget* parentOfNext() const;
+
   Recorder recorder_;
   QPointer<QWidget> mainWindow_;
   std::unique_ptr<KvWindow> mainFace_; ///< stands for the main window where the plug-in hands windows around
   DrawingPicker* picker_ = nullptr;
+  WindowPilot* pilot_ = nullptr;
   UserSettings* settings_ = nullptr;
   std::filesystem::path helpFolder_;
   std::vector<QtDialog*> dialogs_; ///< open ones, the topmost last; their runs own them

@@ -47,7 +47,7 @@ public:
   virtual void forget(ControlModel& control);
 
   [[nodiscard]] ControlModel* focus() const { return focus_; }
-  virtual void setFocus(ControlModel* control) { focus_ = control; }
+  void setFocus(ControlModel* control) { focus_ = control; }
 
   virtual void touched(ControlModel& control) { touched_.insert(&control); }
   /// What is shown of all controls; empty descriptions are left out.

@@ -49,6 +49,22 @@ void DialogRecord::addAction(Json action) {
   hasAction_ = true;
 }
 
+bool DialogRecord::replaceLast(Json action) {
+  if (!hasAction_ || recorder_.count() != actionStep_ + 1) return false;
+  Json& last = recorder_.step(actionStep_)["do"][action_];
+  if (last.contains("then")) action["then"] = std::move(last["then"]);
+  last = std::move(action);
+  return true;
+}
+
+void DialogRecord::dropLast() {
+  if (!hasAction_ || recorder_.count() != actionStep_ + 1) return;
+  Json& actions = recorder_.step(actionStep_)["do"];
+  actions.erase(action_);
+  hasAction_ = action_ > 0;
+  if (hasAction_) --action_;
+}
+
 void DialogRecord::addToLast(const char* member, Json value) {
   Json& last = hasAction_ ? recorder_.step(actionStep_)["do"][action_] : recorder_.step(step_)["shown"];
   last[member] = std::move(value);

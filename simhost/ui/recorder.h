@@ -39,6 +39,11 @@ public:
   /// When the dialog comes up.
   void open(Json shown);
   void addAction(Json action);
+  /// Puts another action in the place of the last one, which keeps what followed from it. False when a step of another
+  /// dialog has come since.
+  bool replaceLast(Json action);
+  /// Takes back an action that could not be done; what followed from it belongs to the one before.
+  void dropLast();
   /// Beside the last action, or what was shown at first when there was none yet.
   void addToLast(const char* member, Json value);
   /// Changes upon the last action, or of the opening when there was none.

@@ -1,0 +1,350 @@
+// What all views share, and those of single values: texts, lists, ticks, buttons.
+#include "simhost/qt/control_view.h"
+
+#include "simhost/qt/grid_view.h"
+#include "simhost/qt/icons.h"
+#include "simhost/qt/pages_view.h"
+#include "simhost/qt/qt_dialog.h"
+#include "simhost/qt/qt_text.h"
+#include "simhost/qt/tree_view.h"
+#include "simhost/ui/pages_model.h"
+#include "text/encoding.h"
+
+#include <QCheckBox>
+#include <QComboBox>
+#include <QLabel>
+#include <QLineEdit>
+#include <QListWidget>
+#include <QPushButton>
+#include <QRadioButton>
+#include <QSignalBlocker>
+#include <QWheelEvent>
+
+#include <nlohmann/json.hpp>
+
+#include <utility>
+
+namespace simhost {
+
+using brenvolt::toUtf8;
+using Json = nlohmann::ordered_json;
+
+namespace {
+
+std::string readingOf(const QString& text) {
+  return text.toStdString();
+}
+
+void setShortest(QWidget& widget, int characters) {
+  if (characters > 0) widget.setMinimumWidth(widget.fontMetrics().averageCharWidth() * (characters + 3));
+}
+
+class TextView final : public ControlView {
+public:
+  TextView(QtDialog& dialog, TextModel& model, const ControlLook& look)
+      : ControlView(dialog, model), text_(model), edit_(new QLineEdit) {
+    setShortest(*edit_, look.width);
+    QObject::connect(edit_, &QLineEdit::textEdited, edit_, [this](const QString& text) {
+      this->dialog().act(
+          {{"type", toUtf8(text_.role())}, {"to", readingOf(text)}},
+          [this, &text](Gestures& gestures, Json&) { return gestures.type(text_, fromQt(text)); });
+    });
+  }
+  [[nodiscard]] QWidget& widget() const override { return *edit_; }
+  [[nodiscard]] Json reading() const override { return {{"text", readingOf(edit_->text())}}; }
+
+private:
+  void show() override {
+    const QString text = toQt(text_.Text());
+    if (edit_->text() != text) {
+      edit_->setText(text);
+      // Of a text that is too long the beginning is seen.
+      if (!edit_->hasFocus()) edit_->setCursorPosition(0);
+    }
+    edit_->setReadOnly(text_.isReadOnly());
+    // What can only be read looks like the window, not like a field that waits.
+    edit_->setFrame(!text_.isReadOnly());
+    QPalette palette = edit_->window()->palette();
+    if (text_.isReadOnly()) palette.setColor(QPalette::Base, palette.color(QPalette::Window));
+    edit_->setPalette(palette);
+  }
+
+  TextModel& text_;
+  QLineEdit* edit_;
+};
+
+/// Hears of its list before it opens: another field may be left by that, and the entries may be others then.
+class OpeningComboBox final : public QComboBox {
+public:
+  explicit OpeningComboBox(std::function<bool()> opens) : opens_(std::move(opens)) {}
+  void showPopup() override {
+    if (opens_()) QComboBox::showPopup();
+  }
+
+protected:
+  /// A wheel that turns over a list on its way changes nothing.
+  void wheelEvent(QWheelEvent* event) override {
+    if (hasFocus())
+      QComboBox::wheelEvent(event);
+    else
+      event->ignore();
+  }
+
+private:
+  std::function<bool()> opens_;
+};
+
+/// Both ways to show a list tell of a choice the same way.
+class ListViewBase : public ControlView {
+public:
+  ListViewBase(QtDialog& dialog, ListModel& model) : ControlView(dialog, model), list_(model) {}
+
+protected:
+  [[nodiscard]] ListModel& list() const { return list_; }
+  void choose(int index) {
+    const std::wstring text = list_.TextAt(index);
+    Json action = {{"choose", toUtf8(list_.role())}};
+    if (list_.indexOf(text) == index)
+      action["to"] = toUtf8(text);
+    else
+      action["index"] = index;
+    dialog().act(std::move(action), [this, index](Gestures& gestures, Json&) {
+      return gestures.choose(list_, index);
+    });
+  }
+  [[nodiscard]] QStringList entries() const {
+    QStringList texts;
+    for (int index = 0; index < list_.Count(); ++index)
+      texts.append(toQt(list_.TextAt(index)));
+    return texts;
+  }
+
+private:
+  ListModel& list_;
+};
+
+class ComboView final : public ListViewBase {
+public:
+  ComboView(QtDialog& dialog, ListModel& model, const ControlLook& look)
+      : ListViewBase(dialog, model), box_(new OpeningComboBox([this] { return opens(); })) {
+    box_->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
+    box_->setMinimumContentsLength(look.width > 0 ? look.width : 8);
+    box_->setMaxVisibleItems(20);
+    if (model.isEditable()) {
+      box_->setEditable(true);
+      box_->setInsertPolicy(QComboBox::NoInsert);
+      // Completing would put texts into the field that nobody typed.
+      box_->setCompleter(nullptr);
+      QObject::connect(box_->lineEdit(), &QLineEdit::textEdited, box_, [this](const QString& text) {
+        this->dialog().act(
+            {{"type", toUtf8(list().role())}, {"to", readingOf(text)}},
+            [this, &text](Gestures& gestures, Json&) { return gestures.type(list(), fromQt(text)); });
+      });
+    }
+    QObject::connect(box_, &QComboBox::activated, box_, [this](int index) { choose(index); });
+  }
+  [[nodiscard]] QWidget& widget() const override { return *box_; }
+  [[nodiscard]] Json reading() const override {
+    Json choices = Json::array();
+    for (int index = 0; index < box_->count(); ++index)
+      choices.push_back(readingOf(box_->itemText(index)));
+    return {{"choices", std::move(choices)}, {"text", readingOf(box_->currentText())}};
+  }
+
+private:
+  [[nodiscard]] bool opens() {
+    dialog().focusBy(*this);
+    return !dialog().isEnded() && box_->isEnabled() && box_->isVisible();
+  }
+
+  void show() override {
+    const QStringList wanted = entries();
+    QStringList shown;
+    for (int index = 0; index < box_->count(); ++index)
+      shown.append(box_->itemText(index));
+    if (shown != wanted) {
+      box_->clear();
+      box_->addItems(wanted);
+    }
+    box_->setCurrentIndex(list().Selected());
+    if (list().isEditable() && box_->currentText() != toQt(list().Text()))
+      box_->setEditText(toQt(list().Text()));
+  }
+
+  QComboBox* box_;
+};
+
+/// A list that stands open.
+class OpenListView final : public ListViewBase {
+public:
+  OpenListView(QtDialog& dialog, ListModel& model, const ControlLook& look)
+      : ListViewBase(dialog, model), box_(new QListWidget) {
+    box_->setMinimumHeight(box_->fontMetrics().height() * look.rows + 2 * box_->frameWidth());
+    QObject::connect(box_, &QListWidget::currentRowChanged, box_, [this](int index) {
+      if (index >= 0) choose(index);
+    });
+  }
+  [[nodiscard]] QWidget& widget() const override { return *box_; }
+  [[nodiscard]] Json reading() const override {
+    Json choices = Json::array();
+    for (int index = 0; index < box_->count(); ++index)
+      choices.push_back(readingOf(box_->item(index)->text()));
+    const QListWidgetItem* current = box_->currentItem();
+    return {
+        {"choices", std::move(choices)},
+        {"text", current == nullptr ? std::string() : readingOf(current->text())}};
+  }
+
+private:
+  void show() override {
+    const QStringList wanted = entries();
+    QStringList shown;
+    for (int index = 0; index < box_->count(); ++index)
+      shown.append(box_->item(index)->text());
+    if (shown != wanted) {
+      box_->clear();
+      box_->addItems(wanted);
+    }
+    box_->setCurrentRow(list().Selected());
+  }
+
+  QListWidget* box_;
+};
+
+class TickView final : public ControlView {
+public:
+  TickView(QtDialog& dialog, TickModel& model)
+      : ControlView(dialog, model), tick_(model),
+        button_(
+            model.kind() == ControlKind::radio ? static_cast<QAbstractButton*>(new QRadioButton)
+                                               : new QCheckBox) {
+    // Radio buttons exclude each other by the rules of the form.
+    button_->setAutoExclusive(false);
+    // A click is one gesture: it leaves the former field and ticks.
+    button_->setFocusPolicy(Qt::TabFocus);
+    QObject::connect(button_, &QAbstractButton::clicked, button_, [this](bool isOn) {
+      const bool wanted = tick_.kind() == ControlKind::radio || isOn;
+      this->dialog().act(
+          {{"tick", toUtf8(tick_.role())}, {"to", wanted}},
+          [this, wanted](Gestures& gestures, Json&) { return gestures.tick(tick_, wanted); });
+    });
+  }
+  [[nodiscard]] QWidget& widget() const override { return *button_; }
+  [[nodiscard]] bool hasOwnLabel() const override { return true; }
+  [[nodiscard]] Json reading() const override { return {{"checked", button_->isChecked()}}; }
+
+private:
+  void show() override {
+    button_->setText(labelText());
+    button_->setChecked(tick_.IsChecked());
+  }
+
+  TickModel& tick_;
+  QAbstractButton* button_;
+};
+
+class ButtonView final : public ControlView {
+public:
+  ButtonView(QtDialog& dialog, ButtonModel& model)
+      : ControlView(dialog, model), button_(model), push_(new QPushButton) {
+    push_->setFocusPolicy(Qt::TabFocus);
+    push_->setAutoDefault(false);
+    push_->setDefault(model.form().isDefault);
+    QObject::connect(push_, &QPushButton::clicked, push_, [this] {
+      this->dialog().act({{"press", toUtf8(button_.role())}}, [this](Gestures& gestures, Json&) {
+        return gestures.press(button_);
+      });
+    });
+  }
+  [[nodiscard]] QWidget& widget() const override { return *push_; }
+  [[nodiscard]] bool hasOwnLabel() const override { return true; }
+  [[nodiscard]] Json reading() const override {
+    Json reading = Json::object();
+    if (!push_->icon().isNull()) reading["image"] = image_;
+    return reading;
+  }
+
+private:
+  void show() override {
+    push_->setText(labelText());
+    if (image_ == button_.image()) return;
+    image_ = button_.image();
+    push_->setIcon(buttonIcon(image_, push_->palette()));
+  }
+
+  ButtonModel& button_;
+  QPushButton* push_;
+  unsigned image_ = 0;
+};
+
+} // namespace
+
+ControlView::~ControlView() = default;
+
+void ControlView::setLabel(QLabel* label, QLabel* unit) {
+  label_ = label;
+  unit_ = unit;
+  if (label_ != nullptr) label_->setBuddy(&focusWidget());
+}
+
+void ControlView::setMnemonic(QChar letter) {
+  mnemonic_ = letter;
+  refresh();
+}
+
+QString ControlView::labelText() const {
+  QString text = toQtPlain(model_.label());
+  if (mnemonic_.isNull()) return text;
+  const qsizetype at = text.indexOf(mnemonic_, 0, Qt::CaseInsensitive);
+  return at < 0 ? text : text.insert(at, QLatin1Char('&'));
+}
+
+bool ControlView::isLocked() const {
+  const PagesModel* pages = model_.pages();
+  return pages != nullptr && pages->IsLocked(model_.page());
+}
+
+void ControlView::refresh() {
+  QWidget& shown = widget();
+  const QSignalBlocker quiet(&focusWidget());
+  show();
+  const bool isEnabled = model_.isEnabled() && !isLocked();
+  shown.setEnabled(isEnabled);
+  shown.setVisible(model_.isVisible());
+  shown.setToolTip(toQt(model_.tooltip()));
+  shown.setAccessibleName(toQt(model_.label()));
+  for (QLabel* beside : {label_.data(), unit_.data()})
+    if (beside != nullptr) {
+      beside->setVisible(model_.isVisible());
+      beside->setEnabled(isEnabled);
+      beside->setToolTip(shown.toolTip());
+    }
+  if (label_ != nullptr) label_->setText(labelText());
+}
+
+std::unique_ptr<ControlView> makeView(QtDialog& dialog, ControlModel& model, const ControlLook& look) {
+  if (auto* group = dynamic_cast<GroupModel*>(&model)) return makeGroupView(dialog, *group);
+  switch (model.kind()) {
+  case ControlKind::text:
+    return std::make_unique<TextView>(dialog, dynamic_cast<TextModel&>(model), look);
+  case ControlKind::list:
+    if (look.rows > 0) return std::make_unique<OpenListView>(dialog, dynamic_cast<ListModel&>(model), look);
+    return std::make_unique<ComboView>(dialog, dynamic_cast<ListModel&>(model), look);
+  case ControlKind::editableList:
+    return std::make_unique<ComboView>(dialog, dynamic_cast<ListModel&>(model), look);
+  case ControlKind::tick:
+  case ControlKind::radio:
+    return std::make_unique<TickView>(dialog, dynamic_cast<TickModel&>(model));
+  case ControlKind::button:
+    return std::make_unique<ButtonView>(dialog, dynamic_cast<ButtonModel&>(model));
+  case ControlKind::tree:
+    return makeTreeView(dialog, dynamic_cast<TreeModel&>(model), look);
+  case ControlKind::grid:
+    return makeGridView(dialog, dynamic_cast<GridModel&>(model), look);
+  case ControlKind::pages:
+    return makePagesView(dialog, dynamic_cast<PagesModel&>(model));
+  }
+  return nullptr;
+}
+
+} // namespace simhost

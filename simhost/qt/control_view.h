@@ -1,0 +1,67 @@
+// The widgets of a dialog, one view for each control: it shows what stands behind the control, and tells the dialog
+// what the person does to it. No view decides anything.
+#pragma once
+
+#include "simhost/qt/form_layout.h"
+#include "simhost/ui/control_model.h"
+
+#include <QLabel>
+#include <QPointer>
+#include <QWidget>
+
+#include <nlohmann/json_fwd.hpp>
+
+#include <memory>
+#include <vector>
+
+namespace simhost {
+
+class QtDialog;
+
+class ControlView {
+public:
+  ControlView(QtDialog& dialog, ControlModel& model) : dialog_(dialog), model_(model) {}
+  ControlView(const ControlView&) = delete;
+  ControlView& operator=(const ControlView&) = delete;
+  virtual ~ControlView();
+
+  [[nodiscard]] ControlModel& model() const { return model_; }
+  [[nodiscard]] QtDialog& dialog() const { return dialog_; }
+  /// What stands in the layout. The window owns it.
+  [[nodiscard]] virtual QWidget& widget() const = 0;
+  /// What takes the keyboard.
+  [[nodiscard]] virtual QWidget& focusWidget() const { return widget(); }
+  /// The control that has the focus when the widget has it: of a group its grid.
+  [[nodiscard]] virtual ControlModel& focusModel() const { return model_; }
+  /// Whether its label stands on the widget itself.
+  [[nodiscard]] virtual bool hasOwnLabel() const { return false; }
+  /// What a person can read in the widgets, with the members of `ControlModel::shown`: whoever compares the two finds
+  /// a widget that does not show what it should.
+  [[nodiscard]] virtual nlohmann::ordered_json reading() const = 0;
+
+  /// Shows the state as it stands.
+  void refresh();
+  void setLabel(QLabel* label, QLabel* unit);
+  [[nodiscard]] QLabel* label() const { return label_; }
+  /// The letter that reaches the control; the view puts it into its label.
+  void setMnemonic(QChar letter);
+
+protected:
+  virtual void show() = 0;
+  /// The label with its mnemonic marked.
+  [[nodiscard]] QString labelText() const;
+  [[nodiscard]] bool isLocked() const;
+
+private:
+  QtDialog& dialog_;
+  ControlModel& model_;
+  QPointer<QLabel> label_;
+  QPointer<QLabel> unit_;
+  QChar mnemonic_;
+};
+
+/// The view of a control's kind.
+[[nodiscard]] std::unique_ptr<ControlView> makeView(
+    QtDialog& dialog, ControlModel& model, const ControlLook& look);
+
+} // namespace simhost

@@ -1,0 +1,50 @@
+// The timers of a dialog on a screen: virtual ones, which time drives as it passes for the person. They stand still
+// while another window is open, and a recording can tell exactly how much time they were given.
+#pragma once
+
+#include "simhost/ui/virtual_timers.h"
+
+#include <QElapsedTimer>
+#include <QTimer>
+
+#include <cstdint>
+#include <functional>
+#include <optional>
+
+namespace simhost {
+
+class DialogClock final {
+public:
+  /// `due` is called when time is to be passed. By hand: time stands still but for what `timers` are told.
+  explicit DialogClock(std::function<void()> due);
+
+  void start(int timer, int milliseconds);
+  void kill(int timer);
+  void setByHand() { isByHand_ = true; }
+  [[nodiscard]] VirtualTimers& timers() { return timers_; }
+
+  /// Lets the time pass that has passed. `fire` answers false when the dialog has ended. False when the timers cannot
+  /// come to rest.
+  bool pass(const std::function<bool(int timer)>& fire);
+  /// Time that has passed until now is nobody's.
+  void skip() { watch_.restart(); }
+  /// Looks again at when the next timer is due.
+  void arm();
+
+  /// An action has been done.
+  void markAction();
+  /// What must be said of the time since then, so that a replay gives it to the timers: nothing when each timer was
+  /// given its time and none is left, else the milliseconds.
+  [[nodiscard]] std::optional<std::int64_t> waitToTell() const;
+
+private:
+  VirtualTimers timers_;
+  QTimer alarm_;
+  QElapsedTimer watch_;
+  bool isByHand_ = false;
+  std::int64_t actionAt_ = 0;   ///< when the last action was done
+  std::int64_t dueAt_ = 0;      ///< when each timer that ran then had been due once
+  std::int64_t restsSince_ = 0; ///< when the last timer stopped
+};
+
+} // namespace simhost

@@ -1,0 +1,87 @@
+// Qt's own dialog for file names: it is the same on every platform, and the flow decides what it takes.
+#include "simhost/qt/file_window.h"
+
+#include "simhost/qt/qt_text.h"
+
+#include <QDir>
+#include <QFileInfo>
+#include <QLineEdit>
+#include <QSignalBlocker>
+
+#include <utility>
+
+namespace simhost {
+
+namespace {
+
+/// A title that names no pattern shows all files.
+QString filterOf(const std::wstring& title) {
+  const QString text = toQt(title);
+  return text.contains(QLatin1String("(*")) ? text : text + QLatin1String(" (*)");
+}
+
+} // namespace
+
+FileWindow::FileWindow(const FileQuestion& question, const FileEvents& events, Notes notes, QWidget* parent)
+    : QFileDialog(parent), events_(events), notes_(std::move(notes)) {
+  setObjectName("file");
+  setOption(DontUseNativeDialog);
+  // The flow asks itself whether to replace a file: it may also append.
+  setOption(DontConfirmOverwrite);
+  setAcceptMode(question.isSave ? AcceptSave : AcceptOpen);
+  setFileMode(AnyFile);
+  setDirectory(question.folder.empty() ? QDir::currentPath() : toQt(question.folder));
+  folder_ = directory().absolutePath();
+  for (const std::wstring& type : question.types)
+    filters_.append(filterOf(type));
+  if (!filters_.isEmpty()) setNameFilters(filters_);
+  answer_.path = question.fileName;
+  nameField().setText(toQt(question.fileName));
+  connect(this, &QFileDialog::filterSelected, this, [this](const QString& filter) { takeType(filter); });
+}
+
+QLineEdit& FileWindow::nameField() const {
+  return *findChild<QLineEdit*>("fileNameEdit");
+}
+
+std::wstring FileWindow::path() const {
+  const QString typed = nameField().text();
+  if (directory().absolutePath() == folder_ || QFileInfo(typed).isAbsolute()) return fromQt(typed);
+  return fromQt(directory().filePath(typed));
+}
+
+void FileWindow::takeType(const QString& filter) {
+  const qsizetype type = filters_.indexOf(filter) + 1;
+  if (type < 1) return;
+  if (const std::wstring typed = path(); typed != answer_.path) {
+    answer_.path = typed;
+    notes_.pathSet();
+  }
+  answer_.type = static_cast<int>(type);
+  notes_.typeSet();
+  if (events_.typeChanged) answer_.path = events_.typeChanged(answer_.type, answer_.path);
+  notes_.typeAnswered();
+  nameField().setText(toQt(answer_.path));
+}
+
+void FileWindow::accept() {
+  const std::wstring typed = path();
+  if (typed.empty()) return;
+  // A folder is gone into.
+  const QFileInfo info(QDir(directory()).filePath(nameField().text()));
+  if (info.isDir()) {
+    setDirectory(info.absoluteFilePath());
+    nameField().clear();
+    return;
+  }
+  if (typed != answer_.path) {
+    answer_.path = typed;
+    notes_.pathSet();
+  }
+  notes_.okPressed();
+  answer_.isOk = true;
+  if (!events_.accept || events_.accept(answer_)) return QDialog::accept();
+  answer_.isOk = false;
+}
+
+} // namespace simhost

@@ -1,0 +1,42 @@
+// Where the controls of a form stand on a screen: rows, columns, fields with their labels and units, titled sections,
+// splits. docs/answers.md, "Forms", describes the members.
+#pragma once
+
+#include "simhost/ui/forms.h"
+
+#include <map>
+#include <string>
+#include <vector>
+
+namespace simhost {
+
+/// A place that holds a control or other places.
+struct LayoutNode {
+  enum class Kind { control, column, row, fields, section, split, space };
+  Kind kind = Kind::control;
+  std::wstring text; ///< role of a control, title of a section
+  int stretch = 0;   ///< share of the room that is left over
+  std::vector<LayoutNode> children;
+};
+
+/// How one control is shown.
+struct ControlLook {
+  std::wstring unit;  ///< beside the field
+  int width = 0;      ///< characters that the field shows at least; 0 for the kind's own
+  int rows = 0;       ///< of a list: it stands open with so many entries; of a text: it has so many lines
+  std::wstring icons; ///< of a tree: which pictures its image numbers mean; empty for none
+};
+
+struct FormLayout {
+  LayoutNode content;
+  std::vector<std::wstring> buttons; ///< in the row that closes the window; the platform puts them in order
+  int width = 0;                     ///< at the first opening, 0 for what the controls need
+  int height = 0;
+  std::map<std::wstring, ControlLook> looks; ///< by role
+};
+
+/// Takes the layout of a form apart; a form without one gets its controls below each other. Throws FormError when a
+/// role stands nowhere, twice, or is none of the form's.
+[[nodiscard]] FormLayout readLayout(const Form& form);
+
+} // namespace simhost

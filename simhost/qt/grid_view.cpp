@@ -1,0 +1,361 @@
+// Cells of a grid as a table, with editors for texts, drop-downs and ticks.
+#include "simhost/qt/grid_view.h"
+
+#include "simhost/qt/qt_dialog.h"
+#include "simhost/qt/qt_text.h"
+#include "text/encoding.h"
+
+#include <QAbstractTableModel>
+#include <QApplication>
+#include <QComboBox>
+#include <QHeaderView>
+#include <QSignalBlocker>
+#include <QStyledItemDelegate>
+#include <QToolTip>
+
+#include <nlohmann/json.hpp>
+
+#include <algorithm>
+#include <numeric>
+
+namespace simhost {
+
+using brenvolt::toUtf8;
+using Json = nlohmann::ordered_json;
+
+namespace {
+
+/// Of a long grid so many rows tell how wide the columns are.
+constexpr int rowsMeasured = 200;
+/// A column of texts is not wider than this, in characters.
+constexpr int widestColumn = 40;
+
+bool isDark(const QPalette& palette) {
+  return palette.color(QPalette::Base).lightness() < 128;
+}
+
+/// Rows of the model count from 0 here; the header is row 0 of the grid.
+class GridTableModel final : public QAbstractTableModel {
+public:
+  GridTableModel(QtDialog& dialog, GridModel& grid, QObject* parent)
+      : QAbstractTableModel(parent), dialog_(dialog), grid_(grid) {}
+
+  [[nodiscard]] int rowCount(const QModelIndex& parent = {}) const override {
+    return parent.isValid() ? 0 : rows_;
+  }
+  [[nodiscard]] int columnCount(const QModelIndex& parent = {}) const override {
+    return parent.isValid() ? 0 : columns_;
+  }
+
+  [[nodiscard]] QVariant data(const QModelIndex& index, int role) const override {
+    const int row = index.row() + 1;
+    const KvUiCellKind kind = grid_.cellKind(row, index.column());
+    const QString text = toQt(grid_.Cell(row, index.column()));
+    const bool isAlert = grid_.cellTone(row, index.column()) == KvUiCellTone::alert;
+    switch (role) {
+    case Qt::DisplayRole:
+      return kind == KvUiCellKind::tick ? QVariant() : QVariant(text);
+    case Qt::EditRole:
+      return text;
+    case Qt::ToolTipRole:
+      return text.isEmpty() ? QVariant() : QVariant(text);
+    case Qt::CheckStateRole:
+      if (kind != KvUiCellKind::tick || row > grid_.RowCount()) return {};
+      return text == QLatin1String("1") ? Qt::Checked : Qt::Unchecked;
+    case Qt::ForegroundRole:
+      if (isAlert)
+        return isDark(QApplication::palette()) ? QColor(0xFF, 0xB4, 0xAB) : QColor(0x9B, 0x00, 0x1C);
+      return {};
+    case Qt::BackgroundRole:
+      if (isAlert)
+        return isDark(QApplication::palette()) ? QColor(0x5C, 0x12, 0x1B) : QColor(0xFD, 0xE3, 0xE5);
+      if (kind == KvUiCellKind::fixed && grid_.IsEditable())
+        return QApplication::palette().brush(QPalette::Window);
+      return {};
+    default:
+      return {};
+    }
+  }
+
+  [[nodiscard]] QVariant headerData(int section, Qt::Orientation orientation, int role) const override {
+    if (role != Qt::DisplayRole) return {};
+    if (orientation == Qt::Horizontal) return toQt(grid_.Cell(0, section));
+    return section < grid_.RowCount() ? QString() : QStringLiteral("*");
+  }
+
+  [[nodiscard]] Qt::ItemFlags flags(const QModelIndex& index) const override {
+    Qt::ItemFlags flags = Qt::ItemIsEnabled | Qt::ItemIsSelectable;
+    const KvUiCellKind kind = grid_.cellKind(index.row() + 1, index.column());
+    if (!grid_.IsEditable() || kind == KvUiCellKind::fixed) return flags;
+    return flags | (kind == KvUiCellKind::tick ? Qt::ItemIsUserCheckable : Qt::ItemIsEditable);
+  }
+
+  bool setData(const QModelIndex& index, const QVariant& value, int role) override {
+    const int row = index.row() + 1;
+    const int column = index.column();
+    const bool isTick = role == Qt::CheckStateRole;
+    const std::wstring text =
+        isTick ? std::wstring(value.toInt() == Qt::Checked ? L"1" : L"0") : fromQt(value.toString());
+    Json action = {{"edit", toUtf8(grid_.role())}, {"row", row}, {"column", column}};
+    if (isTick)
+      action["to"] = text == L"1";
+    else
+      action["to"] = toUtf8(text);
+    bool isTaken = true;
+    dialog_.act(std::move(action), [&](Gestures& gestures, Json& written) {
+      CellAnswer answer = CellAnswer::taken;
+      Refusal refusal = gestures.editCell(grid_, row, column, text, answer);
+      isTaken = !refusal && answer == CellAnswer::taken;
+      if (!refusal && answer == CellAnswer::refused) written["refused"] = true;
+      return refusal;
+    });
+    if (!isTaken) QApplication::beep();
+    return isTaken;
+  }
+
+  [[nodiscard]] QStringList choicesAt(const QModelIndex& index) const {
+    QStringList choices;
+    for (const std::wstring& choice : dialog_.gestures().cellChoices(grid_, index.row() + 1, index.column()))
+      choices.append(toQt(choice));
+    return choices;
+  }
+  [[nodiscard]] bool isDropDown(const QModelIndex& index) const {
+    return grid_.cellKind(index.row() + 1, index.column()) == KvUiCellKind::dropDown;
+  }
+
+  void refresh() {
+    const int rows = grid_.RowCount() + (grid_.hasNewRow() ? 1 : 0);
+    const int columns = grid_.ColumnCount();
+    if (rows != rows_ || columns != columns_) {
+      beginResetModel();
+      rows_ = rows;
+      columns_ = columns;
+      endResetModel();
+    } else if (rows > 0 && columns > 0) {
+      emit dataChanged(index(0, 0), index(rows - 1, columns - 1));
+    }
+    if (columns > 0) emit headerDataChanged(Qt::Horizontal, 0, columns - 1);
+  }
+
+private:
+  QtDialog& dialog_;
+  GridModel& grid_;
+  int rows_ = 0; ///< as last told to the table
+  int columns_ = 0;
+};
+
+/// Offers the list of a drop-down cell as it is when it opens.
+class CellEditors final : public QStyledItemDelegate {
+public:
+  CellEditors(const GridTableModel& model, QObject* parent) : QStyledItemDelegate(parent), model_(model) {}
+
+  QWidget* createEditor(
+      QWidget* parent, const QStyleOptionViewItem& option, const QModelIndex& index) const override {
+    if (!model_.isDropDown(index)) return QStyledItemDelegate::createEditor(parent, option, index);
+    auto* box = new QComboBox(parent);
+    box->addItems(model_.choicesAt(index));
+    auto* self = const_cast<CellEditors*>(this);
+    connect(box, &QComboBox::activated, self, [self, box] {
+      emit self->commitData(box);
+      emit self->closeEditor(box);
+    });
+    return box;
+  }
+
+  void setEditorData(QWidget* editor, const QModelIndex& index) const override {
+    auto* box = qobject_cast<QComboBox*>(editor);
+    if (box == nullptr) return QStyledItemDelegate::setEditorData(editor, index);
+    // Other cells change while it is open; what it shows is up to the person.
+    if (box->property("opened").toBool()) return;
+    box->setProperty("opened", true);
+    box->setCurrentIndex(box->findText(index.data(Qt::EditRole).toString()));
+    QMetaObject::invokeMethod(
+        box, [box] { box->showPopup(); }, Qt::QueuedConnection);
+  }
+
+  void setModelData(QWidget* editor, QAbstractItemModel* model, const QModelIndex& index) const override {
+    const auto* box = qobject_cast<const QComboBox*>(editor);
+    if (box == nullptr) return QStyledItemDelegate::setModelData(editor, model, index);
+    if (box->currentIndex() >= 0) model->setData(index, box->currentText(), Qt::EditRole);
+  }
+
+private:
+  const GridTableModel& model_;
+};
+
+class ShownGrid final : public GridTable {
+public:
+  ShownGrid(QtDialog& dialog, GridModel& grid)
+      : dialog_(dialog), grid_(grid), model_(new GridTableModel(dialog, grid, this)) {
+    setModel(model_);
+    setItemDelegate(new CellEditors(*model_, this));
+    setSelectionBehavior(SelectRows);
+    setSelectionMode(SingleSelection);
+    setEditTriggers(SelectedClicked | EditKeyPressed | AnyKeyPressed);
+    setTabKeyNavigation(false);
+    setWordWrap(false);
+    setAlternatingRowColors(true);
+    verticalHeader()->hide();
+    verticalHeader()->setDefaultSectionSize(fontMetrics().height() + 8);
+    horizontalHeader()->setHighlightSections(false);
+    horizontalHeader()->setResizeContentsPrecision(rowsMeasured);
+    horizontalHeader()->setDefaultAlignment(Qt::AlignLeft | Qt::AlignVCenter);
+    connect(this, &QTableView::doubleClicked, this, [this](const QModelIndex& index) {
+      const int row = index.row() + 1;
+      const int column = index.column();
+      if (row > grid_.RowCount()) return edit(index);
+      dialog_.act(
+          {{"doubleClick", toUtf8(grid_.role())}, {"row", row}, {"column", column}},
+          [this, row, column](Gestures& gestures, Json&) {
+            return gestures.doubleClickRow(grid_, row, column);
+          });
+    });
+  }
+
+  void refresh() override {
+    model_->refresh();
+    for (int column = 0; column < grid_.ColumnCount(); ++column)
+      setColumnHidden(column, grid_.isHidden(column));
+    const QSignalBlocker quiet(selectionModel());
+    const int selected = grid_.SelectedRow();
+    if (selected == 0) {
+      if (!isOnNewRow()) setCurrentIndex({});
+      clearSelection();
+    } else if (currentIndex().row() + 1 != selected || !selectionModel()->isRowSelected(selected - 1)) {
+      const int column = std::max(0, currentIndex().column());
+      const QModelIndex index = model_->index(selected - 1, shownColumn(column));
+      selectionModel()->setCurrentIndex(
+          index, QItemSelectionModel::ClearAndSelect | QItemSelectionModel::Rows);
+    }
+    if (const int row = grid_.takeScrollTarget(); row > 0)
+      scrollTo(model_->index(row - 1, shownColumn(0)), PositionAtCenter);
+    layOutColumns();
+    viewport()->update();
+  }
+
+  [[nodiscard]] Json reading() const override {
+    const int rows = grid_.hasNewRow() ? model_->rowCount() - 1 : model_->rowCount();
+    Json alerts = Json::array();
+    for (int row = 0; row < rows; ++row)
+      for (int column = 0; column < model_->columnCount(); ++column)
+        if (model_->index(row, column).data(Qt::ForegroundRole).isValid())
+          alerts.push_back(Json::array({row + 1, column}));
+    const QModelIndexList selected = selectionModel()->selectedRows();
+    Json reading = {{"rowCount", rows}, {"selectedRow", selected.isEmpty() ? 0 : selected.front().row() + 1}};
+    Json header = Json::array();
+    for (int column = 0; column < model_->columnCount(); ++column)
+      if (!isColumnHidden(column))
+        header.push_back(
+            model_->headerData(column, Qt::Horizontal, Qt::DisplayRole).toString().toStdString());
+    reading["header"] = std::move(header);
+    Json texts = Json::object();
+    for (int row = 0; row < rows; ++row) {
+      Json cells = Json::array();
+      for (int column = 0; column < model_->columnCount(); ++column)
+        if (!isColumnHidden(column))
+          cells.push_back(model_->index(row, column).data(Qt::EditRole).toString().toStdString());
+      texts[std::to_string(row + 1)] = std::move(cells);
+    }
+    reading["rows"] = std::move(texts);
+    if (!alerts.empty()) reading["alerts"] = std::move(alerts);
+    return reading;
+  }
+
+protected:
+  void currentChanged(const QModelIndex& current, const QModelIndex& previous) override {
+    QTableView::currentChanged(current, previous);
+    const int row = current.row() + 1;
+    // The table gives itself a current cell when it gets the focus: nobody has chosen that one.
+    if (isTakingFocus_ || !current.isValid() || row > grid_.RowCount()) return;
+    const int column = current.column();
+    dialog_.act(
+        {{"select", toUtf8(grid_.role())}, {"row", row}, {"column", column}},
+        [this, row, column](Gestures& gestures, Json&) { return gestures.selectRow(grid_, row, column); });
+  }
+
+  void focusInEvent(QFocusEvent* event) override {
+    isTakingFocus_ = true;
+    QTableView::focusInEvent(event);
+    isTakingFocus_ = false;
+  }
+
+  void resizeEvent(QResizeEvent* event) override {
+    QTableView::resizeEvent(event);
+    layOutColumns();
+  }
+
+private:
+  [[nodiscard]] bool isOnNewRow() const { return currentIndex().row() + 1 > grid_.RowCount(); }
+
+  [[nodiscard]] int shownColumn(int column) const {
+    while (column + 1 < grid_.ColumnCount() && grid_.isHidden(column))
+      ++column;
+    return column;
+  }
+
+  void layOutColumns() {
+    const std::vector<int>& parts = grid_.columnWidths();
+    QHeaderView& header = *horizontalHeader();
+    if (static_cast<int>(parts.size()) != grid_.ColumnCount() || parts.empty()) {
+      fitColumns();
+      return;
+    }
+    int sum = 0;
+    for (int column = 0; column < grid_.ColumnCount(); ++column)
+      if (!grid_.isHidden(column)) sum += parts[static_cast<std::size_t>(column)];
+    header.setStretchLastSection(true);
+    for (int column = 0; column < grid_.ColumnCount() && sum > 0; ++column)
+      header.resizeSection(column, viewport()->width() * parts[static_cast<std::size_t>(column)] / sum);
+  }
+
+  /// As wide as the texts are; what is left over is spread, so that the last column does not get it all.
+  void fitColumns() {
+    const int widest = fontMetrics().averageCharWidth() * widestColumn;
+    std::vector<std::pair<int, int>> widths;
+    int sum = 0;
+    for (int column = 0; column < grid_.ColumnCount(); ++column) {
+      if (grid_.isHidden(column)) continue;
+      const int needed = std::max(sizeHintForColumn(column), horizontalHeader()->sectionSizeHint(column));
+      widths.emplace_back(column, std::min(needed + 6, widest));
+      sum += widths.back().second;
+    }
+    const int left = std::max(0, viewport()->width() - sum);
+    horizontalHeader()->setStretchLastSection(true);
+    for (const auto& [column, width] : widths)
+      horizontalHeader()->resizeSection(column, width + left / static_cast<int>(widths.size()));
+  }
+
+  QtDialog& dialog_;
+  GridModel& grid_;
+  GridTableModel* model_;
+  bool isTakingFocus_ = false;
+};
+
+class GridView final : public ControlView {
+public:
+  GridView(QtDialog& dialog, GridModel& model, const ControlLook& look)
+      : ControlView(dialog, model), table_(makeGridTable(dialog, model)) {
+    const int rows = look.rows > 0 ? look.rows : 6;
+    table_->setMinimumHeight(
+        table_->verticalHeader()->defaultSectionSize() * (rows + 1) + 2 * table_->frameWidth());
+  }
+  [[nodiscard]] QWidget& widget() const override { return *table_; }
+  [[nodiscard]] Json reading() const override { return table_->reading(); }
+
+private:
+  void show() override { table_->refresh(); }
+
+  GridTable* table_;
+};
+
+} // namespace
+
+GridTable* makeGridTable(QtDialog& dialog, GridModel& grid) {
+  return new ShownGrid(dialog, grid);
+}
+
+std::unique_ptr<ControlView> makeGridView(QtDialog& dialog, GridModel& model, const ControlLook& look) {
+  return std::make_unique<GridView>(dialog, model, look);
+}
+
+} // namespace simhost

@@ -1,0 +1,24 @@
+// A grid on the screen: rows and cells as they stand, edited in place.
+#pragma once
+
+#include "simhost/qt/control_view.h"
+#include "simhost/ui/grid_model.h"
+
+#include <QTableView>
+
+namespace simhost {
+
+/// The table of a grid, alone or in a group.
+class GridTable : public QTableView {
+public:
+  virtual void refresh() = 0;
+  /// The cells as the table shows them, with the members of `GridModel::describe`.
+  [[nodiscard]] virtual nlohmann::ordered_json reading() const = 0;
+};
+
+/// `grid` must outlive the table. Owned by the parent that it is given.
+[[nodiscard]] GridTable* makeGridTable(QtDialog& dialog, GridModel& grid);
+[[nodiscard]] std::unique_ptr<ControlView> makeGridView(
+    QtDialog& dialog, GridModel& model, const ControlLook& look);
+
+} // namespace simhost

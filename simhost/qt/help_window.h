@@ -1,0 +1,32 @@
+// Help: a page of the manual for each topic that a dialog may ask for.
+#pragma once
+
+#include <filesystem>
+#include <string_view>
+
+class QWidget;
+
+namespace simhost {
+
+struct HelpTopic {
+  std::wstring_view name;
+  const char* page; ///< file in the folder of the manual
+};
+
+/// All topics that the dialogs know.
+inline constexpr HelpTopic helpTopics[] = {
+    {L"circuit_selection_dialog", "circuit-selection.md"},
+    {L"circuit_configuration_dialog", "configuration.md"},
+    {L"select_motor_dialog", "pickers.md"},
+    {L"select_load_dialog", "pickers.md"},
+    {L"wire_size_lookup_dialog", "wire-lookup.md"},
+    {L"annotation_presets_dialog", "annotation-presets.md"},
+};
+
+/// The file of a topic; empty for a topic without a page, or when the page is not there.
+[[nodiscard]] std::filesystem::path helpPage(const std::filesystem::path& folder, std::wstring_view topic);
+
+/// Shows a page in a window of its own that stays beside `parent`, and can be used while a dialog waits.
+void showHelpPage(const std::filesystem::path& page, QWidget* parent);
+
+} // namespace simhost

@@ -1,0 +1,197 @@
+// Pages as a stack, lists with their labels above, groups with their header buttons.
+#include "simhost/qt/pages_view.h"
+
+#include "simhost/qt/grid_view.h"
+#include "simhost/qt/icons.h"
+#include "simhost/qt/qt_dialog.h"
+#include "simhost/qt/qt_text.h"
+#include "text/encoding.h"
+
+#include <QFrame>
+#include <QHBoxLayout>
+#include <QHeaderView>
+#include <QLabel>
+#include <QScrollArea>
+#include <QStackedWidget>
+#include <QToolButton>
+#include <QVBoxLayout>
+
+#include <nlohmann/json.hpp>
+
+#include <map>
+#include <utility>
+
+namespace simhost {
+
+using brenvolt::toUtf8;
+using Json = nlohmann::ordered_json;
+
+namespace {
+
+class StackedPages final : public PagesView {
+public:
+  StackedPages(QtDialog& dialog, PagesModel& model)
+      : PagesView(dialog, model), pages_(model), stack_(new QStackedWidget), empty_(new QWidget) {
+    stack_->addWidget(empty_);
+    stack_->setFrameShape(QFrame::StyledPanel);
+    stack_->setMinimumSize(180, 120);
+  }
+  [[nodiscard]] QWidget& widget() const override { return *stack_; }
+  [[nodiscard]] Json reading() const override {
+    Json reading = {{"page", 0}};
+    for (const auto& [id, page] : shown_)
+      if (stack_->currentWidget() == page.area) reading["page"] = id;
+    return reading;
+  }
+
+  void addControl(ControlView& view) override {
+    Page& page = pageOf(view.model().page());
+    const bool isGroup = dynamic_cast<GroupModel*>(&view.model()) != nullptr;
+    if (!isGroup) {
+      auto* label = new QLabel;
+      page.column->insertWidget(page.column->count() - 1, label);
+      view.setLabel(label, nullptr);
+    }
+    page.column->insertWidget(page.column->count() - 1, &view.widget());
+  }
+
+private:
+  struct Page {
+    QScrollArea* area = nullptr;
+    QVBoxLayout* column = nullptr;
+  };
+
+  Page& pageOf(int id) {
+    Page& page = shown_[id];
+    if (page.area != nullptr) return page;
+    page.area = new QScrollArea;
+    page.area->setWidgetResizable(true);
+    page.area->setFrameShape(QFrame::NoFrame);
+    page.area->setFocusPolicy(Qt::NoFocus);
+    auto* inside = new QWidget;
+    page.column = new QVBoxLayout(inside);
+    page.column->addStretch();
+    page.area->setWidget(inside);
+    stack_->addWidget(page.area);
+    return page;
+  }
+
+  void show() override {
+    for (auto page = shown_.begin(); page != shown_.end();) {
+      if (pages_.hasPage(page->first)) {
+        ++page;
+        continue;
+      }
+      page->second.area->deleteLater();
+      stack_->removeWidget(page->second.area);
+      page = shown_.erase(page);
+    }
+    const int id = pages_.ShownPage();
+    stack_->setCurrentWidget(id == 0 ? empty_ : pageOf(id).area);
+    // Whether a page is locked is seen on its controls.
+    for (ControlModel* control : pages_.controlsOf(id))
+      if (ControlView* view = dialog().viewOf(*control)) view->refresh();
+  }
+
+  PagesModel& pages_;
+  QStackedWidget* stack_;
+  QWidget* empty_;
+  std::map<int, Page> shown_;
+};
+
+class GroupView final : public ControlView {
+public:
+  GroupView(QtDialog& dialog, GroupModel& model)
+      : ControlView(dialog, model), group_(model), frame_(new QWidget), title_(new QLabel),
+        buttons_(new QHBoxLayout), table_(makeGridTable(dialog, model.grid())) {
+    auto* column = new QVBoxLayout(frame_);
+    column->setContentsMargins(0, 0, 0, 0);
+    auto* head = new QHBoxLayout;
+    QFont bold = title_->font();
+    bold.setBold(true);
+    title_->setFont(bold);
+    head->addWidget(title_, 1);
+    head->addLayout(buttons_);
+    column->addLayout(head);
+    column->addWidget(table_);
+    table_->horizontalHeader()->hide();
+    table_->setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    table_->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+  }
+  [[nodiscard]] QWidget& widget() const override { return *frame_; }
+  [[nodiscard]] QWidget& focusWidget() const override { return *table_; }
+  [[nodiscard]] ControlModel& focusModel() const override { return group_.grid(); }
+  [[nodiscard]] bool hasOwnLabel() const override { return true; }
+  [[nodiscard]] Json reading() const override {
+    Json reading = table_->reading();
+    reading.erase("header");
+    Json tips = Json::array();
+    for (int place = 0; place < buttons_->count(); ++place)
+      tips.push_back(buttons_->itemAt(place)->widget()->toolTip().toStdString());
+    if (!tips.empty()) reading["buttons"] = std::move(tips);
+    return reading;
+  }
+
+private:
+  void show() override {
+    title_->setText(labelText());
+    if (shownButtons_ != imagesOf(group_.buttons())) buildButtons();
+    table_->refresh();
+    // All rows are seen: the page scrolls, not the group.
+    const int rows = table_->model()->rowCount();
+    table_->setFixedHeight(
+        table_->verticalHeader()->defaultSectionSize() * std::max(rows, 1) + 2 * table_->frameWidth());
+  }
+
+  [[nodiscard]] static std::vector<std::pair<unsigned, std::wstring>> imagesOf(
+      const std::vector<KvUiGroupButton>& buttons) {
+    std::vector<std::pair<unsigned, std::wstring>> images;
+    for (const KvUiGroupButton& button : buttons)
+      images.emplace_back(button.image, button.tip);
+    return images;
+  }
+
+  void buildButtons() {
+    shownButtons_ = imagesOf(group_.buttons());
+    while (QLayoutItem* item = buttons_->takeAt(0)) {
+      item->widget()->deleteLater();
+      delete item;
+    }
+    for (std::size_t place = 0; place < group_.buttons().size(); ++place) {
+      const KvUiGroupButton& button = group_.buttons()[place];
+      auto* shown = new QToolButton;
+      shown->setIcon(buttonIcon(button.image, shown->palette()));
+      shown->setToolTip(toQt(button.tip));
+      shown->setAccessibleName(toQt(button.tip));
+      shown->setAutoRaise(true);
+      shown->setFocusPolicy(Qt::TabFocus);
+      if (shown->icon().isNull()) shown->setText(toQtPlain(button.tip));
+      const int number = static_cast<int>(place);
+      QObject::connect(shown, &QToolButton::clicked, shown, [this, number] {
+        dialog().act(
+            {{"press", toUtf8(group_.role())}, {"button", number}},
+            [this, number](Gestures& gestures, Json&) { return gestures.pressInGroup(group_, number); });
+      });
+      buttons_->addWidget(shown);
+    }
+  }
+
+  GroupModel& group_;
+  QWidget* frame_;
+  QLabel* title_;
+  QHBoxLayout* buttons_;
+  GridTable* table_;
+  std::vector<std::pair<unsigned, std::wstring>> shownButtons_;
+};
+
+} // namespace
+
+std::unique_ptr<PagesView> makePagesView(QtDialog& dialog, PagesModel& model) {
+  return std::make_unique<StackedPages>(dialog, model);
+}
+
+std::unique_ptr<ControlView> makeGroupView(QtDialog& dialog, GroupModel& model) {
+  return std::make_unique<GroupView>(dialog, model);
+}
+
+} // namespace simhost

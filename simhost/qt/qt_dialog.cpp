@@ -1,0 +1,297 @@
+// Gestures of a person on their way to the flow, and what follows on its way to the screen.
+#include "simhost/qt/qt_dialog.h"
+
+#include "simhost/qt/dialog_frame.h"
+#include "simhost/qt/pages_view.h"
+#include "simhost/qt/qt_text.h"
+#include "text/encoding.h"
+
+#include <QEventLoop>
+#include <QTimer>
+
+#include <algorithm>
+#include <string>
+#include <utility>
+
+namespace simhost {
+
+using brenvolt::toUtf8;
+
+namespace {
+
+/// Sets a flag for a scope.
+class FlagScope final {
+public:
+  explicit FlagScope(bool& flag) : flag_(flag), before_(std::exchange(flag, true)) {}
+  FlagScope(const FlagScope&) = delete;
+  FlagScope& operator=(const FlagScope&) = delete;
+  ~FlagScope() { flag_ = before_; }
+
+private:
+  bool& flag_;
+  bool before_;
+};
+
+/// Whether two actions that follow each other are one for a person: going to a control and using it, or the letters of
+/// a text.
+bool isPartOf(const nlohmann::ordered_json& before, const nlohmann::ordered_json& now) {
+  if (!before.is_object() || before.empty()) return false;
+  const auto first = before.begin();
+  const auto next = now.begin();
+  if (first.value() != next.value()) return false;
+  if (first.key() == "focus") return next.key() != "key" && next.key() != "expect";
+  return first.key() == "type" && next.key() == "type";
+}
+
+} // namespace
+
+DialogSurroundings::~DialogSurroundings() = default;
+
+QtDialog::QtDialog(
+    const Form& form, const FormLayout& layout, CKvUiDialog& dialog, DialogSurroundings& around,
+    Recorder& recorder, QWidget* parent)
+    : DialogModel(form, dialog), around_(around), gestures_(*this), record_(recorder, toUtf8(form.name)),
+      clock_([this] {
+        passTime();
+        settle();
+      }),
+      layout_(layout), frame_(std::make_unique<DialogFrame>(*this, parent)) {
+  frame_->setObjectName(toQt(form.name));
+  frame_->setWindowTitle(toQt(title()));
+  for (ControlModel* control : controls()) {
+    views_.push_back(makeView(*this, *control, layout_.looks[control->role()]));
+    viewOf_[control] = views_.back().get();
+  }
+  frame_->build(layout_);
+}
+
+QtDialog::~QtDialog() = default;
+
+QWidget& QtDialog::frame() const {
+  return *frame_;
+}
+
+void QtDialog::setTitle(std::wstring_view title) {
+  DialogModel::setTitle(title);
+  frame_->setWindowTitle(toQt(title));
+}
+
+bool QtDialog::beginEditorCommand() {
+  if (!DialogModel::beginEditorCommand()) return false;
+  // Out of the way: the drawing is picked from, and is seen to grow.
+  frame_->hide();
+  return true;
+}
+
+void QtDialog::completeEditorCommand() {
+  if (!hasGivenEditor()) return;
+  DialogModel::completeEditorCommand();
+  if (loop_ == nullptr || isEnded()) return;
+  frame_->show();
+  frame_->raise();
+  frame_->activateWindow();
+}
+
+void QtDialog::run() {
+  QEventLoop loop;
+  loop_ = &loop;
+  around_.dialogOpens(*this);
+  refresh();
+  frame_->show();
+  showFocus();
+  clock_.markAction();
+  clock_.skip();
+  clock_.arm();
+  if (around_.isPiloted()) {
+    clock_.setByHand();
+    QTimer::singleShot(0, frame_.get(), [this] {
+      around_.pilot(*this);
+      settle();
+    });
+  } else {
+    record_.open(shown());
+  }
+  if (!isEnded()) loop.exec();
+  loop_ = nullptr;
+  frame_->hide();
+  around_.dialogCloses(*this);
+  // The program ends while the dialog is open.
+  if (!access().isEnded()) access().end(kvui::cancel);
+}
+
+void QtDialog::add(std::unique_ptr<ControlModel> control) {
+  ControlModel& added = *control;
+  DialogModel::add(std::move(control));
+  views_.push_back(makeView(*this, added, {}));
+  ControlView& view = *views_.back();
+  viewOf_[&added] = &view;
+  auto* pages = added.pages() == nullptr ? nullptr : dynamic_cast<PagesView*>(viewOf(*added.pages()));
+  if (pages != nullptr) pages->addControl(view);
+  frame_->watch(view);
+  changed_.insert(&added);
+}
+
+void QtDialog::forget(ControlModel& control) {
+  if (ControlView* view = viewOf(control)) {
+    frame_->unwatch(*view);
+    // A gesture on it may still be on its way back.
+    view->widget().hide();
+    view->widget().deleteLater();
+    forgotten_.push_back(std::move(*std::find_if(
+        views_.begin(), views_.end(), [view](const auto& owned) { return owned.get() == view; })));
+    std::erase(views_, nullptr);
+    viewOf_.erase(&control);
+  }
+  changed_.erase(&control);
+  DialogModel::forget(control);
+}
+
+void QtDialog::touched(ControlModel& control) {
+  DialogModel::touched(control);
+  changed_.insert(&control);
+  if (loop_ == nullptr || isRefreshPosted_) return;
+  isRefreshPosted_ = true;
+  QTimer::singleShot(0, frame_.get(), [this] { refresh(); });
+}
+
+ControlView* QtDialog::viewOf(const ControlModel& model) const {
+  const auto found = viewOf_.find(&model);
+  if (found != viewOf_.end()) return found->second;
+  const auto* grid = dynamic_cast<const GridModel*>(&model);
+  const auto owner = grid == nullptr ? viewOf_.end() : viewOf_.find(&grid->owner());
+  return owner == viewOf_.end() ? nullptr : owner->second;
+}
+
+ControlView* QtDialog::focusedView() const {
+  for (const QWidget* widget = frame_->focusWidget(); widget != nullptr; widget = widget->parentWidget())
+    if (ControlView* view = frame_->watched(widget)) return view;
+  return nullptr;
+}
+
+void QtDialog::passTime() {
+  if (isActing_ || isEnded() || hasGivenEditor() || !around_.isOnTop(*this)) {
+    clock_.skip();
+    return;
+  }
+  const auto fire = [this](int timer) {
+    const FlagScope acting(isActing_);
+    access().timer(timer);
+    return !isEnded();
+  };
+  clock_.pass(fire);
+  if (!around_.isPiloted()) record_.addChanges(changes());
+  refresh();
+  clock_.arm();
+}
+
+void QtDialog::note(Json action) {
+  const std::optional<std::int64_t> wait = clock_.waitToTell();
+  if (wait) {
+    record_.addAction({{"wait", *wait}});
+    action["quick"] = true;
+  } else if (isPartOf(lastAction_, action) && record_.replaceLast(action)) {
+    lastAction_ = std::move(action);
+    return;
+  }
+  lastAction_ = action;
+  record_.addAction(std::move(action));
+}
+
+void QtDialog::act(Json action, const Gesture& gesture) {
+  if (isShowing_) return;
+  if (isActing_ || isEnded() || hasGivenEditor()) {
+    // What the widget shows already was not done.
+    for (ControlModel* control : controls())
+      changed_.insert(control);
+    QTimer::singleShot(0, frame_.get(), [this] { refresh(); });
+    return;
+  }
+  passTime();
+  if (isEnded()) return settle();
+  const bool keepsRecord = !around_.isPiloted();
+  const ControlModel* const focusBefore = focus();
+  if (keepsRecord) note(action);
+  Refusal refusal;
+  {
+    const FlagScope acting(isActing_);
+    refusal = gesture(gestures_, action);
+  }
+  if (keepsRecord && refusal) {
+    lastAction_ = Json();
+    // Leaving the control before may have had its own consequences.
+    const bool moved = focus() != focusBefore && focus() != nullptr;
+    if (!moved || !record_.replaceLast({{"focus", toUtf8(focus()->role())}})) record_.dropLast();
+  }
+  if (keepsRecord) {
+    if (!refusal && action.contains("refused")) record_.addToLast("refused", true);
+    record_.addChanges(changes());
+  }
+  forgotten_.clear();
+  clock_.markAction();
+  clock_.skip();
+  if (ControlView* view = focusedView()) changed_.insert(&view->model());
+  refresh();
+  showFocus();
+  clock_.arm();
+  settle();
+}
+
+void QtDialog::focusBy(ControlView& view) {
+  ControlModel& control = view.focusModel();
+  if (isShowing_ || isActing_ || focus() == &control) return;
+  act({{"focus", toUtf8(control.role())}},
+      [&control](Gestures& gestures, Json&) { return gestures.focus(control); });
+}
+
+void QtDialog::leaveBy() {
+  if (isShowing_ || isActing_ || focus() == nullptr) return;
+  act({{"key", "Tab"}}, [](Gestures& gestures, Json&) -> Refusal {
+    gestures.leave();
+    return std::nullopt;
+  });
+}
+
+void QtDialog::keyBy(const char* key) {
+  const std::string name = key;
+  Json action = {{"key", name}};
+  ControlView* const view = focusedView();
+  const bool isForControl = name == "Enter" || name == "Delete";
+  if (isForControl && view != nullptr) action["in"] = toUtf8(view->model().role());
+  act(std::move(action), [&](Gestures& gestures, Json&) -> Refusal {
+    if (name == "F1") return gestures.help();
+    if (name == "Escape") return gestures.close();
+    if (view != nullptr)
+      if (Refusal refusal = gestures.focus(view->focusModel())) return refusal;
+    if (isEnded()) return std::nullopt;
+    return name == "Enter" ? gestures.enter() : gestures.deleteKey();
+  });
+}
+
+void QtDialog::closeBy() {
+  act({{"close", "frame"}}, [](Gestures& gestures, Json&) { return gestures.close(); });
+}
+
+void QtDialog::refresh() {
+  isRefreshPosted_ = false;
+  const FlagScope showing(isShowing_);
+  const std::set<ControlModel*> changed = std::exchange(changed_, {});
+  for (const auto& view : views_)
+    if (changed.contains(&view->model())) view->refresh();
+}
+
+void QtDialog::showFocus() {
+  ControlModel* const wanted = focus();
+  ControlView* const view = wanted == nullptr ? nullptr : viewOf(*wanted);
+  if (view == nullptr || isEnded()) return;
+  QWidget& widget = view->focusWidget();
+  const QWidget* now = frame_->focusWidget();
+  if (now == &widget || (now != nullptr && widget.isAncestorOf(now)) || !widget.isEnabled()) return;
+  const FlagScope showing(isShowing_);
+  widget.setFocus(Qt::OtherFocusReason);
+}
+
+void QtDialog::settle() {
+  if (loop_ != nullptr && isEnded()) loop_->quit();
+}
+
+} // namespace simhost

@@ -1,0 +1,109 @@
+// A dialog on the screen. The state behind the controls and the rules of what follows from a gesture are those of every
+// window system; here they are shown, and a person makes the gestures. What he does is recorded as an answer file.
+#pragma once
+
+#include "simhost/qt/control_view.h"
+#include "simhost/qt/dialog_clock.h"
+#include "simhost/qt/form_layout.h"
+#include "simhost/ui/dialog_model.h"
+#include "simhost/ui/gestures.h"
+#include "simhost/ui/recorder.h"
+
+#include <QPointer>
+
+#include <nlohmann/json.hpp>
+
+#include <functional>
+#include <map>
+#include <memory>
+#include <set>
+
+class QEventLoop;
+
+namespace simhost {
+
+class DialogFrame;
+class PagesView;
+
+/// What a dialog needs of the windows around it.
+class DialogSurroundings {
+public:
+  virtual ~DialogSurroundings();
+  virtual void dialogOpens(QtDialog& dialog) = 0;
+  virtual void dialogCloses(QtDialog& dialog) = 0;
+  /// No other window is open above it.
+  [[nodiscard]] virtual bool isOnTop(const QtDialog& dialog) const = 0;
+  /// The dialog waits for its user. True when somebody else than a person acts in it, and keeps the record.
+  [[nodiscard]] virtual bool isPiloted() const = 0;
+  virtual void pilot(QtDialog& dialog) = 0;
+};
+
+class QtDialog final : public DialogModel {
+public:
+  using Json = nlohmann::ordered_json;
+
+  QtDialog(
+      const Form& form, const FormLayout& layout, CKvUiDialog& dialog, DialogSurroundings& around,
+      Recorder& recorder, QWidget* parent);
+  ~QtDialog() override;
+
+  void setTitle(std::wstring_view title) override;
+  void startTimer(int timer, int milliseconds) override { clock_.start(timer, milliseconds); }
+  void killTimer(int timer) override { clock_.kill(timer); }
+  bool beginEditorCommand() override;
+  void completeEditorCommand() override;
+  void run() override;
+
+  void add(std::unique_ptr<ControlModel> control) override;
+  void forget(ControlModel& control) override;
+  void touched(ControlModel& control) override;
+
+  [[nodiscard]] QWidget& frame() const;
+  [[nodiscard]] Gestures& gestures() { return gestures_; }
+  [[nodiscard]] DialogClock& clock() { return clock_; }
+  [[nodiscard]] ControlView* viewOf(const ControlModel& model) const;
+  [[nodiscard]] const std::vector<std::unique_ptr<ControlView>>& views() const { return views_; }
+
+  /// One thing that the person does. `action` is how an answer file writes it; the gesture may add to it. Does nothing
+  /// while the flow works on another one, or when the dialog cannot be reached.
+  using Gesture = std::function<Refusal(Gestures& gestures, Json& action)>;
+  void act(Json action, const Gesture& gesture);
+  /// The keyboard or the mouse goes to a control.
+  void focusBy(ControlView& view);
+  /// It goes to none.
+  void leaveBy();
+  /// A key that means something to the dialog: one of those that an answer file knows.
+  void keyBy(const char* key);
+
+  /// Shows all that has changed.
+  void refresh();
+  [[nodiscard]] bool isShowing() const { return isShowing_; }
+  /// Ends the wait when the dialog is ended.
+  void settle();
+
+private:
+  friend class DialogFrame;
+  [[nodiscard]] ControlView* focusedView() const;
+  void note(Json action);
+  void passTime();
+  void showFocus();
+  void closeBy();
+
+  DialogSurroundings& around_;
+  Gestures gestures_;
+  DialogRecord record_;
+  DialogClock clock_;
+  FormLayout layout_;
+  std::unique_ptr<DialogFrame> frame_;
+  std::vector<std::unique_ptr<ControlView>> views_;
+  std::vector<std::unique_ptr<ControlView>> forgotten_; ///< until the gesture is over that took them away
+  std::map<const ControlModel*, ControlView*> viewOf_;
+  std::set<ControlModel*> changed_;
+  Json lastAction_;            ///< with what later gestures may be joined
+  QEventLoop* loop_ = nullptr; ///< while it runs
+  bool isActing_ = false;
+  bool isShowing_ = false; ///< what widgets tell now, no person has done
+  bool isRefreshPosted_ = false;
+};
+
+} // namespace simhost

@@ -1,0 +1,47 @@
+// Places as four numbers, so that a person can read the file of settings.
+#include "simhost/qt/window_places.h"
+
+#include "simhost/host/user_settings.h"
+#include "simhost/qt/qt_dialog.h"
+#include "simhost/qt/qt_text.h"
+
+#include <QGuiApplication>
+#include <QScreen>
+
+namespace simhost {
+
+namespace {
+
+constexpr std::wstring_view placesKey = L"WindowPlaces";
+
+/// The name that the flow gives, else that of the form.
+std::wstring nameOf(const QtDialog& dialog) {
+  const std::wstring& given = const_cast<QtDialog&>(dialog).access().state().name;
+  return given.empty() ? dialog.name() : given;
+}
+
+QString textOf(const QRect& place) {
+  return QStringLiteral("%1 %2 %3 %4").arg(place.x()).arg(place.y()).arg(place.width()).arg(place.height());
+}
+
+} // namespace
+
+void restorePlace(UserSettings& settings, QtDialog& dialog) {
+  const QStringList parts =
+      toQt(settings.value(placesKey, nameOf(dialog)).value_or(L"")).split(QLatin1Char(' '));
+  if (parts.size() != 4) return;
+  const QRect kept(parts[0].toInt(), parts[1].toInt(), parts[2].toInt(), parts[3].toInt());
+  const QScreen* screen = QGuiApplication::screenAt(kept.center());
+  if (screen == nullptr || kept.isEmpty()) return;
+  const QRect available = screen->availableGeometry();
+  QWidget& frame = dialog.frame();
+  frame.resize(kept.size().boundedTo(available.size()).expandedTo(frame.minimumSizeHint()));
+  frame.move(kept.topLeft());
+}
+
+void keepPlace(UserSettings& settings, const QtDialog& dialog) {
+  const std::wstring place = fromQt(textOf(QRect(dialog.frame().pos(), dialog.frame().size())));
+  if (settings.value(placesKey, nameOf(dialog)) != place) settings.setValue(placesKey, nameOf(dialog), place);
+}
+
+} // namespace simhost

@@ -1,0 +1,14 @@
+// Where the user left a dialog: place and size, kept by the name of the dialog.
+#pragma once
+
+namespace simhost {
+
+class QtDialog;
+class UserSettings;
+
+/// A place that no screen has any more is not restored; a size that a screen cannot hold is cut.
+void restorePlace(UserSettings& settings, QtDialog& dialog);
+/// Keeps what has changed since it was opened.
+void keepPlace(UserSettings& settings, const QtDialog& dialog);
+
+} // namespace simhost
