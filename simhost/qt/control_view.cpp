@@ -4,6 +4,7 @@
 #include "simhost/qt/grid_view.h"
 #include "simhost/qt/icons.h"
 #include "simhost/qt/pages_view.h"
+#include "simhost/qt/picture_view.h"
 #include "simhost/qt/qt_dialog.h"
 #include "simhost/qt/qt_text.h"
 #include "simhost/qt/tree_view.h"
@@ -326,6 +327,7 @@ std::unique_ptr<ControlView> makeView(QtDialog& dialog, ControlModel& model, con
   if (auto* group = dynamic_cast<GroupModel*>(&model)) return makeGroupView(dialog, *group);
   switch (model.kind()) {
   case ControlKind::text:
+    if (look.isPicture) return makePictureView(dialog, dynamic_cast<TextModel&>(model));
     return std::make_unique<TextView>(dialog, dynamic_cast<TextModel&>(model), look);
   case ControlKind::list:
     if (look.rows > 0) return std::make_unique<OpenListView>(dialog, dynamic_cast<ListModel&>(model), look);

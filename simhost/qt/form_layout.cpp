@@ -92,10 +92,11 @@ private:
 
   [[nodiscard]] ControlLook readLook(const FormControl& control) const {
     const json written = json::parse(control.layout);
-    allow(written, {"unit", "width", "rows", "icons"});
+    allow(written, {"unit", "width", "rows", "icons", "picture"});
     ControlLook look;
     look.unit = fromUtf8(written.value("unit", std::string()));
     look.icons = fromUtf8(written.value("icons", std::string()));
+    look.isPicture = written.value("picture", false);
     look.width = countOf(written, "width");
     look.rows = countOf(written, "rows");
     return look;

@@ -21,10 +21,11 @@ struct LayoutNode {
 
 /// How one control is shown.
 struct ControlLook {
-  std::wstring unit;  ///< beside the field
-  int width = 0;      ///< characters that the field shows at least; 0 for the kind's own
-  int rows = 0;       ///< of a list: it stands open with so many entries; of a text: it has so many lines
-  std::wstring icons; ///< of a tree: which pictures its image numbers mean; empty for none
+  std::wstring unit;      ///< beside the field
+  int width = 0;          ///< characters that the field shows at least; 0 for the kind's own
+  int rows = 0;           ///< of a list: it stands open with so many entries; of a text: it has so many lines
+  bool isPicture = false; ///< a text names a drawing, whose picture is shown
+  std::wstring icons;     ///< of a tree: which pictures its image numbers mean; empty for none
 };
 
 struct FormLayout {

@@ -30,7 +30,7 @@ constexpr std::wstring_view cancelRole = L"cancel";
 bool isTall(const ControlView& view) {
   const ControlKind kind = view.model().kind();
   return kind == ControlKind::grid || kind == ControlKind::tree || kind == ControlKind::pages ||
-         view.widget().minimumHeight() > 0;
+         view.widget().sizePolicy().verticalPolicy() == QSizePolicy::Expanding;
 }
 
 void addTo(QBoxLayout& box, QLayout* layout, int stretch) {

@@ -7,9 +7,11 @@
 #include "text/encoding.h"
 
 #include <QEventLoop>
+#include <QSplitter>
 #include <QTimer>
 
 #include <algorithm>
+#include <numeric>
 #include <string>
 #include <utility>
 
@@ -76,6 +78,24 @@ void QtDialog::setTitle(std::wstring_view title) {
   frame_->setWindowTitle(toQt(title));
 }
 
+void QtDialog::setSplit(const KvUiSplit& split) {
+  DialogModel::setSplit(split);
+  if (split.width > 0 && split.height > 0) frame_->resize(split.width, split.height);
+  QSplitter* const bar = frame_->splitter();
+  if (bar == nullptr || split.bar <= 0) return;
+  QList<int> sizes = bar->sizes();
+  const int sum = std::accumulate(sizes.begin(), sizes.end(), 0);
+  sizes[0] = split.bar;
+  sizes[1] = std::max(sum - split.bar, 1);
+  bar->setSizes(sizes);
+}
+
+KvUiSplit QtDialog::split() const {
+  const QSplitter* const bar = frame_->splitter();
+  if (bar == nullptr || around_.isPiloted()) return DialogModel::split();
+  return {bar->sizes().value(0), frame_->width(), frame_->height()};
+}
+
 bool QtDialog::beginEditorCommand() {
   if (!DialogModel::beginEditorCommand()) return false;
   // Out of the way: the drawing is picked from, and is seen to grow.
@@ -108,9 +128,8 @@ void QtDialog::run() {
       around_.pilot(*this);
       settle();
     });
-  } else {
-    record_.open(shown());
   }
+  if (around_.keepsRecord()) record_.open(shown());
   if (!isEnded()) loop.exec();
   loop_ = nullptr;
   frame_->hide();
@@ -179,7 +198,7 @@ void QtDialog::passTime() {
     return !isEnded();
   };
   clock_.pass(fire);
-  if (!around_.isPiloted()) record_.addChanges(changes());
+  if (around_.keepsRecord()) record_.addChanges(changes());
   refresh();
   clock_.arm();
 }
@@ -208,7 +227,7 @@ void QtDialog::act(Json action, const Gesture& gesture) {
   }
   passTime();
   if (isEnded()) return settle();
-  const bool keepsRecord = !around_.isPiloted();
+  const bool keepsRecord = around_.keepsRecord();
   const ControlModel* const focusBefore = focus();
   if (keepsRecord) note(action);
   Refusal refusal;

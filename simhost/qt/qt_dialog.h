@@ -33,8 +33,11 @@ public:
   virtual void dialogCloses(QtDialog& dialog) = 0;
   /// No other window is open above it.
   [[nodiscard]] virtual bool isOnTop(const QtDialog& dialog) const = 0;
-  /// The dialog waits for its user. True when somebody else than a person acts in it, and keeps the record.
+  /// Somebody else than a person acts in it.
   [[nodiscard]] virtual bool isPiloted() const = 0;
+  /// What is done in it is to be recorded.
+  [[nodiscard]] virtual bool keepsRecord() const = 0;
+  /// The dialog waits for its pilot.
   virtual void pilot(QtDialog& dialog) = 0;
 };
 
@@ -50,6 +53,8 @@ public:
   void setTitle(std::wstring_view title) override;
   void startTimer(int timer, int milliseconds) override { clock_.start(timer, milliseconds); }
   void killTimer(int timer) override { clock_.kill(timer); }
+  void setSplit(const KvUiSplit& split) override;
+  [[nodiscard]] KvUiSplit split() const override;
   bool beginEditorCommand() override;
   void completeEditorCommand() override;
   void run() override;

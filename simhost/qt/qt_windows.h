@@ -42,6 +42,8 @@ public:
   void setSettings(UserSettings* settings) { settings_ = settings; }
   /// Null: a person sits there. Must outlive its use here.
   void setPilot(WindowPilot* pilot) { pilot_ = pilot; }
+  /// Whether a dialog that a pilot acts in is recorded as a person's is, and not by the pilot.
+  void setRecordsPerson(bool records) { recordsPerson_ = records; }
   /// Where the pages of help are.
   void setHelpFolder(std::filesystem::path folder) { helpFolder_ = std::move(folder); }
 
@@ -78,6 +80,7 @@ private:
   void dialogCloses(QtDialog& dialog) override;
   [[nodiscard]] bool isOnTop(const QtDialog& dialog) const override;
   [[nodiscard]] bool isPiloted() const override { return pilot_ != nullptr; }
+  [[nodiscard]] bool keepsRecord() const override { return pilot_ == nullptr || recordsPerson_; }
   void pilot(QtDialog& dialog) override;
   /// Whom a new window belongs to: the dialog on top that is seen, else the main window.
   [[nodiscard]] QWidget* parentOfNext() const;
@@ -87,6 +90,7 @@ private:
   std::unique_ptr<KvWindow> mainFace_; ///< stands for the main window where the plug-in hands windows around
   DrawingPicker* picker_ = nullptr;
   WindowPilot* pilot_ = nullptr;
+  bool recordsPerson_ = false;
   UserSettings* settings_ = nullptr;
   std::filesystem::path helpFolder_;
   std::vector<QtDialog*> dialogs_; ///< open ones, the topmost last; their runs own them

@@ -15,8 +15,8 @@ class TaskBox;
 class WindowPilot {
 public:
   virtual ~WindowPilot();
-  /// Each is called when the window waits, and returns when it has been answered. A dialog's pilot keeps its record
-  /// himself; of the others he may add to the step that has begun.
+  /// Each is called when the window waits, and returns when it has been answered. Of what is no dialog he may
+  /// add to the step that has begun.
   virtual void drive(QtDialog& dialog) = 0;
   virtual void drive(TaskBox& box, const TaskQuestion& question) = 0;
   virtual void drive(FileWindow& window, DialogRecord& record) = 0;

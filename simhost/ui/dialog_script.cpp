@@ -68,6 +68,8 @@ bool DialogScript::doStep(const AnswerStep& step) {
         if (const Refusal refusal = letTimePass(timers_.untilAllDue())) reason = *refusal;
       if (!steps_.hasFailed() && reason.empty()) {
         if (dialog_.isEnded()) throw AnswerError("the dialog has ended before it");
+        if (watcher_)
+          if (const std::string unlike = watcher_(); !unlike.empty()) throw AnswerError(unlike);
         record_.addAction(Json::parse(action.written));
         if (const Refusal refusal = perform(action)) reason = *refusal;
       }

@@ -9,7 +9,9 @@
 #include "simhost/ui/virtual_timers.h"
 
 #include <cstdint>
+#include <functional>
 #include <string>
+#include <utility>
 
 namespace simhost {
 
@@ -18,6 +20,9 @@ public:
   /// All must outlive the script. Time passes for the timers as the steps say.
   DialogScript(
       DialogModel& dialog, Gestures& gestures, VirtualTimers& timers, StepQueue& steps, Recorder& recorder);
+
+  /// Is asked before each action whether what is shown is what should be; a text from it ends the run.
+  void setWatcher(std::function<std::string()> watcher) { watcher_ = std::move(watcher); }
 
   /// Until the dialog is ended. A step that cannot be done ends it as cancelled, with the reason in the steps.
   void run();
@@ -39,6 +44,7 @@ private:
   VirtualTimers& timers_;
   StepQueue& steps_;
   DialogRecord record_;
+  std::function<std::string()> watcher_;
 };
 
 } // namespace simhost

@@ -2,6 +2,7 @@
 #include "tests/support/lisp_session.h"
 
 #include "simhost/lisp/printer.h"
+#include "simhost/ui/scripted_windows.h"
 #include "text/encoding.h"
 
 #include <memory>
@@ -9,8 +10,15 @@
 
 namespace brenvolt::test {
 
+WindowsMaker& windowsMaker() {
+  static WindowsMaker maker = [](std::vector<simhost::AnswerStep> steps) {
+    return std::make_unique<simhost::ScriptedWindows>(std::move(steps), "the test");
+  };
+  return maker;
+}
+
 LispSession::LispSession(std::vector<simhost::AnswerStep> steps)
-    : windows_(std::move(steps), "the test"), session_({}, windows_) {
+    : windows_(windowsMaker()(std::move(steps))), session_({}, *windows_) {
   session_.commandLine().setSink([this](std::wstring_view text) { printed_ += text; });
   session_.openDocument(L"", std::make_unique<simhost::DrawingDatabase>());
 }

@@ -2,13 +2,20 @@
 #pragma once
 
 #include "simhost/host/session.h"
-#include "simhost/ui/scripted_windows.h"
+#include "simhost/ui/step_queue.h"
 
+#include <functional>
+#include <memory>
 #include <string>
 #include <string_view>
 #include <vector>
 
 namespace brenvolt::test {
+
+/// Makes the windows of the sessions of a test program: without a screen, unless the program sets another maker.
+using WindowsMaker =
+    std::function<std::unique_ptr<simhost::AnsweredWindows>(std::vector<simhost::AnswerStep> steps)>;
+[[nodiscard]] WindowsMaker& windowsMaker();
 
 class LispSession final {
 public:
@@ -21,10 +28,10 @@ public:
   std::string takePrinted();
 
   [[nodiscard]] simhost::Session& host() { return session_; }
-  [[nodiscard]] simhost::AnsweredWindows& windows() { return windows_; }
+  [[nodiscard]] simhost::AnsweredWindows& windows() { return *windows_; }
 
 private:
-  simhost::ScriptedWindows windows_;
+  std::unique_ptr<simhost::AnsweredWindows> windows_;
   simhost::Session session_;
   std::wstring printed_;
 };
