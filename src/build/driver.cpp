@@ -127,8 +127,17 @@ void ZanBrenvolt::finish() {
     const bool isUsed = executed.contains(marker.code) || state_.selections.contains(marker.code);
     if (!isUsed && state_.catalog.findRecord(marker.code)) rows.push_back({marker.code, {}});
   });
-  saveCodeHandles(rows);
+  // The configuration is stored by now: the markers go also when LISP fails.
+  try {
+    saveCodeHandles(rows);
+  } catch (...) {
+    eraseMarkers();
+    throw;
+  }
+  eraseMarkers();
+}
 
+void ZanBrenvolt::eraseMarkers() {
   KvDbDatabase* database = workingDatabase();
   if (!database) return;
   const WorkingDatabaseScope scope(database);
@@ -173,7 +182,13 @@ void ZanBrenvolt::joinRunToFormer(std::int32_t run) {
 }
 
 void ZanBrenvolt::truncateTo(std::int32_t run) {
+  std::set<std::wstring, CodeLess> codes;
+  forEachMarker(state_.markers, [&codes](const ZanDwgMarker& marker) { codes.insert(marker.code); });
   DropChildrenOfRun(state_.markers, run);
+  // Markers that asked nothing have run as well: what is gone with the run is not told at the end.
+  forEachMarker(state_.markers, [&codes](const ZanDwgMarker& marker) { codes.erase(marker.code); });
+  for (const std::wstring& code : codes)
+    forgetUnit(code);
   state_.units.RemoveUnitsOfRun(run);
   state_.duplicateUnits.RemoveUnitsOfRun(run);
 }

@@ -67,6 +67,7 @@ public:
   [[nodiscard]] const BuildState& state() const { return state_; }
 
 private:
+  void eraseMarkers();
   void joinRunToFormer(std::int32_t run);
 
   BuildState state_;

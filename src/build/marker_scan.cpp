@@ -66,9 +66,7 @@ bool scanMarkers(
     formatter.AddMarker(marker.code, marker.misc1);
     list.Insert(std::move(marker));
   }
-  // A direct build makes no managers; one that a form starts inside another build leaves that one's alone.
-  if (ZanWidgetManagerMaker* maker = build.isInteractive() ? widgetManagerMaker() : nullptr)
-    maker->SetWireFormatter(formatter);
+  if (ZanWidgetManagerMaker* maker = widgetManagerMaker()) maker->SetWireFormatter(formatter);
   build.wireFormatter.Merge(formatter);
   const std::size_t before = list.size();
   list.Finish();

@@ -267,6 +267,8 @@ bool runMarkers(BuildState& build, const std::vector<ZanExecRecord>& items) {
   KvDbDatabase* database = workingDatabase();
   if (!database) return false;
   const WorkingDatabaseScope scope(database);
+  // A run that went too deep can have been taken back since.
+  build.nestingHasEnded = false;
   if (build.isInteractive()) {
     // The walk that only binds has no mark of its own: what it draws goes with the template.
     if (!build.undo.isBound())

@@ -49,20 +49,26 @@ void forgetCodes(ZanBrenvolt& build, std::set<std::wstring, CodeLess> codes) {
 
 } // namespace
 
+bool waits(const ZanConfigUnit& unit) {
+  return !unit.inserted && unit.insertStep == 0;
+}
+
 bool markUnits(const ZanConfigUnitList& units, const ZanConfigUnit* current, InsertScope scope) {
   if (scope != InsertScope::all && current == nullptr) return false;
   bool isAnyMarked = false;
   bool isBehind = false;
   forEachUnit(units, [&](ZanConfigUnit& unit, const ZanConfigUnit*) {
-    if (isBehind || (scope == InsertScope::current && &unit != current)) return;
-    unit.pending = !unit.inserted;
-    isAnyMarked = isAnyMarked || unit.pending;
+    const bool isOutside = isBehind || (scope == InsertScope::current && &unit != current);
+    // The units of a failed run keep their mark: it stays until the run is taken back.
+    if (waits(unit)) unit.pending = !isOutside;
+    if (isOutside) return;
+    isAnyMarked = isAnyMarked || (waits(unit) && unit.pending);
     isBehind = scope != InsertScope::all && &unit == current;
   });
   return isAnyMarked;
 }
 
-void adoptRun(const ZanConfigUnitList& units, ConfigPages& pages) {
+void adoptRun(const ZanConfigUnitList& units, ConfigPages& pages, RunResult result) {
   std::uint32_t goTo = 0;
   std::uint32_t firstInserted = 0;
   std::vector<std::uint32_t> grown;
@@ -74,9 +80,12 @@ void adoptRun(const ZanConfigUnitList& units, ConfigPages& pages) {
       if (goTo == 0) goTo = parent != nullptr ? parent->page : unit.page;
     }
     if (!unit.pending) return;
-    unit.pending = false;
     // What lay below a unit that waited as well has not run: it can be inserted now.
-    if (unit.insertStep == 0) return;
+    if (unit.insertStep == 0) {
+      unit.pending = false;
+      return;
+    }
+    if (result == RunResult::failed) return pages.Lock(unit);
     pages.SetInserted(unit);
     if (firstInserted == 0) firstInserted = unit.page;
   });

@@ -8,13 +8,19 @@ namespace brenvolt {
 
 enum class InsertScope { current, upToCurrent, all };
 
-/// Marks units for the next run; inserted ones are left alone. True when any is marked.
+enum class RunResult { succeeded, failed };
+
+/// Whether a unit can go in with the next run: it is neither inserted nor part of a run that failed, which has to be
+/// taken back first.
+[[nodiscard]] bool waits(const ZanConfigUnit& unit);
+
+/// Marks units for the next run, and no others. True when any is marked.
 /// @param current may be null: then nothing is marked but with `all`
 bool markUnits(const ZanConfigUnitList& units, const ZanConfigUnit* current, InsertScope scope);
 
-/// Behind a run that succeeded: new units get pages, those that ran are shown as inserted, and the tree goes on to what
-/// comes next.
-void adoptRun(const ZanConfigUnitList& units, ConfigPages& pages);
+/// Behind a run: new units get pages, those that ran are shown as inserted, and the tree goes on to what comes next. The
+/// units of a run that failed are locked as they stand, since some of them are drawn: it can be taken back as a whole.
+void adoptRun(const ZanConfigUnitList& units, ConfigPages& pages, RunResult result);
 
 /// Takes the last run back, its new units with it. False, and nothing changed but that the run may no longer be parted
 /// from the one before, when the host refuses.

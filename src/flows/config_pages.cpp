@@ -111,6 +111,8 @@ void ConfigPages::ShowPage(std::uint32_t page) {
 }
 
 void ConfigPages::CommitPage() {
+  // What an edit has started would otherwise come behind what is read here.
+  settings_.FireTimers();
   const std::uint32_t page = select_.ShownPage();
   ZanConfigUnit* unit = page == 0 ? nullptr : units_.Find(page, FindUnitBy::page);
   if (unit == nullptr || unit->inserted) return;

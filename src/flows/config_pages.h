@@ -42,6 +42,8 @@ public:
   /// The groups of the current unit come up again.
   void ShowSettings();
 
+  /// The unit can be looked at but not changed, until it waits again.
+  void Lock(const ZanConfigUnit& unit) { setLocked(unit, true); }
   /// The unit is in the drawing, or no longer.
   void SetInserted(ZanConfigUnit& unit);
   void SetWaiting(ZanConfigUnit& unit);

@@ -146,23 +146,23 @@ void ZanDlgConfig::OnHelp() {
 
 void ZanDlgConfig::Insert(InsertScope scope) {
   pages_->CommitPage();
-  if (RunInsertion(scope)) adoptRun(build_.units(), *pages_);
   // A run that failed has its mark as well: it can be taken back.
+  if (const std::optional<RunResult> result = RunInsertion(scope)) adoptRun(build_.units(), *pages_, *result);
   UpdateButtons();
 }
 
-bool ZanDlgConfig::RunInsertion(InsertScope scope) {
-  // Looked at ahead of the marks: units that are marked and do not run would go with a later run.
-  if (!focusDrawing() || !markUnits(build_.units(), pages_->CurrentUnit(), scope)) return false;
+/// Nothing when there was no run.
+std::optional<RunResult> ZanDlgConfig::RunInsertion(InsertScope scope) {
+  if (!focusDrawing() || !markUnits(build_.units(), pages_->CurrentUnit(), scope)) return std::nullopt;
   const EditorScope editor(*this);
-  if (!editor.isGiven()) return false;
+  if (!editor.isGiven()) return std::nullopt;
   const bool goesOn = pumpMessages();
   const bool succeeded = goesOn && build_.runLevel();
   if (!goesOn || build_.state().hasQuit) {
     end_ = BuildEnd::quit;
     EndDialog(kvui::cancel);
   }
-  return succeeded;
+  return succeeded ? RunResult::succeeded : RunResult::failed;
 }
 
 void ZanDlgConfig::Undo() {
@@ -179,7 +179,7 @@ void ZanDlgConfig::UpdateButtons() {
   bool isBehind = false;
   forEachUnit(build_.units(), [&](const ZanConfigUnit& unit, const ZanConfigUnit*) {
     isBehind = isBehind || &unit == current;
-    if (unit.inserted) return;
+    if (!waits(unit)) return;
     isAny = true;
     isAnyAhead = isAnyAhead || !isBehind;
   });
@@ -196,8 +196,9 @@ void ZanDlgConfig::OnOK() {
   takeRest(build_);
   // Ahead of the end steps: once the markers are gone there is nothing left to try again with.
   if (!keepConfiguration(*name)) return;
-  build_.finish();
+  // Whatever happens from here on, drawing and history tell of the same circuit.
   end_ = BuildEnd::finished;
+  build_.finish();
   EndDialog(kvui::ok);
 }
 
@@ -252,6 +253,7 @@ void ZanDlgConfig::takeBack() {
 }
 
 void ZanDlgConfig::LeaveBuild() {
+  pages_.reset(); // its controls are gone
   if (end_ == BuildEnd::open) takeBack();
 }
 

@@ -51,7 +51,7 @@ private:
   [[nodiscard]] std::vector<std::wstring> takenNames();
   [[nodiscard]] std::wstring ProposeName();
   void Insert(InsertScope scope);
-  [[nodiscard]] bool RunInsertion(InsertScope scope);
+  [[nodiscard]] std::optional<RunResult> RunInsertion(InsertScope scope);
   void Undo();
   void UpdateButtons();
   [[nodiscard]] std::optional<std::wstring> acceptName();

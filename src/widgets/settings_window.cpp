@@ -108,6 +108,11 @@ void ZanSettingsWnd::KillTimer(std::uint32_t timer) {
   if (timers_.erase(timer) > 0) dialog_.KillWindowTimer(static_cast<int>(timer));
 }
 
+void ZanSettingsWnd::FireTimers() {
+  for (const auto& [timer, events] : std::map(timers_))
+    OnTimer(static_cast<int>(timer));
+}
+
 ZanGroupCtrl* ZanSettingsWnd::groupOfRole(std::wstring_view role) const {
   const std::optional<PagePlace> place = placeOfRole(role, role_);
   ZanGroupCtrl* group = place ? GroupAt(place->page, place->place) : nullptr;

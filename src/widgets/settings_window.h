@@ -67,6 +67,8 @@ public:
   /// One timer for each id, whoever starts it: the one who started it last is told, once.
   void StartTimer(std::uint32_t timer, int milliseconds, ZanGroupEvents& events);
   void KillTimer(std::uint32_t timer);
+  /// Lets every timer that runs come due now.
+  void FireTimers();
 
   [[nodiscard]] ZanConfigDialogService& dialog() const { return dialog_; }
   /// Expires with the window: managers live longer.

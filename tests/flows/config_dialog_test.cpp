@@ -186,10 +186,36 @@ TEST_CASE("a run that fails can be taken back, and waits to be inserted again") 
            answerStep("ExecutionError", 1),
            configStep(
                {expectingUnits({"Breaker", "Contactor", "Lamp [1]"}),
-                expecting("options/Colour", R"("locked": false)"), undo, choosing("Colour", "Red"), insertAll,
+                expecting("options/Colour", R"("locked": true)"), undo, choosing("Colour", "Red"), insertAll,
                 finish})}});
   checkEnd(result, "T");
   CHECK_EQ(result.drawn, R"(("small" "plain" "red"))");
+}
+
+TEST_CASE("what a failed run has drawn keeps its choices until the run is taken back as a whole") {
+  const ConfigResult result = ConfigSite().run(
+      {.markers = "((BRK 1) (LMP 2) (CON 3))",
+       .steps = {
+           configStep({selecting({"Lamp"}), choosing("Colour", "Broken"), insertAll}),
+           answerStep("ExecutionError", 1),
+           configStep(
+               {selecting({"Breaker"}), expecting("options/Frame", R"("locked": true)"),
+                expecting("insertAll", R"("enabled": false)"), undo,
+                expecting("options/Frame", R"("locked": false)"), selecting({"Lamp"}),
+                choosing("Colour", "Green"), insert, insertAll, finish})}});
+  checkEnd(result, "T");
+  CHECK_EQ(result.drawn, R"(("green" "small" "plain"))");
+}
+
+TEST_CASE("LISP that fails at the very end leaves no marker and a history that fits the drawing") {
+  ConfigSite site;
+  const ConfigResult result = site.run(
+      {.steps = {configStep({insertAll, naming("Kept"), finish})},
+       .setup = "(defun qn_bv_save_codehdl (rows) (throw-number))"});
+  CHECK_EQ(result.failure, "");
+  CHECK_EQ(result.drawn, R"(("small" "plain" "red"))");
+  CHECK_EQ(result.markers, "nil");
+  CHECK_EQ(site.historyNames(), "Kept [      ]");
 }
 
 TEST_CASE("an undo that the host refuses is told and changes nothing") {
