@@ -71,7 +71,9 @@ TEST_CASE("an interactive build makes a manager for each unit with control rules
     site.eval(markers);
     REQUIRE(ZanWidgetManagerMaker::Create());
     {
-      const auto build = site.prepared(site.arguments());
+      ZanBuildArgs args = site.arguments();
+      args.directBuild = kind == BuildKind::direct;
+      const auto build = site.prepared(args);
       REQUIRE(build);
       CHECK(build->prepare(kind));
       std::string units;
@@ -79,8 +81,8 @@ TEST_CASE("an interactive build makes a manager for each unit with control rules
         units += toUtf8(unit->code) + (unit->control ? " control " : " ") +
                  std::to_string(unit->managers().size()) + "; ";
       CHECK_EQ(units, kind == BuildKind::direct ? "" : "MOTOR-1 control 1; PART 1; ");
-      // Those of the scan, of any suffix.
-      CHECK_EQ(widgetManagerMaker()->wireFormatter().types().size(), 2);
+      // Those of the template's scan, of any suffix.
+      CHECK_EQ(widgetManagerMaker()->wireFormatter().types().size(), kind == BuildKind::direct ? 0 : 2);
     }
     ZanWidgetManagerMaker::Destroy();
   }
