@@ -52,8 +52,6 @@ void makeManagers(ZanConfigUnit& unit) {
 
 ZanBrenvolt::ZanBrenvolt(ZanBuildArgs args) {
   state_.args = std::move(args);
-  // Known from the start: the scan of the template comes ahead of the preparation.
-  state_.kind = state_.args.directBuild ? BuildKind::direct : BuildKind::interactive;
   state_.lastHandle = handleFromText(state_.args.lastHandleText);
 }
 
