@@ -2,13 +2,11 @@
 
 #include "data/table_query.h"
 #include "host/lisp_calls.h"
-#include "platform/tables.h"
 #include "text/compare.h"
 #include "text/split.h"
 
 #include <algorithm>
 #include <map>
-#include <optional>
 #include <utility>
 
 namespace brenvolt {
@@ -22,33 +20,6 @@ constexpr std::size_t circuitTextFields = 9;
 constexpr std::size_t firstSummaryField = 3;
 constexpr std::size_t secondSummaryField = 4;
 constexpr int componentColumns = 6;
-
-/// The project database, open for reading.
-class ProjectDatabase final {
-public:
-  explicit ProjectDatabase(const std::wstring& path) : file_(ConnectType::file, FileType::workbook) {
-    // The parent product writes paths with "\"; here the separator is "/".
-    isOpen_ = !path.empty() && file_.Open(replaceAll(path, L"\\", L"/"));
-    ZanOleDbTables tables;
-    if (isOpen_ && tables.Open(file_.connection(), L"TABLE")) tables.GetTableList(tables_);
-  }
-
-  [[nodiscard]] ZanOleDbConnection* connection() { return isOpen_ ? &file_.connection() : nullptr; }
-
-  /// The table's own spelling; nothing when the file has none.
-  [[nodiscard]] std::optional<std::wstring> findTable(std::wstring_view name) const {
-    const auto table = std::find_if(tables_.begin(), tables_.end(), [name](const std::wstring& each) {
-      return equalsOrdinalNoCase(each, name);
-    });
-    if (table == tables_.end()) return std::nullopt;
-    return *table;
-  }
-
-private:
-  ZanOleDbFileRecordset file_;
-  bool isOpen_ = false;
-  std::vector<std::wstring> tables_;
-};
 
 TextRow wholeRow(const TableQuery& query) {
   TextRow row;
@@ -69,6 +40,21 @@ ComponentKey componentKey(std::wstring_view drawingIndex, std::wstring_view hand
 }
 
 } // namespace
+
+ProjectDatabase::ProjectDatabase(const std::wstring& path) : file_(ConnectType::file, FileType::workbook) {
+  // The parent product writes paths with "\\"; here the separator is "/".
+  isOpen_ = !path.empty() && file_.Open(replaceAll(path, L"\\", L"/"));
+  ZanOleDbTables tables;
+  if (isOpen_ && tables.Open(file_.connection(), L"TABLE")) tables.GetTableList(tables_);
+}
+
+std::optional<std::wstring> ProjectDatabase::findTable(std::wstring_view name) const {
+  const auto table = std::find_if(tables_.begin(), tables_.end(), [name](const std::wstring& each) {
+    return equalsOrdinalNoCase(each, name);
+  });
+  if (table == tables_.end()) return std::nullopt;
+  return *table;
+}
 
 bool readCircuitRows(const std::wstring& databasePath, std::vector<TextRow>& rows) {
   rows.clear();
@@ -159,9 +145,8 @@ bool readCatalogRows(
 }
 
 bool selectDistinct(
-    const std::wstring& databasePath, std::wstring_view table, std::wstring_view column,
-    std::wstring_view statement, const std::vector<std::wstring>& values, TextRow& texts) {
-  ProjectDatabase database(databasePath);
+    ProjectDatabase& database, std::wstring_view table, std::wstring_view column, std::wstring_view statement,
+    const std::vector<std::wstring>& values, TextRow& texts) {
   const std::optional<std::wstring> name = database.findTable(table);
   if (!name) return false;
   std::vector<std::wstring> filled = {std::wstring(column), *name};
@@ -176,14 +161,13 @@ bool selectDistinct(
   return true;
 }
 
-TagLocations readTagLocations(const std::wstring& databasePath, std::wstring_view drawingIndex) {
+TagLocations readTagLocations(ProjectDatabase& database, std::wstring_view drawingIndex) {
   TagLocations locations;
   constexpr std::wstring_view statement = L"SELECT %s FROM [%s] WHERE DWGIX='%s' AND ATTR_NAME ='%s'";
   const std::wstring index(drawingIndex);
   selectDistinct(
-      databasePath, drawingTable, L"ATTR_VAL", statement, {index, L"IEC_INST"}, locations.installations);
-  selectDistinct(
-      databasePath, drawingTable, L"ATTR_VAL", statement, {index, L"IEC_LOC"}, locations.locations);
+      database, drawingTable, L"ATTR_VAL", statement, {index, L"IEC_INST"}, locations.installations);
+  selectDistinct(database, drawingTable, L"ATTR_VAL", statement, {index, L"IEC_LOC"}, locations.locations);
   return locations;
 }
 

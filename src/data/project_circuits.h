@@ -2,6 +2,9 @@
 // Everything here only reads; a file that cannot be opened counts as an empty project.
 #pragma once
 
+#include "platform/tables.h"
+
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -9,6 +12,22 @@
 namespace brenvolt {
 
 using TextRow = std::vector<std::wstring>;
+
+/// The project database, open for reading as long as the object lives. A file that cannot be opened has no tables.
+class ProjectDatabase final {
+public:
+  explicit ProjectDatabase(const std::wstring& path);
+
+  /// Null when the file could not be opened.
+  [[nodiscard]] ZanOleDbConnection* connection() { return isOpen_ ? &file_.connection() : nullptr; }
+  /// The table's own spelling; nothing when the file has none.
+  [[nodiscard]] std::optional<std::wstring> findTable(std::wstring_view name) const;
+
+private:
+  ZanOleDbFileRecordset file_;
+  bool isOpen_ = false;
+  std::vector<std::wstring> tables_;
+};
 
 /// Positions of a circuit's row, from 0.
 namespace circuitrow {
@@ -27,16 +46,16 @@ bool readCircuitSummaries(
 bool readCatalogRows(std::wstring_view drawingIndex, std::wstring_view handleKey, std::vector<TextRow>& rows);
 
 /// The distinct, non-null texts of the first column of a query on one table, found without case. `statement` takes
-/// the column and the table, then `values`. False when the file or the table is missing or the query fails.
+/// the column and the table, then `values`. False when the table is missing or the query fails.
 bool selectDistinct(
-    const std::wstring& databasePath, std::wstring_view table, std::wstring_view column,
-    std::wstring_view statement, const std::vector<std::wstring>& values, TextRow& texts);
+    ProjectDatabase& database, std::wstring_view table, std::wstring_view column, std::wstring_view statement,
+    const std::vector<std::wstring>& values, TextRow& texts);
 
 /// Installation and location of a drawing.
 struct TagLocations {
   TextRow installations;
   TextRow locations;
 };
-[[nodiscard]] TagLocations readTagLocations(const std::wstring& databasePath, std::wstring_view drawingIndex);
+[[nodiscard]] TagLocations readTagLocations(ProjectDatabase& database, std::wstring_view drawingIndex);
 
 } // namespace brenvolt

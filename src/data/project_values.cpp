@@ -37,10 +37,11 @@ std::vector<std::wstring> readProjectValues(std::wstring_view attribute) {
   std::vector<std::wstring> values;
   const std::optional<std::wstring> path = getProjectDatabase();
   if (!path || attribute.empty()) return values;
+  ProjectDatabase database(*path);
   const ValueSource& source = sourceOf(attribute);
   const std::wstring_view column = source.column.empty() ? attribute : source.column;
   for (const std::wstring_view table : source.tables)
-    if (!table.empty()) selectDistinct(*path, table, column, L"SELECT %s FROM [%s]", {}, values);
+    if (!table.empty()) selectDistinct(database, table, column, L"SELECT %s FROM [%s]", {}, values);
   return values;
 }
 

@@ -48,7 +48,8 @@ ZanAnnotationGridWnd::ZanAnnotationGridWnd(KvUiGrid& grid, ZanAnnotationExList::
     grid_.SetCell(0, column, loadText(textAt(TextId::presetUse, static_cast<unsigned>(column - tickColumn))));
   int row = 0;
   for (const ZanAnnotationPreset& preset : presets_) {
-    grid_.SetCellKind(++row, tickColumn, KvUiCellKind::tick);
+    grid_.SetCellKind(++row, 0, KvUiCellKind::fixed);
+    grid_.SetCellKind(row, tickColumn, KvUiCellKind::tick);
     grid_.SetCell(row, tickColumn, tickText(preset.enabled));
     for (const FixedColumn& fixed : fixedColumns) {
       grid_.SetCellKind(row, fixed.column, KvUiCellKind::fixed);

@@ -61,7 +61,8 @@ bool ZanDlgCircuit::OnInitDialog() {
   if (!readCircuitList(catalog_, window())) return false;
   catalog_.readAnnotationCodes();
   history_.context = selection_.workbookPath;
-  history_.Reload();
+  // A file that is not accepted cannot be written either: what it lists could be neither used nor deleted.
+  hasHistories_ = history_.Reload();
 
   tree_.emplace(Tree(role::circuitTree), catalog_);
   if (const std::optional<LastCircuit> last = readLastCircuit()) tree_->select(last->circuit, last->type);
@@ -139,9 +140,9 @@ void ZanDlgCircuit::fillHistories() {
   history_.circuitType = shown.type;
   history_.worksheet = shown.worksheet;
   std::vector<std::wstring> names;
-  if (shown_) history_.GetHistoryNames(shown.circuit, shown.type, names);
+  if (shown_ && hasHistories_) history_.GetHistoryNames(shown.circuit, shown.type, names);
   for (const std::wstring& name : names)
-    list.Insert(-1, name, 0);
+    if (!name.empty()) list.Insert(-1, name, 0);
   OnHistoryChanged();
 }
 
@@ -200,7 +201,8 @@ void ZanDlgCircuit::enableControls() {
   Grid(role::summary).Enable(hasHistory);
   for (const ScaleField& field : scaleFields)
     Text(field.role).Enable(!hasHistory);
-  // A saved configuration brings its own values: it stands instead of presets and of an existing circuit.
+  // A saved configuration brings its own values and stands instead of an existing circuit. Presets that were switched on
+  // ahead of it stay on, and cannot be changed while it is chosen.
   Tick(role::usePresets).Enable(hasPresets && !hasHistory);
   Button(role::choosePresets).Enable(hasPresets && !hasHistory);
   Tick(role::useExisting).Enable(!hasHistory);
@@ -219,8 +221,9 @@ void ZanDlgCircuit::showPreview() {
   Button(role::previewToggle).SetLabel(loadText(caption));
   Text(role::preview).Show(showsPreview_);
   if (!showsPreview_) return;
-  const std::wstring path =
-      shown_ ? findFile(shown_->drawingTemplate).value_or(std::wstring()) : std::wstring();
+  const std::wstring path = shown_ && !shown_->drawingTemplate.empty()
+                                ? findFile(shown_->drawingTemplate).value_or(std::wstring())
+                                : std::wstring();
   Text(role::preview).SetText(path);
   Text(role::preview).SetTooltip(path);
 }

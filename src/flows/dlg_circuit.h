@@ -83,6 +83,7 @@ private:
   std::vector<TextRow> circuitRows_;
   std::vector<TextRow> circuitSummaries_;
   bool showsPreview_ = false;
+  bool hasHistories_ = false; ///< the history file was accepted
   bool historyDirty_ = false; ///< a history was deleted, the file has to be written
 };
 

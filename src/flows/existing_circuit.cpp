@@ -1,6 +1,7 @@
 #include "flows/existing_circuit.h"
 
 #include "build/preset_texts.h"
+#include "host/host_api_documents.h"
 #include "host/lisp_calls.h"
 #include "host/lisp_symbols.h"
 #include "text/compare.h"
@@ -26,7 +27,7 @@ std::wstring firstOf(const TextRow& texts) {
 
 /// The component's value; nothing when the project cannot be asked.
 std::optional<std::wstring> readPlace(
-    const std::wstring& database, const PlaceColumn& column, const std::wstring& drawingIndex,
+    ProjectDatabase& database, const PlaceColumn& column, const std::wstring& drawingIndex,
     const std::wstring& handleKey) {
   TextRow values;
   bool wasRead = false;
@@ -68,19 +69,21 @@ std::vector<AnnotationRow> readComponentRows(const TextRow& circuit) {
   if (circuit.size() != circuitrow::columns) return rows;
   const std::vector<MarkerPreset> presets = parseMarkerPresets(circuit[circuitrow::presetText]);
   if (presets.empty()) return rows;
-  const std::optional<std::wstring> database = getProjectDatabase();
-  if (!database) return rows;
+  const std::optional<std::wstring> path = getProjectDatabase();
+  if (!path) return rows;
+  const KvWaitCursor waiting;
+  ProjectDatabase database(*path);
 
   const std::wstring& drawingIndex = circuit[circuitrow::drawingIndex];
   PlaceColumn columns[] = {{L"INST", {}}, {L"LOC", {}}};
   if (isSwitchedOn(lispsymbol::combinedTagLocation)) {
-    const TagLocations drawing = readTagLocations(*database, drawingIndex);
+    const TagLocations drawing = readTagLocations(database, drawingIndex);
     columns[0].fallback = firstOf(drawing.installations);
     columns[1].fallback = firstOf(drawing.locations);
   }
   for (const MarkerPreset& preset : presets)
     for (const PlaceColumn& column : columns)
-      if (auto value = readPlace(*database, column, drawingIndex, L"h=" + preset.handle))
+      if (auto value = readPlace(database, column, drawingIndex, L"h=" + preset.handle))
         rows.push_back({preset.code, std::wstring(column.name), std::move(*value), {}});
   return rows;
 }

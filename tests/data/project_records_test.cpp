@@ -57,7 +57,8 @@ TEST_CASE("circuits of a project are listed with their components, sorted, and l
   REQUIRE(summaries.size() == 2);
   CHECK(joinedTexts(summaries[0]) == "M-1|I|L|one|||M1|Three|key1");
   CHECK(joinedTexts(summaries[1]) == "M-2|||two|||M1|Three|key1");
-  const TagLocations locations = readTagLocations(path, L"7");
+  ProjectDatabase database(path);
+  const TagLocations locations = readTagLocations(database, L"7");
   CHECK(joinedTexts(locations.locations) == "L1");
   CHECK(joinedTexts(locations.installations) == "I1");
 

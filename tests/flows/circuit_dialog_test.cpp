@@ -77,8 +77,7 @@ TEST_CASE("the answer is what the insertion and the build need, and the next sel
   CHECK_EQ(session->kept(dialogKey, L"LastType"), "Reversing");
 }
 
-TEST_CASE(
-    "a history shows what it holds, brings its scales and stands instead of presets and existing circuits") {
+TEST_CASE("a history shows what it holds, brings its scales and stands instead of an existing circuit") {
   const CircuitSite site;
   const auto session = site.session(circuitStep(
       chooseReversing + R"({"set": "componentScale", "to": "9"}, {"choose": "history", "to": "Pump"},
@@ -170,6 +169,10 @@ TEST_CASE("what is wrong with workbook, history or memory is told or passed over
                              {"press": "cancel"})")},
       {"a damaged history file", usual, "<BrenvoltHistory Vers", "", plain},
       {"a foreign one", usual, "<Other><Circuit Name=\"Motors\"/></Other>", "", plain},
+      {"one that is too old", usual,
+       "<BrenvoltHistory Version=\"0.9\"><Circuit Name=\"Motors\"><CircuitType Name=\"Reversing\">"
+       "<History Name=\"Old\"/></CircuitType></Circuit></BrenvoltHistory>",
+       "", plain},
       {"the last circuit is gone", usual, "", "(zan_bv_select_circuit)", remember + "," + startOver},
   };
   for (const Row& row : rows) {
