@@ -137,10 +137,11 @@ public:
   Import(std::wstring_view outPath, ExistingTables existing, const ImportProgress& progress)
       : outPath_(outPath), existing_(existing), progress_(progress) {}
 
-  ImportReport run(const std::vector<std::wstring>& inputs) {
+  /// An empty `only` takes all tables.
+  ImportReport run(const std::vector<std::wstring>& inputs, std::wstring_view only = {}) {
     openInputs(inputs);
-    if (report_.isDone()) listTasks();
-    if (report_.isDone()) write();
+    if (report_.isDone()) listTasks(only);
+    if (report_.isDone() && (only.empty() || !tasks_.empty())) write();
     if (!report_.isDone()) report_.tables.clear();
     return std::move(report_);
   }
@@ -162,11 +163,12 @@ private:
     }
   }
 
-  void listTasks() {
+  void listTasks(std::wstring_view only) {
     for (const auto& input : inputs_) {
       for (const std::wstring& sourceName : input->source->tableNames()) {
         std::wstring name = sourceName;
         if (input->isUntyped && name.ends_with(L'$')) name.pop_back();
+        if (!only.empty() && !equalsOrdinalNoCase(name, only)) continue;
         for (const Task& earlier : tasks_) {
           if (!equalsOrdinalNoCase(earlier.name, name)) continue;
           fail(input->path + L": the table " + name + L" comes from " + earlier.input->path + L" too");
@@ -257,11 +259,17 @@ ImportReport importTables(
   return Import(outPath, existing, progress).run(inputs);
 }
 
+ImportReport replaceTable(std::wstring_view outPath, const std::wstring& inputPath, std::wstring_view table) {
+  const ImportProgress progress;
+  return Import(outPath, ExistingTables::replace, progress).run({inputPath}, table);
+}
+
 bool untypedColumnIsNumber(std::wstring_view table, std::size_t column, std::wstring_view columnName) {
   constexpr std::size_t firstAmpacity = 3;
   if (startsNoCase(table, L"AMP_")) return column >= firstAmpacity;
   const bool hasLimit = startsNoCase(table, L"AMPG") || startsNoCase(table, L"MOTOR_I_MAP");
-  return hasLimit && equalsOrdinalNoCase(columnName, L"MAX");
+  if (hasLimit) return equalsOrdinalNoCase(columnName, L"MAX");
+  return equalsOrdinalNoCase(table, L"CATALOGSEL") && equalsOrdinalNoCase(columnName, L"UI_SEL");
 }
 
 } // namespace brenvolt

@@ -47,8 +47,13 @@ using ImportProgress = std::function<void(std::size_t index, std::size_t count, 
     std::wstring_view outPath, const std::vector<std::wstring>& inputs,
     ExistingTables existing = ExistingTables::refuse, const ImportProgress& progress = {});
 
+/// Carries one table of `inputPath`, found without case, into the existing database `outPath`, in place of the one of
+/// that name there. An input without such a table changes nothing; the report then has neither tables nor errors.
+[[nodiscard]] ImportReport replaceTable(
+    std::wstring_view outPath, const std::wstring& inputPath, std::wstring_view table);
+
 /// Whether a column of a source without types holds numbers: the ampacities of AMP_*, from the third column on, and MAX
-/// of AMPG* and MOTOR_I_MAP*. As texts 100 would sort ahead of 15. All else is text, so that "1.00" stays "1.00".
+/// of AMPG* and MOTOR_I_MAP*, and the option code UI_SEL of CATALOGSEL. As texts 100 would sort ahead of 15. All else is text, so that "1.00" stays "1.00".
 /// `column` counts from 1; names compare without case.
 [[nodiscard]] bool untypedColumnIsNumber(
     std::wstring_view table, std::size_t column, std::wstring_view columnName);

@@ -15,6 +15,7 @@ cp site/zan_brenvolt.xls site/zan_brenvolt.xml "$demo/"
 circuits='Three-phase motors|Direct on line|Pump 10 HP|0,0
 Three-phase motors|Reversing|Hoist 5 HP|215,0
 Three-phase motors|Star-delta|Fan 40 HP|430,0
+Three-phase motors|Two motors, one feeder|Two pumps 10 and 5 HP|675,0
 Control circuits|Start and stop station|Station|215,-275
 Single-phase motors|Direct on line|Sump 1.5 HP|0,-185
 Power feeds|Three-phase|Heater 15 kW|0,-335
@@ -31,7 +32,7 @@ while IFS='|' read -r circuit type history at; do
 done <<<"$circuits"
 
 "$tool" lisp --site site --drawing "$drawing" --save "$drawing" --svg "$demo/demo.svg" \
-  -e '(site-frame -20 -415 640 50 "SAMPLE CIRCUITS" "E-001")' >/dev/null
+  -e '(site-frame -20 -415 935 50 "SAMPLE CIRCUITS" "E-001")' >/dev/null
 if command -v rsvg-convert >/dev/null; then
   rsvg-convert -w 2600 "$demo/demo.svg" -o "$demo/demo.png"
 fi

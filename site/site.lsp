@@ -4,6 +4,7 @@
 (load "lisp/wires.lsp")    ; wire layers, wires, wire numbers
 (load "lisp/symbols.lsp")  ; placing symbols
 (load "lisp/records.lsp")  ; entity data and the project database
+(load "lisp/parts.lsp")    ; catalogue of parts, the lookups that workbook rules name
 (load "lisp/forms.lsp")    ; the functions that workbook forms name
 (load "lisp/circuits.lsp") ; select, insert, build
 (load "lisp/sheet.lsp")    ; border and title block

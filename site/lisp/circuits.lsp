@@ -1,10 +1,5 @@
 ; Placing a circuit as the parent product does: select, insert the template, build.
 
-; The first answer, for the tables' lookup of a part; the numbers are invented.
-(setq site-parts
-  '(("DS" "Nordhaven" "DS-3060" "") ("CB" "Nordhaven" "CB3-100" "") ("FU" "Fusewell" "FT-030" "")
-    ("MS" "Carrick" "MC-25-120" "") ("OL" "Carrick" "OR-18-25" "") ("XF" "Carrick" "CT-150" "")))
-
 ; What a build gets to know of the drawing ahead of the insertion: last entity, undo position.
 (defun site-last-handle () (if (entity-last) (entity-handle (entity-last)) ""))
 
@@ -12,7 +7,7 @@
 ; build that answers nil takes the drawing back to where it stood; the value is the build's.
 (defun site-insert-and-build (template args point)
   (let ((start (undo-count)))
-    (setq site-control-entity nil site-control-params nil site-control-wires nil site-placed-components nil
+    (setq site-current nil site-control-entity nil site-control-params nil site-control-wires nil site-placed-components nil
           site-saved-codes nil)
     (setq GBL_qn_bv_data (cons (car GBL_qn_bv_data) (cons (site-point point) (cddr GBL_qn_bv_data))))
     (next-circuit)
@@ -33,11 +28,11 @@
 
 (defun site-point (point) (mapcar 'float (append point (if (nth 2 point) nil '(0.0)))))
 
-; Direct build of a type without a question: what the tool's draw and the demo use. The texts behind the history are
-; the preset, component and wire fields of a rebuild, and may be empty.
-(defun site-build (template workbook worksheet circuit type history point preset params wires)
+; Builds a type that is named, at the point: directly and without a question, or with the configuration dialog when
+; `asks` is true. The texts behind the history are the preset, component and wire fields of a rebuild, and may be empty.
+(defun site-build (template workbook worksheet circuit type history point preset params wires &optional asks)
   (site-insert-and-build template
-    (append (list workbook worksheet circuit type history 1 (site-last-handle) (undo-count))
+    (append (list workbook worksheet circuit type history (if asks 0 1) (site-last-handle) (undo-count))
             (list preset params "1" wires))
     point))
 
@@ -45,4 +40,12 @@
 (defun site-circuit (point)
   (let ((answer (zan_bv_select_circuit)))
     (when answer
-      (site-insert-and-build (car answer) (cadr answer) point))))
+      (let ((site-presets (third answer)))
+        (site-insert-and-build (first answer) (append (second answer) (takeover-fields (nth 3 answer))) point)))))
+
+; The last four arguments of a build that takes over a circuit of the project: (flag drawing handle circuit params
+; wires codes). Without the flag its parts stay behind, which are found by the drawing.
+(defun takeover-fields (existing)
+  (when existing
+    (list (nth 6 existing) (nth 4 existing) (if (string=? (first existing) "1") (nth 1 existing) "")
+          (nth 5 existing))))

@@ -51,22 +51,47 @@
   (place-symbol "ZWIRENO" xyz scl (list (cons "WIRENO" (control-number (site-text misc1)))))
   T)
 
-; Power
+; As site_ground_wire, through points given as dx dy dx dy ... from the marker.
+(defun site_ground_path (xyz scl data misc1 steps)
+  (draw-path xyz scl steps (row-layer (ground-row data) misc1 "GRN_@SIZE@"))
+  T)
+
+; The lines of a feeder that several motors share. No table sizes them: the size is the user's.
+(defun site_feeder (xyz scl poles length size)
+  (dotimes (pole poles)
+    (let ((from (offset xyz 0 (* scl pole (- pole-distance)))))
+      (draw-wire from (offset from (* scl length) 0) (wire-layer (string-append "BLK_" size)))))
+  T)
+
+; Power. Where a circuit has several motors, the last argument is the motor's letter.
 
 (defun site_switch (xyz scl poles data data2)
   (place-in-wires (pole-name "ZDISC" poles) xyz scl poles lead
                   (cons (cons "TAG1" (tag-before "DS")) (part-texts data data2 "DS" "DISC")))
   T)
 
-(defun site_breaker (xyz scl poles data data2)
+(defun site_breaker (xyz scl poles data data2 &optional motor)
   (place-in-wires (pole-name "ZBREAK" poles) xyz scl poles lead
-                  (cons (cons "TAG1" (tag-before "CB")) (part-texts data data2 "CB" "BREAKER")))
+                  (cons (cons "TAG1" (tag-before "CB" motor)) (part-texts data data2 "CB" "BREAKER")))
+  T)
+
+; Switch and fuses of a feeder have the rating that the user chose, since the motor tables size branches only.
+(defun site_feeder_switch (xyz scl poles rating data)
+  (place-in-wires (pole-name "ZDISC" poles) xyz scl poles lead
+                  (append (part-texts data nil "DS" "DISC")
+                          (list (cons "TAG1" (tag-before "DS")) (cons "RATING1" rating))))
+  T)
+
+(defun site_feeder_fuses (xyz scl poles rating data)
+  (place-in-wires (pole-name "ZFUSE" poles) (offset xyz (* scl 20) 0) scl poles lead
+                  (append (part-texts data nil "FU" "FUSE_TD")
+                          (list (cons "TAG1" (tag-before "FU")) (cons "RATING1" rating))))
   T)
 
 ; Fuses behind a switch, 20 to the right of it. The kind of fuse is its code in auto-sizing.
-(defun site_fuses (xyz scl poles kind data data2)
+(defun site_fuses (xyz scl poles kind data data2 &optional motor)
   (place-in-wires (pole-name "ZFUSE" poles) (offset xyz (* scl 20) 0) scl poles lead
-                  (cons (cons "TAG1" (tag-before "FU")) (part-texts data data2 "FU" kind)))
+                  (cons (cons "TAG1" (tag-before "FU" motor)) (part-texts data data2 "FU" kind)))
   T)
 
 (defun site_contactor (xyz scl poles name data data2)
@@ -84,9 +109,9 @@
   T)
 
 ; kind: heaters or electronic.
-(defun site_overload (xyz scl poles kind data data2)
+(defun site_overload (xyz scl poles kind data data2 &optional motor)
   (place-in-wires (pole-name (if (string-ci=? kind "electronic") "ZSSOL" "ZHEAT") poles) xyz scl poles lead
-                  (cons (cons "TAG1" (tag-behind "OL")) (part-texts data data2 "OL" "OVERLOAD")))
+                  (cons (cons "TAG1" (tag-behind "OL" motor)) (part-texts data data2 "OL" "OVERLOAD")))
   T)
 
 ; A row of terminals of the strip that the workbook names; first is the number of the first one.
@@ -99,8 +124,8 @@
   T)
 
 ; MISC1 may hold DESC1=...;DESC2=...; for the name plate.
-(defun motor-attributes (data misc1)
-  (list (cons "TAG1" (tag-before "MTR"))
+(defun motor-attributes (data misc1 motor)
+  (list (cons "TAG1" (tag-before "MTR" motor))
         (cons "RATING1" (data-power data))
         (cons "DESC1" (or (setting misc1 "DESC1") ""))
         (cons "DESC2" (data-supply-line data 3 " V"))
@@ -109,8 +134,9 @@
   (if (string=? (data-text data index) "") "" (string-append (data-text data index) unit)))
 
 ; windings: 1 for a single-phase motor, 3, or 6 with both ends led out.
-(defun site_motor (xyz scl windings data misc1)
-  (record-control-entity (place-symbol (pole-name "ZMOTOR" windings) xyz scl (motor-attributes data misc1)) data)
+(defun site_motor (xyz scl windings data misc1 &optional motor)
+  (record-control-entity
+    (place-symbol (pole-name "ZMOTOR" windings) xyz scl (motor-attributes data misc1 motor)) data)
   T)
 
 (defun site_load (xyz scl poles data misc1)
@@ -196,12 +222,8 @@
 (defun site-template (name)
   (or (find-file (string-append "templates/" name)) (error "the site has no template " name)))
 
-; Asked of a supplier: (manufacturer catalogue-number assembly). A dialog's lookup in the tables of parts.
-(defun site_part_lookup (table mfg cat asm)
-  (let ((part (assoc table site-parts)))
-    (if part (cdr part) (list mfg cat asm))))
-
-(site-expose '(site_title site_motor_data site_wire site_wire_path site_ground_wire site_source_ground site_dot
+(site-expose '(site_title site_motor_data site_wire site_wire_path site_ground_wire site_ground_path site_feeder
+               site_feeder_switch site_feeder_fuses site_source_ground site_dot
                site_wire_number site_switch site_breaker site_fuses site_contactor site_lower_contactor site_interlock site_overload
                site_terminals site_motor site_load site_control_transformer site_control_source site_device
-               site_pilot_light site_control_path site_seal_in site_nested site_part_lookup))
+               site_pilot_light site_control_path site_seal_in site_nested))

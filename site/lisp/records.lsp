@@ -29,12 +29,14 @@
         "")
       ")")))
 
+; Each motor keeps its data. Of several, the first one stands for the circuit: a build that takes the circuit over
+; hands its data to the first motor.
 (defun record-control-entity (entity data)
-  (setq site-control-entity entity
-        site-control-params (params-text data)
-        site-control-wires (wires-text data))
-  (entity-data-set! entity "ORL_QN_BV_CIRCPARAMS" site-control-params)
-  (entity-data-set! entity "ORL_QN_BV_CIRCPARAMS2" site-control-wires))
+  (let ((params (params-text data)) (wires (wires-text data)))
+    (unless site-control-entity
+      (setq site-control-entity entity site-control-params params site-control-wires wires))
+    (entity-data-set! entity "ORL_QN_BV_CIRCPARAMS" params)
+    (entity-data-set! entity "ORL_QN_BV_CIRCPARAMS2" wires)))
 
 ; The rows of a finished circuit. A project without a database keeps no records.
 (defun record-circuit (template args)

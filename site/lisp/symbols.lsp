@@ -23,8 +23,18 @@
   (site-block name)
   (let ((symbol (fill-attributes (insert-block name point scale (or rotation 0) "SYMBOLS") texts)))
     (when (entity-attribute symbol "FAMILY")
+      (apply-presets symbol)
       (setq site-placed-components (cons (cons symbol (marker-code)) site-placed-components)))
     symbol))
+
+; What the user fixed ahead of the build, as (label attribute value family): for components of that family, or of all.
+(setq site-presets nil)
+(defun apply-presets (symbol)
+  (let ((family (entity-get (entity-attribute symbol "FAMILY") 'text)))
+    (mapc (lambda (preset)
+            (when (member (nth 3 preset) (list "" family))
+              (fill-attributes symbol (list (cons (nth 1 preset) (nth 2 preset))))))
+          site-presets)))
 
 ; A symbol in horizontal wires: each of its poles cuts the wire that it stands on.
 (defun place-in-wires (name point scale poles half-width texts)
@@ -39,14 +49,22 @@
 (defun circuit-number () (or (get-variable "SITE_CIRCUIT") 1))
 (defun next-circuit () (set-variable "SITE_CIRCUIT" (+ 1 (or (get-variable "SITE_CIRCUIT") 0))))
 
-(defun tag-before (letters) (string-append letters (number->string (circuit-number)))) ; CB1
-(defun tag-behind (letters) (string-append (number->string (circuit-number)) letters)) ; 1M
+; `motor` is the letter of one of several motors in a circuit.
+(defun tag-before (letters &optional motor) ; CB1, CB1A
+  (string-append letters (number->string (circuit-number)) (or motor "")))
+(defun tag-behind (letters &optional motor) ; 1M, 1MA
+  (string-append (number->string (circuit-number)) letters (or motor "")))
 (defun control-number (digits) (string-append (number->string (circuit-number)) digits)) ; 101
+
+; The first rating of a chosen part. Parts of a dialog name their type ahead of it, those of a placed component do not.
+(defun part-rating (part sized)
+  (let ((rating (site-text (nth (if (< (length part) 12) 5 6) part))))
+    (if (string=? rating "") sized rating)))
 
 ; Attributes of a component that carries a catalogue part: the chosen one, else what auto-sizing proposes.
 (defun part-texts (data data2 table code)
   (let ((part (data-part data table)))
-    (list (cons "RATING1" (sized-rating data2 code))
+    (list (cons "RATING1" (part-rating part (sized-rating data2 code)))
           (cons "MFG" (site-text (nth 1 part)))
           (cons "CAT" (if part (site-text (nth 2 part)) (sized-part data2 code)))
           (cons "ASSYCODE" (site-text (nth 3 part))))))

@@ -52,4 +52,13 @@ std::string SiteCopy::history() const {
   return toUtf8(replaceAll(text, fromUtf8(site()), L"SITE"));
 }
 
+std::string SiteCopy::savedHistory(const std::string& name) const {
+  constexpr std::string_view end = "</History>";
+  const std::string file = history();
+  const std::size_t start = file.find("<History Name=\"" + name + "\"");
+  if (start == std::string::npos) return {};
+  const std::string entry = file.substr(start, file.find(end, start) + end.size() - start);
+  return toUtf8(replaceAll(fromUtf8(entry), L"><", L">\n<")) + "\n";
+}
+
 } // namespace brenvolt

@@ -35,6 +35,8 @@ public:
   [[nodiscard]] std::string site() const { return folder_.path("site"); }
   /// The history file as UTF-8 without its mark, with the copy's folder left out of its text.
   [[nodiscard]] std::string history() const;
+  /// The entry of this name in it, an element a line; empty when there is none.
+  [[nodiscard]] std::string savedHistory(const std::string& name) const;
 
 private:
   void pack() const;

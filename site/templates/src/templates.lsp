@@ -56,6 +56,45 @@
   (marker "STAR" 34 114 -84))
 (defun draw-motor1-dol () (starter 2 -24 -56))
 
+; A motor's branch behind the feeder: the lines run from x on at y; `letter` parts the two motors.
+(defun motor-branch (letter order x y)
+  (let ((code (lambda (name) (string-append name "-" letter))))
+    (marker (funcall code "MCTL") order (+ x 16) (+ y 12))
+    (marker (funcall code "BRK") (+ order 20) (+ x 16) y)
+    (marker (funcall code "MS") (+ order 30) (+ x 64) y)
+    (marker (funcall code "OL") (+ order 40) (+ x 90) y)
+    (marker (funcall code "TERM") (+ order 50) (+ x 104) y)
+    (marker (funcall code "MOTOR") (+ order 60) (+ x 110) y)
+    (dotimes (pole 3)
+      (let ((line (- y (* 10 pole))) (number (number->string (+ pole 1))))
+        (marker "WNUM" 190 (+ x 46) line (string-append letter number))
+        (marker "WNUM" 190 (+ x 99) line (string-append "T" letter number))))))
+
+; A wire position with a letter, where its wire begins.
+(defun branch-wire (number letter order x y)
+  (marker (string-append "WT0" (number->string number) "-" letter) order x y
+          "_WIRETYPE=BLK_@SIZE@;_WIRENUMBERS=1;"))
+(defun branch-ground (letter order x y)
+  (marker (string-append "WT01E-" letter) order x y "_WIRETYPE=GRN_@SIZE@;_WIRENUMBERS=0;"))
+
+; The feeder ends at x = 96, where motor A's branch begins; motor B's wires leave it shortly before.
+(defun draw-motor3-two ()
+  (marker "TITLE" 1 0 24)
+  (marker "FEED" 1 0 0)
+  (marker "DISC" 1 18 0)
+  (dotimes (pole 3)
+    (let ((y (- (* 10 pole))) (number (number->string (+ pole 1))))
+      (label -3 (- y 0.9) (string-append "L" number))
+      (marker "WNUM" 190 6 y (string-append "L" number))
+      (branch-wire (+ pole 1) "A" 12 96 y)
+      (branch-wire (+ pole 1) "B" 112 (+ 86 (* 3 pole)) y)))
+  (label -3 -30.9 "PE")
+  (branch-ground "A" 15 0 -30)
+  (branch-ground "B" 115 82 -30)
+  (motor-branch "A" 2 96 0)
+  (motor-branch "B" 102 96 -80)
+  (marker "CTRL" 170 64 -136))
+
 (defun feed (poles ground-y)
   (power-head poles)
   (marker "PCTL" 2 0 18)
@@ -87,6 +126,20 @@
   (marker "WNUM" 90 8 -28 "04")
   (marker "WNUM" 90 35 -28 "05")
   (marker "LITE" 50 -50 -28))
+
+; Two motors on one transformer: a rung for each.
+(defun draw-control-two-motors ()
+  (rails -60 -60)
+  (mapc (lambda (letter y numbers)
+          (let ((code (lambda (name) (string-append name "-" letter))))
+            (rung (list -50 y 60 y))
+            (marker (funcall code "OPER") 20 -15 y)
+            (marker (funcall code "COIL") 30 25 y)
+            (marker (funcall code "OLC") 40 45 y)
+            (marker "WNUM" 90 8 y (first numbers))
+            (marker "WNUM" 90 35 y (second numbers))))
+        '("A" "B") '(-28 -60) '(("04" "05") ("06" "07")))
+  (mapc 'dot '(-50 60) '(-28 -28)))
 
 ; The rails end at the lowest rung that always is there; the rows of LITE bring them down to the pilot lights.
 (defun draw-control-reversing ()
@@ -138,10 +191,11 @@
 
 (setq GBL_site_templates
   '(("motor3_dol" draw-motor3-dol) ("motor3_reversing" draw-motor3-reversing)
-    ("motor3_star_delta" draw-motor3-star-delta) ("motor1_dol" draw-motor1-dol)
+    ("motor3_star_delta" draw-motor3-star-delta) ("motor3_two" draw-motor3-two)
+    ("motor1_dol" draw-motor1-dol)
     ("feed3" draw-feed3) ("feed2" draw-feed2) ("control_station" draw-control-station)
     ("control_three_wire" draw-control-three-wire) ("control_reversing" draw-control-reversing)
-    ("control_star_delta" draw-control-star-delta)
+    ("control_star_delta" draw-control-star-delta) ("control_two_motors" draw-control-two-motors)
     ("pilot_run" draw-pilot-run) ("pilot_run_stop" draw-pilot-run-stop)))
 
 (defun site-draw-template (name)

@@ -1,0 +1,76 @@
+; The catalogue of parts, and the lookups that workbook rules name. Makers and numbers are invented.
+
+; Table, up to this current, manufacturer, catalogue number, assembly code, type, ratings. Rising within a maker.
+(setq site-parts
+  '(("DS"   30 "Nordhaven" "DS-3030" "" "SWITCH" "30A" "600V")
+    ("DS"   60 "Nordhaven" "DS-3060" "" "SWITCH" "60A" "600V")
+    ("DS"  100 "Nordhaven" "DS-3100" "" "SWITCH" "100A" "600V")
+    ("DS"  200 "Nordhaven" "DS-3200" "" "SWITCH" "200A" "600V")
+    ("CB"   15 "Nordhaven" "CB3-015" "" "BREAKER" "15A" "25KA")
+    ("CB"   30 "Nordhaven" "CB3-030" "" "BREAKER" "30A" "25KA")
+    ("CB"   40 "Nordhaven" "CB3-040" "" "BREAKER" "40A" "25KA")
+    ("CB"   60 "Nordhaven" "CB3-060" "" "BREAKER" "60A" "25KA")
+    ("CB"  100 "Nordhaven" "CB3-100" "" "BREAKER" "100A" "35KA")
+    ("CB"  150 "Nordhaven" "CB3-150" "" "BREAKER" "150A" "35KA")
+    ("CB"   40 "Carrick"   "KB-40"   "" "BREAKER" "40A" "18KA")
+    ("CB"  100 "Carrick"   "KB-100"  "" "BREAKER" "100A" "18KA")
+    ("FU"   15 "Fusewell"  "FT-015"  "" "FUSE" "15A" "600V")
+    ("FU"   30 "Fusewell"  "FT-030"  "" "FUSE" "30A" "600V")
+    ("FU"   60 "Fusewell"  "FT-060"  "" "FUSE" "60A" "600V")
+    ("FU"  100 "Fusewell"  "FT-100"  "" "FUSE" "100A" "600V")
+    ("FU"  200 "Fusewell"  "FT-200"  "" "FUSE" "200A" "600V")
+    ("MS"    9 "Carrick"   "MC-09-120" "A1" "CONTACTOR" "9A" "120V COIL")
+    ("MS"   18 "Carrick"   "MC-18-120" "A1" "CONTACTOR" "18A" "120V COIL")
+    ("MS"   25 "Carrick"   "MC-25-120" "A1" "CONTACTOR" "25A" "120V COIL")
+    ("MS"   40 "Carrick"   "MC-40-120" "A1" "CONTACTOR" "40A" "120V COIL")
+    ("MS"   65 "Carrick"   "MC-65-120" "A1" "CONTACTOR" "65A" "120V COIL")
+    ("OL"    9 "Carrick"   "OR-05-09" "" "OVERLOAD" "5-9A")
+    ("OL"   18 "Carrick"   "OR-10-18" "" "OVERLOAD" "10-18A")
+    ("OL"   25 "Carrick"   "OR-18-25" "" "OVERLOAD" "18-25A")
+    ("OL"   65 "Carrick"   "OR-40-65" "" "OVERLOAD" "40-65A")
+    ("XF"  100 "Carrick"   "CT-150"  "" "TRANSFORMER" "150VA" "480-120V")))
+
+; How many times a motor's current a part of a table has to carry.
+(setq site-part-factors '(("DS" . 1.15) ("CB" . 2.5) ("FU" . 1.75) ("MS" . 1.0) ("OL" . 1.0) ("XF" . 0.0)))
+
+(setq site-current nil) ; of the motor or load that was looked up last in this circuit; nil for none
+
+; The plug-in's lookups, with a look at the current on the way: the answers are theirs.
+(defun site_motor_lookup (&rest args) (note-current (apply 'zan_bv_motor_select args) 7))
+(defun site_load_lookup (&rest args) (note-current (apply 'zan_bv_power_feed_select args) 6))
+(defun note-current (answer place)
+  (when answer (setq site-current (nth place answer)))
+  answer)
+
+(defun site_wire_lookup (fla) (setq site-current fla) (zan_bv_wire_select))
+(defun site_feed_wire_lookup (fla) (setq site-current fla) (zan_bv_pf_wire_select))
+
+; A part out of a table: (manufacturer catalogue-number assembly type ratings ...). While the host has the editor, the
+; user may pick a component whose rating the part shall have; a pick of nothing goes by the current of the motor. A
+; manufacturer that stands in the group already is kept. Nil when no part is large enough.
+(defun site_part_lookup (table mfg cat asm)
+  (let* ((picked (pick-entity "Component with the rating of the part, Enter for the motor's: "))
+         (wanted (if picked (entity-rating (car picked)) (motor-rating table)))
+         (part (find-if (lambda (row) (part-fits? row table mfg wanted)) site-parts)))
+    (when part
+      ; All ratings, or those of the part before would stay.
+      (sublist (append (nthcdr 2 part) '("" "" "" "" "" "")) 0 10))))
+
+(defun part-fits? (row table mfg wanted)
+  (and (string-ci=? (first row) table)
+       (or (string=? mfg "") (string-ci=? (third row) mfg))
+       (>= (second row) wanted)))
+
+; A table that no current counts for, and a circuit whose motor is not known yet, take the smallest part.
+(defun motor-rating (table)
+  (let ((factor (assoc (string-upcase table) site-part-factors)))
+    (if (and site-current factor) (* site-current (cdr factor)) 0)))
+
+; "35A" is 35; 0 for what has no rating.
+(defun entity-rating (entity)
+  (let* ((attributes (entity-attributes entity))
+         (text (cdr (assoc "RATING1" attributes)))
+         (number (when text (string->number (string-trim "Aa " text)))))
+    (or number 0)))
+
+(site-expose '(site_motor_lookup site_load_lookup site_wire_lookup site_feed_wire_lookup site_part_lookup))
