@@ -3,12 +3,14 @@
 
 #include "platform/table_import.h"
 #include "simhost/host/errors.h"
+#include "simhost/host/files.h"
 #include "text/encoding.h"
 
 #include <unistd.h>
 
 #include <algorithm>
 #include <cstdint>
+#include <cstdio>
 #include <cstdlib>
 #include <optional>
 #include <string>
@@ -74,6 +76,33 @@ std::string joined(const std::vector<std::wstring>& lines) {
   return text;
 }
 
+/// What the plug-in writes for the user. It goes over from the database that a new one replaces.
+constexpr std::wstring_view savedTable = L"CATALOGSEL";
+
+/// Tells when the database was built. The database itself cannot: it is as young as what the user saved last.
+fs::path stampOf(const fs::path& database) {
+  return database.string() + ".built";
+}
+
+/// A name that is free, for a database that cannot be read: what is in it may still be saved by hand.
+fs::path freeName(const fs::path& database) {
+  for (int number = 1;; ++number) {
+    fs::path name = database.string() + ".damaged-" + std::to_string(number);
+    if (!fs::exists(name)) return name;
+  }
+}
+
+void takeOverSavedTable(const fs::path& from, const fs::path& to) {
+  std::error_code error;
+  if (!fs::exists(from, error)) return;
+  if (brenvolt::replaceTable(fromUtf8(to.string()), fromUtf8(from.string()), savedTable).isDone()) return;
+  const fs::path kept = freeName(from);
+  fs::copy_file(from, kept, error);
+  std::fprintf(
+      stderr, "brenvolt: %s: saved parts cannot be read; the file is kept as %s\n", from.string().c_str(),
+      kept.string().c_str());
+}
+
 void build(const fs::path& tables, const fs::path& database) {
   std::error_code error;
   fs::create_directories(database.parent_path(), error);
@@ -88,16 +117,20 @@ void build(const fs::path& tables, const fs::path& database) {
     fs::remove(beside, error);
     throw BadInput(joined(report.errors));
   }
-  // As old as the begin of the work: a table that is changed meanwhile makes it be built again.
-  fs::last_write_time(beside, begin, error);
+  takeOverSavedTable(database, beside);
   // What belonged to the file that goes must not be taken for the new one's log.
   for (const char* companion : {"-wal", "-shm"})
     fs::remove(database.string() + companion, error);
   fs::rename(beside, database, error);
-  if (!error) return;
-  const std::string reason = error.message();
-  fs::remove(beside, error);
-  throw CannotWrite(database.string() + ": " + reason);
+  if (error) {
+    const std::string reason = error.message();
+    fs::remove(beside, error);
+    throw CannotWrite(database.string() + ": " + reason);
+  }
+  const fs::path stamp = stampOf(database);
+  if (const std::string reason = replaceFile(stamp, {}); !reason.empty()) throw CannotWrite(reason);
+  // As old as the begin of the work: a table that is changed meanwhile makes it be built again.
+  fs::last_write_time(stamp, begin, error);
 }
 
 } // namespace
@@ -110,7 +143,9 @@ fs::path siteDatabase(const fs::path& site) {
   const std::optional<fs::file_time_type> change = lastChange(tables);
   if (!change) throw BadInput(site.string() + ": has neither " + databaseName + " nor tables/*.csv");
   fs::path database = builtDatabase(site);
-  const bool isFresh = fs::exists(database, error) && fs::last_write_time(database, error) >= *change;
+  const fs::path stamp = stampOf(database);
+  const bool isFresh =
+      fs::exists(database, error) && fs::exists(stamp, error) && fs::last_write_time(stamp, error) >= *change;
   if (!isFresh) build(tables, database);
   return database;
 }

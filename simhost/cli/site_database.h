@@ -8,7 +8,8 @@ namespace simhost {
 /// The file with the tables of the site in `site`:
 /// - `engineering.db` of that folder, where it stands: a site that edits its tables by dialog keeps one;
 /// - else one built from `tables/*.csv` of that folder, anew whenever a table is younger than it. It lies where the
-///   environment's BRENVOLT_DB says, else in the user's cache, a folder for each site.
+///   environment's BRENVOLT_DB says, else in the user's cache, a folder for each site. Parts that the user saved in
+///   CATALOGSEL go over from the database before; a file of which they cannot be read is kept beside it.
 /// It is built beside itself and renamed, so that several processes may ask at once. Throws BadInput for a folder
 /// without tables or a table that cannot be read, naming file and place, and CannotWrite.
 [[nodiscard]] std::filesystem::path siteDatabase(const std::filesystem::path& site);
