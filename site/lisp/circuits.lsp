@@ -40,7 +40,7 @@
 (defun site-circuit (point)
   (let ((answer (zan_bv_select_circuit)))
     (when answer
-      (let ((site-presets (third answer)))
+      (let ((site-presets (third answer)) (site-takes-over (nth 3 answer)))
         (site-insert-and-build (first answer) (append (second answer) (takeover-fields (nth 3 answer))) point)))))
 
 ; The last four arguments of a build that takes over a circuit of the project: (flag drawing handle circuit params

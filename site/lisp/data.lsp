@@ -16,9 +16,12 @@
 (defun conductor-row (data index) (nth (- index 1) (remove-if 'ground-row? (data-wires data))))
 (defun ground-row (data) (find-if 'ground-row? (data-wires data)))
 
-; The part chosen from a catalogue table, nil for none.
+; The part chosen from a catalogue table, nil for none. A page on which nothing was chosen gives empty texts.
 (defun data-part (data table)
-  (find-if (lambda (part) (and (stringp (car part)) (string-ci=? (car part) table))) (nthcdr 2 data)))
+  (find-if (lambda (part)
+             (and (stringp (car part)) (string-ci=? (car part) table)
+                  (some (lambda (place) (not (string=? (site-text (nth place part)) ""))) '(1 2 3))))
+           (nthcdr 2 data)))
 
 ; What auto-sizing says of a component: (code description value rating default). A value of 0 stands for a kind of load
 ; that the tables do not size; the rating beside it means nothing.

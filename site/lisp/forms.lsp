@@ -136,7 +136,7 @@
 ; windings: 1 for a single-phase motor, 3, or 6 with both ends led out.
 (defun site_motor (xyz scl windings data misc1 &optional motor)
   (record-control-entity
-    (place-symbol (pole-name "ZMOTOR" windings) xyz scl (motor-attributes data misc1 motor)) data)
+    (place-symbol (pole-name "ZMOTOR" windings) xyz scl (motor-attributes data misc1 motor)) data "!MCC_CTRL")
   T)
 
 (defun site_load (xyz scl poles data misc1)
@@ -147,7 +147,7 @@
                                            (data-text data 0))))
             (cons "RATING1" (data-power data))
             (cons "DESC2" (data-supply-line data 3 " V"))))
-    data)
+    data "!PF_CTRL")
   T)
 
 ; Control

@@ -6,11 +6,13 @@
       site-placed-components nil ; ((component . CODE) ...), the last one first
       GBL_qn_bv_marker_data nil)
 
-; 31 fields between ";". An empty field is written as a blank: a reader that cuts at ";" would lose it.
-(defun params-text (data)
-  (let ((fields nil))
+; 31 fields between ";". An empty field is written as a blank: a reader that cuts at ";" would lose it. Of a motor or
+; load that nobody chose, only `control` is told, which says what it is.
+(defun params-text (data control)
+  (let ((fields nil) (is-chosen (not (string=? (data-text data 0) ""))))
     (dotimes (index 31)
-      (setq fields (cons (if (string=? (data-text data index) "") " " (data-text data index)) fields)))
+      (let ((text (cond (is-chosen (data-text data index)) ((= index 29) control) (T ""))))
+        (setq fields (cons (if (string=? text "") " " text) fields))))
     (string-join (reverse fields) ";")))
 
 ; ("10AWG" "BLK_10AWG" "1")("8AWG" "GRN_8AWG" "3"). The grounding conductor stands last: ahead of the others it would
@@ -31,8 +33,8 @@
 
 ; Each motor keeps its data. Of several, the first one stands for the circuit: a build that takes the circuit over
 ; hands its data to the first motor.
-(defun record-control-entity (entity data)
-  (let ((params (params-text data)) (wires (wires-text data)))
+(defun record-control-entity (entity data control)
+  (let ((params (params-text data control)) (wires (wires-text data)))
     (unless site-control-entity
       (setq site-control-entity entity site-control-params params site-control-wires wires))
     (entity-data-set! entity "ORL_QN_BV_CIRCPARAMS" params)

@@ -28,12 +28,15 @@
     symbol))
 
 ; What the user fixed ahead of the build, as (label attribute value family): for components of that family, or of all.
-(setq site-presets nil)
+; Of a circuit that is taken over, the label is the CODE whose components are meant.
+(setq site-presets nil site-takes-over nil)
 (defun apply-presets (symbol)
-  (let ((family (entity-get (entity-attribute symbol "FAMILY") 'text)))
+  (let ((family (entity-get (entity-attribute symbol "FAMILY") 'text)) (code (or (marker-code) "")))
     (mapc (lambda (preset)
-            (when (member (nth 3 preset) (list "" family))
-              (fill-attributes symbol (list (cons (nth 1 preset) (nth 2 preset))))))
+            (when (if site-takes-over
+                    (and (string-ci=? (first preset) code) (not (string=? (third preset) "")))
+                    (member (nth 3 preset) (list "" family)))
+              (fill-attributes symbol (list (cons (second preset) (third preset))))))
           site-presets)))
 
 ; A symbol in horizontal wires: each of its poles cuts the wire that it stands on.
@@ -56,10 +59,12 @@
   (string-append (number->string (circuit-number)) letters (or motor "")))
 (defun control-number (digits) (string-append (number->string (circuit-number)) digits)) ; 101
 
-; The first rating of a chosen part. Parts of a dialog name their type ahead of it, those of a placed component do not.
+; The first rating of a chosen part. What comes from a placed component has no type ahead of its ratings; a type is a
+; word, a rating begins with a digit.
 (defun part-rating (part sized)
-  (let ((rating (site-text (nth (if (< (length part) 12) 5 6) part))))
-    (if (string=? rating "") sized rating)))
+  (let ((rating (find-if (lambda (text) (and (not (string=? text "")) (string-search (substring text 0 1) "0123456789")))
+                         (mapcar 'site-text (list (nth 5 part) (nth 6 part))))))
+    (or rating sized)))
 
 ; Attributes of a component that carries a catalogue part: the chosen one, else what auto-sizing proposes.
 (defun part-texts (data data2 table code)
