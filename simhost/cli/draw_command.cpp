@@ -1,10 +1,11 @@
-// `brenvolt draw`: one circuit by a direct build, as the site's LISP does it, from the workbook to the drawing file.
+// `brenvolt draw`: one circuit, as the site's LISP builds it, from the workbook to the drawing file. Without answers it
+// is a direct build; with them the configuration dialog asks.
+#include "simhost/cli/circuit_run.h"
 #include "simhost/cli/host_run.h"
 #include "simhost/cli/recorded_build.h"
 #include "simhost/cli/site_workbook.h"
 #include "simhost/cli/subcommand.h"
 #include "simhost/host/errors.h"
-#include "simhost/lisp/printer.h"
 #include "text/encoding.h"
 
 #include <CLI/CLI.hpp>
@@ -12,77 +13,46 @@
 #include <cstdio>
 #include <memory>
 #include <string>
-#include <vector>
 
 namespace simhost {
 
 namespace {
 
-using brenvolt::fromUtf8;
-using brenvolt::toUtf8;
-
 struct DrawOptions {
   SiteWorkbookOptions site;
   HostOptions host;
-  std::string circuit;
-  std::string type;
-  std::string history;
+  SessionRun run;
   std::string saveHistory;
-  std::string preset;
-  std::string params;
-  std::string wires;
-  std::string project;
-  std::vector<double> at = {0.0, 0.0};
 };
 
-std::wstring lispText(std::wstring_view text) {
-  return lisp::printValue(lisp::Value::string(std::wstring(text)), lisp::PrintStyle::readable);
-}
-
-const brenvolt::ZanCircuitEntry& findEntry(
-    const brenvolt::ZanCircuitCatalog& catalogue, const DrawOptions& options) {
-  const std::wstring circuit = fromUtf8(options.circuit);
-  const auto found = catalogue.circuits().find(circuit);
-  if (found == catalogue.circuits().end())
-    throw BadInput(toUtf8(catalogue.workbook) + ": there is no circuit \"" + options.circuit + "\"");
-  const brenvolt::ZanCircuitEntry* entry = catalogue.findEntry(circuit, fromUtf8(options.type));
-  if (entry == nullptr)
-    throw BadInput(
-        toUtf8(catalogue.workbook) + ": circuit \"" + options.circuit + "\" has no type \"" + options.type +
-        "\"");
-  return *entry;
-}
-
-std::wstring buildForm(
-    const DrawOptions& options, const std::wstring& workbook, const brenvolt::ZanCircuitEntry& entry) {
-  std::wstring form = L"(site-build";
-  for (const std::wstring& text :
-       {entry.drawingTemplate, workbook, entry.worksheet, fromUtf8(options.circuit), fromUtf8(options.type),
-        fromUtf8(options.history)})
-    form += L" " + lispText(text);
-  form += L" '(" + lisp::printReal(options.at[0]) + L" " + lisp::printReal(options.at[1]) + L")";
-  for (const std::string* text : {&options.preset, &options.params, &options.wires})
-    form += L" " + lispText(fromUtf8(*text));
-  return form + L")";
+lisp::Value build(HostRun& host, const std::wstring& form) {
+  try {
+    lisp::Value built = host.run(form, L"draw");
+    host.writeRecording();
+    return built;
+  } catch (const BadInput&) {
+    host.writeRecording();
+    throw;
+  }
 }
 
 ExitCode runDraw(DrawOptions& options) {
+  const bool asks = !options.host.answers.empty();
   const std::string workbook = options.site.path();
-  brenvolt::ZanCircuitCatalog catalogue = readCatalogue(workbook);
-  const brenvolt::ZanCircuitEntry entry = findEntry(catalogue, options);
-  // A build that cannot read its sheet answers nil without a word; the reason stands here.
-  if (!catalogue.readWorksheet(entry.worksheet)) throw BadInput(workbook + ": " + toUtf8(catalogue.error()));
+  const std::wstring form =
+      circuitForm(options.run, workbook, asks ? CircuitBuild::withDialog : CircuitBuild::direct);
 
   options.host.site = options.site.site;
+  options.host.drawing = options.run.drawing;
   HostRun host(options.host);
-  if (!options.project.empty())
-    host.run(L"(setq site-project-database " + lispText(fromUtf8(options.project)) + L")", L"draw");
-  if (!options.saveHistory.empty()) recordBuild(host.interpreter(), fromUtf8(options.saveHistory));
-  const lisp::Value built = host.run(buildForm(options, fromUtf8(workbook), entry), L"draw");
-  host.writeRecording();
-  if (built.isNil()) throw BadInput(options.circuit + " / " + options.type + ": the build failed");
+  if (!options.run.project.empty()) host.run(projectForm(options.run.project), L"draw");
+  if (!options.saveHistory.empty()) recordBuild(host.interpreter(), brenvolt::fromUtf8(options.saveHistory));
+  if (asks) host.recordAsSession(options.run);
+  const std::string name = options.run.circuit + " / " + options.run.type;
+  if (build(host, form).isNil())
+    throw BadInput(name + (asks ? ": the build failed or was cancelled" : ": the build failed"));
   host.writeResults();
-  std::printf("%s / %s: %s\n", options.circuit.c_str(), options.type.c_str(), options.host.save.c_str());
+  std::printf("%s: %s\n", name.c_str(), options.host.save.c_str());
   return ExitCode::done;
 }
 
@@ -90,39 +60,53 @@ ExitCode runDraw(DrawOptions& options) {
 
 Command setUpDraw(CLI::App& command) {
   auto options = std::make_shared<DrawOptions>();
+  SessionRun& run = options->run;
   options->site.addTo(command);
-  command.add_option("--circuit", options->circuit, "Name of the circuit")->required();
-  command.add_option("--type", options->type, "Name of its type")->required();
-  command.add_option("--history", options->history, "Take over this saved configuration")->type_name("NAME");
-  command.add_option("--save-history", options->saveHistory, "Save what was built under this name")
-      ->type_name("NAME");
-  command.add_option("--preset", options->preset, "Options ahead of the build: CODE=1,2;CODE=3")
+  command.add_option("--circuit", run.circuit, "Name of the circuit")->required();
+  command.add_option("--type", run.type, "Name of its type")->required();
+  command.add_option("--history", run.history, "Take over this saved configuration")->type_name("NAME");
+  CLI::Option* const saveHistory =
+      command.add_option("--save-history", options->saveHistory, "Save what was built under this name")
+          ->type_name("NAME");
+  command.add_option("--preset", run.preset, "Options ahead of the build: CODE=1,2;CODE=3")
       ->type_name("TEXT");
-  command
-      .add_option("--params", options->params, "Motor or load data of a placed circuit: \"a\";\"b\";\"c\"")
+  command.add_option("--params", run.params, "Motor or load data of a placed circuit: \"a\";\"b\";\"c\"")
       ->type_name("TEXT");
-  command
-      .add_option("--wires", options->wires, R"(Wires of a placed circuit: (("10AWG" "BLK_10AWG" "1") ...))")
+  command.add_option("--wires", run.wires, R"(Wires of a placed circuit: (("10AWG" "BLK_10AWG" "1") ...))")
       ->type_name("TEXT");
-  command.add_option("--project", options->project, "Keep records of the circuit in this project database")
+  command.add_option("--project", run.project, "Keep records of the circuit in this project database")
       ->type_name("FILE")
       ->check(CLI::ExistingFile);
-  command.add_option("--at", options->at, "Where the template goes")
+  command.add_option("--at", run.at, "Where the template goes")
       ->type_name("X,Y")
       ->delimiter(',')
       ->expected(2);
-  command.add_option("--drawing", options->host.drawing, "Draw into this drawing instead of an empty one")
+  command.add_option("--drawing", run.drawing, "Draw into this drawing instead of an empty one")
       ->type_name("FILE");
   command.add_option("--out", options->host.save, "Write the drawing here when all went well")
       ->type_name("FILE")
       ->required();
   command.add_option("--svg", options->host.svg, "Write a picture too")->type_name("FILE");
-  command.add_option("--answers", options->host.answers, "Answers to the questions of the run")
-      ->type_name("FILE");
+  // The dialog gives the name under which it saves.
+  CLI::Option* const answers =
+      command
+          .add_option(
+              "--answers", options->host.answers,
+              "Build with the configuration dialog; what the user does there, step by step")
+          ->type_name("FILE")
+          ->excludes(saveHistory);
+  command
+      .add_option(
+          "--record", options->host.record,
+          "Write the session: what was run, all questions and answers, also when it fails")
+      ->type_name("FILE")
+      ->needs(answers);
   command
       .add_option("--module", options->host.module, "The plug-in, else ZanBrenvolt.kvx beside the program")
       ->type_name("FILE");
-  command.footer("A build that fails writes nothing, and the reason is told.");
+  command.add_option("--language", options->host.language, "Two letters, else from the environment")
+      ->type_name("CODE");
+  command.footer("A build that fails or is cancelled writes nothing, and the reason is told.");
   return [options] { return runDraw(*options); };
 }
 

@@ -49,10 +49,12 @@ std::unique_ptr<DrawingDatabase> drawingFor(const std::string& file) {
 }
 
 /// `(site-database)`: the file of the engineering tables, for the LISP of the site that names it to the plug-in.
-void defineSiteDatabase(lisp::Interpreter& interpreter, const std::string& site) {
-  interpreter.define(L"site-database", 0, 0, [site](lisp::Arguments& arguments) {
+void defineSiteDatabase(lisp::Interpreter& interpreter, const HostOptions& options) {
+  const std::string site = options.site;
+  const std::string database = options.database;
+  interpreter.define(L"site-database", 0, 0, [site, database](lisp::Arguments& arguments) {
     try {
-      return lisp::Value::string(fromUtf8(siteDatabase(site).string()));
+      return lisp::Value::string(fromUtf8(database.empty() ? siteDatabase(site).string() : database));
     } catch (const std::runtime_error& error) {
       arguments.fail(fromUtf8(error.what()));
     }
@@ -99,7 +101,7 @@ HostRun::HostRun(const HostOptions& options)
   session_->openDocument(fromUtf8(options.drawing), drawingFor(options.drawing));
   session_->modules().load(options.module.empty() ? defaultModule() : std::filesystem::path(options.module));
   if (options.site.empty()) return;
-  defineSiteDatabase(interpreter(), options.site);
+  defineSiteDatabase(interpreter(), options);
   defineSqlExecute(interpreter());
   runFile((std::filesystem::path(options.site) / "site.lsp").string());
 }
@@ -139,10 +141,27 @@ void HostRun::writeResults() {
   if (fault) throw CannotWrite(toUtf8(*fault));
 }
 
+void HostRun::recordAsSession(const SessionRun& run) {
+  if (options_.record.empty()) return;
+  SessionRun recorded = seenFrom(run, {}, std::filesystem::path(options_.record).parent_path());
+  if (recorded.language.empty()) recorded.language = options_.language;
+  windows_->setRun(recorded);
+}
+
 void HostRun::writeRecording() {
   if (options_.record.empty()) return;
   const std::string reason = replaceFile(options_.record, windows_->recording());
   if (!reason.empty()) throw CannotWrite(reason);
+}
+
+SessionRun readSession(const std::string& file) {
+  try {
+    std::optional<SessionRun> run = parseAnswerFile(readInput(file), file).run;
+    if (!run) throw BadInput(file + ": is no session: it does not say what has to be run (\"run\")");
+    return std::move(*run);
+  } catch (const AnswerError& error) {
+    throw BadInput(error.what());
+  }
 }
 
 } // namespace simhost

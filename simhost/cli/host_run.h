@@ -16,8 +16,9 @@ class App;
 namespace simhost {
 
 struct HostOptions {
-  std::string site;    ///< folder with site.lsp
-  std::string drawing; ///< opened instead of an empty one
+  std::string site;     ///< folder with site.lsp
+  std::string database; ///< engineering tables in place of the site's own
+  std::string drawing;  ///< opened instead of an empty one
   std::string answers;
   std::string record;
   std::string save;
@@ -42,6 +43,8 @@ public:
   /// The same with the text of a file.
   lisp::Value runFile(const std::string& file);
 
+  /// Makes the recording a session that `replay` can run. The paths of `run` lead from the working directory.
+  void recordAsSession(const SessionRun& run);
   /// Writes drawing and picture as asked. Throws CannotWrite.
   void writeResults();
   /// Writes the recording, also of a run that failed: it shows the question that had no answer. Throws CannotWrite.
@@ -52,5 +55,8 @@ private:
   std::unique_ptr<ScriptedWindows> windows_;
   std::unique_ptr<Session> session_;
 };
+
+/// What a session file runs. Throws BadInput, also for an answer file that does not say it.
+[[nodiscard]] SessionRun readSession(const std::string& file);
 
 } // namespace simhost

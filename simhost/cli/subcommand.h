@@ -42,6 +42,7 @@ struct Subcommand {
 [[nodiscard]] Command setUpLisp(CLI::App& command);
 [[nodiscard]] Command setUpLoads(CLI::App& command);
 [[nodiscard]] Command setUpMotors(CLI::App& command);
+[[nodiscard]] Command setUpReplay(CLI::App& command);
 [[nodiscard]] Command setUpSql(CLI::App& command);
 [[nodiscard]] Command setUpStandards(CLI::App& command);
 [[nodiscard]] Command setUpWire(CLI::App& command);

@@ -6,7 +6,8 @@ namespace simhost {
 namespace {
 
 constexpr Subcommand table[] = {
-    {"draw", "draw a circuit of the site's workbook by a direct build", setUpDraw},
+    {"draw", "draw a circuit of the site's workbook", setUpDraw},
+    {"replay", "run a recorded session again, without a screen", setUpReplay},
     {"catalog", "list the circuits of the site's workbook and check it", setUpCatalog},
     {"history", "list, show or delete saved configurations", setUpHistory},
     {"workbook", "turn a workbook into CSV files and back", setUpWorkbook},

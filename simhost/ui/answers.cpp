@@ -17,7 +17,7 @@ class Parser final {
 public:
   explicit Parser(std::string fileName) : place_(std::move(fileName)) {}
 
-  [[nodiscard]] std::vector<AnswerStep> parse(std::string_view bytes) {
+  [[nodiscard]] AnswerFile parse(std::string_view bytes) {
     Json file;
     try {
       file = Json::parse(bytes);
@@ -25,22 +25,23 @@ public:
       fail(std::string("is no JSON: ") + error.what());
     }
     if (!file.is_object()) fail("is no object");
-    allowMembers(file, {"$schema", "format", "version", "steps"});
+    allowMembers(file, {"$schema", "format", "version", "run", "steps"});
     if (file.value("format", Json()) != std::string(answerFormat))
       fail("\"format\" is not \"" + std::string(answerFormat) + "\"");
     if (file.value("version", Json()) != answerVersion) fail("\"version\" is not 1");
     if (!file.contains("steps") || !file["steps"].is_array()) fail("\"steps\" is no list");
 
-    std::vector<AnswerStep> steps;
+    AnswerFile answers;
+    if (file.contains("run")) answers.run = parseRun(file["run"]);
     const std::string fileName = place_;
     for (const Json& step : file["steps"]) {
       ++number_;
       place_ = fileName + ": step " + std::to_string(number_);
       AnswerStep parsed = parseStep(step);
       const bool asks = parsed.dialog != messageDialog && parsed.dialog != helpDialog && step.contains("do");
-      if (asks) steps.push_back(std::move(parsed));
+      if (asks) answers.steps.push_back(std::move(parsed));
     }
-    return steps;
+    return answers;
   }
 
 private:
@@ -49,6 +50,14 @@ private:
   void allowMembers(const Json& object, const std::set<std::string>& known) const {
     for (const auto& [name, value] : object.items())
       if (!known.contains(name)) fail("unknown member \"" + name + "\"");
+  }
+
+  [[nodiscard]] SessionRun parseRun(const Json& run) const {
+    try {
+      return readSessionRun(run);
+    } catch (const AnswerError& error) {
+      fail(error.what());
+    }
   }
 
   [[nodiscard]] AnswerStep parseStep(const Json& step) const {
@@ -76,8 +85,12 @@ private:
 
 } // namespace
 
-std::vector<AnswerStep> parseAnswers(std::string_view bytes, const std::string& fileName) {
+AnswerFile parseAnswerFile(std::string_view bytes, const std::string& fileName) {
   return Parser(fileName).parse(bytes);
+}
+
+std::vector<AnswerStep> parseAnswers(std::string_view bytes, const std::string& fileName) {
+  return parseAnswerFile(bytes, fileName).steps;
 }
 
 } // namespace simhost

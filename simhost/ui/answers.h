@@ -2,6 +2,8 @@
 // repeated. A recording has the same format, with what was shown put beside each answer.
 #pragma once
 
+#include "simhost/ui/session_file.h"
+
 #include <cstddef>
 #include <optional>
 #include <stdexcept>
@@ -89,7 +91,15 @@ inline constexpr std::string_view fileDialog = "file";
 inline constexpr std::string_view answerFormat = "brenvolt-answers";
 inline constexpr int answerVersion = 1;
 
-/// The steps of an answer file that answer a question. Throws AnswerError.
+/// An answer file; with what has to be run it is a session.
+struct AnswerFile {
+  std::optional<SessionRun> run;
+  std::vector<AnswerStep> steps; ///< those that answer a question
+};
+/// Throws AnswerError.
+[[nodiscard]] AnswerFile parseAnswerFile(std::string_view bytes, const std::string& fileName);
+
+/// The steps alone. Throws AnswerError, also when the run that stands beside them is wrong.
 [[nodiscard]] std::vector<AnswerStep> parseAnswers(std::string_view bytes, const std::string& fileName);
 
 } // namespace simhost

@@ -32,6 +32,7 @@ std::string Recorder::text() const {
   Json file = Json::object();
   file["format"] = answerFormat;
   file["version"] = answerVersion;
+  if (!run_.is_null()) file["run"] = run_;
   file["steps"] = steps_;
   return file.dump(2, ' ', false, Json::error_handler_t::replace) + "\n";
 }

@@ -1,6 +1,8 @@
 // The recording of a run: steps in the order in which they came up, in the format of answer files.
 #pragma once
 
+#include "simhost/ui/session_file.h"
+
 #include <nlohmann/json.hpp>
 
 #include <cstddef>
@@ -13,6 +15,8 @@ class Recorder final {
 public:
   using Json = nlohmann::ordered_json;
 
+  /// What is run: with it the recording is a session. Its paths must lead from the folder of the recording.
+  void setRun(const SessionRun& run) { run_ = sessionRunAsJson(run); }
   /// Notes what is shown, and answers the number of the step.
   std::size_t begin(std::string_view dialog, Json shown);
   /// What is only shown: nobody answers it.
@@ -25,6 +29,7 @@ public:
   [[nodiscard]] std::string text() const;
 
 private:
+  Json run_;
   Json steps_ = Json::array();
 };
 

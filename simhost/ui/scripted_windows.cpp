@@ -225,6 +225,10 @@ bool ScriptedWindows::showHelp(const std::wstring& topic) {
   return false;
 }
 
+void ScriptedWindows::setRun(const SessionRun& run) {
+  recorder_->setRun(run);
+}
+
 std::string ScriptedWindows::recording() const {
   return recorder_->text();
 }

@@ -1,0 +1,81 @@
+// Copying what a session works on.
+#include "simhost/cli/working_copy.h"
+
+#include "platform/table_import.h"
+#include "simhost/cli/site_database.h"
+#include "simhost/host/errors.h"
+#include "text/encoding.h"
+
+#include <cstdlib>
+#include <system_error>
+
+namespace simhost {
+
+namespace fs = std::filesystem;
+using brenvolt::fromUtf8;
+using brenvolt::toUtf8;
+
+namespace {
+
+void copyFile(const fs::path& from, const fs::path& to) {
+  std::error_code error;
+  fs::copy_file(from, to, fs::copy_options::overwrite_existing, error);
+  if (error) throw CannotWrite(to.string() + ": " + error.message());
+}
+
+void importProject(const fs::path& tables, const fs::path& database) {
+  std::error_code error;
+  fs::remove(database, error);
+  const brenvolt::ImportReport report =
+      brenvolt::importTables(fromUtf8(database.string()), {fromUtf8(tables.string())});
+  if (!report.isDone()) throw BadInput(toUtf8(report.errors.front()));
+}
+
+fs::path temporaryFolder() {
+  std::string name = (fs::temp_directory_path() / "brenvolt-XXXXXX").string();
+  if (::mkdtemp(name.data()) == nullptr) throw CannotWrite(name + ": cannot be made");
+  return name;
+}
+
+} // namespace
+
+WorkingCopy::WorkingCopy(
+    const std::string& folder, const std::string& workbook, const std::string& site,
+    const std::string& project)
+    : folder_(folder.empty() ? temporaryFolder() : fs::path(folder)), isTemporary_(folder.empty()) {
+  try {
+    fill(workbook, site, project);
+  } catch (...) {
+    // The destructor does not run for what was not made.
+    std::error_code error;
+    if (isTemporary_) fs::remove_all(folder_, error);
+    throw;
+  }
+}
+
+WorkingCopy::~WorkingCopy() {
+  std::error_code error;
+  if (isTemporary_) fs::remove_all(folder_, error);
+}
+
+void WorkingCopy::fill(const std::string& workbook, const std::string& site, const std::string& project) {
+  std::error_code error;
+  fs::create_directories(folder_, error);
+  if (error) throw CannotWrite(folder_.string() + ": " + error.message());
+  copyFile(workbook, this->workbook());
+  // Saved configurations stand beside the workbook; a former session's must not be taken for the site's.
+  const fs::path histories = fs::path(this->workbook()).replace_extension(".xml");
+  fs::remove(histories, error);
+  if (const fs::path own = fs::path(workbook).replace_extension(".xml"); fs::exists(own, error))
+    copyFile(own, histories);
+  copyFile(siteDatabase(site), database());
+  if (project.empty()) return;
+  if (fs::is_directory(project, error))
+    importProject(project, this->project());
+  else if (fs::exists(project, error))
+    copyFile(project, this->project());
+  else
+    throw BadInput(project + ": there is no such project");
+}
+
+} // namespace simhost

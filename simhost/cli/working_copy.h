@@ -1,0 +1,32 @@
+// What a replayed session may change, as copies in a folder: the workbook with its saved configurations, the engineering
+// tables and the project database. So a session finds the site as it is, and leaves it so.
+#pragma once
+
+#include <filesystem>
+#include <string>
+
+namespace simhost {
+
+class WorkingCopy final {
+public:
+  /// An empty `folder` stands for one that goes away with this object. A project that is a folder of tables becomes
+  /// a database. Throws BadInput and CannotWrite.
+  WorkingCopy(
+      const std::string& folder, const std::string& workbook, const std::string& site,
+      const std::string& project);
+  WorkingCopy(const WorkingCopy&) = delete;
+  WorkingCopy& operator=(const WorkingCopy&) = delete;
+  ~WorkingCopy();
+
+  [[nodiscard]] std::string workbook() const { return (folder_ / "zan_brenvolt.xls").string(); }
+  [[nodiscard]] std::string database() const { return (folder_ / "engineering.db").string(); }
+  [[nodiscard]] std::string project() const { return (folder_ / "project.db").string(); }
+
+private:
+  void fill(const std::string& workbook, const std::string& site, const std::string& project);
+
+  std::filesystem::path folder_;
+  bool isTemporary_ = false;
+};
+
+} // namespace simhost

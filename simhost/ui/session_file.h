@@ -1,0 +1,42 @@
+// What a session file holds beside its answers: what has to be run, so that the session can be repeated by whoever has
+// the site.
+#pragma once
+
+#include <nlohmann/json_fwd.hpp>
+
+#include <filesystem>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace simhost {
+
+/// The member "run" of an answer file. It names either LISP forms or a circuit of the workbook, which is then built
+/// with the configuration dialog.
+struct SessionRun {
+  std::vector<std::string> forms; ///< run in their order after the site's LISP
+  std::string circuit;
+  std::string type;
+  std::vector<double> at = {0.0, 0.0}; ///< where the circuit's template goes: x, y
+  std::string history;                 ///< a saved configuration to take over
+  std::string preset;                  ///< the fields of a rebuild, as `draw` takes them
+  std::string params;
+  std::string wires;
+  std::string drawing;  ///< file that is opened, empty for a new drawing; in a file relative to its folder
+  std::string project;  ///< database of the project, or a folder of its tables; empty for none
+  std::string language; ///< two letters, empty for the one of the environment
+
+  [[nodiscard]] bool isCircuit() const { return forms.empty(); }
+};
+
+/// Reads the member. Throws AnswerError with the reason, without a place.
+[[nodiscard]] SessionRun readSessionRun(const nlohmann::ordered_json& run);
+
+/// The member, empty parts left out.
+[[nodiscard]] nlohmann::ordered_json sessionRunAsJson(const SessionRun& run);
+
+/// The same run with paths that lead there from `to` instead of from `from`. Empty paths stay empty.
+[[nodiscard]] SessionRun seenFrom(
+    SessionRun run, const std::filesystem::path& from, const std::filesystem::path& to);
+
+} // namespace simhost
