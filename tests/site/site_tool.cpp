@@ -42,22 +42,20 @@ void SiteCopy::pack() const {
           .exitCode == 0);
 }
 
-std::string SiteCopy::history() const {
-  const std::string bytes = folder_.read("site/zan_brenvolt.xml");
+std::string historyText(const std::string& bytes, const std::string& folder) {
   REQUIRE(bytes.substr(0, 2) == "\xFF\xFE");
   std::wstring text;
   for (std::size_t i = 2; i + 1 < bytes.size(); i += 2)
     text += static_cast<wchar_t>(
         static_cast<unsigned char>(bytes[i]) | static_cast<unsigned char>(bytes[i + 1]) << 8);
-  return toUtf8(replaceAll(text, fromUtf8(site()), L"SITE"));
+  return toUtf8(replaceAll(text, fromUtf8(folder), L"SITE"));
 }
 
-std::string SiteCopy::savedHistory(const std::string& name) const {
+std::string historyEntry(const std::string& history, const std::string& name) {
   constexpr std::string_view end = "</History>";
-  const std::string file = history();
-  const std::size_t start = file.find("<History Name=\"" + name + "\"");
+  const std::size_t start = history.find("<History Name=\"" + name + "\"");
   if (start == std::string::npos) return {};
-  const std::string entry = file.substr(start, file.find(end, start) + end.size() - start);
+  const std::string entry = history.substr(start, history.find(end, start) + end.size() - start);
   return toUtf8(replaceAll(fromUtf8(entry), L"><", L">\n<")) + "\n";
 }
 

@@ -17,6 +17,11 @@ struct SampleCircuit {
   const char* history;
 };
 
+/// A history file as UTF-8 without its mark, with `folder` left out of its text as SITE.
+[[nodiscard]] std::string historyText(const std::string& bytes, const std::string& folder);
+/// The entry of this name, an element a line; empty when there is none.
+[[nodiscard]] std::string historyEntry(const std::string& history, const std::string& name);
+
 class SiteCopy final {
 public:
   SiteCopy();
@@ -33,10 +38,9 @@ public:
 
   [[nodiscard]] const ToolFolder& folder() const { return folder_; }
   [[nodiscard]] std::string site() const { return folder_.path("site"); }
-  /// The history file as UTF-8 without its mark, with the copy's folder left out of its text.
-  [[nodiscard]] std::string history() const;
-  /// The entry of this name in it, an element a line; empty when there is none.
-  [[nodiscard]] std::string savedHistory(const std::string& name) const;
+  [[nodiscard]] std::string history() const {
+    return historyText(folder_.read("site/zan_brenvolt.xml"), site());
+  }
 
 private:
   void pack() const;

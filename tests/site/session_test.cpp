@@ -1,0 +1,229 @@
+// Recorded sessions through the tool, the real module and the sample site: what they leave in the drawing, in the file of
+// saved configurations and in their own recording.
+#include "site_tool.h"
+#include "tests/support/golden.h"
+#include "text/encoding.h"
+#include "text/split.h"
+
+#include <doctest/doctest.h>
+
+#include <algorithm>
+#include <filesystem>
+#include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+using namespace brenvolt;
+
+namespace {
+
+const std::string sessions = "tests/site/sessions/";
+
+std::string without(const std::string& text, const std::string& part, std::wstring_view name) {
+  return toUtf8(replaceAll(fromUtf8(text), fromUtf8(part), name));
+}
+
+/// A session that has run; what it worked on lies in the folder "work".
+class Replay final {
+public:
+  explicit Replay(const std::string& file) {
+    run = folder_.run(
+        {"replay", "site", file, "--out", folder_.path("out.json"), "--record",
+         folder_.path("recording.json"), "--work", folder_.path("work")});
+    drawing = folder_.read("out.json");
+    // Paths of a recording lead from where it lies, which is another place each time.
+    const std::filesystem::path here = std::filesystem::proximate(".", folder_.path("."));
+    recording = without(folder_.read("recording.json"), folder_.path("work"), L"WORK");
+    recording = without(recording, here.generic_string(), L"REPOSITORY");
+  }
+
+  /// A saved configuration that the session left.
+  [[nodiscard]] std::string saved(const std::string& name) const {
+    return historyEntry(historyText(folder_.read("work/zan_brenvolt.xml"), folder_.path("work")), name);
+  }
+  /// The drawing of a direct build that takes a saved configuration of the session over.
+  [[nodiscard]] std::string directly(
+      const std::string& circuit, const std::string& type, const std::string& name) const {
+    const ToolRun direct = folder_.run(
+        {"draw", "--site", "site", "--workbook", folder_.path("work/zan_brenvolt.xls"), "--circuit", circuit,
+         "--type", type, "--history", name, "--out", folder_.path("direct.json")});
+    CHECK_MESSAGE(direct.exitCode == 0, direct.errors);
+    return folder_.read("direct.json");
+  }
+  [[nodiscard]] std::string query(const std::string& database, const std::string& statement) const {
+    return folder_.run({"sql", folder_.path("work/" + database), statement, "--csv"}).output;
+  }
+
+  ToolRun run;
+  std::string drawing;
+  std::string recording;
+
+private:
+  ToolFolder folder_;
+};
+
+constexpr const char* golden = "tests/site/golden/";
+
+/// A drawing's lines in an order of their own, without handles: the same entities, whenever they came.
+std::vector<std::string> entitiesOf(const std::string& drawing) {
+  std::vector<std::string> lines;
+  for (const std::wstring& line : splitKeepingEmpty(fromUtf8(drawing), L'\n')) {
+    std::string text = toUtf8(line);
+    for (std::size_t at = text.find("\"handle\""); at != std::string::npos; at = text.find("\"handle\""))
+      text.erase(at, text.find(',', at) + 1 - at);
+    if (text.ends_with(',')) text.pop_back();
+    lines.push_back(std::move(text));
+  }
+  std::sort(lines.begin(), lines.end());
+  return lines;
+}
+
+/// Without what a wire lookup leaves on motors: the dialog forgets a lookup of long ago, and a direct build does not.
+std::string withoutWireChoices(std::string drawing) {
+  constexpr std::string_view mark = "\"ORL_QN_BV_CIRCPARAMS\":";
+  for (std::size_t at = drawing.find(mark); at != std::string::npos; at = drawing.find(mark, at + 1))
+    drawing.erase(at + mark.size(), drawing.find(']', at) - at - mark.size());
+  return drawing;
+}
+
+struct Session {
+  const char* name;
+  const char* drawing; ///< golden file, empty for none
+  const char* saved;   ///< name of the configuration that it saves, empty for none
+};
+
+} // namespace
+
+TEST_CASE("sessions leave their golden drawing, saved configuration and recording") {
+  constexpr Session rows[] = {
+      {"one_by_one", "", ""},
+      {"two_motors", "", "Two pumps 10 and 5 HP"},
+      {"undo_and_change", "tests/site/sessions/undo_and_change/drawing.json",
+       "Changed [Heater 2 kW 240 1 60 ]"},
+      {"cancel", "tests/site/golden/feed2.json", ""},
+      {"taken_name", "", "Power feeds (001) [Heater 2 kW 240 1 60 ]"},
+      {"takeover", "tests/site/sessions/takeover/drawing.json", "Power feeds (001) [Heater 2 kW 240 1 60 ]"},
+      {"presets", "tests/site/sessions/presets/drawing.json", ""},
+  };
+  for (const Session& row : rows) {
+    CAPTURE(std::string(row.name));
+    const std::string folder = sessions + row.name;
+    const Replay replay(folder + "/session.json");
+    REQUIRE_MESSAGE(replay.run.exitCode == 0, replay.run.errors);
+    CHECK_EQ(replay.run.errors, "");
+    CHECK(test::matchesGolden(folder + "/recording.json", replay.recording));
+    if (*row.drawing != '\0') CHECK(test::matchesGolden(row.drawing, replay.drawing));
+    if (*row.saved != '\0') CHECK(test::matchesGolden(folder + "/history.xml", replay.saved(row.saved)));
+  }
+}
+
+TEST_CASE("a configuration under a taken name replaces the other one, or is kept beside it") {
+  const Replay replay(sessions + "taken_name/session.json");
+  const std::string terminals = "UI_TITLE=\"Field terminals\" UI_PROMPT=";
+  CHECK(replay.saved("Heater 2 kW").find(terminals + "\"None\"") != std::string::npos);
+  CHECK(
+      replay.saved("Power feeds (001) [Heater 2 kW 240 1 60 ]").find(terminals + "\"On") !=
+      std::string::npos);
+}
+
+TEST_CASE("in whatever steps the units go in, the drawing is the same, and a direct build of what was saved "
+          "gives it") {
+  const Replay allAtOnce(sessions + "all_at_once/session.json");
+  REQUIRE_MESSAGE(allAtOnce.run.exitCode == 0, allAtOnce.run.errors);
+  for (const char* name : {"one_by_one", "up_to_current"})
+    CHECK(Replay(sessions + name + "/session.json").drawing == allAtOnce.drawing);
+  CHECK(
+      entitiesOf(allAtOnce.directly("Three-phase motors", "Direct on line", "Pump 10 HP")) ==
+      entitiesOf(allAtOnce.drawing));
+  CHECK(
+      entitiesOf(withoutWireChoices(allAtOnce.drawing)) ==
+      entitiesOf(withoutWireChoices(test::bytesOf(std::string(golden) + "motor3_dol.json"))));
+}
+
+TEST_CASE(
+    "two motors in one template each have their own wires and data, in the dialog as in a direct build") {
+  const Replay replay(sessions + "two_motors/session.json");
+  CHECK(
+      entitiesOf(withoutWireChoices(replay.drawing)) ==
+      entitiesOf(withoutWireChoices(test::bytesOf(std::string(golden) + "motor3_two.json"))));
+}
+
+TEST_CASE("a build accepted as it stands gives the drawing of a direct build") {
+  struct Row {
+    const char* circuit;
+    const char* type;
+    int levels; ///< of templates: one insertion of all units for each
+  };
+  constexpr Row rows[] = {
+      {"Three-phase motors", "Direct on line", 2},         {"Three-phase motors", "Reversing", 2},
+      {"Three-phase motors", "Two motors, one feeder", 2}, {"Power feeds", "Single-phase", 1},
+      {"Control circuits", "Start and stop station", 1},
+  };
+  for (const Row& row : rows) {
+    CAPTURE(std::string(row.type));
+    const ToolFolder folder;
+    std::string actions;
+    for (int level = 0; level < row.levels; ++level)
+      actions += R"({"press": "insertAll"}, )";
+    const std::string answers = folder.write(
+        "answers.json",
+        R"({"format": "brenvolt-answers", "version": 1, "steps": [{"dialog": "ZanDlgConfig", "do": [)" +
+            actions + R"({"press": "ok"}]}]})");
+    const SiteCopy site;
+    const SampleCircuit sample = {"", row.circuit, row.type, ""};
+    const ToolRun asked = site.draw(sample, "asked.json", {"--answers", answers});
+    REQUIRE_MESSAGE(asked.exitCode == 0, asked.errors);
+    REQUIRE(site.draw(sample, "direct.json").exitCode == 0);
+    CHECK(entitiesOf(site.folder().read("asked.json")) == entitiesOf(site.folder().read("direct.json")));
+  }
+}
+
+TEST_CASE("parts chosen in the dialog are kept for the motor, and come back") {
+  const Replay replay(sessions + "part_lookup/session.json");
+  REQUIRE_MESSAGE(replay.run.exitCode == 0, replay.run.errors);
+  CHECK_EQ(
+      replay.query("engineering.db", "SELECT MARKER,UI_SEL,MFG,CAT,RATING1 FROM CATALOGSEL ORDER BY MARKER"),
+      "MARKER,UI_SEL,MFG,CAT,RATING1\nDISC,11,Nordhaven,CB3-040,40A\nMS,1,Carrick,MC-18-120,18A\n");
+}
+
+TEST_CASE("a session that cannot be run again says why, and writes nothing but its recording") {
+  struct Row {
+    const char* run;
+    const char* steps;
+    const char* reason;
+  };
+  constexpr const char* feed = R"("circuit": "Power feeds", "type": "Single-phase")";
+  const Row rows[] = {
+      {nullptr, "", "does not say what has to be run"},
+      {"", "", "needs \"circuit\" and \"type\", or \"forms\""},
+      {R"("circuit": "Power feeds", "type": "Two-phase")", "", "has no type \"Two-phase\""},
+      {R"x("forms": ["(site-circuit)"], "type": "Reversing")x", "", "has \"type\" beside \"forms\""},
+      {R"x("forms": ["(car 5)"])x", "", "CAR"},
+      {R"("forms": ["1"], "project": "none.db")", "", "there is no such project"},
+      {feed, "", "\"ZanDlgConfig\" has no answer"},
+      {feed, R"({"dialog": "ZanDlgConfig", "do": [{"press": "insert"}]})", "insert"},
+  };
+  for (const Row& row : rows) {
+    CAPTURE(std::string(row.reason));
+    const ToolFolder folder;
+    std::string text = R"({"format": "brenvolt-answers", "version": 1, )";
+    if (row.run != nullptr) text += R"("run": {)" + std::string(row.run) + "}, ";
+    const std::string session = folder.write("session.json", text + R"("steps": [)" + row.steps + "]}");
+    const ToolRun run = folder.run({"replay", "site", session, "--out", folder.path("out.json")});
+    CHECK(run.exitCode == 3);
+    CHECK_MESSAGE(run.errors.find(row.reason) != std::string::npos, run.errors);
+    CHECK_FALSE(folder.has("out.json"));
+  }
+}
+
+TEST_CASE("what replay records is the session again") {
+  const ToolFolder folder;
+  for (const auto& [session, recording] :
+       {std::pair{sessions + "undo_and_change/session.json", folder.path("first.json")},
+        std::pair{folder.path("first.json"), folder.path("second.json")}})
+    REQUIRE(
+        folder.run({"replay", "site", session, "--record", recording, "--work", folder.path("work")})
+            .exitCode == 0);
+  CHECK_EQ(folder.read("second.json"), folder.read("first.json"));
+}
