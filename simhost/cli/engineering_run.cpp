@@ -1,7 +1,7 @@
 // Setting up a host for the services on engineering tables.
 #include "simhost/cli/engineering_run.h"
 
-#include "simhost/cli/site_database.h"
+#include "simhost/site/site_database.h"
 #include "simhost/host/errors.h"
 #include "text/encoding.h"
 

@@ -2,10 +2,9 @@
 // loaded and a document open, and what is written at the end.
 #pragma once
 
-#include "simhost/host/session.h"
+#include "simhost/site/site_run.h"
 #include "simhost/ui/scripted_windows.h"
 
-#include <filesystem>
 #include <memory>
 #include <string>
 
@@ -35,13 +34,13 @@ public:
   /// Reads answers and drawing, loads the module and the site. Throws BadInput.
   explicit HostRun(const HostOptions& options);
 
-  [[nodiscard]] Session& session() { return *session_; }
-  [[nodiscard]] lisp::Interpreter& interpreter();
+  [[nodiscard]] Session& session() { return site_->session(); }
+  [[nodiscard]] lisp::Interpreter& interpreter() { return site_->interpreter(); }
 
   /// Runs a LISP text; a LISP error and a run that was ended throw BadInput.
-  lisp::Value run(std::wstring_view text, std::wstring_view fileName);
+  lisp::Value run(std::wstring_view text, std::wstring_view fileName) { return site_->run(text, fileName); }
   /// The same with the text of a file.
-  lisp::Value runFile(const std::string& file);
+  lisp::Value runFile(const std::string& file) { return site_->runFile(file); }
 
   /// Makes the recording a session that `replay` can run. The paths of `run` lead from the working directory.
   void recordAsSession(const SessionRun& run);
@@ -53,7 +52,7 @@ public:
 private:
   HostOptions options_;
   std::unique_ptr<ScriptedWindows> windows_;
-  std::unique_ptr<Session> session_;
+  std::unique_ptr<SiteRun> site_;
 };
 
 /// What a session file runs. Throws BadInput, also for an answer file that does not say it.

@@ -1,6 +1,8 @@
 // The subcommands of the tool, and what their exit codes mean.
 #pragma once
 
+#include "simhost/site/exit_code.h"
+
 #include <functional>
 #include <span>
 
@@ -9,15 +11,6 @@ class App;
 }
 
 namespace simhost {
-
-enum class ExitCode {
-  done = 0,
-  wrongArguments = 1,
-  unexpected = 2, ///< a fault of the program
-  badInput = 3,   ///< also a LISP error, and a question that nobody answers
-  cannotWrite = 4,
-  findings = 5 ///< a check found something
-};
 
 /// Runs a subcommand whose options have been read. May throw BadInput and CannotWrite.
 using Command = std::function<ExitCode()>;

@@ -2,7 +2,7 @@
 #include "simhost/cli/working_copy.h"
 
 #include "platform/table_import.h"
-#include "simhost/cli/site_database.h"
+#include "simhost/site/site_database.h"
 #include "simhost/host/errors.h"
 #include "text/encoding.h"
 

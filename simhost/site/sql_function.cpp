@@ -1,5 +1,5 @@
 // The statement function.
-#include "simhost/cli/sql_function.h"
+#include "simhost/site/sql_function.h"
 
 #include "platform/tables.h"
 #include "simhost/cli/engineering_run.h"

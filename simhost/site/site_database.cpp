@@ -1,5 +1,5 @@
 // Finding and building of a site's database.
-#include "simhost/cli/site_database.h"
+#include "simhost/site/site_database.h"
 
 #include "platform/table_import.h"
 #include "simhost/host/errors.h"

@@ -1,0 +1,119 @@
+// Bringing a site up.
+#include "simhost/site/site_run.h"
+
+#include "simhost/drawing/drawing_file.h"
+#include "simhost/host/files.h"
+#include "simhost/lisp/arguments.h"
+#include "simhost/site/site_database.h"
+#include "simhost/site/sql_function.h"
+#include "text/encoding.h"
+
+#include <filesystem>
+#include <optional>
+#include <stdexcept>
+#include <utility>
+
+namespace simhost {
+
+using brenvolt::fromUtf8;
+using brenvolt::toUtf8;
+
+namespace {
+
+std::unique_ptr<DrawingDatabase> drawingFor(const std::string& file) {
+  if (file.empty()) return std::make_unique<DrawingDatabase>();
+  LoadedDrawing loaded = loadDrawing(fromUtf8(file));
+  if (loaded.drawing == nullptr) throw BadInput(toUtf8(loaded.error));
+  return std::move(loaded.drawing);
+}
+
+/// `(site-database)`: the file of the engineering tables, for the LISP of the site that names it to the plug-in.
+void defineSiteDatabase(lisp::Interpreter& interpreter, const SiteRunOptions& options) {
+  const std::string site = options.site;
+  const std::string database = options.database;
+  interpreter.define(L"site-database", 0, 0, [site, database](lisp::Arguments& arguments) {
+    try {
+      return lisp::Value::string(fromUtf8(database.empty() ? siteDatabase(site).string() : database));
+    } catch (const std::runtime_error& error) {
+      arguments.fail(fromUtf8(error.what()));
+    }
+  });
+}
+
+SessionOptions sessionOptions(const SiteRunOptions& options) {
+  SessionOptions session;
+  session.siteFolder = options.site;
+  session.language = options.language.empty() ? languageOfEnvironment() : options.language;
+  session.settingsFile = options.settings;
+  if (options.settings.empty() && options.unnamedSettings == SiteRunOptions::UnnamedSettings::user)
+    session.settingsFile = defaultSettingsFile();
+  return session;
+}
+
+} // namespace
+
+std::string readInput(const std::string& file) {
+  std::optional<std::string> bytes = readFile(file);
+  if (!bytes) throw BadInput(file + ": cannot be read");
+  return std::move(*bytes);
+}
+
+SiteRun::SiteRun(SiteRunOptions options, WindowSystem& windows)
+    : options_(std::move(options)), session_(sessionOptions(options_), windows) {
+  session_.openDocument(fromUtf8(options_.drawing), drawingFor(options_.drawing));
+  session_.modules().load(options_.module.empty() ? defaultModule() : std::filesystem::path(options_.module));
+  runSite();
+}
+
+lisp::Interpreter& SiteRun::interpreter() {
+  return session_.documents().current()->interpreter();
+}
+
+void SiteRun::runSite() {
+  if (options_.site.empty()) return;
+  defineSiteDatabase(interpreter(), options_);
+  defineSqlExecute(interpreter());
+  runFile((std::filesystem::path(options_.site) / "site.lsp").string());
+}
+
+void SiteRun::openDrawing(const std::string& file) {
+  Document& former = *session_.documents().current();
+  Document& opened = session_.openDocument(fromUtf8(file), drawingFor(file));
+  try {
+    runSite();
+  } catch (const BadInput&) {
+    close(opened, former);
+    throw;
+  }
+  close(former, opened);
+}
+
+void SiteRun::close(Document& document, Document& next) {
+  session_.documents().activate(&document);
+  session_.modules().tellDrawingUnloading();
+  session_.documents().close(document);
+  session_.documents().activate(&next);
+}
+
+lisp::Value SiteRun::run(std::wstring_view text, std::wstring_view fileName) {
+  const auto fail = [](const std::string& message) { throw BadInput(message); };
+  try {
+    lisp::Value value = interpreter().run(text, fileName);
+    if (session_.isCancelled()) throw lisp::Cancelled();
+    return value;
+  } catch (const lisp::LispError& error) {
+    fail(error.what());
+  } catch (const lisp::Cancelled&) {
+    const std::wstring& failure = session_.windows().failure();
+    fail(failure.empty() ? "the run was cancelled" : toUtf8(failure));
+  }
+  return {};
+}
+
+lisp::Value SiteRun::runFile(const std::string& file) {
+  const std::optional<std::wstring> text = brenvolt::fromUtf8Strict(readInput(file));
+  if (!text) throw BadInput(file + ": is no UTF-8");
+  return run(*text, fromUtf8(file));
+}
+
+} // namespace simhost

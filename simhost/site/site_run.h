@@ -1,0 +1,54 @@
+// One run of the host at a site: a session with the plug-in loaded, a document open and the site's LISP run. The tool
+// and the program with windows start this way; they differ only in the windows that they bring.
+#pragma once
+
+#include "simhost/host/session.h"
+
+#include <memory>
+#include <string>
+#include <string_view>
+
+namespace simhost {
+
+/// What the user asked for on the command line; an empty text is the default.
+struct SiteRunOptions {
+  std::string site;     ///< folder with site.lsp
+  std::string drawing;  ///< opened instead of an empty one
+  std::string settings; ///< file of the user's settings
+  std::string module;   ///< the plug-in, else the one beside the program
+  std::string language; ///< two letters, else those of the environment
+  /// Where settings are kept when `settings` names no file.
+  enum class UnnamedSettings { user, memory } unnamedSettings = UnnamedSettings::user;
+  std::string database{}; ///< engineering tables in place of the site's own
+};
+
+class SiteRun final {
+public:
+  /// Reads the drawing, loads the module and runs the site's LISP. The windows must outlive it. Throws BadInput.
+  SiteRun(SiteRunOptions options, WindowSystem& windows);
+
+  [[nodiscard]] Session& session() { return session_; }
+  /// The interpreter of the current document.
+  [[nodiscard]] lisp::Interpreter& interpreter();
+
+  /// Takes a drawing's place: the former document is closed, the site's LISP runs for the new one. An empty file
+  /// name starts an empty drawing. Throws BadInput, and the former document stays then.
+  void openDrawing(const std::string& file);
+
+  /// Runs a LISP text; a LISP error and a run that was ended throw BadInput.
+  lisp::Value run(std::wstring_view text, std::wstring_view fileName);
+  /// The same with the text of a file.
+  lisp::Value runFile(const std::string& file);
+
+private:
+  void runSite();
+  void close(Document& document, Document& next);
+
+  SiteRunOptions options_;
+  Session session_;
+};
+
+/// The bytes of a file that the user named. Throws BadInput.
+[[nodiscard]] std::string readInput(const std::string& file);
+
+} // namespace simhost
