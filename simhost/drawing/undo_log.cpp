@@ -77,6 +77,7 @@ int UndoLog::undoCount() const {
 int UndoLog::undo(int records) {
   if (records == 0) return 0;
   if (isOff_ || records < 0 || records > undoCount()) return 1;
+  ++changeCount_;
   for (; records > 0; --records) {
     Record record = std::move(done_.back());
     done_.pop_back();
@@ -91,6 +92,7 @@ int UndoLog::undo(int records) {
 int UndoLog::redo(int records) {
   if (records == 0) return 0;
   if (isOff_ || records < 0 || records > redoCount()) return 1;
+  ++changeCount_;
   for (; records > 0; --records) {
     Record record = std::move(undone_.back());
     undone_.pop_back();
@@ -112,6 +114,7 @@ void UndoLog::setOff(bool isOff) {
 }
 
 void UndoLog::note(Change change) {
+  ++changeCount_;
   if (isOff_) return;
   undone_.clear();
   if (!isOpen_) done_.emplace_back();

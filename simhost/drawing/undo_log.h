@@ -10,6 +10,7 @@
 
 #include "simhost/drawing/drawing_store.h"
 
+#include <cstdint>
 #include <memory>
 #include <optional>
 #include <string>
@@ -77,6 +78,9 @@ public:
 
   /// Switching off forgets all records: without the changes made meanwhile they could not be played any more.
   void setOff(bool isOff);
+  /// Grows with every change of the drawing, also with undone ones and while undo is off: who shows the drawing
+  /// looks whether it is still the one that he has shown.
+  [[nodiscard]] std::uint64_t changeCount() const { return changeCount_; }
   /// Enters a change that has just been made in the store.
   void note(Change change);
 
@@ -88,6 +92,7 @@ private:
   std::vector<Record> undone_;
   mutable bool isOpen_ = false;
   bool isOff_ = false;
+  std::uint64_t changeCount_ = 0;
 };
 
 /// Makes what a scope changes a record of its own.

@@ -1,0 +1,74 @@
+// What of a drawing is to be seen, in the order in which it is drawn: block references resolved, each shape with the
+// look that its layer gives it. Every picture of a drawing, as a file or on a screen, is painted from this one list.
+#pragma once
+
+#include "simhost/drawing/drawing_database.h"
+
+#include <array>
+#include <cstdint>
+#include <limits>
+#include <optional>
+#include <vector>
+
+namespace simhost {
+
+/// A shape in drawing coordinates.
+struct DisplayItem {
+  Shape shape; ///< never a block reference, an attribute or its definition: those have become what they show
+  Colour colour;
+  LineType lineType = LineType::continuous;
+  std::uint32_t layer = 0; ///< place among the drawing's layers
+  /// The entity of the space that it belongs to: for what a block reference shows, attributes included, the reference.
+  KvDbHandle entity;
+};
+
+/// The block's entities: visible attributes as texts, attribute definitions as their tag in a space and as nothing
+/// inside a placed block. Nothing when blocks are so nested that there would be more than half a million shapes.
+[[nodiscard]] std::optional<std::vector<DisplayItem>> displayList(
+    const DrawingDatabase& drawing, KvDbHandle block);
+
+/// An upright box, in drawing units; at first it holds nothing.
+struct Box {
+  double left = std::numeric_limits<double>::infinity();
+  double bottom = std::numeric_limits<double>::infinity();
+  double right = -std::numeric_limits<double>::infinity();
+  double top = -std::numeric_limits<double>::infinity();
+
+  [[nodiscard]] bool isEmpty() const { return right < left; }
+  [[nodiscard]] double width() const { return right - left; }
+  [[nodiscard]] double height() const { return top - bottom; }
+  [[nodiscard]] bool meets(const Box& other) const {
+    return left <= other.right && other.left <= right && bottom <= other.top && other.bottom <= top;
+  }
+  void include(const KvPoint3d& point);
+  void includeAround(const KvPoint3d& centre, double distance);
+  void include(const Box& other);
+};
+
+/// The box around a shape, its width included. Letters are taken to have their mean advance.
+[[nodiscard]] Box boxOf(const Shape& shape);
+
+/// Degrees from start to end, counter-clockwise; equal angles are the whole circle.
+[[nodiscard]] double turnOf(const Arc& arc);
+
+/// How a text is put on paper: its size is a font's, and it stands on a base line.
+struct TextPlace {
+  KvPoint3d position; ///< on the base line
+  double fontSize = 0.0;
+  double anchor = 0.0; ///< which part of its length lies ahead of the position: 0, 0.5 or 1
+};
+[[nodiscard]] TextPlace textPlace(const Text& text);
+/// The corners of the box that a text is taken to fill, in their turn.
+[[nodiscard]] std::array<KvPoint3d, 4> textCorners(const Text& text);
+
+/// What dashed lines are made of: lengths in pixels of dash, gap, dash, gap; none for a continuous line.
+[[nodiscard]] const std::vector<double>& dashesOf(LineType type);
+
+enum class Paper : std::uint8_t { light, dark };
+/// The colour as it can be told from the paper: it keeps its hue and gets darker on light paper, lighter on dark.
+[[nodiscard]] Colour readable(Colour colour, Paper paper);
+
+/// The thinnest line of a picture, in pixels.
+inline constexpr double thinnestPixels = 1.2;
+
+} // namespace simhost
