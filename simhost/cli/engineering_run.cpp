@@ -1,8 +1,8 @@
 // Setting up a host for the services on engineering tables.
 #include "simhost/cli/engineering_run.h"
 
-#include "simhost/site/site_database.h"
 #include "simhost/host/errors.h"
+#include "simhost/site/site_database.h"
 #include "text/encoding.h"
 
 #include <CLI/CLI.hpp>
@@ -43,13 +43,6 @@ void SiteOptions::addSiteTo(CLI::App& command) {
 void SiteOptions::addStandardTo(CLI::App& command) {
   command.add_option("--standard-code", standardCode, "Code standard; " + standardCode + " without it")
       ->type_name("CODE");
-}
-
-void openDatabase(brenvolt::ZanOleDbConnection& connection, const std::string& file, DatabaseUse use) {
-  const std::wstring init = brenvolt::ZanOleDbHelper::FormatConnectString(
-      fromUtf8(file), L"", use == DatabaseUse::read ? L"Mode=Read" : L"");
-  if (connection.OpenFromInitializationString(init, false, true) < 0)
-    throw BadInput(toUtf8(connection.ErrorInfo().GetErrorInfo(false)));
 }
 
 EngineeringRun::EngineeringRun(const std::string& site, const std::string& standardCode)

@@ -4,6 +4,7 @@
 
 #include "platform/tables.h"
 #include "simhost/host/session.h"
+#include "simhost/site/open_database.h"
 #include "simhost/ui/scripted_windows.h"
 
 #include <filesystem>
@@ -27,10 +28,6 @@ struct SiteOptions {
   void addSiteTo(CLI::App& command);
   void addStandardTo(CLI::App& command);
 };
-
-/// Opens a database for reading only, or for writing too. Throws BadInput.
-enum class DatabaseUse { read, readAndWrite };
-void openDatabase(brenvolt::ZanOleDbConnection& connection, const std::string& file, DatabaseUse use);
 
 class EngineeringRun final {
 public:

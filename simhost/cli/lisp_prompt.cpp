@@ -2,6 +2,7 @@
 #include "simhost/cli/lisp_prompt.h"
 
 #include "simhost/cli/host_run.h"
+#include "simhost/lisp/input.h"
 #include "simhost/lisp/printer.h"
 #include "text/encoding.h"
 #include "text/split.h"
@@ -98,25 +99,6 @@ private:
 
 } // namespace
 
-bool isCompleteInput(std::wstring_view text) {
-  int depth = 0;
-  for (std::size_t at = 0; at < text.size(); ++at) {
-    if (text[at] == L';') {
-      at = text.find(L'\n', at);
-      if (at == std::wstring_view::npos) break;
-    } else if (text[at] == L'"') {
-      for (++at; at < text.size() && text[at] != L'"'; ++at)
-        if (text[at] == L'\\') ++at;
-      if (at >= text.size()) return false;
-    } else if (text[at] == L'(') {
-      ++depth;
-    } else if (text[at] == L')') {
-      --depth;
-    }
-  }
-  return depth <= 0;
-}
-
 ExitCode runLispPrompt(HostRun& host) {
   LineSource lines;
   bool hasFailed = false;
@@ -125,7 +107,7 @@ ExitCode runLispPrompt(HostRun& host) {
   while (const std::optional<std::string> line = lines.next(text.empty() ? "> " : ". ")) {
     text += brenvolt::fromUtf8(*line) + L"\n";
     if (brenvolt::trimView(text).empty()) text.clear();
-    if (text.empty() || !isCompleteInput(text)) continue;
+    if (text.empty() || !lisp::isCompleteInput(text)) continue;
     try {
       const InterruptScope scope(host.interpreter());
       const lisp::Value value = host.run(text, L"input");

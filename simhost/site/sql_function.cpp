@@ -2,7 +2,7 @@
 #include "simhost/site/sql_function.h"
 
 #include "platform/tables.h"
-#include "simhost/cli/engineering_run.h"
+#include "simhost/site/open_database.h"
 #include "text/encoding.h"
 
 #include <stdexcept>

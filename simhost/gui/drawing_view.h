@@ -1,0 +1,98 @@
+// The part of the main window that shows the drawing: moving about in it, pointing at entities, and the picks that
+// prompts ask for.
+#pragma once
+
+#include "simhost/gui/picture_cache.h"
+#include "simhost/gui/scene.h"
+
+#include <QTimer>
+#include <QWidget>
+
+#include <functional>
+#include <optional>
+
+namespace simhost {
+
+class DrawingView final : public QWidget {
+public:
+  /// What a click with the left button means.
+  enum class Mode {
+    select,     ///< selects the entity under the pointer
+    pickEntity, ///< answers a prompt for an entity
+    pickPoint,  ///< answers a prompt for a point
+    zoomWindow  ///< the first of two corners
+  };
+
+  explicit DrawingView(QWidget* parent = nullptr);
+
+  [[nodiscard]] Scene& scene() { return scene_; }
+  [[nodiscard]] const ViewTransform& view() const { return picture_.view(); }
+  [[nodiscard]] Mode mode() const { return mode_; }
+  [[nodiscard]] std::optional<KvDbHandle> hovered() const { return hovered_; }
+  [[nodiscard]] std::optional<KvDbHandle> selected() const { return selected_; }
+
+  /// The scene has other content now.
+  void sceneChanged();
+  void setPaper(Paper paper);
+  [[nodiscard]] Paper paper() const { return paper_; }
+  void setGrid(bool isShown);
+  void setMode(Mode mode);
+  void select(std::optional<KvDbHandle> entity);
+
+  void zoomExtents();
+  /// Around the middle of the view.
+  void zoomBy(double factor);
+  void zoomTo(const Box& area);
+  void panBy(const QPoint& pixels);
+  /// Paints to the end instead of by and by.
+  void finishPainting();
+
+  /// The pointer has moved: where it is in the drawing. What it is over has been found by then.
+  std::function<void(const KvPoint3d& point)> onPointer;
+  /// The selection has changed by a click.
+  std::function<void()> onSelected;
+  /// A click in one of the picking modes: the point and the entity under it.
+  std::function<void(const KvPoint3d& point, std::optional<KvDbHandle> entity)> onPick;
+  /// Enter and Escape, in any mode.
+  std::function<void()> onEnter;
+  std::function<void()> onEscape;
+
+protected:
+  void paintEvent(QPaintEvent* event) override;
+  void resizeEvent(QResizeEvent* event) override;
+  void wheelEvent(QWheelEvent* event) override;
+  void mousePressEvent(QMouseEvent* event) override;
+  void mouseMoveEvent(QMouseEvent* event) override;
+  void mouseReleaseEvent(QMouseEvent* event) override;
+  void keyPressEvent(QKeyEvent* event) override;
+  void keyReleaseEvent(QKeyEvent* event) override;
+  void leaveEvent(QEvent* event) override;
+
+private:
+  void setView(const ViewTransform& view);
+  void refresh();
+  void paintOn();
+  void updateCursor();
+  void point(const QPointF& pixel);
+  void click(const QPointF& pixel);
+  void finishZoomWindow(const QPointF& pixel);
+  void paintHighlight(QPainter& painter, KvDbHandle entity, const QColor& colour);
+  /// Pixels of the device for one of the window.
+  [[nodiscard]] double ratio() const { return devicePixelRatioF(); }
+
+  Scene scene_;
+  PictureCache picture_{scene_};
+  QTimer painting_; ///< runs while pieces of the picture are missing
+  Paper paper_ = Paper::light;
+  Mode mode_ = Mode::select;
+  Mode modeBehindWindow_ = Mode::select; ///< what comes back after a zoom window
+  bool isFitted_ = true; ///< the view still shows the extents, so that a resize keeps doing so
+  std::optional<KvDbHandle> hovered_;
+  std::optional<KvDbHandle> selected_;
+  std::optional<QPointF> dragStart_; ///< last place of a drag that pans
+  std::optional<QPointF> corner_;    ///< first corner of a zoom window
+  QPointF pointer_;
+  bool isSpaceDown_ = false;
+};
+
+} // namespace simhost

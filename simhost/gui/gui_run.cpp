@@ -1,0 +1,141 @@
+// What can be told before a screen is needed is told first: wrong options and `--help` work without one.
+#include "simhost/gui/gui_run.h"
+
+#include "simhost/gui/main_window.h"
+#include "simhost/host/errors.h"
+#include "simhost/host/files.h"
+#include "simhost/site/exit_code.h"
+#include "simhost/site/site_run.h"
+#include "simhost/ui/file_names.h"
+#include "text/encoding.h"
+
+#include <CLI/CLI.hpp>
+#include <QApplication>
+
+#include <array>
+#include <cstdio>
+#include <cstdlib>
+#include <exception>
+#include <string>
+#include <string_view>
+
+namespace simhost {
+namespace {
+
+struct GuiOptions {
+  SiteRunOptions site;
+  std::string record;
+  std::string theme;
+  std::string screenshot;
+};
+
+/// Qt ends the process when it finds no screen, so a missing one must be seen before. Without `platform` Qt takes
+/// Wayland or X, whichever the environment names.
+bool hasScreen() {
+  const auto isSet = [](const char* name) {
+    const char* value = std::getenv(name);
+    return value != nullptr && *value != '\0';
+  };
+  return isSet("QT_QPA_PLATFORM") || isSet("DISPLAY") || isSet("WAYLAND_DISPLAY");
+}
+
+/// A display that is named but does not answer ends Qt's start too: it is told in the same words.
+void tellFatal(QtMsgType type, const QMessageLogContext& /*context*/, const QString& message) {
+  const QByteArray text = message.toUtf8();
+  if (type != QtFatalMsg) {
+    if (type == QtCriticalMsg) std::fprintf(stderr, "brenvolt-gui: %s\n", text.constData());
+    return;
+  }
+  std::fprintf(stderr, "brenvolt-gui: no screen can be used: %s\n", text.constData());
+  std::_Exit(static_cast<int>(ExitCode::badInput));
+}
+
+ExitCode tell(const char* kind, const std::exception& error, ExitCode code) {
+  std::fprintf(stderr, "brenvolt-gui: %s%s\n", kind, error.what());
+  return code;
+}
+
+/// The option, else what the user chose in an earlier run, else the environment.
+std::string languageFor(const SiteRunOptions& options) {
+  if (!options.language.empty()) return options.language;
+  CommandLine silent;
+  silent.setSink([](std::wstring_view) {});
+  UserSettings settings(
+      options.settings.empty() ? defaultSettingsFile() : std::filesystem::path(options.settings), silent);
+  const std::wstring chosen = settings.value(L"SimHost", L"language").value_or(L"");
+  return chosen.empty() ? languageOfEnvironment() : brenvolt::toUtf8(chosen);
+}
+
+ExitCode show(int argc, char** argv, GuiOptions& options) {
+  if (!hasScreen())
+    throw BadInput(
+        "there is no screen: neither DISPLAY nor WAYLAND_DISPLAY is set; \"brenvolt\" runs without one");
+  qInstallMessageHandler(tellFatal);
+  QApplication application(argc, argv);
+  QApplication::setApplicationName(QStringLiteral("ZanBrenvolt"));
+  options.site.language = languageFor(options.site);
+  const HostTexts texts(defaultResourceFolder(), options.site.language);
+  QtWindows windows;
+  SiteRun site(options.site, windows);
+  MainWindow window(site, windows, texts);
+  if (!options.theme.empty()) window.setPaper(options.theme == "dark" ? Paper::dark : Paper::light);
+  window.show();
+  if (!options.screenshot.empty()) {
+    QCoreApplication::processEvents();
+    window.view().zoomExtents();
+    window.view().finishPainting();
+    if (!window.grab().save(QString::fromStdString(options.screenshot), "PNG"))
+      throw CannotWrite(options.screenshot);
+    return ExitCode::done;
+  }
+  QApplication::exec();
+  if (!options.record.empty()) {
+    const std::string reason = replaceFile(options.record, windows.recording());
+    if (!reason.empty()) throw CannotWrite(reason);
+  }
+  return ExitCode::done;
+}
+
+} // namespace
+
+int runGui(int argc, char** argv) {
+  GuiOptions options;
+  CLI::App app("Electrical circuits in a simulated CAD host, with windows", "brenvolt-gui");
+  app.set_version_flag("--version", "brenvolt-gui " BRENVOLT_VERSION);
+  app.add_option("--site", options.site.site, "Folder of the site: its site.lsp is run first")
+      ->type_name("DIR")
+      ->check(CLI::ExistingDirectory);
+  app.add_option("--drawing", options.site.drawing, "Open this drawing instead of an empty one")
+      ->type_name("FILE");
+  app.add_option(
+         "--language", options.site.language,
+         "Two letters, else the one chosen before, else the environment's")
+      ->type_name("CODE");
+  app.add_option("--record", options.record, "Write what was done, for `brenvolt replay`")->type_name("FILE");
+  app.add_option("--settings", options.site.settings, "The user's settings")->type_name("FILE");
+  app.add_option("--theme", options.theme, "light or dark, else as it was last")
+      ->type_name("NAME")
+      ->check(CLI::IsMember({"light", "dark"}));
+  app.add_option("--module", options.site.module, "The plug-in, else ZanBrenvolt.kvx beside the program")
+      ->type_name("FILE");
+  app.add_option("--screenshot", options.screenshot, "Write a picture of the window and leave")
+      ->type_name("FILE");
+  app.footer(
+      "Exit codes: 0 done, 1 wrong arguments, 2 unexpected, 3 bad input or no screen, 4 cannot write.");
+  try {
+    app.parse(argc, argv);
+  } catch (const CLI::ParseError& error) {
+    return app.exit(error) == 0 ? 0 : static_cast<int>(ExitCode::wrongArguments);
+  }
+  try {
+    return static_cast<int>(show(argc, argv, options));
+  } catch (const BadInput& error) {
+    return static_cast<int>(tell("", error, ExitCode::badInput));
+  } catch (const CannotWrite& error) {
+    return static_cast<int>(tell("cannot write ", error, ExitCode::cannotWrite));
+  } catch (const std::exception& error) {
+    return static_cast<int>(tell("unexpected: ", error, ExitCode::unexpected));
+  }
+}
+
+} // namespace simhost

@@ -1,0 +1,115 @@
+// The words of the host's own windows, in the language of the user. They lie beside those of the plug-in and in the
+// same form: resources/SimHost/<language>.txt.
+#pragma once
+
+#include "simhost/host/resource_module.h"
+
+#include <QString>
+
+#include <filesystem>
+#include <initializer_list>
+#include <string>
+
+namespace simhost {
+
+/// Numbers of texts; they never change their meaning.
+enum class HostText : unsigned {
+  none = 0,
+  windowTitle = 100, ///< drawing, program
+  untitled,
+  fileMenu,
+  editMenu,
+  viewMenu,
+  circuitMenu,
+  helpMenu,
+  languageMenu,
+  recentMenu,
+  toolbar,
+
+  open = 200,
+  save,
+  saveAs,
+  exportSvg,
+  exportPdf,
+  print,
+  quit,
+  newDrawing,
+  undo,
+  redo,
+  zoomExtents,
+  zoomWindow,
+  zoomIn,
+  zoomOut,
+  grid,
+  darkPaper,
+  layerPanel,
+  promptPanel,
+  newCircuit,
+  buildFromHistory,
+  motor,
+  load,
+  wireMotor,
+  wireLoad,
+  editWireSize,
+  help,
+  about,
+
+  openTitle = 300,
+  saveTitle,
+  drawings,
+  pictures,
+  documents,
+  unsavedTitle,
+  unsavedQuestion,
+  discard,
+  keepEditing,
+  saved,
+  exported,
+  opened,
+  cannotPrint,
+  aboutText,
+  languageLater,
+  tooManyShapes,
+
+  busy = 400,
+  ready,
+  cancelled,
+  running,
+  pickPlace,
+  pickEnds,
+  pickEndsOrNone,
+  corner,
+  undone,
+  redone,
+  nothingToUndo,
+  nothingToRedo,
+  pointer, ///< x, y
+  layerOf,
+  handleOf,
+  notDone,
+  noSite,
+
+  promptHint = 500,
+  layersTitle,
+  promptTitle,
+  historyTitle,
+  historyQuestion,
+  noHistory
+};
+
+class HostTexts final {
+public:
+  /// Throws BadInput for a damaged file, and when the English one is missing.
+  HostTexts(const std::filesystem::path& folder, const std::string& language);
+
+  /// The words; the number in angle brackets for a text that is nowhere.
+  [[nodiscard]] QString operator()(HostText text) const;
+  /// The same, with %1, %2, ... filled in.
+  [[nodiscard]] QString operator()(HostText text, std::initializer_list<QString> parts) const;
+
+private:
+  ResourceLibrary library_;
+  const KvResourceModule* module_;
+};
+
+} // namespace simhost

@@ -1,0 +1,6 @@
+// The program `brenvolt-gui`: reads its command line, brings a site up and shows the main window.
+#include "simhost/gui/gui_run.h"
+
+int main(int argc, char** argv) {
+  return simhost::runGui(argc, argv);
+}

@@ -1,0 +1,383 @@
+// Building the window up, and what it shows of drawing, pointer and commands.
+#include "simhost/gui/main_window.h"
+
+#include "simhost/gui/command_icons.h"
+#include "simhost/gui/command_table.h"
+#include "simhost/gui/layer_panel.h"
+#include "simhost/gui/prompt_pane.h"
+#include "simhost/host/session.h"
+#include "simhost/lisp/printer.h"
+#include "simhost/qt/qt_text.h"
+#include "simhost/site/site_run.h"
+
+#include <QAction>
+#include <QActionGroup>
+#include <QApplication>
+#include <QDockWidget>
+#include <QEventLoop>
+#include <QFileInfo>
+#include <QKeyEvent>
+#include <QLabel>
+#include <QMenuBar>
+#include <QPalette>
+#include <QStatusBar>
+#include <QStringList>
+#include <QStyleFactory>
+#include <QToolBar>
+#include <QVBoxLayout>
+
+namespace simhost {
+namespace {
+
+/// How often a running command's drawing is looked at: often enough to see a circuit grow.
+constexpr int watchMilliseconds = 100;
+constexpr const wchar_t* settingsKey = L"SimHost";
+
+QPalette paletteFor(Paper paper) {
+  if (paper == Paper::light) return QStyleFactory::create(QStringLiteral("Fusion"))->standardPalette();
+  QPalette palette(QColor(0x2b, 0x2f, 0x36));
+  palette.setColor(QPalette::Base, QColor(0x22, 0x25, 0x2b));
+  palette.setColor(QPalette::AlternateBase, QColor(0x2b, 0x2f, 0x36));
+  palette.setColor(QPalette::Highlight, QColor(0x2f, 0x74, 0xc0));
+  palette.setColor(QPalette::Link, QColor(0x6c, 0xb0, 0xf0));
+  for (const QPalette::ColorRole role :
+       {QPalette::Text, QPalette::WindowText, QPalette::ButtonText, QPalette::HighlightedText,
+        QPalette::BrightText})
+    palette.setColor(role, QColor(0xe6, 0xe8, 0xea));
+  palette.setColor(QPalette::PlaceholderText, QColor(0x8a, 0x90, 0x98));
+  palette.setColor(QPalette::ToolTipBase, QColor(0x38, 0x3d, 0x45));
+  palette.setColor(QPalette::ToolTipText, QColor(0xe6, 0xe8, 0xea));
+  for (const QPalette::ColorRole role : {QPalette::Text, QPalette::WindowText, QPalette::ButtonText})
+    palette.setColor(QPalette::Disabled, role, QColor(0x7a, 0x80, 0x88));
+  return palette;
+}
+
+} // namespace
+
+MainWindow::MainWindow(SiteRun& site, QtWindows& windows, const HostTexts& texts)
+    : site_(site), windows_(windows), texts_(texts), runner_(site, windows) {
+  buildPanels();
+  buildStatusBar();
+  buildMenus();
+  runner_.onBusyChanged = [this] {
+    if (runner_.isBusy())
+      watch_.start(watchMilliseconds);
+    else
+      watch_.stop();
+    refreshScene();
+    refreshActions();
+    if (!runner_.isBusy() && closesAfterRun_) QTimer::singleShot(0, this, [this] { close(); });
+  };
+  connect(&watch_, &QTimer::timeout, this, [this] {
+    refreshScene();
+    refreshActions();
+  });
+  site_.session().commandLine().setSink([this](std::wstring_view text) { prompt_->print(text); });
+  windows_.setMainWindow(this);
+  windows_.setPicker(this);
+  windows_.setSettings(&settings());
+  file_ = toQt(site_.session().documents().current()->fileName());
+  savedChange_ = drawing().undoLog().changeCount();
+  shownChange_ = savedChange_ + 1;
+  refreshScene();
+  refreshActions();
+  restorePlace();
+  setPaper(setting(L"paper") == QStringLiteral("dark") ? Paper::dark : Paper::light);
+  view_->setFocus();
+  say(texts_(HostText::ready));
+}
+
+MainWindow::~MainWindow() {
+  site_.session().commandLine().setSink([](std::wstring_view) {});
+  windows_.setPicker(nullptr);
+  windows_.setMainWindow(nullptr);
+  windows_.setSettings(nullptr);
+}
+
+void MainWindow::buildPanels() {
+  auto* middle = new QWidget(this);
+  auto* column = new QVBoxLayout(middle);
+  column->setContentsMargins(0, 0, 0, 0);
+  column->setSpacing(0);
+  banner_ = new QLabel(middle);
+  banner_->setObjectName(QStringLiteral("banner"));
+  banner_->setAutoFillBackground(true);
+  banner_->setMargin(6);
+  banner_->hide();
+  view_ = new DrawingView(middle);
+  view_->setObjectName(QStringLiteral("drawing"));
+  column->addWidget(banner_);
+  column->addWidget(view_, 1);
+  setCentralWidget(middle);
+  view_->onPointer = [this](const KvPoint3d& point) { showPointer(point); };
+  view_->onSelected = [this] {
+    if (view_->selected()) say(factsText(*view_->selected()));
+  };
+
+  layers_ = new LayerPanel(this);
+  layers_->onHiddenChanged = [this](const std::set<std::wstring>& hidden) {
+    view_->scene().setHiddenLayers(hidden);
+    view_->sceneChanged();
+  };
+  prompt_ = new PromptPane(texts_(HostText::promptHint), this);
+  prompt_->setHistory(setting(L"history").split(QLatin1Char('\n'), Qt::SkipEmptyParts));
+  prompt_->onHistoryChanged = [this] { setSetting(L"history", prompt_->history().join(QLatin1Char('\n'))); };
+  prompt_->onNames = [this] {
+    QStringList names;
+    for (const lisp::Symbol* symbol : site_.interpreter().symbols().all())
+      if (symbol->special != nullptr || !symbol->function.isNil() || !symbol->value.isNil())
+        names.append(toQt(symbol->name).toLower());
+    return names;
+  };
+  prompt_->onForm = [this](const QString& form) { runForm(QStringLiteral("LISP"), fromQt(form)); };
+
+  struct Panel {
+    HostText title;
+    HostText toggle;
+    QWidget* content;
+    Qt::DockWidgetArea area;
+  };
+  for (const Panel& panel :
+       {Panel{HostText::layersTitle, HostText::layerPanel, layers_, Qt::RightDockWidgetArea},
+        Panel{HostText::promptTitle, HostText::promptPanel, prompt_, Qt::BottomDockWidgetArea}}) {
+    auto* dock = new QDockWidget(texts_(panel.title), this);
+    dock->setObjectName(
+        panel.content->objectName() + QStringLiteral("Panel") +
+        QString::number(static_cast<int>(panel.title)));
+    dock->setWidget(panel.content);
+    addDockWidget(panel.area, dock);
+    actions_[panel.toggle] = dock->toggleViewAction();
+    actions_[panel.toggle]->setText(texts_(panel.toggle));
+  }
+  resizeDocks(findChildren<QDockWidget*>(), {180, 180}, Qt::Horizontal);
+  resizeDocks({findChildren<QDockWidget*>().last()}, {150}, Qt::Vertical);
+}
+
+void MainWindow::buildStatusBar() {
+  hover_ = new QLabel(this);
+  place_ = new QLabel(this);
+  place_->setMinimumWidth(fontMetrics().horizontalAdvance(QStringLiteral("-00000.00, -00000.00")));
+  place_->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
+  statusBar()->addPermanentWidget(hover_);
+  statusBar()->addPermanentWidget(place_);
+}
+
+void MainWindow::buildMenus() {
+  auto* toolbar = addToolBar(texts_(HostText::toolbar));
+  toolbar->setObjectName(QStringLiteral("commands"));
+  toolbar->setToolButtonStyle(Qt::ToolButtonTextUnderIcon);
+  toolbar->setIconSize({24, 24});
+  for (const MenuRow& row : menuRows()) {
+    QMenu* menu = menuBar()->addMenu(texts_(row.title));
+    bool hasButton = false;
+    for (const CommandRow& command : row.commands) {
+      if (command.text == HostText::none) {
+        menu->addSeparator();
+      } else if (command.text == HostText::recentMenu) {
+        recent_ = menu->addMenu(texts_(command.text));
+      } else if (command.text == HostText::languageMenu) {
+        QMenu* languages = menu->addMenu(texts_(command.text));
+        for (const auto& [code, name] : {std::pair("en", "English"), std::pair("de", "Deutsch")})
+          languages->addAction(QString::fromUtf8(name), this, [this, language = QString::fromUtf8(code)] {
+            chooseLanguage(language);
+          });
+      } else {
+        addCommand(command, *menu);
+      }
+      if (!command.isOnToolbar) continue;
+      if (!hasButton && !toolbar->actions().isEmpty()) toolbar->addSeparator();
+      hasButton = true;
+      toolbar->addAction(actions_.at(command.text));
+    }
+    if (row.title == HostText::viewMenu) {
+      menu->addSeparator();
+      for (const HostText panel : {HostText::layerPanel, HostText::promptPanel})
+        menu->addAction(actions_.at(panel));
+    }
+  }
+  actions_.at(HostText::grid)->setChecked(true);
+  fillRecent();
+}
+
+void MainWindow::addCommand(const CommandRow& row, QWidget& menu) {
+  auto* action = new QAction(texts_(row.text), this);
+  action->setShortcut(QKeySequence(QString::fromLatin1(row.keys)));
+  action->setCheckable(row.isTick);
+  QString caption = action->text();
+  caption.remove(QLatin1Char('&')).remove(QStringLiteral("..."));
+  action->setIconText(caption);
+  const QString keys = action->shortcut().toString(QKeySequence::NativeText);
+  action->setToolTip(keys.isEmpty() ? caption : caption + QStringLiteral(" (") + keys + QStringLiteral(")"));
+  if (*row.icon != '\0') action->setIcon(commandIcon(row.icon, palette().color(QPalette::ButtonText)));
+  action->setData(QString::fromLatin1(row.icon));
+  connect(action, &QAction::triggered, this, [this, &row] { start(row); });
+  menu.addAction(action);
+  actions_[row.text] = action;
+}
+
+void MainWindow::setPaper(Paper paper) {
+  QApplication::setStyle(QStringLiteral("Fusion"));
+  QApplication::setPalette(paletteFor(paper));
+  view_->setPaper(paper);
+  layers_->setLayers(drawing().store().layers(), view_->scene().hiddenLayers(), paper);
+  actions_.at(HostText::darkPaper)->setChecked(paper == Paper::dark);
+  QPalette shown = QApplication::palette();
+  shown.setColor(
+      QPalette::Window, paper == Paper::dark ? QColor(0x5a, 0x46, 0x1e) : QColor(0xff, 0xf3, 0xcd));
+  banner_->setPalette(shown);
+  for (const auto& [text, action] : actions_)
+    if (const QString icon = action->data().toString(); !icon.isEmpty())
+      action->setIcon(
+          commandIcon(icon.toLatin1().constData(), QApplication::palette().color(QPalette::ButtonText)));
+}
+
+void MainWindow::refreshScene() {
+  const std::uint64_t change = drawing().undoLog().changeCount();
+  if (change == shownChange_) return;
+  shownChange_ = change;
+  if (!view_->scene().load(drawing(), drawing().currentSpace())) say(texts_(HostText::tooManyShapes));
+  if (view_->selected() && drawing().find(*view_->selected()) == nullptr) view_->select(std::nullopt);
+  view_->sceneChanged();
+  layers_->setLayers(drawing().store().layers(), view_->scene().hiddenLayers(), view_->paper());
+  refreshTitle();
+}
+
+void MainWindow::refreshTitle() {
+  const QString name = file_.isEmpty() ? texts_(HostText::untitled) : QFileInfo(file_).fileName();
+  setWindowTitle(
+      texts_(HostText::windowTitle, {name + QStringLiteral("[*]"), QStringLiteral("ZanBrenvolt")}));
+  setWindowModified(isChanged());
+}
+
+void MainWindow::refreshActions() {
+  using Use = CommandRow::Use;
+  const bool isBusy = runner_.isBusy();
+  const bool hasSite = !site_.session().options().siteFolder.empty();
+  for (const MenuRow& menu : menuRows())
+    for (const CommandRow& row : menu.commands) {
+      const auto found = actions_.find(row.text);
+      if (found == actions_.end()) continue;
+      const bool isFree = row.use == Use::always || (!isBusy && (row.use == Use::idle || hasSite));
+      found->second->setEnabled(isFree);
+    }
+  recent_->setEnabled(!isBusy && !recent_->isEmpty());
+  if (isBusy) return;
+  for (const auto& [text, name] :
+       {std::pair(HostText::undo, runner_.undoName()), std::pair(HostText::redo, runner_.redoName())}) {
+    QAction& action = *actions_.at(text);
+    action.setEnabled(!name.isEmpty());
+    action.setStatusTip(name);
+  }
+  refreshTitle();
+}
+
+void MainWindow::showPointer(const KvPoint3d& point) {
+  const auto number = [](double value) { return QString::number(value, 'f', 2); };
+  place_->setText(number(point.x) + QStringLiteral(", ") + number(point.y));
+  hover_->setText(view_->hovered() ? factsText(*view_->hovered()) : QString());
+}
+
+QString MainWindow::factsText(KvDbHandle entity) const {
+  const std::optional<EntityFacts> facts = factsOf(drawing(), entity);
+  if (!facts) return {};
+  QString text = toQt(facts->kind);
+  if (!facts->block.empty()) text += QLatin1Char(' ') + toQt(facts->block);
+  QStringList attributes;
+  for (const auto& [tag, value] : facts->attributes)
+    if (!value.empty()) attributes.append(toQt(tag) + QLatin1Char('=') + toQt(value));
+  constexpr qsizetype mostShown = 4;
+  if (attributes.size() > mostShown)
+    attributes = attributes.mid(0, mostShown) + QStringList(QStringLiteral("..."));
+  if (!attributes.isEmpty())
+    text += QStringLiteral(" (") + attributes.join(QStringLiteral(", ")) + QLatin1Char(')');
+  return text + QStringLiteral(", ") + texts_(HostText::layerOf, {toQt(facts->layer)}) +
+         QStringLiteral(", ") + texts_(HostText::handleOf, {toQt(facts->handle)});
+}
+
+void MainWindow::say(const QString& text) {
+  statusBar()->showMessage(text);
+}
+
+void MainWindow::tell(const CommandOutcome& outcome, const QString& name) {
+  using Kind = CommandOutcome::Kind;
+  CommandLine& commandLine = site_.session().commandLine();
+  switch (outcome.kind) {
+  case Kind::refused:
+    return say(texts_(HostText::busy));
+  case Kind::cancelled:
+    return say(texts_(HostText::cancelled));
+  case Kind::failed:
+    commandLine.printLine(outcome.message);
+    return say(texts_(HostText::notDone, {toQt(outcome.message).simplified()}));
+  case Kind::done:
+    commandLine.printLine(lisp::printValue(outcome.value));
+    say(texts_(HostText::ready));
+  }
+  static_cast<void>(name);
+}
+
+QString MainWindow::status() const {
+  return statusBar()->currentMessage();
+}
+
+QString MainWindow::hoverText() const {
+  return hover_->text();
+}
+
+QString MainWindow::pickPrompt() const {
+  return pickLoop_ == nullptr ? QString() : banner_->text();
+}
+
+bool MainWindow::isChanged() const {
+  return drawing().undoLog().changeCount() != savedChange_;
+}
+
+void MainWindow::restorePlace() {
+  resize(1280, 720);
+  restoreGeometry(QByteArray::fromBase64(setting(L"geometry").toLatin1()));
+  restoreState(QByteArray::fromBase64(setting(L"state").toLatin1()));
+}
+
+void MainWindow::storePlace() {
+  setSetting(L"geometry", QString::fromLatin1(saveGeometry().toBase64()));
+  setSetting(L"state", QString::fromLatin1(saveState().toBase64()));
+}
+
+void MainWindow::closeEvent(QCloseEvent* event) {
+  event->ignore();
+  if (runner_.isBusy()) {
+    // What runs ends at its next look at the messages; the window goes when it has rolled back.
+    closesAfterRun_ = true;
+    windows_.postQuit();
+    site_.session().cancelRun();
+    cancelPick();
+    return;
+  }
+  closesAfterRun_ = false;
+  if (!mayLeaveDrawing()) return;
+  storePlace();
+  event->accept();
+}
+
+void MainWindow::keyPressEvent(QKeyEvent* event) {
+  if (event->key() == Qt::Key_Escape && pickLoop_ != nullptr) return cancelPick();
+  QMainWindow::keyPressEvent(event);
+}
+
+DrawingDatabase& MainWindow::drawing() const {
+  return site_.session().documents().current()->drawing();
+}
+
+UserSettings& MainWindow::settings() const {
+  return site_.session().settings();
+}
+
+QString MainWindow::setting(const wchar_t* name) const {
+  return toQt(settings().value(settingsKey, name).value_or(L""));
+}
+
+void MainWindow::setSetting(const wchar_t* name, const QString& value) {
+  static_cast<void>(settings().setValue(settingsKey, name, fromQt(value)));
+}
+
+} // namespace simhost

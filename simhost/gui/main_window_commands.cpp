@@ -1,0 +1,168 @@
+// The main window's commands but for those on files, and the picks that they ask for.
+#include "simhost/gui/command_table.h"
+#include "simhost/gui/main_window.h"
+#include "simhost/host/session.h"
+#include "simhost/lisp/list.h"
+#include "simhost/lisp/printer.h"
+#include "simhost/qt/qt_text.h"
+#include "simhost/site/site_run.h"
+
+#include <QAction>
+#include <QEventLoop>
+#include <QInputDialog>
+#include <QLabel>
+#include <QMessageBox>
+
+#include <utility>
+
+namespace simhost {
+namespace {
+
+constexpr double menuZoom = 1.5;
+
+QString captionOf(const QAction& action) {
+  return action.iconText();
+}
+
+} // namespace
+
+void MainWindow::start(const CommandRow& row) {
+  // A shortcut may come in while its action is about to be switched off.
+  if (row.use != CommandRow::Use::always && runner_.isBusy()) return say(texts_(HostText::busy));
+  if (row.action != nullptr) return (this->*row.action)();
+  runForm(captionOf(*actions_.at(row.text)), row.form);
+}
+
+void MainWindow::runForm(const QString& name, const std::wstring& form) {
+  if (!runner_.isBusy()) say(texts_(HostText::running, {name}));
+  tell(runner_.run(name, form), name);
+}
+
+void MainWindow::newCircuit() {
+  const QString name = captionOf(*actions_.at(HostText::newCircuit));
+  say(texts_(HostText::running, {name}));
+  const CommandOutcome outcome =
+      runner_.runSteps(name, [this](const CommandRunner::Evaluate& evaluate) -> std::optional<lisp::Value> {
+        if (evaluate(L"(setq site-choice (zan_bv_select_circuit))").isNil()) return std::nullopt;
+        const std::optional<KvPoint3d> point = pickPoint(texts_(HostText::pickPlace));
+        if (!point) return std::nullopt;
+        const auto number = [](double value) { return lisp::printReal(value); };
+        return evaluate(
+            L"(site-insert-and-build (car site-choice) (cadr site-choice) '(" + number(point->x) + L" " +
+            number(point->y) + L" 0.0))");
+      });
+  tell(outcome, name);
+}
+
+void MainWindow::undo() {
+  const QString name = runner_.undo();
+  refreshScene();
+  refreshActions();
+  say(name.isEmpty() ? texts_(HostText::nothingToUndo) : texts_(HostText::undone, {name}));
+}
+
+void MainWindow::redo() {
+  const QString name = runner_.redo();
+  refreshScene();
+  refreshActions();
+  say(name.isEmpty() ? texts_(HostText::nothingToRedo) : texts_(HostText::redone, {name}));
+}
+
+void MainWindow::zoomExtents() {
+  view_->zoomExtents();
+}
+
+void MainWindow::zoomWindow() {
+  view_->setMode(DrawingView::Mode::zoomWindow);
+  say(texts_(HostText::corner));
+}
+
+void MainWindow::zoomIn() {
+  view_->zoomBy(menuZoom);
+}
+
+void MainWindow::zoomOut() {
+  view_->zoomBy(1.0 / menuZoom);
+}
+
+void MainWindow::toggleGrid() {
+  view_->setGrid(actions_.at(HostText::grid)->isChecked());
+}
+
+void MainWindow::toggleDark() {
+  const bool isDark = actions_.at(HostText::darkPaper)->isChecked();
+  setPaper(isDark ? Paper::dark : Paper::light);
+  setSetting(L"paper", isDark ? QStringLiteral("dark") : QStringLiteral("light"));
+}
+
+void MainWindow::leave() {
+  close();
+}
+
+void MainWindow::showHelp() {
+  static_cast<void>(windows_.showHelp(L"main_window"));
+}
+
+void MainWindow::showAbout() {
+  QMessageBox::about(this, QStringLiteral("ZanBrenvolt"), texts_(HostText::aboutText));
+}
+
+KvPoint3d MainWindow::runPick(const QString& prompt, const QString& hint, DrawingView::Mode mode) {
+  banner_->setText(prompt.trimmed() + QStringLiteral("  ") + hint);
+  banner_->show();
+  view_->setMode(mode);
+  view_->setFocus();
+  activateWindow();
+  QEventLoop loop;
+  pickLoop_ = &loop;
+  refreshActions();
+  pick_ = {};
+  view_->onPick = [this, mode, &loop](const KvPoint3d& point, std::optional<KvDbHandle> entity) {
+    if (mode == DrawingView::Mode::pickEntity && !entity && !isEmptyPickAllowed_) return;
+    pick_.kind =
+        entity || mode == DrawingView::Mode::pickPoint ? EntityPick::Kind::entity : EntityPick::Kind::nothing;
+    pick_.handle = entity.value_or(KvDbHandle());
+    pick_.point = point;
+    loop.quit();
+  };
+  view_->onEnter = [this, &loop] {
+    if (!isEmptyPickAllowed_) return;
+    pick_.kind = EntityPick::Kind::nothing;
+    loop.quit();
+  };
+  view_->onEscape = [this] { cancelPick(); };
+  loop.exec();
+  pickLoop_ = nullptr;
+  view_->onPick = nullptr;
+  view_->onEnter = nullptr;
+  view_->onEscape = nullptr;
+  view_->setMode(DrawingView::Mode::select);
+  banner_->hide();
+  refreshActions();
+  return pick_.point;
+}
+
+void MainWindow::cancelPick() {
+  if (pickLoop_ == nullptr) return;
+  pick_ = {};
+  pickLoop_->quit();
+}
+
+EntityPick MainWindow::pickEntity(const std::wstring& prompt, bool emptyIsAllowed) {
+  if (pickLoop_ != nullptr) return {};
+  isEmptyPickAllowed_ = emptyIsAllowed;
+  static_cast<void>(runPick(
+      toQt(prompt), texts_(emptyIsAllowed ? HostText::pickEndsOrNone : HostText::pickEnds),
+      DrawingView::Mode::pickEntity));
+  return pick_;
+}
+
+std::optional<KvPoint3d> MainWindow::pickPoint(const QString& prompt) {
+  if (pickLoop_ != nullptr) return std::nullopt;
+  isEmptyPickAllowed_ = false;
+  const KvPoint3d point = runPick(prompt, texts_(HostText::pickEnds), DrawingView::Mode::pickPoint);
+  if (pick_.kind != EntityPick::Kind::entity) return std::nullopt;
+  return point;
+}
+
+} // namespace simhost
