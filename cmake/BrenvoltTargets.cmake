@@ -31,5 +31,6 @@ function(brenvolt_test name)
   target_compile_definitions(${name} PRIVATE DOCTEST_CONFIG_SUPER_FAST_ASSERTS)
   target_link_libraries(${name} PRIVATE brenvolt_flags ${ARG_DEPENDS})
   add_test(NAME ${name} COMMAND ${name} WORKING_DIRECTORY "${CMAKE_SOURCE_DIR}")
-  set_tests_properties(${name} PROPERTIES ENVIRONMENT "BRENVOLT_BIN=${CMAKE_RUNTIME_OUTPUT_DIRECTORY}")
+  set_tests_properties(${name} PROPERTIES ENVIRONMENT
+    "BRENVOLT_BIN=${CMAKE_RUNTIME_OUTPUT_DIRECTORY};LC_ALL=C;QT_QPA_PLATFORM=offscreen")
 endfunction()

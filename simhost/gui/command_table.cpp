@@ -34,6 +34,8 @@ const std::vector<MainWindow::MenuRow>& MainWindow::menuRows() {
         {HostText::darkPaper, "F8", "", Use::always, false, true, nullptr, &MainWindow::toggleDark}}},
       {HostText::circuitMenu,
        {{HostText::newCircuit, "Ctrl+T", "circuit", Use::site, true, false, nullptr, &MainWindow::newCircuit},
+        {HostText::buildFromHistory, "Ctrl+B", "", Use::site, false, false, nullptr,
+         &MainWindow::buildFromHistory},
         {},
         {HostText::motor, "Ctrl+M", "motor", Use::site, true, false, L"(zan_bv_motor_select)"},
         {HostText::load, "Ctrl+L", "load", Use::site, true, false, L"(zan_bv_power_feed_select)"},

@@ -79,7 +79,7 @@ ItemPainter::ItemPainter(QPainter& painter, const ViewTransform& view, PaintStyl
   painter_.setRenderHint(QPainter::Antialiasing);
   painter_.setRenderHint(QPainter::TextAntialiasing);
   painter_.setBrush(Qt::NoBrush);
-  pen_.setWidthF(-1.0); // like no pen that is asked for
+  painter_.setPen(pen_);
 }
 
 void ItemPainter::paint(const DisplayItem& item, const Box& box) {

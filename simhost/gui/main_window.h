@@ -26,6 +26,7 @@ class LayerPanel;
 class PromptPane;
 class SiteRun;
 class UserSettings;
+struct SavedConfiguration;
 
 class MainWindow final : public QMainWindow, public DrawingPicker {
 public:
@@ -92,6 +93,8 @@ private:
   void start(const CommandRow& row);
   void runForm(const QString& name, const std::wstring& form);
   void newCircuit();
+  void buildFromHistory();
+  void buildSaved(const SavedConfiguration& saved);
   void undo();
   void redo();
   void zoomExtents();
@@ -103,8 +106,9 @@ private:
   void leave();
   void showHelp();
   void showAbout();
+  void answerPick(const EntityPick& pick);
   void cancelPick();
-  [[nodiscard]] KvPoint3d runPick(const QString& prompt, const QString& hint, DrawingView::Mode mode);
+  void runPick(const QString& prompt, const QString& hint, DrawingView::Mode mode);
 
   // Files, main_window_files.cpp.
   void newDrawing();
@@ -144,8 +148,8 @@ private:
   std::uint64_t savedChange_ = 0;
   QString file_;
 
-  QEventLoop* pickLoop_ = nullptr; ///< of the pick that is asked for
-  EntityPick pick_;                ///< its answer
+  QEventLoop* pickLoop_ = nullptr; ///< of the pick that waits for an answer
+  EntityPick pick_;                ///< the answer
   bool isEmptyPickAllowed_ = false;
   bool closesAfterRun_ = false;
 };

@@ -2,9 +2,9 @@
 #include "simhost/gui/command_table.h"
 #include "simhost/gui/main_window.h"
 #include "simhost/host/session.h"
-#include "simhost/lisp/list.h"
 #include "simhost/lisp/printer.h"
 #include "simhost/qt/qt_text.h"
+#include "simhost/site/saved_configurations.h"
 #include "simhost/site/site_run.h"
 
 #include <QAction>
@@ -13,7 +13,9 @@
 #include <QLabel>
 #include <QMessageBox>
 
+#include <exception>
 #include <utility>
+#include <vector>
 
 namespace simhost {
 namespace {
@@ -22,6 +24,10 @@ constexpr double menuZoom = 1.5;
 
 QString captionOf(const QAction& action) {
   return action.iconText();
+}
+
+std::wstring pointForm(const KvPoint3d& point) {
+  return L"'(" + lisp::printReal(point.x) + L" " + lisp::printReal(point.y) + L" 0.0)";
 }
 
 } // namespace
@@ -46,10 +52,43 @@ void MainWindow::newCircuit() {
         if (evaluate(L"(setq site-choice (zan_bv_select_circuit))").isNil()) return std::nullopt;
         const std::optional<KvPoint3d> point = pickPoint(texts_(HostText::pickPlace));
         if (!point) return std::nullopt;
-        const auto number = [](double value) { return lisp::printReal(value); };
         return evaluate(
-            L"(site-insert-and-build (car site-choice) (cadr site-choice) '(" + number(point->x) + L" " +
-            number(point->y) + L" 0.0))");
+            L"(site-insert-and-build (car site-choice) (cadr site-choice) " + pointForm(*point) + L")");
+      });
+  tell(outcome, name);
+}
+
+void MainWindow::buildFromHistory() {
+  std::vector<SavedConfiguration> saved;
+  try {
+    saved = savedConfigurations(site_.session().options().siteFolder.string());
+  } catch (const std::exception& error) {
+    return say(texts_(HostText::notDone, {QString::fromUtf8(error.what())}));
+  }
+  if (saved.empty()) return say(texts_(HostText::noHistory));
+  QStringList names;
+  for (const SavedConfiguration& row : saved)
+    names.append(toQt(row.circuit + L" / " + row.type + L": " + row.name));
+  bool isChosen = false;
+  const QString chosen = QInputDialog::getItem(
+      this, texts_(HostText::historyTitle), texts_(HostText::historyQuestion), names, 0, false, &isChosen);
+  const qsizetype place = names.indexOf(chosen);
+  if (!isChosen || place < 0) return;
+  buildSaved(saved[static_cast<std::size_t>(place)]);
+}
+
+void MainWindow::buildSaved(const SavedConfiguration& saved) {
+  const QString name = captionOf(*actions_.at(HostText::buildFromHistory));
+  say(texts_(HostText::running, {name}));
+  const CommandOutcome outcome =
+      runner_.runSteps(name, [&](const CommandRunner::Evaluate& evaluate) -> std::optional<lisp::Value> {
+        const std::optional<KvPoint3d> point = pickPoint(texts_(HostText::pickPlace));
+        if (!point) return std::nullopt;
+        std::wstring form = L"(site-build";
+        for (const std::wstring& text :
+             {saved.drawingTemplate, saved.workbook, saved.worksheet, saved.circuit, saved.type, saved.name})
+          form += L" " + lisp::printValue(lisp::Value::string(text), lisp::PrintStyle::readable);
+        return evaluate(form + L" " + pointForm(*point) + L" \"\" \"\" \"\")");
       });
   tell(outcome, name);
 }
@@ -107,7 +146,8 @@ void MainWindow::showAbout() {
   QMessageBox::about(this, QStringLiteral("ZanBrenvolt"), texts_(HostText::aboutText));
 }
 
-KvPoint3d MainWindow::runPick(const QString& prompt, const QString& hint, DrawingView::Mode mode) {
+void MainWindow::runPick(const QString& prompt, const QString& hint, DrawingView::Mode mode) {
+  using Kind = EntityPick::Kind;
   banner_->setText(prompt.trimmed() + QStringLiteral("  ") + hint);
   banner_->show();
   view_->setMode(mode);
@@ -115,20 +155,16 @@ KvPoint3d MainWindow::runPick(const QString& prompt, const QString& hint, Drawin
   activateWindow();
   QEventLoop loop;
   pickLoop_ = &loop;
-  refreshActions();
   pick_ = {};
-  view_->onPick = [this, mode, &loop](const KvPoint3d& point, std::optional<KvDbHandle> entity) {
-    if (mode == DrawingView::Mode::pickEntity && !entity && !isEmptyPickAllowed_) return;
-    pick_.kind =
-        entity || mode == DrawingView::Mode::pickPoint ? EntityPick::Kind::entity : EntityPick::Kind::nothing;
-    pick_.handle = entity.value_or(KvDbHandle());
-    pick_.point = point;
-    loop.quit();
+  refreshActions();
+  view_->onPick = [this, mode](const KvPoint3d& point, std::optional<KvDbHandle> entity) {
+    if (entity || mode == DrawingView::Mode::pickPoint)
+      answerPick({Kind::entity, entity.value_or(KvDbHandle()), point});
+    else if (isEmptyPickAllowed_)
+      answerPick({Kind::nothing, {}, point});
   };
-  view_->onEnter = [this, &loop] {
-    if (!isEmptyPickAllowed_) return;
-    pick_.kind = EntityPick::Kind::nothing;
-    loop.quit();
+  view_->onEnter = [this] {
+    if (isEmptyPickAllowed_) answerPick({Kind::nothing, {}, {}});
   };
   view_->onEscape = [this] { cancelPick(); };
   loop.exec();
@@ -139,30 +175,35 @@ KvPoint3d MainWindow::runPick(const QString& prompt, const QString& hint, Drawin
   view_->setMode(DrawingView::Mode::select);
   banner_->hide();
   refreshActions();
-  return pick_.point;
+}
+
+void MainWindow::answerPick(const EntityPick& pick) {
+  // The first answer counts: what comes in while the loop ends is for nobody.
+  QEventLoop* const loop = std::exchange(pickLoop_, nullptr);
+  if (loop == nullptr) return;
+  pick_ = pick;
+  loop->quit();
 }
 
 void MainWindow::cancelPick() {
-  if (pickLoop_ == nullptr) return;
-  pick_ = {};
-  pickLoop_->quit();
+  answerPick({});
 }
 
 EntityPick MainWindow::pickEntity(const std::wstring& prompt, bool emptyIsAllowed) {
   if (pickLoop_ != nullptr) return {};
   isEmptyPickAllowed_ = emptyIsAllowed;
-  static_cast<void>(runPick(
+  runPick(
       toQt(prompt), texts_(emptyIsAllowed ? HostText::pickEndsOrNone : HostText::pickEnds),
-      DrawingView::Mode::pickEntity));
+      DrawingView::Mode::pickEntity);
   return pick_;
 }
 
 std::optional<KvPoint3d> MainWindow::pickPoint(const QString& prompt) {
   if (pickLoop_ != nullptr) return std::nullopt;
   isEmptyPickAllowed_ = false;
-  const KvPoint3d point = runPick(prompt, texts_(HostText::pickEnds), DrawingView::Mode::pickPoint);
+  runPick(prompt, texts_(HostText::pickEnds), DrawingView::Mode::pickPoint);
   if (pick_.kind != EntityPick::Kind::entity) return std::nullopt;
-  return point;
+  return pick_.point;
 }
 
 } // namespace simhost

@@ -68,6 +68,7 @@ Session::Session(SessionOptions options, WindowSystem& windows)
   BRENVOLT_ASSERT(currentSlot() == nullptr, "two sessions of the host at once");
   currentSlot() = this;
   windows_.setFormFolder(options_.resourceFolder / "forms");
+  windows_.setLanguage(options_.language);
   setWindowSystem(&windows_);
 }
 

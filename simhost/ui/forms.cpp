@@ -2,6 +2,7 @@
 // misses a control.
 #include "simhost/ui/forms.h"
 
+#include "simhost/ui/form_words.h"
 #include "text/encoding.h"
 
 #include <nlohmann/json.hpp>
@@ -151,14 +152,16 @@ Form parseForm(std::string_view bytes, const std::string& name, const std::strin
   return Parser(fileName).parse(bytes, name);
 }
 
-Form loadForm(const std::filesystem::path& folder, std::wstring_view name) {
+Form loadForm(const std::filesystem::path& folder, std::wstring_view name, const std::string& language) {
   const std::string utf8Name = toUtf8(name);
   const std::filesystem::path path = folder / (utf8Name + ".json");
   std::ifstream in(path, std::ios::binary);
   if (name.empty() || !in)
     throw FormError("the form \"" + utf8Name + "\" is unknown: there is no " + path.string());
   const std::string bytes((std::istreambuf_iterator<char>(in)), std::istreambuf_iterator<char>());
-  return parseForm(bytes, utf8Name, path.string());
+  Form form = parseForm(bytes, utf8Name, path.string());
+  translateFormIn(form, folder, language);
+  return form;
 }
 
 } // namespace simhost

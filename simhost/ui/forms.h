@@ -54,7 +54,9 @@ inline constexpr std::string_view dialogRole = "dialog";
 /// Takes a form file apart; `fileName` is for messages. Throws FormError.
 [[nodiscard]] Form parseForm(std::string_view bytes, const std::string& name, const std::string& fileName);
 
-/// Reads the file of a form, `<folder>/<name>.json`. Throws FormError, also when there is no such file.
-[[nodiscard]] Form loadForm(const std::filesystem::path& folder, std::wstring_view name);
+/// Reads the file of a form, `<folder>/<name>.json`, with its words in a language of two letters where there are some.
+/// Throws FormError, also when there is no such file.
+[[nodiscard]] Form loadForm(
+    const std::filesystem::path& folder, std::wstring_view name, const std::string& language = "en");
 
 } // namespace simhost

@@ -207,7 +207,8 @@ FileAnswer ScriptedWindows::askFile(const FileQuestion& question, const FileEven
 std::unique_ptr<DialogWindow> ScriptedWindows::openDialog(const std::wstring& form, CKvUiDialog& dialog) {
   if (steps_.hasFailed()) return nullptr;
   try {
-    return std::make_unique<ScriptedDialog>(loadForm(formFolder(), form), dialog, steps_, *recorder_);
+    return std::make_unique<ScriptedDialog>(
+        loadForm(formFolder(), form, language()), dialog, steps_, *recorder_);
   } catch (const FormError& error) {
     recorder_->note(toUtf8(form), {{"fault", error.what()}});
     steps_.fail(error.what());

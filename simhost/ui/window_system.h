@@ -98,6 +98,9 @@ public:
   /// Where the forms of dialogs are found, one file each.
   void setFormFolder(std::filesystem::path folder) { formFolder_ = std::move(folder); }
   [[nodiscard]] const std::filesystem::path& formFolder() const { return formFolder_; }
+  /// Two letters: the language of the forms' words.
+  void setLanguage(std::string language) { language_ = std::move(language); }
+  [[nodiscard]] const std::string& language() const { return language_; }
 
   [[nodiscard]] virtual TaskAnswer askTask(const TaskQuestion& question) = 0;
   [[nodiscard]] virtual EntityPick pickEntity(const std::wstring& prompt, bool emptyIsAllowed) = 0;
@@ -128,6 +131,7 @@ public:
 
 private:
   std::filesystem::path formFolder_ = "resources/forms";
+  std::string language_ = "en";
 };
 
 /// The window system of this process, null before it is set.

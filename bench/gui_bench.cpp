@@ -1,0 +1,153 @@
+// The main window on the software renderer, without a screen: how long until it can be used, how fast a large drawing
+// is moved, and how long a dialog takes to come up. A pan is measured against painting the whole view anew, which is
+// what it would cost without the kept picture.
+#include "simhost/gui/main_window.h"
+#include "simhost/gui/picture_cache.h"
+#include "simhost/host/session.h"
+#include "simhost/site/site_run.h"
+
+#include <QApplication>
+#include <QTimer>
+
+#include <algorithm>
+#include <chrono>
+#include <cstdio>
+#include <cstdlib>
+#include <filesystem>
+#include <functional>
+#include <string>
+#include <vector>
+
+namespace {
+
+using namespace simhost;
+using Clock = std::chrono::steady_clock;
+
+constexpr int entityCount = 100'000;
+const QSize viewSize(1280, 720);
+
+double milliseconds(Clock::time_point start) {
+  return std::chrono::duration<double, std::milli>(Clock::now() - start).count();
+}
+
+double middleOf(std::vector<double> times) {
+  std::sort(times.begin(), times.end());
+  return times[times.size() / 2];
+}
+
+/// Rows of small circuits: wires, symbols and labels as a plant's drawing has them.
+void fill(DrawingDatabase& drawing) {
+  const KvDbHandle space = drawing.modelSpace();
+  drawing.putLayer({L"WIRES", {180, 0, 0}, LineType::continuous});
+  constexpr int perRow = 250;
+  for (int index = 0; index < entityCount; ++index) {
+    const int cell = index / 10;
+    const double x = 40.0 * (cell % perRow);
+    const double y = 60.0 * (cell / perRow); // NOLINT(bugprone-integer-division): rows of cells
+    const double step = 5.0 * (index % 10);
+    switch (index % 10) {
+    case 0:
+      drawing.addEntity(space, {Circle{{x + 20.0, y + 30.0, 0.0}, 8.0}});
+      break;
+    case 1:
+      drawing.addEntity(space, {Text{{x, y + 52.0, 0.0}, L"M" + std::to_wstring(cell), 4.0}});
+      break;
+    case 2:
+      drawing.addEntity(space, {Arc{{x + 20.0, y + 30.0, 0.0}, 12.0, 30.0, 150.0}});
+      break;
+    default:
+      drawing.addEntity(space, {Line{{x, y + step, 0.0}, {x + 35.0, y + step, 0.0}}, L"WIRES"});
+    }
+  }
+}
+
+void measurePan(const Scene& scene, const char* what, double zoom) {
+  PictureCache picture(scene);
+  picture.resize(viewSize);
+  picture.setView(ViewTransform::fitting(scene.extents(), viewSize).zoomed(zoom, {640.0, 360.0}));
+  Clock::time_point start = Clock::now();
+  picture.finish();
+  const double whole = milliseconds(start);
+  std::vector<double> frames;
+  for (int frame = 0; frame < 120; ++frame) {
+    start = Clock::now();
+    // A fast hand: the view's width in a second and a half at 30 frames.
+    picture.pan(frame % 60 < 30 ? QPoint(28, 9) : QPoint(-28, -9));
+    picture.finish();
+    frames.push_back(milliseconds(start));
+  }
+  const double slowest = *std::max_element(frames.begin(), frames.end());
+  std::printf(
+      "pan, %-12s %7.2f ms a frame, slowest %7.2f ms (33.3 allowed); whole view %8.1f ms, ratio %.3f\n", what,
+      middleOf(frames), slowest, whole, middleOf(frames) / whole);
+}
+
+void measureStart() {
+  const char* folder = std::getenv("BRENVOLT_BIN");
+  const std::string program = std::string(folder == nullptr ? "out/bin" : folder) + "/brenvolt-gui";
+  const std::string picture = (std::filesystem::temp_directory_path() / "brenvolt_gui_bench.png").string();
+  const std::string command =
+      "'" + program + "' --site site --settings /dev/null --screenshot '" + picture + "'";
+  std::vector<double> times;
+  for (int run = 0; run < 5; ++run) {
+    const Clock::time_point start = Clock::now();
+    if (std::system(command.c_str()) != 0) return;
+    times.push_back(milliseconds(start));
+  }
+  std::filesystem::remove(picture);
+  std::printf("start, window painted and saved as a picture: %.0f ms (500 allowed)\n", middleOf(times));
+}
+
+/// Until the dialog of a command stands there painted; it is left at once.
+void measureDialog(MainWindow& window, const wchar_t* form) {
+  std::vector<double> times;
+  for (int run = 0; run < 5; ++run) {
+    const Clock::time_point start = Clock::now();
+    QTimer look;
+    look.callOnTimeout([&] {
+      QWidget* dialog = QApplication::activeModalWidget();
+      if (dialog == nullptr || !dialog->isVisible()) return;
+      static_cast<void>(dialog->grab());
+      times.push_back(milliseconds(start));
+      look.stop();
+      dialog->close();
+    });
+    look.start(0);
+    static_cast<void>(window.runner().run(QStringLiteral("bench"), form));
+  }
+  if (times.empty())
+    std::printf("dialog %ls: did not come up\n", form);
+  else
+    std::printf("dialog %-28ls %6.0f ms (150 allowed)\n", form, middleOf(times));
+}
+
+} // namespace
+
+int main(int argc, char** argv) {
+  qputenv("QT_QPA_PLATFORM", "offscreen");
+  const QApplication application(argc, argv);
+  {
+    DrawingDatabase drawing;
+    fill(drawing);
+    Scene scene;
+    const Clock::time_point start = Clock::now();
+    if (!scene.load(drawing, drawing.modelSpace())) return 1;
+    std::printf("taking %d entities over: %.0f ms\n", entityCount, milliseconds(start));
+    measurePan(scene, "all of it", 1.0);
+    measurePan(scene, "a quarter", 2.0);
+    measurePan(scene, "close", 12.0);
+  }
+  measureStart();
+  QtWindows windows;
+  const HostTexts texts("resources", "en");
+  SiteRunOptions options;
+  options.site = "site";
+  options.language = "en";
+  options.unnamedSettings = SiteRunOptions::UnnamedSettings::memory;
+  SiteRun site(options, windows);
+  MainWindow window(site, windows, texts);
+  window.show();
+  for (const wchar_t* form : {L"(zan_bv_motor_select)", L"(zan_bv_wire_select)", L"(zan_bv_select_circuit)"})
+    measureDialog(window, form);
+  return 0;
+}

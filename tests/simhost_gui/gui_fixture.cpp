@@ -1,0 +1,66 @@
+// Setting a window up.
+#include "gui_fixture.h"
+
+#include <QApplication>
+#include <QTest>
+#include <QTimer>
+
+#include <cstdlib>
+#include <stdexcept>
+
+namespace simhost {
+
+void needApplication() {
+  static int argc = 1;
+  static char name[] = "simhost_gui_test";
+  static char* argv[] = {name, nullptr};
+  if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM")) qputenv("QT_QPA_PLATFORM", "offscreen");
+  static const QApplication application(argc, argv);
+}
+
+GuiFolder::GuiFolder() {
+  std::string name = (std::filesystem::temp_directory_path() / "brenvolt-gui-XXXXXX").string();
+  if (::mkdtemp(name.data()) == nullptr) throw std::runtime_error("no temporary folder");
+  folder_ = name;
+}
+
+GuiFolder::~GuiFolder() {
+  std::error_code error;
+  std::filesystem::remove_all(folder_, error);
+}
+
+namespace {
+
+SiteRunOptions optionsFor(const std::string& settings, const std::string& language) {
+  needApplication(); // ahead of every widget
+  SiteRunOptions options;
+  options.settings = settings;
+  options.language = language;
+  options.unnamedSettings = SiteRunOptions::UnnamedSettings::memory;
+  return options;
+}
+
+} // namespace
+
+GuiFixture::GuiFixture(const std::string& settings, const std::string& language)
+    : texts("resources", language), site(optionsFor(settings, language), windows),
+      window(site, windows, texts) {
+  window.resize(1000, 700);
+  window.show();
+  QTest::qWait(1);
+}
+
+void GuiFixture::click(double x, double y) {
+  QTest::mouseMove(&window.view(), pixel(x, y));
+  QTest::mouseClick(&window.view(), Qt::LeftButton, Qt::NoModifier, pixel(x, y));
+}
+
+void GuiFixture::key(Qt::Key key) {
+  QTest::keyClick(&window.view(), key);
+}
+
+void later(const std::function<void()>& action) {
+  QTimer::singleShot(0, action);
+}
+
+} // namespace simhost

@@ -1,0 +1,55 @@
+// A main window over a drawing that a test fills, with settings of its own.
+#pragma once
+
+#include "simhost/gui/main_window.h"
+#include "simhost/site/site_run.h"
+
+#include <QAction>
+
+#include <filesystem>
+#include <functional>
+#include <string>
+
+namespace simhost {
+
+/// Made once for the process, without a screen.
+void needApplication();
+
+/// An empty folder that is removed with the object.
+class GuiFolder final {
+public:
+  GuiFolder();
+  GuiFolder(const GuiFolder&) = delete;
+  GuiFolder& operator=(const GuiFolder&) = delete;
+  ~GuiFolder();
+  [[nodiscard]] std::string path(const std::string& name) const { return (folder_ / name).string(); }
+
+private:
+  std::filesystem::path folder_;
+};
+
+class GuiFixture final {
+public:
+  /// `settings`: a file; empty keeps them in memory.
+  explicit GuiFixture(const std::string& settings = {}, const std::string& language = "en");
+
+  [[nodiscard]] DrawingDatabase& drawing() { return site.session().documents().current()->drawing(); }
+  /// Runs a LISP text as the prompt does.
+  CommandOutcome run(const std::wstring& form) { return window.runner().run(QStringLiteral("LISP"), form); }
+  /// The pixel of the view on which a point of the drawing lies.
+  [[nodiscard]] QPoint pixel(double x, double y) {
+    return window.view().view().toScreen({x, y, 0.0}).toPoint();
+  }
+  void click(double x, double y);
+  void key(Qt::Key key);
+
+  QtWindows windows;
+  HostTexts texts;
+  SiteRun site;
+  MainWindow window;
+};
+
+/// Does this as soon as the events run again: from within a pick or a dialog.
+void later(const std::function<void()>& action);
+
+} // namespace simhost

@@ -1,0 +1,225 @@
+// The main window as a user meets it: what it shows, what can be started when, and how picks end.
+#include "gui_fixture.h"
+#include "simhost/drawing/svg.h"
+#include "simhost/gui/layer_panel.h"
+#include "simhost/gui/prompt_pane.h"
+#include "simhost/host/files.h"
+#include "simhost/lisp/printer.h"
+
+#include <QApplication>
+#include <QTest>
+
+#include <doctest/doctest.h>
+
+using namespace simhost;
+
+namespace {
+
+constexpr const wchar_t* twoLines =
+    L"(progn (draw-line '(0 0) '(100 0)) (undo-count) (draw-line '(0 50) '(100 50)) 2)";
+
+/// What stays open for as long as the actions inside it run: a pick that a command asks for.
+struct OpenPick {
+  GuiFixture& gui;
+  std::function<void()> inside;
+
+  CommandOutcome run(const std::wstring& form = L"(pick-entity \"Select a motor: \")") {
+    later([this] {
+      inside();
+      if (!gui.window.pickPrompt().isEmpty()) gui.key(Qt::Key_Escape);
+    });
+    return gui.run(form);
+  }
+};
+
+using Kind = CommandOutcome::Kind;
+
+} // namespace
+
+TEST_CASE("a command is one step of undo, however many records it made") {
+  GuiFixture gui;
+  REQUIRE(gui.run(twoLines).kind == Kind::done);
+  gui.run(L"(draw-circle '(50 25) 10)");
+  gui.run(L"(+ 1 2)"); // changes nothing, so there is nothing to undo
+  MainWindow& window = gui.window;
+  const auto count = [&gui] {
+    return gui.drawing().store().findBlock(gui.drawing().modelSpace())->entityCount;
+  };
+  CHECK(count() == 3);
+  CHECK(window.view().scene().items().size() == 3);
+  window.action(HostText::undo).trigger();
+  CHECK(count() == 2);
+  window.action(HostText::undo).trigger();
+  CHECK(count() == 0);
+  CHECK(window.view().scene().items().empty());
+  CHECK_FALSE(window.action(HostText::undo).isEnabled());
+  window.action(HostText::redo).trigger();
+  CHECK(count() == 2);
+  gui.run(L"(draw-line '(0 1) '(1 1))");
+  CHECK_FALSE(window.action(HostText::redo).isEnabled());
+}
+
+TEST_CASE("what lies under the pointer is told, and a click selects it") {
+  GuiFixture gui;
+  gui.run(L"(progn (draw-line '(0 0) '(100 0) \"WIRES\") (draw-line '(0 50) '(100 50)))");
+  QTest::mouseMove(&gui.window.view(), gui.pixel(50, 0));
+  const QString told = gui.window.hoverText();
+  CHECK(told.startsWith(QStringLiteral("line")));
+  CHECK(told.contains(QStringLiteral("WIRES")));
+  gui.click(50, 0);
+  REQUIRE(gui.window.view().selected());
+  CHECK(told.contains(QString::fromStdWString(formatHandle(*gui.window.view().selected()))));
+  QTest::mouseMove(&gui.window.view(), gui.pixel(50, 25));
+  CHECK(gui.window.hoverText().isEmpty());
+  gui.key(Qt::Key_Escape);
+  CHECK_FALSE(gui.window.view().selected());
+}
+
+TEST_CASE("a pick answers the entity and the point, nothing or a cancel") {
+  GuiFixture gui;
+  gui.run(L"(draw-line '(0 0) '(100 0))");
+  gui.run(L"(draw-line '(0 50) '(100 50))");
+  OpenPick pick{gui, [&gui] {
+                  CHECK(gui.window.pickPrompt().contains(QStringLiteral("Select a motor:")));
+                  gui.click(50, 50);
+                }};
+  const CommandOutcome picked = pick.run(
+      L"(equal (entity-handle (car (pick-entity \"Select a motor: \"))) (entity-handle (entity-last)))");
+  INFO(doctest::String(QString::fromStdWString(picked.message).toUtf8().constData()));
+  REQUIRE(picked.kind == Kind::done);
+  CHECK_FALSE(picked.value.isNil());
+  CHECK(gui.window.pickPrompt().isEmpty());
+
+  CHECK(OpenPick{gui, [&gui] { gui.key(Qt::Key_Return); }}.run().value.isNil());
+  CHECK(OpenPick{gui, [&gui] { gui.key(Qt::Key_Return); }}.run().kind == Kind::done);
+  CHECK(OpenPick{gui, [&gui] { gui.click(50, 25); }}.run().kind == Kind::done); // into the void
+  CHECK(OpenPick{gui, [&gui] { gui.key(Qt::Key_Escape); }}.run().kind == Kind::cancelled);
+
+  bool isAskedAgain = false;
+  later([&] {
+    gui.click(50, 25);
+    gui.key(Qt::Key_Return);
+    isAskedAgain = !gui.window.pickPrompt().isEmpty();
+    gui.click(50, 0);
+  });
+  const EntityPick must = gui.window.pickEntity(L"Which?", false);
+  CHECK(isAskedAgain);
+  CHECK(must.kind == EntityPick::Kind::entity);
+  CHECK(must.point.x == doctest::Approx(50.0).epsilon(0.02));
+
+  later([&gui] { gui.click(20, 30); });
+  const std::optional<KvPoint3d> point = gui.window.pickPoint(QStringLiteral("Where?"));
+  REQUIRE(point);
+  CHECK(point->y == doctest::Approx(30.0).epsilon(0.02));
+}
+
+TEST_CASE("while a command runs the others are off, and a second one is refused") {
+  GuiFixture gui;
+  gui.run(L"(draw-line '(0 0) '(100 0))");
+  MainWindow& window = gui.window;
+  const HostText idle[] = {
+      HostText::open, HostText::save, HostText::undo, HostText::print, HostText::newDrawing};
+  OpenPick{
+      gui,
+      [&] {
+        for (const HostText command : idle)
+          CHECK_FALSE(window.action(command).isEnabled());
+        CHECK(window.action(HostText::zoomExtents).isEnabled());
+        CHECK(gui.run(L"(draw-line '(0 0) '(1 1))").kind == Kind::refused);
+        window.prompt().onForm(QStringLiteral("(draw-line '(0 0) '(1 1))"));
+        CHECK(window.status() == gui.texts(HostText::busy));
+        CHECK_FALSE(window.openFile(QStringLiteral("other.json")));
+        CHECK(window.runner().undo().isEmpty());
+      }}
+      .run();
+  CHECK(window.action(HostText::open).isEnabled());
+  CHECK(window.action(HostText::undo).isEnabled());
+  CHECK(window.view().scene().items().size() == 1);
+  // Without a site there is nothing to build from.
+  CHECK_FALSE(window.action(HostText::newCircuit).isEnabled());
+}
+
+TEST_CASE("a window that is closed in the middle of a pick ends the run first") {
+  GuiFixture gui;
+  bool isShownMeanwhile = false;
+  const CommandOutcome outcome = OpenPick{
+      gui, [&] {
+        gui.window.close();
+        isShownMeanwhile = gui.window.isVisible();
+      }}.run(L"(progn (pick-entity \"Which?\") (draw-line '(0 0) '(1 1)))");
+  CHECK(outcome.kind == Kind::cancelled);
+  CHECK(isShownMeanwhile);
+  CHECK(gui.window.view().scene().items().empty());
+  QTest::qWait(10);
+  CHECK_FALSE(gui.window.isVisible());
+}
+
+TEST_CASE("a drawing that cannot be read leaves the open one as it is") {
+  const GuiFolder folder;
+  GuiFixture gui;
+  const QString file = QString::fromStdString(folder.path("plan.json"));
+  gui.run(twoLines);
+  CHECK(gui.window.isChanged());
+  REQUIRE(gui.window.saveFile(file));
+  CHECK_FALSE(gui.window.isChanged());
+  CHECK(replaceFile(folder.path("bad.json"), "{\"format\": 1}").empty());
+  CHECK_FALSE(gui.window.openFile(QString::fromStdString(folder.path("bad.json"))));
+  CHECK(gui.window.status().contains(QStringLiteral("bad.json")));
+  CHECK(gui.window.view().scene().items().size() == 2);
+  gui.run(L"(draw-line '(0 7) '(9 7))");
+  REQUIRE(gui.window.openFile(file));
+  CHECK(gui.window.view().scene().items().size() == 2);
+  CHECK_FALSE(gui.window.action(HostText::undo).isEnabled());
+  CHECK_FALSE(gui.window.saveFile(QString::fromStdString(folder.path("no/such/folder.json"))));
+}
+
+TEST_CASE("exports are the drawing's own picture, and the same page each time") {
+  const GuiFolder folder;
+  GuiFixture gui;
+  gui.run(twoLines);
+  REQUIRE(gui.window.exportSvg(QString::fromStdString(folder.path("a.svg"))));
+  CHECK(readFile(folder.path("a.svg")) == renderSvg(gui.drawing(), gui.drawing().modelSpace()).svg);
+  REQUIRE(gui.window.exportPdf(QString::fromStdString(folder.path("a.pdf"))));
+  QTest::qWait(1100); // the clock has gone on by a second
+  REQUIRE(gui.window.exportPdf(QString::fromStdString(folder.path("b.pdf"))));
+  const std::optional<std::string> page = readFile(folder.path("a.pdf"));
+  REQUIRE(page);
+  CHECK(page->starts_with("%PDF-"));
+  CHECK(page->size() > 1000);
+  CHECK(page == readFile(folder.path("b.pdf")));
+  gui.run(L"(draw-circle '(50 25) 10)");
+  REQUIRE(gui.window.exportPdf(QString::fromStdString(folder.path("b.pdf"))));
+  CHECK(page != readFile(folder.path("b.pdf")));
+}
+
+TEST_CASE("a layer without its tick is neither seen nor picked") {
+  GuiFixture gui;
+  gui.run(L"(progn (draw-line '(0 0) '(100 0) \"WIRES\") (draw-line '(0 50) '(100 50)))");
+  LayerPanel& layers = gui.window.layers();
+  const QList<QListWidgetItem*> rows = layers.findItems(QStringLiteral("WIRES"), Qt::MatchExactly);
+  REQUIRE(rows.size() == 1);
+  rows.first()->setCheckState(Qt::Unchecked);
+  gui.click(50, 0);
+  CHECK_FALSE(gui.window.view().selected());
+  gui.run(L"(draw-line '(0 25) '(100 25))"); // the layer stays off when the drawing changes
+  gui.click(50, 0);
+  CHECK_FALSE(gui.window.view().selected());
+  layers.findItems(QStringLiteral("WIRES"), Qt::MatchExactly).first()->setCheckState(Qt::Checked);
+  gui.click(50, 0);
+  CHECK(gui.window.view().selected().has_value());
+}
+
+TEST_CASE("no two commands share a key, and every text of the window has its words") {
+  for (const char* language : {"en", "de"}) {
+    GuiFixture gui({}, language);
+    QStringList keys;
+    for (const QAction* action : gui.window.findChildren<QAction*>()) {
+      CHECK_FALSE(action->text().startsWith(QLatin1Char('<')));
+      const QString key = action->shortcut().toString();
+      if (key.isEmpty()) continue;
+      CHECK_MESSAGE(!keys.contains(key), key.toStdString());
+      keys.append(key);
+    }
+    CHECK(keys.size() > 15);
+  }
+}

@@ -1,0 +1,67 @@
+// The program's command line: what it says without a screen, and its exit codes.
+#include "gui_fixture.h"
+
+#include <doctest/doctest.h>
+
+#include <array>
+#include <cstdio>
+#include <cstdlib>
+#include <string>
+
+using namespace simhost;
+
+namespace {
+
+struct ProgramRun {
+  int exitCode = -1;
+  std::string output; ///< both streams
+};
+
+ProgramRun run(const std::string& environment, const std::string& arguments) {
+  const char* folder = std::getenv("BRENVOLT_BIN");
+  const std::string program = std::string(folder == nullptr ? "out/bin" : folder) + "/brenvolt-gui";
+  ProgramRun result;
+  FILE* pipe = ::popen(("env " + environment + " '" + program + "' " + arguments + " 2>&1").c_str(), "r");
+  REQUIRE(pipe != nullptr);
+  std::array<char, 512> bytes{};
+  while (std::fgets(bytes.data(), static_cast<int>(bytes.size()), pipe) != nullptr)
+    result.output += bytes.data();
+  const int status = ::pclose(pipe);
+  result.exitCode = WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+  return result;
+}
+
+constexpr const char* noScreen = "-u DISPLAY -u WAYLAND_DISPLAY -u QT_QPA_PLATFORM";
+constexpr const char* offscreen = "QT_QPA_PLATFORM=offscreen";
+
+} // namespace
+
+TEST_CASE("the command line is judged before a screen is looked for") {
+  const GuiFolder folder;
+  const std::string settings = " --settings " + folder.path("settings.json");
+  struct Row {
+    const char* environment;
+    std::string arguments;
+    int exitCode;
+    const char* says;
+  };
+  const Row rows[] = {
+      {noScreen, "--help", 0, "--record"},
+      {noScreen, "--theme pink", 1, "pink"},
+      {noScreen, "--site no/such/folder", 1, "no/such/folder"},
+      {noScreen, "--unknown", 1, "--unknown"},
+      {noScreen, settings, 3, "there is no screen"},
+      {"-u WAYLAND_DISPLAY -u QT_QPA_PLATFORM DISPLAY=:987", settings, 3, "no screen can be used"},
+      {offscreen, settings + " --drawing no/such.json", 3, "no/such.json"},
+      {offscreen, settings + " --module no/such.kvx", 3, "no/such.kvx"},
+      {offscreen, settings + " --screenshot /no/such/folder/a.png", 4, "/no/such/folder/a.png"},
+      {offscreen, settings + " --screenshot " + folder.path("a.png"), 0, ""},
+  };
+  for (const Row& row : rows) {
+    CAPTURE(row.arguments);
+    const ProgramRun result = run(row.environment, row.arguments);
+    CAPTURE(result.output);
+    CHECK(result.exitCode == row.exitCode);
+    CHECK(result.output.find(row.says) != std::string::npos);
+  }
+}
