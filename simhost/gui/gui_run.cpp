@@ -11,6 +11,7 @@
 
 #include <CLI/CLI.hpp>
 #include <QApplication>
+#include <nlohmann/json.hpp>
 
 #include <array>
 #include <cstdio>
@@ -66,6 +67,23 @@ std::string languageFor(const SiteRunOptions& options) {
   return chosen.empty() ? languageOfEnvironment() : brenvolt::toUtf8(chosen);
 }
 
+/// The recording as a session: with what was run, so that it can be replayed. Paths lead from the session's folder.
+std::string sessionText(const std::string& recording, const MainWindow& window, const GuiOptions& options) {
+  using Json = nlohmann::ordered_json;
+  const Json recorded = Json::parse(recording);
+  Json run = {{"forms", Json::array()}};
+  for (const std::wstring& form : window.formsRun())
+    run["forms"].push_back(brenvolt::toUtf8(form));
+  if (!options.site.drawing.empty()) {
+    const std::filesystem::path folder = std::filesystem::absolute(options.record).parent_path();
+    run["drawing"] = std::filesystem::absolute(options.site.drawing).lexically_proximate(folder).string();
+  }
+  run["language"] = options.site.language;
+  Json session = {{"format", recorded["format"]}, {"version", recorded["version"]}, {"run", std::move(run)}};
+  session["steps"] = recorded["steps"];
+  return session.dump(2, ' ', false, Json::error_handler_t::replace) + "\n";
+}
+
 ExitCode show(int argc, char** argv, GuiOptions& options) {
   if (!hasScreen())
     throw BadInput(
@@ -76,6 +94,7 @@ ExitCode show(int argc, char** argv, GuiOptions& options) {
   options.site.language = languageFor(options.site);
   const HostTexts texts(defaultResourceFolder(), options.site.language);
   QtWindows windows;
+  windows.setHelpFolder(programFolder() / "docs");
   SiteRun site(options.site, windows);
   MainWindow window(site, windows, texts);
   if (!options.theme.empty()) window.setPaper(options.theme == "dark" ? Paper::dark : Paper::light);
@@ -90,7 +109,7 @@ ExitCode show(int argc, char** argv, GuiOptions& options) {
   }
   QApplication::exec();
   if (!options.record.empty()) {
-    const std::string reason = replaceFile(options.record, windows.recording());
+    const std::string reason = replaceFile(options.record, sessionText(windows.recording(), window, options));
     if (!reason.empty()) throw CannotWrite(reason);
   }
   return ExitCode::done;

@@ -13,7 +13,7 @@ struct HelpTopic {
   const char* page; ///< file in the folder of the manual
 };
 
-/// All topics that the dialogs know.
+/// All topics that dialogs and main window know.
 inline constexpr HelpTopic helpTopics[] = {
     {L"circuit_selection_dialog", "circuit-selection.md"},
     {L"circuit_configuration_dialog", "configuration.md"},
@@ -21,6 +21,7 @@ inline constexpr HelpTopic helpTopics[] = {
     {L"select_load_dialog", "pickers.md"},
     {L"wire_size_lookup_dialog", "wire-lookup.md"},
     {L"annotation_presets_dialog", "annotation-presets.md"},
+    {L"main_window", "main-window.md"},
 };
 
 /// The file of a topic; empty for a topic without a page, or when the page is not there.

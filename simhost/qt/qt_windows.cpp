@@ -138,7 +138,7 @@ FileAnswer QtWindows::askFile(const FileQuestion& question, const FileEvents& ev
 std::unique_ptr<DialogWindow> QtWindows::openDialog(const std::wstring& form, CKvUiDialog& dialog) {
   if (!failure_.empty()) return nullptr;
   try {
-    const Form loaded = loadForm(formFolder(), form);
+    const Form loaded = loadForm(formFolder(), form, language());
     DialogSurroundings& around = *this;
     return std::make_unique<QtDialog>(loaded, readLayout(loaded), dialog, around, recorder_, parentOfNext());
   } catch (const FormError& error) {

@@ -4,6 +4,8 @@
 #include "text/encoding.h"
 #include "text/split.h"
 
+#include <nlohmann/json.hpp>
+
 #include <algorithm>
 #include <fstream>
 #include <iterator>
@@ -15,18 +17,64 @@ using brenvolt::toUtf8;
 
 namespace {
 
-/// The text of the form that a key names, null for none.
-std::wstring* wordsOf(Form& form, const std::wstring& key) {
-  if (key == L"title") return &form.title;
-  constexpr std::wstring_view tooltip = L".tooltip";
-  const bool isTooltip = key.ends_with(tooltip);
-  const std::wstring role = isTooltip ? key.substr(0, key.size() - tooltip.size()) : key;
-  const auto control =
-      std::find_if(form.controls.begin(), form.controls.end(), [&role](const FormControl& row) {
-        return row.role == role;
-      });
-  if (control == form.controls.end()) return nullptr;
-  return isTooltip ? &control->tooltip : &control->label;
+using Json = nlohmann::ordered_json;
+
+/// Puts `words` in the place of the titles of sections that read `title`; false when there is none.
+bool renameSections(Json& layout, const std::string& title, const std::string& words) {
+  if (!layout.is_structured()) return false;
+  bool isFound = false;
+  for (auto& [name, part] : layout.items()) {
+    if (name == "section" && part == title) {
+      part = words;
+      isFound = true;
+    } else {
+      isFound = renameSections(part, title, words) || isFound;
+    }
+  }
+  return isFound;
+}
+
+/// A change of a layout, which a form holds as it is written; false when there was nothing to change.
+template <typename Change>
+bool changeLayout(std::string& layout, const Change& change) {
+  if (layout.empty()) return false;
+  Json parsed = Json::parse(layout);
+  if (!change(parsed)) return false;
+  layout = parsed.dump();
+  return true;
+}
+
+bool endsWithPart(std::wstring& key, std::wstring_view part) {
+  if (!key.ends_with(part)) return false;
+  key.resize(key.size() - part.size());
+  return true;
+}
+
+/// False when the form has nothing of this key.
+bool setWords(Form& form, std::wstring key, const std::wstring& words) {
+  if (key == L"title") {
+    form.title = words;
+    return true;
+  }
+  constexpr std::wstring_view section = L"section ";
+  if (key.starts_with(section)) {
+    const std::string title = toUtf8(brenvolt::trim(key.substr(section.size())));
+    return changeLayout(
+        form.layout, [&](Json& layout) { return renameSections(layout, title, toUtf8(words)); });
+  }
+  const bool isTooltip = endsWithPart(key, L".tooltip");
+  const bool isUnit = !isTooltip && endsWithPart(key, L".unit");
+  const auto control = std::find_if(
+      form.controls.begin(), form.controls.end(), [&key](const FormControl& row) { return row.role == key; });
+  if (control == form.controls.end()) return false;
+  if (isUnit)
+    return changeLayout(control->layout, [&words](Json& layout) {
+      if (!layout.contains("unit")) return false;
+      layout["unit"] = toUtf8(words);
+      return true;
+    });
+  (isTooltip ? control->tooltip : control->label) = words;
+  return true;
 }
 
 } // namespace
@@ -52,9 +100,8 @@ void translateForm(Form& form, std::string_view bytes, const std::string& fileNa
     if (!isThisForm) fail("belongs to no form");
     if (!isThisForm.value_or(false)) continue;
     const std::wstring key = brenvolt::trim(line.substr(0, equals));
-    std::wstring* words = wordsOf(form, key);
-    if (words == nullptr) fail("the form \"" + toUtf8(form.name) + "\" has no \"" + toUtf8(key) + "\"");
-    *words = brenvolt::trim(line.substr(equals + 1));
+    if (!setWords(form, key, brenvolt::trim(line.substr(equals + 1))))
+      fail("the form \"" + toUtf8(form.name) + "\" has no \"" + toUtf8(key) + "\"");
   }
 }
 

@@ -15,6 +15,8 @@ namespace simhost {
 ///       title = WORDS
 ///       ROLE = WORDS            the label
 ///       ROLE.tooltip = WORDS
+///       ROLE.unit = WORDS       what stands behind the control
+///       section TITLE = WORDS   TITLE as English has it
 ///
 /// Words that it lacks stay English. Throws FormError, naming file and line, for a line that is none of these and for a
 /// role that the form does not have.

@@ -83,6 +83,14 @@ TEST_CASE("German has the title, each label and each tooltip of every form") {
     translateFormIn(blank, "resources/forms", "de");
     CAPTURE(entry.path().string());
     CHECK_FALSE(blank.title.empty());
+    // Words that only a screen shows; symbols of units are the same in both.
+    for (const char* title :
+         {"Start from", "Scale", "Current of the circuit", "Conductor", "Correction", "per kWh"}) {
+      const std::string quoted = std::string("\"") + title + "\"";
+      CHECK(blank.layout.find(quoted) == std::string::npos);
+      for (const FormControl& control : blank.controls)
+        CHECK(control.layout.find(quoted) == std::string::npos);
+    }
     for (std::size_t place = 0; place < blank.controls.size(); ++place) {
       CAPTURE(std::string(english.controls[place].role.begin(), english.controls[place].role.end()));
       CHECK(blank.controls[place].label.empty() == english.controls[place].label.empty());
