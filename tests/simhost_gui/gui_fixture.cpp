@@ -31,9 +31,11 @@ GuiFolder::~GuiFolder() {
 
 namespace {
 
-SiteRunOptions optionsFor(const std::string& settings, const std::string& language) {
+SiteRunOptions optionsFor(
+    const std::string& settings, const std::string& language, const std::string& folder) {
   needApplication(); // ahead of every widget
   SiteRunOptions options;
+  options.site = folder;
   options.settings = settings;
   options.language = language;
   options.unnamedSettings = SiteRunOptions::UnnamedSettings::memory;
@@ -42,8 +44,8 @@ SiteRunOptions optionsFor(const std::string& settings, const std::string& langua
 
 } // namespace
 
-GuiFixture::GuiFixture(const std::string& settings, const std::string& language)
-    : texts("resources", language), site(optionsFor(settings, language), windows),
+GuiFixture::GuiFixture(const std::string& settings, const std::string& language, const std::string& folder)
+    : texts("resources", language), site(optionsFor(settings, language, folder), windows),
       window(site, windows, texts) {
   window.resize(1000, 700);
   window.show();

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "simhost/gui/main_window.h"
+#include "simhost/gui/prompt_pane.h"
 #include "simhost/site/site_run.h"
 
 #include <QAction>
@@ -30,8 +31,9 @@ private:
 
 class GuiFixture final {
 public:
-  /// `settings`: a file; empty keeps them in memory.
-  explicit GuiFixture(const std::string& settings = {}, const std::string& language = "en");
+  /// `settings`: a file; empty keeps them in memory. `folder`: of a site, empty for none.
+  explicit GuiFixture(
+      const std::string& settings = {}, const std::string& language = "en", const std::string& folder = {});
 
   [[nodiscard]] DrawingDatabase& drawing() { return site.session().documents().current()->drawing(); }
   /// Runs a LISP text as the prompt does.

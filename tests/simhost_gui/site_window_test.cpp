@@ -1,0 +1,87 @@
+// The main window over the sample site: commands that place circuits, and those that open dialogs of the plug-in.
+#include "gui_fixture.h"
+#include "simhost/site/saved_configurations.h"
+
+#include <QApplication>
+#include <QInputDialog>
+#include <QTest>
+#include <QTimer>
+
+#include <doctest/doctest.h>
+
+#include <algorithm>
+
+using namespace simhost;
+
+namespace {
+
+/// Looks again and again until it has found what it waits for.
+class Watch final {
+public:
+  explicit Watch(std::function<bool()> look) : look_(std::move(look)) {
+    timer_.callOnTimeout([this] {
+      if (look_()) timer_.stop();
+    });
+    timer_.start(5);
+  }
+
+private:
+  std::function<bool()> look_;
+  QTimer timer_;
+};
+
+} // namespace
+
+TEST_CASE("a saved configuration is placed where the user clicks, and undone as a whole") {
+  const std::vector<SavedConfiguration> saved = savedConfigurations("site");
+  REQUIRE(saved.size() >= 5);
+  const auto pump = std::find_if(
+      saved.begin(), saved.end(), [](const SavedConfiguration& row) { return row.name == L"Pump 10 HP"; });
+  REQUIRE(pump != saved.end());
+  CHECK(pump->circuit == L"Three-phase motors");
+  CHECK(pump->worksheet == L"M3_DOL");
+
+  GuiFixture gui({}, "en", "site");
+  const Watch choose([&] {
+    auto* dialog = qobject_cast<QInputDialog*>(QApplication::activeModalWidget());
+    if (dialog == nullptr) return false;
+    const QStringList offered = dialog->comboBoxItems();
+    CHECK(offered.size() == static_cast<qsizetype>(saved.size()));
+    dialog->setTextValue(offered[pump - saved.begin()]);
+    dialog->accept();
+    return true;
+  });
+  const Watch place([&] {
+    if (gui.window.pickPrompt().isEmpty()) return false;
+    CHECK_FALSE(gui.window.action(HostText::newCircuit).isEnabled());
+    gui.click(100, 50);
+    return true;
+  });
+  gui.window.action(HostText::buildFromHistory).trigger();
+  INFO(gui.window.status().toStdString());
+  CHECK(gui.window.view().scene().items().size() > 50);
+  CHECK(gui.window.formsRun().size() == 1);
+  CHECK(gui.window.action(HostText::undo).isEnabled());
+  gui.window.action(HostText::undo).trigger();
+  CHECK(gui.window.view().scene().items().empty());
+  gui.window.action(HostText::redo).trigger();
+  CHECK(gui.window.view().scene().items().size() > 50);
+}
+
+TEST_CASE("while a dialog of the plug-in is open no second command begins") {
+  GuiFixture gui({}, "en", "site");
+  bool wasRefused = false;
+  const Watch dialog([&] {
+    QWidget* open = QApplication::activeModalWidget();
+    if (open == nullptr || !open->isVisible()) return false;
+    CHECK_FALSE(gui.window.action(HostText::wireMotor).isEnabled());
+    gui.window.prompt().onForm(QStringLiteral("(zan_bv_wire_select)"));
+    wasRefused = gui.window.status() == gui.texts(HostText::busy);
+    open->close();
+    return true;
+  });
+  gui.window.action(HostText::motor).trigger();
+  CHECK(wasRefused);
+  CHECK(gui.window.action(HostText::wireMotor).isEnabled());
+  CHECK(gui.window.formsRun() == std::vector<std::wstring>{L"(zan_bv_motor_select)"});
+}
