@@ -2,8 +2,8 @@
 #include "simhost/cli/working_copy.h"
 
 #include "platform/table_import.h"
-#include "simhost/site/site_database.h"
 #include "simhost/host/errors.h"
+#include "simhost/site/site_database.h"
 #include "text/encoding.h"
 
 #include <cstdlib>

@@ -7,18 +7,18 @@
 #include "simhost/site/exit_code.h"
 #include "simhost/site/site_run.h"
 #include "simhost/ui/file_names.h"
+#include "simhost/ui/session_file.h"
 #include "text/encoding.h"
 
 #include <CLI/CLI.hpp>
 #include <QApplication>
-#include <nlohmann/json.hpp>
 
-#include <array>
 #include <cstdio>
 #include <cstdlib>
 #include <exception>
 #include <string>
 #include <string_view>
+#include <utility>
 
 namespace simhost {
 namespace {
@@ -67,21 +67,14 @@ std::string languageFor(const SiteRunOptions& options) {
   return chosen.empty() ? languageOfEnvironment() : brenvolt::toUtf8(chosen);
 }
 
-/// The recording as a session: with what was run, so that it can be replayed. Paths lead from the session's folder.
-std::string sessionText(const std::string& recording, const MainWindow& window, const GuiOptions& options) {
-  using Json = nlohmann::ordered_json;
-  const Json recorded = Json::parse(recording);
-  Json run = {{"forms", Json::array()}};
+/// What was run, so that the recording is a session that can be replayed.
+SessionRun runOf(const MainWindow& window, const GuiOptions& options) {
+  SessionRun run;
   for (const std::wstring& form : window.formsRun())
-    run["forms"].push_back(brenvolt::toUtf8(form));
-  if (!options.site.drawing.empty()) {
-    const std::filesystem::path folder = std::filesystem::absolute(options.record).parent_path();
-    run["drawing"] = std::filesystem::absolute(options.site.drawing).lexically_proximate(folder).string();
-  }
-  run["language"] = options.site.language;
-  Json session = {{"format", recorded["format"]}, {"version", recorded["version"]}, {"run", std::move(run)}};
-  session["steps"] = recorded["steps"];
-  return session.dump(2, ' ', false, Json::error_handler_t::replace) + "\n";
+    run.forms.push_back(brenvolt::toUtf8(form));
+  run.drawing = options.site.drawing;
+  run.language = options.site.language;
+  return seenFrom(std::move(run), {}, std::filesystem::path(options.record).parent_path());
 }
 
 ExitCode show(int argc, char** argv, GuiOptions& options) {
@@ -109,7 +102,8 @@ ExitCode show(int argc, char** argv, GuiOptions& options) {
   }
   QApplication::exec();
   if (!options.record.empty()) {
-    const std::string reason = replaceFile(options.record, sessionText(windows.recording(), window, options));
+    windows.recorder().setRun(runOf(window, options));
+    const std::string reason = replaceFile(options.record, windows.recording());
     if (!reason.empty()) throw CannotWrite(reason);
   }
   return ExitCode::done;
