@@ -9,6 +9,7 @@
 
 #include <algorithm>
 #include <filesystem>
+#include <optional>
 #include <set>
 #include <string>
 #include <vector>
@@ -103,7 +104,10 @@ TEST_CASE("a slip in the words of forms is told by file and line, and the langua
   Form form;
   form.name = L"Values";
   form.title = L"Values";
-  form.controls.push_back({L"list", ControlKind::list, L"List"});
+  FormControl& list = form.controls.emplace_back();
+  list.role = L"list";
+  list.kind = ControlKind::list;
+  list.label = L"List";
   const auto faultOf = [&form](const std::string& bytes) -> std::string {
     Form copy = form;
     try {
