@@ -46,7 +46,7 @@ struct Place {
 
 /// The common part of everything on the heap.
 struct Object {
-  explicit Object(Kind kindOfObject) : references(0), kind(kindOfObject) {}
+  explicit Object(Kind kindOfObject) : kind(kindOfObject) {}
   Object(const Object&) = delete;
   Object& operator=(const Object&) = delete;
 
@@ -54,7 +54,7 @@ struct Object {
   static void destroy(Object* dead) noexcept;
 
   union {
-    std::size_t references;
+    std::size_t references = 0;
     Object* nextDead; ///< once the count is down to 0 its place links the objects still to be freed
   };
   const Kind kind;
@@ -67,7 +67,7 @@ protected:
 class Value final {
 public:
   /// nil, which is the empty list and false.
-  Value() noexcept : kind_(Kind::nil) { content_.object = nullptr; }
+  Value() noexcept : kind_(Kind::nil), content_{.object = nullptr} {}
   Value(const Value& other) noexcept : kind_(other.kind_), content_(other.content_) {
     if (isOnHeap()) ++content_.object->references;
   }

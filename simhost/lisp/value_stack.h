@@ -41,7 +41,7 @@ public:
 private:
   struct Block {
     std::unique_ptr<Value[]> values;
-    std::size_t size;
+    std::size_t size = 0;
   };
 
   static constexpr std::size_t blockSize = 4096;

@@ -19,6 +19,7 @@ public:
   constexpr explicit KvDbHandle(std::uint64_t value) : value_(value) {}
   [[nodiscard]] constexpr bool isNull() const { return value_ == 0; }
   [[nodiscard]] constexpr std::uint64_t value() const { return value_; }
+  // NOLINTNEXTLINE(modernize-use-nullptr): the linter takes the hidden 0 of the comparison for a pointer.
   friend constexpr auto operator<=>(KvDbHandle, KvDbHandle) = default;
 
 private:

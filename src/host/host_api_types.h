@@ -52,9 +52,10 @@ struct KvPoint3d {
   friend bool operator==(const KvPoint3d&, const KvPoint3d&) = default;
 };
 
-/// The LISP name of an entity: valid for one session of one drawing. 0 is no entity.
+/// The LISP name of an entity: valid for one session of one drawing. 0 is no entity. It passes through open argument
+/// lists and therefore has no constructor: begin with `KvEntityName name{}`.
 struct KvEntityName {
-  std::uint64_t value = 0;
+  std::uint64_t value;
   friend bool operator==(KvEntityName, KvEntityName) = default;
 };
 
