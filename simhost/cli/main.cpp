@@ -45,6 +45,11 @@ int runTool(int argc, char** argv) {
     CLI::App* added = app.add_subcommand(subcommand.name, subcommand.description);
     rows.push_back({added, subcommand.setUp(*added)});
   }
+  const char* const word = argc > 1 ? argv[1] : "";
+  if (*word != '\0' && *word != '-' && app.get_subcommand_no_throw(word) == nullptr) {
+    std::fprintf(stderr, "brenvolt: there is no subcommand \"%s\"; --help lists them\n", word);
+    return static_cast<int>(ExitCode::wrongArguments);
+  }
   try {
     app.parse(argc, argv);
   } catch (const CLI::ParseError& error) {

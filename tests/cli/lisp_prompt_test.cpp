@@ -1,0 +1,110 @@
+// The LISP prompt at a terminal: editing a line, calling a former one back, and leaving.
+#include "tool.h"
+
+#include <doctest/doctest.h>
+
+#include <poll.h>
+#include <pty.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <cstdlib>
+#include <filesystem>
+#include <string>
+
+using brenvolt::ToolFolder;
+
+namespace {
+
+/// The tool with a pseudo-terminal for its streams, its home in a folder of the test.
+class Terminal final {
+public:
+  explicit Terminal(const ToolFolder& home) {
+    const char* bin = std::getenv("BRENVOLT_BIN");
+    const std::string tool = (std::filesystem::path(bin == nullptr ? "out/bin" : bin) / "brenvolt").string();
+    const std::string folder = home.path("");
+    child_ = ::forkpty(&terminal_, nullptr, nullptr, nullptr);
+    if (child_ != 0) return;
+    ::setenv("HOME", folder.c_str(), 1);
+    ::setenv("TERM", "vt100", 1);
+    ::unsetenv("XDG_STATE_HOME");
+    ::execl(tool.c_str(), "brenvolt", "lisp", static_cast<char*>(nullptr));
+    ::_exit(127);
+  }
+  Terminal(const Terminal&) = delete;
+  Terminal& operator=(const Terminal&) = delete;
+  ~Terminal() { ::close(terminal_); }
+
+  void type(const std::string& keys) const {
+    REQUIRE_EQ(::write(terminal_, keys.data(), keys.size()), static_cast<ssize_t>(keys.size()));
+  }
+
+  /// Reads until the screen has this text behind what was asked for before; false when it does not come.
+  [[nodiscard]] bool shows(const std::string& text) {
+    constexpr int patience = 20000; // milliseconds; only a failure takes as long
+    while (screen_.find(text, seen_) == std::string::npos) {
+      pollfd wait{terminal_, POLLIN, 0};
+      char bytes[512];
+      if (::poll(&wait, 1, patience) <= 0) return false;
+      const ssize_t count = ::read(terminal_, bytes, sizeof bytes);
+      if (count <= 0) return false;
+      screen_.append(bytes, static_cast<std::size_t>(count));
+    }
+    seen_ = screen_.find(text, seen_) + text.size();
+    return true;
+  }
+
+  /// The exit code, once the tool has ended by itself.
+  [[nodiscard]] int leave() {
+    while (shows("\n")) {
+    }
+    int status = 0;
+    ::waitpid(child_, &status, 0);
+    return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+  }
+
+private:
+  int terminal_ = -1;
+  pid_t child_ = -1;
+  std::string screen_;
+  std::size_t seen_ = 0;
+};
+
+const std::string up = "\x1b[A";
+const std::string left = "\x1b[D";
+const std::string endOfInput = "\x04";
+
+} // namespace
+
+TEST_CASE("at a terminal a line can be edited and called back, also by the next start") {
+  const ToolFolder home;
+  {
+    Terminal terminal(home);
+    REQUIRE(terminal.shows("> "));
+    terminal.type("(* 6 )" + left + "7\n");
+    CHECK(terminal.shows("42\r\n> "));
+    terminal.type("(+ 1\n");
+    CHECK(terminal.shows(". "));
+    terminal.type("2)\n");
+    CHECK(terminal.shows("3\r\n> "));
+    terminal.type("(car 5)\n"); // a fault is told and does not end the prompt
+    CHECK(terminal.shows("input:1"));
+    CHECK(terminal.shows("> "));
+    terminal.type(endOfInput);
+    CHECK_EQ(terminal.leave(), 0);
+  }
+  Terminal terminal(home);
+  REQUIRE(terminal.shows("> "));
+  terminal.type(up + up + up + up + "\n");
+  CHECK(terminal.shows("42\r\n> "));
+  terminal.type(endOfInput);
+  CHECK_EQ(terminal.leave(), 0);
+}
+
+TEST_CASE("a subcommand that is not there is named") {
+  const ToolFolder folder;
+  const brenvolt::ToolRun run = folder.run({"nonsense", "--site", "site"});
+  CHECK_EQ(run.exitCode, 1);
+  CHECK(run.errors.find("nonsense") != std::string::npos);
+  CHECK_EQ(folder.run({}).exitCode, 1);
+}

@@ -1,0 +1,40 @@
+// Several drawings at once: each has its own LISP, entities and undo, and what runs goes to the current one.
+#include "host_fixture.h"
+
+#include "host/host_api_database.h"
+#include "host/host_api_documents.h"
+#include "simhost/drawing/drawing_file.h"
+
+#include <doctest/doctest.h>
+
+#include <memory>
+
+using namespace simhost;
+
+TEST_CASE("documents keep to themselves, and the active one is the working drawing") {
+  HostFixture host;
+  DocumentManager& documents = host.session.documents();
+  Document& first = *documents.current();
+  host.eval(L"(setq name \"first\") (draw-line '(0 0) '(1 1))");
+  Document& second = host.session.openDocument(L"second.json", std::make_unique<DrawingDatabase>());
+  CHECK_EQ(documents.current(), &second);
+  CHECK_EQ(kvdbWorkingDatabase(), second.database());
+  CHECK_EQ(host.eval(L"(list name (length (entities-in-space)))"), L"(nil 0)");
+  host.eval(L"(draw-line '(0 0) '(2 2)) (draw-line '(0 0) '(3 3))");
+
+  const std::string untouched = drawingToJson(second.drawing());
+  documents.activate(&first);
+  CHECK_EQ(kvdbWorkingDatabase(), first.database());
+  CHECK_EQ(host.eval(L"(list name (length (entities-in-space)))"), L"(\"first\" 1)");
+  host.eval(L"(undo (undo-count))");
+  CHECK_EQ(host.eval(L"(length (entities-in-space))"), L"0");
+  CHECK_EQ(drawingToJson(second.drawing()), untouched);
+
+  documents.close(first);
+  CHECK_EQ(documents.all().size(), 1);
+  documents.activate(&second);
+  CHECK_EQ(host.eval(L"(length (entities-in-space))"), L"2");
+  documents.activate(nullptr);
+  CHECK_EQ(kvDocManagerPtr()->currentDocument(), nullptr);
+  CHECK_FALSE(kvDocManagerPtr()->isLispReady());
+}
