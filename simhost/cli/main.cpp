@@ -5,7 +5,9 @@
 
 #include <CLI/CLI.hpp>
 
+#include <algorithm>
 #include <cstdio>
+#include <cstring>
 #include <exception>
 #include <vector>
 
@@ -46,7 +48,8 @@ int runTool(int argc, char** argv) {
     rows.push_back({added, subcommand.setUp(*added)});
   }
   const char* const word = argc > 1 ? argv[1] : "";
-  if (*word != '\0' && *word != '-' && app.get_subcommand_no_throw(word) == nullptr) {
+  const auto isNamed = [word](const simhost::Subcommand& each) { return std::strcmp(each.name, word) == 0; };
+  if (*word != '\0' && *word != '-' && std::ranges::none_of(simhost::subcommands(), isNamed)) {
     std::fprintf(stderr, "brenvolt: there is no subcommand \"%s\"; --help lists them\n", word);
     return static_cast<int>(ExitCode::wrongArguments);
   }
