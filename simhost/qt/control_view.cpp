@@ -175,14 +175,30 @@ private:
   QComboBox* box_;
 };
 
+/// Does not choose an entry by itself when it gets the keyboard.
+class PatientList final : public QListWidget {
+public:
+  [[nodiscard]] bool isTakingFocus() const { return isTakingFocus_; }
+
+protected:
+  void focusInEvent(QFocusEvent* event) override {
+    isTakingFocus_ = true;
+    QListWidget::focusInEvent(event);
+    isTakingFocus_ = false;
+  }
+
+private:
+  bool isTakingFocus_ = false;
+};
+
 /// A list that stands open.
 class OpenListView final : public ListViewBase {
 public:
   OpenListView(QtDialog& dialog, ListModel& model, const ControlLook& look)
-      : ListViewBase(dialog, model), box_(new QListWidget) {
+      : ListViewBase(dialog, model), box_(new PatientList) {
     box_->setMinimumHeight(box_->fontMetrics().height() * look.rows + 2 * box_->frameWidth());
     QObject::connect(box_, &QListWidget::currentRowChanged, box_, [this](int index) {
-      if (index >= 0) choose(index);
+      if (index >= 0 && !box_->isTakingFocus()) choose(index);
     });
   }
   [[nodiscard]] QWidget& widget() const override { return *box_; }
@@ -190,7 +206,8 @@ public:
     Json choices = Json::array();
     for (int index = 0; index < box_->count(); ++index)
       choices.push_back(readingOf(box_->item(index)->text()));
-    const QListWidgetItem* current = box_->currentItem();
+    const QList<QListWidgetItem*> selected = box_->selectedItems();
+    const QListWidgetItem* current = selected.isEmpty() ? nullptr : selected.front();
     return {
         {"choices", std::move(choices)},
         {"text", current == nullptr ? std::string() : readingOf(current->text())}};
@@ -207,9 +224,10 @@ private:
       box_->addItems(wanted);
     }
     box_->setCurrentRow(list().Selected());
+    if (list().Selected() < 0) box_->clearSelection();
   }
 
-  QListWidget* box_;
+  PatientList* box_;
 };
 
 class TickView final : public ControlView {

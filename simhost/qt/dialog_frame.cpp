@@ -7,6 +7,7 @@
 #include <QAbstractItemView>
 #include <QCloseEvent>
 #include <QKeyEvent>
+#include <QMouseEvent>
 
 #include <iterator>
 
@@ -106,9 +107,14 @@ bool DialogFrame::eventFilter(QObject* object, QEvent* event) {
   if (view == nullptr) return QDialog::eventFilter(object, event);
   if (event->type() == QEvent::FocusIn) {
     const auto reason = static_cast<QFocusEvent*>(event)->reason();
-    // The focus that comes back with the window is no gesture.
-    if (reason != Qt::ActiveWindowFocusReason && reason != Qt::PopupFocusReason) dialog_.focusBy(*view);
+    // Only a person's own ways to a control: what comes with the window or from the program is no gesture.
+    const bool isGesture = reason == Qt::MouseFocusReason || reason == Qt::TabFocusReason ||
+                           reason == Qt::BacktabFocusReason || reason == Qt::ShortcutFocusReason;
+    if (isGesture) dialog_.focusBy(*view);
   }
+  // A click into the field that has the keyboard since the opening says that the person is there now.
+  if (event->type() == QEvent::MouseButtonPress && view->model().kind() == ControlKind::text)
+    dialog_.focusBy(*view);
   if (event->type() == QEvent::KeyPress && handleKey(*static_cast<QKeyEvent*>(event), view)) return true;
   return QDialog::eventFilter(object, event);
 }
@@ -117,9 +123,9 @@ void DialogFrame::keyPressEvent(QKeyEvent* event) {
   if (!handleKey(*event, nullptr)) QDialog::keyPressEvent(event);
 }
 
-void DialogFrame::focusInEvent(QFocusEvent* event) {
-  QDialog::focusInEvent(event);
-  if (event->reason() == Qt::MouseFocusReason) dialog_.leaveBy();
+void DialogFrame::mousePressEvent(QMouseEvent* event) {
+  QDialog::mousePressEvent(event);
+  dialog_.leaveBy();
 }
 
 } // namespace simhost

@@ -11,6 +11,7 @@
 #include <QHeaderView>
 #include <QSignalBlocker>
 #include <QStyledItemDelegate>
+#include <QTimer>
 #include <QToolTip>
 
 #include <nlohmann/json.hpp>
@@ -105,6 +106,7 @@ public:
     dialog_.act(std::move(action), [&](Gestures& gestures, Json& written) {
       CellAnswer answer = CellAnswer::taken;
       Refusal refusal = gestures.editCell(grid_, row, column, text, answer);
+      dialog_.setLastCellAnswer(answer);
       isTaken = !refusal && answer == CellAnswer::taken;
       if (!refusal && answer == CellAnswer::refused) written["refused"] = true;
       return refusal;
@@ -163,14 +165,18 @@ public:
   }
 
   void setEditorData(QWidget* editor, const QModelIndex& index) const override {
+    // Cells change while an editor is open; what stands in it is up to the person.
+    if (editor->property("opened").toBool()) return;
+    editor->setProperty("opened", true);
     auto* box = qobject_cast<QComboBox*>(editor);
     if (box == nullptr) return QStyledItemDelegate::setEditorData(editor, index);
-    // Other cells change while it is open; what it shows is up to the person.
-    if (box->property("opened").toBool()) return;
-    box->setProperty("opened", true);
     box->setCurrentIndex(box->findText(index.data(Qt::EditRole).toString()));
     QMetaObject::invokeMethod(
-        box, [box] { box->showPopup(); }, Qt::QueuedConnection);
+        box,
+        [box] {
+          if (box->isVisible()) box->showPopup();
+        },
+        Qt::QueuedConnection);
   }
 
   void setModelData(QWidget* editor, QAbstractItemModel* model, const QModelIndex& index) const override {
@@ -213,6 +219,12 @@ public:
   }
 
   void refresh() override {
+    // An editor that hands its text over must not be taken away meanwhile.
+    if (isCommitting_) {
+      isRefreshDue_ = true;
+      return;
+    }
+    isRefreshDue_ = false;
     model_->refresh();
     for (int column = 0; column < grid_.ColumnCount(); ++column)
       setColumnHidden(column, grid_.isHidden(column));
@@ -262,6 +274,18 @@ public:
   }
 
 protected:
+  void commitData(QWidget* editor) override {
+    isCommitting_ = true;
+    GridTable::commitData(editor);
+    isCommitting_ = false;
+    if (isRefreshDue_) QTimer::singleShot(0, this, [this] { refreshIfDue(); });
+  }
+
+  void closeEditor(QWidget* editor, QAbstractItemDelegate::EndEditHint hint) override {
+    GridTable::closeEditor(editor, hint);
+    refreshIfDue();
+  }
+
   void currentChanged(const QModelIndex& current, const QModelIndex& previous) override {
     QTableView::currentChanged(current, previous);
     const int row = current.row() + 1;
@@ -285,6 +309,10 @@ protected:
   }
 
 private:
+  void refreshIfDue() {
+    if (isRefreshDue_) refresh();
+  }
+
   [[nodiscard]] bool isOnNewRow() const { return currentIndex().row() + 1 > grid_.RowCount(); }
 
   [[nodiscard]] int shownColumn(int column) const {
@@ -329,6 +357,8 @@ private:
   GridModel& grid_;
   GridTableModel* model_;
   bool isTakingFocus_ = false;
+  bool isCommitting_ = false;
+  bool isRefreshDue_ = false;
 };
 
 class GridView final : public ControlView {

@@ -65,6 +65,8 @@ QtDialog::QtDialog(
     viewOf_[control] = views_.back().get();
   }
   frame_->build(layout_);
+  changed_.insert(controls().begin(), controls().end());
+  refresh();
 }
 
 QtDialog::~QtDialog() = default;
@@ -107,18 +109,25 @@ void QtDialog::completeEditorCommand() {
   if (!hasGivenEditor()) return;
   DialogModel::completeEditorCommand();
   if (loop_ == nullptr || isEnded()) return;
-  frame_->show();
+  {
+    const FlagScope showing(isShowing_);
+    frame_->show();
+  }
   frame_->raise();
   frame_->activateWindow();
 }
 
 void QtDialog::run() {
   QEventLoop loop;
-  loop_ = &loop;
   around_.dialogOpens(*this);
   refresh();
-  frame_->show();
   showFocus();
+  loop_ = &loop;
+  {
+    // A window that opens gives the focus to its first control: nobody went there.
+    const FlagScope showing(isShowing_);
+    frame_->show();
+  }
   clock_.markAction();
   clock_.skip();
   clock_.arm();
@@ -235,6 +244,7 @@ void QtDialog::act(Json action, const Gesture& gesture) {
     const FlagScope acting(isActing_);
     refusal = gesture(gestures_, action);
   }
+  lastRefusal_ = refusal;
   if (keepsRecord && refusal) {
     lastAction_ = Json();
     // Leaving the control before may have had its own consequences.
@@ -298,9 +308,16 @@ void QtDialog::refresh() {
     if (changed.contains(&view->model())) view->refresh();
 }
 
+ControlView* QtDialog::firstView() const {
+  for (const auto& view : views_)
+    if (view->focusWidget().isEnabledTo(frame_.get()) && view->focusWidget().focusPolicy() & Qt::TabFocus)
+      return view.get();
+  return nullptr;
+}
+
 void QtDialog::showFocus() {
   ControlModel* const wanted = focus();
-  ControlView* const view = wanted == nullptr ? nullptr : viewOf(*wanted);
+  ControlView* const view = wanted != nullptr ? viewOf(*wanted) : loop_ == nullptr ? firstView() : nullptr;
   if (view == nullptr || isEnded()) return;
   QWidget& widget = view->focusWidget();
   const QWidget* now = frame_->focusWidget();

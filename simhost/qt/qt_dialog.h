@@ -17,6 +17,7 @@
 #include <map>
 #include <memory>
 #include <set>
+#include <utility>
 
 class QEventLoop;
 
@@ -73,6 +74,11 @@ public:
   /// while the flow works on another one, or when the dialog cannot be reached.
   using Gesture = std::function<Refusal(Gestures& gestures, Json& action)>;
   void act(Json action, const Gesture& gesture);
+  /// Whether the flow took what was typed into a cell last.
+  [[nodiscard]] CellAnswer lastCellAnswer() const { return lastCellAnswer_; }
+  void setLastCellAnswer(CellAnswer answer) { lastCellAnswer_ = answer; }
+  /// Why the last gesture was refused, told once; nothing when it was done.
+  [[nodiscard]] Refusal takeRefusal() { return std::exchange(lastRefusal_, std::nullopt); }
   /// The keyboard or the mouse goes to a control.
   void focusBy(ControlView& view);
   /// It goes to none.
@@ -91,6 +97,8 @@ private:
   [[nodiscard]] ControlView* focusedView() const;
   void note(Json action);
   void passTime();
+  /// The control that a person starts at.
+  [[nodiscard]] ControlView* firstView() const;
   void showFocus();
   void closeBy();
 
@@ -104,6 +112,8 @@ private:
   std::vector<std::unique_ptr<ControlView>> forgotten_; ///< until the gesture is over that took them away
   std::map<const ControlModel*, ControlView*> viewOf_;
   std::set<ControlModel*> changed_;
+  Refusal lastRefusal_;
+  CellAnswer lastCellAnswer_ = CellAnswer::taken;
   Json lastAction_;            ///< with what later gestures may be joined
   QEventLoop* loop_ = nullptr; ///< while it runs
   bool isActing_ = false;

@@ -24,15 +24,31 @@ namespace {
 constexpr int idRole = Qt::UserRole;
 constexpr int imageRole = Qt::UserRole + 1;
 
+/// Does not choose an item by itself when it gets the keyboard.
+class PatientTree final : public QTreeWidget {
+public:
+  [[nodiscard]] bool isTakingFocus() const { return isTakingFocus_; }
+
+protected:
+  void focusInEvent(QFocusEvent* event) override {
+    isTakingFocus_ = true;
+    QTreeWidget::focusInEvent(event);
+    isTakingFocus_ = false;
+  }
+
+private:
+  bool isTakingFocus_ = false;
+};
+
 class TreeView final : public ControlView {
 public:
   TreeView(QtDialog& dialog, TreeModel& model, const ControlLook& look)
-      : ControlView(dialog, model), items_(model), icons_(look.icons), tree_(new QTreeWidget) {
+      : ControlView(dialog, model), items_(model), icons_(look.icons), tree_(new PatientTree) {
     tree_->header()->hide();
     tree_->setUniformRowHeights(true);
     QObject::connect(
         tree_, &QTreeWidget::currentItemChanged, tree_, [this](QTreeWidgetItem* item, QTreeWidgetItem*) {
-          if (item == nullptr) return;
+          if (item == nullptr || tree_->isTakingFocus()) return;
           const int id = item->data(0, idRole).toInt();
           this->dialog().act(actionOf("select", id), [this, id](Gestures& gestures, Json&) {
             return gestures.selectItem(items_, id);
@@ -64,7 +80,9 @@ public:
         };
     walk(tree_->invisibleRootItem(), {});
     Json path = Json::array();
-    for (const QTreeWidgetItem* item = tree_->currentItem(); item != nullptr; item = item->parent())
+    const QList<QTreeWidgetItem*> selected = tree_->selectedItems();
+    for (const QTreeWidgetItem* item = selected.isEmpty() ? nullptr : selected.front(); item != nullptr;
+         item = item->parent())
       path.insert(path.begin(), item->text(0).toStdString());
     return {{"items", std::move(outline)}, {"path", std::move(path)}};
   }
@@ -94,9 +112,10 @@ private:
     });
     for (const int id : items_.takeExpanded())
       if (const auto found = shown_.find(id); found != shown_.end()) found->second->setExpanded(true);
-    const auto selected = shown_.find(items_.Selected());
-    QTreeWidgetItem* const wanted = selected == shown_.end() ? nullptr : selected->second;
+    const auto chosen = shown_.find(items_.Selected());
+    QTreeWidgetItem* const wanted = chosen == shown_.end() ? nullptr : chosen->second;
     if (tree_->currentItem() != wanted) tree_->setCurrentItem(wanted);
+    if (wanted == nullptr) tree_->clearSelection();
     if (wanted != nullptr) tree_->scrollToItem(wanted);
   }
 
@@ -140,7 +159,7 @@ private:
 
   TreeModel& items_;
   std::wstring icons_;
-  QTreeWidget* tree_;
+  PatientTree* tree_;
   std::map<int, QTreeWidgetItem*> shown_;
 };
 

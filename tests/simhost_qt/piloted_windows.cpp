@@ -92,11 +92,14 @@ std::unique_ptr<DialogWindow> PilotedWindows::openDialog(const std::wstring& for
 }
 
 bool PilotedWindows::showMessage(const std::wstring& text) {
-  return windows_.showMessage(text);
+  windows_.showMessage(text);
+  // Sessions expect it on the command line, where it goes without a screen.
+  return false;
 }
 
 bool PilotedWindows::showHelp(const std::wstring& topic) {
-  return windows_.showHelp(topic);
+  windows_.showHelp(topic);
+  return false;
 }
 
 void PilotedWindows::drive(QtDialog& dialog) {
@@ -104,7 +107,12 @@ void PilotedWindows::drive(QtDialog& dialog) {
   Recorder unused;
   Recorder& recorder = record_ == RecordOf::pilot ? windows_.recorder() : unused;
   DialogScript script(dialog, gestures, dialog.clock().timers(), steps_, recorder);
-  script.setWatcher([this, &dialog] {
+  script.setWatcher([this, &dialog]() -> std::string {
+    QWidget& frame = dialog.frame();
+    if (frame.isVisible() && !frame.isActiveWindow()) {
+      frame.activateWindow();
+      if (!QTest::qWaitForWindowActive(&frame)) return "the window does not come to the front";
+    }
     if (watcher_) watcher_(dialog);
     return unlikeShown(dialog);
   });
@@ -154,12 +162,14 @@ void PilotedWindows::drive(FileWindow& window, DialogRecord& record) {
       if (action.verb == "set" && action.subject == "path") {
         window.nameField().setFocus();
         window.nameField().selectAll();
-        QTest::keyClicks(&window.nameField(), QString::fromStdString(action.text));
+        // Pasted: letter by letter the field would complete names of files that happen to be there.
+        window.nameField().insert(QString::fromStdString(action.text));
       } else if (action.verb == "set" && action.subject == "type") {
         auto* types = window.findChild<QComboBox*>("fileTypeCombo");
         types->setFocus();
         types->setCurrentIndex(action.number - 1);
         emit types->activated(action.number - 1);
+        emit types->textActivated(types->currentText());
       } else if (action.verb == "expect") {
         record.addAction(Json::parse(action.written));
         if (window.nameField().text().toStdString() != action.expected.front().text)

@@ -66,8 +66,12 @@ void WidgetGestures::key(int key) {
 Refusal WidgetGestures::focus(ControlModel& control) {
   ControlView* view = nullptr;
   if (Refusal refusal = find(control, false, view)) return refusal;
-  view->focusWidget().setFocus(Qt::TabFocusReason);
-  return std::nullopt;
+  QWidget& widget = view->focusWidget();
+  if (widget.hasFocus() && qobject_cast<QLineEdit*>(&widget))
+    QTest::mouseClick(&widget, Qt::LeftButton);
+  else
+    widget.setFocus(Qt::TabFocusReason);
+  return dialog_.takeRefusal();
 }
 
 void WidgetGestures::leave() {
@@ -80,7 +84,7 @@ Refusal WidgetGestures::press(ControlModel& control) {
   ControlView* view = nullptr;
   if (Refusal refusal = find(control, true, view)) return refusal;
   QTest::mouseClick(&view->widget(), Qt::LeftButton);
-  return std::nullopt;
+  return dialog_.takeRefusal();
 }
 
 Refusal WidgetGestures::pressInGroup(GroupModel& group, int button) {
@@ -89,7 +93,7 @@ Refusal WidgetGestures::pressInGroup(GroupModel& group, int button) {
   const auto buttons = view->widget().findChildren<QToolButton*>();
   if (button < 0 || button >= buttons.size()) return "it has no button " + std::to_string(button);
   QTest::mouseClick(buttons[button], Qt::LeftButton);
-  return std::nullopt;
+  return dialog_.takeRefusal();
 }
 
 Refusal WidgetGestures::tick(ControlModel& control, bool isOn) {
@@ -100,7 +104,7 @@ Refusal WidgetGestures::tick(ControlModel& control, bool isOn) {
   if (button->isChecked() == isOn) return focus(control);
   if (control.kind() == ControlKind::radio && !isOn) return "a radio button is left by ticking another one";
   QTest::mouseClick(button, Qt::LeftButton, {}, QPoint(8, button->height() / 2));
-  return std::nullopt;
+  return dialog_.takeRefusal();
 }
 
 Refusal WidgetGestures::type(ControlModel& control, std::wstring_view text) {
@@ -114,7 +118,7 @@ Refusal WidgetGestures::type(ControlModel& control, std::wstring_view text) {
   if (dialog_.isEnded()) return std::nullopt;
   if (Refusal refusal = find(control, true, view)) return refusal;
   replaceText(*field, text);
-  return std::nullopt;
+  return dialog_.takeRefusal();
 }
 
 Refusal WidgetGestures::choose(ControlModel& control, int index) {
@@ -136,29 +140,31 @@ Refusal WidgetGestures::choose(ControlModel& control, int index) {
   if (!entries.isVisible()) return "its list did not open";
   entries.setCurrentIndex(entries.model()->index(index, 0));
   QTest::keyClick(&entries, Qt::Key_Return);
-  return std::nullopt;
+  return dialog_.takeRefusal();
 }
 
 Refusal WidgetGestures::enter() {
+  // At the opening the cursor stands in the first field, though nobody went there.
+  if (dialog_.focus() == nullptr) leave();
   key(Qt::Key_Return);
-  return std::nullopt;
+  return dialog_.takeRefusal();
 }
 
 Refusal WidgetGestures::deleteKey() {
   key(Qt::Key_Delete);
-  return std::nullopt;
+  return dialog_.takeRefusal();
 }
 
 Refusal WidgetGestures::help() {
   if (!dialog_.frame().isVisible()) return "the dialog is hidden";
   key(Qt::Key_F1);
-  return std::nullopt;
+  return dialog_.takeRefusal();
 }
 
 Refusal WidgetGestures::close() {
   if (!dialog_.frame().isVisible()) return "the dialog is hidden";
   dialog_.frame().close();
-  return std::nullopt;
+  return dialog_.takeRefusal();
 }
 
 Refusal WidgetGestures::selectItem(TreeModel& tree, int item) {
@@ -172,7 +178,7 @@ Refusal WidgetGestures::selectItem(TreeModel& tree, int item) {
   shown.scrollToItem(found);
   const QRect place = shown.visualItemRect(found).intersected(shown.viewport()->rect());
   QTest::mouseClick(shown.viewport(), Qt::LeftButton, {}, QPoint(place.left() + 20, place.center().y()));
-  return std::nullopt;
+  return dialog_.takeRefusal();
 }
 
 Refusal WidgetGestures::doubleClickItem(TreeModel& tree, int item) {
@@ -181,7 +187,7 @@ Refusal WidgetGestures::doubleClickItem(TreeModel& tree, int item) {
   auto& shown = dynamic_cast<QTreeWidget&>(dialog_.viewOf(tree)->widget());
   const QRect place = shown.visualItemRect(findItem(shown.invisibleRootItem(), item));
   QTest::mouseDClick(shown.viewport(), Qt::LeftButton, {}, QPoint(place.left() + 20, place.center().y()));
-  return std::nullopt;
+  return dialog_.takeRefusal();
 }
 
 Refusal WidgetGestures::findCell(GridModel& grid, int row, int column, QTableView*& table) {
@@ -201,7 +207,7 @@ Refusal WidgetGestures::selectRow(GridModel& grid, int row, int column) {
     ++column;
   const QPoint place = centreOf(*table, table->model()->index(row - 1, column));
   QTest::mouseClick(table->viewport(), Qt::LeftButton, {}, place);
-  return std::nullopt;
+  return dialog_.takeRefusal();
 }
 
 Refusal WidgetGestures::doubleClickRow(GridModel& grid, int row, int column) {
@@ -213,7 +219,7 @@ Refusal WidgetGestures::doubleClickRow(GridModel& grid, int row, int column) {
     ++column;
   const QPoint place = centreOf(*table, table->model()->index(row - 1, column));
   QTest::mouseDClick(table->viewport(), Qt::LeftButton, {}, place);
-  return std::nullopt;
+  return dialog_.takeRefusal();
 }
 
 Refusal WidgetGestures::editCell(
@@ -224,9 +230,10 @@ Refusal WidgetGestures::editCell(
   if (table->isColumnHidden(column)) return "column " + std::to_string(column) + " is hidden";
   const Qt::ItemFlags flags = index.flags();
   if (!(flags & (Qt::ItemIsEditable | Qt::ItemIsUserCheckable))) return "the cell cannot be edited";
-  answer = CellAnswer::taken;
+  dialog_.setLastCellAnswer(CellAnswer::taken);
   const auto shows = [&] { return fromQt(index.data(Qt::EditRole).toString()) == text; };
   if (flags & Qt::ItemIsUserCheckable) {
+    if (text != L"0" && text != L"1") return "the cell holds a tick";
     if (!shows())
       table->model()->setData(index, text == L"1" ? Qt::Checked : Qt::Unchecked, Qt::CheckStateRole);
     return std::nullopt;
@@ -250,10 +257,10 @@ Refusal WidgetGestures::editCell(
     replaceText(*editor, text);
     QTest::keyClick(editor, Qt::Key_Return);
   }
-  // The editor goes when the events that wait have been seen to.
-  QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
-  if (!dialog_.isEnded() && grid.Cell(row, column) != text) answer = CellAnswer::refused;
-  return std::nullopt;
+  // The text is taken over when the events that wait have been seen to.
+  QCoreApplication::processEvents();
+  answer = dialog_.lastCellAnswer();
+  return dialog_.takeRefusal();
 }
 
 std::string unlikeShown(QtDialog& dialog) {

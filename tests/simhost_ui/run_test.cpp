@@ -1,4 +1,5 @@
 // A whole run of a dialog: time, questions in between, the editor, and recordings that answer the same again.
+#include "simhost/ui/scripted_windows.h"
 #include "simhost/ui/virtual_timers.h"
 #include "test_dialogs.h"
 
@@ -287,6 +288,7 @@ TEST_CASE("a commit that takes a control away keeps the user from it") {
       runActions(R"({"type": "length", "to": "0"}, {"press": "ok"})", [](EverythingDialog& dialog) {
         dialog.onEvent = [](EverythingDialog& flow, const std::string&) { flow.Button(L"ok").Enable(false); };
       });
+  CAPTURE(outcome.failure);
   CHECK(outcome.failure.ends_with("action 2, press \"ok\": it is disabled"));
   CHECK(outcome.events == Lines{"committed length 0"});
 }

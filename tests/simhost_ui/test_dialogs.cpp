@@ -2,6 +2,7 @@
 #include "test_dialogs.h"
 
 #include "simhost/ui/answers.h"
+#include "simhost/ui/scripted_windows.h"
 #include "text/encoding.h"
 
 namespace simhost {
@@ -94,8 +95,16 @@ bool EverythingDialog::OnCellChoices(
   return true;
 }
 
+WindowsMaker& windowsMaker() {
+  static WindowsMaker maker = [](std::vector<AnswerStep> steps, std::string source) {
+    return std::make_unique<ScriptedWindows>(std::move(steps), std::move(source));
+  };
+  return maker;
+}
+
 Outcome runFile(const std::string& file, const Prepare& prepare) {
-  ScriptedWindows windows(parseAnswers(file, "a.json"), "a.json");
+  const std::unique_ptr<AnsweredWindows> made = windowsMaker()(parseAnswers(file, "a.json"), "a.json");
+  AnsweredWindows& windows = *made;
   windows.setFormFolder("tests/simhost_ui/forms");
   setWindowSystem(&windows);
   Outcome outcome;

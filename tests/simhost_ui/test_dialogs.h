@@ -2,9 +2,10 @@
 #pragma once
 
 #include "host/host_api_ui.h"
-#include "simhost/ui/scripted_windows.h"
+#include "simhost/ui/step_queue.h"
 
 #include <functional>
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -51,7 +52,7 @@ private:
   void note(const std::string& line);
 };
 
-/// Lets the test wait until its scripted windows are gone before it looks at the results.
+/// Lets the test wait until its windows are gone before it looks at the results.
 struct Outcome {
   int result = 0;
   std::vector<std::string> events;
@@ -59,6 +60,11 @@ struct Outcome {
   std::string recording;
   std::size_t unusedSteps = 0;
 };
+
+/// Makes the windows in which the dialog runs: without a screen, unless a test program sets another maker.
+using WindowsMaker =
+    std::function<std::unique_ptr<AnsweredWindows>(std::vector<AnswerStep>, std::string source)>;
+[[nodiscard]] WindowsMaker& windowsMaker();
 
 using Prepare = std::function<void(EverythingDialog&)>;
 

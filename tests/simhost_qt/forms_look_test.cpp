@@ -1,0 +1,191 @@
+// Every form as a window: whatever its flow does, a person must be able to read and to reach all of it.
+#include "simhost/qt/form_layout.h"
+#include "simhost/qt/qt_windows.h"
+#include "tests/simhost_qt/piloted_windows.h"
+#include "text/encoding.h"
+
+#include <doctest/doctest.h>
+
+#include <QAbstractButton>
+#include <QComboBox>
+#include <QLabel>
+#include <QSet>
+#include <QTest>
+
+#include <filesystem>
+#include <map>
+#include <set>
+
+using brenvolt::fromUtf8;
+using brenvolt::toUtf8;
+using simhost::ControlView;
+using simhost::Form;
+using simhost::QtDialog;
+
+namespace {
+
+std::vector<std::wstring> formNames() {
+  std::vector<std::wstring> names;
+  for (const auto& entry : std::filesystem::directory_iterator("resources/forms"))
+    if (entry.path().extension() == ".json") names.push_back(fromUtf8(entry.path().stem().string()));
+  std::sort(names.begin(), names.end());
+  return names;
+}
+
+/// A dialog without a flow, open for as long as a test looks at it.
+class OpenForm final : private simhost::DialogSurroundings {
+public:
+  explicit OpenForm(const Form& form)
+      : flow_(form.name.c_str(), nullptr),
+        dialog(form, simhost::readLayout(form), flow_, *this, recorder_, nullptr) {
+    dialog.frame().show();
+    REQUIRE(QTest::qWaitForWindowExposed(&dialog.frame()));
+  }
+
+private:
+  void dialogOpens(QtDialog&) override {}
+  void dialogCloses(QtDialog&) override {}
+  bool isOnTop(const QtDialog&) const override { return true; }
+  bool isPiloted() const override { return false; }
+  bool keepsRecord() const override { return false; }
+  void pilot(QtDialog&) override {}
+
+  struct NoFlow final : CKvUiDialog {
+    using CKvUiDialog::CKvUiDialog;
+  };
+  NoFlow flow_;
+  simhost::Recorder recorder_;
+
+public:
+  QtDialog dialog;
+};
+
+/// The letter behind "&".
+QChar mnemonicOf(const QString& text) {
+  for (qsizetype at = 0; at + 1 < text.size(); ++at) {
+    if (text[at] != QLatin1Char('&')) continue;
+    if (text[at + 1] != QLatin1Char('&')) return text[at + 1].toLower();
+    ++at;
+  }
+  return {};
+}
+
+QRect placeIn(const QWidget& widget, const QWidget& frame) {
+  return {widget.mapTo(&frame, QPoint(0, 0)), widget.size()};
+}
+
+} // namespace
+
+TEST_CASE("each form fits a screen of 1280 by 720, and nothing on it is cut off or covered") {
+  simhost::test::startApplication();
+  for (const std::wstring& name : formNames()) {
+    CAPTURE(toUtf8(name));
+    OpenForm open(simhost::loadForm("resources/forms", name));
+    QWidget& frame = open.dialog.frame();
+    for (const auto& view : open.dialog.views()) // as the flow may show it
+      dynamic_cast<KvUiControl&>(view->model().face()).Show(true);
+    open.dialog.refresh();
+    QCoreApplication::processEvents();
+    const QSize needed = frame.minimumSizeHint();
+    CHECK_LE(std::max(needed.width(), frame.width()), 1280);
+    // A title bar and a panel of the desktop are left room.
+    CHECK_LE(std::max(needed.height(), frame.height()), 690);
+    std::vector<std::pair<std::string, QRect>> places;
+    for (const auto& view : open.dialog.views()) {
+      const std::string role = toUtf8(view->model().role());
+      CAPTURE(role);
+      const QWidget& widget = view->widget();
+      REQUIRE(widget.window() == &frame);
+      CHECK(frame.rect().contains(placeIn(widget, frame)));
+      const bool isOneLine = widget.sizePolicy().verticalPolicy() == QSizePolicy::Fixed;
+      if (isOneLine) CHECK_GE(widget.height(), widget.minimumSizeHint().height());
+      if (qobject_cast<const QAbstractButton*>(&widget)) CHECK_GE(widget.width(), widget.sizeHint().width());
+      if (view->label() != nullptr) {
+        CHECK_GE(view->label()->width(), view->label()->sizeHint().width());
+        places.emplace_back(role + " (label)", placeIn(*view->label(), frame));
+      }
+      places.emplace_back(role, placeIn(widget, frame));
+    }
+    for (std::size_t one = 0; one < places.size(); ++one)
+      for (std::size_t other = one + 1; other < places.size(); ++other)
+        CHECK_MESSAGE(
+            !places[one].second.intersects(places[other].second), places[one].first, " covers ",
+            places[other].first);
+  }
+}
+
+TEST_CASE(
+    "each control has a label that leads to it, a letter of its own, and its turn in the order of the form") {
+  simhost::test::startApplication();
+  for (const std::wstring& name : formNames()) {
+    CAPTURE(toUtf8(name));
+    const Form form = simhost::loadForm("resources/forms", name);
+    OpenForm open(form);
+    QSet<QChar> letters;
+    std::vector<const QWidget*> order;
+    for (const simhost::FormControl& control : form.controls) {
+      const std::string role = toUtf8(control.role);
+      CAPTURE(role);
+      const ControlView* view = open.dialog.viewOf(*open.dialog.find(control.role));
+      REQUIRE(view != nullptr);
+      order.push_back(&view->focusWidget());
+      QString text;
+      if (const auto* button = qobject_cast<const QAbstractButton*>(&view->widget())) text = button->text();
+      if (view->label() != nullptr) {
+        CHECK(view->label()->buddy() == &view->focusWidget());
+        text = view->label()->text();
+      }
+      // Only what shows itself needs no label.
+      CHECK((!text.isEmpty() || control.isReadOnly));
+      const QChar letter = mnemonicOf(text);
+      if (letter.isNull()) continue;
+      CHECK_MESSAGE(!letters.contains(letter), "the letter ", std::string(1, letter.toLatin1()), " is taken");
+      letters.insert(letter);
+    }
+    const QWidget* at = order.front();
+    for (std::size_t next = 1; next < order.size(); ++next) {
+      const auto isNext = [&](const QWidget* widget) {
+        return std::find(order.begin(), order.end(), widget) != order.end();
+      };
+      do
+        at = at->nextInFocusChain();
+      while (!isNext(at));
+      CHECK_MESSAGE(at == order[next], "behind ", next, " controls another one has its turn");
+    }
+  }
+}
+
+TEST_CASE("a slip in a layout is told with form and reason") {
+  struct Row {
+    const char* layout;
+    const char* reason;
+  };
+  const Row rows[] = {
+      {R"({"buttons": ["ok"]})", "needs \"content\""},
+      {R"({"content": {"column": ["name"]}})", "has no place for \"ok\""},
+      {R"({"content": {"column": ["name", "name"]}, "buttons": ["ok"]})", "has two places for \"name\""},
+      {R"({"content": "size", "buttons": ["ok"]})", "names \"size\", which the form does not have"},
+      {R"({"content": {"rows": ["name"]}, "buttons": ["ok"]})", "a place of no kind"},
+      {R"({"content": {"section": "A"}, "buttons": ["ok"]})", "a section without title or \"content\""},
+      {R"({"content": {"row": ["name"], "streck": 1}, "buttons": ["ok"]})", "unknown member \"streck\""},
+      {R"({"content": {"row": ["name"], "stretch": -1}, "buttons": ["ok"]})",
+       "\"stretch\", which is no count"},
+      {R"({"content": "name", "buttons": ["ok"], "size": [1]})", "\"size\" is no list of width and height"},
+  };
+  for (const Row& row : rows) {
+    CAPTURE(row.layout);
+    const Form form = simhost::parseForm(
+        std::string(R"({"format": "brenvolt-form", "version": 1, "controls": [
+          {"role": "name", "kind": "text"}, {"role": "ok", "kind": "button"}], "layout": )") +
+            row.layout + "}",
+        "Test", "Test.json");
+    std::string reason;
+    try {
+      (void)simhost::readLayout(form);
+    } catch (const simhost::FormError& error) {
+      reason = error.what();
+    }
+    CHECK_MESSAGE(reason.find(row.reason) != std::string::npos, reason);
+    CHECK_NE(reason.find("\"Test\""), std::string::npos);
+  }
+}
