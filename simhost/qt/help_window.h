@@ -15,12 +15,12 @@ struct HelpTopic {
 
 /// All topics that dialogs and main window know.
 inline constexpr HelpTopic helpTopics[] = {
-    {L"circuit_selection_dialog", "circuit-selection.md"},
+    {L"circuit_selection_dialog", "circuits.md"},
     {L"circuit_configuration_dialog", "configuration.md"},
     {L"select_motor_dialog", "pickers.md"},
     {L"select_load_dialog", "pickers.md"},
     {L"wire_size_lookup_dialog", "wire-lookup.md"},
-    {L"annotation_presets_dialog", "annotation-presets.md"},
+    {L"annotation_presets_dialog", "circuits.md"},
     {L"main_window", "main-window.md"},
 };
 
