@@ -54,6 +54,12 @@ bool UserSettings::setHiddenAnswer(std::wstring_view key, int button) {
 void UserSettings::read() {
   if (isRead_) return;
   isRead_ = true;
+  std::error_code error;
+  if (std::filesystem::exists(file_, error) && !std::filesystem::is_regular_file(file_, error)) {
+    // A device or a folder must not be put aside, nor written over.
+    commandLine_.printLine(fromUtf8(file_.string()) + L": is no file, settings hold for this run");
+    file_.clear();
+  }
   if (file_.empty()) return;
   const std::optional<std::string> bytes = readFile(file_);
   if (!bytes || parse(*bytes)) return;
@@ -62,7 +68,6 @@ void UserSettings::read() {
   // The user's file is kept: the next change would write over it.
   std::filesystem::path kept = file_;
   kept += ".damaged";
-  std::error_code error;
   std::filesystem::rename(file_, kept, error);
   commandLine_.printLine(
       fromUtf8(file_.string()) + L": damaged settings, kept as " + fromUtf8(kept.filename().string()));
