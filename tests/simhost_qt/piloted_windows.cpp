@@ -51,7 +51,9 @@ void startApplication() {
   static int count = 1;
   static char name[] = "windows_test";
   static char* arguments[] = {name, nullptr};
-  static QApplication application(count, arguments);
+  // Lives to the end of the process: its plug-ins must not go ahead of what they registered.
+  static auto& application = *new QApplication(count, arguments);
+  static_cast<void>(application);
   // The same on every machine.
   QApplication::setStyle(QStyleFactory::create("Fusion"));
   QApplication::setFont(QFont("DejaVu Sans", 9));
