@@ -17,11 +17,11 @@ namespace {
 
 const std::vector<std::string> sheet = {
     "MOTOR-1|Motor||!MCC_CTRL|One|1|1|(note motor #data)||(used)|Breaker|CB", "||x||Two|2|2|(note two #data)",
-    "PART|Part|||||||||", "|||Part|Yes|1|1|(note part #data)||(used)|Fuse|FU",
+    "SWITCH|Switch|||||||||", "|||Part|Yes|1|1|(note part #data)||(used)|Fuse|FU",
     "UNUSED|No rows||||1|(note never)"};
 constexpr const char* markers = "(mark \"MOTOR-1\" \"1\") (mark \"unused\" \"2\") (mark \"UNUSED\" \"3\")"
                                 "(mark \"ELSE\" \"4\") (mark \"WT01\" \"5\" \"_WIRETYPE=L_@S@;\")"
-                                "(mark \"WT01-1\" \"6\" \"_WIRETYPE=M_@S@;\") (mark \"PART\" \"7\")";
+                                "(mark \"WT01-1\" \"6\" \"_WIRETYPE=M_@S@;\") (mark \"SWITCH\" \"7\")";
 
 bool buildAndFinish(BuildSite& site, ZanBrenvolt& build) {
   const ResourceScope resources;
@@ -36,15 +36,15 @@ bool buildAndFinish(BuildSite& site, ZanBrenvolt& build) {
 TEST_CASE("a direct build hands over its codes in order and leaves no marker") {
   BuildSite site;
   site.writeSheet(sheet);
-  site.eval("(setq GBL_qn_bv_save_codehdl_combos '((\"PART\" \"1A\")))");
+  site.eval("(setq GBL_qn_bv_save_codehdl_combos '((\"SWITCH\" \"1A\")))");
   site.eval(markers);
   const auto build = site.prepared(site.arguments());
   REQUIRE(build);
   CHECK(buildAndFinish(site, *build));
-  CHECK_EQ(site.eval("ran"), "((\"two\" nil))"); // the group of PART has no selection
+  CHECK_EQ(site.eval("ran"), "((\"two\" nil))"); // the group of SWITCH has no selection
   CHECK_EQ(
       site.eval("saved"),
-      "((\"MOTOR-1\" nil \"2\") (\"PART\" nil \"-1\") (\"unused\" nil \"\") (\"UNUSED\" nil \"\"))");
+      "((\"MOTOR-1\" nil \"2\") (\"SWITCH\" nil \"-1\") (\"unused\" nil \"\") (\"UNUSED\" nil \"\"))");
   CHECK_EQ(site.markersLeft(), "nil");
 }
 
@@ -53,7 +53,7 @@ TEST_CASE("presets bring wires to the control marker and to all behind it") {
   site.writeSheet(sheet);
   site.eval(markers);
   ZanBuildArgs args = site.arguments();
-  args.presetText = L"MOTOR-1=1;PART=1";
+  args.presetText = L"MOTOR-1=1;SWITCH=1";
   args.codeHandleText = L"\"n1\";\"n2\"";
   args.wireText = LR"((("2" "x" "1") ("6" "y" "3")))";
   const auto build = site.prepared(args);
@@ -80,7 +80,7 @@ TEST_CASE("an interactive build makes a manager for each unit with control rules
       for (const auto& unit : build->units().units())
         units += toUtf8(unit->code) + (unit->control ? " control " : " ") +
                  std::to_string(unit->managers().size()) + "; ";
-      CHECK_EQ(units, kind == BuildKind::direct ? "" : "MOTOR-1 control 1; PART 1; ");
+      CHECK_EQ(units, kind == BuildKind::direct ? "" : "MOTOR-1 control 1; SWITCH 1; ");
       // Those of the template's scan, of any suffix.
       CHECK_EQ(widgetManagerMaker()->wireFormatter().types().size(), 2);
     }
@@ -96,7 +96,7 @@ TEST_CASE("a build from a saved history repeats the choices of the build that sa
     site.eval(markers);
     {
       ZanBuildArgs args = site.arguments();
-      args.presetText = L"MOTOR-1=1;PART=1";
+      args.presetText = L"MOTOR-1=1;SWITCH=1";
       const auto first = site.prepared(args);
       REQUIRE(first);
       CHECK(buildAndFinish(site, *first));
@@ -111,7 +111,8 @@ TEST_CASE("a build from a saved history repeats the choices of the build that sa
     REQUIRE(second);
     CHECK(buildAndFinish(site, *second));
     const bool isKept = std::wstring_view(name) == L"Kept";
-    CHECK_EQ(test::describeSelections(second->state()), isKept ? "MOTOR-1=1 PART=1" : "MOTOR-1=2 PART=-1");
+    CHECK_EQ(
+        test::describeSelections(second->state()), isKept ? "MOTOR-1=1 SWITCH=1" : "MOTOR-1=2 SWITCH=-1");
   }
 }
 
