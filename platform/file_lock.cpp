@@ -6,6 +6,9 @@
 #include <sys/file.h>
 #include <unistd.h>
 
+#include <cerrno>
+#include <system_error>
+
 namespace brenvolt {
 
 namespace {
@@ -25,6 +28,15 @@ bool hasFileLock(int descriptor) {
   return false;
 }
 
+/// A signal that comes meanwhile ends no waiting.
+bool waitForFileLock(int descriptor) {
+  int result;
+  do
+    result = ::flock(descriptor, LOCK_EX);
+  while (result != 0 && errno == EINTR);
+  return result == 0;
+}
+
 } // namespace
 
 bool isFileInUse(std::wstring_view path) {
@@ -33,6 +45,16 @@ bool isFileInUse(std::wstring_view path) {
   const bool isInUse = hasRangeLock(descriptor) || hasFileLock(descriptor);
   ::close(descriptor);
   return isInUse;
+}
+
+FileLock::FileLock(std::wstring_view path)
+    : descriptor_(::open(toUtf8(path).c_str(), O_RDWR | O_CREAT | O_CLOEXEC, 0666)) {
+  if (descriptor_ >= 0 && waitForFileLock(descriptor_)) return;
+  fault_ = fromUtf8(std::generic_category().message(errno));
+}
+
+FileLock::~FileLock() {
+  if (descriptor_ >= 0) ::close(descriptor_);
 }
 
 } // namespace brenvolt

@@ -1,6 +1,7 @@
 // The writing half of drawing files, and how files are replaced safely.
 #include "simhost/drawing/drawing_file.h"
 
+#include "platform/file_replace.h"
 #include "simhost/drawing/file_format.h"
 #include "text/encoding.h"
 #include "text/numbers.h"
@@ -8,9 +9,6 @@
 #include <nlohmann/json.hpp>
 
 #include <cstdio>
-#include <filesystem>
-#include <fstream>
-#include <system_error>
 
 namespace simhost {
 namespace {
@@ -258,25 +256,9 @@ Fault saveDrawing(const DrawingDatabase& drawing, const std::wstring& path) {
 }
 
 Fault writeFileWhole(const std::wstring& path, std::string_view bytes) {
-  const std::filesystem::path target(brenvolt::toUtf8(path));
-  std::filesystem::path beside = target;
-  beside += ".new";
-  {
-    std::ofstream file(beside, std::ios::binary | std::ios::trunc);
-    file.write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
-    file.flush();
-    if (!file) {
-      std::error_code ignored;
-      std::filesystem::remove(beside, ignored);
-      return L"cannot write " + path;
-    }
-  }
-  std::error_code failure;
-  std::filesystem::rename(beside, target, failure);
-  if (!failure) return std::nullopt;
-  std::error_code ignored;
-  std::filesystem::remove(beside, ignored);
-  return L"cannot replace " + path + L": " + brenvolt::fromUtf8(failure.message());
+  const std::optional<std::wstring> reason = brenvolt::replaceFile(path, bytes);
+  if (!reason) return std::nullopt;
+  return L"cannot write " + path + L": " + *reason;
 }
 
 } // namespace simhost

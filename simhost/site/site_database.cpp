@@ -1,12 +1,11 @@
 // Finding and building of a site's database.
 #include "simhost/site/site_database.h"
 
+#include "platform/file_lock.h"
 #include "platform/table_import.h"
 #include "simhost/host/errors.h"
 #include "simhost/host/files.h"
 #include "text/encoding.h"
-
-#include <unistd.h>
 
 #include <algorithm>
 #include <cstdint>
@@ -103,13 +102,18 @@ void takeOverSavedTable(const fs::path& from, const fs::path& to) {
       kept.string().c_str());
 }
 
+/// Whether the database was built since the tables' last `change`.
+bool isFresh(const fs::path& database, fs::file_time_type change) {
+  std::error_code error;
+  const fs::path stamp = stampOf(database);
+  return fs::exists(database, error) && fs::exists(stamp, error) &&
+         fs::last_write_time(stamp, error) >= change;
+}
+
 void build(const fs::path& tables, const fs::path& database) {
   std::error_code error;
-  fs::create_directories(database.parent_path(), error);
-  if (error) throw CannotWrite(database.parent_path().string() + ": " + error.message());
-  // A name of its own for each process; the last one to finish stays, and all have built the same.
-  const fs::path beside = database.string() + "." + std::to_string(::getpid());
-  fs::remove(beside, error);
+  const fs::path beside = database.string() + ".new";
+  fs::remove(beside, error); // of a process that was stopped in the middle
   const fs::file_time_type begin = fs::file_time_type::clock::now();
   const brenvolt::ImportReport report =
       brenvolt::importTables(fromUtf8(beside.string()), {fromUtf8(tables.string())});
@@ -143,10 +147,14 @@ fs::path siteDatabase(const fs::path& site) {
   const std::optional<fs::file_time_type> change = lastChange(tables);
   if (!change) throw BadInput(site.string() + ": has neither " + databaseName + " nor tables/*.csv");
   fs::path database = builtDatabase(site);
-  const fs::path stamp = stampOf(database);
-  const bool isFresh =
-      fs::exists(database, error) && fs::exists(stamp, error) && fs::last_write_time(stamp, error) >= *change;
-  if (!isFresh) build(tables, database);
+  if (isFresh(database, *change)) return database;
+  fs::create_directories(database.parent_path(), error);
+  if (error) throw CannotWrite(database.parent_path().string() + ": " + error.message());
+  const std::string turn = database.string() + ".lock";
+  const brenvolt::FileLock lock(fromUtf8(turn));
+  if (lock.fault()) throw CannotWrite(turn + ": " + toUtf8(*lock.fault()));
+  // Another process may have built it while this one waited.
+  if (!isFresh(database, *change)) build(tables, database);
   return database;
 }
 

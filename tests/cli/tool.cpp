@@ -6,7 +6,6 @@
 #include <cstdlib>
 #include <fstream>
 #include <sstream>
-#include <stdexcept>
 
 namespace brenvolt {
 
@@ -20,17 +19,6 @@ std::string quoted(const std::string& word) {
 }
 
 } // namespace
-
-ToolFolder::ToolFolder() {
-  std::string name = (std::filesystem::temp_directory_path() / "brenvolt-XXXXXX").string();
-  if (::mkdtemp(name.data()) == nullptr) throw std::runtime_error("no temporary folder");
-  folder_ = name;
-}
-
-ToolFolder::~ToolFolder() {
-  std::error_code error;
-  std::filesystem::remove_all(folder_, error);
-}
 
 std::string ToolFolder::path(const std::string& name) const {
   return (folder_ / name).string();
@@ -59,7 +47,7 @@ ToolRun ToolFolder::run(
   const char* bin = std::getenv("BRENVOLT_BIN");
   const std::string tool = (std::filesystem::path(bin == nullptr ? "out/bin" : bin) / "brenvolt").string();
   const std::string in = write("tool.in", input);
-  std::string command = "env HOME=" + quoted(folder_.string()) +
+  std::string command = "env HOME=" + quoted(folder_.path().string()) +
                         " XDG_CONFIG_HOME= XDG_STATE_HOME= XDG_CACHE_HOME= BRENVOLT_DB= LC_ALL=C";
   for (const std::string& setting : environment)
     command += " " + quoted(setting);

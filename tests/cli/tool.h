@@ -1,7 +1,8 @@
 // Runs the built tool the way a user does and looks at what it leaves.
 #pragma once
 
-#include <filesystem>
+#include "tests/support/temporary_folder.h"
+
 #include <string>
 #include <string_view>
 #include <vector>
@@ -17,11 +18,6 @@ struct ToolRun {
 /// A folder of its own for one test; every run of the tool has its home there, so that no settings of a user matter.
 class ToolFolder final {
 public:
-  ToolFolder();
-  ToolFolder(const ToolFolder&) = delete;
-  ToolFolder& operator=(const ToolFolder&) = delete;
-  ~ToolFolder();
-
   /// The path of a file in the folder, written first when there is a text for it.
   [[nodiscard]] std::string path(const std::string& name) const;
   std::string write(const std::string& name, std::string_view text) const;
@@ -35,7 +31,7 @@ public:
       const std::vector<std::string>& environment = {}) const;
 
 private:
-  std::filesystem::path folder_;
+  test::TemporaryFolder folder_;
 };
 
 } // namespace brenvolt
