@@ -7,6 +7,7 @@
 #include "platform/workbook_book.h"
 #include "simhost/host/session.h"
 #include "simhost/ui/scripted_windows.h"
+#include "tests/support/temporary_folder.h"
 #include "text/encoding.h"
 #include "text/numbers.h"
 
@@ -19,7 +20,6 @@
 namespace {
 
 using namespace brenvolt;
-namespace fs = std::filesystem;
 
 constexpr int distinctCodes = 10;
 
@@ -46,30 +46,12 @@ constexpr std::wstring_view product = LR"lisp(
 
 constexpr std::wstring_view form = L"(place-symbol \"CONTACTOR\" #xyz #scl \"K1\")";
 
-class Folder final {
-public:
-  Folder() {
-    std::string pattern = (fs::temp_directory_path() / "brenvolt-bench-XXXXXX").string();
-    if (mkdtemp(pattern.data()) == nullptr) std::abort();
-    path_ = pattern;
-  }
-  Folder(const Folder&) = delete;
-  Folder& operator=(const Folder&) = delete;
-  ~Folder() { fs::remove_all(path_); }
-
-  [[nodiscard]] std::wstring write(const char* name, const std::vector<BookSheet>& sheets) const {
-    std::wstring file = fromUtf8((path_ / name).string());
-    if (saveWorkbook(file, sheets)) std::abort();
-    return file;
-  }
-
-private:
-  fs::path path_;
-};
-
-const Folder& folder() {
-  static const Folder made;
-  return made;
+/// The file in the benchmark's folder, which goes at the end.
+std::wstring write(const char* name, const std::vector<BookSheet>& sheets) {
+  static const test::TemporaryFolder folder;
+  std::wstring file = fromUtf8((folder / name).string());
+  if (saveWorkbook(file, sheets)) std::abort();
+  return file;
 }
 
 BookSheet circuitSheet(const std::wstring& name) {
@@ -86,7 +68,7 @@ BookSheet circuitSheet(const std::wstring& name) {
 }
 
 const std::wstring& workbook() {
-  static const std::wstring file = folder().write("circuit.xls", {circuitSheet(L"S")});
+  static const std::wstring file = write("circuit.xls", {circuitSheet(L"S")});
   return file;
 }
 
@@ -164,7 +146,7 @@ void readCatalogue(benchmark::State& state) {
   sheets.push_back(std::move(catalogue));
   for (std::int64_t i = 0; i < state.range(0); ++i)
     sheets.push_back(circuitSheet(L"S" + formatInt(i)));
-  const std::wstring file = folder().write("catalogue.xls", sheets);
+  const std::wstring file = write("catalogue.xls", sheets);
   for (auto _ : state) {
     ZanCircuitCatalog catalog(file);
     if (!catalog.readCircuits()) state.SkipWithError("the catalogue cannot be read");

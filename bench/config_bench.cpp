@@ -15,6 +15,7 @@
 #include "simhost/ui/grid_model.h"
 #include "simhost/ui/pages_model.h"
 #include "simhost/ui/tree_model.h"
+#include "tests/support/temporary_folder.h"
 #include "text/encoding.h"
 #include "text/numbers.h"
 
@@ -56,16 +57,7 @@ constexpr std::wstring_view product = LR"lisp(
 class Files final {
 public:
   Files() {
-    std::string pattern = (fs::temp_directory_path() / "brenvolt-bench-XXXXXX").string();
-    if (mkdtemp(pattern.data()) == nullptr) std::abort();
-    folder_ = pattern;
     if (!importTables(database(), {L"site/tables"}).isDone()) std::abort();
-  }
-  Files(const Files&) = delete;
-  Files& operator=(const Files&) = delete;
-  ~Files() {
-    std::error_code ignored;
-    fs::remove_all(folder_, ignored);
   }
   [[nodiscard]] std::wstring database() const { return fromUtf8((folder_ / "tables.db").string()); }
 
@@ -90,7 +82,7 @@ public:
   }
 
 private:
-  fs::path folder_;
+  test::TemporaryFolder folder_;
 };
 
 const Files& files() {

@@ -3,6 +3,7 @@
 #include "drawing/history.h"
 #include "simhost/host/session.h"
 #include "simhost/ui/scripted_windows.h"
+#include "tests/support/temporary_folder.h"
 #include "text/encoding.h"
 #include "text/numbers.h"
 
@@ -47,9 +48,6 @@ void fillMarkers(ZanDwgMarkerList& list) {
 class HistoryFolder final {
 public:
   HistoryFolder() {
-    std::string pattern = (fs::temp_directory_path() / "brenvolt-bench-XXXXXX").string();
-    if (mkdtemp(pattern.data()) == nullptr) std::abort();
-    path_ = pattern;
     fillMarkers(markers);
 
     ZanXmlHistory history;
@@ -70,13 +68,10 @@ public:
     all += text.substr(end);
     std::ofstream(file(), std::ios::binary) << "\xFF\xFE" << toUtf16Le(all);
   }
-  HistoryFolder(const HistoryFolder&) = delete;
-  HistoryFolder& operator=(const HistoryFolder&) = delete;
-  ~HistoryFolder() { fs::remove_all(path_); }
 
-  [[nodiscard]] fs::path file() const { return path_ / "zan_brenvolt.xml"; }
+  [[nodiscard]] fs::path file() const { return folder_ / "zan_brenvolt.xml"; }
   void prepare(ZanXmlHistory& history, int entry) const {
-    history.context = fromUtf8((path_ / "site.xls").string());
+    history.context = fromUtf8((folder_ / "site.xls").string());
     history.circuit = L"Three-phase motor";
     history.circuitType = L"Direct on line";
     history.historyName = L"Entry " + formatInt(entry);
@@ -87,7 +82,7 @@ public:
   ZanDwgMarkerList markers;
 
 private:
-  fs::path path_;
+  test::TemporaryFolder folder_;
 };
 
 HistoryFolder& folder() {

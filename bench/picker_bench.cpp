@@ -1,9 +1,9 @@
 // A filter change of the motor picker over 20,000 rows, from the query to the last cell of a grid without a screen,
 // against the same statement through the embedded database's own functions. It has to stay below 100 ms.
+#include "bench/imported_tables.h"
+#include "bench/no_screen.h"
 #include "flows/rating_grid.h"
-#include "platform/table_import.h"
 #include "simhost/host/session.h"
-#include "simhost/ui/dialog_model.h"
 #include "simhost/ui/grid_model.h"
 #include "simhost/ui/scripted_windows.h"
 #include "text/encoding.h"
@@ -26,60 +26,40 @@ constexpr int rowCount = 20000;
 constexpr const char* columns =
     "[Load], [Units], [Phase], [Frequency (HZ)], [Speed (RPM)], [FLA (A)], [Description]";
 
+void writeMotors(const fs::path& folder) {
+  std::ofstream table(folder / "MOTOR_NEC.csv");
+  table << "ID,Type,Load,Units,Voltage (V),Phase,Frequency (HZ),Speed (RPM),FLA (A),Description\n";
+  for (int id = 1; id <= rowCount; ++id)
+    table << id << ',' << (id % 10 == 0 ? "Synchronous" : "Induction") << ',' << id % 500 << ",HP,"
+          << (id % 2 == 0 ? "460" : "230") << ",3,60,1800," << id % 600 << ".5,motor number " << id << '\n';
+}
+
 /// The table, and a host whose LISP names the code standard.
 class Motors final {
 public:
-  Motors() : session_({}, windows_) {
-    std::string name = (fs::temp_directory_path() / "brenvolt-picker-XXXXXX").string();
-    folder_ = ::mkdtemp(name.data());
-    fs::create_directory(folder_ / "tables");
-    std::ofstream table(folder_ / "tables" / "MOTOR_NEC.csv");
-    table << "ID,Type,Load,Units,Voltage (V),Phase,Frequency (HZ),Speed (RPM),FLA (A),Description\n";
-    for (int id = 1; id <= rowCount; ++id)
-      table << id << ',' << (id % 10 == 0 ? "Synchronous" : "Induction") << ',' << id % 500 << ",HP,"
-            << (id % 2 == 0 ? "460" : "230") << ",3,60,1800," << id % 600 << ".5,motor number " << id << '\n';
-    table.close();
-    if (!importTables(fromUtf8(path()), {fromUtf8((folder_ / "tables").string())}).isDone()) std::abort();
-    const std::wstring init = ZanOleDbHelper::FormatConnectString(fromUtf8(path()), L"", L"");
-    if (connection.OpenFromInitializationString(init, false, true) < 0) std::abort();
+  Motors() : session_({}, windows_), imported_(writeMotors, bench::TableAccess::write) {
     session_.openDocument(L"", std::make_unique<simhost::DrawingDatabase>())
         .interpreter()
         .run(L"(setq GBL_qn_electcodestd \"NEC\")", L"bench");
   }
-  Motors(const Motors&) = delete;
-  Motors& operator=(const Motors&) = delete;
-  ~Motors() {
-    connection.Close();
-    std::error_code ignored;
-    fs::remove_all(folder_, ignored);
-  }
-  [[nodiscard]] std::string path() const { return (folder_ / "motors.db").string(); }
 
-  ZanOleDbConnection connection;
+  [[nodiscard]] std::string path() const { return imported_.path(); }
+  [[nodiscard]] ZanOleDbConnection& connection() { return imported_.connection(); }
 
 private:
   simhost::ScriptedWindows windows_;
   simhost::Session session_;
-  fs::path folder_;
-};
-
-/// A dialog that nobody shows.
-class NoScreen final : public simhost::DialogModel {
-public:
-  using DialogModel::DialogModel;
-  void startTimer(int, int) override {}
-  void killTimer(int) override {}
-  void run() override {}
+  bench::ImportedTables imported_;
 };
 
 /// `state.range(0)`: 1 fixes type and voltage to a half and nine tenths of the rows, 0 shows all rows.
 void filterChange(benchmark::State& state) {
   Motors motors;
-  const ZanDlgMotorSelectDbService service(&motors.connection);
+  const ZanDlgMotorSelectDbService service(&motors.connection());
   CKvUiDialog dialog(L"ZanDlgMotorSelect", nullptr);
   constexpr const char* form =
       R"({"format": "brenvolt-form", "version": 1, "title": "", "controls": [{"role": "grid", "kind": "grid"}]})";
-  NoScreen screen(simhost::parseForm(form, "ZanDlgMotorSelect", "bench"), dialog);
+  bench::NoScreen screen(simhost::parseForm(form, "ZanDlgMotorSelect", "bench"), dialog);
   auto* grid = dynamic_cast<KvUiGrid*>(screen.control(L"grid"));
   RatingGrid rows(motorPicker(), service, *grid);
   if (state.range(0) == 1) {

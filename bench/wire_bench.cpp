@@ -1,5 +1,6 @@
 // The wire lookup of 60 sizes with voltage drop against the bare statements of the same lookup through the embedded
 // database's own functions, and the circuits a second of a long list whose tables are read once.
+#include "bench/imported_tables.h"
 #include "bench/wire_bench_tables.h"
 #include "data/wire_lookup.h"
 #include "platform/table_import.h"
@@ -20,33 +21,8 @@ namespace fs = std::filesystem;
 const WireTableChoice choice = {{L"CU", L"AWG", L"NEC"}, L"75C", L"PVC", {}};
 
 /// A database with 60 sizes.
-class Tables final {
-public:
-  Tables() {
-    std::string name = (fs::temp_directory_path() / "brenvolt-wire-XXXXXX").string();
-    folder_ = ::mkdtemp(name.data());
-    fs::create_directory(folder_ / "tables");
-    wirebench::writeSixtySizes(folder_ / "tables");
-    const ImportReport report = importTables(fromUtf8(path()), {fromUtf8((folder_ / "tables").string())});
-    if (!report.isDone()) std::abort();
-    const std::wstring init = ZanOleDbHelper::FormatConnectString(fromUtf8(path()), L"", L"Mode=Read");
-    if (connection.OpenFromInitializationString(init, false, true) < 0) std::abort();
-  }
-  ~Tables() {
-    connection.Close();
-    std::error_code ignored;
-    fs::remove_all(folder_, ignored);
-  }
-  [[nodiscard]] std::string path() const { return (folder_ / "tables.db").string(); }
-
-  ZanOleDbConnection connection;
-
-private:
-  fs::path folder_;
-};
-
-Tables& sampleTables() {
-  static Tables tables;
+bench::ImportedTables& sampleTables() {
+  static bench::ImportedTables tables(wirebench::writeSixtySizes);
   return tables;
 }
 
@@ -63,7 +39,7 @@ WireLookupInput inputOf(double fla) {
 }
 
 void lookUp(benchmark::State& state) {
-  const ZanWireTableReader reader(&sampleTables().connection);
+  const ZanWireTableReader reader(&sampleTables().connection());
   const WireLookupInput input = inputOf(52);
   for ([[maybe_unused]] auto _ : state)
     benchmark::DoNotOptimize(computeWires(readWireFigures(reader, choice), input));
@@ -75,7 +51,7 @@ void bareStatements(benchmark::State& state) {
 
 /// One circuit of a list, its tables at hand.
 void oneOfAList(benchmark::State& state) {
-  const ZanWireTableReader reader(&sampleTables().connection);
+  const ZanWireTableReader reader(&sampleTables().connection());
   const WireTableFigures figures = readWireFigures(reader, choice);
   double fla = 1.0;
   for ([[maybe_unused]] auto _ : state) {

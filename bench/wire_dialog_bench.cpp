@@ -1,11 +1,11 @@
 // One change of an input in the wire lookup, the table of 60 sizes with voltage drop and yearly cost refreshed into a
 // grid without a screen, against the bare statements of the same lookup. It has to stay below 5 ms and 1.5 times these.
+#include "bench/imported_tables.h"
+#include "bench/no_screen.h"
 #include "bench/wire_bench_tables.h"
 #include "data/circuit_data.h"
 #include "flows/wire_select_ctrl_mgr.h"
-#include "platform/table_import.h"
 #include "simhost/host/session.h"
-#include "simhost/ui/dialog_model.h"
 #include "simhost/ui/scripted_windows.h"
 #include "text/encoding.h"
 #include "widgets/common_roles.h"
@@ -20,40 +20,21 @@ namespace fs = std::filesystem;
 /// The sample site's tables with 60 sizes, and a host that keeps the window system.
 class Tables final {
 public:
-  Tables() : session_({}, windows_) {
-    std::string name = (fs::temp_directory_path() / "brenvolt-lookup-XXXXXX").string();
-    folder_ = ::mkdtemp(name.data());
-    fs::copy("site/tables", folder_ / "tables");
-    wirebench::writeSixtySizes(folder_ / "tables");
-    if (!importTables(fromUtf8(path()), {fromUtf8((folder_ / "tables").string())}).isDone()) std::abort();
-    const std::wstring init = ZanOleDbHelper::FormatConnectString(fromUtf8(path()), L"", L"Mode=Read");
-    if (connection.OpenFromInitializationString(init, false, true) < 0) std::abort();
+  Tables()
+      : session_({}, windows_), imported_([](const fs::path& folder) {
+          fs::copy("site/tables", folder);
+          wirebench::writeSixtySizes(folder);
+        }) {
     session_.openDocument(L"", std::make_unique<simhost::DrawingDatabase>());
   }
-  Tables(const Tables&) = delete;
-  Tables& operator=(const Tables&) = delete;
-  ~Tables() {
-    connection.Close();
-    std::error_code ignored;
-    fs::remove_all(folder_, ignored);
-  }
-  [[nodiscard]] std::string path() const { return (folder_ / "tables.db").string(); }
 
-  ZanOleDbConnection connection;
+  [[nodiscard]] std::string path() const { return imported_.path(); }
+  [[nodiscard]] ZanOleDbConnection& connection() { return imported_.connection(); }
 
 private:
   simhost::ScriptedWindows windows_;
   simhost::Session session_;
-  fs::path folder_;
-};
-
-/// A dialog that nobody shows.
-class NoScreen final : public simhost::DialogModel {
-public:
-  using DialogModel::DialogModel;
-  void startTimer(int, int) override {}
-  void killTimer(int) override {}
-  void run() override {}
+  bench::ImportedTables imported_;
 };
 
 /// The form of the lookup with its controls, and no dialog around it.
@@ -87,7 +68,7 @@ private:
   }
 
   CKvUiDialog dialog_;
-  mutable NoScreen screen_;
+  mutable bench::NoScreen screen_;
   std::wstring code_ = L"NEC";
   ZanWireTableReader reader_;
 };
@@ -97,7 +78,7 @@ void oneChange(benchmark::State& state) {
   circuitData() = ZanCircuitData();
   circuitData().fla = 52.0;
   circuitData().useVoltageDrop = true;
-  BenchForm form(tables.connection);
+  BenchForm form(tables.connection());
   ZanDlgWireSelectCtrlMgr manager;
   manager.attach(form);
   manager.Init();

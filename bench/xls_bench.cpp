@@ -2,6 +2,7 @@
 // readers that are installed; and one sheet of a workbook of 200, which must not pay for the other 199.
 #include "platform/workbook_book.h"
 #include "platform/xls_reader.h"
+#include "tests/support/temporary_folder.h"
 #include "text/encoding.h"
 
 #include <benchmark/benchmark.h>
@@ -125,9 +126,7 @@ int main(int argc, char** argv) {
   if (argc == 3 && std::string_view(argv[1]) == "--read") {
     return readWorkbook(fromUtf8(argv[2]), 1) > 0 ? EXIT_SUCCESS : EXIT_FAILURE;
   }
-  std::string pattern = (fs::temp_directory_path() / "brenvolt-bench-XXXXXX").string();
-  if (::mkdtemp(pattern.data()) == nullptr) return EXIT_FAILURE;
-  const fs::path folder = pattern;
+  const brenvolt::test::TemporaryFolder folder;
   const fs::path large = folder / "large.xls";
   const fs::path many = folder / "many.xls";
   if (!makeWorkbooksInChild(large, many)) {
@@ -157,7 +156,5 @@ int main(int argc, char** argv) {
 
   benchmark::Initialize(&argc, argv);
   benchmark::RunSpecifiedBenchmarks();
-  std::error_code ignored;
-  fs::remove_all(folder, ignored);
   return EXIT_SUCCESS;
 }

@@ -4,6 +4,7 @@
 #include "platform/table_import.h"
 #include "platform/tables.h"
 #include "tests/simhost/host_fixture.h"
+#include "tests/support/temporary_folder.h"
 #include "text/encoding.h"
 
 #include <doctest/doctest.h>
@@ -39,7 +40,7 @@ public:
   [[nodiscard]] simhost::HostFixture& host() { return host_; }
 
 private:
-  simhost::TemporaryFolder folder_;
+  test::TemporaryFolder folder_;
   simhost::HostFixture host_;
   ZanOleDbConnection connection_;
 };

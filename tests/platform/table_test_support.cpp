@@ -15,16 +15,6 @@ namespace brenvolt::testing {
 
 namespace fs = std::filesystem;
 
-TemporaryFolder::TemporaryFolder() {
-  std::string pattern = (fs::temp_directory_path() / "brenvolt-tables-XXXXXX").string();
-  path_ = mkdtemp(pattern.data());
-}
-
-TemporaryFolder::~TemporaryFolder() {
-  std::error_code ignored;
-  fs::remove_all(path_, ignored);
-}
-
 std::wstring TemporaryFolder::name(std::string_view name) const {
   return fromUtf8(file(name).string());
 }

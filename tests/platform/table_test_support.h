@@ -2,6 +2,7 @@
 #pragma once
 
 #include "platform/tables.h"
+#include "tests/support/temporary_folder.h"
 
 #include <filesystem>
 #include <memory>
@@ -12,20 +13,15 @@
 
 namespace brenvolt::testing {
 
-/// A folder of its own that goes with the object.
+/// A folder of its own that goes with the object, its files by name.
 class TemporaryFolder final {
 public:
-  TemporaryFolder();
-  ~TemporaryFolder();
-  TemporaryFolder(const TemporaryFolder&) = delete;
-  TemporaryFolder& operator=(const TemporaryFolder&) = delete;
-
-  [[nodiscard]] std::filesystem::path file(std::string_view name) const { return path_ / name; }
+  [[nodiscard]] std::filesystem::path file(std::string_view name) const { return folder_.path() / name; }
   [[nodiscard]] std::wstring name(std::string_view name) const;
   std::filesystem::path write(std::string_view name, std::string_view bytes) const;
 
 private:
-  std::filesystem::path path_;
+  test::TemporaryFolder folder_;
 };
 
 /// The foreign test files beside the project, where they are.

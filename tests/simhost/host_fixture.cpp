@@ -3,8 +3,6 @@
 
 #include "simhost/lisp/printer.h"
 
-#include <cstdlib>
-#include <stdexcept>
 #include <utility>
 
 namespace simhost {
@@ -23,17 +21,6 @@ std::wstring HostFixture::eval(std::wstring_view text) {
   } catch (const lisp::Cancelled&) {
     return L"cancelled";
   }
-}
-
-TemporaryFolder::TemporaryFolder() {
-  std::string name = (std::filesystem::temp_directory_path() / "brenvolt-XXXXXX").string();
-  if (::mkdtemp(name.data()) == nullptr) throw std::runtime_error("no temporary folder");
-  path_ = name;
-}
-
-TemporaryFolder::~TemporaryFolder() {
-  std::error_code error;
-  std::filesystem::remove_all(path_, error);
 }
 
 } // namespace simhost

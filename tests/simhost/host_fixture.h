@@ -5,7 +5,6 @@
 #include "simhost/host/session.h"
 #include "simhost/ui/scripted_windows.h"
 
-#include <filesystem>
 #include <string>
 #include <vector>
 
@@ -21,19 +20,6 @@ public:
   std::wstring printed;
   ScriptedWindows windows;
   Session session;
-};
-
-/// A new, empty folder that is removed with the object.
-class TemporaryFolder final {
-public:
-  TemporaryFolder();
-  TemporaryFolder(const TemporaryFolder&) = delete;
-  TemporaryFolder& operator=(const TemporaryFolder&) = delete;
-  ~TemporaryFolder();
-  [[nodiscard]] const std::filesystem::path& path() const { return path_; }
-
-private:
-  std::filesystem::path path_;
 };
 
 } // namespace simhost

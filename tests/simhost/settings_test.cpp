@@ -4,14 +4,15 @@
 #include "host_fixture.h"
 #include "simhost/host/files.h"
 #include "simhost/ui/answers.h"
+#include "tests/support/temporary_folder.h"
 
 #include <doctest/doctest.h>
 
 #include <filesystem>
 #include <string>
 
+using brenvolt::test::TemporaryFolder;
 using simhost::HostFixture;
-using simhost::TemporaryFolder;
 
 namespace {
 

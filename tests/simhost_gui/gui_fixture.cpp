@@ -20,17 +20,6 @@ void needApplication() {
   static_cast<void>(application);
 }
 
-GuiFolder::GuiFolder() {
-  std::string name = (std::filesystem::temp_directory_path() / "brenvolt-gui-XXXXXX").string();
-  if (::mkdtemp(name.data()) == nullptr) throw std::runtime_error("no temporary folder");
-  folder_ = name;
-}
-
-GuiFolder::~GuiFolder() {
-  std::error_code error;
-  std::filesystem::remove_all(folder_, error);
-}
-
 namespace {
 
 SiteRunOptions optionsFor(

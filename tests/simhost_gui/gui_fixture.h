@@ -4,6 +4,7 @@
 #include "simhost/gui/main_window.h"
 #include "simhost/gui/prompt_pane.h"
 #include "simhost/site/site_run.h"
+#include "tests/support/temporary_folder.h"
 
 #include <QAction>
 
@@ -19,14 +20,10 @@ void needApplication();
 /// An empty folder that is removed with the object.
 class GuiFolder final {
 public:
-  GuiFolder();
-  GuiFolder(const GuiFolder&) = delete;
-  GuiFolder& operator=(const GuiFolder&) = delete;
-  ~GuiFolder();
   [[nodiscard]] std::string path(const std::string& name) const { return (folder_ / name).string(); }
 
 private:
-  std::filesystem::path folder_;
+  brenvolt::test::TemporaryFolder folder_;
 };
 
 class GuiFixture final {
