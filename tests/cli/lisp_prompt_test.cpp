@@ -59,9 +59,9 @@ public:
   [[nodiscard]] int leave() {
     constexpr int tenthsOfPatience = 200;
     for (int tenth = 0; tenth < tenthsOfPatience; ++tenth) {
-      // Again each second: the line editor shows its prompt before it takes over the terminal, and an end of input that
-      // comes between the two is lost.
-      if (tenth % 10 == 0) (void)!::write(terminal_, "\x04", 1);
+      // Again each second, behind an empty line: the line editor shows its prompt before it takes over the terminal, and
+      // an end of input that comes between the two becomes a character of the line.
+      if (tenth % 10 == 0) (void)!::write(terminal_, "\n\x04", 2);
       while (shows("\n", 100)) {
       }
       int status = 0;
