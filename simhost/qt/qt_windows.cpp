@@ -62,12 +62,7 @@ void QtWindows::beginRun() {
 }
 
 TaskAnswer QtWindows::askTask(const TaskQuestion& question) {
-  Json shown = {
-      {"title", toUtf8(question.title)}, {"text", toUtf8(question.text)}, {"buttons", Json::array()}};
-  for (const TaskButton& button : question.buttons)
-    shown["buttons"].push_back({{"id", button.id}, {"label", toUtf8(button.label)}});
-  if (question.isHideable) shown["hideable"] = true;
-  const std::size_t step = recorder_.begin(toUtf8(question.key), std::move(shown));
+  const std::size_t step = recorder_.begin(toUtf8(question.key), shownOf(question));
   if (!failure_.empty()) return {};
 
   const OpenScope open(openWindows_);
@@ -99,15 +94,8 @@ EntityPick QtWindows::pickEntity(const std::wstring& prompt, bool emptyIsAllowed
 }
 
 FileAnswer QtWindows::askFile(const FileQuestion& question, const FileEvents& events) {
-  Json shown = {
-      {"purpose", question.isSave ? "save" : "open"},
-      {"name", toUtf8(question.fileName)},
-      {"folder", toUtf8(question.folder)},
-      {"types", Json::array()}};
-  for (const std::wstring& type : question.types)
-    shown["types"].push_back(toUtf8(type));
   DialogRecord record(recorder_, std::string(fileDialog));
-  record.open(std::move(shown));
+  record.open(shownOf(question));
   if (!failure_.empty()) return {};
 
   const OpenScope open(openWindows_);

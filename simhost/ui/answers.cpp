@@ -1,6 +1,7 @@
 // Reading of answer files. Everything is checked here, so that a run never stops half way over a spelling.
 #include "simhost/ui/answers.h"
 
+#include "host/host_api_ui.h"
 #include "simhost/ui/action_reader.h"
 
 #include <set>
@@ -84,6 +85,19 @@ private:
 };
 
 } // namespace
+
+int pressedButton(const AnswerAction& action) {
+  struct Row {
+    const char* name;
+    int id;
+  };
+  constexpr Row rows[] = {{"ok", kvui::ok}, {"cancel", kvui::cancel}, {"yes", kvui::yes}, {"no", kvui::no}};
+  if (action.verb == "close") return kvui::cancel;
+  if (action.number != 0) return action.number;
+  for (const Row& row : rows)
+    if (action.subject == row.name) return row.id;
+  return 0;
+}
 
 AnswerFile parseAnswerFile(std::string_view bytes, const std::string& fileName) {
   return Parser(fileName).parse(bytes);

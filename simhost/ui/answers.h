@@ -74,6 +74,9 @@ struct AnswerAction {
   std::string written; ///< the action as it stands in the file, without what recordings add
 };
 
+/// The button that a "press" or a "close" means, by its number or its name; 0 when it names none.
+[[nodiscard]] int pressedButton(const AnswerAction& action);
+
 /// All that is done at one question.
 struct AnswerStep {
   std::size_t number = 0; ///< in the file, from 1

@@ -2,10 +2,34 @@
 #include "simhost/ui/recorder.h"
 
 #include "simhost/ui/answers.h"
+#include "text/encoding.h"
 
 #include <utility>
 
 namespace simhost {
+
+using brenvolt::toUtf8;
+using Json = nlohmann::ordered_json;
+
+Json shownOf(const TaskQuestion& question) {
+  Json shown = {
+      {"title", toUtf8(question.title)}, {"text", toUtf8(question.text)}, {"buttons", Json::array()}};
+  for (const TaskButton& button : question.buttons)
+    shown["buttons"].push_back({{"id", button.id}, {"label", toUtf8(button.label)}});
+  if (question.isHideable) shown["hideable"] = true;
+  return shown;
+}
+
+Json shownOf(const FileQuestion& question) {
+  Json shown = {
+      {"purpose", question.isSave ? "save" : "open"},
+      {"name", toUtf8(question.fileName)},
+      {"folder", toUtf8(question.folder)},
+      {"types", Json::array()}};
+  for (const std::wstring& type : question.types)
+    shown["types"].push_back(toUtf8(type));
+  return shown;
+}
 
 std::size_t Recorder::begin(std::string_view dialog, Json shown) {
   note(dialog, std::move(shown));

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "simhost/ui/session_file.h"
+#include "simhost/ui/window_system.h"
 
 #include <nlohmann/json.hpp>
 
@@ -10,6 +11,10 @@
 #include <string_view>
 
 namespace simhost {
+
+/// How a recording tells what a question shows.
+[[nodiscard]] nlohmann::ordered_json shownOf(const TaskQuestion& question);
+[[nodiscard]] nlohmann::ordered_json shownOf(const FileQuestion& question);
 
 class Recorder final {
 public:

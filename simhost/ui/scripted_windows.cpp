@@ -18,22 +18,6 @@ using Json = nlohmann::ordered_json;
 using brenvolt::fromUtf8;
 using brenvolt::toUtf8;
 
-struct ButtonName {
-  const char* name;
-  int id;
-};
-constexpr ButtonName buttonNames[] = {
-    {"ok", kvui::ok}, {"cancel", kvui::cancel}, {"yes", kvui::yes}, {"no", kvui::no}};
-
-/// The id that a "press" means, 0 when its name is none.
-int pressedButton(const AnswerAction& press) {
-  if (press.verb == "close") return kvui::cancel;
-  if (press.number != 0) return press.number;
-  for (const ButtonName& row : buttonNames)
-    if (press.subject == row.name) return row.id;
-  return 0;
-}
-
 bool offers(const TaskQuestion& question, int button) {
   const bool isThere =
       std::any_of(question.buttons.begin(), question.buttons.end(), [button](const TaskButton& row) {
@@ -73,12 +57,7 @@ ScriptedWindows::~ScriptedWindows() = default;
 
 TaskAnswer ScriptedWindows::askTask(const TaskQuestion& question) {
   const std::string key = toUtf8(question.key);
-  Json shown = {
-      {"title", toUtf8(question.title)}, {"text", toUtf8(question.text)}, {"buttons", Json::array()}};
-  for (const TaskButton& button : question.buttons)
-    shown["buttons"].push_back({{"id", button.id}, {"label", toUtf8(button.label)}});
-  if (question.isHideable) shown["hideable"] = true;
-  Json& record = recorder_->step(recorder_->begin(key, std::move(shown)));
+  Json& record = recorder_->step(recorder_->begin(key, shownOf(question)));
 
   TaskAnswer answer;
   const AnswerStep* step = steps_.take(key, toUtf8(question.text));
@@ -154,15 +133,8 @@ EntityPick ScriptedWindows::pickEntity(const std::wstring& prompt, bool emptyIsA
 }
 
 FileAnswer ScriptedWindows::askFile(const FileQuestion& question, const FileEvents& events) {
-  Json shown = {
-      {"purpose", question.isSave ? "save" : "open"},
-      {"name", toUtf8(question.fileName)},
-      {"folder", toUtf8(question.folder)},
-      {"types", Json::array()}};
-  for (const std::wstring& type : question.types)
-    shown["types"].push_back(toUtf8(type));
   DialogRecord record(*recorder_, std::string(fileDialog));
-  record.open(std::move(shown));
+  record.open(shownOf(question));
   const auto note = [&record](Json action) { record.addAction(std::move(action)); };
 
   FileAnswer answer;

@@ -27,24 +27,6 @@ using brenvolt::fromUtf8;
 using brenvolt::toUtf8;
 using Json = nlohmann::ordered_json;
 
-namespace {
-
-struct ButtonName {
-  const char* name;
-  int id;
-};
-constexpr ButtonName buttonNames[] = {
-    {"ok", kvui::ok}, {"cancel", kvui::cancel}, {"yes", kvui::yes}, {"no", kvui::no}};
-
-int pressedButton(const AnswerAction& press) {
-  if (press.verb == "close") return kvui::cancel;
-  for (const ButtonName& row : buttonNames)
-    if (press.subject == row.name) return row.id;
-  return press.number;
-}
-
-} // namespace
-
 void startApplication() {
   if (QCoreApplication::instance() != nullptr) return;
   qputenv("QT_QPA_PLATFORM", "offscreen");
