@@ -5,6 +5,7 @@
 #include "simhost/drawing/svg.h"
 #include "simhost/host/files.h"
 #include "simhost/ui/answers.h"
+#include "simhost/ui/scripted_windows.h"
 #include "text/encoding.h"
 
 #include <CLI/CLI.hpp>
@@ -21,11 +22,10 @@ using brenvolt::toUtf8;
 
 namespace {
 
-std::unique_ptr<ScriptedWindows> windowsFor(const std::string& answers) {
-  if (answers.empty())
-    return std::make_unique<ScriptedWindows>(std::vector<AnswerStep>(), "no --answers are given");
+std::unique_ptr<AnsweredWindows> windowsFor(const std::string& answers) {
+  if (answers.empty()) return windowsMaker()({}, "no --answers are given");
   try {
-    return std::make_unique<ScriptedWindows>(parseAnswers(readInput(answers), answers), answers);
+    return windowsMaker()(parseAnswers(readInput(answers), answers), answers);
   } catch (const AnswerError& error) {
     throw BadInput(error.what());
   }
@@ -45,6 +45,13 @@ SiteRunOptions siteOptions(const HostOptions& options) {
 }
 
 } // namespace
+
+WindowsMaker& windowsMaker() {
+  static WindowsMaker maker = [](std::vector<AnswerStep> steps, std::string source) {
+    return std::make_unique<ScriptedWindows>(std::move(steps), std::move(source));
+  };
+  return maker;
+}
 
 void HostOptions::addTo(CLI::App& command) {
   command

@@ -3,10 +3,12 @@
 #pragma once
 
 #include "simhost/site/site_run.h"
-#include "simhost/ui/scripted_windows.h"
+#include "simhost/ui/step_queue.h"
 
+#include <functional>
 #include <memory>
 #include <string>
+#include <vector>
 
 namespace CLI {
 class App;
@@ -28,6 +30,11 @@ struct HostOptions {
 
   void addTo(CLI::App& command);
 };
+
+/// Makes the windows of a run: without a screen, unless another maker is set ahead of it.
+using WindowsMaker =
+    std::function<std::unique_ptr<AnsweredWindows>(std::vector<AnswerStep> steps, std::string source)>;
+[[nodiscard]] WindowsMaker& windowsMaker();
 
 class HostRun final {
 public:
@@ -51,7 +58,7 @@ public:
 
 private:
   HostOptions options_;
-  std::unique_ptr<ScriptedWindows> windows_;
+  std::unique_ptr<AnsweredWindows> windows_;
   std::unique_ptr<SiteRun> site_;
 };
 

@@ -175,30 +175,16 @@ private:
   QComboBox* box_;
 };
 
-/// Does not choose an entry by itself when it gets the keyboard.
-class PatientList final : public QListWidget {
-public:
-  [[nodiscard]] bool isTakingFocus() const { return isTakingFocus_; }
-
-protected:
-  void focusInEvent(QFocusEvent* event) override {
-    isTakingFocus_ = true;
-    QListWidget::focusInEvent(event);
-    isTakingFocus_ = false;
-  }
-
-private:
-  bool isTakingFocus_ = false;
-};
-
 /// A list that stands open.
 class OpenListView final : public ListViewBase {
 public:
   OpenListView(QtDialog& dialog, ListModel& model, const ControlLook& look)
-      : ListViewBase(dialog, model), box_(new PatientList) {
+      : ListViewBase(dialog, model), box_(new QListWidget) {
     box_->setMinimumHeight(box_->fontMetrics().height() * look.rows + 2 * box_->frameWidth());
-    QObject::connect(box_, &QListWidget::currentRowChanged, box_, [this](int index) {
-      if (index >= 0 && !box_->isTakingFocus()) choose(index);
+    // Not by the current row: going to the list makes its first entry current, which nobody chose yet.
+    QObject::connect(box_, &QListWidget::itemSelectionChanged, box_, [this] {
+      const QList<QListWidgetItem*> selected = box_->selectedItems();
+      if (!selected.isEmpty()) choose(box_->row(selected.front()));
     });
   }
   [[nodiscard]] QWidget& widget() const override { return *box_; }
@@ -227,7 +213,7 @@ private:
     if (list().Selected() < 0) box_->clearSelection();
   }
 
-  PatientList* box_;
+  QListWidget* box_;
 };
 
 class TickView final : public ControlView {

@@ -34,8 +34,7 @@ public:
   void postQuit() override { quitPosted_ = true; }
   [[nodiscard]] const std::wstring& failure() const override { return steps_.failure(); }
 
-  /// Makes the recording a session.
-  void setRun(const SessionRun& run);
+  void setRun(const SessionRun& run) override;
   [[nodiscard]] std::size_t unusedSteps() const override { return steps_.unused(); }
   [[nodiscard]] std::string recording() const override;
 

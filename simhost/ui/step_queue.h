@@ -17,6 +17,8 @@ class AnsweredWindows : public WindowSystem {
 public:
   /// How many steps nothing has asked for yet.
   [[nodiscard]] virtual std::size_t unusedSteps() const = 0;
+  /// Makes the recording a session.
+  virtual void setRun(const SessionRun& run) = 0;
   /// All that was asked, shown and answered so far as the text of an answer file.
   [[nodiscard]] virtual std::string recording() const = 0;
 };

@@ -20,6 +20,7 @@
 #include <QTest>
 
 #include <charconv>
+#include <cstdio>
 
 namespace simhost::test {
 
@@ -27,8 +28,19 @@ using brenvolt::fromUtf8;
 using brenvolt::toUtf8;
 using Json = nlohmann::ordered_json;
 
+namespace {
+
+/// The offscreen platform tells at each window what it cannot do; all else is worth reading.
+void dropPlatformNotes(QtMsgType type, const QMessageLogContext& context, const QString& message) {
+  if (message.startsWith("This plugin does not support") || message.startsWith("QStandardPaths:")) return;
+  std::fprintf(stderr, "%s\n", qFormatLogMessage(type, context, message).toUtf8().constData());
+}
+
+} // namespace
+
 void startApplication() {
   if (QCoreApplication::instance() != nullptr) return;
+  qInstallMessageHandler(dropPlatformNotes);
   qputenv("QT_QPA_PLATFORM", "offscreen");
   static int count = 1;
   static char name[] = "windows_test";

@@ -17,6 +17,7 @@ public:
   ~PilotedWindows() override;
 
   [[nodiscard]] std::size_t unusedSteps() const override { return steps_.unused(); }
+  void setRun(const SessionRun& run) override { windows_.recorder().setRun(run); }
   [[nodiscard]] std::string recording() const override { return windows_.recording(); }
   [[nodiscard]] QtWindows& windows() { return windows_; }
   /// Is called before each action of a dialog, and before it is left.

@@ -130,7 +130,7 @@ Refusal WidgetGestures::choose(ControlModel& control, int index) {
     if (index < 0 || index >= open->count()) return "it has no entry " + std::to_string(index);
     const QPoint place = centreOf(*open, open->model()->index(index, 0));
     QTest::mouseClick(open->viewport(), Qt::LeftButton, {}, place);
-    return std::nullopt;
+    return dialog_.takeRefusal();
   }
   auto& box = dynamic_cast<QComboBox&>(view->widget());
   box.showPopup();
