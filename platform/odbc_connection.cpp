@@ -8,7 +8,6 @@
 
 #include <algorithm>
 #include <array>
-#include <charconv>
 #include <cstring>
 #include <functional>
 
@@ -86,17 +85,8 @@ bool isNumberType(SQLLEN type) {
 /// Servers write numbers in many ways (18.0000, 1.5E1); as a number each is the same cell. A column that may hold any
 /// kind of cell keeps what is no number.
 TableValue numberCell(std::string text) {
-  const char* end = text.data() + text.size();
-  std::int64_t integer = 0;
-  if (const auto read = std::from_chars(text.data(), end, integer);
-      read.ec == std::errc() && read.ptr == end) {
-    return TableValue::ofInteger(integer);
-  }
-  double real = 0.0;
-  if (const auto read = std::from_chars(text.data(), end, real); read.ec == std::errc() && read.ptr == end) {
-    return TableValue::ofReal(real);
-  }
-  return TableValue::ofText(std::move(text));
+  TableValue number = TableValue::ofNumber(text);
+  return number.kind == TableValue::Kind::null ? TableValue::ofText(std::move(text)) : number;
 }
 
 class StatementHandle final {

@@ -39,6 +39,20 @@ TableValue TableValue::ofBlob(std::string data) {
   return result;
 }
 
+TableValue TableValue::ofNumber(std::string_view text) {
+  const char* end = text.data() + text.size();
+  std::int64_t integer = 0;
+  if (const auto read = std::from_chars(text.data(), end, integer);
+      read.ec == std::errc() && read.ptr == end) {
+    return ofInteger(integer);
+  }
+  double real = 0.0;
+  if (const auto read = std::from_chars(text.data(), end, real); read.ec == std::errc() && read.ptr == end) {
+    return ofReal(real);
+  }
+  return null();
+}
+
 std::string realText(double value) {
   if (!std::isfinite(value)) return {};
   if (value == 0.0) return "0";

@@ -24,6 +24,8 @@ struct TableValue {
   [[nodiscard]] static TableValue ofReal(double value);
   [[nodiscard]] static TableValue ofText(std::string utf8);
   [[nodiscard]] static TableValue ofBlob(std::string data);
+  /// The number that a whole text is, an integer where it can be one; null for any other text.
+  [[nodiscard]] static TableValue ofNumber(std::string_view text);
 };
 
 using TableRow = std::vector<TableValue>;

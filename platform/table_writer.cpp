@@ -3,7 +3,6 @@
 #include "text/encoding.h"
 #include "text/numbers.h"
 
-#include <charconv>
 #include <utility>
 
 namespace brenvolt::tables {
@@ -31,21 +30,6 @@ std::string declaration(ColumnType type) {
 bool isNumber(ColumnType type) {
   return type == ColumnType::integer || type == ColumnType::key || type == ColumnType::real ||
          type == ColumnType::numeric;
-}
-
-/// The number that a whole text is; nothing else counts as one.
-TableValue numberOf(const std::string& text) {
-  const char* end = text.data() + text.size();
-  std::int64_t integer = 0;
-  if (const auto read = std::from_chars(text.data(), end, integer);
-      read.ec == std::errc() && read.ptr == end) {
-    return TableValue::ofInteger(integer);
-  }
-  double real = 0.0;
-  if (const auto read = std::from_chars(text.data(), end, real); read.ec == std::errc() && read.ptr == end) {
-    return TableValue::ofReal(real);
-  }
-  return TableValue::null();
 }
 
 } // namespace
@@ -98,7 +82,7 @@ bool TableWriter::row(TableRow row) {
 void TableWriter::convert(TableValue& value, ColumnType type) {
   if (!isNumber(type) || value.kind != TableValue::Kind::text) return;
   const bool isEmpty = value.bytes.empty();
-  TableValue number = numberOf(value.bytes);
+  TableValue number = TableValue::ofNumber(value.bytes);
   // An empty text in a number column would count as a value; and a key can only be a number.
   if (isEmpty || number.kind != TableValue::Kind::null || type == ColumnType::key) {
     value = std::move(number);

@@ -105,16 +105,14 @@ void ZanDlgWireSelectCtrlMgr::OnChanged(WireControl control) {
 void ZanDlgWireSelectCtrlMgr::OnStandardChanged() {
   if (!CheckTables(OptionTables::leave)) return;
   LoadMetals();
-  LoadInsulations();
-  LoadRaceways();
-  LoadAmbient(AmbientStart::standard);
-  LoadParallelFields();
-  LoadGroundSizes();
-  Refresh();
+  LoadBehindMetal();
 }
 
 void ZanDlgWireSelectCtrlMgr::OnMetalChanged() {
-  if (!CheckTables(OptionTables::leave)) return;
+  if (CheckTables(OptionTables::leave)) LoadBehindMetal();
+}
+
+void ZanDlgWireSelectCtrlMgr::LoadBehindMetal() {
   LoadInsulations();
   LoadRaceways();
   LoadAmbient(AmbientStart::standard);

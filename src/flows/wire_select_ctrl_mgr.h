@@ -117,6 +117,8 @@ private:
   enum class AmbientStart { stored, standard };
   void LoadAmbient(AmbientStart start);
   void LoadGroundSizes();
+  /// All that depends on the metal, and the table of sizes.
+  void LoadBehindMetal();
   enum class OptionTables { leave, check };
   [[nodiscard]] bool CheckTables(OptionTables options) const;
 
