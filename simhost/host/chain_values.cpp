@@ -172,6 +172,10 @@ ValuesOfChain valuesOfChain(const KvResultBuffer* chain) {
 }
 
 ValueOfChain valueOfChain(const KvResultBuffer* chain) {
+  // Most symbols hold one number, text or point.
+  const bool isOneNode = chain != nullptr && chain->next == nullptr;
+  if (isOneNode && chain->type != kvtype::listBegin && chain->type != kvtype::listEnd)
+    if (std::optional<Value> value = valueOfNode(*chain)) return {std::move(*value), {}};
   ValuesOfChain all = valuesOfChain(chain);
   if (!all.fault.empty()) return {Value(), std::move(all.fault)};
   if (all.values.size() == 1) return {std::move(all.values.front()), {}};

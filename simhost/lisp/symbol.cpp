@@ -1,24 +1,21 @@
 // Interning without case.
 #include "simhost/lisp/symbol.h"
 
-#include "text/compare.h"
-
 #include <algorithm>
 
 namespace simhost::lisp {
 
 Symbol& SymbolTable::intern(std::wstring_view name) {
-  std::wstring key = brenvolt::toUpper(name);
-  std::unique_ptr<Symbol>& slot = symbols_[key];
-  if (!slot) {
-    slot = std::make_unique<Symbol>();
-    slot->name = std::move(key);
-  }
-  return *slot;
+  if (Symbol* known = find(name)) return *known;
+  auto symbol = std::make_unique<Symbol>();
+  symbol->name = brenvolt::toUpper(name);
+  Symbol& made = *symbol;
+  symbols_.emplace(made.name, std::move(symbol));
+  return made;
 }
 
 Symbol* SymbolTable::find(std::wstring_view name) const {
-  const auto found = symbols_.find(brenvolt::toUpper(name));
+  const auto found = symbols_.find(name);
   return found == symbols_.end() ? nullptr : found->second.get();
 }
 

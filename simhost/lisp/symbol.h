@@ -2,6 +2,7 @@
 #pragma once
 
 #include "simhost/lisp/value.h"
+#include "text/compare.h"
 
 #include <memory>
 #include <string>
@@ -42,7 +43,10 @@ public:
   [[nodiscard]] std::vector<const Symbol*> all() const;
 
 private:
-  std::unordered_map<std::wstring, std::unique_ptr<Symbol>> symbols_;
+  /// The key is the symbol's own name.
+  std::unordered_map<
+      std::wstring_view, std::unique_ptr<Symbol>, brenvolt::OrdinalNoCaseHash, brenvolt::OrdinalNoCaseEqual>
+      symbols_;
 };
 
 } // namespace simhost::lisp

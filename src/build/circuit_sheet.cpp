@@ -94,8 +94,7 @@ void CircuitSheetReader::addOption(const std::vector<std::wstring>& cells) {
 }
 
 void CircuitSheetReader::addForms(
-    int number, const std::vector<std::wstring>& cells, std::int32_t optionCode,
-    std::vector<ZanScriptEntry>& rules) {
+    int number, const std::vector<std::wstring>& cells, std::int32_t optionCode, ZanScriptRules& rules) {
   const std::wstring& cell = cellAt(cells, number);
   if (cell.empty()) return;
   std::vector<std::wstring> forms = splitForms(cell);

@@ -28,8 +28,7 @@ private:
   void beginGroup(const std::wstring& title);
   void addOption(const std::vector<std::wstring>& cells);
   void addForms(
-      int column, const std::vector<std::wstring>& cells, std::int32_t optionCode,
-      std::vector<ZanScriptEntry>& rules);
+      int column, const std::vector<std::wstring>& cells, std::int32_t optionCode, ZanScriptRules& rules);
   void closeGroup();
   void closeRecord();
   void find(int column, std::wstring text);

@@ -46,11 +46,11 @@ ZanAnnotationDataList presetGroupData(const BuildState& build, std::wstring_view
 
 /// The (table, title) pairs of the control rules that hold for the marker's selection.
 std::vector<std::pair<std::wstring, std::wstring>> catalogTables(const ZanDwgMarker& marker) {
-  std::vector<ZanScriptEntry> rules;
+  std::vector<ZanSharedEntry> rules;
   GetRulesForCode(marker.record.controlRules, marker.record.GetOptionCode(), rules);
   std::vector<std::pair<std::wstring, std::wstring>> pairs;
-  for (const ZanScriptEntry& rule : rules)
-    pairs.insert(pairs.end(), rule.params.begin(), rule.params.end());
+  for (const ZanSharedEntry& rule : rules)
+    pairs.insert(pairs.end(), rule->params.begin(), rule->params.end());
   return pairs;
 }
 

@@ -162,8 +162,8 @@ bool MarkerWalk::runMarker(const ZanExecRecord& item) {
   build_.executedCodes.push_back(code);
   SetMarkerData(marker.index, values);
   bool result = true;
-  for (const ZanScriptEntry& row : item.rows) {
-    result = runRow(row, item.markerId, *variables);
+  for (const ZanSharedEntry& row : item.rows) {
+    result = runRow(*row, item.markerId, *variables);
     if (build_.hasQuit) return false;
   }
   noteRun(code, values);

@@ -81,7 +81,7 @@ void ZanWidgetManagerMcc::Initialise(ZanConfigUnit* unit, const ZanOptionGroup& 
   SetUnit(unit);
   if (!group.options.empty()) count_ = toInt(group.options.front().text);
   if (unit) {
-    const std::vector<ZanScriptEntry>& rules = unit->options.controlRules;
+    const ZanScriptRules& rules = unit->options.controlRules;
     if (!rules.empty()) motorCommand_ = rules[0].text;
     if (rules.size() > 1) wireCommand_ = rules[1].text;
   }

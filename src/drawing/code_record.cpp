@@ -23,6 +23,16 @@ bool ZanOptionGroup::selectValue(std::int32_t value) {
   return true;
 }
 
+const ZanScriptRules::Rows& ZanScriptRules::rows() const {
+  static const Rows none;
+  return rows_ ? *rows_ : none;
+}
+
+void ZanScriptRules::push_back(ZanScriptEntry entry) {
+  if (!rows_ || rows_.use_count() > 1) rows_ = std::make_shared<Rows>(rows());
+  rows_->push_back(std::move(entry));
+}
+
 std::int32_t ZanCodeRecord::GetOptionCode() const {
   if (groups.empty()) return incompleteOptionCode;
   std::int64_t sum = 0;
@@ -36,9 +46,9 @@ std::int32_t ZanCodeRecord::GetOptionCode() const {
   return static_cast<std::int32_t>(std::clamp<std::int64_t>(sum, Limits::min(), Limits::max()));
 }
 
-std::vector<ZanScriptEntry> ZanCodeRecord::scriptRows() const {
+std::vector<ZanSharedEntry> ZanCodeRecord::scriptRows() const {
   const std::int32_t code = GetOptionCode();
-  std::vector<ZanScriptEntry> rows;
+  std::vector<ZanSharedEntry> rows;
   if (GetRulesForCode(firstRules, code, rows)) GetRulesForCode(secondRules, code, rows);
   return rows;
 }
@@ -58,11 +68,10 @@ const ZanOptionGroup* ZanCodeRecord::controlGroup() const {
   return found == groups.end() ? nullptr : &*found;
 }
 
-bool GetRulesForCode(
-    const std::vector<ZanScriptEntry>& rules, std::int32_t code, std::vector<ZanScriptEntry>& out) {
+bool GetRulesForCode(const ZanScriptRules& rules, std::int32_t code, std::vector<ZanSharedEntry>& out) {
   if (rules.empty()) return true;
-  for (const ZanScriptEntry& rule : rules)
-    if (rule.code == code) out.push_back(rule);
+  for (std::size_t i = 0; i < rules.size(); ++i)
+    if (rules[i].code == code) out.push_back(rules.share(i));
   return !out.empty();
 }
 

@@ -2,7 +2,10 @@
 // of the selected options' values is the option code; it alone picks what runs and what is shown.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
+#include <initializer_list>
+#include <memory>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -41,6 +44,39 @@ struct ZanScriptEntry {
   friend bool operator==(const ZanScriptEntry&, const ZanScriptEntry&) = default;
 };
 
+/// A rule as records and what is executed share it: read from the worksheet once, never changed.
+using ZanSharedEntry = std::shared_ptr<const ZanScriptEntry>;
+
+/// The rules of one kind in worksheet order. Each marker has a copy of its record; the copies share their rules, since
+/// a template of ten thousand markers would otherwise hold as many copies of the same forms.
+class ZanScriptRules final {
+public:
+  using Rows = std::vector<ZanScriptEntry>;
+
+  ZanScriptRules() = default;
+  ZanScriptRules(Rows rows) : rows_(std::make_shared<Rows>(std::move(rows))) {}
+  ZanScriptRules(std::initializer_list<ZanScriptEntry> rows) : ZanScriptRules(Rows(rows)) {}
+
+  [[nodiscard]] const Rows& rows() const;
+  [[nodiscard]] bool empty() const { return rows().empty(); }
+  [[nodiscard]] std::size_t size() const { return rows().size(); }
+  [[nodiscard]] const ZanScriptEntry& operator[](std::size_t index) const { return rows()[index]; }
+  [[nodiscard]] Rows::const_iterator begin() const { return rows().begin(); }
+  [[nodiscard]] Rows::const_iterator end() const { return rows().end(); }
+
+  /// The rule at `index`, which then outlives the record.
+  [[nodiscard]] ZanSharedEntry share(std::size_t index) const { return {rows_, &(*rows_)[index]}; }
+  /// Other records that share the list keep theirs.
+  void push_back(ZanScriptEntry entry);
+
+  friend bool operator==(const ZanScriptRules& left, const ZanScriptRules& right) {
+    return left.rows() == right.rows();
+  }
+
+private:
+  std::shared_ptr<Rows> rows_; ///< null for an empty list
+};
+
 /// The option code of a record whose groups are not all answered, or that has none.
 inline constexpr std::int32_t incompleteOptionCode = -1;
 /// The fixed option code of a motor or load unit.
@@ -54,9 +90,9 @@ inline constexpr std::wstring_view loadControlTitle = L"!PF_CTRL";
 struct ZanCodeRecord {
   std::wstring title;
   std::vector<ZanOptionGroup> groups;
-  std::vector<ZanScriptEntry> firstRules;
-  std::vector<ZanScriptEntry> secondRules;
-  std::vector<ZanScriptEntry> controlRules; ///< these name the widget managers of the marker
+  ZanScriptRules firstRules;
+  ZanScriptRules secondRules;
+  ZanScriptRules controlRules; ///< these name the widget managers of the marker
 
   /// The sum of the values of all selected options; `incompleteOptionCode` when a group has none or there is no group.
   /// Two selected options in one group both count: the mark comes from the worksheet, and nothing forbids a second.
@@ -64,7 +100,7 @@ struct ZanCodeRecord {
 
   /// The rows that run: those of the first list, then those of the second. A first list that is not empty but has no
   /// match silences the second.
-  [[nodiscard]] std::vector<ZanScriptEntry> scriptRows() const;
+  [[nodiscard]] std::vector<ZanSharedEntry> scriptRows() const;
 
   /// The values of the selected options, group by group.
   [[nodiscard]] std::vector<std::int32_t> selectedValues() const;
@@ -77,7 +113,6 @@ struct ZanCodeRecord {
 
 /// Appends the rules whose code is exactly `code` to `out`. True when `out` holds anything afterwards, whoever put it
 /// there, or when `rules` is empty.
-bool GetRulesForCode(
-    const std::vector<ZanScriptEntry>& rules, std::int32_t code, std::vector<ZanScriptEntry>& out);
+bool GetRulesForCode(const ZanScriptRules& rules, std::int32_t code, std::vector<ZanSharedEntry>& out);
 
 } // namespace brenvolt

@@ -13,8 +13,8 @@ namespace brenvolt {
 
 /// What the build executes at one marker.
 struct ZanExecRecord {
-  std::vector<ZanScriptEntry> rows;
-  std::vector<ZanScriptEntry> spare; ///< stays empty
+  std::vector<ZanSharedEntry> rows;
+  std::vector<ZanSharedEntry> spare; ///< stays empty
   std::int32_t markerId = 0;
 };
 

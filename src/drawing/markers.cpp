@@ -3,7 +3,9 @@
 #include "text/assertion.h"
 #include "text/numbers.h"
 
+#include <algorithm>
 #include <unordered_map>
+#include <utility>
 
 namespace brenvolt {
 
@@ -78,18 +80,22 @@ bool ZanDwgMarkerList::holdsHandle(KvDbHandle handle) const {
 
 void ZanDwgMarkerList::Insert(ZanDwgMarker marker) {
   BRENVOLT_ASSERT(marker.children() == nullptr, "a marker comes into a list before it has children");
-  const double key = toDouble(marker.order);
-  pending_[key].push_back(std::move(marker));
+  pending_.push_back(std::move(marker));
 }
 
 void ZanDwgMarkerList::Finish() {
-  for (auto& [key, group] : pending_)
-    for (ZanDwgMarker& marker : group) {
-      marker.ordinal = ++countOfCode_[marker.code];
-      marker.tree_ = tree_;
-      tree_->add(marker, {this, markers_.size()});
-      markers_.push_back(std::move(marker));
-    }
+  std::vector<std::pair<double, std::size_t>> order;
+  order.reserve(pending_.size());
+  for (const ZanDwgMarker& marker : pending_)
+    order.emplace_back(toDouble(marker.order), order.size());
+  std::sort(order.begin(), order.end());
+  for (const auto& [key, inserted] : order) {
+    ZanDwgMarker& marker = pending_[inserted];
+    marker.ordinal = ++countOfCode_[marker.code];
+    marker.tree_ = tree_;
+    tree_->add(marker, {this, markers_.size()});
+    markers_.push_back(std::move(marker));
+  }
   pending_.clear();
 }
 

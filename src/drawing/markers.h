@@ -110,7 +110,7 @@ private:
   explicit ZanDwgMarkerList(std::shared_ptr<MarkerIndex> tree);
 
   std::shared_ptr<MarkerIndex> tree_;
-  std::map<double, std::vector<ZanDwgMarker>> pending_; ///< empty outside a scan
+  Markers pending_; ///< as they were inserted; empty outside a scan
   Markers markers_;
   std::map<std::wstring, std::int32_t, CollatingLess> countOfCode_;
 };

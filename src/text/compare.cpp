@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cstdint>
 #include <cstdlib>
 
 namespace brenvolt {
@@ -109,6 +110,7 @@ template <typename Map>
 int compareMapped(std::wstring_view left, std::wstring_view right, Map map) {
   const std::size_t common = std::min(left.size(), right.size());
   for (std::size_t i = 0; i < common; ++i) {
+    if (left[i] == right[i]) continue;
     const wchar_t a = map(left[i]);
     const wchar_t b = map(right[i]);
     if (a != b) return a < b ? -1 : 1;
@@ -132,6 +134,14 @@ int compareOrdinalNoCase(std::wstring_view left, std::wstring_view right) {
 
 bool equalsOrdinalNoCase(std::wstring_view left, std::wstring_view right) {
   return left.size() == right.size() && compareOrdinalNoCase(left, right) == 0;
+}
+
+std::size_t OrdinalNoCaseHash::operator()(std::wstring_view text) const {
+  // FNV-1a over whole characters.
+  std::uint64_t hash = 14695981039346656037u;
+  for (const wchar_t c : text)
+    hash = (hash ^ static_cast<std::uint64_t>(upperOf(c))) * 1099511628211u;
+  return static_cast<std::size_t>(hash);
 }
 
 int compareCollating(std::wstring_view left, std::wstring_view right) {

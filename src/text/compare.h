@@ -29,6 +29,16 @@ struct CollatingLess {
   }
 };
 
+/// For hashed containers whose keys compare by `equalsOrdinalNoCase`.
+struct OrdinalNoCaseHash {
+  [[nodiscard]] std::size_t operator()(std::wstring_view text) const;
+};
+struct OrdinalNoCaseEqual {
+  [[nodiscard]] bool operator()(std::wstring_view left, std::wstring_view right) const {
+    return equalsOrdinalNoCase(left, right);
+  }
+};
+
 /// Simple case mapping, code unit by code unit, the same in every locale. A letter beyond ASCII never maps to an
 /// ASCII one.
 [[nodiscard]] std::wstring toUpper(std::wstring_view text);

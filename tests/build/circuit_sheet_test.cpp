@@ -12,7 +12,7 @@ using namespace brenvolt;
 
 namespace {
 
-std::wstring describe(const std::vector<ZanScriptEntry>& rules) {
+std::wstring describe(const ZanScriptRules& rules) {
   std::wstring text;
   for (const ZanScriptEntry& entry : rules) {
     text += L" " + formatInt(entry.code) + L":" + entry.text;

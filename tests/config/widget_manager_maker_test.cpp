@@ -81,7 +81,7 @@ TEST_CASE("rules with the same text and tables share a manager; rules without ta
   const Params breaker = {{L"CB", L"Breaker"}};
   struct Case {
     const char* name;
-    std::vector<ZanScriptEntry> rules;
+    ZanScriptRules rules;
     const char* bindings;
   };
   const Case cases[] = {
@@ -116,7 +116,7 @@ TEST_CASE("a motor or load group among the options makes a control unit, but not
 
     ZanConfigUnit silent(2);
     silent.options = controlRecord(title);
-    silent.options.controlRules.clear();
+    silent.options.controlRules = {};
     CHECK_FALSE(maker->MakeManagers(silent));
     CHECK_FALSE(silent.control);
   }

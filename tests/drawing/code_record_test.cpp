@@ -35,11 +35,11 @@ TEST_CASE("the option code sums every selected value and needs a choice in each 
 }
 
 TEST_CASE("rows run by exact code, and a first list without a match silences the second") {
-  const std::vector<ZanScriptEntry> one = {{L"(one)", 1, {}}, {L"(blank)", -1, {}}, {L"(one-b)", 1, {}}};
-  const std::vector<ZanScriptEntry> other = {{L"(uno)", 1, {}}, {L"(dos)", 2, {}}};
+  const ZanScriptRules one = {{L"(one)", 1, {}}, {L"(blank)", -1, {}}, {L"(one-b)", 1, {}}};
+  const ZanScriptRules other = {{L"(uno)", 1, {}}, {L"(dos)", 2, {}}};
   const struct {
-    std::vector<ZanScriptEntry> first;
-    std::vector<ZanScriptEntry> second;
+    ZanScriptRules first;
+    ZanScriptRules second;
     std::int32_t selected; ///< 0 selects nothing
     std::vector<std::wstring> texts;
   } rows[] = {
@@ -55,8 +55,8 @@ TEST_CASE("rows run by exact code, and a first list without a match silences the
     record.firstRules = row.first;
     record.secondRules = row.second;
     std::vector<std::wstring> texts;
-    for (const ZanScriptEntry& entry : record.scriptRows())
-      texts.push_back(entry.text);
+    for (const ZanSharedEntry& entry : record.scriptRows())
+      texts.push_back(entry->text);
     CHECK(texts == row.texts);
   }
 }

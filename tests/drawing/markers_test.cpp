@@ -155,11 +155,11 @@ TEST_CASE("records are attached once, and a template of another workbook is told
   list.Finish();
   CHECK(AttachRecords(list, lookup));
   CHECK_FALSE(list.markers()[0].hasOptions());
-  CHECK(execRecordOf(list.markers()[1]).rows.at(0).text == L"(x)");
+  CHECK(execRecordOf(list.markers()[1]).rows.at(0)->text == L"(x)");
 
   list.markers()[1].record.groups[0].selectValue(2);
   CHECK(AttachRecords(list, lookup)); // a later scan of the list keeps what was selected
-  CHECK(execRecordOf(list.markers()[1]).rows.at(0).text == L"(y)");
+  CHECK(execRecordOf(list.markers()[1]).rows.at(0)->text == L"(y)");
   CHECK(execRecordOf(list.markers()[0]).rows.empty());
 }
 
