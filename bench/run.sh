@@ -11,5 +11,9 @@ fi
 for name in "${names[@]}"; do
   [ -x "out/bin/$name" ] || { echo "no benchmark $name: see bench/CMakeLists.txt" >&2; exit 1; }
   printf '\n== %s\n' "$name"
-  "out/bin/$name"
+  options=()
+  # Long runs one after the other would compare two states of the machine: they take turns, several times.
+  [ "$name" != build_bench ] || options=(--benchmark_enable_random_interleaving=true --benchmark_repetitions=9
+    --benchmark_min_time=0.1 --benchmark_report_aggregates_only=true)
+  "out/bin/$name" "${options[@]}"
 done
