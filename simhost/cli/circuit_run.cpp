@@ -26,7 +26,7 @@ brenvolt::ZanCircuitEntry findEntry(const SessionRun& run, const std::string& wo
   if (found == nullptr)
     throw BadInput(
         toUtf8(catalogue.workbook) + ": circuit \"" + run.circuit + "\" has no type \"" + run.type + "\"");
-  const brenvolt::ZanCircuitEntry entry = *found;
+  brenvolt::ZanCircuitEntry entry = *found;
   if (!catalogue.readWorksheet(entry.worksheet)) throw BadInput(workbook + ": " + toUtf8(catalogue.error()));
   return entry;
 }

@@ -14,7 +14,6 @@
 namespace simhost {
 
 using brenvolt::fromUtf8;
-using brenvolt::toUtf8;
 
 namespace {
 

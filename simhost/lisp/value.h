@@ -46,7 +46,7 @@ struct Place {
 
 /// The common part of everything on the heap.
 struct Object {
-  explicit Object(Kind kindOfObject) : kind(kindOfObject) {}
+  explicit Object(Kind kindOfObject) : kind(kindOfObject) {} // NOLINT(*-member-init): a union
   Object(const Object&) = delete;
   Object& operator=(const Object&) = delete;
 
