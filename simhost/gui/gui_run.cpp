@@ -4,6 +4,8 @@
 #include "simhost/gui/main_window.h"
 #include "simhost/host/errors.h"
 #include "simhost/host/files.h"
+#include "simhost/lisp/printer.h"
+#include "simhost/qt/session_player.h"
 #include "simhost/site/exit_code.h"
 #include "simhost/site/site_run.h"
 #include "simhost/ui/file_names.h"
@@ -12,6 +14,8 @@
 
 #include <CLI/CLI.hpp>
 #include <QApplication>
+#include <QLibraryInfo>
+#include <QTranslator>
 
 #include <cstdio>
 #include <cstdlib>
@@ -23,11 +27,16 @@
 namespace simhost {
 namespace {
 
+/// Between two actions of a session that somebody watches.
+constexpr int pauseToWatch = 500; // milliseconds
+
 struct GuiOptions {
   SiteRunOptions site;
   std::string record;
   std::string theme;
   std::string screenshot;
+  std::string play;
+  std::string pictures;
 };
 
 /// Qt ends the process when it finds no screen, so a missing one must be seen before. Without `platform` Qt takes
@@ -77,6 +86,55 @@ SessionRun runOf(const MainWindow& window, const GuiOptions& options) {
   return seenFrom(std::move(run), {}, std::filesystem::path(options.record).parent_path());
 }
 
+/// The session that is to be played, and on the options what it says of the start.
+AnswerFile readPlay(GuiOptions& options) {
+  if (options.play.empty()) return {};
+  try {
+    AnswerFile session = parseAnswerFile(readInput(options.play), options.play);
+    if (!session.run || session.run->forms.empty())
+      throw BadInput(
+          options.play + ": names no LISP forms to run; \"brenvolt replay\" runs what names a circuit");
+    session.run = seenFrom(*session.run, std::filesystem::path(options.play).parent_path(), {});
+    if (options.site.drawing.empty()) options.site.drawing = session.run->drawing;
+    if (options.site.language.empty()) options.site.language = session.run->language;
+    return session;
+  } catch (const AnswerError& error) {
+    throw BadInput(error.what());
+  }
+}
+
+/// Qt's own words, in the dialog for files and on the buttons of messages.
+void loadQtWords(QTranslator& translator, const std::string& language) {
+  const QString folder = QLibraryInfo::path(QLibraryInfo::TranslationsPath);
+  if (translator.load(QStringLiteral("qtbase_") + QString::fromStdString(language), folder))
+    QCoreApplication::installTranslator(&translator);
+}
+
+/// Runs the forms of a session in the windows. Throws BadInput with the reason when it cannot go on.
+void playSession(
+    MainWindow& window, QtWindows& windows, const AnswerFile& session, const GuiOptions& options) {
+  std::error_code error;
+  if (!options.pictures.empty()) std::filesystem::create_directories(options.pictures, error);
+  if (error) throw CannotWrite(options.pictures + ": " + error.message());
+  SessionPlayer player(
+      windows, session.steps, options.play, {options.pictures, options.pictures.empty() ? pauseToWatch : 0});
+  std::vector<std::wstring> forms;
+  if (!session.run->project.empty())
+    forms.push_back(
+        L"(setq site-project-database " +
+        lisp::printValue(
+            lisp::Value::string(brenvolt::fromUtf8(session.run->project)), lisp::PrintStyle::readable) +
+        L")");
+  for (const std::string& form : session.run->forms)
+    forms.push_back(brenvolt::fromUtf8(form));
+  for (const std::wstring& form : forms) {
+    const CommandOutcome outcome = window.runner().run(QStringLiteral("LISP"), form);
+    if (!player.failure().empty()) throw BadInput(brenvolt::toUtf8(player.failure()));
+    if (outcome.kind == CommandOutcome::Kind::failed) throw BadInput(brenvolt::toUtf8(outcome.message));
+  }
+  windows.setPicker(&window);
+}
+
 ExitCode show(int argc, char** argv, GuiOptions& options) {
   if (!hasScreen())
     throw BadInput(
@@ -84,7 +142,10 @@ ExitCode show(int argc, char** argv, GuiOptions& options) {
   qInstallMessageHandler(tellFatal);
   QApplication application(argc, argv);
   QApplication::setApplicationName(QStringLiteral("ZanBrenvolt"));
+  const AnswerFile session = readPlay(options);
   options.site.language = languageFor(options.site);
+  QTranslator translator;
+  loadQtWords(translator, options.site.language);
   const HostTexts texts(defaultResourceFolder(), options.site.language);
   QtWindows windows;
   windows.setHelpFolder(programFolder() / "docs");
@@ -92,6 +153,7 @@ ExitCode show(int argc, char** argv, GuiOptions& options) {
   MainWindow window(site, windows, texts);
   if (!options.theme.empty()) window.setPaper(options.theme == "dark" ? Paper::dark : Paper::light);
   window.show();
+  if (session.run) playSession(window, windows, session, options);
   if (!options.screenshot.empty()) {
     QCoreApplication::processEvents();
     window.view().zoomExtents();
@@ -100,6 +162,7 @@ ExitCode show(int argc, char** argv, GuiOptions& options) {
       throw CannotWrite(options.screenshot);
     return ExitCode::done;
   }
+  if (!options.pictures.empty()) return ExitCode::done;
   QApplication::exec();
   if (!options.record.empty()) {
     windows.recorder().setRun(runOf(window, options));
@@ -133,6 +196,11 @@ int runGui(int argc, char** argv) {
       ->type_name("FILE");
   app.add_option("--screenshot", options.screenshot, "Write a picture of the window and leave")
       ->type_name("FILE");
+  CLI::Option* const play =
+      app.add_option("--play", options.play, "Do in the windows what this session says")->type_name("FILE");
+  app.add_option("--pictures", options.pictures, "Write a picture of each window of the session and leave")
+      ->type_name("DIR")
+      ->needs(play);
   app.footer(
       "Exit codes: 0 done, 1 wrong arguments, 2 unexpected, 3 bad input or no screen, 4 cannot write.");
   try {

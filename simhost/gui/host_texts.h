@@ -94,7 +94,12 @@ enum class HostText : unsigned {
   promptTitle,
   historyTitle,
   historyQuestion,
-  noHistory
+  noHistory,
+
+  hideForGood = 600,
+  helpTitle,
+  noDrawing,
+  nothingToSet
 };
 
 class HostTexts final {

@@ -35,9 +35,11 @@ constexpr const wchar_t* settingsKey = L"SimHost";
 
 QPalette paletteFor(Paper paper) {
   if (paper == Paper::light) return QStyleFactory::create(QStringLiteral("Fusion"))->standardPalette();
-  QPalette palette(QColor(0x2b, 0x2f, 0x36));
-  palette.setColor(QPalette::Base, QColor(0x22, 0x25, 0x2b));
-  palette.setColor(QPalette::AlternateBase, QColor(0x2b, 0x2f, 0x36));
+  // The style draws outlines in a darker window colour, which says little here: fields and ticks stand out by being
+  // much darker than the window.
+  QPalette palette(QColor(0x50, 0x56, 0x60), QColor(0x38, 0x3d, 0x45));
+  palette.setColor(QPalette::Base, QColor(0x1f, 0x22, 0x27));
+  palette.setColor(QPalette::AlternateBase, QColor(0x27, 0x2b, 0x31));
   palette.setColor(QPalette::Highlight, QColor(0x2f, 0x74, 0xc0));
   palette.setColor(QPalette::Link, QColor(0x6c, 0xb0, 0xf0));
   for (const QPalette::ColorRole role :
@@ -45,10 +47,10 @@ QPalette paletteFor(Paper paper) {
         QPalette::BrightText})
     palette.setColor(role, QColor(0xe6, 0xe8, 0xea));
   palette.setColor(QPalette::PlaceholderText, QColor(0x8a, 0x90, 0x98));
-  palette.setColor(QPalette::ToolTipBase, QColor(0x38, 0x3d, 0x45));
+  palette.setColor(QPalette::ToolTipBase, QColor(0x22, 0x25, 0x2b));
   palette.setColor(QPalette::ToolTipText, QColor(0xe6, 0xe8, 0xea));
   for (const QPalette::ColorRole role : {QPalette::Text, QPalette::WindowText, QPalette::ButtonText})
-    palette.setColor(QPalette::Disabled, role, QColor(0x7a, 0x80, 0x88));
+    palette.setColor(QPalette::Disabled, role, QColor(0x86, 0x8c, 0x94));
   return palette;
 }
 
@@ -77,6 +79,9 @@ MainWindow::MainWindow(SiteRun& site, QtWindows& windows, const HostTexts& texts
   windows_.setMainWindow(this);
   windows_.setPicker(this);
   windows_.setSettings(&settings());
+  windows_.setWords(
+      {texts_(HostText::hideForGood), texts_(HostText::helpTitle), texts_(HostText::noDrawing),
+       texts_(HostText::nothingToSet)});
   file_ = toQt(site_.session().documents().current()->fileName());
   savedChange_ = drawing().undoLog().changeCount();
   shownChange_ = savedChange_ + 1;

@@ -13,16 +13,21 @@
 
 #include <QCheckBox>
 #include <QComboBox>
+#include <QHelpEvent>
 #include <QLabel>
 #include <QLineEdit>
 #include <QListWidget>
 #include <QPushButton>
 #include <QRadioButton>
+#include <QScrollBar>
 #include <QSignalBlocker>
+#include <QStylePainter>
+#include <QToolTip>
 #include <QWheelEvent>
 
 #include <nlohmann/json.hpp>
 
+#include <algorithm>
 #include <utility>
 
 namespace simhost {
@@ -31,6 +36,9 @@ using brenvolt::toUtf8;
 using Json = nlohmann::ordered_json;
 
 namespace {
+
+/// Between the text of a button and its frame, both sides together.
+constexpr int buttonMargin = 10;
 
 std::string readingOf(const QString& text) {
   return text.toStdString();
@@ -66,7 +74,7 @@ private:
     // What can only be read looks like the window, not like a field that waits.
     edit_->setFrame(!text_.isReadOnly());
     QPalette palette = edit_->window()->palette();
-    if (text_.isReadOnly()) palette.setColor(QPalette::Base, palette.color(QPalette::Window));
+    if (text_.isReadOnly()) palette.setColor(QPalette::Base, Qt::transparent);
     edit_->setPalette(palette);
   }
 
@@ -79,10 +87,30 @@ class OpeningComboBox final : public QComboBox {
 public:
   explicit OpeningComboBox(std::function<bool()> opens) : opens_(std::move(opens)) {}
   void showPopup() override {
-    if (opens_()) QComboBox::showPopup();
+    if (!opens_()) return;
+    // An entry that is longer than the field is read in full here.
+    const int wanted = view()->sizeHintForColumn(0) + view()->verticalScrollBar()->sizeHint().width();
+    view()->setMinimumWidth(std::min(wanted, window()->width()));
+    QComboBox::showPopup();
   }
 
 protected:
+  /// A text that is too long ends in dots, and is told in full by the tooltip.
+  void paintEvent(QPaintEvent* event) override {
+    if (isEditable()) return QComboBox::paintEvent(event);
+    QStylePainter painter(this);
+    QStyleOptionComboBox option;
+    initStyleOption(&option);
+    option.currentText = fontMetrics().elidedText(option.currentText, Qt::ElideRight, roomForText());
+    painter.drawComplexControl(QStyle::CC_ComboBox, option);
+    painter.drawControl(QStyle::CE_ComboBoxLabel, option);
+  }
+  bool event(QEvent* event) override {
+    const bool isCut = !isEditable() && fontMetrics().horizontalAdvance(currentText()) > roomForText();
+    if (event->type() != QEvent::ToolTip || !isCut) return QComboBox::event(event);
+    QToolTip::showText(static_cast<QHelpEvent*>(event)->globalPos(), currentText(), this);
+    return true;
+  }
   /// A wheel that turns over a list on its way changes nothing.
   void wheelEvent(QWheelEvent* event) override {
     if (hasFocus())
@@ -92,6 +120,15 @@ protected:
   }
 
 private:
+  [[nodiscard]] int roomForText() const {
+    QStyleOptionComboBox option;
+    initStyleOption(&option);
+    const QRect field =
+        style()->subControlRect(QStyle::CC_ComboBox, &option, QStyle::SC_ComboBoxEditField, this);
+    constexpr int styleMargin = 2; // of the text within the field
+    return field.width() - styleMargin;
+  }
+
   std::function<bool()> opens_;
 };
 
@@ -272,6 +309,9 @@ public:
 private:
   void show() override {
     push_->setText(labelText());
+    // The style leaves no room beside a text that is longer than its smallest button.
+    const int textWidth = push_->fontMetrics().size(Qt::TextShowMnemonic, push_->text()).width();
+    push_->setMinimumWidth(textWidth + 2 * push_->fontMetrics().averageCharWidth() + buttonMargin);
     if (image_ == button_.image()) return;
     image_ = button_.image();
     push_->setIcon(buttonIcon(image_, push_->palette()));
@@ -324,7 +364,10 @@ void ControlView::refresh() {
       beside->setEnabled(isEnabled);
       beside->setToolTip(shown.toolTip());
     }
-  if (label_ != nullptr) label_->setText(labelText());
+  if (label_ == nullptr) return;
+  label_->setText(labelText());
+  // The line below a letter parts the text, which is then a little wider than what the label counts with.
+  label_->setMinimumWidth(label_->sizeHint().width() + 2);
 }
 
 std::unique_ptr<ControlView> makeView(QtDialog& dialog, ControlModel& model, const ControlLook& look) {

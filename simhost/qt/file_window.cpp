@@ -5,14 +5,19 @@
 
 #include <QDir>
 #include <QFileInfo>
+#include <QHeaderView>
 #include <QLineEdit>
 #include <QSignalBlocker>
+#include <QSplitter>
+#include <QTreeView>
 
 #include <utility>
 
 namespace simhost {
 
 namespace {
+
+constexpr int nameColumn = 0;
 
 /// A title that names no pattern shows all files.
 QString filterOf(const std::wstring& title) {
@@ -35,6 +40,16 @@ FileWindow::FileWindow(const FileQuestion& question, const FileEvents& events, N
   for (const std::wstring& type : question.types)
     filters_.append(filterOf(type));
   if (!filters_.isEmpty()) setNameFilters(filters_);
+  // Names and dates are read in full.
+  const int character = fontMetrics().averageCharWidth();
+  resize(character * 110, character * 65);
+  if (auto* places = findChild<QSplitter*>(QStringLiteral("splitter")))
+    places->setSizes({character * 20, character * 90});
+  if (auto* files = findChild<QTreeView*>(QStringLiteral("treeView"))) {
+    files->header()->setStretchLastSection(false);
+    files->header()->setSectionResizeMode(QHeaderView::ResizeToContents);
+    files->header()->setSectionResizeMode(nameColumn, QHeaderView::Stretch);
+  }
   answer_.path = question.fileName;
   nameField().setText(toQt(question.fileName));
   connect(this, &QFileDialog::filterSelected, this, [this](const QString& filter) { takeType(filter); });

@@ -1,6 +1,7 @@
 // Cells of a grid as a table, with editors for texts, drop-downs and ticks.
 #include "simhost/qt/grid_view.h"
 
+#include "simhost/qt/column_widths.h"
 #include "simhost/qt/qt_dialog.h"
 #include "simhost/qt/qt_text.h"
 #include "text/encoding.h"
@@ -9,6 +10,7 @@
 #include <QApplication>
 #include <QComboBox>
 #include <QHeaderView>
+#include <QPainter>
 #include <QSignalBlocker>
 #include <QStyledItemDelegate>
 #include <QTimer>
@@ -30,6 +32,10 @@ namespace {
 constexpr int rowsMeasured = 200;
 /// A column of texts is not wider than this, in characters.
 constexpr int widestColumn = 40;
+/// Room for the mark of a cell with a list, in pixels.
+constexpr int arrowWidth = 16;
+/// A column at the head of the rows that says nothing, in pixels.
+constexpr int rowHeadWidth = 12;
 
 bool isDark(const QPalette& palette) {
   return palette.color(QPalette::Base).lightness() < 128;
@@ -70,7 +76,7 @@ public:
     case Qt::BackgroundRole:
       if (isAlert)
         return isDark(QApplication::palette()) ? QColor(0x5C, 0x12, 0x1B) : QColor(0xFD, 0xE3, 0xE5);
-      if (kind == KvUiCellKind::fixed && grid_.IsEditable())
+      if ((kind == KvUiCellKind::fixed && grid_.IsEditable()) || isRowHead(index.column()))
         return QApplication::palette().brush(QPalette::Window);
       return {};
     default:
@@ -125,6 +131,11 @@ public:
     return grid_.cellKind(index.row() + 1, index.column()) == KvUiCellKind::dropDown;
   }
 
+  /// The column ahead of the first one with a title.
+  [[nodiscard]] bool isRowHead(int column) const {
+    return column == 0 && grid_.ColumnCount() > 1 && grid_.Cell(0, 0).empty() && !grid_.Cell(0, 1).empty();
+  }
+
   void refresh() {
     const int rows = grid_.RowCount() + (grid_.hasNewRow() ? 1 : 0);
     const int columns = grid_.ColumnCount();
@@ -164,6 +175,24 @@ public:
     return box;
   }
 
+  /// A cell with a list shows so before it is opened.
+  void paint(QPainter* painter, const QStyleOptionViewItem& option, const QModelIndex& index) const override {
+    if (!hasArrow(index)) return QStyledItemDelegate::paint(painter, option, index);
+    QStyleOptionViewItem cell = option;
+    initStyleOption(&cell, index);
+    const QStyle& style = *cell.widget->style();
+    QStyleOptionViewItem arrow = cell;
+    arrow.rect.setLeft(arrow.rect.right() - arrowWidth);
+    arrow.rect = QStyle::alignedRect(
+        cell.direction, Qt::AlignCenter, QSize(arrowWidth / 2, arrowWidth / 2), arrow.rect);
+    cell.text = cell.fontMetrics.elidedText(cell.text, Qt::ElideRight, cell.rect.width() - arrowWidth);
+    style.drawControl(QStyle::CE_ItemViewItem, &cell, painter, cell.widget);
+    style.drawPrimitive(QStyle::PE_IndicatorArrowDown, &arrow, painter, cell.widget);
+  }
+  QSize sizeHint(const QStyleOptionViewItem& option, const QModelIndex& index) const override {
+    return QStyledItemDelegate::sizeHint(option, index) + QSize(hasArrow(index) ? arrowWidth : 0, 0);
+  }
+
   void setEditorData(QWidget* editor, const QModelIndex& index) const override {
     // Cells change while an editor is open; what stands in it is up to the person.
     if (editor->property("opened").toBool()) return;
@@ -186,6 +215,10 @@ public:
   }
 
 private:
+  [[nodiscard]] bool hasArrow(const QModelIndex& index) const {
+    return model_.isDropDown(index) && index.flags() & Qt::ItemIsEditable;
+  }
+
   const GridTableModel& model_;
 };
 
@@ -205,7 +238,15 @@ public:
     verticalHeader()->setDefaultSectionSize(fontMetrics().height() + 8);
     horizontalHeader()->setHighlightSections(false);
     horizontalHeader()->setResizeContentsPrecision(rowsMeasured);
-    horizontalHeader()->setDefaultAlignment(Qt::AlignLeft | Qt::AlignVCenter);
+    horizontalHeader()->setDefaultAlignment(Qt::Alignment::fromInt(
+        static_cast<int>(Qt::AlignLeft) | static_cast<int>(Qt::AlignVCenter) |
+        static_cast<int>(Qt::TextWordWrap)));
+    connect(horizontalHeader(), &QHeaderView::sectionResized, this, [this] {
+      // Only a person drags a border.
+      if (isLayingOut_ || !horizontalHeader()->viewport()->underMouse()) return;
+      hasOwnWidths_ = true;
+      ownWidthsFor_ = grid_.ColumnCount();
+    });
     connect(this, &QTableView::doubleClicked, this, [this](const QModelIndex& index) {
       const int row = index.row() + 1;
       const int column = index.column();
@@ -219,6 +260,8 @@ public:
   }
 
   void refresh() override {
+    // The flow fills the grid: it tells when it has done so.
+    if (grid_.isDrawingLocked()) return;
     // An editor that hands its text over must not be taken away meanwhile.
     if (isCommitting_) {
       isRefreshDue_ = true;
@@ -322,35 +365,60 @@ private:
   }
 
   void layOutColumns() {
-    const std::vector<int>& parts = grid_.columnWidths();
+    if (hasOwnWidths_ && ownWidthsFor_ == grid_.ColumnCount()) return;
     QHeaderView& header = *horizontalHeader();
-    if (static_cast<int>(parts.size()) != grid_.ColumnCount() || parts.empty()) {
-      fitColumns();
-      return;
-    }
-    int sum = 0;
-    for (int column = 0; column < grid_.ColumnCount(); ++column)
-      if (!grid_.isHidden(column)) sum += parts[static_cast<std::size_t>(column)];
+    const bool scrolls = horizontalScrollBarPolicy() != Qt::ScrollBarAlwaysOff;
+    std::vector<ColumnNeed> needs = measureColumns(Title::inOneLine);
+    const int sum = std::accumulate(needs.begin(), needs.end(), 0, [](int before, const ColumnNeed& need) {
+      return before + need.least;
+    });
+    const bool wraps = !header.isHidden() && sum > viewport()->width();
+    if (wraps) needs = measureColumns(Title::wrapped);
+    const std::vector<int> widths =
+        columnWidths(needs, viewport()->width(), scrolls ? Overflow::scrolls : Overflow::squeezes);
+    isLayingOut_ = true;
+    constexpr int aboveAndBelow = 6;
+    header.setFixedHeight(fontMetrics().lineSpacing() * (wraps ? 2 : 1) + aboveAndBelow);
+    header.setMinimumSectionSize(rowHeadWidth);
     header.setStretchLastSection(true);
-    for (int column = 0; column < grid_.ColumnCount() && sum > 0; ++column)
-      header.resizeSection(column, viewport()->width() * parts[static_cast<std::size_t>(column)] / sum);
+    auto width = widths.begin();
+    for (int column = 0; column < grid_.ColumnCount(); ++column)
+      if (!grid_.isHidden(column)) header.resizeSection(column, *width++);
+    isLayingOut_ = false;
   }
 
-  /// As wide as the texts are; what is left over is spread, so that the last column does not get it all.
-  void fitColumns() {
+  /// How a title stands over its column: where there is no room for all titles, below each other in words.
+  enum class Title { inOneLine, wrapped };
+
+  [[nodiscard]] int titleWidth(int column, Title title) const {
+    if (title == Title::inOneLine) return horizontalHeader()->sectionSizeHint(column);
+    int widest = 0;
+    for (const QString& word : toQt(grid_.Cell(0, column)).split(QLatin1Char(' ')))
+      widest = std::max(widest, fontMetrics().horizontalAdvance(word));
+    constexpr int besides = 8;
+    return widest + besides;
+  }
+
+  /// Of the columns that are shown.
+  [[nodiscard]] std::vector<ColumnNeed> measureColumns(Title title) const {
+    constexpr int besides = 6;
+    const std::vector<int>& parts = grid_.columnWidths();
+    const bool hasParts = static_cast<int>(parts.size()) == grid_.ColumnCount();
     const int widest = fontMetrics().averageCharWidth() * widestColumn;
-    std::vector<std::pair<int, int>> widths;
-    int sum = 0;
+    std::vector<ColumnNeed> needs;
     for (int column = 0; column < grid_.ColumnCount(); ++column) {
       if (grid_.isHidden(column)) continue;
-      const int needed = std::max(sizeHintForColumn(column), horizontalHeader()->sectionSizeHint(column));
-      widths.emplace_back(column, std::min(needed + 6, widest));
-      sum += widths.back().second;
+      ColumnNeed need;
+      need.wanted = std::max(sizeHintForColumn(column) + besides, rowHeadWidth);
+      if (!model_->isRowHead(column)) {
+        need.share = hasParts ? parts[static_cast<std::size_t>(column)] : 1;
+        if (!horizontalHeader()->isHidden())
+          need.wanted = std::max(need.wanted, titleWidth(column, title) + besides);
+      }
+      need.least = std::min(need.wanted, widest);
+      needs.push_back(need);
     }
-    const int left = std::max(0, viewport()->width() - sum);
-    horizontalHeader()->setStretchLastSection(true);
-    for (const auto& [column, width] : widths)
-      horizontalHeader()->resizeSection(column, width + left / static_cast<int>(widths.size()));
+    return needs;
   }
 
   QtDialog& dialog_;
@@ -359,6 +427,9 @@ private:
   bool isTakingFocus_ = false;
   bool isCommitting_ = false;
   bool isRefreshDue_ = false;
+  bool isLayingOut_ = false;
+  bool hasOwnWidths_ = false; ///< the person has moved a border between columns
+  int ownWidthsFor_ = 0;      ///< how many columns there were then
 };
 
 class GridView final : public ControlView {

@@ -3,14 +3,93 @@
 
 #include "simhost/qt/qt_text.h"
 
+#include <QAbstractTextDocumentLayout>
 #include <QDialog>
+#include <QFile>
+#include <QRegularExpression>
+#include <QScreen>
+#include <QScrollBar>
+#include <QTextBlock>
 #include <QTextBrowser>
+#include <QTextFrame>
+#include <QTextTable>
 #include <QUrl>
 #include <QVBoxLayout>
 
+#include <algorithm>
 #include <system_error>
 
 namespace simhost {
+
+namespace {
+
+/// A page with room around its text, thin lines in its tables, and pictures that are no wider than it is.
+class ManualPage final : public QTextBrowser {
+public:
+  ManualPage() {
+    setOpenExternalLinks(true);
+    connect(this, &QTextBrowser::sourceChanged, this, [this] { polish(); });
+  }
+
+  void showPage(const std::filesystem::path& page, std::wstring_view topic) {
+    setSource(QUrl::fromLocalFile(QString::fromStdString(page.string())), QTextDocument::MarkdownResource);
+    goTo(page, topic);
+  }
+
+  QVariant loadResource(int type, const QUrl& name) override {
+    QVariant resource = QTextBrowser::loadResource(type, name);
+    if (type != QTextDocument::ImageResource) return resource;
+    QImage picture;
+    if (!picture.loadFromData(resource.toByteArray())) return resource;
+    const int room = viewport()->width() - 2 * pageMargin;
+    if (picture.width() > room) picture = picture.scaledToWidth(room, Qt::SmoothTransformation);
+    return picture;
+  }
+
+private:
+  static constexpr int pageMargin = 16;
+  static constexpr int cellPadding = 4;
+
+  /// The browser does not keep the marks of topics: the heading behind the mark is looked for.
+  void goTo(const std::filesystem::path& page, std::wstring_view topic) {
+    QFile file(QString::fromStdString(page.string()));
+    if (!file.open(QIODevice::ReadOnly)) return;
+    const QString source = QString::fromUtf8(file.readAll());
+    const qsizetype mark = source.indexOf(QStringLiteral("<a id=\"%1\">").arg(toQt(topic)));
+    const qsizetype heading = mark < 0 ? -1 : source.indexOf(QStringLiteral("\n#"), mark);
+    if (heading < 0) return;
+    QString words = source.mid(heading + 1, source.indexOf(QLatin1Char('\n'), heading + 1) - heading - 1);
+    words.remove(QRegularExpression(QStringLiteral("^#+ *")));
+    for (QTextBlock block = document()->begin(); block.isValid(); block = block.next())
+      if (block.blockFormat().headingLevel() > 0 && block.text() == words)
+        verticalScrollBar()->setValue(
+            static_cast<int>(document()->documentLayout()->blockBoundingRect(block).top()) - cellPadding);
+  }
+
+  void polish() {
+    document()->setDocumentMargin(pageMargin);
+    for (QTextFrame* frame : document()->rootFrame()->childFrames()) {
+      auto* table = qobject_cast<QTextTable*>(frame);
+      if (table == nullptr) continue;
+      QTextTableFormat format = table->format();
+      format.setBorderCollapse(true);
+      format.setBorder(0);
+      table->setFormat(format);
+      for (int row = 0; row < table->rows(); ++row)
+        for (int column = 0; column < table->columns(); ++column) {
+          QTextTableCell cell = table->cellAt(row, column);
+          QTextTableCellFormat line = cell.format().toTableCellFormat();
+          line.setBottomBorder(1);
+          line.setBottomBorderStyle(QTextFrameFormat::BorderStyle_Solid);
+          line.setBottomBorderBrush(palette().brush(QPalette::Mid));
+          line.setPadding(cellPadding);
+          cell.setFormat(line);
+        }
+    }
+  }
+};
+
+} // namespace
 
 std::filesystem::path helpPage(const std::filesystem::path& folder, std::wstring_view topic) {
   for (const HelpTopic& row : helpTopics) {
@@ -22,21 +101,22 @@ std::filesystem::path helpPage(const std::filesystem::path& folder, std::wstring
   return {};
 }
 
-void showHelpPage(const std::filesystem::path& page, QWidget* parent) {
+void showHelpPage(
+    const std::filesystem::path& page, std::wstring_view topic, const QString& title, QWidget* parent) {
   // A child of the window that asks: a dialog that waits lets nothing else be used.
   auto* window = new QDialog(parent);
-  window->setObjectName("help");
+  window->setObjectName(helpWindowName);
   window->setAttribute(Qt::WA_DeleteOnClose);
-  window->setWindowTitle(QStringLiteral("Help"));
+  window->setWindowTitle(title);
   auto* column = new QVBoxLayout(window);
   column->setContentsMargins(0, 0, 0, 0);
-  auto* text = new QTextBrowser;
-  text->setSource(
-      QUrl::fromLocalFile(QString::fromStdString(page.string())), QTextDocument::MarkdownResource);
-  text->setOpenExternalLinks(true);
+  auto* text = new ManualPage;
   column->addWidget(text);
-  window->resize(760, 560);
+  const int character = text->fontMetrics().averageCharWidth();
+  const QSize screen = window->screen()->availableSize();
+  window->resize(std::min(character * 120, screen.width()), std::min(character * 90, screen.height()));
   window->show();
+  text->showPage(page, topic);
 }
 
 } // namespace simhost

@@ -1,6 +1,8 @@
 // Help: a page of the manual for each topic that a dialog may ask for.
 #pragma once
 
+#include <QString>
+
 #include <filesystem>
 #include <string_view>
 
@@ -27,7 +29,12 @@ inline constexpr HelpTopic helpTopics[] = {
 /// The file of a topic; empty for a topic without a page, or when the page is not there.
 [[nodiscard]] std::filesystem::path helpPage(const std::filesystem::path& folder, std::wstring_view topic);
 
+/// Object name of the window.
+inline constexpr const char* helpWindowName = "help";
+
 /// Shows a page in a window of its own that stays beside `parent`, and can be used while a dialog waits.
-void showHelpPage(const std::filesystem::path& page, QWidget* parent);
+/// The page begins where it speaks of the topic.
+void showHelpPage(
+    const std::filesystem::path& page, std::wstring_view topic, const QString& title, QWidget* parent);
 
 } // namespace simhost

@@ -55,10 +55,12 @@ void paintInserted(QPainter& painter, const QColor&) {
 /// Draws for the size that is asked for, so that no pixel is scaled.
 class PaintedIcon final : public QIconEngine {
 public:
-  PaintedIcon(Paint how, QColor ink, QColor faded) : paint_(how), ink_(ink), faded_(faded) {}
+  PaintedIcon(Paint how, QColor ink, const QPalette& palette)
+      : paint_(how), ink_(ink), faded_(palette.color(QPalette::Disabled, QPalette::ButtonText)),
+        selected_(palette.color(QPalette::HighlightedText)) {}
 
   void paint(QPainter* painter, const QRect& rect, QIcon::Mode mode, QIcon::State) override {
-    const QColor ink = mode == QIcon::Disabled ? faded_ : ink_;
+    const QColor ink = mode == QIcon::Disabled ? faded_ : mode == QIcon::Selected ? selected_ : ink_;
     const qreal side = std::min(rect.width(), rect.height());
     painter->save();
     painter->setRenderHint(QPainter::Antialiasing);
@@ -82,6 +84,7 @@ private:
   Paint paint_;
   QColor ink_;
   QColor faded_;
+  QColor selected_; ///< on the colour of a selected row
 };
 
 struct ImageRow {
@@ -97,7 +100,7 @@ constexpr ImageRow buttonImages[] = {
 constexpr Paint stateImages[] = {paintWaiting, paintCurrent, paintInserted};
 
 QIcon iconOf(Paint paint, const QColor& ink, const QPalette& palette) {
-  return QIcon(new PaintedIcon(paint, ink, palette.color(QPalette::Disabled, QPalette::ButtonText)));
+  return QIcon(new PaintedIcon(paint, ink, palette));
 }
 
 } // namespace

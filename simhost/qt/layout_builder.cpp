@@ -9,6 +9,7 @@
 #include <QGroupBox>
 #include <QHBoxLayout>
 #include <QLabel>
+#include <QScreen>
 #include <QSplitter>
 #include <QStyle>
 #include <QVBoxLayout>
@@ -33,6 +34,11 @@ bool isTall(const ControlView& view) {
          view.widget().sizePolicy().verticalPolicy() == QSizePolicy::Expanding;
 }
 
+/// The sizes of forms are written for letters of this height, in pixels; larger ones want larger windows.
+constexpr double plainLetterHeight = 15.0;
+/// Every window fits here: a small screen with a title bar and a panel.
+constexpr QSize smallestScreen(1280, 690);
+
 void addTo(QBoxLayout& box, QLayout* layout, int stretch) {
   box.addLayout(layout, stretch);
 }
@@ -45,8 +51,15 @@ QSplitter* LayoutBuilder::build(const FormLayout& layout) {
   addTo(*column, make(layout.content), 1);
   if (!layout.buttons.empty()) addTo(*column, makeButtons(layout), 0);
   setMnemonics();
-  if (layout.width > 0) frame_.resize(layout.width, layout.height);
+  if (layout.width > 0) frame_.resize(firstSize(layout));
   return splitter_;
+}
+
+QSize LayoutBuilder::firstSize(const FormLayout& layout) const {
+  const double scale = std::max(1.0, frame_.fontMetrics().height() / plainLetterHeight);
+  const QSize wanted = (QSizeF(layout.width, layout.height) * scale).toSize();
+  const QSize available = frame_.screen()->availableSize();
+  return wanted.boundedTo(available.expandedTo(smallestScreen));
 }
 
 ControlView& LayoutBuilder::viewOf(const std::wstring& role) const {
@@ -108,10 +121,14 @@ QLayout* LayoutBuilder::makeBox(const LayoutNode& node) {
   const bool isRow = node.kind == LayoutNode::Kind::row;
   auto* box = new QBoxLayout(isRow ? QBoxLayout::LeftToRight : QBoxLayout::TopToBottom);
   for (const LayoutNode& child : node.children) {
-    if (child.kind == LayoutNode::Kind::space)
+    if (child.kind == LayoutNode::Kind::space) {
       box->addStretch(std::max(child.stretch, 1));
-    else
-      addTo(*box, make(child), child.stretch);
+      continue;
+    }
+    // A unit must not look like a part of the label behind it.
+    const bool isField = child.kind == LayoutNode::Kind::control && !viewOf(child.text).hasOwnLabel();
+    if (isRow && isField && box->count() > 0) box->addSpacing(frame_.fontMetrics().averageCharWidth());
+    addTo(*box, make(child), child.stretch);
   }
   return box;
 }
@@ -161,9 +178,9 @@ void LayoutBuilder::addField(QGridLayout& grid, int line, const LayoutNode& node
   QWidget* const label = labelFor(view);
   QWidget* const unit = unitFor(view);
   if (label != nullptr) grid.addWidget(label, line, labelColumn);
+  // Fields end in one line, with a unit behind them or without.
   const int from = label == nullptr ? labelColumn : fieldColumn;
-  const int to = unit == nullptr ? unitColumn : fieldColumn;
-  grid.addWidget(&view.widget(), line, from, 1, to - from + 1);
+  grid.addWidget(&view.widget(), line, from, 1, (label == nullptr ? unitColumn : fieldColumn) - from + 1);
   if (unit != nullptr) grid.addWidget(unit, line, unitColumn);
 }
 

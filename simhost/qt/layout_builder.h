@@ -8,6 +8,7 @@
 
 class QBoxLayout;
 class QDialog;
+class QSize;
 class QGridLayout;
 class QLayout;
 class QSplitter;
@@ -26,6 +27,7 @@ public:
   QSplitter* build(const FormLayout& layout);
 
 private:
+  [[nodiscard]] QSize firstSize(const FormLayout& layout) const;
   [[nodiscard]] ControlView& viewOf(const std::wstring& role) const;
   [[nodiscard]] QLayout* make(const LayoutNode& node);
   [[nodiscard]] QLayout* makeControl(const LayoutNode& node);

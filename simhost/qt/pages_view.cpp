@@ -34,7 +34,9 @@ public:
       : PagesView(dialog, model), pages_(model), stack_(new QStackedWidget), empty_(new QWidget) {
     stack_->addWidget(empty_);
     stack_->setFrameShape(QFrame::StyledPanel);
-    stack_->setMinimumSize(180, 120);
+    // A title and a value beside each other.
+    constexpr int characters = 32;
+    stack_->setMinimumSize(stack_->fontMetrics().averageCharWidth() * characters, 120);
   }
   [[nodiscard]] QWidget& widget() const override { return *stack_; }
   [[nodiscard]] Json reading() const override {
@@ -59,6 +61,7 @@ private:
   struct Page {
     QScrollArea* area = nullptr;
     QVBoxLayout* column = nullptr;
+    QLabel* note = nullptr; ///< in place of controls, while there are none
   };
 
   Page& pageOf(int id) {
@@ -70,6 +73,10 @@ private:
     page.area->setFocusPolicy(Qt::NoFocus);
     auto* inside = new QWidget;
     page.column = new QVBoxLayout(inside);
+    page.note = new QLabel(dialog().words().nothingToSet);
+    page.note->setEnabled(false);
+    page.note->setWordWrap(true);
+    page.column->addWidget(page.note);
     page.column->addStretch();
     page.area->setWidget(inside);
     stack_->addWidget(page.area);
@@ -87,7 +94,13 @@ private:
       page = shown_.erase(page);
     }
     const int id = pages_.ShownPage();
-    stack_->setCurrentWidget(id == 0 ? empty_ : pageOf(id).area);
+    if (id == 0) {
+      stack_->setCurrentWidget(empty_);
+      return;
+    }
+    Page& page = pageOf(id);
+    page.note->setVisible(pages_.controlsOf(id).empty());
+    stack_->setCurrentWidget(page.area);
     // Whether a page is locked is seen on its controls.
     for (ControlModel* control : pages_.controlsOf(id))
       if (ControlView* view = dialog().viewOf(*control)) view->refresh();

@@ -3,6 +3,7 @@
 
 #include "simhost/drawing/drawing_file.h"
 #include "simhost/drawing/svg.h"
+#include "simhost/qt/qt_dialog.h"
 #include "simhost/qt/qt_text.h"
 
 #include <QPainter>
@@ -11,6 +12,7 @@
 #include <nlohmann/json.hpp>
 
 #include <algorithm>
+#include <utility>
 
 namespace simhost {
 
@@ -21,7 +23,7 @@ constexpr int margin = 8;
 /// A sheet of paper with the drawing on it: drawings have dark lines on any palette.
 class Sheet final : public QWidget {
 public:
-  Sheet() {
+  explicit Sheet(QString emptyNote) : emptyNote_(std::move(emptyNote)) {
     setMinimumSize(200, 140);
     setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Expanding);
   }
@@ -30,7 +32,7 @@ public:
     renderer_.load(QByteArray());
     note_.clear();
     if (path.empty()) {
-      note_ = QStringLiteral("No drawing");
+      note_ = emptyNote_;
     } else {
       LoadedDrawing loaded = loadDrawing(path);
       const SvgPicture picture = loaded.drawing == nullptr
@@ -63,13 +65,14 @@ protected:
 
 private:
   QSvgRenderer renderer_;
-  QString note_; ///< why there is no picture
+  QString emptyNote_; ///< while no drawing is named
+  QString note_;      ///< why there is no picture
 };
 
 class PictureView final : public ControlView {
 public:
   PictureView(QtDialog& dialog, TextModel& model)
-      : ControlView(dialog, model), text_(model), sheet_(new Sheet) {}
+      : ControlView(dialog, model), text_(model), sheet_(new Sheet(dialog.words().noDrawing)) {}
   [[nodiscard]] QWidget& widget() const override { return *sheet_; }
   [[nodiscard]] nlohmann::ordered_json reading() const override {
     return {{"text", toQt(shown_).toStdString()}};

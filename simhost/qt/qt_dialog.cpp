@@ -309,9 +309,13 @@ void QtDialog::refresh() {
 }
 
 ControlView* QtDialog::firstView() const {
-  for (const auto& view : views_)
-    if (view->focusWidget().isEnabledTo(frame_.get()) && view->focusWidget().focusPolicy() & Qt::TabFocus)
+  for (const auto& view : views_) {
+    const auto* text = dynamic_cast<const TextModel*>(&view->model());
+    const bool isToRead = text != nullptr && text->isReadOnly();
+    const QWidget& widget = view->focusWidget();
+    if (!isToRead && widget.isEnabledTo(frame_.get()) && widget.focusPolicy() & Qt::TabFocus)
       return view.get();
+  }
   return nullptr;
 }
 

@@ -5,6 +5,7 @@
 #include "simhost/qt/control_view.h"
 #include "simhost/qt/dialog_clock.h"
 #include "simhost/qt/form_layout.h"
+#include "simhost/qt/window_words.h"
 #include "simhost/ui/dialog_model.h"
 #include "simhost/ui/gestures.h"
 #include "simhost/ui/recorder.h"
@@ -38,6 +39,7 @@ public:
   [[nodiscard]] virtual bool isPiloted() const = 0;
   /// What is done in it is to be recorded.
   [[nodiscard]] virtual bool keepsRecord() const = 0;
+  [[nodiscard]] virtual const WindowWords& words() const = 0;
   /// The dialog waits for its pilot.
   virtual void pilot(QtDialog& dialog) = 0;
 };
@@ -67,6 +69,7 @@ public:
   [[nodiscard]] QWidget& frame() const;
   [[nodiscard]] Gestures& gestures() { return gestures_; }
   [[nodiscard]] DialogClock& clock() { return clock_; }
+  [[nodiscard]] const WindowWords& words() const { return around_.words(); }
   [[nodiscard]] ControlView* viewOf(const ControlModel& model) const;
   [[nodiscard]] const std::vector<std::unique_ptr<ControlView>>& views() const { return views_; }
 

@@ -66,7 +66,7 @@ TaskAnswer QtWindows::askTask(const TaskQuestion& question) {
   if (!failure_.empty()) return {};
 
   const OpenScope open(openWindows_);
-  TaskBox box(question, parentOfNext());
+  TaskBox box(question, words_, parentOfNext());
   if (pilot_ != nullptr) QTimer::singleShot(0, &box, [&] { pilot_->drive(box, question); });
   box.exec();
   const TaskAnswer answer = box.answer();
@@ -176,7 +176,7 @@ bool QtWindows::showHelp(const std::wstring& topic) {
   recorder_.note(helpDialog, {{"topic", toUtf8(topic)}});
   const std::filesystem::path page = helpPage(helpFolder_, topic);
   if (page.empty()) return false;
-  showHelpPage(page, parentOfNext());
+  showHelpPage(page, topic, words_.help, parentOfNext());
   return true;
 }
 

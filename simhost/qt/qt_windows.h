@@ -44,6 +44,7 @@ public:
   void setPilot(WindowPilot* pilot) { pilot_ = pilot; }
   /// Whether a dialog that a pilot acts in is recorded as a person's is, and not by the pilot.
   void setRecordsPerson(bool records) { recordsPerson_ = records; }
+  void setWords(WindowWords words) { words_ = std::move(words); }
   /// Where the pages of help are.
   void setHelpFolder(std::filesystem::path folder) { helpFolder_ = std::move(folder); }
 
@@ -74,6 +75,8 @@ public:
   /// The run that goes on ends at its next look at the messages: what a main window asks for that is closed.
   void postQuit() override { quitPosted_ = true; }
   [[nodiscard]] const std::wstring& failure() const override { return failure_; }
+  /// Nobody answers any more: what is open, and all that comes until the next run, is cancelled.
+  void fail(const std::wstring& reason) { failure_ = reason; }
 
 private:
   void dialogOpens(QtDialog& dialog) override;
@@ -81,6 +84,7 @@ private:
   [[nodiscard]] bool isOnTop(const QtDialog& dialog) const override;
   [[nodiscard]] bool isPiloted() const override { return pilot_ != nullptr; }
   [[nodiscard]] bool keepsRecord() const override { return pilot_ == nullptr || recordsPerson_; }
+  [[nodiscard]] const WindowWords& words() const override { return words_; }
   void pilot(QtDialog& dialog) override;
   /// Whom a new window belongs to: the dialog on top that is seen, else the main window.
   [[nodiscard]] QWidget* parentOfNext() const;
@@ -92,6 +96,7 @@ private:
   WindowPilot* pilot_ = nullptr;
   bool recordsPerson_ = false;
   UserSettings* settings_ = nullptr;
+  WindowWords words_;
   std::filesystem::path helpFolder_;
   std::vector<QtDialog*> dialogs_; ///< open ones, the topmost last; their runs own them
   int openWindows_ = 0;            ///< questions that are no dialogs

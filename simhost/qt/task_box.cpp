@@ -20,7 +20,7 @@ constexpr int widestText = 480;
 
 } // namespace
 
-TaskBox::TaskBox(const TaskQuestion& question, QWidget* parent) : QDialog(parent) {
+TaskBox::TaskBox(const TaskQuestion& question, const WindowWords& words, QWidget* parent) : QDialog(parent) {
   setObjectName(toQt(question.key));
   setWindowTitle(toQt(question.title));
   auto* column = new QVBoxLayout(this);
@@ -63,7 +63,7 @@ TaskBox::TaskBox(const TaskQuestion& question, QWidget* parent) : QDialog(parent
     });
   }
   if (question.isHideable) {
-    hide_ = new QCheckBox(QStringLiteral("&Do not ask this again"));
+    hide_ = new QCheckBox(words.hideForGood);
     hide_->setObjectName("hide");
     column->addWidget(hide_);
   }

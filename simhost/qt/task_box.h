@@ -1,6 +1,7 @@
 // A task dialog on the screen: its text, its buttons, and the tick that asks for the same answer from now on.
 #pragma once
 
+#include "simhost/qt/window_words.h"
 #include "simhost/ui/window_system.h"
 
 #include <QDialog>
@@ -11,7 +12,7 @@ namespace simhost {
 
 class TaskBox final : public QDialog {
 public:
-  TaskBox(const TaskQuestion& question, QWidget* parent);
+  TaskBox(const TaskQuestion& question, const WindowWords& words, QWidget* parent);
 
   /// What the user answered; a cancel as long as he has not.
   [[nodiscard]] TaskAnswer answer() const;

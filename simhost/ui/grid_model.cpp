@@ -154,6 +154,7 @@ void GridModel::SetColumnWidths(const std::vector<int>& parts) {
 void GridModel::UnlockDrawing() {
   BRENVOLT_ASSERT(drawingLocks_ > 0, "a grid is unlocked once too often");
   --drawingLocks_;
+  touchGrid();
 }
 
 bool GridModel::isHidden(int column) const {

@@ -7,6 +7,7 @@
 #include <doctest/doctest.h>
 
 #include <QAbstractButton>
+#include <QApplication>
 #include <QComboBox>
 #include <QLabel>
 #include <QSet>
@@ -48,12 +49,14 @@ private:
   bool isOnTop(const QtDialog&) const override { return true; }
   bool isPiloted() const override { return false; }
   bool keepsRecord() const override { return false; }
+  const simhost::WindowWords& words() const override { return words_; }
   void pilot(QtDialog&) override {}
 
   struct NoFlow final : CKvUiDialog {
     using CKvUiDialog::CKvUiDialog;
   };
   NoFlow flow_;
+  simhost::WindowWords words_;
   simhost::Recorder recorder_;
 
 public:
@@ -74,44 +77,67 @@ QRect placeIn(const QWidget& widget, const QWidget& frame) {
   return {widget.mapTo(&frame, QPoint(0, 0)), widget.size()};
 }
 
+/// Whether a label, a tick or a button shows its whole text.
+bool isReadable(const QWidget& widget, const QString& text) {
+  return widget.fontMetrics().size(Qt::TextShowMnemonic, text).width() <= widget.contentsRect().width();
+}
+
+void checkLook(OpenForm& open) {
+  QWidget& frame = open.dialog.frame();
+  for (const auto& view : open.dialog.views()) // as the flow may show it
+    dynamic_cast<KvUiControl&>(view->model().face()).Show(true);
+  open.dialog.refresh();
+  QCoreApplication::processEvents();
+  // A title bar and a panel of the desktop are left room.
+  constexpr QSize room(1280, 690);
+  const QSize needed = frame.minimumSizeHint();
+  CHECK_LE(needed.width(), room.width());
+  CHECK_LE(needed.height(), room.height());
+  frame.resize(frame.size().boundedTo(room));
+  QCoreApplication::processEvents();
+  std::vector<std::pair<std::string, QRect>> places;
+  for (const auto& view : open.dialog.views()) {
+    const std::string role = toUtf8(view->model().role());
+    CAPTURE(role);
+    const QWidget& widget = view->widget();
+    REQUIRE(widget.window() == &frame);
+    CHECK(frame.rect().contains(placeIn(widget, frame)));
+    const bool isOneLine = widget.sizePolicy().verticalPolicy() == QSizePolicy::Fixed;
+    if (isOneLine) CHECK_GE(widget.height(), widget.minimumSizeHint().height());
+    if (const auto* button = qobject_cast<const QAbstractButton*>(&widget)) {
+      CHECK_GE(widget.width(), widget.sizeHint().width());
+      CHECK(isReadable(widget, button->text()));
+    }
+    if (view->label() != nullptr) {
+      CHECK(isReadable(*view->label(), view->label()->text()));
+      places.emplace_back(role + " (label)", placeIn(*view->label(), frame));
+    }
+    places.emplace_back(role, placeIn(widget, frame));
+  }
+  for (std::size_t one = 0; one < places.size(); ++one)
+    for (std::size_t other = one + 1; other < places.size(); ++other)
+      CHECK_MESSAGE(
+          !places[one].second.intersects(places[other].second), places[one].first, " covers ",
+          places[other].first);
+}
+
 } // namespace
 
 TEST_CASE("each form fits a screen of 1280 by 720, and nothing on it is cut off or covered") {
   simhost::test::startApplication();
-  for (const std::wstring& name : formNames()) {
-    CAPTURE(toUtf8(name));
-    OpenForm open(simhost::loadForm("resources/forms", name));
-    QWidget& frame = open.dialog.frame();
-    for (const auto& view : open.dialog.views()) // as the flow may show it
-      dynamic_cast<KvUiControl&>(view->model().face()).Show(true);
-    open.dialog.refresh();
-    QCoreApplication::processEvents();
-    const QSize needed = frame.minimumSizeHint();
-    CHECK_LE(std::max(needed.width(), frame.width()), 1280);
-    // A title bar and a panel of the desktop are left room.
-    CHECK_LE(std::max(needed.height(), frame.height()), 690);
-    std::vector<std::pair<std::string, QRect>> places;
-    for (const auto& view : open.dialog.views()) {
-      const std::string role = toUtf8(view->model().role());
-      CAPTURE(role);
-      const QWidget& widget = view->widget();
-      REQUIRE(widget.window() == &frame);
-      CHECK(frame.rect().contains(placeIn(widget, frame)));
-      const bool isOneLine = widget.sizePolicy().verticalPolicy() == QSizePolicy::Fixed;
-      if (isOneLine) CHECK_GE(widget.height(), widget.minimumSizeHint().height());
-      if (qobject_cast<const QAbstractButton*>(&widget)) CHECK_GE(widget.width(), widget.sizeHint().width());
-      if (view->label() != nullptr) {
-        CHECK_GE(view->label()->width(), view->label()->sizeHint().width());
-        places.emplace_back(role + " (label)", placeIn(*view->label(), frame));
+  const QFont plain = QApplication::font();
+  for (const char* language : {"en", "de"})
+    for (const int points : {9, 12}) {
+      QApplication::setFont(QFont(plain.family(), points));
+      for (const std::wstring& name : formNames()) {
+        CAPTURE(language);
+        CAPTURE(points);
+        CAPTURE(toUtf8(name));
+        OpenForm open(simhost::loadForm("resources/forms", name, language));
+        checkLook(open);
       }
-      places.emplace_back(role, placeIn(widget, frame));
     }
-    for (std::size_t one = 0; one < places.size(); ++one)
-      for (std::size_t other = one + 1; other < places.size(); ++other)
-        CHECK_MESSAGE(
-            !places[one].second.intersects(places[other].second), places[one].first, " covers ",
-            places[other].first);
-  }
+  QApplication::setFont(plain);
 }
 
 TEST_CASE(

@@ -1,0 +1,51 @@
+// Does the steps of an answer file in the windows, where they can be watched, and takes pictures of them on the way.
+#pragma once
+
+#include "simhost/qt/qt_windows.h"
+#include "simhost/qt/window_pilot.h"
+#include "simhost/ui/step_queue.h"
+
+#include <filesystem>
+#include <map>
+#include <string>
+#include <vector>
+
+namespace simhost {
+
+class SessionPlayer final : public DrawingPicker, private WindowPilot {
+public:
+  struct Options {
+    /// Where each window is painted as it stands when the session leaves it: `<dialog>.png`, from the second one of
+    /// a kind on `<dialog>_2.png`. Empty for no pictures.
+    std::filesystem::path pictures;
+    int pause = 0; ///< milliseconds between two actions, for somebody who looks on
+  };
+
+  /// Answers for the person as long as it lives. `source` names the steps in messages; the windows must outlive it.
+  SessionPlayer(QtWindows& windows, std::vector<AnswerStep> steps, std::string source, Options options);
+  ~SessionPlayer() override;
+
+  /// Why the session could not go on, empty while all is well.
+  [[nodiscard]] const std::wstring& failure() const { return steps_.failure(); }
+  [[nodiscard]] std::size_t unusedSteps() const { return steps_.unused(); }
+  [[nodiscard]] EntityPick pickEntity(const std::wstring& prompt, bool emptyIsAllowed) override;
+
+private:
+  void drive(QtDialog& dialog) override;
+  void drive(TaskBox& box, const TaskQuestion& question) override;
+  void drive(FileWindow& window, DialogRecord& record) override;
+  void drive(QMessageBox& box) override;
+
+  /// Lets the person look, then takes the picture, which replaces an earlier one of the same name.
+  void show(QWidget& window, const std::string& name);
+  /// The name of the next window of a kind.
+  [[nodiscard]] std::string nameOfNext(const std::string& kind);
+  void tellFailure();
+
+  QtWindows& windows_;
+  StepQueue steps_;
+  Options options_;
+  std::map<std::string, int> opened_; ///< windows of each kind so far
+};
+
+} // namespace simhost

@@ -1,0 +1,16 @@
+// The words of windows that no form holds.
+#pragma once
+
+#include <QString>
+
+namespace simhost {
+
+/// In English until somebody puts those of the user's language in.
+struct WindowWords {
+  QString hideForGood = QStringLiteral("&Do not ask this again");
+  QString help = QStringLiteral("Help");
+  QString noDrawing = QStringLiteral("No drawing");
+  QString nothingToSet = QStringLiteral("Nothing to set here");
+};
+
+} // namespace simhost
