@@ -1,24 +1,59 @@
 #!/usr/bin/env bash
-# Pictures of the windows for the manual, into docs/pictures/, without a screen.
+# Pictures of the windows for the manual, into docs/pictures/, without a screen. The sessions in site/pictures/ bring
+# each window up.
 set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")/.."
-bin=${BRENVOLT_BIN:-out/bin}
-pictures=${1:-docs/pictures}
-scratch=$(mktemp -d)
-trap 'rm -rf "$scratch"' EXIT
-export QT_QPA_PLATFORM=offscreen
-
-# The history is kept beside the workbook that a build reads: a copy leaves the site's own alone.
-cp site/zan_brenvolt.xls site/zan_brenvolt.xml "$scratch/"
-"$bin/brenvolt" draw --site site --workbook "$scratch/zan_brenvolt.xls" --circuit "Three-phase motors" \
-  --type "Direct on line" --history "Pump 10 HP" --out "$scratch/motor.json" >/dev/null
-
-window() { # picture, further options
-  local picture=$1
-  shift
-  "$bin/brenvolt-gui" --site site --drawing "$scratch/motor.json" --settings "$scratch/settings.json" "$@" \
-    --screenshot "$pictures/$picture"
-  echo "$pictures/$picture"
+bin=$(realpath "${BRENVOLT_BIN:-out/bin}")
+pictures=$(realpath "${1:-docs/pictures}")
+# Its name is read in the pictures, so it is the same each time. The copy also keeps the site's own history as it is.
+plant=/tmp/plant
+mkdir "$plant" || {
+  echo "remove $plant first" >&2
+  exit 4
 }
-window main_window.png --language en --theme light
-window main_window_dark_de.png --language de --theme dark
+scratch=$(mktemp -d)
+trap 'rm -rf "$plant" "$scratch"' EXIT
+export QT_QPA_PLATFORM=offscreen HOME="$scratch/designer" XDG_CACHE_HOME="$plant/.cache" XDG_RUNTIME_DIR="$scratch/run"
+mkdir -m 700 "$HOME" "$XDG_RUNTIME_DIR"
+cp -r site "$plant/site"
+cp site/pictures/*.json "$plant/"
+cd "$plant"
+"$bin/brenvolt" draw --site site --circuit "Three-phase motors" --type "Direct on line" --history "Pump 10 HP" \
+  --out motor.json >/dev/null
+BRENVOLT="$bin/brenvolt" bash site/project.sh project >/dev/null
+
+gui() { # language, theme, further options
+  local language=$1 theme=$2
+  shift 2
+  rm -f "$scratch/settings.json"
+  "$bin/brenvolt-gui" --site site --settings "$scratch/settings.json" --language "$language" --theme "$theme" "$@"
+}
+
+take() { # language, theme, session, then pairs of a window and its picture
+  gui "$1" "$2" --play "$3.json" --pictures "$scratch"
+  shift 3
+  while [ $# -gt 0 ]; do
+    mv "$scratch/$1.png" "$pictures/$2.png"
+    made+=("$pictures/$2.png")
+    shift 2
+  done
+}
+
+made=()
+take en light circuits ZanDlgCircuit select_circuit ZanDlgConfig configuration
+take en light first_unit ZanDlgConfig configuration_first_unit
+take en light project ZanDlgExistCircuits existing_circuits ZanDlgAnnotation annotation_presets ZanAttrSelDlg values
+take en light pickers ZanDlgMotorSelect select_motor ZanDlgPowerFeed select_load \
+  ZanBrenvolt.MotorTableNotFound question help help
+take en light wires ZanDlgWireSelect wire_lookup file report_file
+take en dark wires ZanDlgWireSelect wire_lookup_dark
+take de light circuits ZanDlgCircuit select_circuit_de
+take de dark first_unit ZanDlgConfig configuration_dark_de
+for window in "main_window en light" "main_window_dark_de de dark"; do
+  read -r picture language theme <<<"$window"
+  gui "$language" "$theme" --drawing motor.json --screenshot "$pictures/$picture.png"
+  made+=("$pictures/$picture.png")
+done
+# Texts and plain areas need few colours.
+pngquant --speed 1 --force --ext .png 128 -- "${made[@]}"
+printf '%s\n' "${made[@]#"$OLDPWD/"}"
