@@ -1,5 +1,7 @@
 // Every form as a window: whatever its flow does, a person must be able to read and to reach all of it.
+#include "simhost/qt/column_widths.h"
 #include "simhost/qt/form_layout.h"
+#include "simhost/qt/icons.h"
 #include "simhost/qt/qt_windows.h"
 #include "tests/simhost_qt/piloted_windows.h"
 #include "text/encoding.h"
@@ -11,6 +13,7 @@
 #include <QComboBox>
 #include <QLabel>
 #include <QSet>
+#include <QTableView>
 #include <QTest>
 
 #include <filesystem>
@@ -178,6 +181,58 @@ TEST_CASE(
       while (!isNext(at));
       CHECK_MESSAGE(at == order[next], "behind ", next, " controls another one has its turn");
     }
+  }
+}
+
+TEST_CASE("columns show their texts, fill their table, and leave nothing to a row head") {
+  using simhost::ColumnNeed;
+  using simhost::Overflow;
+  struct Row {
+    std::vector<ColumnNeed> columns; ///< least, wanted, share
+    int room;
+    Overflow overflow;
+    std::vector<int> widths;
+  };
+  const Row rows[] = {
+      {{{12, 12, 0}, {50, 50, 1}, {50, 50, 1}}, 212, Overflow::scrolls, {12, 100, 100}},
+      {{{50, 50, 5}, {50, 50, 6}}, 220, Overflow::squeezes, {100, 120}},
+      // What is wider than its share keeps its text, and a text that was cut gets its room first.
+      {{{150, 150, 1}, {20, 20, 1}, {20, 20, 1}}, 300, Overflow::scrolls, {150, 75, 75}},
+      {{{50, 50, 1}, {100, 180, 1}}, 230, Overflow::scrolls, {50, 180}},
+      {{{200, 200, 1}, {200, 200, 1}}, 300, Overflow::scrolls, {200, 200}},
+      {{{150, 150, 1}, {100, 100, 1}}, 240, Overflow::squeezes, {150, 90}},
+      {{{150, 150, 1}, {100, 100, 1}}, 180, Overflow::squeezes, {120, 60}},
+  };
+  for (const Row& row : rows)
+    CHECK_EQ(columnWidths(row.columns, row.room, row.overflow), row.widths);
+}
+
+TEST_CASE("a cell with a list has an arrow before it is opened, and the icon of a selected row is seen") {
+  simhost::test::startApplication();
+  OpenForm open(simhost::loadForm("resources/forms", L"ZanDlgAnnotation"));
+  auto& grid = dynamic_cast<KvUiGrid&>(open.dialog.find(L"presets")->face());
+  grid.SetSize(1, 2);
+  grid.SetEditable(true, false);
+  const auto picture = [&](KvUiCellKind kind) {
+    grid.SetCellKind(1, 1, kind);
+    open.dialog.refresh();
+    auto& table = dynamic_cast<QTableView&>(open.dialog.viewOf(*open.dialog.find(L"presets"))->widget());
+    return table.viewport()->grab(table.visualRect(table.model()->index(0, 1))).toImage();
+  };
+  const QImage text = picture(KvUiCellKind::text);
+  CHECK(text == picture(KvUiCellKind::text));
+  CHECK(text != picture(KvUiCellKind::dropDown));
+
+  QPalette palette;
+  palette.setColor(QPalette::HighlightedText, Qt::magenta);
+  for (const int image : {1, 2}) {
+    const QPixmap selected = simhost::treeIcon(L"states", image, palette).pixmap(24, QIcon::Selected);
+    const QImage icon = selected.toImage();
+    int ink = 0;
+    for (int y = 0; y < icon.height(); ++y)
+      for (int x = 0; x < icon.width(); ++x)
+        ink += icon.pixelColor(x, y) == QColor(Qt::magenta) ? 1 : 0;
+    CHECK_GT(ink, 5);
   }
 }
 
