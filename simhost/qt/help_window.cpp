@@ -28,6 +28,8 @@ class ManualPage final : public QTextBrowser {
 public:
   ManualPage() {
     setOpenExternalLinks(true);
+    // The width that pictures are made for stays when a page turns out to be long.
+    setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOn);
     connect(this, &QTextBrowser::sourceChanged, this, [this] { polish(); });
   }
 

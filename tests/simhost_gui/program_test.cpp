@@ -6,6 +6,8 @@
 #include <array>
 #include <cstdio>
 #include <cstdlib>
+#include <filesystem>
+#include <fstream>
 #include <string>
 
 using namespace simhost;
@@ -56,6 +58,8 @@ TEST_CASE("the command line is judged before a screen is looked for") {
       {offscreen, settings + " --module no/such.kvx", 3, "no/such.kvx"},
       {offscreen, settings + " --screenshot /no/such/folder/a.png", 4, "/no/such/folder/a.png"},
       {offscreen, settings + " --screenshot " + folder.path("a.png"), 0, ""},
+      {offscreen, settings + " --play tests/site/sessions/one_by_one/session.json", 3, "names no LISP forms"},
+      {offscreen, settings + " --pictures .", 1, "--play"},
   };
   for (const Row& row : rows) {
     CAPTURE(row.arguments);
@@ -64,4 +68,23 @@ TEST_CASE("the command line is judged before a screen is looked for") {
     CHECK(result.exitCode == row.exitCode);
     CHECK(result.output.find(row.says) != std::string::npos);
   }
+}
+
+TEST_CASE("a session is done in the windows, with a picture of each, or its slip is told") {
+  const GuiFolder folder;
+  const std::string common = "--site site --language en --settings " + folder.path("settings.json");
+  const ProgramRun good =
+      run(offscreen, common + " --play site/pictures/pickers.json --pictures " + folder.path("pictures"));
+  CHECK_MESSAGE(good.exitCode == 0, good.output);
+  for (const char* window :
+       {"ZanDlgMotorSelect", "ZanDlgPowerFeed", "ZanBrenvolt.MotorTableNotFound", "help"})
+    CHECK(std::filesystem::exists(folder.path("pictures/" + std::string(window) + ".png")));
+
+  std::ofstream(folder.path("bad.json")) << R"x({"format": "brenvolt-answers", "version": 1,
+    "run": {"forms": ["(zan_bv_motor_select)"]},
+    "steps": [{"dialog": "ZanDlgMotorSelect", "do": [{"press": "insertAll"}]}]})x";
+  const ProgramRun bad = run(
+      offscreen, common + " --play " + folder.path("bad.json") + " --pictures " + folder.path("pictures"));
+  CHECK(bad.exitCode == 3);
+  CHECK_MESSAGE(bad.output.find("insertAll") != std::string::npos, bad.output);
 }
