@@ -89,7 +89,7 @@ void translateForm(Form& form, std::string_view bytes, const std::string& fileNa
     const std::wstring line = brenvolt::trim(whole);
     if (line.empty() || line.front() == L'#') continue;
     const auto fail = [&](const std::string& message) {
-      throw FormError(fileName + ":" + std::to_string(number) + ": " + message);
+      throw FormError(std::string(fileName).append(":" + std::to_string(number) + ": ").append(message));
     };
     const std::size_t equals = line.find(L'=');
     if (equals == std::wstring::npos) {

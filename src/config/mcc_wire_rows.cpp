@@ -217,6 +217,7 @@ std::vector<std::wstring> importWires(
     const ZanWireFormatter& formats, const ZanAnnotationDataList& stored,
     const std::vector<ZanGroupRow>& shown) {
   std::vector<std::wstring> values;
+  values.reserve(shown.size());
   for (const ZanGroupRow& row : shown)
     values.push_back(row.value());
   const auto put = [&values](std::size_t row, const std::wstring& value) {

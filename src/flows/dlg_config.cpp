@@ -38,7 +38,7 @@ constexpr InsertButton insertButtons[] = {
 
 /// A question that does not load counts as agreed to.
 bool isRefused(const std::optional<int>& answer) {
-  return answer == kvui::no || answer == kvui::cancel;
+  return answer && (*answer == kvui::no || *answer == kvui::cancel);
 }
 
 void tell(TextId text) {
