@@ -193,7 +193,7 @@ TEST_CASE("what cannot stand in a drawing is told with its reason") {
   const struct {
     KvDbHandle owner;
     Entity entity;
-    const wchar_t* reason;
+    const wchar_t* reason = nullptr;
   } rows[] = {
       {space, makeLine(0, 0, endless, 0), L"a number must be finite"},
       {space, {Circle{{}, 0.0}}, L"the radius must be above 0"},
