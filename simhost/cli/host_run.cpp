@@ -87,17 +87,40 @@ void HostRun::writeResults() {
   if (!options_.save.empty()) fault = saveDrawing(drawing, fromUtf8(options_.save));
   if (!fault && !options_.svg.empty()) fault = saveSvg(drawing, fromUtf8(options_.svg));
   if (fault) throw CannotWrite(toUtf8(*fault));
+  writeRecording();
 }
 
 void HostRun::recordAsSession(const SessionRun& run) {
   if (options_.record.empty()) return;
-  SessionRun recorded = seenFrom(run, {}, std::filesystem::path(options_.record).parent_path());
-  if (recorded.language.empty()) recorded.language = options_.language;
-  windows_->setRun(recorded);
+  SessionRun recorded = run;
+  if (recorded.language.empty()) recorded.language = session().options().language;
+  log_.emplace(options_.record, std::move(recorded), [this](const SessionRun& all) {
+    windows_->setRun(all);
+    return windows_->recording();
+  });
+}
+
+lisp::Value HostRun::runCommand(std::wstring_view text, std::wstring_view fileName) {
+  SessionCommand command;
+  command.forms = {toUtf8(text)};
+  const auto note = [&] {
+    if (log_) log_->add(command);
+  };
+  try {
+    lisp::Value value = run(text, fileName);
+    note();
+    return value;
+  } catch (const BadInput& error) {
+    command.end = session().isCancelled() ? SessionCommand::End::cancelled : SessionCommand::End::failed;
+    command.fault = error.what();
+    note();
+    throw;
+  }
 }
 
 void HostRun::writeRecording() {
   if (options_.record.empty()) return;
+  if (log_) return log_->write();
   const std::string reason = replaceFile(options_.record, windows_->recording());
   if (!reason.empty()) throw CannotWrite(reason);
 }

@@ -2,11 +2,13 @@
 // loaded and a document open, and what is written at the end.
 #pragma once
 
+#include "simhost/site/session_log.h"
 #include "simhost/site/site_run.h"
 #include "simhost/ui/step_queue.h"
 
 #include <functional>
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -41,17 +43,20 @@ public:
   /// Reads answers and drawing, loads the module and the site. Throws BadInput.
   explicit HostRun(const HostOptions& options);
 
+  [[nodiscard]] SiteRun& site() { return *site_; }
+  [[nodiscard]] AnsweredWindows& windows() { return *windows_; }
   [[nodiscard]] Session& session() { return site_->session(); }
   [[nodiscard]] lisp::Interpreter& interpreter() { return site_->interpreter(); }
 
   /// Runs a LISP text; a LISP error and a run that was ended throw BadInput.
   lisp::Value run(std::wstring_view text, std::wstring_view fileName) { return site_->run(text, fileName); }
-  /// The same with the text of a file.
-  lisp::Value runFile(const std::string& file) { return site_->runFile(file); }
+  /// The same as one more command of the recorded session.
+  lisp::Value runCommand(std::wstring_view text, std::wstring_view fileName);
 
   /// Makes the recording a session that `replay` can run. The paths of `run` lead from the working directory.
   void recordAsSession(const SessionRun& run);
-  /// Writes drawing and picture as asked. Throws CannotWrite.
+  /// Writes drawing and picture as asked, and the recording once more: it needs the drawing that was opened, which may
+  /// be the one that is written. Throws CannotWrite.
   void writeResults();
   /// Writes the recording, also of a run that failed: it shows the question that had no answer. Throws CannotWrite.
   void writeRecording();
@@ -60,6 +65,7 @@ private:
   HostOptions options_;
   std::unique_ptr<AnsweredWindows> windows_;
   std::unique_ptr<SiteRun> site_;
+  std::optional<SessionLog> log_; ///< of a recording that is a session
 };
 
 /// What a session file runs. Throws BadInput, also for an answer file that does not say it.

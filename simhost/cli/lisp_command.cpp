@@ -16,6 +16,8 @@ namespace simhost {
 
 namespace {
 
+using brenvolt::fromUtf8;
+
 struct LispOptions {
   HostOptions host;
   std::vector<std::string> files;
@@ -43,7 +45,8 @@ std::vector<Step> stepsInOrder(const CLI::App& command, const LispOptions& optio
 ExitCode runSteps(HostRun& host, const std::vector<Step>& steps) {
   lisp::Value value;
   for (const Step& step : steps)
-    value = step.isFile ? host.runFile(step.text) : host.run(brenvolt::fromUtf8(step.text), L"-e");
+    value = step.isFile ? host.runCommand(readLisp(step.text), fromUtf8(step.text))
+                        : host.runCommand(fromUtf8(step.text), L"-e");
   host.writeResults();
   host.session().commandLine().printLine(lisp::printValue(value));
   return ExitCode::done;
@@ -52,6 +55,9 @@ ExitCode runSteps(HostRun& host, const std::vector<Step>& steps) {
 ExitCode runLisp(const CLI::App& command, const LispOptions& options) {
   const std::vector<Step> steps = stepsInOrder(command, options);
   HostRun host(options.host);
+  SessionRun run;
+  run.drawing = options.host.drawing;
+  host.recordAsSession(run);
   try {
     const ExitCode code = steps.empty() ? runLispPrompt(host) : runSteps(host, steps);
     host.writeRecording();

@@ -110,7 +110,7 @@ ExitCode runLispPrompt(HostRun& host) {
     if (text.empty() || !lisp::isCompleteInput(text)) continue;
     try {
       const InterruptScope scope(host.interpreter());
-      const lisp::Value value = host.run(text, L"input");
+      const lisp::Value value = host.runCommand(text, L"input");
       commandLine.printLine(lisp::printValue(value));
     } catch (const BadInput& error) {
       // A question without an answer ends the whole run, not only its form.

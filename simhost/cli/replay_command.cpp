@@ -6,6 +6,7 @@
 #include "simhost/cli/working_copy.h"
 #include "simhost/host/errors.h"
 #include "simhost/lisp/printer.h"
+#include "simhost/site/command_steps.h"
 #include "text/encoding.h"
 
 #include <CLI/CLI.hpp>
@@ -13,6 +14,7 @@
 #include <cstdio>
 #include <filesystem>
 #include <memory>
+#include <optional>
 #include <string>
 
 namespace simhost {
@@ -20,6 +22,7 @@ namespace simhost {
 namespace {
 
 using brenvolt::fromUtf8;
+using brenvolt::toUtf8;
 
 struct ReplayOptions {
   SiteWorkbookOptions site;
@@ -27,13 +30,81 @@ struct ReplayOptions {
   std::string work;
 };
 
-lisp::Value runSession(HostRun& host, const SessionRun& run, const std::string& workbook) {
-  if (run.isCircuit()) return host.run(circuitForm(run, workbook, CircuitBuild::withDialog), L"replay");
-  lisp::Value value;
-  for (const std::string& form : run.forms)
-    value = host.run(fromUtf8(form), L"run");
-  return value;
-}
+/// The commands of a session on the copies. What a person saw fail or left must end so again, and the session goes on
+/// behind it as it did for him.
+class CommandReplay final {
+public:
+  CommandReplay(HostRun& host, const SessionRun& run, const WorkingCopy& copy)
+      : host_(host), steps_(host.site(), host.windows()), run_(run), copy_(copy) {}
+
+  /// Points the LISP of the site at the copies; a drawing that is opened runs it anew.
+  void prepare() {
+    host_.run(workbookForm(copy_.workbook()), L"replay");
+    if (!run_.project.empty()) host_.run(projectForm(copy_.project()), L"replay");
+  }
+
+  /// The value of the last LISP.
+  [[nodiscard]] lisp::Value run() {
+    for (const std::string& form : run_.forms)
+      doCommand({SessionCommand::Kind::lisp, {form}});
+    for (const SessionCommand& command : run_.commands)
+      doCommand(command);
+    return value_;
+  }
+
+private:
+  using End = SessionCommand::End;
+
+  [[noreturn]] void fail(const std::string& message) const {
+    throw BadInput("command " + std::to_string(number_) + " of the session: " + message);
+  }
+
+  void doCommand(const SessionCommand& command) {
+    ++number_;
+    switch (command.kind) {
+    case SessionCommand::Kind::lisp:
+      return evaluate(command);
+    case SessionCommand::Kind::undo:
+      if (steps_.undo().empty()) fail("there is nothing to undo");
+      return;
+    case SessionCommand::Kind::redo:
+      if (steps_.redo().empty()) fail("there is nothing to redo");
+      return;
+    case SessionCommand::Kind::open:
+      steps_.open(command.file);
+      return prepare();
+    }
+  }
+
+  void evaluate(const SessionCommand& command) {
+    const CommandOutcome outcome = steps_.runSteps(L"replay", [&](const CommandSteps::Evaluate& evaluate) {
+      std::optional<lisp::Value> value;
+      for (const std::string& form : command.forms)
+        value = evaluate(fromUtf8(form));
+      return value;
+    });
+    // Nobody can answer: this is no end that a person has seen.
+    const std::wstring& unanswered = host_.windows().failure();
+    if (!unanswered.empty()) throw BadInput(toUtf8(unanswered));
+    const bool isFailed = outcome.kind == CommandOutcome::Kind::failed;
+    const bool isDone = outcome.kind == CommandOutcome::Kind::done;
+    const std::string told = isFailed ? toUtf8(outcome.message) : isDone ? "" : "the run was cancelled";
+    if (command.end != (isFailed ? End::failed : isDone ? End::done : End::cancelled))
+      fail(
+          command.end == End::done ? told
+          : isDone                 ? "is done now, and was not when it was recorded"
+                                   : "ends otherwise than recorded: " + told);
+    value_ = isDone ? outcome.value : lisp::Value();
+    if (!isDone) std::fprintf(stderr, "brenvolt: as recorded: %s\n", told.c_str());
+  }
+
+  HostRun& host_;
+  CommandSteps steps_;
+  const SessionRun& run_;
+  const WorkingCopy& copy_;
+  int number_ = 0;
+  lisp::Value value_;
+};
 
 ExitCode runReplay(ReplayOptions& options) {
   const std::string& session = options.host.answers;
@@ -47,11 +118,12 @@ ExitCode runReplay(ReplayOptions& options) {
   if (options.host.language.empty()) options.host.language = run.language;
   HostRun host(options.host);
   host.recordAsSession(run);
-  host.run(workbookForm(copy.workbook()), L"replay");
-  if (!run.project.empty()) host.run(projectForm(copy.project()), L"replay");
+  CommandReplay replay(host, run, copy);
+  replay.prepare();
   lisp::Value value;
   try {
-    value = runSession(host, run, copy.workbook());
+    value = run.isCircuit() ? host.run(circuitForm(run, copy.workbook(), CircuitBuild::withDialog), L"replay")
+                            : replay.run();
   } catch (const BadInput&) {
     host.writeRecording();
     throw;

@@ -2,24 +2,26 @@
 #include "simhost/gui/gui_run.h"
 
 #include "simhost/gui/main_window.h"
+#include "simhost/gui/session_recording.h"
 #include "simhost/host/errors.h"
-#include "simhost/host/files.h"
 #include "simhost/lisp/printer.h"
 #include "simhost/qt/session_player.h"
 #include "simhost/site/exit_code.h"
 #include "simhost/site/site_run.h"
 #include "simhost/ui/file_names.h"
-#include "simhost/ui/session_file.h"
 #include "text/encoding.h"
 
 #include <CLI/CLI.hpp>
 #include <QApplication>
+#include <QFontMetrics>
 #include <QLibraryInfo>
+#include <QRawFont>
 #include <QTranslator>
 
 #include <cstdio>
 #include <cstdlib>
 #include <exception>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -39,14 +41,38 @@ struct GuiOptions {
   std::string pictures;
 };
 
-/// Qt ends the process when it finds no screen, so a missing one must be seen before. Without `platform` Qt takes
-/// Wayland or X, whichever the environment names.
-bool hasScreen() {
-  const auto isSet = [](const char* name) {
-    const char* value = std::getenv(name);
-    return value != nullptr && *value != '\0';
-  };
-  return isSet("QT_QPA_PLATFORM") || isSet("DISPLAY") || isSet("WAYLAND_DISPLAY");
+bool isSet(const char* name) {
+  const char* value = std::getenv(name);
+  return value != nullptr && *value != '\0';
+}
+
+/// Qt ends the process when it finds no screen, so a missing one must be seen before. Without QT_QPA_PLATFORM Qt takes
+/// Wayland or X, whichever the environment names. Throws BadInput.
+void needScreen() {
+  const std::string platform = isSet("QT_QPA_PLATFORM") ? std::getenv("QT_QPA_PLATFORM") : "";
+  const bool isX = platform.starts_with("xcb");
+  const bool isWayland = platform.starts_with("wayland");
+  if (!platform.empty() && !isX && !isWayland) return;
+  if (isSet("DISPLAY") && !isWayland) return;
+  if (isSet("WAYLAND_DISPLAY") && !isX) return;
+  const std::string missing = isX ? "QT_QPA_PLATFORM is " + platform + ", and DISPLAY is not set"
+                              : isWayland
+                                  ? "QT_QPA_PLATFORM is " + platform + ", and WAYLAND_DISPLAY is not set"
+                                  : "neither DISPLAY nor WAYLAND_DISPLAY is set";
+  throw BadInput("there is no screen: " + missing + "; \"brenvolt\" runs without one");
+}
+
+/// Without a font each window would come up with boxes in place of letters. Qt names families even then: what tells is
+/// that its font has no tables, and that all letters are as wide. Throws BadInput.
+void needFonts() {
+  const QFont font = QApplication::font();
+  const QFontMetrics metrics(font);
+  const bool isBoxes =
+      metrics.horizontalAdvance(QLatin1Char('i')) == metrics.horizontalAdvance(QLatin1Char('W'));
+  if (isBoxes && QRawFont::fromFont(font).fontTable("head").isEmpty())
+    throw BadInput("there are no fonts, and no window could show a word: install some (fonts-dejavu-core), "
+                   "or look at what "
+                   "FONTCONFIG_FILE and QT_QPA_FONTDIR name");
 }
 
 /// A display that is named but does not answer ends Qt's start too: it is told in the same words.
@@ -74,16 +100,6 @@ std::string languageFor(const SiteRunOptions& options) {
       options.settings.empty() ? defaultSettingsFile() : std::filesystem::path(options.settings), silent);
   const std::wstring chosen = settings.value(L"SimHost", L"language").value_or(L"");
   return chosen.empty() ? languageOfEnvironment() : brenvolt::toUtf8(chosen);
-}
-
-/// What was run, so that the recording is a session that can be replayed.
-SessionRun runOf(const MainWindow& window, const GuiOptions& options) {
-  SessionRun run;
-  for (const std::wstring& form : window.formsRun())
-    run.forms.push_back(brenvolt::toUtf8(form));
-  run.drawing = options.site.drawing;
-  run.language = options.site.language;
-  return seenFrom(std::move(run), {}, std::filesystem::path(options.record).parent_path());
 }
 
 /// The session that is to be played, and on the options what it says of the start.
@@ -136,22 +152,25 @@ void playSession(
 }
 
 ExitCode show(int argc, char** argv, GuiOptions& options) {
-  if (!hasScreen())
-    throw BadInput(
-        "there is no screen: neither DISPLAY nor WAYLAND_DISPLAY is set; \"brenvolt\" runs without one");
+  needScreen();
   qInstallMessageHandler(tellFatal);
   QApplication application(argc, argv);
+  needFonts();
   QApplication::setApplicationName(QStringLiteral("ZanBrenvolt"));
   const AnswerFile session = readPlay(options);
   options.site.language = languageFor(options.site);
   QTranslator translator;
   loadQtWords(translator, options.site.language);
+  // A replay begins without settings: what this user has hidden or typed before would be missing there.
+  if (!options.record.empty()) options.site.unnamedSettings = SiteRunOptions::UnnamedSettings::memory;
   const HostTexts texts(defaultResourceFolder(), options.site.language);
   QtWindows windows;
   windows.setHelpFolder(programFolder() / "docs");
   SiteRun site(options.site, windows);
   MainWindow window(site, windows, texts);
   if (!options.theme.empty()) window.setPaper(options.theme == "dark" ? Paper::dark : Paper::light);
+  std::optional<SessionRecording> recording;
+  if (!options.record.empty()) recording.emplace(options.record, options.site, windows, window.runner());
   window.show();
   if (session.run) playSession(window, windows, session, options);
   if (!options.screenshot.empty()) {
@@ -164,11 +183,7 @@ ExitCode show(int argc, char** argv, GuiOptions& options) {
   }
   if (!options.pictures.empty()) return ExitCode::done;
   QApplication::exec();
-  if (!options.record.empty()) {
-    windows.recorder().setRun(runOf(window, options));
-    const std::string reason = replaceFile(options.record, windows.recording());
-    if (!reason.empty()) throw CannotWrite(reason);
-  }
+  if (recording) recording->write();
   return ExitCode::done;
 }
 
@@ -201,8 +216,8 @@ int runGui(int argc, char** argv) {
   app.add_option("--pictures", options.pictures, "Write a picture of each window of the session and leave")
       ->type_name("DIR")
       ->needs(play);
-  app.footer(
-      "Exit codes: 0 done, 1 wrong arguments, 2 unexpected, 3 bad input or no screen, 4 cannot write.");
+  app.footer("Exit codes: 0 done, 1 wrong arguments, 2 unexpected, 3 bad input, no screen or no fonts, 4 "
+             "cannot write.");
   try {
     app.parse(argc, argv);
   } catch (const CLI::ParseError& error) {

@@ -70,7 +70,6 @@ MainWindow::MainWindow(SiteRun& site, QtWindows& windows, const HostTexts& texts
     refreshActions();
     if (!runner_.isBusy() && closesAfterRun_) QTimer::singleShot(0, this, [this] { close(); });
   };
-  runner_.onForm = [this](const std::wstring& form) { forms_.push_back(form); };
   connect(&watch_, &QTimer::timeout, this, [this] {
     refreshScene();
     refreshActions();

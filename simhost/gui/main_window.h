@@ -42,8 +42,6 @@ public:
   [[nodiscard]] CommandRunner& runner() { return runner_; }
   /// The action of a command.
   [[nodiscard]] QAction& action(HostText command) { return *actions_.at(command); }
-  /// The LISP that commands and prompt have run so far.
-  [[nodiscard]] const std::vector<std::wstring>& formsRun() const { return forms_; }
   /// What the status bar says.
   [[nodiscard]] QString status() const;
   /// What is shown of the entity under the pointer.
@@ -149,7 +147,6 @@ private:
   std::uint64_t shownChange_ = 0;
   std::uint64_t savedChange_ = 0;
   QString file_;
-  std::vector<std::wstring> forms_;
 
   QEventLoop* pickLoop_ = nullptr; ///< of the pick that waits for an answer
   EntityPick pick_;                ///< the answer

@@ -14,6 +14,7 @@
 #include <QMessageBox>
 
 #include <exception>
+#include <filesystem>
 #include <utility>
 #include <vector>
 
@@ -84,10 +85,16 @@ void MainWindow::buildSaved(const SavedConfiguration& saved) {
       runner_.runSteps(name, [&](const CommandRunner::Evaluate& evaluate) -> std::optional<lisp::Value> {
         const std::optional<KvPoint3d> point = pickPoint(texts_(HostText::pickPlace));
         if (!point) return std::nullopt;
-        std::wstring form = L"(site-build";
-        for (const std::wstring& text :
-             {saved.drawingTemplate, saved.workbook, saved.worksheet, saved.circuit, saved.type, saved.name})
-          form += L" " + lisp::printValue(lisp::Value::string(text), lisp::PrintStyle::readable);
+        const auto text = [](const std::wstring& value) {
+          return L" " + lisp::printValue(lisp::Value::string(value), lisp::PrintStyle::readable);
+        };
+        // The workbook by its name, so that a recording can be replayed on a copy of the site.
+        const std::filesystem::path workbook(saved.workbook);
+        const std::wstring found = L"(find-file" + text(workbook.filename().wstring()) + L")";
+        std::wstring form = L"(site-build" + text(saved.drawingTemplate);
+        form += L" (or (nth 7 GBL_qn_bv_data) " + found + L")";
+        for (const std::wstring& value : {saved.worksheet, saved.circuit, saved.type, saved.name})
+          form += text(value);
         return evaluate(form + L" " + pointForm(*point) + L" \"\" \"\" \"\")");
       });
   tell(outcome, name);

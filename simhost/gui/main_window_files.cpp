@@ -26,13 +26,12 @@ constexpr qsizetype rememberedFiles = 8;
 
 bool MainWindow::takeDrawing(const QString& file) {
   try {
-    site_.openDrawing(file.toStdString());
+    runner_.open(file.toStdString());
   } catch (const BadInput& error) {
     site_.session().commandLine().printLine(fromQt(QString::fromUtf8(error.what())));
     say(texts_(HostText::notDone, {QString::fromUtf8(error.what())}));
     return false;
   }
-  runner_.forgetSteps();
   file_ = file;
   savedChange_ = drawing().undoLog().changeCount();
   shownChange_ = savedChange_ + 1;

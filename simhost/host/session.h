@@ -59,7 +59,9 @@ public:
   /// Ends the LISP that runs: when native code has returned, no form goes on.
   void cancelRun() { isCancelled_ = true; }
   /// Cancelled, or a question came up that nobody can answer.
-  [[nodiscard]] bool isCancelled() const { return isCancelled_ || !windows_.failure().empty(); }
+  [[nodiscard]] bool isCancelled() const {
+    return isCancelled_ || windows_.hasLeft() || !windows_.failure().empty();
+  }
   void endIfCancelled() const {
     if (isCancelled()) throw lisp::Cancelled();
   }

@@ -300,6 +300,10 @@ void QtDialog::closeBy() {
   act({{"close", "frame"}}, [](Gestures& gestures, Json&) { return gestures.close(); });
 }
 
+void QtDialog::noteLeft() {
+  if (around_.keepsRecord()) record_.addAction({{"close", "program"}});
+}
+
 void QtDialog::refresh() {
   isRefreshPosted_ = false;
   const FlagScope showing(isShowing_);

@@ -89,6 +89,9 @@ public:
   /// A key that means something to the dialog: one of those that an answer file knows.
   void keyBy(const char* key);
 
+  /// For the recording: the person leaves the program while the dialog is open, which then ends without a question.
+  void noteLeft();
+
   /// Shows all that has changed.
   void refresh();
   [[nodiscard]] bool isShowing() const { return isShowing_; }

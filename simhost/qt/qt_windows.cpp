@@ -199,6 +199,11 @@ void QtWindows::showWaitCursor(bool isShown) {
     QGuiApplication::restoreOverrideCursor();
 }
 
+void QtWindows::postQuit() {
+  if (!quitPosted_ && !dialogs_.empty()) dialogs_.back()->noteLeft();
+  quitPosted_ = true;
+}
+
 bool QtWindows::messageWaiting() {
   if (quitPosted_) return true;
   const bool isWaiting = !isPumped_;

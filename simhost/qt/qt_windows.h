@@ -49,9 +49,8 @@ public:
   void setHelpFolder(std::filesystem::path folder) { helpFolder_ = std::move(folder); }
 
   /// A dialog or a question is open, or hidden while the host has the editor: no other command may begin.
-  [[nodiscard]] bool isBusy() const { return openWindows_ > 0 || !dialogs_.empty(); }
-  /// At the start of a new run: forgets a failure and a posted quit.
-  void beginRun();
+  [[nodiscard]] bool isBusy() const override { return openWindows_ > 0 || !dialogs_.empty(); }
+  void beginRun() override;
   /// All that was asked, shown and answered so far as the text of an answer file.
   [[nodiscard]] std::string recording() const { return recorder_.text(); }
   [[nodiscard]] Recorder& recorder() { return recorder_; }
@@ -73,7 +72,8 @@ public:
   [[nodiscard]] bool messageWaiting() override;
   bool pumpMessage() override;
   /// The run that goes on ends at its next look at the messages: what a main window asks for that is closed.
-  void postQuit() override { quitPosted_ = true; }
+  void postQuit() override;
+  [[nodiscard]] bool hasLeft() const override { return quitPosted_; }
   [[nodiscard]] const std::wstring& failure() const override { return failure_; }
   /// Nobody answers any more: what is open, and all that comes until the next run, is cancelled.
   void fail(const std::wstring& reason) { failure_ = reason; }

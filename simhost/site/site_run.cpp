@@ -58,6 +58,12 @@ std::string readInput(const std::string& file) {
   return std::move(*bytes);
 }
 
+std::wstring readLisp(const std::string& file) {
+  std::optional<std::wstring> text = brenvolt::fromUtf8Strict(readInput(file));
+  if (!text) throw BadInput(file + ": is no UTF-8");
+  return std::move(*text);
+}
+
 SiteRun::SiteRun(SiteRunOptions options, WindowSystem& windows)
     : options_(std::move(options)), session_(sessionOptions(options_), windows) {
   session_.openDocument(fromUtf8(options_.drawing), drawingFor(options_.drawing));
@@ -73,7 +79,8 @@ void SiteRun::runSite() {
   if (options_.site.empty()) return;
   defineSiteDatabase(interpreter(), options_);
   defineSqlExecute(interpreter());
-  runFile((std::filesystem::path(options_.site) / "site.lsp").string());
+  const std::string file = (std::filesystem::path(options_.site) / "site.lsp").string();
+  run(readLisp(file), fromUtf8(file));
 }
 
 void SiteRun::openDrawing(const std::string& file) {
@@ -98,6 +105,7 @@ void SiteRun::close(Document& document, Document& next) {
 lisp::Value SiteRun::run(std::wstring_view text, std::wstring_view fileName) {
   const auto fail = [](const std::string& message) { throw BadInput(message); };
   try {
+    const UndoGroup group(session_.documents().current()->drawing().undoLog());
     lisp::Value value = interpreter().run(text, fileName);
     if (session_.isCancelled()) throw lisp::Cancelled();
     return value;
@@ -108,12 +116,6 @@ lisp::Value SiteRun::run(std::wstring_view text, std::wstring_view fileName) {
     fail(failure.empty() ? "the run was cancelled" : toUtf8(failure));
   }
   return {};
-}
-
-lisp::Value SiteRun::runFile(const std::string& file) {
-  const std::optional<std::wstring> text = brenvolt::fromUtf8Strict(readInput(file));
-  if (!text) throw BadInput(file + ": is no UTF-8");
-  return run(*text, fromUtf8(file));
 }
 
 } // namespace simhost

@@ -37,8 +37,6 @@ public:
 
   /// Runs a LISP text; a LISP error and a run that was ended throw BadInput.
   lisp::Value run(std::wstring_view text, std::wstring_view fileName);
-  /// The same with the text of a file.
-  lisp::Value runFile(const std::string& file);
 
 private:
   void runSite();
@@ -50,5 +48,7 @@ private:
 
 /// The bytes of a file that the user named. Throws BadInput.
 [[nodiscard]] std::string readInput(const std::string& file);
+/// The text of a LISP file. Throws BadInput.
+[[nodiscard]] std::wstring readLisp(const std::string& file);
 
 } // namespace simhost

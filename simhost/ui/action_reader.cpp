@@ -231,7 +231,8 @@ void readSubject(const Json& value, AnswerAction& action) {
     fail(inQuotes(verb) + " does not say what");
   }
   if (verb == "wait" && action.number < 0) fail("\"wait\" needs milliseconds");
-  if (verb == "close" && action.subject != "frame") fail("only the \"frame\" can be closed");
+  if (verb == "close" && action.subject != "frame" && action.subject != "program")
+    fail("only the \"frame\" and the \"program\" can be closed");
   static const std::set<std::string> keys = {"Enter", "Tab", "Escape", "F1", "Delete"};
   if (verb == "key" && !keys.contains(action.subject))
     fail("\"key\" is none of Enter, Tab, Escape, F1, Delete");

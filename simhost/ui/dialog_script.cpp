@@ -103,6 +103,12 @@ Refusal DialogScript::perform(const AnswerAction& action) {
   const std::string& verb = action.verb;
   if (verb == "pick") return "a dialog is not picked: this answers a prompt";
   if (verb == "wait") return letTimePass(action.number);
+  if (verb == "close" && action.subject == "program") {
+    // As without an answer: nobody is left to be asked whether to cancel.
+    steps_.leave();
+    dialog_.access().end(kvui::cancel);
+    return std::nullopt;
+  }
   if (verb == "close") return gestures_.close();
   if (verb == "key") return pressKey(action);
   if (verb == "expect") return findUnmet(dialog_, gestures_, action);

@@ -32,6 +32,11 @@ public:
   [[nodiscard]] bool messageWaiting() override { return quitPosted_; }
   bool pumpMessage() override { return !quitPosted_; }
   void postQuit() override { quitPosted_ = true; }
+  [[nodiscard]] bool hasLeft() const override { return steps_.hasLeft(); }
+  void beginRun() override {
+    quitPosted_ = false;
+    steps_.beginRun();
+  }
   [[nodiscard]] const std::wstring& failure() const override { return steps_.failure(); }
 
   void setRun(const SessionRun& run) override;

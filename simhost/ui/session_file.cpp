@@ -5,6 +5,9 @@
 
 #include <nlohmann/json.hpp>
 
+#include <algorithm>
+#include <iterator>
+
 namespace simhost {
 
 namespace fs = std::filesystem;
@@ -15,7 +18,7 @@ namespace {
 struct TextMember {
   const char* name;
   std::string SessionRun::*field;
-  bool isOfCircuit; ///< and not of forms
+  bool isOfCircuit; ///< and not of forms or commands
 };
 
 constexpr TextMember textMembers[] = {
@@ -35,12 +38,78 @@ const TextMember* textMember(const std::string& name) {
   return nullptr;
 }
 
-void readForms(const Json& value, SessionRun& run) {
+std::vector<std::string> readForms(const Json& value) {
   if (!value.is_array() || value.empty()) fail("\"forms\" is no list of LISP forms");
+  std::vector<std::string> forms;
   for (const Json& form : value) {
     if (!form.is_string()) fail("\"forms\" is no list of LISP forms");
-    run.forms.push_back(form);
+    forms.push_back(form);
   }
+  return forms;
+}
+
+struct EndName {
+  const char* name;
+  SessionCommand::End end;
+};
+constexpr EndName endNames[] = {
+    {"cancelled", SessionCommand::End::cancelled}, {"failed", SessionCommand::End::failed}};
+
+SessionCommand readCommand(const Json& value) {
+  using Kind = SessionCommand::Kind;
+  if (!value.is_object()) fail("a command is no object");
+  SessionCommand command;
+  int kinds = 0;
+  for (const auto& [name, member] : value.items()) {
+    const bool isKind = name != "ends" && name != "fault";
+    if (isKind) ++kinds;
+    if (name == "forms") {
+      command.forms = readForms(member);
+    } else if ((name == "undo" || name == "redo") && member == true) {
+      command.kind = name == "undo" ? Kind::undo : Kind::redo;
+    } else if (name == "open" && (member.is_string() || member.is_null())) {
+      command.kind = Kind::open;
+      if (member.is_string()) command.file = member;
+    } else if (name == "ends" && member.is_string()) {
+      const auto* row = std::find_if(std::begin(endNames), std::end(endNames), [&](const EndName& known) {
+        return member == known.name;
+      });
+      if (row == std::end(endNames)) fail("a command \"ends\" neither \"cancelled\" nor \"failed\"");
+      command.end = row->end;
+    } else if (name == "fault" && member.is_string()) {
+      command.fault = member;
+    } else {
+      fail("a command cannot have \"" + name + "\": " + member.dump());
+    }
+  }
+  if (kinds != 1) fail("a command has one of \"forms\", \"undo\", \"redo\" and \"open\"");
+  if (command.kind != Kind::lisp && (command.end != SessionCommand::End::done || !command.fault.empty()))
+    fail("only LISP \"ends\" otherwise than done");
+  return command;
+}
+
+Json commandAsJson(const SessionCommand& command) {
+  switch (command.kind) {
+  case SessionCommand::Kind::undo:
+    return {{"undo", true}};
+  case SessionCommand::Kind::redo:
+    return {{"redo", true}};
+  case SessionCommand::Kind::open:
+    return {{"open", command.file.empty() ? Json() : Json(command.file)}};
+  case SessionCommand::Kind::lisp:
+    break;
+  }
+  Json value = {{"forms", command.forms}};
+  for (const EndName& row : endNames)
+    if (row.end == command.end) value["ends"] = row.name;
+  if (!command.fault.empty()) value["fault"] = command.fault;
+  return value;
+}
+
+void readCommands(const Json& value, SessionRun& run) {
+  if (!value.is_array()) fail("\"commands\" is no list of commands");
+  for (const Json& command : value)
+    run.commands.push_back(readCommand(command));
 }
 
 void readPoint(const Json& value, SessionRun& run) {
@@ -57,7 +126,9 @@ SessionRun readSessionRun(const Json& value) {
   for (const auto& [name, member] : value.items()) {
     const TextMember* text = textMember(name);
     if (name == "forms") {
-      readForms(member, run);
+      run.forms = readForms(member);
+    } else if (name == "commands") {
+      readCommands(member, run);
     } else if (name == "at") {
       readPoint(member, run);
     } else if (text == nullptr) {
@@ -68,20 +139,32 @@ SessionRun readSessionRun(const Json& value) {
       run.*text->field = member;
     }
   }
-  if (run.forms.empty()) {
-    if (run.circuit.empty() || run.type.empty()) fail("needs \"circuit\" and \"type\", or \"forms\"");
+  const char* const list = value.contains("forms")      ? "forms"
+                           : value.contains("commands") ? "commands"
+                                                        : nullptr;
+  if (list == nullptr) {
+    if (run.circuit.empty() || run.type.empty())
+      fail("needs \"circuit\" and \"type\", or \"forms\" or \"commands\"");
     return run;
   }
   for (const auto& [name, member] : value.items()) {
     const TextMember* text = textMember(name);
-    if (name == "at" || (text != nullptr && text->isOfCircuit)) fail("has \"" + name + "\" beside \"forms\"");
+    const bool isSecond = name == "commands" && !run.forms.empty();
+    if (name == "at" || isSecond || (text != nullptr && text->isOfCircuit))
+      fail("has \"" + name + "\" beside \"" + list + "\"");
   }
   return run;
 }
 
 Json sessionRunAsJson(const SessionRun& run) {
   Json value = Json::object();
-  if (!run.forms.empty()) value["forms"] = run.forms;
+  if (!run.forms.empty()) {
+    value["forms"] = run.forms;
+  } else if (!run.isCircuit()) {
+    value["commands"] = Json::array();
+    for (const SessionCommand& command : run.commands)
+      value["commands"].push_back(commandAsJson(command));
+  }
   for (const TextMember& member : textMembers) {
     const std::string& text = run.*member.field;
     if (!text.empty()) value[member.name] = text;
@@ -92,7 +175,10 @@ Json sessionRunAsJson(const SessionRun& run) {
 
 SessionRun seenFrom(SessionRun run, const fs::path& from, const fs::path& to) {
   const fs::path base = fs::weakly_canonical(to.empty() ? fs::path(".") : to);
-  for (std::string* path : {&run.drawing, &run.project})
+  std::vector<std::string*> paths = {&run.drawing, &run.project};
+  for (SessionCommand& command : run.commands)
+    paths.push_back(&command.file);
+  for (std::string* path : paths)
     if (!path->empty()) *path = fs::weakly_canonical(from / *path).lexically_proximate(base).generic_string();
   return run;
 }

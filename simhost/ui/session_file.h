@@ -11,10 +11,22 @@
 
 namespace simhost {
 
-/// The member "run" of an answer file. It names either LISP forms or a circuit of the workbook, which is then built
-/// with the configuration dialog.
+/// One thing that was done at the host: LISP, or what a person does with the drawing as a whole.
+struct SessionCommand {
+  enum class Kind { lisp, undo, redo, open };
+  enum class End { done, cancelled, failed };
+  Kind kind = Kind::lisp;
+  std::vector<std::string> forms{}; ///< of `lisp`: together they are one step of undo
+  std::string file{};               ///< of `open`: empty for a new drawing; in a file relative to its folder
+  End end = End::done;              ///< how the last form ended
+  std::string fault{};              ///< what was told then; for who reads the file
+};
+
+/// The member "run" of an answer file. It names LISP forms, or commands as a recording tells them, or a circuit of the
+/// workbook, which is then built with the configuration dialog.
 struct SessionRun {
-  std::vector<std::string> forms; ///< run in their order after the site's LISP
+  std::vector<std::string> forms;       ///< run in their order after the site's LISP, each a command
+  std::vector<SessionCommand> commands; ///< done in their order after the site's LISP
   std::string circuit;
   std::string type;
   std::vector<double> at = {0.0, 0.0}; ///< where the circuit's template goes: x, y
@@ -26,7 +38,7 @@ struct SessionRun {
   std::string project;  ///< database of the project, or a folder of its tables; empty for none
   std::string language; ///< two letters, empty for the one of the environment
 
-  [[nodiscard]] bool isCircuit() const { return forms.empty(); }
+  [[nodiscard]] bool isCircuit() const { return !circuit.empty(); }
 };
 
 /// Reads the member. Throws AnswerError with the reason, without a place.

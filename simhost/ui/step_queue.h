@@ -36,6 +36,10 @@ public:
 
   /// The first failure counts.
   void fail(const std::string& message);
+  /// The user leaves the program in the middle of a question, until the next run begins.
+  void leave() { hasLeft_ = true; }
+  void beginRun() { hasLeft_ = false; }
+  [[nodiscard]] bool hasLeft() const { return hasLeft_; }
   void failAt(const AnswerStep& step, const std::string& message);
   [[nodiscard]] bool hasFailed() const { return !failure_.empty(); }
   [[nodiscard]] const std::wstring& failure() const { return failure_; }
@@ -45,6 +49,7 @@ private:
   std::vector<AnswerStep> steps_;
   std::string source_;
   std::size_t next_ = 0;
+  bool hasLeft_ = false;
   std::wstring failure_;
 };
 

@@ -124,6 +124,12 @@ public:
   /// False when the message was the request to quit.
   virtual bool pumpMessage() = 0;
   virtual void postQuit() = 0;
+  /// The user has left the program: what runs ends as cancelled.
+  [[nodiscard]] virtual bool hasLeft() const { return false; }
+  /// A question is open: no other command may begin.
+  [[nodiscard]] virtual bool isBusy() const { return false; }
+  /// At the start of a new run: forgets how the former one ended, as far as another one can run behind it.
+  virtual void beginRun() {}
 
   /// Why the run cannot go on: a question that nobody can answer. Empty while all is well. Every later question is
   /// answered with a cancel at once, so that what is open ends soon.

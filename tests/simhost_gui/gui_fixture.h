@@ -7,6 +7,7 @@
 #include "tests/support/temporary_folder.h"
 
 #include <QAction>
+#include <QTimer>
 
 #include <filesystem>
 #include <functional>
@@ -46,6 +47,21 @@ public:
   HostTexts texts;
   SiteRun site;
   MainWindow window;
+};
+
+/// Looks again and again until it has found what it waits for.
+class Watch final {
+public:
+  explicit Watch(std::function<bool()> look) : look_(std::move(look)) {
+    timer_.callOnTimeout([this] {
+      if (look_()) timer_.stop();
+    });
+    timer_.start(0);
+  }
+
+private:
+  std::function<bool()> look_;
+  QTimer timer_;
 };
 
 /// Does this as soon as the events run again: from within a pick or a dialog.

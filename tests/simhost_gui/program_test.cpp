@@ -1,5 +1,6 @@
 // The program's command line: what it says without a screen, and its exit codes.
 #include "gui_fixture.h"
+#include "simhost/host/files.h"
 
 #include <doctest/doctest.h>
 
@@ -23,7 +24,7 @@ ProgramRun run(const std::string& environment, const std::string& arguments) {
   const char* folder = std::getenv("BRENVOLT_BIN");
   const std::string program = std::string(folder == nullptr ? "out/bin" : folder) + "/brenvolt-gui";
   ProgramRun result;
-  FILE* pipe = ::popen(("env " + environment + " '" + program + "' " + arguments + " 2>&1").c_str(), "r");
+  FILE* pipe = ::popen(("timeout 60 env " + environment + " '" + program + "' " + arguments + " 2>&1").c_str(), "r");
   REQUIRE(pipe != nullptr);
   std::array<char, 512> bytes{};
   while (std::fgets(bytes.data(), static_cast<int>(bytes.size()), pipe) != nullptr)
@@ -34,6 +35,7 @@ ProgramRun run(const std::string& environment, const std::string& arguments) {
 }
 
 constexpr const char* noScreen = "-u DISPLAY -u WAYLAND_DISPLAY -u QT_QPA_PLATFORM";
+constexpr const char* noDisplay = "-u DISPLAY -u WAYLAND_DISPLAY QT_QPA_PLATFORM=xcb";
 constexpr const char* offscreen = "QT_QPA_PLATFORM=offscreen";
 
 } // namespace
@@ -41,8 +43,10 @@ constexpr const char* offscreen = "QT_QPA_PLATFORM=offscreen";
 TEST_CASE("the command line is judged before a screen is looked for") {
   const GuiFolder folder;
   const std::string settings = " --settings " + folder.path("settings.json");
+  REQUIRE(replaceFile(folder.path("fonts.conf"), "<fontconfig></fontconfig>").empty());
+  const std::string noFonts = std::string(offscreen) + " FONTCONFIG_FILE=" + folder.path("fonts.conf");
   struct Row {
-    const char* environment;
+    std::string environment;
     std::string arguments;
     int exitCode;
     const char* says;
@@ -54,6 +58,11 @@ TEST_CASE("the command line is judged before a screen is looked for") {
       {noScreen, "--unknown", 1, "--unknown"},
       {noScreen, settings, 3, "there is no screen"},
       {"-u WAYLAND_DISPLAY -u QT_QPA_PLATFORM DISPLAY=:987", settings, 3, "no screen can be used"},
+      {noDisplay, settings, 3, "QT_QPA_PLATFORM is xcb, and DISPLAY is not set"},
+      {"QT_QPA_PLATFORM=none", settings, 3, "no screen can be used"},
+      {noFonts, settings, 3, "there are no fonts"},
+      {offscreen, settings + " --screenshot a.png --record " + folder.path("fonts.conf") + "/a.json", 4,
+       "fonts.conf/a.json"},
       {offscreen, settings + " --drawing no/such.json", 3, "no/such.json"},
       {offscreen, settings + " --module no/such.kvx", 3, "no/such.kvx"},
       {offscreen, settings + " --screenshot /no/such/folder/a.png", 4, "/no/such/folder/a.png"},

@@ -55,67 +55,70 @@ void startApplication() {
   QApplication::setEffectEnabled(Qt::UI_AnimateCombo, false);
 }
 
-PilotedWindows::PilotedWindows(std::vector<AnswerStep> steps, std::string source, RecordOf record)
-    : steps_(std::move(steps), std::move(source)), record_(record) {
-  startApplication();
+StepPilot::StepPilot(QtWindows& windows, std::vector<AnswerStep> steps, std::string source, RecordOf record)
+    : windows_(windows), steps_(std::move(steps), std::move(source)), record_(record) {
   windows_.setPilot(this);
   windows_.setRecordsPerson(record == RecordOf::person);
-  windows_.setPicker(&picker_);
+}
+
+PilotedWindows::PilotedWindows(std::vector<AnswerStep> steps, std::string source, RecordOf record)
+    : windows_((startApplication(), std::make_unique<QtWindows>())),
+      pilot_(*windows_, std::move(steps), std::move(source), record) {
+  windows_->setPicker(&picker_);
 }
 
 PilotedWindows::~PilotedWindows() = default;
 
 const std::wstring& PilotedWindows::failure() const {
-  return steps_.hasFailed() ? steps_.failure() : windows_.failure();
+  return pilot_.steps().hasFailed() ? pilot_.steps().failure() : windows_->failure();
 }
 
 TaskAnswer PilotedWindows::askTask(const TaskQuestion& question) {
-  return windows_.askTask(question);
+  return windows_->askTask(question);
 }
 
 EntityPick PilotedWindows::pickEntity(const std::wstring& prompt, bool emptyIsAllowed) {
-  return windows_.pickEntity(prompt, emptyIsAllowed);
+  return windows_->pickEntity(prompt, emptyIsAllowed);
 }
 
 FileAnswer PilotedWindows::askFile(const FileQuestion& question, const FileEvents& events) {
-  return windows_.askFile(question, events);
+  return windows_->askFile(question, events);
 }
 
 std::unique_ptr<DialogWindow> PilotedWindows::openDialog(const std::wstring& form, CKvUiDialog& dialog) {
-  if (steps_.hasFailed()) return nullptr;
-  windows_.setFormFolder(formFolder());
-  return windows_.openDialog(form, dialog);
+  if (pilot_.steps().hasFailed()) return nullptr;
+  windows_->setFormFolder(formFolder());
+  return windows_->openDialog(form, dialog);
 }
 
 bool PilotedWindows::showMessage(const std::wstring& text) {
-  windows_.showMessage(text);
+  windows_->showMessage(text);
   // Sessions expect it on the command line, where it goes without a screen.
   return false;
 }
 
 bool PilotedWindows::showHelp(const std::wstring& topic) {
-  windows_.showHelp(topic);
+  windows_->showHelp(topic);
   return false;
 }
 
-void PilotedWindows::drive(QtDialog& dialog) {
+void StepPilot::drive(QtDialog& dialog) {
   WidgetGestures gestures(dialog);
   Recorder unused;
   Recorder& recorder = record_ == RecordOf::pilot ? windows_.recorder() : unused;
   DialogScript script(dialog, gestures, dialog.clock().timers(), steps_, recorder);
-  script.setWatcher([this, &dialog]() -> std::string {
+  script.setWatcher([&dialog]() -> std::string {
     QWidget& frame = dialog.frame();
     if (frame.isVisible() && !frame.isActiveWindow()) {
       frame.activateWindow();
       if (!QTest::qWaitForWindowActive(&frame)) return "the window does not come to the front";
     }
-    if (watcher_) watcher_(dialog);
     return unlikeShown(dialog);
   });
   script.run();
 }
 
-void PilotedWindows::drive(TaskBox& box, const TaskQuestion& question) {
+void StepPilot::drive(TaskBox& box, const TaskQuestion& question) {
   const AnswerStep* step = steps_.take(toUtf8(question.key), toUtf8(question.text));
   if (step == nullptr) return box.reject();
   Json& record = windows_.recorder().step(windows_.recorder().count() - 1);
@@ -150,7 +153,7 @@ void PilotedWindows::drive(TaskBox& box, const TaskQuestion& question) {
   box.reject();
 }
 
-void PilotedWindows::drive(FileWindow& window, DialogRecord& record) {
+void StepPilot::drive(FileWindow& window, DialogRecord& record) {
   const std::string dialog(fileDialog);
   for (const AnswerStep* step = steps_.takeNext(dialog, nullptr); step != nullptr;
        step = steps_.takeNext(dialog, step)) {
@@ -187,11 +190,11 @@ void PilotedWindows::drive(FileWindow& window, DialogRecord& record) {
   window.close();
 }
 
-void PilotedWindows::drive(QMessageBox& box) {
+void StepPilot::drive(QMessageBox& box) {
   QTest::keyClick(&box, Qt::Key_Return);
 }
 
-EntityPick PilotedWindows::pick(const std::wstring&, bool emptyIsAllowed) {
+EntityPick StepPilot::pick(bool emptyIsAllowed) {
   const AnswerStep* step = steps_.take(pickDialog);
   if (step == nullptr) return {};
   const AnswerAction& action = step->actions.front();

@@ -11,17 +11,37 @@ namespace simhost::test {
 /// Whose record is kept: the pilot's, in the words of the answer file, or that of the windows, as for a person.
 enum class RecordOf { pilot, person };
 
-class PilotedWindows final : public AnsweredWindows, private WindowPilot {
+/// Answers the windows from steps, by the widgets. As it records, so it goes for dialogs only: picks and messages record
+/// themselves.
+class StepPilot final : public WindowPilot {
+public:
+  /// The windows must outlive it, and it the use of them.
+  StepPilot(QtWindows& windows, std::vector<AnswerStep> steps, std::string source, RecordOf record);
+
+  [[nodiscard]] StepQueue& steps() { return steps_; }
+  [[nodiscard]] const StepQueue& steps() const { return steps_; }
+  /// Answers a pick in place of a drawing.
+  [[nodiscard]] EntityPick pick(bool emptyIsAllowed);
+
+  void drive(QtDialog& dialog) override;
+  void drive(TaskBox& box, const TaskQuestion& question) override;
+  void drive(FileWindow& window, DialogRecord& record) override;
+  void drive(QMessageBox& box) override;
+
+private:
+  QtWindows& windows_;
+  StepQueue steps_;
+  RecordOf record_;
+};
+
+class PilotedWindows final : public AnsweredWindows {
 public:
   PilotedWindows(std::vector<AnswerStep> steps, std::string source, RecordOf record = RecordOf::pilot);
   ~PilotedWindows() override;
 
-  [[nodiscard]] std::size_t unusedSteps() const override { return steps_.unused(); }
-  void setRun(const SessionRun& run) override { windows_.recorder().setRun(run); }
-  [[nodiscard]] std::string recording() const override { return windows_.recording(); }
-  [[nodiscard]] QtWindows& windows() { return windows_; }
-  /// Is called before each action of a dialog, and before it is left.
-  void setWatcher(std::function<void(QtDialog&)> watcher) { watcher_ = std::move(watcher); }
+  [[nodiscard]] std::size_t unusedSteps() const override { return pilot_.steps().unused(); }
+  void setRun(const SessionRun& run) override { windows_->recorder().setRun(run); }
+  [[nodiscard]] std::string recording() const override { return windows_->recording(); }
 
   [[nodiscard]] TaskAnswer askTask(const TaskQuestion& question) override;
   [[nodiscard]] EntityPick pickEntity(const std::wstring& prompt, bool emptyIsAllowed) override;
@@ -30,40 +50,38 @@ public:
       const std::wstring& form, CKvUiDialog& dialog) override;
   bool showMessage(const std::wstring& text) override;
   bool showHelp(const std::wstring& topic) override;
-  [[nodiscard]] KvWindow* mainWindow() override { return windows_.mainWindow(); }
+  [[nodiscard]] KvWindow* mainWindow() override { return windows_->mainWindow(); }
   [[nodiscard]] KvWindow* foregroundWindow() override { return nullptr; }
   [[nodiscard]] KvWindow* promptFrame() override { return &promptFrame_; }
-  void showWaitCursor(bool isShown) override { windows_.showWaitCursor(isShown); }
-  [[nodiscard]] bool messageWaiting() override { return windows_.messageWaiting(); }
-  bool pumpMessage() override { return windows_.pumpMessage(); }
-  void postQuit() override { windows_.postQuit(); }
+  void showWaitCursor(bool isShown) override { windows_->showWaitCursor(isShown); }
+  [[nodiscard]] bool messageWaiting() override { return windows_->messageWaiting(); }
+  bool pumpMessage() override { return windows_->pumpMessage(); }
+  void postQuit() override { windows_->postQuit(); }
+  [[nodiscard]] bool hasLeft() const override { return pilot_.steps().hasLeft(); }
+  [[nodiscard]] bool isBusy() const override { return windows_->isBusy(); }
+  void beginRun() override {
+    windows_->beginRun();
+    pilot_.steps().beginRun();
+  }
   [[nodiscard]] const std::wstring& failure() const override;
 
 private:
-  void drive(QtDialog& dialog) override;
-  void drive(TaskBox& box, const TaskQuestion& question) override;
-  void drive(FileWindow& window, DialogRecord& record) override;
-  void drive(QMessageBox& box) override;
-  EntityPick pick(const std::wstring& prompt, bool emptyIsAllowed);
-
-  /// Answers picks from the steps.
+  /// Asked by the windows, which record what comes of it.
   class Picker final : public DrawingPicker {
   public:
-    explicit Picker(PilotedWindows& windows) : windows_(windows) {}
-    EntityPick pickEntity(const std::wstring& prompt, bool emptyIsAllowed) override {
-      return windows_.pick(prompt, emptyIsAllowed);
+    explicit Picker(StepPilot& pilot) : pilot_(pilot) {}
+    EntityPick pickEntity(const std::wstring&, bool emptyIsAllowed) override {
+      return pilot_.pick(emptyIsAllowed);
     }
 
   private:
-    PilotedWindows& windows_;
+    StepPilot& pilot_;
   };
 
-  StepQueue steps_;
-  Picker picker_{*this};
-  QtWindows windows_;
+  std::unique_ptr<QtWindows> windows_; ///< made when the application runs
+  StepPilot pilot_;
+  Picker picker_{pilot_};
   KvWindow promptFrame_;
-  RecordOf record_;
-  std::function<void(QtDialog&)> watcher_;
 };
 
 /// The QApplication of a test program, without a screen.

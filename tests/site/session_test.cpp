@@ -200,6 +200,13 @@ TEST_CASE("a session that cannot be run again says why, and writes nothing but i
       {R"("circuit": "Power feeds", "type": "Two-phase")", "", "has no type \"Two-phase\""},
       {R"x("forms": ["(site-circuit)"], "type": "Reversing")x", "", "has \"type\" beside \"forms\""},
       {R"x("forms": ["(car 5)"])x", "", "CAR"},
+      {R"x("forms": ["1"], "commands": [])x", "", "has \"commands\" beside \"forms\""},
+      {R"x("commands": [{"undo": true, "redo": true}])x", "", "a command has one of"},
+      {R"x("commands": [{"forms": ["1"], "ends": "badly"}])x", "", "neither \"cancelled\" nor"},
+      {R"x("commands": [{"undo": true}])x", "", "command 1 of the session: there is nothing to undo"},
+      {R"x("commands": [{"open": "none.json"}])x", "", "none.json"},
+      {R"x("commands": [{"forms": ["1"], "ends": "failed"}])x", "", "is done now"},
+      {R"x("commands": [{"forms": ["(car 5)"], "ends": "cancelled"}])x", "", "ends otherwise than recorded"},
       {R"("forms": ["1"], "project": "none.db")", "", "there is no such project"},
       {feed, "", "\"ZanDlgConfig\" has no answer"},
       {feed, R"({"dialog": "ZanDlgConfig", "do": [{"press": "insert"}]})", "insert"},
@@ -226,4 +233,37 @@ TEST_CASE("what replay records is the session again") {
         folder.run({"replay", "site", session, "--record", recording, "--work", folder.path("work")})
             .exitCode == 0);
   CHECK_EQ(folder.read("second.json"), folder.read("first.json"));
+}
+
+TEST_CASE("what the tool has run of LISP is a session: files, forms, and what failed at its prompt") {
+  const ToolFolder folder;
+  const std::string line = "(draw-line '(0 0) '(9 0))\n";
+  const std::string file = folder.write("a.lsp", "(defun twice (x) (* 2 x))\n" + line);
+  const std::string drawing = folder.path("plan.json");
+  // The drawing that is opened is the one that is written: the recording keeps it as it was.
+  REQUIRE(folder.run({"lisp", file, "--save", drawing}).exitCode == 0);
+  const auto replay = [&](const std::string& errors) {
+    const ToolRun run =
+        folder.run({"replay", "site", folder.path("rec/a.json"), "--out", folder.path("there.json")});
+    REQUIRE_MESSAGE(run.exitCode == 0, run.errors);
+    CHECK(run.errors == errors);
+    return folder.read("there.json");
+  };
+  REQUIRE(
+      folder
+          .run(
+              {"lisp", "--site", "site", "--drawing", drawing, file, "-e", "(draw-circle '(5 5) (twice 2))",
+               "-e", "(draw-circle '(5 5) 9)", "-e", "(undo 1)", "--save", drawing, "--record",
+               folder.path("rec/a.json")})
+          .exitCode == 0);
+  CHECK(replay("") == folder.read("plan.json"));
+  CHECK(folder.read("rec/a.drawing-1.json") != folder.read("plan.json"));
+
+  REQUIRE(
+      folder.run({"lisp", "--site", "site", "--record", folder.path("rec/a.json")}, line + "(car 5)\n" + line)
+          .exitCode == 3);
+  REQUIRE(folder.run({"lisp", "-e", line, "-e", line, "--save", drawing}).exitCode == 0);
+  CHECK(
+      replay("brenvolt: as recorded: input:1: CAR: argument 1 must be a list, not 5, in (CAR 5)\n") ==
+      folder.read("plan.json"));
 }

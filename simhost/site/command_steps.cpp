@@ -1,8 +1,7 @@
 // Commands and their steps of undo.
-#include "simhost/gui/command_runner.h"
+#include "simhost/site/command_steps.h"
 
 #include "simhost/host/session.h"
-#include "simhost/qt/qt_windows.h"
 #include "simhost/site/site_run.h"
 #include "text/encoding.h"
 
@@ -11,16 +10,15 @@
 
 namespace simhost {
 
-bool CommandRunner::isBusy() const {
+bool CommandSteps::isBusy() const {
   return isRunning_ || windows_.isBusy();
 }
 
-CommandOutcome CommandRunner::run(const QString& name, const std::wstring& form) {
+CommandOutcome CommandSteps::run(const std::wstring& name, const std::wstring& form) {
   return runSteps(name, [&form](const Evaluate& evaluate) { return evaluate(form); });
 }
 
-CommandOutcome CommandRunner::runSteps(
-    const QString& name, const std::function<std::optional<lisp::Value>(const Evaluate&)>& steps) {
+CommandOutcome CommandSteps::runSteps(const std::wstring& name, const Steps& steps) {
   if (isBusy()) return {};
   isRunning_ = true;
   if (onBusyChanged) onBusyChanged();
@@ -29,25 +27,37 @@ CommandOutcome CommandRunner::runSteps(
   UndoLog& log = site_.session().documents().current()->drawing().undoLog();
   log.closeGroup();
   const int before = log.undoCount();
-  const Evaluate evaluate = [this](const std::wstring& form) {
-    if (onForm) onForm(form);
+  SessionCommand command;
+  bool endsInForm = false;
+  const Evaluate evaluate = [&](const std::wstring& form) {
+    command.forms.push_back(brenvolt::toUtf8(form));
+    endsInForm = true;
     lisp::Value value = site_.interpreter().run(form, L"input");
     site_.session().endIfCancelled();
+    endsInForm = false;
     return value;
   };
   CommandOutcome outcome = guarded([&] { return steps(evaluate); });
   log.closeGroup();
+  // Nobody is left to look at half a circuit; the LISP that would take it back does not run any more.
+  if (windows_.hasLeft() && log.undoCount() > before) static_cast<void>(log.undo(log.undoCount() - before));
   dropStaleSteps();
   if (const int after = log.undoCount(); after > before) {
     done_.push_back({name, before, after});
     undone_.clear();
   }
+  if (endsInForm) {
+    const bool isFailed = outcome.kind == CommandOutcome::Kind::failed;
+    command.end = isFailed ? SessionCommand::End::failed : SessionCommand::End::cancelled;
+    command.fault = brenvolt::toUtf8(outcome.message);
+  }
+  if (!command.forms.empty()) tell(command);
   isRunning_ = false;
   if (onBusyChanged) onBusyChanged();
   return outcome;
 }
 
-CommandOutcome CommandRunner::guarded(const std::function<std::optional<lisp::Value>()>& action) {
+CommandOutcome CommandSteps::guarded(const std::function<std::optional<lisp::Value>()>& action) {
   using Kind = CommandOutcome::Kind;
   const auto failed = [](std::wstring message) {
     return CommandOutcome{Kind::failed, {}, std::move(message)};
@@ -64,47 +74,55 @@ CommandOutcome CommandRunner::guarded(const std::function<std::optional<lisp::Va
   }
 }
 
-void CommandRunner::dropStaleSteps() {
+void CommandSteps::dropStaleSteps() {
   const int count = site_.session().documents().current()->drawing().undoLog().undoCount();
   while (!done_.empty() && done_.back().before >= count)
     done_.pop_back();
 }
 
-QString CommandRunner::undoName() {
+std::wstring CommandSteps::undoName() {
   dropStaleSteps();
-  return done_.empty() ? QString() : done_.back().name;
+  return done_.empty() ? std::wstring() : done_.back().name;
 }
 
-QString CommandRunner::redoName() {
+std::wstring CommandSteps::redoName() {
   const UndoLog& log = site_.session().documents().current()->drawing().undoLog();
   if (log.redoCount() == 0) undone_.clear();
-  return undone_.empty() ? QString() : undone_.back().name;
+  return undone_.empty() ? std::wstring() : undone_.back().name;
 }
 
-QString CommandRunner::undo() {
-  if (isBusy() || undoName().isEmpty()) return {};
+std::wstring CommandSteps::undo() {
+  if (isBusy() || undoName().empty()) return {};
   UndoLog& log = site_.session().documents().current()->drawing().undoLog();
   Step step = done_.back();
   step.after = log.undoCount();
   if (log.undo(step.after - step.before) != 0) return {};
   done_.pop_back();
   undone_.push_back(step);
+  tell({SessionCommand::Kind::undo});
   return step.name;
 }
 
-QString CommandRunner::redo() {
-  if (isBusy() || redoName().isEmpty()) return {};
+std::wstring CommandSteps::redo() {
+  if (isBusy() || redoName().empty()) return {};
   UndoLog& log = site_.session().documents().current()->drawing().undoLog();
   const Step step = undone_.back();
   if (log.redo(step.after - step.before) != 0) return {};
   undone_.pop_back();
   done_.push_back(step);
+  tell({SessionCommand::Kind::redo});
   return step.name;
 }
 
-void CommandRunner::forgetSteps() {
+void CommandSteps::open(const std::string& file) {
+  site_.openDrawing(file);
   done_.clear();
   undone_.clear();
+  tell({SessionCommand::Kind::open, {}, file});
+}
+
+void CommandSteps::tell(const SessionCommand& command) const {
+  if (onCommand) onCommand(command);
 }
 
 } // namespace simhost

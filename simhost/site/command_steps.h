@@ -1,0 +1,77 @@
+// Runs what the user asks for: one command at a time, each one step of undo, and tells how it ended. The program with
+// windows works this way, and so does a replay of what was done in it.
+#pragma once
+
+#include "simhost/lisp/value.h"
+#include "simhost/ui/session_file.h"
+
+#include <functional>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace simhost {
+
+class SiteRun;
+class WindowSystem;
+
+/// How a command ended.
+struct CommandOutcome {
+  enum class Kind { done, cancelled, failed, refused };
+  Kind kind = Kind::refused; ///< refused: another one is at work
+  lisp::Value value{};
+  std::wstring message{}; ///< of a failure
+};
+
+class CommandSteps {
+public:
+  /// Both must outlive it.
+  CommandSteps(SiteRun& site, WindowSystem& windows) : site_(site), windows_(windows) {}
+  CommandSteps(const CommandSteps&) = delete;
+  CommandSteps& operator=(const CommandSteps&) = delete;
+
+  /// A command runs or one of its windows is open.
+  [[nodiscard]] bool isBusy() const;
+
+  /// Runs a LISP text as a command of this name.
+  CommandOutcome run(const std::wstring& name, const std::wstring& form);
+  /// A command of several forms: `steps` calls `evaluate` for each, and its answer is the command's value. Nothing
+  /// means that the user left.
+  using Evaluate = std::function<lisp::Value(const std::wstring& form)>;
+  using Steps = std::function<std::optional<lisp::Value>(const Evaluate& evaluate)>;
+  CommandOutcome runSteps(const std::wstring& name, const Steps& steps);
+
+  /// The command that undo would take back, empty for none. Changes that no command made count with the one before.
+  [[nodiscard]] std::wstring undoName();
+  [[nodiscard]] std::wstring redoName();
+  /// Takes the drawing back to where it stood before the last command; its name, empty when there is none.
+  std::wstring undo();
+  std::wstring redo();
+  /// Opens a drawing in place of the current one, a new one for no file: its steps begin anew. Throws BadInput, and
+  /// then nothing has changed.
+  void open(const std::string& file);
+
+  /// When a command begins and when it has ended.
+  std::function<void()> onBusyChanged;
+  /// What was done, once it is done: enough to do it again.
+  std::function<void(const SessionCommand& command)> onCommand;
+
+private:
+  /// A command that changed the drawing: where the undo log stood before, and behind it.
+  struct Step {
+    std::wstring name;
+    int before = 0;
+    int after = 0;
+  };
+  void dropStaleSteps();
+  void tell(const SessionCommand& command) const;
+  [[nodiscard]] CommandOutcome guarded(const std::function<std::optional<lisp::Value>()>& action);
+
+  SiteRun& site_;
+  WindowSystem& windows_;
+  bool isRunning_ = false;
+  std::vector<Step> done_;
+  std::vector<Step> undone_;
+};
+
+} // namespace simhost
