@@ -23,13 +23,13 @@ public:
 private:
   struct Leaf {
     Box box;
-    std::uint32_t number;
+    std::uint32_t number = 0;
   };
   /// A run of nodes below it, in `leaves_` for the lowest level, else in the level below.
   struct Node {
     Box box;
-    std::uint32_t first;
-    std::uint32_t count;
+    std::uint32_t first = 0;
+    std::uint32_t count = 0;
   };
 
   void collect(

@@ -48,7 +48,7 @@ TEST_CASE("the layer of a wire position follows from its pattern and its numberi
       {L"BLK_10", L"1"}, {L"BLK_12", L"1"}, {L"GRN_12", L"0"}, {L"RED_12", L"1"}};
   const struct {
     WireFormat format;
-    const wchar_t* choices;
+    const wchar_t* choices = nullptr;
   } rows[] = {
       {{L"RED_*", L"1"}, L"RED_12 BLK_10 BLK_12 GRN_12"},
       {{L"blk_1?", L"1"}, L"BLK_10 BLK_12 GRN_12 RED_12"},

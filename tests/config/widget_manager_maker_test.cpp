@@ -80,9 +80,9 @@ TEST_CASE("rules with the same text and tables share a manager; rules without ta
   const Params fuse = {{L"FU", L"Fuse"}};
   const Params breaker = {{L"CB", L"Breaker"}};
   struct Case {
-    const char* name;
+    const char* name = nullptr;
     ZanScriptRules rules;
-    const char* bindings;
+    const char* bindings = nullptr;
   };
   const Case cases[] = {
       {"none", {}, ""},

@@ -230,7 +230,7 @@ TEST_CASE("a motor or a load from the drawing becomes the circuit in hand, and t
     expected.insert(expected.end(), row.values.begin(), row.values.end());
     expected.emplace_back("lock");
     for (std::string& note : expected)
-      note = std::string(row.name) + ": " + note;
+      note.insert(0, ": ").insert(0, row.name);
     CHECK_EQ(notes, expected);
     CHECK_EQ(toUtf8(circuitData().type), row.values[0]);
     CHECK_EQ(toUtf8(circuitData().voltage), row.values[3]);

@@ -100,7 +100,7 @@ TEST_CASE("an existing table is refused by name unless it is to be replaced, and
 
   const ImportReport refused = importTables(folder.name("out.db"), {folder.name("in.db")});
   REQUIRE_FALSE(refused.isDone());
-  CHECK(refused.errors.front().find(L"T") != std::wstring::npos);
+  CHECK(refused.errors.front().find(L'T') != std::wstring::npos);
   CHECK(readFile(folder.file("out.db")) == before);
 
   const ImportReport replaced =
@@ -151,10 +151,13 @@ TEST_CASE("an imported file answers as the file itself does, and any reader of s
       CHECK(static_cast<std::size_t>(table.rows) == theirs.size());
       CHECK(shown(rowsOf(*imported, L"SELECT * FROM [" + table.name + L"]")) == shown(theirs));
       if (!outputOf("which sqlite3")) continue;
-      const std::string from = " FROM [" + toUtf8(table.name) + "]'";
-      const std::string reader = "sqlite3 '" + folder.file("out.db").string() + "' 'SELECT ";
-      CHECK(outputOf(reader + "*" + from).has_value());
-      const auto count = outputOf(reader + "count(*)" + from).value_or("");
+      const auto asked = [&](const char* what) {
+        std::string command = "sqlite3 '" + folder.file("out.db").string();
+        command.append("' 'SELECT ").append(what).append(" FROM [").append(toUtf8(table.name)).append("]'");
+        return outputOf(command);
+      };
+      CHECK(asked("*").has_value());
+      const auto count = asked("count(*)").value_or("");
       CHECK(count == std::to_string(table.rows) + "\n");
     }
   }

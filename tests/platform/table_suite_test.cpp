@@ -54,7 +54,7 @@ void fillByStatements(
     ZanOleDbConnection& connection, const std::wstring& collation, const std::wstring& real) {
   std::wstring create = L"CREATE TABLE [MOTOR_NEC] (";
   for (const std::wstring& column : motorColumns) {
-    create += (column == L"ID" ? L"[" : L", [") + column + L"] TEXT" + collation;
+    create.append(column == L"ID" ? L"[" : L", [").append(column).append(L"] TEXT").append(collation);
   }
   mustRun(connection, create + L")");
   for (const Lines& row : motorRows)

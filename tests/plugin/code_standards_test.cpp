@@ -34,11 +34,12 @@ public:
       const std::string name = table == "OPT_IEC"   ? "'IEC 60364'"
                                : table == "OPT_NEC" ? "'National Code'"
                                                     : "NULL";
-      const std::string rows = "('FULLNAME', " + name + ", NULL), ('PHASE', '3', '1;3')";
-      const std::string statement = "CREATE TABLE [" + table +
-                                    "] ([CODE] TEXT COLLATE NOCASE, [DEFAULT] TEXT, "
-                                    "[LIST] TEXT); INSERT INTO [" +
-                                    table + "] VALUES " + rows;
+      std::string statement = "CREATE TABLE [" + table;
+      statement.append("] ([CODE] TEXT COLLATE NOCASE, [DEFAULT] TEXT, [LIST] TEXT); INSERT INTO [")
+          .append(table)
+          .append("] VALUES ('FULLNAME', ")
+          .append(name)
+          .append(", NULL), ('PHASE', '3', '1;3')");
       CHECK_EQ(sqlite3_exec(database, statement.c_str(), nullptr, nullptr, nullptr), SQLITE_OK);
     }
     sqlite3_close(database);

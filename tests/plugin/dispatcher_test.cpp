@@ -22,7 +22,7 @@ namespace {
 
 /// What the handler under test is to do, and what it saw.
 struct {
-  LispFunction function;
+  LispFunction function{};
   std::string behaviour;
   int depthInside = 0;
 } probe;

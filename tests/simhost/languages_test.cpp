@@ -50,7 +50,9 @@ TEST_CASE("German has every text and every dialog, with the same places to fill 
     // Read as a file of its own: what English would fill in is seen to be missing.
     const KvResourceModule german = moduleOf(fs::path("resources") / folder / "de.txt");
     CHECK(german.texts.size() == english.texts.size());
-    for (const auto& [number, text] : english.texts) {
+    for (const auto& entry : english.texts) {
+      const auto& number = entry.first;
+      const auto& text = entry.second;
       CAPTURE(number);
       const auto found = german.texts.find(number);
       REQUIRE(found != german.texts.end());

@@ -45,6 +45,7 @@ std::vector<std::uint64_t> walk(const DrawingDatabase& drawing, bool forwards) {
 
 std::vector<KvDbHandle> addLines(DrawingDatabase& drawing, int count) {
   std::vector<KvDbHandle> handles;
+  handles.reserve(static_cast<std::size_t>(count));
   for (int index = 0; index < count; ++index) {
     handles.push_back(drawing.addEntity(drawing.modelSpace(), makeLine(index, 0.0, index, 1.0)));
   }
