@@ -74,7 +74,7 @@ struct ItemVisitor {
 };
 
 ItemPainter::ItemPainter(QPainter& painter, const ViewTransform& view, PaintStyle style)
-    : painter_(painter), view_(view), style_(std::move(style)), font_(QStringLiteral("DejaVu Sans")) {
+    : painter_(painter), view_(view), style_(style), font_(QStringLiteral("DejaVu Sans")) {
   font_.setHintingPreference(QFont::PreferNoHinting); // widths grow with the height, as on paper
   painter_.setRenderHint(QPainter::Antialiasing);
   painter_.setRenderHint(QPainter::TextAntialiasing);

@@ -47,6 +47,7 @@ void shareOut(const std::vector<ColumnNeed>& columns, int room, std::vector<int>
 
 std::vector<int> columnWidths(const std::vector<ColumnNeed>& columns, int room, Overflow overflow) {
   std::vector<int> widths;
+  widths.reserve(columns.size());
   for (const ColumnNeed& column : columns)
     widths.push_back(column.least);
   int left = room - sumOf(widths);
