@@ -275,22 +275,12 @@ void insertUnit(benchmark::State& state) {
   }
 }
 
-BENCHMARK(open)->ArgName("units")->Arg(10)->Arg(200)->UseManualTime()->Iterations(5)->Unit(
-    benchmark::kMillisecond);
-BENCHMARK(switchPage)
-    ->ArgName("units")
-    ->Arg(10)
-    ->Arg(200)
-    ->UseManualTime()
-    ->Iterations(5)
-    ->Unit(benchmark::kMillisecond);
-BENCHMARK(insertUnit)
-    ->ArgName("units")
-    ->Arg(10)
-    ->Arg(200)
-    ->UseManualTime()
-    ->Iterations(5)
-    ->Unit(benchmark::kMillisecond);
+void smallAndLarge(benchmark::internal::Benchmark* bench) {
+  bench->ArgName("units")->Arg(10)->Arg(200)->UseManualTime()->Iterations(5)->Unit(benchmark::kMillisecond);
+}
+BENCHMARK(open)->Apply(smallAndLarge);
+BENCHMARK(switchPage)->Apply(smallAndLarge);
+BENCHMARK(insertUnit)->Apply(smallAndLarge);
 
 } // namespace
 

@@ -10,6 +10,8 @@
 
 ; A motor's or load's data below the title, when there is any.
 (defun site_motor_data (xyz scl data)
+  ; A saved configuration brings its current without a lookup, and parts go by it.
+  (when (string->number (data-text data 7)) (setq site-current (string->number (data-text data 7))))
   (unless (string=? (data-power data) "")
     (draw-text xyz (string-append (string-upcase (data-text data 0)) "  " (data-power data) "  " (data-supply data))
                (* 2.5 scl) "DESCRIPTIONS"))

@@ -33,7 +33,7 @@
 ; How many times a motor's current a part of a table has to carry.
 (setq site-part-factors '(("DS" . 1.15) ("CB" . 2.5) ("FU" . 1.75) ("MS" . 1.0) ("OL" . 1.0) ("XF" . 0.0)))
 
-(setq site-current nil) ; of the motor or load that was looked up last in this circuit; nil for none
+(setq site-current nil) ; of the motor or load that was looked up or inserted last in this circuit; nil for none
 
 ; The plug-in's lookups, with a look at the current on the way: the answers are theirs.
 (defun site_motor_lookup (&rest args) (note-current (apply 'zan_bv_motor_select args) 7))
@@ -47,11 +47,13 @@
 
 ; A part out of a table: (manufacturer catalogue-number assembly type ratings ...). While the host has the editor, the
 ; user may pick a component whose rating the part shall have; a pick of nothing goes by the current of the motor. A
-; manufacturer that stands in the group already is kept. Nil when no part is large enough.
+; manufacturer that stands in the group already is kept. Nil when no part is large enough, or when nothing tells how
+; large it has to be: a part for no current would be too small for any motor.
 (defun site_part_lookup (table mfg cat asm)
   (let* ((picked (pick-entity "Component with the rating of the part, Enter for the motor's: "))
          (wanted (if picked (entity-rating (car picked)) (motor-rating table)))
-         (part (find-if (lambda (row) (part-fits? row table mfg wanted)) site-parts)))
+         (part (when wanted (find-if (lambda (row) (part-fits? row table mfg wanted)) site-parts))))
+    (unless wanted (princ "\nThe current of the motor is not known: look the motor up, or insert its unit first.\n"))
     (when part
       ; All ratings, or those of the part before would stay.
       (sublist (append (nthcdr 2 part) '("" "" "" "" "" "")) 0 10))))
@@ -61,10 +63,10 @@
        (or (string=? mfg "") (string-ci=? (third row) mfg))
        (>= (second row) wanted)))
 
-; A table that no current counts for, and a circuit whose motor is not known yet, take the smallest part.
+; What a part of the table has to carry; 0 where no current counts, nil while the motor's is not known.
 (defun motor-rating (table)
-  (let ((factor (assoc (string-upcase table) site-part-factors)))
-    (if (and site-current factor) (* site-current (cdr factor)) 0)))
+  (let ((factor (cdr (or (assoc (string-upcase table) site-part-factors) '("" . 0.0)))))
+    (cond ((zerop factor) 0) (site-current (* site-current factor)))))
 
 ; "35A" is 35; 0 for what has no rating.
 (defun entity-rating (entity)
