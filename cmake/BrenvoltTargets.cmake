@@ -22,15 +22,29 @@ function(brenvolt_library name)
   target_link_libraries(${name} PUBLIC brenvolt_flags ${ARG_DEPENDS})
 endfunction()
 
+# brenvolt_add_test(NAME COMMAND program [argument ...] [BIN folder])
+# Runs with the repository as working directory; BIN is the folder of the tool and its module.
+function(brenvolt_add_test name)
+  cmake_parse_arguments(ARG "" "BIN" "COMMAND" ${ARGN})
+  if(NOT ARG_BIN)
+    set(ARG_BIN "${CMAKE_RUNTIME_OUTPUT_DIRECTORY}")
+  endif()
+  add_test(NAME ${name} COMMAND ${ARG_COMMAND} WORKING_DIRECTORY "${CMAKE_SOURCE_DIR}")
+  set(environment "BRENVOLT_BIN=${ARG_BIN}" LC_ALL=C QT_QPA_PLATFORM=offscreen)
+  if(BRENVOLT_SANITIZE)
+    list(APPEND environment
+      "LSAN_OPTIONS=suppressions=${CMAKE_SOURCE_DIR}/cmake/known_leaks.txt:print_suppressions=0")
+  endif()
+  set_tests_properties(${name} PROPERTIES ENVIRONMENT "${environment}")
+endfunction()
+
 # brenvolt_test(NAME SOURCES a_test.cpp ... [DEPENDS target ...])
-# One test program per folder; run with the repository as working directory.
+# One test program per folder.
 function(brenvolt_test name)
   cmake_parse_arguments(ARG "" "" "SOURCES;DEPENDS" ${ARGN})
   add_executable(${name} "${CMAKE_SOURCE_DIR}/tests/support/doctest_main.cpp" ${ARG_SOURCES})
   target_include_directories(${name} PRIVATE "${CMAKE_SOURCE_DIR}/src" "${CMAKE_SOURCE_DIR}")
   target_compile_definitions(${name} PRIVATE DOCTEST_CONFIG_SUPER_FAST_ASSERTS)
   target_link_libraries(${name} PRIVATE brenvolt_flags ${ARG_DEPENDS})
-  add_test(NAME ${name} COMMAND ${name} WORKING_DIRECTORY "${CMAKE_SOURCE_DIR}")
-  set_tests_properties(${name} PROPERTIES ENVIRONMENT
-    "BRENVOLT_BIN=${CMAKE_RUNTIME_OUTPUT_DIRECTORY};LC_ALL=C;QT_QPA_PLATFORM=offscreen")
+  brenvolt_add_test(${name} COMMAND ${name})
 endfunction()

@@ -22,9 +22,12 @@
 #include <QPalette>
 #include <QStatusBar>
 #include <QStringList>
+#include <QStyle>
 #include <QStyleFactory>
 #include <QToolBar>
 #include <QVBoxLayout>
+
+#include <memory>
 
 namespace simhost {
 namespace {
@@ -34,7 +37,10 @@ constexpr int watchMilliseconds = 100;
 constexpr const wchar_t* settingsKey = L"SimHost";
 
 QPalette paletteFor(Paper paper) {
-  if (paper == Paper::light) return QStyleFactory::create(QStringLiteral("Fusion"))->standardPalette();
+  if (paper == Paper::light) {
+    const std::unique_ptr<QStyle> fusion(QStyleFactory::create(QStringLiteral("Fusion")));
+    return fusion->standardPalette();
+  }
   // The style draws outlines in a darker window colour, which says little here: fields and ticks stand out by being
   // much darker than the window.
   QPalette palette(QColor(0x50, 0x56, 0x60), QColor(0x38, 0x3d, 0x45));
