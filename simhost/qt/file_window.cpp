@@ -74,7 +74,9 @@ void FileWindow::takeType(const QString& filter) {
   }
   answer_.type = static_cast<int>(type);
   notes_.typeSet();
-  if (events_.typeChanged) answer_.path = events_.typeChanged(answer_.type, answer_.path);
+  if (events_.typeChanged &&
+      !thrown_.guard([this] { answer_.path = events_.typeChanged(answer_.type, answer_.path); }))
+    return reject();
   notes_.typeAnswered();
   nameField().setText(toQt(answer_.path));
 }
@@ -95,8 +97,12 @@ void FileWindow::accept() {
   }
   notes_.okPressed();
   answer_.isOk = true;
-  if (!events_.accept || events_.accept(answer_)) return QDialog::accept();
-  answer_.isOk = false;
+  bool isTaken = true;
+  const bool isAnswered = thrown_.guard([&] { isTaken = !events_.accept || events_.accept(answer_); });
+  answer_.isOk = isAnswered && isTaken;
+  if (!isAnswered) return reject();
+  // Not QFileDialog's own way to accept: that asks for a name which the flow may well do without.
+  if (isTaken) done(Accepted);
 }
 
 } // namespace simhost

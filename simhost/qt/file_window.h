@@ -1,6 +1,7 @@
 // The dialog for file names on the screen, with the flow behind it.
 #pragma once
 
+#include "simhost/qt/held_exception.h"
 #include "simhost/ui/window_system.h"
 
 #include <QFileDialog>
@@ -25,6 +26,8 @@ public:
 
   /// The name as it stands in the field; with the folder, when that is no longer the one of the question.
   [[nodiscard]] FileAnswer answer() const { return answer_; }
+  /// Behind `exec`: what the flow has thrown.
+  void throwOn() { thrown_.throwOn(); }
   /// Where the name is typed.
   [[nodiscard]] QLineEdit& nameField() const;
 
@@ -37,6 +40,7 @@ private:
   const FileEvents& events_;
   Notes notes_;
   FileAnswer answer_;
+  HeldException thrown_;
   QString folder_; ///< at the opening
   QStringList filters_;
 };

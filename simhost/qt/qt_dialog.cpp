@@ -134,7 +134,7 @@ void QtDialog::run() {
   if (around_.isPiloted()) {
     clock_.setByHand();
     QTimer::singleShot(0, frame_.get(), [this] {
-      around_.pilot(*this);
+      static_cast<void>(work([this] { around_.pilot(*this); }));
       settle();
     });
   }
@@ -143,6 +143,7 @@ void QtDialog::run() {
   loop_ = nullptr;
   frame_->hide();
   around_.dialogCloses(*this);
+  thrown_.throwOn();
   // The program ends while the dialog is open.
   if (!access().isEnded()) access().end(kvui::cancel);
 }
@@ -196,6 +197,12 @@ ControlView* QtDialog::focusedView() const {
   return nullptr;
 }
 
+bool QtDialog::work(const std::function<void()>& body) {
+  if (thrown_.guard(body)) return true;
+  if (!access().isEnded()) access().end(kvui::cancel);
+  return false;
+}
+
 void QtDialog::passTime() {
   if (isActing_ || isEnded() || hasGivenEditor() || !around_.isOnTop(*this)) {
     clock_.skip();
@@ -203,8 +210,7 @@ void QtDialog::passTime() {
   }
   const auto fire = [this](int timer) {
     const FlagScope acting(isActing_);
-    access().timer(timer);
-    return !isEnded();
+    return work([&] { access().timer(timer); }) && !isEnded();
   };
   clock_.pass(fire);
   if (around_.keepsRecord()) record_.addChanges(changes());
@@ -242,7 +248,7 @@ void QtDialog::act(Json action, const Gesture& gesture) {
   Refusal refusal;
   {
     const FlagScope acting(isActing_);
-    refusal = gesture(gestures_, action);
+    if (!work([&] { refusal = gesture(gestures_, action); })) return settle();
   }
   lastRefusal_ = refusal;
   if (keepsRecord && refusal) {

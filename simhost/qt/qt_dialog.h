@@ -5,6 +5,7 @@
 #include "simhost/qt/control_view.h"
 #include "simhost/qt/dialog_clock.h"
 #include "simhost/qt/form_layout.h"
+#include "simhost/qt/held_exception.h"
 #include "simhost/qt/window_words.h"
 #include "simhost/ui/dialog_model.h"
 #include "simhost/ui/gestures.h"
@@ -102,6 +103,8 @@ private:
   friend class DialogFrame;
   [[nodiscard]] ControlView* focusedView() const;
   void note(Json action);
+  /// Runs what is the flow's. When that throws, the dialog ends, `run` throws on, and the answer is false.
+  [[nodiscard]] bool work(const std::function<void()>& body);
   void passTime();
   /// The control that a person starts at.
   [[nodiscard]] ControlView* firstView() const;
@@ -118,6 +121,7 @@ private:
   std::vector<std::unique_ptr<ControlView>> forgotten_; ///< until the gesture is over that took them away
   std::map<const ControlModel*, ControlView*> viewOf_;
   std::set<ControlModel*> changed_;
+  HeldException thrown_;
   Refusal lastRefusal_;
   CellAnswer lastCellAnswer_ = CellAnswer::taken;
   Json lastAction_;            ///< with what later gestures may be joined

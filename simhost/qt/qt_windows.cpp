@@ -119,6 +119,7 @@ FileAnswer QtWindows::askFile(const FileQuestion& question, const FileEvents& ev
   asked = &window;
   if (pilot_ != nullptr) QTimer::singleShot(0, &window, [&] { pilot_->drive(window, record); });
   window.exec();
+  window.throwOn();
   if (!window.answer().isOk) record.addAction({{"press", "cancel"}});
   return window.answer();
 }

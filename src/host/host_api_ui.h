@@ -245,7 +245,7 @@ public:
   virtual ~CKvUiDialog();
 
   /// Runs the dialog and answers what `EndDialog` was given, kvui::cancel when the window was closed or could not be
-  /// made.
+  /// made. What one of the events below throws ends the dialog and arrives at the caller.
   int DoModal();
   /// The dialog's window while it runs, for task dialogs and child dialogs.
   [[nodiscard]] KvWindow* window() const;
@@ -318,6 +318,7 @@ public:
   CKvUiFileDialog(const CKvUiFileDialog&) = delete;
   CKvUiFileDialog& operator=(const CKvUiFileDialog&) = delete;
   virtual ~CKvUiFileDialog();
+  /// kvui::ok or kvui::cancel. What an event throws ends the dialog and arrives at the caller.
   int DoModal();
   /// Full path, file title with its extension, folder, as chosen.
   [[nodiscard]] std::wstring GetPathName() const;

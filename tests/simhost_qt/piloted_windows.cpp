@@ -21,26 +21,28 @@
 
 #include <charconv>
 #include <cstdio>
+#include <cstdlib>
 
 namespace simhost::test {
 
-using brenvolt::fromUtf8;
 using brenvolt::toUtf8;
 using Json = nlohmann::ordered_json;
 
 namespace {
 
-/// The offscreen platform tells at each window what it cannot do; all else is worth reading.
-void dropPlatformNotes(QtMsgType type, const QMessageLogContext& context, const QString& message) {
+/// The offscreen platform tells at each window what it cannot do; any other warning is a fault of ours, and ends the
+/// test.
+void failAtWarnings(QtMsgType type, const QMessageLogContext& context, const QString& message) {
   if (message.startsWith("This plugin does not support") || message.startsWith("QStandardPaths:")) return;
   std::fprintf(stderr, "%s\n", qFormatLogMessage(type, context, message).toUtf8().constData());
+  if (type != QtDebugMsg && type != QtInfoMsg) std::abort();
 }
 
 } // namespace
 
 void startApplication() {
   if (QCoreApplication::instance() != nullptr) return;
-  qInstallMessageHandler(dropPlatformNotes);
+  qInstallMessageHandler(failAtWarnings);
   qputenv("QT_QPA_PLATFORM", "offscreen");
   static int count = 1;
   static char name[] = "windows_test";
