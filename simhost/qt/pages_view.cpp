@@ -159,6 +159,7 @@ private:
   [[nodiscard]] static std::vector<std::pair<unsigned, std::wstring>> imagesOf(
       const std::vector<KvUiGroupButton>& buttons) {
     std::vector<std::pair<unsigned, std::wstring>> images;
+    images.reserve(buttons.size());
     for (const KvUiGroupButton& button : buttons)
       images.emplace_back(button.image, button.tip);
     return images;

@@ -71,9 +71,9 @@ SessionCommand readCommand(const Json& value) {
       command.kind = Kind::open;
       if (member.is_string()) command.file = member;
     } else if (name == "ends" && member.is_string()) {
-      const auto* row = std::find_if(std::begin(endNames), std::end(endNames), [&](const EndName& known) {
-        return member == known.name;
-      });
+      const std::string end = member;
+      const auto* row = std::find_if(
+          std::begin(endNames), std::end(endNames), [&](const EndName& known) { return end == known.name; });
       if (row == std::end(endNames)) fail("a command \"ends\" neither \"cancelled\" nor \"failed\"");
       command.end = row->end;
     } else if (name == "fault" && member.is_string()) {

@@ -50,7 +50,7 @@ Refusal WidgetGestures::find(ControlModel& control, bool isForChange, ControlVie
   view = dialog_.viewOf(control);
   if (view == nullptr) return "no widget shows it";
   const QWidget& widget = view->focusWidget();
-  const Refusal refusal = isForChange ? reachForChange(control) : reach(control);
+  Refusal refusal = isForChange ? reachForChange(control) : reach(control);
   const bool isUsable = widget.isEnabled() && widget.isVisible();
   if (refusal && isForChange && isUsable) return "its widget can be used, though " + *refusal;
   if (!refusal && !widget.isVisible()) return "its widget is not seen";
@@ -266,6 +266,9 @@ Refusal WidgetGestures::editCell(
 std::string unlikeShown(QtDialog& dialog) {
   dialog.refresh();
   std::string unlike;
+  const auto tell = [&unlike](const std::string& role, const std::string& what) {
+    unlike.append(role).append(": ").append(what).append("\n");
+  };
   for (const auto& view : dialog.views()) {
     ControlModel& model = view->model();
     const PagesModel* pages = model.pages();
@@ -276,15 +279,14 @@ std::string unlikeShown(QtDialog& dialog) {
     const bool isLong = shown.contains("sum");
     for (const auto& [member, value] : reading.items()) {
       if (isLong && member == "rows") continue;
-      if (!shown.contains(member) || shown[member] != value)
-        unlike += role + ": " + member + " reads " + value.dump() + ", should be " +
-                  (shown.contains(member) ? shown[member].dump() : "absent") + "\n";
+      const std::string wanted = shown.contains(member) ? shown[member].dump() : "absent";
+      if (value.dump() != wanted) tell(role, member + " reads " + value.dump() + ", should be " + wanted);
     }
     const bool isLocked = pages != nullptr && pages->IsLocked(model.page());
     if (view->widget().isVisibleTo(&dialog.frame()) != model.isVisible() && pages == nullptr)
-      unlike += role + ": is seen otherwise\n";
+      tell(role, "is seen otherwise");
     if (view->widget().isEnabled() != (model.isEnabled() && !isLocked) && pages == nullptr)
-      unlike += role + ": is enabled otherwise\n";
+      tell(role, "is enabled otherwise");
   }
   return unlike;
 }
