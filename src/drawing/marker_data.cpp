@@ -47,7 +47,7 @@ bool PublishMarkerData(ZanDwgMarkerList& markers) {
   }
   builder.endList().beginList().addText(L"-1").endList().endList();
   const ResultList list = builder.take();
-  return !list.isEmpty() && putList(lispsymbol::markerData, list) && defineSetter();
+  return !list.isEmpty() && defineSetter() && putList(lispsymbol::markerData, list);
 }
 
 bool SetMarkerData(std::int32_t index, const std::vector<std::int32_t>& values) {

@@ -9,7 +9,7 @@
 namespace brenvolt {
 
 /// Sets the symbol ahead of a run: index 0, the handles of all markers in tree order, the one value "-1".
-/// @return false, the symbol unchanged, when a marker has no handle or the host refuses the list
+/// @return false, the symbol unchanged, when a marker has no handle, LISP cannot run or the host refuses the list
 bool PublishMarkerData(ZanDwgMarkerList& markers);
 
 /// Puts `index` into the symbol and, unless `values` is empty, the values as decimal texts into its third element. A

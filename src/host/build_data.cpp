@@ -77,7 +77,9 @@ bool readBuildData(BuildData& data) {
 }
 
 bool writeBuildData(const std::wstring& name, const BuildData& data) {
-  const ResultList symbol = getSymbol(lispsymbol::buildData);
+  // A value that cannot be read is somebody's all the same: it is left as it is.
+  ResultList symbol;
+  if (kvedGetSym(lispsymbol::buildData, symbol.receive()) != kvstatus::normal) return false;
   ListReader reader(symbol);
   const bool isFilled = reader.enterList() && !reader.atEnd();
   const ResultList changed = isFilled ? changedList(reader, name, data) : newList(name, data);

@@ -107,22 +107,25 @@ public:
   [[nodiscard]] virtual int resourceDepth() const = 0;
 };
 
+/// Null in a host without documents.
 KV_HOST_API KvApDocManager* kvDocManagerPtr();
 
 /// Holds the lock of the current document for a scope.
 class KvAxDocLock final {
 public:
-  KvAxDocLock() : document_(kvDocManagerPtr()->currentDocument()) {
-    locked_ = document_ != nullptr && kvDocManagerPtr()->lockDocument(document_);
+  KvAxDocLock()
+      : manager_(kvDocManagerPtr()), document_(manager_ == nullptr ? nullptr : manager_->currentDocument()) {
+    locked_ = document_ != nullptr && manager_->lockDocument(document_);
   }
   ~KvAxDocLock() {
-    if (locked_) kvDocManagerPtr()->unlockDocument(document_);
+    if (locked_) manager_->unlockDocument(document_);
   }
   KvAxDocLock(const KvAxDocLock&) = delete;
   KvAxDocLock& operator=(const KvAxDocLock&) = delete;
   [[nodiscard]] bool isLocked() const { return locked_; }
 
 private:
+  KvApDocManager* manager_;
   KvApDocument* document_;
   bool locked_ = false;
 };

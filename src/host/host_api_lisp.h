@@ -60,6 +60,8 @@ KV_HOST_API int kvedPutSym(const wchar_t* name, const KvResultBuffer* value);
 /// were exposed to native code and commands ("c:...") can be reached; any other name is kvstatus::rejected. A LISP
 /// error is told on the command line and gives kvstatus::failed. `*result` is a new chain, null for nil. The call
 /// may re-enter the plug-in.
+/// Every host exposes "veval-str+", which takes a text and answers the value of its form, and its LISP has the function
+/// `vz-korvo-defun`, which takes a symbol and exposes the function of that name: the plug-in exposes others with it.
 KV_HOST_API int kvedInvoke(const KvResultBuffer* call, KvResultBuffer** result);
 /// @}
 

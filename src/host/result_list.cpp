@@ -252,24 +252,6 @@ bool ListReader::skipElement() {
   return behind.has_value();
 }
 
-std::optional<std::wstring> ListReader::takeText() {
-  std::optional<std::wstring> value = text();
-  if (value) skipElement();
-  return value;
-}
-
-std::optional<double> ListReader::takeReal() {
-  const std::optional<double> value = real();
-  if (value) skipElement();
-  return value;
-}
-
-std::optional<std::int32_t> ListReader::takeInteger() {
-  const std::optional<std::int32_t> value = integer();
-  if (value) skipElement();
-  return value;
-}
-
 bool ListReader::enterList() {
   if (!isList()) return false;
   node_ = node_->next;

@@ -47,8 +47,6 @@ public:
   ListBuilder(const ListBuilder&) = delete;
   ListBuilder& operator=(const ListBuilder&) = delete;
 
-  [[nodiscard]] bool hasFailed() const { return failed_; }
-
   /// Text up to its first null character.
   ListBuilder& addText(std::wstring_view text);
   ListBuilder& addReal(double value);
@@ -111,10 +109,6 @@ public:
   /// Steps over the element. False when there was none, or a nested list had no end (the cursor is then at the end of
   /// the chain).
   bool skipElement();
-  /// `text`, `real`, `integer`, and a step over the element when it is of that type.
-  [[nodiscard]] std::optional<std::wstring> takeText();
-  [[nodiscard]] std::optional<double> takeReal();
-  [[nodiscard]] std::optional<std::int32_t> takeInteger();
   /// Steps into the nested list; false when the element is none.
   bool enterList();
   /// Steps behind the end of the list last entered, whatever is left in it. False when no list is entered or it has no

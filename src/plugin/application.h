@@ -16,7 +16,7 @@ struct ExtensionModule {
 [[nodiscard]] ExtensionModule& extensionModule();
 
 /// Loads the resource module. A module that is not found is told in one message box; the plug-in then goes on without
-/// texts. A second call does nothing.
+/// texts. Once that is done, a further call does nothing.
 void initialiseExtension(ExtensionModule& extension);
 /// Gives back what `initialiseExtension` took.
 void terminateExtension(ExtensionModule& extension);

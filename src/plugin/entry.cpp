@@ -1,7 +1,5 @@
 // The door of the module: what a host and sibling modules find in ZanBrenvolt.kvx by name.
-#include "data/option_tables.h"
 #include "host/host_api_documents.h"
-#include "host/resources.h"
 #include "plugin/application.h"
 #include "plugin/function_table.h"
 #include "plugin/handlers/code_standard_description.h"

@@ -7,8 +7,7 @@
 #include "plugin/handlers/build_circuit.h"
 #include "plugin/handlers/code_standard_description.h"
 #include "plugin/handlers/edit_wire_size.h"
-#include "plugin/handlers/motor_select.h"
-#include "plugin/handlers/power_feed_select.h"
+#include "plugin/handlers/rating_select.h"
 #include "plugin/handlers/select_circuit.h"
 #include "plugin/handlers/wire_select.h"
 

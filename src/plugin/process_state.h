@@ -3,7 +3,8 @@
 
 namespace brenvolt {
 
-/// Gives the process a fresh start, as if the module had just been loaded:
+/// Gives the process a fresh start, as if the module had just been loaded; tests begin with it, since a process that
+/// runs several has loaded the module once:
 /// - `circuitData()` and `loadFactors()` (data/circuit_data.h): the circuit in hand
 /// - `setTrace()` (host/lisp_calls.h): the trace flag
 /// - `acceptedTables()` (host/alerts.h): missing tables that the user accepted

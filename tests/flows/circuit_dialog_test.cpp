@@ -202,6 +202,15 @@ TEST_CASE("a workbook that is open elsewhere is asked about once") {
   }
 }
 
+TEST_CASE("the trace flag of the product's symbol counts from the reading on") {
+  const CircuitSite site;
+  const auto session = site.session(circuitStep(R"({"press": "cancel"})"));
+  session->eval("(setq GBL_qn_bv_data '(\"M\" nil 1.0 1.0 1.0 1.0 1))");
+  session->eval("(zan_bv_select_circuit)");
+  const std::string printed = session->lisp().takePrinted();
+  CHECK_MESSAGE(printed.find("(c:zan_find_file \"zan_brenvolt.xls\" 3)") != std::string::npos, printed);
+}
+
 TEST_CASE("the preview names the template, and the panes come up as they were left by OK") {
   const CircuitSite site;
   const auto session = site.session(

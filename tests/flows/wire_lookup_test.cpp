@@ -264,7 +264,7 @@ TEST_CASE("a report goes to workbook, csv and tabbed text, replaced and appended
 
 namespace {
 
-/// A line, a placed circuit, and a device without a circuit.
+/// A line that carries data of a circuit though it is no block, a placed circuit, and a device without a circuit.
 constexpr char drawing[] = R"lisp(
   (define-block "PLACED" '(0.0 0.0) (lambda () (draw-circle '(0.0 0.0) 1.0)))
   (define-block "DEVICE" '(0.0 0.0)
@@ -278,6 +278,7 @@ constexpr char drawing[] = R"lisp(
   (entity-data-set! placed "ORL_QN_BV_CIRCPARAMS"
     (string-append "Induction;20;HP;460;3;60;1800;28;1.15; ;AWG;CU; ; ;150;FT;Steel conduit;1.0;5;0.9; ; ; ; ; ; ; ; ;"
                    " ;!MCC_CTRL; "))
+  (entity-data-set! line "ORL_QN_BV_CIRCPARAMS" "Induction;20;HP")
   (entity-data-set! placed "ORL_QN_BV_CIRCPARAMS2" "((\"4AWG(2)\" \"BLK\" \"1\")(\"8AWG\" nil \"3\"))"))lisp";
 
 std::string pickStep(const std::string& handle) {
@@ -307,26 +308,50 @@ TEST_CASE("a placed circuit is edited from its record and answers its components
   CHECK_EQ(session.eval("(zan_bv_edit_wiresize \"text\")"), "nil");
 }
 
-TEST_CASE("a pick goes on past other entities; a device asks for its motor first") {
+TEST_CASE(
+    "a pick goes on past other entities to a placed circuit, or to a device that asks for its motor first") {
   std::string line;
+  std::string placed;
   std::string device;
   {
     PickerSession session(siteTables(), "[]");
     session.eval(drawing);
-    const auto handle = [&session](const char* symbol) {
+    const auto pickOf = [&session](const char* symbol) {
       const std::string text = session.eval("(entity-handle " + std::string(symbol) + ")");
-      return text.substr(1, text.size() - 2);
+      return pickStep(text.substr(1, text.size() - 2)) + ",";
     };
-    line = handle("line");
-    device = handle("device");
+    line = pickOf("line");
+    placed = pickOf("placed");
+    device = pickOf("device");
   }
-  const std::string actions = "[" + pickStep(line) + "," + pickStep(device) + "," +
-                              step("ZanDlgMotorSelect", R"({"select": "grid", "row": 1}, {"press": "ok"})") +
-                              "," + lookupStep(R"({"press": "ok"})") + "," +
-                              step("pick", R"({"press": "cancel"})") + "]";
-  PickerSession picked(siteTables(), actions);
-  picked.eval(drawing);
-  picked.eval("(setq answer (zan_bv_edit_wiresize nil))");
-  CHECK_EQ(picked.eval("(list (equal (car (car answer)) device) (length (car (cdr answer))))"), "(T 7)");
-  CHECK_EQ(picked.eval("(zan_bv_edit_wiresize)"), "nil");
+  const std::string ok = R"({"press": "ok"})";
+  const std::string cancel = R"({"press": "cancel"})";
+  const std::string motor = step("ZanDlgMotorSelect", R"({"select": "grid", "row": 1},)" + ok) + ",";
+  struct Row {
+    std::string steps;
+    const char* prepare;
+    const char* answer; ///< the entity, its wire, the number of component rows
+  };
+  const Row rows[] = {
+      {line + device + motor + lookupStep(ok), "", R"((DEVICE "14AWG" 7))"},
+      {line + placed +
+           lookupStep(R"({"tick": "parallel", "to": true}, {"choose": "parallelCount", "to": "2"},)" + ok),
+       "", R"x((PLACED "4AWG(2)" 7))x"},
+      {placed + lookupStep(ok), "(setq GBL_qn_electcodestd nil)", R"((PLACED "4AWG" 0))"},
+      {device + step("ZanDlgMotorSelect", cancel), "", "nil"},
+      {device + motor + lookupStep(cancel), "", "nil"},
+      {line + step("pick", cancel), "", "nil"},
+  };
+  for (const Row& row : rows) {
+    CAPTURE(row.steps);
+    PickerSession session(siteTables(), "[" + row.steps + "]");
+    session.eval(drawing);
+    session.eval(row.prepare);
+    session.eval("(setq answer (zan_bv_edit_wiresize nil) edited (car answer))");
+    CHECK_EQ(
+        session.eval("(if answer (list (if (equal (car edited) device) 'device (if (equal (car edited) "
+                     "placed) 'placed)) "
+                     "(car (cdr edited)) (length (car (cdr answer)))))"),
+        row.answer);
+  }
 }

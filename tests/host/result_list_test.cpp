@@ -108,18 +108,6 @@ TEST_CASE("a 2D point lies at height 0") {
   CHECK(reader.point() == KvPoint3d{4, 5, 6});
 }
 
-TEST_CASE("take steps over what it took and over nothing else") {
-  const ResultList list = chainOf("\"a\" 5 2.5 nil");
-  ListReader reader(list);
-  CHECK_FALSE(reader.takeReal());
-  CHECK(reader.takeText() == L"a");
-  CHECK_FALSE(reader.takeText());
-  CHECK(reader.takeInteger() == 5);
-  CHECK(reader.takeReal() == 2.5);
-  CHECK_FALSE(reader.takeInteger());
-  CHECK(reader.isNil());
-}
-
 TEST_CASE("any chain can be walked, also one whose list marks do not match") {
   struct Row {
     const char* chain;

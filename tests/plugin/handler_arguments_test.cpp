@@ -1,6 +1,5 @@
 // Arguments and answers of the pickers by position.
-#include "plugin/handlers/motor_select.h"
-#include "plugin/handlers/power_feed_select.h"
+#include "plugin/handlers/rating_select.h"
 
 #include "tests/support/chain_text.h"
 
@@ -32,7 +31,7 @@ TEST_CASE("a picker takes its arguments by position and steps over those of a wr
   for (const Row& row : rows) {
     CAPTURE(row.arguments);
     const ResultList arguments = chainOf(row.arguments);
-    CHECK_EQ(textOf(motorAnswer(readMotorArguments(arguments))), row.motor);
-    CHECK_EQ(textOf(loadAnswer(readLoadArguments(arguments))), row.load);
+    CHECK_EQ(textOf(motorPlaces.listOf(motorPlaces.read(arguments))), row.motor);
+    CHECK_EQ(textOf(loadPlaces.listOf(loadPlaces.read(arguments))), row.load);
   }
 }

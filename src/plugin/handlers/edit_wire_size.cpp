@@ -38,9 +38,8 @@ std::optional<EditedWire> lookUp(
   return EditedWire{entity, chosen->size + chosen->parallelNote, {}};
 }
 
-std::optional<EditedWire> editPlacedCircuit(KvEntityName entity, KvDbObjectId id, KvWindow* parent) {
-  ZanCircParams record;
-  if (readCircParams(id, record) != RecordStatus::ok) return std::nullopt;
+std::optional<EditedWire> editPlacedCircuit(
+    KvEntityName entity, const ZanCircParams& record, KvWindow* parent) {
   ZanDlgWireSelectEditWireSizeCtrlMgr manager(record);
   std::optional<EditedWire> edited = lookUp(manager, entity, parent);
   if (edited) edited->motorType = record.get(circparam::type);
@@ -56,7 +55,8 @@ std::optional<EditedWire> sizeDevice(KvEntityName entity, KvWindow* parent) {
   return edited;
 }
 
-/// Asks until a placed circuit or a device is picked; any other entity is passed over without a word.
+/// Asks until a placed circuit or a device is picked; any other entity is passed over without a word, also one that
+/// carries the data of a circuit and is no block.
 std::optional<EditedWire> editPicked(KvWindow* parent) {
   const std::wstring prompt = loadText(TextId::editWireSizePrompt);
   for (;;) {
@@ -69,7 +69,9 @@ std::optional<EditedWire> editPicked(KvWindow* parent) {
     }
     KvDbObjectId id;
     if (kvdbGetObjectId(id, entity) != KvDbStatus::ok) continue;
-    if (hasCircParams(id)) return editPlacedCircuit(entity, id, parent);
+    ZanCircParams record;
+    if (hasCircParams(id) && readCircParams(id, record) == RecordStatus::ok)
+      return editPlacedCircuit(entity, record, parent);
     if (isDevice(id)) return sizeDevice(entity, parent);
   }
 }
@@ -105,7 +107,9 @@ ResultList editWireSize(const ResultList& arguments) {
     const std::optional<KvEntityName> entity = reader.entityName();
     KvDbObjectId id;
     if (!entity || kvdbGetObjectId(id, *entity) != KvDbStatus::ok) return {};
-    edited = editPlacedCircuit(*entity, id, frame);
+    ZanCircParams record;
+    if (readCircParams(id, record) != RecordStatus::ok) return {};
+    edited = editPlacedCircuit(*entity, record, frame);
   }
   return edited ? answerOf(*edited) : ResultList();
 }

@@ -1,0 +1,38 @@
+// `zan_bv_motor_select` and `zan_bv_power_feed_select`: the user picks a motor or a load from its table.
+#pragma once
+
+#include "flows/rating_selection.h"
+#include "host/result_list.h"
+
+#include <span>
+#include <string>
+#include <variant>
+
+namespace brenvolt {
+
+/// A text or a real of the selection.
+using RatingField = std::variant<std::wstring RatingSelection::*, double RatingSelection::*>;
+
+/// Which field of the selection stands at which place of a picker's arguments and of its answer.
+struct RatingPlaces {
+  std::span<const RatingField> arguments;
+  std::span<const RatingField> answer;
+
+  /// An argument of another type leaves its field and the walk goes on; arguments beyond the fields are ignored.
+  [[nodiscard]] RatingSelection read(const ResultList& list) const;
+  [[nodiscard]] ResultList listOf(const RatingSelection& selection) const;
+};
+
+/// Arguments: type phase voltage speed power units fla frequency derating. Answer: (type power units voltage phase
+/// frequency speed fla derating), the order of the fields of `ZanCircuitData`, where power is `load` and derating
+/// `flaMultiplier`.
+extern const RatingPlaces motorPlaces;
+/// Arguments: type phase voltage power units fla frequency derating. Answer: (type power units voltage phase frequency
+/// fla derating).
+extern const RatingPlaces loadPlaces;
+
+/// Nil when the user cancels. The document stays locked while the picker is open.
+[[nodiscard]] ResultList motorSelect(const ResultList& arguments);
+[[nodiscard]] ResultList powerFeedSelect(const ResultList& arguments);
+
+} // namespace brenvolt
