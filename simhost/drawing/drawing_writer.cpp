@@ -258,7 +258,7 @@ Fault saveDrawing(const DrawingDatabase& drawing, const std::wstring& path) {
 Fault writeFileWhole(const std::wstring& path, std::string_view bytes) {
   const std::optional<std::wstring> reason = brenvolt::replaceFile(path, bytes);
   if (!reason) return std::nullopt;
-  return L"cannot write " + path + L": " + *reason;
+  return path + L": " + *reason;
 }
 
 } // namespace simhost

@@ -74,6 +74,11 @@ int UndoLog::undoCount() const {
   return static_cast<int>(done_.size());
 }
 
+void UndoLog::playBack(Record& record, std::size_t keep) {
+  for (std::size_t i = record.size(); i-- > keep;)
+    std::visit([&](auto& one) { play(store_, one, Direction::backwards); }, record[i]);
+}
+
 int UndoLog::undo(int records) {
   if (records == 0) return 0;
   if (isOff_ || records < 0 || records > undoCount()) return 1;
@@ -81,9 +86,7 @@ int UndoLog::undo(int records) {
   for (; records > 0; --records) {
     Record record = std::move(done_.back());
     done_.pop_back();
-    for (auto change = record.rbegin(); change != record.rend(); ++change) {
-      std::visit([&](auto& one) { play(store_, one, Direction::backwards); }, *change);
-    }
+    playBack(record, 0);
     undone_.push_back(std::move(record));
   }
   return 0;
@@ -103,6 +106,21 @@ int UndoLog::redo(int records) {
   }
   closeGroup();
   return 0;
+}
+
+void UndoLog::rollBack(const Place& place) {
+  const auto changesNow = [this] { return done_.empty() ? 0 : done_.back().size(); };
+  const bool isBehind =
+      done_.size() > place.records || (done_.size() == place.records && changesNow() >= place.changes);
+  if (isOff_ || !isBehind) return;
+  ++changeCount_;
+  for (; done_.size() > place.records; done_.pop_back())
+    playBack(done_.back(), 0);
+  if (!done_.empty()) {
+    playBack(done_.back(), place.changes);
+    done_.back().erase(done_.back().begin() + static_cast<std::ptrdiff_t>(place.changes), done_.back().end());
+  }
+  isOpen_ = place.isOpen;
 }
 
 void UndoLog::setOff(bool isOff) {

@@ -84,8 +84,24 @@ public:
   /// Enters a change that has just been made in the store.
   void note(Change change);
 
+  /// A place in the log that is no mark: where it was taken, records do not end.
+  struct Place {
+    std::size_t records = 0;
+    std::size_t changes = 0; ///< of the last record
+    bool isOpen = false;
+  };
+  [[nodiscard]] Place place() const {
+    return {done_.size(), done_.empty() ? 0 : done_.back().size(), isOpen_};
+  }
+  /// Takes back what was noted since, for good. While undo is off, or when somebody has undone what was there, nothing
+  /// happens.
+  void rollBack(const Place& place);
+
 private:
   using Record = std::vector<Change>;
+
+  /// Plays the changes behind the first `keep` backwards.
+  void playBack(Record& record, std::size_t keep);
 
   DrawingStore& store_;
   std::vector<Record> done_;

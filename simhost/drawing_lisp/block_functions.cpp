@@ -36,8 +36,15 @@ Value defineBlock(Drawer& drawer, Arguments& arguments) {
   const KvPoint3d base = pointArgument(arguments, 1);
   const Value thunk = arguments.function(2);
   requirePossible(arguments, drawing.blockFault(name, base));
-  const Drawer::Definition definition(drawer, drawing, drawing.addBlock(name, base));
-  arguments.interpreter().call(thunk, {});
+  const UndoLog::Place before = drawing.undoLog().place();
+  try {
+    const Drawer::Definition definition(drawer, drawing, drawing.addBlock(name, base));
+    arguments.interpreter().call(thunk, {});
+  } catch (...) {
+    // Half a block would keep its name from the whole one.
+    drawing.undoLog().rollBack(before);
+    throw;
+  }
   return arguments[0];
 }
 

@@ -58,7 +58,7 @@ void fillWithEverything(DrawingDatabase& drawing) {
   Entity hidden{Attribute{L"MFG", textAt(1.0, 1.0, L""), false}};
   drawing.addEntity(reference, hidden);
   drawing.addEntity(drawing.paperSpace(), makeText(0.0, 0.0, L"sheet 1"));
-  drawing.setVariable(L"DIMSCALE", 2.0);
+  drawing.setVariable(L"SYMSCALE", 2.0);
   drawing.setVariable(L"project", L"Pump station");
   drawing.setVariable(L"TILEMODE", 0);
 }

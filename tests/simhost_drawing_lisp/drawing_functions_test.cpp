@@ -130,6 +130,21 @@ TEST_CASE("undo from LISP goes back to a position that was asked for") {
   CHECK(bench.run("(list (redo 2) (length (entities-in-space)) (undo 9))") == "(T 2 nil)");
 }
 
+TEST_CASE(
+    "a block whose drawing fails is not defined, and what was drawn ahead of it stays one step of undo") {
+  Bench bench;
+  const std::string before = drawingToJson(*bench.drawing);
+  bench.run("(defun half (last) (define-block \"NB\" '(0 0) (lambda () (draw-line '(0 0) '(1 1) \"LQ\") (car "
+            "last))))");
+  CHECK(
+      bench.run("(progn (draw-line '(0 0) '(2 2)) (ignore-errors (half 5)) (block-defined? \"NB\"))") ==
+      "nil");
+  CHECK(bench.run("(length (entities-in-space))") == "1");
+  bench.drawing->undoLog().undo(1);
+  CHECK(drawingToJson(*bench.drawing) == before);
+  CHECK(bench.run("(half nil)") == "\"NB\"");
+}
+
 TEST_CASE("wrong arguments are told in words") {
   Bench bench;
   bench.run(motorBlock);
