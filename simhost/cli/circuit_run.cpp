@@ -5,6 +5,7 @@
 #include "simhost/host/errors.h"
 #include "simhost/lisp/printer.h"
 #include "text/encoding.h"
+#include "text/split.h"
 
 namespace simhost {
 
@@ -28,13 +29,30 @@ brenvolt::ZanCircuitEntry findEntry(const SessionRun& run, const std::string& wo
         toUtf8(catalogue.workbook) + ": circuit \"" + run.circuit + "\" has no type \"" + run.type + "\"");
   brenvolt::ZanCircuitEntry entry = *found;
   if (!catalogue.readWorksheet(entry.worksheet)) throw BadInput(workbook + ": " + toUtf8(catalogue.error()));
+  for (const std::wstring& part : brenvolt::splitSkippingEmpty(fromUtf8(run.preset), L';'))
+    if (const std::wstring code = brenvolt::trim(part.substr(0, part.find_first_of(L"[="))); !code.empty())
+      if (part.find(L'=') == std::wstring::npos || catalogue.findRecord(code) == nullptr)
+        throw BadInput(
+            "preset \"" + toUtf8(part) + "\": must be CODE=1,2 with a code of the worksheet " +
+            toUtf8(entry.worksheet));
   return entry;
+}
+
+/// A build starts plain when there is no history of the name: nobody would see that it was mistyped.
+void needHistory(const SessionRun& run, const std::string& workbook) {
+  if (run.history.empty()) return;
+  brenvolt::ZanXmlHistory history;
+  history.circuit = fromUtf8(run.circuit);
+  history.circuitType = fromUtf8(run.type);
+  history.historyName = fromUtf8(run.history);
+  openConfiguration(history, workbook);
 }
 
 } // namespace
 
 std::wstring circuitForm(const SessionRun& run, const std::string& workbook, CircuitBuild build) {
   const brenvolt::ZanCircuitEntry entry = findEntry(run, workbook);
+  needHistory(run, workbook);
   std::wstring form = L"(site-build";
   for (const std::wstring& text :
        {entry.drawingTemplate, fromUtf8(workbook), entry.worksheet, fromUtf8(run.circuit), fromUtf8(run.type),

@@ -9,8 +9,8 @@ namespace simhost {
 
 enum class CircuitBuild { direct, withDialog };
 
-/// The call of `site-build` for the circuit of `run`. Throws BadInput when the workbook does not hold it, or when its
-/// worksheet cannot be read: a build that cannot read it answers nil without a word.
+/// The call of `site-build` for the circuit of `run`. Throws BadInput when the workbook does not hold it, when its
+/// worksheet cannot be read, and for a history or a preset that is not there: a build says no word of these.
 /// @param workbook  full path
 [[nodiscard]] std::wstring circuitForm(
     const SessionRun& run, const std::string& workbook, CircuitBuild build);

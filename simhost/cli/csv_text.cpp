@@ -1,6 +1,8 @@
 // Reading and writing of CSV lines.
 #include "simhost/cli/csv_text.h"
 
+#include "simhost/host/errors.h"
+
 #include <utility>
 
 namespace simhost {
@@ -19,13 +21,14 @@ std::string quoted(const std::string& field) {
 
 } // namespace
 
-std::vector<CsvRecord> parseCsv(std::string_view text) {
+std::vector<CsvRecord> parseCsv(std::string_view text, const std::string& file) {
   if (text.starts_with(byteOrderMark)) text.remove_prefix(byteOrderMark.size());
   std::vector<CsvRecord> records;
   std::size_t line = 1;
   CsvRecord record{line, {}};
   std::string field;
   bool isQuoted = false;
+  std::size_t quoteLine = 0;
   bool hasText = false;
   const auto endRecord = [&] {
     record.fields.push_back(std::exchange(field, {}));
@@ -43,6 +46,7 @@ std::vector<CsvRecord> parseCsv(std::string_view text) {
       isQuoted = c != '"' || isDoubled;
     } else if (c == '"' && field.empty()) {
       isQuoted = hasText = true;
+      quoteLine = line;
     } else if (c == ',') {
       record.fields.push_back(std::exchange(field, {}));
     } else if (c == '\n') {
@@ -52,6 +56,7 @@ std::vector<CsvRecord> parseCsv(std::string_view text) {
       hasText = true;
     }
   }
+  if (isQuoted) throw BadInput(file + ", line " + std::to_string(quoteLine) + ": the quote never ends");
   endRecord();
   return records;
 }

@@ -13,8 +13,9 @@ struct CsvRecord {
   std::vector<std::string> fields;
 };
 
-/// The records of a text; blank lines are left out. A quote that never ends takes the rest of the text as its field.
-[[nodiscard]] std::vector<CsvRecord> parseCsv(std::string_view text);
+/// The records of a text that was read from `file`; blank lines are left out. Throws BadInput for a quote that never
+/// ends, which would take the rest of the text as its field.
+[[nodiscard]] std::vector<CsvRecord> parseCsv(std::string_view text, const std::string& file);
 
 /// Fields as one line with a line feed.
 [[nodiscard]] std::string csvLine(const std::vector<std::string>& fields);

@@ -10,6 +10,7 @@
 
 #include <CLI/CLI.hpp>
 
+#include <cmath>
 #include <cstdio>
 #include <memory>
 #include <string>
@@ -37,6 +38,9 @@ lisp::Value build(HostRun& host, const std::wstring& form) {
 }
 
 ExitCode runDraw(DrawOptions& options) {
+  if (options.host.save.empty()) throw CannotWrite("--out: names no file");
+  if (!std::isfinite(options.run.at[0]) || !std::isfinite(options.run.at[1]))
+    throw BadInput("--at: a place has two finite numbers");
   const bool asks = !options.host.answers.empty();
   const std::string workbook = options.site.path();
   const std::wstring form =

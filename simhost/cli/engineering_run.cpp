@@ -1,6 +1,7 @@
 // Setting up a host for the services on engineering tables.
 #include "simhost/cli/engineering_run.h"
 
+#include "simhost/cli/code_standard.h"
 #include "simhost/host/errors.h"
 #include "simhost/site/site_database.h"
 #include "text/encoding.h"
@@ -50,6 +51,8 @@ EngineeringRun::EngineeringRun(const std::string& site, const std::string& stand
   Document& document = session_->openDocument({}, std::make_unique<DrawingDatabase>());
   document.interpreter().setValue(codeStandardSymbol, lisp::Value::string(standardCode_));
   openDatabase(connection_, database_.string(), DatabaseUse::read);
+  if (const auto fault = codeStandardFault(connection_, standardCode_))
+    throw BadInput("--standard-code: " + *fault);
 }
 
 } // namespace simhost

@@ -1,5 +1,4 @@
 // `brenvolt history`: the saved configurations of a site's circuits.
-#include "drawing/history.h"
 #include "simhost/cli/site_workbook.h"
 #include "simhost/cli/subcommand.h"
 #include "simhost/host/errors.h"
@@ -27,20 +26,6 @@ struct HistoryOptions {
   std::string name;
 };
 
-/// Reads the history file beside the workbook; false when there is none.
-bool openHistory(brenvolt::ZanXmlHistory& history, const std::string& workbook) {
-  history.context = fromUtf8(workbook);
-  const std::filesystem::path file =
-      std::filesystem::path(workbook).replace_filename(toUtf8(brenvolt::historyFileName));
-  std::error_code error;
-  if (!std::filesystem::exists(file, error)) return false;
-  if (!history.Reload())
-    throw BadInput(
-        file.string() + ": " +
-        (history.error.empty() ? "is no history of version 1.0 or later" : toUtf8(history.error)));
-  return true;
-}
-
 ExitCode listHistories(const HistoryOptions& options) {
   const std::string workbook = options.site.path();
   const brenvolt::ZanCircuitCatalog catalogue = readCatalogue(workbook);
@@ -57,13 +42,11 @@ ExitCode listHistories(const HistoryOptions& options) {
   return ExitCode::done;
 }
 
-/// The history file with circuit, type and name of the options, which must name a saved configuration.
 void openNamed(brenvolt::ZanXmlHistory& history, const HistoryOptions& options, const std::string& workbook) {
   history.circuit = fromUtf8(options.circuit);
   history.circuitType = fromUtf8(options.type);
   history.historyName = fromUtf8(options.name);
-  if (!openHistory(history, workbook) || !history.OpenHistory())
-    throw BadInput(options.circuit + " / " + options.type + ": there is no history \"" + options.name + "\"");
+  openConfiguration(history, workbook);
 }
 
 ExitCode showHistory(const HistoryOptions& options) {

@@ -1,6 +1,8 @@
 // Building up a run of the host and writing what it leaves.
 #include "simhost/cli/host_run.h"
 
+#include "platform/file_replace.h"
+#include "simhost/cli/interrupt_scope.h"
 #include "simhost/drawing/drawing_file.h"
 #include "simhost/drawing/svg.h"
 #include "simhost/host/files.h"
@@ -44,6 +46,16 @@ SiteRunOptions siteOptions(const HostOptions& options) {
       options.database};
 }
 
+/// What cannot be written must be known before anything is saved on the way to it. Throws CannotWrite.
+const HostOptions& withWritableFiles(const HostOptions& options) {
+  for (const std::string* file : {&options.save, &options.svg}) {
+    if (file->empty()) continue;
+    if (const auto obstacle = brenvolt::writeObstacle(fromUtf8(*file)))
+      throw CannotWrite(*file + ": " + toUtf8(*obstacle));
+  }
+  return options;
+}
+
 } // namespace
 
 WindowsMaker& windowsMaker() {
@@ -61,7 +73,10 @@ void HostOptions::addTo(CLI::App& command) {
   command.add_option("--drawing", drawing, "Open this drawing instead of an empty one")->type_name("FILE");
   command.add_option("--answers", answers, "Answers to the questions of the run, step by step")
       ->type_name("FILE");
-  command.add_option("--record", record, "Write all questions and answers, also when the run fails")
+  command
+      .add_option(
+          "--record", record,
+          "Write the session: what was run, all questions and answers, also when it fails")
       ->type_name("FILE");
   command.add_option("--save", save, "Save the drawing when all went well")->type_name("FILE");
   command.add_option("--svg", svg, "Write a picture of the current space when all went well")
@@ -76,8 +91,13 @@ void HostOptions::addTo(CLI::App& command) {
 }
 
 HostRun::HostRun(const HostOptions& options)
-    : options_(options), windows_(windowsFor(options.answers)),
+    : options_(withWritableFiles(options)), windows_(windowsFor(options.answers)),
       site_(std::make_unique<SiteRun>(siteOptions(options), *windows_)) {}
+
+lisp::Value HostRun::run(std::wstring_view text, std::wstring_view fileName) {
+  const InterruptScope scope(interpreter());
+  return site_->run(text, fileName);
+}
 
 void HostRun::writeResults() {
   if (const std::size_t unused = windows_->unusedSteps(); unused != 0)

@@ -40,7 +40,8 @@ using WindowsMaker =
 
 class HostRun final {
 public:
-  /// Reads answers and drawing, loads the module and the site. Throws BadInput.
+  /// Reads answers and drawing, loads the module and the site. Throws BadInput, and CannotWrite when a file of the
+  /// options cannot be written at the end.
   explicit HostRun(const HostOptions& options);
 
   [[nodiscard]] SiteRun& site() { return *site_; }
@@ -49,7 +50,7 @@ public:
   [[nodiscard]] lisp::Interpreter& interpreter() { return site_->interpreter(); }
 
   /// Runs a LISP text; a LISP error and a run that was ended throw BadInput.
-  lisp::Value run(std::wstring_view text, std::wstring_view fileName) { return site_->run(text, fileName); }
+  lisp::Value run(std::wstring_view text, std::wstring_view fileName);
   /// The same as one more command of the recorded session.
   lisp::Value runCommand(std::wstring_view text, std::wstring_view fileName);
 

@@ -26,7 +26,9 @@ namespace {
 
 constexpr int rememberedLines = 1000;
 
-/// Lines of the input; null at its end.
+volatile std::sig_atomic_t isInterrupted = 0;
+
+/// Lines of the input; none at its end.
 class LineSource final {
 public:
   LineSource() : isTerminal_(::isatty(STDIN_FILENO) != 0 && ::isatty(STDOUT_FILENO) != 0) {
@@ -35,17 +37,23 @@ public:
     using_history();
     stifle_history(rememberedLines);
     if (const std::filesystem::path file = historyFile(); !file.empty()) read_history(file.c_str());
+    // While a line is typed there is nothing to end but the line: what forms before have drawn must not go with it.
+    former_ = std::signal(SIGINT, [](int) { isInterrupted = 1; });
   }
   LineSource(const LineSource&) = delete;
   LineSource& operator=(const LineSource&) = delete;
   ~LineSource() {
-    const std::filesystem::path file = isTerminal_ ? historyFile() : std::filesystem::path();
+    if (!isTerminal_) return;
+    std::signal(SIGINT, former_);
+    const std::filesystem::path file = historyFile();
     if (file.empty()) return;
     std::error_code error;
     std::filesystem::create_directories(file.parent_path(), error);
     write_history(file.c_str());
   }
 
+  /// No line came because the person has dropped the one that he was typing.
+  [[nodiscard]] bool isDropped() const { return isInterrupted != 0; }
   [[nodiscard]] bool isTerminal() const { return isTerminal_; }
 
   [[nodiscard]] std::optional<std::string> next(const char* prompt) {
@@ -55,6 +63,7 @@ public:
       return line;
     }
     std::fflush(stdout);
+    isInterrupted = 0;
     char* typed = readline(prompt);
     if (typed == nullptr) return std::nullopt;
     std::string line(typed);
@@ -73,28 +82,7 @@ private:
   }
 
   bool isTerminal_;
-};
-
-lisp::Interpreter* interruptible = nullptr;
-
-/// While it lives, Ctrl-C ends the form that runs and not the program.
-class InterruptScope final {
-public:
-  explicit InterruptScope(lisp::Interpreter& interpreter) {
-    interruptible = &interpreter;
-    former_ = std::signal(SIGINT, [](int) {
-      if (interruptible != nullptr) interruptible->interrupt();
-    });
-  }
-  InterruptScope(const InterruptScope&) = delete;
-  InterruptScope& operator=(const InterruptScope&) = delete;
-  ~InterruptScope() {
-    std::signal(SIGINT, former_);
-    interruptible = nullptr;
-  }
-
-private:
-  void (*former_)(int);
+  void (*former_)(int) = SIG_DFL;
 };
 
 } // namespace
@@ -104,12 +92,18 @@ ExitCode runLispPrompt(HostRun& host) {
   bool hasFailed = false;
   CommandLine& commandLine = host.session().commandLine();
   std::wstring text;
-  while (const std::optional<std::string> line = lines.next(text.empty() ? "> " : ". ")) {
+  for (;;) {
+    const std::optional<std::string> line = lines.next(text.empty() ? "> " : ". ");
+    if (!line && lines.isDropped()) {
+      commandLine.printLine(L"");
+      text.clear();
+      continue;
+    }
+    if (!line) break;
     text += brenvolt::fromUtf8(*line) + L"\n";
     if (brenvolt::trimView(text).empty()) text.clear();
     if (text.empty() || !lisp::isCompleteInput(text)) continue;
     try {
-      const InterruptScope scope(host.interpreter());
       const lisp::Value value = host.runCommand(text, L"input");
       commandLine.printLine(lisp::printValue(value));
     } catch (const BadInput& error) {
@@ -123,7 +117,10 @@ ExitCode runLispPrompt(HostRun& host) {
   }
   if (!text.empty()) throw BadInput("input: a form is not closed");
   if (lines.isTerminal()) commandLine.printLine(L"");
-  if (hasFailed && !lines.isTerminal()) return ExitCode::badInput;
+  if (hasFailed && !lines.isTerminal()) {
+    std::fprintf(stderr, "brenvolt: a form has failed: nothing is saved\n");
+    return ExitCode::badInput;
+  }
   host.writeResults();
   return ExitCode::done;
 }

@@ -53,6 +53,25 @@ brenvolt::ZanCircuitCatalog readCatalogue(const std::string& workbook) {
   return catalogue;
 }
 
+bool openHistory(brenvolt::ZanXmlHistory& history, const std::string& workbook) {
+  history.context = fromUtf8(workbook);
+  const fs::path file = fs::path(workbook).replace_filename(toUtf8(brenvolt::historyFileName));
+  std::error_code error;
+  if (!fs::exists(file, error)) return false;
+  if (!history.Reload())
+    throw BadInput(
+        file.string() + ": " +
+        (history.error.empty() ? "is no history of version 1.0 or later" : toUtf8(history.error)));
+  return true;
+}
+
+void openConfiguration(brenvolt::ZanXmlHistory& history, const std::string& workbook) {
+  if (openHistory(history, workbook) && history.OpenHistory()) return;
+  throw BadInput(
+      toUtf8(history.circuit) + " / " + toUtf8(history.circuitType) + ": there is no history \"" +
+      toUtf8(history.historyName) + "\"");
+}
+
 std::vector<brenvolt::WorkbookFinding> checkWorkbook(const std::string& workbook, const std::string& site) {
   std::vector<brenvolt::WorkbookFinding> findings;
   const brenvolt::ZanCircuitCatalog catalogue = readCatalogue(workbook);

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "build/workbook_catalogue.h"
+#include "drawing/history.h"
 
 #include <string>
 #include <vector>
@@ -23,6 +24,11 @@ struct SiteWorkbookOptions {
 
 /// The catalogue, its circuits read. Throws BadInput with the reason.
 [[nodiscard]] brenvolt::ZanCircuitCatalog readCatalogue(const std::string& workbook);
+
+/// Reads the history file beside the workbook; false when there is none. Throws BadInput when it cannot be read.
+[[nodiscard]] bool openHistory(brenvolt::ZanXmlHistory& history, const std::string& workbook);
+/// Opens the saved configuration that the history names by circuit, type and name. Throws BadInput when there is none.
+void openConfiguration(brenvolt::ZanXmlHistory& history, const std::string& workbook);
 
 /// Everything that a workbook's author has to put right: worksheets that are missing or cannot be read, what their
 /// reading passes over, template files that `site` does not hold. In the order of the catalogue.

@@ -43,7 +43,7 @@ public:
     const std::optional<std::string> text = readFile(file_);
     if (!text) throw BadInput(file_ + ": cannot be read");
     if (!brenvolt::fromUtf8Strict(*text)) throw BadInput(file_ + ": is no UTF-8");
-    records_ = parseCsv(*text);
+    records_ = parseCsv(*text, file_);
     if (records_.empty())
       throw BadInput(file_ + ": is empty; a header with the names of the columns is needed");
     readHeader();
@@ -64,13 +64,20 @@ private:
       const auto field = std::find_if(wireFields.begin(), wireFields.end(), [&name](const WireFieldRow& row) {
         return name == row.name;
       });
-      if (field != wireFields.end()) columns_.emplace_back(column, field->field);
+      if (field != wireFields.end()) addColumn(column, *field);
       for (const ResultColumn& result : resultColumns)
         if (name == result.name)
           faults_.push_back(file_ + ", row 1: the column " + name + " is one of the result");
     }
     if (columns_.empty()) faults_.push_back(file_ + ", row 1: names no column of a circuit, such as fla");
     throwFaults();
+  }
+
+  void addColumn(std::size_t column, const WireFieldRow& field) {
+    const bool isTwice = std::ranges::any_of(
+        columns_, [&field](const auto& earlier) { return earlier.second == field.field; });
+    if (isTwice) faults_.push_back(file_ + ", row 1: names the column " + field.name + " twice");
+    columns_.emplace_back(column, field.field);
   }
 
   [[nodiscard]] const std::vector<std::string>& header() const { return records_.front().fields; }

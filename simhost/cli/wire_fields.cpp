@@ -45,6 +45,8 @@ bool keeps(WireFieldRule rule, std::wstring_view text) {
     return isOff(text) || isAbove0(without(text, L"%"));
   case WireFieldRule::phase:
     return text == L"1" || text == L"3";
+  case WireFieldRule::lengthUnits:
+    return brenvolt::equalsOrdinalNoCase(text, L"FT") || brenvolt::equalsOrdinalNoCase(text, L"M");
   case WireFieldRule::degrees:
     return plainInteger(without(text, L"C")).has_value();
   case WireFieldRule::count:
@@ -69,6 +71,8 @@ const char* expectation(WireFieldRule rule) {
     return "must be a number above 0, or off";
   case WireFieldRule::phase:
     return "must be 1 or 3";
+  case WireFieldRule::lengthUnits:
+    return "must be FT or M";
   case WireFieldRule::degrees:
     return "must be whole degrees, as 40C";
   case WireFieldRule::count:

@@ -45,6 +45,7 @@ enum class WireFieldRule {
   fractionOrOff, ///< the same, or "off"
   percentOrOff,  ///< a number above 0 with or without "%", or "off"
   phase,         ///< 1 or 3
+  lengthUnits,   ///< FT or M
   degrees,       ///< an integer with or without "C"
   count          ///< an integer above 0
 };
@@ -86,7 +87,7 @@ inline constexpr std::array<WireFieldRow, wireFieldCount> wireFields = {{
     {WireField::fill, "fill", "N", "Current-carrying conductors in the raceway; without it no derating",
      WireFieldRule::count},
     {WireField::length, "length", "N", "One-way length; brings the voltage drop", WireFieldRule::positive},
-    {WireField::units, "units", "FT|M", "Units of the length", WireFieldRule::name,
+    {WireField::units, "units", "FT|M", "Units of the length", WireFieldRule::lengthUnits,
      brenvolt::option::lengthUnits, L"FT"},
     {WireField::raceway, "raceway", "NAME", "Raceway, by column or description; the table's first without it",
      WireFieldRule::name},

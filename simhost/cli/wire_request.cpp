@@ -1,6 +1,7 @@
 // Filling in and looking up the fields of a circuit, group by group.
 #include "simhost/cli/wire_request.h"
 
+#include "simhost/cli/code_standard.h"
 #include "text/compare.h"
 #include "text/encoding.h"
 #include "text/numbers.h"
@@ -60,6 +61,7 @@ WireCatalogue::Code& WireCatalogue::codeOf(const std::wstring& code) {
   std::unique_ptr<Code>& entry = codes_[code];
   if (entry) return *entry;
   entry = std::make_unique<Code>(connection_);
+  entry->fault = codeStandardFault(connection_, code);
   entry->reader.SetCode(code);
   entry->reader.GetOptions();
   const brenvolt::ZanDbReaderUtils utils(&connection_);
@@ -114,6 +116,10 @@ public:
     if (faults_.size() != faultsBefore) return std::nullopt;
     const std::wstring& code = texts_[WireField::standardCode];
     code_ = &catalogue_.codeOf(code.empty() ? std::wstring(brenvolt::defaultCode) : code);
+    if (code_->fault) {
+      fail(WireField::standardCode, *code_->fault);
+      return std::nullopt;
+    }
     fillIn(WireField::standardCode);
     takeTables();
     if (faults_.size() != faultsBefore) return std::nullopt;

@@ -7,6 +7,7 @@
 
 #include <map>
 #include <memory>
+#include <optional>
 #include <string>
 #include <utility>
 #include <vector>
@@ -63,6 +64,7 @@ private:
   struct Code {
     explicit Code(brenvolt::ZanOleDbConnection& connection) : reader(&connection) {}
     brenvolt::ZanWireTableReader reader;
+    std::optional<std::string> fault; ///< why nothing can be looked up by it
     std::wstring optionTable;
     std::wstring fillTable;
     brenvolt::FactorList fill;

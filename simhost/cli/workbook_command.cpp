@@ -91,7 +91,7 @@ brenvolt::BookSheet sheetOfFile(const fs::path& file) {
   brenvolt::BookSheet sheet;
   sheet.name = fromUtf8(file.stem().string());
   sheet.header = brenvolt::BookSheet::Header::boldAndFrozen;
-  for (const CsvRecord& record : parseCsv(*text)) {
+  for (const CsvRecord& record : parseCsv(*text, file.string())) {
     // Every cell is a text: a number format must not change what a form or an option code looks like.
     brenvolt::BookRow& row = sheet.rows.emplace_back();
     for (const std::string& field : record.fields)

@@ -22,7 +22,7 @@ public:
     Json file;
     try {
       file = Json::parse(bytes);
-    } catch (const Json::parse_error& error) {
+    } catch (const Json::exception& error) {
       fail(std::string("is no JSON: ") + error.what());
     }
     if (!file.is_object()) fail("is no object");

@@ -59,7 +59,7 @@ public:
     json file;
     try {
       file = json::parse(bytes);
-    } catch (const json::parse_error& error) {
+    } catch (const json::exception& error) {
       fail(std::string("is no JSON: ") + error.what());
     }
     if (!file.is_object()) fail("is no object");

@@ -125,6 +125,9 @@ TEST_CASE("every fault of a circuit is named by its option") {
       {{"--insulation", "WOOL"}, "--insulation: INSUL_CU_AWG_NEC has no row with INSUL = WOOL"},
       {{"--insulation", "TH'WN"}, "--insulation: \"TH'WN\" must hold no quote"},
       {{"--length", "10", "--raceway", "WOOD"}, "is no column of XL&R_CU_AWG_NEC, which has PVC, AL, STEEL"},
+      {{"--length", "10", "--units", "feet"}, "--units: \"feet\" must be FT or M"},
+      {{"--standard-code", "NOPE"},
+       "--standard-code: there are no tables of \"NOPE\"; there are those of IEC, NEC"},
       {{"--ambient", "90C"}, "has no factor for 90 degrees"},
       {{"--parallel", "4", "--min-size", "9/0"}, "AMP_CU_AWG_NEC has no row with SIZE = 9/0"},
   };
@@ -167,6 +170,14 @@ TEST_CASE("a list of circuits is sized as its circuits one by one, and every bad
   CHECK(contains(run.errors, "bad.csv, row 4, column fla: is missing"));
   CHECK(contains(run.errors, "bad.csv, row 4, column phase: \"5\" must be 1 or 3"));
   CHECK_FALSE(folder.has("none.csv"));
+  const std::string twice = folder.write("twice.csv", "fla,fla,voltage,phase\n52,10,460,3\n");
+  CHECK(contains(
+      folder.run({"wire", "--site", "site", "--batch", twice, "--out", folder.path("none.csv")}).errors,
+      "row 1: names the column fla twice"));
+  const std::string open = folder.write("open.csv", "fla,voltage,phase\n52,\"460,3\n52,460,3\n");
+  CHECK(contains(
+      folder.run({"wire", "--site", "site", "--batch", open, "--out", folder.path("none.csv")}).errors,
+      "open.csv, line 2: the quote never ends"));
   CHECK(folder.run({"wire", "--site", "site", "--batch", list, "--out", "/proc/none.csv"}).exitCode == 4);
 }
 

@@ -91,6 +91,8 @@ TEST_CASE("bad input ends with a message that names it, and code 3") {
       {{"lisp", "--drawing", damaged, "-e", "1"}, "damaged.json"},
       {{"lisp", "--drawing", folder.path("no.json"), "-e", "1"}, "no.json"},
       {{"lisp", "--answers", damaged, "-e", "1"}, "damaged.json: is no JSON"},
+      {{"lisp", "--answers", folder.write("huge.json", "{\"a\": 1e999}"), "-e", "1"},
+       "huge.json: is no JSON"},
       {{"lisp", "--site", folder.path("nowhere"), "-e", "1"}, "nowhere/site.lsp: cannot be read"},
       {{"lisp", "--module", folder.path("no.kvx"), "-e", "1"}, "no.kvx: no such module"},
       {{"lisp", "--module", damaged, "-e", "1"}, "damaged.json"},
@@ -113,9 +115,10 @@ TEST_CASE("wrong arguments give code 1, a file that cannot be written code 4, he
   CHECK(folder.run({"--help"}).exitCode == 0);
   CHECK(contains(folder.run({"lisp", "--help"}).output, "--answers"));
   CHECK(contains(folder.run({"--version"}).output, "brenvolt 0."));
-  const ToolRun run = folder.run({"lisp", "--save", folder.path("file/d.json"), "-e", "1"});
+  const ToolRun run = folder.run({"lisp", "--save", folder.path("file/d.json"), "-e", "(princ \"run\")"});
   CHECK(run.exitCode == 4);
-  CHECK(contains(run.errors, "cannot write"));
+  CHECK(contains(run.errors, "cannot write " + folder.path("file/d.json")));
+  CHECK(run.output.empty());
 }
 
 TEST_CASE("a drawing goes through the tool unchanged") {

@@ -82,6 +82,7 @@ private:
 
 const std::string up = "\x1b[A";
 const std::string left = "\x1b[D";
+const std::string interrupt = "\x03";
 
 } // namespace
 
@@ -94,8 +95,19 @@ TEST_CASE("at a terminal a line can be edited and called back, also by the next 
     CHECK(terminal.shows("42\r\n> "));
     terminal.type("(+ 1\n");
     CHECK(terminal.shows(". "));
+    terminal.type("(3");
+    CHECK(terminal.shows("(3"));
+    terminal.type(interrupt); // drops what was typed
+    CHECK(terminal.shows("\r\n> "));
+    terminal.type("(+ 1\n");
+    CHECK(terminal.shows(". "));
     terminal.type("2)\n");
     CHECK(terminal.shows("3\r\n> "));
+    terminal.type("(while T (setq a 1))\n");
+    CHECK(terminal.shows("\r\n"));
+    terminal.type(interrupt);
+    CHECK(terminal.shows("interrupted"));
+    CHECK(terminal.shows("> "));
     terminal.type("(car 5)\n"); // a fault is told and does not end the prompt
     CHECK(terminal.shows("input:1"));
     CHECK(terminal.shows("> "));
@@ -103,7 +115,7 @@ TEST_CASE("at a terminal a line can be edited and called back, also by the next 
   }
   Terminal terminal(home);
   REQUIRE(terminal.shows("> "));
-  terminal.type(up + up + up + up + "\n");
+  terminal.type(up + up + up + up + up + up + "\n");
   CHECK(terminal.shows("42\r\n> "));
   CHECK_EQ(terminal.leave(), 0);
 }

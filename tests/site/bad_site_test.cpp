@@ -111,11 +111,37 @@ TEST_CASE("a damaged or foreign history is told to who asks for it, and kept bes
     const SiteCopy site;
     static_cast<void>(site.folder().write("site/zan_brenvolt.xml", bytes));
     CHECK(site.run({"history", "list", "--site", site.site()}).exitCode == 3);
-    REQUIRE(
-        site.draw(motorDirect, "a.json", {"--history", "Pump 10 HP", "--save-history", "New"}).exitCode == 0);
+    CHECK(site.draw(motorDirect, "a.json", {"--history", "Pump 10 HP"}).exitCode == 3);
+    REQUIRE(site.draw(motorDirect, "a.json", {"--save-history", "New"}).exitCode == 0);
     CHECK(site.folder().read("site/zan_brenvolt.damaged-1.xml") == bytes);
     CHECK(site.history().find("<History Name=\"New\"") != std::string::npos);
   }
+}
+
+TEST_CASE("what a circuit cannot be drawn with is told ahead of the build, and nothing is saved") {
+  const SiteCopy site;
+  const std::string before = site.history();
+  struct Row {
+    std::vector<std::string> words;
+    int exitCode;
+    const char* message;
+  };
+  const Row rows[] = {
+      {{"--history", "Pump 10 HPx"}, 3, "there is no history \"Pump 10 HPx\""},
+      {{"--preset", "DISC"}, 3, "preset \"DISC\": must be CODE=1,2"},
+      {{"--preset", "DISC=20;NOPE=1"}, 3, "preset \"NOPE=1\""},
+      {{"--at", "nan,0"}, 3, "--at"},
+      {{"--svg", site.folder().path("none/a.svg")}, 4, "none/a.svg"},
+  };
+  for (const Row& row : rows) {
+    std::vector<std::string> words = row.words;
+    words.insert(words.end(), {"--save-history", "New"});
+    const ToolRun run = site.draw(motorDirect, "a.json", words);
+    CHECK_MESSAGE(run.exitCode == row.exitCode, row.message);
+    CHECK_MESSAGE(run.errors.find(row.message) != std::string::npos, run.errors);
+    CHECK_FALSE(site.folder().has("a.json"));
+  }
+  CHECK(site.history() == before);
 }
 
 TEST_CASE("names that the workbook does not hold, and a command line without a target") {

@@ -1,0 +1,18 @@
+// Whether a site's tables know the code standard that somebody names.
+#pragma once
+
+#include <optional>
+#include <string>
+
+namespace brenvolt {
+class ZanOleDbConnection;
+}
+
+namespace simhost {
+
+/// Why a circuit cannot be worked out by this standard; nothing when it can. The default standard always can: its
+/// tables serve where a standard has none of its own, so that any other word would silently give its figures.
+[[nodiscard]] std::optional<std::string> codeStandardFault(
+    brenvolt::ZanOleDbConnection& connection, const std::wstring& code);
+
+} // namespace simhost
