@@ -89,12 +89,12 @@ TEST_CASE("the answer of a lookup fills a group from its first row on") {
   };
   const Case cases[] = {
       // The count stands fourth, and a lookup gives none.
-      {R"('("ABB" "X1" "A" "TYPE" "1A" "2A"))", "ABB|X1|A|1|TYPE|1A|2A||||"},
-      {R"('("ABB" "X1" "A"))", "ABB|X1|A|9|old||||||"},
-      {R"("ABB")", "ABB|old|old|9|old||||||"},
-      {R"('("ABB" 5 nil 2.5))", "ABB|||1|||||||"},
+      {R"('("ARDEN" "X1" "A" "TYPE" "1A" "2A"))", "ARDEN|X1|A|1|TYPE|1A|2A||||"},
+      {R"('("ARDEN" "X1" "A"))", "ARDEN|X1|A|9|old||||||"},
+      {R"("ARDEN")", "ARDEN|old|old|9|old||||||"},
+      {R"('("ARDEN" 5 nil 2.5))", "ARDEN|||1|||||||"},
       {R"('("A" "B" "C" "D" "E" "F" "G" "H" "I" "J" "K" "L"))", "A|B|C|1|D|E|F|G|H|I|J"},
-      {R"('("ABB" ("in" "out") "behind"))", "ABB||in|1|out||||||"},
+      {R"('("ARDEN" ("in" "out") "behind"))", "ARDEN||in|1|out||||||"},
       {"nil", "old|old|old|9|old||||||"},
       {"7", "old|old|old|9|old||||||"},
       {"T", "old|old|old|9|old||||||"},
@@ -115,10 +115,10 @@ TEST_CASE("the answer of a lookup fills a group from its first row on") {
 
 TEST_CASE("the command learns table and first rows, and has the editor to itself") {
   PartsPage page(
-      R"({"edit": "settings.1.1", "row": 1, "to": "ABB"}, {"edit": "settings.1.1", "row": 3, "to": "A 1"},
+      R"({"edit": "settings.1.1", "row": 1, "to": "ARDEN"}, {"edit": "settings.1.1", "row": 3, "to": "A 1"},
       {"doubleClick": "settings.1.1", "row": 2})");
   page.run();
-  CHECK_EQ(page.session.eval("asked"), R"(("CB" "ABB" "" "A 1"))");
+  CHECK_EQ(page.session.eval("asked"), R"(("CB" "ARDEN" "" "A 1"))");
   CHECK_EQ(page.dialog.calls, std::vector<std::string>{"editor host", "editor dialog"});
 }
 
@@ -163,8 +163,8 @@ TEST_CASE("rows go to the history and come back; rows of another title or table 
   {
     PartsPage page;
     page.act = [&](ZanSettingsWnd& window) {
-      page.at(window, 0)->WriteValues({L"ABB", L"X1"});
-      page.at(window, 1)->WriteValues({L"EATON"});
+      page.at(window, 0)->WriteValues({L"ARDEN", L"X1"});
+      page.at(window, 1)->WriteValues({L"ELTON"});
       page.manager.ExportRows(rows);
     };
     page.run();
@@ -177,7 +177,7 @@ TEST_CASE("rows go to the history and come back; rows of another title or table 
   CHECK_EQ(toUtf8(fuse.name), "Catalog");
   CHECK_EQ(fuse.fields[0], ZanAnnotationField{L"Fuse", 5005, L"TITLE", true});
   CHECK_EQ(fuse.fields[1], ZanAnnotationField{L"FU", 5005, L"TABLE", false});
-  CHECK_EQ(fuse.fields[2], ZanAnnotationField{L"ABB", 5005, L"Manufacturer", false});
+  CHECK_EQ(fuse.fields[2], ZanAnnotationField{L"ARDEN", 5005, L"Manufacturer", false});
 
   struct Case {
     std::size_t row;
@@ -187,10 +187,10 @@ TEST_CASE("rows go to the history and come back; rows of another title or table 
     const char* second;
   };
   const Case cases[] = {
-      {0, 2, L"SIEMENS", "SIEMENS|X1|||||||||", "EATON||||||||||"},
-      {0, 0, L"FUSE", "ABB|X1|||||||||", "EATON||||||||||"}, // names have no case
-      {0, 0, L"Fuses", "||||||||||", "EATON||||||||||"},
-      {1, 1, L"CB2", "ABB|X1|||||||||", "||||||||||"},
+      {0, 2, L"SOLVA", "SOLVA|X1|||||||||", "ELTON||||||||||"},
+      {0, 0, L"FUSE", "ARDEN|X1|||||||||", "ELTON||||||||||"}, // names have no case
+      {0, 0, L"Fuses", "||||||||||", "ELTON||||||||||"},
+      {1, 1, L"CB2", "ARDEN|X1|||||||||", "||||||||||"},
   };
   for (const Case& each : cases) {
     CAPTURE(toUtf8(each.text));
@@ -215,11 +215,11 @@ TEST_CASE("the head of the group stores the parts and brings them back; without 
     manager.AttachWindow(&window);
     ZanGroupCtrl* group = window.GroupAt(manager.GetPage(), 1);
     ZanAnnotationDataList rows;
-    group->WriteValues({L"ABB"});
+    group->WriteValues({L"ARDEN"});
     manager.ExportRows(rows);
     manager.SaveSelection(L"M1", 3);
     manager.LoadSelection(L"M1", 3);
-    CHECK_EQ(group->ReadRows().front().value(), L"ABB");
+    CHECK_EQ(group->ReadRows().front().value(), L"ARDEN");
 
     auto head = std::make_unique<KeepingHead>();
     KeepingHead& keeper = *head;
@@ -229,12 +229,12 @@ TEST_CASE("the head of the group stores the parts and brings them back; without 
     CHECK_EQ(keeper.asked, "M1/3");
     REQUIRE_EQ(keeper.saved.size(), 2);
     CHECK_EQ(keeper.saved[1].first, L"CB");
-    CHECK_EQ(keeper.saved[1].second.front(), L"ABB");
+    CHECK_EQ(keeper.saved[1].second.front(), L"ARDEN");
 
-    keeper.stored = {{L"cb", {L"EATON", L"Z"}}, {L"", {L"nameless"}}, {L"MTR", {L"foreign"}}};
+    keeper.stored = {{L"cb", {L"ELTON", L"Z"}}, {L"", {L"nameless"}}, {L"MTR", {L"foreign"}}};
     manager.LoadSelection(L"M1", 4);
     CHECK_EQ(keeper.asked, "M1/4 FU CB");
-    CHECK_EQ(group->ReadRows()[0].value(), L"EATON");
+    CHECK_EQ(group->ReadRows()[0].value(), L"ELTON");
     CHECK_EQ(group->ReadRows()[1].value(), L"Z");
     CHECK_EQ(window.GroupAt(manager.GetPage(), 0)->ReadRows()[0].value(), L"");
   };
@@ -250,13 +250,13 @@ TEST_CASE("locked groups take no text") {
 }
 
 TEST_CASE("freed groups take text again") {
-  PartsPage page(R"({"edit": "settings.1.0", "row": 1, "to": "ABB"})");
+  PartsPage page(R"({"edit": "settings.1.0", "row": 1, "to": "ARDEN"})");
   page.act = [&page](ZanSettingsWnd&) {
     page.manager.SetLocked(true);
     page.manager.SetLocked(false);
   };
   page.run();
-  CHECK_EQ(page.closing[0], "ABB||||||||||");
+  CHECK_EQ(page.closing[0], "ARDEN||||||||||");
 }
 
 } // namespace brenvolt::test

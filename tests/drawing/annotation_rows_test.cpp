@@ -30,10 +30,10 @@ TEST_CASE("nothing to show is nil, and a type without a LISP form fails the whol
   CHECK(describe(ZanAnnotationDataList().ToLisp()) == L"nil");
 
   ZanAnnotationDataList list;
-  list.AddRow(makeRow(L"MotorSetup", {{L"Type", L"ABB"}}));
+  list.AddRow(makeRow(L"MotorSetup", {{L"Type", L"ARDEN"}}));
   list.AddRow(hidden);
   list.AddList({});
-  CHECK(describe(list.ToLisp()) == L"((\"ABB\") nil nil)");
+  CHECK(describe(list.ToLisp()) == L"((\"ARDEN\") nil nil)");
   ZanAnnotationDataList nested;
   nested.AddRow(unknown);
   list.AddList(nested);
