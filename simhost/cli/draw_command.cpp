@@ -6,14 +6,17 @@
 #include "simhost/cli/site_workbook.h"
 #include "simhost/cli/subcommand.h"
 #include "simhost/host/errors.h"
+#include "simhost/site/site_database.h"
 #include "text/encoding.h"
 
 #include <CLI/CLI.hpp>
 
 #include <cmath>
 #include <cstdio>
+#include <filesystem>
 #include <memory>
 #include <string>
+#include <system_error>
 
 namespace simhost {
 
@@ -46,6 +49,10 @@ ExitCode runDraw(DrawOptions& options) {
   const std::wstring form =
       circuitForm(options.run, workbook, asks ? CircuitBuild::withDialog : CircuitBuild::direct);
 
+  // Without its tables the build would go on, and size nothing; a site that has none keeps them elsewhere.
+  std::error_code error;
+  if (std::filesystem::is_directory(std::filesystem::path(options.site.site) / "tables", error))
+    static_cast<void>(siteDatabase(options.site.site));
   options.host.site = options.site.site;
   options.host.drawing = options.run.drawing;
   HostRun host(options.host);

@@ -49,7 +49,9 @@ public:
     const double width = extents.width();
     const double height = extents.height();
     const double longer = std::max(width, height);
-    scale_ = longer > 0.0 ? (longerSidePixels - 2.0 * marginPixels) / longer : 1.0;
+    // A drawing without extents, or with extents too small to be divided by, is shown as it is.
+    const double fitting = (longerSidePixels - 2.0 * marginPixels) / longer;
+    scale_ = longer > 0.0 && std::isfinite(fitting) ? fitting : 1.0;
     width_ = width * scale_ + 2.0 * marginPixels;
     height_ = height * scale_ + 2.0 * marginPixels;
   }

@@ -10,8 +10,8 @@ namespace simhost {
 /// - else one built from `tables/*.csv` of that folder, anew whenever a table is younger than it. It lies where the
 ///   environment's BRENVOLT_DB says, else in the user's cache, a folder for each site. Parts that the user saved in
 ///   CATALOGSEL go over from the database before; a file of which they cannot be read is kept beside it.
-/// It is built beside itself and renamed, by one process at a time, so that several may ask at once. Throws BadInput for a folder
-/// without tables or a table that cannot be read, naming file and place, and CannotWrite.
+/// It is built beside itself and renamed, by one process at a time, so that several may ask at once. Throws BadInput
+/// for a folder without tables or a table that cannot be read, naming file and place, and CannotWrite.
 [[nodiscard]] std::filesystem::path siteDatabase(const std::filesystem::path& site);
 
 } // namespace simhost

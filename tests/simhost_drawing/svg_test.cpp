@@ -30,9 +30,13 @@ TEST_CASE("the picture of a motor branch is the golden one") {
   CHECK_MESSAGE(isSame, "compare with ", golden, ".actual; to accept it, move it over the golden file");
 }
 
-TEST_CASE("an empty space is an empty sheet and damaged texts cannot break the picture") {
+TEST_CASE("an empty space is an empty sheet, and neither the smallest extents nor damaged texts break the "
+          "picture") {
   DrawingDatabase drawing;
-  CHECK(renderSvg(drawing, drawing.paperSpace()).svg.find("</svg>") != std::string::npos);
+  const std::string sheet = renderSvg(drawing, drawing.paperSpace()).svg;
+  CHECK(sheet.find("</svg>") != std::string::npos);
+  drawing.addEntity(drawing.paperSpace(), makeLine(0, 0, 1e-320, 0));
+  CHECK(renderSvg(drawing, drawing.paperSpace()).svg.starts_with(sheet.substr(0, sheet.find("<rect"))));
   drawing.addEntity(drawing.modelSpace(), makeText(0, 0, L"a\x01<b>&\n"));
   CHECK(renderSvg(drawing, drawing.modelSpace()).svg.find(">a &lt;b&gt;&amp; </text>") != std::string::npos);
 }

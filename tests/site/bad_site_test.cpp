@@ -141,6 +141,10 @@ TEST_CASE("what a circuit cannot be drawn with is told ahead of the build, and n
     CHECK_MESSAGE(run.errors.find(row.message) != std::string::npos, run.errors);
     CHECK_FALSE(site.folder().has("a.json"));
   }
+  static_cast<void>(site.folder().write("site/tables/MOTOR_NEC.csv", "ID,TYPE\n1\n"));
+  const ToolRun run = site.draw(motorDirect, "a.json", {"--save-history", "New"});
+  CHECK(run.exitCode == 3);
+  CHECK_MESSAGE(run.errors.find("MOTOR_NEC.csv") != std::string::npos, run.errors);
   CHECK(site.history() == before);
 }
 
