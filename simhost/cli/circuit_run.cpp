@@ -18,6 +18,19 @@ std::wstring lispText(std::wstring_view text) {
   return lisp::printValue(lisp::Value::string(std::wstring(text)), lisp::PrintStyle::readable);
 }
 
+/// A build passes over a preset that it does not know.
+void needPreset(
+    const SessionRun& run, const brenvolt::ZanCircuitCatalog& catalogue, const std::wstring& worksheet) {
+  for (const std::wstring& part : brenvolt::splitSkippingEmpty(fromUtf8(run.preset), L';')) {
+    const std::wstring code = brenvolt::trim(part.substr(0, part.find_first_of(L"[=")));
+    const bool isKnown = part.find(L'=') != std::wstring::npos && catalogue.findRecord(code) != nullptr;
+    if (!isKnown && !brenvolt::trimView(part).empty())
+      throw BadInput(
+          "preset \"" + toUtf8(part) + "\": must be CODE=1,2 with a code of the worksheet " +
+          toUtf8(worksheet));
+  }
+}
+
 brenvolt::ZanCircuitEntry findEntry(const SessionRun& run, const std::string& workbook) {
   brenvolt::ZanCircuitCatalog catalogue = readCatalogue(workbook);
   const std::wstring circuit = fromUtf8(run.circuit);
@@ -29,12 +42,7 @@ brenvolt::ZanCircuitEntry findEntry(const SessionRun& run, const std::string& wo
         toUtf8(catalogue.workbook) + ": circuit \"" + run.circuit + "\" has no type \"" + run.type + "\"");
   brenvolt::ZanCircuitEntry entry = *found;
   if (!catalogue.readWorksheet(entry.worksheet)) throw BadInput(workbook + ": " + toUtf8(catalogue.error()));
-  for (const std::wstring& part : brenvolt::splitSkippingEmpty(fromUtf8(run.preset), L';'))
-    if (const std::wstring code = brenvolt::trim(part.substr(0, part.find_first_of(L"[="))); !code.empty())
-      if (part.find(L'=') == std::wstring::npos || catalogue.findRecord(code) == nullptr)
-        throw BadInput(
-            "preset \"" + toUtf8(part) + "\": must be CODE=1,2 with a code of the worksheet " +
-            toUtf8(entry.worksheet));
+  needPreset(run, catalogue, entry.worksheet);
   return entry;
 }
 

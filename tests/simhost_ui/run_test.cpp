@@ -152,6 +152,37 @@ TEST_CASE(
   CHECK(run(first) == first);
 }
 
+TEST_CASE("what an event throws arrives at the caller of the dialog") {
+  struct Thrown {};
+  const auto throwing = [](const std::string& event, int timer = 0) {
+    return [event, timer](EverythingDialog& dialog) {
+      dialog.onEvent = [event, timer](EverythingDialog& flow, const std::string& line) {
+        if (timer != 0) flow.StartTimer(timer, 100);
+        if (line == event) throw Thrown();
+      };
+    };
+  };
+  CHECK_THROWS_AS(runActions(R"({"press": "report"})", throwing("clicked report")), Thrown);
+  CHECK_THROWS_AS(
+      runActions(R"({"set": "length", "to": "1"}, {"wait": 200})", throwing("timer 1", 1)), Thrown);
+
+  class FileDialog final : public CKvUiFileDialog {
+  public:
+    FileDialog() : CKvUiFileDialog(true, L"xls", L"a.xls", L"/tmp", L"Workbook|*.xls|", nullptr) {}
+
+  protected:
+    bool OnFileNameOK() override { throw Thrown(); }
+  };
+  const auto windows = simhost::windowsMaker()(
+      simhost::parseAnswers(
+          R"({"format": "brenvolt-answers", "version": 1, "steps": [{"dialog": "file", "do": [{"press": "ok"}]}]})",
+          "a.json"),
+      "a.json");
+  simhost::setWindowSystem(windows.get());
+  CHECK_THROWS_AS(FileDialog().DoModal(), Thrown);
+  simhost::setWindowSystem(nullptr);
+}
+
 TEST_CASE("a dialog inside another one's place ends with it") {
   class Inner final : public CKvUiGroupChildDialog {
   public:
