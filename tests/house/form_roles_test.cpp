@@ -116,14 +116,17 @@ TEST_CASE("each form has the controls that its flow asks for, in their kinds, an
       kindOfRole[control["role"]] = control["kind"];
     Asked asked = rolesOf(flow);
     CHECK(asked.size() > 1);
-    for (const auto& [role, kinds] : asked) {
+    for (const auto& entry : asked) {
+      const std::string& role = entry.first;
+      const auto& kinds = entry.second;
       const auto found = kindOfRole.find(role);
       CHECK_MESSAGE(found != kindOfRole.end(), "the form lacks \"", role, "\"");
       if (found == kindOfRole.end() || kinds.empty()) continue;
       CHECK_MESSAGE(kinds.contains(found->second), "\"", role, "\" is of the kind ", found->second);
     }
     // What closes a dialog or opens its help raises no event: the flow need not name it.
-    for (const auto& [role, kind] : kindOfRole) {
+    for (const auto& entry : kindOfRole) {
+      const std::string& role = entry.first;
       const bool isOfHost = role == "ok" || role == "cancel" || role == "help";
       CHECK_MESSAGE((isOfHost || asked.contains(role)), "no flow asks for \"", role, "\"");
     }
