@@ -1,6 +1,10 @@
 #include "data/sheet_reader.h"
 
 #include "data/table_query.h"
+#include "text/compare.h"
+#include "text/split.h"
+
+#include <algorithm>
 
 namespace brenvolt {
 
@@ -14,15 +18,24 @@ bool SheetReader::open(std::wstring_view path) {
 
 bool SheetReader::read(std::wstring_view sheet, SheetRows& rows) {
   // A sheet is addressed by its name with "$" behind it.
-  return readTable(std::wstring(sheet) + L'$', rows);
+  const std::wstring table = std::wstring(sheet) + L'$';
+  if (readTable(table, rows)) return true;
+  const std::vector<std::wstring> names = tableNames();
+  const bool isThere = std::ranges::any_of(
+      names, [&table](const std::wstring& name) { return equalsOrdinalNoCase(trimView(name, L"'"), table); });
+  if (!names.empty() && !isThere) error_ = L"the workbook has no sheet " + std::wstring(sheet);
+  return false;
+}
+
+std::vector<std::wstring> SheetReader::tableNames() {
+  ZanOleDbTables tables;
+  std::vector<std::wstring> names;
+  if (tables.Open(file_.connection(), L"TABLE")) tables.GetTableList(names);
+  return names;
 }
 
 bool SheetReader::readFirst(SheetRows& rows) {
-  ZanOleDbTables tables;
-  std::vector<std::wstring> names;
-  if (!tables.Open(file_.connection(), L"TABLE")) return false;
-  tables.GetTableList(names);
-  for (const std::wstring& name : names)
+  for (const std::wstring& name : tableNames())
     if (!name.starts_with(L'\'')) return readTable(name, rows);
   return false;
 }

@@ -21,13 +21,14 @@ public:
 
   /// Opens the workbook; false when it cannot be opened, told by `error`.
   [[nodiscard]] bool open(std::wstring_view path);
-  /// Reads a sheet by its name. False when the workbook has no such sheet.
+  /// Reads a sheet by its name. False when the workbook has no such sheet or it cannot be read, told by `error`.
   [[nodiscard]] bool read(std::wstring_view sheet, SheetRows& rows);
   /// Reads the first sheet whose name does not begin with an apostrophe.
   [[nodiscard]] bool readFirst(SheetRows& rows);
   [[nodiscard]] const std::wstring& error() const { return error_; }
 
 private:
+  [[nodiscard]] std::vector<std::wstring> tableNames();
   [[nodiscard]] bool readTable(const std::wstring& table, SheetRows& rows);
 
   ZanOleDbFileRecordset file_;

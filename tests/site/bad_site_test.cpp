@@ -25,7 +25,7 @@ TEST_CASE("a check names sheet, row and column of what a workbook has wrong") {
       {"M3_DOL", "(site_wire #xyz #scl 1 132 #data #misc1)", "(site_wire #xyz #scl 1 132 #data #misc1",
        "sheet M3_DOL, row 4, column 8: parentheses do not match"},
       {"M3_DOL", "WT01,Line 1,", "WT01,,", "sheet M3_DOL, row 4, column 8: forms without a title"},
-      {"ZAN_CIRCS", ",M3_REV,", ",M3_REVERSE,", "sheet M3_REVERSE: "},
+      {"ZAN_CIRCS", ",M3_REV,", ",M3_REVERSE,", "sheet M3_REVERSE: the workbook has no sheet M3_REVERSE"},
       {"ZAN_CIRCS", "templates/motor3_reversing.json", "templates/none.json",
        "sheet ZAN_CIRCS, column 3: Three-phase motors / Reversing: the site holds no template"},
   };
