@@ -280,7 +280,9 @@ std::string unlikeShown(QtDialog& dialog) {
     for (const auto& [member, value] : reading.items()) {
       if (isLong && member == "rows") continue;
       const std::string wanted = shown.contains(member) ? shown[member].dump() : "absent";
-      if (value.dump() != wanted) tell(role, member + " reads " + value.dump() + ", should be " + wanted);
+      if (value.dump() == wanted) continue;
+      std::string what = member;
+      tell(role, what.append(" reads ").append(value.dump()).append(", should be ").append(wanted));
     }
     const bool isLocked = pages != nullptr && pages->IsLocked(model.page());
     if (view->widget().isVisibleTo(&dialog.frame()) != model.isVisible() && pages == nullptr)
