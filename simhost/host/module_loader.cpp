@@ -9,6 +9,7 @@
 
 #include <cstdint>
 #include <exception>
+#include <map>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -25,8 +26,23 @@ CWinApp*& newestApplication() {
   return application;
 }
 
+/// The application objects of the libraries that are in memory. One that the system could not let go, or that never
+/// allowed it, does not make its object again when it is loaded again.
+std::map<void*, CWinApp*>& applications() {
+  static std::map<void*, CWinApp*> byLibrary;
+  return byLibrary;
+}
+
 struct LibraryClose {
-  void operator()(void* library) const { dlclose(library); }
+  std::filesystem::path file;
+
+  void operator()(void* library) const {
+    dlclose(library);
+    if (void* const stayed = dlopen(file.c_str(), RTLD_NOW | RTLD_NOLOAD))
+      dlclose(stayed);
+    else
+      applications().erase(library);
+  }
 };
 
 /// An application id is the module's number: it means something to the host alone.
@@ -43,11 +59,13 @@ void ModuleLoader::load(const std::filesystem::path& file) {
   newestApplication() = nullptr;
   // All symbols are bound now: a function that the host lacks is told here and not in the middle of a drawing.
   const std::filesystem::path absolute = std::filesystem::absolute(file);
-  std::unique_ptr<void, LibraryClose> library(dlopen(absolute.c_str(), RTLD_NOW | RTLD_LOCAL));
+  std::unique_ptr<void, LibraryClose> library(
+      dlopen(absolute.c_str(), RTLD_NOW | RTLD_LOCAL), LibraryClose{absolute});
   if (library == nullptr) {
     const char* reason = dlerror();
     fail(reason == nullptr ? "cannot be loaded" : reason);
   }
+  if (CWinApp* const made = std::exchange(newestApplication(), nullptr)) applications()[library.get()] = made;
   const auto version = reinterpret_cast<int (*)()>(dlsym(library.get(), "kvrxGetApiVersion"));
   const auto entry = reinterpret_cast<EntryPoint>(dlsym(library.get(), "kvrxEntryPoint"));
   if (version == nullptr || entry == nullptr)
@@ -59,9 +77,11 @@ void ModuleLoader::load(const std::filesystem::path& file) {
 
   Module module;
   module.number = ++lastNumber_;
+  module.file = absolute;
   module.library = library.get();
   module.entry = entry;
-  module.application = std::exchange(newestApplication(), nullptr);
+  const auto application = applications().find(library.get());
+  module.application = application == applications().end() ? nullptr : application->second;
   const FunctionRegistry::ModuleScope scope(session_.functions(), module.number);
   if (module.application != nullptr && !module.application->InitInstance()) fail("refused to start");
   static_cast<void>(library.release());
@@ -105,7 +125,7 @@ void ModuleLoader::unloadAll() {
     if (module.application != nullptr) module.application->ExitInstance();
     session_.functions().dropModule(module.number);
     // A module that never allowed it stays in memory until the process ends.
-    if (module.isUnlocked) dlclose(module.library);
+    if (module.isUnlocked) LibraryClose{module.file}(module.library);
   }
 }
 

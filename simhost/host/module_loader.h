@@ -32,6 +32,7 @@ private:
   using EntryPoint = int (*)(int message, void* applicationId);
   struct Module {
     int number = 0;
+    std::filesystem::path file;
     void* library = nullptr;
     EntryPoint entry = nullptr;
     CWinApp* application = nullptr; ///< lives in the library; null when it has none
