@@ -50,10 +50,7 @@ brenvolt::ZanCircuitEntry findEntry(const SessionRun& run, const std::string& wo
 void needHistory(const SessionRun& run, const std::string& workbook) {
   if (run.history.empty()) return;
   brenvolt::ZanXmlHistory history;
-  history.circuit = fromUtf8(run.circuit);
-  history.circuitType = fromUtf8(run.type);
-  history.historyName = fromUtf8(run.history);
-  openConfiguration(history, workbook);
+  openConfiguration(history, workbook, run.circuit, run.type, run.history);
 }
 
 } // namespace

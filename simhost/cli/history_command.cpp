@@ -43,10 +43,7 @@ ExitCode listHistories(const HistoryOptions& options) {
 }
 
 void openNamed(brenvolt::ZanXmlHistory& history, const HistoryOptions& options, const std::string& workbook) {
-  history.circuit = fromUtf8(options.circuit);
-  history.circuitType = fromUtf8(options.type);
-  history.historyName = fromUtf8(options.name);
-  openConfiguration(history, workbook);
+  openConfiguration(history, workbook, options.circuit, options.type, options.name);
 }
 
 ExitCode showHistory(const HistoryOptions& options) {

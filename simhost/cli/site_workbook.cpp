@@ -65,11 +65,14 @@ bool openHistory(brenvolt::ZanXmlHistory& history, const std::string& workbook) 
   return true;
 }
 
-void openConfiguration(brenvolt::ZanXmlHistory& history, const std::string& workbook) {
+void openConfiguration(
+    brenvolt::ZanXmlHistory& history, const std::string& workbook, const std::string& circuit,
+    const std::string& type, const std::string& name) {
+  history.circuit = fromUtf8(circuit);
+  history.circuitType = fromUtf8(type);
+  history.historyName = fromUtf8(name);
   if (openHistory(history, workbook) && history.OpenHistory()) return;
-  throw BadInput(
-      toUtf8(history.circuit) + " / " + toUtf8(history.circuitType) + ": there is no history \"" +
-      toUtf8(history.historyName) + "\"");
+  throw BadInput(circuit + " / " + type + ": there is no history \"" + name + "\"");
 }
 
 std::vector<brenvolt::WorkbookFinding> checkWorkbook(const std::string& workbook, const std::string& site) {

@@ -27,8 +27,10 @@ struct SiteWorkbookOptions {
 
 /// Reads the history file beside the workbook; false when there is none. Throws BadInput when it cannot be read.
 [[nodiscard]] bool openHistory(brenvolt::ZanXmlHistory& history, const std::string& workbook);
-/// Opens the saved configuration that the history names by circuit, type and name. Throws BadInput when there is none.
-void openConfiguration(brenvolt::ZanXmlHistory& history, const std::string& workbook);
+/// Opens the saved configuration of this name. Throws BadInput when there is none.
+void openConfiguration(
+    brenvolt::ZanXmlHistory& history, const std::string& workbook, const std::string& circuit,
+    const std::string& type, const std::string& name);
 
 /// Everything that a workbook's author has to put right: worksheets that are missing or cannot be read, what their
 /// reading passes over, template files that `site` does not hold. In the order of the catalogue.
