@@ -3,7 +3,7 @@
 
 #include "simhost/ui/answers.h"
 
-#include <nlohmann/json.hpp>
+#include <nlohmann/json_fwd.hpp>
 
 namespace simhost {
 
