@@ -1,6 +1,8 @@
 // The verbs, which members each of them takes, and what an "expect" can compare.
 #include "simhost/ui/action_reader.h"
 
+#include <nlohmann/json.hpp>
+
 #include <algorithm>
 #include <limits>
 #include <set>

@@ -4,6 +4,8 @@
 #include "host/host_api_ui.h"
 #include "simhost/ui/action_reader.h"
 
+#include <nlohmann/json.hpp>
+
 #include <set>
 #include <utility>
 
