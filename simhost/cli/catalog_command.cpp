@@ -3,7 +3,6 @@
 #include "simhost/cli/subcommand.h"
 #include "text/encoding.h"
 
-#include <CLI/CLI.hpp>
 #include <nlohmann/json.hpp>
 
 #include <cstdio>
@@ -73,13 +72,18 @@ ExitCode runCatalog(const CatalogOptions& options) {
 
 } // namespace
 
-Command setUpCatalog(CLI::App& command) {
+CommandTable catalogCommand() {
   auto options = std::make_shared<CatalogOptions>();
-  options->site.addTo(command);
-  command.add_flag("--json", options->asJson, "Print for a machine");
-  command.add_flag(
-      "--check", options->isCheck, "Read every worksheet too; exit code 5 when something is wrong");
-  return [options] { return runCatalog(*options); };
+  return {
+      .name = "catalog",
+      .description = "list the circuits of the site's workbook and check it",
+      .options = joinedRows(
+          {options->site.rows(),
+           {{"--json", &options->asJson, "Print for a machine"},
+            {"--check", &options->isCheck,
+             "Read every worksheet too; exit code 5 when something is wrong"}}}),
+      .run = [options] { return runCatalog(*options); },
+  };
 }
 
 } // namespace simhost

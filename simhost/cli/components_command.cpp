@@ -9,8 +9,6 @@
 #include "text/encoding.h"
 #include "text/numbers.h"
 
-#include <CLI/CLI.hpp>
-
 #include <cstdio>
 #include <memory>
 
@@ -80,16 +78,19 @@ ExitCode runComponents(const ComponentsOptions& options) {
 
 } // namespace
 
-Command setUpComponents(CLI::App& command) {
+CommandTable componentsCommand() {
   auto options = std::make_shared<ComponentsOptions>();
-  options->site.addSiteTo(command);
-  options->site.addStandardTo(command);
-  command.add_option("--type", options->type, "Motor type, as in the motor table")
-      ->required()
-      ->type_name("TEXT");
-  command.add_option("--fla", options->fla, "Full-load current in amperes")->required()->type_name("A");
-  options->output.addTo(command);
-  return [options] { return runComponents(*options); };
+  return {
+      .name = "components",
+      .description = "size a motor's protective components",
+      .options = joinedRows(
+          {{options->site.siteRow(),
+            options->site.standardRow(),
+            {"--type", &options->type, "Motor type, as in the motor table", "TEXT", {.isRequired = true}},
+            {"--fla", &options->fla, "Full-load current in amperes", "A", {.isRequired = true}}},
+           options->output.rows()}),
+      .run = [options] { return runComponents(*options); },
+  };
 }
 
 } // namespace simhost

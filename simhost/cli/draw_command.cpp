@@ -9,8 +9,6 @@
 #include "simhost/site/site_database.h"
 #include "text/encoding.h"
 
-#include <CLI/CLI.hpp>
-
 #include <cmath>
 #include <cstdio>
 #include <filesystem>
@@ -69,56 +67,48 @@ ExitCode runDraw(DrawOptions& options) {
 
 } // namespace
 
-Command setUpDraw(CLI::App& command) {
+CommandTable drawCommand() {
   auto options = std::make_shared<DrawOptions>();
   SessionRun& run = options->run;
-  options->site.addTo(command);
-  command.add_option("--circuit", run.circuit, "Name of the circuit")->required();
-  command.add_option("--type", run.type, "Name of its type")->required();
-  command.add_option("--history", run.history, "Take over this saved configuration")->type_name("NAME");
-  CLI::Option* const saveHistory =
-      command.add_option("--save-history", options->saveHistory, "Save what was built under this name")
-          ->type_name("NAME");
-  command.add_option("--preset", run.preset, "Options ahead of the build: CODE=1,2;CODE=3")
-      ->type_name("TEXT");
-  command.add_option("--params", run.params, "Motor or load data of a placed circuit: \"a\";\"b\";\"c\"")
-      ->type_name("TEXT");
-  command.add_option("--wires", run.wires, R"(Wires of a placed circuit: (("10AWG" "BLK_10AWG" "1") ...))")
-      ->type_name("TEXT");
-  command.add_option("--project", run.project, "Keep records of the circuit in this project database")
-      ->type_name("FILE")
-      ->check(CLI::ExistingFile);
-  command.add_option("--at", run.at, "Where the template goes")
-      ->type_name("X,Y")
-      ->delimiter(',')
-      ->expected(2);
-  command.add_option("--drawing", run.drawing, "Draw into this drawing instead of an empty one")
-      ->type_name("FILE");
-  command.add_option("--out", options->host.save, "Write the drawing here when all went well")
-      ->type_name("FILE")
-      ->required();
-  command.add_option("--svg", options->host.svg, "Write a picture too")->type_name("FILE");
-  // The dialog gives the name under which it saves.
-  CLI::Option* const answers =
-      command
-          .add_option(
-              "--answers", options->host.answers,
-              "Build with the configuration dialog; what the user does there, step by step")
-          ->type_name("FILE")
-          ->excludes(saveHistory);
-  command
-      .add_option(
-          "--record", options->host.record,
-          "Write the session: what was run, all questions and answers, also when it fails")
-      ->type_name("FILE")
-      ->needs(answers);
-  command
-      .add_option("--module", options->host.module, "The plug-in, else ZanBrenvolt.kvx beside the program")
-      ->type_name("FILE");
-  command.add_option("--language", options->host.language, "Two letters, else from the environment")
-      ->type_name("CODE");
-  command.footer("A build that fails or is cancelled writes nothing, and the reason is told.");
-  return [options] { return runDraw(*options); };
+  HostOptions& host = options->host;
+  OptionRows rows = {
+      {"--circuit", &run.circuit, "Name of the circuit", {}, {.isRequired = true}},
+      {"--type", &run.type, "Name of its type", {}, {.isRequired = true}},
+      {"--history", &run.history, "Take over this saved configuration", "NAME"},
+      {"--save-history", &options->saveHistory, "Save what was built under this name", "NAME"},
+      {"--preset", &run.preset, "Options ahead of the build: CODE=1,2;CODE=3", "TEXT"},
+      {"--params", &run.params, "Motor or load data of a placed circuit: \"a\";\"b\";\"c\"", "TEXT"},
+      {"--wires", &run.wires, R"(Wires of a placed circuit: (("10AWG" "BLK_10AWG" "1") ...))", "TEXT"},
+      {"--project",
+       &run.project,
+       "Keep records of the circuit in this project database",
+       "FILE",
+       {.path = OptionRules::Path::existingFile}},
+      {"--at", &run.at, "Where the template goes", "X,Y"},
+      {"--drawing", &run.drawing, "Draw into this drawing instead of an empty one", "FILE"},
+      {"--out", &host.save, "Write the drawing here when all went well", "FILE", {.isRequired = true}},
+      {"--svg", &host.svg, "Write a picture too", "FILE"},
+      // The dialog gives the name under which it saves.
+      {"--answers",
+       &host.answers,
+       "Build with the configuration dialog; what the user does there, step by step",
+       "FILE",
+       {.excludes = {"--save-history"}}},
+      {"--record",
+       &host.record,
+       "Write the session: what was run, all questions and answers, also when it fails",
+       "FILE",
+       {.needs = {"--answers"}}},
+      moduleRow(host.module),
+      {"--language", &host.language, "Two letters, else from the environment", "CODE"},
+  };
+  return {
+      .name = "draw",
+      .description = "draw a circuit of the site's workbook",
+      .options = joinedRows({options->site.rows(), rows}),
+      .footer = "A build that fails or is cancelled writes nothing, and the reason is told.",
+      .run = [options] { return runDraw(*options); },
+  };
 }
 
 } // namespace simhost

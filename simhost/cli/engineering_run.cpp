@@ -6,8 +6,6 @@
 #include "simhost/site/site_database.h"
 #include "text/encoding.h"
 
-#include <CLI/CLI.hpp>
-
 #include <algorithm>
 #include <cctype>
 #include <utility>
@@ -36,13 +34,12 @@ std::wstring checkedCode(const std::string& code) {
 
 } // namespace
 
-void SiteOptions::addSiteTo(CLI::App& command) {
-  command.add_option("--site", site, "Folder of the site, with its tables")->required()->type_name("DIR");
+OptionRow SiteOptions::siteRow() {
+  return {"--site", &site, "Folder of the site, with its tables", "DIR", {.isRequired = true}};
 }
 
-void SiteOptions::addStandardTo(CLI::App& command) {
-  command.add_option("--standard-code", standardCode, "Code standard; " + standardCode + " without it")
-      ->type_name("CODE");
+OptionRow SiteOptions::standardRow() {
+  return {"--standard-code", &standardCode, "Code standard; " + standardCode + " without it", "CODE"};
 }
 
 EngineeringRun::EngineeringRun(const std::string& site, const std::string& standardCode)

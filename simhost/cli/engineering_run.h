@@ -3,6 +3,7 @@
 #pragma once
 
 #include "platform/tables.h"
+#include "simhost/cli/command_table.h"
 #include "simhost/host/session.h"
 #include "simhost/site/open_database.h"
 #include "simhost/ui/scripted_windows.h"
@@ -11,10 +12,6 @@
 #include <memory>
 #include <string>
 #include <string_view>
-
-namespace CLI {
-class App;
-}
 
 namespace simhost {
 
@@ -25,8 +22,8 @@ struct SiteOptions {
   std::string site;
   std::string standardCode = assumedStandard;
 
-  void addSiteTo(CLI::App& command);
-  void addStandardTo(CLI::App& command);
+  [[nodiscard]] OptionRow siteRow();
+  [[nodiscard]] OptionRow standardRow();
 };
 
 class EngineeringRun final {

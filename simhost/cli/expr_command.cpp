@@ -7,8 +7,6 @@
 #include "text/encoding.h"
 #include "text/numbers.h"
 
-#include <CLI/CLI.hpp>
-
 #include <cmath>
 #include <memory>
 
@@ -37,14 +35,17 @@ ExitCode runExpr(const ExprOptions& options) {
 
 } // namespace
 
-Command setUpExpr(CLI::App& command) {
+CommandTable exprCommand() {
   auto options = std::make_shared<ExprOptions>();
-  command.add_option("TEXT", options->text, "The formula, with the variable \"i\"")
-      ->required()
-      ->type_name("");
-  command.add_option("I", options->variable, "The value of \"i\", 0 without it")->type_name("");
-  command.footer("Put -- ahead of a formula that begins with a minus sign.");
-  return [options] { return runExpr(*options); };
+  return {
+      .name = "expr",
+      .description = "work out a formula of the engineering tables",
+      .options =
+          {{"TEXT", &options->text, "The formula, with the variable \"i\"", {}, {.isRequired = true}},
+           {"I", &options->variable, "The value of \"i\", 0 without it"}},
+      .footer = "Put -- ahead of a formula that begins with a minus sign.",
+      .run = [options] { return runExpr(*options); },
+  };
 }
 
 } // namespace simhost

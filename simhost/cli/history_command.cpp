@@ -6,8 +6,6 @@
 #include "simhost/ui/scripted_windows.h"
 #include "text/encoding.h"
 
-#include <CLI/CLI.hpp>
-
 #include <cstdio>
 #include <filesystem>
 #include <memory>
@@ -74,27 +72,31 @@ ExitCode deleteHistory(const HistoryOptions& options) {
 
 } // namespace
 
-Command setUpHistory(CLI::App& command) {
+CommandTable historyCommand() {
   auto options = std::make_shared<HistoryOptions>();
-  const auto add = [&](const char* name, const char* description) {
-    CLI::App* added = command.add_subcommand(name, description);
-    options->site.addTo(*added);
-    return added;
-  };
-  const auto addName = [&](CLI::App* added) {
-    added->add_option("--circuit", options->circuit, "Name of the circuit")->required();
-    added->add_option("--type", options->type, "Name of its type")->required();
-    added->add_option("NAME", options->name, "Name of the history")->required()->type_name("");
-    return added;
-  };
-  add("list", "the names of all saved configurations");
-  CLI::App* show = addName(add("show", "motor or load data and the choices of one"));
-  CLI::App* remove = addName(add("delete", "take one out of the file"));
-  command.require_subcommand(1);
-  return [options, show, remove] {
-    if (show->parsed()) return showHistory(*options);
-    return remove->parsed() ? deleteHistory(*options) : listHistories(*options);
-  };
+  const OptionRows all = options->site.rows();
+  const OptionRows one = joinedRows(
+      {all,
+       {{"--circuit", &options->circuit, "Name of the circuit", {}, {.isRequired = true}},
+        {"--type", &options->type, "Name of its type", {}, {.isRequired = true}},
+        {"NAME", &options->name, "Name of the history", {}, {.isRequired = true}}}});
+  return {
+      .name = "history",
+      .description = "list, show or delete saved configurations",
+      .commands = {
+          {.name = "list",
+           .description = "the names of all saved configurations",
+           .options = all,
+           .run = [options] { return listHistories(*options); }},
+          {.name = "show",
+           .description = "motor or load data and the choices of one",
+           .options = one,
+           .run = [options] { return showHistory(*options); }},
+          {.name = "delete",
+           .description = "take one out of the file",
+           .options = one,
+           .run = [options] { return deleteHistory(*options); }},
+      }};
 }
 
 } // namespace simhost

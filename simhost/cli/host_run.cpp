@@ -10,8 +10,6 @@
 #include "simhost/ui/scripted_windows.h"
 #include "text/encoding.h"
 
-#include <CLI/CLI.hpp>
-
 #include <cstdio>
 #include <filesystem>
 #include <optional>
@@ -58,6 +56,10 @@ const HostOptions& withWritableFiles(const HostOptions& options) {
 
 } // namespace
 
+OptionRow moduleRow(std::string& module) {
+  return {"--module", &module, "The plug-in, else ZanBrenvolt.kvx beside the program", "FILE"};
+}
+
 WindowsMaker& windowsMaker() {
   static WindowsMaker maker = [](std::vector<AnswerStep> steps, std::string source) {
     return std::make_unique<ScriptedWindows>(std::move(steps), std::move(source));
@@ -65,29 +67,20 @@ WindowsMaker& windowsMaker() {
   return maker;
 }
 
-void HostOptions::addTo(CLI::App& command) {
-  command
-      .add_option(
-          "--site", site, "Folder of the site: its site.lsp is run first, its files are found by name")
-      ->type_name("DIR");
-  command.add_option("--drawing", drawing, "Open this drawing instead of an empty one")->type_name("FILE");
-  command.add_option("--answers", answers, "Answers to the questions of the run, step by step")
-      ->type_name("FILE");
-  command
-      .add_option(
-          "--record", record,
-          "Write the session: what was run, all questions and answers, also when it fails")
-      ->type_name("FILE");
-  command.add_option("--save", save, "Save the drawing when all went well")->type_name("FILE");
-  command.add_option("--svg", svg, "Write a picture of the current space when all went well")
-      ->type_name("FILE");
-  command
-      .add_option(
-          "--settings", settings, "The user's settings; with --answers and without this they are not kept")
-      ->type_name("FILE");
-  command.add_option("--module", module, "The plug-in, else ZanBrenvolt.kvx beside the program")
-      ->type_name("FILE");
-  command.add_option("--language", language, "Two letters, else from the environment")->type_name("CODE");
+OptionRows HostOptions::rows() {
+  return {
+      {"--site", &site, "Folder of the site: its site.lsp is run first, its files are found by name", "DIR"},
+      {"--drawing", &drawing, "Open this drawing instead of an empty one", "FILE"},
+      {"--answers", &answers, "Answers to the questions of the run, step by step", "FILE"},
+      {"--record", &record, "Write the session: what was run, all questions and answers, also when it fails",
+       "FILE"},
+      {"--save", &save, "Save the drawing when all went well", "FILE"},
+      {"--svg", &svg, "Write a picture of the current space when all went well", "FILE"},
+      {"--settings", &settings, "The user's settings; with --answers and without this they are not kept",
+       "FILE"},
+      moduleRow(module),
+      {"--language", &language, "Two letters, else from the environment", "CODE"},
+  };
 }
 
 HostRun::HostRun(const HostOptions& options)

@@ -2,6 +2,7 @@
 // loaded and a document open, and what is written at the end.
 #pragma once
 
+#include "simhost/cli/command_table.h"
 #include "simhost/site/session_log.h"
 #include "simhost/site/site_run.h"
 #include "simhost/ui/step_queue.h"
@@ -11,10 +12,6 @@
 #include <optional>
 #include <string>
 #include <vector>
-
-namespace CLI {
-class App;
-}
 
 namespace simhost {
 
@@ -30,8 +27,11 @@ struct HostOptions {
   std::string module;
   std::string language;
 
-  void addTo(CLI::App& command);
+  [[nodiscard]] OptionRows rows();
 };
+
+/// The option --module.
+[[nodiscard]] OptionRow moduleRow(std::string& module);
 
 /// Makes the windows of a run: without a screen, unless another maker is set ahead of it.
 using WindowsMaker =

@@ -7,8 +7,6 @@
 #include "text/numbers.h"
 #include "text/split.h"
 
-#include <CLI/CLI.hpp>
-
 #include <unistd.h>
 
 #include <cstdio>
@@ -69,19 +67,23 @@ ExitCode runImport(const ImportOptions& options) {
 
 } // namespace
 
-Command setUpImport(CLI::App& command) {
+CommandTable importCommand() {
   auto options = std::make_shared<ImportOptions>();
-  command.add_option("OUT", options->out, "Database to make or to add to")->required()->type_name("");
-  command
-      .add_option(
-          "INPUT", options->inputs,
-          "Access files, workbooks, databases, folders of CSV files; told by content, not by name")
-      ->required()
-      ->type_name("");
-  command.add_flag("--replace", options->replaces, "Replace tables that OUT holds already");
-  options->output.addTo(command);
-  command.footer("Nothing is written unless all inputs can be read whole.");
-  return [options] { return runImport(*options); };
+  return {
+      .name = "import",
+      .description = "make a database of Access files, workbooks, databases and folders of CSV files",
+      .options = joinedRows(
+          {{{"OUT", &options->out, "Database to make or to add to", {}, {.isRequired = true}},
+            {"INPUT",
+             &options->inputs,
+             "Access files, workbooks, databases, folders of CSV files; told by content, not by name",
+             {},
+             {.isRequired = true}},
+            {"--replace", &options->replaces, "Replace tables that OUT holds already"}},
+           options->output.rows()}),
+      .footer = "Nothing is written unless all inputs can be read whole.",
+      .run = [options] { return runImport(*options); },
+  };
 }
 
 } // namespace simhost

@@ -6,8 +6,6 @@
 #include "simhost/host/errors.h"
 #include "text/encoding.h"
 
-#include <CLI/CLI.hpp>
-
 #include <memory>
 
 namespace simhost {
@@ -96,29 +94,32 @@ ExitCode runRatings(
   return ExitCode::done;
 }
 
-Command setUpRatings(CLI::App& command, const RatingTable& description, std::span<const RatingField> fields) {
+CommandTable ratingCommand(
+    const char* name, const char* description, const RatingTable& table,
+    std::span<const RatingField> fields) {
   auto options = std::make_shared<RatingOptions>();
-  options->site.addSiteTo(command);
-  options->site.addStandardTo(command);
-  for (const RatingField& field : fields) {
-    command
-        .add_option(
-            std::string("--") + field.name, options->filters[field.column],
-            "Only rows whose column " + toUtf8(description.columns[field.column]) + " is this")
-        ->type_name("TEXT");
-  }
-  options->output.addTo(command);
-  return [options, &description, fields] { return runRatings(*options, description, fields); };
+  OptionRows filters;
+  for (const RatingField& field : fields)
+    filters.push_back(
+        {std::string("--") + field.name, &options->filters[field.column],
+         "Only rows whose column " + toUtf8(table.columns[field.column]) + " is this", "TEXT"});
+  return {
+      .name = name,
+      .description = description,
+      .options = joinedRows(
+          {{options->site.siteRow(), options->site.standardRow()}, filters, options->output.rows()}),
+      .run = [options, &table, fields] { return runRatings(*options, table, fields); },
+  };
 }
 
 } // namespace
 
-Command setUpMotors(CLI::App& command) {
-  return setUpRatings(command, brenvolt::motorTable(), motorFields);
+CommandTable motorsCommand() {
+  return ratingCommand("motors", "list the motors of a code standard", brenvolt::motorTable(), motorFields);
 }
 
-Command setUpLoads(CLI::App& command) {
-  return setUpRatings(command, brenvolt::loadTable(), loadFields);
+CommandTable loadsCommand() {
+  return ratingCommand("loads", "list the loads of a code standard", brenvolt::loadTable(), loadFields);
 }
 
 } // namespace simhost

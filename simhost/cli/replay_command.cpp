@@ -9,8 +9,6 @@
 #include "simhost/site/command_steps.h"
 #include "text/encoding.h"
 
-#include <CLI/CLI.hpp>
-
 #include <cstdio>
 #include <filesystem>
 #include <memory>
@@ -136,31 +134,30 @@ ExitCode runReplay(ReplayOptions& options) {
 
 } // namespace
 
-Command setUpReplay(CLI::App& command) {
+CommandTable replayCommand() {
   auto options = std::make_shared<ReplayOptions>();
-  command.add_option("SITE", options->site.site, "Folder of the site")->type_name("")->required();
-  command.add_option("SESSION", options->host.answers, "The recorded session")->type_name("")->required();
-  command.add_option("--workbook", options->site.workbook, "Another workbook than the site's")
-      ->type_name("FILE");
-  command.add_option("--out", options->host.save, "Write the drawing here when all was answered")
-      ->type_name("FILE");
-  command.add_option("--svg", options->host.svg, "Write a picture of it")->type_name("FILE");
-  command.add_option("--record", options->host.record, "Write the session as it went this time")
-      ->type_name("FILE");
-  command
-      .add_option(
-          "--work", options->work,
-          "Keep what the session worked on in this folder: workbook, saved configurations, tables, project")
-      ->type_name("DIR");
-  command
-      .add_option("--module", options->host.module, "The plug-in, else ZanBrenvolt.kvx beside the program")
-      ->type_name("FILE");
-  command.add_option("--language", options->host.language, "Two letters, else those of the session")
-      ->type_name("CODE");
-  command.footer("The site stays as it is: the session works on copies. The last line of standard output is "
-                 "the value of "
-                 "the last form, nil for a build that was cancelled, which leaves the drawing as it was.");
-  return [options] { return runReplay(*options); };
+  HostOptions& host = options->host;
+  return {
+      .name = "replay",
+      .description = "run a recorded session again, without a screen",
+      .options =
+          {{"SITE", &options->site.site, "Folder of the site", {}, {.isRequired = true}},
+           {"SESSION", &host.answers, "The recorded session", {}, {.isRequired = true}},
+           {"--workbook", &options->site.workbook, "Another workbook than the site's", "FILE"},
+           {"--out", &host.save, "Write the drawing here when all was answered", "FILE"},
+           {"--svg", &host.svg, "Write a picture of it", "FILE"},
+           {"--record", &host.record, "Write the session as it went this time", "FILE"},
+           {"--work", &options->work,
+            "Keep what the session worked on in this folder: workbook, saved configurations, tables, project",
+            "DIR"},
+           moduleRow(host.module),
+           {"--language", &host.language, "Two letters, else those of the session", "CODE"}},
+      .footer =
+          "The site stays as it is: the session works on copies. The last line of standard output is "
+          "the value of the last form, nil for a build that was cancelled, which leaves the drawing as it "
+          "was.",
+      .run = [options] { return runReplay(*options); },
+  };
 }
 
 } // namespace simhost

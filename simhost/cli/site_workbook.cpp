@@ -4,8 +4,6 @@
 #include "simhost/host/errors.h"
 #include "text/encoding.h"
 
-#include <CLI/CLI.hpp>
-
 #include <filesystem>
 #include <set>
 
@@ -32,10 +30,11 @@ void checkEntry(
 
 } // namespace
 
-void SiteWorkbookOptions::addTo(CLI::App& command) {
-  command.add_option("--site", site, "Folder of the site")->type_name("DIR")->required();
-  command.add_option("--workbook", workbook, "Another workbook than the site's; the history lies beside it")
-      ->type_name("FILE");
+OptionRows SiteWorkbookOptions::rows() {
+  return {
+      {"--site", &site, "Folder of the site", "DIR", {.isRequired = true}},
+      {"--workbook", &workbook, "Another workbook than the site's; the history lies beside it", "FILE"},
+  };
 }
 
 std::string SiteWorkbookOptions::path() const {

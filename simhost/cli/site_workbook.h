@@ -3,13 +3,10 @@
 
 #include "build/workbook_catalogue.h"
 #include "drawing/history.h"
+#include "simhost/cli/command_table.h"
 
 #include <string>
 #include <vector>
-
-namespace CLI {
-class App;
-}
 
 namespace simhost {
 
@@ -17,7 +14,7 @@ struct SiteWorkbookOptions {
   std::string site;     ///< folder
   std::string workbook; ///< empty for the one of the site
 
-  void addTo(CLI::App& command);
+  [[nodiscard]] OptionRows rows();
   /// The full path. Throws BadInput when neither folder nor file is there.
   [[nodiscard]] std::string path() const;
 };

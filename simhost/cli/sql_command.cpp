@@ -5,8 +5,6 @@
 #include "simhost/host/errors.h"
 #include "text/encoding.h"
 
-#include <CLI/CLI.hpp>
-
 #include <memory>
 
 namespace simhost {
@@ -60,15 +58,22 @@ ExitCode runSql(const SqlOptions& options) {
 
 } // namespace
 
-Command setUpSql(CLI::App& command) {
+CommandTable sqlCommand() {
   auto options = std::make_shared<SqlOptions>();
-  command.add_option("DB", options->database, "Database, Access file or workbook")->required()->type_name("");
-  command.add_option("STATEMENT", options->statement, "Names in brackets, as in \"SELECT * FROM [OPT_NEC]\"")
-      ->required()
-      ->type_name("");
-  command.add_flag("--write", options->writes, "Allow statements that change the database");
-  options->output.addTo(command);
-  return [options] { return runSql(*options); };
+  return {
+      .name = "sql",
+      .description = "run one statement on a database",
+      .options = joinedRows(
+          {{{"DB", &options->database, "Database, Access file or workbook", {}, {.isRequired = true}},
+            {"STATEMENT",
+             &options->statement,
+             "Names in brackets, as in \"SELECT * FROM [OPT_NEC]\"",
+             {},
+             {.isRequired = true}},
+            {"--write", &options->writes, "Allow statements that change the database"}},
+           options->output.rows()}),
+      .run = [options] { return runSql(*options); },
+  };
 }
 
 } // namespace simhost

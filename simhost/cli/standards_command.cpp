@@ -4,8 +4,6 @@
 #include "simhost/cli/subcommand.h"
 #include "simhost/cli/table_output.h"
 
-#include <CLI/CLI.hpp>
-
 #include <memory>
 
 namespace simhost {
@@ -31,11 +29,14 @@ ExitCode runStandards(const StandardsOptions& options) {
 
 } // namespace
 
-Command setUpStandards(CLI::App& command) {
+CommandTable standardsCommand() {
   auto options = std::make_shared<StandardsOptions>();
-  options->site.addSiteTo(command);
-  options->output.addTo(command);
-  return [options] { return runStandards(*options); };
+  return {
+      .name = "standards",
+      .description = "list the code standards that a site has tables for",
+      .options = joinedRows({{options->site.siteRow()}, options->output.rows()}),
+      .run = [options] { return runStandards(*options); },
+  };
 }
 
 } // namespace simhost

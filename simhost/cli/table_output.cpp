@@ -4,7 +4,6 @@
 #include "simhost/cli/csv_text.h"
 #include "text/encoding.h"
 
-#include <CLI/CLI.hpp>
 #include <nlohmann/json.hpp>
 
 #include <algorithm>
@@ -75,9 +74,11 @@ nlohmann::ordered_json jsonCell(const OutputCell& cell, ColumnKind kind) {
 
 } // namespace
 
-void OutputOptions::addTo(CLI::App& command) {
-  CLI::Option* csv = command.add_flag("--csv", isCsv, "Answer as comma separated values");
-  command.add_flag("--json", isJson, "Answer as JSON")->excludes(csv);
+OptionRows OutputOptions::rows() {
+  return {
+      {"--csv", &isCsv, "Answer as comma separated values"},
+      {"--json", &isJson, "Answer as JSON", {}, {.excludes = {"--csv"}}},
+  };
 }
 
 OutputForm OutputOptions::form() const {

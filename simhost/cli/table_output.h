@@ -1,13 +1,11 @@
 // The answers of the tool as tables: for a person in aligned columns, for a spreadsheet as CSV, for a program as JSON.
 #pragma once
 
+#include "simhost/cli/command_table.h"
+
 #include <optional>
 #include <string>
 #include <vector>
-
-namespace CLI {
-class App;
-}
 
 namespace simhost {
 
@@ -18,7 +16,7 @@ struct OutputOptions {
   bool isCsv = false;
   bool isJson = false;
 
-  void addTo(CLI::App& command);
+  [[nodiscard]] OptionRows rows();
   [[nodiscard]] OutputForm form() const;
 };
 

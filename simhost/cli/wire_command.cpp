@@ -11,7 +11,6 @@
 #include "text/numbers.h"
 #include "text/split.h"
 
-#include <CLI/CLI.hpp>
 #include <nlohmann/json.hpp>
 
 #include <array>
@@ -170,37 +169,43 @@ ExitCode runWire(const WireOptions& options) {
 
 } // namespace
 
-Command setUpWire(CLI::App& command) {
+CommandTable wireCommand() {
   auto options = std::make_shared<WireOptions>();
-  options->site.addSiteTo(command);
+  OptionRows fields;
   for (const WireFieldRow& row : wireFields) {
     const std::string preset = row.option.empty() ? "" : " [" + toUtf8(row.option) + "]";
-    command
-        .add_option(
-            std::string("--") + row.name, options->fields[static_cast<std::size_t>(row.field)],
-            row.help + preset)
-        ->type_name(row.typeName);
+    fields.push_back(
+        {std::string("--") + row.name, &options->fields[static_cast<std::size_t>(row.field)],
+         row.help + preset, row.typeName});
   }
-  command.add_flag(
-      "--hide-undersized", options->hidesUndersized,
-      "Leave out sizes at or above 100 % load, not only above 300 %");
-  options->output.addTo(command);
-  CLI::Option* explain = command.add_flag(
-      "--explain", options->isExplained, "Show how each figure of the proposed size comes about");
-  explain->excludes(command.get_option("--csv"));
-  CLI::Option* batch =
-      command.add_option("--batch", options->batch, "List of circuits: a column for each option")
-          ->type_name("LIST.csv")
-          ->excludes(explain);
-  CLI::Option* out = command.add_option("--out", options->out, "The list with the proposed sizes")
-                         ->type_name("RESULT.csv")
-                         ->needs(batch);
-  batch->needs(out);
-  command.footer("Needed are --fla, --voltage and --phase. A word in brackets is the setting of the option "
-                 "table that serves "
-                 "where nothing is given. With --batch the other options hold for every circuit that leaves "
-                 "its cell empty.");
-  return [options] { return runWire(*options); };
+  const OptionRows results = {
+      {"--explain",
+       &options->isExplained,
+       "Show how each figure of the proposed size comes about",
+       {},
+       {.excludes = {"--csv"}}},
+      {"--batch",
+       &options->batch,
+       "List of circuits: a column for each option",
+       "LIST.csv",
+       {.excludes = {"--explain"}, .needs = {"--out"}}},
+      {"--out", &options->out, "The list with the proposed sizes", "RESULT.csv", {.needs = {"--batch"}}},
+  };
+  return {
+      .name = "wire",
+      .description = "size the wire of a circuit, or of a list of circuits",
+      .options = joinedRows(
+          {{options->site.siteRow()},
+           fields,
+           {{"--hide-undersized", &options->hidesUndersized,
+             "Leave out sizes at or above 100 % load, not only above 300 %"}},
+           options->output.rows(),
+           results}),
+      .footer = "Needed are --fla, --voltage and --phase. A word in brackets is the setting of the option "
+                "table that serves where nothing is given. With --batch the other options hold for every "
+                "circuit that leaves its cell empty.",
+      .run = [options] { return runWire(*options); },
+  };
 }
 
 } // namespace simhost

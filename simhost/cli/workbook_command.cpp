@@ -8,8 +8,6 @@
 #include "simhost/host/files.h"
 #include "text/encoding.h"
 
-#include <CLI/CLI.hpp>
-
 #include <algorithm>
 #include <array>
 #include <cstdio>
@@ -115,18 +113,24 @@ ExitCode pack(const WorkbookOptions& options) {
 
 } // namespace
 
-Command setUpWorkbook(CLI::App& command) {
+CommandTable workbookCommand() {
   auto options = std::make_shared<WorkbookOptions>();
-  CLI::App* unpackCommand = command.add_subcommand("unpack", "write one CSV file for each sheet of FILE.xls");
-  unpackCommand->add_option("FILE.xls", options->workbook)->required()->type_name("");
-  unpackCommand->add_option("DIR", options->folder)->required()->type_name("");
-  CLI::App* packCommand = command.add_subcommand("pack", "make FILE.xls of the CSV files of a folder");
-  packCommand->add_option("DIR", options->folder)->required()->type_name("");
-  packCommand->add_option("FILE.xls", options->workbook)->required()->type_name("");
-  command.require_subcommand(1);
-  command.footer(
-      "All cells are texts. Sheet ZAN_CIRCS comes first, then ANNO_CODE, then the others by name.");
-  return [options, packCommand] { return packCommand->parsed() ? pack(*options) : unpack(*options); };
+  const OptionRow file = {"FILE.xls", &options->workbook, {}, {}, {.isRequired = true}};
+  const OptionRow folder = {"DIR", &options->folder, {}, {}, {.isRequired = true}};
+  return {
+      .name = "workbook",
+      .description = "turn a workbook into CSV files and back",
+      .commands =
+          {{.name = "unpack",
+            .description = "write one CSV file for each sheet of FILE.xls",
+            .options = {file, folder},
+            .run = [options] { return unpack(*options); }},
+           {.name = "pack",
+            .description = "make FILE.xls of the CSV files of a folder",
+            .options = {folder, file},
+            .run = [options] { return pack(*options); }}},
+      .footer = "All cells are texts. Sheet ZAN_CIRCS comes first, then ANNO_CODE, then the others by name.",
+  };
 }
 
 } // namespace simhost

@@ -1,6 +1,7 @@
 // What can be told before a screen is needed is told first: wrong options and `--help` work without one.
 #include "simhost/gui/gui_run.h"
 
+#include "simhost/cli/command_table.h"
 #include "simhost/gui/main_window.h"
 #include "simhost/gui/session_recording.h"
 #include "simhost/host/errors.h"
@@ -11,7 +12,6 @@
 #include "simhost/ui/file_names.h"
 #include "text/encoding.h"
 
-#include <CLI/CLI.hpp>
 #include <QApplication>
 #include <QFontMetrics>
 #include <QLibraryInfo>
@@ -191,38 +191,38 @@ ExitCode show(int argc, char** argv, GuiOptions& options) {
 
 int runGui(int argc, char** argv) {
   GuiOptions options;
-  CLI::App app("Electrical circuits in a simulated CAD host, with windows", "brenvolt-gui");
-  app.set_version_flag("--version", "brenvolt-gui " BRENVOLT_VERSION);
-  app.add_option("--site", options.site.site, "Folder of the site: its site.lsp is run first")
-      ->type_name("DIR")
-      ->check(CLI::ExistingDirectory);
-  app.add_option("--drawing", options.site.drawing, "Open this drawing instead of an empty one")
-      ->type_name("FILE");
-  app.add_option(
-         "--language", options.site.language,
-         "Two letters, else the one chosen before, else the environment's")
-      ->type_name("CODE");
-  app.add_option("--record", options.record, "Write what was done, for `brenvolt replay`")->type_name("FILE");
-  app.add_option("--settings", options.site.settings, "The user's settings")->type_name("FILE");
-  app.add_option("--theme", options.theme, "light or dark, else as it was last")
-      ->type_name("NAME")
-      ->check(CLI::IsMember({"light", "dark"}));
-  app.add_option("--module", options.site.module, "The plug-in, else ZanBrenvolt.kvx beside the program")
-      ->type_name("FILE");
-  app.add_option("--screenshot", options.screenshot, "Write a picture of the window and leave")
-      ->type_name("FILE");
-  CLI::Option* const play =
-      app.add_option("--play", options.play, "Do in the windows what this session says")->type_name("FILE");
-  app.add_option("--pictures", options.pictures, "Write a picture of each window of the session and leave")
-      ->type_name("DIR")
-      ->needs(play);
-  app.footer("Exit codes: 0 done, 1 wrong arguments, 2 unexpected, 3 bad input, no screen or no fonts, 4 "
-             "cannot write.");
-  try {
-    app.parse(argc, argv);
-  } catch (const CLI::ParseError& error) {
-    return app.exit(error) == 0 ? 0 : static_cast<int>(ExitCode::wrongArguments);
-  }
+  const CommandTable program = {
+      .name = "brenvolt-gui",
+      .description = "Electrical circuits in a simulated CAD host, with windows",
+      .options =
+          {{"--site",
+            &options.site.site,
+            "Folder of the site: its site.lsp is run first",
+            "DIR",
+            {.path = OptionRules::Path::existingFolder}},
+           {"--drawing", &options.site.drawing, "Open this drawing instead of an empty one", "FILE"},
+           {"--language", &options.site.language,
+            "Two letters, else the one chosen before, else the environment's", "CODE"},
+           {"--record", &options.record, "Write what was done, for `brenvolt replay`", "FILE"},
+           {"--settings", &options.site.settings, "The user's settings", "FILE"},
+           {"--theme",
+            &options.theme,
+            "light or dark, else as it was last",
+            "NAME",
+            {.choices = {"light", "dark"}}},
+           {"--module", &options.site.module, "The plug-in, else ZanBrenvolt.kvx beside the program", "FILE"},
+           {"--screenshot", &options.screenshot, "Write a picture of the window and leave", "FILE"},
+           {"--play", &options.play, "Do in the windows what this session says", "FILE"},
+           {"--pictures",
+            &options.pictures,
+            "Write a picture of each window of the session and leave",
+            "DIR",
+            {.needs = {"--play"}}}},
+      .footer = "Exit codes: 0 done, 1 wrong arguments, 2 unexpected, 3 bad input, no screen or no fonts, 4 "
+                "cannot write.",
+  };
+  const CommandLineResult given = readCommandLine(program, "brenvolt-gui " BRENVOLT_VERSION, argc, argv);
+  if (given.end) return *given.end;
   try {
     return static_cast<int>(show(argc, argv, options));
   } catch (const BadInput& error) {

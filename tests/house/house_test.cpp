@@ -122,6 +122,12 @@ TEST_CASE("the public headers of platform/ name no library") {
   }
 }
 
+TEST_CASE("one file knows the library that parses command lines") {
+  for (const fs::path& file : sourcesBelow("simhost"))
+    for (const std::string& line : linesOf(file))
+      if (line.starts_with("#include <CLI/")) CHECK(file.filename() == "command_line_parser.cpp");
+}
+
 TEST_CASE("the simulated host sees of the plug-in only the host's face") {
   for (const fs::path& file : sourcesBelow("simhost")) {
     const std::string room = roomOfInclude(file.lexically_relative("simhost").generic_string());
