@@ -60,6 +60,7 @@ public:
   [[nodiscard]] std::optional<std::wstring> circuitName() const override { return std::nullopt; }
   [[nodiscard]] KvWindow* parentWindow() const override { return nullptr; }
   void endCancelled() override { std::abort(); }
+  void showHeldBackSoon() override {}
 
 private:
   template <typename Control>

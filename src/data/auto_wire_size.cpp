@@ -117,7 +117,8 @@ std::wstring autoWireSize(const ZanWireTableReader& reader, const ZanCircuitData
   if (!reader.ReadAmpacity(set, temperatureColumn(reader, set, data), rows) || rows.empty()) return {};
   const double factor = autoFactor(reader, data);
 
-  const auto carries = [&](const ZanWireRow& row) { return current <= row.ampacity * factor; };
+  // A current that meets the ampacity is carried, also where 0.7 x 30 comes out a hair below 21.
+  const auto carries = [&](const ZanWireRow& row) { return !isGiven(current - row.ampacity * factor); };
   auto chosen = rows.end();
   if (data.useVoltageDrop) {
     const AutoDrop drop(reader, set, data);

@@ -13,6 +13,11 @@ constexpr wchar_t formName[] = L"ZanDlgWireSelect";
 constexpr wchar_t dialogName[] = L"ZanBrenvolt::ZanDlgWireSelect";
 constexpr int tooltipsBelow = 2;
 constexpr int sizeColumn = 1;
+constexpr int heldBackTimer = 1;
+constexpr int doubleClickTimer = 2;
+// Time enough for the click that moved the focus to arrive as a selection.
+constexpr int soonMilliseconds = 250;
+constexpr int doubleClickMilliseconds = 1000; // longer than any desktop sets
 
 } // namespace
 
@@ -44,8 +49,27 @@ void ZanDlgWireSelect::OnHelp() {
   manager_.ShowHelp();
 }
 
+void ZanDlgWireSelect::OnRowSelected(int, int) {
+  manager_.ShowHeldBack();
+}
+
+// The first click of the two may have brought a new table; what the second one hit is then not what the user saw.
 void ZanDlgWireSelect::OnRowDoubleClicked(int) {
-  OnOK();
+  manager_.ShowHeldBack();
+  if (manager_.IsSelectionSeen()) OnOK();
+}
+
+void ZanDlgWireSelect::showHeldBackSoon() {
+  StartTimer(heldBackTimer, soonMilliseconds);
+  StartTimer(doubleClickTimer, doubleClickMilliseconds);
+}
+
+void ZanDlgWireSelect::OnTimer(int timer) {
+  KillTimer(timer);
+  if (timer == heldBackTimer)
+    manager_.ShowHeldBack();
+  else
+    manager_.MarkSeen();
 }
 
 void ZanDlgWireSelect::OnOK() {

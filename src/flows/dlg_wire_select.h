@@ -31,7 +31,9 @@ protected:
   void OnOK() override;
   void OnHelp() override;
   void OnControlEvent(const KvUiEvent& event) override;
+  void OnRowSelected(int row, int column) override;
   void OnRowDoubleClicked(int row) override;
+  void OnTimer(int timer) override;
 
 private:
   [[nodiscard]] KvUiControl& control(WireControl control) const override;
@@ -45,6 +47,7 @@ private:
   [[nodiscard]] std::optional<std::wstring> circuitName() const override { return circuitName_; }
   [[nodiscard]] KvWindow* parentWindow() const override { return window(); }
   void endCancelled() override { EndDialog(kvui::cancel); }
+  void showHeldBackSoon() override;
 
   ZanDlgWireSelectBaseCtrlMgr& manager_;
   std::optional<ZanWireTableReader> reader_; ///< on the form's connection, once it is open

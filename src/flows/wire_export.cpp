@@ -106,6 +106,7 @@ std::vector<ReportRow> ZanDlgWireSelectCtrlMgr::reportRows() const {
 }
 
 void ZanDlgWireSelectCtrlMgr::ExportReport() {
+  ShowHeldBack();
   ZanBVSaveAsFileDlg dialog(lastReport_, form().parentWindow());
   if (dialog.DoModal() != kvui::ok) return;
   const std::filesystem::path path(toUtf8(dialog.path()));

@@ -34,6 +34,8 @@ public:
   /// The window that task dialogs and the file dialog stand over.
   [[nodiscard]] virtual KvWindow* parentWindow() const = 0;
   virtual void endCancelled() = 0;
+  /// Asks for `ShowHeldBack` as soon as the events in hand are through, whether one of them is a click or not.
+  virtual void showHeldBackSoon() = 0;
 };
 
 } // namespace brenvolt

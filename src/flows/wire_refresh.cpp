@@ -34,14 +34,57 @@ constexpr ResultColumn resultColumns[] = {
 
 void ZanDlgWireSelectCtrlMgr::Refresh() {
   KvUiGrid& grid = form().results();
-  // While a cell is being edited its grid must not be built anew.
-  if (grid.HasFocus()) return;
+  WireLookupResult computed = computeWires(readWireFigures(form().reader(), readTableChoice()), readInput());
+  std::swap(lookup_, computed);
+  // A click into the grid leaves the field first, and the click is meant for the rows that are still shown: the new
+  // ones wait until it has taken effect.
+  if (grid.HasFocus()) {
+    if (!heldBackFrom_) heldBackFrom_ = std::move(computed.rows);
+    form().showHeldBackSoon();
+    return;
+  }
+  heldBackFrom_.reset();
+  seenSize_.reset();
   const int rowBefore = grid.SelectedRow();
-  lookup_ = computeWires(readWireFigures(form().reader(), readTableChoice()), readInput());
   grid.LockDrawing();
   showResults();
   SelectProposedRow(rowBefore);
   grid.UnlockDrawing();
+}
+
+void ZanDlgWireSelectCtrlMgr::ShowHeldBack() {
+  if (!heldBackFrom_) return;
+  const std::vector<WireCandidate> shown = std::move(*heldBackFrom_);
+  heldBackFrom_.reset();
+  KvUiGrid& grid = form().results();
+  const int row = grid.SelectedRow();
+  grid.LockDrawing();
+  showResults();
+  SelectSeen(shown, row);
+  grid.UnlockDrawing();
+}
+
+void ZanDlgWireSelectCtrlMgr::SelectSeen(const std::vector<WireCandidate>& shown, int row) {
+  KvUiGrid& grid = form().results();
+  grid.SelectRow(0);
+  if (row < 1 || static_cast<std::size_t>(row) > shown.size()) return;
+  const WireCandidate& seen = shown[static_cast<std::size_t>(row) - 1];
+  seenSize_ = seen.size;
+  // Parallel runs have a row for each fill range.
+  const auto entry = std::find_if(rows().begin(), rows().end(), [&seen](const WireCandidate& each) {
+    return each.size == seen.size && each.fillRange == seen.fillRange;
+  });
+  if (entry == rows().end()) return;
+  const int newRow = static_cast<int>(entry - rows().begin()) + 1;
+  grid.SelectRow(newRow);
+  grid.ScrollTo(newRow);
+}
+
+bool ZanDlgWireSelectCtrlMgr::IsSelectionSeen() const {
+  if (!seenSize_) return true;
+  const int row = form().results().SelectedRow();
+  return row >= 1 && static_cast<std::size_t>(row) <= rows().size() &&
+         rows()[static_cast<std::size_t>(row) - 1].size == *seenSize_;
 }
 
 WireTableChoice ZanDlgWireSelectCtrlMgr::readTableChoice() const {

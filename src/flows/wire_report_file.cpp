@@ -29,6 +29,14 @@ std::vector<std::wstring> columnNames(std::size_t count) {
   return names;
 }
 
+/// The workbook names its file in front of the reason, as an absolute path; the caller names it too.
+std::wstring withoutPath(std::wstring_view path, std::wstring reason) {
+  const std::wstring front =
+      fromUtf8(std::filesystem::absolute(std::filesystem::path(toUtf8(path))).string()) + L": ";
+  if (reason.starts_with(front)) reason.erase(0, front.size());
+  return reason;
+}
+
 std::optional<std::wstring> writeWorkbook(
     std::wstring_view path, ReportMode mode, const std::vector<ReportRow>& rows) {
   CDBClass workbook;
@@ -40,7 +48,7 @@ std::optional<std::wstring> writeWorkbook(
   for (const ReportRow& row : rows)
     isGood = isGood && workbook.AddRecords(filledSheet, columnNames(row.size()), row, rowIndex++);
   if (isGood && workbook.CloseDB()) return std::nullopt;
-  return workbook.error();
+  return withoutPath(path, workbook.error());
 }
 
 std::optional<std::wstring> writeText(
@@ -50,11 +58,11 @@ std::optional<std::wstring> writeText(
     const std::filesystem::path file(toUtf8(path));
     std::error_code error;
     // A stream on a folder opens, and throws when it is read.
-    if (!std::filesystem::is_regular_file(file, error)) return L"it is no file";
+    if (!std::filesystem::is_regular_file(file, error)) return L"is not a file";
     std::ifstream in(file, std::ios::binary);
-    if (!in) return L"it cannot be read";
+    if (!in) return L"cannot be read";
     bytes.assign(std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>());
-    if (in.bad()) return L"it cannot be read";
+    if (in.bad()) return L"cannot be read";
     if (!bytes.empty() && bytes.back() != '\n') bytes += '\n';
   }
   const ReportFormat format = reportFormatOf(path);

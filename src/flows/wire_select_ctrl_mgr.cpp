@@ -32,6 +32,14 @@ void ZanDlgWireSelectBaseCtrlMgr::OnChanged(WireControl) {}
 
 void ZanDlgWireSelectBaseCtrlMgr::Refresh() {}
 
+void ZanDlgWireSelectBaseCtrlMgr::ShowHeldBack() {}
+
+bool ZanDlgWireSelectBaseCtrlMgr::IsSelectionSeen() const {
+  return true;
+}
+
+void ZanDlgWireSelectBaseCtrlMgr::MarkSeen() {}
+
 void ZanDlgWireSelectBaseCtrlMgr::ExportReport() {}
 
 void ZanDlgWireSelectBaseCtrlMgr::ShowHelp() {}
@@ -80,6 +88,7 @@ bool ZanDlgWireSelectCtrlMgr::CheckTables(OptionTables options) const {
 }
 
 bool ZanDlgWireSelectCtrlMgr::CheckOnOk() {
+  ShowHeldBack();
   const int row = form().results().SelectedRow();
   if (row < 1 || static_cast<std::size_t>(row) > rows().size()) return true;
   const std::wstring& percent = rows()[static_cast<std::size_t>(row) - 1].loadPercent;

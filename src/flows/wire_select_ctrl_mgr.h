@@ -40,6 +40,14 @@ public:
   virtual void OnChanged(WireControl control);
   /// Computes the table of sizes anew.
   virtual void Refresh();
+  /// Shows a table that was held back while the grid had the focus. The size that the user saw selected stays
+  /// selected; if the new table lacks it, nothing is selected. Does nothing when the grid is up to date.
+  virtual void ShowHeldBack();
+  /// Whether the selected row is one that the user has seen: false after a click whose row went away with the table
+  /// that the click was made on.
+  [[nodiscard]] virtual bool IsSelectionSeen() const;
+  /// The table has been on the screen for longer than a double click takes.
+  virtual void MarkSeen();
   virtual void ExportReport();
   virtual void ShowHelp();
   /// Whether the dialog may end with the selected row.
@@ -60,6 +68,9 @@ public:
   void Init() final;
   void OnChanged(WireControl control) final;
   void Refresh() final;
+  void ShowHeldBack() final;
+  [[nodiscard]] bool IsSelectionSeen() const final;
+  void MarkSeen() final { seenSize_.reset(); }
   void ExportReport() final;
   void ShowHelp() final;
   [[nodiscard]] bool CheckOnOk() final;
@@ -127,6 +138,7 @@ private:
   [[nodiscard]] WireTableChoice readTableChoice() const;
   void showResults();
   void SelectProposedRow(int rowBefore);
+  void SelectSeen(const std::vector<WireCandidate>& shown, int row);
 
   /// Head rows and the grid: wire_export.cpp.
   [[nodiscard]] std::vector<ReportRow> reportRows() const;
@@ -151,6 +163,9 @@ private:
   std::map<std::wstring, std::wstring> raceways_; ///< column to what the user sees
   std::map<WireControl, double> lastGood_;
   WireLookupResult lookup_;
+  /// The rows in the grid while a newer table is held back.
+  std::optional<std::vector<WireCandidate>> heldBackFrom_;
+  std::optional<std::wstring> seenSize_; ///< that a click was made on, while its table was replaced
   ReportPlace lastReport_;
 };
 

@@ -212,6 +212,8 @@ TEST_CASE("the sizing of a build takes the first size that carries, by its own r
   data.useContinuousLoad = false;                     // C_LOAD of 0.5 derates all the same
   CHECK(autoWireSize(reader, data, 42.5) == L"4AWG"); // 85 x 0.5 is met exactly, which passes here
   CHECK(autoWireSize(reader, data, 42.6) == L"3AWG");
+  CHECK(autoWireSize(reader, data, 42.500009) == L"4AWG");
+  CHECK(autoWireSize(reader, data, 42.50002) == L"3AWG");
   CHECK(autoWireSize(reader, data, 900) == L"1AWG"); // the last row when none carries
   data.useContinuousLoad = true;
   data.continuousFactor = 0.0; // counts as 1

@@ -148,6 +148,48 @@ TEST_CASE("fields, changes and answers of the lookup") {
     runRow(row);
 }
 
+TEST_CASE("a field that is left by a click into the table: the click means the size that the user saw") {
+  const auto leftBy = [](const std::string& actions) { return lookupStep(actions + R"(, {"press": "ok"})"); };
+  struct Row {
+    const char* promise;
+    double fla;
+    std::string steps;
+    const char* answer;
+  };
+  const std::string typed = R"({"type": "current", "to": "200"}, )";
+  const std::string question = step("ZanBrenvolt.WirAmpacityExceeded", R"({"press": 2})") + ",";
+  const Row rows[] = {
+      {"the size is gone: nothing is selected, and the table is that of the fields", 10.0,
+       leftBy(typed + R"do({"select": "grid", "row": {"Size": "14 AWG"}},
+             {"expect": "grid", "row": {"Size": "300 KCMIL"}, "column": "Load (%)", "is": "109.65"})do"),
+       R"(("" ""))"},
+      {"another row than the selected one, gone too", 10.0,
+       leftBy(typed + R"({"select": "grid", "row": {"Size": "12 AWG"}})"), R"(("" ""))"},
+      {"the size is still there, at another place", 10.0,
+       leftBy(typed + R"({"select": "grid", "row": {"Size": "500 KCMIL"}})"), R"(("500KCMIL" ""))"},
+      {"it is there and too small: a question", 10.0,
+       leftBy(typed + R"({"select": "grid", "row": {"Size": "4/0 AWG"}})") + "," + question +
+           lookupStep(R"({"press": "cancel"})"),
+       "nil"},
+      {"a double click takes what the user saw", 10.0,
+       lookupStep(typed + R"({"doubleClick": "grid", "row": {"Size": "500 KCMIL"}})"), R"(("500KCMIL" ""))"},
+      {"a double click on a size that goes takes nothing", 10.0,
+       lookupStep(typed + R"({"doubleClick": "grid", "row": {"Size": "14 AWG"}}, {"wait": 2000},
+             {"doubleClick": "grid", "row": {"Size": "400 KCMIL"}})"),
+       R"(("400KCMIL" ""))"},
+      {"the keyboard's way into the table", 10.0, leftBy(typed + R"do({"focus": "grid"},
+             {"expect": "grid", "row": {"Size": "300 KCMIL"}, "column": "Load (%)", "is": "109.65"})do"),
+       R"(("" ""))"},
+  };
+  for (const Row& row : rows) {
+    CAPTURE(row.promise);
+    PickerSession session(siteTables(), "[" + row.steps + "]");
+    putMotor();
+    circuitData().fla = row.fla;
+    CHECK_EQ(session.eval(wire), row.answer);
+  }
+}
+
 TEST_CASE("a load has its own power factor and multiplier, and leaves a motor's alone") {
   PickerSession session(
       siteTables(),

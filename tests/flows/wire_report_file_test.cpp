@@ -89,7 +89,10 @@ TEST_CASE("a report that cannot be written tells why and leaves what is there") 
     CHECK(writeReport(wide(asFolder), ReportMode::replace, first).has_value());
     CHECK(writeReport(wide(asFolder), ReportMode::append, first).has_value());
     CHECK(std::filesystem::is_directory(asFolder));
-    CHECK(writeReport(wide(folder / ("no/such" + extension)), ReportMode::replace, first).has_value());
+    const auto missing = folder / ("no/such" + extension);
+    const auto reason = writeReport(wide(missing), ReportMode::replace, first);
+    REQUIRE(reason.has_value());
+    CHECK_MESSAGE(reason->find(wide(missing)) == std::wstring::npos, toUtf8(*reason)); // the caller names it
   }
   const auto foreign = folder / "text.xls";
   test::writeBytes(foreign, "no workbook");
