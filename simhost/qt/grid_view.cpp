@@ -346,6 +346,15 @@ protected:
     isTakingFocus_ = false;
   }
 
+  // A flow may answer a click with other rows: the table then shows the selection of the grid, and not the place that
+  // was hit.
+  void mousePressEvent(QMouseEvent* event) override {
+    QTableView::mousePressEvent(event);
+    const QModelIndexList selected = selectionModel()->selectedRows();
+    const int shown = selected.isEmpty() ? 0 : selected.front().row() + 1;
+    if (shown != grid_.SelectedRow() && shown <= grid_.RowCount()) refresh();
+  }
+
   void resizeEvent(QResizeEvent* event) override {
     QTableView::resizeEvent(event);
     layOutColumns();

@@ -53,10 +53,10 @@ void ZanDlgWireSelect::OnRowSelected(int, int) {
   manager_.ShowHeldBack();
 }
 
-// The first click of the two may have brought a new table; what the second one hit is then not what the user saw.
+// The first click of the two may have brought a new table: the second one then hit what the user has not seen.
 void ZanDlgWireSelect::OnRowDoubleClicked(int) {
   manager_.ShowHeldBack();
-  if (manager_.IsSelectionSeen()) OnOK();
+  if (manager_.IsTableSeen()) OnOK();
 }
 
 void ZanDlgWireSelect::showHeldBackSoon() {

@@ -44,7 +44,7 @@ void ZanDlgWireSelectCtrlMgr::Refresh() {
     return;
   }
   heldBackFrom_.reset();
-  seenSize_.reset();
+  isTableSeen_ = true;
   const int rowBefore = grid.SelectedRow();
   grid.LockDrawing();
   showResults();
@@ -56,6 +56,7 @@ void ZanDlgWireSelectCtrlMgr::ShowHeldBack() {
   if (!heldBackFrom_) return;
   const std::vector<WireCandidate> shown = std::move(*heldBackFrom_);
   heldBackFrom_.reset();
+  isTableSeen_ = false;
   KvUiGrid& grid = form().results();
   const int row = grid.SelectedRow();
   grid.LockDrawing();
@@ -69,7 +70,6 @@ void ZanDlgWireSelectCtrlMgr::SelectSeen(const std::vector<WireCandidate>& shown
   grid.SelectRow(0);
   if (row < 1 || static_cast<std::size_t>(row) > shown.size()) return;
   const WireCandidate& seen = shown[static_cast<std::size_t>(row) - 1];
-  seenSize_ = seen.size;
   // Parallel runs have a row for each fill range.
   const auto entry = std::find_if(rows().begin(), rows().end(), [&seen](const WireCandidate& each) {
     return each.size == seen.size && each.fillRange == seen.fillRange;
@@ -78,13 +78,6 @@ void ZanDlgWireSelectCtrlMgr::SelectSeen(const std::vector<WireCandidate>& shown
   const int newRow = static_cast<int>(entry - rows().begin()) + 1;
   grid.SelectRow(newRow);
   grid.ScrollTo(newRow);
-}
-
-bool ZanDlgWireSelectCtrlMgr::IsSelectionSeen() const {
-  if (!seenSize_) return true;
-  const int row = form().results().SelectedRow();
-  return row >= 1 && static_cast<std::size_t>(row) <= rows().size() &&
-         rows()[static_cast<std::size_t>(row) - 1].size == *seenSize_;
 }
 
 WireTableChoice ZanDlgWireSelectCtrlMgr::readTableChoice() const {

@@ -34,7 +34,7 @@ void ZanDlgWireSelectBaseCtrlMgr::Refresh() {}
 
 void ZanDlgWireSelectBaseCtrlMgr::ShowHeldBack() {}
 
-bool ZanDlgWireSelectBaseCtrlMgr::IsSelectionSeen() const {
+bool ZanDlgWireSelectBaseCtrlMgr::IsTableSeen() const {
   return true;
 }
 

@@ -43,9 +43,8 @@ public:
   /// Shows a table that was held back while the grid had the focus. The size that the user saw selected stays
   /// selected; if the new table lacks it, nothing is selected. Does nothing when the grid is up to date.
   virtual void ShowHeldBack();
-  /// Whether the selected row is one that the user has seen: false after a click whose row went away with the table
-  /// that the click was made on.
-  [[nodiscard]] virtual bool IsSelectionSeen() const;
+  /// Whether the user has had the time to see the table: false after a click that was made on an older one.
+  [[nodiscard]] virtual bool IsTableSeen() const;
   /// The table has been on the screen for longer than a double click takes.
   virtual void MarkSeen();
   virtual void ExportReport();
@@ -69,8 +68,8 @@ public:
   void OnChanged(WireControl control) final;
   void Refresh() final;
   void ShowHeldBack() final;
-  [[nodiscard]] bool IsSelectionSeen() const final;
-  void MarkSeen() final { seenSize_.reset(); }
+  [[nodiscard]] bool IsTableSeen() const final { return isTableSeen_; }
+  void MarkSeen() final { isTableSeen_ = true; }
   void ExportReport() final;
   void ShowHelp() final;
   [[nodiscard]] bool CheckOnOk() final;
@@ -165,7 +164,7 @@ private:
   WireLookupResult lookup_;
   /// The rows in the grid while a newer table is held back.
   std::optional<std::vector<WireCandidate>> heldBackFrom_;
-  std::optional<std::wstring> seenSize_; ///< that a click was made on, while its table was replaced
+  bool isTableSeen_ = true;
   ReportPlace lastReport_;
 };
 
