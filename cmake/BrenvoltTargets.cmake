@@ -47,6 +47,14 @@ function(brenvolt_add_test name)
   set_tests_properties(${name} PROPERTIES ENVIRONMENT "${environment}")
 endfunction()
 
+# brenvolt_test_library(NAME SOURCES a.cpp ... [DEPENDS target ...])
+# What several test programs share, compiled once.
+function(brenvolt_test_library name)
+  brenvolt_library(${name} ${ARGN})
+  target_compile_definitions(${name} PRIVATE DOCTEST_CONFIG_SUPER_FAST_ASSERTS)
+  brenvolt_quick_compile(${name})
+endfunction()
+
 # brenvolt_test(NAME SOURCES a_test.cpp ... [DEPENDS target ...])
 # One test program per folder.
 function(brenvolt_test name)

@@ -1,6 +1,7 @@
 // `brenvolt catalog`: the circuits of a site's workbook, and what its author has to put right.
 #include "simhost/cli/site_workbook.h"
 #include "simhost/cli/subcommand.h"
+#include "simhost/json/json_text.h"
 #include "text/encoding.h"
 
 #include <nlohmann/json.hpp>
@@ -42,7 +43,7 @@ void printJson(
          {"column", finding.column},
          {"text", toUtf8(finding.text)}});
   const Json all = {{"circuits", std::move(circuits)}, {"findings", std::move(problems)}};
-  std::puts(all.dump(2).c_str());
+  std::puts(jsonText(all, 2).c_str());
 }
 
 void printText(

@@ -2,6 +2,7 @@
 #include "simhost/cli/table_output.h"
 
 #include "simhost/cli/csv_text.h"
+#include "simhost/json/json_text.h"
 #include "text/encoding.h"
 
 #include <nlohmann/json.hpp>
@@ -66,7 +67,7 @@ nlohmann::ordered_json jsonCell(const OutputCell& cell, ColumnKind kind) {
   if (!cell) return nullptr;
   std::string text = toUtf8(*cell);
   if (kind == ColumnKind::number) {
-    nlohmann::ordered_json number = nlohmann::ordered_json::parse(text, nullptr, false);
+    nlohmann::ordered_json number = tryParseJson(text);
     if (number.is_number()) return number;
   }
   return text;
@@ -93,7 +94,7 @@ std::string jsonRows(const OutputTable& table) {
       object[table.columns[column].key] = jsonCell(row[column], table.columns[column].kind);
     rows.push_back(std::move(object));
   }
-  return rows.dump(2);
+  return jsonText(rows, 2);
 }
 
 std::string formatTable(const OutputTable& table, OutputForm form) {

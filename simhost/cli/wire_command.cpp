@@ -7,6 +7,7 @@
 #include "simhost/cli/wire_request.h"
 #include "simhost/host/errors.h"
 #include "simhost/host/files.h"
+#include "simhost/json/json_text.h"
 #include "text/encoding.h"
 #include "text/numbers.h"
 #include "text/split.h"
@@ -118,14 +119,14 @@ std::string jsonAnswer(
   answer["circuit"] = std::move(circuit);
   answer["designCurrent"] = request.input.total;
   answer["deratingFactor"] = request.input.overallFactor;
-  answer["rows"] = nlohmann::ordered_json::parse(jsonRows(tableOf(request, result)));
+  answer["rows"] = parseJson(jsonRows(tableOf(request, result)));
   answer["proposed"] =
       result.proposed ? nlohmann::ordered_json(toUtf8(result.rows[*result.proposed].size)) : nullptr;
   answer["grounding"] = nlohmann::ordered_json::array();
   for (const std::wstring& size : request.groundSizes)
     answer["grounding"].push_back(toUtf8(size));
-  if (isExplained) answer["explanation"] = nlohmann::ordered_json::parse(explanationJson(explanation));
-  return answer.dump(2) + '\n';
+  if (isExplained) answer["explanation"] = parseJson(explanationJson(explanation));
+  return jsonText(answer, 2) + '\n';
 }
 
 ExitCode runBatch(WireCatalogue& catalogue, const WireOptions& options) {

@@ -2,6 +2,7 @@
 #include "simhost/cli/wire_explain.h"
 
 #include "expr/expr_evaluator.h"
+#include "simhost/json/json_text.h"
 #include "text/encoding.h"
 #include "text/numbers.h"
 #include "text/split.h"
@@ -263,7 +264,7 @@ std::string explanationJson(const std::vector<ExplainedFigure>& figures) {
         {{"figure", toUtf8(figure.heading)},
          {"arithmetic", texts(figure.arithmetic)},
          {"sources", texts(figure.sources)}});
-  return array.dump(2);
+  return jsonText(array, 2);
 }
 
 } // namespace simhost

@@ -3,8 +3,11 @@
 
 #include "simhost/drawing/file_format.h"
 #include "simhost/drawing/json_fields.h"
+#include "simhost/json/json_text.h"
 #include "text/encoding.h"
 #include "text/numbers.h"
+
+#include <nlohmann/json.hpp>
 
 #include <algorithm>
 #include <fstream>
@@ -287,7 +290,7 @@ LoadedDrawing drawingFromJson(std::string_view json, std::wstring_view name) {
     return LoadedDrawing{nullptr, std::wstring(name) + L": " + text};
   };
   try {
-    return {DrawingReader().read(Json::parse(json)), L""};
+    return {DrawingReader().read(parseJson(json)), L""};
   } catch (const DrawingFileError& error) {
     return failure(error.text);
   } catch (const Json::parse_error& error) {

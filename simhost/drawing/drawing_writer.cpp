@@ -3,6 +3,7 @@
 
 #include "platform/file_replace.h"
 #include "simhost/drawing/file_format.h"
+#include "simhost/json/json_text.h"
 #include "text/encoding.h"
 #include "text/numbers.h"
 
@@ -14,7 +15,7 @@ namespace simhost {
 namespace {
 
 std::string quoteText(std::wstring_view text) {
-  return nlohmann::json(brenvolt::toUtf8(text)).dump();
+  return jsonText(nlohmann::ordered_json(brenvolt::toUtf8(text)));
 }
 
 std::string number(double value) {

@@ -3,6 +3,8 @@
 
 #include "text/encoding.h"
 
+#include <nlohmann/json.hpp>
+
 #include <utility>
 
 namespace simhost {

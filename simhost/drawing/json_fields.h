@@ -4,7 +4,7 @@
 
 #include "simhost/drawing/entity.h"
 
-#include <nlohmann/json.hpp>
+#include <nlohmann/json_fwd.hpp>
 
 #include <optional>
 #include <set>

@@ -4,6 +4,7 @@
 #include "host/host_api_documents.h"
 #include "simhost/host/files.h"
 #include "simhost/host/session.h"
+#include "simhost/json/json_text.h"
 #include "text/encoding.h"
 
 #include <nlohmann/json.hpp>
@@ -15,6 +16,7 @@ namespace simhost {
 
 using brenvolt::fromUtf8;
 using brenvolt::toUtf8;
+using Json = nlohmann::ordered_json;
 
 bool UserSettings::hasKey(std::wstring_view key) {
   read();
@@ -80,10 +82,10 @@ void UserSettings::readAgain() {
 }
 
 bool UserSettings::parse(const std::string& bytes) {
-  const nlohmann::json file = nlohmann::json::parse(bytes, nullptr, false);
+  const Json file = tryParseJson(bytes);
   if (!file.is_object()) return false;
-  const nlohmann::json values = file.value("values", nlohmann::json::object());
-  const nlohmann::json hidden = file.value("hidden", nlohmann::json::object());
+  const Json values = file.value("values", Json::object());
+  const Json hidden = file.value("hidden", Json::object());
   if (!values.is_object() || !hidden.is_object()) return false;
   for (const auto& [key, names] : values.items()) {
     if (!names.is_object()) return false;
@@ -102,13 +104,13 @@ bool UserSettings::parse(const std::string& bytes) {
 
 bool UserSettings::write() {
   if (file_.empty()) return true;
-  nlohmann::json file = {{"values", nlohmann::json::object()}, {"hidden", nlohmann::json::object()}};
+  Json file = {{"hidden", Json::object()}, {"values", Json::object()}};
   for (const auto& [key, values] : keys_)
     for (const auto& [name, value] : values)
       file["values"][toUtf8(key)][toUtf8(name)] = toUtf8(value);
   for (const auto& [key, button] : hidden_)
     file["hidden"][toUtf8(key)] = button;
-  const std::string reason = replaceFile(file_, file.dump(2) + "\n");
+  const std::string reason = replaceFile(file_, jsonText(file, 2) + "\n");
   if (reason.empty()) return true;
   commandLine_.printLine(L"settings not saved: " + fromUtf8(reason));
   return false;

@@ -1,6 +1,7 @@
 // Reading of layouts, with the place of a slip in its message.
 #include "simhost/qt/form_layout.h"
 
+#include "simhost/json/json_text.h"
 #include "text/encoding.h"
 
 #include <nlohmann/json.hpp>
@@ -14,7 +15,7 @@ namespace simhost {
 
 using brenvolt::fromUtf8;
 using brenvolt::toUtf8;
-using nlohmann::json;
+using json = nlohmann::ordered_json;
 
 namespace {
 
@@ -48,7 +49,7 @@ public:
       arrange(layout);
       return layout;
     }
-    const json written = json::parse(form_.layout);
+    const json written = parseJson(form_.layout);
     allow(written, {"content", "buttons", "size"});
     if (!written.contains("content")) fail("needs \"content\"");
     layout.content = readNode(written["content"]);
@@ -72,7 +73,7 @@ private:
   }
 
   void allow(const json& object, std::initializer_list<std::string_view> known) const {
-    if (!object.is_object()) fail("holds something that is no object: " + object.dump());
+    if (!object.is_object()) fail("holds something that is no object: " + jsonText(object));
     for (const auto& [name, value] : object.items())
       if (std::find(known.begin(), known.end(), name) == known.end())
         fail("has an unknown member \"" + name + "\"");
@@ -91,7 +92,7 @@ private:
   }
 
   [[nodiscard]] ControlLook readLook(const FormControl& control) const {
-    const json written = json::parse(control.layout);
+    const json written = parseJson(control.layout);
     allow(written, {"unit", "width", "rows", "icons", "picture"});
     ControlLook look;
     look.unit = fromUtf8(written.value("unit", std::string()));
@@ -104,7 +105,7 @@ private:
 
   /// A role, which may stand in one place only.
   [[nodiscard]] std::wstring take(const json& role) {
-    if (!role.is_string()) fail("holds something that is no role: " + role.dump());
+    if (!role.is_string()) fail("holds something that is no role: " + jsonText(role));
     std::wstring text = fromUtf8(role.get<std::string>());
     const bool isKnown =
         std::any_of(form_.controls.begin(), form_.controls.end(), [&text](const FormControl& control) {
@@ -116,7 +117,7 @@ private:
   }
 
   [[nodiscard]] std::vector<LayoutNode> readNodes(const json& list) {
-    if (!list.is_array()) fail("holds something that is no list: " + list.dump());
+    if (!list.is_array()) fail("holds something that is no list: " + jsonText(list));
     std::vector<LayoutNode> nodes;
     for (const json& node : list)
       nodes.push_back(readNode(node));
@@ -134,11 +135,11 @@ private:
       node.children = readNodes(written);
       return node;
     }
-    if (!written.is_object()) fail("holds something that is no place: " + written.dump());
+    if (!written.is_object()) fail("holds something that is no place: " + jsonText(written));
     const KindName* found = nullptr;
     for (const KindName& row : kindNames)
       if (written.contains(row.name)) found = &row;
-    if (found == nullptr) fail("holds a place of no kind: " + written.dump());
+    if (found == nullptr) fail("holds a place of no kind: " + jsonText(written));
     allow(
         written, {found->name, "stretch", found->kind == LayoutNode::Kind::section ? "content" : "stretch"});
     node.kind = found->kind;

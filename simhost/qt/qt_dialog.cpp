@@ -10,6 +10,8 @@
 #include <QSplitter>
 #include <QTimer>
 
+#include <nlohmann/json.hpp>
+
 #include <algorithm>
 #include <numeric>
 #include <string>
@@ -223,11 +225,11 @@ void QtDialog::note(Json action) {
   if (wait) {
     record_.addAction({{"wait", *wait}});
     action["quick"] = true;
-  } else if (isPartOf(lastAction_, action) && record_.replaceLast(action)) {
-    lastAction_ = std::move(action);
+  } else if (isPartOf(*lastAction_, action) && record_.replaceLast(action)) {
+    *lastAction_ = std::move(action);
     return;
   }
-  lastAction_ = action;
+  *lastAction_ = action;
   record_.addAction(std::move(action));
 }
 
@@ -252,7 +254,7 @@ void QtDialog::act(Json action, const Gesture& gesture) {
   }
   lastRefusal_ = refusal;
   if (keepsRecord && refusal) {
-    lastAction_ = Json();
+    *lastAction_ = Json();
     // Leaving the control before may have had its own consequences.
     const bool moved = focus() != focusBefore && focus() != nullptr;
     if (!moved || !record_.replaceLast({{"focus", toUtf8(focus()->role())}})) record_.dropLast();

@@ -13,7 +13,7 @@
 
 #include <QPointer>
 
-#include <nlohmann/json.hpp>
+#include <nlohmann/json_fwd.hpp>
 
 #include <functional>
 #include <map>
@@ -124,8 +124,8 @@ private:
   HeldException thrown_;
   Refusal lastRefusal_;
   CellAnswer lastCellAnswer_ = CellAnswer::taken;
-  Json lastAction_;            ///< with what later gestures may be joined
-  QEventLoop* loop_ = nullptr; ///< while it runs
+  std::unique_ptr<Json> lastAction_; ///< with what later gestures may be joined
+  QEventLoop* loop_ = nullptr;       ///< while it runs
   bool isActing_ = false;
   bool isShowing_ = false; ///< what widgets tell now, no person has done
   bool isRefreshPosted_ = false;

@@ -15,6 +15,8 @@
 #include <QMessageBox>
 #include <QTimer>
 
+#include <nlohmann/json.hpp>
+
 #include <cstdio>
 
 namespace simhost {

@@ -1,6 +1,8 @@
 // The verbs, which members each of them takes, and what an "expect" can compare.
 #include "simhost/ui/action_reader.h"
 
+#include "simhost/json/json_text.h"
+
 #include <nlohmann/json.hpp>
 
 #include <algorithm>
@@ -259,7 +261,7 @@ AnswerAction readAction(const Json& action) {
   // What a recording adds is not read.
   written.erase("then");
   written.erase("offered");
-  parsed.written = written.dump();
+  parsed.written = jsonText(written);
   readSubject(action[parsed.verb], parsed);
   std::set<std::string> known = {parsed.verb};
   if (written.contains("quick")) {

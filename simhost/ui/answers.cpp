@@ -2,6 +2,7 @@
 #include "simhost/ui/answers.h"
 
 #include "host/host_api_ui.h"
+#include "simhost/json/json_text.h"
 #include "simhost/ui/action_reader.h"
 
 #include <nlohmann/json.hpp>
@@ -23,7 +24,7 @@ public:
   [[nodiscard]] AnswerFile parse(std::string_view bytes) {
     Json file;
     try {
-      file = Json::parse(bytes);
+      file = parseJson(bytes);
     } catch (const Json::exception& error) {
       fail(std::string("is no JSON: ") + error.what());
     }

@@ -1,10 +1,13 @@
 // Doing the steps.
 #include "simhost/ui/dialog_script.h"
 
+#include "simhost/json/json_text.h"
 #include "simhost/ui/expectations.h"
 #include "simhost/ui/pages_model.h"
 #include "simhost/ui/selectors.h"
 #include "text/encoding.h"
+
+#include <nlohmann/json.hpp>
 
 #include <algorithm>
 #include <charconv>
@@ -70,7 +73,7 @@ bool DialogScript::doStep(const AnswerStep& step) {
         if (dialog_.isEnded()) throw AnswerError("the dialog has ended before it");
         if (watcher_)
           if (const std::string unlike = watcher_(); !unlike.empty()) throw AnswerError(unlike);
-        record_.addAction(Json::parse(action.written));
+        record_.addAction(parseJson(action.written));
         if (const Refusal refusal = perform(action)) reason = *refusal;
       }
     } catch (const AnswerError& error) {

@@ -1,6 +1,7 @@
 // Comparing what is shown with what an answer file says.
 #include "simhost/ui/expectations.h"
 
+#include "simhost/json/json_text.h"
 #include "simhost/ui/pages_model.h"
 #include "simhost/ui/selectors.h"
 #include "text/encoding.h"
@@ -14,7 +15,7 @@ using brenvolt::toUtf8;
 namespace {
 
 /// What is really there, as text, list of texts, number or flag, in the form in which it is told.
-using Found = nlohmann::json;
+using Found = nlohmann::ordered_json;
 
 Found textsOf(const std::vector<std::wstring>& texts) {
   Found list = Found::array();
@@ -143,9 +144,9 @@ std::optional<std::string> findUnmet(DialogModel& dialog, Gestures& gestures, co
     }
     if (holds(expected, found)) continue;
     const std::string wanted = found.is_array() && expected.texts.empty() && !expected.text.empty()
-                                   ? Found(expected.text).dump()
-                                   : expectedOf(expected, found).dump();
-    return "\"" + expected.what + "\" should be " + wanted + " but is " + found.dump();
+                                   ? jsonText(Found(expected.text))
+                                   : jsonText(expectedOf(expected, found));
+    return "\"" + expected.what + "\" should be " + wanted + " but is " + jsonText(found);
   }
   return std::nullopt;
 }

@@ -1,6 +1,7 @@
 // Reading the lines of one form.
 #include "simhost/ui/form_words.h"
 
+#include "simhost/json/json_text.h"
 #include "text/encoding.h"
 #include "text/split.h"
 
@@ -38,9 +39,9 @@ bool renameSections(Json& layout, const std::string& title, const std::string& w
 template <typename Change>
 bool changeLayout(std::string& layout, const Change& change) {
   if (layout.empty()) return false;
-  Json parsed = Json::parse(layout);
+  Json parsed = parseJson(layout);
   if (!change(parsed)) return false;
-  layout = parsed.dump();
+  layout = jsonText(parsed);
   return true;
 }
 

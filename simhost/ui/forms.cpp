@@ -2,6 +2,7 @@
 // misses a control.
 #include "simhost/ui/forms.h"
 
+#include "simhost/json/json_text.h"
 #include "simhost/ui/form_words.h"
 #include "text/encoding.h"
 
@@ -19,7 +20,7 @@ namespace {
 
 using brenvolt::fromUtf8;
 using brenvolt::toUtf8;
-using nlohmann::json;
+using json = nlohmann::ordered_json;
 
 struct KindName {
   const char* name;
@@ -58,7 +59,7 @@ public:
   [[nodiscard]] Form parse(std::string_view bytes, const std::string& name) {
     json file;
     try {
-      file = json::parse(bytes);
+      file = parseJson(bytes);
     } catch (const json::exception& error) {
       fail(std::string("is no JSON: ") + error.what());
     }
@@ -71,7 +72,7 @@ public:
     Form form;
     form.name = fromUtf8(name);
     form.title = textOf(file, "title");
-    if (file.contains("layout")) form.layout = file["layout"].dump();
+    if (file.contains("layout")) form.layout = jsonText(file["layout"]);
     if (!file.contains("controls") || !file["controls"].is_array()) fail("\"controls\" is no list");
     const std::string fileName = place_;
     std::set<std::wstring> roles;
@@ -112,7 +113,7 @@ private:
     control.label = textOf(entry, "label");
     control.tooltip = textOf(entry, "tooltip");
     control.group = textOf(entry, "group");
-    if (entry.contains("layout")) control.layout = entry["layout"].dump();
+    if (entry.contains("layout")) control.layout = jsonText(entry["layout"]);
     std::set<std::string> known = {"role", "kind", "label", "tooltip", "layout"};
     for (const FlagMember& member : flagMembers()) {
       const auto& kinds = member.kinds;

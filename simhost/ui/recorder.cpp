@@ -1,8 +1,11 @@
 // Building up the steps of a recording.
 #include "simhost/ui/recorder.h"
 
+#include "simhost/json/json_text.h"
 #include "simhost/ui/answers.h"
 #include "text/encoding.h"
+
+#include <nlohmann/json.hpp>
 
 #include <utility>
 
@@ -31,34 +34,50 @@ Json shownOf(const FileQuestion& question) {
   return shown;
 }
 
+Recorder::Recorder() : run_(std::make_unique<Json>()), steps_(std::make_unique<Json>(Json::array())) {}
+
+Recorder::~Recorder() = default;
+
+void Recorder::setRun(const SessionRun& run) {
+  *run_ = sessionRunAsJson(run);
+}
+
+std::size_t Recorder::count() const {
+  return steps_->size();
+}
+
+Json& Recorder::step(std::size_t number) {
+  return (*steps_)[number];
+}
+
 std::size_t Recorder::begin(std::string_view dialog, Json shown) {
   note(dialog, std::move(shown));
-  steps_.back()["do"] = Json::array();
-  return steps_.size() - 1;
+  steps_->back()["do"] = Json::array();
+  return steps_->size() - 1;
 }
 
 void Recorder::note(std::string_view dialog, Json shown) {
   Json step = Json::object();
   step["dialog"] = dialog;
   step["shown"] = std::move(shown);
-  steps_.push_back(std::move(step));
+  steps_->push_back(std::move(step));
 }
 
 std::size_t Recorder::resume(std::string_view dialog) {
   Json step = Json::object();
   step["dialog"] = dialog;
   step["do"] = Json::array();
-  steps_.push_back(std::move(step));
-  return steps_.size() - 1;
+  steps_->push_back(std::move(step));
+  return steps_->size() - 1;
 }
 
 std::string Recorder::text() const {
   Json file = Json::object();
   file["format"] = answerFormat;
   file["version"] = answerVersion;
-  if (!run_.is_null()) file["run"] = run_;
-  file["steps"] = steps_;
-  return file.dump(2, ' ', false, Json::error_handler_t::replace) + "\n";
+  if (!run_->is_null()) file["run"] = *run_;
+  file["steps"] = *steps_;
+  return jsonText(file, 2) + "\n";
 }
 
 void DialogRecord::open(Json shown) {

@@ -4,9 +4,10 @@
 #include "simhost/ui/session_file.h"
 #include "simhost/ui/window_system.h"
 
-#include <nlohmann/json.hpp>
+#include <nlohmann/json_fwd.hpp>
 
 #include <cstddef>
+#include <memory>
 #include <string>
 #include <string_view>
 
@@ -20,8 +21,11 @@ class Recorder final {
 public:
   using Json = nlohmann::ordered_json;
 
+  Recorder();
+  ~Recorder();
+
   /// What is run: with it the recording is a session. Its paths must lead from the folder of the recording.
-  void setRun(const SessionRun& run) { run_ = sessionRunAsJson(run); }
+  void setRun(const SessionRun& run);
   /// Notes what is shown, and answers the number of the step.
   std::size_t begin(std::string_view dialog, Json shown);
   /// What is only shown: nobody answers it.
@@ -29,13 +33,14 @@ public:
   /// More of a step after another one came between.
   std::size_t resume(std::string_view dialog);
 
-  [[nodiscard]] std::size_t count() const { return steps_.size(); }
-  [[nodiscard]] Json& step(std::size_t number) { return steps_[number]; }
+  [[nodiscard]] std::size_t count() const;
+  [[nodiscard]] Json& step(std::size_t number);
   [[nodiscard]] std::string text() const;
 
 private:
-  Json run_;
-  Json steps_ = Json::array();
+  // Behind pointers: who includes this need not know the library.
+  std::unique_ptr<Json> run_;
+  std::unique_ptr<Json> steps_;
 };
 
 /// The steps of one dialog. What other dialogs ask in between parts them, so that a recording reads in the order of

@@ -1,6 +1,7 @@
 // Answers from steps, and the recording.
 #include "simhost/ui/scripted_windows.h"
 
+#include "simhost/json/json_text.h"
 #include "simhost/ui/scripted_dialog.h"
 #include "text/encoding.h"
 
@@ -69,7 +70,7 @@ TaskAnswer ScriptedWindows::askTask(const TaskQuestion& question) {
       continue;
     }
     if (action.verb == "expect") {
-      record["do"].push_back(Json::parse(action.written));
+      record["do"].push_back(parseJson(action.written));
       const auto unmet = unmetText(action, {{"title", question.title}, {"text", question.text}});
       if (!unmet) continue;
       steps_.failAt(*step, "\"" + key + "\": " + *unmet);
@@ -156,7 +157,7 @@ FileAnswer ScriptedWindows::askFile(const FileQuestion& question, const FileEven
         record.addToLast("then", {{"name", toUtf8(answer.path)}});
       } else if (
           action.verb == "close" || (action.verb == "press" && pressedButton(action) == kvui::cancel)) {
-        note(Json::parse(action.written));
+        note(parseJson(action.written));
         return answer;
       } else if (action.verb == "press" && pressedButton(action) == kvui::ok) {
         note({{"press", "ok"}});
@@ -164,7 +165,7 @@ FileAnswer ScriptedWindows::askFile(const FileQuestion& question, const FileEven
         if (!events.accept || events.accept(answer)) return answer;
         answer.isOk = false;
       } else if (action.verb == "expect") {
-        note(Json::parse(action.written));
+        note(parseJson(action.written));
         if (const auto unmet = unmetText(action, {{"text", answer.path}}))
           steps_.failAt(*step, "the file dialog: " + *unmet);
       } else {

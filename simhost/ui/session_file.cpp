@@ -1,6 +1,7 @@
 // Reading and writing of what a session runs.
 #include "simhost/ui/session_file.h"
 
+#include "simhost/json/json_text.h"
 #include "simhost/ui/answers.h"
 
 #include <nlohmann/json.hpp>
@@ -79,7 +80,7 @@ SessionCommand readCommand(const Json& value) {
     } else if (name == "fault" && member.is_string()) {
       command.fault = member;
     } else {
-      fail("a command cannot have \"" + name + "\": " + member.dump());
+      fail("a command cannot have \"" + name + "\": " + jsonText(member));
     }
   }
   if (kinds != 1) fail("a command has one of \"forms\", \"undo\", \"redo\" and \"open\"");

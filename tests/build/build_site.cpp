@@ -2,6 +2,7 @@
 
 #include "host/lisp_calls.h"
 #include "host/resources.h"
+#include "simhost/json/json_text.h"
 #include "tests/support/sheets.h"
 #include "text/numbers.h"
 
@@ -95,7 +96,7 @@ std::unique_ptr<ZanBrenvolt> BuildSite::prepared(ZanBuildArgs args) {
 
 std::vector<std::string> BuildSite::shown() {
   std::vector<std::string> texts;
-  const auto recording = nlohmann::json::parse(lisp_.windows().recording());
+  const auto recording = simhost::parseJson(lisp_.windows().recording());
   for (const auto& step : recording["steps"])
     texts.push_back(step["shown"]["text"].get<std::string>());
   return texts;

@@ -1,4 +1,5 @@
 // The subcommands on engineering tables as a user meets them: figures, forms of output, messages and exit codes.
+#include "simhost/json/json_text.h"
 #include "tool.h"
 
 #include <doctest/doctest.h>
@@ -28,9 +29,9 @@ std::vector<std::string> wireCircuit(std::initializer_list<const char*> more = {
   return words;
 }
 
-nlohmann::json jsonOf(const ToolFolder& folder, std::vector<std::string> words) {
+nlohmann::ordered_json jsonOf(const ToolFolder& folder, std::vector<std::string> words) {
   words.emplace_back("--json");
-  return nlohmann::json::parse(folder.run(words).output);
+  return simhost::parseJson(folder.run(words).output);
 }
 
 } // namespace
@@ -62,7 +63,7 @@ TEST_CASE("the page of the wire manual is what the tool prints") {
 
 TEST_CASE("one circuit answers the same in text, CSV and JSON") {
   const ToolFolder folder;
-  const nlohmann::json answer = jsonOf(folder, wireCircuit({"--length", "250"}));
+  const nlohmann::ordered_json answer = jsonOf(folder, wireCircuit({"--length", "250"}));
   CHECK(answer["designCurrent"] == 65.0);
   CHECK(answer["proposed"] == "4 AWG");
   CHECK(answer["grounding"][0] == "6 AWG");
@@ -93,18 +94,18 @@ TEST_CASE("factors, metals, standards and parallel runs choose the sizes that ha
     CAPTURE(row.arithmetic);
     std::vector<std::string> words = wireCircuit();
     words.insert(words.end(), row.more.begin(), row.more.end());
-    const nlohmann::json answer = jsonOf(folder, words);
+    const nlohmann::ordered_json answer = jsonOf(folder, words);
     CHECK(answer["proposed"] == row.size);
-    for (const nlohmann::json& candidate : answer["rows"])
-      if (candidate["proposed"] == "*") CHECK(candidate["ampacity"].dump() == row.ampacity);
+    for (const nlohmann::ordered_json& candidate : answer["rows"])
+      if (candidate["proposed"] == "*") CHECK(simhost::jsonText(candidate["ampacity"]) == row.ampacity);
   }
   // 400 x 1.25 = 500 A: 1/0 AWG carries 150 A, so ceil(500 / 150) = 4 conductors, 600 A.
-  const nlohmann::json parallel = jsonOf(
+  const nlohmann::ordered_json parallel = jsonOf(
       folder,
       {"wire", "--site", "site", "--fla", "400", "--voltage", "480", "--phase", "3", "--parallel", "6"});
   CHECK(parallel["proposed"] == "1/0 AWG");
   CHECK(parallel["circuit"]["min-size"]["value"] == "1/0");
-  const nlohmann::json metric = jsonOf(
+  const nlohmann::ordered_json metric = jsonOf(
       folder, {"wire", "--site", "site", "--standard-code", "IEC", "--fla", "60", "--voltage", "400",
                "--phase", "3", "--length", "80", "--units", "M"});
   CHECK(metric["circuit"]["metal"]["value"] == "CU");
@@ -183,7 +184,7 @@ TEST_CASE("a list of circuits is sized as its circuits one by one, and every bad
 
 TEST_CASE("motors, loads and components come from their tables") {
   const ToolFolder folder;
-  const nlohmann::json motors = jsonOf(
+  const nlohmann::ordered_json motors = jsonOf(
       folder, {"motors", "--site", "site", "--load", "40", "--voltage", "460", "--speed", "1800", "--type",
                "induction"});
   REQUIRE(motors.size() == 1);
@@ -208,7 +209,7 @@ TEST_CASE("a database is made of tables, read with NULL told from empty, and cha
   REQUIRE(import.exitCode == 0);
   CHECK(contains(import.output, "T,2,"));
   CHECK(folder.run({"sql", database, "SELECT * FROM [T]", "--csv"}).output == "A,B\n1,\n\"x,\"\"y\",2\n");
-  CHECK(nlohmann::json::parse(folder.run({"sql", database, "SELECT * FROM [T]", "--json"}).output)[0]["B"]
+  CHECK(simhost::parseJson(folder.run({"sql", database, "SELECT * FROM [T]", "--json"}).output)[0]["B"]
             .is_null());
   const std::string change = "UPDATE [T] SET [B]='3' WHERE [A]='1'";
   CHECK(folder.run({"sql", database, change}).exitCode == 3);

@@ -3,6 +3,7 @@
 
 #include "host/resources.h"
 #include "simhost/host/resource_module.h"
+#include "simhost/json/json_text.h"
 #include "tests/support/lisp_session.h"
 #include "text/encoding.h"
 
@@ -55,7 +56,7 @@ public:
   /// The text of each dialog shown so far.
   [[nodiscard]] std::vector<std::string> shown() {
     std::vector<std::string> texts;
-    const auto recording = nlohmann::json::parse(lisp_.windows().recording());
+    const auto recording = simhost::parseJson(lisp_.windows().recording());
     for (const auto& step : recording["steps"]) {
       texts.push_back(step["shown"]["text"].get<std::string>());
     }

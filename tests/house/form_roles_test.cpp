@@ -1,5 +1,6 @@
 // Flows ask for their controls by role, and forms name them in files that no compiler reads: each role that a flow
 // names is in its form, in a kind that the flow can use, and no form has a control that nobody asks for.
+#include "simhost/json/json_text.h"
 #include "widgets/roles_wire_lookup.h"
 
 #include <doctest/doctest.h>
@@ -111,7 +112,7 @@ TEST_CASE("each form has the controls that its flow asks for, in their kinds, an
     CAPTURE(std::string(flow.form));
     forms.insert(flow.form);
     std::map<std::string, std::string> kindOfRole;
-    const auto form = nlohmann::json::parse(textOf("resources/forms/" + std::string(flow.form) + ".json"));
+    const auto form = simhost::parseJson(textOf("resources/forms/" + std::string(flow.form) + ".json"));
     for (const auto& control : form["controls"])
       kindOfRole[control["role"]] = control["kind"];
     Asked asked = rolesOf(flow);

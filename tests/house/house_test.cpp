@@ -36,9 +36,11 @@ const std::map<std::string, std::string> platformReaders = {
 /// What the rooms of the simulated host may see of src/ beside text/ and the host's face. The tool is no part of the
 /// host: it calls services of the plug-in's lower floors directly, and never a flow.
 const std::map<std::string, std::set<std::string>> simhostReaders = {
-    {"lisp", {}}, {"drawing", {}}, {"drawing_lisp", {}},
-    {"host", {}}, {"ui", {}},      {"qt", {}},
-    {"gui", {}},  {"site", {}},    {"cli", {"expr", "host", "data", "drawing", "config", "build"}},
+    {"lisp", {}},         {"drawing", {}},
+    {"drawing_lisp", {}}, {"host", {}},
+    {"ui", {}},           {"qt", {}},
+    {"gui", {}},          {"site", {}},
+    {"json", {}},         {"cli", {"expr", "host", "data", "drawing", "config", "build"}},
 };
 
 std::optional<int> levelOf(const std::string& room) {

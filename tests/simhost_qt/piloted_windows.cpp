@@ -1,6 +1,7 @@
 // Steps on their way into the widgets of windows.
 #include "tests/simhost_qt/piloted_windows.h"
 
+#include "simhost/json/json_text.h"
 #include "simhost/qt/file_window.h"
 #include "simhost/qt/qt_text.h"
 #include "simhost/qt/task_box.h"
@@ -18,6 +19,8 @@
 #include <QPushButton>
 #include <QStyleFactory>
 #include <QTest>
+
+#include <nlohmann/json.hpp>
 
 #include <charconv>
 #include <cstdio>
@@ -126,7 +129,7 @@ void StepPilot::drive(TaskBox& box, const TaskQuestion& question) {
   Json& record = windows_.recorder().step(windows_.recorder().count() - 1);
   for (const AnswerAction& action : step->actions) {
     if (action.verb == "expect") {
-      record["do"].push_back(Json::parse(action.written));
+      record["do"].push_back(parseJson(action.written));
       for (const Expectation& expected : action.expected) {
         const QString shown =
             expected.what == "title" ? box.windowTitle() : box.findChild<QLabel*>("text")->text();
@@ -172,7 +175,7 @@ void StepPilot::drive(FileWindow& window, DialogRecord& record) {
         emit types->activated(action.number - 1);
         emit types->textActivated(types->currentText());
       } else if (action.verb == "expect") {
-        record.addAction(Json::parse(action.written));
+        record.addAction(parseJson(action.written));
         if (window.nameField().text().toStdString() != action.expected.front().text)
           steps_.failAt(*step, "the field reads \"" + window.nameField().text().toStdString() + "\"");
       } else if (action.verb == "press" && pressedButton(action) == kvui::ok) {

@@ -1,6 +1,7 @@
 // Where to click and what to type for each gesture.
 #include "tests/simhost_qt/widget_gestures.h"
 
+#include "simhost/json/json_text.h"
 #include "simhost/qt/grid_view.h"
 #include "simhost/qt/qt_text.h"
 #include "simhost/ui/pages_model.h"
@@ -15,6 +16,8 @@
 #include <QTest>
 #include <QToolButton>
 #include <QTreeWidget>
+
+#include <nlohmann/json.hpp>
 
 namespace simhost::test {
 
@@ -279,10 +282,10 @@ std::string unlikeShown(QtDialog& dialog) {
     const bool isLong = shown.contains("sum");
     for (const auto& [member, value] : reading.items()) {
       if (isLong && member == "rows") continue;
-      const std::string wanted = shown.contains(member) ? shown[member].dump() : "absent";
-      if (value.dump() == wanted) continue;
+      const std::string wanted = shown.contains(member) ? jsonText(shown[member]) : "absent";
+      if (jsonText(value) == wanted) continue;
       std::string what = member;
-      tell(role, what.append(" reads ").append(value.dump()).append(", should be ").append(wanted));
+      tell(role, what.append(" reads ").append(jsonText(value)).append(", should be ").append(wanted));
     }
     const bool isLocked = pages != nullptr && pages->IsLocked(model.page());
     if (view->widget().isVisibleTo(&dialog.frame()) != model.isVisible() && pages == nullptr)

@@ -1,4 +1,5 @@
 // A whole run of a dialog: time, questions in between, the editor, and recordings that answer the same again.
+#include "simhost/json/json_text.h"
 #include "simhost/ui/scripted_windows.h"
 #include "simhost/ui/virtual_timers.h"
 #include "test_dialogs.h"
@@ -225,7 +226,7 @@ TEST_CASE("a recording answers the same again and tells what was shown") {
   CHECK(again.events == first.events);
   CHECK(again.recording == first.recording);
 
-  const Json steps = Json::parse(first.recording)["steps"];
+  const Json steps = simhost::parseJson(first.recording)["steps"];
   REQUIRE(steps.size() == 3);
   const Json& shown = steps[0]["shown"];
   CHECK(shown["title"] == "Everything");
@@ -249,7 +250,7 @@ TEST_CASE("a recording answers the same again and tells what was shown") {
 
 TEST_CASE("a recording of a failed run tells where and why, and is refused as answers") {
   const Outcome failed = runActions(R"({"press": "help"}, {"set": "extra", "to": "1"})");
-  const Json steps = Json::parse(failed.recording)["steps"];
+  const Json steps = simhost::parseJson(failed.recording)["steps"];
   CHECK(steps[0]["do"][1]["fault"] == "it is disabled");
   CHECK_THROWS_AS(static_cast<void>(simhost::parseAnswers(failed.recording, "a.json")), simhost::AnswerError);
 }
