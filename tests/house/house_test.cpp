@@ -1,8 +1,9 @@
 // The rules of the house that a reader of includes can check: no include runs upwards or sideways, each closed
 // library has its few readers, every source is listed, no file grows beyond one idea.
+#include "sources.h"
+
 #include <doctest/doctest.h>
 
-#include <algorithm>
 #include <filesystem>
 #include <fstream>
 #include <map>
@@ -13,6 +14,9 @@
 #include <vector>
 
 namespace fs = std::filesystem;
+using house::linesOf;
+using house::projectIncludesOf;
+using house::sourcesBelow;
 
 namespace {
 
@@ -52,32 +56,6 @@ std::optional<int> levelOf(const std::string& room) {
 std::string roomOfInclude(const std::string& include) {
   if (include.starts_with("host/host_api")) return "host_api";
   return include.substr(0, include.find('/'));
-}
-
-std::vector<fs::path> sourcesBelow(const fs::path& folder) {
-  std::vector<fs::path> files;
-  for (const auto& entry : fs::recursive_directory_iterator(folder))
-    if (entry.path().extension() == ".h" || entry.path().extension() == ".cpp") files.push_back(entry.path());
-  std::sort(files.begin(), files.end());
-  return files;
-}
-
-std::vector<std::string> linesOf(const fs::path& file) {
-  std::ifstream in(file);
-  std::vector<std::string> lines;
-  for (std::string line; std::getline(in, line);)
-    lines.push_back(line);
-  return lines;
-}
-
-std::vector<std::string> projectIncludesOf(const fs::path& file) {
-  std::vector<std::string> includes;
-  for (const std::string& line : linesOf(file)) {
-    if (!line.starts_with("#include \"")) continue;
-    const std::size_t end = line.find('"', 10);
-    includes.push_back(line.substr(10, end - 10));
-  }
-  return includes;
 }
 
 std::string roomOfFile(const fs::path& file) {
