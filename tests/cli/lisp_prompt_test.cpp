@@ -35,7 +35,12 @@ public:
   }
   Terminal(const Terminal&) = delete;
   Terminal& operator=(const Terminal&) = delete;
-  ~Terminal() { ::close(terminal_); }
+  ~Terminal() {
+    if (isOpen()) ::close(terminal_);
+  }
+
+  /// Some containers have no pseudo-terminals.
+  [[nodiscard]] bool isOpen() const { return child_ > 0; }
 
   void type(const std::string& keys) const {
     REQUIRE_EQ(::write(terminal_, keys.data(), keys.size()), static_cast<ssize_t>(keys.size()));
@@ -104,6 +109,10 @@ TEST_CASE("at a terminal a line can be edited and called back, also by the next 
   const ToolFolder home;
   {
     Terminal terminal(home);
+    if (!terminal.isOpen()) {
+      MESSAGE("skipped: this machine has no pseudo-terminals");
+      return;
+    }
     REQUIRE(terminal.prompts("> "));
     terminal.type("(* 6 )" + left + "7\n");
     CHECK(terminal.prompts("42\r\n> "));
