@@ -4,6 +4,7 @@
 #include "build/driver.h"
 #include "config/widget_manager_maker.h"
 #include "simhost/host/chain_values.h"
+#include "simhost/host/session.h"
 
 #include <optional>
 #include <utility>
@@ -37,7 +38,10 @@ Value buildFunction(lisp::Arguments& arguments, const std::wstring& historyName)
     Maker(const Maker&) = delete;
     Maker& operator=(const Maker&) = delete;
   } maker;
-  return Value::truth(build(*args, historyName));
+  CircuitRecorder::Build recorded(Session::current()->circuits(), arguments.values());
+  const bool isBuilt = build(*args, historyName);
+  if (isBuilt) recorded.succeed();
+  return Value::truth(isBuilt);
 }
 
 } // namespace

@@ -2,11 +2,11 @@
 // look that its layer gives it. Every picture of a drawing, as a file or on a screen, is painted from this one list.
 #pragma once
 
+#include "simhost/drawing/box.h"
 #include "simhost/drawing/drawing_database.h"
 
 #include <array>
 #include <cstdint>
-#include <limits>
 #include <optional>
 #include <vector>
 
@@ -26,24 +26,6 @@ struct DisplayItem {
 /// inside a placed block. Nothing when blocks are so nested that there would be more than half a million shapes.
 [[nodiscard]] std::optional<std::vector<DisplayItem>> displayList(
     const DrawingDatabase& drawing, KvDbHandle block);
-
-/// An upright box, in drawing units; at first it holds nothing.
-struct Box {
-  double left = std::numeric_limits<double>::infinity();
-  double bottom = std::numeric_limits<double>::infinity();
-  double right = -std::numeric_limits<double>::infinity();
-  double top = -std::numeric_limits<double>::infinity();
-
-  [[nodiscard]] bool isEmpty() const { return right < left; }
-  [[nodiscard]] double width() const { return right - left; }
-  [[nodiscard]] double height() const { return top - bottom; }
-  [[nodiscard]] bool meets(const Box& other) const {
-    return left <= other.right && other.left <= right && bottom <= other.top && other.bottom <= top;
-  }
-  void include(const KvPoint3d& point);
-  void includeAround(const KvPoint3d& centre, double distance);
-  void include(const Box& other);
-};
 
 /// The box around a shape, its width included. Letters are taken to have their mean advance.
 [[nodiscard]] Box boxOf(const Shape& shape);

@@ -154,6 +154,7 @@ Fault DrawingDatabase::valueFault(const Entity& entity) const {
 KvDbHandle DrawingDatabase::addEntity(KvDbHandle owner, Entity entity) {
   assertPossible(entityFault(owner, entity));
   useLayer(entity);
+  markOrigin(entity, owner);
   const KvDbHandle handle = takeHandle();
   store_.attach(std::make_unique<EntityNode>(EntityNode{handle, owner, std::move(entity)}));
   undoLog_.note(EntityCreation{handle});
@@ -172,7 +173,7 @@ void DrawingDatabase::changeEntity(KvDbHandle handle, Entity entity) {
   useLayer(entity);
   EntityNode& node = *store_.findEntity(handle);
   if (node.value == entity) return;
-  std::swap(node.value, entity);
+  store_.exchange(node, entity);
   undoLog_.note(EntityReplacement{handle, std::move(entity)});
 }
 
@@ -230,6 +231,27 @@ void DrawingDatabase::setVariable(std::wstring_view name, VariableValue value) {
     std::swap(found->second, value);
     undoLog_.note(VariableReplacement{key, std::move(value)});
   }
+}
+
+void DrawingDatabase::putCircuit(const std::wstring& id, CircuitFields fields) {
+  BRENVOLT_ASSERT(parseHandle(id).has_value(), "the id of a circuit is the handle of its first entity");
+  CircuitRecords& circuits = store_.circuits();
+  const auto found = circuits.find(id);
+  if (found == circuits.end() ? fields.empty() : found->second == fields) return;
+  CircuitReplacement change{id};
+  if (found != circuits.end()) change.other = std::move(found->second);
+  if (fields.empty())
+    circuits.erase(found);
+  else
+    circuits[id] = std::move(fields);
+  undoLog_.note(std::move(change));
+}
+
+void DrawingDatabase::markOrigin(Entity& entity, KvDbHandle owner) {
+  const bool isInSpace = owner == modelSpaceHandle || owner == paperSpaceHandle;
+  if (!stamp_ || !isInSpace) return;
+  if (!stamp_->code.empty()) ++stamp_->order;
+  setProvenance(entity, *stamp_);
 }
 
 const VariableValue* DrawingDatabase::variable(std::wstring_view name) const {

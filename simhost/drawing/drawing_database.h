@@ -47,6 +47,7 @@ public:
   [[nodiscard]] KvDbUndoController* undoController() override { return &undoLog_; }
 
   [[nodiscard]] UndoLog& undoLog() { return undoLog_; }
+  [[nodiscard]] const UndoLog& undoLog() const { return undoLog_; }
   [[nodiscard]] const DrawingStore& store() const { return store_; }
   [[nodiscard]] KvDbHandle blockTable() const;
   [[nodiscard]] KvDbHandle modelSpace() const;
@@ -77,6 +78,14 @@ public:
   /// Name without case; null when it was never set.
   [[nodiscard]] const VariableValue* variable(std::wstring_view name) const;
 
+  /// Keeps what is known of a circuit, in place of what was; no fields forget it. The id is a handle's text.
+  void putCircuit(const std::wstring& id, CircuitFields fields);
+
+  /// What every new entity of a space is marked with from now on, its order counted up; nothing ends it. A host sets
+  /// it while a build draws.
+  void setStamp(std::optional<Provenance> stamp) { stamp_ = std::move(stamp); }
+  [[nodiscard]] const std::optional<Provenance>& stamp() const { return stamp_; }
+
   /// Objects that were opened and not closed yet.
   [[nodiscard]] int openObjectCount() const { return openObjectCount_; }
   void countOpenObjects(int change) { openObjectCount_ += change; }
@@ -88,10 +97,12 @@ private:
   [[nodiscard]] Fault valueFault(const Entity& entity) const;
   [[nodiscard]] KvDbHandle takeHandle();
   void useLayer(Entity& entity);
+  void markOrigin(Entity& entity, KvDbHandle owner);
 
   std::uint64_t number_;
   DrawingStore store_;
   UndoLog undoLog_{store_};
+  std::optional<Provenance> stamp_;
   int openObjectCount_ = 0;
 };
 

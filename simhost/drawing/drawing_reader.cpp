@@ -179,6 +179,7 @@ public:
     drawing_->undoLog_.setOff(true);
     readVariables(fields.get(field::variables));
     readLayers(fields.array(field::layers));
+    if (const Json* circuits = fields.find(field::circuits)) readCircuits(*circuits);
     const Json& blocks = fields.array(field::blocks);
     fields.finish();
     // All blocks first: references name them.
@@ -214,6 +215,23 @@ private:
         failAt(L"layer \"" + layer.name + L"\"", L"it stands twice");
       }
       drawing_->putLayer(std::move(layer));
+    }
+  }
+
+  void readCircuits(const Json& circuits) {
+    if (!circuits.is_array()) failAt(L"drawing", L"the field circuits must be a list");
+    std::int64_t position = 0;
+    for (const Json& item : circuits) {
+      JsonFields fields(item, L"circuit " + brenvolt::formatInt(++position));
+      const std::optional<KvDbHandle> id = parseHandle(fields.text(field::id));
+      if (!id) fields.fail(L"the field id must be a hexadecimal number");
+      const std::wstring name = formatHandle(*id);
+      if (drawing_->store_.circuits().contains(name)) fields.fail(L"its id stands twice");
+      CircuitFields texts;
+      for (const auto& [key, value] : item.items())
+        if (key != field::id) texts.emplace_back(brenvolt::fromUtf8(key), fields.textOf(value, key.c_str()));
+      if (texts.empty()) fields.fail(L"it says nothing");
+      drawing_->putCircuit(name, std::move(texts));
     }
   }
 

@@ -4,6 +4,7 @@
 #include "text/assertion.h"
 #include "text/compare.h"
 
+#include <algorithm>
 #include <utility>
 
 namespace simhost {
@@ -76,6 +77,30 @@ void DrawingStore::setErased(EntityNode& entity, bool isErased) {
   }
 }
 
+void DrawingStore::exchange(EntityNode& entity, Entity& other) {
+  std::swap(entity.value, other);
+  const BlockNode* block = findBlock(entity.owner);
+  if (block == nullptr || block->grid == nullptr || entity.isErased) return;
+  block->grid->remove(entity.handle);
+  block->grid->insert(entity.handle, EntityGrid::boxOf(entity.value.shape));
+}
+
+std::vector<const EntityNode*> DrawingStore::meeting(const BlockNode& block, const Box& area) const {
+  if (block.grid == nullptr) {
+    BlockNode& node = *findBlock(block.handle);
+    node.grid = std::make_unique<EntityGrid>();
+    for (const EntityNode* entity = block.first; entity != nullptr; entity = entity->next)
+      node.grid->insert(entity->handle, EntityGrid::boxOf(entity->value.shape));
+  }
+  std::vector<const EntityNode*> found;
+  for (const KvDbHandle handle : block.grid->meeting(area))
+    found.push_back(findEntity(handle));
+  std::sort(found.begin(), found.end(), [](const EntityNode* one, const EntityNode* other) {
+    return one->order < other->order;
+  });
+  return found;
+}
+
 const EntityNode* DrawingStore::following(const EntityNode& entity) const {
   const EntityNode* next = entity.next;
   while (next != nullptr && next->isErased)
@@ -124,6 +149,7 @@ void DrawingStore::link(EntityNode& entity) {
   (entity.previous != nullptr ? entity.previous->next : block.first) = &entity;
   (entity.next != nullptr ? entity.next->previous : block.last) = &entity;
   ++block.entityCount;
+  if (block.grid != nullptr) block.grid->insert(entity.handle, EntityGrid::boxOf(entity.value.shape));
 }
 
 void DrawingStore::unlink(EntityNode& entity) {
@@ -131,6 +157,7 @@ void DrawingStore::unlink(EntityNode& entity) {
   (entity.previous != nullptr ? entity.previous->next : block.first) = entity.next;
   (entity.next != nullptr ? entity.next->previous : block.last) = entity.previous;
   --block.entityCount;
+  if (block.grid != nullptr) block.grid->remove(entity.handle);
 }
 
 } // namespace simhost

@@ -3,6 +3,8 @@
 #pragma once
 
 #include "simhost/drawing/entity.h"
+#include "simhost/drawing/entity_grid.h"
+#include "simhost/drawing/provenance.h"
 
 #include <cstddef>
 #include <map>
@@ -34,6 +36,7 @@ struct BlockNode {
   EntityNode* last = nullptr;
   std::size_t entityCount = 0; ///< without erased ones
   std::uint64_t nextOrder = 1;
+  std::unique_ptr<EntityGrid> grid{}; ///< made when somebody first asks what is near, kept right from then on
 };
 
 class DrawingStore final {
@@ -61,6 +64,11 @@ public:
   /// Takes out the entity that was attached last to its owner; it must not be erased.
   [[nodiscard]] std::unique_ptr<EntityNode> detach(KvDbHandle handle);
   void setErased(EntityNode& entity, bool isErased);
+  /// Exchanges the entity's value with another one of its kind.
+  void exchange(EntityNode& entity, Entity& other);
+
+  /// The block's entities whose boxes meet `area`, in drawing order; see `EntityGrid::boxOf`.
+  [[nodiscard]] std::vector<const EntityNode*> meeting(const BlockNode& block, const Box& area) const;
 
   /// The neighbours in drawing order, null at the end; also from an entity that has been erased.
   [[nodiscard]] const EntityNode* following(const EntityNode& entity) const;
@@ -78,6 +86,10 @@ public:
   [[nodiscard]] const std::map<std::wstring, VariableValue>& variables() const { return variables_; }
   [[nodiscard]] std::map<std::wstring, VariableValue>& variables() { return variables_; }
 
+  /// The circuits that builds drew, by id.
+  [[nodiscard]] const CircuitRecords& circuits() const { return circuits_; }
+  [[nodiscard]] CircuitRecords& circuits() { return circuits_; }
+
 private:
   void link(EntityNode& entity);
   void unlink(EntityNode& entity);
@@ -90,6 +102,7 @@ private:
   std::vector<Layer> layers_;
   std::unordered_map<std::wstring, std::size_t> layersByName_;
   std::map<std::wstring, VariableValue> variables_;
+  CircuitRecords circuits_;
 };
 
 } // namespace simhost

@@ -179,6 +179,14 @@ std::string layerText(const Layer& layer) {
   return line.done();
 }
 
+std::string circuitText(const std::wstring& id, const CircuitFields& fields) {
+  LineBuilder line = object();
+  line.text(field::id, id);
+  for (const auto& [name, value] : fields)
+    line.item(quoteText(name) + ":" + quoteText(value));
+  return line.done();
+}
+
 /// Integers are written without a point and reals always with one (or an exponent), which keeps the two apart.
 std::string variableText(const VariableValue& value) {
   if (const auto* text = std::get_if<std::wstring>(&value)) return quoteText(*text);
@@ -232,6 +240,13 @@ std::string drawingToJson(const DrawingDatabase& drawing) {
     layers.item(layerText(layer));
   }
   layers.end("],\n");
+  if (!store.circuits().empty()) {
+    text += key(field::circuits) + "[";
+    BlockBuilder circuits(text);
+    for (const auto& [id, fields] : store.circuits())
+      circuits.item(circuitText(id, fields));
+    circuits.end("],\n");
+  }
   text += key(field::blocks) + "[";
   BlockBuilder blocks(text);
   for (const auto& block : store.blocks()) {

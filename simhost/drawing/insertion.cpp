@@ -62,11 +62,13 @@ public:
     std::vector<KvDbHandle> handles;
     for (const EntityNode* entity = source_.store().findBlock(from)->first; entity != nullptr;
          entity = entity->next) {
-      const KvDbHandle handle = target_.addEntity(to, carried(entity->value, placement));
+      Entity value = carried(entity->value, placement);
+      carryOrigin(value, to);
+      const KvDbHandle handle = target_.addEntity(to, std::move(value));
       handles.push_back(handle);
       for (const KvDbHandle attribute : entity->attributes) {
-        const EntityNode* value = source_.find(attribute);
-        if (value != nullptr) target_.addEntity(handle, carried(value->value, placement));
+        const EntityNode* text = source_.find(attribute);
+        if (text != nullptr) target_.addEntity(handle, carried(text->value, placement));
       }
     }
     return handles;
@@ -116,6 +118,22 @@ private:
     return result;
   }
 
+  /// A circuit comes as one of the target's own. Inside of a block there are no circuits, and what comes while a
+  /// build draws belongs to the circuit that is built.
+  void carryOrigin(Entity& entity, KvDbHandle to) {
+    std::optional<Provenance> origin = provenanceOf(entity);
+    if (!origin) return;
+    const bool isInSpace = to == target_.modelSpace() || to == target_.paperSpace();
+    if (!isInSpace || target_.stamp()) return setData(entity, provenanceApplication, {});
+    const auto [place, isNew] =
+        circuits_.try_emplace(origin->circuit, formatHandle(target_.store().nextHandle()));
+    const CircuitRecords& known = source_.store().circuits();
+    if (const auto record = known.find(origin->circuit); isNew && record != known.end())
+      target_.putCircuit(place->second, record->second);
+    origin->circuit = place->second;
+    setProvenance(entity, *origin);
+  }
+
   std::wstring carriedLayer(const std::wstring& name) {
     std::wstring newName = mappedLayer(insertion_, name);
     if (target_.store().findLayer(newName) == nullptr) {
@@ -129,7 +147,8 @@ private:
   DrawingDatabase& target_;
   const DrawingDatabase& source_;
   const DrawingInsertion& insertion_;
-  std::map<KvDbHandle, KvDbHandle> blocks_; ///< of the source to those of the target
+  std::map<KvDbHandle, KvDbHandle> blocks_;       ///< of the source to those of the target
+  std::map<std::wstring, std::wstring> circuits_; ///< ids, likewise
 };
 
 } // namespace

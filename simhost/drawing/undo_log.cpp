@@ -27,7 +27,7 @@ void play(DrawingStore& store, EntityErasure& change, Direction direction) {
 }
 
 void play(DrawingStore& store, EntityReplacement& change, Direction /*direction*/) {
-  std::swap(store.findEntity(change.handle)->value, change.other);
+  store.exchange(*store.findEntity(change.handle), change.other);
 }
 
 void play(DrawingStore& store, BlockCreation& change, Direction direction) {
@@ -54,17 +54,26 @@ void play(DrawingStore& store, LayerReplacement& change, Direction /*direction*/
   std::swap(*store.findLayer(change.other.name), change.other);
 }
 
-void play(DrawingStore& store, VariableReplacement& change, Direction /*direction*/) {
-  auto& variables = store.variables();
-  const auto found = variables.find(change.name);
-  std::optional<VariableValue> now;
-  if (found != variables.end()) now = std::move(found->second);
-  if (change.other) {
-    variables[change.name] = std::move(*change.other);
+/// Exchanges what a map holds for a key, nothing included, with the change's other value.
+template <typename Map, typename Value>
+void exchange(Map& map, const std::wstring& key, std::optional<Value>& other) {
+  const auto found = map.find(key);
+  std::optional<Value> now;
+  if (found != map.end()) now = std::move(found->second);
+  if (other) {
+    map[key] = std::move(*other);
   } else {
-    variables.erase(change.name);
+    map.erase(key);
   }
-  change.other = std::move(now);
+  other = std::move(now);
+}
+
+void play(DrawingStore& store, VariableReplacement& change, Direction /*direction*/) {
+  exchange(store.variables(), change.name, change.other);
+}
+
+void play(DrawingStore& store, CircuitReplacement& change, Direction /*direction*/) {
+  exchange(store.circuits(), change.id, change.other);
 }
 
 } // namespace
@@ -83,6 +92,7 @@ int UndoLog::undo(int records) {
   if (records == 0) return 0;
   if (isOff_ || records < 0 || records > undoCount()) return 1;
   ++changeCount_;
+  ++replayCount_;
   for (; records > 0; --records) {
     Record record = std::move(done_.back());
     done_.pop_back();
@@ -96,6 +106,7 @@ int UndoLog::redo(int records) {
   if (records == 0) return 0;
   if (isOff_ || records < 0 || records > redoCount()) return 1;
   ++changeCount_;
+  ++replayCount_;
   for (; records > 0; --records) {
     Record record = std::move(undone_.back());
     undone_.pop_back();
@@ -114,6 +125,7 @@ void UndoLog::rollBack(const Place& place) {
       done_.size() > place.records || (done_.size() == place.records && changesNow() >= place.changes);
   if (isOff_ || !isBehind) return;
   ++changeCount_;
+  ++replayCount_;
   for (; done_.size() > place.records; done_.pop_back())
     playBack(done_.back(), 0);
   if (!done_.empty()) {

@@ -53,9 +53,14 @@ struct VariableReplacement {
   std::optional<VariableValue> other{};
 };
 
+struct CircuitReplacement {
+  std::wstring id;
+  std::optional<CircuitFields> other{};
+};
+
 using Change = std::variant<
     EntityCreation, EntityErasure, EntityReplacement, BlockCreation, LayerCreation, LayerReplacement,
-    VariableReplacement>;
+    VariableReplacement, CircuitReplacement>;
 
 class UndoLog final : public KvDbUndoController {
 public:
@@ -81,6 +86,8 @@ public:
   /// Grows with every change of the drawing, also with undone ones and while undo is off: who shows the drawing
   /// looks whether it is still the one that he has shown.
   [[nodiscard]] std::uint64_t changeCount() const { return changeCount_; }
+  /// Grows with every undo and redo, a roll-back included: who counts along with the changes has to count again.
+  [[nodiscard]] std::uint64_t replayCount() const { return replayCount_; }
   /// Enters a change that has just been made in the store.
   void note(Change change);
 
@@ -109,6 +116,7 @@ private:
   mutable bool isOpen_ = false;
   bool isOff_ = false;
   std::uint64_t changeCount_ = 0;
+  std::uint64_t replayCount_ = 0;
 };
 
 /// Makes what a scope changes a record of its own.

@@ -32,6 +32,19 @@ Value entitiesInSpace(Drawer& drawer, Arguments& arguments) {
   return entities.take();
 }
 
+/// Of a block reference, its position counts.
+Value entitiesInBox(Drawer& drawer, Arguments& arguments) {
+  const DrawingDatabase& drawing = drawer.drawing(arguments);
+  Box area;
+  area.include(pointArgument(arguments, 0));
+  area.include(pointArgument(arguments, 1));
+  lisp::ListBuilder entities;
+  const BlockNode& space = *drawing.store().findBlock(drawing.currentSpace());
+  for (const EntityNode* entity : drawing.store().meeting(space, area))
+    entities.add(entityValue(drawing, entity->handle));
+  return entities.take();
+}
+
 Value getProperty(Drawer& drawer, Arguments& arguments) {
   const DrawingDatabase& drawing = drawer.drawing(arguments);
   const EntityNode& entity = entityArgument(arguments, 0, drawing);
@@ -145,6 +158,7 @@ void defineEntityFunctions(lisp::Interpreter& interpreter, const SharedDrawer& d
   define(L"entity-erase", 1, eraseEntity);
   define(L"entity-last", 0, lastEntity);
   define(L"entities-in-space", 0, entitiesInSpace);
+  define(L"entities-in-box", 2, entitiesInBox);
   define(L"entity-get", 2, getProperty);
   define(L"entity-set!", 3, setProperty);
   define(L"entity-data", 2, getData);

@@ -85,6 +85,9 @@ Value FunctionRegistry::call(int module, int code, lisp::Arguments& arguments) {
     std::vector<Frame>& frames;
     ~FramePop() { frames.pop_back(); }
   } pop{frames_};
+  std::optional<CircuitRecorder::Build> build;
+  if (brenvolt::equalsOrdinalNoCase(arguments.functionName(), CircuitRecorder::buildFunction))
+    build.emplace(session_.circuits(), arguments.values());
   const ModuleScope scope(*this, module);
   int isKnown = 0;
   bool hasThrown = false;
@@ -100,6 +103,7 @@ Value FunctionRegistry::call(int module, int code, lisp::Arguments& arguments) {
   session_.endIfCancelled();
   if (hasThrown) arguments.fail(L"native code let an exception out: " + brenvolt::fromUtf8(what));
   if (isKnown == 0) arguments.fail(L"its module does not serve code " + brenvolt::formatInt(code));
+  if (build && !frames_.back().answer.isNil()) build->succeed();
   return frames_.back().answer;
 }
 

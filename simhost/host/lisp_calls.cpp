@@ -72,6 +72,7 @@ int kvedInvoke(const KvResultBuffer* call, KvResultBuffer** result) {
   if (!arguments.fault.empty()) return kvstatus::rejected;
   // Held here, since the call may redefine the function that is running.
   const Value function = name->function;
+  const simhost::CircuitRecorder::Form form(session.circuits(), name->name, arguments.values);
   try {
     const Value answer = document->interpreter().call(function, arguments.values);
     if (answer.isNil()) return kvstatus::normal;

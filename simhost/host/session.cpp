@@ -64,7 +64,8 @@ std::optional<lisp::LoadedText> loadLisp(
 
 Session::Session(SessionOptions options, WindowSystem& windows)
     : options_(std::move(options)), windows_(windows), settings_(options_.settingsFile, commandLine_),
-      resources_(options_.resourceFolder, options_.language), functions_(*this), modules_(*this) {
+      resources_(options_.resourceFolder, options_.language), circuits_(*this), functions_(*this),
+      modules_(*this) {
   BRENVOLT_ASSERT(currentSlot() == nullptr, "two sessions of the host at once");
   currentSlot() = this;
   windows_.setFormFolder(options_.resourceFolder / "forms");

@@ -2,6 +2,7 @@
 // through `Session::current()`.
 #pragma once
 
+#include "simhost/host/circuit_recorder.h"
 #include "simhost/host/command_line.h"
 #include "simhost/host/documents.h"
 #include "simhost/host/errors.h"
@@ -45,6 +46,7 @@ public:
   [[nodiscard]] WindowSystem& windows() { return windows_; }
   [[nodiscard]] DocumentManager& documents() { return documents_; }
   [[nodiscard]] FunctionRegistry& functions() { return functions_; }
+  [[nodiscard]] CircuitRecorder& circuits() { return circuits_; }
   [[nodiscard]] ResourceLibrary& resources() { return resources_; }
   [[nodiscard]] UserSettings& settings() { return settings_; }
   [[nodiscard]] ModuleLoader& modules() { return modules_; }
@@ -74,6 +76,7 @@ private:
   CommandLine commandLine_;
   UserSettings settings_;
   ResourceLibrary resources_;
+  CircuitRecorder circuits_;
   FunctionRegistry functions_;
   DocumentManager documents_;
   ModuleLoader modules_;

@@ -2,7 +2,8 @@
 
 (setq site-default-size "14AWG"
       site-control-layer "RED_14AWG"
-      site-wire-tolerance 0.001)
+      site-wire-tolerance 0.001
+      site-wire-reach 1.0) ; farther from a point no wire counts as running through it
 
 ; The settings of a wire layer. The plug-in reads the number at position 24; the other places are this product's own.
 (defun wire-settings (layer numbers)
@@ -44,7 +45,9 @@
 
 ; Cuts the wire that runs through two points, so that a symbol can stand between them; nothing when none does.
 (defun cut-wire (from to)
-  (let ((wire (find-if (lambda (entity) (wire-through? entity from to)) (entities-in-space))))
+  (let ((wire (find-if (lambda (entity) (wire-through? entity from to))
+                       (entities-in-box (offset from (- site-wire-reach) (- site-wire-reach))
+                                        (offset from site-wire-reach site-wire-reach)))))
     (when wire
       (let* ((start (entity-get wire 'from)) (end (entity-get wire 'to)) (layer (entity-get wire 'layer))
              (forward (<= (distance start from) (distance start to)))

@@ -1,5 +1,6 @@
 #include "drawing_fixtures.h"
 #include "simhost/drawing/drawing_file.h"
+#include "simhost/drawing/insertion.h"
 #include "text/encoding.h"
 
 #include <doctest/doctest.h>
@@ -121,6 +122,37 @@ TEST_CASE("a damaged file is told with its place and reason") {
     CHECK(loaded.drawing == nullptr);
     CHECK(brenvolt::toUtf8(loaded.error) == row.message);
   }
+}
+
+TEST_CASE(
+    "circuits and their marks are saved, and a copy into another drawing is a circuit of its own there") {
+  DrawingDatabase source;
+  source.putCircuit(L"4", {{L"type", L"Direct"}, {L"codes", L"DISC=1;"}});
+  source.setStamp(Provenance{L"4", L"DISC"});
+  source.addEntity(source.modelSpace(), makeLine(0, 0, 1, 0));
+  source.addEntity(source.modelSpace(), makeLine(1, 0, 2, 0));
+  source.setStamp({});
+  source.addEntity(source.modelSpace(), makeLine(2, 0, 3, 0));
+  const std::string bytes = drawingToJson(source);
+  CHECK(bytes.find("{\"id\":\"4\",\"type\":\"Direct\",\"codes\":\"DISC=1;\"}") != std::string::npos);
+  CHECK(bytes.find("\"data\":{\"CIRCUIT\":[\"4\",\"DISC\",\"2\"]}") != std::string::npos);
+  const LoadedDrawing loaded = drawingFromJson(bytes, L"a");
+  REQUIRE_MESSAGE(loaded.drawing != nullptr, std::string(loaded.error.begin(), loaded.error.end()));
+  CHECK(drawingToJson(*loaded.drawing) == bytes);
+
+  DrawingDatabase target;
+  target.addEntity(target.modelSpace(), makeLine(0, 0, 9, 9));
+  for (int copy = 0; copy < 2; ++copy)
+    static_cast<void>(insertDrawing(target, target.modelSpace(), source, {}));
+  std::vector<std::wstring> marks;
+  const EntityNode* entity = target.store().findBlock(target.modelSpace())->first;
+  for (; entity != nullptr; entity = entity->next) {
+    const auto origin = provenanceOf(entity->value);
+    marks.push_back(origin ? origin->circuit + origin->code + std::to_wstring(origin->order) : L"-");
+  }
+  const std::vector<std::wstring> expected = {L"-", L"5DISC1", L"5DISC2", L"-", L"8DISC1", L"8DISC2", L"-"};
+  CHECK(marks == expected);
+  CHECK(target.store().circuits().size() == 2);
 }
 
 TEST_CASE("a file that was cut off or has a byte changed never harms") {

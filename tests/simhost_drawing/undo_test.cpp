@@ -19,7 +19,7 @@ public:
   Editor(DrawingDatabase& drawing, unsigned seed) : drawing_(drawing), random_(seed) {}
 
   void edit() {
-    switch (below(9)) {
+    switch (below(10)) {
     case 0:
       drawing_.addBlock(L"Block " + std::to_wstring(drawing_.store().blocks().size()), point());
       break;
@@ -30,6 +30,12 @@ public:
     case 2:
       drawing_.setVariable(L"V" + std::to_wstring(below(4)), static_cast<std::int32_t>(below(9)));
       break;
+    case 9: {
+      CircuitFields fields;
+      if (below(3) != 0) fields.emplace_back(L"type", std::to_wstring(below(4)));
+      drawing_.putCircuit(formatHandle(KvDbHandle(1 + below(3))), fields);
+      break;
+    }
     case 3:
     case 4:
       if (const EntityNode* entity = anyEntity()) drawing_.eraseEntity(entity->handle);
@@ -68,6 +74,7 @@ private:
     if (entity == nullptr) return;
     Entity value = entity->value;
     value.colour = Colour{0, static_cast<std::uint8_t>(below(256)), 0};
+    if (auto* line = std::get_if<Line>(&value.shape)) line->to = point();
     setData(value, L"APP", {std::to_wstring(below(3))});
     drawing_.changeEntity(entity->handle, value);
   }
@@ -83,6 +90,21 @@ private:
   DrawingDatabase& drawing_;
   std::mt19937 random_;
 };
+
+/// What the drawing finds in a box of each block is what a look at every entity finds.
+bool findsAllInBoxes(const DrawingDatabase& drawing, Editor& editor) {
+  const auto edge = [&] { return static_cast<double>(editor.below(1000)) / 8.0; };
+  for (const auto& block : drawing.store().blocks()) {
+    Box area;
+    area.include(KvPoint3d{edge(), edge() / 8.0, 0.0});
+    area.include(KvPoint3d{edge(), edge() / 8.0, 0.0});
+    std::vector<const EntityNode*> expected;
+    for (const EntityNode* entity = block->first; entity != nullptr; entity = entity->next)
+      if (EntityGrid::boxOf(entity->value.shape).meets(area)) expected.push_back(entity);
+    if (drawing.store().meeting(*block, area) != expected) return false;
+  }
+  return true;
+}
 
 } // namespace
 
@@ -111,14 +133,35 @@ TEST_CASE("undo and redo restore the exact bytes of every earlier state, whateve
       if (count == states.size()) states.push_back(drawingToJson(drawing));
       REQUIRE(count + 1 == states.size());
       REQUIRE(drawingToJson(drawing) == states.back());
+      REQUIRE(findsAllInBoxes(drawing, editor));
     }
     const int total = log.undoCount();
     for (int count = total; count-- > 0;) {
       REQUIRE(log.undo(1) == 0);
       REQUIRE(drawingToJson(drawing) == states[static_cast<std::size_t>(count)]);
+      REQUIRE(findsAllInBoxes(drawing, editor));
     }
     REQUIRE(log.redo(total) == 0);
     CHECK(drawingToJson(drawing) == states.back());
+  }
+}
+
+TEST_CASE("what is near is found at every scale of coordinates") {
+  DrawingDatabase drawing;
+  const KvDbHandle space = drawing.modelSpace();
+  for (const double size : {0.0, 1e-300, 8.0, 64.0, 1e15, 1e300}) {
+    drawing.addEntity(space, makeLine(-size, -size, size, size));
+    drawing.addEntity(space, makeLine(size, 0, size, size));
+  }
+  const BlockNode& block = *drawing.store().findBlock(space);
+  for (const double x : {-1e300, -64.0, 0.0, 7.9, 8.0, 1e15, 1.1e15, 1e300}) {
+    Box area;
+    area.include(KvPoint3d{x, 0.0, 0.0});
+    std::size_t expected = 0;
+    for (const EntityNode* entity = block.first; entity != nullptr; entity = entity->next)
+      expected += EntityGrid::boxOf(entity->value.shape).meets(area) ? 1U : 0U;
+    CAPTURE(x);
+    CHECK(drawing.store().meeting(block, area).size() == expected);
   }
 }
 

@@ -1,0 +1,194 @@
+// What of a build's arguments, of the marker data in LISP and of the drawing tells where an entity comes from.
+#include "simhost/host/circuit_recorder.h"
+
+#include "simhost/host/session.h"
+#include "simhost/lisp/list.h"
+#include "text/compare.h"
+#include "text/numbers.h"
+
+#include <algorithm>
+#include <array>
+#include <filesystem>
+#include <iterator>
+#include <utility>
+#include <vector>
+
+namespace simhost {
+
+using lisp::Value;
+
+namespace {
+
+/// LISP keeps here which marker is at work: (number (handle ...) ...).
+constexpr std::wstring_view markerData = L"GBL_qn_bv_marker_data";
+/// Called at the end of a build with ((CODE nil "1,2") ...).
+constexpr std::wstring_view codesFunction = L"qn_bv_save_codehdl";
+/// What the parent product says of a build: (name point scale ...).
+constexpr std::wstring_view buildData = L"GBL_qn_bv_data";
+constexpr std::wstring_view codeTag = L"CODE";
+
+constexpr std::size_t lastHandlePosition = 6;
+
+/// What of a build's arguments is kept, by position.
+struct KeptArgument {
+  std::size_t position;
+  std::wstring_view name;
+};
+constexpr std::array keptArguments{KeptArgument{2, L"circuit"},       KeptArgument{3, L"type"},
+                                   KeptArgument{0, L"workbook"},      KeptArgument{1, L"worksheet"},
+                                   KeptArgument{4, L"configuration"}, KeptArgument{9, L"params"},
+                                   KeptArgument{11, L"wires"}};
+
+std::wstring textAt(const std::vector<Value>& values, std::size_t position) {
+  return position < values.size() && values[position].isString() ? values[position].asString()
+                                                                 : std::wstring();
+}
+
+const std::wstring* attributeText(
+    const DrawingDatabase& drawing, const EntityNode& reference, std::wstring_view tag) {
+  for (const KvDbHandle handle : reference.attributes) {
+    const EntityNode* attribute = drawing.find(handle);
+    if (attribute == nullptr) continue;
+    const auto& value = std::get<Attribute>(attribute->value.shape);
+    if (brenvolt::equalsOrdinalNoCase(value.tag, tag)) return &value.text.text;
+  }
+  return nullptr;
+}
+
+/// "CODE=1,2;CODE=": as a later build takes them for presets.
+std::wstring codesText(const Value& rows) {
+  std::wstring text;
+  for (const Value& row : lisp::Elements(rows)) {
+    const std::vector<Value> parts = lisp::toVector(row);
+    if (!text.empty()) text += L';';
+    text += textAt(parts, 0) + L'=' + textAt(parts, 2);
+  }
+  return text;
+}
+
+} // namespace
+
+CircuitRecorder::Build::Build(CircuitRecorder& recorder, std::span<const Value> arguments)
+    : recorder_(recorder), isOuter_(!recorder.circuit_) {
+  Document* document = recorder.session_.documents().current();
+  if (isOuter_ && document != nullptr) recorder.begin(document->drawing(), arguments);
+}
+
+CircuitRecorder::Build::~Build() {
+  if (isOuter_) recorder_.circuit_.reset();
+}
+
+void CircuitRecorder::Build::succeed() {
+  if (!isOuter_ || !recorder_.circuit_) return;
+  if (DrawingDatabase* drawing = DrawingDatabase::of(recorder_.circuit_->space)) recorder_.finish(*drawing);
+}
+
+CircuitRecorder::Form::Form(
+    CircuitRecorder& recorder, std::wstring_view function, std::span<const Value> arguments)
+    : recorder_(recorder) {
+  if (!recorder.circuit_) return;
+  drawing_ = DrawingDatabase::of(recorder.circuit_->space);
+  if (drawing_ == nullptr) return;
+  former_ = drawing_->stamp();
+  drawing_->setStamp(recorder.stampNow(*drawing_));
+  if (brenvolt::equalsOrdinalNoCase(function, codesFunction) && !arguments.empty())
+    recorder.circuit_->fields.emplace_back(L"codes", codesText(arguments.front()));
+}
+
+CircuitRecorder::Form::~Form() {
+  if (drawing_ == nullptr) return;
+  if (const std::optional<Provenance>& stamp = drawing_->stamp(); stamp && recorder_.circuit_)
+    recorder_.circuit_->orders[stamp->code] = stamp->order;
+  // A form that native code called from within another one has drawn for the same marker or for none.
+  if (former_ && recorder_.circuit_) former_->order = recorder_.circuit_->orders[former_->code];
+  drawing_->setStamp(std::move(former_));
+}
+
+void CircuitRecorder::begin(DrawingDatabase& drawing, std::span<const Value> arguments) {
+  // One list, or the items bare.
+  const std::vector<Value> values = arguments.size() == 1 && arguments.front().isList()
+                                        ? lisp::toVector(arguments.front())
+                                        : std::vector<Value>(arguments.begin(), arguments.end());
+  Circuit circuit;
+  circuit.space = drawing.currentSpaceId();
+  if (const auto before = parseHandle(textAt(values, lastHandlePosition))) circuit.before = *before;
+  for (const KeptArgument& kept : keptArguments) {
+    std::wstring text = textAt(values, kept.position);
+    // The folder is that of the machine; where the file is, the site knows.
+    if (kept.position == 0) text = std::filesystem::path(text).filename().wstring();
+    if (!text.empty()) circuit.fields.emplace_back(kept.name, std::move(text));
+  }
+  circuit_ = std::move(circuit);
+  const EntityNode* first = firstOf(drawing);
+  if (first == nullptr) return circuit_.reset();
+  circuit_->id = continued_.empty() ? formatHandle(first->handle) : std::exchange(continued_, {});
+  const std::vector<Value> data =
+      lisp::toVector(session_.documents().current()->interpreter().value(buildData));
+  if (data.size() > 1) {
+    std::wstring point;
+    for (const Value& part : lisp::Elements(data[1]))
+      if (part.isNumber()) point += (point.empty() ? L"" : L",") + brenvolt::formatShortest(part.asNumber());
+    circuit_->fields.emplace_back(L"point", point);
+  }
+  countAgain(drawing);
+}
+
+const EntityNode* CircuitRecorder::firstOf(const DrawingDatabase& drawing) const {
+  if (const EntityNode* before = drawing.store().findEntity(circuit_->before))
+    return drawing.store().following(*before);
+  const BlockNode* space = drawing.store().findBlock(DrawingDatabase::handleOf(circuit_->space));
+  return space == nullptr ? nullptr : space->first;
+}
+
+void CircuitRecorder::finish(DrawingDatabase& drawing) {
+  std::vector<KvDbHandle> ofTemplate;
+  for (const EntityNode* entity = firstOf(drawing); entity != nullptr; entity = entity->next)
+    if (const auto origin = provenanceOf(entity->value); !origin || origin->circuit != circuit_->id)
+      ofTemplate.push_back(entity->handle);
+  for (const KvDbHandle handle : ofTemplate) {
+    Entity value = drawing.find(handle)->value;
+    setProvenance(value, {circuit_->id});
+    drawing.changeEntity(handle, std::move(value));
+  }
+  drawing.putCircuit(circuit_->id, circuit_->fields);
+}
+
+Provenance CircuitRecorder::stampNow(const DrawingDatabase& drawing) {
+  if (circuit_->replays != drawing.undoLog().replayCount()) countAgain(drawing);
+  Provenance stamp{circuit_->id, codeNow(drawing)};
+  stamp.order = stamp.code.empty() ? 0 : circuit_->orders[stamp.code];
+  return stamp;
+}
+
+std::wstring CircuitRecorder::codeNow(const DrawingDatabase& drawing) {
+  const Value data = session_.documents().current()->interpreter().value(markerData);
+  if (!data.isCons() || !data.asCons().car().isInteger() || !data.asCons().cdr().isCons()) return {};
+  const std::int32_t marker = data.asCons().car().asInteger();
+  const Value& handles = data.asCons().cdr().asCons().car();
+  if (marker == circuit_->marker && handles.isSame(circuit_->handles)) return circuit_->code;
+  circuit_->marker = marker;
+  circuit_->handles = handles;
+  circuit_->code.clear();
+  std::int32_t number = 0;
+  for (const Value& handle : lisp::Elements(handles)) {
+    if (number++ != marker) continue;
+    const auto parsed = handle.isString() ? parseHandle(handle.asString()) : std::nullopt;
+    const EntityNode* reference = parsed ? drawing.find(*parsed) : nullptr;
+    const std::wstring* code = reference == nullptr ? nullptr : attributeText(drawing, *reference, codeTag);
+    if (code != nullptr) circuit_->code = *code;
+    break;
+  }
+  return circuit_->code;
+}
+
+void CircuitRecorder::countAgain(const DrawingDatabase& drawing) {
+  circuit_->orders.clear();
+  circuit_->replays = drawing.undoLog().replayCount();
+  for (const EntityNode* entity = firstOf(drawing); entity != nullptr; entity = entity->next)
+    if (const auto origin = provenanceOf(entity->value); origin && origin->circuit == circuit_->id) {
+      int& order = circuit_->orders[origin->code];
+      order = std::max(order, origin->order);
+    }
+}
+
+} // namespace simhost

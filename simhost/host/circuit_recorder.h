@@ -1,0 +1,88 @@
+// Writes into the drawing where a circuit's entities come from. While `zan_bv_build_circuit` runs, each LISP function
+// that native code calls draws under the mark of the marker at work; what the template brought is marked when the
+// build has succeeded, and the drawing then keeps what the circuit was built from. The LISP of a site does nothing for
+// it.
+#pragma once
+
+#include "simhost/drawing/drawing_database.h"
+#include "simhost/lisp/value.h"
+
+#include <cstdint>
+#include <map>
+#include <optional>
+#include <span>
+#include <string>
+
+namespace simhost {
+
+class Session;
+
+class CircuitRecorder final {
+public:
+  explicit CircuitRecorder(Session& session) : session_(session) {}
+  CircuitRecorder(const CircuitRecorder&) = delete;
+  CircuitRecorder& operator=(const CircuitRecorder&) = delete;
+
+  /// The function of the plug-in whose calls are builds.
+  static constexpr std::wstring_view buildFunction = L"zan_bv_build_circuit";
+
+  /// The next build goes on with the circuit of this id instead of beginning one.
+  void continueCircuit(std::wstring id) { continued_ = std::move(id); }
+
+  /// One build. One inside of another draws for the circuit of the outer one.
+  class Build final {
+  public:
+    Build(CircuitRecorder& recorder, std::span<const lisp::Value> arguments);
+    Build(const Build&) = delete;
+    Build& operator=(const Build&) = delete;
+    ~Build();
+
+    /// The build has answered with a circuit.
+    void succeed();
+
+  private:
+    CircuitRecorder& recorder_;
+    bool isOuter_ = false;
+  };
+
+  /// One call of LISP by native code; outside of a build it does nothing.
+  class Form final {
+  public:
+    Form(CircuitRecorder& recorder, std::wstring_view function, std::span<const lisp::Value> arguments);
+    Form(const Form&) = delete;
+    Form& operator=(const Form&) = delete;
+    ~Form();
+
+  private:
+    CircuitRecorder& recorder_;
+    DrawingDatabase* drawing_ = nullptr; ///< null outside of a build
+    std::optional<Provenance> former_;
+  };
+
+private:
+  /// The circuit that a build draws.
+  struct Circuit {
+    KvDbObjectId space;
+    KvDbHandle before; ///< the last entity that was there before the template; null for none
+    std::wstring id;
+    CircuitFields fields;
+    std::map<std::wstring, int> orders; ///< of each CODE, the last that was given
+    std::uint64_t replays = 0;          ///< of the undo log, when `orders` was right
+    lisp::Value handles;                ///< of the markers, as LISP had them when `code` was found
+    std::int32_t marker = -1;
+    std::wstring code;
+  };
+
+  void begin(DrawingDatabase& drawing, std::span<const lisp::Value> arguments);
+  void finish(DrawingDatabase& drawing);
+  [[nodiscard]] const EntityNode* firstOf(const DrawingDatabase& drawing) const;
+  [[nodiscard]] Provenance stampNow(const DrawingDatabase& drawing);
+  [[nodiscard]] std::wstring codeNow(const DrawingDatabase& drawing);
+  void countAgain(const DrawingDatabase& drawing);
+
+  Session& session_;
+  std::optional<Circuit> circuit_;
+  std::wstring continued_;
+};
+
+} // namespace simhost
