@@ -7,4 +7,5 @@
 (load "lisp/parts.lsp")    ; catalogue of parts, the lookups that workbook rules name
 (load "lisp/forms.lsp")    ; the functions that workbook forms name
 (load "lisp/circuits.lsp") ; select, insert, build
+(load "lisp/sets.lsp")     ; numbers and texts for wires of a set
 (load "lisp/sheet.lsp")    ; border and title block

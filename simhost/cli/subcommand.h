@@ -10,6 +10,7 @@ namespace simhost {
 
 // One function for each file of this folder that holds a subcommand.
 [[nodiscard]] CommandTable catalogCommand();
+[[nodiscard]] CommandTable circuitsCommand();
 [[nodiscard]] CommandTable componentsCommand();
 [[nodiscard]] CommandTable drawCommand();
 [[nodiscard]] CommandTable exprCommand();
@@ -19,6 +20,7 @@ namespace simhost {
 [[nodiscard]] CommandTable loadsCommand();
 [[nodiscard]] CommandTable motorsCommand();
 [[nodiscard]] CommandTable replayCommand();
+[[nodiscard]] CommandTable reportCommand();
 [[nodiscard]] CommandTable sqlCommand();
 [[nodiscard]] CommandTable standardsCommand();
 [[nodiscard]] CommandTable wireCommand();

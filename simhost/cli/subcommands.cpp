@@ -4,9 +4,10 @@
 namespace simhost {
 
 std::vector<CommandTable> subcommands() {
-  return {drawCommand(), replayCommand(),    catalogCommand(), historyCommand(), workbookCommand(),
-          lispCommand(), wireCommand(),      motorsCommand(),  loadsCommand(),   componentsCommand(),
-          exprCommand(), standardsCommand(), importCommand(),  sqlCommand()};
+  return {drawCommand(),   replayCommand(),    catalogCommand(),  circuitsCommand(),
+          reportCommand(), historyCommand(),   workbookCommand(), lispCommand(),
+          wireCommand(),   motorsCommand(),    loadsCommand(),    componentsCommand(),
+          exprCommand(),   standardsCommand(), importCommand(),   sqlCommand()};
 }
 
 } // namespace simhost

@@ -18,7 +18,7 @@ inline constexpr std::wstring_view provenanceApplication = L"CIRCUIT";
 struct Provenance {
   std::wstring circuit; ///< id of the circuit in its drawing
   std::wstring code{};  ///< CODE of the marker; empty for what the template itself brought
-  int order = 0;        ///< from 1 among what the circuit's forms of this CODE drew; 0 without a CODE
+  int order = 0;        ///< from 1 among what the forms of the marker drew; 0 without a CODE
   friend bool operator==(const Provenance&, const Provenance&) = default;
 };
 

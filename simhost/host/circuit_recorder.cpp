@@ -91,16 +91,19 @@ CircuitRecorder::Form::Form(
   if (drawing_ == nullptr) return;
   former_ = drawing_->stamp();
   drawing_->setStamp(recorder.stampNow(*drawing_));
+  marker_ = recorder.circuit_->marker;
   if (brenvolt::equalsOrdinalNoCase(function, codesFunction) && !arguments.empty())
     recorder.circuit_->fields.emplace_back(L"codes", codesText(arguments.front()));
 }
 
 CircuitRecorder::Form::~Form() {
   if (drawing_ == nullptr) return;
+  // A marker has several forms, and between two of them a whole template can have been built.
   if (const std::optional<Provenance>& stamp = drawing_->stamp(); stamp && recorder_.circuit_)
-    recorder_.circuit_->orders[stamp->code] = stamp->order;
-  // A form that native code called from within another one has drawn for the same marker or for none.
-  if (former_ && recorder_.circuit_) former_->order = recorder_.circuit_->orders[former_->code];
+    recorder_.circuit_->orders[marker_] = stamp->order;
+  // What a form has native code call draws for the same marker.
+  if (former_ && drawing_->stamp() && former_->code == drawing_->stamp()->code)
+    former_->order = drawing_->stamp()->order;
   drawing_->setStamp(std::move(former_));
 }
 
@@ -130,7 +133,6 @@ void CircuitRecorder::begin(DrawingDatabase& drawing, std::span<const Value> arg
       if (part.isNumber()) point += (point.empty() ? L"" : L",") + brenvolt::formatShortest(part.asNumber());
     circuit_->fields.emplace_back(L"point", point);
   }
-  countAgain(drawing);
 }
 
 const EntityNode* CircuitRecorder::firstOf(const DrawingDatabase& drawing) const {
@@ -154,41 +156,36 @@ void CircuitRecorder::finish(DrawingDatabase& drawing) {
 }
 
 Provenance CircuitRecorder::stampNow(const DrawingDatabase& drawing) {
-  if (circuit_->replays != drawing.undoLog().replayCount()) countAgain(drawing);
-  Provenance stamp{circuit_->id, codeNow(drawing)};
-  stamp.order = stamp.code.empty() ? 0 : circuit_->orders[stamp.code];
+  // What was undone runs again from its beginning.
+  if (std::exchange(circuit_->replays, drawing.undoLog().replayCount()) != circuit_->replays)
+    circuit_->orders.clear();
+  findMarker(drawing);
+  Provenance stamp{circuit_->id, circuit_->code};
+  stamp.order = stamp.code.empty() ? 0 : circuit_->orders[circuit_->marker];
   return stamp;
 }
 
-std::wstring CircuitRecorder::codeNow(const DrawingDatabase& drawing) {
+void CircuitRecorder::findMarker(const DrawingDatabase& drawing) {
   const Value data = session_.documents().current()->interpreter().value(markerData);
-  if (!data.isCons() || !data.asCons().car().isInteger() || !data.asCons().cdr().isCons()) return {};
-  const std::int32_t marker = data.asCons().car().asInteger();
-  const Value& handles = data.asCons().cdr().asCons().car();
-  if (marker == circuit_->marker && handles.isSame(circuit_->handles)) return circuit_->code;
-  circuit_->marker = marker;
+  const bool isData = data.isCons() && data.asCons().car().isInteger() && data.asCons().cdr().isCons();
+  const std::int32_t number = isData ? data.asCons().car().asInteger() : -1;
+  const Value handles = isData ? data.asCons().cdr().asCons().car() : Value();
+  if (number == circuit_->number && handles.isSame(circuit_->handles)) return;
+  circuit_->number = number;
   circuit_->handles = handles;
+  circuit_->marker.clear();
   circuit_->code.clear();
-  std::int32_t number = 0;
+  std::int32_t place = 0;
   for (const Value& handle : lisp::Elements(handles)) {
-    if (number++ != marker) continue;
+    if (place++ != number) continue;
     const auto parsed = handle.isString() ? parseHandle(handle.asString()) : std::nullopt;
     const EntityNode* reference = parsed ? drawing.find(*parsed) : nullptr;
     const std::wstring* code = reference == nullptr ? nullptr : attributeText(drawing, *reference, codeTag);
-    if (code != nullptr) circuit_->code = *code;
-    break;
+    if (code == nullptr) return;
+    circuit_->marker = handle.asString();
+    circuit_->code = *code;
+    return;
   }
-  return circuit_->code;
-}
-
-void CircuitRecorder::countAgain(const DrawingDatabase& drawing) {
-  circuit_->orders.clear();
-  circuit_->replays = drawing.undoLog().replayCount();
-  for (const EntityNode* entity = firstOf(drawing); entity != nullptr; entity = entity->next)
-    if (const auto origin = provenanceOf(entity->value); origin && origin->circuit == circuit_->id) {
-      int& order = circuit_->orders[origin->code];
-      order = std::max(order, origin->order);
-    }
 }
 
 } // namespace simhost

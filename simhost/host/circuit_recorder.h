@@ -57,6 +57,7 @@ public:
     CircuitRecorder& recorder_;
     DrawingDatabase* drawing_ = nullptr; ///< null outside of a build
     std::optional<Provenance> former_;
+    std::wstring marker_; ///< that the form draws for
   };
 
 private:
@@ -66,10 +67,11 @@ private:
     KvDbHandle before; ///< the last entity that was there before the template; null for none
     std::wstring id;
     CircuitFields fields;
-    std::map<std::wstring, int> orders; ///< of each CODE, the last that was given
+    std::map<std::wstring, int> orders; ///< by marker, the last that was given
     std::uint64_t replays = 0;          ///< of the undo log, when `orders` was right
-    lisp::Value handles;                ///< of the markers, as LISP had them when `code` was found
-    std::int32_t marker = -1;
+    lisp::Value handles;      ///< of the markers, as LISP had them when the marker at work was found
+    std::int32_t number = -1; ///< of the marker among them
+    std::wstring marker;      ///< its handle; empty for none
     std::wstring code;
   };
 
@@ -77,8 +79,7 @@ private:
   void finish(DrawingDatabase& drawing);
   [[nodiscard]] const EntityNode* firstOf(const DrawingDatabase& drawing) const;
   [[nodiscard]] Provenance stampNow(const DrawingDatabase& drawing);
-  [[nodiscard]] std::wstring codeNow(const DrawingDatabase& drawing);
-  void countAgain(const DrawingDatabase& drawing);
+  void findMarker(const DrawingDatabase& drawing);
 
   Session& session_;
   std::optional<Circuit> circuit_;

@@ -5,7 +5,7 @@
 ; Texts
 
 (defun site_title (xyz scl text)
-  (draw-text xyz (string-append (number->string (circuit-number)) "   " text) (* 4.0 scl) "TITLES")
+  (draw-text xyz (string-append (circuit-name) "   " text) (* 4.0 scl) "TITLES")
   T)
 
 ; A motor's or load's data below the title, when there is any.
@@ -127,9 +127,9 @@
 
 ; MISC1 may hold DESC1=...;DESC2=...; for the name plate.
 (defun motor-attributes (data misc1 motor)
-  (list (cons "TAG1" (tag-before "MTR" motor))
+  (list (cons "TAG1" (load-tag "MTR" motor))
         (cons "RATING1" (data-power data))
-        (cons "DESC1" (or (setting misc1 "DESC1") ""))
+        (cons "DESC1" (or (setting misc1 "DESC1") (list-text "SITE_DESC1")))
         (cons "DESC2" (data-supply-line data 3 " V"))
         (cons "DESC3" (data-supply-line data 6 " RPM"))))
 (defun data-supply-line (data index unit)
@@ -144,7 +144,7 @@
 (defun site_load (xyz scl poles data misc1)
   (record-control-entity
     (place-symbol (pole-name "ZDVLOAD" poles) xyz scl
-      (list (cons "TAG1" (tag-before "LD"))
+      (list (cons "TAG1" (load-tag "LD"))
             (cons "DESC1" (string-upcase (if (string=? (data-text data 0) "") (or (setting misc1 "DESC1") "LOAD")
                                            (data-text data 0))))
             (cons "RATING1" (data-power data))
@@ -186,8 +186,8 @@
     (control-wire (funcall at -50 -9) (funcall at -20 -9))
     (control-wire (funcall at 20 -9) (funcall at 60 -9))
     (place-in-wires "ZFUSE1" (funcall at -35 -9) scl 1 lead (list (cons "TAG1" (tag-behind "FU13"))))
-    (place-symbol "ZTERM" (funcall at -20 -9) scl '(("TAGSTRIP" . "TB3")))
-    (place-symbol "ZTERM" (funcall at 20 -9) scl '(("TAGSTRIP" . "TB3")))
+    (place-symbol "ZTERM" (funcall at -20 -9) scl '(("TAGSTRIP" . "TB3") ("TERM01" . "1")))
+    (place-symbol "ZTERM" (funcall at 20 -9) scl '(("TAGSTRIP" . "TB3") ("TERM01" . "2")))
     (draw-text (funcall at -17 -9.8) left (* 2.2 scl) "DESCRIPTIONS" 'left)
     (draw-text (funcall at 17 -9.8) right (* 2.2 scl) "DESCRIPTIONS" 'right))
   T)

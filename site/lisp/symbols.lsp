@@ -23,6 +23,7 @@
   (site-block name)
   (let ((symbol (fill-attributes (insert-block name point scale (or rotation 0) "SYMBOLS") texts)))
     (when (entity-attribute symbol "FAMILY")
+      (fill-attributes symbol (list-place))
       (apply-presets symbol)
       (setq site-placed-components (cons (cons symbol (marker-code)) site-placed-components)))
     symbol))
@@ -52,12 +53,24 @@
 (defun circuit-number () (or (get-variable "SITE_CIRCUIT") 1))
 (defun next-circuit () (set-variable "SITE_CIRCUIT" (+ 1 (or (get-variable "SITE_CIRCUIT") 0))))
 
+; The tag that a list gives the circuit, nil for one that has a number only; and as tags of components have it.
+(defun list-tag () (let ((tag (get-variable "SITE_TAG"))) (if (and tag (not (string=? tag ""))) tag nil)))
+(defun short-tag () (string-join (string-split (list-tag) "-") ""))
+
 ; `motor` is the letter of one of several motors in a circuit.
-(defun tag-before (letters &optional motor) ; CB1, CB1A
-  (string-append letters (number->string (circuit-number)) (or motor "")))
-(defun tag-behind (letters &optional motor) ; 1M, 1MA
-  (string-append (number->string (circuit-number)) letters (or motor "")))
-(defun control-number (digits) (string-append (number->string (circuit-number)) digits)) ; 101
+(defun tag-before (letters &optional motor) ; CB1, CB1A; of P-101: CB-P101
+  (string-append letters (if (list-tag) (string-append "-" (short-tag)) (number->string (circuit-number))) (or motor "")))
+(defun tag-behind (letters &optional motor) ; 1M, 1MA; P101-M
+  (string-append (if (list-tag) (string-append (short-tag) "-") (number->string (circuit-number))) letters (or motor "")))
+(defun control-number (digits) ; 101; P101-01
+  (if (list-tag) (string-append (short-tag) "-" digits) (string-append (number->string (circuit-number)) digits)))
+(defun load-tag (letters &optional motor) ; MTR1; what the list names is the motor or load itself
+  (if (list-tag) (string-append (list-tag) (or motor "")) (tag-before letters motor)))
+(defun circuit-name () (or (list-tag) (number->string (circuit-number))))
+
+; What the list says of the circuit beside its tag: texts of its components.
+(defun list-text (variable) (or (get-variable variable) ""))
+(defun list-place () (list (cons "INST" (list-text "SITE_INST")) (cons "LOC" (list-text "SITE_LOC"))))
 
 ; The first rating of a chosen part. What comes from a placed component has no type ahead of its ratings; a type is a
 ; word, a rating begins with a digit.

@@ -117,14 +117,34 @@ TEST_CASE("the simulated host sees of the plug-in only the host's face") {
       if (include.starts_with("simhost/")) continue;
       const std::string target = roomOfInclude(include);
       const bool free = target == "text" || target == "host_api" || include == "platform/file_replace.h" ||
-                        (target == "platform" && (room == "cli" || room == "site"));
+                        (target == "platform" && (room == "cli" || room == "site")) ||
+                        (target == "circuits" && room == "cli");
       CHECK_MESSAGE((free || allowed->second.contains(target)), file.string(), " includes ", include);
     }
   }
 }
 
+TEST_CASE("what is made of circuits sees lower layers, the drawing, the site and services without windows") {
+  const std::map<std::string, int> levels = {{"netlist", 0}, {"provenance", 1}, {"reports", 2}, {"set", 3}};
+  for (const fs::path& file : sourcesBelow("circuits")) {
+    const std::string layer = roomOfInclude(file.lexically_relative("circuits").generic_string());
+    const auto level = levels.find(layer);
+    if (level == levels.end()) continue;
+    for (const std::string& include : projectIncludesOf(file)) {
+      const std::string target = roomOfInclude(include);
+      const auto other = levels.find(roomOfInclude(include.substr(include.find('/') + 1)));
+      const bool isLower = target == "circuits" && other != levels.end() &&
+                           (other->second < level->second || other->first == layer);
+      const bool isFree = target == "text" || target == "host_api" || target == "data" ||
+                          target == "project" || target == "platform" ||
+                          include.starts_with("simhost/drawing/") || include.starts_with("simhost/site/") || include == "simhost/host/errors.h";
+      CHECK_MESSAGE((isLower || isFree), file.string(), " includes ", include);
+    }
+  }
+}
+
 TEST_CASE("every source is listed by name in its folder") {
-  for (const char* building : {"src", "platform", "simhost", "tests"})
+  for (const char* building : {"src", "platform", "simhost", "circuits", "tests"})
     for (const fs::path& file : sourcesBelow(building)) {
       if (file.extension() != ".cpp") continue;
       bool listed = false;
@@ -140,7 +160,7 @@ TEST_CASE("every source is listed by name in its folder") {
 }
 
 TEST_CASE("files open with what they are for and keep to one idea") {
-  for (const char* building : {"src", "platform", "simhost", "tests"})
+  for (const char* building : {"src", "platform", "simhost", "circuits", "tests"})
     for (const fs::path& file : sourcesBelow(building)) {
       const std::vector<std::string> lines = linesOf(file);
       CHECK_MESSAGE(lines.size() <= 800, file.string(), " has ", lines.size(), " lines");

@@ -3,7 +3,8 @@
 ; and right, where the wires begin. (site-draw-symbol NAME) defines one and shows it at
 ; the origin.
 
-(setq symbol-layer "SYMBOLS" text-layer "TAGS" pole-distance 10.0 lead 6.0)
+(setq symbol-layer "SYMBOLS" text-layer "TAGS" pole-distance 10.0 lead 6.0
+      normally-open '("13" "14") normally-closed '("11" "12"))
 
 (layer-define symbol-layer "#000000")
 (layer-define "LINKS" "#505050" 'dashed)
@@ -30,21 +31,34 @@
     (sy-line (- lead) (pole-y pole) (- inner) (pole-y pole))
     (sy-line inner (pole-y pole) lead (pole-y pole))))
 
-; The data of a component: tag, descriptions, catalogue part, place. Terminals are X4TERM01 at the left of the first
-; pole, X1TERM02 at its right, and so on.
-(defun sy-component (family poles top bottom)
+; The data of a component: tag, descriptions, catalogue part, place. Pins are X4TERM01 at the left of the first pole,
+; X1TERM02 at its right, and so on, each where its wire ends; `numbers` are what stands on the device, in this order,
+; else 1, 2, 3 ...
+(defun sy-component (family poles top bottom &optional numbers)
   (sy-attribute "TAG1" 0 top 2.5)
   (sy-attribute "DESC1" 0 (+ top 3.6) 2.0 'centre "DESCRIPTIONS")
   (sy-attribute "RATING1" 0 bottom 2.0 'centre "DESCRIPTIONS")
   (sy-data family)
-  (sy-terminals poles))
+  (sy-terminals poles numbers))
 (defun sy-data (family)
   (sy-hidden "FAMILY" family)
   (mapc 'sy-hidden '("DESC2" "DESC3" "MFG" "CAT" "ASSYCODE" "INST" "LOC")))
-(defun sy-terminals (poles)
+(defun sy-terminals (poles &optional numbers)
   (dotimes (pole poles)
-    (sy-hidden (terminal-tag "X4TERM" (+ 1 (* 2 pole))))
-    (sy-hidden (terminal-tag "X1TERM" (+ 2 (* 2 pole))))))
+    (let ((left (+ 1 (* 2 pole))) (right (+ 2 (* 2 pole))))
+      (sy-pin (terminal-tag "X4TERM" left) (- lead) (pole-y pole) (sy-number numbers left))
+      (sy-pin (terminal-tag "X1TERM" right) lead (pole-y pole) (sy-number numbers right)))))
+(defun sy-number (numbers place) (or (nth (- place 1) numbers) (number->string place)))
+; A pin that the picture does not show: where a wire ends, and the number on the device.
+(defun sy-pin (tag x y number)
+  (draw-attribute-definition tag (list x y) number 2.0 text-layer T tag 'centre))
+(defun sy-ground-pin (x y) (sy-pin "X2TERM09" x y "PE"))
+; Pins X4TERM01, X4TERM02 ... at places x y x y ...
+(defun sy-pins (numbers places)
+  (let ((place 1))
+    (while numbers
+      (sy-pin (terminal-tag "X4TERM" place) (first places) (second places) (car numbers))
+      (setq numbers (cdr numbers) places (cddr places) place (+ place 1)))))
 (defun terminal-tag (head number)
   (string-append head (if (< number 10) "0" "") (number->string number)))
 
@@ -124,14 +138,16 @@
   (motor-lead -10 4 "T2")
   (motor-lead -20 9.37 "T3")
   (motor-texts 16 -10 31)
-  (mapc 'sy-hidden '("X4TERM01" "X4TERM02" "X4TERM03")))
+  (sy-pins '("T1" "T2" "T3") '(0 0 0 -10 0 -20))
+  (sy-ground-pin 16 -22))
 
 (defun draw-motor-1 ()
   (sy-circle 16 -5 11)
   (motor-lead 0 6.2 "T1")
   (motor-lead -10 6.2 "T2")
   (motor-texts 16 -5 30)
-  (mapc 'sy-hidden '("X4TERM01" "X4TERM02")))
+  (sy-pins '("T1" "T2") '(0 0 0 -10))
+  (sy-ground-pin 16 -16))
 
 ; Both ends of the windings are led out: T1 to T3 at the left, T6, T4, T5 below.
 (defun draw-motor-6 ()
@@ -144,7 +160,8 @@
           (draw-text (list (+ x 0.6) -28) label 1.8 "DESCRIPTIONS" 'left))
         '(13 20 27) '(-22.12 -24 -22.12) '("T6" "T4" "T5"))
   (motor-texts 20 -10 37)
-  (mapc 'sy-hidden '("X4TERM01" "X4TERM02" "X4TERM03" "X4TERM04" "X4TERM05" "X4TERM06")))
+  (sy-pins '("T1" "T2" "T3" "T6" "T4" "T5") '(0 0 0 -10 0 -20 13 -34 20 -34 27 -34))
+  (sy-ground-pin 33 -15.2))
 
 ; A load that is no motor: a box with its name.
 (defun draw-load (poles)
@@ -158,21 +175,26 @@
     (sy-attribute "DESC2" 36 (- middle 3.0) 2.2 'left "DESCRIPTIONS"))
   (sy-hidden "FAMILY" "LD")
   (mapc 'sy-hidden '("DESC3" "MFG" "CAT" "ASSYCODE" "INST" "LOC"))
-  (dotimes (pole poles) (sy-hidden (terminal-tag "X4TERM" (+ pole 1)))))
+  (sy-pins (sublist '("L1" "L2" "L3") 0 poles) '(0 0 0 -10 0 -20))
+  (sy-ground-pin 20 (- (last-pole-y poles) 5)))
 
 (defun draw-ground ()
   (sy-line 0 0 0 -3)
   (sy-line -3 -3 3 -3)
   (sy-line -2 -4.2 2 -4.2)
   (sy-line -1 -5.4 1 -5.4)
-  (sy-attribute "DESC1" 4 -4.5 2.0 'left "DESCRIPTIONS"))
+  (sy-attribute "DESC1" 4 -4.5 2.0 'left "DESCRIPTIONS")
+  (sy-hidden "TAG1" "PE")
+  (sy-pin "X8TERM01" 0 0 "PE"))
 
 (defun draw-terminal ()
   (sy-circle 0 0 1.2)
   (sy-attribute "TERM01" 0 2.2 1.8)
   (sy-hidden "TAGSTRIP")
   (sy-hidden "FAMILY" "TRMS")
-  (mapc 'sy-hidden '("X4TERM01" "X1TERM02" "INST" "LOC")))
+  (mapc 'sy-hidden '("INST" "LOC"))
+  (sy-pin "X4TERM01" -1.2 0 "")
+  (sy-pin "X1TERM02" 1.2 0 ""))
 
 ; The windings lie above each other: H1 and H4 up, X1 and X2 down.
 (defun draw-transformer ()
@@ -191,20 +213,20 @@
   (sy-attribute "DESC1" 0 3.2 2.0 'centre "DESCRIPTIONS")
   (sy-attribute "RATING1" 14 -7.5 2.0 'left "DESCRIPTIONS")
   (sy-data "XF")
-  (sy-terminals 2))
+  (sy-pins '("H1" "H4" "X1" "X2") '(-12 0 12 0 -12 -9 12 -9)))
 
 (defun draw-stop-button ()
   (sy-contact-ends 0)
   (sy-line -5 -0.8 5 -0.8)
   (sy-line 0 -0.8 0 3.2)
   (sy-line -1.8 3.2 1.8 3.2)
-  (sy-component "PB" 1 5.0 -4.5))
+  (sy-component "PB" 1 5.0 -4.5 normally-closed))
 (defun draw-start-button ()
   (sy-contact-ends 0)
   (sy-line -5 2.2 5 2.2)
   (sy-line 0 2.2 0 4.2)
   (sy-line -1.8 4.2 1.8 4.2)
-  (sy-component "PB" 1 6.0 -4.5))
+  (sy-component "PB" 1 6.0 -4.5 normally-open))
 (defun draw-selector ()
   (sy-contact-ends 0)
   (sy-line -5 2.2 5 2.2)
@@ -212,15 +234,15 @@
   (sy-line 0 3.6 -3 6.0)
   (draw-text '(-4.5 6.2) "OFF" 1.6 "DESCRIPTIONS" 'centre)
   (draw-text '(4.5 6.2) "ON" 1.6 "DESCRIPTIONS" 'centre)
-  (sy-component "SS" 1 9.2 -4.5))
+  (sy-component "SS" 1 9.2 -4.5 normally-open))
 
-(defun draw-contact-open (family)
+(defun draw-contact-open (family &optional numbers)
   (draw-contact-bars 0)
   (sy-leads 1 1.5)
-  (sy-component family 1 4.5 -6.0))
-(defun draw-contact-closed (family)
+  (sy-component family 1 4.5 -6.0 (or numbers normally-open)))
+(defun draw-contact-closed (family &optional numbers)
   (sy-line -3 -3 3 3)
-  (draw-contact-open family))
+  (draw-contact-open family (or numbers normally-closed)))
 
 (defun draw-coil ()
   (sy-circle 0 0 4)
@@ -229,14 +251,14 @@
   (sy-attribute "DESC1" 0 5.5 2.0 'centre "DESCRIPTIONS")
   (sy-attribute "RATING1" 0 -6.8 2.0 'centre "DESCRIPTIONS")
   (sy-data "MS")
-  (sy-terminals 1))
+  (sy-terminals 1 '("A1" "A2")))
 
 (defun draw-pilot-light ()
   (sy-circle 0 0 3)
   (mapc (lambda (x y) (sy-line (* 2.2 x) (* 2.2 y) (* 3.6 x) (* 3.6 y))) '(1 1 -1 -1) '(1 -1 1 -1))
   (sy-leads 1 3.0)
   (sy-attribute "COLOUR" 0 -0.9 2.2)
-  (sy-component "LT" 1 5.0 -6.5))
+  (sy-component "LT" 1 5.0 -6.5 '("X1" "X2")))
 
 (defun draw-dot ()
   (mapc (lambda (radius) (draw-circle '(0 0) radius symbol-layer)) '(0.7 0.5 0.3 0.1)))
@@ -266,7 +288,7 @@
     ("ZDVLOAD2" draw-load 2) ("ZDVLOAD3" draw-load 3)
     ("ZGROUND" draw-ground) ("ZTERM" draw-terminal) ("ZTRANS" draw-transformer)
     ("ZSTOP" draw-stop-button) ("ZSTART" draw-start-button) ("ZSELECT" draw-selector)
-    ("ZOPEN" draw-contact-open "CR") ("ZCLOSED" draw-contact-closed "CR") ("ZOLC" draw-contact-closed "OL")
+    ("ZOPEN" draw-contact-open "CR") ("ZCLOSED" draw-contact-closed "CR") ("ZOLC" draw-contact-closed "OL" ("95" "96"))
     ("ZCOIL" draw-coil) ("ZLIGHT" draw-pilot-light) ("ZDOT" draw-dot) ("ZLOCK" draw-interlock)
     ("ZWIRENO" draw-wire-number) ("ZAN_BV_MARKER_BLOCK" draw-marker)))
 

@@ -1,0 +1,154 @@
+// Finding what belongs to a circuit, and changing all of it at once.
+#include "circuits/provenance/circuit_objects.h"
+
+#include "circuits/netlist/netlist.h"
+#include "simhost/drawing/display_list.h"
+#include "simhost/drawing/geometry.h"
+#include "text/compare.h"
+#include "text/numbers.h"
+#include "text/split.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace circuits {
+
+using simhost::DrawingDatabase;
+using simhost::EntityNode;
+
+namespace {
+
+std::wstring firstText(const simhost::Entity& entity, std::wstring_view application) {
+  const std::vector<std::wstring>* texts = simhost::findData(entity, application);
+  return texts == nullptr || texts->empty() ? std::wstring() : texts->front();
+}
+
+std::wstring tagOf(const DrawingDatabase& drawing, const EntityNode& node) {
+  for (const KvDbHandle handle : node.attributes) {
+    const EntityNode* attribute = drawing.find(handle);
+    if (attribute == nullptr) continue;
+    const auto& value = std::get<simhost::Attribute>(attribute->value.shape);
+    if (brenvolt::equalsOrdinalNoCase(value.tag, L"TAG1")) return value.text.text;
+  }
+  return {};
+}
+
+void measure(
+    const DrawingDatabase& drawing, KvDbHandle space, const std::map<std::uint64_t, std::size_t>& places,
+    std::vector<CircuitObject>& circuits) {
+  const auto items = simhost::displayList(drawing, space);
+  if (!items) return;
+  for (const simhost::DisplayItem& item : *items)
+    if (const auto place = places.find(item.entity.value()); place != places.end())
+      circuits[place->second].extents.include(simhost::boxOf(item.shape));
+}
+
+/// Everything of it, attributes too: an attribute's place does not hang on that of its reference.
+std::vector<KvDbHandle> withAttributes(const DrawingDatabase& drawing, const CircuitObject& circuit) {
+  std::vector<KvDbHandle> all;
+  for (const KvDbHandle handle : circuit.entities) {
+    const EntityNode* node = drawing.find(handle);
+    if (node == nullptr) continue;
+    all.push_back(handle);
+    for (const KvDbHandle attribute : node->attributes)
+      if (drawing.find(attribute) != nullptr) all.push_back(attribute);
+  }
+  return all;
+}
+
+std::wstring movedPoint(const std::wstring& point, double dx, double dy) {
+  const std::vector<std::wstring> parts = brenvolt::splitKeepingEmpty(point, L',');
+  if (parts.size() < 2) return point;
+  std::wstring moved = brenvolt::formatShortest(brenvolt::toDouble(parts[0]) + dx) + L',' +
+                       brenvolt::formatShortest(brenvolt::toDouble(parts[1]) + dy);
+  if (parts.size() > 2) moved += L',' + parts[2];
+  return moved;
+}
+
+} // namespace
+
+std::wstring CircuitObject::name() const {
+  std::wstring tag = simhost::circuitField(fields, L"tag");
+  if (tag.empty()) tag = loadTag;
+  return !tag.empty() || tags.empty() ? tag : tags.front();
+}
+
+std::vector<CircuitObject> circuitsOf(const DrawingDatabase& drawing) {
+  std::vector<CircuitObject> circuits;
+  std::map<std::wstring, std::size_t> known;
+  for (const KvDbHandle space : {drawing.modelSpace(), drawing.paperSpace()}) {
+    std::map<std::uint64_t, std::size_t> places;
+    for (const EntityNode* node = drawing.store().findBlock(space)->first; node != nullptr;
+         node = node->next) {
+      const auto origin = simhost::provenanceOf(node->value);
+      if (!origin) continue;
+      const auto [place, isNew] = known.try_emplace(origin->circuit, circuits.size());
+      if (isNew) {
+        circuits.push_back({origin->circuit});
+        const auto record = drawing.store().circuits().find(origin->circuit);
+        if (record != drawing.store().circuits().end()) circuits.back().fields = record->second;
+      }
+      CircuitObject& circuit = circuits[place->second];
+      circuit.entities.push_back(node->handle);
+      ++circuit.byCode[origin->code];
+      if (std::wstring tag = tagOf(drawing, *node);
+          !tag.empty() && std::find(circuit.tags.begin(), circuit.tags.end(), tag) == circuit.tags.end())
+        circuit.tags.push_back(std::move(tag));
+      // Of several motors the first stands for the circuit.
+      if (circuit.params.empty()) {
+        circuit.params = firstText(node->value, paramsApplication);
+        if (!circuit.params.empty()) circuit.loadTag = tagOf(drawing, *node);
+      }
+      if (circuit.wires.empty()) circuit.wires = firstText(node->value, wiresApplication);
+      places[node->handle.value()] = place->second;
+    }
+    if (!places.empty()) measure(drawing, space, places, circuits);
+  }
+  return circuits;
+}
+
+std::vector<const CircuitObject*> findCircuits(
+    const std::vector<CircuitObject>& circuits, std::wstring_view text) {
+  const auto are = [&](const auto& isMeant) {
+    std::vector<const CircuitObject*> found;
+    for (const CircuitObject& circuit : circuits)
+      if (isMeant(circuit)) found.push_back(&circuit);
+    return found;
+  };
+  const auto isText = [text](const std::wstring& other) {
+    return brenvolt::equalsOrdinalNoCase(other, text);
+  };
+  std::vector<const CircuitObject*> found =
+      are([&](const CircuitObject& circuit) { return isText(circuit.id) || isText(circuit.name()); });
+  if (!found.empty()) return found;
+  return are([&](const CircuitObject& circuit) {
+    return std::any_of(circuit.tags.begin(), circuit.tags.end(), isText);
+  });
+}
+
+void eraseCircuit(DrawingDatabase& drawing, const CircuitObject& circuit) {
+  for (const KvDbHandle handle : circuit.entities)
+    drawing.eraseEntity(handle);
+  drawing.putCircuit(circuit.id, {});
+}
+
+simhost::Fault moveCircuit(DrawingDatabase& drawing, const CircuitObject& circuit, double dx, double dy) {
+  const simhost::Placement placement({}, {dx, dy, 0.0}, 1.0, 0.0);
+  const std::vector<KvDbHandle> all = withAttributes(drawing, circuit);
+  const auto moved = [&](KvDbHandle handle) {
+    simhost::Entity value = drawing.find(handle)->value;
+    value.shape = simhost::placed(value.shape, placement);
+    return value;
+  };
+  for (const KvDbHandle handle : all)
+    if (simhost::Fault fault = drawing.changeFault(handle, moved(handle))) return fault;
+  for (const KvDbHandle handle : all)
+    drawing.changeEntity(handle, moved(handle));
+  simhost::CircuitFields fields = circuit.fields;
+  for (auto& [name, text] : fields)
+    if (name == L"point") text = movedPoint(text, dx, dy);
+  drawing.putCircuit(circuit.id, std::move(fields));
+  return std::nullopt;
+}
+
+} // namespace circuits

@@ -1,0 +1,60 @@
+// The lists that a firm hands out with its drawings, made from the drawings themselves: parts, wires, terminals, motors
+// and loads, cables, sheets.
+#pragma once
+
+#include "circuits/netlist/netlist.h"
+#include "circuits/provenance/circuit_objects.h"
+
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace circuits {
+
+/// What the lists need of one drawing; the drawing itself may be gone.
+struct Sheet {
+  std::wstring number{}; ///< as its title block says, else the file's name
+  std::wstring title{};
+  std::wstring file{};
+  Netlist netlist{};
+  std::vector<CircuitObject> circuits{};
+};
+
+/// `file`: how the drawing is named where the sheet has no number of its own.
+[[nodiscard]] Sheet readSheet(const simhost::DrawingDatabase& drawing, std::wstring file);
+
+enum class ReportKind { parts, wires, terminals, motors, cables, sheets };
+/// "parts" and so on; nothing for any other word.
+[[nodiscard]] std::optional<ReportKind> reportKindOf(std::string_view word);
+[[nodiscard]] std::vector<std::string> reportKinds();
+
+struct ReportColumn {
+  std::string key;
+  std::wstring title;
+  bool isNumber = false;
+};
+
+/// A cell without a value is something that the drawings do not say.
+struct Report {
+  std::wstring title{};
+  std::vector<ReportColumn> columns{};
+  std::vector<std::vector<std::optional<std::wstring>>> rows{};
+  /// What the reader of the list has to know: what is missing in it and why, a sentence each.
+  std::vector<std::wstring> notes{};
+};
+
+[[nodiscard]] Report makeReport(ReportKind kind, const std::vector<Sheet>& sheets);
+
+/// Columns, their order, and the columns by which rows are sorted; what is empty leaves the report as it is.
+struct ReportLayout {
+  std::vector<std::string> columns;
+  std::vector<std::string> sort;
+};
+/// Why the layout does not fit the report; nothing when it has been applied.
+[[nodiscard]] std::optional<std::string> applyLayout(Report& report, const ReportLayout& layout);
+
+/// Whether a text comes before another one as people sort tags: CB2 before CB10.
+[[nodiscard]] bool comesBefore(std::wstring_view one, std::wstring_view other);
+
+} // namespace circuits
