@@ -59,7 +59,8 @@ QtDialog::QtDialog(
         passTime();
         settle();
       }),
-      layout_(layout), frame_(std::make_unique<DialogFrame>(*this, parent)) {
+      layout_(layout), frame_(std::make_unique<DialogFrame>(*this, parent)),
+      lastAction_(std::make_unique<Json>()) {
   frame_->setObjectName(toQt(form.name));
   frame_->setWindowTitle(toQt(title()));
   for (ControlModel* control : controls()) {
