@@ -2,7 +2,7 @@
 // database's own functions, and the circuits a second of a long list whose tables are read once.
 #include "bench/imported_tables.h"
 #include "bench/wire_bench_tables.h"
-#include "data/wire_lookup.h"
+#include "data/wire_figures.h"
 #include "platform/table_import.h"
 #include "text/encoding.h"
 

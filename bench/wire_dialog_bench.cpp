@@ -3,8 +3,7 @@
 #include "bench/imported_tables.h"
 #include "bench/no_screen.h"
 #include "bench/wire_bench_tables.h"
-#include "data/circuit_data.h"
-#include "flows/wire_select_ctrl_mgr.h"
+#include "flows/wire_lookup_view.h"
 #include "simhost/host/session.h"
 #include "simhost/ui/scripted_windows.h"
 #include "text/encoding.h"
@@ -37,29 +36,18 @@ private:
   bench::ImportedTables imported_;
 };
 
-/// The form of the lookup with its controls, and no dialog around it.
+/// The window of the lookup with its controls, and no dialog around it.
 class BenchForm final : public WireLookupForm {
 public:
-  explicit BenchForm(ZanOleDbConnection& connection)
+  BenchForm()
       : dialog_(L"ZanDlgWireSelect", nullptr),
-        screen_(simhost::loadForm("resources/forms", L"ZanDlgWireSelect"), dialog_), reader_(&connection) {
-    reader_.SetCode(code_);
-    if (!reader_.GetOptions()) std::abort();
-  }
+        screen_(simhost::loadForm("resources/forms", L"ZanDlgWireSelect"), dialog_) {}
 
-  [[nodiscard]] KvUiControl& control(WireControl control) const override {
-    return *screen_.control(roleOf(control));
-  }
-  [[nodiscard]] KvUiText& edit(WireControl control) const override { return as<KvUiText>(roleOf(control)); }
-  [[nodiscard]] KvUiList& list(WireControl control) const override { return as<KvUiList>(roleOf(control)); }
-  [[nodiscard]] KvUiTick& tick(WireControl control) const override { return as<KvUiTick>(roleOf(control)); }
   [[nodiscard]] KvUiText& text(std::wstring_view role) const override { return as<KvUiText>(role); }
+  [[nodiscard]] KvUiList& list(std::wstring_view role) const override { return as<KvUiList>(role); }
+  [[nodiscard]] KvUiTick& tick(std::wstring_view role) const override { return as<KvUiTick>(role); }
   [[nodiscard]] KvUiGrid& results() const override { return as<KvUiGrid>(role::grid); }
-  [[nodiscard]] ZanWireTableReader& reader() override { return reader_; }
-  [[nodiscard]] const std::wstring& code() const override { return code_; }
-  [[nodiscard]] std::optional<std::wstring> circuitName() const override { return std::nullopt; }
-  [[nodiscard]] KvWindow* parentWindow() const override { return nullptr; }
-  void endCancelled() override { std::abort(); }
+  [[nodiscard]] bool goesOnWithout(const MissingTables&) override { std::abort(); }
   void showHeldBackSoon() override {}
 
 private:
@@ -70,24 +58,24 @@ private:
 
   CKvUiDialog dialog_;
   mutable bench::NoScreen screen_;
-  std::wstring code_ = L"NEC";
-  ZanWireTableReader reader_;
 };
 
 void oneChange(benchmark::State& state) {
   Tables tables;
-  circuitData() = ZanCircuitData();
-  circuitData().fla = 52.0;
-  circuitData().useVoltageDrop = true;
-  BenchForm form(tables.connection());
-  ZanDlgWireSelectCtrlMgr manager;
-  manager.attach(form);
-  manager.Init();
+  WireTableCache cache(tables.connection());
+  WireLookup lookup(cache, L"NEC");
+  WireStart start;
+  start.choices.fla = 52.0;
+  start.choices.useVoltageDrop = true;
+  if (lookup.begin(start, WithoutTables::stop)) std::abort();
+  BenchForm form;
+  WireLookupView view(lookup, form);
+  view.showAll();
   bool isLong = false;
   for ([[maybe_unused]] auto _ : state) {
     isLong = !isLong;
-    form.list(WireControl::length).SetText(isLong ? L"100" : L"50");
-    manager.OnChanged(WireControl::length);
+    form.list(roleOf(LookupField::length)).SetText(isLong ? L"100" : L"50");
+    view.changed(LookupField::length);
   }
   state.counters["rows"] = form.results().RowCount();
 }

@@ -42,13 +42,16 @@ OptionRow SiteOptions::standardRow() {
   return {"--standard-code", &standardCode, "Code standard; " + standardCode + " without it", "CODE"};
 }
 
+SiteTables::SiteTables(const std::string& site) : database_(siteDatabase(site)) {
+  openDatabase(connection_, database_.string(), DatabaseUse::read);
+}
+
 EngineeringRun::EngineeringRun(const std::string& site, const std::string& standardCode)
-    : database_(siteDatabase(site)), standardCode_(checkedCode(standardCode)) {
+    : tables_(site), standardCode_(checkedCode(standardCode)) {
   session_ = std::make_unique<Session>(optionsOf(site), windows_);
   Document& document = session_->openDocument({}, std::make_unique<DrawingDatabase>());
   document.interpreter().setValue(codeStandardSymbol, lisp::Value::string(standardCode_));
-  openDatabase(connection_, database_.string(), DatabaseUse::read);
-  if (const auto fault = codeStandardFault(connection_, standardCode_))
+  if (const auto fault = codeStandardFault(connection(), standardCode_))
     throw BadInput("--standard-code: " + *fault);
 }
 

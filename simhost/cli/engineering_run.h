@@ -26,21 +26,35 @@ struct SiteOptions {
   [[nodiscard]] OptionRow standardRow();
 };
 
+/// The database of a site, open for reading.
+class SiteTables final {
+public:
+  /// Throws BadInput for a site that cannot be used.
+  explicit SiteTables(const std::string& site);
+
+  [[nodiscard]] brenvolt::ZanOleDbConnection& connection() { return connection_; }
+  [[nodiscard]] const std::filesystem::path& database() const { return database_; }
+
+private:
+  std::filesystem::path database_;
+  brenvolt::ZanOleDbConnection connection_;
+};
+
+/// A site's tables with a session around them, whose LISP knows the code standard.
 class EngineeringRun final {
 public:
   /// Throws BadInput for a site or a code standard that cannot be used.
   EngineeringRun(const std::string& site, const std::string& standardCode);
 
-  [[nodiscard]] brenvolt::ZanOleDbConnection& connection() { return connection_; }
-  [[nodiscard]] const std::filesystem::path& database() const { return database_; }
+  [[nodiscard]] brenvolt::ZanOleDbConnection& connection() { return tables_.connection(); }
+  [[nodiscard]] const std::filesystem::path& database() const { return tables_.database(); }
   [[nodiscard]] const std::wstring& standardCode() const { return standardCode_; }
 
 private:
   ScriptedWindows windows_;
   std::unique_ptr<Session> session_;
-  std::filesystem::path database_;
+  SiteTables tables_;
   std::wstring standardCode_;
-  brenvolt::ZanOleDbConnection connection_;
 };
 
 } // namespace simhost

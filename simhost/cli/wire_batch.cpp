@@ -1,6 +1,7 @@
 // Reading a list of circuits, sizing them and writing the result beside what was read.
 #include "simhost/cli/wire_batch.h"
 
+#include "data/wire_columns.h"
 #include "simhost/cli/csv_text.h"
 #include "simhost/host/errors.h"
 #include "simhost/host/files.h"
@@ -19,40 +20,29 @@ using brenvolt::WireCandidate;
 
 namespace {
 
-/// What is added to each circuit, from its proposed row.
-struct ResultColumn {
-  const char* name;
-  std::wstring WireCandidate::*cell;
-};
-constexpr std::array<ResultColumn, 9> resultColumns = {{
-    {"size", &WireCandidate::size},
-    {"count", &WireCandidate::count},
-    {"fill-range", &WireCandidate::fillRange},
-    {"ampacity", &WireCandidate::ampacity},
-    {"load-percent", &WireCandidate::loadPercent},
-    {"drop", &WireCandidate::drop},
-    {"drop-percent", &WireCandidate::dropPercent},
-    {"loss", &WireCandidate::loss},
-    {"yearly-cost", &WireCandidate::yearlyCost},
-}};
+/// What is added to each circuit from its proposed row, in the order of `WireColumn`.
+constexpr std::array<const char*, std::size(brenvolt::wireColumns)> resultColumns = {
+    "size", "count", "fill-range", "ampacity", "load-percent", "drop", "drop-percent", "loss", "yearly-cost"};
 constexpr const char* groundColumn = "ground";
+/// Why there is no proposal; empty where there is one.
+constexpr const char* noteColumn = "note";
 
 class WireList final {
 public:
   WireList(std::string file, const WireTexts& common) : file_(std::move(file)), common_(common) {
     const std::optional<std::string> text = readFile(file_);
     if (!text) throw BadInput(file_ + ": cannot be read");
-    if (!brenvolt::fromUtf8Strict(*text)) throw BadInput(file_ + ": is no UTF-8");
+    if (!brenvolt::fromUtf8Strict(*text)) throw BadInput(file_ + ": is not UTF-8");
     records_ = parseCsv(*text, file_);
     if (records_.empty())
       throw BadInput(file_ + ": is empty; a header with the names of the columns is needed");
     readHeader();
   }
 
-  std::string size(WireCatalogue& catalogue) {
+  std::string size(WireRequests& requests) {
     std::string result = csvLine(resultHeader());
     for (const CsvRecord& record : std::span(records_).subspan(1))
-      sizeOne(catalogue, record, result);
+      sizeOne(requests, record, result);
     throwFaults();
     return result;
   }
@@ -65,8 +55,8 @@ private:
         return name == row.name;
       });
       if (field != wireFields.end()) addColumn(column, *field);
-      for (const ResultColumn& result : resultColumns)
-        if (name == result.name)
+      for (const std::string& result : addedColumns())
+        if (name == result)
           faults_.push_back(file_ + ", row 1: the column " + name + " is one of the result");
     }
     if (columns_.empty()) faults_.push_back(file_ + ", row 1: names no column of a circuit, such as fla");
@@ -84,13 +74,19 @@ private:
 
   [[nodiscard]] std::vector<std::string> resultHeader() const {
     std::vector<std::string> names = header();
-    for (const ResultColumn& column : resultColumns)
-      names.emplace_back(column.name);
-    names.emplace_back(groundColumn);
+    for (std::string& name : addedColumns())
+      names.push_back(std::move(name));
     return names;
   }
 
-  void sizeOne(WireCatalogue& catalogue, const CsvRecord& record, std::string& result) {
+  [[nodiscard]] static std::vector<std::string> addedColumns() {
+    std::vector<std::string> names(resultColumns.begin(), resultColumns.end());
+    names.emplace_back(groundColumn);
+    names.emplace_back(noteColumn);
+    return names;
+  }
+
+  void sizeOne(WireRequests& requests, const CsvRecord& record, std::string& result) {
     const std::string place = file_ + ", row " + std::to_string(record.line);
     if (record.fields.size() != header().size()) {
       faults_.push_back(
@@ -104,12 +100,12 @@ private:
       if (!cell.empty()) texts[field] = std::move(cell);
     }
     std::vector<WireFault> faults;
-    const std::optional<WireRequest> request = catalogue.resolve(texts, faults);
+    const std::optional<WireRequest> request = requests.resolve(texts, faults);
     for (const WireFault& fault : faults)
       faults_.push_back(place + ", column " + wireField(fault.field).name + ": " + fault.reason);
     // Once a cell is bad no result is written, and only further bad cells are of interest.
     if (!request || !faults_.empty()) return;
-    result += csvLine(resultOf(record, *request, catalogue.lookUp(*request)));
+    result += csvLine(resultOf(record, *request, requests.lookUp(*request)));
   }
 
   static std::vector<std::string> resultOf(
@@ -117,9 +113,11 @@ private:
     std::vector<std::string> cells = record.fields;
     const WireCandidate none;
     const WireCandidate& row = lookup.proposed ? lookup.rows[*lookup.proposed] : none;
-    for (const ResultColumn& column : resultColumns)
+    for (const brenvolt::WireColumnRow& column : brenvolt::wireColumns)
       cells.push_back(toUtf8(row.*column.cell));
-    cells.push_back(request.groundSizes.empty() ? std::string() : toUtf8(request.groundSizes.front()));
+    const std::vector<std::wstring>& grounds = request.groundSizes();
+    cells.push_back(grounds.empty() ? std::string() : toUtf8(grounds.front()));
+    cells.push_back(toUtf8(noteOn(request, lookup)));
     return cells;
   }
 
@@ -140,8 +138,8 @@ private:
 
 } // namespace
 
-std::string sizeWires(WireCatalogue& catalogue, const std::string& file, const WireTexts& common) {
-  return WireList(file, common).size(catalogue);
+std::string sizeWires(WireRequests& requests, const std::string& file, const WireTexts& common) {
+  return WireList(file, common).size(requests);
 }
 
 } // namespace simhost

@@ -23,6 +23,7 @@ using brenvolt::fromUtf8;
 using brenvolt::toUtf8;
 using brenvolt::WireCandidate;
 using brenvolt::WireLookupResult;
+using brenvolt::WireValue;
 
 namespace {
 
@@ -30,33 +31,28 @@ struct WireOptions {
   SiteOptions site;
   std::array<std::string, wireFieldCount> fields;
   bool hidesUndersized = false;
+  bool isUnattended = false;
   bool isExplained = false;
   std::string batch;
   std::string out;
   OutputOptions output;
 };
 
-/// A column of the answer; shown while a row can have it.
-struct CandidateColumn {
-  OutputColumn column;
-  std::wstring WireCandidate::*cell;
-  enum class When { always, parallel, drop, cost } when;
-};
-
-std::vector<CandidateColumn> candidateColumns() {
-  using enum CandidateColumn::When;
+/// The columns of the answer, in the order of `WireColumn`.
+const std::array<OutputColumn, std::size(brenvolt::wireColumns)>& candidateColumns() {
   constexpr ColumnKind number = ColumnKind::number;
-  return {
-      {{"size", "Size"}, &WireCandidate::size, always},
-      {{"count", "Runs", number}, &WireCandidate::count, parallel},
-      {{"fillRange", "Fill"}, &WireCandidate::fillRange, parallel},
-      {{"ampacity", "Ampacity (A)", number}, &WireCandidate::ampacity, always},
-      {{"loadPercent", "Load (%)", number}, &WireCandidate::loadPercent, always},
-      {{"drop", "Drop (V)", number}, &WireCandidate::drop, drop},
-      {{"dropPercent", "Drop (%)", number}, &WireCandidate::dropPercent, drop},
-      {{"loss", "Loss (kW)", number}, &WireCandidate::loss, drop},
-      {{"yearlyCost", "Cost a year", number}, &WireCandidate::yearlyCost, cost},
-  };
+  static const std::array<OutputColumn, std::size(brenvolt::wireColumns)> columns = {{
+      {"size", "Size"},
+      {"count", "Runs", number},
+      {"fillRange", "Fill"},
+      {"ampacity", "Ampacity (A)", number},
+      {"loadPercent", "Load (%)", number},
+      {"drop", "Drop (V)", number},
+      {"dropPercent", "Drop (%)", number},
+      {"loss", "Loss (kW)", number},
+      {"yearlyCost", "Cost a year", number},
+  }};
+  return columns;
 }
 
 WireTexts textsOf(const WireOptions& options) {
@@ -64,47 +60,38 @@ WireTexts textsOf(const WireOptions& options) {
   for (std::size_t i = 0; i < wireFieldCount; ++i)
     texts.texts[i] = brenvolt::trim(fromUtf8(options.fields[i]));
   texts.hidesUndersized = options.hidesUndersized;
+  texts.isUnattended = options.isUnattended;
   return texts;
 }
 
 OutputTable tableOf(const WireRequest& request, const WireLookupResult& result) {
-  const brenvolt::WireLookupInput& input = request.input;
-  const auto isPresent = [&input](CandidateColumn::When when) {
-    using enum CandidateColumn::When;
-    return when == always || (when == parallel && input.parallel) || (when == drop && input.drop) ||
-           (when == cost && input.cost);
-  };
+  const std::vector<brenvolt::WireColumn> columns = brenvolt::presentColumns(request.input);
   OutputTable table;
   table.columns = {{"proposed", ""}, {"overloaded", ""}};
-  std::vector<std::wstring WireCandidate::*> cells;
-  for (const CandidateColumn& column : candidateColumns()) {
-    if (!isPresent(column.when)) continue;
-    table.columns.push_back(column.column);
-    cells.push_back(column.cell);
-  }
+  for (const brenvolt::WireColumn column : columns)
+    table.columns.push_back(candidateColumns()[static_cast<std::size_t>(column)]);
   for (std::size_t i = 0; i < result.rows.size(); ++i) {
     std::vector<OutputCell>& row = table.rows.emplace_back();
     row.emplace_back(result.proposed == i ? L"*" : L"");
     row.emplace_back(result.rows[i].isOverloaded ? L"!" : L"");
-    for (const auto cell : cells)
-      row.emplace_back(result.rows[i].*cell);
+    for (const brenvolt::WireColumn column : columns)
+      row.emplace_back(brenvolt::cellOf(result.rows[i], column));
   }
   return table;
 }
 
-/// What stands below the table of a person.
+/// What is printed below the table for a reader.
 std::string closingLines(const WireRequest& request, const WireLookupResult& result) {
   std::wstring text = L"\n";
   if (result.proposed) {
     const WireCandidate& row = result.rows[*result.proposed];
-    text += L"* proposed: " + row.size + (row.count.empty() ? L"" : L" x " + row.count) + L"\n";
-  } else {
-    text += L"no size lies above the design current of " + brenvolt::formatTrimmed(request.input.total, 4) +
-            L" A\n";
+    text += (request.build ? L"* taken by a build: " : L"* proposed: ") + row.size +
+            (row.count.empty() ? L"" : L" x " + row.count) + L"\n";
   }
+  if (const std::wstring note = noteOn(request, result); !note.empty()) text += note + L"\n";
   text += L"! carries less than the design current\n";
   text += L"grounding conductor: " +
-          (request.groundSizes.empty() ? std::wstring(L"none") : request.groundSizes.front()) + L"\n";
+          (request.groundSizes().empty() ? std::wstring(L"none") : request.groundSizes().front()) + L"\n";
   return toUtf8(text);
 }
 
@@ -122,23 +109,24 @@ std::string jsonAnswer(
   answer["rows"] = parseJson(jsonRows(tableOf(request, result)));
   answer["proposed"] =
       result.proposed ? nlohmann::ordered_json(toUtf8(result.rows[*result.proposed].size)) : nullptr;
+  if (const std::wstring note = noteOn(request, result); !note.empty()) answer["note"] = toUtf8(note);
   answer["grounding"] = nlohmann::ordered_json::array();
-  for (const std::wstring& size : request.groundSizes)
+  for (const std::wstring& size : request.groundSizes())
     answer["grounding"].push_back(toUtf8(size));
   if (isExplained) answer["explanation"] = parseJson(explanationJson(explanation));
   return jsonText(answer, 2) + '\n';
 }
 
-ExitCode runBatch(WireCatalogue& catalogue, const WireOptions& options) {
-  const std::string result = sizeWires(catalogue, options.batch, textsOf(options));
+ExitCode runBatch(WireRequests& requests, const WireOptions& options) {
+  const std::string result = sizeWires(requests, options.batch, textsOf(options));
   const std::string reason = replaceFile(options.out, result);
   if (!reason.empty()) throw CannotWrite(reason);
   return ExitCode::done;
 }
 
-ExitCode runCircuit(WireCatalogue& catalogue, const WireOptions& options) {
+ExitCode runCircuit(WireRequests& requests, const WireOptions& options) {
   std::vector<WireFault> faults;
-  const std::optional<WireRequest> request = catalogue.resolve(textsOf(options), faults);
+  const std::optional<WireRequest> request = requests.resolve(textsOf(options), faults);
   if (!request) {
     std::string message;
     for (const WireFault& fault : faults)
@@ -147,11 +135,11 @@ ExitCode runCircuit(WireCatalogue& catalogue, const WireOptions& options) {
           .append(": " + fault.reason);
     throw BadInput(message);
   }
-  const WireLookupResult result = catalogue.lookUp(*request);
+  const WireLookupResult result = requests.lookUp(*request);
   std::vector<ExplainedFigure> explanation;
   if (options.isExplained && result.proposed)
     explanation = explainWire(
-        *request, result, *result.proposed, catalogue.facts(*request, result.rows[*result.proposed].size));
+        *request, result, *result.proposed, requests.facts(*request, result.rows[*result.proposed].size));
   const OutputForm form = options.output.form();
   if (form == OutputForm::json) {
     printOut(jsonAnswer(*request, result, explanation, options.isExplained));
@@ -163,9 +151,9 @@ ExitCode runCircuit(WireCatalogue& catalogue, const WireOptions& options) {
 }
 
 ExitCode runWire(const WireOptions& options) {
-  EngineeringRun run(options.site.site, options.site.standardCode);
-  WireCatalogue catalogue(run.connection());
-  return options.batch.empty() ? runCircuit(catalogue, options) : runBatch(catalogue, options);
+  SiteTables tables(options.site.site);
+  WireRequests requests(tables.connection());
+  return options.batch.empty() ? runCircuit(requests, options) : runBatch(requests, options);
 }
 
 } // namespace
@@ -174,7 +162,9 @@ CommandTable wireCommand() {
   auto options = std::make_shared<WireOptions>();
   OptionRows fields;
   for (const WireFieldRow& row : wireFields) {
-    const std::string preset = row.option.empty() ? "" : " [" + toUtf8(row.option) + "]";
+    const std::wstring_view setting =
+        row.lookup ? brenvolt::wireDefaultOf(*row.lookup).setting : std::wstring_view();
+    const std::string preset = setting.empty() ? "" : " [" + toUtf8(setting) + "]";
     fields.push_back(
         {std::string("--") + row.name, &options->fields[static_cast<std::size_t>(row.field)],
          row.help + preset, row.typeName});
@@ -185,6 +175,11 @@ CommandTable wireCommand() {
        "Show how each figure of the proposed size comes about",
        {},
        {.excludes = {"--csv"}}},
+      {"--unattended",
+       &options->isUnattended,
+       "Answer with the size that a build takes when nobody chooses",
+       {},
+       {.excludes = {"--explain", "--hide-undersized"}}},
       {"--batch",
        &options->batch,
        "List of circuits: a column for each option",

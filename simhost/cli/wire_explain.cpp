@@ -1,6 +1,7 @@
 // The page behind `brenvolt wire --explain`.
 #include "simhost/cli/wire_explain.h"
 
+#include "data/wire_factor_fields.h"
 #include "expr/expr_evaluator.h"
 #include "simhost/json/json_text.h"
 #include "text/encoding.h"
@@ -13,8 +14,10 @@
 
 namespace simhost {
 
+using brenvolt::LookupField;
 using brenvolt::toUtf8;
 using brenvolt::WireCandidate;
+using brenvolt::WireValue;
 
 namespace {
 
@@ -57,7 +60,7 @@ private:
     begin(L"Design current");
     compute(L"full-load current x multiplier" + std::wstring(hasExtra ? L" + extra current" : L""));
     compute(
-        L"= " + n(input.fla) + L" x " + n(request_.multiplier) +
+        L"= " + n(input.fla) + L" x " + n(request_.fields.number(LookupField::multiplier)) +
         (hasExtra ? L" + " + n(input.extraCurrent) : L"") + L" = " + n(input.total) + L" A");
     source(L"full-load current", WireField::fla);
     source(L"multiplier", WireField::multiplier);
@@ -65,19 +68,26 @@ private:
   }
 
   void explainFactors() {
-    const brenvolt::DeratingFactors& factors = request_.factors;
     begin(L"Derating factor");
+    if (const WireValue& byHand = request_[WireField::overallFactor]; !byHand.text.empty()) {
+      compute(L"by hand, in place of the one that the factors give = " + n(request_.input.overallFactor));
+      return source(L"derating factor", byHand);
+    }
+    const brenvolt::DeratingFactors factors = brenvolt::deratingFactorsOf(request_.fields);
     compute(L"the smaller of continuous-load and fill factor, x ambient factor");
     compute(
         L"= min(" + n(factors.continuous.value_or(1.0)) + L", " + n(factors.fill.value_or(1.0)) + L") x " +
         n(factors.ambient.value_or(1.0)) + L" = " + n(request_.input.overallFactor));
     source(L"continuous-load factor", WireField::continuous);
-    sourceOfFactor(L"fill factor", request_.fillFactor);
-    sourceOfFactor(L"ambient factor", request_.ambientFactor);
+    sourceOfFactor(L"fill factor", LookupField::fillTick, LookupField::fillFactor);
+    sourceOfFactor(L"ambient factor", LookupField::ambientTick, LookupField::ambientFactor);
   }
 
-  void sourceOfFactor(const std::wstring& what, const WireValue& factor) {
-    factor.text.empty() ? source(what + L" 1: not asked for") : source(what, factor);
+  void sourceOfFactor(const std::wstring& what, LookupField tick, LookupField factor) {
+    if (request_.fields.isTicked(tick))
+      source(what, request_.fields[factor].value);
+    else
+      source(what + L" 1: not asked for");
   }
 
   std::wstring rowOfSize() const {
@@ -209,18 +219,18 @@ private:
   }
 
   void explainGround() {
-    if (request_.groundSizes.empty()) return;
+    if (request_.groundSizes().empty()) return;
     begin(L"Grounding conductor");
     const std::wstring& expression = request_.groundExpression.text;
     const double rating = brenvolt::ZanExprEvaluator().Evaluate(expression, request_.input.fla);
     compute(
         L"rating = " + expression + L" with i = full-load current " + n(request_.input.fla) + L" = " +
         n(rating) + L" A");
-    compute(L"the first size whose MAX lies above the rating: " + request_.groundSizes.front());
+    compute(L"the first size whose MAX lies above the rating: " + request_.groundSizes().front());
     source(L"formula: " + request_.groundExpression.origin);
     source(
-        L"size " + request_.groundSizes.front() + L": " + request_.groundTable + L", row SIZE_DESC = " +
-        request_.groundSizes.front() + L", column MAX");
+        L"size " + request_.groundSizes().front() + L": " + request_.groundTable + L", row SIZE_DESC = " +
+        request_.groundSizes().front() + L", column MAX");
   }
 
   const WireRequest& request_;

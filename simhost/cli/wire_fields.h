@@ -2,7 +2,7 @@
 // line and a column of a list of circuits under the same name.
 #pragma once
 
-#include "data/option_tables.h"
+#include "data/wire_defaults.h"
 
 #include <array>
 #include <cstddef>
@@ -30,11 +30,12 @@ enum class WireField : std::size_t {
   powerFactor,
   dropLimit,
   continuous,
+  overallFactor,
   energyPrice,
   parallel,
   minimumSize
 };
-inline constexpr std::size_t wireFieldCount = 20;
+inline constexpr std::size_t wireFieldCount = 21;
 
 /// What a field's text must be.
 enum class WireFieldRule {
@@ -56,57 +57,59 @@ struct WireFieldRow {
   const char* typeName;
   const char* help;
   WireFieldRule rule;
-  /// The setting whose default serves where nothing is given; empty for none.
-  std::wstring_view option = {};
-  /// What serves where the setting has no default; empty for nothing.
-  std::wstring_view fallback = {};
+  /// The field of the lookup that it fills, whose default serves where nothing is given.
+  std::optional<brenvolt::LookupField> lookup;
+  /// Whether a build that sizes the circuit unattended takes note of it.
+  bool isForBuild = true;
   bool isRequired = false;
 };
 
+inline constexpr auto noLookupField = std::nullopt;
+
 inline constexpr std::array<WireFieldRow, wireFieldCount> wireFields = {{
-    {WireField::standardCode,
-     "standard-code",
-     "CODE",
-     "Code standard; NEC without it",
-     WireFieldRule::name,
-     {},
-     brenvolt::defaultCode},
-    {WireField::fla, "fla", "A", "Full-load current in amperes", WireFieldRule::positive, {}, {}, true},
+    {WireField::standardCode, "standard-code", "CODE", "Electrical code; NEC without it", WireFieldRule::name,
+     noLookupField},
+    {WireField::fla, "fla", "A", "Full-load current in amperes", WireFieldRule::positive,
+     brenvolt::LookupField::current, true, true},
     {WireField::multiplier, "multiplier", "M", "Multiplier of the current", WireFieldRule::positive,
-     brenvolt::option::flaMultiplier, L"1.25"},
-    {WireField::extra, "extra", "A", "Further current in amperes", WireFieldRule::notNegative},
-    {WireField::voltage, "voltage", "V", "Voltage of the circuit", WireFieldRule::positive, {}, {}, true},
-    {WireField::phase, "phase", "1|3", "Phases", WireFieldRule::phase, {}, {}, true},
-    {WireField::metal, "metal", "CU", "Wire metal", WireFieldRule::name, brenvolt::option::wireMetal, L"CU"},
-    {WireField::wireStandard, "wire-standard", "AWG", "Wire standard", WireFieldRule::name,
-     brenvolt::option::wireStandard, L"AWG"},
+     brenvolt::LookupField::multiplier},
+    {WireField::extra, "extra", "A", "Further current in amperes", WireFieldRule::notNegative,
+     brenvolt::LookupField::extraCurrent, false},
+    {WireField::voltage, "voltage", "V", "Voltage of the circuit", WireFieldRule::positive,
+     brenvolt::LookupField::voltage, true, true},
+    {WireField::phase, "phase", "1|3", "Phases", WireFieldRule::phase, brenvolt::LookupField::phase, true,
+     true},
+    {WireField::metal, "metal", "CU", "Conductor material", WireFieldRule::name,
+     brenvolt::LookupField::metal},
+    {WireField::wireStandard, "wire-standard", "AWG", "Size system", WireFieldRule::name,
+     brenvolt::LookupField::standard},
     {WireField::insulation, "insulation", "CODE", "Insulation", WireFieldRule::name,
-     brenvolt::option::insulation},
+     brenvolt::LookupField::insulation},
     {WireField::ambient, "ambient", "40C", "Ambient temperature; without it no correction",
-     WireFieldRule::degrees},
+     WireFieldRule::degrees, noLookupField},
     {WireField::fill, "fill", "N", "Current-carrying conductors in the raceway; without it no derating",
-     WireFieldRule::count},
-    {WireField::length, "length", "N", "One-way length; brings the voltage drop", WireFieldRule::positive},
+     WireFieldRule::count, noLookupField},
+    {WireField::length, "length", "N", "One-way length; brings the voltage drop", WireFieldRule::positive,
+     brenvolt::LookupField::length},
     {WireField::units, "units", "FT|M", "Units of the length", WireFieldRule::lengthUnits,
-     brenvolt::option::lengthUnits, L"FT"},
+     brenvolt::LookupField::lengthUnits},
     {WireField::raceway, "raceway", "NAME", "Raceway, by column or description; the table's first without it",
-     WireFieldRule::name},
+     WireFieldRule::name, brenvolt::LookupField::raceway},
     {WireField::powerFactor, "power-factor", "P", "Power factor", WireFieldRule::fraction,
-     brenvolt::option::motorPowerFactor, L"0.85"},
+     brenvolt::LookupField::powerFactor},
     {WireField::dropLimit, "drop-limit", "PERCENT", "Highest voltage drop in percent, or off",
-     WireFieldRule::percentOrOff, brenvolt::option::dropLimit, L"off"},
-    {WireField::continuous,
-     "continuous",
-     "F",
-     "Factor for a continuous load, or off",
-     WireFieldRule::fractionOrOff,
-     {},
-     L"0.8"},
+     WireFieldRule::percentOrOff, brenvolt::LookupField::dropLimit},
+    {WireField::continuous, "continuous", "F", "Factor for a continuous load, or off",
+     WireFieldRule::fractionOrOff, brenvolt::LookupField::continuousFactor},
+    {WireField::overallFactor, "overall-factor", "F",
+     "Factor applied to the table, in place of the one that the other factors give", WireFieldRule::positive,
+     brenvolt::LookupField::overallFactor, false},
     {WireField::energyPrice, "energy-price", "P", "Price per kilowatt hour", WireFieldRule::notNegative,
-     brenvolt::option::energyPrice, L"0.08"},
+     brenvolt::LookupField::energyPrice, false},
     {WireField::parallel, "parallel", "N", "Parallel runs, at most so many conductors a phase",
-     WireFieldRule::count},
-    {WireField::minimumSize, "min-size", "SIZE", "Smallest size that runs in parallel", WireFieldRule::name},
+     WireFieldRule::count, brenvolt::LookupField::parallelCount, false},
+    {WireField::minimumSize, "min-size", "SIZE", "Smallest size that runs in parallel", WireFieldRule::name,
+     brenvolt::LookupField::parallelMinSize, false},
 }};
 
 /// The table is in the order of the fields.
@@ -118,6 +121,7 @@ inline constexpr std::array<WireFieldRow, wireFieldCount> wireFields = {{
 struct WireTexts {
   std::array<std::wstring, wireFieldCount> texts;
   bool hidesUndersized = false;
+  bool isUnattended = false; ///< the size that a build takes is asked for
 
   [[nodiscard]] std::wstring& operator[](WireField field) { return texts[static_cast<std::size_t>(field)]; }
   [[nodiscard]] const std::wstring& operator[](WireField field) const {

@@ -1,6 +1,8 @@
 // Filling in and looking up the fields of a circuit, group by group.
 #include "simhost/cli/wire_request.h"
 
+#include "data/wire_current_fields.h"
+#include "data/wire_factor_fields.h"
 #include "simhost/cli/code_standard.h"
 #include "text/compare.h"
 #include "text/encoding.h"
@@ -11,32 +13,20 @@
 
 namespace simhost {
 
+using brenvolt::givenOrigin;
+using brenvolt::LookupField;
+using brenvolt::rowOrigin;
 using brenvolt::toDouble;
 using brenvolt::toInt;
 using brenvolt::toUtf8;
 using brenvolt::WireTableSet;
+using brenvolt::WireValue;
 using brenvolt::ZanTableKind;
 
 namespace {
 
-constexpr std::wstring_view givenOrigin = L"given";
-constexpr std::wstring_view assumedOrigin = L"assumed by the wire lookup";
-constexpr int factorDecimals = 4;
-
-std::wstring rowOrigin(
-    std::wstring_view table, std::wstring_view keyColumn, std::wstring_view key, std::wstring_view column) {
-  return std::wstring(table)
-      .append(L", row ")
-      .append(keyColumn)
-      .append(L" = ")
-      .append(key)
-      .append(L", column ")
-      .append(column);
-}
-
-std::wstring keyOf(const WireTableSet& set) {
-  return set.metal + L"|" + set.standard + L"|" + set.code;
-}
+constexpr int currentDecimals = 4;
+constexpr std::wstring_view noCode{};
 
 bool isOff(std::wstring_view text) {
   return brenvolt::equalsOrdinalNoCase(text, offText);
@@ -57,316 +47,335 @@ std::size_t fillIndexOf(const std::vector<std::wstring>& ranges, int conductors)
 
 } // namespace
 
-WireCatalogue::Code& WireCatalogue::codeOf(const std::wstring& code) {
-  std::unique_ptr<Code>& entry = codes_[code];
-  if (entry) return *entry;
-  entry = std::make_unique<Code>(connection_);
-  entry->fault = codeStandardFault(connection_, code);
-  entry->reader.SetCode(code);
-  entry->reader.GetOptions();
-  const brenvolt::ZanDbReaderUtils utils(&connection_);
-  static_cast<void>(utils.ResolveTable(entry->optionTable, ZanTableKind::options, code));
-  static_cast<void>(utils.ResolveTable(entry->fillTable, ZanTableKind::conduitFill, code));
-  entry->reader.ListFill(code, entry->fill);
-  entry->reader.ListRaceways(code, entry->raceways);
-  return *entry;
-}
-
-WireCatalogue::Wires& WireCatalogue::wiresOf(const WireTableSet& set) {
-  const auto [entry, isNew] = wires_.try_emplace(keyOf(set));
-  Wires& wires = entry->second;
-  if (!isNew) return wires;
-  const brenvolt::ZanWireTableReader& reader = codeOf(set.code).reader;
-  struct Resolved {
-    ZanTableKind kind;
-    std::wstring& name;
-  };
-  for (const Resolved& table :
-       {Resolved{ZanTableKind::ampacity, wires.ampacityTable},
-        Resolved{ZanTableKind::insulation, wires.insulationTable},
-        Resolved{ZanTableKind::impedance, wires.impedanceTable},
-        Resolved{ZanTableKind::grounding, wires.groundTable}})
-    static_cast<void>(reader.ResolveTable(table.name, table.kind, set));
-  reader.ListRacewayColumns(set, wires.racewayColumns);
-  return wires;
-}
-
-const brenvolt::WireTableFigures& WireCatalogue::figures(const brenvolt::WireTableChoice& choice) {
-  const std::wstring key =
-      keyOf(choice.tables) + L"|" + choice.temperature + L"|" + choice.raceway + L"|" + choice.minimumSize;
-  const auto found = figures_.find(key);
-  if (found != figures_.end()) return found->second;
-  return figures_.emplace(key, brenvolt::readWireFigures(codeOf(choice.tables.code).reader, choice))
-      .first->second;
-}
-
-brenvolt::WireSizeFacts WireCatalogue::facts(const WireRequest& request, const std::wstring& size) {
-  return brenvolt::wireSizeFacts(codeOf(request.choice.tables.code).reader, request.choice, size);
-}
-
 /// One circuit on its way from texts to a request.
-class WireCatalogue::Resolver final {
+class WireRequests::Resolver final {
 public:
-  Resolver(WireCatalogue& catalogue, const WireTexts& texts, std::vector<WireFault>& faults)
-      : catalogue_(catalogue), texts_(texts), faults_(faults) {}
+  Resolver(brenvolt::WireTableCache& tables, const WireTexts& texts, std::vector<WireFault>& faults)
+      : tables_(tables), texts_(texts), faults_(faults), faultsBefore_(faults.size()),
+        code_(
+            texts[WireField::standardCode].empty() ? std::wstring(brenvolt::defaultCode)
+                                                   : texts[WireField::standardCode]),
+        defaults_(tables, code_) {}
 
   std::optional<WireRequest> run() {
-    const std::size_t faultsBefore = faults_.size();
     checkTexts();
-    if (faults_.size() != faultsBefore) return std::nullopt;
-    const std::wstring& code = texts_[WireField::standardCode];
-    code_ = &catalogue_.codeOf(code.empty() ? std::wstring(brenvolt::defaultCode) : code);
-    if (code_->fault) {
-      fail(WireField::standardCode, *code_->fault);
+    if (hasFaults()) return std::nullopt;
+    if (const std::optional<std::string> fault = codeStandardFault(tables_.connection(), code_)) {
+      fail(WireField::standardCode, *fault);
       return std::nullopt;
     }
-    fillIn(WireField::standardCode);
+    request_.fields.code = code_;
+    valueOf(WireField::standardCode) = {
+        code_, std::wstring(texts_[WireField::standardCode].empty() ? brenvolt::assumedOrigin : givenOrigin)};
     takeTables();
-    if (faults_.size() != faultsBefore) return std::nullopt;
+    if (hasFaults()) return std::nullopt;
     takeCurrents();
     takeInsulation();
-    takeDerating();
+    takeFactors();
     takeDrop();
     takeParallel();
     takeGround();
-    if (faults_.size() != faultsBefore) return std::nullopt;
-    request_.input.undersized =
-        texts_.hidesUndersized ? brenvolt::UndersizedRows::hide : brenvolt::UndersizedRows::show;
+    if (hasFaults()) return std::nullopt;
+    fields().setTick(LookupField::showUndersized, !texts_.hidesUndersized);
+    request_.choice = brenvolt::tableChoiceOf(fields());
+    request_.input = brenvolt::lookupInputOf(fields());
+    if (texts_.isUnattended) sizeAsBuild();
     return std::move(request_);
   }
 
 private:
+  [[nodiscard]] bool hasFaults() const { return faults_.size() != faultsBefore_; }
   void fail(WireField field, std::string reason) { faults_.push_back({field, std::move(reason)}); }
+  [[nodiscard]] brenvolt::WireInput& fields() { return request_.fields; }
+  [[nodiscard]] WireValue& valueOf(WireField field) {
+    return request_.values[static_cast<std::size_t>(field)];
+  }
+  [[nodiscard]] bool isGivenText(WireField field) const { return !texts_[field].empty(); }
+  /// A number for the build; what was not given stays for it to fill in.
+  void giveToBuild(double brenvolt::ZanCircuitData::*member, WireField field) {
+    if (isGivenText(field)) request_.buildChoices.*member = toDouble(texts_[field]);
+  }
+  void giveToBuild(std::wstring brenvolt::ZanCircuitData::*member, WireField field) {
+    if (isGivenText(field)) request_.buildChoices.*member = texts_[field];
+  }
 
   void checkTexts() {
     for (const WireFieldRow& row : wireFields) {
       const std::wstring& text = texts_[row.field];
       if (text.empty() && row.isRequired) fail(row.field, "is missing");
       if (text.empty()) continue;
-      if (std::optional<std::string> fault = wireTextFault(row.rule, text))
+      if (texts_.isUnattended && !row.isForBuild)
+        fail(row.field, "takes no part when a build sizes a wire unattended");
+      else if (std::optional<std::string> fault = wireTextFault(row.rule, text))
         fail(row.field, std::move(*fault));
     }
   }
 
-  /// The given text, else the option's default, else the fallback.
+  /// The given text, else the option's default, else what is assumed, also as the field of the lookup.
   const WireValue& fillIn(WireField field) {
     const WireFieldRow& row = wireField(field);
-    WireValue& value = request_.values[static_cast<std::size_t>(field)];
-    value = {texts_[field], std::wstring(givenOrigin)};
-    if (!value.text.empty()) return value;
-    if (!row.option.empty()) {
-      value = {
-          code_->reader.options().defaultOf(row.option),
-          rowOrigin(code_->optionTable, L"CODE", row.option, L"DEFAULT")};
-      if (!value.text.empty()) {
-        if (const std::optional<std::string> fault = wireTextFault(row.rule, value.text))
-          fail(field, toUtf8(value.origin) + ": " + *fault);
-        return value;
-      }
-    }
-    value = {std::wstring(row.fallback), std::wstring(row.fallback.empty() ? L"" : assumedOrigin)};
+    WireValue& value = valueOf(field);
+    value = row.lookup ? defaults_.valueOf(*row.lookup, texts_[field])
+                       : WireValue{texts_[field], std::wstring(isGivenText(field) ? givenOrigin : noCode)};
+    // A default of the site's options has to keep the rule too.
+    if (!isGivenText(field) && !value.text.empty())
+      if (const std::optional<std::string> fault = wireTextFault(row.rule, value.text))
+        fail(field, toUtf8(value.origin) + ": " + *fault);
+    if (row.lookup) fields()[*row.lookup].value = value;
     return value;
   }
 
-  void setOrigin(WireField field, std::wstring text, std::wstring origin) {
-    request_.values[static_cast<std::size_t>(field)] = {std::move(text), std::move(origin)};
+  void takeTables() {
+    fillIn(WireField::metal);
+    fillIn(WireField::wireStandard);
+    giveToBuild(&brenvolt::ZanCircuitData::wireMetal, WireField::metal);
+    giveToBuild(&brenvolt::ZanCircuitData::wireStandard, WireField::wireStandard);
+    need(ZanTableKind::ampacity);
+    need(ZanTableKind::insulation);
+    if (hasLength()) need(ZanTableKind::impedance);
   }
 
-  void takeTables() {
-    WireTableSet& set = request_.choice.tables;
-    set.metal = fillIn(WireField::metal).text;
-    set.standard = fillIn(WireField::wireStandard).text;
-    set.code = request_[WireField::standardCode].text;
-    wires_ = &catalogue_.wiresOf(set);
-    const auto need = [&](const std::wstring& table, ZanTableKind kind) {
-      if (!table.empty()) return;
-      const std::wstring wanted = brenvolt::ZanDbReaderUtils::ComposeTableName(
-          brenvolt::ZanDbReaderUtils::TableBaseName(kind), set.metal, set.standard, set.code);
-      fail(WireField::metal, "there is no table " + toUtf8(wanted));
-    };
-    need(wires_->ampacityTable, ZanTableKind::ampacity);
-    need(wires_->insulationTable, ZanTableKind::insulation);
-    if (hasLength()) need(wires_->impedanceTable, ZanTableKind::impedance);
+  void need(ZanTableKind kind) {
+    const WireTableSet set = fields().tables();
+    if (!tables_.table(kind, set).empty()) return;
+    const std::wstring wanted = brenvolt::ZanDbReaderUtils::ComposeTableName(
+        brenvolt::ZanDbReaderUtils::TableBaseName(kind), set.metal, set.standard, set.code);
+    fail(WireField::metal, "there is no table " + toUtf8(wanted));
   }
 
   void takeCurrents() {
-    brenvolt::WireLookupInput& input = request_.input;
-    input.fla = toDouble(fillIn(WireField::fla).text);
-    request_.multiplier = toDouble(fillIn(WireField::multiplier).text);
-    input.extraCurrent = toDouble(fillIn(WireField::extra).text);
-    input.total =
-        brenvolt::shownCurrent(brenvolt::totalCurrent(input.fla, request_.multiplier, input.extraCurrent));
-    input.voltage = toDouble(fillIn(WireField::voltage).text);
-    input.phase = fillIn(WireField::phase).text;
+    const double fla = toDouble(fillIn(WireField::fla).text);
+    const double multiplier = toDouble(fillIn(WireField::multiplier).text);
+    const double extra = toDouble(fillIn(WireField::extra).text);
+    fillIn(WireField::voltage);
+    fillIn(WireField::phase);
+    fields().set(
+        LookupField::total,
+        brenvolt::formatTrimmed(brenvolt::totalCurrent(fla, multiplier, extra), currentDecimals));
+    giveToBuild(&brenvolt::ZanCircuitData::fla, WireField::fla);
+    giveToBuild(&brenvolt::ZanCircuitData::flaMultiplier, WireField::multiplier);
+    giveToBuild(&brenvolt::ZanCircuitData::voltage, WireField::voltage);
+    giveToBuild(&brenvolt::ZanCircuitData::phase, WireField::phase);
   }
 
   /// The label of an insulation code is "description / temperature column".
   void takeInsulation() {
-    const std::wstring& code = fillIn(WireField::insulation).text;
+    const WireTableSet set = fields().tables();
+    const std::wstring code = fillIn(WireField::insulation).text;
     if (code.empty()) return fail(WireField::insulation, "is missing, and the options name none");
-    const auto [label, isNew] = wires_->insulationLabels.try_emplace(code);
-    if (isNew) code_->reader.InsulationLabel(request_.choice.tables, code, label->second);
-    const std::size_t slash = label->second.find(L'/');
-    if (slash == std::wstring::npos)
-      return fail(
-          WireField::insulation,
-          toUtf8(wires_->insulationTable) + " has no row with INSUL = " + toUtf8(code));
-    insulation_ = brenvolt::trim(label->second.substr(0, slash));
-    request_.choice.temperature = brenvolt::trim(label->second.substr(slash + 1));
-    request_.temperatureOrigin = rowOrigin(wires_->insulationTable, L"INSUL", code, L"TEMP");
+    const std::wstring& label = tables_.insulationLabel(set, code);
+    const std::wstring& table = tables_.table(ZanTableKind::insulation, set);
+    fields()[LookupField::insulation].value.text = label;
+    if (label.find(L'/') == std::wstring::npos)
+      return fail(WireField::insulation, toUtf8(table) + " has no row with INSUL = " + toUtf8(code));
+    request_.temperatureOrigin = rowOrigin(table, L"INSUL", code, L"TEMP");
+    if (isGivenText(WireField::insulation)) request_.buildChoices.temperature = fields().temperature();
   }
 
-  void takeDerating() {
-    const std::wstring& continuous = fillIn(WireField::continuous).text;
-    if (!isOff(continuous)) request_.factors.continuous = toDouble(continuous);
+  void takeFactors() {
+    const std::wstring continuous = fillIn(WireField::continuous).text;
+    const bool isContinuous = !isOff(continuous);
+    fields().setTick(LookupField::continuousTick, isContinuous);
+    request_.buildChoices.useContinuousLoad = isContinuous;
+    if (isContinuous) request_.buildChoices.continuousFactor = toDouble(continuous);
     takeFill();
     takeAmbient();
-    // The lookup applies the number that its field shows.
-    request_.input.overallFactor =
-        toDouble(brenvolt::formatTrimmed(brenvolt::overallFactor(request_.factors), factorDecimals));
+    if (fillIn(WireField::overallFactor).text.empty()) brenvolt::updateOverallFactor(fields());
   }
 
   void takeFill() {
-    const std::wstring& conductors = fillIn(WireField::fill).text;
+    const std::wstring conductors = fillIn(WireField::fill).text;
+    brenvolt::WireInput& input = fields();
+    input.fill = tables_.fill(code_);
+    const std::vector<std::wstring>& ranges = input.fill.ranges;
+    input.setList(LookupField::fillRange, ranges, {}, brenvolt::AbsentChoice::takeFirst);
     if (conductors.empty()) return;
-    const brenvolt::FactorList& fill = code_->fill;
-    if (fill.ranges.empty()) return fail(WireField::fill, "there is no table of conduit fill for " + code());
-    const std::size_t index = fillIndexOf(fill.ranges, toInt(conductors));
-    request_.fillFactor = {
-        fill.factors[index], code_->fillTable + L", range " + fill.ranges[index] + L", column FACTOR"};
-    request_.factors.fill = toDouble(fill.factors[index]);
-    selectedFill_ = index;
+    if (ranges.empty()) return fail(WireField::fill, noFillTable());
+    const std::wstring& range = ranges[fillIndexOf(ranges, toInt(conductors))];
+    input.set(LookupField::fillRange, range);
+    input.setTick(LookupField::fillTick, true);
+    brenvolt::takeFillFactor(input);
+    input[LookupField::fillFactor].value.origin =
+        tables_.table(ZanTableKind::conduitFill, code_) + L", range " + range + L", column FACTOR";
+    request_.buildChoices.useFill = true;
+    request_.buildChoices.fillFactor = input.number(LookupField::fillFactor);
   }
 
   void takeAmbient() {
-    const std::wstring& ambient = fillIn(WireField::ambient).text;
-    if (ambient.empty() || insulation_.empty()) return;
-    const auto [list, isNew] = wires_->ambients.try_emplace(insulation_);
-    std::size_t ignored = 0;
-    if (isNew) code_->reader.ListAmbient(request_.choice.tables, insulation_, list->second, ignored);
-    const brenvolt::FactorList& factors = list->second;
+    const std::wstring ambient = fillIn(WireField::ambient).text;
+    brenvolt::WireInput& input = fields();
+    if (ambient.empty() || input.temperature().empty()) return;
+    input.ambient = tables_.ambient(input.tables(), input.insulationDescription()).list;
+    const std::vector<std::wstring>& ranges = input.ambient.ranges;
     const int degrees = brenvolt::ambientDegrees(ambient);
-    const auto range =
-        std::find_if(factors.ranges.begin(), factors.ranges.end(), [degrees](const std::wstring& each) {
-          return degrees <= toInt(upperEnd(each));
-        });
+    const auto range = std::find_if(ranges.begin(), ranges.end(), [degrees](const std::wstring& each) {
+      return degrees <= toInt(upperEnd(each));
+    });
+    const std::wstring& table = tables_.table(ZanTableKind::insulation, input.tables());
     const std::wstring& insulation = request_[WireField::insulation].text;
-    if (range == factors.ranges.end())
+    if (range == ranges.end())
       return fail(
-          WireField::ambient, toUtf8(wires_->insulationTable) + ", row INSUL = " + toUtf8(insulation) +
-                                  ": has no factor for " + std::to_string(degrees) + " degrees");
-    const std::wstring& factor = factors.factors[static_cast<std::size_t>(range - factors.ranges.begin())];
-    request_.ambientFactor = {
-        factor, rowOrigin(wires_->insulationTable, L"INSUL", insulation, upperEnd(*range))};
-    request_.factors.ambient = toDouble(factor);
+          WireField::ambient, toUtf8(table) + ", row INSUL = " + toUtf8(insulation) + ": has no factor for " +
+                                  std::to_string(degrees) + " degrees");
+    input.setList(LookupField::ambientRange, ranges, {*range, {}}, brenvolt::AbsentChoice::takeFirst);
+    input.setTick(LookupField::ambientTick, true);
+    brenvolt::takeAmbientFactor(input);
+    input[LookupField::ambientFactor].value.origin = rowOrigin(table, L"INSUL", insulation, upperEnd(*range));
+    request_.buildChoices.useAmbient = true;
+    request_.buildChoices.ambientFactor = input.number(LookupField::ambientFactor);
   }
 
-  [[nodiscard]] bool hasLength() const { return !texts_[WireField::length].empty(); }
+  [[nodiscard]] bool hasLength() const { return isGivenText(WireField::length); }
 
   void takeDrop() {
     if (!hasLength()) return;
-    brenvolt::DropFields drop;
-    drop.length = toDouble(fillIn(WireField::length).text);
-    drop.lengthUnits = fillIn(WireField::units).text;
-    drop.powerFactor = toDouble(fillIn(WireField::powerFactor).text);
-    if (const std::wstring& limit = fillIn(WireField::dropLimit).text; !isOff(limit)) drop.limit = limit;
+    fields().setTick(LookupField::dropTick, true);
+    fillIn(WireField::length);
+    fillIn(WireField::units);
+    fillIn(WireField::powerFactor);
+    WireValue& limit = valueOf(WireField::dropLimit);
+    limit = fillIn(WireField::dropLimit);
+    if (limit.text.empty()) limit = {std::wstring(offText), std::wstring(brenvolt::assumedOrigin)};
+    fields().setTick(LookupField::dropLimitTick, !isOff(limit.text));
     takeRaceway();
-    request_.input.drop = drop;
-    if (!request_.factors.continuous) return;
-    request_.input.cost = brenvolt::CostFields{
-        toDouble(fillIn(WireField::energyPrice).text),
-        code_->reader.options().defaultOf(brenvolt::option::energyPriceUnits)};
+    if (fields().isTicked(LookupField::continuousTick)) {
+      fillIn(WireField::energyPrice);
+      fields().currency = defaults_.setting(brenvolt::option::energyPriceUnits).text;
+    }
+    brenvolt::ZanCircuitData& build = request_.buildChoices;
+    build.useVoltageDrop = true;
+    build.useDropLimit = !isOff(limit.text);
+    giveToBuild(&brenvolt::ZanCircuitData::length, WireField::length);
+    giveToBuild(&brenvolt::ZanCircuitData::lengthUnits, WireField::units);
+    giveToBuild(&brenvolt::ZanCircuitData::powerFactor, WireField::powerFactor);
+    if (build.useDropLimit) giveToBuild(&brenvolt::ZanCircuitData::dropLimit, WireField::dropLimit);
   }
 
   void takeRaceway() {
     const std::wstring wanted = fillIn(WireField::raceway).text;
-    std::string known;
-    for (const std::wstring& column : wires_->racewayColumns) {
-      const auto description = code_->raceways.find(column);
-      const bool isMeant =
-          wanted.empty() || brenvolt::equalsOrdinalNoCase(wanted, column) ||
-          (description != code_->raceways.end() && brenvolt::equalsCollating(wanted, description->second));
-      if (isMeant) {
-        request_.choice.raceway = column;
-        setOrigin(
-            WireField::raceway, column,
-            wanted.empty() ? L"first raceway column of " + wires_->impedanceTable
-                           : std::wstring(givenOrigin));
-        return;
-      }
-      known.append(known.empty() ? "" : ", ").append(toUtf8(column));
-    }
-    fail(
-        WireField::raceway, "\"" + toUtf8(wanted) + "\" is no column of " + toUtf8(wires_->impedanceTable) +
-                                ", which has " + known);
+    const WireTableSet set = fields().tables();
+    const auto& descriptions = tables_.raceways(code_);
+    const auto isMeant = [&](const std::wstring& column) {
+      if (wanted.empty() || brenvolt::equalsOrdinalNoCase(wanted, column)) return true;
+      if (!descriptions) return false;
+      const auto description = descriptions->find(column);
+      return description != descriptions->end() && brenvolt::equalsCollating(wanted, description->second);
+    };
+    const std::vector<std::wstring>& columns = tables_.racewayColumns(set);
+    const std::wstring& table = tables_.table(ZanTableKind::impedance, set);
+    const auto column = std::find_if(columns.begin(), columns.end(), isMeant);
+    if (column == columns.end())
+      return fail(
+          WireField::raceway, "\"" + toUtf8(wanted) + "\" is no column of " + toUtf8(table) + ", which has " +
+                                  toUtf8(brenvolt::join(columns, L", ")));
+    valueOf(WireField::raceway) = {
+        *column, wanted.empty() ? L"first raceway column of " + table : std::wstring(givenOrigin)};
+    fields()[LookupField::raceway].value = valueOf(WireField::raceway);
+    if (!wanted.empty()) request_.buildChoices.raceway = *column;
   }
 
   void takeParallel() {
-    const std::wstring& highest = fillIn(WireField::parallel).text;
-    if (highest.empty()) return;
-    brenvolt::ParallelFields parallel;
-    parallel.highestCount = toInt(highest);
-    parallel.selectedFill = selectedFill_;
-    const brenvolt::FactorList& fill = code_->fill;
-    for (std::size_t i = 0; i < fill.ranges.size(); ++i)
-      parallel.fill.push_back({fill.ranges[i], toDouble(fill.factors[i])});
-    if (parallel.fill.empty())
-      return fail(WireField::parallel, "there is no table of conduit fill for " + code());
+    if (!isGivenText(WireField::parallel)) return;
+    fillIn(WireField::parallel);
+    if (fields().fill.ranges.empty()) return fail(WireField::parallel, noFillTable());
+    fields().setTick(LookupField::parallelTick, true);
     takeMinimumSize();
-    request_.input.parallel = std::move(parallel);
   }
 
   void takeMinimumSize() {
-    std::vector<std::wstring> candidates = {texts_[WireField::minimumSize]};
-    const bool isGiven = !candidates.front().empty();
-    const brenvolt::ZanOptTableReader& options = code_->reader.options();
-    if (!isGiven)
-      candidates =
-          brenvolt::splitSkippingEmpty(options.defaultOf(brenvolt::option::parallelMinimumSize), L';');
+    const WireTableSet set = fields().tables();
+    const WireValue wanted = fillIn(WireField::minimumSize);
+    const bool isGiven = isGivenText(WireField::minimumSize);
+    // A given size is one, the setting may name several: the first that the table has.
+    const std::vector<std::wstring> candidates =
+        isGiven ? std::vector<std::wstring>{wanted.text} : brenvolt::splitSkippingEmpty(wanted.text, L';');
     for (const std::wstring& candidate : candidates) {
       const std::wstring size = brenvolt::trim(candidate);
       double amps = 0.0;
-      if (!code_->reader.ReadAmpacityAt(request_.choice.tables, request_.choice.temperature, size, amps))
-        continue;
-      request_.choice.minimumSize = size;
-      setOrigin(
-          WireField::minimumSize, size,
-          isGiven
-              ? std::wstring(givenOrigin)
-              : rowOrigin(code_->optionTable, L"CODE", brenvolt::option::parallelMinimumSize, L"DEFAULT"));
+      if (!defaults_.reader().ReadAmpacityAt(set, fields().temperature(), size, amps)) continue;
+      valueOf(WireField::minimumSize) = {size, wanted.origin};
+      fields()[LookupField::parallelMinSize].value = {size, wanted.origin};
       return;
     }
+    const std::string table = toUtf8(tables_.table(ZanTableKind::ampacity, set));
     fail(
-        WireField::minimumSize,
-        isGiven ? toUtf8(wires_->ampacityTable) + " has no row with SIZE = " + toUtf8(candidates.front())
-                : "is missing, and the options name no size of " + toUtf8(wires_->ampacityTable));
+        WireField::minimumSize, isGiven ? table + " has no row with SIZE = " + toUtf8(wanted.text)
+                                        : "is missing, and the options name no size of " + table);
   }
 
   /// Sizes for the grounding conductor; a fault of their tables leaves them empty, as in the lookup.
   void takeGround() {
-    request_.groundTable = wires_->groundTable;
-    request_.groundExpression = {
-        code_->reader.options().defaultOf(brenvolt::option::groundingRating),
-        rowOrigin(code_->optionTable, L"CODE", brenvolt::option::groundingRating, L"DEFAULT")};
-    code_->reader.ListGround(
-        request_.choice.tables, request_.groundExpression.text, request_[WireField::fla].text,
-        request_.groundSizes);
+    request_.groundTable = tables_.table(ZanTableKind::grounding, fields().tables());
+    request_.groundExpression = defaults_.setting(brenvolt::option::groundingRating);
+    brenvolt::loadGroundSizes(fields(), defaults_, {});
   }
 
-  [[nodiscard]] std::string code() const { return toUtf8(request_[WireField::standardCode].text); }
+  void sizeAsBuild() {
+    const brenvolt::ZanCircuitData& choices = request_.buildChoices;
+    request_.input.total = brenvolt::shownCurrent(brenvolt::autoDesignCurrent(defaults_, choices));
+    request_.build = brenvolt::autoWire(defaults_, choices, brenvolt::autoDesignCurrent(defaults_, choices));
+    if (!request_.build)
+      return fail(
+          WireField::metal, toUtf8(tables_.table(ZanTableKind::ampacity, fields().tables())) +
+                                " has no size with an ampacity in column " + toUtf8(fields().temperature()));
+    request_.input.overallFactor = request_.build->factor;
+    request_.input.drop.reset();
+    request_.input.cost.reset();
+  }
 
-  WireCatalogue& catalogue_;
+  [[nodiscard]] std::string noFillTable() const {
+    return "there is no table of conduit fill for " + toUtf8(code_);
+  }
+
+  brenvolt::WireTableCache& tables_;
   const WireTexts& texts_;
   std::vector<WireFault>& faults_;
+  const std::size_t faultsBefore_;
+  const std::wstring code_;
+  const brenvolt::WireDefaults defaults_;
   WireRequest request_;
-  Code* code_ = nullptr;
-  Wires* wires_ = nullptr;
-  std::wstring insulation_; ///< the description of the chosen one
-  std::size_t selectedFill_ = 0;
 };
 
-std::optional<WireRequest> WireCatalogue::resolve(const WireTexts& texts, std::vector<WireFault>& faults) {
-  return Resolver(*this, texts, faults).run();
+std::wstring noteOn(const WireRequest& request, const brenvolt::WireLookupResult& result) {
+  const std::wstring current = brenvolt::formatTrimmed(request.input.total, currentDecimals) + L" A";
+  switch (result.proposal) {
+  case brenvolt::Proposal::fits:
+    return {};
+  case brenvolt::Proposal::noneLargeEnough:
+    if (request.build) return L"no size is large enough for " + current + L": a build takes the largest";
+    if (request.input.parallel)
+      return L"no set of at most " + request[WireField::parallel].text + L" conductors carries " + current;
+    return L"no size is large enough for the design current of " + current;
+  case brenvolt::Proposal::leftOut:
+    return L"sizes for " + current + L" are left out with the undersized ones around them";
+  case brenvolt::Proposal::aboveDropLimit:
+    return L"no size for " + current + L" keeps the voltage drop limit of " +
+           request[WireField::dropLimit].text + L" percent";
+  }
+  return {};
+}
+
+std::optional<WireRequest> WireRequests::resolve(const WireTexts& texts, std::vector<WireFault>& faults) {
+  const std::size_t before = faults.size();
+  std::optional<WireRequest> request = Resolver(tables_, texts, faults).run();
+  return faults.size() == before ? std::move(request) : std::nullopt;
+}
+
+brenvolt::WireLookupResult WireRequests::lookUp(const WireRequest& request) {
+  const brenvolt::WireTableFigures& figures = tables_.figures(request.choice);
+  if (!request.build) return brenvolt::computeWires(figures, request.input);
+  brenvolt::WireLookupResult result;
+  result.rows = brenvolt::singleRunRows(figures.sizes, request.build->factor);
+  brenvolt::fillLoadPercent(result.rows, request.input.total);
+  for (std::size_t row = 0; row < result.rows.size() && !result.proposed; ++row)
+    if (result.rows[row].size == request.build->size) result.proposed = row;
+  result.proposal =
+      request.build->isLargeEnough ? brenvolt::Proposal::fits : brenvolt::Proposal::noneLargeEnough;
+  return result;
+}
+
+brenvolt::WireSizeFacts WireRequests::facts(const WireRequest& request, const std::wstring& size) {
+  return brenvolt::wireSizeFacts(tables_.reader(request.choice.tables.code), request.choice, size);
 }
 
 } // namespace simhost

@@ -3,7 +3,6 @@
 #include "data/table_query.h"
 #include "text/compare.h"
 #include "text/numbers.h"
-#include "text/split.h"
 
 #include <algorithm>
 
@@ -13,30 +12,18 @@ namespace {
 
 constexpr double fallbackPowerFactor = 0.85;
 
-std::wstring firstFilled(const std::wstring& stored, const std::wstring& option, std::wstring_view fallback) {
-  if (!stored.empty()) return stored;
-  return option.empty() ? std::wstring(fallback) : option;
-}
-
-double givenOr(double stored, const std::wstring& option) {
-  return isGiven(stored) ? stored : toDouble(option);
-}
-
-WireTableSet tableSetOf(const ZanWireTableReader& reader, const ZanCircuitData& data) {
-  const ZanOptTableReader& options = reader.options();
-  return {
-      firstFilled(data.wireMetal, options.defaultOf(option::wireMetal), L"CU"),
-      firstFilled(data.wireStandard, options.defaultOf(option::wireStandard), L"AWG"), options.code()};
+double numberOr(const WireDefaults& defaults, double stored, std::wstring_view setting) {
+  return isGiven(stored) ? stored : toDouble(defaults.setting(setting).text);
 }
 
 /// The ampacity column: stored, of the options' insulation, or of the table's first row.
 std::wstring temperatureColumn(
-    const ZanWireTableReader& reader, const WireTableSet& set, const ZanCircuitData& data) {
+    const WireDefaults& defaults, const WireTableSet& set, const ZanCircuitData& data) {
   if (!data.temperature.empty()) return data.temperature;
-  std::wstring table;
-  if (!reader.ResolveTable(table, ZanTableKind::insulation, set)) return {};
-  TableQuery query(reader.connection());
-  const std::wstring insulation = reader.options().defaultOf(option::insulation);
+  const std::wstring& table = defaults.tables().table(ZanTableKind::insulation, set);
+  if (table.empty()) return {};
+  TableQuery query(&defaults.tables().connection());
+  const std::wstring insulation = defaults.setting(option::insulation).text;
   if (!insulation.empty() &&
       query.runForRow(L"SELECT [TEMP] FROM %s WHERE [INSUL]='%s'", {table, insulation}))
     return query.text(1);
@@ -44,91 +31,79 @@ std::wstring temperatureColumn(
   return {};
 }
 
-double autoFactor(const ZanWireTableReader& reader, const ZanCircuitData& data) {
+double autoFactor(const WireDefaults& defaults, const ZanCircuitData& data) {
   DeratingFactors factors;
   // Without the tick the options' factor still derates: a build always allows for a continuous load.
   factors.continuous = data.useContinuousLoad ? data.continuousFactor
-                                              : toDouble(reader.options().defaultOf(option::continuousLoad));
+                                              : toDouble(defaults.setting(option::continuousLoad).text);
   if (data.useFill) factors.fill = data.fillFactor;
   if (data.useAmbient) factors.ambient = data.ambientFactor;
   return overallFactor(factors);
 }
 
-/// The drop of one size after another on one circuit.
-class AutoDrop final {
-public:
-  AutoDrop(const ZanWireTableReader& reader, const WireTableSet& set, const ZanCircuitData& data)
-      : reader_(reader) {
-    const ZanOptTableReader& options = reader.options();
-    // The build decides phase and length the opposite way from the dialog ("1" and "M" here, "3" and "FT" there).
-    test_.circuit.isSinglePhase = data.phase == L"1";
-    test_.circuit.isMetres = equalsOrdinalNoCase(
-        data.lengthUnits.empty() ? options.defaultOf(option::lengthUnits) : data.lengthUnits, L"M");
-    test_.circuit.length = givenOr(data.length, options.defaultOf(option::lengths));
-    test_.circuit.current = data.fla;
-    test_.circuit.powerFactor = isGiven(data.powerFactor) ? data.powerFactor : fallbackPowerFactor;
-    test_.voltage = toDouble(data.voltage);
-    test_.limit = givenOr(data.dropLimit, options.defaultOf(option::dropLimit));
-    hasTables_ = reader.ResolveTable(impedanceTable_, ZanTableKind::impedance, set) &&
-                 reader.ResolveTable(ampacityTable_, ZanTableKind::ampacity, set);
-    // The record holds the raceway as shown: with a description table no such column exists, and the drop is 0.
-    raceway_ = data.raceway;
-    std::vector<std::wstring> columns;
-    if (raceway_.empty() && reader.ListRacewayColumns(set, columns) && !columns.empty())
-      raceway_ = columns.front();
-  }
-
-  [[nodiscard]] bool passes(const std::wstring& size) const {
-    Impedance impedance;
-    if (hasTables_) reader_.ReadImpedance(impedanceTable_, ampacityTable_, raceway_, size, impedance);
-    return passesAutoDrop(voltageDrop(test_.circuit, impedance), test_);
-  }
-
-private:
-  const ZanWireTableReader& reader_;
-  AutoDropTest test_;
-  bool hasTables_ = false;
-  std::wstring impedanceTable_;
-  std::wstring ampacityTable_;
-  std::wstring raceway_;
-};
+AutoDropTest dropTest(const WireDefaults& defaults, const ZanCircuitData& data) {
+  AutoDropTest test;
+  // The build decides phase and length the opposite way from the dialog ("1" and "M" here, "3" and "FT" there).
+  test.circuit.isSinglePhase = data.phase == L"1";
+  test.circuit.isMetres =
+      equalsOrdinalNoCase(defaults.textOr(data.lengthUnits, option::lengthUnits).text, L"M");
+  test.circuit.length = numberOr(defaults, data.length, option::lengths);
+  test.circuit.current = data.fla;
+  test.circuit.powerFactor = isGiven(data.powerFactor) ? data.powerFactor : fallbackPowerFactor;
+  test.voltage = toDouble(data.voltage);
+  test.limit = numberOr(defaults, data.dropLimit, option::dropLimit);
+  return test;
+}
 
 } // namespace
 
 bool passesAutoDrop(double volts, const AutoDropTest& test) {
-  return !(volts / test.voltage - test.limit > numberTolerance);
+  return !isGiven(volts / test.voltage - test.limit);
 }
 
-double autoDesignCurrent(ZanWireTableReader& reader, const ZanCircuitData& data) {
-  double multiplier = data.flaMultiplier;
-  if (!isGiven(multiplier)) {
-    std::wstring text;
-    multiplier =
-        reader.GetOptions() && reader.GetValue(option::flaMultiplier, optionfield::defaultValue, text)
-            ? toDouble(text)
-            : fallbackFlaMultiplier;
-  }
-  return data.fla * multiplier;
+WireValue autoMultiplier(const WireDefaults& defaults, const ZanCircuitData& data) {
+  WireValue value = defaults.valueOf(
+      LookupField::multiplier, isGiven(data.flaMultiplier) ? formatShortest(data.flaMultiplier) : L"");
+  // An option that is blank or no number is not a multiplier of 0: that would size any circuit by the smallest wire.
+  if (!isGiven(toDouble(value.text)))
+    value = {std::wstring(wireDefaultOf(LookupField::multiplier).assumed), std::wstring(assumedOrigin)};
+  return value;
 }
 
-std::wstring autoWireSize(const ZanWireTableReader& reader, const ZanCircuitData& data, double current) {
-  const WireTableSet set = tableSetOf(reader, data);
-  std::vector<ZanWireRow> rows;
-  if (!reader.ReadAmpacity(set, temperatureColumn(reader, set, data), rows) || rows.empty()) return {};
-  const double factor = autoFactor(reader, data);
+double autoDesignCurrent(const WireDefaults& defaults, const ZanCircuitData& data) {
+  return data.fla * toDouble(autoMultiplier(defaults, data).text);
+}
 
-  // A current that meets the ampacity is carried, also where 0.7 x 30 comes out a hair below 21.
-  const auto carries = [&](const ZanWireRow& row) { return !isGiven(current - row.ampacity * factor); };
-  auto chosen = rows.end();
+std::optional<AutoWire> autoWire(const WireDefaults& defaults, const ZanCircuitData& data, double current) {
+  WireTableChoice choice;
+  choice.tables = {
+      defaults.valueOf(LookupField::metal, data.wireMetal).text,
+      defaults.valueOf(LookupField::standard, data.wireStandard).text, defaults.code()};
+  choice.temperature = temperatureColumn(defaults, choice.tables, data);
   if (data.useVoltageDrop) {
-    const AutoDrop drop(reader, set, data);
-    chosen = std::find_if(rows.begin(), rows.end(), [&](const ZanWireRow& row) {
-      return carries(row) && drop.passes(row.size);
-    });
-  } else {
-    chosen = std::find_if(rows.begin(), rows.end(), carries);
+    // The record holds the raceway as shown: with a description table no such column exists, and the drop is 0.
+    const std::vector<std::wstring>& columns = defaults.tables().racewayColumns(choice.tables);
+    choice.raceway = data.raceway;
+    if (choice.raceway.empty() && !columns.empty()) choice.raceway = columns.front();
   }
-  return removeBlanks(chosen == rows.end() ? rows.back().size : chosen->size);
+  const WireTableFigures& figures = defaults.tables().figures(choice);
+  if (figures.sizes.empty()) return std::nullopt;
+
+  const double factor = autoFactor(defaults, data);
+  const AutoDropTest test = dropTest(defaults, data);
+  const auto passes = [&](const ZanWireRow& row) {
+    // A current that meets the ampacity is carried, also where 0.7 x 30 comes out a hair below 21.
+    if (isGiven(current - row.ampacity * factor)) return false;
+    if (!data.useVoltageDrop) return true;
+    const auto impedance = figures.impedances.find(row.size);
+    return passesAutoDrop(
+        voltageDrop(test.circuit, impedance == figures.impedances.end() ? Impedance{} : impedance->second),
+        test);
+  };
+  const auto found = std::find_if(figures.sizes.begin(), figures.sizes.end(), passes);
+  const bool isLargeEnough = found != figures.sizes.end();
+  const ZanWireRow& row = isLargeEnough ? *found : figures.sizes.back();
+  return AutoWire{row.size, row.ampacity, factor, isLargeEnough};
 }
 
 } // namespace brenvolt

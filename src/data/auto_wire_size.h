@@ -2,10 +2,10 @@
 #pragma once
 
 #include "data/circuit_data.h"
-#include "data/wire_tables.h"
+#include "data/wire_defaults.h"
 
+#include <optional>
 #include <string>
-#include <vector>
 
 namespace brenvolt {
 
@@ -21,14 +21,23 @@ struct AutoDropTest {
 /// Whether a drop in volts passes. 0 V / 0 V passes, and a drop on 0 V does not.
 [[nodiscard]] bool passesAutoDrop(double volts, const AutoDropTest& test);
 
-/// The design current of a build in amperes: fla times the multiplier, or the options' where none is given. The extra
-/// current takes no part.
-[[nodiscard]] double autoDesignCurrent(ZanWireTableReader& reader, const ZanCircuitData& data);
+/// The multiplier of a build: the circuit's, the options', or 1.25 where neither gives one.
+[[nodiscard]] WireValue autoMultiplier(const WireDefaults& defaults, const ZanCircuitData& data);
+/// The design current of a build in amperes: fla times the multiplier. The extra current takes no part.
+[[nodiscard]] double autoDesignCurrent(const WireDefaults& defaults, const ZanCircuitData& data);
 
-/// The size for a current in amperes, without blanks: the first in ascending ampacity that carries it (an exact meet
-/// passes here) and, with voltage drop on, passes the drop test; the last row when none does; empty without rows.
-/// The reader's options must be loaded.
-[[nodiscard]] std::wstring autoWireSize(
-    const ZanWireTableReader& reader, const ZanCircuitData& data, double current);
+/// A size that a build takes.
+struct AutoWire {
+  std::wstring size;     ///< as shown
+  double ampacity = 0.0; ///< as the table has it, amperes
+  double factor = 1.0;   ///< applied to the table
+  /// False when no size passes: it is then the largest one.
+  bool isLargeEnough = false;
+};
+
+/// The first size in ascending ampacity that carries a current in amperes (an exact meet passes here) and, with voltage
+/// drop on, passes the drop test; the last row when none does; nothing without rows.
+[[nodiscard]] std::optional<AutoWire> autoWire(
+    const WireDefaults& defaults, const ZanCircuitData& data, double current);
 
 } // namespace brenvolt

@@ -2,7 +2,7 @@
 
 #include "data/auto_wire_size.h"
 #include "data/table_query.h"
-#include "data/wire_tables.h"
+#include "host/lisp_symbols.h"
 #include "platform/statement_text.h"
 #include "text/split.h"
 
@@ -85,10 +85,13 @@ std::vector<std::wstring> distinctMotorValues(
 }
 
 std::optional<std::wstring> proposedWireSize(ZanOleDbConnection& connection) {
-  ZanWireTableReader reader(&connection);
-  if (!reader.GetOptions()) return std::nullopt;
+  const std::wstring code = getCodeStandard().value_or(std::wstring());
+  WireTableCache tables(connection);
+  if (!tables.hasOptions(code)) return std::nullopt;
+  const WireDefaults defaults(tables, code);
   const ZanCircuitData& data = circuitData();
-  return autoWireSize(reader, data, autoDesignCurrent(reader, data));
+  const std::optional<AutoWire> wire = autoWire(defaults, data, autoDesignCurrent(defaults, data));
+  return wire ? removeBlanks(wire->size) : std::wstring();
 }
 
 } // namespace brenvolt

@@ -1,105 +1,118 @@
-// The whole table of the wire lookup from what its fields say: candidate rows with every column, filters, proposal, and
-// where the figures of a row come from. Reading the tables and computing are two steps, so that a long list of circuits
-// reads each table once.
+// The wire lookup without a window: its fields, the table of sizes that follows from them, and the size that is chosen.
+// A change is applied and answered with what else changed. Whoever shows the lookup shows this record; the answer, the
+// question about an overloaded size and the report are taken from here.
 #pragma once
 
-#include "data/wire_sizing.h"
-#include "data/wire_tables.h"
+#include "data/circuit_data.h"
+#include "data/linked_currents.h"
+#include "data/wire_columns.h"
+#include "data/wire_defaults.h"
+#include "data/wire_drop_fields.h"
 
-#include <map>
+#include <array>
+#include <bitset>
 #include <optional>
 #include <string>
-#include <string_view>
 #include <vector>
 
 namespace brenvolt {
 
-/// What a lookup reads of the tables.
-struct WireTableChoice {
-  WireTableSet tables;
-  std::wstring temperature; ///< the ampacity column
-  /// The impedance column; empty leaves the impedances unread.
-  std::wstring raceway;
-  /// The smallest size that runs in parallel, by its key; empty for single runs.
-  std::wstring minimumSize;
+/// What the fields start from.
+struct WireStart {
+  ZanCircuitData choices;
+  std::wstring_view powerFactorSetting = option::motorPowerFactor;
+  /// For a placed circuit: its own choices instead of the setting's.
+  std::optional<PowerFactorChoice> powerFactor;
+  std::wstring size; ///< of a placed circuit, as it is stored; looked for before the ampacities decide
 };
 
-/// What the tables answered.
-struct WireTableFigures {
-  std::vector<ZanWireRow> sizes;                ///< ascending by ampacity
-  std::map<std::wstring, Impedance> impedances; ///< by size as shown; zero for a size that has none
-  double minimumAmpacity = 0.0;                 ///< of the smallest size that runs in parallel, amperes
+/// A field with the text that was typed or chosen, or a tick with "1" or nothing.
+struct WireChange {
+  LookupField field;
+  std::wstring text;
 };
 
-/// Reads them. Without a table or a column the lists are empty.
-[[nodiscard]] WireTableFigures readWireFigures(
-    const ZanWireTableReader& reader, const WireTableChoice& choice);
+/// What has to be shown again.
+struct WireEffects {
+  std::bitset<lookupFieldCount> fields;
+  bool table = false;
+  /// Tables that the change needs and that are missing; nothing has changed then.
+  std::optional<MissingTables> missing;
 
-/// The fields of the drop columns, present while the drop tick is set.
-struct DropFields {
-  double length = 0.0; ///< one way
-  std::wstring lengthUnits;
-  double powerFactor = 1.0;
-  std::optional<std::wstring> limit; ///< percent; absent while the limit's tick is off
+  [[nodiscard]] bool has(LookupField field) const { return fields.test(static_cast<std::size_t>(field)); }
 };
 
-/// The fields of the cost column, present while the continuous tick is set too.
-struct CostFields {
-  double energyPrice = 0.0; ///< per kWh
-  std::wstring currency;
+/// Whether missing tables stop a change, or the user has already agreed to go on without them.
+enum class WithoutTables { stop, goOn };
+
+class WireLookup final {
+public:
+  /// The tables must outlive this.
+  WireLookup(WireTableCache& tables, const std::wstring& code) : defaults_(tables, code) {
+    input_.code = code;
+  }
+
+  [[nodiscard]] const WireInput& input() const { return input_; }
+  [[nodiscard]] const ZanCircuitData& choices() const { return start_.choices; }
+  /// Whether the user may change the field now.
+  [[nodiscard]] bool isOpen(LookupField field) const;
+  /// The multiplier that came from the options because the circuit had none.
+  [[nodiscard]] std::optional<double> defaultMultiplier() const { return defaultMultiplier_; }
+
+  /// The columns of the table, by the ticks.
+  [[nodiscard]] std::vector<WireColumn> columns() const;
+  [[nodiscard]] const std::vector<WireCandidate>& rows() const { return result_.rows; }
+  [[nodiscard]] std::optional<std::size_t> selected() const { return selected_; }
+  /// The row that is selected; null for none.
+  [[nodiscard]] const WireCandidate* chosen() const;
+  /// The load percentage that needs a question before the chosen size is taken.
+  [[nodiscard]] std::optional<std::wstring> overload() const;
+  /// Writes the fields into a record; a number that is not valid becomes -1.0.
+  void store(ZanCircuitData& data) const;
+  /// A field's number as it is stored.
+  [[nodiscard]] double storedNumber(LookupField field) const;
+
+  /// Fills every field. The tables that are missing, the options included, if they stop it.
+  [[nodiscard]] std::optional<MissingTables> begin(WireStart start, WithoutTables without);
+  [[nodiscard]] WireEffects apply(const WireChange& change, WithoutTables without = WithoutTables::stop);
+  /// Nothing, or a row that does not exist, selects none.
+  void select(std::optional<std::size_t> row);
+  /// Selects the row of a size as it was shown before a change; none when the size is gone.
+  void selectLike(const WireCandidate& shown);
+
+private:
+  enum class Recalculation { none, table };
+  struct Shown {
+    std::array<WireInputField, lookupFieldCount> fields;
+    std::bitset<lookupFieldCount> open;
+  };
+
+  [[nodiscard]] std::optional<MissingTables> missingTables(
+      ZanWireTableReader::WithOptions options, WithoutTables without) const;
+  [[nodiscard]] Shown shown() const;
+  [[nodiscard]] std::bitset<lookupFieldCount> changesSince(const Shown& before) const;
+
+  Recalculation react(LookupField field);
+  void loadBehindMetal();
+  void leaveInsulation();
+  Recalculation leaveCurrent(CurrentField field);
+  Recalculation leaveNumber(LookupField field);
+  void keepGood(LookupField field);
+  void recalculate();
+
+  WireDefaults defaults_;
+  WireInput input_;
+  WireStart start_;
+  LinkedCurrents currents_;
+  std::array<double, lookupFieldCount> lastGood_{};
+  std::bitset<lookupFieldCount> fixed_; ///< by the circuit's configuration
+  std::optional<double> defaultMultiplier_;
+  WireLookupResult result_;
+  std::optional<std::size_t> selected_;
 };
 
-/// The fields of parallel runs, present while their tick is set.
-struct ParallelFields {
-  int highestCount = 0;
-  std::vector<FillEntry> fill; ///< the fill list, also while the fill tick is off
-  std::size_t selectedFill = 0;
-};
-
-/// Numbers are those that the fields show: a total that was computed counts as its text (see `shownCurrent`).
-struct WireLookupInput {
-  double fla = 0.0;          ///< amperes
-  double extraCurrent = 0.0; ///< amperes
-  double total = 0.0;        ///< amperes
-  double overallFactor = 1.0;
-  double voltage = 0.0;
-  std::wstring phase;
-  std::optional<DropFields> drop;
-  std::optional<CostFields> cost;
-  std::optional<ParallelFields> parallel;
-  UndersizedRows undersized = UndersizedRows::show;
-};
-
-/// A current as its field shows it: "%.4f" without trailing zeros, read back.
-[[nodiscard]] double shownCurrent(double amperes);
-
-/// How the wire lookup understands phase and length units: by exclusion, so an odd text counts as single-phase and as
-/// metres. The sizing of a build decides the opposite way.
-[[nodiscard]] bool isSinglePhaseText(std::wstring_view phase);
-[[nodiscard]] bool isMetresText(std::wstring_view units);
-
-/// The circuit whose drop the lookup shows; the multiplier takes no part.
-[[nodiscard]] DropCircuit dropCircuitOf(const WireLookupInput& input);
-
-struct WireLookupResult {
-  std::vector<WireCandidate> rows;
-  /// The first row above the total; absent when none is.
-  std::optional<std::size_t> proposed;
-};
-
-/// All columns, then the filters, then the proposal.
-[[nodiscard]] WireLookupResult computeWires(const WireTableFigures& figures, const WireLookupInput& input);
-
-/// Where the figures of one size come from.
-struct WireSizeFacts {
-  std::wstring ampacityTable;
-  double ampacity = 0.0;       ///< as the table has it
-  std::wstring impedanceTable; ///< empty when no impedance was asked for or the table is missing
-  ImpedanceSource source;
-  Impedance impedance;
-};
-
-[[nodiscard]] WireSizeFacts wireSizeFacts(
-    const ZanWireTableReader& reader, const WireTableChoice& choice, std::wstring_view sizeDescription);
+/// A size that was stored without blanks as the tables show it: "8AWG" is "8 AWG", "250KCMIL" is "250 KCMIL". The blank
+/// goes in front of the standard's word, or of "KCMIL" for the standard "AWG".
+[[nodiscard]] std::wstring shownSize(std::wstring_view stored, std::wstring_view standard);
 
 } // namespace brenvolt

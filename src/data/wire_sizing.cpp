@@ -14,6 +14,7 @@ namespace {
 constexpr double overloadLimitPercent = 300.0;
 constexpr double fullLoadPercent = 100.0;
 constexpr double hoursPerDay = 24.0;
+constexpr int currentDecimals = 4;
 constexpr double daysPerYear = 365.25;
 
 const std::wstring notAvailable = L"-";
@@ -52,6 +53,10 @@ WireCandidate parallelRow(
 double totalCurrent(double fla, double multiplier, double extraCurrent) {
   const double current = fla * multiplier;
   return isGiven(extraCurrent) ? current + extraCurrent : current;
+}
+
+double shownCurrent(double amperes) {
+  return toDouble(formatTrimmed(amperes, currentDecimals));
 }
 
 double overallFactor(const DeratingFactors& factors) {
@@ -151,8 +156,9 @@ void removeOverloaded(std::vector<WireCandidate>& rows, UndersizedRows undersize
 void removeAboveDropLimit(std::vector<WireCandidate>& rows, std::wstring_view limit) {
   if (limit.ends_with(L'%')) limit.remove_suffix(1);
   const double limitPercent = toDouble(limit);
-  std::erase_if(
-      rows, [limitPercent](const WireCandidate& row) { return toDouble(row.dropPercent) > limitPercent; });
+  std::erase_if(rows, [limitPercent](const WireCandidate& row) {
+    return isGiven(toDouble(row.dropPercent) - limitPercent);
+  });
 }
 
 std::optional<std::size_t> proposedRow(const std::vector<WireCandidate>& rows, double total) {

@@ -29,6 +29,9 @@ struct Impedance {
 /// The design current in amperes: fla x multiplier + extra; an extra current that is not given is left out.
 [[nodiscard]] double totalCurrent(double fla, double multiplier, double extraCurrent);
 
+/// A current as its field shows it: "%.4f" without trailing zeros, read back.
+[[nodiscard]] double shownCurrent(double amperes);
+
 /// The factors of the derating; absent where the control is off.
 struct DeratingFactors {
   std::optional<double> continuous;

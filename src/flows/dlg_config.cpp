@@ -1,5 +1,6 @@
 #include "flows/dlg_config.h"
 
+#include "flows/configured_circuit.h"
 #include "build/host_session.h"
 #include "data/circuit_data.h"
 #include "flows/config_names.h"
@@ -284,6 +285,7 @@ void ZanDlgConfig::HandOverEditor(EditorOwner owner) {
 }
 
 bool runConfiguration(ZanBrenvolt& build, KvWindow* parent) {
+  const ConfiguredCircuit circuit(build.args().circuit);
   ZanDlgConfig dialog(build, parent);
   try {
     static_cast<void>(dialog.DoModal());

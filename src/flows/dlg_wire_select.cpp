@@ -1,9 +1,18 @@
 #include "flows/dlg_wire_select.h"
 
+#include "flows/save_as_file_dlg.h"
+#include "flows/wire_report.h"
+#include "host/alerts.h"
+#include "host/host_api_lisp.h"
 #include "host/lisp_symbols.h"
 #include "host/resources.h"
-#include "text/assertion.h"
+#include "text/encoding.h"
+#include "text/format.h"
 #include "text/split.h"
+#include "widgets/roles_wire_lookup.h"
+
+#include <filesystem>
+#include <utility>
 
 namespace brenvolt {
 
@@ -11,8 +20,10 @@ namespace {
 
 constexpr wchar_t formName[] = L"ZanDlgWireSelect";
 constexpr wchar_t dialogName[] = L"ZanBrenvolt::ZanDlgWireSelect";
+constexpr wchar_t helpTopic[] = L"wire_size_lookup_dialog";
+constexpr wchar_t ampacityExceededKey[] = L"ZanBrenvolt.WirAmpacityExceeded";
+constexpr wchar_t ampacityParameter[] = L"ampacityratio";
 constexpr int tooltipsBelow = 2;
-constexpr int sizeColumn = 1;
 constexpr int heldBackTimer = 1;
 constexpr int doubleClickTimer = 2;
 // Time enough for the click that moved the focus to arrive as a selection.
@@ -21,42 +32,68 @@ constexpr int doubleClickMilliseconds = 1000; // longer than any desktop sets
 
 } // namespace
 
-ZanDlgWireSelect::ZanDlgWireSelect(ZanDlgWireSelectBaseCtrlMgr& manager, KvWindow* parent)
-    : ZanDlgDatabase(formName, parent), manager_(manager), code_(defaultCode) {
-  manager_.attach(*this);
-}
+ZanDlgWireSelect::ZanDlgWireSelect(
+    ZanDlgWireSelectBaseCtrlMgr& manager, KvWindow* parent, std::optional<std::wstring> circuit)
+    : ZanDlgDatabase(formName, parent), manager_(manager), circuitName_(std::move(circuit)) {}
 
 bool ZanDlgWireSelect::OnInitDialog() {
   SetDialogName(dialogName);
   if (!Connect()) return false;
   grid().SetEditable(false, false);
-  reader_.emplace(&connection());
-  // Without a standard the form has none, and the reader keeps its own.
-  const std::optional<std::wstring> code = getCodeStandard();
-  code_ = code.value_or(std::wstring());
-  if (code) reader_->SetCode(code_);
-  if (!manager_.CheckAtStart({{}, {}, code_}) || !reader_->GetOptions()) return false;
+  // Without a code the lookup has none, and the tables without a code in their names serve.
+  const std::wstring code = getCodeStandard().value_or(std::wstring());
+  tables_.emplace(connection());
+  if (!tables_->hasOptions(code)) return false;
   SetTooltips(tooltipResource, tooltipPrefix, tooltipsBelow);
-  manager_.Init();
+  lookup_.emplace(*tables_, code);
+  if (!begin()) return false;
+  WireLookupForm& controls = *this;
+  view_.emplace(*lookup_, controls);
+  view_->showAll();
+  openSpareInputs();
   return true;
 }
 
+bool ZanDlgWireSelect::begin() {
+  const WireStart start = manager_.Start();
+  if (const std::optional<MissingTables> missing = lookup_->begin(start, WithoutTables::stop)) {
+    if (!goesOnWithout(*missing)) return false;
+    static_cast<void>(lookup_->begin(start, WithoutTables::goOn));
+  }
+  manager_.Begun(*lookup_);
+  return true;
+}
+
+bool ZanDlgWireSelect::goesOnWithout(const MissingTables& missing) {
+  std::wstring source;
+  connection().GetDatasource(source);
+  return alertTables(source, missing.forCode, missing.everywhere, AlertKind::table);
+}
+
 void ZanDlgWireSelect::OnControlEvent(const KvUiEvent& event) {
-  if (const std::optional<WireControl> changed = changedControl(event)) manager_.OnChanged(*changed);
+  if (const std::optional<LookupField> field = changedField(event)) return view_->changed(*field);
+  if (event.role == role::spare && event.kind == KvUiEventKind::changed) openSpareInputs();
+  if (event.role == role::report && event.kind == KvUiEventKind::clicked) exportReport();
+}
+
+void ZanDlgWireSelect::openSpareInputs() {
+  const bool isOpen = Tick(role::spare).IsChecked();
+  Text(role::spareInput1).Enable(isOpen);
+  Text(role::spareInput2).Enable(isOpen);
 }
 
 void ZanDlgWireSelect::OnHelp() {
-  manager_.ShowHelp();
+  kvedHelp(helpTopic);
 }
 
 void ZanDlgWireSelect::OnRowSelected(int, int) {
-  manager_.ShowHeldBack();
+  view_->rowSelected();
 }
 
 // The first click of the two may have brought a new table: the second one then hit what the user has not seen.
 void ZanDlgWireSelect::OnRowDoubleClicked(int) {
-  manager_.ShowHeldBack();
-  if (manager_.IsTableSeen()) OnOK();
+  view_->showHeldBack();
+  if (view_->isTableSeen()) OnOK();
 }
 
 void ZanDlgWireSelect::showHeldBackSoon() {
@@ -67,64 +104,49 @@ void ZanDlgWireSelect::showHeldBackSoon() {
 void ZanDlgWireSelect::OnTimer(int timer) {
   KillTimer(timer);
   if (timer == heldBackTimer)
-    manager_.ShowHeldBack();
+    view_->showHeldBack();
   else
-    manager_.MarkSeen();
+    view_->markSeen();
+}
+
+bool ZanDlgWireSelect::isOverloadAccepted() const {
+  const std::optional<std::wstring> percent = lookup_->overload();
+  if (!percent) return true;
+  const std::optional<int> answer =
+      showTaskDialog(ampacityExceededKey, {{ampacityParameter, *percent}}, window());
+  return !answer || *answer == kvui::firstCommand;
 }
 
 void ZanDlgWireSelect::OnOK() {
-  if (!manager_.CheckOnOk()) return;
-  manager_.StoreToCircuitData();
-  circuitData().wireChosen = true;
-  const int row = grid().SelectedRow();
-  size_ = row > 0 ? removeBlanks(grid().Cell(row, sizeColumn)) : std::wstring();
-  // The highest count that the form allows and not the count of the chosen row: kept as it stands.
-  if (!size_.empty() && circuitData().useParallel) parallelNote_ = L'(' + circuitData().parallelCount + L')';
+  view_->showHeldBack();
+  if (!isOverloadAccepted()) return;
+  manager_.Store(*lookup_);
+  const WireCandidate* chosen = lookup_->chosen();
+  size_ = chosen != nullptr ? removeBlanks(chosen->size) : std::wstring();
+  // The highest count that the lookup allows and not the count of the chosen row, as is intended.
+  if (!size_.empty() && lookup_->input().isTicked(LookupField::parallelTick))
+    parallelNote_ = L'(' + lookup_->input().text(LookupField::parallelCount) + L')';
   EndDialog(kvui::ok);
 }
 
-KvUiControl& ZanDlgWireSelect::control(WireControl control) const {
-  switch (rowOf(control).kind) {
-  case WireControlKind::edit:
-    return edit(control);
-  case WireControlKind::list:
-  case WireControlKind::editableList:
-    return list(control);
-  case WireControlKind::tick:
-    return tick(control);
-  case WireControlKind::button:
-    break;
-  }
-  return Button(roleOf(control));
+void ZanDlgWireSelect::exportReport() {
+  view_->showHeldBack();
+  ZanBVSaveAsFileDlg dialog(lastReport_, window());
+  if (dialog.DoModal() != kvui::ok) return;
+  const std::filesystem::path path(toUtf8(dialog.path()));
+  lastReport_ = {fromUtf8(path.parent_path().string()), fromUtf8(path.filename().string())};
+  const WireReportTexts texts{Text(role::reportTitle).Text(), circuitName_, [this](LookupField field) {
+                                return Tick(roleOf(field)).Label();
+                              }};
+  const std::optional<std::wstring> failure =
+      writeReport(dialog.path(), dialog.mode(), wireReportRows(*lookup_, texts));
+  // There is no task dialog for this; the command line has the place and the reason.
+  if (failure) kvutPrintf(formatText(loadText(TextId::reportNotWritten), {dialog.path(), *failure}).c_str());
 }
 
-KvUiText& ZanDlgWireSelect::edit(WireControl control) const {
-  return Text(roleOf(control));
-}
-
-KvUiList& ZanDlgWireSelect::list(WireControl control) const {
-  return List(roleOf(control));
-}
-
-KvUiTick& ZanDlgWireSelect::tick(WireControl control) const {
-  return Tick(roleOf(control));
-}
-
-KvUiText& ZanDlgWireSelect::text(std::wstring_view role) const {
-  return Text(role);
-}
-
-KvUiGrid& ZanDlgWireSelect::results() const {
-  return grid();
-}
-
-ZanWireTableReader& ZanDlgWireSelect::reader() {
-  BRENVOLT_ASSERT(reader_.has_value(), "the wire tables are asked for before they are open");
-  return *reader_;
-}
-
-std::optional<WireLookupAnswer> runWireLookup(ZanDlgWireSelectBaseCtrlMgr& manager, KvWindow* parent) {
-  ZanDlgWireSelect dialog(manager, parent);
+std::optional<WireLookupAnswer> runWireLookup(
+    ZanDlgWireSelectBaseCtrlMgr& manager, KvWindow* parent, const std::optional<std::wstring>& circuit) {
+  ZanDlgWireSelect dialog(manager, parent, circuit);
   if (dialog.DoModal() != kvui::ok) return std::nullopt;
   return WireLookupAnswer{dialog.size(), dialog.parallelNote()};
 }

@@ -1,10 +1,11 @@
-// The form of the wire lookup. It holds no rule: it opens the tables, hands every change to its control manager and
-// answers with the chosen size.
+// The window of the wire lookup. It opens the tables, hands every change to the lookup and answers with the size that is
+// chosen there.
 #pragma once
 
-#include "data/wire_tables.h"
 #include "flows/dlg_database.h"
 #include "flows/wire_lookup_form.h"
+#include "flows/wire_lookup_view.h"
+#include "flows/wire_report_file.h"
 #include "flows/wire_select_ctrl_mgr.h"
 
 #include <optional>
@@ -15,11 +16,10 @@ namespace brenvolt {
 
 class ZanDlgWireSelect final : public ZanDlgDatabase, private WireLookupForm {
 public:
-  /// The manager belongs to whoever opens the dialog and must outlive it.
-  ZanDlgWireSelect(ZanDlgWireSelectBaseCtrlMgr& manager, KvWindow* parent);
-
-  /// For the report, when the lookup is opened out of a configuration.
-  void setCircuitName(std::wstring_view name) { circuitName_ = std::wstring(name); }
+  /// The manager belongs to whoever opens the dialog and must outlive it. `circuit` is the name for the report, when the
+  /// lookup is opened out of a configuration.
+  ZanDlgWireSelect(
+      ZanDlgWireSelectBaseCtrlMgr& manager, KvWindow* parent, std::optional<std::wstring> circuit);
 
   /// The chosen size without blanks; empty when no row was selected.
   [[nodiscard]] const std::wstring& size() const { return size_; }
@@ -36,23 +36,24 @@ protected:
   void OnTimer(int timer) override;
 
 private:
-  [[nodiscard]] KvUiControl& control(WireControl control) const override;
-  [[nodiscard]] KvUiText& edit(WireControl control) const override;
-  [[nodiscard]] KvUiList& list(WireControl control) const override;
-  [[nodiscard]] KvUiTick& tick(WireControl control) const override;
-  [[nodiscard]] KvUiText& text(std::wstring_view role) const override;
-  [[nodiscard]] KvUiGrid& results() const override;
-  [[nodiscard]] ZanWireTableReader& reader() override;
-  [[nodiscard]] const std::wstring& code() const override { return code_; }
-  [[nodiscard]] std::optional<std::wstring> circuitName() const override { return circuitName_; }
-  [[nodiscard]] KvWindow* parentWindow() const override { return window(); }
-  void endCancelled() override { EndDialog(kvui::cancel); }
+  [[nodiscard]] KvUiText& text(std::wstring_view role) const override { return Text(role); }
+  [[nodiscard]] KvUiList& list(std::wstring_view role) const override { return List(role); }
+  [[nodiscard]] KvUiTick& tick(std::wstring_view role) const override { return Tick(role); }
+  [[nodiscard]] KvUiGrid& results() const override { return grid(); }
+  [[nodiscard]] bool goesOnWithout(const MissingTables& missing) override;
   void showHeldBackSoon() override;
 
+  [[nodiscard]] bool begin();
+  void openSpareInputs();
+  [[nodiscard]] bool isOverloadAccepted() const;
+  void exportReport();
+
   ZanDlgWireSelectBaseCtrlMgr& manager_;
-  std::optional<ZanWireTableReader> reader_; ///< on the form's connection, once it is open
-  std::wstring code_;
-  std::optional<std::wstring> circuitName_;
+  std::optional<WireTableCache> tables_; ///< on the dialog's connection, once it is open
+  std::optional<WireLookup> lookup_;
+  std::optional<WireLookupView> view_;
+  const std::optional<std::wstring> circuitName_;
+  ReportPlace lastReport_;
   std::wstring size_;
   std::wstring parallelNote_;
 };
@@ -65,6 +66,7 @@ struct WireLookupAnswer {
 
 /// Runs the lookup; nothing when the user cancels or the tables cannot be opened.
 [[nodiscard]] std::optional<WireLookupAnswer> runWireLookup(
-    ZanDlgWireSelectBaseCtrlMgr& manager, KvWindow* parent);
+    ZanDlgWireSelectBaseCtrlMgr& manager, KvWindow* parent,
+    const std::optional<std::wstring>& circuit = std::nullopt);
 
 } // namespace brenvolt

@@ -1,6 +1,5 @@
 #include "flows/wire_choices.h"
 
-#include "text/compare.h"
 #include "text/numbers.h"
 #include "text/split.h"
 
@@ -46,9 +45,6 @@ constexpr RecordNumber recordNumbers[] = {
     {circparam::energyPrice, &ZanCircuitData::energyPrice},
 };
 
-constexpr std::wstring_view awg = L"AWG";
-constexpr std::wstring_view kcmil = L"KCMIL";
-
 } // namespace
 
 ZanCircuitData circuitChoices() {
@@ -70,15 +66,6 @@ ZanCircuitData placedChoices(const ZanCircParams& record) {
   for (const RecordNumber& row : recordNumbers)
     choices.*row.field = toDouble(record.get(row.place));
   return choices;
-}
-
-std::wstring shownSize(std::wstring_view stored, std::wstring_view standard) {
-  std::wstring size = removeBlanks(stored);
-  if (standard.empty()) return size;
-  std::size_t place = findNoCase(size, standard);
-  if (place == std::wstring::npos && equalsOrdinalNoCase(standard, awg)) place = findNoCase(size, kcmil);
-  if (place != std::wstring::npos && place > 0) size.insert(place, 1, L' ');
-  return size;
 }
 
 } // namespace brenvolt

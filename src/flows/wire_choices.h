@@ -5,9 +5,6 @@
 #include "data/circuit_data.h"
 #include "data/entity_records.h"
 
-#include <string>
-#include <string_view>
-
 namespace brenvolt {
 
 /// The circuit in hand.
@@ -17,9 +14,5 @@ namespace brenvolt {
 /// A placed circuit. What the record does not hold, the ticks, comes from the circuit in hand; every field is open.
 /// A text that is no number counts as not given.
 [[nodiscard]] ZanCircuitData placedChoices(const ZanCircParams& record);
-
-/// A size that was stored without blanks as the tables show it: "8AWG" is "8 AWG", "250KCMIL" is "250 KCMIL". The blank
-/// stands ahead of the standard's word, or ahead of "KCMIL" for the standard "AWG".
-[[nodiscard]] std::wstring shownSize(std::wstring_view stored, std::wstring_view standard);
 
 } // namespace brenvolt

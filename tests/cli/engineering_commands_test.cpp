@@ -112,6 +112,55 @@ TEST_CASE("factors, metals, standards and parallel runs choose the sizes that ha
   CHECK(contains(metric["proposed"].get<std::string>(), "mm2"));
 }
 
+TEST_CASE("a build's answer, a factor by hand, and why there is no proposal") {
+  const ToolFolder folder;
+  const auto answer = [&folder](std::vector<std::string> words) {
+    const std::vector<std::string> site = {"wire", "--site", "site", "--voltage", "460", "--phase", "3"};
+    words.insert(words.begin(), site.begin(), site.end());
+    return jsonOf(folder, words);
+  };
+  struct Row {
+    const char* arithmetic;
+    std::vector<std::string> words;
+    const char* proposed;
+    const char* note;
+  };
+  const Row rows[] = {
+      {"52 x 1.25 = 65 <= 85 x 0.8", {"--fla", "52", "--unattended"}, "4 AWG", ""},
+      {"54.4 x 1.25 = 68 = 85 x 0.8: a build takes an exact meet",
+       {"--fla", "54.4", "--unattended"},
+       "4 AWG",
+       ""},
+      {"which the lookup passes by", {"--fla", "54.4"}, "3 AWG", ""},
+      {"the largest for want of a larger one",
+       {"--fla", "9000", "--unattended"},
+       "2000 KCMIL",
+       "no size is large enough for 11250 A: a build takes the largest"},
+      {"65 > 85 x 0.7, 65 < 100 x 0.7", {"--fla", "52", "--overall-factor", "0.7"}, "3 AWG", ""},
+      {"the size without an impedance shows no drop, so that the limit does not take it out",
+       {"--fla", "52", "--length", "900", "--drop-limit", "0.01"},
+       "700 KCMIL",
+       ""},
+      {"every metric size has one",
+       {"--fla", "52", "--standard-code", "IEC", "--length", "900", "--units", "M", "--drop-limit", "0.01"},
+       nullptr,
+       "no size for 52 A keeps the voltage drop limit of 0.01 percent"},
+      {"2 conductors carry no 500 A",
+       {"--fla", "4000", "--parallel", "2"},
+       nullptr,
+       "no set of at most 2 conductors carries 5000 A"},
+  };
+  for (const Row& row : rows) {
+    CAPTURE(row.arithmetic);
+    const nlohmann::json found = answer(row.words);
+    CHECK(found["proposed"] == (row.proposed == nullptr ? nlohmann::json() : nlohmann::json(row.proposed)));
+    CHECK(found.value("note", "") == row.note);
+  }
+  const ToolRun refused = folder.run(wireCircuit({"--unattended", "--extra", "5", "--parallel", "3"}));
+  CHECK(refused.exitCode == 3);
+  CHECK(contains(refused.errors, "--extra: takes no part when a build sizes a wire unattended\n--parallel:"));
+}
+
 TEST_CASE("every fault of a circuit is named by its option") {
   const ToolFolder folder;
   struct Row {
@@ -156,10 +205,10 @@ TEST_CASE("a list of circuits is sized as its circuits one by one, and every bad
   CHECK(
       folder.read("result.csv") ==
       "tag,fla,voltage,phase,length,size,count,fill-range,ampacity,load-percent,drop,drop-percent,loss,"
-      "yearly-cost,ground\n"
-      "M1,52,460,3,250,4 AWG,,,68,95.59,6.52,1.42,0.59,$ 413.76,6 AWG\n"
-      "\"M,2\",12.5,230,1,,14 AWG,,,16,97.66,,,,,10 AWG\n"
-      "M3,9000,460,3,,,,,,,,,,,\n");
+      "yearly-cost,ground,note\n"
+      "M1,52,460,3,250,4 AWG,,,68,95.59,6.52,1.42,0.59,$ 413.76,6 AWG,\n"
+      "\"M,2\",12.5,230,1,,14 AWG,,,16,97.66,,,,,10 AWG,\n"
+      "M3,9000,460,3,,,,,,,,,,,,no size is large enough for the design current of 11250 A\n");
 
   const std::string bad =
       folder.write("bad.csv", "fla,voltage,phase,raceway\n52,zero,3,\n52,460,3\n,460,5,\n52,460,3,\n");

@@ -2,7 +2,7 @@
 #include "table_fixture.h"
 
 #include "data/auto_wire_size.h"
-#include "data/wire_lookup.h"
+#include "data/wire_figures.h"
 #include "text/numbers.h"
 
 using namespace brenvolt;
@@ -206,37 +206,42 @@ TEST_CASE("a lookup fills all columns from the shown numbers, filters and propos
 
 TEST_CASE("the sizing of a build takes the first size that carries, by its own rules") {
   TableFixture tables(wireTexts());
-  ZanWireTableReader reader(tables.connection());
-  REQUIRE(reader.GetOptions());
+  WireTableCache cache(*tables.connection());
+  const WireDefaults defaults(cache, L"NEC");
+  REQUIRE(cache.hasOptions(L"NEC"));
+  const auto sizeFor = [&defaults](const ZanCircuitData& data, double current) {
+    const std::optional<AutoWire> wire = autoWire(defaults, data, current);
+    return wire ? toUtf8(wire->size) + (wire->isLargeEnough ? "" : ", too small") : "none";
+  };
   ZanCircuitData data;
-  data.useContinuousLoad = false;                     // C_LOAD of 0.5 derates all the same
-  CHECK(autoWireSize(reader, data, 42.5) == L"4AWG"); // 85 x 0.5 is met exactly, which passes here
-  CHECK(autoWireSize(reader, data, 42.6) == L"3AWG");
-  CHECK(autoWireSize(reader, data, 42.500009) == L"4AWG");
-  CHECK(autoWireSize(reader, data, 42.50002) == L"3AWG");
-  CHECK(autoWireSize(reader, data, 900) == L"1AWG"); // the last row when none carries
+  data.useContinuousLoad = false;        // C_LOAD of 0.5 derates all the same
+  CHECK(sizeFor(data, 42.5) == "4 AWG"); // 85 x 0.5 is met exactly, which passes here
+  CHECK(sizeFor(data, 42.6) == "3 AWG");
+  CHECK(sizeFor(data, 42.500009) == "4 AWG");
+  CHECK(sizeFor(data, 42.50002) == "3 AWG");
+  CHECK(sizeFor(data, 900) == "1 AWG, too small"); // the last row when none carries
   data.useContinuousLoad = true;
   data.continuousFactor = 0.0; // counts as 1
-  CHECK(autoWireSize(reader, data, 85) == L"4AWG");
+  CHECK(sizeFor(data, 85) == "4 AWG");
   data.useAmbient = true;
   data.ambientFactor = 0.0; // does not
-  CHECK(autoWireSize(reader, data, 1) == L"1AWG");
+  CHECK(sizeFor(data, 1) == "1 AWG, too small");
   data.useAmbient = false;
 
   data.useVoltageDrop = true;
   data.fla = 52;
   data.phase = L"3";
   data.voltage = L"2"; // 6.5 V on 2 V is above the limit's 3; sizes without an impedance drop nothing
-  CHECK(autoWireSize(reader, data, 50) == L"3AWG");
+  CHECK(sizeFor(data, 50) == "3 AWG");
   data.voltage = L"0"; // 6.5 / 0 does not pass, 0 / 0 does
-  CHECK(autoWireSize(reader, data, 50) == L"3AWG");
+  CHECK(sizeFor(data, 50) == "3 AWG");
   data.raceway = L"Plastic"; // as shown in the list: no such column, no drop
-  CHECK(autoWireSize(reader, data, 50) == L"4AWG");
+  CHECK(sizeFor(data, 50) == "4 AWG");
   data.temperature = L"90C";
-  CHECK(autoWireSize(reader, data, 50).empty());
+  CHECK(sizeFor(data, 50) == "none");
 
   ZanCircuitData motor;
   motor.fla = 40;
-  motor.extraCurrent = 10;                         // takes no part
-  CHECK(autoDesignCurrent(reader, motor) == 50.0); // the options have no FLA_MULT
+  motor.extraCurrent = 10;                           // takes no part
+  CHECK(autoDesignCurrent(defaults, motor) == 50.0); // the options have no FLA_MULT
 }

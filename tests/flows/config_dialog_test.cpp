@@ -1,5 +1,6 @@
 // Sessions of the configuration dialog, from LISP to the drawing, the history and what LISP is told at the end.
 #include "tests/flows/config_site.h"
+#include "tests/flows/picker_session.h"
 #include "tests/support/golden.h"
 
 #include <doctest/doctest.h>
@@ -280,6 +281,27 @@ TEST_CASE("a configuration needs a name, and a taken one is replaced, made new o
     checkEnd(site.run({.steps = row.steps, .historyName = row.historyName}), "T");
     CHECK_EQ(site.historyNames(), row.names);
   }
+}
+
+TEST_CASE("the report of a wire lookup names the circuit in whose configuration the lookup was opened") {
+  const PickerTables tables(std::filesystem::path("site/tables"));
+  const TemporaryFolder folder;
+  const std::string lookup = R"({"dialog": "ZanDlgWireSelect", "do": [)";
+  const std::string setup = "(setq GBL_qn_electcodestd \"NEC\") (defun c:zan_bv_figure_mccdb_fnam () \"" +
+                            tables.file().string() +
+                            "\") (defun look () (zan_bv_wire_select) T) (vz-korvo-defun 'look)";
+  const std::string report = (folder / "wires.csv").string();
+  const ConfigResult result = ConfigSite({"BRK|Breaker|x|Frame|Small|1|1|(look)(put small)"})
+                                  .run(
+                                      {.markers = "((BRK 1))",
+                                       .steps =
+                                           {configStep({insertAll}), lookup + R"({"press": "report"}]})",
+                                            R"({"dialog": "file", "do": [{"set": "path", "to": ")" + report +
+                                                R"("}, {"press": "ok"}]})",
+                                            lookup + R"({"press": "cancel"}]})", configStep({finish})},
+                                       .setup = setup});
+  checkEnd(result, "T");
+  CHECK(bytesOf(report).find("\"Motor\"\n") != std::string::npos);
 }
 
 TEST_CASE("a configuration that cannot be saved is told, and the user decides what becomes of the circuit") {

@@ -1,6 +1,8 @@
 // What the fields start from for a placed circuit, and how its sizes are found among those of the tables.
 #include "flows/wire_choices.h"
 
+#include "data/wire_lookup.h"
+
 #include <doctest/doctest.h>
 
 #include "text/encoding.h"

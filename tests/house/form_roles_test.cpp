@@ -1,7 +1,7 @@
 // Flows ask for their controls by role, and forms name them in files that no compiler reads: each role that a flow
 // names is in its form, in a kind that the flow can use, and no form has a control that nobody asks for.
+#include "flows/wire_controls.h"
 #include "simhost/json/json_text.h"
-#include "widgets/roles_wire_lookup.h"
 
 #include <doctest/doctest.h>
 #include <nlohmann/json.hpp>
@@ -32,7 +32,8 @@ const FlowOfForm flows[] = {
     {"ZanDlgExistCircuits", {"dlg_exist_circuits.cpp"}},
     {"ZanDlgMotorSelect", {"rating_picker.cpp", "dlg_database.cpp", "dlg_database.h"}},
     {"ZanDlgPowerFeed", {"rating_picker.cpp", "dlg_database.cpp", "dlg_database.h"}},
-    {"ZanDlgWireSelect", {"wire_changes.cpp", "wire_export.cpp", "dlg_database.cpp", "dlg_database.h"}},
+    {"ZanDlgWireSelect",
+     {"dlg_wire_select.cpp", "wire_lookup_view.cpp", "dlg_database.cpp", "dlg_database.h"}},
 };
 /// Names a form and the roles of its filters, form by form.
 constexpr const char* kindsSource = "rating_picker_kind.cpp";
@@ -98,7 +99,7 @@ Asked rolesOf(const FlowOfForm& flow) {
     readRoles(textOf(fs::path("src/flows") / source), asked);
   readRoles(kindOf(flow.form), asked);
   if (std::string(flow.form) != "ZanDlgWireSelect") return asked;
-  constexpr const char* kinds[] = {"text", "list", "editableList", "tick", "button"};
+  constexpr const char* kinds[] = {"text", "list", "editableList", "tick"};
   for (const brenvolt::WireControlRow& row : brenvolt::wireControls)
     asked[std::string(row.role.begin(), row.role.end())] = {kinds[static_cast<int>(row.kind)]};
   return asked;

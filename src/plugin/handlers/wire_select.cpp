@@ -1,6 +1,7 @@
 // The two lookups of a circuit that is being made: a motor's and a load's.
 #include "plugin/handlers/wire_select.h"
 
+#include "flows/configured_circuit.h"
 #include "flows/dlg_wire_select.h"
 #include "host/host_api_documents.h"
 
@@ -9,7 +10,8 @@ namespace brenvolt {
 namespace {
 
 ResultList lookUp(ZanDlgWireSelectBaseCtrlMgr& manager) {
-  const std::optional<WireLookupAnswer> chosen = runWireLookup(manager, kvdsForegroundWindow());
+  const std::optional<WireLookupAnswer> chosen =
+      runWireLookup(manager, kvdsForegroundWindow(), configuredCircuit());
   if (!chosen) return {};
   ListBuilder answer;
   return answer.beginList().addText(chosen->size).addText(chosen->parallelNote).endList().take();

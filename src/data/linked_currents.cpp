@@ -1,6 +1,6 @@
-#include "flows/linked_currents.h"
+#include "data/linked_currents.h"
 
-#include "data/wire_lookup.h"
+#include "data/wire_sizing.h"
 #include "text/numbers.h"
 #include "text/split.h"
 

@@ -1,5 +1,5 @@
 // Current, multiplier, extra current and total: one row for each way of changing them.
-#include "flows/linked_currents.h"
+#include "data/linked_currents.h"
 
 #include <doctest/doctest.h>
 

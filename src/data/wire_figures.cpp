@@ -1,0 +1,117 @@
+#include "data/wire_figures.h"
+
+#include "text/compare.h"
+#include "text/numbers.h"
+
+#include <algorithm>
+
+namespace brenvolt {
+
+namespace {
+
+constexpr std::wstring_view threePhases = L"3";
+constexpr std::wstring_view feet = L"FT";
+
+std::vector<WireCandidate> candidateRows(const WireTableFigures& figures, const WireLookupInput& input) {
+  if (!input.parallel) return singleRunRows(figures.sizes, input.overallFactor);
+  ParallelInput parallel;
+  parallel.total = input.total;
+  parallel.highestCount = input.parallel->highestCount;
+  parallel.minimumAmpacity = figures.minimumAmpacity;
+  parallel.selectedFill = input.parallel->selectedFill;
+  return parallelRows(figures.sizes, input.parallel->fill, parallel);
+}
+
+void fillDropColumns(
+    std::vector<WireCandidate>& rows, const WireTableFigures& figures, const WireLookupInput& input) {
+  const DropCircuit circuit = dropCircuitOf(input);
+  const double phase = toDouble(input.phase);
+  for (WireCandidate& row : rows) {
+    const auto impedance = figures.impedances.find(row.size);
+    const double volts =
+        voltageDrop(circuit, impedance == figures.impedances.end() ? Impedance{} : impedance->second);
+    row.drop = dropCell(volts);
+    row.dropPercent = dropPercentCell(row.drop, input.voltage);
+    row.loss = lossCell(row.drop, phase, input.fla);
+    if (input.cost) row.yearlyCost = costCell(row.loss, input.cost->energyPrice, input.cost->currency);
+  }
+}
+
+} // namespace
+
+WireTableFigures readWireFigures(const ZanWireTableReader& reader, const WireTableChoice& choice) {
+  WireTableFigures figures;
+  reader.ReadAmpacity(choice.tables, choice.temperature, figures.sizes);
+  if (!choice.minimumSize.empty())
+    reader.ReadAmpacityAt(choice.tables, choice.temperature, choice.minimumSize, figures.minimumAmpacity);
+
+  std::wstring impedanceTable;
+  std::wstring ampacityTable;
+  if (choice.raceway.empty() ||
+      !reader.ResolveTable(impedanceTable, ZanTableKind::impedance, choice.tables) ||
+      !reader.ResolveTable(ampacityTable, ZanTableKind::ampacity, choice.tables))
+    return figures;
+  for (const ZanWireRow& row : figures.sizes) {
+    const auto [entry, isNew] = figures.impedances.try_emplace(row.size);
+    if (isNew) reader.ReadImpedance(impedanceTable, ampacityTable, choice.raceway, row.size, entry->second);
+  }
+  return figures;
+}
+
+bool isSinglePhaseText(std::wstring_view phase) {
+  return phase != threePhases;
+}
+
+bool isMetresText(std::wstring_view units) {
+  return !equalsOrdinalNoCase(units, feet);
+}
+
+DropCircuit dropCircuitOf(const WireLookupInput& input) {
+  DropCircuit circuit;
+  circuit.isSinglePhase = isSinglePhaseText(input.phase);
+  circuit.current = input.fla + input.extraCurrent;
+  if (!input.drop) return circuit;
+  circuit.isMetres = isMetresText(input.drop->lengthUnits);
+  circuit.length = input.drop->length;
+  circuit.powerFactor = input.drop->powerFactor;
+  return circuit;
+}
+
+WireLookupResult computeWires(const WireTableFigures& figures, const WireLookupInput& input) {
+  WireLookupResult result;
+  result.rows = candidateRows(figures, input);
+  fillLoadPercent(result.rows, input.total);
+  if (input.drop) fillDropColumns(result.rows, figures, input);
+  const auto stillFits = [&] { return proposedRow(result.rows, input.total).has_value(); };
+  const bool isLargeEnough = stillFits();
+  removeOverloaded(result.rows, input.undersized);
+  const bool isLeft = stillFits();
+  if (input.drop && input.drop->limit) removeAboveDropLimit(result.rows, *input.drop->limit);
+  result.proposed = proposedRow(result.rows, input.total);
+  result.proposal = result.proposed  ? Proposal::fits
+                    : !isLargeEnough ? Proposal::noneLargeEnough
+                    : !isLeft        ? Proposal::leftOut
+                                     : Proposal::aboveDropLimit;
+  return result;
+}
+
+WireSizeFacts wireSizeFacts(
+    const ZanWireTableReader& reader, const WireTableChoice& choice, std::wstring_view sizeDescription) {
+  WireSizeFacts facts;
+  if (!reader.ResolveTable(facts.ampacityTable, ZanTableKind::ampacity, choice.tables)) return facts;
+  std::vector<ZanWireRow> sizes;
+  reader.ReadAmpacity(choice.tables, choice.temperature, sizes);
+  const auto row = std::find_if(sizes.begin(), sizes.end(), [sizeDescription](const ZanWireRow& each) {
+    return each.size == sizeDescription;
+  });
+  if (row != sizes.end()) facts.ampacity = row->ampacity;
+  if (choice.raceway.empty() ||
+      !reader.ResolveTable(facts.impedanceTable, ZanTableKind::impedance, choice.tables))
+    return facts;
+  reader.ReadImpedance(
+      facts.impedanceTable, facts.ampacityTable, choice.raceway, sizeDescription, facts.impedance,
+      &facts.source);
+  return facts;
+}
+
+} // namespace brenvolt
