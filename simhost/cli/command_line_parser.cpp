@@ -17,7 +17,9 @@ bool isWordByPlace(const OptionRow& row) {
 
 class Parser final {
 public:
-  explicit Parser(const CommandTable& program) : app_(program.description, program.name) {
+  /// Where the first word names a command, the options of the others are not set up: they cost more than a small task.
+  Parser(const CommandTable& program, const std::string& firstWord)
+      : app_(program.description, program.name), firstWord_(firstWord) {
     addTo(app_, program);
   }
 
@@ -54,8 +56,12 @@ private:
       for (const std::string& other : row.rules.needs)
         option->needs(app.get_option(other));
     }
-    for (const CommandTable& command : table.commands)
-      addTo(*app.add_subcommand(command.name, command.description), command);
+    const auto isFirstWord = [this](const CommandTable& command) { return command.name == firstWord_; };
+    const bool isNamed = &app == &app_ && std::ranges::any_of(table.commands, isFirstWord);
+    for (const CommandTable& command : table.commands) {
+      CLI::App& added = *app.add_subcommand(command.name, command.description);
+      if (!isNamed || isFirstWord(command)) addTo(added, command);
+    }
     if (!table.commands.empty()) app.require_subcommand(1);
   }
 
@@ -97,6 +103,7 @@ private:
   }
 
   CLI::App app_;
+  const std::string firstWord_;
   std::map<const CLI::App*, const CommandTable*> tables_;
   std::map<const CLI::Option*, const OptionRow*> ordered_;
   std::vector<std::string> unordered_;
@@ -128,7 +135,7 @@ CommandLineResult readCommandLine(
         word->c_str());
     return {.end = static_cast<int>(ExitCode::wrongArguments)};
   }
-  Parser parser(program);
+  Parser parser(program, argc > 1 ? argv[1] : "");
   parser.app().set_version_flag("--version", version);
   try {
     parser.app().parse(argc, argv);

@@ -76,7 +76,13 @@ std::wstring ZanDbReaderUtils::ComposeTableName(
   return name;
 }
 
+void ZanDbReaderUtils::KeepTableList() {
+  keptNames_.reset();
+  keptNames_ = catalogue();
+}
+
 std::vector<std::wstring> ZanDbReaderUtils::catalogue() const {
+  if (keptNames_) return *keptNames_;
   std::vector<std::wstring> names;
   if (!connection_ || !connection_->IsConnected()) return names;
   ZanOleDbTables tables;

@@ -4,6 +4,7 @@
 
 #include "platform/tables.h"
 
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -53,7 +54,13 @@ public:
   ZanDbReaderUtils(const ZanDbReaderUtils&) = default;
   ZanDbReaderUtils& operator=(const ZanDbReaderUtils&) = default;
 
-  void SetConnection(ZanOleDbConnection* connection) { connection_ = connection; }
+  void SetConnection(ZanOleDbConnection* connection) {
+    connection_ = connection;
+    keptNames_.reset();
+  }
+  /// Reads the list of tables now and asks this list from now on, for who looks up many names and knows that no table
+  /// comes or goes meanwhile.
+  void KeepTableList();
   [[nodiscard]] ZanOleDbConnection* connection() const { return connection_; }
 
   /// "AMP", "INSUL", ...; empty for a value that is no family.
@@ -82,10 +89,12 @@ public:
   [[nodiscard]] static std::wstring JoinWhere(
       const std::vector<std::wstring>& names, const std::vector<std::wstring>& values);
 
-private:
+  /// The names of all tables in the database's order; none without a connection.
   [[nodiscard]] std::vector<std::wstring> catalogue() const;
 
+private:
   ZanOleDbConnection* connection_;
+  std::optional<std::vector<std::wstring>> keptNames_;
 };
 
 } // namespace brenvolt

@@ -9,6 +9,7 @@ constexpr wchar_t between = L'\n'; // no table or column name holds one
 } // namespace
 
 WireTableCache::Code::Code(ZanOleDbConnection& connection, const std::wstring& code) : reader(&connection) {
+  reader.KeepTableList();
   reader.SetCode(code);
   hasOptions = reader.GetOptions();
 }
@@ -23,9 +24,16 @@ WireTableCache::Wires& WireTableCache::wiresOf(const WireTableSet& set) {
   return wires_[set.metal + between + set.standard + between + set.code];
 }
 
+void WireTableCache::forgetWires() {
+  wires_.clear();
+  for (const auto& [name, code] : codes_)
+    code->reader.KeepTableList();
+}
+
 const std::wstring& WireTableCache::table(ZanTableKind kind, const std::wstring& code) {
-  const auto [entry, isNew] = codeOf(code).tables.try_emplace(kind);
-  if (isNew) static_cast<void>(ZanDbReaderUtils(&connection_).ResolveTable(entry->second, kind, code));
+  Code& of = codeOf(code);
+  const auto [entry, isNew] = of.tables.try_emplace(kind);
+  if (isNew) static_cast<void>(of.reader.ResolveTable(entry->second, kind, {{}, {}, code}));
   return entry->second;
 }
 

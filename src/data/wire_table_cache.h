@@ -27,7 +27,7 @@ public:
   WireTableCache& operator=(const WireTableCache&) = delete;
 
   /// What depends on metal, standard or insulation is read again when it is next asked for.
-  void forgetWires() { wires_.clear(); }
+  void forgetWires();
 
   [[nodiscard]] ZanOleDbConnection& connection() const { return connection_; }
   /// @name By electrical code

@@ -36,19 +36,11 @@ std::wstring insulationLabel(std::wstring_view description, std::wstring_view te
 ZanWireTableReader::ZanWireTableReader(ZanOleDbConnection* connection)
     : connection_(connection), utils_(connection), options_(connection) {}
 
-std::vector<std::wstring> ZanWireTableReader::catalogue() const {
-  std::vector<std::wstring> names;
-  ZanOleDbTables tables;
-  if (connection_ && connection_->IsConnected() && tables.Open(*connection_, L"TABLE"))
-    tables.GetTableList(names);
-  return names;
-}
-
 bool ZanWireTableReader::ListStandards(std::vector<std::wstring>& standards) const {
   standards.clear();
   if (!connection_ || !connection_->IsConnected()) return false;
   // The three letters alone, so grounding tables count as well.
-  for (const std::wstring& name : catalogue()) {
+  for (const std::wstring& name : utils_.catalogue()) {
     if (!startsWithNoCase(name, ZanDbReaderUtils::TableBaseName(ZanTableKind::ampacity))) continue;
     const std::vector<std::wstring> tokens = splitKeepingEmpty(name, L'_');
     if (tokens.size() >= 3) addDistinct(standards, tokens[2]);
@@ -60,7 +52,7 @@ bool ZanWireTableReader::ListMetals(std::wstring_view standard, std::vector<std:
   metals.clear();
   if (!connection_ || !connection_->IsConnected()) return false;
   const std::wstring family = std::wstring(ZanDbReaderUtils::TableBaseName(ZanTableKind::ampacity)) + L'_';
-  for (const std::wstring& name : catalogue()) {
+  for (const std::wstring& name : utils_.catalogue()) {
     if (!startsWithNoCase(name, family)) continue;
     const std::vector<std::wstring> tokens = splitKeepingEmpty(name, L'_');
     if (tokens.size() >= 3 && equalsOrdinalNoCase(tokens[2], standard)) addDistinct(metals, tokens[1]);

@@ -97,6 +97,7 @@ public:
   [[nodiscard]] bool ResolveTable(std::wstring& name, ZanTableKind kind, const WireTableSet& set) const {
     return utils_.ResolveTable(name, kind, set.metal, set.standard, set.code);
   }
+  void KeepTableList() { utils_.KeepTableList(); }
   [[nodiscard]] bool CheckTables(const WireTableSet& set, MissingTables& missing, unsigned mask) const {
     return utils_.CheckTables(set.metal, set.standard, set.code, missing, mask);
   }
@@ -110,8 +111,6 @@ public:
   [[nodiscard]] ZanOleDbConnection* connection() const { return connection_; }
 
 private:
-  [[nodiscard]] std::vector<std::wstring> catalogue() const;
-
   ZanOleDbConnection* connection_;
   ZanDbReaderUtils utils_;
   ZanOptTableReader options_;
