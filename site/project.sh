@@ -3,6 +3,7 @@
 set -euo pipefail
 site=$(cd "$(dirname "${BASH_SOURCE[0]}")" && pwd)
 tool=${BRENVOLT:-$site/../out/bin/brenvolt}
+[ -x "$tool" ] || tool=brenvolt
 to=${1:-$site/../out/project}
 mkdir -p "$to"
 rm -f "$to/project.db" "$to/plant.json"

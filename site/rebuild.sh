@@ -4,6 +4,7 @@
 set -euo pipefail
 site=$(cd "$(dirname "${BASH_SOURCE[0]}")" && pwd)
 tool=${BRENVOLT:-$site/../out/bin/brenvolt}
+[ -x "$tool" ] || tool=brenvolt
 to=${1:-$site}
 mkdir -p "$to/blocks" "$to/templates" "$to/frames"
 

@@ -112,5 +112,11 @@ if ! tr -s ' \n' ' ' <"$scratch/output" | grep -q "GCC 12 or Clang 14 or later i
   echo "an old compiler is not reported:" && tail -n 20 "$scratch/output"
 fi
 
+# The page on software of others is what its list says.
+if ! diff <(bash "$repository/packaging/third_party.sh" page) "$repository/docs/third-party.md"; then
+  failures=$((failures + 1))
+  echo "docs/third-party.md differs from packaging/third-party.list: packaging/third_party.sh page >docs/third-party.md"
+fi
+
 if [ $failures -ne 0 ]; then exit 1; fi
 echo "all as expected"

@@ -83,6 +83,8 @@ CommandTable catalogCommand() {
            {{"--json", &options->asJson, "Print for a machine"},
             {"--check", &options->isCheck,
              "Read every worksheet too; exit code 5 when something is wrong"}}}),
+      .examples = {"brenvolt catalog --site site", "brenvolt catalog --site site --check"},
+      .page = "workbook.md",
       .run = [options] { return runCatalog(*options); },
   };
 }

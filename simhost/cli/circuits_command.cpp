@@ -126,6 +126,8 @@ CommandTable circuitsCommand() {
             {"--move", &options->move, "Move the circuit of this id or tag", "CIRCUIT", {.needs = {"--by"}}},
             {"--by", &options->by, "How far it is moved", "X,Y", {.needs = {"--move"}}},
             {"--out", &options->out, "Write the changed drawing here instead of over the old one", "FILE"}}}),
+      .examples = {"brenvolt circuits motor.json", "brenvolt circuits motor.json --csv"},
+      .page = "tool.md",
       .run = [options] { return runCircuits(*options); },
   };
 }

@@ -42,6 +42,9 @@ struct OptionRow {
 };
 using OptionRows = std::vector<OptionRow>;
 
+/// Whether a row is a word by its place and not an option.
+[[nodiscard]] bool isWordByPlace(const OptionRow& row);
+
 /// Rows that several subcommands share, and a subcommand's own, as one table.
 [[nodiscard]] OptionRows joinedRows(std::initializer_list<OptionRows> parts);
 
@@ -52,6 +55,10 @@ struct CommandTable {
   OptionRows options = {};
   std::vector<CommandTable> commands = {}; ///< where there are any, exactly one must be given
   std::string footer = {};                 ///< below the options in --help
+  /// Two command lines for a folder with the sample site as "site" and a motor's circuit as "motor.json"; a test runs
+  /// them. Commands without their own have those of the table above, and so for the page.
+  std::vector<std::string> examples = {};
+  std::string page = {}; ///< of the manual: "tool.md"
   /// May throw BadInput and CannotWrite. Empty for a program that goes on by itself, and above `commands`.
   std::function<ExitCode()> run = {};
 };
@@ -63,7 +70,8 @@ struct CommandLineResult {
   const CommandTable* command = nullptr;
 };
 
-/// Fills the members that the tables name. `version` is what --version prints.
+/// Fills the members that the tables name. `version` is what --version prints. `--write-help DIR` writes the manual
+/// pages and the completions of shells into a folder and ends the program.
 [[nodiscard]] CommandLineResult readCommandLine(
     const CommandTable& program, const std::string& version, int argc, const char* const* argv);
 

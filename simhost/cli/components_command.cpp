@@ -89,6 +89,10 @@ CommandTable componentsCommand() {
             {"--type", &options->type, "Motor type, as in the motor table", "TEXT", {.isRequired = true}},
             {"--fla", &options->fla, "Full-load current in amperes", "A", {.isRequired = true}}},
            options->output.rows()}),
+      .examples =
+          {"brenvolt components --site site --type Induction --fla 52",
+           "brenvolt components --site site --type Induction --fla 52 --csv"},
+      .page = "tool.md",
       .run = [options] { return runComponents(*options); },
   };
 }

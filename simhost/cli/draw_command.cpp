@@ -107,6 +107,10 @@ CommandTable drawCommand() {
       .description = "draw a circuit of the site's workbook",
       .options = joinedRows({options->site.rows(), rows}),
       .footer = "A build that fails or is cancelled writes nothing, and the reason is told.",
+      .examples =
+          {R"(brenvolt draw --site site --circuit "Three-phase motors" --type "Direct on line" --out motor.json)",
+           R"(brenvolt draw --site site --circuit "Three-phase motors" --type "Direct on line" --history "Pump 10 HP" --out pump.json --svg pump.svg)"},
+      .page = "circuits.md",
       .run = [options] { return runDraw(*options); },
   };
 }

@@ -44,6 +44,8 @@ CommandTable exprCommand() {
           {{"TEXT", &options->text, "The formula, with the variable \"i\"", {}, {.isRequired = true}},
            {"I", &options->variable, "The value of \"i\", 0 without it"}},
       .footer = "Put -- ahead of a formula that begins with a minus sign.",
+      .examples = {"brenvolt expr '2*(3+i)' 4", "brenvolt expr -- '-3+i' 5"},
+      .page = "tables.md",
       .run = [options] { return runExpr(*options); },
   };
 }

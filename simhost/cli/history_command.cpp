@@ -83,20 +83,26 @@ CommandTable historyCommand() {
   return {
       .name = "history",
       .description = "list, show or delete saved configurations",
-      .commands = {
-          {.name = "list",
-           .description = "the names of all saved configurations",
-           .options = all,
-           .run = [options] { return listHistories(*options); }},
-          {.name = "show",
-           .description = "motor or load data and the choices of one",
-           .options = one,
-           .run = [options] { return showHistory(*options); }},
-          {.name = "delete",
-           .description = "take one out of the file",
-           .options = one,
-           .run = [options] { return deleteHistory(*options); }},
-      }};
+      .commands =
+          {
+              {.name = "list",
+               .description = "the names of all saved configurations",
+               .options = all,
+               .run = [options] { return listHistories(*options); }},
+              {.name = "show",
+               .description = "motor or load data and the choices of one",
+               .options = one,
+               .run = [options] { return showHistory(*options); }},
+              {.name = "delete",
+               .description = "take one out of the file",
+               .options = one,
+               .run = [options] { return deleteHistory(*options); }},
+          },
+      .examples =
+          {"brenvolt history list --site site",
+           R"(brenvolt history show "Pump 10 HP" --site site --circuit "Three-phase motors" --type "Direct on line")"},
+      .page = "history.md",
+  };
 }
 
 } // namespace simhost

@@ -82,6 +82,9 @@ CommandTable importCommand() {
             {"--replace", &options->replaces, "Replace tables that OUT holds already"}},
            options->output.rows()}),
       .footer = "Nothing is written unless all inputs can be read whole.",
+      .examples =
+          {"brenvolt import tables.db site/tables", "brenvolt import tables.db site/tables --replace"},
+      .page = "tables.md",
       .run = [options] { return runImport(*options); },
   };
 }

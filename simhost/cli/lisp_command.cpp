@@ -62,6 +62,8 @@ CommandTable lispCommand() {
       .footer =
           "The value of the last file or form is the last line of standard output. A LISP error names file, "
           "line and form; nothing is saved then. Without files and forms there is a prompt.",
+      .examples = {"brenvolt lisp -e '(+ 1 2)'", "brenvolt lisp --site site -e '(zan_bv_code_std_desc)'"},
+      .page = "lisp.md",
       .run = [options] { return runLisp(*options); },
   };
 }

@@ -108,6 +108,10 @@ CommandTable ratingCommand(
       .description = description,
       .options = joinedRows(
           {{options->site.siteRow(), options->site.standardRow()}, filters, options->output.rows()}),
+      .examples =
+          {std::string("brenvolt ") + name + " --site site --voltage 460",
+           std::string("brenvolt ") + name + " --site site --csv"},
+      .page = "pickers.md",
       .run = [options, &table, fields] { return runRatings(*options, table, fields); },
   };
 }

@@ -156,6 +156,10 @@ CommandTable replayCommand() {
           "The site stays as it is: the session works on copies. The last line of standard output is "
           "the value of the last form, nil for a build that was cancelled, which leaves the drawing as it "
           "was.",
+      .examples =
+          {"brenvolt replay site site/pictures/wires.json",
+           "brenvolt replay site site/pictures/wires.json --record again.json"},
+      .page = "answers.md",
       .run = [options] { return runReplay(*options); },
   };
 }

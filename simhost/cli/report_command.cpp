@@ -134,6 +134,10 @@ CommandTable reportCommand() {
             "DIR",
             {.path = OptionRules::Path::existingFolder}},
            {"--out", &options->out, "Write here instead of to the screen", "FILE"}},
+      .examples =
+          {"brenvolt report parts motor.json",
+           "brenvolt report wires motor.json --format csv --out wires.csv"},
+      .page = "tool.md",
       .run = [options] { return runReport(*options); },
   };
 }

@@ -72,6 +72,10 @@ CommandTable sqlCommand() {
              {.isRequired = true}},
             {"--write", &options->writes, "Allow statements that change the database"}},
            options->output.rows()}),
+      .examples =
+          {"brenvolt sql site/zan_brenvolt.xls 'SELECT * FROM [ZAN_CIRCS$]'",
+           "brenvolt sql site/zan_brenvolt.xls 'SELECT [CIRCUIT], [TYPE] FROM [ZAN_CIRCS$]' --csv"},
+      .page = "tables.md",
       .run = [options] { return runSql(*options); },
   };
 }

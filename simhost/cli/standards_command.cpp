@@ -35,6 +35,8 @@ CommandTable standardsCommand() {
       .name = "standards",
       .description = "list the code standards that a site has tables for",
       .options = joinedRows({{options->site.siteRow()}, options->output.rows()}),
+      .examples = {"brenvolt standards --site site", "brenvolt standards --site site --json"},
+      .page = "tables.md",
       .run = [options] { return runStandards(*options); },
   };
 }

@@ -21,6 +21,7 @@ namespace simhost {
 [[nodiscard]] CommandTable motorsCommand();
 [[nodiscard]] CommandTable replayCommand();
 [[nodiscard]] CommandTable reportCommand();
+[[nodiscard]] CommandTable siteCommand();
 [[nodiscard]] CommandTable sqlCommand();
 [[nodiscard]] CommandTable standardsCommand();
 [[nodiscard]] CommandTable wireCommand();

@@ -4,10 +4,12 @@
 namespace simhost {
 
 std::vector<CommandTable> subcommands() {
-  return {drawCommand(),   replayCommand(),    catalogCommand(),  circuitsCommand(),
-          reportCommand(), historyCommand(),   workbookCommand(), lispCommand(),
-          wireCommand(),   motorsCommand(),    loadsCommand(),    componentsCommand(),
-          exprCommand(),   standardsCommand(), importCommand(),   sqlCommand()};
+  return {
+      drawCommand(),    replayCommand(),     catalogCommand(), circuitsCommand(),  reportCommand(),
+      historyCommand(), workbookCommand(),   lispCommand(),    wireCommand(),      motorsCommand(),
+      loadsCommand(),   componentsCommand(), exprCommand(),    standardsCommand(), importCommand(),
+      sqlCommand(),     siteCommand(),
+  };
 }
 
 } // namespace simhost

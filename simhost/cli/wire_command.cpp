@@ -200,6 +200,10 @@ CommandTable wireCommand() {
       .footer = "Needed are --fla, --voltage and --phase. A word in brackets is the setting of the option "
                 "table that serves where nothing is given. With --batch the other options hold for every "
                 "circuit that leaves its cell empty.",
+      .examples =
+          {"brenvolt wire --site site --fla 52 --voltage 460 --phase 3",
+           "brenvolt wire --site site --fla 52 --voltage 460 --phase 3 --length 250 --explain"},
+      .page = "wire-sizing.md",
       .run = [options] { return runWire(*options); },
   };
 }

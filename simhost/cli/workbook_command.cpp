@@ -130,6 +130,10 @@ CommandTable workbookCommand() {
             .options = {folder, file},
             .run = [options] { return pack(*options); }}},
       .footer = "All cells are texts. Sheet ZAN_CIRCS comes first, then ANNO_CODE, then the others by name.",
+      .examples =
+          {"brenvolt workbook unpack site/zan_brenvolt.xls sheets",
+           "brenvolt workbook pack site/workbook packed.xls"},
+      .page = "workbook.md",
   };
 }
 

@@ -5,6 +5,7 @@
 #include "simhost/gui/main_window.h"
 #include "simhost/gui/session_recording.h"
 #include "simhost/host/errors.h"
+#include "simhost/host/program_files.h"
 #include "simhost/lisp/printer.h"
 #include "simhost/qt/session_player.h"
 #include "simhost/site/exit_code.h"
@@ -165,7 +166,7 @@ ExitCode show(int argc, char** argv, GuiOptions& options) {
   if (!options.record.empty()) options.site.unnamedSettings = SiteRunOptions::UnnamedSettings::memory;
   const HostTexts texts(defaultResourceFolder(), options.site.language);
   QtWindows windows;
-  windows.setHelpFolder(programFolder() / "docs");
+  windows.setHelpFolder(dataFolder("docs"));
   SiteRun site(options.site, windows);
   MainWindow window(site, windows, texts);
   if (!options.theme.empty()) window.setPaper(options.theme == "dark" ? Paper::dark : Paper::light);
@@ -201,6 +202,7 @@ int runGui(int argc, char** argv) {
             "DIR",
             {.path = OptionRules::Path::existingFolder}},
            {"--drawing", &options.site.drawing, "Open this drawing instead of an empty one", "FILE"},
+           {"FILE", &options.site.drawing, "The same, as a desktop gives it"},
            {"--language", &options.site.language,
             "Two letters, else the one chosen before, else the environment's", "CODE"},
            {"--record", &options.record, "Write what was done, for `brenvolt replay`", "FILE"},
@@ -220,6 +222,10 @@ int runGui(int argc, char** argv) {
             {.needs = {"--play"}}}},
       .footer = "Exit codes: 0 done, 1 wrong arguments, 2 unexpected, 3 bad input, no screen or no fonts, 4 "
                 "cannot write.",
+      .examples =
+          {"brenvolt-gui --site site --screenshot window.png",
+           "brenvolt-gui --site site --language de --theme dark --screenshot dunkel.png"},
+      .page = "main-window.md",
   };
   const CommandLineResult given = readCommandLine(program, "brenvolt-gui " BRENVOLT_VERSION, argc, argv);
   if (given.end) return *given.end;

@@ -134,10 +134,6 @@ void ModuleLoader::unlock(void* applicationId) {
     if (idOf(module.number) == applicationId) module.isUnlocked = true;
 }
 
-std::filesystem::path defaultModule() {
-  return programFolder() / "ZanBrenvolt.kvx";
-}
-
 } // namespace simhost
 
 KvRxObject::~KvRxObject() = default;

@@ -172,16 +172,6 @@ void ResourceLibrary::free(KvResourceModule* module) {
   std::erase_if(modules_, [module](const auto& known) { return known.get() == module; });
 }
 
-std::filesystem::path programFolder() {
-  std::error_code error;
-  const std::filesystem::path program = std::filesystem::read_symlink("/proc/self/exe", error);
-  return error ? std::filesystem::current_path() : program.parent_path();
-}
-
-std::filesystem::path defaultResourceFolder() {
-  return programFolder() / "resources";
-}
-
 std::string languageOfEnvironment() {
   for (const char* name : {"LC_ALL", "LC_MESSAGES", "LANG"}) {
     const char* value = std::getenv(name);
