@@ -1,4 +1,5 @@
 // `brenvolt catalog`: the circuits of a site's workbook, and what its author has to put right.
+#include "simhost/cli/finding_output.h"
 #include "simhost/cli/site_workbook.h"
 #include "simhost/cli/subcommand.h"
 #include "simhost/json/json_text.h"
@@ -7,6 +8,7 @@
 #include <nlohmann/json.hpp>
 
 #include <cstdio>
+#include <filesystem>
 #include <memory>
 
 namespace simhost {
@@ -22,8 +24,7 @@ struct CatalogOptions {
   bool isCheck = false;
 };
 
-void printJson(
-    const brenvolt::ZanCircuitCatalog& catalogue, const std::vector<brenvolt::WorkbookFinding>& findings) {
+Json circuitsJson(const brenvolt::ZanCircuitCatalog& catalogue) {
   Json circuits = Json::array();
   for (const auto& [circuit, types] : catalogue.circuits()) {
     Json entries = Json::array();
@@ -35,19 +36,10 @@ void printJson(
            {"presets", toUtf8(entry.presetKey)}});
     circuits.push_back({{"circuit", toUtf8(circuit)}, {"types", std::move(entries)}});
   }
-  Json problems = Json::array();
-  for (const brenvolt::WorkbookFinding& finding : findings)
-    problems.push_back(
-        {{"sheet", toUtf8(finding.sheet)},
-         {"row", finding.row},
-         {"column", finding.column},
-         {"text", toUtf8(finding.text)}});
-  const Json all = {{"circuits", std::move(circuits)}, {"findings", std::move(problems)}};
-  std::puts(jsonText(all, 2).c_str());
+  return circuits;
 }
 
-void printText(
-    const brenvolt::ZanCircuitCatalog& catalogue, const std::vector<brenvolt::WorkbookFinding>& findings) {
+void printText(const brenvolt::ZanCircuitCatalog& catalogue) {
   for (const auto& [circuit, types] : catalogue.circuits()) {
     std::printf("%s\n", toUtf8(circuit).c_str());
     for (const brenvolt::ZanCircuitEntry& entry : types.entries)
@@ -55,20 +47,32 @@ void printText(
           "  %-28s %-36s %-10s %s\n", toUtf8(entry.type).c_str(), toUtf8(entry.drawingTemplate).c_str(),
           toUtf8(entry.worksheet).c_str(), toUtf8(entry.presetKey).c_str());
   }
-  for (const brenvolt::WorkbookFinding& finding : findings)
-    std::fprintf(stderr, "brenvolt: %s\n", findingText(finding).c_str());
+}
+
+/// What `check` finds in the workbook, its forms and its templates.
+circuits::CheckReport checkCatalogue(const CatalogOptions& options, const std::string& workbook) {
+  using circuits::CheckKind;
+  circuits::CheckOptions check;
+  check.site = std::filesystem::absolute(options.site.site).lexically_normal();
+  check.workbook = workbook;
+  check.kinds = {CheckKind::workbook, CheckKind::forms, CheckKind::templates};
+  check.depth = circuits::CheckDepth::quick;
+  return circuits::checkSite(check);
 }
 
 ExitCode runCatalog(const CatalogOptions& options) {
   const std::string workbook = options.site.path();
   const brenvolt::ZanCircuitCatalog catalogue = readCatalogue(workbook);
-  std::vector<brenvolt::WorkbookFinding> findings;
-  if (options.isCheck) findings = checkWorkbook(workbook, options.site.site);
-  if (options.asJson)
-    printJson(catalogue, findings);
-  else
-    printText(catalogue, findings);
-  return findings.empty() ? ExitCode::done : ExitCode::findings;
+  circuits::CheckReport report;
+  if (options.isCheck) report = checkCatalogue(options, workbook);
+  if (options.asJson) {
+    const Json all = {{"circuits", circuitsJson(catalogue)}, {"findings", findingsJson(report.findings)}};
+    std::puts(jsonText(all, 2).c_str());
+  } else {
+    printText(catalogue);
+    if (options.isCheck) printFindings(report);
+  }
+  return report.findings.empty() ? ExitCode::done : ExitCode::findings;
 }
 
 } // namespace
@@ -82,7 +86,7 @@ CommandTable catalogCommand() {
           {options->site.rows(),
            {{"--json", &options->asJson, "Print for a machine"},
             {"--check", &options->isCheck,
-             "Read every worksheet too; exit code 5 when something is wrong"}}}),
+             "Check workbook, forms and templates too, as check does; exit code 5 for findings"}}}),
       .examples = {"brenvolt catalog --site site", "brenvolt catalog --site site --check"},
       .page = "workbook.md",
       .run = [options] { return runCatalog(*options); },

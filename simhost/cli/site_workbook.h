@@ -1,4 +1,4 @@
-// The configuration workbook that a subcommand works on, and what is said about it: which of its lines want a look.
+// The configuration workbook that a subcommand works on, and the saved configurations beside it.
 #pragma once
 
 #include "build/workbook_catalogue.h"
@@ -6,7 +6,6 @@
 #include "simhost/cli/command_table.h"
 
 #include <string>
-#include <vector>
 
 namespace simhost {
 
@@ -28,13 +27,5 @@ struct SiteWorkbookOptions {
 void openConfiguration(
     brenvolt::ZanXmlHistory& history, const std::string& workbook, const std::string& circuit,
     const std::string& type, const std::string& name);
-
-/// Everything that a workbook's author has to put right: worksheets that are missing or cannot be read, what their
-/// reading passes over, template files that `site` does not hold. In the order of the catalogue.
-[[nodiscard]] std::vector<brenvolt::WorkbookFinding> checkWorkbook(
-    const std::string& workbook, const std::string& site);
-
-/// "sheet M3_DOL, row 12, column 8: ..."
-[[nodiscard]] std::string findingText(const brenvolt::WorkbookFinding& finding);
 
 } // namespace simhost

@@ -10,6 +10,7 @@ namespace simhost {
 
 // One function for each file of this folder that holds a subcommand.
 [[nodiscard]] CommandTable catalogCommand();
+[[nodiscard]] CommandTable checkCommand();
 [[nodiscard]] CommandTable circuitsCommand();
 [[nodiscard]] CommandTable componentsCommand();
 [[nodiscard]] CommandTable drawCommand();

@@ -5,10 +5,10 @@ namespace simhost {
 
 std::vector<CommandTable> subcommands() {
   return {
-      drawCommand(),    replayCommand(),     catalogCommand(), circuitsCommand(),  reportCommand(),
-      historyCommand(), workbookCommand(),   lispCommand(),    wireCommand(),      motorsCommand(),
-      loadsCommand(),   componentsCommand(), exprCommand(),    standardsCommand(), importCommand(),
-      sqlCommand(),     siteCommand(),
+      drawCommand(),   replayCommand(),  catalogCommand(),    checkCommand(), circuitsCommand(),
+      reportCommand(), historyCommand(), workbookCommand(),   lispCommand(),  wireCommand(),
+      motorsCommand(), loadsCommand(),   componentsCommand(), exprCommand(),  standardsCommand(),
+      importCommand(), sqlCommand(),     siteCommand(),
   };
 }
 

@@ -137,10 +137,24 @@ TEST_CASE("what is made of circuits sees lower layers, the drawing, the site and
                            (other->second < level->second || other->first == layer);
       const bool isFree = target == "text" || target == "host_api" || target == "data" ||
                           target == "project" || target == "platform" ||
-                          include.starts_with("simhost/drawing/") || include.starts_with("simhost/site/") || include == "simhost/host/errors.h";
+                          include.starts_with("simhost/drawing/") || include.starts_with("simhost/site/") ||
+                          include == "simhost/host/errors.h";
       CHECK_MESSAGE((isLower || isFree), file.string(), " includes ", include);
     }
   }
+}
+
+TEST_CASE("the check of a site builds circuits through the loaded module, as any user does") {
+  const std::set<std::string> rooms = {"text", "expr",    "host_api", "host",
+                                       "data", "project", "platform", "circuits"};
+  const std::set<std::string> simhostRooms = {"lisp", "drawing", "host", "ui", "site"};
+  for (const fs::path& file : sourcesBelow("circuits/check"))
+    for (const std::string& include : projectIncludesOf(file)) {
+      const bool isSimhost = include.starts_with("simhost/");
+      const bool allowed = isSimhost ? simhostRooms.contains(roomOfInclude(include.substr(8)))
+                                     : rooms.contains(roomOfInclude(include));
+      CHECK_MESSAGE(allowed, file.string(), " includes ", include);
+    }
 }
 
 TEST_CASE("every source is listed by name in its folder") {

@@ -80,8 +80,8 @@
 ; The feeder ends at x = 96, where motor A's branch begins; motor B's wires leave it shortly before.
 (defun draw-motor3-two ()
   (marker "TITLE" 1 0 24)
-  (marker "FEED" 1 0 0)
-  (marker "DISC" 1 18 0)
+  (marker "FEED" 1.2 0 0)
+  (marker "DISC" 1.4 18 0)
   (dotimes (pole 3)
     (let ((y (- (* 10 pole))) (number (number->string (+ pole 1))))
       (label -3 (- y 0.9) (string-append "L" number))

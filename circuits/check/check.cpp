@@ -1,0 +1,63 @@
+#include "circuits/check/check.h"
+
+#include "circuits/check/allowances.h"
+#include "circuits/check/check_session.h"
+#include "circuits/check/form_rules.h"
+#include "circuits/check/lisp_rules.h"
+#include "circuits/check/template_rules.h"
+#include "circuits/check/workbook_rules.h"
+
+#include <algorithm>
+
+namespace circuits {
+
+namespace {
+
+std::set<CheckKind> kindsOf(const CheckOptions& options) {
+  std::set<CheckKind> kinds = options.kinds;
+  if (kinds.empty())
+    for (int number = 0; number < kindCount; ++number)
+      kinds.insert(static_cast<CheckKind>(number));
+  if (options.depth == CheckDepth::quick) kinds.erase(CheckKind::run);
+  return kinds;
+}
+
+/// A check may look at more than was asked for; only the kinds asked for are told.
+void keepKinds(std::vector<Finding>& findings, const std::set<CheckKind>& kinds) {
+  std::erase_if(findings, [&kinds](const Finding& each) { return !kinds.contains(each.rule->kind); });
+}
+
+} // namespace
+
+CheckReport checkSite(const CheckOptions& options) {
+  const std::set<CheckKind> kinds = kindsOf(options);
+  const auto has = [&kinds](CheckKind kind) { return kinds.contains(kind); };
+
+  Findings findings;
+  const SiteModel site = readSite(options.site, options.workbook, findings);
+  checkWorkbook(site, findings);
+  checkCombinations(site, findings);
+  if (has(CheckKind::forms) || has(CheckKind::lisp) || has(CheckKind::run)) {
+    CheckSession session(site, options.module, findings);
+    checkForms(site, &session, findings);
+    checkLisp(site, session, findings);
+  }
+  TemplateSet templates(site);
+  checkTemplates(site, templates, findings);
+
+  CheckReport report;
+  Allowances allowances(site, findings);
+  report.findings = findings.take();
+  keepKinds(report.findings, kinds);
+  report.allowed = allowances.takeAllowed(report.findings);
+  if (has(CheckKind::allow)) {
+    Findings unused;
+    for (const Finding& finding : report.findings)
+      unused.add(finding);
+    allowances.addUnused(kinds, unused);
+    report.findings = unused.take();
+  }
+  return report;
+}
+
+} // namespace circuits

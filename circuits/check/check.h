@@ -1,0 +1,33 @@
+// The whole check of a site: everything is read and looked at, whatever else is wrong, and nothing is written.
+#pragma once
+
+#include "circuits/check/finding.h"
+
+#include <filesystem>
+#include <set>
+#include <vector>
+
+namespace circuits {
+
+enum class CheckDepth {
+  quick, ///< without building circuits
+  whole
+};
+
+struct CheckOptions {
+  std::filesystem::path site;     ///< folder
+  std::filesystem::path workbook; ///< full path
+  std::filesystem::path module;   ///< the plug-in, else the one beside the program
+  std::set<CheckKind> kinds;      ///< those to look at; none is all
+  CheckDepth depth = CheckDepth::whole;
+};
+
+struct CheckReport {
+  std::vector<Finding> findings; ///< in the order of file and place
+  std::vector<Finding> allowed;  ///< accepted by the site
+};
+
+/// Throws BadInput when the plug-in's module cannot be loaded; everything else is a finding.
+[[nodiscard]] CheckReport checkSite(const CheckOptions& options);
+
+} // namespace circuits

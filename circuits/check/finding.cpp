@@ -1,0 +1,130 @@
+#include "circuits/check/finding.h"
+
+#include "text/numbers.h"
+#include "text/split.h"
+
+#include <algorithm>
+#include <tuple>
+
+namespace circuits {
+
+using brenvolt::formatInt;
+
+namespace {
+
+/// Longer texts are shown around the part at fault.
+constexpr std::size_t shownLength = 100;
+
+/// The sentence with its "{name}" filled in. A name without a value is a slip in a rule, and stays visible.
+std::wstring filled(std::wstring_view sentence, RuleValues values) {
+  std::wstring text;
+  while (!sentence.empty()) {
+    const std::size_t open = sentence.find(L'{');
+    text += sentence.substr(0, open);
+    if (open == std::wstring_view::npos) break;
+    const std::size_t close = sentence.find(L'}', open);
+    const std::wstring_view name = sentence.substr(open + 1, close - open - 1);
+    const auto* const value =
+        std::find_if(values.begin(), values.end(), [name](const auto& each) { return each.first == name; });
+    if (value == values.end())
+      text += sentence.substr(open, close - open + 1);
+    else
+      text += value->second;
+    sentence.remove_prefix(close + 1);
+  }
+  return text;
+}
+
+std::wstring coordinate(double value) {
+  return brenvolt::formatTrimmed(value, 3);
+}
+
+auto sortKey(const Finding& finding) {
+  const FindingPlace& place = finding.place;
+  return std::tie(
+      place.file, place.sheet, place.row, place.column, place.columnName, place.code, place.position,
+      finding.rule->id, finding.what, finding.text.from, finding.text.text);
+}
+
+/// The line of a text that holds the part at fault, cut to what can be shown; the part moves with it.
+MarkedText shownLine(const MarkedText& whole) {
+  MarkedText line = whole;
+  if (line.length == 0) line.length = line.text.size() - std::min(line.from, line.text.size());
+  const std::size_t begin = line.text.rfind(L'\n', line.from == 0 ? 0 : line.from - 1);
+  const std::size_t start = begin == std::wstring::npos || line.from == 0 ? 0 : begin + 1;
+  line.text = line.text.substr(start, line.text.find(L'\n', line.from) - start);
+  line.from -= start;
+  if (line.text.size() > shownLength && line.from + line.length > shownLength) {
+    const std::size_t cut = line.from - std::min<std::size_t>(line.from, shownLength / 3);
+    line.text = L"..." + line.text.substr(cut);
+    line.from = line.from - cut + 3;
+  }
+  if (line.text.size() > shownLength) line.text = line.text.substr(0, shownLength) + L"...";
+  std::replace(line.text.begin(), line.text.end(), L'\t', L' ');
+  line.length = std::min(line.length, line.text.size() - std::min(line.from, line.text.size()));
+  return line;
+}
+
+} // namespace
+
+std::wstring placeText(const FindingPlace& place) {
+  std::vector<std::wstring> parts;
+  if (!place.file.empty()) parts.push_back(place.file);
+  if (!place.sheet.empty()) parts.push_back(L"sheet " + place.sheet);
+  if (place.row > 0) parts.push_back(L"row " + formatInt(place.row));
+  if (!place.columnName.empty())
+    parts.push_back(L"column " + place.columnName);
+  else if (place.column > 0)
+    parts.push_back(L"column " + formatInt(place.column));
+  if (!place.code.empty()) parts.push_back(L"CODE " + place.code);
+  if (place.position)
+    parts.push_back(L"at " + coordinate(place.position->first) + L"," + coordinate(place.position->second));
+  return brenvolt::join(parts, L", ");
+}
+
+void Findings::add(std::wstring_view rule, FindingPlace place, MarkedText text, RuleValues values) {
+  const Rule& broken = ruleOf(rule);
+  all_.push_back(
+      {&broken, std::move(place), std::move(text), filled(broken.sentence, values),
+       filled(broken.remedy, values)});
+}
+
+bool Findings::has(std::wstring_view rule) const {
+  return std::ranges::any_of(all_, [rule](const Finding& each) { return each.rule->id == rule; });
+}
+
+std::vector<Finding> Findings::take() {
+  std::ranges::stable_sort(
+      all_, [](const Finding& left, const Finding& right) { return sortKey(left) < sortKey(right); });
+  const auto repeated = std::ranges::unique(
+      all_, [](const Finding& left, const Finding& right) { return sortKey(left) == sortKey(right); });
+  all_.erase(repeated.begin(), repeated.end());
+  return std::exchange(all_, {});
+}
+
+std::wstring countsText(const std::vector<Finding>& findings) {
+  std::wstring text;
+  for (const auto& [severity, one, many] :
+       {std::tuple(Severity::error, L" error", L" errors"),
+        std::tuple(Severity::warning, L" warning", L" warnings"),
+        std::tuple(Severity::note, L" note", L" notes")}) {
+    const auto count = std::ranges::count_if(
+        findings, [wanted = severity](const Finding& each) { return each.rule->severity == wanted; });
+    text += (text.empty() ? L"" : L", ") + formatInt(count) + (count == 1 ? one : many);
+  }
+  return text;
+}
+
+std::wstring findingText(const Finding& finding) {
+  std::wstring text = std::wstring(severityName(finding.rule->severity)) + L" " +
+                      std::wstring(finding.rule->id) + L": " + placeText(finding.place) + L"\n";
+  if (!finding.text.text.empty()) {
+    const MarkedText line = shownLine(finding.text);
+    text += L"    " + line.text + L"\n";
+    text += L"    " + std::wstring(line.from, L' ') +
+            std::wstring(std::max<std::size_t>(line.length, 1), L'^') + L"\n";
+  }
+  return text + L"  " + finding.what + L"\n  " + finding.remedy + L"\n";
+}
+
+} // namespace circuits

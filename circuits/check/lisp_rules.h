@@ -1,0 +1,14 @@
+// What the plug-in and the tool need of a site's LISP: functions, variables, and answers of the kind that is expected.
+#pragma once
+
+#include "circuits/check/check_session.h"
+
+namespace circuits {
+
+/// Does nothing for LISP that did not load whole: what it lacks then says nothing.
+void checkLisp(const SiteModel& site, CheckSession& session, Findings& findings);
+
+/// The electrical code that the site's LISP sets, empty for none.
+[[nodiscard]] std::wstring electricalCodeOf(CheckSession& session);
+
+} // namespace circuits

@@ -1,0 +1,109 @@
+#include "circuits/check/sheet_model.h"
+
+#include "text/compare.h"
+#include "text/numbers.h"
+#include "text/split.h"
+
+#include <algorithm>
+#include <set>
+
+namespace circuits {
+
+using brenvolt::equalsCollating;
+using brenvolt::equalsOrdinalNoCase;
+
+namespace {
+
+bool hasPair(const TableText::Row& row) {
+  const int count = static_cast<int>(row.cells.size());
+  for (int left = sheetcolumn::firstPair; left < count; left += 2)
+    if (!row.cell(left).empty() && !row.cell(left + 1).empty()) return true;
+  return false;
+}
+
+void addForms(SheetCode& code, const TableText::Row& row, int column) {
+  const std::wstring& cell = row.cell(column);
+  if (cell.empty()) return;
+  const std::wstring& forCode = row.cell(sheetcolumn::forCode);
+  SheetForm form;
+  form.row = row.number;
+  form.column = column;
+  form.cell = cell;
+  form.forCode = forCode.empty() ? incompleteCode : brenvolt::toInt(forCode);
+  form.hasPairs = column == sheetcolumn::controlForms && hasPair(row);
+  for (std::wstring& text : brenvolt::splitForms(cell)) {
+    const std::size_t found = cell.find(text, form.from);
+    form.from = found == std::wstring::npos ? 0 : found;
+    form.text = std::move(text);
+    code.forms.push_back(form);
+    form.from += form.text.size();
+  }
+}
+
+void addOption(SheetCode& code, const TableText::Row& row) {
+  if (code.groups.empty()) return;
+  SheetOption option;
+  option.row = row.number;
+  option.text = row.cell(sheetcolumn::option);
+  option.value = brenvolt::toInt(row.cell(sheetcolumn::value));
+  option.isDefault = equalsCollating(row.cell(sheetcolumn::defaultMark), L"x");
+  code.groups.back().options.push_back(std::move(option));
+}
+
+} // namespace
+
+bool SheetGroup::isControl() const {
+  return equalsCollating(title, L"!MCC_CTRL") || equalsCollating(title, L"!PF_CTRL");
+}
+
+bool SheetGroup::hasDefault() const {
+  return std::ranges::any_of(options, &SheetOption::isDefault);
+}
+
+const SheetGroup* SheetCode::controlGroup() const {
+  const auto found = std::ranges::find_if(groups, &SheetGroup::isControl);
+  return found == groups.end() ? nullptr : &*found;
+}
+
+bool SheetCode::hasForms(int column) const {
+  return std::ranges::any_of(forms, [column](const SheetForm& form) { return form.column == column; });
+}
+
+std::wstring SheetCode::suffix() const {
+  const std::size_t dash = code.rfind(L'-');
+  return dash == std::wstring::npos ? std::wstring() : code.substr(dash);
+}
+
+const SheetCode* SheetModel::find(std::wstring_view code) const {
+  const auto found = std::ranges::find_if(codes, [code](const SheetCode& each) {
+    return each.hasTitle && !each.isRepeated && equalsOrdinalNoCase(each.code, code);
+  });
+  return found == codes.end() ? nullptr : &*found;
+}
+
+SheetModel modelOf(const TableText& sheet) {
+  SheetModel model;
+  model.name = sheet.name;
+  for (const TableText::Row& row : sheet.rows) {
+    if (const std::wstring& text = row.cell(sheetcolumn::code); !text.empty()) {
+      SheetCode& code = model.codes.emplace_back();
+      code.code = text;
+      code.row = row.number;
+    }
+    if (model.codes.empty()) continue; // before the first CODE nothing is read
+    SheetCode& code = model.codes.back();
+    if (!row.cell(sheetcolumn::title).empty()) code.hasTitle = true;
+    if (const std::wstring& title = row.cell(sheetcolumn::group); !title.empty())
+      code.groups.push_back({row.number, title, {}});
+    if (!row.cell(sheetcolumn::option).empty()) addOption(code, row);
+    if (!code.hasTitle) continue; // forms without a record are lost
+    for (const int column : {sheetcolumn::firstForms, sheetcolumn::secondForms, sheetcolumn::controlForms})
+      addForms(code, row, column);
+  }
+  std::set<std::wstring> seen;
+  for (SheetCode& code : model.codes)
+    if (code.hasTitle) code.isRepeated = !seen.insert(brenvolt::toUpper(code.code)).second;
+  return model;
+}
+
+} // namespace circuits

@@ -1,0 +1,137 @@
+#include "circuits/check/template_set.h"
+
+#include "host/script_form.h"
+#include "simhost/drawing/drawing_file.h"
+#include "text/compare.h"
+#include "text/encoding.h"
+
+#include <algorithm>
+#include <system_error>
+
+namespace circuits {
+
+namespace fs = std::filesystem;
+using brenvolt::equalsOrdinalNoCase;
+
+namespace {
+
+constexpr std::wstring_view markerBlock = L"ZAN_BV_MARKER_BLOCK";
+constexpr std::wstring_view drawingEnding = L".json";
+
+std::optional<std::wstring> attributeOf(
+    const simhost::DrawingStore& store, const simhost::EntityNode& reference, std::wstring_view tag) {
+  for (const KvDbHandle handle : reference.attributes) {
+    const simhost::EntityNode* node = store.findEntity(handle);
+    if (node == nullptr || node->isErased) continue;
+    const auto* attribute = std::get_if<simhost::Attribute>(&node->value.shape);
+    if (attribute != nullptr && equalsOrdinalNoCase(attribute->tag, tag)) return attribute->text.text;
+  }
+  return std::nullopt;
+}
+
+std::vector<TemplateMarker> markersOf(const simhost::DrawingDatabase& drawing) {
+  std::vector<TemplateMarker> markers;
+  const simhost::DrawingStore& store = drawing.store();
+  const simhost::BlockNode* space = store.findBlock(drawing.modelSpace());
+  for (const simhost::EntityNode* node = space->first; node != nullptr; node = node->next) {
+    if (node->isErased) continue;
+    const auto* reference = std::get_if<simhost::BlockReference>(&node->value.shape);
+    if (reference == nullptr) continue;
+    const simhost::BlockNode* block = store.findBlock(reference->block);
+    if (block == nullptr || !equalsOrdinalNoCase(block->name, markerBlock)) continue;
+    TemplateMarker marker;
+    marker.handle = node->handle;
+    marker.x = reference->position.x;
+    marker.y = reference->position.y;
+    marker.code = attributeOf(store, *node, L"CODE").value_or(L"");
+    marker.order = attributeOf(store, *node, L"ORDER");
+    marker.misc1 = attributeOf(store, *node, L"MISC1");
+    markers.push_back(std::move(marker));
+  }
+  return markers;
+}
+
+} // namespace
+
+bool TemplateMarker::isWire() const {
+  return brenvolt::toUpper(code.substr(0, 2)) == L"WT";
+}
+
+bool TemplateMarker::isGround() const {
+  return isWire() && brenvolt::toUpper(code).find(L'E', 2) != std::wstring::npos;
+}
+
+std::wstring TemplateMarker::suffix() const {
+  const std::size_t dash = code.rfind(L'-');
+  return dash == std::wstring::npos ? std::wstring() : code.substr(dash);
+}
+
+FindingPlace TemplateDrawing::place(const TemplateMarker& marker) const {
+  FindingPlace result;
+  result.file = file;
+  result.code = marker.code;
+  result.position = {marker.x, marker.y};
+  return result;
+}
+
+const TemplateDrawing& TemplateSet::read(const fs::path& path) {
+  const fs::path whole = path.lexically_normal();
+  const auto [place, isNew] = drawings_.try_emplace(whole);
+  TemplateDrawing& drawing = place->second;
+  if (!isNew) return drawing;
+  drawing.path = whole;
+  drawing.file = site_.shownFile(whole);
+  simhost::LoadedDrawing loaded = simhost::loadDrawing(whole.wstring());
+  drawing.error = site_.shownText(loaded.error);
+  drawing.drawing = std::move(loaded.drawing);
+  if (drawing.drawing != nullptr) drawing.markers = markersOf(*drawing.drawing);
+  return drawing;
+}
+
+fs::path TemplateSet::find(std::wstring_view name) const {
+  if (name.empty()) return {};
+  const fs::path asked = brenvolt::toUtf8(name);
+  std::vector<fs::path> folders = {site_.folder, site_.folder / "templates"};
+  for (const CircuitEntry& entry : site_.entries)
+    folders.push_back((site_.folder / brenvolt::toUtf8(entry.drawing)).parent_path());
+  std::error_code error;
+  for (const fs::path& folder : folders)
+    if (fs::is_regular_file(folder / asked, error)) return (folder / asked).lexically_normal();
+  return {};
+}
+
+void TemplateSet::addInserted(std::wstring_view sheet, fs::path path) {
+  inserted_[brenvolt::toUpper(sheet)].insert(path.lexically_normal());
+}
+
+std::vector<const TemplateDrawing*> TemplateSet::templatesOf(const SheetModel& sheet) {
+  std::vector<fs::path> paths;
+  const auto add = [&paths](const fs::path& path) {
+    if (!path.empty() && std::ranges::find(paths, path) == paths.end()) paths.push_back(path);
+  };
+  for (const CircuitEntry& entry : site_.entries)
+    if (equalsOrdinalNoCase(entry.worksheet, sheet.name)) add(find(entry.drawing));
+  for (const SheetCode& code : sheet.codes)
+    for (const SheetForm& form : code.forms)
+      for (const std::wstring& name : drawingNames(form))
+        add(find(name));
+  for (const fs::path& path : inserted_[brenvolt::toUpper(sheet.name)])
+    add(path);
+  std::vector<const TemplateDrawing*> drawings;
+  for (const fs::path& path : paths)
+    drawings.push_back(&read(path));
+  return drawings;
+}
+
+std::vector<std::wstring> drawingNames(const SheetForm& form) {
+  std::vector<std::wstring> names;
+  for (const brenvolt::ScriptToken& token : brenvolt::cutTokens(form.text)) {
+    const bool isDrawing =
+        token.text.size() > drawingEnding.size() &&
+        equalsOrdinalNoCase(token.text.substr(token.text.size() - drawingEnding.size()), drawingEnding);
+    if (token.type == kvtype::string && isDrawing) names.emplace_back(token.text);
+  }
+  return names;
+}
+
+} // namespace circuits

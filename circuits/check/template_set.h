@@ -1,0 +1,63 @@
+// The template drawings of a site, each read once: their markers, and which drawings the forms of a sheet insert.
+#pragma once
+
+#include "circuits/check/site_model.h"
+#include "simhost/drawing/drawing_database.h"
+
+#include <filesystem>
+#include <map>
+#include <memory>
+#include <optional>
+#include <set>
+#include <string>
+#include <vector>
+
+namespace circuits {
+
+struct TemplateMarker {
+  KvDbHandle handle;
+  double x = 0.0;
+  double y = 0.0;
+  std::wstring code;
+  std::optional<std::wstring> order; ///< nothing when the reference has no such attribute
+  std::optional<std::wstring> misc1;
+
+  [[nodiscard]] bool isWire() const;   ///< CODE begins with WT
+  [[nodiscard]] bool isGround() const; ///< a wire position of the grounding conductor
+  [[nodiscard]] std::wstring suffix() const;
+};
+
+struct TemplateDrawing {
+  std::filesystem::path path;
+  std::wstring file;                                 ///< as findings show it
+  std::unique_ptr<simhost::DrawingDatabase> drawing; ///< null for one that cannot be read
+  std::wstring error;
+  std::vector<TemplateMarker> markers; ///< of model space, in drawing order
+
+  [[nodiscard]] FindingPlace place(const TemplateMarker& marker) const;
+};
+
+class TemplateSet final {
+public:
+  explicit TemplateSet(const SiteModel& site) : site_(site) {}
+
+  /// The drawing of a file, read at the first call.
+  [[nodiscard]] const TemplateDrawing& read(const std::filesystem::path& path);
+  /// The file that a form means by a text: below the site, or beside a template. Empty for none.
+  [[nodiscard]] std::filesystem::path find(std::wstring_view name) const;
+
+  /// A drawing that a build has inserted for a sheet, whatever form named it.
+  void addInserted(std::wstring_view sheet, std::filesystem::path path);
+  /// The templates of a sheet: those of its circuits, then those that its forms insert.
+  [[nodiscard]] std::vector<const TemplateDrawing*> templatesOf(const SheetModel& sheet);
+
+private:
+  const SiteModel& site_;
+  std::map<std::filesystem::path, TemplateDrawing> drawings_;
+  std::map<std::wstring, std::set<std::filesystem::path>> inserted_; ///< by the sheet's upper-case name
+};
+
+/// The drawings that the texts of a form name, as they are written.
+[[nodiscard]] std::vector<std::wstring> drawingNames(const SheetForm& form);
+
+} // namespace circuits

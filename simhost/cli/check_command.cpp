@@ -1,0 +1,97 @@
+// `brenvolt check`: every mistake of a site, found before anyone draws.
+#include "simhost/cli/finding_output.h"
+#include "simhost/cli/subcommand.h"
+#include "simhost/host/errors.h"
+#include "simhost/json/json_text.h"
+#include "text/encoding.h"
+
+#include <nlohmann/json.hpp>
+
+#include <cstdio>
+#include <filesystem>
+#include <memory>
+
+namespace simhost {
+
+namespace {
+
+namespace fs = std::filesystem;
+using brenvolt::fromUtf8;
+using brenvolt::toUtf8;
+
+struct CheckCommandOptions {
+  std::string site;
+  std::string workbook;
+  std::string module;
+  std::vector<std::string> only;
+  bool asJson = false;
+  bool isQuick = false;
+  bool showsRules = false;
+};
+
+circuits::CheckOptions checkOptions(const CheckCommandOptions& options) {
+  std::error_code error;
+  if (options.site.empty()) throw BadInput("check: name the folder of the site");
+  if (!fs::is_directory(options.site, error)) throw BadInput(options.site + ": not a folder");
+  circuits::CheckOptions check;
+  check.site = fs::absolute(options.site).lexically_normal();
+  if (!check.site.has_filename()) check.site = check.site.parent_path();
+  check.workbook = options.workbook.empty() ? check.site / "zan_brenvolt.xls"
+                                            : fs::absolute(options.workbook).lexically_normal();
+  check.module = options.module;
+  check.depth = options.isQuick ? circuits::CheckDepth::quick : circuits::CheckDepth::whole;
+  for (const std::string& name : options.only)
+    check.kinds.insert(*circuits::kindOf(fromUtf8(name)));
+  return check;
+}
+
+ExitCode runCheck(const CheckCommandOptions& options) {
+  if (options.showsRules) {
+    std::printf("%s", toUtf8(circuits::rulesTable()).c_str());
+    return ExitCode::done;
+  }
+  const circuits::CheckReport report = circuits::checkSite(checkOptions(options));
+  if (options.asJson) {
+    const nlohmann::ordered_json all = {
+        {"findings", findingsJson(report.findings)}, {"allowed", findingsJson(report.allowed)}};
+    std::puts(jsonText(all, 2).c_str());
+  } else {
+    printFindings(report);
+  }
+  return report.findings.empty() ? ExitCode::done : ExitCode::findings;
+}
+
+std::vector<std::string> kindNames() {
+  std::vector<std::string> names;
+  for (int number = 0; number < circuits::kindCount; ++number)
+    names.push_back(toUtf8(circuits::kindName(static_cast<circuits::CheckKind>(number))));
+  return names;
+}
+
+} // namespace
+
+CommandTable checkCommand() {
+  auto options = std::make_shared<CheckCommandOptions>();
+  return {
+      .name = "check",
+      .description = "find every mistake of a site: workbook, forms, templates, tables, LISP",
+      .options =
+          {{"SITE", &options->site, "Folder of the site"},
+           {"--workbook", &options->workbook, "Another workbook than the site's", "FILE"},
+           {"--only",
+            &options->only,
+            "Look only at this kind of rules; may be given several times",
+            "KIND",
+            {.choices = kindNames()}},
+           {"--quick", &options->isQuick, "Without building the circuits"},
+           {"--json", &options->asJson, "Print for a machine"},
+           {"--rules", &options->showsRules, "Print the table of all rules instead"},
+           {"--module", &options->module, "The plug-in, else ZanBrenvolt.kvx beside the program", "FILE"}},
+      .examples = {"brenvolt check site", "brenvolt check site --only forms --json"},
+      .page = "check.md",
+      .footer = "Exit code 0 when the site is clean, 5 when there are findings. Nothing is written.",
+      .run = [options] { return runCheck(*options); },
+  };
+}
+
+} // namespace simhost

@@ -1,0 +1,191 @@
+// Every rule finds what it is for: small broken sites, one for each rule, and what the check says of each.
+#include "tests/support/golden.h"
+#include "tool.h"
+
+#include <doctest/doctest.h>
+
+#include <filesystem>
+#include <set>
+#include <sstream>
+#include <string>
+#include <vector>
+
+using namespace brenvolt;
+
+namespace {
+
+namespace fs = std::filesystem;
+
+/// One change of a file of the site.
+struct Change {
+  enum class Kind { replace, append, remove, clear } kind = Kind::append;
+  std::string file;
+  std::string before;
+  std::string after;
+};
+
+struct BrokenSite {
+  std::string rule;
+  std::vector<Change> changes;
+};
+
+/// "\xE4" stands for a byte that is not UTF-8.
+std::string withBytes(std::string text) {
+  const std::string escape = "\\xE4";
+  if (const std::size_t at = text.find(escape); at != std::string::npos)
+    text.replace(at, escape.size(), "\xE4");
+  return text;
+}
+
+std::vector<BrokenSite> brokenSites() {
+  std::vector<BrokenSite> sites;
+  std::istringstream in(test::bytesOf("tests/check/broken_sites.txt"));
+  std::string file;
+  Change::Kind kind = Change::Kind::append;
+  char mark = ' ';
+  for (std::string line; std::getline(in, line);) {
+    if (line.starts_with("#") || line.empty()) continue;
+    if (line.starts_with("== ")) {
+      sites.push_back({line.substr(3), {}});
+      continue;
+    }
+    std::vector<Change>& changes = sites.back().changes;
+    if (line.starts_with("< ")) {
+      if (mark != '<') changes.push_back({Change::Kind::replace, file, "", ""});
+      std::string& before = changes.back().before;
+      before += (before.empty() ? "" : "\n") + line.substr(2);
+    } else if (line.starts_with("> ")) {
+      if (mark == 'f' && kind != Change::Kind::remove) changes.push_back({kind, file, "", ""});
+      Change& change = changes.back();
+      const bool isFirst = change.after.empty();
+      change.after += (isFirst ? "" : "\n") + withBytes(line.substr(2));
+    } else {
+      const std::size_t blank = line.find(' ');
+      const std::string verb = line.substr(0, blank);
+      kind = verb == "delete"  ? Change::Kind::remove
+             : verb == "clear" ? Change::Kind::clear
+                               : Change::Kind::append;
+      file = kind == Change::Kind::append ? line : line.substr(blank + 1);
+      if (kind == Change::Kind::remove) changes.push_back({kind, file, "", ""});
+      mark = 'f';
+      continue;
+    }
+    mark = line.front();
+  }
+  return sites;
+}
+
+/// The small site in a folder of its own, changed and packed.
+class ChangedSite final {
+public:
+  explicit ChangedSite(const std::vector<Change>& changes) {
+    fs::copy("tests/check/base", folder_.path("site"), fs::copy_options::recursive);
+    bool hasWorkbook = false;
+    for (const Change& change : changes) {
+      apply(change);
+      hasWorkbook = hasWorkbook || change.file == "zan_brenvolt.xls";
+    }
+    if (!hasWorkbook)
+      CHECK(folder_.run({"workbook", "pack", site("workbook"), site("zan_brenvolt.xls")}).exitCode == 0);
+  }
+
+  [[nodiscard]] ToolRun check(const std::vector<std::string>& more) const {
+    std::vector<std::string> words = {"check", folder_.path("site")};
+    words.insert(words.end(), more.begin(), more.end());
+    return folder_.run(words);
+  }
+  [[nodiscard]] std::string site(const std::string& file) const { return folder_.path("site/" + file); }
+
+private:
+  void apply(const Change& change) const {
+    const std::string name = "site/" + change.file;
+    if (change.kind == Change::Kind::remove) {
+      REQUIRE(fs::remove(folder_.path(name)));
+      return;
+    }
+    std::string text = change.kind == Change::Kind::clear ? std::string() : folder_.read(name);
+    if (change.kind == Change::Kind::replace) {
+      const std::size_t at = text.find(change.before);
+      REQUIRE_MESSAGE(at != std::string::npos, change.file, " does not hold ", change.before);
+      text.replace(at, change.before.size(), change.after);
+    } else {
+      text += change.after + "\n";
+    }
+    static_cast<void>(folder_.write(name, text));
+  }
+
+  ToolFolder folder_;
+};
+
+/// The ids of all rules, from the table that the tool prints, and the kind of each.
+std::vector<std::pair<std::string, std::string>> ruleKinds() {
+  std::vector<std::pair<std::string, std::string>> rules;
+  std::istringstream in(ToolFolder().run({"check", "--rules"}).output);
+  std::string kind;
+  for (std::string line; std::getline(in, line);) {
+    if (line.starts_with("### ")) kind = line.substr(4);
+    if (line.starts_with("| `")) rules.emplace_back(line.substr(3, line.find('`', 3) - 3), kind);
+  }
+  return rules;
+}
+
+} // namespace
+
+TEST_CASE("the site that the others are made from is clean") {
+  const ChangedSite site({});
+  const ToolRun run = site.check({});
+  CHECK_MESSAGE(run.output == "0 errors, 0 warnings, 0 notes\n", run.output);
+  CHECK(run.exitCode == 0);
+}
+
+TEST_CASE("each rule finds what it is for, and says so in the same words") {
+  std::string all;
+  std::set<std::string> covered;
+  for (const BrokenSite& broken : brokenSites()) {
+    CAPTURE(broken.rule);
+    const ChangedSite site(broken.changes);
+    const ToolRun run = site.check({});
+    CHECK(run.exitCode == 5);
+    CHECK(run.errors.empty());
+    CHECK_MESSAGE(run.output.find(" " + broken.rule + ": ") != std::string::npos, run.output);
+    all += "== " + broken.rule + "\n" + run.output + "\n";
+    covered.insert(broken.rule);
+  }
+  CHECK_MESSAGE(test::matchesGolden("tests/check/expected.txt", all), "tests/check/expected.txt.actual");
+  for (const auto& [rule, kind] : ruleKinds())
+    CHECK_MESSAGE(covered.contains(rule), "no broken site for the rule ", rule);
+}
+
+TEST_CASE("--only looks at one kind, --json tells the same") {
+  const ChangedSite site({{Change::Kind::replace, "workbook/MAIN.csv", "WT02,Line 2", "WT02,"}});
+  CHECK(site.check({"--only", "forms"}).exitCode == 0);
+  const ToolRun run = site.check({"--only", "workbook", "--json"});
+  CHECK(run.exitCode == 5);
+  for (const char* part :
+       {R"("rule": "code-untitled")", R"("severity": "error")", R"("sheet": "MAIN")", R"("row": 5)",
+        R"("column": 2)", R"("code": "WT02")"})
+    CHECK_MESSAGE(run.output.find(part) != std::string::npos, run.output);
+}
+
+TEST_CASE("a site accepts findings in check.allow, and a row in a column CHECK") {
+  const std::string header = "TABLE 2,TITLE 2\n";
+  const ChangedSite site(
+      {{Change::Kind::replace, "workbook/MAIN.csv", header, "TABLE 2,TITLE 2,CHECK\n"},
+       {Change::Kind::append, "workbook/MAIN.csv", "",
+        "STAR,Star,,,,,,(draw_text #xyz #scl S),,,,,,,record-without-marker: of an older template"},
+       {Change::Kind::append, "workbook/OLD.csv", "", "CODE,TITLE\nA,A"},
+       {Change::Kind::append, "check.allow", "", "sheet-unused | * sheet OLD | kept for reference"}});
+  const ToolRun run = site.check({});
+  CHECK_MESSAGE(run.output == "0 errors, 0 warnings, 0 notes; 2 allowed\n", run.output);
+  CHECK(run.exitCode == 0);
+}
+
+TEST_CASE("the manual has all rules, made from the rules themselves") {
+  const std::string manual = test::bytesOf("docs/check.md");
+  CHECK(manual.find(ToolFolder().run({"check", "--rules"}).output) != std::string::npos);
+}
+
+TEST_CASE("the sample site is clean") {
+  const ToolRun run = ToolFolder().run({"check", "site"});
+  CHECK_MESSAGE(run.exitCode == 0, run.output);
+}
