@@ -87,9 +87,9 @@ CommandTable checkCommand() {
            {"--json", &options->asJson, "Print for a machine"},
            {"--rules", &options->showsRules, "Print the table of all rules instead"},
            {"--module", &options->module, "The plug-in, else ZanBrenvolt.kvx beside the program", "FILE"}},
+      .footer = "Exit code 0 when the site is clean, 5 when there are findings. Nothing is written.",
       .examples = {"brenvolt check site", "brenvolt check site --only forms --json"},
       .page = "check.md",
-      .footer = "Exit code 0 when the site is clean, 5 when there are findings. Nothing is written.",
       .run = [options] { return runCheck(*options); },
   };
 }
