@@ -5,7 +5,7 @@
 #include "config/widget_manager_maker.h"
 #include "flows/dlg_config.h"
 #include "host/resources.h"
-#include "platform/table_import.h"
+#include "data/engineering_columns.h"
 #include "platform/tables.h"
 #include "platform/workbook_book.h"
 #include "simhost/host/session.h"
@@ -57,7 +57,7 @@ constexpr std::wstring_view product = LR"lisp(
 class Files final {
 public:
   Files() {
-    if (!importTables(database(), {L"site/tables"}).isDone()) std::abort();
+    if (!importTables(database(), {L"site/tables"}, engineeringImport()).isDone()) std::abort();
   }
   [[nodiscard]] std::wstring database() const { return fromUtf8((folder_ / "tables.db").string()); }
 

@@ -1,7 +1,7 @@
 // A database of tables that a benchmark writes itself, open for its length and gone with it.
 #pragma once
 
-#include "platform/table_import.h"
+#include "data/engineering_columns.h"
 #include "platform/tables.h"
 #include "tests/support/temporary_folder.h"
 #include "text/encoding.h"
@@ -22,7 +22,7 @@ public:
     const std::filesystem::path tables = folder_ / "tables";
     std::filesystem::create_directory(tables);
     fill(tables);
-    if (!importTables(fromUtf8(path()), {fromUtf8(tables.string())}).isDone()) std::abort();
+    if (!importTables(fromUtf8(path()), {fromUtf8(tables.string())}, engineeringImport()).isDone()) std::abort();
     const std::wstring mode = access == TableAccess::read ? L"Mode=Read" : L"";
     const std::wstring init = ZanOleDbHelper::FormatConnectString(fromUtf8(path()), L"", mode);
     if (connection_.OpenFromInitializationString(init, false, true) < 0) std::abort();

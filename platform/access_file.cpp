@@ -14,6 +14,7 @@
 #include <chrono>
 #include <cmath>
 #include <cstring>
+#include <set>
 #include <string_view>
 
 namespace brenvolt::tables {
@@ -23,6 +24,10 @@ namespace {
 /// Column types that the library's header does not name.
 constexpr int bigIntType = 0x13;
 constexpr int extendedDateType = 0x14;
+/// In a column's description: the byte with further properties, and the bits of it that say that the file's program works
+/// the cells out by a formula. Only versions from the first one with this kind of column on have them.
+constexpr std::size_t propertiesOffset = 16;
+constexpr unsigned char calculatedBits = 0xC0;
 /// The bits of a row's offset that are the offset.
 constexpr int offsetMask = 0x1FFF;
 /// Length, place and a reserved word stand ahead of a long value.
@@ -119,6 +124,13 @@ struct AccessFile::Native {
   MdbCatalogEntry* entry(const std::string& table) const;
   void noteColumns(const MdbTableDef& table, TableReceiver& receiver) const;
   bool readRows(MdbTableDef& table, TableReceiver& receiver);
+  /// The byte at a place of the present table's description, counted from the begin of its first page; steps on.
+  bool readDescription(int& place, unsigned char& byte) const;
+  void findCalculated(const MdbTableDef& table);
+  bool isCalculated(const MdbColumn& column) const { return calculated.contains(column.col_num); }
+
+  /// Numbers of the present table's calculated columns.
+  std::set<int> calculated;
 };
 
 AccessFile::AccessFile() : native_(std::make_unique<Native>()) {}
@@ -159,6 +171,7 @@ bool AccessFile::read(const std::string& name, TableReceiver& receiver) {
   MdbTableDef* table = entry == nullptr ? nullptr : mdb_read_table(entry);
   if (table == nullptr) return false;
   mdb_read_columns(table);
+  native_->findCalculated(*table);
   std::vector<SourceColumn> columns;
   for (unsigned index = 0; index < table->num_cols; ++index) {
     const auto* column = static_cast<MdbColumn*>(g_ptr_array_index(table->columns, index));
@@ -173,12 +186,45 @@ bool AccessFile::read(const std::string& name, TableReceiver& receiver) {
   return done;
 }
 
+bool AccessFile::Native::readDescription(int& place, unsigned char& byte) const {
+  // A description that fills its page goes on in another one, behind a head of eight bytes that begins with four others
+  // and then names the page that follows.
+  constexpr int head = 8;
+  while (place >= handle->fmt->pg_size) {
+    const auto next = readLittleEndian<std::uint32_t>({reinterpret_cast<const char*>(handle->pg_buf) + 4, 4});
+    if (next == 0 || mdb_read_pg(handle, next) == 0) return false;
+    place -= static_cast<int>(handle->fmt->pg_size) - head;
+  }
+  byte = handle->pg_buf[place++];
+  return true;
+}
+
+void AccessFile::Native::findCalculated(const MdbTableDef& table) {
+  calculated.clear();
+  const MdbFormatConstants& format = *handle->fmt;
+  const bool canCalculate = handle->f->jet_version >= MDB_VER_ACCDB_2007;
+  const std::size_t size = format.tab_col_entry_size;
+  std::array<unsigned char, 64> description{};
+  if (!canCalculate || size > description.size() || size <= propertiesOffset) return;
+  // The library's own reading of the columns leaves this property out, so their descriptions are walked once more.
+  if (mdb_read_pg(handle, table.entry->table_pg) == 0) return;
+  int place =
+      format.tab_cols_start_offset + static_cast<int>(table.num_real_idxs) * format.tab_ridx_entry_size;
+  for (unsigned index = 0; index < table.num_cols; ++index) {
+    for (std::size_t at = 0; at < size; ++at)
+      if (!readDescription(place, description[at])) return;
+    if ((description[propertiesOffset] & calculatedBits) == calculatedBits)
+      calculated.insert(description[format.col_num_offset]);
+  }
+}
+
 void AccessFile::Native::noteColumns(const MdbTableDef& table, TableReceiver& receiver) const {
   for (unsigned index = 0; index < table.num_cols; ++index) {
     const auto* column = static_cast<MdbColumn*>(g_ptr_array_index(table.columns, index));
     const std::wstring name = L"column " + fromUtf8(column->name);
     if (column->col_type == MDB_COMPLEX)
       receiver.note(name + L": attachments and lists of values are left out");
+    if (isCalculated(*column)) receiver.note(name + L": calculated values are left out");
     if (column->col_type == extendedDateType)
       receiver.note(name + L": dates of the extended kind are left out");
   }
@@ -186,6 +232,7 @@ void AccessFile::Native::noteColumns(const MdbTableDef& table, TableReceiver& re
 
 bool AccessFile::Native::readRows(MdbTableDef& table, TableReceiver& receiver) {
   std::int64_t brokenRows = 0;
+  std::int64_t place = 0;
   std::vector<MdbField> fields(table.num_cols + 1U);
   mdb_rewind_table(&table);
   while (mdb_fetch_row(&table) != 0) {
@@ -211,7 +258,7 @@ bool AccessFile::Native::readRows(MdbTableDef& table, TableReceiver& receiver) {
       fields[index].value = copies[index].data();
       row.push_back(value(*static_cast<MdbColumn*>(g_ptr_array_index(table.columns, index)), fields[index]));
     }
-    if (!receiver.row(std::move(row))) return false;
+    if (!receiver.row(std::move(row), ++place)) return false;
   }
   if (brokenRows > 0) receiver.note(formatInt(brokenRows) + L" damaged rows are left out");
   if (brokenValues > 0) receiver.note(formatInt(brokenValues) + L" damaged long values are cut short");
@@ -221,6 +268,7 @@ bool AccessFile::Native::readRows(MdbTableDef& table, TableReceiver& receiver) {
 }
 
 TableValue AccessFile::Native::value(const MdbColumn& column, const MdbField& field) {
+  if (isCalculated(column)) return TableValue::null();
   // Whether a boolean is NULL is the value itself.
   if (column.col_type == MDB_BOOL) return TableValue::ofInteger(field.is_null != 0 ? 0 : 1);
   if (field.is_null != 0) return TableValue::null();

@@ -81,7 +81,7 @@ public:
     return true;
   }
 
-  bool row(TableRow row) override {
+  bool row(TableRow row, std::int64_t) override {
     pipe_.byte(static_cast<char>(Message::row));
     for (const TableValue& value : row)
       send(pipe_, value);
@@ -156,6 +156,7 @@ private:
     std::vector<SourceColumn> columns;
     char message = 0;
     std::string text;
+    std::int64_t place = 0;
     while (pipe.byte(message)) {
       switch (static_cast<Message>(message)) {
       case Message::column: {
@@ -172,7 +173,7 @@ private:
         for (TableValue& value : row) {
           if (!tables::receive(pipe, value)) return Reading::unfinished;
         }
-        if (!receiver.row(std::move(row))) return Reading::stopped;
+        if (!receiver.row(std::move(row), ++place)) return Reading::stopped;
         break;
       }
       case Message::note:

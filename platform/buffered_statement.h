@@ -22,6 +22,7 @@ public:
   [[nodiscard]] std::wstring text(int column) const override { return valueText(cell(column)); }
   [[nodiscard]] double number(int column) const override { return valueNumber(cell(column)); }
   [[nodiscard]] bool isNull(int column) const override { return cell(column).kind == TableValue::Kind::null; }
+  [[nodiscard]] bool isNumber(int column) const override { return isNumberKind(cell(column).kind); }
   [[nodiscard]] bool isBlob(int column) const override { return cell(column).kind == TableValue::Kind::blob; }
   [[nodiscard]] std::vector<std::byte> blob(int column) const override {
     return blobBytes(cell(column).bytes);

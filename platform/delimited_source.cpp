@@ -166,7 +166,7 @@ public:
       for (const std::string& cell : record.cells) {
         row.push_back(cell.empty() ? TableValue::null() : TableValue::ofText(cell));
       }
-      if (!receiver.row(std::move(row))) return false;
+      if (!receiver.row(std::move(row), record.line)) return false;
     }
     return true;
   }

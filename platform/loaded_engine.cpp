@@ -27,7 +27,7 @@ public:
     if (columns.empty()) names_.push_back(columnOfNothing);
     return true;
   }
-  bool row(TableRow row) override {
+  bool row(TableRow row, std::int64_t) override {
     rows_.push_back(std::move(row));
     return true;
   }
@@ -56,7 +56,7 @@ public:
     }
     return writer_.columns(adapted);
   }
-  bool row(TableRow row) override { return writer_.row(std::move(row)); }
+  bool row(TableRow row, std::int64_t place) override { return writer_.row(std::move(row), place); }
   void note(const std::wstring&) override {}
 
 private:
@@ -73,13 +73,6 @@ std::optional<std::wstring_view> wholeTableOf(const std::vector<StatementToken>&
                        words[2].isWord(L"FROM") && words[3].isName();
   if (!isWhole) return std::nullopt;
   return words[3].name();
-}
-
-/// The name in the database's complaint about a table that is not there.
-std::optional<std::wstring> missingTable(const std::wstring& message) {
-  constexpr std::wstring_view complaint = L"no such table: ";
-  if (!message.starts_with(complaint)) return std::nullopt;
-  return message.substr(complaint.size());
 }
 
 } // namespace
@@ -122,13 +115,16 @@ std::unique_ptr<Statement> LoadedEngine::execute(const std::wstring& text, ZanOl
     error.Set(reason);
     return nullptr;
   }
-  while (true) {
-    if (std::unique_ptr<Statement> statement = memory_.execute(text, error)) return statement;
-    const std::optional<std::wstring> missing = missingTable(error.GetErrorInfo(false));
-    const std::wstring* table = missing ? find(*missing) : nullptr;
-    if (table == nullptr || loaded_.contains(*table) || !load(*table, error)) return nullptr;
-    error.Clear();
+  if (!isOneStatement(tokens)) {
+    error.Set(severalStatements);
+    return nullptr;
   }
+  // Whatever the statement names is loaded; a column that is named like a table costs time and nothing else.
+  for (const StatementToken& token : tokens) {
+    const std::wstring* table = token.isName() ? find(token.name()) : nullptr;
+    if (table != nullptr && !loaded_.contains(*table) && !load(*table, error)) return nullptr;
+  }
+  return memory_.execute(text, error);
 }
 
 bool LoadedEngine::load(const std::wstring& table, ZanOleDbErrorInfo& error) {

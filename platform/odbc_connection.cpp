@@ -48,16 +48,28 @@ std::wstring wideText(const SQLWCHAR* units, std::size_t count) {
   return fromUtf16Le({reinterpret_cast<const char*>(units), count * sizeof(SQLWCHAR)});
 }
 
-std::wstring diagnosis(SQLSMALLINT kind, SQLHANDLE handle) {
+struct Diagnosis {
+  std::wstring text;
+  /// The standard's code of five characters for what went wrong.
+  std::wstring state;
+};
+
+/// Codes that begin with 08 are about the connection; the others are a PostgreSQL server's words for being shut down.
+bool meansLost(const std::wstring& state) {
+  constexpr std::array<std::wstring_view, 3> shutDown = {L"57P01", L"57P02", L"57P03"};
+  return state.starts_with(L"08") || std::find(shutDown.begin(), shutDown.end(), state) != shutDown.end();
+}
+
+Diagnosis diagnosis(SQLSMALLINT kind, SQLHANDLE handle) {
   std::array<SQLWCHAR, 6> state{};
   std::array<SQLWCHAR, 2048> text{};
   SQLINTEGER number = 0;
   SQLSMALLINT length = 0;
   const SQLRETURN code = SQLGetDiagRecW(
       kind, handle, 1, state.data(), &number, text.data(), static_cast<SQLSMALLINT>(text.size()), &length);
-  if (!succeeded(code)) return L"the server gave no reason";
+  if (!succeeded(code)) return {L"the server gave no reason", {}};
   const auto count = static_cast<std::size_t>(length < 0 ? 0 : length);
-  return wideText(text.data(), std::min(count, text.size() - 1));
+  return {wideText(text.data(), std::min(count, text.size() - 1)), wideText(state.data(), state.size() - 1)};
 }
 
 bool isBlobType(SQLLEN type) {
@@ -168,22 +180,44 @@ struct OdbcConnection::Native {
   SQLHENV environment = SQL_NULL_HENV;
   SQLHDBC connection = SQL_NULL_HDBC;
   bool isConnected = false;
+  bool isLost = false;
   OdbcTexts texts = OdbcTexts::wide;
 
   [[nodiscard]] std::wstring info(SQLUSMALLINT item) const;
   [[nodiscard]] std::optional<OdbcAnswer> answer(
-      const std::function<SQLRETURN(SQLHSTMT)>& run, std::wstring& error) const;
+      const std::function<SQLRETURN(SQLHSTMT)>& run, std::wstring& error);
+  /// The words of a failure; notes when it means that the connection is lost.
+  std::wstring failure(SQLSMALLINT kind, SQLHANDLE handle);
 };
 
 OdbcConnection::OdbcConnection() : native_(std::make_unique<Native>()) {}
 
 OdbcConnection::~OdbcConnection() {
+  close();
+}
+
+void OdbcConnection::close() {
   if (native_->isConnected) SQLDisconnect(native_->connection);
   if (native_->connection != SQL_NULL_HDBC) SQLFreeHandle(SQL_HANDLE_DBC, native_->connection);
   if (native_->environment != SQL_NULL_HENV) SQLFreeHandle(SQL_HANDLE_ENV, native_->environment);
+  *native_ = Native();
+}
+
+std::wstring OdbcConnection::Native::failure(SQLSMALLINT kind, SQLHANDLE handle) {
+  Diagnosis found = diagnosis(kind, handle);
+  SQLUINTEGER isDead = SQL_CD_FALSE;
+  // Drivers that do not know the attribute leave the value alone.
+  SQLGetConnectAttrW(connection, SQL_ATTR_CONNECTION_DEAD, &isDead, SQL_IS_UINTEGER, nullptr);
+  isLost = isConnected && (isDead == SQL_CD_TRUE || meansLost(found.state));
+  return std::move(found.text);
+}
+
+bool OdbcConnection::isLost() const {
+  return native_->isLost;
 }
 
 bool OdbcConnection::open(const std::wstring& connectionString, OdbcTexts texts, std::wstring& error) {
+  close();
   native_->texts = texts;
   SQLAllocHandle(SQL_HANDLE_ENV, SQL_NULL_HANDLE, &native_->environment);
   SQLSetEnvAttr(native_->environment, SQL_ATTR_ODBC_VERSION, asPointer(SQL_OV_ODBC3), 0);
@@ -198,7 +232,7 @@ bool OdbcConnection::open(const std::wstring& connectionString, OdbcTexts texts,
                                                         native_->connection, nullptr, text.narrow(), SQL_NTS,
                                                         nullptr, 0, &length, SQL_DRIVER_NOPROMPT);
   native_->isConnected = succeeded(code);
-  if (!native_->isConnected) error = diagnosis(SQL_HANDLE_DBC, native_->connection);
+  if (!native_->isConnected) error = native_->failure(SQL_HANDLE_DBC, native_->connection);
   return native_->isConnected;
 }
 
@@ -218,10 +252,10 @@ std::wstring OdbcConnection::identifierQuote() const {
 }
 
 std::optional<OdbcAnswer> OdbcConnection::Native::answer(
-    const std::function<SQLRETURN(SQLHSTMT)>& run, std::wstring& error) const {
+    const std::function<SQLRETURN(SQLHSTMT)>& run, std::wstring& error) {
   const StatementHandle statement(connection);
   const auto failed = [&]() -> std::optional<OdbcAnswer> {
-    error = diagnosis(SQL_HANDLE_STMT, statement.get());
+    error = failure(SQL_HANDLE_STMT, statement.get());
     return std::nullopt;
   };
   OdbcAnswer result;
@@ -303,13 +337,13 @@ bool OdbcConnection::setAutomaticCommit(bool on, std::wstring& error) {
   const SQLULEN mode = on ? SQL_AUTOCOMMIT_ON : SQL_AUTOCOMMIT_OFF;
   const SQLRETURN code =
       SQLSetConnectAttrW(native_->connection, SQL_ATTR_AUTOCOMMIT, asPointer(mode), SQL_IS_UINTEGER);
-  if (!succeeded(code)) error = diagnosis(SQL_HANDLE_DBC, native_->connection);
+  if (!succeeded(code)) error = native_->failure(SQL_HANDLE_DBC, native_->connection);
   return succeeded(code);
 }
 
 bool OdbcConnection::endTransaction(bool commit, std::wstring& error) {
   const SQLRETURN code = SQLEndTran(SQL_HANDLE_DBC, native_->connection, commit ? SQL_COMMIT : SQL_ROLLBACK);
-  if (!succeeded(code)) error = diagnosis(SQL_HANDLE_DBC, native_->connection);
+  if (!succeeded(code)) error = native_->failure(SQL_HANDLE_DBC, native_->connection);
   return succeeded(code);
 }
 

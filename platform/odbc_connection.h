@@ -30,7 +30,7 @@ public:
   OdbcConnection& operator=(const OdbcConnection&) = delete;
   ~OdbcConnection();
 
-  /// Operations that fail answer false or nothing and set `error`.
+  /// Operations that fail answer false or nothing and set `error`. A connection that is open is closed first.
   bool open(const std::wstring& connectionString, OdbcTexts texts, std::wstring& error);
   /// The product behind the driver, and the character that it puts around names.
   [[nodiscard]] std::wstring productName() const;
@@ -45,10 +45,16 @@ public:
   /// Whether a type's number in that list is one of texts.
   [[nodiscard]] static bool isTextType(int type);
 
+  /// Whether the last operation that failed did so because the server is no longer reached. Nothing works from then on
+  /// until the connection is opened again.
+  [[nodiscard]] bool isLost() const;
+
   bool setAutomaticCommit(bool on, std::wstring& error);
   bool endTransaction(bool commit, std::wstring& error);
 
 private:
+  void close();
+
   struct Native;
   std::unique_ptr<Native> native_;
 };

@@ -62,43 +62,29 @@ void dropEqualRows(std::vector<TableRow>& rows) {
   std::erase_if(rows, [&](const TableRow& row) { return !seen.emplace(row, true).second; });
 }
 
-StatementToken firstWord(const std::vector<StatementToken>& tokens) {
-  const auto first = std::find_if(tokens.begin(), tokens.end(), [](const StatementToken& t) {
-    return t.kind != StatementToken::Kind::blank;
-  });
-  return first == tokens.end() ? StatementToken{} : *first;
-}
-
 bool isOneOf(const StatementToken& token, std::initializer_list<const wchar_t*> words) {
   return std::any_of(words.begin(), words.end(), [&](const wchar_t* word) { return token.isWord(word); });
 }
+
+/// The lock that all writers of the system take on a PostgreSQL server; it goes with the transaction. The number is only
+/// a name, and readers do not wait for it.
+constexpr const wchar_t* postgresTurn = L"SELECT pg_advisory_xact_lock(2026112201)";
 
 class OdbcEngine final : public Engine {
 public:
   bool open(const std::wstring& connectionString, OdbcTexts texts, Access access, std::wstring& error) {
     access_ = access;
-    if (!connection_.open(connectionString, texts, error)) return false;
-    const std::wstring product = connection_.productName();
-    const std::wstring quote = connection_.identifierQuote();
-    // A blank means that names cannot be quoted at all; then brackets could not be meant either.
-    if (!quote.empty() && quote != L" ") dialect_.openQuote = dialect_.closeQuote = quote;
-    if (findNoCase(product, L"SQLite") != std::wstring::npos) {
-      // In double quotes a misspelt name would be taken for a text.
-      dialect_.openQuote = L"[";
-      dialect_.closeQuote = L"]";
-    }
-    if (findNoCase(product, L"PostgreSQL") != std::wstring::npos) {
-      dialect_.collation = L" COLLATE \"C\"";
-      dialect_.sortsNullsLast = true;
-    }
-    return true;
+    connectionString_ = connectionString;
+    texts_ = texts;
+    return connect(error);
   }
 
   bool tableNames(std::vector<std::wstring>& names, ZanOleDbErrorInfo& error) override {
     std::wstring reason;
     forgetNames();
+    if (!isReachable(error)) return false;
     if (!readTables(reason)) {
-      error.Set(reason);
+      tell(error, reason);
       return false;
     }
     names = tables_;
@@ -116,7 +102,12 @@ public:
 
   [[nodiscard]] std::unique_ptr<Statement> execute(
       const std::wstring& text, ZanOleDbErrorInfo& error) override {
-    const StatementToken first = firstWord(splitStatement(text));
+    const std::vector<StatementToken> tokens = splitStatement(text);
+    if (!isOneStatement(tokens)) {
+      error.Set(severalStatements);
+      return nullptr;
+    }
+    const StatementToken first = firstWord(tokens);
     const bool isReader = isOneOf(first, {L"SELECT", L"WITH", L"VALUES", L"EXPLAIN"});
     if (access_ == Access::read && !isReader) {
       error.Set(L"the connection is open for reading only");
@@ -125,13 +116,14 @@ public:
     const ServerCatalogue catalogue{
         [this](std::wstring_view name) { return tableOf(name); },
         [this](const std::wstring& table) { return columnsOf(table); }};
+    if (!isReachable(error)) return nullptr;
     const ServerStatement statement = translateStatement(text, dialect_, catalogue);
     std::wstring reason;
     std::optional<OdbcAnswer> answer = connection_.execute(statement.text, reason);
     // Whatever a statement of this kind did, the names of before may be wrong now.
     if (isOneOf(first, {L"CREATE", L"DROP", L"ALTER"})) forgetNames();
     if (!answer) {
-      error.Set(reason);
+      tell(error, reason);
       return nullptr;
     }
     if (statement.isDistinct) dropEqualRows(answer->rows);
@@ -142,34 +134,91 @@ public:
     return std::make_unique<BufferedStatement>(std::move(names), std::move(answer->rows));
   }
 
+  [[nodiscard]] std::wstring productName() const override { return connection_.productName(); }
+
   bool begin(ZanOleDbErrorInfo& error) override {
     if (access_ == Access::read) {
       error.Set(L"the connection is open for reading only");
       return false;
     }
-    return told(
-        error, [this](std::wstring& reason) { return connection_.setAutomaticCommit(false, reason); });
+    if (!isReachable(error)) return false;
+    const bool hasBegun = told(error, [this](std::wstring& reason) {
+      if (!connection_.setAutomaticCommit(false, reason)) return false;
+      isInTransaction_ = true;
+      // Two writers take turns from the beginning, as with the embedded database: of two that both looked for a row
+      // before either has written it, the second would otherwise add it once more.
+      return takeTurn_.empty() || connection_.execute(takeTurn_, reason).has_value();
+    });
+    if (!hasBegun && isInTransaction_) rollback();
+    return hasBegun;
   }
 
   bool commit(ZanOleDbErrorInfo& error) override {
-    return told(error, [this](std::wstring& reason) {
+    const bool isDone = told(error, [this](std::wstring& reason) {
       return connection_.endTransaction(true, reason) && connection_.setAutomaticCommit(true, reason);
     });
+    isInTransaction_ = isInTransaction_ && !isDone;
+    return isDone;
   }
 
   void rollback() override {
     std::wstring ignored;
     static_cast<void>(connection_.endTransaction(false, ignored));
     static_cast<void>(connection_.setAutomaticCommit(true, ignored));
+    isInTransaction_ = false;
     forgetNames();
   }
 
 private:
+  bool connect(std::wstring& error) {
+    if (!connection_.open(connectionString_, texts_, error)) return false;
+    const std::wstring product = connection_.productName();
+    const std::wstring quote = connection_.identifierQuote();
+    // A blank means that names cannot be quoted at all; then brackets could not be meant either.
+    if (!quote.empty() && quote != L" ") dialect_.openQuote = dialect_.closeQuote = quote;
+    if (findNoCase(product, L"SQLite") != std::wstring::npos) {
+      // In double quotes a misspelt name would be taken for a text.
+      dialect_.openQuote = L"[";
+      dialect_.closeQuote = L"]";
+    }
+    std::wstring prepare;
+    if (findNoCase(product, L"PostgreSQL") != std::wstring::npos) {
+      dialect_.collation = L" COLLATE \"C\"";
+      dialect_.sortsNullsLast = true;
+      takeTurn_ = postgresTurn;
+      // What a statement calls must not write either.
+      if (access_ == Access::read) prepare = L"SET default_transaction_read_only = on";
+    }
+    return prepare.empty() || connection_.execute(prepare, error).has_value();
+  }
+
+  /// Opens a lost connection again. Not in the middle of a transaction: the server has taken back what was done so far,
+  /// and the rest alone must not be written.
+  bool isReachable(ZanOleDbErrorInfo& error) {
+    if (!isLost_) return true;
+    std::wstring reason = L"the connection was lost in the middle of a transaction";
+    if (isInTransaction_ || !connect(reason)) {
+      error.SetConnectionLost(reason);
+      return false;
+    }
+    isLost_ = false;
+    forgetNames();
+    return true;
+  }
+
+  void tell(ZanOleDbErrorInfo& error, const std::wstring& reason) {
+    isLost_ = isLost_ || connection_.isLost();
+    if (isLost_)
+      error.SetConnectionLost(reason);
+    else
+      error.Set(reason);
+  }
+
   template <typename Operation>
-  static bool told(ZanOleDbErrorInfo& error, Operation operation) {
+  bool told(ZanOleDbErrorInfo& error, Operation operation) {
     std::wstring reason;
     const bool done = operation(reason);
-    if (!done) error.Set(reason);
+    if (!done) tell(error, reason);
     return done;
   }
 
@@ -227,7 +276,13 @@ private:
   }
 
   OdbcConnection connection_;
+  std::wstring connectionString_;
+  OdbcTexts texts_ = OdbcTexts::wide;
   Access access_ = Access::readWrite;
+  bool isLost_ = false;
+  bool isInTransaction_ = false;
+  /// The statement by which a transaction waits for the right to write; empty for a server without one.
+  std::wstring takeTurn_;
   ServerDialect dialect_;
   /// As the server names them; read when first needed and again after a change of tables.
   std::vector<std::wstring> tables_;

@@ -48,6 +48,18 @@ std::optional<Clause> clauseOf(const StatementToken& token) {
   return std::nullopt;
 }
 
+/// Words that never name a column where they stand without brackets.
+constexpr std::array<std::wstring_view, 24> reservedWords = {
+    L"ALL",     L"AND",     L"AS",   L"ASC",      L"BETWEEN", L"BY",  L"CASE",   L"CAST",
+    L"COLLATE", L"DEFAULT", L"DESC", L"DISTINCT", L"ELSE",    L"END", L"EXISTS", L"FALSE",
+    L"IN",      L"IS",      L"LIKE", L"NOT",      L"NULL",    L"OR",  L"THEN",   L"TRUE"};
+
+bool isReserved(const StatementToken& token) {
+  return std::any_of(reservedWords.begin(), reservedWords.end(), [&token](std::wstring_view word) {
+    return token.isWord(word);
+  });
+}
+
 bool isComparison(const StatementToken& token) {
   return token.text == L"=" || token.text == L"<" || token.text == L">" || token.isWord(L"LIKE");
 }
@@ -109,10 +121,45 @@ private:
     if (token.text == L"(") ++depth_;
     if (token.text == L")" && depth_ > 0) --depth_;
     if (clause_ == Clause::order) return orderStep(token);
-    if (token.kind == Kind::bracketed || token.kind == Kind::quotedName || isBareTable(token)) {
-      return clause_ == Clause::condition ? condition() : name();
-    }
+    if (isNameToTranslate(token)) return clause_ == Clause::condition ? condition() : name();
     copy();
+  }
+
+  [[nodiscard]] bool isNameToTranslate(const StatementToken& token) const {
+    if (token.kind == Kind::bracketed || token.kind == Kind::quotedName) return true;
+    return clause_ == Clause::tables && depth_ == 0 ? isBareTable(token) : isBareColumn(token);
+  }
+
+  /// A word that names a column of the statement's tables, with or without its table in front. Words that the tables
+  /// do not know, functions and aliases go to the server as they stand.
+  [[nodiscard]] bool isBareColumn(const StatementToken& token) const {
+    if (token.kind != Kind::word || isReserved(token)) return false;
+    const std::size_t last = endOfChain(at_);
+    const std::size_t next = nextWord(last);
+    if (next < tokens_.size() && tokens_[next].text == L"(") return false;
+    if (isAlias_) return false;
+    return findColumn(tokens_[last - 1].name()) != nullptr;
+  }
+
+  /// The place behind a name and the names that follow it with points between.
+  [[nodiscard]] std::size_t endOfChain(std::size_t at) const {
+    ++at;
+    while (at + 1 < tokens_.size() && tokens_[at].text == L"." && tokens_[at + 1].isName())
+      at += 2;
+    return at;
+  }
+
+  [[nodiscard]] std::size_t nextWord(std::size_t at) const {
+    while (at < tokens_.size() && tokens_[at].kind == Kind::blank)
+      ++at;
+    return at;
+  }
+
+  [[nodiscard]] const ServerColumn* findColumn(std::wstring_view name) const {
+    const auto found = std::find_if(columns_.begin(), columns_.end(), [name](const ServerColumn& column) {
+      return equalsOrdinalNoCase(column.name, name);
+    });
+    return found == columns_.end() ? nullptr : &*found;
   }
 
   /// A table that is named without brackets goes to the server as it stands, unless the server knows one that differs in
@@ -129,7 +176,7 @@ private:
     }
     if (token.kind != Kind::blank) hasOrderItem_ = true;
     if (token.isWord(L"DESC")) isDescending_ = true;
-    if (token.kind != Kind::bracketed && token.kind != Kind::quotedName) return copy();
+    if (!isNameToTranslate(token)) return copy();
     bool isText = false;
     const std::wstring column = chain(isText);
     result_.text += isText && depth_ == 0 ? folded(column) : column;
@@ -168,30 +215,28 @@ private:
     ++at_;
   }
 
-  /// One name or several with points between.
+  /// One name or several with points between: the last one is the column, or the table where tables are named.
   std::wstring chain(bool& isText) {
-    std::wstring text = serverName(tokens_[at_++], isText);
-    while (at_ + 1 < tokens_.size() && tokens_[at_].text == L"." && tokens_[at_ + 1].isName()) {
-      text += L"." + serverName(tokens_[at_ + 1], isText);
-      at_ += 2;
-    }
-    return text;
+    const std::size_t end = endOfChain(at_);
+    std::wstring text;
+    for (; at_ + 1 < end; at_ += 2)
+      text += serverName(tokens_[at_], NameOf::table, isText) + L".";
+    const bool isTable = clause_ == Clause::tables && depth_ == 0;
+    return text + serverName(tokens_[at_++], isTable ? NameOf::table : NameOf::column, isText);
   }
 
-  std::wstring serverName(const StatementToken& token, bool& isText) const {
+  enum class NameOf { table, column };
+
+  std::wstring serverName(const StatementToken& token, NameOf what, bool& isText) const {
     const std::wstring_view name = token.name();
-    isText = false;
-    if (clause_ == Clause::tables) {
-      const std::wstring table = catalogue_.table(name);
-      if (!table.empty()) return quoted(table);
-    }
-    for (const ServerColumn& column : columns_) {
-      if (!equalsOrdinalNoCase(column.name, name)) continue;
-      isText = column.isText;
-      return quoted(column.name);
-    }
+    const ServerColumn* column = findColumn(name);
     const std::wstring table = catalogue_.table(name);
-    return quoted(table.empty() ? std::wstring(name) : table);
+    const bool isColumn = column != nullptr && (what == NameOf::column || table.empty());
+    isText = isColumn && column->isText;
+    if (isColumn) return quoted(column->name);
+    if (!table.empty()) return quoted(table);
+    // A word that nobody knows, such as an alias, keeps the server's own rule for words.
+    return token.kind == Kind::word ? std::wstring(name) : quoted(std::wstring(name));
   }
 
   [[nodiscard]] std::wstring quoted(const std::wstring& name) const {
@@ -204,7 +249,11 @@ private:
     return L"UPPER(" + expression + L")" + dialect_.collation;
   }
 
-  void copy() { result_.text += tokens_[at_++].text; }
+  void copy() {
+    const StatementToken& token = tokens_[at_++];
+    if (token.kind != Kind::blank) isAlias_ = token.isWord(L"AS");
+    result_.text += token.text;
+  }
 
   std::vector<StatementToken> tokens_;
   const ServerDialect& dialect_;
@@ -215,6 +264,8 @@ private:
   Clause clause_ = Clause::other;
   int depth_ = 0;
   bool tookDistinct_ = false;
+  /// The next word is a name that the statement itself gives, behind AS.
+  bool isAlias_ = false;
   bool hasOrderItem_ = false;
   bool isDescending_ = false;
 };

@@ -40,7 +40,7 @@ struct ServerStatement {
   bool isSorted = false;
 };
 
-/// Names in brackets become the server's own. A comparison of a text column with a text, and the order by a text column,
+/// Names in brackets, and words that name a column of the statement's tables, become the server's own. A comparison of a text column with a text, and the order by a text column,
 /// are put into capital letters on both sides; how far beyond ASCII that reaches is up to the server. A comparison of
 /// two columns, IN and GROUP BY keep the server's own rule.
 [[nodiscard]] ServerStatement translateStatement(

@@ -63,6 +63,10 @@ public:
     return stored_ ? stored_->isNull(column) : query().kind(column - 1) == TableValue::Kind::null;
   }
 
+  [[nodiscard]] bool isNumber(int column) const override {
+    return stored_ ? stored_->isNumber(column) : isNumberKind(query().kind(column - 1));
+  }
+
   [[nodiscard]] bool isBlob(int column) const override {
     return stored_ ? stored_->isBlob(column) : query().kind(column - 1) == TableValue::Kind::blob;
   }
@@ -136,6 +140,7 @@ SqliteEngine::~SqliteEngine() {
 
 bool SqliteEngine::open(const std::wstring& path, Access access, ZanOleDbErrorInfo& error) {
   path_ = path;
+  if (access == Access::read) refusal_ = L"the connection is open for reading only";
   const auto mode = access == Access::read ? SqliteDatabase::Mode::read : SqliteDatabase::Mode::readWrite;
   bool isOpen = database_.open(toUtf8(path), mode);
   // The mode takes hold with the first lock, and from then on the file is ours alone.
@@ -172,13 +177,18 @@ bool SqliteEngine::collect(SqliteQuery& query, std::vector<std::wstring>& names,
   return step == SqliteQuery::Step::done;
 }
 
-SqliteQuery SqliteEngine::prepare(const std::wstring& text, ZanOleDbErrorInfo& error) {
+SqliteQuery SqliteEngine::prepare(
+    const std::wstring& text, const std::vector<StatementToken>& tokens, ZanOleDbErrorInfo& error) {
+  if (!isOneStatement(tokens)) {
+    error.Set(severalStatements);
+    return {};
+  }
   SqliteQuery query = database_.prepare(toUtf8(text));
   if (!query.isPrepared()) {
     error.Set(database_.lastError());
     return query;
   }
-  if (!isUnorderedDistinct(splitStatement(text))) return query;
+  if (!isUnorderedDistinct(tokens)) return query;
   // Readers rely on distinct values coming sorted, which is an accident of how an engine finds them.
   std::wstring ordered(trimView(text, L" \t\r\n;"));
   for (int column = 1; column <= query.columnCount(); ++column) {
@@ -195,9 +205,12 @@ std::shared_ptr<KeptStatement> SqliteEngine::keep(const std::wstring& text, ZanO
     return found->second;
   }
   auto statement = std::make_shared<KeptStatement>();
-  statement->query = prepare(text, error);
+  const std::vector<StatementToken> tokens = splitStatement(text);
+  statement->query = prepare(text, tokens, error);
   if (!statement->query.isPrepared()) return nullptr;
   statement->isReader = statement->query.isReader();
+  const StatementToken first = firstWord(tokens);
+  statement->isForFiles = first.isWord(L"ATTACH") || first.isWord(L"DETACH") || first.isWord(L"VACUUM");
   statement->lastUse = ++uses_;
   // A statement that runs twice at once gets a second copy, which ends with its use.
   if (found == kept_.end()) {
@@ -217,7 +230,7 @@ void SqliteEngine::dropOldest() {
 std::unique_ptr<Statement> SqliteEngine::execute(const std::wstring& text, ZanOleDbErrorInfo& error) {
   std::shared_ptr<KeptStatement> kept = keep(text, error);
   if (!kept) return nullptr;
-  if (kept->isReader) {
+  if (kept->isReader && !kept->isForFiles) {
     auto reader = std::make_unique<SqliteStatement>(*this, std::move(kept));
     if (!reader->start(error)) return nullptr;
     return reader;

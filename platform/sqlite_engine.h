@@ -13,12 +13,15 @@
 namespace brenvolt::tables {
 
 class SqliteStatement;
+struct StatementToken;
 
 /// A prepared statement that stays for its next use: preparing costs more than running a small query.
 struct KeptStatement {
   SqliteQuery query;
   bool isInUse = false;
   bool isReader = true;
+  /// Whether it opens or makes a file beside the database, which the library counts as reading.
+  bool isForFiles = false;
   std::uint64_t lastUse = 0;
 };
 
@@ -47,7 +50,8 @@ private:
   friend class SqliteStatement;
 
   [[nodiscard]] std::shared_ptr<KeptStatement> keep(const std::wstring& text, ZanOleDbErrorInfo& error);
-  [[nodiscard]] SqliteQuery prepare(const std::wstring& text, ZanOleDbErrorInfo& error);
+  [[nodiscard]] SqliteQuery prepare(
+      const std::wstring& text, const std::vector<StatementToken>& tokens, ZanOleDbErrorInfo& error);
   bool collect(SqliteQuery& query, std::vector<std::wstring>& names, ZanOleDbErrorInfo& error);
   void dropOldest();
   /// Reads the open statements to their ends, so that their read locks do not stand in a write's way.

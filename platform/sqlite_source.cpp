@@ -64,8 +64,9 @@ public:
     noteExtras(table, receiver);
     SqliteQuery rows = database_.prepare("SELECT * FROM " + quotedIdentifier(toUtf8(table)));
     SqliteQuery::Step step = SqliteQuery::Step::failed;
+    std::int64_t place = 0;
     while (rows.isPrepared() && (step = rows.step()) == SqliteQuery::Step::row) {
-      if (!receiver.row(rows.row())) return false;
+      if (!receiver.row(rows.row(), ++place)) return false;
     }
     if (step == SqliteQuery::Step::done) return true;
     error = path_ + L", table " + table + L": " + database_.lastError();

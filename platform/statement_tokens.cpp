@@ -84,6 +84,25 @@ std::vector<StatementToken> splitStatement(std::wstring_view statement) {
   return tokens;
 }
 
+bool isOneStatement(const std::vector<StatementToken>& tokens) {
+  const auto hasWord = [&tokens](std::wstring_view word) {
+    return std::any_of(
+        tokens.begin(), tokens.end(), [word](const StatementToken& token) { return token.isWord(word); });
+  };
+  if (firstWord(tokens).isWord(L"CREATE") && hasWord(L"TRIGGER")) return true;
+  const auto separator = std::find_if(
+      tokens.begin(), tokens.end(), [](const StatementToken& token) { return token.text == L";"; });
+  return std::all_of(separator, tokens.end(), [](const StatementToken& token) {
+    return token.kind == Kind::blank || token.text == L";";
+  });
+}
+
+StatementToken firstWord(const std::vector<StatementToken>& tokens) {
+  const auto first = std::find_if(
+      tokens.begin(), tokens.end(), [](const StatementToken& token) { return token.kind != Kind::blank; });
+  return first == tokens.end() ? StatementToken{} : *first;
+}
+
 bool isUnorderedDistinct(const std::vector<StatementToken>& tokens) {
   int words = 0;
   int depth = 0;

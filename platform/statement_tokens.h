@@ -36,6 +36,15 @@ struct StatementToken {
 /// The tokens view into `statement`, which must outlive them. A delimiter without its partner runs to the end.
 [[nodiscard]] std::vector<StatementToken> splitStatement(std::wstring_view statement);
 
+/// Whether nothing but blanks follows the first ";". The body of a trigger holds several statements and is one.
+[[nodiscard]] bool isOneStatement(const std::vector<StatementToken>& tokens);
+/// What `error` says of a text that is none.
+inline constexpr const wchar_t* severalStatements =
+    L"there are several statements; one statement can be run at a time";
+
+/// The first token that is no blank; an empty blank when there is none.
+[[nodiscard]] StatementToken firstWord(const std::vector<StatementToken>& tokens);
+
 /// What "DISTINCT" needs to know: a SELECT DISTINCT that asks for no order of its own.
 [[nodiscard]] bool isUnorderedDistinct(const std::vector<StatementToken>& tokens);
 

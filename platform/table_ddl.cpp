@@ -92,11 +92,7 @@ bool ZanOleDbDDLCommand::run(const std::wstring& format, const std::vector<std::
     error_.Set(statement.error);
     return false;
   }
-  if (connection_.engine() == nullptr) {
-    error_.Set(L"the connection is not open");
-    return false;
-  }
-  return connection_.engine()->execute(statement.text, error_) != nullptr;
+  return connection_.run(statement.text, error_) != nullptr;
 }
 
 } // namespace brenvolt

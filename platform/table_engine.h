@@ -25,6 +25,7 @@ public:
   [[nodiscard]] virtual std::wstring text(int column) const = 0;
   [[nodiscard]] virtual double number(int column) const = 0;
   [[nodiscard]] virtual bool isNull(int column) const = 0;
+  [[nodiscard]] virtual bool isNumber(int column) const = 0;
   [[nodiscard]] virtual bool isBlob(int column) const = 0;
   [[nodiscard]] virtual std::vector<std::byte> blob(int column) const = 0;
 
@@ -49,6 +50,8 @@ public:
 
   [[nodiscard]] virtual std::unique_ptr<Statement> execute(
       const std::wstring& text, ZanOleDbErrorInfo& error) = 0;
+  /// What the server behind the engine calls itself; empty for a file.
+  [[nodiscard]] virtual std::wstring productName() const { return {}; }
   virtual bool begin(ZanOleDbErrorInfo& error) = 0;
   virtual bool commit(ZanOleDbErrorInfo& error) = 0;
   virtual void rollback() = 0;
@@ -56,6 +59,12 @@ public:
 protected:
   Engine() = default;
 };
+
+/// Whether a data source is a server: "odbc:" and a connection string.
+[[nodiscard]] bool isServer(std::wstring_view dataSource);
+
+/// A data source as messages show it: a server's connection string without its password.
+[[nodiscard]] std::wstring shownDataSource(std::wstring_view dataSource);
 
 enum class Access { read, readWrite, exclusive };
 

@@ -1,4 +1,5 @@
 // Chooses the engine for a data source.
+#include "platform/connect_string.h"
 #include "platform/file_kind.h"
 #include "platform/loaded_engine.h"
 #include "platform/odbc_engine.h"
@@ -11,6 +12,8 @@
 namespace brenvolt::tables {
 
 namespace {
+
+constexpr std::wstring_view serverPrefix = L"odbc:";
 
 std::unique_ptr<Engine> openSqlite(const std::wstring& path, Access access, ZanOleDbErrorInfo& error) {
   auto engine = std::make_unique<SqliteEngine>();
@@ -30,12 +33,18 @@ std::unique_ptr<Engine> openReadOnly(SourceOpener open, const std::wstring& path
 
 } // namespace
 
+bool isServer(std::wstring_view dataSource) {
+  return equalsOrdinalNoCase(dataSource.substr(0, serverPrefix.size()), serverPrefix);
+}
+
+std::wstring shownDataSource(std::wstring_view dataSource) {
+  if (!isServer(dataSource)) return std::wstring(dataSource);
+  return std::wstring(serverPrefix) + withoutPassword(dataSource.substr(serverPrefix.size()));
+}
+
 std::unique_ptr<Engine> openEngine(
     const std::wstring& dataSource, Access access, bool delimitedText, ZanOleDbErrorInfo& error) {
-  constexpr std::wstring_view server = L"odbc:";
-  if (equalsOrdinalNoCase(std::wstring_view(dataSource).substr(0, server.size()), server)) {
-    return openOdbcEngine(dataSource.substr(server.size()), access, error);
-  }
+  if (isServer(dataSource)) return openOdbcEngine(dataSource.substr(serverPrefix.size()), access, error);
   const FileKind kind = fileKind(dataSource);
   if (kind == FileKind::folder && delimitedText) return openReadOnly(openDelimitedSource, dataSource, error);
   if (kind == FileKind::sqlite) return openSqlite(dataSource, access, error);

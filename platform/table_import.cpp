@@ -1,19 +1,23 @@
 #include "platform/table_import.h"
 
+#include "platform/cell_check.h"
 #include "platform/file_kind.h"
-#include "platform/sqlite_database.h"
+#include "platform/table_engine.h"
+#include "platform/table_output.h"
 #include "platform/table_source.h"
-#include "platform/table_writer.h"
 
 #include "text/compare.h"
 #include "text/encoding.h"
+#include "text/split.h"
 
 #include <fcntl.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <filesystem>
 #include <memory>
+#include <optional>
 #include <system_error>
 #include <utility>
 
@@ -22,12 +26,14 @@ namespace brenvolt {
 namespace {
 
 namespace fs = std::filesystem;
+using tables::CellCheck;
 using tables::ColumnType;
+using tables::ImportTarget;
 using tables::SourceColumn;
+using tables::TableOutput;
 using tables::TableReceiver;
 using tables::TableRow;
 using tables::TableSource;
-using tables::TableWriter;
 
 bool startsNoCase(std::wstring_view text, std::wstring_view start) {
   return equalsOrdinalNoCase(text.substr(0, start.size()), start);
@@ -38,6 +44,7 @@ struct Input {
   std::unique_ptr<TableSource> source;
   /// Cells are texts, and the columns' types come from their names.
   bool isUntyped = false;
+  bool isWithoutRows = false;
 };
 
 struct Task {
@@ -47,34 +54,78 @@ struct Task {
   std::wstring name;
 };
 
-/// Gives untyped columns their types, and tells apart what has no columns at all.
-class TypedReceiver final : public TableReceiver {
+ColumnUse useOf(ColumnType type) {
+  switch (type) {
+  case ColumnType::integer:
+  case ColumnType::real:
+  case ColumnType::numeric:
+    return ColumnUse::number;
+  case ColumnType::key:
+    return ColumnUse::key;
+  case ColumnType::text:
+  case ColumnType::blob:
+    break;
+  }
+  return ColumnUse::text;
+}
+
+/// Gives columns their types, checks their cells, and tells apart what has no columns at all. A row is passed on when the
+/// next one is known, so that the last one is known as such.
+class CheckedReceiver final : public TableReceiver {
 public:
-  TypedReceiver(TableWriter& writer, std::wstring_view table, bool isUntyped)
-      : writer_(writer), table_(table), isUntyped_(isUntyped) {}
+  CheckedReceiver(TableOutput& output, const Task& task, const ImportOptions& options)
+      : output_(output), task_(task), options_(options) {}
 
   [[nodiscard]] bool hasNoColumns() const { return hasNoColumns_; }
+  [[nodiscard]] const CellCheck* check() const { return check_ ? &*check_ : nullptr; }
 
   bool columns(const std::vector<SourceColumn>& columns) override {
     hasNoColumns_ = columns.empty();
     if (hasNoColumns_) return false;
-    if (!isUntyped_) return writer_.columns(columns);
     std::vector<SourceColumn> typed = columns;
-    for (std::size_t column = 0; column < typed.size(); ++column) {
-      const std::wstring& name = typed[column].name;
-      if (untypedColumnIsNumber(table_, column + 1, name)) typed[column].type = ColumnType::numeric;
-      if (equalsOrdinalNoCase(name, L"ID")) typed[column].type = ColumnType::key;
-    }
-    return writer_.columns(typed);
+    std::vector<ColumnUse> uses;
+    for (std::size_t column = 0; column < typed.size(); ++column)
+      uses.push_back(settleUse(typed[column], column + 1));
+    check_.emplace(typed, std::move(uses));
+    return output_.columns(typed);
   }
-  bool row(TableRow row) override { return writer_.row(std::move(row)); }
-  void note(const std::wstring& text) override { writer_.note(text); }
+  bool row(TableRow row, std::int64_t place) override {
+    if (task_.input->isWithoutRows) return true;
+    const bool isTaken = passOn(CellCheck::Last::no);
+    held_ = std::move(row);
+    place_ = place;
+    return isTaken;
+  }
+  /// To be called at the end of the table.
+  bool finish() { return passOn(CellCheck::Last::yes) && output_.finish(); }
+  void note(const std::wstring& text) override { output_.note(text); }
 
 private:
-  TableWriter& writer_;
-  std::wstring_view table_;
-  bool isUntyped_;
+  ColumnUse settleUse(SourceColumn& column, std::size_t position) const {
+    if (column.type != ColumnType::text) return useOf(column.type);
+    const ColumnUse use =
+        options_.columnUses ? options_.columnUses(task_.name, position, column.name) : ColumnUse::text;
+    // A key that the source has as text is one that it does not count itself.
+    if (use == ColumnUse::key && !task_.input->isUntyped) return ColumnUse::text;
+    if (use == ColumnUse::number) column.type = ColumnType::numeric;
+    if (use == ColumnUse::key) column.type = ColumnType::key;
+    return use;
+  }
+
+  bool passOn(CellCheck::Last last) {
+    if (!held_) return true;
+    TableRow row = *std::exchange(held_, std::nullopt);
+    if (options_.badCells != BadCells::keep) check_->check(row, place_, last, options_.badCells);
+    return output_.row(std::move(row), place_);
+  }
+
+  TableOutput& output_;
+  const Task& task_;
+  const ImportOptions& options_;
   bool hasNoColumns_ = false;
+  std::optional<CellCheck> check_;
+  std::optional<TableRow> held_;
+  std::int64_t place_ = 0;
 };
 
 Input openInput(const std::wstring& path, std::wstring& error) {
@@ -134,8 +185,8 @@ private:
 
 class Import final {
 public:
-  Import(std::wstring_view outPath, ExistingTables existing, const ImportProgress& progress)
-      : outPath_(outPath), existing_(existing), progress_(progress) {}
+  Import(std::wstring_view outPath, const ImportOptions& options)
+      : outPath_(outPath), shownOut_(tables::shownDataSource(outPath)), options_(options) {}
 
   /// An empty `only` takes all tables.
   ImportReport run(const std::vector<std::wstring>& inputs, std::wstring_view only = {}) {
@@ -147,7 +198,13 @@ public:
   }
 
 private:
-  void fail(std::wstring error) { report_.errors.push_back(std::move(error)); }
+  void fail(std::wstring error, ImportFault fault = ImportFault::badInput) {
+    if (report_.errors.empty()) report_.fault = fault;
+    report_.errors.push_back(std::move(error));
+  }
+  void cannotWrite(const std::wstring& reason) {
+    fail(shownOut_ + L": cannot be written: " + reason, ImportFault::cannotWrite);
+  }
 
   /// All inputs are opened, so that one run names all bad ones.
   void openInputs(const std::vector<std::wstring>& paths) {
@@ -159,6 +216,8 @@ private:
         fail(std::move(error));
         continue;
       }
+      input.isWithoutRows = std::find(options_.withoutRows.begin(), options_.withoutRows.end(), path) !=
+                            options_.withoutRows.end();
       inputs_.push_back(std::make_unique<Input>(std::move(input)));
     }
   }
@@ -181,71 +240,94 @@ private:
 
   void write() {
     using tables::FileKind;
+    using tables::TargetFile;
     const FileKind kind = tables::fileKind(outPath_);
     const fs::path target(toUtf8(outPath_));
-    if (kind == FileKind::sqlite) return writeInto(target, tables::SqliteDatabase::Mode::readWrite);
+    std::wstring reason;
+    if (tables::isServer(outPath_)) return writeInto(tables::openServerTarget(outPath_, reason), reason);
+    if (kind == FileKind::sqlite) {
+      return writeInto(tables::openSqliteTarget(target.string(), TargetFile::open, reason), reason);
+    }
     if (kind != FileKind::absent) return fail(outPath_ + L": exists and is no database that can be written");
     const FileBeside beside(target);
-    writeInto(beside.path(), tables::SqliteDatabase::Mode::create);
+    writeInto(tables::openSqliteTarget(beside.path().string(), TargetFile::create, reason), reason);
     if (!report_.isDone()) return;
-    if (const std::error_code error = beside.takeItsPlace()) {
-      fail(outPath_ + L": cannot be written: " + fromUtf8(error.message()));
-    }
+    if (const std::error_code error = beside.takeItsPlace()) cannotWrite(fromUtf8(error.message()));
   }
 
-  void writeInto(const fs::path& path, tables::SqliteDatabase::Mode mode) {
-    tables::SqliteDatabase database;
-    const auto failed = [&] { fail(outPath_ + L": cannot be written: " + database.lastError()); };
-    if (!database.open(path.string(), mode)) return failed();
-    // A file that is thrown away on any failure needs no journal; it is brought to the disk once, ahead of its renaming.
-    const bool isNew = mode == tables::SqliteDatabase::Mode::create;
-    if (isNew && !database.run("PRAGMA journal_mode=MEMORY; PRAGMA synchronous=OFF")) return failed();
-    if (!database.run("BEGIN IMMEDIATE")) return failed();
+  /// Without the commit all is as it was when the target goes.
+  void writeInto(const std::unique_ptr<ImportTarget>& target, std::wstring& reason) {
+    std::vector<std::wstring> existing;
+    if (!target || !target->tableNames(existing, reason)) return cannotWrite(reason);
     for (std::size_t index = 0; index < tasks_.size(); ++index) {
-      if (progress_) progress_(index, tasks_.size(), tasks_[index].name);
-      carryOver(database, tasks_[index]);
+      if (options_.progress) options_.progress(index, tasks_.size(), tasks_[index].name);
+      takeIn(*target, existing, tasks_[index]);
     }
-    // Without the commit all is rolled back when the database is closed.
-    if (report_.isDone() && !database.run("COMMIT")) failed();
+    for (const Task& task : tasks_) {
+      for (const std::wstring& format : options_.forEachTable) {
+        const std::wstring statement = replaceAll(format, L"%s", L"[" + task.name + L"]");
+        if (report_.isDone() && !target->run(statement, reason)) cannotWrite(reason);
+      }
+    }
+    if (report_.isDone() && !target->commit(reason)) cannotWrite(reason);
   }
 
-  void carryOver(tables::SqliteDatabase& database, const Task& task) {
-    if (!makeRoom(database, task)) return;
-    TableWriter writer(database, task.name);
-    TypedReceiver receiver(writer, task.name, task.input->isUntyped);
-    std::wstring error;
-    if (task.input->source->read(task.sourceName, receiver, error)) {
-      report_.tables.push_back({task.input->path, task.name, writer.rowCount(), writer.notes()});
+  void takeIn(ImportTarget& target, const std::vector<std::wstring>& existing, const Task& task) {
+    const bool isPresent = std::any_of(existing.begin(), existing.end(), [&task](const std::wstring& name) {
+      return equalsOrdinalNoCase(name, task.name);
+    });
+    if (isPresent && options_.staysWhenPresent && options_.staysWhenPresent(task.name)) {
+      report_.tables.push_back({task.input->path, task.name, 0, {L"the table is there already and stays"}});
       return;
     }
-    const std::wstring place = task.input->path + L", table " + task.name + L": ";
-    if (!receiver.hasNoColumns()) return fail(error.empty() ? place + writer.error() : error);
-    if (!task.input->isUntyped) return fail(place + L"the table has no columns");
-    report_.tables.push_back({task.input->path, task.name, 0, {L"the sheet is empty and gave no table"}});
+    if (makeRoom(target, existing, task)) carryOver(target, task);
   }
 
-  bool makeRoom(tables::SqliteDatabase& database, const Task& task) {
-    tables::SqliteQuery query =
-        database.prepare("SELECT name, type FROM sqlite_master WHERE type IN ('table','view')");
-    std::vector<std::pair<std::wstring, std::wstring>> clashing;
-    while (query.isPrepared() && query.step() == tables::SqliteQuery::Step::row) {
-      if (equalsOrdinalNoCase(query.text(0), task.name)) clashing.emplace_back(query.text(0), query.text(1));
-    }
-    for (const auto& [name, type] : clashing) {
-      if (existing_ == ExistingTables::refuse) {
-        fail(outPath_ + L": holds a table " + name + L" already; it would have to be replaced");
+  bool makeRoom(ImportTarget& target, const std::vector<std::wstring>& existing, const Task& task) {
+    for (const std::wstring& name : existing) {
+      if (!equalsOrdinalNoCase(name, task.name)) continue;
+      if (options_.existing == ExistingTables::refuse) {
+        fail(shownOut_ + L": holds a table " + name + L" already; it would have to be replaced");
         return false;
       }
-      if (database.run("DROP " + toUtf8(type) + " " + tables::quotedIdentifier(toUtf8(name)))) continue;
-      fail(outPath_ + L", table " + name + L": " + database.lastError());
+      std::wstring reason;
+      if (target.drop(name, reason)) continue;
+      fail(shownOut_ + L", table " + name + L": " + reason, ImportFault::cannotWrite);
       return false;
     }
     return true;
   }
 
+  void carryOver(ImportTarget& target, const Task& task) {
+    const std::unique_ptr<TableOutput> output = target.output(task.name);
+    CheckedReceiver receiver(*output, task, options_);
+    const std::wstring place = task.input->path + L", table " + task.name + L": ";
+    std::wstring error;
+    const bool isRead = task.input->source->read(task.sourceName, receiver, error) && receiver.finish();
+    if (receiver.hasNoColumns()) {
+      if (!task.input->isUntyped) return fail(place + L"the table has no columns");
+      report_.tables.push_back({task.input->path, task.name, 0, {L"the sheet is empty and gave no table"}});
+      return;
+    }
+    if (!isRead) fail(error.empty() ? place + output->error() : error);
+    std::vector<std::wstring> notes = output->notes();
+    if (const CellCheck* check = receiver.check()) {
+      for (const tables::BadCell& cell : check->found()) {
+        if (options_.badCells == BadCells::makeNull) {
+          notes.push_back(cell.told() + L" and is NULL now");
+          continue;
+        }
+        fail(place + cell.told());
+        ++report_.badCells;
+      }
+    }
+    report_.tables.push_back({task.input->path, task.name, output->rowCount(), std::move(notes)});
+  }
+
   std::wstring outPath_;
-  ExistingTables existing_;
-  const ImportProgress& progress_;
+  /// Without a password, for messages.
+  std::wstring shownOut_;
+  const ImportOptions& options_;
   std::vector<std::unique_ptr<Input>> inputs_;
   std::vector<Task> tasks_;
   ImportReport report_;
@@ -254,22 +336,15 @@ private:
 } // namespace
 
 ImportReport importTables(
-    std::wstring_view outPath, const std::vector<std::wstring>& inputs, ExistingTables existing,
-    const ImportProgress& progress) {
-  return Import(outPath, existing, progress).run(inputs);
+    std::wstring_view outPath, const std::vector<std::wstring>& inputs, const ImportOptions& options) {
+  return Import(outPath, options).run(inputs);
 }
 
 ImportReport replaceTable(std::wstring_view outPath, const std::wstring& inputPath, std::wstring_view table) {
-  const ImportProgress progress;
-  return Import(outPath, ExistingTables::replace, progress).run({inputPath}, table);
-}
-
-bool untypedColumnIsNumber(std::wstring_view table, std::size_t column, std::wstring_view columnName) {
-  constexpr std::size_t firstAmpacity = 3;
-  if (startsNoCase(table, L"AMP_")) return column >= firstAmpacity;
-  const bool hasLimit = startsNoCase(table, L"AMPG") || startsNoCase(table, L"MOTOR_I_MAP");
-  if (hasLimit) return equalsOrdinalNoCase(columnName, L"MAX");
-  return equalsOrdinalNoCase(table, L"CATALOGSEL") && equalsOrdinalNoCase(columnName, L"UI_SEL");
+  ImportOptions options;
+  options.existing = ExistingTables::replace;
+  options.badCells = BadCells::keep;
+  return Import(outPath, options).run({inputPath}, table);
 }
 
 } // namespace brenvolt

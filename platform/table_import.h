@@ -1,6 +1,7 @@
 // Makes a site's database out of foreign files: Access files, workbooks, delimited text, other databases.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <functional>
 #include <string>
@@ -16,6 +17,38 @@ enum class ExistingTables {
   replace,
 };
 
+/// What the cells of a column are used for, which decides how they are stored and what they may hold. NULL and an empty
+/// cell are allowed everywhere.
+enum class ColumnUse : std::uint8_t {
+  /// Anything, as it is written.
+  text,
+  /// Compared or sorted as a number: as texts 100 would come before 15.
+  number,
+  /// A whole number that numbers the rows.
+  key,
+  /// Read as a number, shown as it is written: "1.00" stays "1.00".
+  numberAsText,
+  /// The same, but the last row may hold a word.
+  limit,
+  /// Two numbers with ";" between.
+  numberPair,
+};
+
+/// Tells the use of a column by the names of table and column; `column` counts from 1. What a database's columns mean is
+/// known to those who read them, not here.
+using ColumnUses =
+    std::function<ColumnUse(std::wstring_view table, std::size_t column, std::wstring_view columnName)>;
+
+/// What to do with a cell that does not hold what its column needs.
+enum class BadCells {
+  /// Every one is named, and nothing is written.
+  refuse,
+  /// It becomes NULL and is named in the notes.
+  makeNull,
+  /// It stays as it is.
+  keep,
+};
+
 struct ImportedTable {
   /// The file or folder that it came from.
   std::wstring input;
@@ -25,37 +58,54 @@ struct ImportedTable {
   std::vector<std::wstring> notes;
 };
 
+enum class ImportFault { none, badInput, cannotWrite };
+
 struct ImportReport {
   std::vector<ImportedTable> tables;
   /// Why nothing was written, each naming file and reason; empty when the import is done.
   std::vector<std::wstring> errors;
+  /// What the first of them is about.
+  ImportFault fault = ImportFault::none;
+  /// How many of them are cells that do not hold what their column needs.
+  std::size_t badCells = 0;
 
   [[nodiscard]] bool isDone() const { return errors.empty(); }
 };
 
-/// Told ahead of each table: its place from 0 on, how many there are in all, and its name.
+/// Called before each table: its place from 0 on, how many there are in all, and its name.
 using ImportProgress = std::function<void(std::size_t index, std::size_t count, const std::wstring& table)>;
 
-/// Carries all tables of the inputs into the database `outPath`, which is made when it does not exist. An input is a
+struct ImportOptions {
+  /// Without it all columns are texts where the source has no types.
+  ColumnUses columnUses;
+  ExistingTables existing = ExistingTables::refuse;
+  BadCells badCells = BadCells::refuse;
+  /// Inputs whose tables come without their rows, named as in `inputs`.
+  std::vector<std::wstring> withoutRows;
+  /// Whether a table that the output holds already stays as it is, whatever `existing` says.
+  std::function<bool(std::wstring_view table)> staysWhenPresent;
+  /// Statements of the output's own for each table that it holds at the end, "%s" for the table's name in brackets; they
+  /// belong to the same transaction.
+  std::vector<std::wstring> forEachTable;
+  ImportProgress progress;
+};
+
+/// Carries all tables of the inputs into the database `outPath`, which is made when it does not exist, or into a
+/// PostgreSQL server ("odbc:" and a connection string). An input is a
 /// file of any kind that the engines read or a folder of .csv files, recognised by content. Everything is written in one
 /// transaction; a new output is written beside itself and renamed at the end. On a failure the output is what it was.
 /// Sheets lose the "$" of their table names.
 ///
-/// Types and NULLs are kept. Cells of delimited text and of sheets have no types; their columns are text but for the
-/// ones that statements compare or sort as numbers (see `untypedColumnIsNumber`), and `ID`, which numbers the rows.
+/// Types and NULLs are kept. Cells of delimited text and of sheets have no types: their columns are what
+/// `options.columnUses` says. Where a source has types, it still says which text columns are stored as numbers and
+/// which have to hold some.
 [[nodiscard]] ImportReport importTables(
-    std::wstring_view outPath, const std::vector<std::wstring>& inputs,
-    ExistingTables existing = ExistingTables::refuse, const ImportProgress& progress = {});
+    std::wstring_view outPath, const std::vector<std::wstring>& inputs, const ImportOptions& options = {});
 
 /// Carries one table of `inputPath`, found without case, into the existing database `outPath`, in place of the one of
-/// that name there. An input without such a table changes nothing; the report then has neither tables nor errors.
+/// that name there, its cells as they are. An input without such a table changes nothing; the report then has neither
+/// tables nor errors.
 [[nodiscard]] ImportReport replaceTable(
     std::wstring_view outPath, const std::wstring& inputPath, std::wstring_view table);
-
-/// Whether a column of a source without types holds numbers: the ampacities of AMP_*, from the third column on, and MAX
-/// of AMPG* and MOTOR_I_MAP*, and the option code UI_SEL of CATALOGSEL. As texts 100 would sort ahead of 15. All else is text, so that "1.00" stays "1.00".
-/// `column` counts from 1; names compare without case.
-[[nodiscard]] bool untypedColumnIsNumber(
-    std::wstring_view table, std::size_t column, std::wstring_view columnName);
 
 } // namespace brenvolt

@@ -36,8 +36,9 @@ public:
 
   /// Called once, ahead of the rows. False stops the reading.
   virtual bool columns(const std::vector<SourceColumn>& columns) = 0;
-  /// One cell for each column. False stops the reading.
-  virtual bool row(TableRow row) = 0;
+  /// One cell for each column. `place` is where the row is found in the file: its line in delimited text, its row in a
+  /// sheet, its number from 1 in a table. False stops the reading.
+  virtual bool row(TableRow row, std::int64_t place) = 0;
   /// What could not be carried over as it stands in the file, as a sentence.
   virtual void note(const std::wstring& text) = 0;
 };

@@ -40,6 +40,8 @@ TableValue TableValue::ofBlob(std::string data) {
 }
 
 TableValue TableValue::ofNumber(std::string_view text) {
+  // A plus sign in front is a person's way to write a number.
+  if (text.size() > 1 && text.front() == '+' && text[1] != '-') text.remove_prefix(1);
   const char* end = text.data() + text.size();
   std::int64_t integer = 0;
   if (const auto read = std::from_chars(text.data(), end, integer);
@@ -47,9 +49,9 @@ TableValue TableValue::ofNumber(std::string_view text) {
     return ofInteger(integer);
   }
   double real = 0.0;
-  if (const auto read = std::from_chars(text.data(), end, real); read.ec == std::errc() && read.ptr == end) {
-    return ofReal(real);
-  }
+  const auto read = std::from_chars(text.data(), end, real);
+  // "nan" and "inf" are words to a person.
+  if (read.ec == std::errc() && read.ptr == end && std::isfinite(real)) return ofReal(real);
   return null();
 }
 

@@ -30,6 +30,10 @@ struct TableValue {
 
 using TableRow = std::vector<TableValue>;
 
+[[nodiscard]] constexpr bool isNumberKind(TableValue::Kind kind) {
+  return kind == TableValue::Kind::integer || kind == TableValue::Kind::real;
+}
+
 /// A real as a person writes it: 15 significant digits, no trailing zeros, never "-0". Not finite gives an empty text.
 [[nodiscard]] std::string realText(double value);
 

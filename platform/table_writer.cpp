@@ -27,11 +27,6 @@ std::string declaration(ColumnType type) {
   return "TEXT";
 }
 
-bool isNumber(ColumnType type) {
-  return type == ColumnType::integer || type == ColumnType::key || type == ColumnType::real ||
-         type == ColumnType::numeric;
-}
-
 } // namespace
 
 TableWriter::TableWriter(SqliteDatabase& database, std::wstring table)
@@ -40,8 +35,6 @@ TableWriter::TableWriter(SqliteDatabase& database, std::wstring table)
 std::vector<std::wstring> TableWriter::notes() const {
   std::vector<std::wstring> notes = notes_;
   if (renumbered_ > 0) notes.push_back(formatInt(renumbered_) + L" rows with a repeated key got a new one");
-  if (notNumbers_ > 0)
-    notes.push_back(formatInt(notNumbers_) + L" cells of number columns hold a text and stay one");
   return notes;
 }
 
@@ -63,9 +56,7 @@ bool TableWriter::columns(const std::vector<SourceColumn>& columns) {
   return insert_.isPrepared() || fail();
 }
 
-bool TableWriter::row(TableRow row) {
-  for (std::size_t column = 0; column < row.size(); ++column)
-    convert(row[column], columns_[column].type);
+bool TableWriter::row(TableRow row, std::int64_t) {
   if (insert(row)) return ++rowCount_, true;
   // A counter that repeats itself must not cost a row.
   bool hadKey = false;
@@ -77,18 +68,6 @@ bool TableWriter::row(TableRow row) {
   if (!hadKey || !insert(row)) return fail();
   ++renumbered_;
   return ++rowCount_, true;
-}
-
-void TableWriter::convert(TableValue& value, ColumnType type) {
-  if (!isNumber(type) || value.kind != TableValue::Kind::text) return;
-  const bool isEmpty = value.bytes.empty();
-  TableValue number = TableValue::ofNumber(value.bytes);
-  // An empty text in a number column would count as a value; and a key can only be a number.
-  if (isEmpty || number.kind != TableValue::Kind::null || type == ColumnType::key) {
-    value = std::move(number);
-    return;
-  }
-  ++notNumbers_;
 }
 
 bool TableWriter::insert(const TableRow& row) {

@@ -2,7 +2,7 @@
 #pragma once
 
 #include "platform/sqlite_database.h"
-#include "platform/table_source.h"
+#include "platform/table_output.h"
 
 #include <cstdint>
 #include <string>
@@ -10,23 +10,20 @@
 
 namespace brenvolt::tables {
 
-class TableWriter final : public TableReceiver {
+class TableWriter final : public TableOutput {
 public:
   /// The database must outlive the writer.
   TableWriter(SqliteDatabase& database, std::wstring table);
 
-  [[nodiscard]] std::int64_t rowCount() const { return rowCount_; }
-  /// What the source and the writer could not carry over.
-  [[nodiscard]] std::vector<std::wstring> notes() const;
-  /// Why the reading was stopped; empty when it was not.
-  [[nodiscard]] const std::wstring& error() const { return error_; }
+  [[nodiscard]] std::int64_t rowCount() const override { return rowCount_; }
+  [[nodiscard]] std::vector<std::wstring> notes() const override;
+  [[nodiscard]] const std::wstring& error() const override { return error_; }
 
   bool columns(const std::vector<SourceColumn>& columns) override;
-  bool row(TableRow row) override;
+  bool row(TableRow row, std::int64_t place) override;
   void note(const std::wstring& text) override { notes_.push_back(text); }
 
 private:
-  void convert(TableValue& value, ColumnType type);
   bool insert(const TableRow& row);
   bool fail();
 
@@ -36,7 +33,6 @@ private:
   SqliteQuery insert_;
   std::int64_t rowCount_ = 0;
   std::int64_t renumbered_ = 0;
-  std::int64_t notNumbers_ = 0;
   std::vector<std::wstring> notes_;
   std::wstring error_;
 };

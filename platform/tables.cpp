@@ -1,9 +1,12 @@
 #include "platform/tables.h"
 
 #include "platform/connect_string.h"
+#include "platform/statement_log.h"
 #include "platform/table_engine.h"
+#include "platform/table_value.h"
 
 #include "text/compare.h"
+#include "text/encoding.h"
 #include "text/split.h"
 
 #include <algorithm>
@@ -12,12 +15,6 @@
 namespace brenvolt {
 
 namespace {
-
-constexpr std::wstring_view serverPrefix = L"odbc:";
-
-bool startsWithServerPrefix(std::wstring_view dataSource) {
-  return equalsOrdinalNoCase(dataSource.substr(0, serverPrefix.size()), serverPrefix);
-}
 
 tables::Access wantedAccess(std::wstring_view init, bool shared) {
   if (equalsOrdinalNoCase(tables::connectValue(init, L"Mode"), L"Read")) return tables::Access::read;
@@ -61,7 +58,10 @@ int ZanOleDbConnection::OpenFromInitializationString(std::wstring_view init, boo
   const std::wstring extended = tables::connectValue(init, L"Extended Properties");
   const bool delimitedText = equalsOrdinalNoCase(extended.substr(0, 5), L"text;");
   state_->engine = tables::openEngine(dataSource, wantedAccess(init, shared), delimitedText, state_->error);
-  if (!state_->engine) return failed;
+  if (!state_->engine) {
+    if (tables::isServer(dataSource)) state_->error.SetConnectionLost(state_->error.GetErrorInfo(true));
+    return failed;
+  }
   state_->dataSource = dataSource;
   return opened;
 }
@@ -77,15 +77,22 @@ void ZanOleDbConnection::Close() {
 
 bool ZanOleDbConnection::GetDatasource(std::wstring& path) const {
   if (!IsConnected()) return false;
-  const std::wstring& source = state_->dataSource;
-  path = startsWithServerPrefix(source)
-             ? std::wstring(serverPrefix) + tables::withoutPassword(source.substr(serverPrefix.size()))
-             : source;
+  path = tables::shownDataSource(state_->dataSource);
   return true;
 }
 
 ZanOleDbErrorInfo& ZanOleDbConnection::ErrorInfo() {
   return state_->error;
+}
+
+std::unique_ptr<tables::Statement> ZanOleDbConnection::run(
+    const std::wstring& statement, ZanOleDbErrorInfo& error) const {
+  if (!state_->engine) {
+    error.Set(L"the connection is not open");
+    return nullptr;
+  }
+  tables::logStatement(state_->dataSource, statement);
+  return state_->engine->execute(statement, error);
 }
 
 tables::Engine* ZanOleDbConnection::engine() const {
@@ -123,12 +130,11 @@ dbStatus ZanOleDbCommand::Execute() {
     error_.Set(buildError_);
     return dbStatus::failure;
   }
-  tables::Engine* engine = connection_ == nullptr ? nullptr : connection_->engine();
-  if (engine == nullptr) {
+  if (connection_ == nullptr) {
     error_.Set(L"the connection is not open");
     return dbStatus::failure;
   }
-  statement_ = engine->execute(text_, error_);
+  statement_ = connection_->run(text_, error_);
   return statement_ ? dbStatus::success : dbStatus::failure;
 }
 
@@ -158,6 +164,18 @@ std::wstring ZanOleDbCommand::FieldAsString(int column) const {
 
 double ZanOleDbCommand::FieldAsDouble(int column) const {
   return hasColumn(column) ? statement_->number(column) : 0.0;
+}
+
+std::optional<double> ZanOleDbCommand::FieldAsFigure(int column) const {
+  if (IsNull(column)) return std::nullopt;
+  if (statement_->isNumber(column)) return statement_->number(column);
+  const tables::TableValue number = tables::TableValue::ofNumber(toUtf8(trim(statement_->text(column))));
+  if (number.kind == tables::TableValue::Kind::null) return std::nullopt;
+  return tables::valueNumber(number);
+}
+
+bool ZanOleDbCommand::IsNumber(int column) const {
+  return hasColumn(column) && statement_->isNumber(column);
 }
 
 bool ZanOleDbCommand::IsNull(int column) const {

@@ -5,6 +5,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -29,11 +30,22 @@ public:
   [[nodiscard]] bool HasErrorInfo() const { return !message_.empty(); }
   /// The message text. `clear` forgets it after the answer.
   std::wstring GetErrorInfo(bool clear);
-  void Set(std::wstring message) { message_ = std::move(message); }
-  void Clear() { message_.clear(); }
+  [[nodiscard]] const std::wstring& Text() const { return message_; }
+  /// Whether a server was not, or no longer, reached. What the work in hand has read so far may be incomplete.
+  [[nodiscard]] bool IsConnectionLost() const { return isConnectionLost_; }
+  void Set(std::wstring message) {
+    message_ = std::move(message);
+    isConnectionLost_ = false;
+  }
+  void SetConnectionLost(std::wstring message) {
+    message_ = std::move(message);
+    isConnectionLost_ = true;
+  }
+  void Clear() { Set({}); }
 
 private:
   std::wstring message_;
+  bool isConnectionLost_ = false;
 };
 
 class ZanOleDbHelper final {
@@ -64,6 +76,10 @@ public:
   bool GetDatasource(std::wstring& path) const;
   [[nodiscard]] ZanOleDbErrorInfo& ErrorInfo();
 
+  /// Runs a statement and answers its rows; nothing on a failure, with the reason in `error`. For the classes of this
+  /// header.
+  [[nodiscard]] std::unique_ptr<tables::Statement> run(
+      const std::wstring& statement, ZanOleDbErrorInfo& error) const;
   /// The engine behind the connection, absent when closed; for the classes of this header.
   [[nodiscard]] tables::Engine* engine() const;
 
@@ -100,10 +116,15 @@ public:
   [[nodiscard]] std::wstring FieldAsStringEx(int column) const { return FieldAsString(column); }
   /// The column as a number with full precision; a text reads as its leading number, NULL as 0.
   [[nodiscard]] double FieldAsDouble(int column) const;
+  /// The column as a number; nothing for NULL and for a text that is not one from its first character to its last.
+  [[nodiscard]] std::optional<double> FieldAsFigure(int column) const;
   [[nodiscard]] bool IsNull(int column) const;
+  /// Whether the cell is a number itself, and no text that reads as one.
+  [[nodiscard]] bool IsNumber(int column) const;
   [[nodiscard]] bool IsBlob(int column) const;
   bool GetBlobData(int column, std::vector<std::byte>& buffer) const;
   [[nodiscard]] ZanOleDbErrorInfo& ErrorInfo() { return error_; }
+  [[nodiscard]] const ZanOleDbErrorInfo& ErrorInfo() const { return error_; }
 
 protected:
   ZanOleDbConnection* connection_ = nullptr;

@@ -32,7 +32,7 @@ public:
     }
     if (!receiver.columns(columnsOf(*sheet))) return false;
     for (std::size_t row = 1; row < sheet->rowCount(); ++row) {
-      if (!receiver.row(rowOf(*sheet, row))) return false;
+      if (!receiver.row(rowOf(*sheet, row), static_cast<std::int64_t>(row) + 1)) return false;
     }
     return true;
   }

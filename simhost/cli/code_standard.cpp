@@ -1,24 +1,30 @@
 // The standards with tables of their own, against a word.
 #include "simhost/cli/code_standard.h"
 
-#include "data/option_tables.h"
+#include "data/table_names.h"
 #include "text/compare.h"
 #include "text/encoding.h"
 
-#include <map>
+#include <set>
+#include <vector>
 
 namespace simhost {
 
 std::optional<std::string> codeStandardFault(
     brenvolt::ZanOleDbConnection& connection, const std::wstring& code) {
   if (brenvolt::equalsOrdinalNoCase(code, brenvolt::defaultCode)) return std::nullopt;
-  std::map<std::wstring, std::wstring> standards;
-  static_cast<void>(brenvolt::ZanOptTableReader(&connection).ReadAllStandards(standards, false));
-  std::string known;
-  for (const auto& [name, tablesOf] : standards) {
+  brenvolt::ZanOleDbTables tables;
+  std::vector<std::wstring> names;
+  if (tables.Open(connection, L"TABLE")) tables.GetTableList(names);
+  std::set<std::wstring> codes;
+  for (const std::wstring& name : names) {
+    std::wstring tablesOf = brenvolt::ZanDbReaderUtils::CodeOfTable(name);
     if (brenvolt::equalsOrdinalNoCase(code, tablesOf)) return std::nullopt;
-    if (!tablesOf.empty()) known.append(known.empty() ? "" : ", ").append(brenvolt::toUtf8(tablesOf));
+    if (!tablesOf.empty()) codes.insert(brenvolt::toUpper(tablesOf));
   }
+  std::string known;
+  for (const std::wstring& each : codes)
+    known.append(known.empty() ? "" : ", ").append(brenvolt::toUtf8(each));
   return "there are no tables of \"" + brenvolt::toUtf8(code) + "\"; there are those of " + known;
 }
 

@@ -3,12 +3,16 @@
 
 #include <optional>
 #include <string>
+#include <string_view>
 
 namespace brenvolt {
 class ZanOleDbConnection;
 }
 
 namespace simhost {
+
+/// The variable of LISP that names the code standard.
+inline constexpr std::wstring_view codeStandardSymbol = L"GBL_qn_electcodestd";
 
 /// Why a circuit cannot be worked out by this standard; nothing when it can. The default standard always can: its
 /// tables serve where a standard has none of its own, so that any other word would silently give its figures.

@@ -27,7 +27,7 @@ struct ComponentsOptions {
   OutputOptions output;
 };
 
-/// The code whose component tables serve: the one asked for, or its fallback, which is told. Nobody is there to answer
+/// The code whose component tables serve: the one asked for, or its fallback, which the run reports. Nobody is there to answer
 /// the alert that the plug-in shows.
 std::wstring servingCode(EngineeringRun& run) {
   const brenvolt::ZanDbReaderUtils utils(&run.connection());
@@ -40,11 +40,8 @@ std::wstring servingCode(EngineeringRun& run) {
     if (utils.ResolveTable(name, kind, run.standardCode())) continue;
     const std::wstring wanted = brenvolt::ZanDbReaderUtils::ComposeTableName(
         brenvolt::ZanDbReaderUtils::TableBaseName(kind), {}, {}, run.standardCode());
-    throw BadInput(run.database().string() + ": has no table " + toUtf8(wanted));
+    throw BadInput(run.database() + ": has no table " + toUtf8(wanted));
   }
-  std::fprintf(
-      stderr, "brenvolt: %s has no component tables of its own; those of %s are used\n",
-      toUtf8(run.standardCode()).c_str(), toUtf8(brenvolt::defaultCode).c_str());
   return std::wstring(brenvolt::defaultCode);
 }
 
@@ -55,8 +52,9 @@ ExitCode runComponents(const ComponentsOptions& options) {
   EngineeringRun run(options.site.site, options.site.standardCode);
   brenvolt::ZanAutoSizeComponent sizing(&run.connection());
   std::vector<brenvolt::ZanAutoSizeRow> rows;
-  if (!sizing.init(servingCode(run)) || !sizing.size(fromUtf8(options.type), *fla, rows))
-    throw BadInput(run.database().string() + ": its component tables cannot be read");
+  const bool isSized = sizing.init(servingCode(run)) && sizing.size(fromUtf8(options.type), *fla, rows);
+  run.needSuccess();
+  if (!isSized) throw BadInput(run.database() + ": its component tables cannot be read");
   OutputTable table;
   table.columns = {{"code", "Code"},       {"description", "Description"},
                    {"formula", "Formula"}, {"value", "Value (A)", ColumnKind::number},
@@ -70,7 +68,7 @@ ExitCode runComponents(const ComponentsOptions& options) {
   }
   if (!isKnown)
     throw BadInput(
-        run.database().string() + ", table " + toUtf8(sizing.calculationTable()) +
+        run.database() + ", table " + toUtf8(sizing.calculationTable()) +
         ": has no row with Type = " + options.type);
   printOut(formatTable(table, options.output.form()));
   return ExitCode::done;

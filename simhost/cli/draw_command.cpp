@@ -1,11 +1,13 @@
 // `brenvolt draw`: one circuit, as the site's LISP builds it, from the workbook to the drawing file. Without answers it
 // is a direct build; with them the configuration dialog asks.
 #include "simhost/cli/circuit_run.h"
+#include "simhost/cli/code_standard.h"
 #include "simhost/cli/host_run.h"
 #include "simhost/cli/recorded_build.h"
 #include "simhost/cli/site_workbook.h"
 #include "simhost/cli/subcommand.h"
 #include "simhost/host/errors.h"
+#include "simhost/site/open_database.h"
 #include "simhost/site/site_database.h"
 #include "text/encoding.h"
 
@@ -20,11 +22,15 @@ namespace simhost {
 
 namespace {
 
+using brenvolt::fromUtf8;
+
 struct DrawOptions {
   SiteWorkbookOptions site;
   HostOptions host;
   SessionRun run;
   std::string saveHistory;
+  std::string standardCode;
+  bool takesDefaultTables = false;
 };
 
 lisp::Value build(HostRun& host, const std::wstring& form) {
@@ -38,6 +44,14 @@ lisp::Value build(HostRun& host, const std::wstring& form) {
   }
 }
 
+/// The alerts about missing tables are answered as by a user who goes on with the default ones.
+void acceptDefaultTables(Session& session) {
+  for (const wchar_t* alert :
+       {L"ZanBrenvolt.TableNotFound", L"ZanBrenvolt.MotorTableNotFound", L"ZanBrenvolt.LoadTableNotFound",
+        L"ZanBrenvolt.MotorITableNotFound"})
+    session.settings().answerInThisRun(alert, kvui::firstCommand);
+}
+
 ExitCode runDraw(DrawOptions& options) {
   if (options.host.save.empty()) throw CannotWrite("--out: names no file");
   if (!std::isfinite(options.run.at[0]) || !std::isfinite(options.run.at[1]))
@@ -48,14 +62,21 @@ ExitCode runDraw(DrawOptions& options) {
       circuitForm(options.run, workbook, asks ? CircuitBuild::withDialog : CircuitBuild::direct);
 
   // Without its tables the build would go on, and size nothing; a site that has none keeps them elsewhere.
-  std::error_code error;
-  if (std::filesystem::is_directory(std::filesystem::path(options.site.site) / "tables", error))
-    static_cast<void>(siteDatabase(options.site.site));
+  if (hasSiteTables(options.site.site)) {
+    brenvolt::ZanOleDbConnection tables;
+    openDatabase(tables, siteDataSource(options.site.site), DatabaseUse::read);
+    const std::wstring code = fromUtf8(options.standardCode);
+    const auto fault = code.empty() ? std::nullopt : codeStandardFault(tables, code);
+    if (fault) throw BadInput("--standard-code: " + *fault);
+  }
   options.host.site = options.site.site;
   options.host.drawing = options.run.drawing;
   HostRun host(options.host);
+  if (!options.standardCode.empty())
+    host.interpreter().setValue(codeStandardSymbol, lisp::Value::string(fromUtf8(options.standardCode)));
+  if (options.takesDefaultTables) acceptDefaultTables(host.session());
   if (!options.run.project.empty()) host.run(projectForm(options.run.project), L"draw");
-  if (!options.saveHistory.empty()) recordBuild(host.interpreter(), brenvolt::fromUtf8(options.saveHistory));
+  if (!options.saveHistory.empty()) recordBuild(host.interpreter(), fromUtf8(options.saveHistory));
   if (asks) host.recordAsSession(options.run);
   const std::string name = options.run.circuit + " / " + options.run.type;
   if (build(host, form).isNil())
@@ -72,6 +93,10 @@ CommandTable drawCommand() {
   SessionRun& run = options->run;
   HostOptions& host = options->host;
   OptionRows rows = {
+      {"--standard-code", &options->standardCode,
+       "Code standard, instead of the one that the site's LISP names", "CODE"},
+      {"--default-tables", &options->takesDefaultTables,
+       "Go on with the tables of NEC where the code standard has none, as a user may answer"},
       {"--circuit", &run.circuit, "Name of the circuit", {}, {.isRequired = true}},
       {"--type", &run.type, "Name of its type", {}, {.isRequired = true}},
       {"--history", &run.history, "Take over this saved configuration", "NAME"},

@@ -8,6 +8,7 @@
 
 #include <algorithm>
 #include <cctype>
+#include <cstdio>
 #include <utility>
 
 namespace simhost {
@@ -15,8 +16,6 @@ namespace simhost {
 using brenvolt::fromUtf8;
 
 namespace {
-
-constexpr std::wstring_view codeStandardSymbol = L"GBL_qn_electcodestd";
 
 SessionOptions optionsOf(const std::string& site) {
   SessionOptions options;
@@ -42,8 +41,11 @@ OptionRow SiteOptions::standardRow() {
   return {"--standard-code", &standardCode, "Code standard; " + standardCode + " without it", "CODE"};
 }
 
-SiteTables::SiteTables(const std::string& site) : database_(siteDatabase(site)) {
-  openDatabase(connection_, database_.string(), DatabaseUse::read);
+SiteTables::SiteTables(const std::string& site) {
+  openDatabase(connection_, siteDataSource(site), DatabaseUse::read);
+  std::wstring source;
+  connection_.GetDatasource(source);
+  database_ = brenvolt::toUtf8(source);
 }
 
 EngineeringRun::EngineeringRun(const std::string& site, const std::string& standardCode)
@@ -53,6 +55,26 @@ EngineeringRun::EngineeringRun(const std::string& site, const std::string& stand
   document.interpreter().setValue(codeStandardSymbol, lisp::Value::string(standardCode_));
   if (const auto fault = codeStandardFault(connection(), standardCode_))
     throw BadInput("--standard-code: " + *fault);
+}
+
+SiteTables::~SiteTables() {
+  if (!isChecked_)
+    for (const brenvolt::StatementFailure& failure : watch_.failures())
+      std::fprintf(
+          stderr, "brenvolt: %s: %s (%s)\n", database_.c_str(), brenvolt::toUtf8(failure.reason).c_str(),
+          brenvolt::toUtf8(failure.statement).c_str());
+  for (const brenvolt::TableFallback& fallback : watch_.fallbacks())
+    std::fprintf(
+        stderr, "brenvolt: table %s is missing; %s is used instead\n",
+        brenvolt::toUtf8(fallback.wanted).c_str(), brenvolt::toUtf8(fallback.used).c_str());
+}
+
+void SiteTables::needSuccess() {
+  isChecked_ = true;
+  for (const brenvolt::StatementFailure& failure : watch_.failures())
+    throw BadInput(
+        database_ + ": " + brenvolt::toUtf8(failure.reason) + " (" + brenvolt::toUtf8(failure.statement) +
+        ")");
 }
 
 } // namespace simhost

@@ -2,13 +2,13 @@
 // a connection to the site's database.
 #pragma once
 
+#include "data/table_watch.h"
 #include "platform/tables.h"
 #include "simhost/cli/command_table.h"
 #include "simhost/host/session.h"
 #include "simhost/site/open_database.h"
 #include "simhost/ui/scripted_windows.h"
 
-#include <filesystem>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -26,17 +26,27 @@ struct SiteOptions {
   [[nodiscard]] OptionRow standardRow();
 };
 
-/// The database of a site, open for reading.
+/// The tables of a site, open for reading.
 class SiteTables final {
 public:
   /// Throws BadInput for a site that cannot be used.
   explicit SiteTables(const std::string& site);
+  /// Reports tables of the default code that stood in for those of another one, and statements that failed unless they
+  /// have ended the run.
+  ~SiteTables();
+  SiteTables(const SiteTables&) = delete;
+  SiteTables& operator=(const SiteTables&) = delete;
 
+  /// Throws BadInput with the provider's words when a statement has failed.
+  void needSuccess();
   [[nodiscard]] brenvolt::ZanOleDbConnection& connection() { return connection_; }
-  [[nodiscard]] const std::filesystem::path& database() const { return database_; }
+  /// The data source, for messages: a file, or a connection without its password.
+  [[nodiscard]] const std::string& database() const { return database_; }
 
 private:
-  std::filesystem::path database_;
+  brenvolt::TableWatch watch_;
+  bool isChecked_ = false;
+  std::string database_;
   brenvolt::ZanOleDbConnection connection_;
 };
 
@@ -47,7 +57,9 @@ public:
   EngineeringRun(const std::string& site, const std::string& standardCode);
 
   [[nodiscard]] brenvolt::ZanOleDbConnection& connection() { return tables_.connection(); }
-  [[nodiscard]] const std::filesystem::path& database() const { return tables_.database(); }
+  [[nodiscard]] const std::string& database() const { return tables_.database(); }
+  /// As `SiteTables::needSuccess`.
+  void needSuccess() { tables_.needSuccess(); }
   [[nodiscard]] const std::wstring& standardCode() const { return standardCode_; }
 
 private:

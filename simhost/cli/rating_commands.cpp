@@ -65,7 +65,7 @@ ExitCode runRatings(
   if (service.TableName().empty()) {
     const std::wstring wanted = brenvolt::ZanDbReaderUtils::ComposeTableName(
         brenvolt::ZanDbReaderUtils::TableBaseName(description.kind), {}, {}, run.standardCode());
-    throw BadInput(run.database().string() + ": has no table " + toUtf8(wanted));
+    throw BadInput(run.database() + ": has no table " + toUtf8(wanted));
   }
   brenvolt::ZanTableFilter filter;
   OutputTable table;
@@ -77,14 +77,15 @@ ExitCode runRatings(
     table.columns.push_back({field.name, toUtf8(description.columns[field.column]), field.kind});
     if (!service.columnNames().contains(field.column))
       throw BadInput(
-          run.database().string() + ", table " + toUtf8(service.TableName()) + ": has no column " +
+          run.database() + ", table " + toUtf8(service.TableName()) + ": has no column " +
           toUtf8(description.columns[field.column]));
     if (value.find(L'\'') != std::wstring::npos)
       throw BadInput(std::string("--") + field.name + ": a value cannot hold a single quote");
   }
   std::vector<RatingRecord> records;
-  if (!service.Query(filter, records))
-    throw BadInput(run.database().string() + ", table " + toUtf8(service.TableName()) + ": cannot be read");
+  const bool isRead = service.Query(filter, records);
+  run.needSuccess();
+  if (!isRead) throw BadInput(run.database() + ", table " + toUtf8(service.TableName()) + ": cannot be read");
   for (const RatingRecord& record : records) {
     std::vector<OutputCell>& row = table.rows.emplace_back();
     for (const RatingField& field : fields)

@@ -6,6 +6,9 @@
 #include "text/encoding.h"
 
 #include <memory>
+#include <set>
+#include <string>
+#include <vector>
 
 namespace simhost {
 
@@ -20,17 +23,39 @@ struct SqlOptions {
   OutputOptions output;
 };
 
+/// A key for each column. Where columns have the same name, the later ones get a number: a JSON object would otherwise
+/// keep one of them.
+std::vector<std::string> distinctKeys(const std::vector<std::string>& names) {
+  const std::set<std::string> originals(names.begin(), names.end());
+  std::set<std::string> used;
+  std::vector<std::string> keys;
+  for (const std::string& name : names) {
+    std::string key = name;
+    for (int number = 2; used.contains(key) || (key != name && originals.contains(key)); ++number)
+      key = name + "_" + std::to_string(number);
+    used.insert(key);
+    keys.push_back(std::move(key));
+  }
+  return keys;
+}
+
 OutputTable answerOf(brenvolt::ZanOleDbCommand& command) {
   OutputTable table;
   const int columns = command.GetColumnCount();
-  for (int column = 1; column <= columns; ++column) {
-    const std::string name = toUtf8(command.GetColumnName(column));
-    table.columns.push_back({name, name});
-  }
+  std::vector<std::string> names;
+  for (int column = 1; column <= columns; ++column)
+    names.push_back(toUtf8(command.GetColumnName(column)));
+  const std::vector<std::string> keys = distinctKeys(names);
+  for (std::size_t column = 0; column < names.size(); ++column)
+    table.columns.push_back({keys[column], names[column]});
   while (command.FetchNext() == brenvolt::dbStatus::success) {
     std::vector<OutputCell>& row = table.rows.emplace_back();
-    for (int column = 1; column <= columns; ++column)
-      row.push_back(command.IsNull(column) ? OutputCell() : OutputCell(command.FieldAsString(column)));
+    for (int column = 1; column <= columns; ++column) {
+      OutputCell& cell = row.emplace_back();
+      if (command.IsNull(column)) continue;
+      cell = OutputCell(command.FieldAsString(column));
+      cell.isNumber = command.IsNumber(column);
+    }
   }
   return table;
 }

@@ -66,7 +66,7 @@ std::string asCsv(const OutputTable& table) {
 nlohmann::ordered_json jsonCell(const OutputCell& cell, ColumnKind kind) {
   if (!cell) return nullptr;
   std::string text = toUtf8(*cell);
-  if (kind == ColumnKind::number) {
+  if (kind == ColumnKind::number || cell.isNumber) {
     nlohmann::ordered_json number = tryParseJson(text);
     if (number.is_number()) return number;
   }

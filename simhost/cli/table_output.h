@@ -32,7 +32,11 @@ struct OutputColumn {
 };
 
 /// A cell without a value is NULL: empty in text and CSV, null in JSON.
-using OutputCell = std::optional<std::wstring>;
+struct OutputCell : std::optional<std::wstring> {
+  using std::optional<std::wstring>::optional;
+  /// A number in JSON, whatever the other cells of its column are.
+  bool isNumber = false;
+};
 
 struct OutputTable {
   std::vector<OutputColumn> columns;

@@ -1,7 +1,7 @@
 // Copying what a session works on.
 #include "simhost/cli/working_copy.h"
 
-#include "platform/table_import.h"
+#include "data/engineering_columns.h"
 #include "simhost/host/errors.h"
 #include "simhost/site/site_database.h"
 #include "text/encoding.h"
@@ -26,8 +26,8 @@ void copyFile(const fs::path& from, const fs::path& to) {
 void importProject(const fs::path& tables, const fs::path& database) {
   std::error_code error;
   fs::remove(database, error);
-  const brenvolt::ImportReport report =
-      brenvolt::importTables(fromUtf8(database.string()), {fromUtf8(tables.string())});
+  const brenvolt::ImportReport report = brenvolt::importTables(
+      fromUtf8(database.string()), {fromUtf8(tables.string())}, brenvolt::engineeringImport());
   if (!report.isDone()) throw BadInput(toUtf8(report.errors.front()));
 }
 
@@ -68,7 +68,12 @@ void WorkingCopy::fill(const std::string& workbook, const std::string& site, con
   fs::remove(histories, error);
   if (const fs::path own = fs::path(workbook).replace_extension(".xml"); fs::exists(own, error))
     copyFile(own, histories);
-  copyFile(siteDatabase(site), database());
+  database_ = siteDataSource(site);
+  if (fs::exists(database_, error)) {
+    const fs::path copy = folder_ / "engineering.db";
+    copyFile(database_, copy);
+    database_ = copy.string();
+  }
   if (project.empty()) return;
   if (fs::is_directory(project, error))
     importProject(project, this->project());

@@ -19,13 +19,15 @@ public:
   ~WorkingCopy();
 
   [[nodiscard]] std::string workbook() const { return (folder_ / "zan_brenvolt.xls").string(); }
-  [[nodiscard]] std::string database() const { return (folder_ / "engineering.db").string(); }
+  /// The data source of the engineering tables. Tables on a server are the firm's own: there is no copy of them.
+  [[nodiscard]] const std::string& database() const { return database_; }
   [[nodiscard]] std::string project() const { return (folder_ / "project.db").string(); }
 
 private:
   void fill(const std::string& workbook, const std::string& site, const std::string& project);
 
   std::filesystem::path folder_;
+  std::string database_;
   bool isTemporary_ = false;
 };
 

@@ -42,6 +42,7 @@ bool UserSettings::setValue(std::wstring_view key, std::wstring_view name, std::
 }
 
 int UserSettings::hiddenAnswer(std::wstring_view key) {
+  if (const auto answer = inThisRun_.find(key); answer != inThisRun_.end()) return answer->second;
   read();
   const auto found = hidden_.find(key);
   return found == hidden_.end() ? 0 : found->second;

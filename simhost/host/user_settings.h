@@ -27,6 +27,8 @@ public:
   /// The button kept for a hidden dialog, 0 for none.
   [[nodiscard]] int hiddenAnswer(std::wstring_view key);
   bool setHiddenAnswer(std::wstring_view key, int button);
+  /// Answers a dialog that can be hidden in this run, and in no later one.
+  void answerInThisRun(std::wstring_view key, int button) { inThisRun_[std::wstring(key)] = button; }
 
 private:
   using Values = std::map<std::wstring, std::wstring, std::less<>>;
@@ -42,6 +44,7 @@ private:
   bool isRead_ = false;
   std::map<std::wstring, Values, std::less<>> keys_;
   std::map<std::wstring, int, std::less<>> hidden_;
+  std::map<std::wstring, int, std::less<>> inThisRun_;
 };
 
 /// "brenvolt/settings.json" in the user's folder for settings (XDG_CONFIG_HOME, else ~/.config); empty when the

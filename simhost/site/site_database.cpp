@@ -1,10 +1,13 @@
 // Finding and building of a site's database.
 #include "simhost/site/site_database.h"
 
+#include "data/engineering_columns.h"
 #include "platform/file_lock.h"
-#include "platform/table_import.h"
 #include "simhost/host/errors.h"
 #include "simhost/host/files.h"
+#include "simhost/lisp/errors.h"
+#include "simhost/lisp/reader.h"
+#include "text/compare.h"
 #include "text/encoding.h"
 
 #include <algorithm>
@@ -115,8 +118,8 @@ void build(const fs::path& tables, const fs::path& database) {
   const fs::path beside = database.string() + ".new";
   fs::remove(beside, error); // of a process that was stopped in the middle
   const fs::file_time_type begin = fs::file_time_type::clock::now();
-  const brenvolt::ImportReport report =
-      brenvolt::importTables(fromUtf8(beside.string()), {fromUtf8(tables.string())});
+  const brenvolt::ImportReport report = brenvolt::importTables(
+      fromUtf8(beside.string()), {fromUtf8(tables.string())}, brenvolt::engineeringImport());
   if (!report.isDone()) {
     fs::remove(beside, error);
     throw BadInput(joined(report.errors));
@@ -137,7 +140,55 @@ void build(const fs::path& tables, const fs::path& database) {
   fs::last_write_time(stamp, begin, error);
 }
 
+constexpr std::wstring_view connectionSymbol = L"site-connection";
+
+bool isNamed(const lisp::Value& value, std::wstring_view name) {
+  return value.isSymbol() && brenvolt::equalsOrdinalNoCase(value.asSymbol().name, name);
+}
+
+/// What `(setq ...)` gives the symbol of the connection; empty for any other form.
+std::wstring connectionOf(const lisp::Value& form) {
+  std::wstring connection;
+  if (!form.isCons() || !isNamed(form.asCons().car(), L"setq")) return connection;
+  lisp::Value rest = form.asCons().cdr();
+  while (rest.isCons() && rest.asCons().cdr().isCons()) {
+    const lisp::Cons& pair = rest.asCons().cdr().asCons();
+    const bool isConnection = isNamed(rest.asCons().car(), connectionSymbol) && pair.car().isString();
+    if (isConnection) connection = pair.car().asString();
+    rest = lisp::Value(pair.cdr());
+  }
+  return connection;
+}
+
+/// The connection that the site's LISP names. The text is read and not run: subcommands on tables need no session with
+/// the site.
+std::string namedConnection(const fs::path& site) {
+  const std::optional<std::string> bytes = readFile((site / "site.lsp").string());
+  if (!bytes) return {};
+  const std::wstring text = fromUtf8(*bytes);
+  lisp::SymbolTable symbols;
+  lisp::Reader reader(symbols, text, L"site.lsp", 0);
+  std::wstring connection;
+  try {
+    while (const std::optional<lisp::Value> form = reader.next())
+      if (std::wstring named = connectionOf(*form); !named.empty()) connection = std::move(named);
+  } catch (const lisp::LispError&) {
+    // The session that runs the file reports what is wrong with it.
+  }
+  return toUtf8(connection);
+}
+
 } // namespace
+
+std::string siteDataSource(const fs::path& site) {
+  const std::string connection = namedConnection(site);
+  return connection.empty() ? siteDatabase(site).string() : connection;
+}
+
+bool hasSiteTables(const fs::path& site) {
+  std::error_code error;
+  return fs::is_directory(site / "tables", error) || !namedConnection(site).empty();
+}
 
 fs::path siteDatabase(const fs::path& site) {
   std::error_code error;

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <filesystem>
+#include <string>
 
 namespace simhost {
 
@@ -13,5 +14,12 @@ namespace simhost {
 /// It is built beside itself and renamed, by one process at a time, so that several may ask at once. Throws BadInput
 /// for a folder without tables or a table that cannot be read, naming file and place, and CannotWrite.
 [[nodiscard]] std::filesystem::path siteDatabase(const std::filesystem::path& site);
+
+/// The data source of the site's engineering tables: the server whose connection `site.lsp` names by
+/// `(setq site-connection "odbc:...")` at its top level, else the file of `siteDatabase`. Throws as that does.
+[[nodiscard]] std::string siteDataSource(const std::filesystem::path& site);
+
+/// Whether the site has tables of its own at all, as files or on a server; one that has none keeps them elsewhere.
+[[nodiscard]] bool hasSiteTables(const std::filesystem::path& site);
 
 } // namespace simhost

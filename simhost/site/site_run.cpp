@@ -33,7 +33,7 @@ void defineSiteDatabase(lisp::Interpreter& interpreter, const SiteRunOptions& op
   const std::string database = options.database;
   interpreter.define(L"site-database", 0, 0, [site, database](lisp::Arguments& arguments) {
     try {
-      return lisp::Value::string(fromUtf8(database.empty() ? siteDatabase(site).string() : database));
+      return lisp::Value::string(fromUtf8(database.empty() ? siteDataSource(site) : database));
     } catch (const std::runtime_error& error) {
       arguments.fail(fromUtf8(error.what()));
     }

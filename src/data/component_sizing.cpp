@@ -6,6 +6,8 @@
 #include "host/lisp_symbols.h"
 #include "text/numbers.h"
 
+#include <optional>
+
 namespace brenvolt {
 
 bool ZanAutoSizeComponent::init(std::wstring_view standard) {
@@ -70,13 +72,16 @@ void ZanAutoSizeComponent::chooseStep(ZanAutoSizeRow& row) {
           L"SELECT [MAX], [RATING], [DEFAULT] FROM %s WHERE [CODE]='%s' ORDER BY [MAX] ASC",
           {mapTable_, row.code}))
     return;
+  // The lowest step is looked for among all: where a database declares MAX as text, its order is that of characters.
+  std::optional<double> lowest;
   while (query.next()) {
+    const std::optional<double> limit = query.figure(1);
     // Asked this way round so that a value that is no number takes no step.
-    const bool isReached = query.number(1) - row.value >= -numberTolerance;
-    if (!isReached) continue;
+    const bool isReached = limit && *limit - row.value >= -numberTolerance;
+    if (!isReached || (lowest && *limit >= *lowest)) continue;
+    lowest = limit;
     row.rating = query.text(2);
     row.defaultPart = query.text(3);
-    return;
   }
 }
 

@@ -1,5 +1,6 @@
 #include "data/db_service.h"
 
+#include "data/table_watch.h"
 #include "host/host_api_documents.h"
 #include "host/lisp_calls.h"
 
@@ -21,7 +22,9 @@ std::optional<std::wstring> findEngineeringDatabase() {
 
 bool openEngineeringDatabase(ZanOleDbConnection& connection, std::wstring_view file) {
   const std::wstring init = ZanOleDbHelper::FormatConnectString(file, databaseProvider, databaseProperties);
-  return connection.OpenFromInitializationString(init, false, true) >= 0;
+  if (connection.OpenFromInitializationString(init, false, true) >= 0) return true;
+  noteOpeningFailure(file, connection.ErrorInfo());
+  return false;
 }
 
 bool openEngineeringDatabase(ZanOleDbConnection& connection) {

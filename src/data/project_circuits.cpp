@@ -1,12 +1,14 @@
 #include "data/project_circuits.h"
 
 #include "data/table_query.h"
+#include "data/table_watch.h"
 #include "host/lisp_calls.h"
 #include "text/compare.h"
 #include "text/split.h"
 
 #include <algorithm>
 #include <map>
+#include <unordered_set>
 #include <utility>
 
 namespace brenvolt {
@@ -15,6 +17,7 @@ namespace {
 
 constexpr std::wstring_view circuitTable = L"BRENVOLT";
 constexpr std::wstring_view componentTable = L"COMP";
+constexpr std::wstring_view terminalTable = L"TERMS";
 constexpr std::wstring_view drawingTable = L"QN_M";
 constexpr std::size_t circuitTextFields = 9;
 constexpr std::size_t firstSummaryField = 3;
@@ -44,6 +47,8 @@ ComponentKey componentKey(std::wstring_view drawingIndex, std::wstring_view hand
 ProjectDatabase::ProjectDatabase(const std::wstring& path) : file_(ConnectType::file, FileType::workbook) {
   // The parent product writes paths with "\\"; here the separator is "/".
   isOpen_ = !path.empty() && file_.Open(replaceAll(path, L"\\", L"/"));
+  // A file that is not there is an empty project, a server that is not reached is none.
+  if (!isOpen_ && file_.ErrorInfo().IsConnectionLost()) noteOpeningFailure(path, file_.ErrorInfo());
   ZanOleDbTables tables;
   if (isOpen_ && tables.Open(file_.connection(), L"TABLE")) tables.GetTableList(tables_);
 }
@@ -54,6 +59,14 @@ std::optional<std::wstring> ProjectDatabase::findTable(std::wstring_view name) c
   });
   if (table == tables_.end()) return std::nullopt;
   return *table;
+}
+
+bool ProjectDatabase::hasColumn(const std::wstring& table, std::wstring_view column) {
+  ZanOleDbColumns columns;
+  if (!isOpen_ || !columns.Open(file_.connection(), table)) return false;
+  for (std::wstring name; columns.FetchNext() && columns.GetName(name);)
+    if (equalsOrdinalNoCase(name, column)) return true;
+  return false;
 }
 
 bool readCircuitRows(const std::wstring& databasePath, std::vector<TextRow>& rows) {
@@ -118,7 +131,8 @@ bool readCatalogRows(
   TableQuery query(database.connection());
   const std::vector<std::wstring> values = {std::wstring(drawingIndex), std::wstring(handleKey)};
   bool found = false;
-  if (query.run(
+  if (database.findTable(componentTable) &&
+      query.run(
           L"SELECT MFG,CAT,ASSYCODE,CNT,RATING1,RATING2,"
           L"                                         RATING3,RATING4,RATING5,RATING6,FAMILY FROM [COMP]"
           L"                                         WHERE DWGIX='%s' AND HDL='%s' ORDER BY COMP.PAR1_CHLD2 "
@@ -130,7 +144,8 @@ bool readCatalogRows(
       rows.back().emplace_back();
     }
   }
-  if (query.run(
+  if (database.findTable(terminalTable) &&
+      query.run(
           L"SELECT MFG,CAT,ASSYCODE,CNT,RATING1,RATING2,"
           L"                                         RATING3,RATING4,RATING5,RATING6 FROM [TERMS]"
           L"                                         WHERE DWGIX='%s' AND HDL='%s' AND PAR1_CHLD2='1'",
@@ -151,12 +166,17 @@ bool selectDistinct(
   if (!name) return false;
   std::vector<std::wstring> filled = {std::wstring(column), *name};
   filled.insert(filled.end(), values.begin(), values.end());
-  TableQuery query(database.connection());
-  if (!query.run(statement, filled)) return false;
+  TableQuery query(database.connection(), Refusal::answer);
+  if (!query.run(statement, filled)) {
+    // A table without the column is passed over like a missing table.
+    if (database.hasColumn(*name, column)) query.noteFault();
+    return false;
+  }
+  std::unordered_set<std::wstring> seen(texts.begin(), texts.end());
   while (query.next()) {
     if (query.isNull(1)) continue;
     std::wstring text = query.text(1);
-    if (std::find(texts.begin(), texts.end(), text) == texts.end()) texts.push_back(std::move(text));
+    if (seen.insert(text).second) texts.push_back(std::move(text));
   }
   return true;
 }

@@ -22,6 +22,8 @@ public:
   [[nodiscard]] ZanOleDbConnection* connection() { return isOpen_ ? &file_.connection() : nullptr; }
   /// The table's own spelling; nothing when the file has none.
   [[nodiscard]] std::optional<std::wstring> findTable(std::wstring_view name) const;
+  /// Whether a table, named as `findTable` answers, has the column, without case.
+  [[nodiscard]] bool hasColumn(const std::wstring& table, std::wstring_view column);
 
 private:
   ZanOleDbFileRecordset file_;

@@ -1,6 +1,8 @@
 #include "data/table_names.h"
 
+#include "data/table_watch.h"
 #include "text/compare.h"
+#include "text/split.h"
 
 #include <algorithm>
 #include <array>
@@ -90,6 +92,21 @@ std::vector<std::wstring> ZanDbReaderUtils::catalogue() const {
   return names;
 }
 
+std::wstring ZanDbReaderUtils::CodeOfTable(std::wstring_view table) {
+  std::wstring code;
+  std::size_t longest = 0;
+  for (const Family& family : families) {
+    const std::size_t size = family.baseName.size();
+    const bool isLonger = size > longest && table.size() > size && table[size] == L'_';
+    if (!isLonger || !equalsOrdinalNoCase(table.substr(0, size), family.baseName)) continue;
+    longest = size;
+    const std::vector<std::wstring> parts = splitKeepingEmpty(table.substr(size + 1), L'_');
+    const std::size_t expected = family.inName == WireParts::yes ? 3 : 1;
+    code = parts.size() == expected ? parts.back() : std::wstring();
+  }
+  return code;
+}
+
 bool ZanDbReaderUtils::TableExists(std::wstring_view name) const {
   return holds(catalogue(), name);
 }
@@ -113,6 +130,9 @@ bool ZanDbReaderUtils::ResolveTable(
       });
   if (found == candidates.end()) return false;
   name = *found;
+  const bool isOfDefaultCode = found != candidates.begin() && found + 1 == candidates.end();
+  if (isOfDefaultCode && !code.empty() && !equalsOrdinalNoCase(code, defaultCode))
+    noteTableFallback({candidates.front(), name});
   return true;
 }
 

@@ -68,6 +68,8 @@ public:
   /// base[_metal][_standard][_code]: each non-empty part behind an underscore. An empty base gives an empty name.
   [[nodiscard]] static std::wstring ComposeTableName(
       std::wstring_view base, std::wstring_view metal, std::wstring_view standard, std::wstring_view code);
+  /// The electrical code at the end of a table's name; empty for a table of no code and for one of no family.
+  [[nodiscard]] static std::wstring CodeOfTable(std::wstring_view table);
   /// Whether the catalogue holds the name, without case. No catalogue means no.
   [[nodiscard]] bool TableExists(std::wstring_view name) const;
   /// The table of a family: the code's own, else the one without a code, else that of the default code. A site may

@@ -1,16 +1,21 @@
 #include "data/table_query.h"
 
+#include "data/table_watch.h"
 #include "platform/statement_text.h"
 #include "text/encoding.h"
 
 #include <cstddef>
+#include <utility>
 
 namespace brenvolt {
 
-TableQuery::TableQuery(ZanOleDbConnection* connection) : connection_(connection) {}
+TableQuery::TableQuery(ZanOleDbConnection* connection, Refusal refusal)
+    : connection_(connection), refusal_(refusal) {}
 
 bool TableQuery::run(std::wstring_view statement, const std::vector<std::wstring>& values) {
   error_.clear();
+  statement_.clear();
+  command_.Close();
   if (!connection_ || !connection_->IsConnected()) {
     error_ = L"no database is open";
     return false;
@@ -20,12 +25,36 @@ bool TableQuery::run(std::wstring_view statement, const std::vector<std::wstring
     error_ = built.error;
     return false;
   }
-  command_.Close();
   command_.SetConnection(connection_);
   command_.SetCommandText(built.text);
+  statement_ = built.text;
   if (command_.Execute() == dbStatus::success) return true;
-  error_ = command_.ErrorInfo().GetErrorInfo(false);
+  fail();
   return false;
+}
+
+void TableQuery::fail() {
+  error_ = command_.ErrorInfo().GetErrorInfo(false);
+  if (refusal_ == Refusal::fault) noteFault();
+}
+
+void TableQuery::noteFault() const {
+  note(error_);
+}
+
+void TableQuery::note(std::wstring reason) const {
+  std::wstring source;
+  connection_->GetDatasource(source);
+  const bool isLost = command_.ErrorInfo().IsConnectionLost();
+  noteStatementFailure({std::move(source), std::move(reason), statement_, isLost});
+}
+
+std::optional<double> TableQuery::figure(int column) const {
+  const std::optional<double> number = command_.FieldAsFigure(column);
+  if (number) return number;
+  const std::wstring text = command_.FieldAsString(column);
+  if (!text.empty()) note(L"column " + columnName(column) + L": \"" + text + L"\" is not a number");
+  return std::nullopt;
 }
 
 std::wstring TableQuery::text(int column) const {
@@ -35,7 +64,9 @@ std::wstring TableQuery::text(int column) const {
 }
 
 bool TableQuery::next() {
-  return command_.FetchNext() == dbStatus::success;
+  const dbStatus status = command_.FetchNext();
+  if (status == dbStatus::failure && error_.empty() && !statement_.empty()) fail();
+  return status == dbStatus::success;
 }
 
 bool TableQuery::runForRow(std::wstring_view statement, const std::vector<std::wstring>& values) {

@@ -4,23 +4,29 @@
 
 #include "platform/tables.h"
 
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
 
 namespace brenvolt {
 
+/// What a statement that the engine refuses means. Most of them must run; some only ask whether a table has what is looked
+/// for, and their failure is an answer.
+enum class Refusal { fault, answer };
+
 /// Placeholders of a statement: "%s" inside quotes is a value, inside brackets a name, elsewhere a piece of statement;
 /// "%d" is an integer. A value that holds a quote and a name that holds a bracket stop the statement here: it counts
 /// as failed and never reaches the engine.
 class TableQuery final {
 public:
-  /// The connection is not owned; null and closed ones make every statement fail.
-  explicit TableQuery(ZanOleDbConnection* connection);
+  /// The connection is not owned; null and closed ones make every statement fail. A fault is noted for whoever watches
+  /// (see `TableWatch`).
+  explicit TableQuery(ZanOleDbConnection* connection, Refusal refusal = Refusal::fault);
 
   /// Fills and runs a statement. False on any failure, told by `error`.
   [[nodiscard]] bool run(std::wstring_view statement, const std::vector<std::wstring>& values = {});
-  /// Steps to the next row; false behind the last one.
+  /// Steps to the next row; false behind the last one, and when the rows end too early (then told by `error`).
   [[nodiscard]] bool next();
   /// `run` and a first row.
   [[nodiscard]] bool runForRow(std::wstring_view statement, const std::vector<std::wstring>& values = {});
@@ -29,12 +35,23 @@ public:
   [[nodiscard]] std::wstring text(int column) const;
   [[nodiscard]] bool isNull(int column) const { return command_.IsNull(column); }
   [[nodiscard]] double number(int column) const { return command_.FieldAsDouble(column); }
+  /// The column as a number. Nothing for NULL and for an empty text; nothing for any other text that is not a number,
+  /// which is noted as a fault: in a table that was not imported such a cell must not sort or propose as another figure.
+  [[nodiscard]] std::optional<double> figure(int column) const;
   [[nodiscard]] int columnCount() const { return command_.GetColumnCount(); }
   [[nodiscard]] std::wstring columnName(int column) const { return command_.GetColumnName(column); }
   [[nodiscard]] const std::wstring& error() const { return error_; }
 
+  /// Makes a fault of a failure that the query took for an answer.
+  void noteFault() const;
+
 private:
+  void fail();
+  void note(std::wstring reason) const;
+
   ZanOleDbConnection* connection_;
+  Refusal refusal_;
+  std::wstring statement_;
   ZanOleDbCommand command_;
   std::wstring error_;
 };

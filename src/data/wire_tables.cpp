@@ -7,6 +7,7 @@
 #include "text/split.h"
 
 #include <algorithm>
+#include <optional>
 
 namespace brenvolt {
 
@@ -25,6 +26,18 @@ void addDistinct(std::vector<std::wstring>& list, const std::wstring& text) {
 
 bool startsWithNoCase(std::wstring_view text, std::wstring_view start) {
   return text.size() >= start.size() && equalsOrdinalNoCase(text.substr(0, start.size()), start);
+}
+
+/// Sizes and ampacities of a query on these two columns, ascending by ampacity also where the database declares that
+/// column as text and so sorts it by characters.
+std::vector<ZanWireRow> rowsByAmpacity(TableQuery& query) {
+  std::vector<ZanWireRow> rows;
+  while (query.next())
+    if (const std::optional<double> ampacity = query.figure(2)) rows.push_back({query.text(1), *ampacity});
+  std::stable_sort(rows.begin(), rows.end(), [](const ZanWireRow& left, const ZanWireRow& right) {
+    return left.ampacity < right.ampacity;
+  });
+  return rows;
 }
 
 } // namespace
@@ -158,8 +171,7 @@ bool ZanWireTableReader::ReadAmpacity(
           L"SELECT [SIZE_DESC], [%s] FROM [%s] WHERE [%s] IS NOT NULL ORDER BY [%s] ASC",
           {name, table, name, name}))
     return false;
-  while (query.next())
-    rows.push_back({query.text(1), query.number(2)});
+  rows = rowsByAmpacity(query);
   return true;
 }
 
@@ -187,13 +199,15 @@ bool ZanWireTableReader::ListParallelSizes(
   if (!query.runForRow(L"SELECT [%s] FROM [%s] WHERE [SIZE]='%s'", {name, table, std::wstring(size)}))
     return false;
   // The limit is an integer: 215.5 admits a size of 215.2.
-  const std::wstring limit = formatInt(toInt(query.text(1)));
+  const double limit = toInt(query.text(1));
+  // The comparison is made here: where a database declares the column as text, its own one goes by characters.
   const std::wstring_view statement =
-      text == SizeText::description ? L"SELECT [SIZE_DESC], [%s] FROM [%s] WHERE [%s]>= %d ORDER BY [%s] ASC"
-                                    : L"SELECT [SIZE], [%s] FROM [%s] WHERE [%s]>= %d ORDER BY [%s] ASC";
-  if (!query.run(statement, {name, table, name, limit, name})) return false;
-  while (query.next())
-    rows.push_back({query.text(1), query.number(2)});
+      text == SizeText::description
+          ? L"SELECT [SIZE_DESC], [%s] FROM [%s] WHERE [%s] IS NOT NULL ORDER BY [%s] ASC"
+          : L"SELECT [SIZE], [%s] FROM [%s] WHERE [%s] IS NOT NULL ORDER BY [%s] ASC";
+  if (!query.run(statement, {name, table, name, name})) return false;
+  rows = rowsByAmpacity(query);
+  std::erase_if(rows, [limit](const ZanWireRow& row) { return row.ampacity < limit; });
   return true;
 }
 
@@ -214,7 +228,10 @@ bool ZanWireTableReader::ListGround(
     return false;
   std::vector<GroundRow> rows;
   while (query.next())
-    rows.push_back({query.text(1), query.number(2)});
+    if (const std::optional<double> limit = query.figure(2)) rows.push_back({query.text(1), *limit});
+  std::stable_sort(rows.begin(), rows.end(), [](const GroundRow& left, const GroundRow& right) {
+    return left.maximum < right.maximum;
+  });
   sizes = groundSizes(rows, rating);
   return true;
 }

@@ -120,6 +120,11 @@ enum class TextId : unsigned {
   databaseLine = 22103,         ///< "%s": the path of the tables' database
   standardWithoutTable = 22104, ///< "%s": the missing table; stands behind the code of a standard
 
+  statementFailed = 22105, ///< "%s", "%s", "%s": the data source, the provider's words, the statement
+
+  tablesNotOpened = 22107,      ///< "%s": the provider's words, with the data source
+  tableFallback = 22106, ///< "%s", "%s": the missing table, the one that is used instead
+
   // Motor and load pickers.
   allEntries = 22200,   ///< first entry of each filter list
   closeCaption = 22201, ///< the Cancel button while the grid is edited

@@ -1,25 +1,57 @@
 // From the host's function code to a handler and back.
 #include "plugin/dispatcher.h"
 
+#include "data/table_watch.h"
 #include "host/host_api_lisp.h"
 #include "host/resources.h"
 #include "host/result_list.h"
 #include "plugin/function_table.h"
+#include "text/format.h"
 
+#include <initializer_list>
 #include <optional>
+#include <string_view>
+#include <vector>
 
 namespace brenvolt {
 
 namespace {
 
+void printLine(TextId line, std::initializer_list<FormatArgument> arguments) {
+  kvutPrintf(formatText(loadText(line), arguments).c_str());
+}
+
+/// One line for each reason, however many statements failed for it, and for each table that another one stood in for.
+void reportTables(const TableWatch& watch) {
+  const std::vector<StatementFailure> failures = watch.failures();
+  const std::vector<TableFallback> fallbacks = watch.fallbacks();
+  if (failures.empty() && fallbacks.empty()) return;
+  const ResourceScope resources;
+  for (const StatementFailure& failure : failures) {
+    if (failure.source.empty()) {
+      printLine(TextId::tablesNotOpened, {std::wstring_view(failure.reason)});
+      continue;
+    }
+    printLine(
+        TextId::statementFailed, {std::wstring_view(failure.source), std::wstring_view(failure.reason),
+                                  std::wstring_view(failure.statement)});
+  }
+  for (const TableFallback& fallback : fallbacks)
+    printLine(TextId::tableFallback, {std::wstring_view(fallback.wanted), std::wstring_view(fallback.used)});
+}
+
 ResultList runHandler(const LispFunction& function, const ResultList& arguments) {
   std::optional<ResourceScope> resources;
   if (function.resources == ResourceUse::pushed) resources.emplace();
+  const TableWatch watch;
+  ResultList answer;
   try {
-    return function.handler(arguments);
+    answer = function.handler(arguments);
   } catch (...) {
-    return ResultList();
+    answer = ResultList();
   }
+  reportTables(watch);
+  return answer;
 }
 
 } // namespace

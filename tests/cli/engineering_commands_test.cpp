@@ -245,21 +245,92 @@ TEST_CASE("motors, loads and components come from their tables") {
   CHECK(jsonOf(folder, components)[0]["rating"] == "150A");
   std::vector<std::string> iec = components;
   iec.insert(iec.end(), {"--standard-code", "IEC"});
-  CHECK(contains(folder.run(iec).errors, "those of NEC are used"));
+  CHECK(contains(
+      folder.run(iec).errors, "table MOTOR_I_CALC_IEC is missing; MOTOR_I_CALC_NEC is used instead\n"));
   CHECK(folder.run({"components", "--site", "site", "--type", "Steam", "--fla", "52"}).exitCode == 3);
   CHECK(folder.run({"motors", "--site", "site", "--type", "it's"}).exitCode == 3);
+}
+
+TEST_CASE("a code standard is known by any of its tables, and what stands in for a missing one is reported") {
+  const ToolFolder folder;
+  std::filesystem::copy("site/tables", folder.path("own/tables"), std::filesystem::copy_options::recursive);
+  std::string options = folder.read("own/tables/OPT_IEC.csv");
+  const std::string name = "FULLNAME,IEC 60364-5-52,\n";
+  REQUIRE(contains(options, name));
+  folder.write("own/tables/OPT_IEC.csv", options.erase(options.find(name), name.size()));
+  std::filesystem::rename(folder.path("own/tables/FEED_IEC.csv"), folder.path("own/FEED_IEC.csv"));
+  std::filesystem::rename(folder.path("own/tables/FILL_IEC.csv"), folder.path("own/FILL_IEC.csv"));
+  struct Row {
+    std::vector<std::string> words;
+    const char* table; ///< whose fallback is reported; null for none
+  };
+  for (const Row& row :
+       {Row{{"motors", "--voltage", "400"}, nullptr}, Row{{"loads", "--voltage", "480"}, "FEED"},
+        Row{{"components", "--type", "Induction", "--fla", "52"}, "MOTOR_I_MAP"},
+        Row{{"wire", "--fla", "60", "--voltage", "400", "--phase", "3", "--fill", "4-6"}, "FILL"}}) {
+    std::vector<std::string> words = row.words;
+    CAPTURE(words.front());
+    words.insert(words.begin() + 1, {"--site", folder.path("own"), "--standard-code", "IEC"});
+    const ToolRun run = folder.run(words);
+    CHECK_MESSAGE(run.exitCode == 0, run.errors);
+    const std::string line = row.table == nullptr ? std::string()
+                                                  : std::string("table ") + row.table + "_IEC is missing; " +
+                                                        row.table + "_NEC is used instead\n";
+    CHECK_MESSAGE(contains(run.errors, line), run.errors);
+    CHECK(run.errors.empty() == line.empty());
+  }
 }
 
 TEST_CASE("a database is made of tables, read with NULL told from empty, and changed only when allowed") {
   const ToolFolder folder;
   folder.write("tables/T.csv", "A,B\n1,\n\"x,\"\"y\",2\n");
   const std::string database = folder.path("out.db");
+  // A cell that is no number stops the import and the building of a site's database alike.
+  folder.write("bad/tables/AMP_CU_AWG_NEC.csv", "SIZE,SIZE_DESC,75C\n14,14 AWG,2O\n12,12 AWG,25\n");
+  const std::vector<std::string> bad = {"import", folder.path("bad.db"), folder.path("bad/tables")};
+  for (const ToolRun& run : {folder.run(bad), folder.run({"standards", "--site", folder.path("bad")})}) {
+    CHECK(run.exitCode == 3);
+    CHECK_MESSAGE(
+        contains(run.errors, "table AMP_CU_AWG_NEC: row 2, column 75C: \"2O\" is not a number\n"),
+        run.errors);
+  }
+  CHECK_FALSE(folder.has("bad.db"));
+  std::vector<std::string> kept = bad;
+  kept.insert(kept.end(), {"--keep-bad", "--csv"});
+  CHECK(contains(folder.run(kept).output, "is NULL now"));
+  CHECK(
+      folder.run({"sql", folder.path("bad.db"), "SELECT [75C] FROM [AMP_CU_AWG_NEC]", "--csv"}).output ==
+      "75C\n\n25\n");
   const ToolRun import = folder.run({"import", database, folder.path("tables"), "--csv"});
   REQUIRE(import.exitCode == 0);
   CHECK(contains(import.output, "T,2,"));
   CHECK(folder.run({"sql", database, "SELECT * FROM [T]", "--csv"}).output == "A,B\n1,\n\"x,\"\"y\",2\n");
   CHECK(simhost::parseJson(folder.run({"sql", database, "SELECT * FROM [T]", "--json"}).output)[0]["B"]
             .is_null());
+  // Numbers are numbers, and columns of one name stay apart.
+  CHECK(
+      simhost::parseJson(
+          folder.run({"sql", database, "SELECT 1 AS N, 2.5 AS N, '3' AS N_2, NULL AS M", "--json"}).output) ==
+      simhost::parseJson(R"([{"N": 1, "N_3": 2.5, "N_2": "3", "M": null}])"));
+  // Nothing is changed, made or attached unless that is allowed, and nothing hides behind a first statement.
+  const std::string before = folder.read("out.db");
+  const std::string other = folder.path("other.db");
+  const std::string quoted = "'" + other + "'";
+  const std::string workbook = "site/zan_brenvolt.xls";
+  for (const auto& [source, statement] :
+       {std::pair{database, "ATTACH DATABASE " + quoted + " AS B"},
+        {database, "/**/vacuum into " + quoted},
+        {database, "SELECT 1; DELETE FROM [T]"},
+        {database, "CREATE TEMP TABLE [U] ([A])"},
+        {workbook, "ATTACH " + quoted + " AS B"},
+        {workbook, "VACUUM INTO " + quoted}}) {
+    CAPTURE(statement);
+    CHECK(folder.run({"sql", source, statement}).exitCode == 3);
+  }
+  CHECK(folder.run({"sql", database, "SELECT 1; DELETE FROM [T]", "--write"}).exitCode == 3);
+  CHECK(folder.run({"sql", database, "SELECT ';' -- ;\n;"}).exitCode == 0);
+  CHECK_FALSE(folder.has("other.db"));
+  CHECK(folder.read("out.db") == before);
   const std::string change = "UPDATE [T] SET [B]='3' WHERE [A]='1'";
   CHECK(folder.run({"sql", database, change}).exitCode == 3);
   CHECK(folder.run({"sql", database, change, "--write"}).exitCode == 0);

@@ -4,7 +4,7 @@
 #include "config/config_units.h"
 #include "config/widget_manager_mcc.h"
 #include "host/resources.h"
-#include "platform/table_import.h"
+#include "data/engineering_columns.h"
 #include "tests/config/page_dialog.h"
 #include "tests/support/temporary_folder.h"
 #include "text/encoding.h"
@@ -52,7 +52,7 @@ public:
 
   [[nodiscard]] std::string file() const { return (folder_ / "tables.db").string(); }
   void write(const std::string& path) const {
-    const ImportReport report = importTables(fromUtf8(path), {L"site/tables"});
+    const ImportReport report = importTables(fromUtf8(path), {L"site/tables"}, engineeringImport());
     REQUIRE(report.isDone());
   }
 

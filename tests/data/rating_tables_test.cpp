@@ -3,6 +3,9 @@
 
 #include "data/component_sizing.h"
 #include "data/rating_tables.h"
+#include "data/table_query.h"
+#include "data/table_watch.h"
+#include "data/wire_tables.h"
 
 using namespace brenvolt;
 
@@ -98,6 +101,50 @@ TEST_CASE("a table without a wanted column, and no table at all, give no rows") 
   const ZanDlgPowerFeedDbService missing(tables.connection());
   CHECK(missing.TableName().empty());
   CHECK_FALSE(missing.Query(selecting({loadcolumn::type}), records));
+}
+
+TEST_CASE(
+    "steps compare as numbers where a database declares them as text, and a cell that is none is reported") {
+  TableFixture tables(TableTexts{
+      {"MOTOR_I_DESC_NEC", "CODE,Description\nCB,Breaker\n"},
+      {"MOTOR_I_CALC_NEC", "Type,CB\nInduction,i*2.5\n"}});
+  for (const wchar_t* statement :
+       {L"CREATE TABLE [MOTOR_I_MAP_NEC] ([CODE] TEXT, [MAX] TEXT, [RATING] TEXT, [DEFAULT] TEXT)",
+        L"INSERT INTO [MOTOR_I_MAP_NEC] VALUES ('CB','100','100A',''), ('CB','15','15A',''), "
+        L"('CB','9O','9A','')",
+        L"CREATE TABLE [AMP_CU_AWG_NEC] ([SIZE] TEXT, [SIZE_DESC] TEXT, [75C] TEXT)",
+        L"INSERT INTO [AMP_CU_AWG_NEC] VALUES ('1','1 AWG','130'), ('14','14 AWG','20'), ('8','8 AWG',''), "
+        L"('4','4 AWG','85'), ('3','3 AWG','1OO')",
+        L"CREATE TABLE [AMPG_CU_AWG_NEC] ([SIZE_DESC] TEXT, [MAX] TEXT)",
+        L"INSERT INTO [AMPG_CU_AWG_NEC] VALUES ('3 AWG','400'), ('8 AWG','60'), ('10 AWG','nan')"}) {
+    TableQuery query(tables.connection());
+    REQUIRE(query.run(statement));
+  }
+  const TableWatch watch;
+  ZanAutoSizeComponent sizing(tables.connection());
+  std::vector<ZanAutoSizeRow> parts;
+  REQUIRE(sizing.init(L"NEC"));
+  REQUIRE(sizing.size(L"Induction", 5, parts));
+  CHECK(toUtf8(parts[0].rating) == "15A");
+  const ZanWireTableReader reader(tables.connection());
+  const WireTableSet copper = {L"CU", L"AWG", L"NEC"};
+  std::vector<ZanWireRow> rows;
+  REQUIRE(reader.ReadAmpacity(copper, L"75C", rows));
+  REQUIRE(rows.size() == 3);
+  CHECK(rows[0].ampacity == 20);
+  CHECK(rows[2].ampacity == 130);
+  REQUIRE(reader.ListParallelSizes(copper, L"75C", L"4", rows, ZanWireTableReader::SizeText::description));
+  REQUIRE(rows.size() == 2);
+  CHECK(toUtf8(rows[0].size) == "4 AWG");
+  std::vector<std::wstring> grounds;
+  REQUIRE(reader.ListGround(copper, L"i", L"50", grounds));
+  CHECK(joinedTexts(grounds) == "8 AWG|3 AWG");
+  std::string reasons;
+  for (const StatementFailure& failure : watch.failures())
+    reasons += toUtf8(failure.reason) + "\n";
+  CHECK(
+      reasons == "column MAX: \"9O\" is not a number\ncolumn 75C: \"1OO\" is not a number\n"
+                 "column MAX: \"nan\" is not a number\n");
 }
 
 TEST_CASE("a component takes the first step at or above its value") {

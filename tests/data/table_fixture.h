@@ -1,7 +1,7 @@
 // Small engineering tables made by a test, in a database of their own, and a host whose LISP knows the code standard.
 #pragma once
 
-#include "platform/table_import.h"
+#include "data/engineering_columns.h"
 #include "platform/tables.h"
 #include "tests/simhost/host_fixture.h"
 #include "tests/support/temporary_folder.h"
@@ -26,7 +26,10 @@ public:
     std::filesystem::create_directory(source);
     for (const auto& [name, text] : tables)
       std::ofstream(source / (name + ".csv"), std::ios::binary) << text;
-    const ImportReport report = importTables(fromUtf8(database()), {fromUtf8(source.string())});
+    ImportOptions options = engineeringImport();
+    // A test may hold what an import would refuse.
+    options.badCells = BadCells::keep;
+    const ImportReport report = importTables(fromUtf8(database()), {fromUtf8(source.string())}, options);
     for (const std::wstring& error : report.errors)
       FAIL(toUtf8(error));
     host_.eval(L"(setq GBL_qn_electcodestd \"" + fromUtf8(codeStandard) + L"\")");

@@ -1,7 +1,7 @@
 #include "tests/flows/picker_session.h"
 
 #include "host/resources.h"
-#include "platform/table_import.h"
+#include "data/engineering_columns.h"
 #include "plugin/function_table.h"
 #include "plugin/process_state.h"
 #include "tests/support/golden.h"
@@ -49,7 +49,8 @@ PickerTables::PickerTables(const std::map<std::string, std::string>& tables) {
 }
 
 void PickerTables::import(const std::filesystem::path& source) const {
-  const ImportReport report = importTables(fromUtf8(file().string()), {fromUtf8(source.string())});
+  const ImportReport report =
+      importTables(fromUtf8(file().string()), {fromUtf8(source.string())}, engineeringImport());
   for (const std::wstring& error : report.errors)
     FAIL(toUtf8(error));
 }

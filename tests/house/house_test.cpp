@@ -32,18 +32,20 @@ constexpr Floor floors[] = {
 
 /// The readers of each header of platform/ inside src/.
 const std::map<std::string, std::string> platformReaders = {
-    {"platform/tables.h", "data"},          {"platform/statement_text.h", "data"},
-    {"platform/xml_document.h", "drawing"}, {"platform/workbook_writer.h", "flows"},
-    {"platform/file_lock.h", "flows"},      {"platform/file_replace.h", "flows"},
+    {"platform/tables.h", "data"},           {"platform/statement_text.h", "data"},
+    {"platform/table_import.h", "data"},     {"platform/xml_document.h", "drawing"},
+    {"platform/workbook_writer.h", "flows"}, {"platform/file_lock.h", "flows"},
+    {"platform/file_replace.h", "flows"},
 };
 
 /// What the rooms of the simulated host may see of src/ beside text/ and the host's face. The tool is no part of the
-/// host: it calls services of the plug-in's lower floors directly, and never a flow.
+/// host: it calls services of the plug-in's lower floors directly, and never a flow. `site` builds a site's database, and
+/// asks `data` what its columns hold.
 const std::map<std::string, std::set<std::string>> simhostReaders = {
     {"lisp", {}},         {"drawing", {}},
     {"drawing_lisp", {}}, {"host", {}},
     {"ui", {}},           {"qt", {}},
-    {"gui", {}},          {"site", {}},
+    {"gui", {}},          {"site", {"data"}},
     {"json", {}},         {"cli", {"expr", "host", "data", "drawing", "config", "build"}},
 };
 

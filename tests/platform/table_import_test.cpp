@@ -27,43 +27,126 @@ std::wstring notesOf(const ImportReport& report) {
   return notes;
 }
 
+/// What the columns of the tests' tables are used for, by the first letter of their names.
+ColumnUse useByName(std::wstring_view, std::size_t, std::wstring_view column) {
+  switch (column.front()) {
+  case L'N':
+    return ColumnUse::number;
+  case L'I':
+    return ColumnUse::key;
+  case L'R':
+    return ColumnUse::numberAsText;
+  case L'L':
+    return ColumnUse::limit;
+  case L'P':
+    return ColumnUse::numberPair;
+  default:
+    return ColumnUse::text;
+  }
+}
+
+ImportOptions byName(BadCells badCells = BadCells::refuse) {
+  ImportOptions options;
+  options.columnUses = useByName;
+  options.badCells = badCells;
+  return options;
+}
+
+ImportOptions replacing() {
+  ImportOptions options;
+  options.existing = ExistingTables::replace;
+  return options;
+}
+
 } // namespace
 
 TEST_CASE("delimited text becomes tables whose columns compare as the statements need them") {
   const TemporaryFolder folder;
   std::filesystem::create_directory(folder.file("csv"));
+  folder.write("csv/AMP.csv", "\xEF\xBB\xBFSIZE,N60,N75\r\n14, 15 ,20\r\n1/0,+125,\r\n");
+  folder.write("csv/LIMITS.csv", "SIZE,NMAX\n14 AWG,15\n8 AWG,100\nnone,\n");
+  folder.write("csv/FILL.csv", "LMAX,RATIO\n3,1.00\n6,0.80\nmore,0.5\n");
   folder.write(
-      "csv/AMP_CU_AWG_NEC.csv",
-      "\xEF\xBB\xBFSIZE,SIZE_DESC,60C,75C\r\n14,14 AWG,15,20\r\n1/0,\"1/0 AWG\",125,\r\n");
-  folder.write("csv/AMPG_CU_AWG_NEC.csv", "SIZE_DESC,MAX\n14 AWG,15\n8 AWG,100\nnone,\n");
-  folder.write("csv/FILL_NEC.csv", "MAX,FACTOR\n3,1.00\n6,0.80\n");
-  folder.write(
-      "csv/MOTOR_NEC.csv", "ID,Type,\"Voltage (V)\",Description\n7,Induction,460,\"5 HP, \"\"TEFC\"\"\nline "
-                           "2\"\n9,INDUCTION,230,\n");
-  const ImportReport report = importTables(folder.name("out.db"), {folder.name("csv")});
+      "csv/MOTOR.csv", "ID,Type,\"Voltage (V)\",Description\n7,Induction,460,\"5 HP, \"\"TEFC\"\"\nline "
+                       "2\"\n9,INDUCTION,230,\n");
+  const ImportReport report = importTables(folder.name("out.db"), {folder.name("csv")}, byName());
   INFO(shownErrors(report));
   REQUIRE(report.isDone());
   REQUIRE(report.tables.size() == 4);
-  CHECK(report.tables[1].name == L"AMP_CU_AWG_NEC");
-  CHECK(report.tables[1].rows == 2);
+  CHECK(report.tables[0].name == L"AMP");
+  CHECK(report.tables[0].rows == 2);
   CHECK(notesOf(report).empty());
 
   const auto connection = opened(folder.name("out.db"));
-  // As texts 100 would come ahead of 15.
+  // As texts 100 would come before 15.
   CHECK(
-      rowsOf(
-          *connection,
-          L"SELECT [SIZE_DESC],[MAX] FROM [AMPG_CU_AWG_NEC] WHERE [MAX]>=15 ORDER BY [MAX] ASC") ==
+      rowsOf(*connection, L"SELECT [SIZE],[NMAX] FROM [LIMITS] WHERE [NMAX]>=15 ORDER BY [NMAX] ASC") ==
       Lines{L"14 AWG|15", L"8 AWG|100"});
-  CHECK(rowsOf(*connection, L"SELECT [75C] FROM [AMP_CU_AWG_NEC] WHERE [SIZE]='1/0'") == Lines{L"<null>"});
-  CHECK(rowsOf(*connection, L"SELECT * FROM [FILL_NEC]") == Lines{L"3|1.00", L"6|0.80"});
-  CHECK(rowsOf(*connection, L"SELECT DISTINCT [Type] FROM [motor_nec]") == Lines{L"Induction"});
+  CHECK(rowsOf(*connection, L"SELECT [N60],[N75] FROM [AMP]") == Lines{L"15|20", L"125|<null>"});
+  CHECK(rowsOf(*connection, L"SELECT * FROM [FILL]") == Lines{L"3|1.00", L"6|0.80", L"more|0.5"});
+  CHECK(rowsOf(*connection, L"SELECT DISTINCT [Type] FROM [motor]") == Lines{L"Induction"});
   CHECK(
-      rowsOf(*connection, L"SELECT [Description] FROM [MOTOR_NEC] WHERE [ID]=7") ==
+      rowsOf(*connection, L"SELECT [Description] FROM [MOTOR] WHERE [ID]=7") ==
       Lines{L"5 HP, \"TEFC\"\nline 2"});
   // The key goes on counting.
-  mustRun(*connection, L"INSERT INTO [MOTOR_NEC] ([Type]) VALUES ('Synchronous')");
-  CHECK(rowsOf(*connection, L"SELECT [ID] FROM [MOTOR_NEC] WHERE [Type]='synchronous'") == Lines{L"10"});
+  mustRun(*connection, L"INSERT INTO [MOTOR] ([Type]) VALUES ('Synchronous')");
+  CHECK(rowsOf(*connection, L"SELECT [ID] FROM [MOTOR] WHERE [Type]='synchronous'") == Lines{L"10"});
+}
+
+TEST_CASE(
+    "a cell that is not what its column needs is named, and nothing is written unless it may be left out") {
+  const TemporaryFolder folder;
+  std::filesystem::create_directory(folder.file("csv"));
+  folder.write(
+      "csv/A.csv", "ID,NUM,RATIO,LIMIT,PAIR,TEXT\n1,4O,1.00,3,0.1;2,nan\n\nx,\"40,5\",0.8O,4O,0.1 2,inf\n"
+                   "2.5,nan,nan,6,1;x,\n4,inf,,more,,\n5,1e400,1e3,over,\" 1 ; 2 \",\n");
+  makeSqlite(
+      folder.file("typed.db"), {"CREATE TABLE B(NUM TEXT, RATIO REAL, ID TEXT)",
+                                "INSERT INTO B VALUES('7', 'x', 'a'), ('7a', 9e999, 'a')"});
+  const std::vector<std::wstring> inputs = {folder.name("csv"), folder.name("typed.db")};
+  const Lines faults = {
+      L"A: row 2, column NUM: \"4O\" is not a number",
+      L"A: row 4, column ID: \"x\" is not a whole number",
+      L"A: row 4, column NUM: \"40,5\" is not a number",
+      L"A: row 4, column RATIO: \"0.8O\" is not a number",
+      L"A: row 4, column LIMIT: \"4O\" is not a number",
+      L"A: row 4, column PAIR: \"0.1 2\" is not two numbers with \";\" between",
+      L"A: row 5, column ID: \"2.5\" is not a whole number",
+      L"A: row 5, column NUM: \"nan\" is not a number",
+      L"A: row 5, column RATIO: \"nan\" is not a number",
+      L"A: row 5, column PAIR: \"1;x\" is not two numbers with \";\" between",
+      L"A: row 6, column NUM: \"inf\" is not a number",
+      L"A: row 6, column LIMIT: \"more\" is not a number",
+      L"A: row 7, column NUM: \"1e400\" is not a number",
+      L"B: row 1, column RATIO: \"x\" is not a number",
+      L"B: row 2, column NUM: \"7a\" is not a number",
+      L"B: row 2, column RATIO: \"infinity\" is not a number",
+  };
+  const ImportReport refused = importTables(folder.name("out.db"), inputs, byName());
+  CHECK(refused.fault == ImportFault::badInput);
+  CHECK(refused.badCells == faults.size());
+  REQUIRE(refused.errors.size() == faults.size());
+  for (std::size_t at = 0; at < faults.size(); ++at) {
+    const std::wstring& input = inputs[faults[at].front() == L'A' ? 0 : 1];
+    CHECK(toUtf8(refused.errors[at]) == toUtf8(input + L", table " + faults[at]));
+  }
+  CHECK_FALSE(std::filesystem::exists(folder.file("out.db")));
+
+  const ImportReport kept = importTables(folder.name("out.db"), inputs, byName(BadCells::makeNull));
+  INFO(shownErrors(kept));
+  REQUIRE(kept.isDone());
+  std::wstring expected;
+  for (const std::wstring& fault : faults)
+    expected += fault + L" and is NULL now\n";
+  CHECK(toUtf8(notesOf(kept)) == toUtf8(expected));
+  const auto connection = opened(folder.name("out.db"));
+  CHECK(
+      rowsOf(*connection, L"SELECT [NUM], [RATIO], [LIMIT], [PAIR], [TEXT] FROM [A] ORDER BY [ID]") ==
+      Lines{
+          L"<null>|1.00|3|0.1;2|nan", L"<null>|<null>|<null>|<null>|inf", L"<null>|<null>|6|<null>|<null>",
+          L"<null>|<null>|<null>|<null>|<null>", L"<null>|1e3|over| 1 ; 2 |<null>"});
+  // The text column that is used as a number is one now.
+  CHECK(rowsOf(*connection, L"SELECT [NUM] FROM [B] WHERE [NUM]<10") == Lines{L"7"});
 }
 
 TEST_CASE("every bad row of every file is named in one message and the output is untouched") {
@@ -103,8 +186,7 @@ TEST_CASE("an existing table is refused by name unless it is to be replaced, and
   CHECK(refused.errors.front().find(L'T') != std::wstring::npos);
   CHECK(readFile(folder.file("out.db")) == before);
 
-  const ImportReport replaced =
-      importTables(folder.name("out.db"), {folder.name("in.db")}, ExistingTables::replace);
+  const ImportReport replaced = importTables(folder.name("out.db"), {folder.name("in.db")}, replacing());
   INFO(shownErrors(replaced));
   REQUIRE(replaced.isDone());
   CHECK(

@@ -107,30 +107,32 @@ public:
     REQUIRE(delimited->OpenFromInitializationString(init, false, true) >= 0);
     engines_.push_back({"delimited text", allScripts, std::move(delimited), L""});
 
-    addServer("ODBC, embedded", L"odbc:Driver=SQLite3;Database=" + folder_.name("b.db"), L"REAL");
+    // The file is one of ours: its columns declare a collation that the driver does not know.
+    fillByStatements(*opened(folder_.name("b.db")), L" COLLATE KVNOCASE", L"REAL");
+    addServer("ODBC, embedded", L"odbc:Driver=SQLite3;Database=" + folder_.name("b.db"));
     // One server for all tests: starting it takes longer than they do.
     static const PostgresServer server;
-    if (server.isRunning()) {
-      addServer("ODBC, PostgreSQL", server.dataSource(), L"DOUBLE PRECISION");
-    } else {
+    if (!server.isRunning()) {
       MESSAGE("skipped: no PostgreSQL server can be started");
+    } else if (ZanOleDbConnection* connection = addServer("ODBC, PostgreSQL", server.dataSource())) {
+      for (const wchar_t* table : {L"MOTOR_NEC", L"Typed", L"a second"})
+        mustRun(*connection, L"DROP TABLE IF EXISTS [" + std::wstring(table) + L"]");
+      fillByStatements(*connection, L"", L"DOUBLE PRECISION");
     }
   }
 
   [[nodiscard]] std::vector<Engine>& all() { return engines_; }
 
 private:
-  void addServer(const std::string& name, const std::wstring& dataSource, const std::wstring& real) {
+  /// The connection; null where the driver is not installed.
+  ZanOleDbConnection* addServer(const std::string& name, const std::wstring& dataSource) {
     auto connection = std::make_unique<ZanOleDbConnection>();
     if (connection->OpenFromInitializationString(connectString(dataSource), false, true) < 0) {
       MESSAGE("skipped: " << name << ": " << toUtf8(connection->ErrorInfo().GetErrorInfo(false)));
-      return;
+      return nullptr;
     }
-    for (const wchar_t* table : {L"MOTOR_NEC", L"Typed", L"a second"}) {
-      mustRun(*connection, L"DROP TABLE IF EXISTS [" + std::wstring(table) + L"]");
-    }
-    fillByStatements(*connection, L"", real);
     engines_.push_back({name, types | writing, std::move(connection), L""});
+    return engines_.back().connection.get();
   }
 
   TemporaryFolder folder_;
@@ -163,6 +165,12 @@ const std::vector<Case> cases = {
      L"SELECT [MOTOR_NEC$].[XL&R] FROM [MOTOR_NEC$] ORDER BY [Note] ASC",
      {L"µΩ", L"a \"b\" c", L"1.00", L"0.19;0.31"}},
     {texts, L"SELECT count(*) FROM [MOTOR_NEC$] WHERE [Note] LIKE 'B%'", {L"2"}},
+    {texts,
+     L"SELECT id FROM [MOTOR_NEC$] WHERE Type='induction' AND NOT note='x' ORDER BY [MOTOR_NEC$].Note DESC",
+     {L"1", L"3"}},
+    {texts,
+     L"SELECT m.ID, upper(type) AS type FROM [MOTOR_NEC$] m WHERE m.TYPE='synchronous'",
+     {L"2|SYNCHRONOUS"}},
     {texts, L"SELECT [ID] FROM [MOTOR_NEC$] WHERE [Type]='a [Note] in ''quotes'''", {}},
     {types,
      L"SELECT [ID], [Name], [60C] FROM [Typed] ORDER BY [ID]",
@@ -243,7 +251,8 @@ TEST_CASE("every engine that can be written keeps what is committed and nothing 
     CHECK(rowsOf(connection, L"SELECT count(*) FROM [Typed]") == Lines{L"5"});
     {
       TableTransaction transaction(connection);
-      mustRun(connection, L"UPDATE [typed] SET [name]='neu', [max]=7.5 WHERE [name]='X' AND [id]=4");
+      mustRun(connection, L"UPDATE [typed] SET [name]='neu', max=7.5 WHERE name='X' AND [id]=4");
+      mustRun(connection, L"INSERT INTO typed (id, Name) VALUES (3, 'three')");
       mustRun(connection, L"DELETE FROM [Typed] WHERE [ID]<4");
       CHECK(transaction.commit());
     }

@@ -116,6 +116,23 @@ TEST_CASE(
   CHECK(site.folder().read("a.json").find("\"circuits\"") == std::string::npos);
 }
 
+TEST_CASE("a motor of another code is drawn directly once its default component tables are accepted") {
+  const SiteCopy site;
+  const std::vector<std::string> iec = {
+      "--standard-code", "IEC", "--params", R"("Induction";"5.5";"kW";"400";"3";"50";"1500";"11.5";"1.0")"};
+  const ToolRun asked = site.draw(motorDirect, "a.json", iec);
+  CHECK(asked.exitCode == 3);
+  CHECK_MESSAGE(asked.errors.find("--default-tables") != std::string::npos, asked.errors);
+  CHECK_FALSE(site.folder().has("a.json"));
+  std::vector<std::string> accepted = iec;
+  accepted.emplace_back("--default-tables");
+  const ToolRun drawn = site.draw(motorDirect, "a.json", accepted);
+  REQUIRE_MESSAGE(drawn.exitCode == 0, drawn.errors);
+  CHECK(drawn.output.find("MOTOR_I_CALC_IEC is missing") != std::string::npos);
+  CHECK(site.folder().read("a.json").find("5.5 kW  400 V") != std::string::npos);
+  CHECK(site.draw(motorDirect, "b.json", {"--standard-code", "NOPE"}).exitCode == 3);
+}
+
 TEST_CASE("options of a preset choose the symbols, also in templates two deep") {
   struct Row {
     const char* preset;

@@ -6,6 +6,7 @@
 #include "build/host_session.h"
 #include "config/widget_manager_maker.h"
 #include "data/circuit_data.h"
+#include "data/table_watch.h"
 #include "flows/dlg_config.h"
 #include "host/host_api_documents.h"
 
@@ -35,6 +36,8 @@ private:
 
 bool buildDirectly(ZanBrenvolt& build) {
   const bool result = build.prepare(BuildKind::direct);
+  // Without its server a build has figures missing: it counts as failed, and the parent product takes it back.
+  if (wasConnectionLost()) return false;
   if (build.needsFinish()) build.finish();
   return result;
 }
