@@ -58,12 +58,13 @@ CommandTable siteCommand() {
   auto options = std::make_shared<SiteCommandOptions>();
   return {
       .name = "site",
-      .description = "begin a site of your own",
+      .description = "begin a site of your own, or put its tables on a server",
       .commands =
           {{.name = "new",
             .description = "copy the sample site into a new folder",
             .options = {{"DIR", &options->folder, "The new folder", {}, {.isRequired = true}}},
-            .run = [options] { return makeSite(*options); }}},
+            .run = [options] { return makeSite(*options); }},
+           sitePublishCommand()},
       .footer = "The copy has everything that a site needs: workbook, templates, symbols, LISP and tables. "
                 "Change what "
                 "differs in your firm.",

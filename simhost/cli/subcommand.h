@@ -23,6 +23,8 @@ namespace simhost {
 [[nodiscard]] CommandTable replayCommand();
 [[nodiscard]] CommandTable reportCommand();
 [[nodiscard]] CommandTable siteCommand();
+/// A command of `siteCommand`.
+[[nodiscard]] CommandTable sitePublishCommand();
 [[nodiscard]] CommandTable sqlCommand();
 [[nodiscard]] CommandTable standardsCommand();
 [[nodiscard]] CommandTable wireCommand();

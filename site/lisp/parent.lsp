@@ -8,7 +8,9 @@
       GBL_qn_combined_tagloc 0
       GBL_qn_strcase 1)
 
-(setq site-project-database nil ; path of the project's database; nil for none
+; A site whose tables are on a server names it in site.lsp by (setq site-connection "odbc:...") before all else; its
+; projects are there too.
+(setq site-project-database site-connection ; data source of the project; nil for none
       site-saved-codes nil)     ; what the last build used: ((CODE nil "1,2") ...)
 
 (defun site-expose (names) (mapc (lambda (name) (vz-korvo-defun name)) names))

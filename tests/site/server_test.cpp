@@ -1,0 +1,313 @@
+// A site whose tables and project are on a server: what the product sends runs there as it does on its own files, many
+// sessions at once lose and double nothing, and a server that goes away costs a build and nothing else.
+#include "postgres_server.h"
+#include "site_tool.h"
+#include "tests/support/golden.h"
+#include "text/encoding.h"
+#include "text/split.h"
+
+#include <doctest/doctest.h>
+
+#include <algorithm>
+#include <filesystem>
+#include <map>
+#include <set>
+#include <string>
+#include <thread>
+#include <vector>
+
+using namespace brenvolt;
+using brenvolt::testing::PostgresServer;
+
+namespace {
+
+using Lines = std::vector<std::wstring>;
+
+/// One server for all tests: starting it takes longer than they do.
+const PostgresServer& server() {
+  static const PostgresServer running;
+  return running;
+}
+
+bool isSkipped() {
+  if (server().isRunning()) return false;
+  MESSAGE("skipped: no PostgreSQL server can be started");
+  return true;
+}
+
+/// An empty database on the server, as a data source.
+std::string newDatabase(const ToolFolder& folder, const std::string& name) {
+  const std::string all = toUtf8(server().dataSource());
+  static_cast<void>(folder.run({"sql", all, "DROP DATABASE IF EXISTS " + name, "--write"}));
+  const ToolRun made = folder.run({"sql", all, "CREATE DATABASE " + name, "--write"});
+  REQUIRE_MESSAGE(made.exitCode == 0, made.errors);
+  return toUtf8(replaceAll(server().dataSource(), L"Database=postgres", fromUtf8("Database=" + name)));
+}
+
+/// The sample site on a server of its own.
+class ServerSite final {
+public:
+  explicit ServerSite(const std::string& name) : database_(newDatabase(site_.folder(), name)) {
+    const ToolRun published = run({"site", "publish", database_, "--site", site_.site()});
+    REQUIRE_MESSAGE(published.exitCode == 0, published.errors);
+    const std::string lisp = site_.folder().read("site/site.lsp");
+    site_.folder().write("site/site.lsp", "(setq site-connection \"" + database_ + "\")\n" + lisp);
+  }
+
+  [[nodiscard]] const std::string& database() const { return database_; }
+  [[nodiscard]] const SiteCopy& site() const { return site_; }
+  [[nodiscard]] ToolRun run(const std::vector<std::string>& arguments) const { return site_.run(arguments); }
+  [[nodiscard]] std::string query(const std::string& statement) const {
+    const ToolRun run = site_.run({"sql", database_, statement, "--csv"});
+    REQUIRE_MESSAGE(run.exitCode == 0, run.errors);
+    return run.output;
+  }
+  /// The rows of all tables that sessions write, as sorted lines.
+  [[nodiscard]] std::vector<std::string> written() const {
+    std::vector<std::string> lines;
+    for (const std::string table : {"BRENVOLT", "COMP", "TERMS", "CATALOGSEL"}) {
+      std::vector<std::wstring> rows = splitSkippingEmpty(fromUtf8(query("SELECT * FROM " + table)), L'\n');
+      rows.erase(rows.begin()); // the header
+      for (const std::wstring& row : rows)
+        lines.push_back(table + ": " + toUtf8(row));
+    }
+    std::sort(lines.begin(), lines.end());
+    return lines;
+  }
+
+private:
+  SiteCopy site_;
+  std::string database_;
+};
+
+/// Sessions that write rows of a project, parts, or both.
+constexpr const char* writingSessions[] = {"one_by_one", "two_motors", "part_lookup", "all_at_once"};
+
+ToolRun replay(
+    const std::string& site, const std::string& session, const std::vector<std::string>& environment = {}) {
+  const ToolFolder folder;
+  return folder.run(
+      {"replay", site, std::string("tests/site/sessions/") + session + "/session.json", "--work",
+       folder.path("work")},
+      {}, environment);
+}
+
+/// What a statement answers, or what it leaves in the tables that the product writes; it is taken back.
+Lines answerOf(ZanOleDbConnection& engine, const std::wstring& statement) {
+  const TableTransaction transaction(engine);
+  REQUIRE(transaction.isOpen());
+  Lines lines = testing::rowsOf(engine, statement);
+  if (statement.starts_with(L"SELECT") || !lines.empty()) return lines;
+  for (const wchar_t* table : {L"CATALOGSEL", L"BRENVOLT", L"COMP", L"TERMS"}) {
+    const Lines rows = testing::rowsOf(engine, L"SELECT * FROM [" + std::wstring(table) + L"]");
+    lines.insert(lines.end(), rows.begin(), rows.end());
+  }
+  return lines;
+}
+
+} // namespace
+
+TEST_CASE("what is published answers every subcommand as the site's own tables do") {
+  if (isSkipped()) return;
+  const ServerSite shared("brenvolt_same");
+  const SiteCopy own;
+  const std::vector<std::vector<std::string>> commands = {
+      {"wire", "--fla", "52", "--voltage", "460", "--phase", "3", "--length", "250", "--units", "FT",
+       "--explain"},
+      {"wire", "--standard-code", "IEC", "--fla", "60", "--voltage", "400", "--phase", "3", "--csv"},
+      {"motors", "--csv"},
+      {"loads", "--standard-code", "IEC", "--csv"},
+      {"components", "--type", "induction", "--fla", "28"},
+      {"components", "--standard-code", "IEC", "--type", "Induction", "--fla", "28"},
+      {"standards"}};
+  for (std::vector<std::string> command : commands) {
+    CAPTURE(command.front());
+    command.insert(command.begin() + 1, {"--site", own.site()});
+    const ToolRun expected = own.run(command);
+    command[2] = shared.site().site();
+    const ToolRun answer = shared.run(command);
+    REQUIRE_MESSAGE(answer.exitCode == 0, answer.errors);
+    CHECK(answer.output == expected.output);
+    CHECK(answer.errors == expected.errors);
+  }
+  // A second time only with --replace, and what users saved stays.
+  CHECK(
+      shared
+          .run(
+              {"sql", shared.database(), "INSERT INTO [CATALOGSEL] ([MARKER],[UI_SEL]) VALUES ('X',3)",
+               "--write"})
+          .exitCode == 0);
+  const std::vector<std::string> publish = {"site", "publish", shared.database(), "--site", own.site()};
+  CHECK(shared.run(publish).exitCode == 3);
+  std::vector<std::string> replacing = publish;
+  replacing.emplace_back("--replace");
+  CHECK(shared.run(replacing).exitCode == 0);
+  CHECK(shared.query("SELECT MARKER, UI_SEL FROM CATALOGSEL") == "MARKER,UI_SEL\nX,3\n");
+}
+
+TEST_CASE("every statement that the product sends runs on each engine, with the same answer") {
+  if (isSkipped()) return;
+  const ServerSite shared("brenvolt_statements");
+  const SiteCopy own;
+  const std::string log = own.folder().path("statements");
+  const std::vector<std::string> logged = {"BRENVOLT_STATEMENTS=" + log};
+  // A drawing with a project, each kind of session, and the subcommands.
+  const std::string project = own.folder().path("project.db");
+  REQUIRE(own.run({"import", project, own.folder().path("site/project")}).exitCode == 0);
+  const auto run = [&](std::vector<std::string> words) {
+    const ToolRun done = own.folder().run(words, {}, logged);
+    REQUIRE_MESSAGE(done.exitCode == 0, done.errors);
+  };
+  for (const char* session : {"part_lookup", "takeover", "presets", "two_motors"})
+    REQUIRE(replay(own.site(), session, logged).exitCode == 0);
+  run(
+      {"draw", "--site", own.site(), "--circuit", "Three-phase motors", "--type", "Star-delta", "--history",
+       "Fan 40 HP", "--project", project, "--out", own.folder().path("out.json")});
+  for (const char* code : {"NEC", "IEC"}) {
+    run(
+        {"wire", "--site", own.site(), "--standard-code", code, "--fla", "300", "--voltage", "400", "--phase",
+         "3", "--length", "40", "--parallel", "4", "--csv"});
+    run({"components", "--site", own.site(), "--standard-code", code, "--type", "Induction", "--fla", "28"});
+  }
+  run({"motors", "--site", own.site(), "--voltage", "460"});
+  run({"loads", "--site", own.site(), "--phase", "1"});
+
+  const std::string tables = own.folder().path("tables.db");
+  REQUIRE(own.folder().run({"standards", "--site", own.site()}, {}, {"BRENVOLT_DB=" + tables}).exitCode == 0);
+  REQUIRE(own.run({"import", tables, own.folder().path("site/project")}).exitCode == 0);
+  std::set<std::wstring> statements;
+  for (const std::wstring& line : splitSkippingEmpty(fromUtf8(own.folder().read("statements")), L'\n')) {
+    const std::vector<std::wstring> parts = splitKeepingEmpty(line, L'\t');
+    REQUIRE(parts.size() == 2);
+    if (!parts[0].ends_with(L".xls")) statements.insert(parts[1]);
+  }
+  // All kinds of them are there: lookups, parts, projects, edited rows.
+  CHECK(statements.size() > 60);
+  const auto embedded = testing::opened(fromUtf8(tables));
+  const std::pair<const char*, std::wstring> engines[] = {
+      {"the embedded database through ODBC", L"odbc:Driver=SQLite3;Database=" + fromUtf8(tables)},
+      {"PostgreSQL", fromUtf8(shared.database())}};
+  for (const auto& [name, dataSource] : engines) {
+    CAPTURE(name);
+    const auto connection = testing::opened(dataSource);
+    for (const std::wstring& statement : statements) {
+      CAPTURE(toUtf8(statement));
+      const Lines expected = answerOf(*embedded, statement);
+      const Lines answer = answerOf(*connection, statement);
+      CHECK(testing::shown(answer) == testing::shown(expected));
+      CHECK((answer.empty() || !answer.front().starts_with(L"error: ")));
+    }
+  }
+}
+
+TEST_CASE("sixteen sessions at once leave the rows of their single runs, none lost and none doubled") {
+  if (isSkipped()) return;
+  std::map<std::string, std::vector<std::string>> single;
+  for (const char* session : writingSessions) {
+    const ServerSite shared("brenvolt_single");
+    const ToolRun run = replay(shared.site().site(), session);
+    REQUIRE_MESSAGE(run.exitCode == 0, run.errors);
+    single[session] = shared.written();
+  }
+  CHECK(single["two_motors"].size() > 2);
+  CHECK(single["part_lookup"].size() > 3);
+
+  const ServerSite shared("brenvolt_sixteen");
+  constexpr int times = 4;
+  std::vector<std::string> expected;
+  std::set<std::string> parts;
+  std::vector<std::thread> designers;
+  std::vector<ToolRun> runs(std::size(writingSessions) * times);
+  std::size_t next = 0;
+  for (const char* session : writingSessions) {
+    for (int time = 0; time < times; ++time) {
+      ToolRun& run = runs[next++];
+      designers.emplace_back([&run, session, site = shared.site().site()] { run = replay(site, session); });
+      for (const std::string& row : single[session]) {
+        // A motor's parts are one row for all who choose them, the others belong to a circuit each.
+        if (row.starts_with("CATALOGSEL") && !parts.insert(row).second) continue;
+        expected.push_back(row);
+      }
+    }
+  }
+  for (std::thread& designer : designers)
+    designer.join();
+  for (const ToolRun& run : runs)
+    CHECK_MESSAGE(run.exitCode == 0, run.errors);
+  std::sort(expected.begin(), expected.end());
+  CHECK(shared.written() == expected);
+}
+
+namespace {
+
+/// The connection of a role that is no owner, and the site's LISP naming it; `more` runs behind the site's own.
+std::string connectAs(const ServerSite& shared, const std::string& role, const std::string& more = {}) {
+  for (const std::string& statement : {"DROP ROLE IF EXISTS " + role, "CREATE ROLE " + role + " LOGIN"})
+    static_cast<void>(shared.run({"sql", shared.database(), statement, "--write"}));
+  const std::string connection =
+      toUtf8(replaceAll(fromUtf8(shared.database()), L"Uid=brenvolt", fromUtf8("Uid=" + role)));
+  shared.site().folder().write(
+      "site/site.lsp",
+      "(setq site-connection \"" + connection + "\")\n" + test::bytesOf("site/site.lsp") + more);
+  return connection;
+}
+
+constexpr SampleCircuit motor = {"motor3_star_delta", "Three-phase motors", "Star-delta", "Fan 40 HP"};
+
+} // namespace
+
+TEST_CASE("a reader's change is refused in the server's words, and nothing of the circuit is kept") {
+  if (isSkipped()) return;
+  const ServerSite shared("brenvolt_roles");
+  const std::string asReader = connectAs(shared, "brenvolt_reader");
+  const ToolRun granted = shared.run(
+      {"site", "publish", shared.database(), "--site", shared.site().site(), "--replace", "--readers",
+       "brenvolt_reader"});
+  REQUIRE_MESSAGE(granted.exitCode == 0, granted.errors);
+  CHECK(shared.run({"motors", "--site", shared.site().site()}).exitCode == 0);
+  const ToolRun edit = shared.run({"sql", asReader, "DELETE FROM [MOTOR_NEC]", "--write"});
+  CHECK(edit.exitCode == 3);
+  CHECK_MESSAGE(edit.errors.find("permission denied for table MOTOR_NEC") != std::string::npos, edit.errors);
+  const ToolRun drawn = shared.site().draw(motor, "out.json", {"--history", motor.history});
+  CHECK(drawn.exitCode == 3);
+  CHECK_MESSAGE(drawn.errors.find("permission denied") != std::string::npos, drawn.errors);
+  CHECK_FALSE(shared.site().folder().has("out.json"));
+  CHECK(shared.written().empty());
+}
+
+TEST_CASE(
+    "a server that goes away in the middle of a build costs that build, and the next one reaches it again") {
+  if (isSkipped()) return;
+  const ServerSite shared("brenvolt_lost");
+  // The second time that the build asks for its tables, the server has ended the role's sessions and lets it in no more.
+  const std::string admin = "\"" + shared.database() + "\"";
+  connectAs(
+      shared, "brenvolt_lost_editor",
+      "(setq times 0)\n(defun c:zan_bv_figure_mccdb_fnam ()\n  (setq times (+ times 1))\n  (when (= times "
+      "2)\n"
+      "    (sql-execute " +
+          admin + " \"ALTER ROLE brenvolt_lost_editor NOLOGIN\")\n    (sql-execute " + admin +
+          " \"SELECT pg_terminate_backend(pid) FROM pg_stat_activity WHERE "
+          "usename='brenvolt_lost_editor'\"))\n"
+          "  (site-database))\n");
+  REQUIRE(
+      shared
+          .run(
+              {"site", "publish", shared.database(), "--site", shared.site().site(), "--replace", "--editors",
+               "brenvolt_lost_editor"})
+          .exitCode == 0);
+  const ToolRun lost = shared.site().draw(motor, "out.json", {"--history", motor.history});
+  CHECK(lost.exitCode == 3);
+  CHECK_MESSAGE(
+      (lost.output + lost.errors).find("not permitted to log in") != std::string::npos, lost.output);
+  CHECK_FALSE(shared.site().folder().has("out.json"));
+  CHECK(shared.written().empty());
+
+  REQUIRE(
+      shared.run({"sql", shared.database(), "ALTER ROLE brenvolt_lost_editor LOGIN", "--write"}).exitCode ==
+      0);
+  connectAs(shared, "brenvolt_lost_editor");
+  const ToolRun again = shared.site().draw(motor, "out.json", {"--history", motor.history});
+  CHECK_MESSAGE(again.exitCode == 0, again.errors);
+  CHECK_FALSE(shared.written().empty());
+}
