@@ -8,11 +8,15 @@
 #include "platform/statement_tokens.h"
 
 #include "text/compare.h"
+#include "text/encoding.h"
+#include "text/numbers.h"
 #include "text/split.h"
 
 #include <algorithm>
 #include <array>
 #include <map>
+#include <string>
+#include <unordered_set>
 #include <utility>
 
 namespace brenvolt::tables {
@@ -52,14 +56,25 @@ bool isRowBefore(const TableRow& left, const TableRow& right) {
   return false;
 }
 
-struct RowBefore {
-  bool operator()(const TableRow& left, const TableRow& right) const { return isRowBefore(left, right); }
-};
+/// A text that is the same for rows that are equal by the order above, and for no others.
+std::string equalityKey(const TableRow& row) {
+  std::string key;
+  for (const TableValue& cell : row) {
+    const bool isText = cell.kind == TableValue::Kind::text;
+    const bool isBlob = cell.kind == TableValue::Kind::blob;
+    std::string content = isText   ? toUtf8(toUpper(widen(cell.bytes)))
+                          : isBlob ? cell.bytes
+                                   : toUtf8(formatShortest(valueNumber(cell) + 0.0)); // -0 is 0
+    key += static_cast<char>('0' + kindRank(cell.kind));
+    key += std::to_string(content.size()) + ':' + content;
+  }
+  return key;
+}
 
 /// Of equal rows the first stays, as on the other engines.
 void dropEqualRows(std::vector<TableRow>& rows) {
-  std::map<TableRow, bool, RowBefore> seen;
-  std::erase_if(rows, [&](const TableRow& row) { return !seen.emplace(row, true).second; });
+  std::unordered_set<std::string> seen;
+  std::erase_if(rows, [&](const TableRow& row) { return !seen.insert(equalityKey(row)).second; });
 }
 
 bool isOneOf(const StatementToken& token, std::initializer_list<const wchar_t*> words) {

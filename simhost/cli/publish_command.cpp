@@ -97,9 +97,8 @@ CommandTable sitePublishCommand() {
             {"--editors", &options->editors, "Role that may also change their rows", "ROLE"}},
            options->output.rows()}),
       .footer = "Everything is written in one transaction, or nothing.",
-      .run = [options] { return publish(*options); },
-      .examples = {"brenvolt site publish \"odbc:DSN=brenvolt\" --site our-site"},
       .page = "server.md",
+      .run = [options] { return publish(*options); },
   };
 }
 

@@ -8,6 +8,7 @@
 
 #include <algorithm>
 #include <optional>
+#include <unordered_set>
 
 namespace brenvolt {
 
@@ -183,13 +184,14 @@ bool isPowerFeedEntity(KvDbObjectId id) {
 
 std::vector<std::wstring> readAttributeTexts(std::wstring_view tag) {
   std::vector<std::wstring> texts;
+  std::unordered_set<std::wstring> seen;
   KvDbDatabase* database = kvdbWorkingDatabase();
   const KvAxDocLock lock;
   if (!database || !lock.isLocked()) return texts;
 
   const auto add = [&](const std::wstring& ofTag, std::wstring text) {
     if (!equalsOrdinalNoCase(ofTag, tag) || text.empty()) return;
-    if (std::find(texts.begin(), texts.end(), text) == texts.end()) texts.push_back(std::move(text));
+    if (seen.insert(text).second) texts.push_back(std::move(text));
   };
   forEachEntity(database->currentSpaceId(), [&add](KvDbObjectId id) {
     const OpenObject<KvDbEntity> entity(id, KvOpenMode::forRead);

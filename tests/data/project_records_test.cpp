@@ -4,7 +4,31 @@
 #include "data/entity_records.h"
 #include "data/project_circuits.h"
 
+#include <chrono>
+
 using namespace brenvolt;
+
+TEST_CASE("a list of distinct texts costs four times as much for four times the texts") {
+  const auto seconds = [](std::size_t count) {
+    const test::TemporaryFolder folder;
+    std::filesystem::create_directory(folder.path() / "csv");
+    std::ofstream out(folder.path() / "csv/COMP.csv");
+    out << "TAGNAME\n";
+    for (std::size_t text = 0; text < count; ++text)
+      out << "M" << text << "\nM" << text / 2 << "\n";
+    out.close();
+    const std::wstring file = fromUtf8((folder.path() / "project.db").string());
+    REQUIRE(importTables(file, {fromUtf8((folder.path() / "csv").string())}).isDone());
+    ProjectDatabase database(file);
+    TextRow texts;
+    const auto start = std::chrono::steady_clock::now();
+    REQUIRE(selectDistinct(database, L"COMP", L"TAGNAME", L"SELECT %s FROM [%s]", {}, texts));
+    CHECK(texts.size() == count);
+    return std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
+  };
+  // Quadratic time would be sixteen times as much; the limit leaves room for a busy machine.
+  CHECK(seconds(60000) < 9 * seconds(15000));
+}
 
 TEST_CASE("the fields of a record shift over empty ones, and lose their quotes") {
   const ZanCircParams record = parseCircParams(L"\"Induction\";\"40\";;\"460\"; ", L"");

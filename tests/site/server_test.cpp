@@ -98,8 +98,9 @@ Lines answerOf(ZanOleDbConnection& engine, const std::wstring& statement) {
   REQUIRE(transaction.isOpen());
   Lines lines = testing::rowsOf(engine, statement);
   if (statement.starts_with(L"SELECT") || !lines.empty()) return lines;
-  for (const wchar_t* table : {L"CATALOGSEL", L"BRENVOLT", L"COMP", L"TERMS"}) {
-    const Lines rows = testing::rowsOf(engine, L"SELECT * FROM [" + std::wstring(table) + L"]");
+  for (const wchar_t* table : {L"CATALOGSEL", L"BRENVOLT", L"COMP", L"TERMS", L"MOTOR_NEC"}) {
+    Lines rows = testing::rowsOf(engine, L"SELECT * FROM [" + std::wstring(table) + L"]");
+    std::sort(rows.begin(), rows.end()); // a server moves a row that is changed
     lines.insert(lines.end(), rows.begin(), rows.end());
   }
   return lines;
@@ -170,7 +171,19 @@ TEST_CASE("every statement that the product sends runs on each engine, with the 
     run({"components", "--site", own.site(), "--standard-code", code, "--type", "Induction", "--fla", "28"});
   }
   run({"motors", "--site", own.site(), "--voltage", "460"});
-  run({"loads", "--site", own.site(), "--phase", "1"});
+  // Rows that are changed and added in a picker; the new one is the last of the shown ones.
+  const std::string count = shared.query(
+      "SELECT count(*) AS N FROM [MOTOR_NEC] WHERE [Voltage (V)]='460' AND [Type]='Synchronous'");
+  const std::string last = std::to_string(std::stoi(count.substr(2)) + 1);
+  const std::string edits = own.folder().write(
+      "edits.json",
+      R"~({"format": "brenvolt-answers", "version": 1, "steps": [{"dialog": "ZanDlgMotorSelect", "do": [
+      {"choose": "typeFilter", "to": "Synchronous"}, {"choose": "voltageFilter", "to": "460"},
+      {"tick": "edit", "to": true}, {"edit": "grid", "row": 1, "column": "FLA (A)", "to": "7.7"},
+      {"select": "grid", "row": 2}, {"edit": "grid", "row": )~" +
+          last + R"~(, "column": "Load", "to": "41"}, {"select": "grid", "row": 1},
+      {"tick": "edit", "to": false}, {"press": "ok"}]}]})~");
+  run({"lisp", "--site", own.site(), "--answers", edits, "-e", "(zan_bv_motor_select)"});
 
   const std::string tables = own.folder().path("tables.db");
   REQUIRE(own.folder().run({"standards", "--site", own.site()}, {}, {"BRENVOLT_DB=" + tables}).exitCode == 0);
@@ -183,6 +196,14 @@ TEST_CASE("every statement that the product sends runs on each engine, with the 
   }
   // All kinds of them are there: lookups, parts, projects, edited rows.
   CHECK(statements.size() > 60);
+  for (const wchar_t* kind :
+       {L"UPDATE [MOTOR_NEC]", L"INSERT INTO [MOTOR_NEC]", L"DELETE FROM [CATALOGSEL]",
+        L"INSERT INTO [CATALOGSEL]", L"INSERT INTO [BRENVOLT]", L"SELECT MFG,CAT"})
+    CHECK_MESSAGE(
+        std::any_of(
+            statements.begin(), statements.end(),
+            [kind](const std::wstring& statement) { return statement.starts_with(kind); }),
+        toUtf8(kind));
   const auto embedded = testing::opened(fromUtf8(tables));
   const std::pair<const char*, std::wstring> engines[] = {
       {"the embedded database through ODBC", L"odbc:Driver=SQLite3;Database=" + fromUtf8(tables)},
