@@ -13,6 +13,24 @@ if(BRENVOLT_SANITIZE)
   target_link_options(brenvolt_flags INTERFACE -fsanitize=address,undefined)
 endif()
 
+set(brenvolt_standard_headers <algorithm> <array> <cstdint> <filesystem> <functional> <map> <memory> <optional> <set>
+  <span> <string> <string_view> <unordered_map> <utility> <variant> <vector>)
+
+# brenvolt_precompile(TARGET FIRST [header ...])
+# The targets that name the same FIRST share precompiled standard headers, and these: they must agree in their options.
+function(brenvolt_precompile target first)
+  if(NOT BRENVOLT_PRECOMPILE OR NOT CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
+    return()
+  endif()
+  get_property(owner GLOBAL PROPERTY brenvolt_precompiled_${first})
+  if(owner)
+    target_precompile_headers(${target} REUSE_FROM ${owner})
+  else()
+    target_precompile_headers(${target} PRIVATE ${brenvolt_standard_headers} ${ARGN})
+    set_property(GLOBAL PROPERTY brenvolt_precompiled_${first} ${target})
+  endif()
+endfunction()
+
 # brenvolt_quick_compile(TARGET)
 # Test sources are compiled once and run for milliseconds: half the compile time matters more than their speed. What
 # they link stays as optimised as what users run. BRENVOLT_OPTIMISE_TESTS leaves the build type's own options alone.
@@ -29,6 +47,7 @@ function(brenvolt_library name)
   add_library(${name} STATIC ${ARG_SOURCES})
   target_include_directories(${name} PUBLIC "${CMAKE_SOURCE_DIR}/src" "${CMAKE_SOURCE_DIR}")
   target_link_libraries(${name} PUBLIC brenvolt_flags ${ARG_DEPENDS})
+  brenvolt_precompile(${name} libraries)
 endfunction()
 
 # brenvolt_add_test(NAME COMMAND program [argument ...] [BIN folder])
@@ -50,9 +69,12 @@ endfunction()
 # brenvolt_test_library(NAME SOURCES a.cpp ... [DEPENDS target ...])
 # What several test programs share, compiled once.
 function(brenvolt_test_library name)
-  brenvolt_library(${name} ${ARGN})
+  cmake_parse_arguments(ARG "" "" "SOURCES;DEPENDS" ${ARGN})
+  add_library(${name} STATIC ${ARG_SOURCES})
+  target_include_directories(${name} PUBLIC "${CMAKE_SOURCE_DIR}/src" "${CMAKE_SOURCE_DIR}")
   target_compile_definitions(${name} PRIVATE DOCTEST_CONFIG_SUPER_FAST_ASSERTS)
   brenvolt_quick_compile(${name})
+  target_link_libraries(${name} PUBLIC brenvolt_flags ${ARG_DEPENDS})
 endfunction()
 
 # brenvolt_test(NAME SOURCES a_test.cpp ... [DEPENDS target ...])
@@ -64,5 +86,6 @@ function(brenvolt_test name)
   target_compile_definitions(${name} PRIVATE DOCTEST_CONFIG_SUPER_FAST_ASSERTS)
   brenvolt_quick_compile(${name})
   target_link_libraries(${name} PRIVATE brenvolt_flags doctest_main ${ARG_DEPENDS})
+  brenvolt_precompile(${name} tests <doctest/doctest.h>)
   brenvolt_add_test(${name} COMMAND ${name})
 endfunction()

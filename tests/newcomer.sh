@@ -31,6 +31,6 @@ for verb in "$@"; do
   in_root /root/brenvolt/brenvolt "$verb" >"$root/$verb.log" 2>&1
   code=$?
   printf '%s %s: %d s, exit code %d, out/ %s\n' "$revision" "$verb" $((SECONDS - start)) "$code" \
-    "$(du -sh "$root/root/brenvolt/out" | cut -f1)"
+    "$(du -sh "$root/root/brenvolt/out" 2>/dev/null | cut -f1)"
   [ $code -eq 0 ] || tail -n 20 "$root/$verb.log"
 done

@@ -23,7 +23,7 @@ else
 fi
 
 root=$(mktemp -d)
-trap 'rm -rf "$root"' EXIT
+trap 'umount -q "$root/proc"; rm -rf --one-file-system "$root"' EXIT
 mmdebstrap --quiet --variant=apt --include=man-db,xvfb,xauth,fonts-dejavu-core bookworm "$root" ||
   skip "a fresh root cannot be made; see whether a mirror can be reached"
 # Pages of the manual are left out of slim roots.
@@ -34,6 +34,7 @@ in_root() { chroot "$root" env -i PATH=/usr/sbin:/usr/bin:/sbin:/bin HOME=/root 
 list() { (cd "$root" && find . -xdev -path ./packages -prune -o -path ./proc -prune -o -path ./sys -prune -o -path ./var -prune -o -print | LC_ALL=C sort); }
 
 in_root apt-get update -qq
+mount -t proc proc "$root/proc" 2>/dev/null || echo "no /proc in the root; the programs do without"
 list >"$root/packages/before"
 in_root bash -c 'apt-get install -y -qq /packages/*.deb' >"$root/packages/install.log" 2>&1 ||
   { tail -n 20 "$root/packages/install.log"; fail "the packages cannot be installed"; }

@@ -57,7 +57,7 @@ const HostOptions& withWritableFiles(const HostOptions& options) {
 } // namespace
 
 OptionRow moduleRow(std::string& module) {
-  return {"--module", &module, "The plug-in, else ZanBrenvolt.kvx beside the program", "FILE"};
+  return {"--module", &module, "The plug-in, else ZanBrenvolt.kvx that came with the program", "FILE"};
 }
 
 WindowsMaker& windowsMaker() {

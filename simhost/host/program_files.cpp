@@ -4,6 +4,10 @@
 #include "simhost/host/module_loader.h"
 #include "simhost/host/resource_module.h"
 
+#include <sys/auxv.h>
+
+#include <system_error>
+
 namespace simhost {
 
 namespace {
@@ -22,7 +26,10 @@ fs::path besideOrInstalled(std::string_view name, const fs::path& installed) {
 
 fs::path programFolder() {
   std::error_code error;
-  const fs::path program = fs::read_symlink("/proc/self/exe", error);
+  fs::path program = fs::read_symlink("/proc/self/exe", error);
+  // A bare root may have no /proc: the path by which the program was started serves there.
+  const unsigned long started = ::getauxval(AT_EXECFN);
+  if (error && started != 0) program = fs::canonical(reinterpret_cast<const char*>(started), error);
   return error ? fs::current_path() : program.parent_path();
 }
 
