@@ -1,6 +1,9 @@
-// Who is at work on a file: office programs lock what they have open, and our own processes take turns.
+// Who is at work on a file: office programs lock what they have open, and our own programs take turns at changing it.
 #pragma once
 
+#include "platform/file_path.h"
+
+#include <chrono>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -11,22 +14,51 @@ namespace brenvolt {
 /// that the system knows). A file that cannot be opened for writing is not in use: it is only read anyway.
 [[nodiscard]] bool isFileInUse(std::wstring_view path);
 
-/// A turn at work that one process at a time may do, held from construction to destruction.
+/// Who changes a file, as colleagues know the person.
+struct FileUser {
+  std::wstring user;
+  std::wstring machine;
+  std::wstring process; ///< its number
+};
+
+/// This process. Names that the system does not know are empty.
+[[nodiscard]] FileUser thisFileUser();
+/// "anna on ws12, process 4711".
+[[nodiscard]] std::wstring fileUserText(const FileUser& user);
+
+/// A turn at changing a file, held from construction to destruction. Everybody who changes what another may change at
+/// the same moment reads, changes and writes the file within a turn.
+///
+/// The lock is a file beside the one that is changed, its name with ".lock" after it, which says who holds it. The
+/// system releases the lock of a program that ends in any way; the file it leaves is used by the next turn.
 class FileLock final {
 public:
-  /// Waits for the lock on `path`, an empty file of its own beside what is worked on; it is made when missing and
-  /// stays, since a lock on a file that somebody removes guards nothing.
-  explicit FileLock(std::wstring_view path);
+  static constexpr std::chrono::seconds defaultPatience{10};
+  static constexpr std::chrono::hours wholeDay{24};
+
+  /// Waits for the turn at most so long.
+  explicit FileLock(std::wstring_view path, std::chrono::milliseconds patience = defaultPatience);
   FileLock(const FileLock&) = delete;
   FileLock& operator=(const FileLock&) = delete;
   ~FileLock();
 
-  /// Why there is no lock (no folder, no right to write there); nothing when it is held.
+  /// Why there is no turn: no folder, no right to write there, or another program that does not end its own; nothing
+  /// when it is held.
   [[nodiscard]] const std::optional<std::wstring>& fault() const { return fault_; }
+  /// The other program, when that is the reason and it has said who it is.
+  [[nodiscard]] const std::optional<FileUser>& holder() const { return holder_; }
 
 private:
-  int descriptor_;
+  /// Opens the lock file, made when missing.
+  [[nodiscard]] bool open();
+  void acquire(std::chrono::milliseconds patience);
+  void writeHolder() const;
+  [[nodiscard]] std::optional<FileUser> readHolder() const;
+
+  std::string path_;
+  Descriptor file_;
   std::optional<std::wstring> fault_;
+  std::optional<FileUser> holder_;
 };
 
 } // namespace brenvolt

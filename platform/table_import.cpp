@@ -2,6 +2,7 @@
 
 #include "platform/cell_check.h"
 #include "platform/file_kind.h"
+#include "platform/file_replace.h"
 #include "platform/table_engine.h"
 #include "platform/table_output.h"
 #include "platform/table_source.h"
@@ -10,15 +11,10 @@
 #include "text/encoding.h"
 #include "text/split.h"
 
-#include <fcntl.h>
-#include <unistd.h>
-
 #include <algorithm>
-#include <cerrno>
 #include <filesystem>
 #include <memory>
 #include <optional>
-#include <system_error>
 #include <utility>
 
 namespace brenvolt {
@@ -151,38 +147,6 @@ Input openInput(const std::wstring& path, std::wstring& error) {
   return {path, nullptr, false};
 }
 
-/// A file beside another that goes away unless it takes the other's place.
-class FileBeside final {
-public:
-  explicit FileBeside(const fs::path& target) : target_(target), path_(target.string() + ".importing") {
-    std::error_code ignored;
-    fs::remove(path_, ignored);
-  }
-  FileBeside(const FileBeside&) = delete;
-  FileBeside& operator=(const FileBeside&) = delete;
-  ~FileBeside() {
-    std::error_code ignored;
-    fs::remove(path_, ignored);
-    fs::remove(path_.string() + "-journal", ignored);
-  }
-
-  [[nodiscard]] const fs::path& path() const { return path_; }
-  [[nodiscard]] std::error_code takeItsPlace() const {
-    // The name must not come to stand for bytes that a power failure takes away again.
-    const int descriptor = open(path_.c_str(), O_RDONLY | O_CLOEXEC);
-    const bool isStored = descriptor >= 0 && fsync(descriptor) == 0;
-    std::error_code error(isStored ? 0 : errno, std::generic_category());
-    if (descriptor >= 0) close(descriptor);
-    if (error) return error;
-    fs::rename(path_, target_, error);
-    return error;
-  }
-
-private:
-  fs::path target_;
-  fs::path path_;
-};
-
 class Import final {
 public:
   Import(std::wstring_view outPath, const ImportOptions& options)
@@ -249,10 +213,12 @@ private:
       return writeInto(tables::openSqliteTarget(target.string(), TargetFile::open, reason), reason);
     }
     if (kind != FileKind::absent) return fail(outPath_ + L": exists and is no database that can be written");
-    const FileBeside beside(target);
-    writeInto(tables::openSqliteTarget(beside.path().string(), TargetFile::create, reason), reason);
+    FileReplacement file(outPath_);
+    if (file.fault()) return cannotWrite(file.fault()->reason);
+    const std::string name = toUtf8(file.nameToWrite());
+    writeInto(tables::openSqliteTarget(name, TargetFile::create, reason), reason);
     if (!report_.isDone()) return;
-    if (const std::error_code error = beside.takeItsPlace()) cannotWrite(fromUtf8(error.message()));
+    if (const auto fault = file.commit()) cannotWrite(fault->reason);
   }
 
   /// Without the commit all is as it was when the target goes.

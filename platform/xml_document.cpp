@@ -1,14 +1,13 @@
 // The document tree over pugixml. Its UTF-8 build is the packaged one, so texts are converted at each call.
 #include "platform/xml_document.h"
 
+#include "platform/file_read.h"
+#include "platform/xml_encoding.h"
 #include "text/encoding.h"
 
 #include <pugixml.hpp>
 
 #include <algorithm>
-#include <cerrno>
-#include <cstdio>
-#include <cstring>
 
 namespace brenvolt {
 
@@ -66,6 +65,34 @@ const char* shapeFault(const pugi::xml_document& document) {
   return nullptr;
 }
 
+/// The engine removes and copies elements by calling itself, once for each level.
+bool isNestedDeeper(const pugi::xml_document& document, int levels) {
+  int level = 0;
+  for (pugi::xml_node node = document.first_child(); node; node = node.next_sibling()) {
+    while (node.first_child()) {
+      if (++level > levels) return true;
+      node = node.first_child();
+    }
+    for (; !node.next_sibling(); --level) {
+      node = node.parent();
+      if (node == document) return false;
+    }
+  }
+  return false;
+}
+
+/// Tab, line feed and carriage return are the only control characters that XML has.
+void requireCharacters(std::wstring_view name, std::wstring_view value) {
+  const auto place = std::find_if(value.begin(), value.end(), [](wchar_t c) {
+    return (c < 0x20 && c != L'\t' && c != L'\n' && c != L'\r') || c == 0xFFFE || c == 0xFFFF;
+  });
+  if (place == value.end()) return;
+  throw XmlError(
+      toUtf8(name) + ": character " + std::to_string(place - value.begin() + 1) +
+      " is a control character (code " + std::to_string(static_cast<long>(*place)) +
+      "), which the file cannot hold");
+}
+
 /// Collects what the engine writes.
 class BytesWriter final : public pugi::xml_writer {
 public:
@@ -121,6 +148,7 @@ void XmlElement::setAttribute(std::wstring_view name, std::wstring_view value) {
   if (isNull()) throw XmlError("an attribute needs an element");
   const std::string bytes = toUtf8(name);
   requireName(bytes);
+  requireCharacters(name, value);
   pugi::xml_attribute attribute = nodeOf(node_).attribute(bytes.c_str());
   if (!attribute) attribute = nodeOf(node_).append_attribute(bytes.c_str());
   if (!attribute.set_value(toUtf8(value).c_str())) throw XmlError("no memory for an attribute");
@@ -133,6 +161,20 @@ XmlElement XmlElement::appendChild(std::wstring_view name) {
   const pugi::xml_node child = nodeOf(node_).append_child(bytes.c_str());
   if (!child) throw XmlError("no memory for an element");
   return XmlElement(pointerOf(child));
+}
+
+XmlElement XmlElement::appendCopy(XmlElement element) {
+  if (isNull() || element.isNull()) throw XmlError("a copy needs an element and a parent");
+  const pugi::xml_node child = nodeOf(node_).append_copy(nodeOf(element.node_));
+  if (!child) throw XmlError("no memory for an element");
+  return XmlElement(pointerOf(child));
+}
+
+std::string XmlElement::text() const {
+  std::string bytes;
+  BytesWriter writer(bytes);
+  nodeOf(node_).print(writer, "", pugi::format_raw, pugi::encoding_utf8);
+  return bytes;
 }
 
 void XmlElement::removeChild(XmlElement child) {
@@ -148,21 +190,35 @@ XmlElement XmlDocument::root() const {
 }
 
 bool XmlDocument::load(std::wstring_view path, std::wstring& reason) {
+  const FileContent file = readWholeFile(path);
+  if (file.isRead()) return read(file.bytes, reason);
+  reason = file.fault;
+  tree_->document.reset();
+  return false;
+}
+
+bool XmlDocument::read(std::string_view bytes, std::wstring& reason) {
+  const auto refuse = [&](std::wstring why) {
+    reason = std::move(why);
+    tree_->document.reset();
+    return false;
+  };
+  const XmlText text = decodeXml(bytes);
+  if (text.fault) return refuse(*text.fault);
   // The declaration is dropped: `serializeUtf16Le` writes its own. Top-level text is let in to be refused.
-  constexpr unsigned options = pugi::parse_default | pugi::parse_comments | pugi::parse_pi |
-                               pugi::parse_doctype | pugi::parse_fragment;
-  const pugi::xml_parse_result result = tree_->document.load_file(toUtf8(path).c_str(), options);
+  // White space in values stays as it is: the engine writes a tab as it stands, and would read it as a blank.
+  constexpr unsigned options = (pugi::parse_default & ~pugi::parse_wconv_attribute) | pugi::parse_comments |
+                               pugi::parse_pi | pugi::parse_doctype | pugi::parse_fragment;
+  const pugi::xml_parse_result result =
+      tree_->document.load_buffer(text.utf8.data(), text.utf8.size(), options, pugi::encoding_utf8);
   if (!result) {
-    reason = fromUtf8(result.description());
-    if (result.offset > 0) reason += L" (at byte " + std::to_wstring(result.offset) + L")";
-    tree_->document.reset();
-    return false;
+    std::wstring why = fromUtf8(result.description());
+    if (result.offset > 0) why += L" (at character " + std::to_wstring(result.offset) + L")";
+    return refuse(std::move(why));
   }
-  if (const char* fault = shapeFault(tree_->document)) {
-    reason = fromUtf8(fault);
-    tree_->document.reset();
-    return false;
-  }
+  if (const char* fault = shapeFault(tree_->document)) return refuse(fromUtf8(fault));
+  if (isNestedDeeper(tree_->document, deepestNesting))
+    return refuse(L"Elements are nested deeper than " + std::to_wstring(deepestNesting) + L" levels.");
   return true;
 }
 

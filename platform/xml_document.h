@@ -37,12 +37,18 @@ public:
   /// Names and values in the order of the document.
   [[nodiscard]] std::vector<std::pair<std::wstring, std::wstring>> attributes() const;
 
-  /// Sets an attribute; a new one goes behind the others.
+  /// Sets an attribute; a new one goes after the others. `XmlError` for a value with a character that XML cannot hold:
+  /// another program could not read the file.
   void setAttribute(std::wstring_view name, std::wstring_view value);
   /// A new last child.
   XmlElement appendChild(std::wstring_view name);
+  /// A new last child: a copy of an element, of any document, with all below it.
+  XmlElement appendCopy(XmlElement element);
   /// Removes a direct child with all below it; every place in it ends.
   void removeChild(XmlElement child);
+
+  /// The element with all below it as UTF-8 in one line; two elements are equal when their texts are.
+  [[nodiscard]] std::string text() const;
 
   friend bool operator==(const XmlElement&, const XmlElement&) = default;
 
@@ -53,7 +59,7 @@ private:
   void* node_ = nullptr;
 };
 
-/// Reads UTF-8 and UTF-16 with or without a byte-order mark. White space between elements is not kept: a file that a
+/// Reads UTF-8 and UTF-16 with or without a byte-order mark, and what else `decodeXml` knows. White space between elements is not kept: a file that a
 /// person has indented comes out in one line. Comments and processing instructions stay.
 class XmlDocument final {
 public:
@@ -65,9 +71,14 @@ public:
   /// The root element, or nothing in a new document.
   [[nodiscard]] XmlElement root() const;
 
-  /// Replaces the content by that of a file. False when the file cannot be read or is not well formed; `reason` then
-  /// holds a sentence, and the document is empty.
+  /// Elements may be nested so deep; a file that goes deeper was not written by any of our programs.
+  static constexpr int deepestNesting = 1000;
+
+  /// Replaces the content by that of a file. False when the file cannot be read, holds bytes that do not fit its
+  /// encoding or is not well formed; `reason` then holds a sentence, and the document is empty.
   [[nodiscard]] bool load(std::wstring_view path, std::wstring& reason);
+  /// The same with the bytes of a file.
+  [[nodiscard]] bool read(std::string_view bytes, std::wstring& reason);
 
   /// Makes the root element of a document that has none; `XmlError` when there is one already.
   XmlElement createRoot(std::wstring_view name);

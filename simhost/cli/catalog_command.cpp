@@ -24,9 +24,9 @@ struct CatalogOptions {
   bool isCheck = false;
 };
 
-Json circuitsJson(const brenvolt::ZanCircuitCatalog& catalogue) {
+Json circuitsJson(const brenvolt::ZanCircuitCatalog& list) {
   Json circuits = Json::array();
-  for (const auto& [circuit, types] : catalogue.circuits()) {
+  for (const auto& [circuit, types] : list.circuits()) {
     Json entries = Json::array();
     for (const brenvolt::ZanCircuitEntry& entry : types.entries)
       entries.push_back(
@@ -39,8 +39,8 @@ Json circuitsJson(const brenvolt::ZanCircuitCatalog& catalogue) {
   return circuits;
 }
 
-void printText(const brenvolt::ZanCircuitCatalog& catalogue) {
-  for (const auto& [circuit, types] : catalogue.circuits()) {
+void printText(const brenvolt::ZanCircuitCatalog& list) {
+  for (const auto& [circuit, types] : list.circuits()) {
     std::printf("%s\n", toUtf8(circuit).c_str());
     for (const brenvolt::ZanCircuitEntry& entry : types.entries)
       std::printf(
@@ -62,14 +62,14 @@ circuits::CheckReport checkCatalogue(const CatalogOptions& options, const std::s
 
 ExitCode runCatalog(const CatalogOptions& options) {
   const std::string workbook = options.site.path();
-  const brenvolt::ZanCircuitCatalog catalogue = readCatalogue(workbook);
+  const brenvolt::ZanCircuitCatalog list = readCircuitList(workbook);
   circuits::CheckReport report;
   if (options.isCheck) report = checkCatalogue(options, workbook);
   if (options.asJson) {
-    const Json all = {{"circuits", circuitsJson(catalogue)}, {"findings", findingsJson(report.findings)}};
+    const Json all = {{"circuits", circuitsJson(list)}, {"findings", findingsJson(report.findings)}};
     std::puts(jsonText(all, 2).c_str());
   } else {
-    printText(catalogue);
+    printText(list);
     if (options.isCheck) printFindings(report);
   }
   return report.findings.empty() ? ExitCode::done : ExitCode::findings;

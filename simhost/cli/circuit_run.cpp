@@ -1,11 +1,19 @@
 // From a circuit's name to the call that builds it.
 #include "simhost/cli/circuit_run.h"
 
+#include "project/saved_configurations.h"
+#include "simhost/cli/plain_number.h"
 #include "simhost/cli/site_workbook.h"
 #include "simhost/host/errors.h"
+#include "simhost/lisp/list.h"
 #include "simhost/lisp/printer.h"
 #include "text/encoding.h"
+#include "text/numbers.h"
 #include "text/split.h"
+
+#include <algorithm>
+#include <array>
+#include <charconv>
 
 namespace simhost {
 
@@ -14,68 +22,185 @@ namespace {
 using brenvolt::fromUtf8;
 using brenvolt::toUtf8;
 
-std::wstring lispText(std::wstring_view text) {
-  return lisp::printValue(lisp::Value::string(std::wstring(text)), lisp::PrintStyle::readable);
+/// Where the parent product's symbol holds the scales.
+constexpr const wchar_t* buildDataSymbol = L"GBL_qn_bv_data";
+constexpr std::size_t circuitScalePlace = 2;
+constexpr std::size_t componentScalePlace = 5;
+
+/// The values of a preset; nothing when one is not a whole number.
+std::optional<std::vector<int>> presetValues(const std::wstring& text) {
+  std::vector<int> values;
+  for (const std::wstring& word : brenvolt::splitSkippingEmpty(text, L',')) {
+    const std::string number = toUtf8(brenvolt::trim(word));
+    if (number.empty()) continue;
+    int value = 0;
+    const char* const end = number.data() + number.size();
+    const auto [rest, error] = std::from_chars(number.data(), end, value);
+    if (error != std::errc() || rest != end) return std::nullopt;
+    values.push_back(value);
+  }
+  return values;
 }
 
-/// A build passes over a preset that it does not know.
-void needPreset(
-    const SessionRun& run, const brenvolt::ZanCircuitCatalog& catalogue, const std::wstring& worksheet) {
-  for (const std::wstring& part : brenvolt::splitSkippingEmpty(fromUtf8(run.preset), L';')) {
-    const std::wstring code = brenvolt::trim(part.substr(0, part.find_first_of(L"[=")));
-    const bool isKnown = part.find(L'=') != std::wstring::npos && catalogue.findRecord(code) != nullptr;
-    if (!isKnown && !brenvolt::trimView(part).empty())
-      throw BadInput(
-          "preset \"" + toUtf8(part) + "\": must be CODE=1,2 with a code of the worksheet " +
-          toUtf8(worksheet));
+bool hasOption(const brenvolt::ZanOptionGroup& group, int value) {
+  return std::any_of(group.options.begin(), group.options.end(), [value](const brenvolt::ZanOption& option) {
+    return option.value == value;
+  });
+}
+
+/// A value stands for the group of its place; -1 leaves that group alone.
+void checkPresetValues(
+    const std::wstring& part, const brenvolt::ZanCodeRecord& record, const std::vector<int>& values,
+    std::vector<std::string>& faults) {
+  for (std::size_t place = 0; place < values.size(); ++place) {
+    const std::string name = "preset \"" + toUtf8(part) + "\": ";
+    const std::string value = std::to_string(values[place]);
+    if (place >= record.groups.size()) {
+      faults.push_back(
+          name + "there are " + std::to_string(record.groups.size()) +
+          " option groups, and a value too many (" + value + ")");
+    } else if (const auto& group = record.groups[place];
+               values[place] != -1 && !hasOption(group, values[place])) {
+      std::string known;
+      for (const brenvolt::ZanOption& option : group.options)
+        known += (known.empty() ? "" : ", ") + std::to_string(option.value);
+      faults.push_back(
+          name + "\"" + toUtf8(group.title) + "\" has no option " + value + "; its options are " + known);
+    }
   }
 }
 
+/// A build passes over a preset that it does not know, and takes another option for a value that none has.
+void needPreset(
+    const SessionRun& run, const brenvolt::ZanCircuitCatalog& list, const std::wstring& worksheet) {
+  std::vector<std::string> faults;
+  for (const std::wstring& part : brenvolt::splitSkippingEmpty(fromUtf8(run.preset), L';')) {
+    if (brenvolt::trimView(part).empty()) continue;
+    const std::wstring code = brenvolt::trim(part.substr(0, part.find_first_of(L"[=")));
+    const std::size_t bracket = part.find(L']');
+    const std::size_t equals = part.find(L'=', bracket == std::wstring::npos ? 0 : bracket);
+    const brenvolt::ZanCodeRecord* const record = list.findRecord(code);
+    // A handle without brackets drops the values.
+    const bool hasValues = equals != std::wstring::npos && part.find(L'=', equals + 1) == std::wstring::npos;
+    const std::optional<std::vector<int>> values =
+        equals == std::wstring::npos ? std::nullopt : presetValues(hasValues ? part.substr(equals + 1) : L"");
+    if (record == nullptr || !values)
+      faults.push_back(
+          "preset \"" + toUtf8(part) + "\": must be CODE=1,2 with a code of the worksheet " +
+          toUtf8(worksheet));
+    else
+      checkPresetValues(part, *record, *values, faults);
+  }
+  if (faults.empty()) return;
+  std::string all;
+  for (const std::string& fault : faults)
+    all += (all.empty() ? "" : "\nbrenvolt: ") + fault;
+  throw BadInput(all);
+}
+
 brenvolt::ZanCircuitEntry findEntry(const SessionRun& run, const std::string& workbook) {
-  brenvolt::ZanCircuitCatalog catalogue = readCatalogue(workbook);
+  brenvolt::ZanCircuitCatalog list = readCircuitList(workbook);
   const std::wstring circuit = fromUtf8(run.circuit);
-  if (!catalogue.circuits().contains(circuit))
-    throw BadInput(toUtf8(catalogue.workbook) + ": there is no circuit \"" + run.circuit + "\"");
-  const brenvolt::ZanCircuitEntry* found = catalogue.findEntry(circuit, fromUtf8(run.type));
+  if (!list.circuits().contains(circuit))
+    throw BadInput(toUtf8(list.workbook) + ": there is no circuit \"" + run.circuit + "\"");
+  const brenvolt::ZanCircuitEntry* found = list.findEntry(circuit, fromUtf8(run.type));
   if (found == nullptr)
     throw BadInput(
-        toUtf8(catalogue.workbook) + ": circuit \"" + run.circuit + "\" has no type \"" + run.type + "\"");
+        toUtf8(list.workbook) + ": circuit \"" + run.circuit + "\" has no type \"" + run.type + "\"");
   brenvolt::ZanCircuitEntry entry = *found;
-  if (!catalogue.readWorksheet(entry.worksheet)) throw BadInput(workbook + ": " + toUtf8(catalogue.error()));
-  needPreset(run, catalogue, entry.worksheet);
+  if (!list.readWorksheet(entry.worksheet)) throw BadInput(workbook + ": " + toUtf8(list.error()));
+  needPreset(run, list, entry.worksheet);
   return entry;
 }
 
-/// A build starts plain when there is no history of the name: nobody would see that it was mistyped.
-void needHistory(const SessionRun& run, const std::string& workbook) {
+std::optional<double> scaleOf(const std::string& option, const std::string& text) {
+  if (text.empty()) return std::nullopt;
+  const std::optional<double> scale = plainNumber(fromUtf8(text));
+  if (!scale || !(*scale > 0)) throw BadInput(option + ": \"" + text + "\" must be a number greater than 0");
+  return scale;
+}
+
+/// A scale that the file holds; one that is empty or no number leaves that of the site.
+std::optional<double> savedScale(const std::wstring& text) {
+  const double scale = brenvolt::toDouble(text);
+  return scale > 0 ? std::optional(scale) : std::nullopt;
+}
+
+/// What a saved configuration brings. A build starts plain when there is none of the name: nobody would see that it
+/// was mistyped.
+void takeConfiguration(SessionRun& run, const std::string& workbook, CircuitCall& call) {
   if (run.history.empty()) return;
-  brenvolt::ZanXmlHistory history;
-  openConfiguration(history, workbook, run.circuit, run.type, run.history);
+  const brenvolt::HistoryKey key{fromUtf8(run.circuit), fromUtf8(run.type), fromUtf8(run.history)};
+  const brenvolt::HistoryFile file = readHistory(workbook);
+  needConfiguration(file, key);
+  const brenvolt::HistorySummary summary = file.summary(key).value();
+  if (!call.circuitScale) call.circuitScale = savedScale(summary.circuitScale);
+  if (!call.componentScale) call.componentScale = savedScale(summary.componentScale);
+  // The fields that go with a preset take the place of the circuit's data, the empty ones too.
+  if (run.preset.empty()) return;
+  const brenvolt::SavedControl control = brenvolt::savedControl(file, key);
+  if (run.params.empty()) run.params = toUtf8(control.fieldsText());
+  if (run.wires.empty()) run.wires = toUtf8(control.wiresText());
+}
+
+lisp::Value textValue(std::wstring_view text) {
+  return lisp::Value::string(std::wstring(text));
+}
+
+void setScales(lisp::Interpreter& interpreter, const CircuitCall& call) {
+  if (!call.circuitScale && !call.componentScale) return;
+  const lisp::Value data = interpreter.value(buildDataSymbol);
+  lisp::ListBuilder changed;
+  std::size_t place = 0;
+  for (const lisp::Value& element : lisp::Elements(data)) {
+    const bool isCircuit = place == circuitScalePlace && call.circuitScale;
+    const bool isComponent = place == componentScalePlace && call.componentScale;
+    changed.add(
+        isCircuit     ? lisp::Value::real(*call.circuitScale)
+        : isComponent ? lisp::Value::real(*call.componentScale)
+                      : element);
+    ++place;
+  }
+  if (place <= componentScalePlace)
+    throw BadInput(toUtf8(buildDataSymbol) + ": the site keeps no scales in it, so none can be set");
+  interpreter.setValue(buildDataSymbol, changed.take());
 }
 
 } // namespace
 
-std::wstring circuitForm(const SessionRun& run, const std::string& workbook, CircuitBuild build) {
+CircuitCall circuitCall(const SessionRun& asked, const std::string& workbook, CircuitBuild build) {
+  SessionRun run = asked;
   const brenvolt::ZanCircuitEntry entry = findEntry(run, workbook);
-  needHistory(run, workbook);
-  std::wstring form = L"(site-build";
+  CircuitCall call;
+  call.circuitScale = scaleOf("--scale", run.scale);
+  call.componentScale = scaleOf("--component-scale", run.componentScale);
+  takeConfiguration(run, workbook, call);
   for (const std::wstring& text :
        {entry.drawingTemplate, fromUtf8(workbook), entry.worksheet, fromUtf8(run.circuit), fromUtf8(run.type),
         fromUtf8(run.history)})
-    form += L" " + lispText(text);
-  form += L" '(" + lisp::printReal(run.at[0]) + L" " + lisp::printReal(run.at[1]) + L")";
+    call.arguments.push_back(textValue(text));
+  lisp::ListBuilder point;
+  point.add(lisp::Value::real(run.at[0]));
+  point.add(lisp::Value::real(run.at[1]));
+  call.arguments.push_back(point.take());
   for (const std::string* text : {&run.preset, &run.params, &run.wires})
-    form += L" " + lispText(fromUtf8(*text));
-  return form + (build == CircuitBuild::direct ? L")" : L" T)");
+    call.arguments.push_back(textValue(fromUtf8(*text)));
+  if (build == CircuitBuild::withDialog) call.arguments.push_back(lisp::Value::truth(true));
+  return call;
 }
 
-std::wstring projectForm(const std::string& database) {
-  return L"(setq site-project-database " + lispText(fromUtf8(database)) + L")";
+lisp::Value callSite(HostRun& host, const CircuitCall& call) {
+  setScales(host.interpreter(), call);
+  return host.call(L"site-build", call.arguments);
+}
+
+void useProject(HostRun& host, const std::string& database) {
+  if (!database.empty()) host.interpreter().setValue(L"site-project-database", textValue(fromUtf8(database)));
 }
 
 std::wstring workbookForm(const std::string& workbook) {
-  return L"(setq GBL_qn_bv_data (append (sublist GBL_qn_bv_data 0 7) (list " + lispText(fromUtf8(workbook)) +
-         L")))";
+  return L"(setq GBL_qn_bv_data (append (sublist GBL_qn_bv_data 0 7) (list " +
+         lisp::printValue(textValue(fromUtf8(workbook)), lisp::PrintStyle::readable) + L")))";
 }
 
 } // namespace simhost

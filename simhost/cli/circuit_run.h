@@ -1,22 +1,34 @@
 // A circuit of the workbook that the tool has to build: how it is found, and the call of the site's LISP that does it.
 #pragma once
 
+#include "simhost/cli/host_run.h"
 #include "simhost/ui/session_file.h"
 
+#include <optional>
 #include <string>
+#include <vector>
 
 namespace simhost {
 
 enum class CircuitBuild { direct, withDialog };
 
-/// The call of `site-build` for the circuit of `run`. Throws BadInput when the workbook does not hold it, when its
-/// worksheet cannot be read, and for a history or a preset that is not there: a build says no word of these.
+/// The call of `site-build`, and the scales that are set before.
+struct CircuitCall {
+  std::vector<lisp::Value> arguments;
+  std::optional<double> circuitScale;   ///< none: that of the site
+  std::optional<double> componentScale; ///< none: that of the site
+};
+
+/// The call for the circuit of `run`. A saved configuration brings its scales, and with a preset also its motor or load
+/// data and its wires, unless the run has its own. Throws BadInput when the workbook does not hold the circuit, when its
+/// worksheet cannot be read, and for a history, a preset or a scale that cannot be used: a build says no word of these.
 /// @param workbook  full path
-[[nodiscard]] std::wstring circuitForm(
-    const SessionRun& run, const std::string& workbook, CircuitBuild build);
+[[nodiscard]] CircuitCall circuitCall(const SessionRun& run, const std::string& workbook, CircuitBuild build);
+/// Calls the site's LISP; the value is nil when the build fails.
+lisp::Value callSite(HostRun& host, const CircuitCall& call);
 
 /// Names the project's database to the site's LISP.
-[[nodiscard]] std::wstring projectForm(const std::string& database);
+void useProject(HostRun& host, const std::string& database);
 /// Names the workbook that the circuit selection opens.
 [[nodiscard]] std::wstring workbookForm(const std::string& workbook);
 

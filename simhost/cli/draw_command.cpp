@@ -3,20 +3,23 @@
 #include "simhost/cli/circuit_run.h"
 #include "simhost/cli/code_standard.h"
 #include "simhost/cli/host_run.h"
-#include "simhost/cli/recorded_build.h"
 #include "simhost/cli/site_workbook.h"
 #include "simhost/cli/subcommand.h"
+#include "simhost/host/circuit_recorder.h"
 #include "simhost/host/errors.h"
+#include "simhost/host/session.h"
 #include "simhost/site/open_database.h"
 #include "simhost/site/site_database.h"
 #include "text/encoding.h"
 
+#include <array>
 #include <cmath>
 #include <cstdio>
 #include <filesystem>
 #include <memory>
 #include <string>
 #include <system_error>
+#include <vector>
 
 namespace simhost {
 
@@ -28,14 +31,14 @@ struct DrawOptions {
   SiteWorkbookOptions site;
   HostOptions host;
   SessionRun run;
-  std::string saveHistory;
+  std::vector<std::string> saveHistory; ///< a name, if it is to be saved
   std::string standardCode;
   bool takesDefaultTables = false;
 };
 
-lisp::Value build(HostRun& host, const std::wstring& form) {
+lisp::Value build(HostRun& host, const CircuitCall& call) {
   try {
-    lisp::Value built = host.run(form, L"draw");
+    lisp::Value built = callSite(host, call);
     host.writeRecording();
     return built;
   } catch (const BadInput&) {
@@ -52,14 +55,31 @@ void acceptDefaultTables(Session& session) {
     session.settings().answerInThisRun(alert, kvui::firstCommand);
 }
 
+/// From now on the site's LISP reaches the module's function that also saves. `isUnsaved` tells when only that failed.
+void saveBuilds(HostRun& host, const std::wstring& name, bool& isUnsaved) {
+  const auto build = [&host, name, &isUnsaved](lisp::Arguments& arguments) {
+    CircuitRecorder::Build recorded(host.session().circuits(), arguments.values());
+    const std::array<lisp::Value, 2> passed = {arguments[0], lisp::Value::string(name)};
+    const lisp::Value answer = host.interpreter().call(L"zan_bv_build_and_save", passed);
+    const bool isSaved = answer.isCons() && !answer.asCons().car().isNil();
+    isUnsaved = answer.isCons() && !isSaved;
+    if (isSaved) recorded.succeed();
+    return lisp::Value::truth(isSaved);
+  };
+  host.interpreter().define(CircuitRecorder::buildFunction, 1, 1, build);
+}
+
 ExitCode runDraw(DrawOptions& options) {
   if (options.host.save.empty()) throw CannotWrite("--out: names no file");
   if (!std::isfinite(options.run.at[0]) || !std::isfinite(options.run.at[1]))
     throw BadInput("--at: a place has two finite numbers");
   const bool asks = !options.host.answers.empty();
   const std::string workbook = options.site.path();
-  const std::wstring form =
-      circuitForm(options.run, workbook, asks ? CircuitBuild::withDialog : CircuitBuild::direct);
+  if (options.saveHistory.size() > 1) throw BadInput("--save-history: give one name");
+  if (!options.saveHistory.empty() && options.saveHistory[0].empty())
+    throw BadInput("--save-history: \"\" is no name");
+  const CircuitCall call =
+      circuitCall(options.run, workbook, asks ? CircuitBuild::withDialog : CircuitBuild::direct);
 
   // Without its tables the build would go on, and size nothing; a site that has none keeps them elsewhere.
   if (hasSiteTables(options.site.site)) {
@@ -75,12 +95,15 @@ ExitCode runDraw(DrawOptions& options) {
   if (!options.standardCode.empty())
     host.interpreter().setValue(codeStandardSymbol, lisp::Value::string(fromUtf8(options.standardCode)));
   if (options.takesDefaultTables) acceptDefaultTables(host.session());
-  if (!options.run.project.empty()) host.run(projectForm(options.run.project), L"draw");
-  if (!options.saveHistory.empty()) recordBuild(host.interpreter(), fromUtf8(options.saveHistory));
+  useProject(host, options.run.project);
+  bool isUnsaved = false;
+  if (!options.saveHistory.empty()) saveBuilds(host, brenvolt::fromUtf8(options.saveHistory[0]), isUnsaved);
   if (asks) host.recordAsSession(options.run);
   const std::string name = options.run.circuit + " / " + options.run.type;
-  if (build(host, form).isNil())
-    throw BadInput(name + (asks ? ": the build failed or was cancelled" : ": the build failed"));
+  const bool isBuilt = !build(host, call).isNil();
+  // The module has said which file it is and why.
+  if (isUnsaved) throw CannotWrite(name + ": the configuration was not saved, so nothing is drawn");
+  if (!isBuilt) throw BadInput(name + (asks ? ": the build failed or was cancelled" : ": the build failed"));
   host.writeResults();
   std::printf("%s: %s\n", name.c_str(), options.host.save.c_str());
   return ExitCode::done;
@@ -102,13 +125,23 @@ CommandTable drawCommand() {
       {"--history", &run.history, "Take over this saved configuration", "NAME"},
       {"--save-history", &options->saveHistory, "Save what was built under this name", "NAME"},
       {"--preset", &run.preset, "Options ahead of the build: CODE=1,2;CODE=3", "TEXT"},
-      {"--params", &run.params, "Motor or load data of a placed circuit: \"a\";\"b\";\"c\"", "TEXT"},
-      {"--wires", &run.wires, R"(Wires of a placed circuit: (("10AWG" "BLK_10AWG" "1") ...))", "TEXT"},
+      {"--params",
+       &run.params,
+       "Motor or load data of a placed circuit: \"a\";\"b\";\"c\"",
+       "TEXT",
+       {.needs = {"--preset"}}},
+      {"--wires",
+       &run.wires,
+       R"(Wires of a placed circuit: (("10AWG" "BLK_10AWG" "1") ...))",
+       "TEXT",
+       {.needs = {"--preset"}}},
       {"--project",
        &run.project,
        "Keep records of the circuit in this project database",
        "FILE",
        {.path = OptionRules::Path::existingFile}},
+      {"--scale", &run.scale, "Scale of the circuit, else that of the saved configuration", "NUMBER"},
+      {"--component-scale", &run.componentScale, "Scale of its components, likewise", "NUMBER"},
       {"--at", &run.at, "Where the template goes", "X,Y"},
       {"--drawing", &run.drawing, "Draw into this drawing instead of an empty one", "FILE"},
       {"--out", &host.save, "Write the drawing here when all went well", "FILE", {.isRequired = true}},

@@ -92,6 +92,11 @@ lisp::Value HostRun::run(std::wstring_view text, std::wstring_view fileName) {
   return site_->run(text, fileName);
 }
 
+lisp::Value HostRun::call(std::wstring_view function, std::span<const lisp::Value> arguments) {
+  const InterruptScope scope(interpreter());
+  return site_->call(function, arguments);
+}
+
 void HostRun::writeResults() {
   if (const std::size_t unused = windows_->unusedSteps(); unused != 0)
     std::fprintf(stderr, "brenvolt: %s: %zu answers were not asked for\n", options_.answers.c_str(), unused);

@@ -10,6 +10,7 @@
 #include <functional>
 #include <memory>
 #include <optional>
+#include <span>
 #include <string>
 #include <vector>
 
@@ -51,7 +52,9 @@ public:
 
   /// Runs a LISP text; a LISP error and a run that was ended throw BadInput.
   lisp::Value run(std::wstring_view text, std::wstring_view fileName);
-  /// The same as one more command of the recorded session.
+  /// Calls a LISP function with arguments that are values already.
+  lisp::Value call(std::wstring_view function, std::span<const lisp::Value> arguments);
+  /// The same as `run`, as one more command of the recorded session.
   lisp::Value runCommand(std::wstring_view text, std::wstring_view fileName);
 
   /// Makes the recording a session that `replay` can run. The paths of `run` lead from the working directory.

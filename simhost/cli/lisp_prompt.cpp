@@ -1,6 +1,7 @@
 // Reading forms line by line from a terminal or a pipe.
 #include "simhost/cli/lisp_prompt.h"
 
+#include "platform/file_replace.h"
 #include "simhost/cli/host_run.h"
 #include "simhost/lisp/input.h"
 #include "simhost/lisp/printer.h"
@@ -49,7 +50,11 @@ public:
     if (file.empty()) return;
     std::error_code error;
     std::filesystem::create_directories(file.parent_path(), error);
-    write_history(file.c_str());
+    // A prompt that is killed while it ends must not take the lines of earlier days with it.
+    brenvolt::FileReplacement replacement(brenvolt::fromUtf8(file.string()));
+    if (replacement.fault()) return;
+    write_history(brenvolt::toUtf8(replacement.nameToWrite()).c_str());
+    static_cast<void>(replacement.commit());
   }
 
   /// No line came because the person has dropped the one that he was typing.

@@ -38,7 +38,7 @@ public:
   /// Points the LISP of the site at the copies; a drawing that is opened runs it anew.
   void prepare() {
     host_.run(workbookForm(copy_.workbook()), L"replay");
-    if (!run_.project.empty()) host_.run(projectForm(copy_.project()), L"replay");
+    if (!run_.project.empty()) useProject(host_, copy_.project());
   }
 
   /// The value of the last LISP.
@@ -120,7 +120,7 @@ ExitCode runReplay(ReplayOptions& options) {
   replay.prepare();
   lisp::Value value;
   try {
-    value = run.isCircuit() ? host.run(circuitForm(run, copy.workbook(), CircuitBuild::withDialog), L"replay")
+    value = run.isCircuit() ? callSite(host, circuitCall(run, copy.workbook(), CircuitBuild::withDialog))
                             : replay.run();
   } catch (const BadInput&) {
     host.writeRecording();

@@ -28,32 +28,26 @@ std::string SiteWorkbookOptions::path() const {
   return fs::absolute(file, error).lexically_normal().string();
 }
 
-brenvolt::ZanCircuitCatalog readCatalogue(const std::string& workbook) {
-  brenvolt::ZanCircuitCatalog catalogue(fromUtf8(workbook));
-  if (!catalogue.readCircuits()) throw BadInput(workbook + ": " + toUtf8(catalogue.error()));
-  return catalogue;
+brenvolt::ZanCircuitCatalog readCircuitList(const std::string& workbook) {
+  brenvolt::ZanCircuitCatalog list(fromUtf8(workbook));
+  if (!list.readCircuits()) throw BadInput(workbook + ": " + toUtf8(list.error()));
+  return list;
 }
 
-bool openHistory(brenvolt::ZanXmlHistory& history, const std::string& workbook) {
-  history.context = fromUtf8(workbook);
-  const fs::path file = fs::path(workbook).replace_filename(toUtf8(brenvolt::historyFileName));
-  std::error_code error;
-  if (!fs::exists(file, error)) return false;
-  if (!history.Reload())
+brenvolt::HistoryFile readHistory(const std::string& workbook) {
+  const std::wstring path = brenvolt::historyPathOf(fromUtf8(workbook));
+  brenvolt::HistoryFile file;
+  if (file.read(path) == brenvolt::HistoryFile::State::refused)
     throw BadInput(
-        file.string() + ": " +
-        (history.error.empty() ? "is no history of version 1.0 or later" : toUtf8(history.error)));
-  return true;
+        toUtf8(path) + ": not a history file: " + toUtf8(file.error()) +
+        " \"brenvolt history recover\" takes over what can be read");
+  return file;
 }
 
-void openConfiguration(
-    brenvolt::ZanXmlHistory& history, const std::string& workbook, const std::string& circuit,
-    const std::string& type, const std::string& name) {
-  history.circuit = fromUtf8(circuit);
-  history.circuitType = fromUtf8(type);
-  history.historyName = fromUtf8(name);
-  if (openHistory(history, workbook) && history.OpenHistory()) return;
-  throw BadInput(circuit + " / " + type + ": there is no history \"" + name + "\"");
+void needConfiguration(const brenvolt::HistoryFile& file, const brenvolt::HistoryKey& key) {
+  if (key.isComplete() && !file.find(key).history.isNull()) return;
+  throw BadInput(
+      toUtf8(key.circuit) + " / " + toUtf8(key.type) + ": there is no history \"" + toUtf8(key.name) + "\"");
 }
 
 } // namespace simhost

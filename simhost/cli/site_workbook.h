@@ -1,8 +1,8 @@
 // The configuration workbook that a subcommand works on, and the saved configurations beside it.
 #pragma once
 
-#include "build/workbook_catalogue.h"
-#include "drawing/history.h"
+#include "project/circuit_list.h"
+#include "project/history_file.h"
 #include "simhost/cli/command_table.h"
 
 #include <string>
@@ -18,14 +18,13 @@ struct SiteWorkbookOptions {
   [[nodiscard]] std::string path() const;
 };
 
-/// The catalogue, its circuits read. Throws BadInput with the reason.
-[[nodiscard]] brenvolt::ZanCircuitCatalog readCatalogue(const std::string& workbook);
+/// The circuit list of a workbook. Throws BadInput with the reason.
+[[nodiscard]] brenvolt::ZanCircuitCatalog readCircuitList(const std::string& workbook);
 
-/// Reads the history file beside the workbook; false when there is none. Throws BadInput when it cannot be read.
-[[nodiscard]] bool openHistory(brenvolt::ZanXmlHistory& history, const std::string& workbook);
-/// Opens the saved configuration of this name. Throws BadInput when there is none.
-void openConfiguration(
-    brenvolt::ZanXmlHistory& history, const std::string& workbook, const std::string& circuit,
-    const std::string& type, const std::string& name);
+/// Reads the history file beside the workbook; one that is absent when there is none. Throws BadInput when it cannot be
+/// used.
+[[nodiscard]] brenvolt::HistoryFile readHistory(const std::string& workbook);
+/// Throws BadInput when the history file does not hold the configuration.
+void needConfiguration(const brenvolt::HistoryFile& file, const brenvolt::HistoryKey& key);
 
 } // namespace simhost

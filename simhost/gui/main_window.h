@@ -20,13 +20,16 @@ class QAction;
 class QEventLoop;
 class QLabel;
 
+namespace brenvolt {
+struct SavedConfiguration;
+}
+
 namespace simhost {
 
 class LayerPanel;
 class PromptPane;
 class SiteRun;
 class UserSettings;
-struct SavedConfiguration;
 
 class MainWindow final : public QMainWindow, public DrawingPicker {
 public:
@@ -94,7 +97,7 @@ private:
   void runForm(const QString& name, const std::wstring& form);
   void newCircuit();
   void buildFromHistory();
-  void buildSaved(const SavedConfiguration& saved);
+  void buildSaved(const brenvolt::SavedConfiguration& saved, const std::wstring& workbookPath);
   void undo();
   void redo();
   void zoomExtents();

@@ -60,25 +60,26 @@ void MainWindow::newCircuit() {
 }
 
 void MainWindow::buildFromHistory() {
-  std::vector<SavedConfiguration> saved;
+  SiteConfigurations found;
   try {
-    saved = savedConfigurations(site_.session().options().siteFolder.string());
+    found = savedConfigurations(site_.session().options().siteFolder.string());
   } catch (const std::exception& error) {
     return say(texts_(HostText::notDone, {QString::fromUtf8(error.what())}));
   }
+  const std::vector<brenvolt::SavedConfiguration>& saved = found.saved;
   if (saved.empty()) return say(texts_(HostText::noHistory));
   QStringList names;
-  for (const SavedConfiguration& row : saved)
-    names.append(toQt(row.circuit + L" / " + row.type + L": " + row.name));
+  for (const brenvolt::SavedConfiguration& row : saved)
+    names.append(toQt(row.key.circuit + L" / " + row.key.type + L": " + row.key.name));
   bool isChosen = false;
   const QString chosen = QInputDialog::getItem(
       this, texts_(HostText::historyTitle), texts_(HostText::historyQuestion), names, 0, false, &isChosen);
   const qsizetype place = names.indexOf(chosen);
   if (!isChosen || place < 0) return;
-  buildSaved(saved[static_cast<std::size_t>(place)]);
+  buildSaved(saved[static_cast<std::size_t>(place)], found.workbook);
 }
 
-void MainWindow::buildSaved(const SavedConfiguration& saved) {
+void MainWindow::buildSaved(const brenvolt::SavedConfiguration& saved, const std::wstring& workbookPath) {
   const QString name = captionOf(*actions_.at(HostText::buildFromHistory));
   say(texts_(HostText::running, {name}));
   const CommandOutcome outcome =
@@ -89,11 +90,11 @@ void MainWindow::buildSaved(const SavedConfiguration& saved) {
           return L" " + lisp::printValue(lisp::Value::string(value), lisp::PrintStyle::readable);
         };
         // The workbook by its name, so that a recording can be replayed on a copy of the site.
-        const std::filesystem::path workbook(saved.workbook);
+        const std::filesystem::path workbook(workbookPath);
         const std::wstring found = L"(find-file" + text(workbook.filename().wstring()) + L")";
         std::wstring form = L"(site-build" + text(saved.drawingTemplate);
         form += L" (or (nth 7 GBL_qn_bv_data) " + found + L")";
-        for (const std::wstring& value : {saved.worksheet, saved.circuit, saved.type, saved.name})
+        for (const std::wstring& value : {saved.worksheet, saved.key.circuit, saved.key.type, saved.key.name})
           form += text(value);
         return evaluate(form + L" " + pointForm(*point) + L" \"\" \"\" \"\")");
       });

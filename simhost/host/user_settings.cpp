@@ -2,14 +2,18 @@
 #include "simhost/host/user_settings.h"
 
 #include "host/host_api_documents.h"
+#include "platform/file_lock.h"
+#include "platform/file_replace.h"
 #include "simhost/host/files.h"
 #include "simhost/host/session.h"
 #include "simhost/json/json_text.h"
+#include "simhost/ui/file_names.h"
 #include "text/encoding.h"
 
 #include <nlohmann/json.hpp>
 
 #include <cstdlib>
+#include <memory>
 #include <system_error>
 
 namespace simhost {
@@ -33,6 +37,7 @@ std::optional<std::wstring> UserSettings::value(std::wstring_view key, std::wstr
 }
 
 bool UserSettings::setValue(std::wstring_view key, std::wstring_view name, std::wstring_view value) {
+  const std::unique_ptr<brenvolt::FileLock> turn = takeTurn();
   readAgain();
   Values& values = keys_[std::wstring(key)];
   const auto found = values.find(name);
@@ -49,6 +54,7 @@ int UserSettings::hiddenAnswer(std::wstring_view key) {
 }
 
 bool UserSettings::setHiddenAnswer(std::wstring_view key, int button) {
+  const std::unique_ptr<brenvolt::FileLock> turn = takeTurn();
   readAgain();
   hidden_[std::wstring(key)] = button;
   return write();
@@ -64,22 +70,35 @@ void UserSettings::read() {
     file_.clear();
   }
   if (file_.empty()) return;
+  readFromFile();
+}
+
+void UserSettings::readFromFile() {
   const std::optional<std::string> bytes = readFile(file_);
   if (!bytes || parse(*bytes)) return;
-  keys_.clear();
-  hidden_.clear();
   // The user's file is kept: the next change would write over it.
-  std::filesystem::path kept = file_;
-  kept += ".damaged";
-  std::filesystem::rename(file_, kept, error);
-  commandLine_.printLine(
-      fromUtf8(file_.string()) + L": damaged settings, kept as " + fromUtf8(kept.filename().string()));
+  std::error_code error;
+  const brenvolt::KeptFile kept = brenvolt::keepBeside(textOfPath(file_), L"damaged");
+  if (kept.fault) {
+    commandLine_.printLine(textOfPath(file_) + L": damaged settings, which stay; settings hold for this run");
+    file_.clear();
+    return;
+  }
+  std::filesystem::remove(file_, error);
+  commandLine_.printLine(textOfPath(file_) + L": damaged settings, kept as " + kept.path);
+}
+
+std::unique_ptr<brenvolt::FileLock> UserSettings::takeTurn() const {
+  if (file_.empty()) return nullptr;
+  std::error_code error;
+  std::filesystem::create_directories(file_.parent_path(), error);
+  // Without a turn the change is made all the same: settings are a convenience that must not stop anybody.
+  return std::make_unique<brenvolt::FileLock>(textOfPath(file_));
 }
 
 void UserSettings::readAgain() {
   read();
-  if (file_.empty()) return;
-  if (const std::optional<std::string> bytes = readFile(file_)) static_cast<void>(parse(*bytes));
+  if (!file_.empty()) readFromFile();
 }
 
 bool UserSettings::parse(const std::string& bytes) {
@@ -88,9 +107,11 @@ bool UserSettings::parse(const std::string& bytes) {
   const Json values = file.value("values", Json::object());
   const Json hidden = file.value("hidden", Json::object());
   if (!values.is_object() || !hidden.is_object()) return false;
+  auto keys = keys_;
+  auto buttons = hidden_;
   for (const auto& [key, names] : values.items()) {
     if (!names.is_object()) return false;
-    Values& kept = keys_[fromUtf8(key)];
+    Values& kept = keys[fromUtf8(key)];
     for (const auto& [name, value] : names.items()) {
       if (!value.is_string()) return false;
       kept[fromUtf8(name)] = fromUtf8(value.get<std::string>());
@@ -98,8 +119,10 @@ bool UserSettings::parse(const std::string& bytes) {
   }
   for (const auto& [key, button] : hidden.items()) {
     if (!button.is_number_integer()) return false;
-    hidden_[fromUtf8(key)] = button.get<int>();
+    buttons[fromUtf8(key)] = button.get<int>();
   }
+  keys_ = std::move(keys);
+  hidden_ = std::move(buttons);
   return true;
 }
 

@@ -1,13 +1,18 @@
-// What the host keeps for its user: values below a key of a dialog, and the answers to dialogs that he chose not to
-// see again. One JSON file, read at the first need and written with every change.
+// What the host keeps for its user: values below a key of a dialog, and the answers to dialogs that the user chose
+// not to see again. One JSON file, read at the first need and written with every change.
 #pragma once
 
 #include <filesystem>
 #include <map>
+#include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
 #include <utility>
+
+namespace brenvolt {
+class FileLock;
+}
 
 namespace simhost {
 
@@ -34,6 +39,10 @@ private:
   using Values = std::map<std::wstring, std::wstring, std::less<>>;
 
   void read();
+  /// A file that is damaged is kept under another name.
+  void readFromFile();
+  /// Nobody else changes the file while this is held.
+  [[nodiscard]] std::unique_ptr<brenvolt::FileLock> takeTurn() const;
   /// Takes in what another run has saved meanwhile, so that a change of ours does not lose it.
   void readAgain();
   [[nodiscard]] bool parse(const std::string& bytes);

@@ -1,23 +1,20 @@
-// The saved configurations of a site's circuits, for a list from which a user picks one to build again.
+// The saved configurations of a site.
 #pragma once
+
+#include "project/saved_configurations.h"
 
 #include <string>
 #include <vector>
 
 namespace simhost {
 
-/// What a direct build needs of one.
-struct SavedConfiguration {
-  std::wstring circuit;
-  std::wstring type;
-  std::wstring name;
-  std::wstring drawingTemplate;
-  std::wstring worksheet;
-  std::wstring workbook;
+struct SiteConfigurations {
+  std::wstring workbook; ///< full path
+  std::vector<brenvolt::SavedConfiguration> saved;
 };
 
-/// Those of the history file beside the site's workbook whose circuit and type the workbook has, in the order of the
-/// file; none without a history. Throws BadInput when workbook or history cannot be read.
-[[nodiscard]] std::vector<SavedConfiguration> savedConfigurations(const std::string& site);
+/// Those of the history file beside the site's workbook; none without a history. Throws BadInput when workbook or
+/// history cannot be read.
+[[nodiscard]] SiteConfigurations savedConfigurations(const std::string& site);
 
 } // namespace simhost

@@ -3,6 +3,7 @@
 
 #include "data/engineering_columns.h"
 #include "platform/file_lock.h"
+#include "platform/file_replace.h"
 #include "simhost/host/errors.h"
 #include "simhost/host/files.h"
 #include "simhost/lisp/errors.h"
@@ -115,25 +116,18 @@ bool isFresh(const fs::path& database, fs::file_time_type change) {
 
 void build(const fs::path& tables, const fs::path& database) {
   std::error_code error;
-  const fs::path beside = database.string() + ".new";
-  fs::remove(beside, error); // of a process that was stopped in the middle
+  brenvolt::FileReplacement file(fromUtf8(database.string()));
+  if (file.fault()) throw CannotWrite(database.string() + ": " + toUtf8(file.fault()->reason));
+  const std::wstring beside = file.nameToWrite();
   const fs::file_time_type begin = fs::file_time_type::clock::now();
-  const brenvolt::ImportReport report = brenvolt::importTables(
-      fromUtf8(beside.string()), {fromUtf8(tables.string())}, brenvolt::engineeringImport());
-  if (!report.isDone()) {
-    fs::remove(beside, error);
-    throw BadInput(joined(report.errors));
-  }
-  takeOverSavedTable(database, beside);
+  const brenvolt::ImportReport report =
+      brenvolt::importTables(beside, {fromUtf8(tables.string())}, brenvolt::engineeringImport());
+  if (!report.isDone()) throw BadInput(joined(report.errors));
+  takeOverSavedTable(database, toUtf8(beside));
   // What belonged to the file that goes must not be taken for the new one's log.
   for (const char* companion : {"-wal", "-shm"})
     fs::remove(database.string() + companion, error);
-  fs::rename(beside, database, error);
-  if (error) {
-    const std::string reason = error.message();
-    fs::remove(beside, error);
-    throw CannotWrite(database.string() + ": " + reason);
-  }
+  if (const auto fault = file.commit()) throw CannotWrite(database.string() + ": " + toUtf8(fault->reason));
   const fs::path stamp = stampOf(database);
   if (const std::string reason = replaceFile(stamp, {}); !reason.empty()) throw CannotWrite(reason);
   // As old as the begin of the work: a table that is changed meanwhile makes it be built again.
@@ -201,9 +195,9 @@ fs::path siteDatabase(const fs::path& site) {
   if (isFresh(database, *change)) return database;
   fs::create_directories(database.parent_path(), error);
   if (error) throw CannotWrite(database.parent_path().string() + ": " + error.message());
-  const std::string turn = database.string() + ".lock";
-  const brenvolt::FileLock lock(fromUtf8(turn));
-  if (lock.fault()) throw CannotWrite(turn + ": " + toUtf8(*lock.fault()));
+  // Large tables take their time: whoever waits here waits for work that it would have to do itself.
+  const brenvolt::FileLock lock(fromUtf8(database.string()), brenvolt::FileLock::wholeDay);
+  if (lock.fault()) throw CannotWrite(database.string() + ": " + toUtf8(*lock.fault()));
   // Another process may have built it while this one waited.
   if (!isFresh(database, *change)) build(tables, database);
   return database;

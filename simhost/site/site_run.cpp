@@ -102,11 +102,13 @@ void SiteRun::close(Document& document, Document& next) {
   session_.documents().activate(&next);
 }
 
-lisp::Value SiteRun::run(std::wstring_view text, std::wstring_view fileName) {
+/// One step of undo, whatever happens in it.
+template <class Work>
+lisp::Value SiteRun::guarded(Work work) {
   const auto fail = [](const std::string& message) { throw BadInput(message); };
   try {
     const UndoGroup group(session_.documents().current()->drawing().undoLog());
-    lisp::Value value = interpreter().run(text, fileName);
+    lisp::Value value = work();
     if (session_.isCancelled()) throw lisp::Cancelled();
     return value;
   } catch (const lisp::LispError& error) {
@@ -116,6 +118,14 @@ lisp::Value SiteRun::run(std::wstring_view text, std::wstring_view fileName) {
     fail(failure.empty() ? "the run was cancelled" : toUtf8(failure));
   }
   return {};
+}
+
+lisp::Value SiteRun::run(std::wstring_view text, std::wstring_view fileName) {
+  return guarded([&] { return interpreter().run(text, fileName); });
+}
+
+lisp::Value SiteRun::call(std::wstring_view function, std::span<const lisp::Value> arguments) {
+  return guarded([&] { return interpreter().call(function, arguments); });
 }
 
 } // namespace simhost

@@ -5,6 +5,7 @@
 #include "simhost/host/session.h"
 
 #include <memory>
+#include <span>
 #include <string>
 #include <string_view>
 
@@ -37,8 +38,12 @@ public:
 
   /// Runs a LISP text; a LISP error and a run that was ended throw BadInput.
   lisp::Value run(std::wstring_view text, std::wstring_view fileName);
+  /// Calls a LISP function with arguments that are values already; errors as for `run`.
+  lisp::Value call(std::wstring_view function, std::span<const lisp::Value> arguments);
 
 private:
+  template <class Work>
+  lisp::Value guarded(Work work);
   void runSite();
   void close(Document& document, Document& next);
 

@@ -26,6 +26,7 @@ constexpr TextMember textMembers[] = {
     {"circuit", &SessionRun::circuit, true},   {"type", &SessionRun::type, true},
     {"history", &SessionRun::history, true},   {"preset", &SessionRun::preset, true},
     {"params", &SessionRun::params, true},     {"wires", &SessionRun::wires, true},
+    {"scale", &SessionRun::scale, true},       {"componentScale", &SessionRun::componentScale, true},
     {"drawing", &SessionRun::drawing, false},  {"project", &SessionRun::project, false},
     {"language", &SessionRun::language, false}};
 

@@ -34,6 +34,8 @@ struct SessionRun {
   std::string preset;                  ///< the fields of a rebuild, as `draw` takes them
   std::string params;
   std::string wires;
+  std::string scale;          ///< of the circuit; empty for that of the saved configuration or of the site
+  std::string componentScale; ///< the same of components
   std::string drawing;  ///< file that is opened, empty for a new drawing; in a file relative to its folder
   std::string project;  ///< database of the project, or a folder of its tables; empty for none
   std::string language; ///< two letters, empty for the one of the environment

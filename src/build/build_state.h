@@ -5,12 +5,12 @@
 #include "build/build_arguments.h"
 #include "build/preset_texts.h"
 #include "build/undo_manager.h"
-#include "build/workbook_catalogue.h"
 #include "config/config_units.h"
 #include "drawing/annotation_rows.h"
 #include "drawing/history.h"
 #include "drawing/markers.h"
 #include "drawing/wire_formatter.h"
+#include "project/circuit_list.h"
 #include "text/compare.h"
 
 #include <cstdint>

@@ -2,7 +2,7 @@
 // and wires ahead of the build. All of them pass over what they cannot read.
 #pragma once
 
-#include "build/workbook_catalogue.h"
+#include "project/circuit_list.h"
 
 #include <cstdint>
 #include <string>

@@ -3,7 +3,7 @@
 #pragma once
 
 #include "drawing/annotation_rows.h"
-#include "drawing/code_record.h"
+#include "project/code_record.h"
 
 #include <cstdint>
 #include <memory>

@@ -4,7 +4,7 @@
 #pragma once
 
 #include "config/widget_manager.h"
-#include "drawing/code_record.h"
+#include "project/code_record.h"
 
 #include <cstdint>
 #include <string>

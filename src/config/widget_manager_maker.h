@@ -5,8 +5,8 @@
 #include "config/widget_manager.h"
 #include "data/component_sizing.h"
 #include "drawing/annotation_rows.h"
-#include "drawing/code_record.h"
 #include "drawing/wire_formatter.h"
+#include "project/code_record.h"
 
 #include <memory>
 #include <string>

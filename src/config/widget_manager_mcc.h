@@ -9,8 +9,8 @@
 #include "data/catalog_selection.h"
 #include "data/db_service.h"
 #include "data/motor_choices.h"
-#include "drawing/code_record.h"
 #include "drawing/wire_formatter.h"
+#include "project/code_record.h"
 
 #include <array>
 #include <optional>

@@ -1,14 +1,13 @@
-// The document in memory and its way from and to the file; history_append.cpp makes its elements.
+// Saving, opening and deleting of histories; history_append.cpp makes their elements.
 #include "drawing/history.h"
 
-#include "drawing/history_file.h"
-#include "drawing/history_names.h"
 #include "host/host_api_documents.h"
 #include "host/host_api_lisp.h"
 #include "host/resources.h"
+#include "platform/file_replace.h"
+#include "project/history_names.h"
 #include "text/compare.h"
 #include "text/format.h"
-#include "text/numbers.h"
 
 #include <algorithm>
 
@@ -16,31 +15,27 @@ namespace brenvolt {
 
 namespace {
 
-constexpr double oldestVersion = 1.0;
+constexpr std::string_view byteOrderMark = "\xFF\xFE";
 
-/// The first child whose "Name" a reader would call the same.
-XmlElement findNamed(XmlElement parent, std::wstring_view elementName, std::wstring_view name) {
-  for (const XmlElement& child : parent.children(elementName))
-    if (equalsCollating(child.attribute(xmlname::name), name)) return child;
-  return {};
+void printLine(TextId text, std::initializer_list<FormatArgument> parts) {
+  // Without words the parts alone, paths and names, still say what it is about.
+  std::wstring format = L"%s";
+  for (std::size_t part = 1; part < parts.size(); ++part)
+    format += L" %s";
+  kvutPrintf((formatText(findText(text).value_or(format), parts) + L"\n").c_str());
 }
 
-void collectProperties(XmlElement group, std::wstring_view setupName, HistoryProperties& pairs) {
-  for (const XmlElement& setup : group.children(setupName))
-    for (const XmlElement& property : setup.children(xmlname::property))
-      pairs.emplace_back(property.attribute(xmlname::name), property.attribute(xmlname::value));
+void reportFault(FileFault::Step step, const std::wstring& path, const std::wstring& reason) {
+  const TextId text = step == FileFault::Step::open ? TextId::historyOpenFailed : TextId::historyWriteFailed;
+  const std::wstring place = reason.empty() ? path : path + L" (" + reason + L")";
+  printLine(text, {std::wstring_view(place)});
 }
 
-/// Labels of the second setup and of what follows it are told apart by its number.
-std::wstring withSetupNumber(std::wstring label, int setup) {
-  if (setup > 1) label += L" - " + formatInt(setup);
-  return label;
-}
-
-void tellWriteFailure(TextId text, const std::wstring& path) {
-  // Without words the path alone still says what could not be written.
-  const std::wstring message = formatText(findText(text).value_or(L"%s"), {path});
-  kvutPrintf(formatText(L"%s\n", {message}).c_str());
+/// A list, a prompt or a file name of a later program would show such a name as something else.
+void requireReadable(std::wstring_view name) {
+  const bool hasControl =
+      std::any_of(name.begin(), name.end(), [](wchar_t c) { return c < 0x20 || (c >= 0x7F && c < 0xA0); });
+  if (hasControl) throw XmlError("the name of a configuration must not hold control characters");
 }
 
 } // namespace
@@ -52,88 +47,95 @@ bool ZanXmlHistory::OpenFile(const std::wstring& path) {
 }
 
 bool ZanXmlHistory::LoadDocument(const std::wstring& path) {
-  accepted_ = false;
-  auto loaded = std::make_unique<XmlDocument>();
-  // What was loaded before stays to be read, but no longer to be written.
-  if (!loaded->load(path, error)) return false;
-
-  forgetDocument();
-  document_ = std::move(loaded);
-  root_ = document_->root();
-  if (!root_.isNamed(xmlname::brenvoltHistory)) return false;
-  accepted_ = toDouble(root_.attribute(xmlname::version)) >= oldestVersion;
-  return accepted_;
+  if (file_.read(path) != HistoryFile::State::accepted) error = file_.error();
+  setCurrentHistory({});
+  deletions_.clear();
+  return file_.isAccepted();
 }
 
 bool ZanXmlHistory::CreateFile(const std::wstring& path, ZanDwgMarkerList& markers) {
   std::string xml;
-  if (!BuildDocument(markers, xml)) return false;
-  replacesFile_ = true;
-  const bool written = WriteDocument(path, xml);
-  replacesFile_ = false;
-  return written;
+  return BuildDocument(markers, xml) && WriteDocument(path, xml);
 }
 
 bool ZanXmlHistory::BuildDocument(ZanDwgMarkerList& markers, std::string& xml) {
   const KvWaitCursor waiting;
+  HistoryFile created;
+  created.startEmpty(context);
+  appendCurrent(created, markers);
+  xml = created.bytes().substr(byteOrderMark.size());
   // Nothing is held afterwards, so that the next save reads what is on disk by then.
-  forgetDocument();
-
-  XmlDocument created;
-  XmlElement root = created.createRoot(xmlname::brenvoltHistory);
-  root.setAttribute(xmlname::context, context);
-  root.setAttribute(xmlname::version, L"1.0");
-  XmlElement circuitElement;
-  XmlElement typeElement;
-  XmlElement history;
-  const bool built = AppendCircuit(root, circuitElement) && AppendCircuitType(circuitElement, typeElement) &&
-                     AppendHistory(typeElement, history) && AppendMarkers(history, markers);
-  if (built) xml = created.serializeUtf16Le(xmlDeclarationData);
-  return built;
+  setCurrentHistory({});
+  file_.forget();
+  return true;
 }
 
 bool ZanXmlHistory::WriteDocument(const std::wstring& path, const std::string& xml) {
-  const OldFile oldFile = replacesFile_ ? OldFile::keepBeside : OldFile::overwrite;
-  switch (writeHistoryFile(path, xml, oldFile)) {
-  case FileWriteResult::done:
+  const std::optional<FileFault> fault = writeWholeFile(path, std::string(byteOrderMark) + xml);
+  if (fault) reportFault(fault->step, path, fault->reason);
+  return !fault;
+}
+
+bool ZanXmlHistory::AddHistory(ZanDwgMarkerList& markers, const std::wstring& path) {
+  if (!file_.isAccepted() || !key().isComplete()) return false;
+  appendCurrent(file_, markers);
+  return WriteDocument(path, file_.bytes().substr(byteOrderMark.size()));
+}
+
+bool ZanXmlHistory::SaveHistory(ZanDwgMarkerList& markers) {
+  if (!key().isComplete() || historyPathOf(context).empty()) return false;
+  setCurrentHistory({});
+  return report(changeHistory(context, file_, [&](HistoryFile& present) {
+    std::vector<HistoryRecord> records{recordOf(HistoryAction::saved, present, key())};
+    appendCurrent(present, markers);
+    return records;
+  }));
+}
+
+void ZanXmlHistory::appendCurrent(HistoryFile& file, ZanDwgMarkerList& markers) {
+  requireReadable(historyName);
+  HistoryFile::Path found = file.find(key());
+  if (!found.history.isNull()) {
+    if (found.history == currentHistory_) setCurrentHistory({});
+    found.type.removeChild(found.history);
+  }
+  if (found.circuit.isNull()) AppendCircuit(file.root(), found.circuit);
+  if (found.type.isNull()) AppendCircuitType(found.circuit, found.type);
+  // After all others, also when it replaces one: the latest is the last.
+  AppendHistory(found.type, found.history);
+  AppendMarkers(found.history, markers);
+}
+
+bool ZanXmlHistory::report(const HistoryOutcome& outcome) const {
+  using Result = HistoryOutcome::Result;
+  const std::wstring path = historyPathOf(context);
+  switch (outcome.result) {
+  case Result::done:
+    if (!outcome.keptAs.empty())
+      printLine(TextId::historyKept, {std::wstring_view(path), std::wstring_view(outcome.keptAs)});
     return true;
-  case FileWriteResult::openFailed:
-    tellWriteFailure(TextId::historyOpenFailed, path);
+  case Result::unchanged:
+    return true;
+  case Result::busy:
+    printLine(
+        TextId::historyBusy,
+        {std::wstring_view(path), std::wstring_view(outcome.holder->user),
+         std::wstring_view(outcome.holder->machine), std::wstring_view(outcome.holder->process)});
     return false;
-  case FileWriteResult::writeFailed:
-    tellWriteFailure(TextId::historyWriteFailed, path);
+  case Result::openFailed:
+    reportFault(FileFault::Step::open, path, outcome.reason);
+    return false;
+  case Result::writeFailed:
+    reportFault(FileFault::Step::write, path, outcome.reason);
     return false;
   }
   return false;
 }
 
-bool ZanXmlHistory::AddHistory(ZanDwgMarkerList& markers, const std::wstring& path) {
-  if (!accepted_ || historyName.empty() || circuit.empty() || circuitType.empty()) return false;
-
-  HistoryPath found = findHistory(historyName);
-  if (!found.history.isNull()) {
-    if (found.history == currentHistory_) setCurrentHistory({});
-    found.type.removeChild(found.history);
-  }
-  if (found.circuit.isNull() && !AppendCircuit(root_, found.circuit)) return false;
-  if (found.type.isNull() && !AppendCircuitType(found.circuit, found.type)) return false;
-  // Behind all others, also when it replaces one: the latest stands last.
-  if (!AppendHistory(found.type, found.history) || !AppendMarkers(found.history, markers)) return false;
-  return WriteDocument(path, document_->serializeUtf16Le(xmlDeclarationData));
-}
-
-bool ZanXmlHistory::SaveHistory(ZanDwgMarkerList& markers) {
-  const std::wstring path = filePath();
-  if (path.empty()) return false;
-  if (accepted_ || OpenFile(path)) return AddHistory(markers, path);
-  return CreateFile(path, markers);
-}
-
 bool ZanXmlHistory::OpenHistory() {
   setCurrentHistory({});
-  if (!Reload()) return false;
-  if (historyName.empty() || circuit.empty() || circuitType.empty()) return false;
-  setCurrentHistory(findHistory(historyName).history);
+  if (!Reload() || !key().isComplete()) return false;
+  setCurrentHistory(file_.find(key()).history);
   return !currentHistory_.isNull();
 }
 
@@ -175,80 +177,42 @@ bool ZanXmlHistory::ReadPropertySets(
 }
 
 bool ZanXmlHistory::Reload() {
-  const std::wstring path = filePath();
+  const std::wstring path = historyPathOf(context);
   return !path.empty() && OpenFile(path);
 }
 
 bool ZanXmlHistory::SaveFile() {
-  const std::wstring path = filePath();
-  if (!accepted_ || path.empty()) return false;
-  return WriteDocument(path, document_->serializeUtf16Le(xmlDeclarationData));
+  if (!file_.isAccepted() || historyPathOf(context).empty()) return false;
+  if (deletions_.empty()) return true;
+  std::vector<HistoryKey> stayed;
+  setCurrentHistory({});
+  const bool isDone = report(deleteFromHistory(context, file_, deletions_, stayed));
+  for (const HistoryKey& each : stayed)
+    printLine(TextId::historyDeletionStayed, {std::wstring_view(each.name)});
+  if (isDone) deletions_.clear();
+  return isDone;
 }
 
 bool ZanXmlHistory::GetHistoryNames(
     std::wstring_view circuitName, std::wstring_view typeName, std::vector<std::wstring>& names) const {
-  names.clear();
-  const XmlElement circuitElement = findNamed(root_, xmlname::circuit, circuitName);
-  const XmlElement typeElement = findNamed(circuitElement, xmlname::circuitType, typeName);
-  for (const XmlElement& history : typeElement.children(xmlname::history))
-    names.push_back(history.attribute(xmlname::name));
+  names = file_.names(circuitName, typeName);
   return !names.empty();
 }
 
 bool ZanXmlHistory::DeleteHistory(std::wstring_view name) {
-  if (name.empty() || circuit.empty() || circuitType.empty()) return false;
-  HistoryPath found = findHistory(name);
-  if (found.history.isNull()) return false;
-  if (found.history == currentHistory_) setCurrentHistory({});
-  found.type.removeChild(found.history);
-  return true;
+  const HistoryKey deleted{circuit, circuitType, std::wstring(name)};
+  const XmlElement history = deleted.isComplete() ? file_.find(deleted).history : XmlElement();
+  if (history.isNull()) return false;
+  if (history == currentHistory_) setCurrentHistory({});
+  deletions_.push_back({deleted, history.text()});
+  return file_.remove(deleted);
 }
 
 bool ZanXmlHistory::ReadHistory(std::wstring_view name, HistorySummary& summary) const {
-  if (name.empty() || circuit.empty() || circuitType.empty()) return false;
-  const XmlElement history = findHistory(name).history;
-  if (history.isNull()) return false;
-
-  summary.componentScale = history.attribute(xmlname::componentScale);
-  summary.circuitScale = history.attribute(xmlname::circuitScale);
-  summary.pairs.clear();
-  int setups = 0;
-  for (const XmlElement& marker : history.children(xmlname::marker)) {
-    for (const XmlElement& group : marker.children(xmlname::controlGroup)) {
-      HistoryProperties pairs;
-      collectProperties(group, rowname::motorSetup, pairs);
-      collectProperties(group, rowname::loadSetup, pairs);
-      if (pairs.empty()) continue;
-      ++setups;
-      for (auto& [label, value] : pairs)
-        summary.pairs.emplace_back(withSetupNumber(std::move(label), setups), std::move(value));
-    }
-    for (const XmlElement& option : marker.children(xmlname::selectOption))
-      summary.pairs.emplace_back(
-          withSetupNumber(option.attribute(xmlname::uiTitle), setups), option.attribute(xmlname::uiPrompt));
-  }
+  std::optional<HistorySummary> found = file_.summary({circuit, circuitType, std::wstring(name)});
+  if (!found) return false;
+  summary = std::move(*found);
   return !summary.pairs.empty();
-}
-
-std::wstring ZanXmlHistory::filePath() const {
-  std::wstring path = folderOf(context);
-  if (!path.empty()) path += historyFileName;
-  return path;
-}
-
-ZanXmlHistory::HistoryPath ZanXmlHistory::findHistory(std::wstring_view name) const {
-  HistoryPath path;
-  path.circuit = findNamed(root_, xmlname::circuit, circuit);
-  path.type = findNamed(path.circuit, xmlname::circuitType, circuitType);
-  path.history = findNamed(path.type, xmlname::history, name);
-  return path;
-}
-
-void ZanXmlHistory::forgetDocument() {
-  setCurrentHistory({});
-  root_ = {};
-  document_.reset();
-  accepted_ = false;
 }
 
 void ZanXmlHistory::setCurrentHistory(XmlElement history) {

@@ -1,12 +1,12 @@
-// The history file: one XML file beside the workbook that keeps, per circuit and circuit type, any number of named
-// configurations. The circuit selection lists and summarises them, the build writes the one it has just configured
-// and pushes a named one back into its markers.
+// Markers and the history file: the circuit selection lists and summarises saved configurations, the build writes the
+// one it has just configured and pushes a named one back into its markers.
 #pragma once
 
 #include "drawing/markers.h"
 #include "platform/xml_document.h"
+#include "project/history_change.h"
+#include "project/history_file.h"
 
-#include <memory>
 #include <string>
 #include <string_view>
 #include <unordered_map>
@@ -14,8 +14,6 @@
 #include <vector>
 
 namespace brenvolt {
-
-inline constexpr std::wstring_view historyFileName = L"zan_brenvolt.xml";
 
 /// Keeps the XML parser's reason when a load failed.
 class ZanXmlError {
@@ -28,10 +26,6 @@ public:
   std::wstring error;
 };
 
-/// A property of a stored row: name and value.
-using HistoryProperty = std::pair<std::wstring, std::wstring>;
-using HistoryProperties = std::vector<HistoryProperty>;
-
 /// A stored choice.
 struct HistoryOption {
   std::wstring title; ///< of the option group
@@ -41,15 +35,9 @@ struct HistoryOption {
   friend bool operator==(const HistoryOption&, const HistoryOption&) = default;
 };
 
-/// What the circuit selection shows of a history before it is used.
-struct HistorySummary {
-  HistoryProperties pairs;
-  std::wstring componentScale;
-  std::wstring circuitScale;
-};
-
-/// Owns one document in memory. It never watches the file: of two owners the last to write wins. Operations answer
-/// false for anything negative; a document that cannot be changed throws `XmlError`.
+/// Owns one document in memory and never watches the file: a save and a deletion read it again and apply their one
+/// change, so that nothing that others have saved meanwhile is lost. Operations answer false for anything negative, and
+/// say on the host's command line why a file was not written; a document that cannot be changed throws `XmlError`.
 class ZanXmlHistory : public ZanXmlError {
 public:
   ZanXmlHistory() = default;
@@ -71,8 +59,8 @@ public:
   virtual bool LoadDocument(const std::wstring& path);
   /// A new document as UTF-16LE text. Afterwards no document is held.
   virtual bool BuildDocument(ZanDwgMarkerList& markers, std::string& xml);
-  /// Writes UTF-16LE text behind a byte-order mark: beside the file first, then renamed over it. A failure is told on
-  /// the host's command line and leaves the file as it was.
+  /// Writes UTF-16LE text after a byte-order mark. A failure is reported on the host's command line and leaves the file
+  /// as it was.
   virtual bool WriteDocument(const std::wstring& path, const std::string& xml);
   /// Adds the current history to the loaded document, the one of the same name removed, and writes the file. False
   /// unless the document was accepted and all three names are given.
@@ -86,8 +74,8 @@ public:
   virtual bool AppendSelectOption(XmlElement parent, const ZanOptionGroup& group);
   virtual bool AppendMarker(XmlElement parent, const ZanDwgMarker& marker);
 
-  /// Saves the current history. A file that is not accepted (damaged, foreign, too old) gives way to a new one that
-  /// holds this history alone; the old one is kept beside it as `zan_brenvolt.damaged-1.xml`, or the next free number.
+  /// Saves the current history in a turn of its own. A file that is not accepted (damaged, foreign, too old) gives way
+  /// to a new one that holds this history alone; the old one is kept beside it, and the command line says where.
   bool SaveHistory(ZanDwgMarkerList& markers);
   /// Reads the file again and goes to the history named by `circuit`, `circuitType` and `historyName`.
   bool OpenHistory();
@@ -101,7 +89,8 @@ public:
   static bool ReadPropertySets(
       XmlElement node, std::wstring_view elementName, std::vector<HistoryProperties>& sets);
   bool Reload();
-  /// Writes the document in memory.
+  /// Deletes in the file, as it is now, what was deleted in memory; an entry that was saved again by another program
+  /// meanwhile stays, and the command line says so.
   bool SaveFile();
   /// The names of all histories of a type in document order; true when there is one.
   bool GetHistoryNames(
@@ -111,28 +100,20 @@ public:
   /// The motor and load properties and the choices of a history; the second setup's labels end in " - 2".
   bool ReadHistory(std::wstring_view name, HistorySummary& summary) const;
 
-  [[nodiscard]] bool hasDocument() const { return document_ != nullptr; }
+  [[nodiscard]] bool hasDocument() const { return file_.hasDocument(); }
   [[nodiscard]] bool hasOpenHistory() const { return !currentHistory_.isNull(); }
 
 private:
-  /// The three elements on the way to a history, as far as they exist.
-  struct HistoryPath {
-    XmlElement circuit;
-    XmlElement type;
-    XmlElement history;
-  };
-
-  /// The path of the history file; empty when `context` names no folder.
-  [[nodiscard]] std::wstring filePath() const;
-  [[nodiscard]] HistoryPath findHistory(std::wstring_view name) const;
-  void forgetDocument();
+  [[nodiscard]] HistoryKey key() const { return {circuit, circuitType, historyName}; }
+  /// Adds the current history to a document, the one of the same name removed.
+  void appendCurrent(HistoryFile& file, ZanDwgMarkerList& markers);
+  /// Reports what the user must know; true when the file is as it was asked for.
+  bool report(const HistoryOutcome& outcome) const;
   void setCurrentHistory(XmlElement history);
 
-  std::unique_ptr<XmlDocument> document_;
-  XmlElement root_;
+  HistoryFile file_;
   XmlElement currentHistory_;
-  bool accepted_ = false;     ///< the last load passed: only then may the document be added to or written
-  bool replacesFile_ = false; ///< the next write makes a new file where one that was not accepted may stand
+  std::vector<HistoryDeletion> deletions_; ///< in memory and not yet in the file
 
   /// The children of the opened history that `FindElement` has seen, for one pair of element and attribute name: a
   /// search for each marker would otherwise cost the square of their number.

@@ -1,6 +1,6 @@
 // The elements of a history, made from markers. Attributes are set in the order in which the file has them.
 #include "drawing/history.h"
-#include "drawing/history_names.h"
+#include "project/history_names.h"
 #include "text/numbers.h"
 
 namespace brenvolt {

@@ -1,6 +1,6 @@
 #include "drawing/history_apply.h"
 
-#include "drawing/history_names.h"
+#include "project/history_names.h"
 #include "text/compare.h"
 #include "text/numbers.h"
 

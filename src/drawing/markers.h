@@ -4,8 +4,8 @@
 #pragma once
 
 #include "drawing/annotation_rows.h"
-#include "drawing/code_record.h"
 #include "host/host_api_database.h"
+#include "project/code_record.h"
 #include "text/compare.h"
 
 #include <cstdint>

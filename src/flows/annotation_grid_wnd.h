@@ -2,8 +2,8 @@
 // preset on, an emptied one off.
 #pragma once
 
-#include "drawing/annotation_presets.h"
 #include "host/host_api_ui.h"
+#include "project/annotation_presets.h"
 
 #include <string>
 #include <string_view>

@@ -1,8 +1,8 @@
 // The tree from which a circuit's type is chosen: circuits, and below each its types in the workbook's order.
 #pragma once
 
-#include "build/workbook_catalogue.h"
 #include "host/host_api_ui.h"
+#include "project/circuit_list.h"
 
 #include <map>
 #include <optional>

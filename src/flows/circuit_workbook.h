@@ -1,8 +1,8 @@
 // Opening the configuration workbook for the circuit selection: finding it, and telling the user what is wrong with it.
 #pragma once
 
-#include "build/workbook_catalogue.h"
 #include "host/host_api_ui.h"
+#include "project/circuit_list.h"
 
 #include <string>
 

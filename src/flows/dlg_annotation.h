@@ -2,10 +2,10 @@
 // taken from the drawing or the project.
 #pragma once
 
-#include "drawing/annotation_presets.h"
 #include "flows/annotation_grid_wnd.h"
 #include "host/host_api_ui.h"
 #include "host/resources.h"
+#include "project/annotation_presets.h"
 
 #include <optional>
 #include <string>

@@ -2,13 +2,13 @@
 // with which scales. It only chooses; nothing is drawn.
 #pragma once
 
-#include "build/workbook_catalogue.h"
 #include "data/project_circuits.h"
-#include "drawing/annotation_presets.h"
 #include "drawing/history.h"
 #include "flows/circuit_tree_ctrl.h"
 #include "host/build_data.h"
 #include "host/host_api_ui.h"
+#include "project/annotation_presets.h"
+#include "project/circuit_list.h"
 
 #include <optional>
 #include <string>

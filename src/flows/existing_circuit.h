@@ -3,7 +3,7 @@
 #pragma once
 
 #include "data/project_circuits.h"
-#include "drawing/annotation_presets.h"
+#include "project/annotation_presets.h"
 
 #include <vector>
 

@@ -1,5 +1,6 @@
 #include "flows/wire_report_file.h"
 
+#include "platform/file_lock.h"
 #include "platform/file_replace.h"
 #include "platform/workbook_writer.h"
 #include "text/compare.h"
@@ -93,6 +94,8 @@ std::wstring reportLine(const ReportRow& row, ReportFormat format) {
 
 std::optional<std::wstring> writeReport(
     std::wstring_view path, ReportMode mode, const std::vector<ReportRow>& rows) {
+  std::optional<FileLock> turn;
+  if (mode == ReportMode::append && turn.emplace(path).fault()) return turn->fault();
   if (reportFormatOf(path) == ReportFormat::workbook) return writeWorkbook(path, mode, rows);
   return writeText(path, mode, rows);
 }

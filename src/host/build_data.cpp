@@ -3,6 +3,7 @@
 
 #include "host/host_api_lisp.h"
 #include "host/lisp_symbols.h"
+#include "host/resources.h"
 #include "host/result_list.h"
 
 #include <utility>
@@ -32,7 +33,7 @@ ResultList newList(const std::wstring& name, const BuildData& data) {
   return list.take();
 }
 
-/// The list with name, scales and trace replaced; empty when it is too short or has no end.
+/// The list with name, scales and trace replaced, a missing trace added; empty when it is shorter or has no end.
 ResultList changedList(ListReader reader, const std::wstring& name, const BuildData& data) {
   ListBuilder list;
   list.beginList().addText(name);
@@ -44,7 +45,7 @@ ResultList changedList(ListReader reader, const std::wstring& name, const BuildD
     list.addReal(scale);
     return reader.skipElement();
   });
-  if (!hasScales || !reader.skipElement()) return ResultList();
+  if (!hasScales || (!reader.atEnd() && !reader.skipElement())) return ResultList();
   list.addShort(traceNumber(data));
   while (!reader.atEnd()) {
     ResultList rest = reader.copyElement();
@@ -77,11 +78,12 @@ bool readBuildData(BuildData& data) {
 }
 
 bool writeBuildData(const std::wstring& name, const BuildData& data) {
-  // A value that cannot be read is somebody's all the same: it is left as it is.
+  // What the user has chosen now counts more than a value that cannot be passed on, a symbol for instance.
   ResultList symbol;
-  if (kvedGetSym(lispsymbol::buildData, symbol.receive()) != kvstatus::normal) return false;
+  const bool isRead = kvedGetSym(lispsymbol::buildData, symbol.receive()) == kvstatus::normal;
+  if (!isRead) kvutPrintf((loadText(TextId::buildDataReplaced) + L"\n").c_str());
   ListReader reader(symbol);
-  const bool isFilled = reader.enterList() && !reader.atEnd();
+  const bool isFilled = isRead && reader.enterList() && !reader.atEnd();
   const ResultList changed = isFilled ? changedList(reader, name, data) : newList(name, data);
   return !changed.isEmpty() && putList(lispsymbol::buildData, changed);
 }

@@ -24,9 +24,10 @@ struct BuildData {
 /// is no list or ends ahead of its fourth scale.
 [[nodiscard]] bool readBuildData(BuildData& data);
 
-/// Writes name, scales and trace flag back into the symbol; all other elements stay. A symbol that is no list becomes
-/// (name nil scaleA scaleD scaleC scaleB trace). False, with the symbol untouched, when the list is too short for all
-/// of them or the host refuses.
+/// Writes name, scales and trace flag back into the symbol; all other elements stay, and a missing trace flag is added.
+/// A symbol that is no list becomes (name nil scaleA scaleD scaleC scaleB trace); so does one whose value cannot be
+/// passed on, which is reported on the command line. False, with the symbol untouched, when the list has not all four
+/// scales or the host refuses.
 [[nodiscard]] bool writeBuildData(const std::wstring& name, const BuildData& data);
 
 } // namespace brenvolt

@@ -178,6 +178,12 @@ enum class TextId : unsigned {
   undoRefused = 22400,
   rollbackRefused = 22401,
   historyRefused = 22402, ///< "%s": the reason
+
+  // History file, what others have to do with it.
+  historyBusy = 22410,           ///< "%s" four times: path, user, machine, process number
+  historyKept = 22411,           ///< "%s", "%s": the file that was no history, where it is kept
+  historyDeletionStayed = 22412, ///< "%s": the name of the configuration
+  buildDataReplaced = 22413,     ///< the parent product's settings
 };
 
 /// The text that lies `offset` numbers behind `first`, for rows that are counted.

@@ -26,6 +26,8 @@ constexpr LispFunction functions[] = {
     {L"zan_bv_code_std_desc", 104, AnswerForm::list, ResourceUse::none, codeStandardDescription},
     {L"zan_bv_edit_wiresize", 107, AnswerForm::list, ResourceUse::pushed, editWireSize},
     {L"zan_bv_pf_wire_select", 105, AnswerForm::list, ResourceUse::pushed, powerFeedWireSelect},
+    // Beside the eight that the parent product knows.
+    {L"zan_bv_build_and_save", 108, AnswerForm::list, ResourceUse::pushed, buildAndSave},
 };
 
 constexpr const wchar_t* exposedFunctions[] = {L"qn_mdb_proj_dbfnam", L"qn_bv_save_codehdl"};

@@ -1,4 +1,4 @@
-// The eight LISP functions: names, codes, handlers, and the order in which they are registered.
+// The LISP functions, eight that the parent product knows and one for tools: names, codes, handlers, and the order in which they are registered.
 #pragma once
 
 #include "host/result_list.h"
@@ -27,7 +27,7 @@ struct LispFunction {
 /// The function of a code, null for an unknown code.
 [[nodiscard]] const LispFunction* findFunction(int code);
 
-/// Makes the eight functions known to the host, and two functions of the parent product reachable from here. Done again
+/// Makes the functions known to the host, and two functions of the parent product reachable from here. Done again
 /// for each drawing. A function that the host refuses stays unregistered.
 void registerFunctions();
 

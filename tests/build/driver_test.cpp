@@ -146,11 +146,11 @@ TEST_CASE("a configuration that could not be saved does not reach the file with 
   CHECK(buildAndFinish(site, *build));
   const ResourceScope resources;
   CHECK(build->saveHistory(L"First"));
-  const std::filesystem::path temporary = site.folder() / "zan_brenvolt.xml.new";
-  std::filesystem::create_directory(temporary);
+  const std::filesystem::path file = site.folder() / "zan_brenvolt.xml";
+  std::filesystem::permissions(file, std::filesystem::perms::owner_read);
   CHECK_FALSE(build->saveHistory(L"Lost"));
   CHECK_EQ(build->history().historyName, L"First");
-  std::filesystem::remove(temporary);
+  std::filesystem::permissions(file, std::filesystem::perms::owner_all);
   CHECK(build->saveHistory(L"Second"));
   std::vector<std::wstring> names;
   CHECK(build->history().Reload());

@@ -63,14 +63,6 @@ std::wstring describe(const ResultList& list) {
   return text;
 }
 
-ZanOptionGroup makeGroup(const wchar_t* title, std::initializer_list<OptionRow> options) {
-  ZanOptionGroup group;
-  group.title = title;
-  for (const OptionRow& option : options)
-    group.options.push_back({option.text, option.value, option.selected});
-  return group;
-}
-
 ZanDwgMarker makeMarker(const wchar_t* code, const wchar_t* order, int level, unsigned handle) {
   ZanDwgMarker marker;
   marker.code = code;

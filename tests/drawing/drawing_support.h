@@ -3,6 +3,7 @@
 
 #include "drawing/annotation_rows.h"
 #include "drawing/markers.h"
+#include "tests/support/option_groups.h"
 
 #include <doctest/doctest.h>
 
@@ -17,13 +18,6 @@ namespace brenvolt::test {
 
 /// A list as LISP prints it; "<null>" for no list at all.
 [[nodiscard]] std::wstring describe(const ResultList& list);
-
-struct OptionRow {
-  const wchar_t* text;
-  int value;
-  bool selected;
-};
-[[nodiscard]] ZanOptionGroup makeGroup(const wchar_t* title, std::initializer_list<OptionRow> options);
 
 [[nodiscard]] ZanDwgMarker makeMarker(
     const wchar_t* code, const wchar_t* order = L"1", int level = 1, unsigned handle = 0);

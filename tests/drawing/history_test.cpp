@@ -84,10 +84,11 @@ struct Fixture {
     history.historyName = name;
     return history.SaveHistory(markers);
   }
+  /// The journal, which every save writes, apart.
   [[nodiscard]] std::vector<std::string> filesInFolder() const {
     std::vector<std::string> found;
     for (const auto& entry : fs::directory_iterator(folder.path()))
-      found.push_back(entry.path().filename().string());
+      if (entry.path().extension() != ".journal") found.push_back(entry.path().filename().string());
     std::sort(found.begin(), found.end());
     return found;
   }
@@ -172,6 +173,7 @@ TEST_CASE_FIXTURE(Fixture, "a file that is not accepted gives way to a new one a
     CHECK(names() == Names{L"Pump 1"});
     const std::string name = "zan_brenvolt.damaged-" + std::to_string(++kept) + ".xml";
     CHECK(bytesOf(folder / name) == bytes);
+    CHECK(host.printed().find(fromUtf8((folder / name).string()) + L"\n") != std::wstring::npos);
   }
   CHECK(filesInFolder().size() == kept + 1);
 }
@@ -203,17 +205,26 @@ TEST_CASE_FIXTURE(Fixture, "names that are missing, or a workbook without a fold
   CHECK(bytesOf(file()) == before);
 }
 
-TEST_CASE_FIXTURE(Fixture, "a folder that takes no file leaves the old history and says so") {
+TEST_CASE_FIXTURE(Fixture, "a name with control characters is refused, and the file stays as it is") {
   CHECK(save(L"Pump 1"));
   const std::string before = bytesOf(file());
-  // A folder in the place of the new file: no user may write it, root included.
-  fs::create_directory(folder / "zan_brenvolt.xml.new");
+  for (const wchar_t* name : {L"a\nb", L"tab\t", L"\x01", L"\x9f"})
+    CHECK_THROWS_AS(save(name), XmlError);
+  history.circuit = L"Bell\a";
+  CHECK_THROWS_AS(save(L"Pump 2"), XmlError);
+  CHECK(bytesOf(file()) == before);
+}
+
+TEST_CASE_FIXTURE(Fixture, "a file without write permission stays as it is, and the command line says so") {
+  CHECK(save(L"Pump 1"));
+  const std::string before = bytesOf(file());
+  fs::permissions(file(), fs::perms::owner_read);
   CHECK_FALSE(save(L"Pump 2"));
   CHECK(bytesOf(file()) == before);
   CHECK(host.printed().find(fromUtf8(file().string())) != std::wstring::npos);
   CHECK(host.printed().back() == L'\n');
 
-  fs::remove(folder / "zan_brenvolt.xml.new");
+  fs::permissions(file(), fs::perms::owner_all);
   CHECK(save(L"Pump 2"));
   CHECK(names().back() == L"Pump 2");
 }

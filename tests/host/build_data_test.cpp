@@ -76,9 +76,10 @@ TEST_CASE("build data is written into the list that LISP has, or into a new one"
       {"'(\"M\" (1.0 2.0 3.0) 1.0 1.0 1.0 1.0 0 \"w.xls\" (9 (8)))", true,
        "(\"N\" (1.0 2.0 3.0) 2.0 5.0 4.0 3.0 1 \"w.xls\" (9 (8)))"},
       {"'(nil (1 (2) 3) \"x\" nil (1 2) 7 nil)", true, "(\"N\" (1 (2) 3) 2.0 5.0 4.0 3.0 1)"},
-      {"'(\"M\" nil 1.0 1.0 1.0 1.0)", false, "(\"M\" nil 1.0 1.0 1.0 1.0)"},
+      {"'(\"M\" nil 1.0 1.0 1.0 1.0)", true, "(\"N\" nil 2.0 5.0 4.0 3.0 1)"},
+      {"'(\"M\" nil 1.0 1.0 1.0)", false, "(\"M\" nil 1.0 1.0 1.0)"},
       {"'(\"M\")", false, "(\"M\")"},
-      {"'(\"M\" nil 1.0 1.0 1.0 1.0 0 some-symbol)", false, "(\"M\" nil 1.0 1.0 1.0 1.0 0 SOME-SYMBOL)"},
+      {"'(\"M\" nil 1.0 1.0 1.0 1.0 0 some-symbol)", true, "(\"N\" nil 2.0 5.0 4.0 3.0 1)"},
   };
   BuildData data;
   data.scaleA = 2;

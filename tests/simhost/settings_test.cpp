@@ -68,12 +68,14 @@ TEST_CASE("values outlive the session, below their key, and what is missing stay
 TEST_CASE("a damaged settings file is kept beside the new one and told") {
   const TemporaryFolder folder;
   const std::filesystem::path file = folder.path() / "settings.json";
+  int kept = 0;
   for (const char* damage : {"{", "[]", R"({"values": {"a": 1}})", R"({"hidden": {"a": "b"}})"}) {
     REQUIRE(simhost::replaceFile(file, damage).empty());
     HostFixture host({}, keptIn(file));
     CHECK(kvdsWriteUserValue(L"Dlg", L"Last", L"1"));
     CHECK(host.printed.find(L"damaged settings") != std::wstring::npos);
-    CHECK(simhost::readFile(folder.path() / "settings.json.damaged") == damage);
+    const std::string name = "settings.damaged-" + std::to_string(++kept) + ".json";
+    CHECK(simhost::readFile(folder.path() / name) == damage);
     CHECK(simhost::readFile(file).value().find("Last") != std::string::npos);
   }
 }

@@ -13,12 +13,13 @@
 using namespace simhost;
 
 TEST_CASE("a saved configuration is placed where the user clicks, and undone as a whole") {
-  const std::vector<SavedConfiguration> saved = savedConfigurations("site");
+  const std::vector<brenvolt::SavedConfiguration> saved = savedConfigurations("site").saved;
   REQUIRE(saved.size() >= 5);
-  const auto pump = std::find_if(
-      saved.begin(), saved.end(), [](const SavedConfiguration& row) { return row.name == L"Pump 10 HP"; });
+  const auto pump = std::find_if(saved.begin(), saved.end(), [](const brenvolt::SavedConfiguration& row) {
+    return row.key.name == L"Pump 10 HP";
+  });
   REQUIRE(pump != saved.end());
-  CHECK(pump->circuit == L"Three-phase motors");
+  CHECK(pump->key.circuit == L"Three-phase motors");
   CHECK(pump->worksheet == L"M3_DOL");
 
   GuiFixture gui({}, "en", "site");

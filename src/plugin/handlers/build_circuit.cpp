@@ -34,10 +34,17 @@ private:
   bool exists_;
 };
 
-bool buildDirectly(ZanBrenvolt& build) {
+/// What a direct build is saved under, and whether it was.
+struct Saving {
+  std::wstring name;
+  bool isDone = false;
+};
+
+bool buildDirectly(ZanBrenvolt& build, Saving* saving) {
   const bool result = build.prepare(BuildKind::direct);
   // Without its server a build has figures missing: it counts as failed, and the parent product takes it back.
   if (wasConnectionLost()) return false;
+  if (result && saving != nullptr) saving->isDone = build.saveHistory(saving->name);
   if (build.needsFinish()) build.finish();
   return result;
 }
@@ -48,28 +55,43 @@ bool configureAndBuild(ZanBrenvolt& build) {
   return runConfiguration(build, kdsw_korvoMainWnd());
 }
 
-bool runBuild(ZanBrenvolt& build) {
+bool runBuild(ZanBrenvolt& build, Saving* saving) {
   build.readBuildData();
   if (!build.loadCatalog() || !pumpMessages()) return false;
   if (!build.readMarkers() || !pumpMessages()) return false;
   build.readPresets();
-  return build.args().directBuild ? buildDirectly(build) : configureAndBuild(build);
+  return build.args().directBuild ? buildDirectly(build, saving) : configureAndBuild(build);
+}
+
+bool buildWith(std::optional<ZanBuildArgs> args, Saving* saving) {
+  if (!pumpMessages()) return false;
+  // Declared ahead of the maker, so that it outlives the managers, which look at its data.
+  std::optional<ZanBrenvolt> build;
+  const MakerOfBuild maker;
+  if (!maker.exists() || !args) return false;
+  // One dialog at a time: the managers of a second one would count for the circuit of the first.
+  if (maker.isInside() && !args->directBuild) return false;
+  return runBuild(build.emplace(std::move(*args)), saving);
 }
 
 } // namespace
 
 ResultList buildCircuit(const ResultList& arguments) {
-  if (!pumpMessages()) return {};
-  // Declared ahead of the maker, so that it outlives the managers, which look at its data.
-  std::optional<ZanBrenvolt> build;
-  const MakerOfBuild maker;
-  std::optional<ZanBuildArgs> args = parseBuildArguments(arguments);
-  if (!maker.exists() || !args) return {};
-  // One dialog at a time: the managers of a second one would count for the circuit of the first.
-  if (maker.isInside() && !args->directBuild) return {};
-  if (!runBuild(build.emplace(std::move(*args)))) return {};
+  if (!buildWith(parseBuildArguments(arguments), nullptr)) return {};
   ListBuilder answer;
   return answer.addT().take();
+}
+
+ResultList buildAndSave(const ResultList& arguments) {
+  ListReader reader(arguments);
+  std::optional<ZanBuildArgs> args = parseBuildArguments(reader.copyElement());
+  Saving saving{reader.text().value_or(std::wstring())};
+  if (!args || saving.name.empty()) return {};
+  args->directBuild = true;
+  if (!buildWith(std::move(args), &saving)) return {};
+  ListBuilder answer;
+  answer.beginList();
+  return (saving.isDone ? answer.addT() : answer.addNil()).endList().take();
 }
 
 } // namespace brenvolt

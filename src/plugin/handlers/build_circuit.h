@@ -7,4 +7,9 @@ namespace brenvolt {
 
 [[nodiscard]] ResultList buildCircuit(const ResultList& arguments);
 
+/// `zan_bv_build_and_save`: a direct build whose choices are saved as well. Takes the list of `zan_bv_build_circuit` and
+/// the name to save under; answers (T), (nil) for a circuit that was built and could not be saved, and nil for one that
+/// was not built.
+[[nodiscard]] ResultList buildAndSave(const ResultList& arguments);
+
 } // namespace brenvolt

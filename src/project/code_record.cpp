@@ -1,4 +1,4 @@
-#include "drawing/code_record.h"
+#include "project/code_record.h"
 
 #include "text/compare.h"
 

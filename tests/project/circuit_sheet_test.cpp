@@ -1,5 +1,5 @@
 // Circuit sheets row by row, with the traps that their columns hold for whoever writes one.
-#include "build/circuit_sheet.h"
+#include "project/circuit_sheet.h"
 
 #include "tests/support/sheets.h"
 #include "text/numbers.h"

@@ -1,5 +1,5 @@
 // Workbooks as files: the catalogue, the annotation codes, and sheets that cannot be used.
-#include "build/workbook_catalogue.h"
+#include "project/circuit_list.h"
 
 #include "tests/support/golden.h"
 #include "tests/support/sheets.h"

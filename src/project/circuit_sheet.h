@@ -2,8 +2,8 @@
 // forms follow until the next CODE.
 #pragma once
 
-#include "build/workbook_catalogue.h"
-#include "drawing/code_record.h"
+#include "project/circuit_list.h"
+#include "project/code_record.h"
 
 #include <map>
 #include <optional>

@@ -1,7 +1,7 @@
-#include "build/workbook_catalogue.h"
+#include "project/circuit_list.h"
 
-#include "build/circuit_sheet.h"
 #include "data/sheet_reader.h"
+#include "project/circuit_sheet.h"
 #include "text/numbers.h"
 
 #include <algorithm>
@@ -12,8 +12,8 @@ namespace {
 
 constexpr std::wstring_view circuitSheet = L"ZAN_CIRCS";
 constexpr std::wstring_view annotationSheet = L"ANNO_CODE";
-constexpr int leastCatalogueColumns = 4;
-constexpr std::size_t catalogueColumns = 5;
+constexpr int leastListColumns = 4;
+constexpr std::size_t listColumns = 5;
 constexpr int leastCircuitColumns = 9;
 
 /// Reads a sheet, or the first one when the workbook has none of that name.
@@ -31,7 +31,7 @@ bool ZanCircuitCatalog::readCircuits() {
     error_ = reader.error();
     return false;
   }
-  if (sheet.columnCount < leastCatalogueColumns) {
+  if (sheet.columnCount < leastListColumns) {
     error_ = L"sheet " + std::wstring(circuitSheet) + L" has " + formatInt(sheet.columnCount) +
              L" columns; circuit, type, template and worksheet are needed";
     return false;
@@ -40,9 +40,9 @@ bool ZanCircuitCatalog::readCircuits() {
   bool any = false;
   std::wstring circuit;
   for (std::vector<std::wstring>& row : sheet.rows) {
-    row.resize(std::max(row.size(), catalogueColumns));
+    row.resize(std::max(row.size(), listColumns));
     const auto isEmpty = [](const std::wstring& cell) { return cell.empty(); };
-    if (std::all_of(row.begin(), row.begin() + catalogueColumns, isEmpty)) continue;
+    if (std::all_of(row.begin(), row.begin() + listColumns, isEmpty)) continue;
     if (!row[0].empty()) circuit = row[0];
     const auto [place, isNew] = circuits_.try_emplace(circuit);
     if (isNew) place->second.id = ++counter;

@@ -27,6 +27,10 @@ inline constexpr std::wstring_view uiTitle = L"UI_TITLE";
 inline constexpr std::wstring_view uiPrompt = L"UI_PROMPT";
 inline constexpr std::wstring_view uiValue = L"UI_VAL";
 inline constexpr std::wstring_view controlGroup = L"ControlGroup";
+inline constexpr std::wstring_view motorSetup = L"MotorSetup";
+inline constexpr std::wstring_view loadSetup = L"LOADSetup";
+inline constexpr std::wstring_view wireSetup = L"WireSetup";
+inline constexpr std::wstring_view groundingWireSetup = L"GroundingWireSetup";
 inline constexpr std::wstring_view property = L"Property";
 inline constexpr std::wstring_view value = L"Value";
 } // namespace xmlname

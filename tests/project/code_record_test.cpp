@@ -1,6 +1,8 @@
-#include "drawing/code_record.h"
+#include "project/code_record.h"
 
-#include "drawing_support.h"
+#include "tests/support/option_groups.h"
+
+#include <doctest/doctest.h>
 
 #include <limits>
 

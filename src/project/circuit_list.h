@@ -1,9 +1,9 @@
-// What the configuration workbook holds: the catalogue of circuits and types, and for each circuit sheet what every
+// What the configuration workbook holds: the circuit list, and for each circuit sheet what every
 // CODE offers. Sheets are read whole before anything is done with them.
 #pragma once
 
-#include "drawing/annotation_presets.h"
-#include "drawing/code_record.h"
+#include "project/annotation_presets.h"
+#include "project/code_record.h"
 #include "text/compare.h"
 
 #include <map>
@@ -38,6 +38,7 @@ struct WorkbookFinding {
   std::wstring text;
 };
 
+/// The class keeps the name by which other documents know it; what it holds is the circuit list.
 class ZanCircuitCatalog final {
 public:
   using Circuits = std::map<std::wstring, ZanCircuit, CollatingLess>;

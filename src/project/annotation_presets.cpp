@@ -1,4 +1,4 @@
-#include "drawing/annotation_presets.h"
+#include "project/annotation_presets.h"
 
 #include "text/compare.h"
 

@@ -1,4 +1,4 @@
-#include "build/circuit_sheet.h"
+#include "project/circuit_sheet.h"
 
 #include "text/compare.h"
 #include "text/numbers.h"

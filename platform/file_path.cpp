@@ -1,0 +1,58 @@
+#include "platform/file_path.h"
+
+#include "text/encoding.h"
+
+#include <cstdlib>
+#include <filesystem>
+#include <memory>
+#include <system_error>
+
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace brenvolt {
+
+namespace {
+
+/// As many links as the system itself follows.
+constexpr int mostLinks = 40;
+
+} // namespace
+
+std::wstring systemReason(int errorNumber) {
+  return fromUtf8(std::generic_category().message(errorNumber));
+}
+
+std::string fileBehindLinks(std::wstring_view path) {
+  namespace fs = std::filesystem;
+  std::string name = toUtf8(path);
+  const std::unique_ptr<char, decltype(&std::free)> real(::realpath(name.c_str(), nullptr), &std::free);
+  if (real) return real.get();
+  std::error_code error;
+  for (int link = 0; link < mostLinks && fs::is_symlink(name, error); ++link) {
+    const fs::path target = fs::read_symlink(name, error);
+    if (error) break;
+    name = (fs::path(name).parent_path() / target).string(); // an absolute target replaces the folder
+  }
+  return name;
+}
+
+std::string parentFolder(const std::string& path) {
+  const std::size_t slash = path.rfind('/');
+  if (slash == std::string::npos) return ".";
+  return slash == 0 ? "/" : path.substr(0, slash);
+}
+
+bool isNamed(int descriptor, const std::string& path) {
+  struct stat opened {};
+  struct stat named {};
+  return ::fstat(descriptor, &opened) == 0 && ::lstat(path.c_str(), &named) == 0 &&
+         opened.st_dev == named.st_dev && opened.st_ino == named.st_ino;
+}
+
+void Descriptor::close() {
+  if (number_ >= 0) ::close(number_);
+  number_ = -1;
+}
+
+} // namespace brenvolt

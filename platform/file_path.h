@@ -1,0 +1,42 @@
+// Names of files on the disk, and descriptors, for the other sources of file_*.
+#pragma once
+
+#include <string>
+#include <string_view>
+
+namespace brenvolt {
+
+/// What the system says about an error number.
+[[nodiscard]] std::wstring systemReason(int errorNumber);
+
+/// The file that `path` leads to, links followed, also a link to a file that does not exist yet.
+[[nodiscard]] std::string fileBehindLinks(std::wstring_view path);
+
+/// "." for a name without a folder.
+[[nodiscard]] std::string parentFolder(const std::string& path);
+
+/// Whether an open file is the one that has this name now.
+[[nodiscard]] bool isNamed(int descriptor, const std::string& path);
+
+/// Closes a descriptor at the end of a scope; a negative one is no descriptor.
+class Descriptor final {
+public:
+  explicit Descriptor(int number = -1) : number_(number) {}
+  Descriptor(const Descriptor&) = delete;
+  Descriptor& operator=(const Descriptor&) = delete;
+  ~Descriptor() { close(); }
+
+  [[nodiscard]] bool isOpen() const { return number_ >= 0; }
+  [[nodiscard]] int number() const { return number_; }
+
+  void close();
+  void reset(int number) {
+    close();
+    number_ = number;
+  }
+
+private:
+  int number_;
+};
+
+} // namespace brenvolt

@@ -1,0 +1,41 @@
+#include "platform/file_read.h"
+
+#include "platform/file_path.h"
+#include "text/encoding.h"
+
+#include <cerrno>
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace brenvolt {
+
+FileContent readWholeFile(std::wstring_view path) {
+  FileContent content;
+  const auto failed = [&content](std::wstring reason) {
+    content.fault = std::move(reason);
+    content.bytes.clear();
+    return content;
+  };
+  // Without waiting: a pipe that nobody writes to would keep the reader for ever.
+  const Descriptor file(::open(toUtf8(path).c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
+  if (!file.isOpen()) {
+    content.exists = errno != ENOENT && errno != ENOTDIR;
+    return failed(systemReason(errno));
+  }
+  struct stat status {};
+  if (::fstat(file.number(), &status) != 0) return failed(systemReason(errno));
+  if (S_ISDIR(status.st_mode)) return failed(L"is a folder");
+  if (!S_ISREG(status.st_mode)) return failed(L"is not a regular file");
+  char block[65536];
+  for (;;) {
+    const ssize_t count = ::read(file.number(), block, sizeof block);
+    if (count < 0 && errno == EINTR) continue;
+    if (count < 0) return failed(systemReason(errno));
+    if (count == 0) return content;
+    content.bytes.append(block, static_cast<std::size_t>(count));
+  }
+}
+
+} // namespace brenvolt

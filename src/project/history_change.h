@@ -1,0 +1,56 @@
+// Changing the history file so that nobody's entries are lost: in a turn of its own the file is read again, one change
+// is applied, the result is written.
+#pragma once
+
+#include "platform/file_lock.h"
+#include "project/history_file.h"
+#include "project/history_journal.h"
+
+#include <functional>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace brenvolt {
+
+/// What became of a change.
+struct HistoryOutcome {
+  enum class Result {
+    done,
+    unchanged,   ///< there was nothing to change; nothing was written
+    busy,        ///< another program did not end its turn
+    openFailed,  ///< the file may not be written, or its folder takes no file
+    writeFailed, ///< any later failure; the file is as it was
+  };
+
+  Result result = Result::done;
+  std::wstring reason;            ///< of a failure
+  std::optional<FileUser> holder; ///< who is busy, as far as it is known
+  std::wstring keptAs;            ///< where a file is kept that was not accepted
+
+  [[nodiscard]] bool isDone() const { return result == Result::done; }
+};
+
+/// Changes the document and answers what it did, for the journal; nothing when there was nothing to do. `XmlError`
+/// leaves the file as it was and passes on.
+using HistoryChange = std::function<std::vector<HistoryRecord>(HistoryFile&)>;
+
+/// Applies one change to the history file beside `workbook`. A file that is missing begins empty; one that is not
+/// accepted gives way to a new one and is kept beside it as `zan_brenvolt.damaged-1.xml`, or with the next free number.
+[[nodiscard]] HistoryOutcome changeHistory(
+    const std::wstring& workbook, HistoryFile& file, const HistoryChange& change);
+
+/// Deletes configurations. One that differs from what the user has seen (its text in `seen`) was saved again by another
+/// program meanwhile and stays; its key comes back.
+struct HistoryDeletion {
+  HistoryKey key;
+  std::string seen; ///< empty: whatever is there
+};
+[[nodiscard]] HistoryOutcome deleteFromHistory(
+    const std::wstring& workbook, HistoryFile& file, const std::vector<HistoryDeletion>& deletions,
+    std::vector<HistoryKey>& stayed);
+
+/// A record for the journal with the element that `key` has now.
+[[nodiscard]] HistoryRecord recordOf(HistoryAction action, const HistoryFile& file, const HistoryKey& key);
+
+} // namespace brenvolt

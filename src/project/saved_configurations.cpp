@@ -1,0 +1,70 @@
+#include "project/saved_configurations.h"
+
+#include "project/history_names.h"
+#include "text/split.h"
+
+namespace brenvolt {
+
+namespace {
+
+std::vector<std::wstring> valuesOf(XmlElement row) {
+  std::vector<std::wstring> values;
+  for (const XmlElement& property : row.children(xmlname::property))
+    values.push_back(property.attribute(xmlname::value));
+  return values;
+}
+
+void addWires(
+    XmlElement group, std::wstring_view rowName, bool isGrounding, std::vector<SavedControl::Wire>& wires) {
+  for (const XmlElement& row : group.children(rowName)) {
+    std::vector<std::wstring> values = valuesOf(row);
+    values.resize(2);
+    wires.push_back({values[0], values[1], isGrounding});
+  }
+}
+
+std::wstring quoted(std::wstring_view text) {
+  return L'"' + std::wstring(text) + L'"';
+}
+
+} // namespace
+
+std::vector<SavedConfiguration> savedConfigurations(
+    const ZanCircuitCatalog& circuits, const HistoryFile& history) {
+  std::vector<SavedConfiguration> found;
+  for (const HistoryKey& key : history.keys()) {
+    const auto circuit = circuits.circuits().find(key.circuit);
+    const ZanCircuitEntry* const entry = circuits.findEntry(key.circuit, key.type);
+    if (entry != nullptr)
+      found.push_back({{circuit->first, entry->type, key.name}, entry->drawingTemplate, entry->worksheet});
+  }
+  return found;
+}
+
+std::wstring SavedControl::fieldsText() const {
+  return fields.empty() ? std::wstring() : quoted(join(fields, L"\";\""));
+}
+
+std::wstring SavedControl::wiresText() const {
+  std::wstring text;
+  for (const Wire& wire : wires)
+    text +=
+        L"(" + quoted(wire.size) + L" " + quoted(wire.layer) + (wire.isGrounding ? L" \"3\")" : L" \"1\")");
+  return text.empty() ? text : L"(" + text + L")";
+}
+
+SavedControl savedControl(const HistoryFile& history, const HistoryKey& key) {
+  SavedControl control;
+  for (const XmlElement& marker : history.find(key).history.children(xmlname::marker)) {
+    const XmlElement group = marker.firstChild(xmlname::controlGroup);
+    for (const std::wstring_view setup : {xmlname::motorSetup, xmlname::loadSetup})
+      if (control.fields.empty()) control.fields = valuesOf(group.firstChild(setup));
+    if (control.fields.empty()) continue;
+    addWires(group, xmlname::wireSetup, false, control.wires);
+    addWires(group, xmlname::groundingWireSetup, true, control.wires);
+    break;
+  }
+  return control;
+}
+
+} // namespace brenvolt

@@ -1,0 +1,42 @@
+// The saved configurations of a workbook's circuits, for a list from which a user picks one to build again.
+#pragma once
+
+#include "project/circuit_list.h"
+#include "project/history_file.h"
+
+#include <string>
+#include <vector>
+
+namespace brenvolt {
+
+/// What a direct build needs of one.
+struct SavedConfiguration {
+  HistoryKey key; ///< circuit and type as the workbook writes them
+  std::wstring drawingTemplate;
+  std::wstring worksheet;
+};
+
+/// Those whose circuit and type the workbook has, in the order of the history file.
+[[nodiscard]] std::vector<SavedConfiguration> savedConfigurations(
+    const ZanCircuitCatalog& circuits, const HistoryFile& history);
+
+/// The motor or load data and the wires of a saved configuration, as a build takes them with a preset. Of several
+/// motors those of the first: a preset carries no more.
+struct SavedControl {
+  struct Wire {
+    std::wstring size;
+    std::wstring layer;
+    bool isGrounding = false;
+  };
+
+  std::vector<std::wstring> fields;
+  std::vector<Wire> wires;
+
+  /// `"a";"";"c"`; empty without fields.
+  [[nodiscard]] std::wstring fieldsText() const;
+  /// `(("10AWG" "BLK_10AWG" "1")...)`; empty without wires.
+  [[nodiscard]] std::wstring wiresText() const;
+};
+[[nodiscard]] SavedControl savedControl(const HistoryFile& history, const HistoryKey& key);
+
+} // namespace brenvolt

@@ -1,0 +1,98 @@
+// What `brenvolt draw` takes over, refuses and saves.
+#include "site_tool.h"
+#include "tests/support/golden.h"
+
+#include <doctest/doctest.h>
+
+#include <filesystem>
+#include <sstream>
+
+using namespace brenvolt;
+
+namespace {
+
+constexpr SampleCircuit motor = {"", "Three-phase motors", "Direct on line", "Pump 10 HP"};
+
+/// The lines of a drawing that hold a text.
+std::string linesWith(const std::string& drawing, const std::string& part) {
+  std::istringstream in(drawing);
+  std::string found;
+  for (std::string line; std::getline(in, line);)
+    if (line.find(part) != std::string::npos) found += line.substr(line.find(part)) + "\n";
+  return found;
+}
+
+} // namespace
+
+TEST_CASE("every wrong value of a preset is named at once, and fields of a rebuild need a preset") {
+  const SiteCopy site;
+  const ToolRun run = site.draw(motor, "a.json", {"--preset", "DISC=99,1;DISC=10,x;NOPE=1;MS=1,2,3,4;OL=-1"});
+  CHECK(run.exitCode == 3);
+  for (const char* message :
+       {"preset \"DISC=99,1\": \"Disconnecting means\" has no option 99; its options are ",
+        "preset \"DISC=10,x\": must be CODE=1,2", "preset \"NOPE=1\": must be CODE=1,2",
+        "a value too many (4)"})
+    CHECK_MESSAGE(run.errors.find(message) != std::string::npos, run.errors);
+  CHECK(run.errors.find("OL=") == std::string::npos);
+  CHECK(site.draw(motor, "a.json", {"--params", "\"a\""}).exitCode == 1);
+  CHECK(site.draw(motor, "a.json", {"--wires", "((\"a\" \"b\" \"1\"))"}).exitCode == 1);
+  for (const char* scale : {"0", "-1", "x", "nan"})
+    CHECK(site.draw(motor, "a.json", {"--scale", scale}).exitCode == 3);
+}
+
+TEST_CASE("a saved configuration keeps its motor and its wires when a preset changes an option") {
+  const SiteCopy site;
+  REQUIRE(site.draw(motor, "a.json", {"--history", motor.history}).exitCode == 0);
+  const ToolRun run = site.draw(motor, "b.json", {"--history", motor.history, "--preset", "DISC=10,1"});
+  REQUIRE_MESSAGE(run.exitCode == 0, run.errors);
+  const std::string a = site.folder().read("a.json");
+  const std::string b = site.folder().read("b.json");
+  const std::string motorData = linesWith(a, "ORL_QN_BV_CIRCPARAMS\"");
+  CHECK(motorData.find("Induction;10;HP;460") != std::string::npos);
+  CHECK(linesWith(b, "ORL_QN_BV_CIRCPARAMS\"") == motorData);
+  CHECK(linesWith(b, "ORL_QN_BV_CIRCPARAMS2\"") == linesWith(a, "ORL_QN_BV_CIRCPARAMS2\""));
+}
+
+TEST_CASE("a saved configuration is drawn in its own scales, unless others are given") {
+  const SiteCopy site;
+  const auto draw = [&site](const std::string& out, const std::vector<std::string>& words) {
+    const ToolRun run = site.draw(motor, out, words);
+    REQUIRE_MESSAGE(run.exitCode == 0, run.errors);
+    return site.folder().read(out);
+  };
+  const std::vector<std::string> scales = {"--scale", "2", "--component-scale", "1.5"};
+  std::vector<std::string> saving = scales;
+  saving.insert(saving.end(), {"--save-history", "Large"});
+  draw("a.json", saving);
+  const ToolRun show = site.run(
+      {"history", "show", "--site", site.site(), "--circuit", motor.circuit, "--type", motor.type, "Large"});
+  CHECK(show.output.find("component scale: 1.500000\ncircuit scale: 2.000000\n") != std::string::npos);
+  std::vector<std::string> both = scales;
+  both.insert(both.end(), {"--history", "Large"});
+  const std::string large = draw("b.json", {"--history", "Large"});
+  CHECK(large == draw("c.json", both));
+  CHECK(large != draw("d.json", {"--history", "Large", "--scale", "1", "--component-scale", "1"}));
+}
+
+TEST_CASE(
+    "what a build saves is saved by the module: its reasons are shown, and nothing is drawn without it") {
+  const SiteCopy site;
+  CHECK(site.draw(motor, "a.json", {"--save-history", ""}).exitCode == 3);
+  const std::filesystem::path file = site.site() + "/zan_brenvolt.xml";
+  const std::string before = test::bytesOf(file);
+  std::filesystem::permissions(file, std::filesystem::perms::owner_read);
+  const ToolRun refused = site.draw(motor, "a.json", {"--save-history", "New"});
+  CHECK(refused.exitCode == 4);
+  const std::string all = refused.errors + refused.output;
+  CHECK_MESSAGE(
+      all.find("The history file cannot be opened for writing: " + file.string()) != std::string::npos, all);
+  CHECK_FALSE(site.folder().has("a.json"));
+  std::filesystem::permissions(file, std::filesystem::perms::owner_all);
+  const ToolRun control = site.draw(
+      motor, "a.json",
+      {"--save-history", "a\x01"
+                         "b"});
+  CHECK(control.exitCode == 4);
+  CHECK((control.errors + control.output).find("control characters") != std::string::npos);
+  CHECK(test::bytesOf(file) == before);
+}
