@@ -104,7 +104,8 @@ void directBuild(benchmark::State& state) {
     args.worksheet = L"S";
     args.directBuild = true;
     state.ResumeTiming();
-    ZanBrenvolt build(std::move(args));
+    CircuitContext circuit;
+    ZanBrenvolt build(std::move(args), circuit);
     build.readBuildData();
     bool result = build.loadCatalog() && build.readMarkers();
     build.readPresets();

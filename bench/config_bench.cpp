@@ -163,7 +163,7 @@ public:
       : session_({}, windows_),
         document_(session_.openDocument(L"", std::make_unique<simhost::DrawingDatabase>())) {
     setResourceModule(kvdsLoadResourceModule(resourceModuleName));
-    if (resourceModule() == nullptr || !ZanWidgetManagerMaker::Create()) std::abort();
+    if (resourceModule() == nullptr) std::abort();
     document_.interpreter().setValue(L"site-database", simhost::lisp::Value::string(files().database()));
     document_.interpreter().run(product, L"bench");
     document_.interpreter().run(L"(place-markers " + formatInt(units) + L")", L"bench");
@@ -172,7 +172,7 @@ public:
     args.worksheet = L"S";
     args.circuit = L"Lineup";
     args.type = L"Bench";
-    build_ = std::make_unique<ZanBrenvolt>(std::move(args));
+    build_ = std::make_unique<ZanBrenvolt>(std::move(args), circuit_);
     const ResourceScope resources;
     build_->readBuildData();
     if (!build_->loadCatalog() || !build_->readMarkers() || !build_->prepare(BuildKind::interactive))
@@ -181,7 +181,6 @@ public:
   Circuit(const Circuit&) = delete;
   Circuit& operator=(const Circuit&) = delete;
   ~Circuit() {
-    ZanWidgetManagerMaker::Destroy();
     build_.reset();
     setResourceModule(nullptr);
   }
@@ -197,6 +196,7 @@ private:
   BenchWindows windows_;
   simhost::Session session_;
   simhost::Document& document_;
+  CircuitContext circuit_;
   std::unique_ptr<ZanBrenvolt> build_;
 };
 

@@ -19,7 +19,7 @@ struct ZanBuildArgs {
   std::wstring historyName;
   std::wstring presetText;
   bool directBuild = false;
-  std::wstring lastHandleText; ///< of the last entity ahead of the template; empty: none
+  std::wstring lastHandleText; ///< of the last entity before the template; empty: none
   double scaleA = 1.0;         ///< of the circuit
   double scaleB = 1.0;         ///< of components: the value of #scl
   double scaleC = 1.0;

@@ -1,15 +1,15 @@
-// All that one build knows, from its arguments to the codes it has run. It lives for one call and holds no pointer
-// into the drawing: entities are reached by handle, markers by id.
+// All that one build knows: what it is asked for, how far it has come, what it hands over at the end. It lives for one
+// call and holds no pointer into the drawing: entities are reached by handle, markers by id.
 #pragma once
 
 #include "build/build_arguments.h"
 #include "build/preset_texts.h"
 #include "build/undo_manager.h"
 #include "config/config_units.h"
+#include "config/widget_manager_maker.h"
 #include "drawing/annotation_rows.h"
 #include "drawing/history.h"
 #include "drawing/markers.h"
-#include "drawing/wire_formatter.h"
 #include "project/circuit_list.h"
 #include "text/compare.h"
 
@@ -36,9 +36,36 @@ enum class BuildKind {
   interactive, ///< followed by the configuration dialog
 };
 
-struct BuildState {
+/// What the preset fields of the arguments say.
+struct BuildPresets {
+  bool active = false;
+  std::vector<std::wstring> wireNumbers;
+  std::vector<PresetWire> wires;
+  std::map<std::wstring, std::vector<PresetRow>, CodeLess> rows; ///< of placed components, by CODE
+};
+
+/// What a build is asked for. Complete before its rows run, and not changed by them.
+struct BuildInput {
   ZanBuildArgs args;
-  KvDbHandle lastHandle;  ///< markers are looked for behind it
+  KvDbHandle lastHandle; ///< markers are searched for after it
+  BuildPresets presets;
+};
+
+/// What is handed to LISP at the end.
+struct BuildResult {
+  std::vector<std::wstring> executedCodes;
+  std::map<std::wstring, std::vector<std::int32_t>, CodeLess>
+      selections; ///< option values by CODE; the first stays
+};
+
+/// How far a build has come.
+struct BuildState {
+  /// Both must outlive the build. `inHand` is the circuit in hand.
+  BuildState(const BuildInput& asked, CircuitContext& inHand)
+      : input(asked), circuit(inHand), maker(inHand) {}
+
+  const BuildInput& input;
+  CircuitContext& circuit;
   std::wstring spaceName; ///< the block that receives the circuit
   BuildKind kind = BuildKind::direct;
   bool hasQuit = false;         ///< a quit message was seen: nothing more runs
@@ -46,24 +73,18 @@ struct BuildState {
 
   ZanCircuitCatalog catalog;
   ZanDwgMarkerList markers;
-  ZanWireFormatter wireFormatter;
   ZanUndoManager undo;
   ZanConfigUnitList units;
   ZanConfigUnitList duplicateUnits; ///< units that repeat one of their level
+  ZanWidgetManagerMaker maker;      ///< of the units' managers; keeps the wire positions of all templates
   ZanXmlHistory history;
 
   ZanAnnotationDataList
       circuitData; ///< what the circuit carries as a whole, for markers that have none of their own
-  std::vector<std::wstring> executedCodes;
-  std::map<std::wstring, std::vector<std::int32_t>, CodeLess>
-      selections; ///< option values by CODE; the first stays
-
-  bool presetActive = false;
-  std::vector<std::wstring> wireNumbers;
-  std::vector<PresetWire> presetWires;
-  std::map<std::wstring, std::vector<PresetRow>, CodeLess> presetRows;
   std::wstring controlSuffix;     ///< tail of the control marker's CODE, from its last "-" on
   bool controlMarkerSeen = false; ///< the first one fixes the suffix
+
+  BuildResult result;
 
   [[nodiscard]] bool isInteractive() const { return kind == BuildKind::interactive; }
 };

@@ -5,7 +5,6 @@
 #include "build/marker_scan.h"
 #include "build/script_rows.h"
 #include "config/config_marker_bridge.h"
-#include "config/widget_manager_maker.h"
 #include "drawing/marker_tree.h"
 #include "host/build_data.h"
 #include "host/host_api_lisp.h"
@@ -43,22 +42,28 @@ std::wstring joinValues(const std::vector<std::int32_t>& values) {
   return join(texts, L",");
 }
 
-/// Managers come from the maker of the process; without one the units have none.
-void makeManagers(ZanConfigUnit& unit) {
-  if (ZanWidgetManagerMaker* maker = widgetManagerMaker()) static_cast<void>(maker->MakeManagers(unit));
+UnitMaking unitMakingOf(BuildState& build) {
+  return {
+      [&maker = build.maker](ZanConfigUnit& unit) { static_cast<void>(maker.MakeManagers(unit)); },
+      build.duplicateUnits};
 }
 
 } // namespace
 
-ZanBrenvolt::ZanBrenvolt(ZanBuildArgs args) {
-  state_.args = std::move(args);
-  state_.lastHandle = handleFromText(state_.args.lastHandleText);
+ZanBrenvolt::ZanBrenvolt(ZanBuildArgs args, CircuitContext& circuit, const ZanBrenvolt* parent)
+    : parent_(parent), state_(input_, circuit) {
+  input_.args = std::move(args);
+  input_.lastHandle = handleFromText(input_.args.lastHandleText);
 }
 
 ZanBrenvolt::~ZanBrenvolt() = default;
 
+bool ZanBrenvolt::isBelowDialog() const {
+  return parent_ != nullptr && (parent_->state_.isInteractive() || parent_->isBelowDialog());
+}
+
 void ZanBrenvolt::readBuildData() {
-  ZanBuildArgs& args = state_.args;
+  ZanBuildArgs& args = input_.args;
   if (BuildData data; brenvolt::readBuildData(data)) {
     args.scaleA = data.scaleA;
     args.scaleB = data.scaleB;
@@ -67,8 +72,6 @@ void ZanBrenvolt::readBuildData() {
     args.insertPoint = data.point;
     args.trace = data.trace;
   }
-  // Also without the symbol: the trace of an earlier build does not go on.
-  setTrace(args.trace);
   ZanXmlHistory& history = state_.history;
   history.context = args.workbook;
   history.worksheet = args.worksheet;
@@ -80,8 +83,8 @@ void ZanBrenvolt::readBuildData() {
 }
 
 bool ZanBrenvolt::loadCatalog() {
-  state_.catalog.workbook = state_.args.workbook;
-  return state_.catalog.readWorksheet(state_.args.worksheet);
+  state_.catalog.workbook = input_.args.workbook;
+  return state_.catalog.readWorksheet(input_.args.worksheet);
 }
 
 bool ZanBrenvolt::readMarkers() {
@@ -90,12 +93,15 @@ bool ZanBrenvolt::readMarkers() {
   const WorkingDatabaseScope scope(database);
   if (state_.spaceName.empty()) state_.spaceName = activeSpaceName();
   if (state_.spaceName.empty()) return false;
-  return scanMarkers(state_, state_.markers, *database, state_.lastHandle, topLevel);
+  const std::int32_t run = level();
+  return adoptScan(
+      state_, state_.markers,
+      scanMarkers(*database, {state_.spaceName, input_.lastHandle, topLevel, run}, state_.markers), run);
 }
 
 void ZanBrenvolt::readPresets() {
-  applyPresetDefaults(state_.args.presetText, state_.catalog);
-  brenvolt::readPresets(state_);
+  applyPresetDefaults(input_.args.presetText, state_.catalog);
+  input_.presets = brenvolt::readPresets(input_.args);
 }
 
 bool ZanBrenvolt::prepare(BuildKind kind) {
@@ -105,7 +111,7 @@ bool ZanBrenvolt::prepare(BuildKind kind) {
   const CircuitRows circuitRows = state_.isInteractive() ? CircuitRows::leave : CircuitRows::fill;
   if (!state_.history.historyName.empty() && state_.history.OpenHistory())
     applyOpenHistory(state_, state_.markers, circuitRows);
-  if (state_.presetActive) buildWireAnnotations(state_, state_.markers, circuitRows);
+  if (input_.presets.active) buildWireAnnotations(state_, state_.markers, circuitRows);
 
   std::vector<ZanExecRecord> items;
   if (state_.isInteractive())
@@ -113,18 +119,18 @@ bool ZanBrenvolt::prepare(BuildKind kind) {
   else
     CollectRange(state_.markers, firstMarker, endOfMarkers, items);
   const bool result = runMarkers(state_, items);
-  if (state_.isInteractive())
-    BuildConfigUnits(state_.markers, state_.units, UnitMaking{makeManagers, state_.duplicateUnits});
+  if (state_.isInteractive()) BuildConfigUnits(state_.markers, state_.units, unitMakingOf(state_));
   return result;
 }
 
 void ZanBrenvolt::finish() {
   std::vector<std::vector<std::wstring>> rows;
-  for (const auto& [code, values] : state_.selections)
+  for (const auto& [code, values] : state_.result.selections)
     rows.push_back({code, joinValues(values)});
-  const std::set<std::wstring, CodeLess> executed(state_.executedCodes.begin(), state_.executedCodes.end());
+  const std::set<std::wstring, CodeLess> executed(
+      state_.result.executedCodes.begin(), state_.result.executedCodes.end());
   forEachMarker(state_.markers, [&](const ZanDwgMarker& marker) {
-    const bool isUsed = executed.contains(marker.code) || state_.selections.contains(marker.code);
+    const bool isUsed = executed.contains(marker.code) || state_.result.selections.contains(marker.code);
     if (!isUsed && state_.catalog.findRecord(marker.code)) rows.push_back({marker.code, {}});
   });
   // The configuration is stored by now: the markers go also when LISP fails.
@@ -154,7 +160,7 @@ bool ZanBrenvolt::runLevel() {
   ApplyConfigUnits(state_.markers, state_.units, static_cast<std::uint32_t>(level() + 1), items);
   if (items.empty()) return true;
   const bool result = runMarkers(state_, items);
-  RefreshConfigUnits(state_.markers, state_.units, UnitMaking{makeManagers, state_.duplicateUnits});
+  RefreshConfigUnits(state_.markers, state_.units, unitMakingOf(state_));
   return result;
 }
 
@@ -179,18 +185,20 @@ void ZanBrenvolt::joinRunToFormer(std::int32_t run) {
       if (unit.ownerStep == run) unit.ownerStep = former;
     }
   }
+  state_.maker.JoinRun(run, former);
 }
 
 void ZanBrenvolt::truncateTo(std::int32_t run) {
   std::set<std::wstring, CodeLess> codes;
   forEachMarker(state_.markers, [&codes](const ZanDwgMarker& marker) { codes.insert(marker.code); });
   DropChildrenOfRun(state_.markers, run);
-  // Markers that asked nothing have run as well: what is gone with the run is not told at the end.
+  // Markers that asked nothing have run as well: what is gone with the run is not handed over at the end.
   forEachMarker(state_.markers, [&codes](const ZanDwgMarker& marker) { codes.erase(marker.code); });
   for (const std::wstring& code : codes)
     forgetUnit(code);
   state_.units.RemoveUnitsOfRun(run);
   state_.duplicateUnits.RemoveUnitsOfRun(run);
+  state_.maker.TakeBackRun(run);
 }
 
 bool ZanBrenvolt::saveHistory(std::wstring_view name) {
@@ -205,16 +213,17 @@ bool ZanBrenvolt::saveHistory(std::wstring_view name) {
             .c_str());
   }
   history.historyName = formerName;
-  // Read anew, or what was added in memory would go into the file with the next save; nothing to read is as well.
+  // Read again, or what was added in memory would go into the file with the next save. A missing file is no failure.
   static_cast<void>(history.OpenHistory());
   return false;
 }
 
 void ZanBrenvolt::forgetUnit(std::wstring_view code) {
-  std::erase_if(
-      state_.executedCodes, [code](const std::wstring& each) { return equalsOrdinalNoCase(each, code); });
-  if (const auto selection = state_.selections.find(code); selection != state_.selections.end())
-    state_.selections.erase(selection);
+  std::erase_if(state_.result.executedCodes, [code](const std::wstring& each) {
+    return equalsOrdinalNoCase(each, code);
+  });
+  if (const auto selection = state_.result.selections.find(code); selection != state_.result.selections.end())
+    state_.result.selections.erase(selection);
 }
 
 void ZanBrenvolt::copyUnitsToMarkers() {

@@ -1,5 +1,5 @@
 // One build, from the arguments of `zan_bv_build_circuit` to the end: worksheet, markers, saved choices, script rows,
-// end steps. The order of a whole build stands in its handler; an interactive one goes through the configuration
+// end steps. Their order is in the handler; an interactive one goes through the configuration
 // dialog, which calls the operations below. Only that dialog ever takes a build back.
 #pragma once
 
@@ -13,7 +13,9 @@ namespace brenvolt {
 
 class ZanBrenvolt {
 public:
-  explicit ZanBrenvolt(ZanBuildArgs args);
+  /// `circuit` is the circuit in hand; it and `parent` must outlive the build. `parent` is the build whose form has
+  /// started this one, null for a build of its own.
+  ZanBrenvolt(ZanBuildArgs args, CircuitContext& circuit, const ZanBrenvolt* parent = nullptr);
   ZanBrenvolt(const ZanBrenvolt&) = delete;
   ZanBrenvolt& operator=(const ZanBrenvolt&) = delete;
   virtual ~ZanBrenvolt();
@@ -21,7 +23,7 @@ public:
   /// @name Steps of a build, in their order
   /// @{
   /// Scales, insertion point and trace flag from the parent product's symbol, and what the history needs to know. A
-  /// symbol that cannot be read leaves the scales at 1.0.
+  /// symbol that cannot be read leaves the scales at 1.0 and the trace off.
   void readBuildData();
   /// The worksheet's records. False when the sheet cannot be read.
   [[nodiscard]] bool loadCatalog();
@@ -34,8 +36,8 @@ public:
   [[nodiscard]] bool prepare(BuildKind kind);
   /// Hands the codes to LISP and erases the marker blocks that are left.
   void finish();
-  /// Whether the end steps of a direct build have to run behind `prepare`: not when the template is foreign to the
-  /// worksheet, nor behind a quit.
+  /// Whether the end steps of a direct build have to run after `prepare`: not when the template is foreign to the
+  /// worksheet, nor after a quit.
   [[nodiscard]] bool needsFinish() const { return markersMatched_ && !state_.hasQuit; }
   /// @}
 
@@ -43,16 +45,16 @@ public:
   /// @{
   /// Runs the units that are marked for insertion, and makes units of the markers that they bring.
   [[nodiscard]] bool runLevel();
-  /// Takes the drawing back to where it stood ahead of the last run. When the host refuses although the run counts as
+  /// Takes the drawing back to its state before the last run. When the host refuses although the run counts as
   /// stepped back, the run becomes part of the one before, so that the two go back together.
   [[nodiscard]] bool stepBack();
   [[nodiscard]] bool rollback() { return state_.undo.rollback(); }
   /// The number of the last run.
   [[nodiscard]] std::int32_t level() const { return state_.undo.marks(); }
   [[nodiscard]] bool canGoBack() const { return level() >= 1 && state_.undo.hasSteps(); }
-  /// Drops the markers and units that an undone run brought; its number has to be read ahead of `stepBack`.
+  /// Drops the markers and units that an undone run brought; its number has to be read before `stepBack`.
   void truncateTo(std::int32_t run);
-  /// Keeps the configuration under a name. When it cannot be kept, the reason is told on the command line, and name and
+  /// Keeps the configuration under a name. When it cannot be kept, the reason is reported on the command line, and name and
   /// history are as they were.
   [[nodiscard]] bool saveHistory(std::wstring_view name);
   /// Lets the code of a unit run again.
@@ -61,15 +63,22 @@ public:
   void copyUnitsToMarkers();
   [[nodiscard]] ZanConfigUnitList& units() { return state_.units; }
   [[nodiscard]] ZanXmlHistory& history() { return state_.history; }
-  [[nodiscard]] const ZanBuildArgs& args() const { return state_.args; }
+  [[nodiscard]] const ZanBuildArgs& args() const { return input_.args; }
+  [[nodiscard]] CircuitContext& circuit() { return state_.circuit; }
   /// @}
 
   [[nodiscard]] const BuildState& state() const { return state_; }
+  /// How many builds this one is inside of.
+  [[nodiscard]] int depth() const { return parent_ == nullptr ? 0 : parent_->depth() + 1; }
+  /// Whether one of those has its configuration dialog open, or will have.
+  [[nodiscard]] bool isBelowDialog() const;
 
 private:
   void eraseMarkers();
   void joinRunToFormer(std::int32_t run);
 
+  const ZanBrenvolt* parent_;
+  BuildInput input_;
   BuildState state_;
   bool markersMatched_ = true;
 };

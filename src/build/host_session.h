@@ -1,5 +1,5 @@
-// How a build stands in the host's session: which database it works on, which space is active, which entity came last,
-// and letting the host's windows breathe.
+// What a build needs of the host's session: the database that it works on, the active space, the last entity, and the
+// handling of window messages that wait.
 #pragma once
 
 #include "host/host_api_database.h"

@@ -14,7 +14,7 @@ namespace {
 
 constexpr wchar_t foreignTemplateKey[] = L"ZanBrenvolt.CircuitTemplateDrawing";
 
-/// The grounding wire's layer stands behind the nine fields of the motor and nineteen of its wires.
+/// The grounding wire's layer follows nine fields of the motor and nineteen of its wires.
 constexpr std::size_t layerValueIndex = 28;
 /// A catalogue row of the project: the texts and, last, the title's place.
 constexpr std::size_t leastCatalogTexts = 12;
@@ -28,15 +28,17 @@ void forEachMarkerWithOptions(ZanDwgMarkerList& list, Visit&& visit) {
 
 /// The preset's wire numbers as one row, then its wires as a nested list.
 ZanAnnotationDataList presetGroupData(const BuildState& build, std::wstring_view suffix) {
+  const BuildPresets& presets = build.input.presets;
   ZanAnnotationData numbers;
-  for (const std::wstring& number : build.wireNumbers)
+  for (const std::wstring& number : presets.wireNumbers)
     numbers.AddText(number, {});
   const std::wstring layerValue =
-      build.wireNumbers.size() > layerValueIndex ? build.wireNumbers[layerValueIndex] : std::wstring();
+      presets.wireNumbers.size() > layerValueIndex ? presets.wireNumbers[layerValueIndex] : std::wstring();
 
   ZanAnnotationDataList wires;
-  expandWires(build.presetWires, build.wireFormatter, suffix, WirePass::conductors, layerValue, wires);
-  expandWires(build.presetWires, build.wireFormatter, suffix, WirePass::grounding, layerValue, wires);
+  const ZanWireFormatter formats = build.maker.wires().formats(SamePosition::eachCounts);
+  expandWires(presets.wires, formats, suffix, WirePass::conductors, layerValue, wires);
+  expandWires(presets.wires, formats, suffix, WirePass::grounding, layerValue, wires);
 
   ZanAnnotationDataList data;
   data.AddRow(std::move(numbers));
@@ -78,6 +80,15 @@ void takeControlWires(BuildState& build, ZanDwgMarker& marker, CircuitRows circu
 
 } // namespace
 
+bool adoptScan(BuildState& build, ZanDwgMarkerList& list, MarkerScan scan, std::int32_t run) {
+  for (ZanDwgMarker& marker : scan.markers)
+    list.Insert(std::move(marker));
+  build.maker.SetWireFormatter(scan.wires, run);
+  const std::size_t before = list.size();
+  list.Finish();
+  return list.size() > before;
+}
+
 bool matchRecords(BuildState& build, ZanDwgMarkerList& list) {
   if (AttachRecords(list, [&build](std::wstring_view code) { return build.catalog.findRecord(code); }))
     return true;
@@ -93,28 +104,29 @@ void applyOpenHistory(BuildState& build, ZanDwgMarkerList& list, CircuitRows cir
   });
 }
 
-void readPresets(BuildState& build) {
-  const ZanBuildArgs& args = build.args;
-  build.presetActive = !args.presetText.empty();
-  build.wireNumbers = parseCodeHandles(args.codeHandleText);
-  build.presetWires = parsePresetWires(args.wireText);
+BuildPresets readPresets(const ZanBuildArgs& args) {
+  BuildPresets presets;
+  presets.active = !args.presetText.empty();
+  presets.wireNumbers = parseCodeHandles(args.codeHandleText);
+  presets.wires = parsePresetWires(args.wireText);
   for (const MarkerPreset& preset : parseMarkerPresets(args.presetText)) {
     std::vector<TextRow> rows;
     if (!readCatalogRows(args.drawingIndex, L"h=" + preset.handle, rows)) continue;
     for (TextRow& row : rows) {
       if (row.size() < leastCatalogTexts) continue;
       row.pop_back();
-      build.presetRows[preset.code].push_back(std::move(row));
+      presets.rows[preset.code].push_back(std::move(row));
     }
   }
+  return presets;
 }
 
 void buildWireAnnotations(BuildState& build, ZanDwgMarkerList& list, CircuitRows circuitRows) {
   if (circuitRows == CircuitRows::fill) build.circuitData = presetGroupData(build, {});
   forEachMarkerWithOptions(list, [&](ZanDwgMarker& marker) {
     takeControlWires(build, marker, circuitRows);
-    const auto rows = build.presetRows.find(marker.code);
-    if (rows != build.presetRows.end()) fillCatalog(marker, rows->second);
+    const auto rows = build.input.presets.rows.find(marker.code);
+    if (rows != build.input.presets.rows.end()) fillCatalog(marker, rows->second);
   });
 }
 

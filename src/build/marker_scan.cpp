@@ -1,7 +1,6 @@
 #include "build/marker_scan.h"
 
 #include "build/host_session.h"
-#include "config/widget_manager_maker.h"
 #include "host/open_object.h"
 #include "text/compare.h"
 
@@ -29,7 +28,7 @@ void readAttributes(const KvDbBlockReference& reference, ZanDwgMarker& marker) {
   }
 }
 
-/// Stands the iterator behind the entity of the handle, or at the start for none.
+/// Sets the iterator after the entity of the handle, or to the start for none.
 bool seekBehind(KvDbDatabase& database, KvDbHandle handle, KvDbBlockTableRecordIterator& iterator) {
   iterator.start();
   if (handle.isNull()) return true;
@@ -41,36 +40,29 @@ bool seekBehind(KvDbDatabase& database, KvDbHandle handle, KvDbBlockTableRecordI
 
 } // namespace
 
-bool scanMarkers(
-    BuildState& build, ZanDwgMarkerList& list, KvDbDatabase& database, KvDbHandle afterHandle,
-    std::int32_t level) {
-  const OpenObject<KvDbBlockTableRecord> space(findBlock(database, build.spaceName), KvOpenMode::forRead);
-  if (!space) return false;
+MarkerScan scanMarkers(KvDbDatabase& database, const ScanPlace& place, const ZanDwgMarkerList& known) {
+  MarkerScan found;
+  const OpenObject<KvDbBlockTableRecord> space(findBlock(database, place.spaceName), KvOpenMode::forRead);
+  if (!space) return found;
   const auto iterator = space->newIterator();
-  if (!seekBehind(database, afterHandle, *iterator)) return false;
   const KvDbObjectId marked = findBlock(database, std::wstring(markerBlock));
-  ZanWireFormatter formatter;
+  if (marked.isNull() || !seekBehind(database, place.afterHandle, *iterator)) return found;
   for (; !iterator->done(); iterator->step()) {
     const OpenObject<KvDbBlockReference> reference(iterator->entityId(), KvOpenMode::forRead);
-    if (!reference || marked.isNull() || reference->blockTableRecord() != marked) continue;
+    if (!reference || reference->blockTableRecord() != marked) continue;
     // A second form at one marker must not find the markers of the first again.
-    if (list.holdsHandle(reference->handle())) continue;
+    if (known.holdsHandle(reference->handle())) continue;
     ZanDwgMarker marker;
     readAttributes(*reference.operator->(), marker);
     if (marker.code.empty()) continue;
     marker.handle = reference->handle();
     marker.position = reference->position();
-    marker.level = level;
-    // The run that brought a marker takes it away again when it is undone.
-    marker.run = build.undo.marks();
-    formatter.AddMarker(marker.code, marker.misc1);
-    list.Insert(std::move(marker));
+    marker.level = place.level;
+    marker.run = place.run;
+    found.wires.AddMarker(marker.code, marker.misc1);
+    found.markers.push_back(std::move(marker));
   }
-  if (ZanWidgetManagerMaker* maker = widgetManagerMaker()) maker->SetWireFormatter(formatter);
-  build.wireFormatter.Merge(formatter);
-  const std::size_t before = list.size();
-  list.Finish();
-  return list.size() > before;
+  return found;
 }
 
 } // namespace brenvolt

@@ -1,22 +1,36 @@
 // Finds the markers that a template brought into the drawing.
 #pragma once
 
-#include "build/build_state.h"
+#include "drawing/markers.h"
+#include "drawing/wire_formatter.h"
 
+#include <cstdint>
+#include <string>
 #include <string_view>
+#include <vector>
 
 namespace brenvolt {
 
 /// The block whose references are markers, compared without case.
 inline constexpr std::wstring_view markerBlock = L"ZAN_BV_MARKER_BLOCK";
 
-/// Puts the markers that stand behind `afterHandle` in the build's space (from its start for the null handle) into the
-/// list, in order: at `level` (1 for the template, one more for each nested insertion) and with the number of the
-/// present run. Their wire settings go to the build, which keeps those of all scans, and to the maker of widget
-/// managers. References that the list's tree holds already are skipped.
-/// @return whether any marker came; false also when the space or the entity of the handle cannot be reached
-bool scanMarkers(
-    BuildState& build, ZanDwgMarkerList& list, KvDbDatabase& database, KvDbHandle afterHandle,
-    std::int32_t level);
+/// Where a scan looks, and what its markers are.
+struct ScanPlace {
+  std::wstring spaceName; ///< the block that receives the circuit
+  KvDbHandle afterHandle; ///< of the entity after which it begins; null: at the start
+  std::int32_t level = 1; ///< 1 for the circuit's template, one more for each nested one
+  std::int32_t run = 0;   ///< the run that brings the markers takes them away again when it is undone
+};
+
+/// What a template brought.
+struct MarkerScan {
+  std::vector<ZanDwgMarker> markers; ///< in the order of the drawing
+  ZanWireFormatter wires;            ///< the positions that its WT markers declare
+};
+
+/// Reads the markers after an entity. References that are markers of the tree of `known` already are left out, and
+/// those without a CODE. Empty also when the space or the entity cannot be reached.
+[[nodiscard]] MarkerScan scanMarkers(
+    KvDbDatabase& database, const ScanPlace& place, const ZanDwgMarkerList& known);
 
 } // namespace brenvolt

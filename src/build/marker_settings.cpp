@@ -1,37 +1,48 @@
 #include "build/marker_settings.h"
 
-#include "text/compare.h"
 #include "text/numbers.h"
+
+#include <algorithm>
 
 namespace brenvolt {
 
-bool MarkerSettings::takeOwnRows(const ZanDwgMarker& marker) {
-  if (marker.controls.isEmpty()) return false;
-  groupData_ = marker.controls;
-  return true;
+const std::vector<MarkerSettings::Motor>& MarkerSettings::motorsOf(const ZanDwgMarkerList& list) {
+  MotorsOfList& known = lists_[list.ownerId()];
+  if (known.markers == list.size()) return known.motors;
+  known.markers = list.size();
+  known.motors.clear();
+  for (const ZanDwgMarker& marker : list.markers())
+    if (const ZanAnnotationDataList* rows = rowsOfMotor_(marker))
+      known.motors.push_back({toDouble(marker.order), marker.id, rows});
+  return known.motors;
 }
 
-bool MarkerSettings::advanceTo(const ZanDwgMarker& marker) {
-  if (orders_.size() >= 2 && group_ + 1 < orders_.size()) {
-    if (groupData_.isEmpty()) threshold_ = toDouble(orders_[group_ + 1]);
-    const double order = toDouble(marker.order);
-    bool goesOn = order > threshold_ || equalsOrdinalNoCase(orders_[group_ + 1], marker.order);
-    if (goesOn) {
-      // The test behind the step looks at the group just reached, not at the one ahead, so with three motors a marker
-      // behind the second one's order reaches the third. Kept: workbooks are written for it.
-      while (goesOn && group_ + 1 < orders_.size()) {
-        ++group_;
-        threshold_ = toDouble(orders_[group_]);
-        goesOn = order > threshold_;
-      }
-      position_ = 2 * group_;
-      groupData_.Clear();
-    }
+RowsInForce MarkerSettings::at(const ZanDwgMarker& marker) {
+  RowsInForce first;
+  for (const ZanDwgMarker* each = &marker; each != nullptr;) {
+    const auto place = tree_.placeOf(each->id);
+    if (!place) break;
+    const std::vector<Motor>& motors = motorsOf(*place->list);
+    const double order = toDouble(each->order);
+    const auto isNotAbove = [order](const Motor& motor) { return motor.order <= order; };
+    const auto last = std::find_if(motors.rbegin(), motors.rend(), isNotAbove);
+    if (last != motors.rend()) return {last->markerId, last->rows};
+    if (first.rows == nullptr && !motors.empty()) first = {motors.front().markerId, motors.front().rows};
+    each = tree_.findById(place->list->ownerId());
   }
-  if (!groupData_.isEmpty() || position_ + 1 >= source_.size()) return false;
-  groupData_.AddItem(source_.items()[position_]);
-  groupData_.AddItem(source_.items()[position_ + 1]);
-  return true;
+  return first.rows != nullptr ? first : RowsInForce{0, &circuitRows_};
+}
+
+MarkerSettings::RowsOfMotor rowsOfMarkers() {
+  return [](const ZanDwgMarker& marker) { return marker.controls.isEmpty() ? nullptr : &marker.controls; };
+}
+
+MarkerSettings::RowsOfMotor rowsOfPages(const std::vector<MotorRows>& pages) {
+  return [&pages](const ZanDwgMarker& marker) -> const ZanAnnotationDataList* {
+    const auto page = std::find_if(
+        pages.begin(), pages.end(), [&marker](const MotorRows& each) { return each.markerId == marker.id; });
+    return page == pages.end() ? nullptr : &page->rows;
+  };
 }
 
 } // namespace brenvolt

@@ -1,39 +1,66 @@
-// Which motor's or load's rows a marker's scripts get as their group data. Markers of several motors stand in one list;
-// their order texts tell where the rows of the next motor begin.
+// Which motor's or load's rows a marker's scripts get as their group data. A template may hold several motors, and a
+// marker of it may insert a template with markers, and motors, of its own.
 #pragma once
 
+#include "config/widget_manager_maker.h"
 #include "drawing/annotation_rows.h"
 #include "drawing/markers.h"
 
+#include <cstddef>
+#include <cstdint>
+#include <functional>
 #include <string>
+#include <unordered_map>
 #include <vector>
 
 namespace brenvolt {
 
-/// The group data of one walk. It does not leak into the walk of a parent or of a nested template.
+/// The rows that are in force at a marker.
+struct RowsInForce {
+  std::int32_t motor = 0; ///< id of the motor's or load's marker; 0: the circuit as a whole
+  const ZanAnnotationDataList* rows = nullptr;
+};
+
+/// A marker gets the rows of the last motor of its own template whose order is not above the marker's; before the first
+/// motor, those that are in force at the marker that inserted the template. Where that gives none, the nearest template
+/// with a motor gives those of its first. The answer depends on the place in the tree alone and not on what has run
+/// before, so a direct build and the dialog, whatever it inserts in which order, agree.
 class MarkerSettings final {
 public:
-  /// A direct build starts with the rows of the circuit as a whole.
-  explicit MarkerSettings(const ZanAnnotationDataList& circuitRows) : groupData_(circuitRows) {}
-  /// An interactive build takes two entries of `source` for each motor; `orders` holds the order text of each.
-  MarkerSettings(ZanAnnotationDataList source, std::vector<std::wstring> orders)
-      : source_(std::move(source)), orders_(std::move(orders)) {}
+  /// The rows of the motor or load at a marker; null when there is none. What it answers must live as long as
+  /// the tree.
+  using RowsOfMotor = std::function<const ZanAnnotationDataList*(const ZanDwgMarker&)>;
 
-  [[nodiscard]] const ZanAnnotationDataList& groupData() const { return groupData_; }
+  /// `circuitRows` serve a circuit without motors.
+  MarkerSettings(
+      const ZanDwgMarkerList& tree, RowsOfMotor rowsOfMotor, const ZanAnnotationDataList& circuitRows)
+      : tree_(tree), rowsOfMotor_(std::move(rowsOfMotor)), circuitRows_(circuitRows) {}
 
-  /// A direct build: a marker's own rows stand from it on. True when the group data changed.
-  bool takeOwnRows(const ZanDwgMarker& marker);
-  /// An interactive build: goes on to the rows of the motor that the marker's order belongs to. True when the group
-  /// data changed.
-  bool advanceTo(const ZanDwgMarker& marker);
+  [[nodiscard]] RowsInForce at(const ZanDwgMarker& marker);
 
 private:
-  ZanAnnotationDataList source_;
-  std::vector<std::wstring> orders_;
-  std::size_t group_ = 0;
-  std::size_t position_ = 0; ///< of the group's first entry in the source
-  double threshold_ = 0.0;
-  ZanAnnotationDataList groupData_;
+  struct Motor {
+    double order;
+    std::int32_t markerId;
+    const ZanAnnotationDataList* rows;
+  };
+  /// The motors of one list in its order; a list that grew is looked at again.
+  struct MotorsOfList {
+    std::size_t markers = 0;
+    std::vector<Motor> motors;
+  };
+  [[nodiscard]] const std::vector<Motor>& motorsOf(const ZanDwgMarkerList& list);
+
+  const ZanDwgMarkerList& tree_;
+  RowsOfMotor rowsOfMotor_;
+  const ZanAnnotationDataList& circuitRows_;
+  /// By id of the marker whose child list it is: searched, never walked.
+  std::unordered_map<std::int32_t, MotorsOfList> lists_;
 };
+
+/// For a direct build: the rows that a saved configuration or a preset gives a marker.
+[[nodiscard]] MarkerSettings::RowsOfMotor rowsOfMarkers();
+/// For the dialog: what its pages show.
+[[nodiscard]] MarkerSettings::RowsOfMotor rowsOfPages(const std::vector<MotorRows>& pages);
 
 } // namespace brenvolt

@@ -1,5 +1,5 @@
 // The preset fields of a build's arguments: short texts by which a caller fixes options, component data, wire numbers
-// and wires ahead of the build. All of them pass over what they cannot read.
+// and wires before the build. All of them skip what they cannot read.
 #pragma once
 
 #include "project/circuit_list.h"
@@ -13,7 +13,7 @@ namespace brenvolt {
 
 /// "CODE=1,2;CODE=..." as defaults of the worksheet: each value selects its option group's option of that value. "-1"
 /// and an empty right side leave the selection; a value without an option keeps the group's last selected option, or
-/// takes its first. What stands in brackets, "[...]", is passed over with them; a part must hold exactly one "=".
+/// takes its first. Text in brackets, "[...]", is skipped with them; a part must hold exactly one "=".
 void applyPresetDefaults(std::wstring_view presetText, ZanCircuitCatalog& catalog);
 
 /// One part "CODE[=HANDLE]=1,2" of a preset text: a placed component whose data the marker takes over.

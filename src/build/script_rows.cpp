@@ -4,7 +4,6 @@
 #include "build/marker_preparation.h"
 #include "build/marker_scan.h"
 #include "build/marker_settings.h"
-#include "config/widget_manager_maker.h"
 #include "data/component_sizing.h"
 #include "drawing/marker_data.h"
 #include "host/alerts.h"
@@ -12,11 +11,14 @@
 #include "host/host_api_lisp.h"
 #include "host/lisp_services.h"
 #include "host/open_object.h"
+#include "host/resources.h"
 #include "text/compare.h"
+#include "text/format.h"
 #include "text/numbers.h"
 
 #include <algorithm>
 #include <optional>
+#include <utility>
 
 namespace brenvolt {
 
@@ -53,7 +55,7 @@ void removeOne(std::vector<std::wstring>& codes, const std::wstring& code) {
   if (found != codes.rend()) codes.erase(std::next(found).base());
 }
 
-/// Group data, then catalogue data, as one list; without group data two empty records stand in for it.
+/// Group data, then catalogue data, as one list; without group data two empty records take its place.
 ResultList scriptData(const ZanAnnotationDataList& groupData, const ZanAnnotationDataList& catalog) {
   if (groupData.isEmpty() && catalog.isEmpty()) return ResultList();
   ZanAnnotationDataList all = groupData;
@@ -72,14 +74,14 @@ ZanScriptVariable listOrNil(const wchar_t* name, ResultList list) {
 /// One walk over a list of markers. A nested template has a walk of its own.
 class MarkerWalk final {
 public:
-  MarkerWalk(BuildState& build, KvDbDatabase& database)
+  /// The walk of a nested template shares the settings of the walk around it.
+  MarkerWalk(BuildState& build, KvDbDatabase& database, MarkerSettings& settings)
       : build_(build), database_(database), space_(findBlock(database, build.spaceName)),
-        settings_(settingsOf(build)) {}
+        settings_(settings) {}
 
   [[nodiscard]] bool run(const std::vector<ZanExecRecord>& items);
 
 private:
-  static MarkerSettings settingsOf(const BuildState& build);
   [[nodiscard]] ZanDwgMarker* markerOf(const ZanExecRecord& item) const {
     return build_.markers.findById(item.markerId);
   }
@@ -98,20 +100,11 @@ private:
   BuildState& build_;
   KvDbDatabase& database_;
   KvDbObjectId space_; ///< the block that receives the circuit
-  MarkerSettings settings_;
+  MarkerSettings& settings_;
+  RowsInForce inForce_; ///< at the current marker
   std::vector<ZanAutoSizeRow> autoRows_;
-  bool isDirty_ = true;
-  KvDbHandle lastEntity_; ///< ahead of the rows of the marker at work
+  KvDbHandle lastEntity_; ///< before the rows of the current marker
 };
-
-MarkerSettings MarkerWalk::settingsOf(const BuildState& build) {
-  if (!build.isInteractive()) return MarkerSettings(build.circuitData);
-  ZanAnnotationDataList rows;
-  std::vector<std::wstring> orders;
-  if (ZanWidgetManagerMaker* maker = widgetManagerMaker())
-    static_cast<void>(maker->CollectSettings(rows, orders));
-  return MarkerSettings(std::move(rows), std::move(orders));
-}
 
 bool MarkerWalk::run(const std::vector<ZanExecRecord>& items) {
   NumberMarkers(build_.markers);
@@ -130,13 +123,9 @@ bool MarkerWalk::run(const std::vector<ZanExecRecord>& items) {
 }
 
 void MarkerWalk::refreshGroupData(const ZanDwgMarker& marker) {
-  const bool hasChanged =
-      build_.isInteractive() ? settings_.advanceTo(marker) : settings_.takeOwnRows(marker);
-  if (hasChanged) isDirty_ = true;
-  const ZanWidgetManagerMaker* maker = widgetManagerMaker();
-  if (!isDirty_ || !maker) return;
-  maker->computeAutoRows(settings_.groupData(), autoRows_);
-  isDirty_ = false;
+  const RowsInForce former = std::exchange(inForce_, settings_.at(marker));
+  // The components are sized once for each motor.
+  if (former.rows == nullptr || former.motor != inForce_.motor) autoRows_ = computeAutoRows(*inForce_.rows);
 }
 
 bool MarkerWalk::runMarker(const ZanExecRecord& item) {
@@ -159,7 +148,7 @@ bool MarkerWalk::runMarker(const ZanExecRecord& item) {
   const std::wstring code = marker.code;
   const KvDbHandle handle = marker.handle;
   const std::vector<std::int32_t> values = marker.record.selectedValues();
-  build_.executedCodes.push_back(code);
+  build_.result.executedCodes.push_back(code);
   SetMarkerData(marker.index, values);
   bool result = true;
   for (const ZanSharedEntry& row : item.rows) {
@@ -173,14 +162,14 @@ bool MarkerWalk::runMarker(const ZanExecRecord& item) {
 
 void MarkerWalk::noteUnrun(const ZanDwgMarker& marker) {
   if (marker.hasOptions() && build_.catalog.findRecord(marker.code))
-    build_.selections.try_emplace(marker.code, valuesWithFiller(marker.record));
+    build_.result.selections.try_emplace(marker.code, valuesWithFiller(marker.record));
 }
 
 std::optional<std::vector<ZanScriptVariable>> MarkerWalk::setVariables(const ZanDwgMarker& marker) {
-  const double scale = build_.args.scaleB;
+  const double scale = build_.input.args.scaleB;
   if (!putPoint(scriptvariable::position, marker.position) || !putReal(scriptvariable::scale, scale))
     return std::nullopt;
-  ResultList data = scriptData(settings_.groupData(), marker.catalog);
+  ResultList data = scriptData(*inForce_.rows, marker.catalog);
   // Without a value the symbol keeps that of the marker before.
   if (!data.isEmpty() && !putList(scriptvariable::data, data)) return std::nullopt;
   ResultList components;
@@ -218,22 +207,24 @@ bool MarkerWalk::runNested(std::int32_t markerId) {
   const std::wstring code = parent.code;
   const std::vector<std::int32_t> values = parent.record.selectedValues();
   ZanDwgMarkerList& children = parent.EnsureChildren();
-  if (!scanMarkers(build_, children, database_, lastEntity_, parent.level + 1)) return true;
+  const std::int32_t run = build_.undo.marks();
+  const ScanPlace place = {build_.spaceName, lastEntity_, parent.level + 1, run};
+  if (!adoptScan(build_, children, scanMarkers(database_, place, build_.markers), run)) return true;
   if (isTooDeep(parent)) return false;
   if (!matchRecords(build_, children)) return false;
   applyOpenHistory(build_, children, CircuitRows::leave);
-  if (build_.presetActive) buildWireAnnotations(build_, children, CircuitRows::leave);
+  if (build_.input.presets.active) buildWireAnnotations(build_, children, CircuitRows::leave);
   std::vector<ZanExecRecord> items;
   if (build_.isInteractive())
     collectLevel(children, firstMarker, items);
   else
     CollectRange(children, firstMarker, endOfMarkers, items);
-  const bool result = MarkerWalk(build_, database_).run(items);
+  const bool result = MarkerWalk(build_, database_, settings_).run(items);
   if (build_.hasQuit) return false;
 
   SetMarkerData(build_.markers.findById(markerId)->index, values);
-  removeOne(build_.executedCodes, code);
-  build_.selections.try_emplace(code, values);
+  removeOne(build_.result.executedCodes, code);
+  build_.result.selections.try_emplace(code, values);
   return result;
 }
 
@@ -241,17 +232,21 @@ bool MarkerWalk::isTooDeep(const ZanDwgMarker& parent) {
   if (build_.nestingHasEnded) return true;
   if (parent.level < deepestLevel) return false;
   build_.nestingHasEnded = true;
-  kvutPrintf((L"\nZanBrenvolt: marker " + parent.code + L": templates are nested deeper than " +
-              formatInt(deepestLevel) + L" levels; no further one is built.\n")
-                 .c_str());
+  const std::wstring levels = formatInt(deepestLevel);
+  kvutPrintf(
+      (L"\n" +
+       formatText(
+           loadText(TextId::nestingTooDeep), {std::wstring_view(parent.code), std::wstring_view(levels)}) +
+       L"\n")
+          .c_str());
   return true;
 }
 
 void MarkerWalk::noteRun(const std::wstring& code, const std::vector<std::int32_t>& values) {
   // A CODE that LISP keeps itself stays among the executed ones; for any other its values are handed over at the end.
   if (hasKeyedEntry(getCodeCombos(), code)) return;
-  removeOne(build_.executedCodes, code);
-  build_.selections.try_emplace(code, values);
+  removeOne(build_.result.executedCodes, code);
+  build_.result.selections.try_emplace(code, values);
 }
 
 void MarkerWalk::eraseMarker(KvDbHandle handle) {
@@ -272,11 +267,18 @@ bool runMarkers(BuildState& build, const std::vector<ZanExecRecord>& items) {
   if (build.isInteractive()) {
     // The walk that only binds has no mark of its own: what it draws goes with the template.
     if (!build.undo.isBound())
-      build.undo.bind(database, build.args.undoPosition);
+      build.undo.bind(database, build.input.args.undoPosition);
     else
       build.undo.mark();
   }
-  return MarkerWalk(build, *database).run(items);
+  // A direct build has no pages; the dialog's have their present values.
+  const std::vector<MotorRows> pages =
+      build.isInteractive() ? build.maker.CollectSettings() : std::vector<MotorRows>();
+  const ZanAnnotationDataList none;
+  MarkerSettings settings(
+      build.markers, build.isInteractive() ? rowsOfPages(pages) : rowsOfMarkers(),
+      build.isInteractive() ? none : build.circuitData);
+  return MarkerWalk(build, *database, settings).run(items);
 }
 
 } // namespace brenvolt

@@ -26,7 +26,7 @@ void ZanUndoManager::mark() {
 bool ZanUndoManager::stepBack() {
   KvDbUndoController* controller = database_ ? database_->undoController() : nullptr;
   if (!controller || !canStep_ || stack_.empty()) return false;
-  // The group is closed ahead of the count: closing it may make the record that has to be undone.
+  // The group is closed before the count: closing it may make the record that has to be undone.
   controller->closeGroup();
   const std::int32_t count = controller->undoCount();
   const std::int32_t top = stack_.back();

@@ -13,20 +13,22 @@ constexpr std::wstring_view groundingKind = L"3";
 class WireRows final {
 public:
   WireRows(
-      const ZanWireFormatter& formatter, std::wstring_view suffix, WirePass pass, ZanAnnotationDataList& rows)
-      : formatter_(formatter),
+      const ZanWireFormatter& formatter, std::wstring_view suffix, WirePass pass,
+      std::wstring_view groundSize, ZanAnnotationDataList& rows)
+      : formatter_(formatter), pass_(pass), groundSize_(groundSize),
         codeTail_((pass == WirePass::grounding ? std::wstring(L"E") : std::wstring()).append(suffix)),
         rows_(rows) {}
 
   /// Adds the row of the next position, with the layer that fits the wire.
   void addNext(const std::wstring& word, std::wstring_view kind) {
-    std::vector<std::wstring> layers;
     ++position_;
-    formatter_.GetLayerNames(word, wireCode(position_, codeTail_), layers);
-    if (layers.empty())
+    // The layer of a grounding wire follows from its own size.
+    const WireSizes sizes = {word, pass_ == WirePass::grounding ? word : groundSize_};
+    const auto layers = formatter_.GetLayerNames(sizes, wireCode(position_, codeTail_));
+    if (!layers || layers->empty())
       add(word, {}, kvtype::nil, kind);
     else
-      add(word, layers.front(), kvtype::string, kind);
+      add(word, layers->front(), kvtype::string, kind);
   }
 
   void add(
@@ -42,6 +44,8 @@ public:
 
 private:
   const ZanWireFormatter& formatter_;
+  WirePass pass_;
+  std::wstring groundSize_;
   std::wstring codeTail_;
   ZanAnnotationDataList& rows_;
   int position_ = 0;
@@ -58,7 +62,7 @@ void expandWires(
   const auto isOfPass = [isGrounding](const PresetWire& wire) {
     return (wire.kind == groundingKind) == isGrounding;
   };
-  WireRows target(formatter, suffix, pass, rows);
+  WireRows target(formatter, suffix, pass, layerValue, rows);
 
   if (positions == 0) {
     if (!isGrounding) return;

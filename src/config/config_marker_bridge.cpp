@@ -84,7 +84,7 @@ void copyToMarker(const ZanConfigUnit& unit, ZanDwgMarker& marker) {
   marker.controls = unit.controlRows;
 }
 
-/// Calls `apply` for each pending unit. What lies below a pending unit waits: its markers come with the run.
+/// Calls `apply` for each pending unit. Units below a pending unit wait: its markers come with the run.
 template <typename Apply>
 void forEachPending(const ZanConfigUnitList& units, const Apply& apply) {
   for (const auto& unit : units.units()) {

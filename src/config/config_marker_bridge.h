@@ -21,14 +21,14 @@ struct UnitMaking {
 };
 
 /// Makes a unit for each marker of the tree that has option groups. Units of a marker's child list go below its unit;
-/// below a marker without options they go below the unit ahead of it, or into the same list when there is none.
+/// below a marker without options they go below the unit before it, or into the same list when there is none.
 void BuildConfigUnits(ZanDwgMarkerList& markers, ZanConfigUnitList& units, const UnitMaking& making);
 
 /// The same for a tree that has grown: markers that have their unit keep it.
 void RefreshConfigUnits(ZanDwgMarkerList& markers, ZanConfigUnitList& units, const UnitMaking& making);
 
 /// For each pending unit: notes the run in it, copies record and rows into its marker, and collects that marker and
-/// those behind it up to the next with option groups.
+/// those after it up to the next with option groups.
 /// @param markers any list of the tree: markers are found in all of it
 /// @param step number of the insertion run
 void ApplyConfigUnits(

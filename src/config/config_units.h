@@ -82,7 +82,7 @@ public:
 
   [[nodiscard]] const Units& units() const { return units_; }
   [[nodiscard]] bool isEmpty() const { return units_.empty(); }
-  /// The first unit of the tree, depth first and parents ahead of children, with this id; null when there is none.
+  /// The first unit of the tree, depth first and parents before children, with this id; null when there is none.
   [[nodiscard]] ZanConfigUnit* Find(std::uint32_t id, FindUnitBy by) const;
 
   /// Takes the unit over; null is ignored. Answers the unit.

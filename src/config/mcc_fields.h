@@ -1,5 +1,4 @@
-// The data group of a motor or load, field by field: which row shows it, what a lookup command calls it, and where its
-// value lives in the manager and in the circuit in hand.
+// The data group of a motor or load: which ratings its rows show, and where their values go.
 #pragma once
 
 #include "data/circuit_data.h"
@@ -30,35 +29,13 @@ inline constexpr std::size_t count = 2;
   return mode == MccMode::motor ? 1 : -2;
 }
 
-/// The values of the data group as its manager last heard of them.
-struct MccData {
-  std::wstring type;
-  std::wstring load;
-  std::wstring units;
-  std::wstring voltage; ///< volts
-  std::wstring phase;
-  std::wstring speed;     ///< rpm; a load has none
-  std::wstring frequency; ///< hertz
-  double fla = 1.0;       ///< full-load current, amperes
-  double flaMultiplier = 0.0;
-};
+/// Places in the table of ratings, which is in the order of a motor's rows.
+inline constexpr std::size_t speedField = static_cast<std::size_t>(Rating::speed);
+inline constexpr std::size_t flaField = static_cast<std::size_t>(Rating::fla);
+inline constexpr std::size_t multiplierField = static_cast<std::size_t>(Rating::flaMultiplier);
 
-/// A field is either a text or a number.
-struct MccField {
-  TextId label;
-  std::wstring_view argument; ///< of the lookup command
-  std::wstring MccData::*text = nullptr;
-  std::wstring ZanCircuitData::*circuitText = nullptr;
-  double MccData::*number = nullptr;
-  double ZanCircuitData::*circuitNumber = nullptr;
-};
-
-/// In the order of a motor's rows, which is also that of `OpenField`.
-inline constexpr std::size_t mccFieldCount = 9;
-inline constexpr std::size_t speedField = 6;
-inline constexpr std::size_t flaField = 7;
-inline constexpr std::size_t multiplierField = 8;
-[[nodiscard]] const MccField& mccField(std::size_t index);
+/// What a page begins with: a current of 1 A, no multiplier.
+[[nodiscard]] Ratings startRatings();
 
 /// The fields of a group, row by row: a load's lack the speed.
 [[nodiscard]] std::vector<std::size_t> mccFieldsOf(MccMode mode);
@@ -66,13 +43,9 @@ inline constexpr std::size_t multiplierField = 8;
 /// The rows of an empty group: numbers are typed, all others chosen. A row without a label is left out.
 [[nodiscard]] std::vector<ZanGroupRow> mccEmptyRows(MccMode mode);
 
-/// Puts a value into the manager's data; a number is read from its text.
-void storeInData(MccData& data, std::size_t field, std::wstring_view value);
-/// Puts a value into the circuit in hand.
-void storeInCircuit(std::size_t field, std::wstring_view value);
-/// What a user's value goes to: the circuit in hand, or for a load's multiplier the factors of loads, which are kept
-/// apart from the motor's.
-void storeUserValue(MccMode mode, std::size_t field, std::wstring_view value);
+/// What a user's value goes to: the circuit, or for a load's multiplier the factors of loads, which are kept apart from
+/// the motor's.
+void storeUserValue(CircuitContext& context, MccMode mode, std::size_t field, std::wstring_view value);
 
 /// Whether a number is taken as typed: empty, or what "%f" of it begins with. So "12.5" is, "12.5a" and ".5" are not.
 [[nodiscard]] bool isTypedNumber(std::wstring_view text);

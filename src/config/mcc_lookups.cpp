@@ -1,11 +1,11 @@
 // What a motor's or load's page fetches on a button: data and wires by the lookup commands of the workbook, a motor or
 // load picked from the drawing.
 #include "config/flag_scope.h"
-#include "config/widget_manager_maker.h"
 #include "config/widget_manager_mcc.h"
 #include "host/host_api_documents.h"
 #include "text/numbers.h"
 
+#include <algorithm>
 #include <cmath>
 
 namespace brenvolt {
@@ -24,11 +24,12 @@ ListReader elementsOf(const ResultList& answer) {
 void ZanWidgetManagerMcc::OnLookup(ZanGroupCtrl* group) {
   if (!group || busy_ || !HasWindow()) return;
   const FlagScope busy(busy_);
+  // From now on the circuit in hand is that of this page: the command reads it and may change it.
+  TakeCircuit();
   const std::int32_t id = group->id();
   if (id == dataGroupId(MccMode::motor)) lookUpData(*group, MccMode::motor);
   if (id == dataGroupId(MccMode::load)) lookUpData(*group, MccMode::load);
   if (id == wireGroupId(MccMode::motor) || id == wireGroupId(MccMode::load)) lookUpWires();
-  if (ZanWidgetManagerMaker* maker = widgetManagerMaker()) maker->SetCurrent(*this);
 }
 
 void ZanWidgetManagerMcc::lookUpData(ZanGroupCtrl& group, MccMode mode) {
@@ -51,7 +52,7 @@ void ZanWidgetManagerMcc::lookUpData(ZanGroupCtrl& group, MccMode mode) {
     if (number && fields[values.size()] == flaField && std::abs(*number - data_.fla) > numberTolerance) {
       data_.fla = *number;
       // The wires are sized for the circuit in hand, which a command of the workbook's own knows nothing of.
-      circuitData().fla = *number;
+      circuits_.take(record_).circuit.fla = *number;
       startTimer(recalculateTimer);
     }
     values.push_back(number ? formatTrimmed(*number) : reader.text().value_or(std::wstring()));
@@ -78,17 +79,20 @@ void ZanWidgetManagerMcc::lookUpWires() {
 void ZanWidgetManagerMcc::OnPick(ZanGroupCtrl* group) {
   if (!group || !HasWindow()) return;
   ZanConfigDialogService& dialog = window()->dialog();
+  TakeCircuit();
   std::vector<std::wstring> values;
   const bool isPicked = (group->id() == dataGroupId(MccMode::motor) && dialog.PickMotor(values)) ||
                         (group->id() == dataGroupId(MccMode::load) && dialog.PickLoad(values));
   if (!isPicked || !HasWindow()) return;
   writeDataValues(*group, values);
-  data_.fla = circuitData().fla;
   Recalculate();
 }
 
 void ZanWidgetManagerMcc::writeDataValues(ZanGroupCtrl& group, const std::vector<std::wstring>& values) {
   group.WriteValues(values);
+  const std::vector<std::size_t> fields = mccFieldsOf(mode_);
+  for (std::size_t row = 0; row < std::min(values.size(), fields.size()); ++row)
+    setRating(data_, fields[row], values[row]);
   lastRow_ = 0;
 }
 

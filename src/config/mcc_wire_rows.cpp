@@ -1,6 +1,5 @@
 #include "config/mcc_wire_rows.h"
 
-#include "data/circuit_data.h"
 #include "host/host_api_lisp.h"
 #include "host/lisp_calls.h"
 #include "host/resources.h"
@@ -78,13 +77,13 @@ void addWire(
   rows.push_back({formatText(loadText(layerLabel), {number}), std::move(layers)});
 }
 
-/// Gives the rows of a group out anew, wire by wire, each under the label that it had.
+/// Makes the rows of a group again, wire by wire, each under the label that it had.
 class Refill final {
 public:
   Refill(const std::vector<ZanGroupRow>& shown, const std::vector<ZanGroupRow>& kept)
       : shown_(shown), kept_(kept) {}
 
-  /// `names` stand ahead of the layers kept. False when the group has no such wire.
+  /// `names` come before the layers kept. False when the group has no such wire.
   bool add(std::size_t wire, std::wstring_view size, std::vector<std::wstring> names) {
     const std::size_t row = wire * rowsOfWire;
     if (row + 1 >= shown_.size()) return false;
@@ -123,14 +122,23 @@ bool isGroundingRow(const ZanAnnotationData& row) {
 }
 
 /// The layer of a grounding wire, from the format of its code; nothing when it has none.
-std::optional<std::wstring> groundingLayer(const ZanWireFormatter& formats, std::wstring_view code) {
+std::optional<std::wstring> groundingLayer(
+    const ZanWireFormatter& formats, std::wstring_view code, const std::wstring& groundSize) {
   const bool hasFormat =
       std::any_of(formats.types().begin(), formats.types().end(), [code](const auto& entry) {
         return !entry.first.empty() && equalsCollating(entry.second, code);
       });
-  std::vector<std::wstring> names;
-  if (!hasFormat || !formats.GetLayerNames(circuitData().groundSize, code, names)) return std::nullopt;
-  return names.front();
+  if (!hasFormat) return std::nullopt;
+  const auto names = formats.GetLayerNames({groundSize, groundSize}, code);
+  if (!names) return std::nullopt;
+  return names->front();
+}
+
+std::size_t groundingWires(const std::vector<ZanGroupRow>& rows) {
+  std::size_t count = 0;
+  for (std::size_t row = 0; row + 1 < rows.size(); row += rowsOfWire)
+    if (isGroundingLabel(rows[row].label)) ++count;
+  return count;
 }
 
 } // namespace
@@ -174,17 +182,16 @@ std::vector<ZanGroupRow> wireRows(const ZanWireFormatter& formats, const std::ve
 
 std::vector<ZanGroupRow> sizedWireRows(
     const ZanWireFormatter& formats, const std::vector<ZanGroupRow>& shown,
-    const std::vector<ZanGroupRow>& kept, std::wstring_view suffix, std::wstring_view size) {
-  const std::size_t grounds = formats.GetGroundCodes().size();
-  const std::size_t wires = shown.size() / rowsOfWire;
-  const std::size_t conductors = wires > grounds ? wires - grounds : 0;
+    const std::vector<ZanGroupRow>& kept, std::wstring_view suffix, const WireSizes& sizes) {
+  const std::size_t grounds = groundingWires(shown);
+  const std::size_t conductors = shown.size() / rowsOfWire - grounds;
   Refill refill(shown, kept);
-  std::vector<std::wstring> names;
 
   // A template may begin at 0 and leave numbers out.
   std::size_t position = 0;
   for (int number = 0; number <= highestCodeNumber && position < conductors; ++number)
-    if (formats.GetLayerNames(size, wireCode(number, suffix), names)) refill.add(position++, size, names);
+    if (const auto names = formats.GetLayerNames(sizes, wireCode(number, suffix)))
+      refill.add(position++, sizes.conductors, *names);
   // What no code serves stays without a size; the last position of all is given up then, which is how it has to be.
   for (; position + 1 < conductors; ++position)
     refill.add(position, L"", {});
@@ -192,8 +199,8 @@ std::vector<ZanGroupRow> sizedWireRows(
   // Grounding wires keep the labels that name them so, also when a conductor was given up.
   std::size_t ground = 0;
   for (int number = 1; number <= highestCodeNumber && ground < grounds; ++number)
-    if (formats.GetLayerNames(size, groundCode(number, suffix), names))
-      refill.add(conductors + ground++, circuitData().groundSize, names);
+    if (const auto names = formats.GetLayerNames(sizes, groundCode(number, suffix)))
+      refill.add(conductors + ground++, sizes.grounding, *names);
   return std::move(refill.rows);
 }
 
@@ -201,7 +208,7 @@ bool isGroundingLabel(std::wstring_view label) {
   return matches(trim(label.substr(0, label.find(L'-'))), groundingPattern);
 }
 
-ZanAnnotationDataList exportWires(const std::vector<ZanGroupRow>& rows) {
+ZanAnnotationDataList exportWires(const std::vector<ZanGroupRow>& rows, std::wstring_view groundSize) {
   ZanAnnotationDataList wires;
   bool hasGrounding = false;
   for (std::size_t row = 0; row + 1 < rows.size(); row += rowsOfWire) {
@@ -209,13 +216,19 @@ ZanAnnotationDataList exportWires(const std::vector<ZanGroupRow>& rows) {
     hasGrounding = hasGrounding || isGrounding;
     wires.AddRow(wireRow(isGrounding, rows[row], rows[row + 1]));
   }
-  if (!hasGrounding) wires.AddRow(wireRow(true, {L"", {circuitData().groundSize}}, {L"", {}}));
+  if (!hasGrounding) wires.AddRow(wireRow(true, {L"", {std::wstring(groundSize)}}, {L"", {}}));
   return wires;
+}
+
+std::wstring storedGroundSize(const ZanAnnotationDataList& stored) {
+  for (const ZanAnnotationDataList::Item& item : stored.items())
+    if (item.row && isGroundingRow(*item.row)) return item.row->fields.front().value;
+  return {};
 }
 
 std::vector<std::wstring> importWires(
     const ZanWireFormatter& formats, const ZanAnnotationDataList& stored,
-    const std::vector<ZanGroupRow>& shown) {
+    const std::vector<ZanGroupRow>& shown, const std::wstring& groundSize) {
   std::vector<std::wstring> values;
   values.reserve(shown.size());
   for (const ZanGroupRow& row : shown)
@@ -225,7 +238,7 @@ std::vector<std::wstring> importWires(
   };
 
   const std::vector<std::wstring> grounds = formats.GetGroundCodes();
-  const std::size_t conductors = formats.types().size() - grounds.size();
+  const std::size_t conductors = shown.size() / rowsOfWire - groundingWires(shown);
   for (std::size_t wire = 0; wire < std::min(conductors, stored.size()); ++wire) {
     const ZanAnnotationData* row = stored.items()[wire].row.get();
     // A template that has grown since: its further conductors must not take the grounding row for one of theirs.
@@ -236,8 +249,8 @@ std::vector<std::wstring> importWires(
   // The grounding wires follow the circuit's grounding size, whatever layer was stored with them.
   for (std::size_t ground = 0; ground < grounds.size(); ++ground) {
     const std::size_t row = (conductors + ground) * rowsOfWire;
-    put(row, circuitData().groundSize);
-    if (const auto layer = groundingLayer(formats, grounds[ground])) put(row + 1, *layer);
+    put(row, groundSize);
+    if (const auto layer = groundingLayer(formats, grounds[ground], groundSize)) put(row + 1, *layer);
   }
   return values;
 }

@@ -1,5 +1,5 @@
 // The wire group of a motor's or load's page: two rows for each wire of the template, its size and its layer, the
-// grounding wires behind the conductors.
+// grounding wires after the conductors.
 #pragma once
 
 #include "drawing/annotation_rows.h"
@@ -21,7 +21,7 @@ struct WireLayer {
 /// The wire layers of the active drawing, sorted for a reader.
 [[nodiscard]] std::vector<WireLayer> activeWireLayers();
 
-/// The layers to choose from for a wire position, that which stands in its cell ahead: the first of the position's
+/// The layers to choose from for a wire position, the one that its cell shows first: the first of the position's
 /// numbering that fits its pattern, else the pattern as a layer to be made, else the first of the numbering, else a
 /// default name.
 [[nodiscard]] std::vector<std::wstring> layerChoices(
@@ -31,24 +31,28 @@ struct WireLayer {
 [[nodiscard]] std::vector<ZanGroupRow> wireRows(
     const ZanWireFormatter& formats, const std::vector<WireLayer>& layers);
 
-/// The rows with a size filled in, and the layer names that follow from it ahead of the layers kept.
-/// @param shown the rows as they stand; their labels stay
+/// The rows with the sizes filled in, and the layer names that follow from them before the layers kept. The group's
+/// rows are those that the page came up with, whatever positions a nested template has added since.
+/// @param shown the rows as shown; their labels stay
 /// @param kept the rows as the page came up, for their layers
 /// @param suffix of the unit's code, with its dash
 [[nodiscard]] std::vector<ZanGroupRow> sizedWireRows(
     const ZanWireFormatter& formats, const std::vector<ZanGroupRow>& shown,
-    const std::vector<ZanGroupRow>& kept, std::wstring_view suffix, std::wstring_view size);
+    const std::vector<ZanGroupRow>& kept, std::wstring_view suffix, const WireSizes& sizes);
 
 /// Whether the label of a row says that its wire is a grounding one: "W01E - Size" does, "W1 - Size" does not.
 [[nodiscard]] bool isGroundingLabel(std::wstring_view label);
 
-/// The wires as the history stores them. A circuit without a grounding row still gives one, with the grounding size of
-/// the circuit in hand.
-[[nodiscard]] ZanAnnotationDataList exportWires(const std::vector<ZanGroupRow>& rows);
+/// The wires as the history stores them. A circuit without a grounding row still gives one, with its grounding size.
+[[nodiscard]] ZanAnnotationDataList exportWires(
+    const std::vector<ZanGroupRow>& rows, std::wstring_view groundSize);
 
-/// The values of the group's rows after an import; what the stored wires do not tell stays as shown.
+/// The size of the first grounding wire that was stored; empty without one.
+[[nodiscard]] std::wstring storedGroundSize(const ZanAnnotationDataList& stored);
+
+/// The values of the group's rows after an import; what the stored wires do not contain stays as shown.
 [[nodiscard]] std::vector<std::wstring> importWires(
     const ZanWireFormatter& formats, const ZanAnnotationDataList& stored,
-    const std::vector<ZanGroupRow>& shown);
+    const std::vector<ZanGroupRow>& shown, const std::wstring& groundSize);
 
 } // namespace brenvolt

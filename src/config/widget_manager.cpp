@@ -48,9 +48,12 @@ void ZanWidgetManager::SetKey(std::wstring_view key) {
 }
 
 void ZanWidgetManager::SaveCatalog(std::wstring_view, std::int32_t, const ManagerResults&) {}
-void ZanWidgetManager::SaveSelection(std::wstring_view, std::int32_t) {}
+void ZanWidgetManager::SaveSelection(std::wstring_view, std::int32_t, const ZanAnnotationDataList&) {}
 void ZanWidgetManager::SetLocked(bool) {}
-void ZanWidgetManager::ExportRows(ZanAnnotationDataList&) {}
+std::optional<ZanAnnotationDataList> ZanWidgetManager::ExportRows() const {
+  return std::nullopt;
+}
+
 void ZanWidgetManager::ImportRows(const ZanAnnotationDataList&) {}
 void ZanWidgetManager::OnTimer(std::uint32_t) {}
 void ZanWidgetManager::Refresh() {}
@@ -74,6 +77,10 @@ std::wstring ZanWidgetManager::GetUnitCode() const {
 
 std::wstring ZanWidgetManager::GetUnitOrder() const {
   return unit_ == nullptr ? std::wstring() : unit_->order;
+}
+
+std::int32_t ZanWidgetManager::GetUnitMarker() const {
+  return unit_ == nullptr ? 0 : unit_->markerId;
 }
 
 void ZanWidgetManager::Recalculate() {}

@@ -7,6 +7,7 @@
 
 #include <cstdint>
 #include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -39,11 +40,13 @@ public:
   [[nodiscard]] virtual bool MatchesKey(std::wstring_view key) const;
   virtual void SetKey(std::wstring_view key);
   virtual void SaveCatalog(std::wstring_view markerCode, std::int32_t code, const ManagerResults& results);
-  virtual void SaveSelection(std::wstring_view markerCode, std::int32_t code);
+  /// Keeps what the rows of a unit choose for the motor or load of the circuit.
+  virtual void SaveSelection(
+      std::wstring_view markerCode, std::int32_t code, const ZanAnnotationDataList& rows);
   /// Locks the groups after an insertion, frees them after an undo.
   virtual void SetLocked(bool locked);
-  /// The values of the groups as rows for a unit and the history.
-  virtual void ExportRows(ZanAnnotationDataList& rows);
+  /// The values of the groups as rows for a unit and the history; nothing without a window.
+  [[nodiscard]] virtual std::optional<ZanAnnotationDataList> ExportRows() const;
   /// The reverse.
   virtual void ImportRows(const ZanAnnotationDataList& rows);
   void OnTimer(std::uint32_t timerId) override;
@@ -62,6 +65,8 @@ public:
   /// CODE and ORDER of the unit, empty without one.
   [[nodiscard]] virtual std::wstring GetUnitCode() const;
   [[nodiscard]] virtual std::wstring GetUnitOrder() const;
+  /// The id of the unit's marker; 0 without a unit.
+  [[nodiscard]] std::int32_t GetUnitMarker() const;
   virtual void Recalculate();
   virtual void ApplyResults(const ManagerResults& results);
   /// Whether there is a window that still exists; every lookup asks this first.
@@ -75,7 +80,6 @@ protected:
   /// A group of the manager's page; null without a window or without such a group. Places count from 0.
   [[nodiscard]] ZanGroupCtrl* groupAt(std::size_t place) const;
 
-  ManagerResults results_;
   std::uint32_t page_ = 0; ///< of its page in the settings window
   bool busy_ = false;      ///< guards a lookup against being started twice
 

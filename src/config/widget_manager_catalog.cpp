@@ -14,7 +14,7 @@ namespace brenvolt {
 
 namespace {
 
-/// Place of the count among the rows; it holds also when a row ahead of it is left out for want of its text.
+/// Place of the count among the rows; it holds also when a row before it is left out because its text is missing.
 constexpr std::int32_t countPlace =
     static_cast<std::int32_t>(TextId::catalogCount) - static_cast<std::int32_t>(TextId::catalogFirst);
 /// A lookup gives no count.
@@ -36,7 +36,7 @@ std::vector<ZanGroupRow> buildRows() {
   return rows;
 }
 
-/// The values of a row that belongs to a table; nothing when it is another table's. A row that ends ahead of a name
+/// The values of a row that belongs to a table; nothing when it is another table's. A row that ends before a name
 /// has nothing against it.
 std::optional<std::vector<std::wstring>> valuesOfTable(
     const ZanAnnotationData& row, const std::wstring& title, const std::wstring& table) {
@@ -134,23 +134,36 @@ std::vector<std::wstring> ZanWidgetManagerCatalog::valuesOf(const ResultList& an
   return values;
 }
 
-void ZanWidgetManagerCatalog::SaveSelection(std::wstring_view markerCode, std::int32_t code) {
-  const ZanWidgetManagerMaker* maker = widgetManagerMaker();
-  ZanWidgetManager* head = maker == nullptr ? nullptr : maker->FindHead(this);
-  if (head != nullptr) head->SaveCatalog(markerCode, code, results_);
+ZanWidgetManager* ZanWidgetManagerCatalog::head() const {
+  return maker_ == nullptr ? nullptr : maker_->FindHead(this);
+}
+
+/// The values of each row that belongs to the table of its place.
+ManagerResults ZanWidgetManagerCatalog::resultsOf(const ZanAnnotationDataList& rows) const {
+  ManagerResults results;
+  for (std::size_t place = 0; place < std::min(tables_.size(), rows.size()); ++place) {
+    const ZanAnnotationData* row = rows.items()[place].row.get();
+    const auto& [table, title] = tables_[place];
+    if (row == nullptr) continue;
+    if (auto values = valuesOfTable(*row, title, table)) results.emplace_back(table, std::move(*values));
+  }
+  return results;
+}
+
+void ZanWidgetManagerCatalog::SaveSelection(
+    std::wstring_view markerCode, std::int32_t code, const ZanAnnotationDataList& rows) {
+  if (ZanWidgetManager* keeper = head()) keeper->SaveCatalog(markerCode, code, resultsOf(rows));
 }
 
 void ZanWidgetManagerCatalog::LoadSelection(std::wstring_view markerCode, std::int32_t code) {
-  const ZanWidgetManagerMaker* maker = widgetManagerMaker();
-  if (!HasWindow() || maker == nullptr) return;
-  results_.clear();
-  ZanWidgetManager* head = maker->FindHead(this);
-  if (head == nullptr) return;
+  ZanWidgetManager* keeper = head();
+  if (!HasWindow() || keeper == nullptr) return;
   std::vector<std::wstring> names;
   for (const auto& table : tables_)
     names.push_back(table.first);
-  head->LoadCatalog(markerCode, code, names, results_);
-  ApplyResults(results_);
+  ManagerResults results;
+  keeper->LoadCatalog(markerCode, code, names, results);
+  ApplyResults(results);
 }
 
 void ZanWidgetManagerCatalog::ApplyResults(const ManagerResults& results) {
@@ -162,37 +175,29 @@ void ZanWidgetManagerCatalog::ApplyResults(const ManagerResults& results) {
     }
 }
 
-void ZanWidgetManagerCatalog::ExportRows(ZanAnnotationDataList& rows) {
-  if (!HasWindow()) return;
-  rows.Clear();
-  results_.clear();
+std::optional<ZanAnnotationDataList> ZanWidgetManagerCatalog::ExportRows() const {
+  if (!HasWindow()) return std::nullopt;
+  ZanAnnotationDataList rows;
   for (std::size_t place = 0; place < tables_.size(); ++place) {
     const ZanGroupCtrl* group = groupAt(place);
     if (group == nullptr) continue;
     ZanAnnotationData row(rowname::catalog);
     row.Add(group->spec().title, kvtype::string, titleField, true);
     row.AddText(tables_[place].first, tableField);
-    std::vector<std::wstring> values;
-    for (const ZanGroupRow& each : group->ReadRows()) {
+    for (const ZanGroupRow& each : group->ReadRows())
       row.AddText(each.value(), each.label);
-      values.push_back(each.value());
-    }
     rows.AddRow(std::move(row));
-    results_.emplace_back(tables_[place].first, std::move(values));
   }
+  return rows;
 }
 
 void ZanWidgetManagerCatalog::ImportRows(const ZanAnnotationDataList& rows) {
-  if (!HasWindow()) return;
-  results_.clear();
   for (std::size_t place = 0; place < std::min(tables_.size(), rows.size()); ++place) {
     ZanGroupCtrl* group = groupAt(place);
     const ZanAnnotationData* row = rows.items()[place].row.get();
     if (group == nullptr || row == nullptr) continue;
-    const auto values = valuesOfTable(*row, group->spec().title, tables_[place].first);
-    if (!values) continue;
-    results_.emplace_back(tables_[place].first, *values);
-    group->WriteValues(*values);
+    const auto& [table, title] = tables_[place];
+    if (const auto values = valuesOfTable(*row, title, table)) group->WriteValues(*values);
   }
 }
 

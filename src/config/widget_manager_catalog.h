@@ -7,14 +7,20 @@
 #include "project/code_record.h"
 
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <utility>
 #include <vector>
 
 namespace brenvolt {
 
+class ZanWidgetManagerMaker;
+
 class ZanWidgetManagerCatalog final : public ZanWidgetManager {
 public:
+  /// `maker` knows the motor or load that keeps the parts; without one nothing is kept.
+  explicit ZanWidgetManagerCatalog(const ZanWidgetManagerMaker* maker) : maker_(maker) {}
+
   /// Takes the lookup command and the tables from a rule: its text, and (table name, group title) of its parameters.
   void Configure(ZanConfigUnit* unit, const ZanScriptEntry& rule);
 
@@ -23,21 +29,25 @@ public:
   /// Runs the command for a group of this page and writes its answer, a list or one text, into the rows. "@table",
   /// "@mfg", "@cat" and "@asm" stand for the table and the first three rows. Any other answer changes nothing.
   void OnLookup(ZanGroupCtrl* group) override;
-  /// The head of the manager's group stores what was exported or read last; without a head nothing is stored.
-  void SaveSelection(std::wstring_view markerCode, std::int32_t code) override;
+  /// The head of the manager's group stores the rows of the manager's tables; without a head nothing is stored.
+  void SaveSelection(
+      std::wstring_view markerCode, std::int32_t code, const ZanAnnotationDataList& rows) override;
   void LoadSelection(std::wstring_view markerCode, std::int32_t code) override;
   /// Writes the values of each table that is shown; other tables are passed over.
   void ApplyResults(const ManagerResults& results) override;
   /// One row for each table: its title (hidden), its name, its values.
-  void ExportRows(ZanAnnotationDataList& rows) override;
+  [[nodiscard]] std::optional<ZanAnnotationDataList> ExportRows() const override;
   /// A row whose title or table has changed in the workbook is dropped.
   void ImportRows(const ZanAnnotationDataList& rows) override;
   void SetLocked(bool locked) override;
 
 private:
+  [[nodiscard]] ZanWidgetManager* head() const;
+  [[nodiscard]] ManagerResults resultsOf(const ZanAnnotationDataList& rows) const;
   [[nodiscard]] std::vector<std::wstring> valuesOf(const ResultList& answer) const;
   [[nodiscard]] bool lookUp(ZanGroupCtrl& group, std::vector<std::wstring>& values);
 
+  const ZanWidgetManagerMaker* maker_;
   std::wstring command_;
   std::vector<std::pair<std::wstring, std::wstring>> tables_; ///< name and group title
   std::int32_t countRow_ = -1; ///< place of the count among the rows; -1 until the groups are built

@@ -17,11 +17,6 @@ namespace {
 constexpr std::size_t typeField = 0;
 constexpr std::size_t currentField = 7;
 
-std::unique_ptr<ZanWidgetManagerMaker>& makerOfProcess() {
-  static std::unique_ptr<ZanWidgetManagerMaker> maker;
-  return maker;
-}
-
 const ZanAnnotationData* findRow(const ZanAnnotationDataList& rows, std::wstring_view name) {
   for (const ZanAnnotationDataList::Item& item : rows.items())
     if (item.row && item.row->name == name) return item.row.get();
@@ -39,19 +34,6 @@ std::wstring MakeKey(const ZanScriptEntry& rule) {
   for (const auto& [name, value] : rule.params)
     key += name + value;
   return key;
-}
-
-ZanWidgetManagerMaker* widgetManagerMaker() {
-  return makerOfProcess().get();
-}
-
-bool ZanWidgetManagerMaker::Create() {
-  if (!makerOfProcess()) makerOfProcess() = std::make_unique<ZanWidgetManagerMaker>();
-  return makerOfProcess() != nullptr;
-}
-
-void ZanWidgetManagerMaker::Destroy() {
-  makerOfProcess().reset();
 }
 
 bool ZanWidgetManagerMaker::MakeManagers(ZanConfigUnit& unit) {
@@ -74,15 +56,16 @@ bool ZanWidgetManagerMaker::MakeManagers(ZanConfigUnit& unit) {
 
 void ZanWidgetManagerMaker::makeMotorManager(ZanConfigUnit& unit, const ZanOptionGroup& group) {
   unit.control = true;
-  auto manager = std::make_unique<ZanWidgetManagerMcc>();
+  auto manager = std::make_unique<ZanWidgetManagerMcc>(circuits_);
   manager->Initialise(&unit, group);
   unit.BindManager(controlOptionCode, manager.get());
-  manager->SetWireFormats(wireFormatter_);
+  manager->SetWireFormats(wires_.formats(SamePosition::latestCounts));
+  manager->TakeCircuit();
   AddHead(std::move(manager));
 }
 
 ZanWidgetManager* ZanWidgetManagerMaker::makeCatalogManager(ZanConfigUnit& unit, const ZanScriptEntry& rule) {
-  auto manager = std::make_unique<ZanWidgetManagerCatalog>();
+  auto manager = std::make_unique<ZanWidgetManagerCatalog>(this);
   manager->SetKey(MakeKey(rule));
   manager->Configure(&unit, rule);
   ZanWidgetManager* made = manager.get();
@@ -90,22 +73,48 @@ ZanWidgetManager* ZanWidgetManagerMaker::makeCatalogManager(ZanConfigUnit& unit,
   return made;
 }
 
-void ZanWidgetManagerMaker::SetWireFormatter(const ZanWireFormatter& formatter) {
-  wireFormatter_ = formatter;
-  if (auto* manager = dynamic_cast<ZanWidgetManagerMcc*>(current_)) manager->SetWireFormats(wireFormatter_);
+void ZanWidgetManagerMaker::SetWireFormatter(const ZanWireFormatter& formatter, std::int32_t run) {
+  wires_.add(run, formatter);
+  if (ZanWidgetManagerMcc* current = circuits_.current()) current->SetWireFormats(formatter, run);
+}
+
+template <class Visit>
+void ZanWidgetManagerMaker::forEachMotor(const Visit& visit) const {
+  const auto visitMotor = [&visit](const std::unique_ptr<ZanWidgetManager>& head) {
+    if (auto* motor = dynamic_cast<ZanWidgetManagerMcc*>(head.get())) visit(*motor);
+  };
+  for (const ZanManagerGroup& group : groups_)
+    visitMotor(group.head);
+  for (const auto& head : retired_)
+    visitMotor(head);
+}
+
+void ZanWidgetManagerMaker::TakeBackRun(std::int32_t run) {
+  wires_.takeBack(run);
+  ZanWidgetManagerMcc* last = nullptr;
+  forEachMotor([&](ZanWidgetManagerMcc& motor) {
+    motor.TakeBackRun(run);
+    if (motor.HasUnit()) last = &motor;
+  });
+  const ZanWidgetManagerMcc* current = circuits_.current();
+  if (current != nullptr && !current->HasUnit() && last != nullptr) last->TakeCircuit();
+}
+
+void ZanWidgetManagerMaker::JoinRun(std::int32_t run, std::int32_t former) {
+  wires_.joinRun(run, former);
+  forEachMotor([run, former](ZanWidgetManagerMcc& motor) { motor.JoinRun(run, former); });
 }
 
 void ZanWidgetManagerMaker::AddHead(std::unique_ptr<ZanWidgetManager> head) {
-  current_ = head.get();
   if (groups_.empty() || groups_.back().isHeaded()) groups_.emplace_back();
   std::unique_ptr<ZanWidgetManager>& place = groups_.back().head;
-  // A head whose unit was undone gives way, but its groups still stand in the window.
+  // A head whose unit was undone gives way, but its groups are still in the window.
   if (place) retired_.push_back(std::move(place));
   place = std::move(head);
 }
 
 void ZanWidgetManagerMaker::AddMember(std::unique_ptr<ZanWidgetManager> member) {
-  // A motor that was undone takes no part over: it belongs to the one ahead of it.
+  // A motor that was undone takes no part over: it belongs to the one before it.
   const auto living = std::find_if(groups_.rbegin(), groups_.rend(), [](const ZanManagerGroup& group) {
     return group.head == nullptr || group.isHeaded();
   });
@@ -121,49 +130,28 @@ ZanWidgetManager* ZanWidgetManagerMaker::FindHead(const ZanWidgetManager* member
   return nullptr;
 }
 
-void ZanWidgetManagerMaker::RefreshSettings() {
-  const auto canSpeak = [](const ZanWidgetManager* head) {
-    return head != nullptr && head->HasUnit() && head->HasWindow();
-  };
-  if (!canSpeak(current_)) {
-    const auto last =
-        std::find_if(groups_.rbegin(), groups_.rend(), [&canSpeak](const ZanManagerGroup& group) {
-          return canSpeak(group.head.get());
-        });
-    if (last != groups_.rend()) current_ = last->head.get();
-  }
-  settings_.Clear();
-  if (current_ != nullptr) current_->ExportRows(settings_);
-}
-
-bool ZanWidgetManagerMaker::CollectSettings(ZanAnnotationDataList& rows, std::vector<std::wstring>& orders) {
-  rows.Clear();
-  std::wstring previous;
+std::vector<MotorRows> ZanWidgetManagerMaker::CollectSettings() const {
+  std::vector<MotorRows> motors;
   for (const ZanManagerGroup& group : groups_) {
-    if (!group.isHeaded() || !group.head->HasWindow()) continue;
-    group.head->ExportRows(settings_);
-    rows.Append(settings_);
-    const std::wstring code = group.head->GetUnitCode();
-    // Consecutive heads of one marker code share one order.
-    if (previous.empty() || !equalsOrdinalNoCase(previous, code))
-      orders.push_back(group.head->GetUnitOrder());
-    previous = code;
+    if (!group.isHeaded()) continue;
+    if (std::optional<ZanAnnotationDataList> rows = group.head->ExportRows())
+      motors.push_back({group.head->GetUnitMarker(), std::move(*rows)});
   }
-  return !rows.isEmpty();
+  return motors;
 }
 
-void ZanWidgetManagerMaker::computeAutoRows(
-    const ZanAnnotationDataList& groupData, std::vector<ZanAutoSizeRow>& rows) const {
-  rows.clear();
+std::vector<ZanAutoSizeRow> computeAutoRows(const ZanAnnotationDataList& groupData) {
   const ZanAnnotationData* setup = findRow(groupData, rowname::motorSetup);
   if (!setup) setup = findRow(groupData, rowname::loadSetup);
-  if (!setup) return;
+  if (!setup) return {};
   ZanAutoSizeComponent components;
   // Without a standard the tables' plain names are used.
   if (const std::optional<std::wstring> standard = getCodeStandard())
     static_cast<void>(components.init(*standard));
+  std::vector<ZanAutoSizeRow> rows;
   static_cast<void>(
       components.size(fieldOf(*setup, typeField), toDouble(fieldOf(*setup, currentField)), rows));
+  return rows;
 }
 
 } // namespace brenvolt

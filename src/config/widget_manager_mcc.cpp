@@ -77,6 +77,13 @@ std::optional<MccMode> modeOfUnit(const ZanConfigUnit* unit) {
 
 } // namespace
 
+ZanWidgetManagerMcc::ZanWidgetManagerMcc(CircuitInHand& circuits)
+    : circuits_(circuits), record_(circuits.begin(*this)) {}
+
+ZanWidgetManagerMcc::~ZanWidgetManagerMcc() {
+  circuits_.forget(record_);
+}
+
 void ZanWidgetManagerMcc::Initialise(ZanConfigUnit* unit, const ZanOptionGroup& group) {
   SetUnit(unit);
   if (!group.options.empty()) count_ = toInt(group.options.front().text);
@@ -94,15 +101,30 @@ void ZanWidgetManagerMcc::Initialise(ZanConfigUnit* unit, const ZanOptionGroup& 
   ResultList answer;
   if (evalString(inchOrMetricForm, answer) == kvstatus::normal)
     if (const std::optional<std::int32_t> units = ListReader(answer).integer()) metric_ = *units == isMetric;
+  // A new circuit asks again about tables that are missing.
   clearAcceptedTables();
 }
 
-void ZanWidgetManagerMcc::SetWireFormats(const ZanWireFormatter& formatter) {
+void ZanWidgetManagerMcc::SetWireFormats(const ZanWireFormatter& formatter, std::int32_t run) {
   const std::wstring suffix = wireSuffix(GetUnitCode());
+  const auto isNew = [&](const std::wstring& code, const ZanWireFormatter::Entries& known) {
+    return equalsCollating(wireSuffix(code), suffix) &&
+           std::none_of(known.begin(), known.end(), [&code](const auto& entry) {
+             return equalsCollating(entry.second, code);
+           });
+  };
+  ZanWireFormatter own;
   for (const auto& [format, code] : formatter.types())
-    if (equalsCollating(wireSuffix(code), suffix)) formats_.AddWireType(format, code);
+    if (isNew(code, formats_.types())) own.AddWireType(format, code);
   for (const auto& [numbers, code] : formatter.numbers())
-    if (equalsCollating(wireSuffix(code), suffix)) formats_.AddWireNumbers(numbers, code);
+    if (isNew(code, formats_.numbers())) own.AddWireNumbers(numbers, code);
+  wires_.add(run, std::move(own));
+  formats_ = wires_.formats(SamePosition::eachCounts);
+}
+
+void ZanWidgetManagerMcc::TakeBackRun(std::int32_t run) {
+  wires_.takeBack(run);
+  formats_ = wires_.formats(SamePosition::eachCounts);
 }
 
 void ZanWidgetManagerMcc::AttachWindow(ZanSettingsWnd* window) {
@@ -149,13 +171,13 @@ bool ZanWidgetManagerMcc::OnCellChanged(std::int32_t groupId, std::uint32_t row,
   const std::vector<std::size_t> fields = mccFieldsOf(*mode);
   if (row < 1 || row > fields.size()) return true;
   const std::size_t field = fields[row - 1];
-  if (!mccField(field).text) {
+  if (!ratingFields[field].text) {
     if (!isTypedNumber(text)) return false;
     storeNumber(*mode, field, text);
     return true;
   }
-  storeInData(data_, field, text);
-  storeInCircuit(field, text);
+  setRating(data_, field, text);
+  setRating(circuits_.take(record_).circuit, field, text);
   // A load never looks its current up: it has no row for the speed.
   const bool isComplete = !data_.type.empty() && !data_.load.empty() && !data_.voltage.empty() &&
                           !data_.speed.empty() && !data_.frequency.empty();
@@ -165,9 +187,9 @@ bool ZanWidgetManagerMcc::OnCellChanged(std::int32_t groupId, std::uint32_t row,
 }
 
 void ZanWidgetManagerMcc::storeNumber(MccMode mode, std::size_t field, std::wstring_view text) {
-  const bool hasChanged = differs(data_.*mccField(field).number, toDouble(text));
-  storeInData(data_, field, text);
-  storeUserValue(mode, field, text);
+  const bool hasChanged = differs(data_.*ratingFields[field].number, toDouble(text));
+  setRating(data_, field, text);
+  storeUserValue(circuits_.take(record_), mode, field, text);
   // A motor's current and a load's multiplier size the wires also when typed again as they were.
   const bool always = field == (mode == MccMode::motor ? flaField : multiplierField);
   if (always || hasChanged) startTimer(recalculateTimer);
@@ -188,7 +210,7 @@ std::vector<MotorCondition> ZanWidgetManagerMcc::conditionsBut(
   std::vector<MotorCondition> conditions;
   for (std::size_t row = 0; row < std::min(rows.size(), fields.size()); ++row) {
     const std::wstring value = rows[row].value();
-    // A load's current is compared with the column of currents, though it stands in the row of a motor's speed.
+    // A load's current is compared with the column of currents, though it is in the row of a motor's speed.
     if (row != skippedRow && fields[row] < conditionFields && !value.empty())
       conditions.push_back({columnNames_[fields[row]], value});
   }
@@ -259,7 +281,8 @@ void ZanWidgetManagerMcc::lookUpCurrent() {
 }
 
 void ZanWidgetManagerMcc::CommitToCircuitData() {
-  circuitData().resetOpenFields();
+  CircuitContext& context = circuits_.take(record_);
+  context.circuit.resetOpenFields();
   const ZanGroupCtrl* group = groupAt(mccplace::data);
   if (!group) return;
   const std::vector<std::size_t> fields = mccFieldsOf(mode_);
@@ -267,20 +290,30 @@ void ZanWidgetManagerMcc::CommitToCircuitData() {
   for (std::size_t row = 0; row < std::min(rows.size(), fields.size()); ++row) {
     const std::wstring value = rows[row].value();
     if (value.empty()) continue;
-    storeUserValue(mode_, fields[row], value);
-    circuitData().setOpenField(fields[row], false);
+    storeUserValue(context, mode_, fields[row], value);
+    context.circuit.setOpenField(fields[row], false);
   }
 }
 
+ZanCircuitData ZanWidgetManagerMcc::sizedCircuit() const {
+  ZanCircuitData sized = circuit().circuit;
+  // The multiplier that the page shows: what the user types for a load goes to the factors of loads alone, and a lookup
+  // command of a site's own writes the rows and nothing else.
+  if (isGiven(data_.flaMultiplier)) sized.flaMultiplier = data_.flaMultiplier;
+  return sized;
+}
+
 void ZanWidgetManagerMcc::Recalculate() {
-  if (const std::optional<std::wstring> size = proposedWireSize(connection_)) fillWireRows(*size);
+  if (const std::optional<std::wstring> size = proposedWireSize(connection_, sizedCircuit()))
+    fillWireRows(*size);
 }
 
 void ZanWidgetManagerMcc::fillWireRows(std::wstring_view size) {
   ZanGroupCtrl* group = groupAt(mccplace::wires);
   if (!group) return;
-  group->ReplaceRows(
-      sizedWireRows(formats_, group->ReadRows(), group->spec().rows, wireSuffix(GetUnitCode()), size));
+  group->ReplaceRows(sizedWireRows(
+      formats_, group->ReadRows(), group->spec().rows, wireSuffix(GetUnitCode()),
+      {std::wstring(size), circuit().circuit.groundSize}));
 }
 
 void ZanWidgetManagerMcc::SetLocked(bool locked) {

@@ -3,12 +3,15 @@
 // groups of the same circuit store their parts.
 #pragma once
 
+#include "config/circuit_in_hand.h"
 #include "config/mcc_fields.h"
 #include "config/mcc_wire_rows.h"
 #include "config/widget_manager.h"
 #include "data/catalog_selection.h"
 #include "data/db_service.h"
 #include "data/motor_choices.h"
+#include "drawing/exported_rows.h"
+#include "drawing/template_wires.h"
 #include "drawing/wire_formatter.h"
 #include "project/code_record.h"
 
@@ -22,12 +25,16 @@ namespace brenvolt {
 
 class ZanWidgetManagerMcc : public ZanWidgetManager {
 public:
+  /// `circuits` must outlive the manager.
+  explicit ZanWidgetManagerMcc(CircuitInHand& circuits);
+  ~ZanWidgetManagerMcc() override;
+
   void OnLookup(ZanGroupCtrl* group) override;
   void OnPick(ZanGroupCtrl* group) override;
   void AttachWindow(ZanSettingsWnd* window) override;
   void SaveCatalog(std::wstring_view markerCode, std::int32_t code, const ManagerResults& results) override;
   void SetLocked(bool locked) override;
-  void ExportRows(ZanAnnotationDataList& rows) override;
+  [[nodiscard]] std::optional<ZanAnnotationDataList> ExportRows() const override;
   void ImportRows(const ZanAnnotationDataList& rows) override;
   void OnTimer(std::uint32_t timerId) override;
   void Refresh() override;
@@ -38,24 +45,37 @@ public:
   void LoadCatalog(
       std::wstring_view markerCode, std::int32_t code, const std::vector<std::wstring>& tables,
       ManagerResults& results) override;
-  /// Sizes the wires for the current of the circuit in hand and fills the wire group.
+  /// Sizes the wires for the current of the page's circuit and fills the wire group.
   void Recalculate() override;
 
   /// Takes the lookup commands from the unit's control rules and opens the engineering database; a failure is told
   /// once. `group` is the unit's control group.
   virtual void Initialise(ZanConfigUnit* unit, const ZanOptionGroup& group);
-  /// Puts the data group into the circuit in hand, as the LISP of a lookup reads it there.
+  /// Gives all conductors of the wire group a size, and its grounding wires that of the page's circuit.
+  void fillWireRows(std::wstring_view size);
+
+  /// Makes the page's circuit the circuit in hand, the values of the data group included, as the LISP of a lookup reads
+  /// it there.
   virtual void CommitToCircuitData();
 
-  /// Takes the wires of the unit's own suffix out of those of a scan, behind those that it has: a nested template
-  /// without wires leaves them alone.
-  void SetWireFormats(const ZanWireFormatter& formatter);
+  /// The page's circuit becomes the circuit in hand.
+  void TakeCircuit() { static_cast<void>(circuits_.take(record_)); }
+  [[nodiscard]] const CircuitContext& circuit() const { return circuits_.of(record_); }
+
+  /// Adds the wire positions of the unit's own suffix that a run's template brings. A position that the page has
+  /// already stays as it is.
+  void SetWireFormats(const ZanWireFormatter& formatter, std::int32_t run = 0);
+  /// A run was undone, or became part of the one before it.
+  void TakeBackRun(std::int32_t run);
+  void JoinRun(std::int32_t run, std::int32_t former) { wires_.joinRun(run, former); }
 
 private:
   static constexpr std::uint32_t recalculateTimer = 105;
 
   /// Opens the database unless it is open; the first failure shows the alert.
   bool ensureDatabase();
+  /// The circuit that the wires are sized for, with the multiplier that the page shows.
+  [[nodiscard]] ZanCircuitData sizedCircuit() const;
   [[nodiscard]] CatalogKey catalogKey(
       std::wstring_view markerCode, std::int32_t code, std::wstring_view table) const;
   [[nodiscard]] std::vector<MotorCondition> conditionsBut(
@@ -65,23 +85,26 @@ private:
   void lookUpCurrent();
   void lookUpData(ZanGroupCtrl& group, MccMode mode);
   void lookUpWires();
-  void fillWireRows(std::wstring_view size);
   /// As it is no edit of the user's, no `OnCellChanged` follows.
   void writeDataValues(ZanGroupCtrl& group, const std::vector<std::wstring>& values);
 
-  std::int32_t count_ = 1;    ///< of motors, as the control group tells; kept and not used
+  CircuitInHand& circuits_;
+  CircuitInHand::Record record_;
+  std::int32_t count_ = 1;    ///< of motors, of the control group; stored and not used
   std::wstring motorCommand_; ///< looks up a motor or load
   std::wstring wireCommand_;
   std::wstring databaseFile_;
-  MccData data_;
-  ZanWireFormatter formats_;
+  Ratings data_ = startRatings(); ///< what the data group shows
+  StoredWireFields storedWires_;  ///< as they came with the unit, for as long as no wire is chosen
+  TemplateWires wires_;           ///< each template's positions that were new
+  ZanWireFormatter formats_;      ///< all of `wires_`
   ZanOleDbConnection connection_;
   bool metric_ = false; ///< the drawing's units; kept and not used
   bool columnsLoaded_ = false;
   bool databaseAlerted_ = false;
   MotorColumns columnNames_;
-  std::array<std::vector<std::wstring>, mccFieldCount> choiceCache_; ///< by row
-  WireSizeColumns wireSizeColumns_;                                  ///< kept and not asked by any query
+  std::array<std::vector<std::wstring>, ratingCount> choiceCache_; ///< by row
+  WireSizeColumns wireSizeColumns_;                                ///< kept and not asked by any query
   std::uint32_t lastRow_ = 0; ///< of the last `GetChoices`, from 1; 0: the cache is stale
   bool querying_ = false;     ///< a `GetChoices` runs
   MccMode mode_ = MccMode::motor;

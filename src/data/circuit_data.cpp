@@ -1,4 +1,4 @@
-// The two process-wide records and the flags of the fields that a configuration fixes.
+// The process-wide record and the flags of the fields that a configuration fixes.
 #include "data/circuit_data.h"
 
 namespace brenvolt {
@@ -11,14 +11,9 @@ void ZanCircuitData::resetOpenFields() {
   openField.fill(true);
 }
 
-ZanCircuitData& circuitData() {
-  static ZanCircuitData data;
-  return data;
-}
-
-ZanLoadFactors& loadFactors() {
-  static ZanLoadFactors factors;
-  return factors;
+CircuitContext& circuitContext() {
+  static CircuitContext context;
+  return context;
 }
 
 } // namespace brenvolt

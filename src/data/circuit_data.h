@@ -2,6 +2,8 @@
 // is how a motor chosen in one call reaches the wire lookup and the build that follow.
 #pragma once
 
+#include "data/ratings.h"
+
 #include <array>
 #include <cstddef>
 #include <string>
@@ -9,30 +11,11 @@
 namespace brenvolt {
 
 /// What `openField` counts: true while the user may change the field, false when the circuit's configuration fixes it.
-enum class OpenField : std::size_t {
-  type,
-  load,
-  units,
-  voltage,
-  phase,
-  frequency,
-  speed,
-  fla,
-  flaMultiplier
-};
-inline constexpr std::size_t openFieldCount = 9;
+using OpenField = Rating;
+inline constexpr std::size_t openFieldCount = ratingCount;
 
 /// A double that is not above the tolerance is not given; readers then take the option's default.
-struct ZanCircuitData {
-  std::wstring type;
-  std::wstring load; ///< power or rating figure
-  std::wstring units;
-  std::wstring voltage;   ///< volts
-  std::wstring phase;     ///< "1" or "3"
-  std::wstring frequency; ///< hertz
-  std::wstring speed;     ///< rpm
-  double fla = -1.0;      ///< full-load current, amperes
-  double flaMultiplier = -1.0;
+struct ZanCircuitData : Ratings {
   double extraCurrent = -1.0; ///< amperes on top of the load's current
   bool fromSelection = false; ///< set by the motor dialog, cleared when the wire dialog stores its fields
   std::array<bool, openFieldCount> openField = {true, true, true, true, true, true, true, true, true};
@@ -77,8 +60,21 @@ struct ZanLoadFactors {
   double powerFactor = -1.0;
 };
 
-/// The one record of the process, from first use to its end.
-[[nodiscard]] ZanCircuitData& circuitData();
-[[nodiscard]] ZanLoadFactors& loadFactors();
+/// What one LISP call leaves to the next about the circuit in hand. A handler hands it to what it calls; nothing below a
+/// handler looks for it.
+struct CircuitContext {
+  ZanCircuitData circuit;
+  ZanLoadFactors load;
+};
+
+/// The record of the process, from first use to its end. LISP that a flow runs may call a handler, which works on the
+/// same record: this is how the answer of a lookup reaches the page that asked for it.
+[[nodiscard]] CircuitContext& circuitContext();
+[[nodiscard]] inline ZanCircuitData& circuitData() {
+  return circuitContext().circuit;
+}
+[[nodiscard]] inline ZanLoadFactors& loadFactors() {
+  return circuitContext().load;
+}
 
 } // namespace brenvolt

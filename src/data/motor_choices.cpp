@@ -4,9 +4,11 @@
 #include "data/table_query.h"
 #include "host/lisp_symbols.h"
 #include "platform/statement_text.h"
+#include "text/compare.h"
 #include "text/split.h"
 
 #include <map>
+#include <set>
 
 namespace brenvolt {
 
@@ -14,13 +16,6 @@ namespace {
 
 constexpr std::wstring_view wireSizeTable = L"WIRESIZE";
 constexpr std::wstring_view noCondition = L"1=1";
-
-struct ColumnPlace {
-  int ordinal; ///< in the table, from 1; the first is the record's id
-  std::size_t field;
-};
-
-constexpr ColumnPlace motorColumnPlaces[] = {{2, 0}, {3, 4}, {4, 3}, {5, 6}, {6, 1}, {7, 2}, {8, 7}, {9, 5}};
 
 /// Names by ordinal; nothing when the catalogue does not know the table.
 std::optional<std::map<int, std::wstring>> columnsOf(
@@ -53,9 +48,19 @@ std::optional<MotorColumns> readMotorColumns(ZanOleDbConnection& connection, std
   const auto names = columnsOf(connection, table);
   if (!names) return std::nullopt;
   MotorColumns columns;
-  for (const ColumnPlace& place : motorColumnPlaces)
-    if (const auto found = names->find(place.ordinal); found != names->end())
-      columns[place.field] = found->second;
+  std::set<int> taken;
+  for (std::size_t field = 0; field < ratingCount; ++field)
+    for (const auto& [ordinal, name] : *names)
+      if (equalsOrdinalNoCase(name, ratingFields[field].column)) {
+        columns[field] = name;
+        taken.insert(ordinal);
+      }
+  for (std::size_t field = 0; field < ratingCount; ++field) {
+    const auto found = names->find(ratingFields[field].motorColumn);
+    // A column that another rating has by its name is not this one.
+    if (columns[field].empty() && found != names->end() && !taken.contains(found->first))
+      columns[field] = found->second;
+  }
   return columns;
 }
 
@@ -84,13 +89,12 @@ std::vector<std::wstring> distinctMotorValues(
   return values;
 }
 
-std::optional<std::wstring> proposedWireSize(ZanOleDbConnection& connection) {
+std::optional<std::wstring> proposedWireSize(ZanOleDbConnection& connection, const ZanCircuitData& circuit) {
   const std::wstring code = getCodeStandard().value_or(std::wstring());
   WireTableCache tables(connection);
   if (!tables.hasOptions(code)) return std::nullopt;
   const WireDefaults defaults(tables, code);
-  const ZanCircuitData& data = circuitData();
-  const std::optional<AutoWire> wire = autoWire(defaults, data, autoDesignCurrent(defaults, data));
+  const std::optional<AutoWire> wire = autoWire(defaults, circuit, autoDesignCurrent(defaults, circuit));
   return wire ? removeBlanks(wire->size) : std::wstring();
 }
 

@@ -2,6 +2,7 @@
 // values are left for one field when others are given.
 #pragma once
 
+#include "data/circuit_data.h"
 #include "data/table_names.h"
 
 #include <array>
@@ -12,12 +13,12 @@
 
 namespace brenvolt {
 
-/// By field: type, load, units, voltage, phase, frequency, speed, full-load current, multiplier.
-using MotorColumns = std::array<std::wstring, 9>;
+/// By place in the table of ratings.
+using MotorColumns = std::array<std::wstring, ratingCount>;
 using WireSizeColumns = std::array<std::wstring, 4>;
 
-/// The columns of the motor table of a code standard, by their place in it. The multiplier has no column, and its name
-/// stays empty. Nothing without the table.
+/// The columns of the motor table of a code standard: by their names, and by place where a name is missing. The
+/// multiplier has no column, and its name stays empty. Nothing without the table.
 [[nodiscard]] std::optional<MotorColumns> readMotorColumns(
     ZanOleDbConnection& connection, std::wstring_view code);
 
@@ -36,8 +37,9 @@ struct MotorCondition {
     ZanOleDbConnection& connection, ZanTableKind table, std::wstring_view code, std::wstring_view column,
     const std::vector<MotorCondition>& conditions);
 
-/// The wire size without blanks that the automatic sizing proposes for the circuit in hand; nothing when the options
-/// of the code standard cannot be loaded.
-[[nodiscard]] std::optional<std::wstring> proposedWireSize(ZanOleDbConnection& connection);
+/// The wire size without blanks that the automatic sizing proposes for a circuit; nothing when the options of the code
+/// standard cannot be loaded.
+[[nodiscard]] std::optional<std::wstring> proposedWireSize(
+    ZanOleDbConnection& connection, const ZanCircuitData& circuit);
 
 } // namespace brenvolt

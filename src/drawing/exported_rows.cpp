@@ -1,6 +1,5 @@
 #include "drawing/exported_rows.h"
 
-#include "data/circuit_data.h"
 #include "host/resources.h"
 #include "text/numbers.h"
 
@@ -45,7 +44,7 @@ constexpr std::array<Row, exportedRowCount> rows = {{
      [](const ZanCircuitData& data) { return textIf(data.useVoltageDrop, data.lengthUnits); }},
     {TextId::exportRaceway, L"",
      [](const ZanCircuitData& data) { return textIf(data.useVoltageDrop, data.raceway); }},
-    // Without voltage drop the number ahead of it is repeated, the length's "0".
+    // Without voltage drop the number before it is repeated, the length's "0".
     {TextId::exportPowerFactor, L"0",
      [](const ZanCircuitData& data) { return numberIf(data.useVoltageDrop, data.powerFactor); }},
     {TextId::exportDropLimit, L"0",
@@ -74,11 +73,17 @@ constexpr std::array<Row, exportedRowCount> rows = {{
 
 } // namespace
 
-void exportRows(ZanAnnotationData& record) {
+void exportRows(const ZanCircuitData& circuit, const StoredWireFields& stored, ZanAnnotationData& record) {
   const ResourceScope texts;
-  const ZanCircuitData& data = circuitData();
-  for (const Row& row : rows)
-    record.AddText(data.wireChosen ? row.value(data) : std::wstring(row.withoutWire), loadText(row.label));
+  for (std::size_t index = 0; index < rows.size(); ++index) {
+    const Row& row = rows[index];
+    std::wstring value(row.withoutWire);
+    if (circuit.wireChosen)
+      value = row.value(circuit);
+    else if (index < stored.size())
+      value = stored[index];
+    record.AddText(value, loadText(row.label));
+  }
 }
 
 } // namespace brenvolt

@@ -8,7 +8,7 @@
 
 namespace brenvolt {
 
-/// Sets the symbol ahead of a run: index 0, the handles of all markers in tree order, the one value "-1".
+/// Sets the symbol before a run: index 0, the handles of all markers in tree order, the one value "-1".
 /// @return false, the symbol unchanged, when a marker has no handle, LISP cannot run or the host refuses the list
 bool PublishMarkerData(ZanDwgMarkerList& markers);
 

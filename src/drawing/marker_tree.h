@@ -40,12 +40,12 @@ void NumberMarkers(ZanDwgMarkerList& list);
 /// Whether a marker of the list has option groups; with `recursive` also one of the child lists.
 [[nodiscard]] bool HasOptions(const ZanDwgMarkerList& list, bool recursive);
 
-/// Appends the records of the markers from `fromId` on up to the first with option groups: that one and all behind it
+/// Appends the records of the markers from `fromId` on up to the first with option groups: that one and all after it
 /// wait for the user. Only this list is walked.
 /// @return whether `items` holds anything
 bool collectLevel(const ZanDwgMarkerList& list, std::int32_t fromId, std::vector<ZanExecRecord>& items);
 
-/// Appends the records of the stretch from `fromId` to `toId`, both included, children behind their parent.
+/// Appends the records of the stretch from `fromId` to `toId`, both included, children after their parent.
 /// @return whether the stretch ended where it should: at `toId`, or at the end of the tree for `endOfMarkers`
 bool CollectRange(
     const ZanDwgMarkerList& list, std::int32_t fromId, std::int32_t toId, std::vector<ZanExecRecord>& items);

@@ -46,7 +46,7 @@ std::wstring ZanDwgMarker::GetKey() const {
 
 ZanDwgMarkerList& ZanDwgMarker::EnsureChildren() {
   BRENVOLT_ASSERT(tree_ != nullptr, "a marker gets children only when it stands in a list");
-  if (children_ == nullptr) children_.reset(new ZanDwgMarkerList(tree_));
+  if (children_ == nullptr) children_.reset(new ZanDwgMarkerList(tree_, id));
   return *children_;
 }
 
@@ -56,7 +56,8 @@ void ZanDwgMarker::DropChildren() {
 
 ZanDwgMarkerList::ZanDwgMarkerList() : tree_(std::make_shared<MarkerIndex>()) {}
 
-ZanDwgMarkerList::ZanDwgMarkerList(std::shared_ptr<MarkerIndex> tree) : tree_(std::move(tree)) {}
+ZanDwgMarkerList::ZanDwgMarkerList(std::shared_ptr<MarkerIndex> tree, std::int32_t ownerId)
+    : tree_(std::move(tree)), ownerId_(ownerId) {}
 
 ZanDwgMarkerList::~ZanDwgMarkerList() {
   for (const ZanDwgMarker& marker : markers_)

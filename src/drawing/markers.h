@@ -68,7 +68,7 @@ private:
   friend class ZanDwgMarkerList;
 
   std::unique_ptr<ZanDwgMarkerList> children_;
-  std::shared_ptr<MarkerIndex> tree_; ///< null until the marker stands in a list
+  std::shared_ptr<MarkerIndex> tree_; ///< null until the marker is in a list
 };
 
 /// An ordered list of markers. A scan inserts, `Finish` orders; markers then keep their place and address until their
@@ -91,25 +91,28 @@ public:
   [[nodiscard]] const Markers& markers() const { return markers_; }
   [[nodiscard]] bool isEmpty() const { return markers_.empty(); }
   [[nodiscard]] std::size_t size() const { return markers_.size(); }
+  /// The id of the marker whose child list this is; 0 for the top list.
+  [[nodiscard]] std::int32_t ownerId() const { return ownerId_; }
 
   /// The marker of an id anywhere in the tree that this list belongs to; null when there is none.
   [[nodiscard]] ZanDwgMarker* findById(std::int32_t id) const;
-  /// Where the marker of an id stands, anywhere in the tree.
+  /// The place of the marker of an id, anywhere in the tree.
   [[nodiscard]] std::optional<Place> placeOf(std::int32_t id) const;
   /// Whether a block reference is a marker of the tree already.
   [[nodiscard]] bool holdsHandle(KvDbHandle handle) const;
 
   /// Keeps a marker of a running scan. It must not have children yet.
   void Insert(ZanDwgMarker marker);
-  /// Puts the inserted markers behind those in the list: by order as a number, equal ones as they came; and counts
+  /// Puts the inserted markers after those in the list: by order as a number, equal ones as they came; and counts
   /// their ordinals.
   void Finish();
 
 private:
   friend class ZanDwgMarker;
-  explicit ZanDwgMarkerList(std::shared_ptr<MarkerIndex> tree);
+  ZanDwgMarkerList(std::shared_ptr<MarkerIndex> tree, std::int32_t ownerId);
 
   std::shared_ptr<MarkerIndex> tree_;
+  std::int32_t ownerId_ = 0;
   Markers pending_; ///< as they were inserted; empty outside a scan
   Markers markers_;
   std::map<std::wstring, std::int32_t, CollatingLess> countOfCode_;

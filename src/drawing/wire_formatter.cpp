@@ -1,6 +1,5 @@
 #include "drawing/wire_formatter.h"
 
-#include "data/circuit_data.h"
 #include "host/host_api_lisp.h"
 #include "text/compare.h"
 #include "text/numbers.h"
@@ -25,7 +24,7 @@ bool matches(std::wstring_view text, std::wstring_view pattern) {
   return kvutWcMatch(std::wstring(text).c_str(), std::wstring(pattern).c_str()) == kvstatus::normal;
 }
 
-/// The text behind a keyword, unbounded; nothing when the keyword does not occur.
+/// The text after a keyword, unbounded; nothing when the keyword does not occur.
 std::optional<std::wstring_view> textBehind(std::wstring_view text, std::wstring_view keyword) {
   const std::size_t at = text.find(keyword);
   if (at == std::wstring_view::npos) return std::nullopt;
@@ -110,17 +109,17 @@ WireFormat ZanWireFormatter::GetWireFormat(std::wstring_view code) const {
   return format;
 }
 
-bool ZanWireFormatter::GetLayerNames(
-    std::wstring_view value, std::wstring_view code, std::vector<std::wstring>& names) const {
-  names.clear();
+std::optional<std::vector<std::wstring>> ZanWireFormatter::GetLayerNames(
+    const WireSizes& sizes, std::wstring_view code) const {
   const auto hasCode = [code](const auto& entry) { return equalsCollating(entry.second, code); };
-  if (std::none_of(types_.begin(), types_.end(), hasCode)) return false;
+  if (std::none_of(types_.begin(), types_.end(), hasCode)) return std::nullopt;
 
+  std::vector<std::wstring> names;
   std::optional<std::wstring> preferred;
   for (const auto& entry : types_) {
     if (entry.first.empty()) continue;
-    const std::wstring_view size = IsGroundCode(entry.second) ? circuitData().groundSize : value;
-    std::wstring name = fillFormat(entry.first, size);
+    const bool isGround = IsGroundCode(entry.second);
+    std::wstring name = fillFormat(entry.first, isGround ? sizes.grounding : sizes.conductors);
     if (!preferred && hasCode(entry))
       preferred = std::move(name);
     else
@@ -128,7 +127,7 @@ bool ZanWireFormatter::GetLayerNames(
   }
   std::stable_sort(names.begin(), names.end(), CollatingLess());
   if (preferred) names.insert(names.begin(), std::move(*preferred));
-  return true;
+  return names;
 }
 
 std::vector<std::wstring> ZanWireFormatter::GetGroundCodes() const {

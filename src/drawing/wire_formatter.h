@@ -4,6 +4,7 @@
 #pragma once
 
 #include <map>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -18,12 +19,18 @@ struct WireFormat {
   friend bool operator==(const WireFormat&, const WireFormat&) = default;
 };
 
+/// The sizes that a circuit's wires have, without blanks: "10AWG".
+struct WireSizes {
+  std::wstring conductors;
+  std::wstring grounding;
+};
+
 /// The text of a code from its last "-" on, the dash included; empty without a dash.
 [[nodiscard]] std::wstring wireSuffix(std::wstring_view code);
 
-/// "WT01" to "WT09", then "WT10"; `suffix` with its dash stands behind the number.
+/// "WT01" to "WT09", then "WT10"; `suffix` with its dash follows the number.
 [[nodiscard]] std::wstring wireCode(int number, std::wstring_view suffix);
-/// "WT01E"; the zero stays from ten on ("WT010E"), as the grid counts its grounding rows. `suffix` stands behind the
+/// "WT01E"; the zero stays from ten on ("WT010E"), as the grid counts its grounding rows. `suffix` follows the
 /// "E". The wires that a preset brings count otherwise: theirs is `wireCode(number, "E" + suffix)`, "WT10E".
 [[nodiscard]] std::wstring groundCode(int number, std::wstring_view suffix);
 
@@ -44,17 +51,16 @@ public:
   /// "1", "0", or empty when the marker has no setting -> marker code.
   [[nodiscard]] const Entries& numbers() const { return numbers_; }
 
-  /// Whether a code is a grounding position: it matches "WT*E*", an "E" anywhere behind the letters.
+  /// Whether a code is a grounding position: it matches "WT*E*", an "E" anywhere after the letters.
   [[nodiscard]] static bool IsGroundCode(std::wstring_view code);
 
   /// Pattern and numbering of a position; an unknown code has "*" and "1".
   [[nodiscard]] WireFormat GetWireFormat(std::wstring_view code) const;
 
-  /// All layer names that can be built from a wire size, sorted for a reader, that of `code` ahead of all others. A
-  /// grounding entry is filled with the grounding size of the circuit in hand instead of `value`.
-  /// @return false, with `names` empty, when no position has this code; true with empty `names` when the position
-  ///   has no format.
-  bool GetLayerNames(std::wstring_view value, std::wstring_view code, std::vector<std::wstring>& names) const;
+  /// All layer names that can be built from the sizes of a circuit, sorted for a reader, that of `code` before all
+  /// others. Nothing when no position has this code; no names when no position has a format.
+  [[nodiscard]] std::optional<std::vector<std::wstring>> GetLayerNames(
+      const WireSizes& sizes, std::wstring_view code) const;
 
   /// All grounding codes, whatever their suffix, in ordinal order, a code with several entries as often.
   [[nodiscard]] std::vector<std::wstring> GetGroundCodes() const;
@@ -64,7 +70,7 @@ public:
 
   /// Reads the settings "_WIRETYPE=" and "_WIRENUMBERS=" of one marker.
   void AddMarker(std::wstring_view code, std::wstring_view misc1);
-  /// Enters one pair as it stands.
+  /// Enters one pair unchanged.
   void AddWireType(std::wstring_view format, std::wstring_view code);
   void AddWireNumbers(std::wstring_view value, std::wstring_view code);
   /// Adds all entries of `other`. Nothing is compared: scanning a template twice leaves each entry twice.

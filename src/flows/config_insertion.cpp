@@ -12,10 +12,10 @@ namespace brenvolt {
 
 namespace {
 
-/// What an undone run leaves behind in the units.
+/// What an undone run leaves in the units.
 struct UndoneRun {
   std::set<std::wstring, CodeLess> codes;     ///< of the units that ran, and of those that came
-  std::vector<const ZanConfigUnit*> newUnits; ///< parents ahead of their children
+  std::vector<const ZanConfigUnit*> newUnits; ///< parents before their children
   std::uint32_t parentPage = 0;               ///< of the first new unit, 0 at the root
 };
 
@@ -76,7 +76,7 @@ void adoptRun(const ZanConfigUnitList& units, ConfigPages& pages, RunResult resu
     if (unit.page == 0) {
       pages.AddUnit(unit, parent);
       if (parent != nullptr) grown.push_back(parent->page);
-      // The first new unit is to be shown: the tree goes behind the one that holds it.
+      // The first new unit is to be shown: the tree goes to the item after the one that holds it.
       if (goTo == 0) goTo = parent != nullptr ? parent->page : unit.page;
     }
     if (!unit.pending) return;

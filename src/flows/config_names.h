@@ -12,7 +12,7 @@ namespace brenvolt {
 /// The first of "circuit (001)", "circuit (002)", ... that is no part of a name that is taken, without case.
 [[nodiscard]] std::wstring proposeName(std::wstring_view circuit, const std::vector<std::wstring>& taken);
 
-/// The name with the ratings of the circuit in hand behind it: "name [type load units voltage phase frequency speed]".
+/// The name followed by the ratings of a circuit: "name [type load units voltage phase frequency speed]".
 /// What is not given leaves its blank.
 [[nodiscard]] std::wstring longName(std::wstring_view name, const ZanCircuitData& circuit);
 

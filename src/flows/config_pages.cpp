@@ -1,8 +1,13 @@
 #include "flows/config_pages.h"
 
-#include "config/widget_manager_maker.h"
+#include "config/widget_manager.h"
 #include "flows/config_walk.h"
 #include "widgets/roles_config.h"
+
+#include <algorithm>
+#include <cstddef>
+#include <optional>
+#include <utility>
 
 namespace brenvolt {
 
@@ -24,6 +29,18 @@ int lastSelected(const ZanOptionGroup& group) {
   for (std::size_t index = 0; index < group.options.size(); ++index)
     if (group.options[index].selected) selected = static_cast<int>(index);
   return selected;
+}
+
+/// Whether a catalogue group has any value; title and table of a row are no values.
+bool hasValue(const ZanAnnotationDataList& rows) {
+  static constexpr std::size_t firstValue = 2;
+  return std::any_of(rows.items().begin(), rows.items().end(), [](const ZanAnnotationDataList::Item& item) {
+    if (item.row == nullptr) return false;
+    const auto& fields = item.row->fields;
+    return std::any_of(
+        fields.begin() + static_cast<std::ptrdiff_t>(std::min(firstValue, fields.size())), fields.end(),
+        [](const ZanAnnotationField& field) { return !field.value.empty(); });
+  });
 }
 
 } // namespace
@@ -60,7 +77,7 @@ void ConfigPages::AddUnit(ZanConfigUnit& unit, const ZanConfigUnit* parent) {
   if (manager != nullptr && unit.control) manager->ImportRows(unit.controlRows);
   if (manager != nullptr && !unit.control) {
     manager->ImportRows(unit.catalogRows);
-    manager->SaveSelection(unit.code, unit.GetOptionCode());
+    manager->SaveSelection(unit.code, unit.GetOptionCode(), unit.catalogRows);
   }
   showSettingsOf(manager);
   addCombos(unit);
@@ -82,9 +99,13 @@ void ConfigPages::readCombos(ZanConfigUnit& unit) {
   for (std::size_t place = 0; first + place < unit.options.groups.size(); ++place) {
     const KvUiList* combo = select_.ComboAt(unit.page, place);
     if (combo == nullptr) return;
+    ZanOptionGroup& group = unit.options.groups[first + place];
     const int selected = combo->Selected();
-    for (ZanOption& option : unit.options.groups[first + place].options)
-      option.selected = selected >= 0 && option.value == combo->DataAt(selected);
+    // A choice that was not touched stays as it is, also where the worksheet marks several options of a group.
+    if (selected < 0 || selected == lastSelected(group)) continue;
+    // By place: two options of a group may have the same value.
+    for (std::size_t option = 0; option < group.options.size(); ++option)
+      group.options[option].selected = static_cast<int>(option) == selected;
   }
 }
 
@@ -111,20 +132,22 @@ void ConfigPages::ShowPage(std::uint32_t page) {
 }
 
 void ConfigPages::CommitPage() {
-  // What an edit has started would otherwise come behind what is read here.
+  // What an edit has started would otherwise come after what is read here.
   settings_.FireTimers();
   const std::uint32_t page = select_.ShownPage();
   ZanConfigUnit* unit = page == 0 ? nullptr : units_.Find(page, FindUnitBy::page);
   if (unit == nullptr || unit->inserted) return;
-  ZanWidgetManagerMaker* maker = widgetManagerMaker();
-  if (maker != nullptr) maker->RefreshSettings();
   readCombos(*unit);
+  ZanWidgetManager* manager = ManagerOf(*unit);
+  if (manager == nullptr) return;
+  std::optional<ZanAnnotationDataList> rows = manager->ExportRows();
+  if (!rows) return;
   if (unit->control) {
-    // The rows of the motor or load that counts for the circuit as a whole, not of this page's own: kept so.
-    if (maker != nullptr) unit->controlRows = maker->GetSettings();
-  } else if (ZanWidgetManager* manager = ManagerOf(*unit)) {
-    manager->ExportRows(unit->catalogRows);
-    manager->SaveSelection(unit->code, unit->GetOptionCode());
+    unit->controlRows = std::move(*rows);
+  } else {
+    manager->SaveSelection(unit->code, unit->GetOptionCode(), *rows);
+    // A page that was only visited brings no rows: it would otherwise store groups without a value.
+    if (!unit->catalogRows.isEmpty() || hasValue(*rows)) unit->catalogRows = std::move(*rows);
   }
 }
 

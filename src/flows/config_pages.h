@@ -62,7 +62,7 @@ private:
   ZanConfigTreeCtrl tree_;
   ZanSelectWnd select_;
   ZanSettingsWnd settings_;
-  std::uint32_t emptyPage_ = 0; ///< of the settings window: stands in where a unit has no groups
+  std::uint32_t emptyPage_ = 0; ///< of the settings window: shown where a unit has no groups
 };
 
 } // namespace brenvolt

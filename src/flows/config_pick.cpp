@@ -1,10 +1,8 @@
 #include "flows/config_pick.h"
 
-#include "data/circuit_data.h"
 #include "data/entity_records.h"
 #include "host/host_api_lisp.h"
 #include "host/resources.h"
-#include "text/numbers.h"
 
 #include <array>
 #include <cstddef>
@@ -51,36 +49,28 @@ std::optional<ZanCircParams> ask(const Pick& pick) {
   }
 }
 
-void takeOver(const ZanCircParams& record) {
-  ZanCircuitData& circuit = circuitData();
-  circuit.type = record.get(circparam::type);
-  circuit.load = record.get(circparam::load);
-  circuit.units = record.get(circparam::units);
-  circuit.voltage = record.get(circparam::voltage);
-  circuit.phase = record.get(circparam::phase);
-  circuit.frequency = record.get(circparam::frequency);
-  circuit.speed = record.get(circparam::speed);
-  circuit.fla = toDouble(record.get(circparam::fla));
-  circuit.flaMultiplier = toDouble(record.get(circparam::multiplier));
+void takeOver(const ZanCircParams& record, Ratings& ratings) {
+  for (std::size_t index = 0; index < ratingCount; ++index)
+    setRating(ratings, index, record.get(index));
 }
 
 } // namespace
 
-std::optional<std::vector<std::wstring>> pickMotorRatings() {
+std::optional<std::vector<std::wstring>> pickMotorRatings(ZanCircuitData& circuit) {
   const std::optional<ZanCircParams> record = ask(motorPick);
   if (!record) return std::nullopt;
-  takeOver(*record);
-  // The record begins with these nine in the order that is wanted.
+  takeOver(*record, circuit);
+  // The record begins with these nine in the required order.
   std::vector<std::wstring> values;
   for (std::size_t position = circparam::type; position <= circparam::multiplier; ++position)
     values.push_back(record->get(position));
   return values;
 }
 
-std::optional<std::vector<std::wstring>> pickLoadRatings() {
+std::optional<std::vector<std::wstring>> pickLoadRatings(ZanCircuitData& circuit) {
   const std::optional<ZanCircParams> record = ask(loadPick);
   if (!record) return std::nullopt;
-  takeOver(*record);
+  takeOver(*record, circuit);
   std::vector<std::wstring> values;
   for (std::size_t position = circparam::type; position <= circparam::multiplier; ++position)
     if (position != circparam::speed) values.push_back(record->get(position));

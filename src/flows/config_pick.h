@@ -1,5 +1,7 @@
-// A motor or a load out of the drawing becomes the circuit in hand.
+// A motor or a load out of the drawing becomes that of a circuit.
 #pragma once
+
+#include "data/circuit_data.h"
 
 #include <optional>
 #include <string>
@@ -8,10 +10,10 @@
 namespace brenvolt {
 
 /// Asks until a motor is picked. Its texts come as type, load, units, voltage, phase, frequency, speed, full-load
-/// current (A), multiplier; the circuit in hand takes them over. Nothing when the user ends the prompt.
-[[nodiscard]] std::optional<std::vector<std::wstring>> pickMotorRatings();
+/// current (A), multiplier; `circuit` takes them over. Nothing when the user ends the prompt.
+[[nodiscard]] std::optional<std::vector<std::wstring>> pickMotorRatings(ZanCircuitData& circuit);
 
-/// The same for a load: no speed comes, and the circuit in hand loses its own.
-[[nodiscard]] std::optional<std::vector<std::wstring>> pickLoadRatings();
+/// The same for a load: no speed comes, and the circuit loses its own.
+[[nodiscard]] std::optional<std::vector<std::wstring>> pickLoadRatings(ZanCircuitData& circuit);
 
 } // namespace brenvolt

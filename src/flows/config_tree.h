@@ -23,11 +23,11 @@ public:
   [[nodiscard]] std::uint32_t CurrentPage() const;
   [[nodiscard]] bool IsInserted(std::uint32_t page) const;
 
-  /// A waiting item of a unit with this page; a parent page of 0 stands for the root.
+  /// A waiting item of a unit with this page; a parent page of 0 is the root.
   void Add(std::uint32_t page, std::uint32_t parentPage, std::wstring_view title);
   void Remove(std::uint32_t page);
   void SetImage(std::uint32_t page, UnitImage image);
-  /// Selects the item of a page. The dialog hears of a change.
+  /// Selects the item of a page. The dialog gets the event of a change.
   void Select(std::uint32_t page);
   /// Selects the first item below that of a page, or else the next one beside it. False when there is neither.
   bool SelectBehind(std::uint32_t page);

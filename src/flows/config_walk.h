@@ -5,7 +5,7 @@
 
 namespace brenvolt {
 
-/// Calls `visit(unit, parent)` for each unit, parents ahead of their children; `parent` is null in the root list. The
+/// Calls `visit(unit, parent)` for each unit, parents before their children; `parent` is null in the root list. The
 /// lists must not change meanwhile.
 template <class Visit>
 void forEachUnit(const ZanConfigUnitList& units, Visit&& visit) {

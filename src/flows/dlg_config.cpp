@@ -2,7 +2,6 @@
 
 #include "flows/configured_circuit.h"
 #include "build/host_session.h"
-#include "data/circuit_data.h"
 #include "flows/config_names.h"
 #include "flows/config_pick.h"
 #include "flows/config_walk.h"
@@ -225,8 +224,8 @@ std::optional<std::wstring> ZanDlgConfig::acceptName() {
       name = ProposeName();
     }
   }
-  // Pressed again, it is put behind again: kept so.
-  name = longName(name, circuitData());
+  // Pressed again, it is appended again: intentional.
+  name = longName(name, build_.circuit().circuit);
   edit.SetText(name);
   return name;
 }
@@ -267,10 +266,10 @@ bool ZanDlgConfig::PickLoad(std::vector<std::wstring>& values) {
 }
 
 bool ZanDlgConfig::pick(
-    std::optional<std::vector<std::wstring>> (*ask)(), std::vector<std::wstring>& values) {
+    std::optional<std::vector<std::wstring>> (*ask)(ZanCircuitData&), std::vector<std::wstring>& values) {
   const EditorScope editor(*this);
   if (!editor.isGiven()) return false;
-  std::optional<std::vector<std::wstring>> picked = ask();
+  std::optional<std::vector<std::wstring>> picked = ask(build_.circuit().circuit);
   if (picked) values = std::move(*picked);
   return picked.has_value();
 }

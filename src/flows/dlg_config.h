@@ -20,7 +20,7 @@ public:
   ZanDlgConfig(ZanBrenvolt& build, KvWindow* parent);
 
   [[nodiscard]] bool isFinished() const { return end_ == BuildEnd::finished; }
-  /// Ends the build behind the dialog, without a question: one that is neither finished nor taken back yet is taken
+  /// Ends the build of the dialog, without a question: one that is neither finished nor taken back yet is taken
   /// back. Only a quit of the host leaves what has been inserted.
   void LeaveBuild();
 
@@ -45,7 +45,7 @@ private:
   void StartWindowTimer(int timer, int milliseconds) override { StartTimer(timer, milliseconds); }
   void KillWindowTimer(int timer) override { KillTimer(timer); }
   [[nodiscard]] bool pick(
-      std::optional<std::vector<std::wstring>> (*ask)(), std::vector<std::wstring>& values);
+      std::optional<std::vector<std::wstring>> (*ask)(ZanCircuitData&), std::vector<std::wstring>& values);
 
   void showNames();
   [[nodiscard]] std::vector<std::wstring> takenNames();

@@ -13,8 +13,8 @@ public:
       : RatingPicker(loadPicker(), parent, std::move(given)) {}
 };
 
-/// Shows the load picker over `parent`, started from `selection`. True when the user accepted: `selection` and the
-/// circuit in hand are then what he chose. Otherwise both are unchanged.
+/// Shows the load picker over `parent`, started from `selection`. True when the user accepted: `selection` is then what
+/// was chosen. Otherwise it is unchanged.
 [[nodiscard]] bool runLoadPicker(KvWindow* parent, RatingSelection& selection);
 
 } // namespace brenvolt

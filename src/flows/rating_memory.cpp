@@ -17,7 +17,7 @@ bool isGivenByCaller(double number) {
 bool isNothingGiven(const RatingSelection& selection) {
   return selection.type.empty() && selection.voltage.empty() && selection.speed.empty() &&
          selection.load.empty() && selection.frequency.empty() && !isGivenByCaller(selection.fla) &&
-         !isGivenByCaller(selection.multiplier);
+         !isGivenByCaller(selection.flaMultiplier);
 }
 
 void readKept(const RatingPickerKind& kind, ZanOptTableReader& options, RatingSelection& selection) {
@@ -33,9 +33,9 @@ void readKept(const RatingPickerKind& kind, ZanOptTableReader& options, RatingSe
   }
   if (kvdsReadUserValue(kind.dialogName, kind.keptMultiplier, text)) {
     const double kept = toDouble(text);
-    selection.multiplier = kept < numberTolerance ? kind.fallbackMultiplier : kept;
+    selection.flaMultiplier = kept < numberTolerance ? kind.fallbackMultiplier : kept;
   } else {
-    selection.multiplier = options.GetFlaMultiplier();
+    selection.flaMultiplier = options.GetFlaMultiplier();
   }
 }
 
@@ -44,8 +44,8 @@ void readKept(const RatingPickerKind& kind, ZanOptTableReader& options, RatingSe
 void completeSelection(const RatingPickerKind& kind, ZanOptTableReader& options, RatingSelection& selection) {
   if (isNothingGiven(selection) && kvdsUserKeyExists(kind.dialogName))
     readKept(kind, options, selection);
-  else if (!isGivenByCaller(selection.multiplier))
-    selection.multiplier = options.GetFlaMultiplier();
+  else if (!isGivenByCaller(selection.flaMultiplier))
+    selection.flaMultiplier = options.GetFlaMultiplier();
 }
 
 void keepSelection(const RatingPickerKind& kind, const RatingSelection& selection) {
@@ -53,7 +53,7 @@ void keepSelection(const RatingPickerKind& kind, const RatingSelection& selectio
     if (kind.keptTexts[column] != nullptr)
       kvdsWriteUserValue(kind.dialogName, kind.keptTexts[column], (selection.*kind.texts[column]).c_str());
   kvdsWriteUserValue(kind.dialogName, kind.keptFla, formatDouble(selection.fla).c_str());
-  kvdsWriteUserValue(kind.dialogName, kind.keptMultiplier, formatDouble(selection.multiplier).c_str());
+  kvdsWriteUserValue(kind.dialogName, kind.keptMultiplier, formatDouble(selection.flaMultiplier).c_str());
 }
 
 } // namespace brenvolt

@@ -91,7 +91,7 @@ void RatingPicker::fillFilterLists() {
 
 /// Shows the selection: filters, rows and numbers. A filter value that its list lacks leaves the filter open.
 void RatingPicker::adopt() {
-  show(linked_.begin(selection_.fla, selection_.multiplier));
+  show(linked_.begin(selection_.fla, selection_.flaMultiplier));
   applyFilters();
   showRows();
   const int row = rows_->findRow(selection_);
@@ -164,7 +164,7 @@ void RatingPicker::onPick() {
   CompleteEditorCommand();
   if (!picked) return;
   // As in the multiplier's field: one that is none leaves the last good one.
-  if (!isGiven(picked->multiplier)) picked->multiplier = linked_.multiplier();
+  if (!isGiven(picked->flaMultiplier)) picked->flaMultiplier = linked_.multiplier();
   selection_ = std::move(*picked);
   adopt();
 }
@@ -204,9 +204,8 @@ void RatingPicker::OnOK() {
       selection_.*text = row > 0 ? rows_->textOf(row, column) : std::wstring();
   const RatingNumbers shown = numbers();
   selection_.fla = shown.current;
-  selection_.multiplier = shown.multiplier;
+  selection_.flaMultiplier = shown.multiplier;
   keepSelection(kind_, selection_);
-  storeSelection(selection_, circuitData());
   ZanDlgDatabase::OnOK();
 }
 

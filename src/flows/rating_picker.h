@@ -16,8 +16,7 @@ namespace brenvolt {
 
 class RatingPicker : public ZanDlgDatabase {
 public:
-  /// What the user accepted, once `DoModal` has answered kvui::ok. Then it is also the circuit in hand, and kept for
-  /// the user.
+  /// What the user accepted, once `DoModal` has answered kvui::ok. Then it is also kept for the user.
   [[nodiscard]] const RatingSelection& selection() const { return selection_; }
 
 protected:

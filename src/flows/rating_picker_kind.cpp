@@ -2,41 +2,22 @@
 
 #include "data/entity_records.h"
 #include "data/option_tables.h"
-#include "text/numbers.h"
 #include "widgets/roles_rating_picker.h"
 
 namespace brenvolt {
 
 namespace {
 
-constexpr RatingText motorTexts[] = {
-    nullptr,
-    &RatingSelection::type,
-    &RatingSelection::load,
-    &RatingSelection::units,
-    &RatingSelection::voltage,
-    &RatingSelection::phase,
-    &RatingSelection::frequency,
-    &RatingSelection::speed,
-    nullptr,
-    nullptr,
-};
+std::vector<RatingText> textsOf(const RatingTable& table) {
+  std::vector<RatingText> texts;
+  for (const std::wstring_view column : table.columns)
+    texts.push_back(ratingTextOf(column));
+  return texts;
+}
 
 constexpr const wchar_t* motorKeptTexts[] = {
     nullptr,       L"MotorType",      L"MotorPower", L"MotorUnits", L"MotorVoltage",
     L"MotorPhase", L"MotorFrequency", L"MotorSpeed", nullptr,       nullptr,
-};
-
-constexpr RatingText loadTexts[] = {
-    nullptr,
-    &RatingSelection::type,
-    &RatingSelection::phase,
-    &RatingSelection::voltage,
-    &RatingSelection::load,
-    &RatingSelection::units,
-    nullptr,
-    &RatingSelection::frequency,
-    nullptr,
 };
 
 constexpr const wchar_t* loadKeptTexts[] = {
@@ -53,20 +34,25 @@ std::unique_ptr<RatingTableService> makeService(ZanOleDbConnection* connection) 
   return std::make_unique<Service>(connection);
 }
 
+/// The ratings of a placed component; `order` has the place of each field in the table of ratings.
+template <std::size_t size>
+std::optional<RatingSelection> readPicked(
+    KvDbObjectId id, RecordStatus (*read)(KvDbObjectId, std::array<std::wstring, size>&),
+    const std::array<std::size_t, size>& order) {
+  std::array<std::wstring, size> fields;
+  if (read(id, fields) != RecordStatus::ok) return std::nullopt;
+  RatingSelection picked;
+  for (std::size_t place = 0; place < size; ++place)
+    setRating(picked, order[place], fields[place]);
+  return picked;
+}
+
 std::optional<RatingSelection> readPickedMotor(KvDbObjectId id) {
-  std::array<std::wstring, 9> fields;
-  if (readMotorFields(id, fields) != RecordStatus::ok) return std::nullopt;
-  const auto& [type, phase, voltage, speed, load, units, fla, multiplier, frequency] = fields;
-  return RatingSelection{
-      type, load, units, voltage, phase, frequency, speed, toDouble(fla), toDouble(multiplier)};
+  return readPicked(id, readMotorFields, motorFieldOrder);
 }
 
 std::optional<RatingSelection> readPickedLoad(KvDbObjectId id) {
-  std::array<std::wstring, 8> fields;
-  if (readPowerFeedFields(id, fields) != RecordStatus::ok) return std::nullopt;
-  const auto& [type, phase, voltage, load, units, fla, multiplier, frequency] = fields;
-  return RatingSelection{
-      type, load, units, voltage, phase, frequency, {}, toDouble(fla), toDouble(multiplier)};
+  return readPicked(id, readPowerFeedFields, powerFeedFieldOrder);
 }
 
 } // namespace
@@ -78,7 +64,7 @@ const RatingPickerKind& motorPicker() {
       .helpTopic = L"select_motor_dialog",
       .makeService = makeService<ZanDlgMotorSelectDbService>,
       .missingTable = AlertKind::motorTable,
-      .texts = motorTexts,
+      .texts = textsOf(motorTable()),
       .flaColumn = motorcolumn::fla,
       .filterRoles = {role::typeFilter, role::voltageFilter, role::frequencyFilter},
       .firstColumnTitle = TextId::motorColumnFirst,
@@ -103,7 +89,7 @@ const RatingPickerKind& loadPicker() {
       .helpTopic = L"select_load_dialog",
       .makeService = makeService<ZanDlgPowerFeedDbService>,
       .missingTable = AlertKind::loadTable,
-      .texts = loadTexts,
+      .texts = textsOf(loadTable()),
       .flaColumn = loadcolumn::fla,
       .filterRoles = {role::typeFilter, role::voltageFilter, role::phaseFilter},
       .firstColumnTitle = TextId::loadColumnFirst,

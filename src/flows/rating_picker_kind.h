@@ -14,11 +14,12 @@
 #include <span>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace brenvolt {
 
 /// A text of the selection by column; null for a column that is none (key, current, description).
-using RatingText = std::wstring RatingSelection::*;
+using RatingText = std::wstring Ratings::*;
 
 struct RatingPickerKind {
   const wchar_t* form;
@@ -27,7 +28,7 @@ struct RatingPickerKind {
   /// The service on the picker's table; the connection stays the dialog's.
   std::unique_ptr<RatingTableService> (*makeService)(ZanOleDbConnection*);
   AlertKind missingTable;
-  std::span<const RatingText> texts; ///< by column index of the table
+  std::vector<RatingText> texts; ///< by column index of the table
   std::size_t flaColumn;
   std::array<std::wstring_view, 3> filterRoles; ///< in the order of the table's filter columns
   TextId firstColumnTitle;                      ///< plus the column index

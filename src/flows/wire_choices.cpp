@@ -45,26 +45,28 @@ constexpr RecordNumber recordNumbers[] = {
     {circparam::energyPrice, &ZanCircuitData::energyPrice},
 };
 
+/// More conductors of one phase than any raceway takes.
+constexpr int mostParallelConductors = 99;
+
 } // namespace
 
-ZanCircuitData circuitChoices() {
-  return circuitData();
-}
-
-ZanCircuitData loadChoices() {
-  ZanCircuitData choices = circuitData();
-  choices.flaMultiplier = loadFactors().flaMultiplier;
-  choices.powerFactor = loadFactors().powerFactor;
+ZanCircuitData loadChoices(const CircuitContext& context) {
+  ZanCircuitData choices = context.circuit;
+  choices.flaMultiplier = context.load.flaMultiplier;
+  choices.powerFactor = context.load.powerFactor;
   return choices;
 }
 
-ZanCircuitData placedChoices(const ZanCircParams& record) {
-  ZanCircuitData choices = circuitData();
+ZanCircuitData placedChoices(const ZanCircuitData& circuit, const ZanCircParams& record) {
+  ZanCircuitData choices = circuit;
   choices.resetOpenFields();
   for (const RecordText& row : recordTexts)
     choices.*row.field = trim(record.get(row.place));
   for (const RecordNumber& row : recordNumbers)
     choices.*row.field = toDouble(record.get(row.place));
+  // A record that was written by hand must not fill a list without end.
+  if (toInt(choices.parallelCount) > mostParallelConductors)
+    choices.parallelCount = formatInt(mostParallelConductors);
   return choices;
 }
 

@@ -6,55 +6,52 @@
 
 namespace brenvolt {
 
-namespace {
-
-void storeMotorChoices(const WireLookup& lookup) {
-  lookup.store(circuitData());
-  circuitData().fromSelection = false;
-  circuitData().wireChosen = true;
-}
-
-} // namespace
-
 void ZanDlgWireSelectBaseCtrlMgr::Begun(const WireLookup&) {}
+
+void ZanDlgWireSelectBaseCtrlMgr::storeAsMotor(const WireLookup& lookup) {
+  ZanCircuitData& circuit = context_.circuit;
+  lookup.store(circuit);
+  circuit.fromSelection = false;
+  circuit.wireChosen = true;
+}
 
 WireStart ZanDlgWireSelectCtrlMgr::Start() const {
   WireStart start;
-  start.choices = circuitChoices();
+  start.choices = context().circuit;
   return start;
 }
 
 void ZanDlgWireSelectCtrlMgr::Begun(const WireLookup& lookup) {
   if (const std::optional<double> multiplier = lookup.defaultMultiplier())
-    circuitData().flaMultiplier = *multiplier;
+    context().circuit.flaMultiplier = *multiplier;
 }
 
 void ZanDlgWireSelectCtrlMgr::Store(const WireLookup& lookup) {
-  storeMotorChoices(lookup);
+  storeAsMotor(lookup);
 }
 
 WireStart ZanDlgWireSelectPfCtrlMgr::Start() const {
   WireStart start;
-  start.choices = loadChoices();
+  start.choices = loadChoices(context());
   start.powerFactorSetting = option::feedPowerFactor;
   return start;
 }
 
 void ZanDlgWireSelectPfCtrlMgr::Store(const WireLookup& lookup) {
-  ZanCircuitData& data = circuitData();
+  ZanCircuitData& data = context().circuit;
   const double motorMultiplier = data.flaMultiplier;
   const double motorPowerFactor = data.powerFactor;
   lookup.store(data);
   data.flaMultiplier = motorMultiplier;
   data.powerFactor = motorPowerFactor;
   data.wireChosen = true;
-  loadFactors().flaMultiplier = lookup.storedNumber(LookupField::multiplier);
-  loadFactors().powerFactor = lookup.storedNumber(LookupField::powerFactor);
+  context().load.flaMultiplier = lookup.storedNumber(LookupField::multiplier);
+  context().load.powerFactor = lookup.storedNumber(LookupField::powerFactor);
 }
 
 WireStart ZanDlgWireSelectEditWireSizeCtrlMgr::Start() const {
   WireStart start;
-  start.choices = placedChoices(record_);
+  start.choices = placedChoices(context().circuit, record_);
   PowerFactorChoice& powerFactor = start.powerFactor.emplace();
   powerFactor.list = {L"0.8", L"0.85", L"0.9", L"1.0"};
   powerFactor.value.text = L"0.85";
@@ -67,7 +64,7 @@ WireStart ZanDlgWireSelectEditWireSizeCtrlMgr::Start() const {
 }
 
 void ZanDlgWireSelectEditWireSizeCtrlMgr::Store(const WireLookup& lookup) {
-  storeMotorChoices(lookup);
+  storeAsMotor(lookup);
 }
 
 } // namespace brenvolt

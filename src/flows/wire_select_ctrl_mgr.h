@@ -2,6 +2,7 @@
 // is placed in the drawing differ in nothing else.
 #pragma once
 
+#include "data/circuit_data.h"
 #include "data/entity_records.h"
 #include "data/wire_lookup.h"
 
@@ -12,7 +13,8 @@ namespace brenvolt {
 /// The handler that opens the dialog owns it; the dialog holds a reference.
 class ZanDlgWireSelectBaseCtrlMgr {
 public:
-  ZanDlgWireSelectBaseCtrlMgr() = default;
+  /// `context` is the circuit in hand, which must outlive the manager.
+  explicit ZanDlgWireSelectBaseCtrlMgr(CircuitContext& context) : context_(context) {}
   ZanDlgWireSelectBaseCtrlMgr(const ZanDlgWireSelectBaseCtrlMgr&) = delete;
   ZanDlgWireSelectBaseCtrlMgr& operator=(const ZanDlgWireSelectBaseCtrlMgr&) = delete;
   virtual ~ZanDlgWireSelectBaseCtrlMgr() = default;
@@ -22,11 +24,22 @@ public:
   virtual void Begun(const WireLookup& lookup);
   /// The user accepts the lookup.
   virtual void Store(const WireLookup& lookup) = 0;
+
+protected:
+  [[nodiscard]] const CircuitContext& context() const { return context_; }
+  [[nodiscard]] CircuitContext& context() { return context_; }
+  /// Keeps the fields as a motor's.
+  void storeAsMotor(const WireLookup& lookup);
+
+private:
+  CircuitContext& context_;
 };
 
 /// A motor's circuit.
 class ZanDlgWireSelectCtrlMgr final : public ZanDlgWireSelectBaseCtrlMgr {
 public:
+  using ZanDlgWireSelectBaseCtrlMgr::ZanDlgWireSelectBaseCtrlMgr;
+
   [[nodiscard]] WireStart Start() const override;
   /// Keeps a multiplier that came from the options for the next dialog.
   void Begun(const WireLookup& lookup) override;
@@ -36,6 +49,8 @@ public:
 /// A load's circuit: multiplier and power factor are kept apart from a motor's.
 class ZanDlgWireSelectPfCtrlMgr final : public ZanDlgWireSelectBaseCtrlMgr {
 public:
+  using ZanDlgWireSelectBaseCtrlMgr::ZanDlgWireSelectBaseCtrlMgr;
+
   [[nodiscard]] WireStart Start() const override;
   void Store(const WireLookup& lookup) override;
 };
@@ -43,7 +58,8 @@ public:
 /// A circuit that is placed in the drawing.
 class ZanDlgWireSelectEditWireSizeCtrlMgr final : public ZanDlgWireSelectBaseCtrlMgr {
 public:
-  explicit ZanDlgWireSelectEditWireSizeCtrlMgr(ZanCircParams record) : record_(std::move(record)) {}
+  ZanDlgWireSelectEditWireSizeCtrlMgr(CircuitContext& context, ZanCircParams record)
+      : ZanDlgWireSelectBaseCtrlMgr(context), record_(std::move(record)) {}
 
   [[nodiscard]] WireStart Start() const override;
   void Store(const WireLookup& lookup) override;

@@ -40,7 +40,7 @@ enum class TableSet { ofStandard, defaults };
     const std::vector<std::wstring>& names, const std::wstring& source, AlertKind kind, TableSet set);
 
 /// Tables whose absence the user has accepted, with the id of the button (kvui::firstCommand). Lives as long as the
-/// process; closing a drawing does not clear it.
+/// process; closing a drawing does not clear it. A motor's or load's page that is made clears it: each circuit asks again.
 [[nodiscard]] std::map<std::wstring, int>& acceptedTables();
 void clearAcceptedTables();
 

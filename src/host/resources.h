@@ -184,6 +184,11 @@ enum class TextId : unsigned {
   historyKept = 22411,           ///< "%s", "%s": the file that was no history, where it is kept
   historyDeletionStayed = 22412, ///< "%s": the name of the configuration
   buildDataReplaced = 22413,     ///< the parent product's settings
+
+  // Building.
+  nestingTooDeep = 22420,     ///< "%s", "%s": the marker's CODE, the number of levels
+  dialogInsideDialog = 22421, ///< "%s": the worksheet
+  buildsTooDeep = 22422,      ///< "%s": the worksheet
 };
 
 /// The text that lies `offset` numbers behind `first`, for rows that are counted.

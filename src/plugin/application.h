@@ -15,7 +15,7 @@ struct ExtensionModule {
 /// The one record of the module.
 [[nodiscard]] ExtensionModule& extensionModule();
 
-/// Loads the resource module. A module that is not found is told in one message box; the plug-in then goes on without
+/// Loads the resource module. A module that is not found is reported in one message box; the plug-in then goes on without
 /// texts. Once that is done, a further call does nothing.
 void initialiseExtension(ExtensionModule& extension);
 /// Gives back what `initialiseExtension` took.

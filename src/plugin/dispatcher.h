@@ -9,7 +9,7 @@ struct LispFunction;
 /// the plug-in's. An exception ends the call as nil: none reaches the host, and the resource stack is as before.
 int dispatchFunction();
 
-/// The part of it behind the choice of the function: runs the handler with the arguments of the call and answers.
+/// The part of it after the choice of the function: runs the handler with the arguments of the call and answers.
 void serveCall(const LispFunction& function);
 
 } // namespace brenvolt

@@ -1,7 +1,6 @@
 // One line per piece of state that its owner keeps behind an accessor.
 #include "plugin/process_state.h"
 
-#include "config/widget_manager_maker.h"
 #include "data/circuit_data.h"
 #include "drawing/markers.h"
 #include "flows/existing_circuit.h"
@@ -11,13 +10,11 @@
 namespace brenvolt {
 
 void resetProcessState() {
-  circuitData() = ZanCircuitData();
-  loadFactors() = ZanLoadFactors();
+  circuitContext() = CircuitContext();
   setTrace(false);
   clearAcceptedTables();
   existingCircuit().clear();
   lastMarkerId() = 0;
-  ZanWidgetManagerMaker::Destroy();
 }
 
 } // namespace brenvolt

@@ -45,7 +45,7 @@ public:
 
   explicit ZanCircuitCatalog(std::wstring_view path = {}) : workbook(path) {}
 
-  /// Each reads one sheet and is true when anything was stored. `error` tells why a file or a sheet cannot be read.
+  /// Each reads one sheet and is true when anything was stored. `error` says why a file or a sheet cannot be read.
   /// @{
   bool readCircuits();
   bool readAnnotationCodes();
@@ -53,7 +53,7 @@ public:
   /// @}
 
   [[nodiscard]] const Circuits& circuits() const { return circuits_; }
-  /// The entry of a circuit's type, both compared as a person reads them; null when there is none.
+  /// The entry of a circuit's type, both compared by collation without case; null when there is none.
   [[nodiscard]] const ZanCircuitEntry* findEntry(std::wstring_view circuit, std::wstring_view type) const;
   /// What the worksheet says of a CODE, without case; null when it says nothing.
   [[nodiscard]] const ZanCodeRecord* findRecord(std::wstring_view code) const;

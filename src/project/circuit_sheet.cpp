@@ -31,7 +31,7 @@ std::ptrdiff_t textLength(std::wstring_view text) {
   return std::count_if(text.begin(), text.end(), [](wchar_t each) { return !isBlank(each); });
 }
 
-/// Name and value cells from the first pair on, as long as the left one lies ahead of the last column.
+/// Name and value cells from the first pair on, as long as the left one is before the last column.
 std::vector<std::pair<std::wstring, std::wstring>> pairsOf(const std::vector<std::wstring>& cells) {
   std::vector<std::pair<std::wstring, std::wstring>> pairs;
   const int columnCount = static_cast<int>(cells.size());

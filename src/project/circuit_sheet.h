@@ -36,7 +36,7 @@ private:
   std::wstring sheet_;
   int row_ = 0;
   std::wstring code_;
-  int codeRow_ = 0; ///< where the CODE stands
+  int codeRow_ = 0; ///< of the CODE
   std::optional<ZanCodeRecord> record_;
   std::optional<ZanOptionGroup> group_;
   std::map<std::wstring, ZanCodeRecord> records_;

@@ -41,7 +41,8 @@ constexpr std::string_view product = R"lisp(
 
 constexpr std::string_view dialogs =
     "dialog ZanBrenvolt.ExecutionError\nmain = failed: {errorFunc}\nbutton 1 = OK\n"
-    "dialog ZanBrenvolt.CircuitTemplateDrawing\nmain = foreign template\nbutton 1 = OK\n";
+    "dialog ZanBrenvolt.CircuitTemplateDrawing\nmain = foreign template\nbutton 1 = OK\n"
+    "text 22410 = %s: deeper than %s\n";
 
 std::vector<simhost::AnswerStep> answers(int executionErrors) {
   std::vector<simhost::AnswerStep> steps(
@@ -87,7 +88,7 @@ ZanBuildArgs BuildSite::arguments() const {
 
 std::unique_ptr<ZanBrenvolt> BuildSite::prepared(ZanBuildArgs args) {
   const ResourceScope resources;
-  auto build = std::make_unique<ZanBrenvolt>(std::move(args));
+  auto build = std::make_unique<ZanBrenvolt>(std::move(args), circuit_);
   build->readBuildData();
   if (!build->loadCatalog() || !build->readMarkers()) return nullptr;
   build->readPresets();
@@ -108,7 +109,7 @@ std::string describeCodes(const std::vector<std::wstring>& codes) {
 
 std::string describeSelections(const BuildState& state) {
   std::vector<std::wstring> texts;
-  for (const auto& [code, values] : state.selections) {
+  for (const auto& [code, values] : state.result.selections) {
     std::vector<std::wstring> numbers;
     for (const std::int32_t value : values)
       numbers.push_back(formatInt(value));

@@ -38,6 +38,7 @@ public:
   [[nodiscard]] ZanBuildArgs arguments() const;
   /// A build up to the point where its rows run; null when it ends ahead of it.
   [[nodiscard]] std::unique_ptr<ZanBrenvolt> prepared(ZanBuildArgs args);
+  [[nodiscard]] CircuitContext& circuit() { return circuit_; }
 
   /// The CODEs of the markers that stand in the drawing.
   std::string markersLeft() { return eval("(codes-left)"); }
@@ -49,6 +50,7 @@ private:
   TemporaryFolder folder_;
   KvResourceModule resources_;
   std::wstring workbook_;
+  CircuitContext circuit_;
 };
 
 /// "M1" and "M1 M2" of codes; "M1=1,2" of selections.

@@ -1,8 +1,6 @@
 // Whole direct builds: history and presets into the markers, end rows to LISP, markers erased.
 #include "build/driver.h"
 
-#include "config/widget_manager_maker.h"
-#include "host/lisp_calls.h"
 #include "host/resources.h"
 #include "tests/build/build_site.h"
 #include "tests/support/golden.h"
@@ -69,22 +67,16 @@ TEST_CASE("an interactive build makes a manager for each unit with control rules
     BuildSite site;
     site.writeSheet(sheet);
     site.eval(markers);
-    REQUIRE(ZanWidgetManagerMaker::Create());
-    {
-      ZanBuildArgs args = site.arguments();
-      args.directBuild = kind == BuildKind::direct;
-      const auto build = site.prepared(args);
-      REQUIRE(build);
-      CHECK(build->prepare(kind));
-      std::string units;
-      for (const auto& unit : build->units().units())
-        units += toUtf8(unit->code) + (unit->control ? " control " : " ") +
-                 std::to_string(unit->managers().size()) + "; ";
-      CHECK_EQ(units, kind == BuildKind::direct ? "" : "MOTOR-1 control 1; SWITCH 1; ");
-      // Those of the template's scan, of any suffix.
-      CHECK_EQ(widgetManagerMaker()->wireFormatter().types().size(), 2);
-    }
-    ZanWidgetManagerMaker::Destroy();
+    ZanBuildArgs args = site.arguments();
+    args.directBuild = kind == BuildKind::direct;
+    const auto build = site.prepared(args);
+    REQUIRE(build);
+    CHECK(build->prepare(kind));
+    std::string units;
+    for (const auto& unit : build->units().units())
+      units += toUtf8(unit->code) + (unit->control ? " control " : " ") +
+               std::to_string(unit->managers().size()) + "; ";
+    CHECK_EQ(units, kind == BuildKind::direct ? "" : "MOTOR-1 control 1; SWITCH 1; ");
   }
 }
 
@@ -192,7 +184,7 @@ TEST_CASE("a run that the host refuses to undo goes back with the run before") {
 
 TEST_CASE("scales and trace come from the product's symbol, defaults without it") {
   BuildSite site;
-  ZanBrenvolt build(site.arguments());
+  ZanBrenvolt build(site.arguments(), site.circuit());
   site.eval("(setq GBL_qn_bv_data '(\"c\" (3.0 4.0) 1.5 4.0 3.0 2.0 1))");
   build.readBuildData();
   CHECK_EQ(build.args().scaleA, 1.5);
@@ -200,11 +192,11 @@ TEST_CASE("scales and trace come from the product's symbol, defaults without it"
   CHECK_EQ(build.args().insertPoint.y, 4.0);
   CHECK_EQ(build.history().componentScale, L"2.000000");
   CHECK_EQ(build.history().circuitScale, L"1.500000");
-  CHECK(isTracing());
+  CHECK(build.args().trace);
 
   site.eval("(setq GBL_qn_bv_data nil)");
-  ZanBrenvolt next(site.arguments());
+  ZanBrenvolt next(site.arguments(), site.circuit());
   next.readBuildData();
   CHECK_EQ(next.history().componentScale, L"1.000000");
-  CHECK_FALSE(isTracing());
+  CHECK_FALSE(next.args().trace);
 }

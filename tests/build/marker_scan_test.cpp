@@ -12,11 +12,20 @@ namespace {
 
 struct Scan {
   BuildSite site;
-  BuildState build;
+  ScanPlace place = {L"*Model_Space", {}, 1, 0};
+  ZanDwgMarkerList list;
+  ZanWireFormatter wires; ///< of the last scan
 
-  Scan() { build.spaceName = L"*Model_Space"; }
-  bool run(ZanDwgMarkerList& list, std::uint64_t after = 0, std::int32_t level = 1) {
-    return scanMarkers(build, list, site.drawing(), KvDbHandle(after), level);
+  /// Scans into a list; whether any marker came.
+  bool run(ZanDwgMarkerList& into, std::uint64_t after = 0) {
+    place.afterHandle = KvDbHandle(after);
+    MarkerScan found = scanMarkers(site.drawing(), place, list);
+    wires = found.wires;
+    const bool isAny = !found.markers.empty();
+    for (ZanDwgMarker& marker : found.markers)
+      into.Insert(std::move(marker));
+    into.Finish();
+    return isAny;
   }
   std::uint64_t last() {
     return std::stoull(
@@ -41,13 +50,13 @@ TEST_CASE("markers come in order of their numbers, equal ones in drawing order, 
                  "  (draw-attribute-definition \"CODE\" '(0 0) \"\" 1.0)))"
                  "(insert-block \"OTHER\" '(0 0) 1.0 0.0 \"0\" '((\"CODE\" . \"O\")))"
                  "(mark \"A\" \"2.0\") (mark \"C\" \"first\") (mark \"WT01\" \"-1\" \"_WIRETYPE=L_@S@;\")");
-  CHECK(scan.run(scan.build.markers, before));
-  CHECK_EQ(describe(scan.build.markers), "WT01.1.1 C.1.1 A.1.1 A.2.1 B.1.1");
-  const ZanDwgMarker& wire = scan.build.markers.markers().front();
+  CHECK(scan.run(scan.list, before));
+  CHECK_EQ(describe(scan.list), "WT01.1.1 C.1.1 A.1.1 A.2.1 B.1.1");
+  const ZanDwgMarker& wire = scan.list.markers().front();
   CHECK_EQ(wire.misc1, L"_WIRETYPE=L_@S@;");
   CHECK_EQ(wire.position.y, 2.0);
-  CHECK_EQ(scan.build.wireFormatter.GetWireFormat(L"WT01").pattern, L"L_*");
-  CHECK_FALSE(scan.run(scan.build.markers, before)); // they are in the tree by now
+  CHECK_EQ(scan.wires.GetWireFormat(L"WT01").pattern, L"L_*");
+  CHECK_FALSE(scan.run(scan.list, before)); // they are in the tree by now
   CHECK_EQ(scan.site.drawing().openObjectCount(), 0);
 }
 
@@ -56,25 +65,25 @@ TEST_CASE("a scan that cannot begin finds nothing") {
   scan.site.eval("(setq line (draw-line '(0 0) '(1 1)))");
   const std::uint64_t erased = scan.last();
   scan.site.eval("(mark \"A\" \"1\") (wipe \"X\")");
-  CHECK_FALSE(scan.run(scan.build.markers, erased));
-  CHECK_FALSE(scan.run(scan.build.markers, 0xFFFF));
-  scan.build.spaceName = L"*Paper_Space";
-  CHECK_FALSE(scan.run(scan.build.markers));
-  scan.build.spaceName = L"nowhere";
-  CHECK_FALSE(scan.run(scan.build.markers));
-  scan.build.spaceName = L"*Model_Space";
-  CHECK(scan.run(scan.build.markers));
+  CHECK_FALSE(scan.run(scan.list, erased));
+  CHECK_FALSE(scan.run(scan.list, 0xFFFF));
+  scan.place.spaceName = L"*Paper_Space";
+  CHECK_FALSE(scan.run(scan.list));
+  scan.place.spaceName = L"nowhere";
+  CHECK_FALSE(scan.run(scan.list));
+  scan.place.spaceName = L"*Model_Space";
+  CHECK(scan.run(scan.list));
 }
 
 TEST_CASE("the markers of a nested template carry its level and the number of the run that brought them") {
   Scan scan;
   scan.site.eval("(mark \"A\" \"1\")");
-  REQUIRE(scan.run(scan.build.markers));
-  ZanDwgMarker& parent = scan.build.markers.markers().front();
-  scan.build.undo.bind(&scan.site.drawing(), 0);
-  scan.build.undo.mark();
+  REQUIRE(scan.run(scan.list));
+  ZanDwgMarker& parent = scan.list.markers().front();
+  scan.place.level = 2;
+  scan.place.run = 1;
   scan.site.eval("(mark \"B\" \"1\")");
-  REQUIRE(scan.run(parent.EnsureChildren(), 0, 2));
+  REQUIRE(scan.run(parent.EnsureChildren()));
   CHECK_EQ(describe(*parent.children()), "B.1.2");
   CHECK_EQ(parent.run, 0);
   CHECK_EQ(parent.children()->markers().front().run, 1);

@@ -14,7 +14,9 @@ namespace {
 struct Built {
   std::unique_ptr<ZanBrenvolt> build;
   bool result = false;
-  [[nodiscard]] std::string executed() const { return test::describeCodes(build->state().executedCodes); }
+  [[nodiscard]] std::string executed() const {
+    return test::describeCodes(build->state().result.executedCodes);
+  }
   [[nodiscard]] std::string selections() const { return test::describeSelections(build->state()); }
 };
 
@@ -142,7 +144,7 @@ TEST_CASE("the answer 2 brings the markers of a nested template, which run at on
   CHECK_EQ(built.selections(), "D1= M1= M2= N1= N2=");
   CHECK_EQ(built.executed(), "");
   CHECK_EQ(site.markersLeft(), "(\"WT01\")");
-  CHECK_EQ(built.build->state().wireFormatter.GetWireCodes(L"").size(), 1);
+  CHECK_EQ(built.build->state().maker.wires().formats(SamePosition::eachCounts).GetWireCodes(L"").size(), 1);
 }
 
 TEST_CASE("a nested template that does not belong to the worksheet fails its row") {

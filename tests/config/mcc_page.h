@@ -65,8 +65,8 @@ class MccPage final {
 public:
   template <typename Session>
   MccPage(Session& session, MccMode mode, const std::string& database) : unit(1) {
-    circuitData() = ZanCircuitData();
-    loadFactors() = ZanLoadFactors();
+    manager.TakeCircuit();
+    circuitContext() = CircuitContext();
     session.eval("(defun c:zan_bv_figure_mccdb_fnam () \"" + database + "\")");
     unit.code = L"MOTOR-A";
     const std::wstring_view title = mode == MccMode::motor ? motorControlTitle : loadControlTitle;
@@ -91,7 +91,8 @@ public:
   }
 
   ZanConfigUnit unit;
-  ZanWidgetManagerMcc manager;
+  CircuitInHand circuits{circuitContext()};
+  ZanWidgetManagerMcc manager{circuits};
 };
 
 /// "label=value" of the groups of a page.

@@ -86,8 +86,6 @@ TEST_CASE("the numbering of a layer is the 25th of its settings, and 1 without o
 
 TEST_CASE("a size goes to the wires of the unit's suffix, under the labels that the rows have") {
   const TextSession session;
-  circuitData() = ZanCircuitData();
-  circuitData().groundSize = L"14AWG";
   const struct {
     const char* what;
     ZanWireFormatter formats;
@@ -123,7 +121,8 @@ TEST_CASE("a size goes to the wires of the unit's suffix, under the labels that 
   for (const auto& row : rows) {
     CAPTURE(row.what);
     const std::vector<ZanGroupRow> kept = plainRows({L"W1", L"W2", L"W3", L"W01E"});
-    CHECK_EQ(describe(sizedWireRows(row.formats, row.rows, kept, row.suffix, L"8AWG")), row.expected);
+    CHECK_EQ(
+        describe(sizedWireRows(row.formats, row.rows, kept, row.suffix, {L"8AWG", L"14AWG"})), row.expected);
   }
 }
 
@@ -140,27 +139,26 @@ TEST_CASE("the labels of the texts tell grounding wires from conductors") {
 
 TEST_CASE("wires come back as they were stored, grounding ones as the grounding size asks") {
   const TextSession session;
-  circuitData() = ZanCircuitData();
-  circuitData().groundSize = L"12AWG";
   const ZanWireFormatter formats =
       formatsOf({{L"BLK_%s", L"WT01"}, {L"BLK_%s", L"WT02"}, {L"GRN_%s", L"WT01E"}});
   std::vector<ZanGroupRow> shown = plainRows({L"W1", L"W2", L"W01E"});
   const auto imported = [&](const ZanAnnotationDataList& stored) {
-    return toUtf8(join(importWires(formats, stored, shown), L" "));
+    return toUtf8(join(importWires(formats, stored, shown, L"12AWG"), L" "));
   };
   const std::vector<ZanGroupRow> saved = {
       {L"W1 - Size", {L"8AWG"}},
       {L"W1 - Layer", {L"BLK_8AWG"}},
       {L"W2 - Size", {L"6AWG"}},
       {L"W2 - Layer", {L"RED_6AWG"}}};
-  const ZanAnnotationDataList stored = exportWires(saved);
+  const ZanAnnotationDataList stored = exportWires(saved, L"12AWG");
+  CHECK_EQ(storedGroundSize(stored), L"12AWG");
   REQUIRE_EQ(stored.size(), 3); // a grounding wire is always stored
   CHECK_EQ(stored.items()[2].row->name, rowname::groundingWireSetup);
   CHECK_EQ(stored.items()[2].row->fields[0].value, L"12AWG");
   CHECK_EQ(stored.items()[2].row->fields[2].value, L"3");
   CHECK_EQ(imported(stored), "8AWG BLK_8AWG 6AWG RED_6AWG 12AWG GRN_12AWG");
   // The template has more conductors now than when the circuit was stored.
-  ZanAnnotationDataList fewer = exportWires({saved[0], saved[1]});
+  ZanAnnotationDataList fewer = exportWires({saved[0], saved[1]}, L"12AWG");
   CHECK_EQ(imported(fewer), "8AWG BLK_8AWG  OLD 12AWG GRN_12AWG");
   fewer.items()[1].row->name.clear(); // as a history gives it
   CHECK_EQ(imported(fewer), "8AWG BLK_8AWG  OLD 12AWG GRN_12AWG");

@@ -38,8 +38,7 @@ struct PartsPage {
   }
   /// The values of a group parted by "|".
   [[nodiscard]] std::string group(std::size_t place) {
-    ZanAnnotationDataList rows;
-    manager.ExportRows(rows);
+    const ZanAnnotationDataList rows = manager.ExportRows().value();
     std::string text;
     for (std::size_t field = 2; field < rows.items()[place].row->fields.size(); ++field)
       text += (field == 2 ? "" : "|") + toUtf8(rows.items()[place].row->fields[field].value);
@@ -49,7 +48,7 @@ struct PartsPage {
 
   PageSession session;
   ZanConfigUnit unit{7};
-  ZanWidgetManagerCatalog manager;
+  ZanWidgetManagerCatalog manager{nullptr};
   PageDialog dialog;
   std::function<void(ZanSettingsWnd&)> act;
   std::vector<std::string> closing; ///< the values of both groups when the dialog was closed
@@ -73,11 +72,6 @@ public:
   ManagerResults saved;
   ManagerResults stored;
   std::string asked;
-};
-
-struct MakerScope {
-  MakerScope() { REQUIRE(ZanWidgetManagerMaker::Create()); }
-  ~MakerScope() { ZanWidgetManagerMaker::Destroy(); }
 };
 
 } // namespace
@@ -124,7 +118,7 @@ TEST_CASE("the command learns table and first rows, and has the editor to itself
 
 TEST_CASE("a group that is not the manager's, or without a command, looks nothing up") {
   PartsPage page(R"({"doubleClick": "settings.2.0", "row": 1}, {"expect": "settings.2.0", "buttons": 0})");
-  ZanWidgetManagerCatalog silent;
+  ZanWidgetManagerCatalog silent(nullptr);
   silent.Configure(&page.unit, partRule(L""));
   page.act = [&](ZanSettingsWnd& window) {
     page.manager.OnLookup(nullptr);
@@ -165,11 +159,10 @@ TEST_CASE("rows go to the history and come back; rows of another title or table 
     page.act = [&](ZanSettingsWnd& window) {
       page.at(window, 0)->WriteValues({L"ARDEN", L"X1"});
       page.at(window, 1)->WriteValues({L"ELTON"});
-      page.manager.ExportRows(rows);
+      rows = page.manager.ExportRows().value();
     };
     page.run();
-    // Without its window the manager leaves what it is given alone.
-    page.manager.ExportRows(rows);
+    CHECK_FALSE(page.manager.ExportRows().has_value()); // its window is gone
     page.manager.ImportRows(rows);
   }
   REQUIRE_EQ(rows.size(), 2);
@@ -204,32 +197,34 @@ TEST_CASE("rows go to the history and come back; rows of another title or table 
 }
 
 TEST_CASE("the head of the group stores the parts and brings them back; without one nothing happens") {
-  const MakerScope maker;
+  CircuitContext circuit;
+  ZanWidgetManagerMaker maker(circuit);
   PartsPage page;
-  auto owned = std::make_unique<ZanWidgetManagerCatalog>();
+  auto owned = std::make_unique<ZanWidgetManagerCatalog>(&maker);
   ZanWidgetManagerCatalog& manager = *owned;
   manager.Configure(&page.unit, partRule());
-  widgetManagerMaker()->AddMember(std::move(owned));
+  maker.AddMember(std::move(owned));
 
   page.act = [&](ZanSettingsWnd& window) {
     manager.AttachWindow(&window);
     ZanGroupCtrl* group = window.GroupAt(manager.GetPage(), 1);
-    ZanAnnotationDataList rows;
     group->WriteValues({L"ARDEN"});
-    manager.ExportRows(rows);
-    manager.SaveSelection(L"M1", 3);
+    manager.SaveSelection(L"M1", 3, manager.ExportRows().value());
     manager.LoadSelection(L"M1", 3);
     CHECK_EQ(group->ReadRows().front().value(), L"ARDEN");
 
     auto head = std::make_unique<KeepingHead>();
     KeepingHead& keeper = *head;
-    widgetManagerMaker()->AddHead(std::move(head));
-    manager.ExportRows(rows);
-    manager.SaveSelection(L"M1", 3);
+    maker.AddHead(std::move(head));
+    manager.SaveSelection(L"M1", 3, manager.ExportRows().value());
     CHECK_EQ(keeper.asked, "M1/3");
     REQUIRE_EQ(keeper.saved.size(), 2);
     CHECK_EQ(keeper.saved[1].first, L"CB");
     CHECK_EQ(keeper.saved[1].second.front(), L"ARDEN");
+
+    // What no row of the unit speaks of stays as it was stored.
+    manager.SaveSelection(L"M1", 3, {});
+    CHECK(keeper.saved.empty());
 
     keeper.stored = {{L"cb", {L"ELTON", L"Z"}}, {L"", {L"nameless"}}, {L"MTR", {L"foreign"}}};
     manager.LoadSelection(L"M1", 4);

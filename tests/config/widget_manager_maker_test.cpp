@@ -1,6 +1,7 @@
-// Which managers a unit gets, which head they belong to, and whose values count for the circuit.
+// Which managers a unit gets, which head they belong to, and whose circuit and wires they work on.
 #include "config/config_units.h"
 #include "config/widget_manager_maker.h"
+#include "config/widget_manager_mcc.h"
 #include "tests/config/page_dialog.h"
 #include "text/encoding.h"
 
@@ -13,9 +14,9 @@ namespace {
 using Params = std::vector<std::pair<std::wstring, std::wstring>>;
 
 struct MakerScope {
-  MakerScope() { REQUIRE(ZanWidgetManagerMaker::Create()); }
-  ~MakerScope() { ZanWidgetManagerMaker::Destroy(); }
-  ZanWidgetManagerMaker* operator->() const { return widgetManagerMaker(); }
+  CircuitContext circuit;
+  ZanWidgetManagerMaker maker{circuit};
+  ZanWidgetManagerMaker* operator->() { return &maker; }
 };
 
 /// "7,8" for each manager of the unit in the order of their binding.
@@ -50,9 +51,11 @@ public:
     SetUnit(&unit);
   }
   [[nodiscard]] bool HasWindow() const override { return hasPage; }
-  void ExportRows(ZanAnnotationDataList& rows) override {
-    rows.Clear();
-    if (hasPage) rows.AddRow(ZanAnnotationData(name_));
+  [[nodiscard]] std::optional<ZanAnnotationDataList> ExportRows() const override {
+    if (!hasPage) return std::nullopt;
+    ZanAnnotationDataList rows;
+    rows.AddRow(ZanAnnotationData(name_));
+    return rows;
   }
   bool hasPage = true;
 
@@ -60,14 +63,16 @@ private:
   std::wstring name_;
 };
 
-std::string names(const ZanAnnotationDataList& rows) {
+/// "name@marker" of each head.
+std::string describe(const std::vector<MotorRows>& motors) {
   std::string text;
-  for (const auto& item : rows.items())
-    text += (text.empty() ? "" : " ") + toUtf8(item.row->name);
+  for (const MotorRows& motor : motors)
+    text += (text.empty() ? "" : " ") + toUtf8(motor.rows.items().front().row->name) + "@" +
+            std::to_string(motor.markerId);
   return text;
 }
 
-NamedHead& addHead(const MakerScope& maker, const wchar_t* name, ZanConfigUnit& unit) {
+NamedHead& addHead(MakerScope& maker, const wchar_t* name, ZanConfigUnit& unit) {
   auto head = std::make_unique<NamedHead>(name, unit);
   NamedHead& added = *head;
   maker->AddHead(std::move(head));
@@ -94,7 +99,7 @@ TEST_CASE("rules with the same text and tables share a manager; rules without ta
   };
   for (const Case& each : cases) {
     CAPTURE(each.name);
-    const MakerScope maker;
+    MakerScope maker;
     ZanConfigUnit unit(1);
     unit.options.controlRules = each.rules;
     CHECK_EQ(maker->MakeManagers(unit), each.bindings[0] != '\0');
@@ -106,7 +111,7 @@ TEST_CASE("rules with the same text and tables share a manager; rules without ta
 TEST_CASE("a motor or load group among the options makes a control unit, but not without control rules") {
   LispSession session;
   for (const wchar_t* title : {L"!MCC_CTRL", L"!pf_ctrl"}) {
-    const MakerScope maker;
+    MakerScope maker;
     ZanConfigUnit unit(1);
     unit.options = controlRecord(title);
     unit.options.controlRules.push_back({L"(find)", 4, {{L"FU", L"Fuse"}}});
@@ -124,7 +129,7 @@ TEST_CASE("a motor or load group among the options makes a control unit, but not
 
 TEST_CASE("catalogue managers belong to the head made before them, the first ones to the first head") {
   LispSession session;
-  const MakerScope maker;
+  MakerScope maker;
   std::vector<std::unique_ptr<ZanConfigUnit>> units;
   for (const char kind : std::string("ppMpMp")) {
     units.push_back(std::make_unique<ZanConfigUnit>(static_cast<std::int32_t>(units.size())));
@@ -144,7 +149,7 @@ TEST_CASE("catalogue managers belong to the head made before them, the first one
 
 TEST_CASE("a motor that was undone takes no parts over and makes room for the next one") {
   LispSession session;
-  const MakerScope maker;
+  MakerScope maker;
   ZanConfigUnit first(1);
   auto undone = std::make_unique<ZanConfigUnit>(2);
   ZanConfigUnit part(3);
@@ -165,84 +170,90 @@ TEST_CASE("a motor that was undone takes no parts over and makes room for the ne
   CHECK_EQ(maker->FindHead(partOfAgain.FindManager(1)), again.FindManager(controlOptionCode));
 }
 
-TEST_CASE("the motor made or used last speaks for the circuit, unless it has no page or lost its unit") {
-  const MakerScope maker;
-  ZanConfigUnit one(1);
-  auto two = std::make_unique<ZanConfigUnit>(2);
-  const auto speaker = [&maker] {
-    maker->RefreshSettings();
-    return names(maker->GetSettings());
-  };
-  CHECK_EQ(speaker(), "");
-  NamedHead& first = addHead(maker, L"first", one);
-  NamedHead& second = addHead(maker, L"second", *two);
-  CHECK_EQ(speaker(), "second");
-  maker->SetCurrent(first);
-  CHECK_EQ(speaker(), "first");
-  first.hasPage = false;
-  CHECK_EQ(speaker(), "second");
-  second.hasPage = false;
-  CHECK_EQ(speaker(), "");
-  first.hasPage = second.hasPage = true;
-  two.reset();
-  CHECK_EQ(speaker(), "first");
-}
-
-TEST_CASE("all heads give their rows in order, and those of one code that follow each other one order text") {
-  const MakerScope maker;
-  struct Head {
-    const wchar_t* code;
-    const wchar_t* order;
-    const wchar_t* name;
-  };
-  const Head heads[] = {{L"M", L"1", L"a"}, {L"m", L"2", L"b"}, {L"N", L"3", L"c"}, {L"M", L"4", L"d"}};
+TEST_CASE("each head that has a page and a unit gives its rows, in order") {
+  MakerScope maker;
   std::vector<std::unique_ptr<ZanConfigUnit>> units;
-  for (const Head& head : heads) {
-    units.push_back(std::make_unique<ZanConfigUnit>(1));
-    units.back()->code = head.code;
-    units.back()->order = head.order;
-    addHead(maker, head.name, *units.back());
+  std::vector<NamedHead*> heads;
+  for (const wchar_t* name : {L"a", L"b", L"c"}) {
+    units.push_back(std::make_unique<ZanConfigUnit>(static_cast<std::int32_t>(units.size()) + 5));
+    heads.push_back(&addHead(maker, name, *units.back()));
   }
-  ZanAnnotationDataList rows;
-  std::vector<std::wstring> orders;
-  CHECK(maker->CollectSettings(rows, orders));
-  CHECK_EQ(names(rows), "a b c d");
-  CHECK_EQ(orders, std::vector<std::wstring>{L"1", L"3", L"4"});
-
-  // A run that brought a motor is undone.
-  units[2].reset();
-  orders.clear();
-  CHECK(maker->CollectSettings(rows, orders));
-  CHECK_EQ(names(rows), "a b d");
-  CHECK_EQ(orders, std::vector<std::wstring>{L"1"});
+  CHECK_EQ(describe(maker->CollectSettings()), "a@5 b@6 c@7");
+  heads[0]->hasPage = false;
+  units[1].reset(); // the run that brought it is undone
+  CHECK_EQ(describe(maker->CollectSettings()), "c@7");
   units.clear();
-  CHECK_FALSE(maker->CollectSettings(rows, orders));
+  CHECK(maker->CollectSettings().empty());
 }
 
-TEST_CASE("a motor gets the wires of the scan before it, and what later scans find of its own suffix") {
+TEST_CASE("each motor keeps its own circuit, and the one at work has it in hand") {
+  LispSession session;
+  MakerScope maker;
+  const auto makeMotor = [&maker](std::int32_t id) {
+    auto unit = std::make_unique<ZanConfigUnit>(id);
+    unit->options = controlRecord(L"!MCC_CTRL");
+    REQUIRE(maker->MakeManagers(*unit));
+    return unit;
+  };
+  const auto motorOf = [](const ZanConfigUnit& unit) {
+    return dynamic_cast<ZanWidgetManagerMcc*>(unit.FindManager(controlOptionCode));
+  };
+  auto first = makeMotor(1);
+  maker.circuit.circuit.fla = 1.0;
+  maker.circuit.circuit.groundSize = L"10AWG"; // as a wire lookup of the first page leaves it
+  maker.circuit.circuit.wireChosen = true;
+  auto second = makeMotor(2);
+  CHECK_FALSE(maker.circuit.circuit.wireChosen); // nothing of the first one's wires
+  CHECK(maker.circuit.circuit.groundSize.empty());
+  REQUIRE(motorOf(*second)->OnCellChanged(0, 8, L"28"));
+  CHECK_EQ(maker.circuit.circuit.fla, 28.0);
+  REQUIRE(motorOf(*first)->OnCellChanged(0, 9, L"1.25"));
+  CHECK_EQ(maker.circuit.circuit.fla, 1.0);
+  CHECK_EQ(maker.circuit.circuit.groundSize, L"10AWG");
+  CHECK_EQ(motorOf(*second)->circuit().circuit.fla, 28.0);
+  // The run of the one at work is undone: the other one is the circuit.
+  first.reset();
+  maker->TakeBackRun(1);
+  CHECK_EQ(maker.circuit.circuit.fla, 28.0);
+}
+
+TEST_CASE(
+    "a motor has the wires of the templates before it; later ones add positions and go with their run") {
   PageSession session;
-  const MakerScope maker;
+  MakerScope maker;
   ZanConfigUnit unit(1);
   unit.code = L"MTR-A";
   unit.options = controlRecord(L"!MCC_CTRL");
-  const auto scan = [&maker](std::initializer_list<const wchar_t*> codes) {
-    ZanWireFormatter formatter;
-    for (const wchar_t* code : codes)
-      formatter.AddWireType(L"BLK_%s", code);
-    maker->SetWireFormatter(formatter);
-  };
-  scan({L"WT01-A", L"WT01-B", L"WT02-A"});
+  const auto scan =
+      [&maker](std::int32_t run, const wchar_t* format, std::initializer_list<const wchar_t*> codes) {
+        ZanWireFormatter formatter;
+        for (const wchar_t* code : codes)
+          formatter.AddWireType(format, code);
+        maker->SetWireFormatter(formatter, run);
+      };
+  scan(0, L"OLD_%s", {L"WT01-A", L"WT01-B", L"WT02-A", L"WT01E-A"});
+  scan(1, L"BLK_%s", {L"WT02-A"});
+  scan(1, L"", {}); // a nested template without wires
   REQUIRE(maker->MakeManagers(unit));
-  scan({L"WT03-A", L"WT04"});
-  scan({});
-  CHECK(maker->wireFormatter().types().empty());
+  CHECK_EQ(maker->wires().formats(SamePosition::eachCounts).types().size(), 5);
+  CHECK_EQ(maker->wires().formats(SamePosition::latestCounts).GetWireFormat(L"WT02-A").pattern, L"BLK_*");
 
   PageDialog dialog;
   dialog.onOpen = [&](ZanSettingsWnd& window) {
     unit.AddManagersToWindow(&window);
-    const ZanGroupCtrl* wires = window.GroupAt(unit.managers().front().manager->GetPage(), 1);
+    auto& motor = *dynamic_cast<ZanWidgetManagerMcc*>(unit.managers().front().manager);
+    const ZanGroupCtrl* wires = window.GroupAt(motor.GetPage(), 1);
     REQUIRE(wires != nullptr);
-    CHECK_EQ(wires->ReadRows().size(), 2 * 3);
+    // Positions that the page has, and further grounding ones, must not take rows from its conductors.
+    scan(2, L"NEW_%s", {L"WT01-A", L"WT01E-A", L"WT02E-A", L"WT03-A", L"WT04"});
+    motor.fillWireRows(L"8AWG");
+    const char* rows = "W1 - Size=8AWG | W1 - Layer=OLD_8AWG | W2 - Size=8AWG | W2 - Layer=BLK_8AWG | "
+                       "W01E - Size= | W01E - Layer=OLD_";
+    CHECK_EQ(describeGroup(wires), rows);
+    maker->TakeBackRun(2);
+    motor.fillWireRows(L"8AWG");
+    CHECK_EQ(describeGroup(wires), rows);
+    CHECK_EQ(maker->wires().formats(SamePosition::eachCounts).types().size(), 5);
   };
   session.run(dialog);
 }

@@ -117,7 +117,9 @@ TEST_CASE("timers wait for the end of a burst, and for all that a current depend
       std::vector<std::string>{"timer 104 254", "kill 104", "timer 105 254", "timer 105 254", "kill 105"});
   CHECK_EQ(circuitData().flaMultiplier, 1.25);
 
-  ZanWidgetManagerMcc detached; // without a window nothing starts
+  CircuitContext none;
+  CircuitInHand circuits(none);
+  ZanWidgetManagerMcc detached(circuits); // without a window nothing starts
   CHECK(detached.OnCellChanged(0, 8, L"20"));
   CHECK_FALSE(detached.OnCellChanged(0, 8, L"twenty"));
 }
@@ -170,7 +172,8 @@ TEST_CASE("a database that cannot be opened is told once, and serves as soon as 
   TextSession session({press("ZanBrenvolt.DatabaseError", kvui::ok)});
   session.eval("(defun c:zan_bv_figure_mccdb_fnam () \"" + late + "\")");
   ZanConfigUnit unit(1);
-  ZanWidgetManagerMcc manager;
+  CircuitInHand circuits(circuitContext());
+  ZanWidgetManagerMcc manager(circuits);
   manager.Initialise(&unit, {});
   manager.Refresh();
   std::vector<std::wstring> list = {L"old"};
@@ -276,7 +279,7 @@ TEST_CASE("what a page exports, a new page of the same unit shows") {
     ZanAnnotationDataList rows;
     const ShownPage shown = runPage("", mode, {}, [&](MccPage& page, ZanSettingsWnd&) {
       page.manager.ImportRows(start);
-      page.manager.ExportRows(rows);
+      rows = page.manager.ExportRows().value();
     });
     return std::pair(rows, shown);
   };
@@ -290,7 +293,7 @@ TEST_CASE("what a page exports, a new page of the same unit shows") {
     CHECK_EQ(data.fields[29].value, mode == MccMode::motor ? motorControlTitle : loadControlTitle);
 
     const wchar_t* const values[] = {L"T", L"10", L"HP", L"460", L"3", L"60", L"1800", L"14.5", L"1.25"};
-    for (std::size_t field = 0; field < mccFieldCount; ++field)
+    for (std::size_t field = 0; field < ratingCount; ++field)
       if (mode == MccMode::motor || field != speedField) data.fields[field].value = values[field];
     ZanAnnotationDataList wires = *empty.items()[1].list;
     wires.items()[0].row->fields[0].value = L"8AWG";
@@ -313,6 +316,44 @@ TEST_CASE("what a page exports, a new page of the same unit shows") {
     odd.AddList({});
     odd.AddRow(ZanAnnotationData(L"x"));
     CHECK_EQ(exported(mode, odd).second.data, emptyShown.data);
+  }
+}
+
+TEST_CASE("wire choices that came with a unit go out again as long as none is made, and the grounding size "
+          "counts") {
+  struct Row {
+    const char* promise;
+    const wchar_t* stored;    ///< grounding size among the motor's fields
+    const wchar_t* grounding; ///< size of the stored grounding wire
+    bool choosesWire;
+    const char* exported; ///< insulation and grounding size
+    const char* layer;
+  };
+  const Row rows[] = {
+      {"untouched", L"10AWG", L"8AWG", false, "THHN 10AWG", "GRN_10AWG"},
+      {"without a grounding size the stored wire has it", L"", L"10AWG", false, "THHN ", "GRN_10AWG"},
+      {"a wire chosen in the dialog replaces all", L"10AWG", L"10AWG", true, "XHHW 6AWG", "GRN_10AWG"},
+  };
+  for (const Row& row : rows) {
+    CAPTURE(row.promise);
+    std::string exported;
+    const ShownPage shown = runPage("", MccMode::motor, {}, [&](MccPage& page, ZanSettingsWnd&) {
+      ZanAnnotationDataList start = page.manager.ExportRows().value();
+      start.items()[0].row->fields[12].value = L"THHN";
+      start.items()[0].row->fields[28].value = row.stored;
+      start.items()[1].list->items()[2].row->fields[0].value = row.grounding;
+      page.manager.ImportRows(start);
+      if (row.choosesWire) {
+        circuitData().wireChosen = true;
+        circuitData().insulation = L"XHHW";
+        circuitData().groundSize = L"6AWG";
+      }
+      const ZanAnnotationDataList again = page.manager.ExportRows().value();
+      exported =
+          toUtf8(again.items()[0].row->fields[12].value + L" " + again.items()[0].row->fields[28].value);
+    });
+    CHECK_EQ(exported, row.exported);
+    CHECK(shown.wires.ends_with(row.layer));
   }
 }
 

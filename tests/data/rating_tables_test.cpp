@@ -2,6 +2,7 @@
 #include "table_fixture.h"
 
 #include "data/component_sizing.h"
+#include "data/motor_choices.h"
 #include "data/rating_tables.h"
 #include "data/table_query.h"
 #include "data/table_watch.h"
@@ -176,4 +177,27 @@ TEST_CASE("a component takes the first step at or above its value") {
   CHECK(rows[0].rating == L"15A"); // a value of 0 takes the smallest step
   REQUIRE(putRows(L"rows", rows));
   CHECK(toUtf8(tables.host().eval(L"(car rows)")) == "(\"CB\" \"Breaker\" 0.0 \"15A\" \"P15\")");
+}
+
+TEST_CASE("the page of a motor reads the columns by their names, and by place where a name is missing") {
+  struct Row {
+    const char* promise;
+    const char* header;
+    const char* columns; ///< type, load, units, voltage, phase, frequency, speed, current, multiplier
+  };
+  const Row rows[] = {
+      {"another order", "ID,FLA (A),Units,Load,SPEED (rpm),Voltage (V),Phase,Type,Frequency (HZ)",
+       "Type|Load|Units|Voltage (V)|Phase|Frequency (HZ)|SPEED (rpm)|FLA (A)|"},
+      {"a name of the site's own", "ID,Type,Phases,Voltage (V),Speed (RPM),Load,Units,FLA (A),Frequency (HZ)",
+       "Type|Load|Units|Voltage (V)|Phases|Frequency (HZ)|Speed (RPM)|FLA (A)|"},
+      {"a place that has another name", "ID,Type,Voltage (V),Speed (RPM),Load,Units,FLA (A),Frequency (HZ)",
+       "Type|Load|Units|Voltage (V)||Frequency (HZ)|Speed (RPM)|FLA (A)|"},
+  };
+  for (const Row& row : rows) {
+    CAPTURE(row.promise);
+    TableFixture tables({{"MOTOR_NEC", std::string(row.header) + "\n"}});
+    const auto columns = readMotorColumns(*tables.connection(), L"NEC");
+    REQUIRE(columns.has_value());
+    CHECK_EQ(joinedTexts({columns->begin(), columns->end()}), row.columns);
+  }
 }

@@ -8,9 +8,9 @@ using namespace brenvolt::test;
 
 namespace {
 
-std::wstring exportedValues() {
+std::wstring exportedValues(const ZanCircuitData& circuit, const StoredWireFields& stored = {}) {
   ZanAnnotationData row(L"MotorSetup");
-  exportRows(row);
+  exportRows(circuit, stored, row);
   CHECK(row.Count() == exportedRowCount);
   std::wstring values;
   for (const ZanAnnotationField& field : row.fields) {
@@ -54,26 +54,35 @@ ZanCircuitData chosenWire() {
 } // namespace
 
 TEST_CASE("the wire choices are exported in their order, the parts that are switched off as nothing") {
-  circuitData() = chosenWire();
+  ZanCircuitData circuit = chosenWire();
+  const StoredWireFields stored(exportedRowCount, L"old");
   CHECK(
-      exportedValues() ==
+      exportedValues(circuit, stored) ==
       L"2.5|AWG|CU|THHN|75C|120|FT|Steel|0.85|3|0.8|4-6|0.8|31-35|0.94|0.752|2|1/0|0.123456|10AWG|");
 
-  circuitData().useVoltageDrop = false;
-  circuitData().useContinuousLoad = false;
-  circuitData().useFill = false;
-  circuitData().useAmbient = false;
-  circuitData().useParallel = false;
-  circuitData().extraCurrent = 0.00001;
-  CHECK(exportedValues() == L"0|AWG|CU|THHN|75C|0|||0|0|0||0||0|0.752|||0.123456|10AWG|");
+  circuit.useVoltageDrop = false;
+  circuit.useContinuousLoad = false;
+  circuit.useFill = false;
+  circuit.useAmbient = false;
+  circuit.useParallel = false;
+  circuit.extraCurrent = 0.00001;
+  CHECK(exportedValues(circuit) == L"0|AWG|CU|THHN|75C|0|||0|0|0||0||0|0.752|||0.123456|10AWG|");
 
-  circuitData().useVoltageDrop = true;
-  circuitData().useDropLimit = false;
-  CHECK(exportedValues() == L"0|AWG|CU|THHN|75C|120|FT|Steel|0.85|0|0||0||0|0.752|||0.123456|10AWG|");
+  circuit.useVoltageDrop = true;
+  circuit.useDropLimit = false;
+  CHECK(exportedValues(circuit) == L"0|AWG|CU|THHN|75C|120|FT|Steel|0.85|0|0||0||0|0.752|||0.123456|10AWG|");
 }
 
-TEST_CASE("without a chosen wire nothing of an earlier circuit is exported") {
-  circuitData() = chosenWire();
-  circuitData().wireChosen = false;
-  CHECK(exportedValues() == L"0|||||0|||0|0|0||0||0|0|||0||");
+TEST_CASE(
+    "without a chosen wire the fields that were stored are exported, and nothing of an earlier circuit") {
+  ZanCircuitData circuit = chosenWire();
+  circuit.wireChosen = false;
+  CHECK(exportedValues(circuit) == L"0|||||0|||0|0|0||0||0|0|||0||");
+  StoredWireFields stored;
+  std::wstring expected;
+  for (std::size_t field = 0; field < exportedRowCount; ++field) {
+    stored.push_back(std::wstring(1, static_cast<wchar_t>(L'a' + field)));
+    expected += stored.back() + L"|";
+  }
+  CHECK(exportedValues(circuit, stored) == expected);
 }

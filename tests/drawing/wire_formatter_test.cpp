@@ -1,6 +1,5 @@
 #include "drawing/wire_formatter.h"
 
-#include "data/circuit_data.h"
 #include "drawing_support.h"
 
 using namespace brenvolt;
@@ -78,27 +77,21 @@ TEST_CASE("a position answers its pattern and numbering, with fallbacks") {
   CHECK(formatter.GetWireFormat(L"WT09") == WireFormat{L"*", L"1"});
 }
 
-TEST_CASE("layer names follow from the size, the position's own ahead") {
-  circuitData() = {};
-  circuitData().groundSize = L"10AWG";
+TEST_CASE("layer names follow from the sizes, the position's own before all others") {
   const ZanWireFormatter formatter = motorTemplate();
   using Names = std::vector<std::wstring>;
-  Names names = {L"left over"};
-
-  CHECK(formatter.GetLayerNames(L"12AWG", L"WT02", names));
-  CHECK(names == Names{L"RED_12AWG", L"BLACK_12AWG", L"BLUE_12AWG", L"GREEN_10AWG", L"GREEN_10AWG"});
-  CHECK(formatter.GetLayerNames(L"12AWG", L"WT01E", names));
-  CHECK(names.front() == L"GREEN_10AWG");
+  const WireSizes sizes = {L"12AWG", L"10AWG"};
+  CHECK(
+      formatter.GetLayerNames(sizes, L"WT02") ==
+      Names{L"RED_12AWG", L"BLACK_12AWG", L"BLUE_12AWG", L"GREEN_10AWG", L"GREEN_10AWG"});
+  CHECK(formatter.GetLayerNames(sizes, L"WT01E").value().front() == L"GREEN_10AWG");
   // A position without a format still exists: all names, none preferred.
-  CHECK(formatter.GetLayerNames(L"12AWG", L"WT03", names));
-  CHECK(names.front() == L"BLACK_12AWG");
-  CHECK_FALSE(formatter.GetLayerNames(L"12AWG", L"WT07", names));
-  CHECK(names.empty());
+  CHECK(formatter.GetLayerNames(sizes, L"WT03").value().front() == L"BLACK_12AWG");
+  CHECK_FALSE(formatter.GetLayerNames(sizes, L"WT07").has_value());
 
   ZanWireFormatter odd;
   odd.AddWireType(L"%d%%_%s_%s", L"WT01");
-  CHECK(odd.GetLayerNames(L"6", L"WT01", names));
-  CHECK(names == Names{L"%d%%_6_%s"});
+  CHECK(odd.GetLayerNames({L"6", L""}, L"WT01") == Names{L"%d%%_6_%s"});
 }
 
 TEST_CASE("codes come by suffix and kind, each as often as it has entries") {

@@ -61,6 +61,56 @@ TEST_CASE("units inserted as they stand give the drawing of a direct build, in w
   }
 }
 
+TEST_CASE("a form may build another circuit, which asks when no dialog is open, and leaves the outer one as "
+          "it was") {
+  const std::vector<std::string> sheet = {
+      "OUT|Outer|x|How|Ask|1|1|(build-inner nil)", "||||Build|2|2|(build-inner T)",
+      "LMP|Lamp|x|Colour|Red|1|1|(put red)", "END|End||||||(put end)"};
+  constexpr const char* inner = R"lisp(
+    (defun build-inner (direct)
+      (let ((last (entity-handle (entity-last))))
+        (mark 'LMP 1)
+        (put (if (zan_bv_build_circuit (list book "S" "Motor" "Inner" "" direct last)) "built" "not-built"))))
+    (vz-korvo-defun 'build-inner))lisp";
+  struct Row {
+    const char* promise;
+    bool isDirect;
+    std::vector<std::string> steps;
+    const char* drawn;
+    const char* printed;
+  };
+  const Row rows[] = {
+      {"it asks inside a direct build",
+       true,
+       {configStep({insertAll, finish})},
+       R"(("red" "built" "end"))",
+       ""},
+      {"and only it is taken back",
+       true,
+       {configStep({insertAll, cancel}), answerStep("CircuitConfigurationCancel", 6)},
+       R"(("not-built" "end"))",
+       ""},
+      {"it is refused while a dialog is open",
+       false,
+       {configStep({insertAll, finish})},
+       R"(("not-built" "end"))",
+       "dialog of another circuit is open"},
+      {"where a direct one is built",
+       false,
+       {configStep({choosing("How", "Build"), insertAll, finish})},
+       R"(("red" "built" "end"))",
+       ""},
+  };
+  for (const Row& row : rows) {
+    CAPTURE(row.promise);
+    const ConfigResult result = ConfigSite(sheet).run(
+        {.markers = "((OUT 1) (END 2))", .steps = row.steps, .isDirect = row.isDirect, .setup = inner});
+    checkEnd(result, "T");
+    CHECK_EQ(result.drawn, row.drawn);
+    CHECK(result.printed.find(row.printed) != std::string::npos);
+  }
+}
+
 TEST_CASE("nested templates bring units, and go with them when their run is taken back") {
   ConfigSite site;
   const ConfigResult result = site.run(

@@ -18,11 +18,12 @@ namespace {
 
 constexpr std::string_view product = R"lisp(
 (define-block "ZAN_BV_MARKER_BLOCK" '(0 0) (lambda ()
-  (draw-attribute-definition "CODE" '(0 0) "" 1.0) (draw-attribute-definition "ORDER" '(0 0) "" 1.0)))
+  (draw-attribute-definition "CODE" '(0 0) "" 1.0) (draw-attribute-definition "ORDER" '(0 0) "" 1.0)
+  (draw-attribute-definition "MISC1" '(0 0) "" 1.0)))
 (draw-line '(0 0) '(9 9))
-(defun mark (code order)
+(defun mark (code order &optional misc)
   (insert-block "ZAN_BV_MARKER_BLOCK" '(1 2) 1.0 0.0 "0"
-    (list (cons "CODE" (symbol-name code)) (cons "ORDER" (number->string order)))))
+    (list (cons "CODE" (symbol-name code)) (cons "ORDER" (number->string order)) (cons "MISC1" (or misc "")))))
 (defun put (what) (draw-text '(1 2) what 2.0) T)
 (defun nest (what &rest codes)
   (put what) (dolist (code codes) (mark (intern (string-upcase code)) 1)) 2)
@@ -155,7 +156,7 @@ ConfigResult ConfigSite::run(const ConfigRun& run, const std::function<bool(ZanB
   ConfigResult result;
   result.before = simhost::drawingToJson(drawing);
   lisp.eval("(setq last (entity-handle (entity-last)) start (undo-count))");
-  lisp.eval("(mapc '(lambda (m) (mark (car m) (cadr m))) '" + run.markers + ")");
+  lisp.eval("(mapc '(lambda (m) (apply 'mark m)) '" + run.markers + ")");
   lisp.takePrinted();
   try {
     if (configure) {
@@ -167,7 +168,7 @@ ConfigResult ConfigSite::run(const ConfigRun& run, const std::function<bool(ZanB
       args.type = L"Direct";
       args.lastHandleText = fromUtf8(lisp.eval("(intern last)"));
       args.undoPosition = toInt(fromUtf8(lisp.eval("start")));
-      ZanBrenvolt build(std::move(args));
+      ZanBrenvolt build(std::move(args), circuitContext());
       build.readBuildData();
       REQUIRE((build.loadCatalog() && build.readMarkers() && build.prepare(BuildKind::interactive)));
       result.answer = configure(build) ? "T" : "nil";

@@ -33,7 +33,8 @@ namespace brenvolt::test {
 /// @}
 
 struct ConfigRun {
-  std::string markers = "((BRK 1) (CON 2) (LMP 3))"; ///< CODE and ORDER of the template's markers
+  /// CODE, ORDER and, where it has one, MISC1 of the template's markers.
+  std::string markers = "((BRK 1) (CON 2) (LMP 3))";
   std::vector<std::string> steps = {};
   std::string historyName = {};
   bool isDirect = false;

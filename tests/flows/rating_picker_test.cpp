@@ -128,7 +128,7 @@ TEST_CASE("an accepted motor is the circuit in hand and is kept for the user; a 
       L"Induction 10 HP 460");
   CHECK(selection.phase + L" " + selection.frequency + L" " + selection.speed == L"3 60 1800");
   CHECK_EQ(selection.fla, 14.0);
-  CHECK_EQ(selection.multiplier, 1.15);
+  CHECK_EQ(selection.flaMultiplier, 1.15);
   struct Kept {
     const wchar_t* name;
     const char* value;

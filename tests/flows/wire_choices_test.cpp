@@ -31,32 +31,30 @@ TEST_CASE("a size that was stored without blanks is the table's size") {
 }
 
 TEST_CASE("a placed circuit brings its numbers and texts; ticks come from the circuit in hand") {
-  circuitData() = ZanCircuitData();
-  circuitData().useVoltageDrop = true;
-  circuitData().setOpenField(3, false);
+  ZanCircuitData circuit;
+  circuit.useVoltageDrop = true;
+  circuit.setOpenField(3, false);
   ZanCircParams record;
   record.set(circparam::fla, L" 28 ");
   record.set(circparam::length, L"long");
   record.set(circparam::wireStandard, L" AWG");
   record.set(circparam::groundWire, L"10AWG");
-  const ZanCircuitData choices = placedChoices(record);
+  record.set(circparam::parallelCount, L"2000000000"); // would fill a list without end
+  const ZanCircuitData choices = placedChoices(circuit, record);
   CHECK_EQ(choices.fla, 28.0);
   CHECK_EQ(choices.length, 0.0);
   CHECK(choices.wireStandard == L"AWG");
   CHECK(choices.groundSize == L"10AWG");
+  CHECK(choices.parallelCount == L"99");
   CHECK(choices.useVoltageDrop);
   CHECK(choices.isOpen(OpenField::voltage));
-  circuitData() = ZanCircuitData();
 }
 
 TEST_CASE("a load has its own multiplier and power factor") {
-  circuitData() = ZanCircuitData();
-  circuitData().flaMultiplier = 1.25;
-  circuitData().powerFactor = 0.85;
-  loadFactors() = {1.0, -1.0};
-  CHECK_EQ(loadChoices().flaMultiplier, 1.0);
-  CHECK_EQ(loadChoices().powerFactor, -1.0);
-  CHECK_EQ(circuitChoices().flaMultiplier, 1.25);
-  circuitData() = ZanCircuitData();
-  loadFactors() = ZanLoadFactors();
+  CircuitContext context;
+  context.circuit.flaMultiplier = 1.25;
+  context.circuit.powerFactor = 0.85;
+  context.load = {1.0, -1.0};
+  CHECK_EQ(loadChoices(context).flaMultiplier, 1.0);
+  CHECK_EQ(loadChoices(context).powerFactor, -1.0);
 }

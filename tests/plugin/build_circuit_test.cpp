@@ -1,8 +1,8 @@
 // `zan_bv_build_circuit` as LISP calls it: on every way out the resource stack is as before, no object is left open
-// and the maker of widget managers is gone.
-#include "config/widget_manager_maker.h"
+// and no build is under way.
 #include "plugin/dispatcher.h"
 #include "plugin/function_table.h"
+#include "plugin/handlers/build_circuit.h"
 #include "plugin/process_state.h"
 #include "tests/support/lisp_session.h"
 #include "tests/support/sheets.h"
@@ -23,11 +23,13 @@ constexpr std::string_view product = R"lisp(
 (setq ran nil)
 (defun note (what) (setq ran what) T)
 (defun build-again () (zan_bv_build_circuit book "DONE" "" "" "" T (template "M1")) (note "outer") T)
-(defun ask-again () (note (if (zan_bv_build_circuit book "DONE" "" "" "" nil (template "M1")) "asked" "not asked")))
+(setq depth 0)
+(defun build-itself () (setq depth (+ depth 1))
+  (zan_bv_build_circuit book "ENDLESS" "" "" "" T (template "M1")) (note (number->string depth)) T)
 (vz-korvo-defun 'note)
 (vz-korvo-defun 'throw-number)
 (vz-korvo-defun 'build-again)
-(vz-korvo-defun 'ask-again)
+(vz-korvo-defun 'build-itself)
 )lisp";
 
 } // namespace
@@ -50,8 +52,8 @@ TEST_CASE("a direct build answers T or nil and leaves nothing behind, exceptions
       {"a failed form", "book \"FAILS\" \"\" \"\" \"\" T (template \"M1\")", "nil", "nil"},
       {"an exception of the host", "book \"THROWS\" \"\" \"\" \"\" T (template \"M1\")", "nil", "T"},
       {"a build inside of a build", "book \"AGAIN\" \"\" \"\" \"\" T (template \"M1\")", "T", "\"outer\""},
-      {"a build that asks inside of a build", "book \"ASKS\" \"\" \"\" \"\" T (template \"M1\")", "T",
-       "\"not asked\""},
+      {"a circuit that builds itself without end", "book \"ENDLESS\" \"\" \"\" \"\" T (template \"M1\")", "T",
+       "\"17\""},
       {"a quit ahead of it", "(quit-host) \"DONE\" \"\" \"\" \"\" T (template \"M1\")", "nil", "nil"},
   };
   test::TemporaryFolder folder;
@@ -61,7 +63,7 @@ TEST_CASE("a direct build answers T or nil and leaves nothing behind, exceptions
         {L"FAILS", "(missing)"},
         {L"THROWS", "(throw-number)"},
         {L"AGAIN", "(build-again)"},
-        {L"ASKS", "(ask-again)"}})
+        {L"ENDLESS", "(build-itself)"}})
     sheets.push_back(
         test::sheetOf(name, {"c|t|x|g|o|v|n|first|second", std::string("M1|Title||||||") + form}));
   const std::wstring book = test::writeBook(folder / "book.xls", sheets);
@@ -86,7 +88,7 @@ TEST_CASE("a direct build answers T or nil and leaves nothing behind, exceptions
     CHECK_EQ(lisp.eval("ran"), row.ran);
     CHECK_EQ(lisp.host().documents().resourceDepth(), 0);
     CHECK_EQ(lisp.host().documents().current()->drawing().openObjectCount(), 0);
-    CHECK(widgetManagerMaker() == nullptr);
+    CHECK(buildUnderWay() == nullptr);
   }
   resetProcessState();
 }

@@ -1,7 +1,6 @@
 // What outlives a call can be counted, and can be reset.
 #include "plugin/process_state.h"
 
-#include "config/widget_manager_maker.h"
 #include "data/circuit_data.h"
 #include "drawing/markers.h"
 #include "flows/existing_circuit.h"
@@ -23,11 +22,9 @@ TEST_CASE("a reset gives the process a fresh start") {
   setTrace(true);
   acceptedTables()[L"A"] = 1001;
   existingCircuit() = {L"1"};
-  CHECK(ZanWidgetManagerMaker::Create());
   CHECK_GT(ZanDwgMarker().id, 0);
   resetProcessState();
   CHECK_EQ(lastMarkerId(), 0);
-  CHECK_EQ(widgetManagerMaker(), nullptr);
   CHECK(circuitData().type.empty());
   CHECK_EQ(circuitData().fla, -1.0);
   CHECK(circuitData().isOpen(OpenField::flaMultiplier));

@@ -11,6 +11,25 @@ namespace brenvolt {
 
 namespace fs = std::filesystem;
 
+namespace {
+
+constexpr SampleCircuit samples[] = {
+    {"motor3_dol", "Three-phase motors", "Direct on line", "Pump 10 HP"},
+    {"motor3_reversing", "Three-phase motors", "Reversing", "Hoist 5 HP"},
+    {"motor3_star_delta", "Three-phase motors", "Star-delta", "Fan 40 HP"},
+    {"motor3_two", "Three-phase motors", "Two motors, one feeder", "Two pumps 10 and 5 HP"},
+    {"motor1_dol", "Single-phase motors", "Direct on line", "Sump 1.5 HP"},
+    {"feed3", "Power feeds", "Three-phase", "Heater 15 kW"},
+    {"feed2", "Power feeds", "Single-phase", "Heater 2 kW"},
+    {"control_station", "Control circuits", "Start and stop station", "Station"},
+};
+
+} // namespace
+
+std::span<const SampleCircuit> sampleCircuits() {
+  return samples;
+}
+
 SiteCopy::SiteCopy() {
   fs::copy("site", site(), fs::copy_options::recursive);
 }

@@ -4,6 +4,7 @@
 
 #include "tool.h"
 
+#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -16,6 +17,9 @@ struct SampleCircuit {
   const char* type;
   const char* history;
 };
+
+/// The circuits of the sample site, each with a saved configuration.
+[[nodiscard]] std::span<const SampleCircuit> sampleCircuits();
 
 /// A history file as UTF-8 without its mark, with `folder` left out of its text as SITE.
 [[nodiscard]] std::string historyText(const std::string& bytes, const std::string& folder);

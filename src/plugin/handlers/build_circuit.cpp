@@ -4,34 +4,52 @@
 
 #include "build/driver.h"
 #include "build/host_session.h"
-#include "config/widget_manager_maker.h"
+#include "build/undo_manager.h"
 #include "data/circuit_data.h"
 #include "data/table_watch.h"
 #include "flows/dlg_config.h"
 #include "host/host_api_documents.h"
+#include "host/host_api_lisp.h"
+#include "host/lisp_calls.h"
+#include "host/resources.h"
+#include "text/format.h"
 
 #include <optional>
+#include <utility>
 
 namespace brenvolt {
 
 namespace {
 
-/// The maker of widget managers lives for one build, exceptions included. A build that a form starts inside of another
-/// one leaves the maker to that: its managers are still on the screen.
-class MakerOfBuild final {
+/// How many builds may be inside each other: a form may build a circuit, whose form builds another one.
+constexpr int deepestBuild = 16;
+
+const ZanBrenvolt*& currentBuild() {
+  static const ZanBrenvolt* build = nullptr;
+  return build;
+}
+
+/// A build is under way for as long as the scope lasts, exceptions included. What a build inside another one makes of
+/// the circuit in hand and of the trace flag ends with it: the outer one goes on with its own.
+class UnderWayScope final {
 public:
-  MakerOfBuild() : isInside_(widgetManagerMaker() != nullptr), exists_(ZanWidgetManagerMaker::Create()) {}
-  ~MakerOfBuild() {
-    if (!isInside_) ZanWidgetManagerMaker::Destroy();
+  UnderWayScope(const ZanBrenvolt& build, CircuitContext circuitOfOuter)
+      : outer_(currentBuild()), circuitOfOuter_(std::move(circuitOfOuter)), traceOfOuter_(isTracing()) {
+    currentBuild() = &build;
   }
-  MakerOfBuild(const MakerOfBuild&) = delete;
-  MakerOfBuild& operator=(const MakerOfBuild&) = delete;
-  [[nodiscard]] bool exists() const { return exists_; }
-  [[nodiscard]] bool isInside() const { return isInside_; }
+  ~UnderWayScope() {
+    currentBuild() = outer_;
+    if (outer_ == nullptr) return;
+    circuitContext() = circuitOfOuter_;
+    setTrace(traceOfOuter_);
+  }
+  UnderWayScope(const UnderWayScope&) = delete;
+  UnderWayScope& operator=(const UnderWayScope&) = delete;
 
 private:
-  bool isInside_;
-  bool exists_;
+  const ZanBrenvolt* outer_;
+  CircuitContext circuitOfOuter_;
+  bool traceOfOuter_;
 };
 
 /// What a direct build is saved under, and whether it was.
@@ -39,6 +57,24 @@ struct Saving {
   std::wstring name;
   bool isDone = false;
 };
+
+void say(TextId text, std::wstring_view worksheet) {
+  kvutPrintf((L"\n" + formatText(loadText(text), {worksheet}) + L"\n").c_str());
+}
+
+/// Whether a build can run inside the builds around it; says why not.
+bool canRun(const ZanBrenvolt& build) {
+  const ZanBuildArgs& args = build.args();
+  if (build.depth() > deepestBuild) {
+    say(TextId::buildsTooDeep, args.worksheet);
+    return false;
+  }
+  if (!args.directBuild && build.isBelowDialog()) {
+    say(TextId::dialogInsideDialog, args.worksheet);
+    return false;
+  }
+  return true;
+}
 
 bool buildDirectly(ZanBrenvolt& build, Saving* saving) {
   const bool result = build.prepare(BuildKind::direct);
@@ -51,12 +87,13 @@ bool buildDirectly(ZanBrenvolt& build, Saving* saving) {
 
 bool configureAndBuild(ZanBrenvolt& build) {
   if (!build.prepare(BuildKind::interactive)) return false;
-  circuitData().wireChosen = false;
   return runConfiguration(build, kdsw_korvoMainWnd());
 }
 
 bool runBuild(ZanBrenvolt& build, Saving* saving) {
   build.readBuildData();
+  // Also without the symbol: the trace of an earlier build does not go on.
+  setTrace(build.args().trace);
   if (!build.loadCatalog() || !pumpMessages()) return false;
   if (!build.readMarkers() || !pumpMessages()) return false;
   build.readPresets();
@@ -64,17 +101,26 @@ bool runBuild(ZanBrenvolt& build, Saving* saving) {
 }
 
 bool buildWith(std::optional<ZanBuildArgs> args, Saving* saving) {
-  if (!pumpMessages()) return false;
-  // Declared ahead of the maker, so that it outlives the managers, which look at its data.
-  std::optional<ZanBrenvolt> build;
-  const MakerOfBuild maker;
-  if (!maker.exists() || !args) return false;
-  // One dialog at a time: the managers of a second one would count for the circuit of the first.
-  if (maker.isInside() && !args->directBuild) return false;
-  return runBuild(build.emplace(std::move(*args)), saving);
+  if (!pumpMessages() || !args) return false;
+  const ZanBrenvolt* const parent = buildUnderWay();
+  // Without a position of its own, an inner build goes back to the outer one's present state, and not to the
+  // beginning of the drawing.
+  if (parent != nullptr && args->undoPosition == 0)
+    args->undoPosition = ZanUndoManager::position(workingDatabase());
+  CircuitContext& circuit = circuitContext();
+  const CircuitContext before = circuit;
+  // A page stores wire choices only when they are made in this dialog.
+  if (!args->directBuild) circuit.circuit.wireChosen = false;
+  ZanBrenvolt build(std::move(*args), circuit, parent);
+  const UnderWayScope scope(build, before);
+  return canRun(build) && runBuild(build, saving);
 }
 
 } // namespace
+
+const ZanBrenvolt* buildUnderWay() {
+  return currentBuild();
+}
 
 ResultList buildCircuit(const ResultList& arguments) {
   if (!buildWith(parseBuildArguments(arguments), nullptr)) return {};

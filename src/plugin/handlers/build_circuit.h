@@ -5,11 +5,18 @@
 
 namespace brenvolt {
 
+class ZanBrenvolt;
+
+/// A form that calls the function again, directly or not, starts a build inside the one under way. An inner build that
+/// asks cannot run in one whose dialog is open; it says so on the command line and answers nil.
 [[nodiscard]] ResultList buildCircuit(const ResultList& arguments);
 
 /// `zan_bv_build_and_save`: a direct build whose choices are saved as well. Takes the list of `zan_bv_build_circuit` and
 /// the name to save under; answers (T), (nil) for a circuit that was built and could not be saved, and nil for one that
 /// was not built.
 [[nodiscard]] ResultList buildAndSave(const ResultList& arguments);
+
+/// The innermost build that runs; null outside a build.
+[[nodiscard]] const ZanBrenvolt* buildUnderWay();
 
 } // namespace brenvolt

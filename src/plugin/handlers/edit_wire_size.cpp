@@ -40,7 +40,7 @@ std::optional<EditedWire> lookUp(
 
 std::optional<EditedWire> editPlacedCircuit(
     KvEntityName entity, const ZanCircParams& record, KvWindow* parent) {
-  ZanDlgWireSelectEditWireSizeCtrlMgr manager(record);
+  ZanDlgWireSelectEditWireSizeCtrlMgr manager(circuitContext(), record);
   std::optional<EditedWire> edited = lookUp(manager, entity, parent);
   if (edited) edited->motorType = record.get(circparam::type);
   return edited;
@@ -49,7 +49,8 @@ std::optional<EditedWire> editPlacedCircuit(
 std::optional<EditedWire> sizeDevice(KvEntityName entity, KvWindow* parent) {
   RatingSelection motor = selectionOf(circuitData());
   if (!runMotorPicker(parent, motor)) return std::nullopt;
-  ZanDlgWireSelectCtrlMgr manager;
+  storeSelection(motor, circuitData());
+  ZanDlgWireSelectCtrlMgr manager(circuitContext());
   std::optional<EditedWire> edited = lookUp(manager, entity, parent);
   if (edited) edited->motorType = circuitData().type;
   return edited;
@@ -79,7 +80,7 @@ std::optional<EditedWire> editPicked(KvWindow* parent) {
 /// The current is that of the circuit in hand, also for a placed circuit.
 std::vector<ZanAutoSizeRow> componentRows(const std::wstring& motorType) {
   ZanAutoSizeComponent sizing;
-  // Tables that are missing are told; what is there is sized all the same.
+  // Missing tables are reported; the others are used all the same.
   if (const std::optional<std::wstring> code = getCodeStandard()) static_cast<void>(sizing.init(*code));
   std::vector<ZanAutoSizeRow> rows;
   if (!sizing.size(motorType, circuitData().fla, rows)) rows.clear();

@@ -1,6 +1,7 @@
 // Arguments and answers of the pickers as tables. Between them the picker runs.
 #include "plugin/handlers/rating_select.h"
 
+#include "data/circuit_data.h"
 #include "flows/dlg_motor_select.h"
 #include "flows/dlg_power_feed.h"
 #include "host/host_api_documents.h"
@@ -11,30 +12,34 @@ namespace brenvolt {
 
 namespace {
 
-using Selection = RatingSelection;
+constexpr Rating motorArguments[] = {
+    Rating::type,  Rating::phase, Rating::voltage,   Rating::speed,         Rating::load,
+    Rating::units, Rating::fla,   Rating::frequency, Rating::flaMultiplier,
+};
+constexpr Rating motorAnswer[] = {
+    Rating::type,      Rating::load,  Rating::units, Rating::voltage,       Rating::phase,
+    Rating::frequency, Rating::speed, Rating::fla,   Rating::flaMultiplier,
+};
+constexpr Rating loadArguments[] = {
+    Rating::type,  Rating::phase, Rating::voltage,   Rating::load,
+    Rating::units, Rating::fla,   Rating::frequency, Rating::flaMultiplier,
+};
+constexpr Rating loadAnswer[] = {
+    Rating::type,  Rating::load,      Rating::units, Rating::voltage,
+    Rating::phase, Rating::frequency, Rating::fla,   Rating::flaMultiplier,
+};
 
-constexpr RatingField motorArguments[] = {
-    &Selection::type,  &Selection::phase, &Selection::voltage,   &Selection::speed,      &Selection::load,
-    &Selection::units, &Selection::fla,   &Selection::frequency, &Selection::multiplier,
-};
-constexpr RatingField motorAnswer[] = {
-    &Selection::type,      &Selection::load,  &Selection::units, &Selection::voltage,    &Selection::phase,
-    &Selection::frequency, &Selection::speed, &Selection::fla,   &Selection::multiplier,
-};
-constexpr RatingField loadArguments[] = {
-    &Selection::type,  &Selection::phase, &Selection::voltage,   &Selection::load,
-    &Selection::units, &Selection::fla,   &Selection::frequency, &Selection::multiplier,
-};
-constexpr RatingField loadAnswer[] = {
-    &Selection::type,  &Selection::load,      &Selection::units, &Selection::voltage,
-    &Selection::phase, &Selection::frequency, &Selection::fla,   &Selection::multiplier,
-};
+const RatingField& fieldOf(Rating rating) {
+  return ratingFields[static_cast<std::size_t>(rating)];
+}
 
 ResultList pick(
     const ResultList& arguments, const RatingPlaces& places, bool (*runPicker)(KvWindow*, RatingSelection&)) {
   RatingSelection selection = places.read(arguments);
   const KvAxDocLock lock;
-  return runPicker(kvdsForegroundWindow(), selection) ? places.listOf(selection) : ResultList();
+  if (!runPicker(kvdsForegroundWindow(), selection)) return {};
+  storeSelection(selection, circuitData());
+  return places.listOf(selection);
 }
 
 } // namespace
@@ -46,12 +51,11 @@ RatingSelection RatingPlaces::read(const ResultList& list) const {
   RatingSelection selection;
   ListReader reader(list);
   for (std::size_t place = 0; place < arguments.size() && !reader.atEnd(); ++place, reader.skipElement()) {
-    if (const auto* text = std::get_if<std::wstring Selection::*>(&arguments[place])) {
-      selection.** text = reader.text().value_or(selection.**text);
-    } else {
-      double& number = selection.*std::get<double Selection::*>(arguments[place]);
-      number = reader.real().value_or(number);
-    }
+    const RatingField& field = fieldOf(arguments[place]);
+    if (field.text)
+      selection.*field.text = reader.text().value_or(selection.*field.text);
+    else
+      selection.*field.number = reader.real().value_or(selection.*field.number);
   }
   return selection;
 }
@@ -59,12 +63,12 @@ RatingSelection RatingPlaces::read(const ResultList& list) const {
 ResultList RatingPlaces::listOf(const RatingSelection& selection) const {
   ListBuilder list;
   list.beginList();
-  for (const RatingField& field : answer) {
-    if (const auto* text = std::get_if<std::wstring Selection::*>(&field)) {
-      list.addText(selection.**text);
-    } else {
-      list.addReal(selection.*std::get<double Selection::*>(field));
-    }
+  for (const Rating rating : answer) {
+    const RatingField& field = fieldOf(rating);
+    if (field.text)
+      list.addText(selection.*field.text);
+    else
+      list.addReal(selection.*field.number);
   }
   return list.endList().take();
 }

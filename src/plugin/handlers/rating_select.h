@@ -5,18 +5,13 @@
 #include "host/result_list.h"
 
 #include <span>
-#include <string>
-#include <variant>
 
 namespace brenvolt {
 
-/// A text or a real of the selection.
-using RatingField = std::variant<std::wstring RatingSelection::*, double RatingSelection::*>;
-
-/// Which field of the selection stands at which place of a picker's arguments and of its answer.
+/// Which field of the selection is at which place of a picker's arguments and of its answer.
 struct RatingPlaces {
-  std::span<const RatingField> arguments;
-  std::span<const RatingField> answer;
+  std::span<const Rating> arguments;
+  std::span<const Rating> answer;
 
   /// An argument of another type leaves its field and the walk goes on; arguments beyond the fields are ignored.
   [[nodiscard]] RatingSelection read(const ResultList& list) const;

@@ -19,7 +19,7 @@ namespace brenvolt {
 
 namespace {
 
-/// Where the drawing stands ahead of the template's insertion.
+/// The state of the drawing before the template's insertion.
 struct DrawingPosition {
   std::wstring lastHandle; ///< empty in an empty drawing
   std::int32_t undo = 0;

@@ -20,12 +20,12 @@ ResultList lookUp(ZanDlgWireSelectBaseCtrlMgr& manager) {
 } // namespace
 
 ResultList wireSelect(const ResultList&) {
-  ZanDlgWireSelectCtrlMgr manager;
+  ZanDlgWireSelectCtrlMgr manager(circuitContext());
   return lookUp(manager);
 }
 
 ResultList powerFeedWireSelect(const ResultList&) {
-  ZanDlgWireSelectPfCtrlMgr manager;
+  ZanDlgWireSelectPfCtrlMgr manager(circuitContext());
   return lookUp(manager);
 }
 

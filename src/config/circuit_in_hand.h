@@ -1,0 +1,51 @@
+// Which motor or load the circuit in hand is of. A circuit may have several: each page keeps its own ratings and wire
+// choices, and only those of the page at work are the circuit in hand, where LISP and the lookups find them.
+#pragma once
+
+#include "data/circuit_data.h"
+
+namespace brenvolt {
+
+class ZanWidgetManagerMcc;
+
+class CircuitInHand final {
+public:
+  /// What one manager keeps while another one's record is in hand.
+  struct Record {
+    ZanWidgetManagerMcc* manager = nullptr;
+    CircuitContext kept;
+  };
+
+  /// `shared` is the circuit in hand; each manager begins with what it holds now.
+  explicit CircuitInHand(CircuitContext& shared) : shared_(shared), start_(shared) {}
+  CircuitInHand(const CircuitInHand&) = delete;
+  CircuitInHand& operator=(const CircuitInHand&) = delete;
+
+  [[nodiscard]] Record begin(ZanWidgetManagerMcc& manager) const { return {&manager, start_}; }
+  /// The manager whose record is in hand; null before the first one takes it.
+  [[nodiscard]] ZanWidgetManagerMcc* current() const { return owner_ == nullptr ? nullptr : owner_->manager; }
+  [[nodiscard]] const CircuitContext& of(const Record& record) const {
+    return owner_ == &record ? shared_ : record.kept;
+  }
+  [[nodiscard]] CircuitContext& of(Record& record) { return owner_ == &record ? shared_ : record.kept; }
+
+  /// Makes a manager's record the circuit in hand; the one before keeps what it had.
+  CircuitContext& take(Record& record) {
+    if (owner_ == &record) return shared_;
+    if (owner_ != nullptr) owner_->kept = shared_;
+    shared_ = record.kept;
+    owner_ = &record;
+    return shared_;
+  }
+  /// The record is about to die.
+  void forget(const Record& record) {
+    if (owner_ == &record) owner_ = nullptr;
+  }
+
+private:
+  CircuitContext& shared_;
+  const CircuitContext start_;
+  Record* owner_ = nullptr;
+};
+
+} // namespace brenvolt
