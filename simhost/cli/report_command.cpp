@@ -73,7 +73,8 @@ std::string shownText(const Report& report) {
   for (const circuits::ReportColumn& column : report.columns)
     table.columns.push_back(
         {column.key, toUtf8(column.title), column.isNumber ? ColumnKind::number : ColumnKind::text});
-  table.rows = report.rows;
+  for (const auto& row : report.rows)
+    table.rows.emplace_back(row.begin(), row.end());
   return formatTable(table, OutputForm::text);
 }
 
