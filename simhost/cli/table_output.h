@@ -5,6 +5,7 @@
 
 #include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace simhost {
@@ -34,6 +35,8 @@ struct OutputColumn {
 /// A cell without a value is NULL: empty in text and CSV, null in JSON.
 struct OutputCell : std::optional<std::wstring> {
   using std::optional<std::wstring>::optional;
+  OutputCell() = default;
+  OutputCell(std::optional<std::wstring> text) : std::optional<std::wstring>(std::move(text)) {}
   /// A number in JSON, whatever the other cells of its column are.
   bool isNumber = false;
 };
