@@ -3,9 +3,11 @@
 (load "lisp/data.lsp")     ; reading what the plug-in hands to forms
 (load "lisp/wires.lsp")    ; wire layers, wires, wire numbers
 (load "lisp/symbols.lsp")  ; placing symbols
-(load "lisp/records.lsp")  ; entity data and the project database
+(load "lisp/records.lsp")  ; what a placed circuit leaves behind
+(load "lisp/project.lsp")  ; the project's rows and the drawing
 (load "lisp/parts.lsp")    ; catalogue of parts, the lookups that workbook rules name
 (load "lisp/forms.lsp")    ; the functions that workbook forms name
 (load "lisp/circuits.lsp") ; select, insert, build
 (load "lisp/sets.lsp")     ; numbers and texts for wires of a set
+(load "lisp/edit.lsp")     ; another wire size for a circuit in the drawing
 (load "lisp/sheet.lsp")    ; border and title block

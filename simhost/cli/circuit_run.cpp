@@ -195,7 +195,7 @@ lisp::Value callSite(HostRun& host, const CircuitCall& call) {
 }
 
 void useProject(HostRun& host, const std::string& database) {
-  if (!database.empty()) host.interpreter().setValue(L"site-project-database", textValue(fromUtf8(database)));
+  if (!database.empty()) host.site().setProject(database);
 }
 
 std::wstring workbookForm(const std::string& workbook) {

@@ -38,7 +38,8 @@ public:
   /// Points the LISP of the site at the copies; a drawing that is opened runs it anew.
   void prepare() {
     host_.run(workbookForm(copy_.workbook()), L"replay");
-    if (!run_.project.empty()) useProject(host_, copy_.project());
+    if (isFirst_ && !run_.project.empty()) host_.site().setProject(copy_.project());
+    isFirst_ = false;
   }
 
   /// The value of the last LISP.
@@ -71,6 +72,8 @@ private:
     case SessionCommand::Kind::open:
       steps_.open(command.file);
       return prepare();
+    case SessionCommand::Kind::project:
+      return host_.site().setProject(command.file.empty() ? std::string() : copy_.addProject(command.file));
     }
   }
 
@@ -101,6 +104,7 @@ private:
   const SessionRun& run_;
   const WorkingCopy& copy_;
   int number_ = 0;
+  bool isFirst_ = true; ///< no drawing has been opened yet
   lisp::Value value_;
 };
 

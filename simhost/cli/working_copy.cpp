@@ -1,10 +1,9 @@
 // Copying what a session works on.
 #include "simhost/cli/working_copy.h"
 
-#include "data/engineering_columns.h"
 #include "simhost/host/errors.h"
+#include "simhost/site/project_database.h"
 #include "simhost/site/site_database.h"
-#include "text/encoding.h"
 
 #include <cstdlib>
 #include <system_error>
@@ -12,8 +11,6 @@
 namespace simhost {
 
 namespace fs = std::filesystem;
-using brenvolt::fromUtf8;
-using brenvolt::toUtf8;
 
 namespace {
 
@@ -23,12 +20,15 @@ void copyFile(const fs::path& from, const fs::path& to) {
   if (error) throw CannotWrite(to.string() + ": " + error.message());
 }
 
-void importProject(const fs::path& tables, const fs::path& database) {
+void copyProject(const fs::path& project, const fs::path& copy) {
   std::error_code error;
-  fs::remove(database, error);
-  const brenvolt::ImportReport report = brenvolt::importTables(
-      fromUtf8(database.string()), {fromUtf8(tables.string())}, brenvolt::engineeringImport());
-  if (!report.isDone()) throw BadInput(toUtf8(report.errors.front()));
+  fs::remove(copy, error);
+  if (fs::is_directory(project, error))
+    importProject(project, copy);
+  else if (fs::exists(project, error))
+    copyFile(project, copy);
+  else
+    throw BadInput(project.string() + ": there is no such project");
 }
 
 fs::path temporaryFolder() {
@@ -74,13 +74,17 @@ void WorkingCopy::fill(const std::string& workbook, const std::string& site, con
     copyFile(database_, copy);
     database_ = copy.string();
   }
-  if (project.empty()) return;
-  if (fs::is_directory(project, error))
-    importProject(project, this->project());
-  else if (fs::exists(project, error))
-    copyFile(project, this->project());
-  else
-    throw BadInput(project + ": there is no such project");
+  if (!project.empty()) copyProject(project, this->project());
+}
+
+std::string WorkingCopy::addProject(const std::string& project) const {
+  std::error_code error;
+  for (int number = 2;; ++number) {
+    const fs::path copy = folder_ / ("project-" + std::to_string(number) + ".db");
+    if (fs::exists(copy, error)) continue;
+    copyProject(project, copy);
+    return copy.string();
+  }
 }
 
 } // namespace simhost

@@ -22,6 +22,8 @@ public:
   /// The data source of the engineering tables. Tables on a server are the firm's own: there is no copy of them.
   [[nodiscard]] const std::string& database() const { return database_; }
   [[nodiscard]] std::string project() const { return (folder_ / "project.db").string(); }
+  /// A copy of another project, which the session opens later; its file. Throws BadInput and CannotWrite.
+  [[nodiscard]] std::string addProject(const std::string& project) const;
 
 private:
   void fill(const std::string& workbook, const std::string& site, const std::string& project);

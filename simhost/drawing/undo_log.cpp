@@ -84,8 +84,8 @@ int UndoLog::undoCount() const {
 }
 
 void UndoLog::playBack(Record& record, std::size_t keep) {
-  for (std::size_t i = record.size(); i-- > keep;)
-    std::visit([&](auto& one) { play(store_, one, Direction::backwards); }, record[i]);
+  for (std::size_t i = record.changes.size(); i-- > keep;)
+    std::visit([&](auto& one) { play(store_, one, Direction::backwards); }, record.changes[i]);
 }
 
 int UndoLog::undo(int records) {
@@ -110,7 +110,7 @@ int UndoLog::redo(int records) {
   for (; records > 0; --records) {
     Record record = std::move(undone_.back());
     undone_.pop_back();
-    for (Change& change : record) {
+    for (Change& change : record.changes) {
       std::visit([&](auto& one) { play(store_, one, Direction::forwards); }, change);
     }
     done_.push_back(std::move(record));
@@ -120,7 +120,7 @@ int UndoLog::redo(int records) {
 }
 
 void UndoLog::rollBack(const Place& place) {
-  const auto changesNow = [this] { return done_.empty() ? 0 : done_.back().size(); };
+  const auto changesNow = [this] { return done_.empty() ? 0 : done_.back().changes.size(); };
   const bool isBehind =
       done_.size() > place.records || (done_.size() == place.records && changesNow() >= place.changes);
   if (isOff_ || !isBehind) return;
@@ -130,7 +130,8 @@ void UndoLog::rollBack(const Place& place) {
     playBack(done_.back(), 0);
   if (!done_.empty()) {
     playBack(done_.back(), place.changes);
-    done_.back().erase(done_.back().begin() + static_cast<std::ptrdiff_t>(place.changes), done_.back().end());
+    std::vector<Change>& changes = done_.back().changes;
+    changes.erase(changes.begin() + static_cast<std::ptrdiff_t>(place.changes), changes.end());
   }
   isOpen_ = place.isOpen;
 }
@@ -139,17 +140,21 @@ void UndoLog::setOff(bool isOff) {
   if (isOff == isOff_) return;
   isOff_ = isOff;
   closeGroup();
+  if (!done_.empty()) ++unlogged_; // the state that is kept is none of the log's any more
   done_.clear();
   undone_.clear();
 }
 
 void UndoLog::note(Change change) {
   ++changeCount_;
-  if (isOff_) return;
+  if (isOff_) {
+    ++unlogged_;
+    return;
+  }
   undone_.clear();
-  if (!isOpen_) done_.emplace_back();
+  if (!isOpen_) done_.push_back({++lastId_});
   isOpen_ = true;
-  done_.back().push_back(std::move(change));
+  done_.back().changes.push_back(std::move(change));
 }
 
 } // namespace simhost

@@ -80,6 +80,8 @@ public:
   [[nodiscard]] int redoCount() const { return static_cast<int>(undone_.size()); }
   /// As `undo`, in the other direction.
   int redo(int records);
+  /// Nothing can come back any more: what was undone was no step of the user's.
+  void forgetUndone() { undone_.clear(); }
 
   /// Switching off forgets all records: without the changes made meanwhile they could not be played any more.
   void setOff(bool isOff);
@@ -88,6 +90,18 @@ public:
   [[nodiscard]] std::uint64_t changeCount() const { return changeCount_; }
   /// Grows with every undo and redo, a roll-back included: who counts along with the changes has to count again.
   [[nodiscard]] std::uint64_t replayCount() const { return replayCount_; }
+  /// Tells states of the drawing apart. Undo and redo come back to a state that was there before, so whoever keeps the
+  /// state of the last save knows whether the drawing is that one again. A group that is open grows by each change.
+  struct State {
+    std::uint64_t record = 0;   ///< the last one that is done, 0 for none
+    std::size_t changes = 0;    ///< in it
+    std::uint64_t unlogged = 0; ///< changes while undo was off, which cannot be taken back
+    friend bool operator==(const State&, const State&) = default;
+  };
+  [[nodiscard]] State state() const {
+    if (done_.empty()) return {0, 0, unlogged_};
+    return {done_.back().id, done_.back().changes.size(), unlogged_};
+  }
   /// Enters a change that has just been made in the store.
   void note(Change change);
 
@@ -98,14 +112,17 @@ public:
     bool isOpen = false;
   };
   [[nodiscard]] Place place() const {
-    return {done_.size(), done_.empty() ? 0 : done_.back().size(), isOpen_};
+    return {done_.size(), done_.empty() ? 0 : done_.back().changes.size(), isOpen_};
   }
   /// Takes back what was noted since, for good. While undo is off, or when somebody has undone what was there, nothing
   /// happens.
   void rollBack(const Place& place);
 
 private:
-  using Record = std::vector<Change>;
+  struct Record {
+    std::uint64_t id = 0; ///< never used again
+    std::vector<Change> changes{};
+  };
 
   /// Plays the changes behind the first `keep` backwards.
   void playBack(Record& record, std::size_t keep);
@@ -117,6 +134,8 @@ private:
   bool isOff_ = false;
   std::uint64_t changeCount_ = 0;
   std::uint64_t replayCount_ = 0;
+  std::uint64_t lastId_ = 0;
+  std::uint64_t unlogged_ = 0;
 };
 
 /// Makes what a scope changes a record of its own.

@@ -5,10 +5,13 @@
 #include <QMouseEvent>
 #include <QPaintEvent>
 #include <QPainter>
+#include <QRegularExpression>
 #include <QWheelEvent>
 
+#include <algorithm>
 #include <chrono>
 #include <cmath>
+#include <utility>
 
 namespace simhost {
 namespace {
@@ -23,6 +26,13 @@ constexpr double zoomPerNotch = 1.2;
 constexpr double notch = 120.0;
 /// A window smaller than this was a slip of the hand.
 constexpr double smallestWindowPixels = 4.0;
+/// Places snap to this, in drawing units, and arrow keys move by it.
+constexpr double snapStep = 5.0;
+constexpr double fineStep = 1.0;
+constexpr double snapReachPixels = 8.0;
+/// Room around an area that is brought into view, as a part of it.
+constexpr double roomAround = 0.25;
+const QColor overlapColour(0xd0, 0x20, 0x20);
 const QColor hoverColour(0xff, 0x8c, 0x1a);
 const QColor selectionColour(0x1e, 0x90, 0xff);
 
@@ -58,6 +68,9 @@ void DrawingView::setMode(Mode mode) {
   if (mode == Mode::zoomWindow && mode_ != Mode::zoomWindow) modeBehindWindow_ = mode_;
   mode_ = mode;
   corner_.reset();
+  moved_.reset();
+  typed_.clear();
+  if (mode != Mode::pickPoint && mode != Mode::zoomWindow) outline_.reset();
   point(pointer_);
   updateCursor();
   update();
@@ -122,12 +135,211 @@ void DrawingView::paintEvent(QPaintEvent* /*event*/) {
     painter.setPen(QPen(selectionColour, 1.0, Qt::DashLine));
     painter.drawRect(QRectF(*corner_ * ratio(), pointer_ * ratio()).normalized());
   }
-  if (mode_ == Mode::pickPoint) {
-    const QPointF at = pointer_ * ratio();
-    painter.setPen(QPen(hoverColour, 1.0));
-    painter.drawLine(QPointF(0.0, at.y()), QPointF(picture_.image().width(), at.y()));
-    painter.drawLine(QPointF(at.x(), 0.0), QPointF(at.x(), picture_.image().height()));
+  if (mode_ == Mode::pickPoint) paintPlace(painter);
+}
+
+void DrawingView::paintPlace(QPainter& painter) const {
+  const KvPoint3d place = pointed();
+  const QPointF at = view().toScreen(place);
+  const bool isTaken = overlaps(place);
+  painter.setPen(QPen(isTaken ? overlapColour : hoverColour, 1.0));
+  painter.drawLine(QPointF(0.0, at.y()), QPointF(picture_.image().width(), at.y()));
+  painter.drawLine(QPointF(at.x(), 0.0), QPointF(at.x(), picture_.image().height()));
+  if (outline_) {
+    const QPointF low = view().toScreen({place.x + outline_->left, place.y + outline_->bottom, 0.0});
+    const QPointF high = view().toScreen({place.x + outline_->right, place.y + outline_->top, 0.0});
+    const QRectF area = QRectF(low, high).normalized();
+    QColor fill = isTaken ? overlapColour : hoverColour;
+    painter.setPen(QPen(fill, 2.0, Qt::DashLine));
+    fill.setAlpha(0x22);
+    painter.fillRect(area, fill);
+    painter.drawRect(area);
   }
+  const auto number = [](double value) { return QString::number(value, 'f', 2); };
+  const QString told =
+      typed_.isEmpty() ? number(place.x) + QStringLiteral(", ") + number(place.y) : typed_ + QLatin1Char('_');
+  painter.setPen(QPen(isTaken ? overlapColour : hoverColour, 1.0));
+  painter.drawText(at + QPointF(8.0, -8.0), told);
+}
+
+Box DrawingView::outlineAt(const KvPoint3d& point) const {
+  Box area;
+  area.include(point);
+  if (!outline_) return area;
+  return {
+      outline_->left + point.x, outline_->bottom + point.y, outline_->right + point.x,
+      outline_->top + point.y};
+}
+
+void DrawingView::setOutline(const std::optional<Box>& outline) {
+  outline_ = outline;
+  update();
+}
+
+bool DrawingView::overlaps(const KvPoint3d& point) const {
+  if (!outline_) return false;
+  return !scene_.itemsIn(outlineAt(point)).empty();
+}
+
+KvPoint3d DrawingView::pointed() const {
+  return moved_ ? *moved_ : snapped(pointer_);
+}
+
+KvPoint3d DrawingView::snapped(const QPointF& pixel) const {
+  const KvPoint3d raw = view().toDrawing(pixel * ratio());
+  KvPoint3d point{std::round(raw.x / snapStep) * snapStep, std::round(raw.y / snapStep) * snapStep, 0.0};
+  // The rails of a neighbour: a horizontal line as high as the pointer, wherever it is in the view.
+  const double reach = snapReachPixels * ratio() / view().scale;
+  const Box seen = view().toDrawing(QRectF(picture_.image().rect()));
+  const Box band{seen.left, raw.y - reach, seen.right, raw.y + reach};
+  double nearest = reach;
+  for (const std::uint32_t item : scene_.itemsIn(band)) {
+    const auto* line = std::get_if<Line>(&scene_.items()[item].shape);
+    if (line == nullptr || line->from.y != line->to.y || std::abs(line->to.x - line->from.x) <= snapStep)
+      continue;
+    if (std::abs(line->from.y - raw.y) >= nearest) continue;
+    nearest = std::abs(line->from.y - raw.y);
+    point.y = line->from.y;
+  }
+  return point;
+}
+
+void DrawingView::proposePoint(const KvPoint3d& point) {
+  Box area = scene_.extents();
+  area.include(outlineAt(point));
+  showArea(area);
+  moveTo(point);
+}
+
+void DrawingView::moveTo(const KvPoint3d& point) {
+  moved_ = point;
+  pointer_ = view().toScreen(point) / ratio();
+  Box place;
+  place.include(point);
+  showArea(place);
+  if (onPointer) onPointer(point);
+  update();
+}
+
+void DrawingView::showArea(const Box& area) {
+  const Box seen = view().toDrawing(QRectF(picture_.image().rect()));
+  const bool isSeen = area.left >= seen.left && area.right <= seen.right && area.bottom >= seen.bottom &&
+                      area.top <= seen.top;
+  if (isSeen || picture_.image().isNull()) return;
+  // A point, and what is only a little out of view, keeps the zoom.
+  const bool fits =
+      area.right - area.left <= seen.right - seen.left && area.top - area.bottom <= seen.top - seen.bottom;
+  if (fits && (area.right <= area.left || area.top <= area.bottom)) {
+    const QPointF middle = QRectF(picture_.image().rect()).center();
+    const QPointF there = view().toScreen({(area.left + area.right) / 2, (area.bottom + area.top) / 2, 0.0});
+    panBy((middle - there).toPoint());
+  } else {
+    const double dx = (area.right - area.left) * roomAround;
+    const double dy = (area.top - area.bottom) * roomAround;
+    zoomTo({area.left - dx, area.bottom - dy, area.right + dx, area.top + dy});
+  }
+  if (moved_) pointer_ = view().toScreen(*moved_) / ratio();
+}
+
+bool DrawingView::pickKey(const QKeyEvent& event) {
+  if (mode_ == Mode::pickPoint) return pointKey(event);
+  if (mode_ != Mode::pickEntity) return false;
+  switch (event.key()) {
+  case Qt::Key_Right:
+  case Qt::Key_Down:
+    stepEntity(1);
+    return true;
+  case Qt::Key_Left:
+  case Qt::Key_Up:
+    stepEntity(-1);
+    return true;
+  case Qt::Key_Return:
+  case Qt::Key_Enter:
+    if (!hovered_ || !moved_ || !onPick) return false;
+    onPick(*moved_, hovered_);
+    return true;
+  default:
+    return false;
+  }
+}
+
+bool DrawingView::pointKey(const QKeyEvent& event) {
+  const double step = event.modifiers() & Qt::ShiftModifier ? fineStep : snapStep;
+  KvPoint3d point = pointed();
+  switch (event.key()) {
+  case Qt::Key_Left:
+    point.x -= step;
+    break;
+  case Qt::Key_Right:
+    point.x += step;
+    break;
+  case Qt::Key_Down:
+    point.y -= step;
+    break;
+  case Qt::Key_Up:
+    point.y += step;
+    break;
+  case Qt::Key_Return:
+  case Qt::Key_Enter:
+    if (!typed_.isEmpty()) {
+      answerTyped();
+    } else if (onPick) {
+      onPick(point, std::nullopt);
+    }
+    return true;
+  case Qt::Key_Backspace:
+    typed_.chop(1);
+    update();
+    return true;
+  default: {
+    const QString text = event.text();
+    if (text.size() != 1 || !QStringLiteral("0123456789+-.,; ").contains(text)) return false;
+    if (typed_.isEmpty() && !QStringLiteral("0123456789-.").contains(text)) return false;
+    typed_ += text;
+    update();
+    return true;
+  }
+  }
+  moveTo(point);
+  return true;
+}
+
+/// "100,50", "100.5 -20" or "100;50".
+void DrawingView::answerTyped() {
+  static const QRegularExpression between(QStringLiteral("[,; ]+"));
+  const QStringList parts = std::exchange(typed_, {}).split(between, Qt::SkipEmptyParts);
+  bool isX = false;
+  bool isY = false;
+  const double x = parts.value(0).toDouble(&isX);
+  const double y = parts.value(1).toDouble(&isY);
+  update();
+  if (parts.size() != 2 || !isX || !isY) {
+    if (onBadCoordinates) onBadCoordinates();
+    return;
+  }
+  moveTo({x, y, 0.0});
+  if (onPick) onPick({x, y, 0.0}, std::nullopt);
+}
+
+/// The next entity in drawing order lights up, as if the pointer were over it.
+void DrawingView::stepEntity(int step) {
+  std::vector<KvDbHandle> entities;
+  for (const DisplayItem& item : scene_.items())
+    if (scene_.isShown(item) && (entities.empty() || entities.back() != item.entity))
+      entities.push_back(item.entity);
+  if (entities.empty()) return;
+  const auto count = static_cast<std::ptrdiff_t>(entities.size());
+  const auto now = hovered_ ? std::find(entities.begin(), entities.end(), *hovered_) : entities.end();
+  std::ptrdiff_t next = now == entities.end() ? (step > 0 ? 0 : count - 1) : now - entities.begin() + step;
+  next = (next + count) % count;
+  hovered_ = entities[static_cast<std::size_t>(next)];
+  Box area;
+  for (const std::uint32_t item : scene_.itemsOf(*hovered_))
+    area.include(scene_.box(item));
+  showArea(area);
+  moved_ = KvPoint3d{(area.left + area.right) / 2, (area.bottom + area.top) / 2, 0.0};
+  if (onPointer) onPointer(*moved_);
+  update();
 }
 
 void DrawingView::paintHighlight(QPainter& painter, KvDbHandle entity, const QColor& colour) {
@@ -182,6 +394,7 @@ void DrawingView::mouseReleaseEvent(QMouseEvent* event) {
 }
 
 void DrawingView::keyPressEvent(QKeyEvent* event) {
+  if (pickKey(*event)) return;
   switch (event->key()) {
   case Qt::Key_Left:
     return panBy({keyPanPixels, 0});
@@ -244,10 +457,11 @@ void DrawingView::updateCursor() {
 void DrawingView::point(const QPointF& pixel) {
   pointer_ = pixel;
   const KvPoint3d at = view().toDrawing(pixel * ratio());
+  moved_.reset();
   const std::optional<KvDbHandle> found = scene_.entityAt(at, pickReachPixels * ratio() / view().scale);
   if (found != hovered_ || corner_ || mode_ == Mode::pickPoint) update();
   hovered_ = found;
-  if (onPointer) onPointer(at);
+  if (onPointer) onPointer(mode_ == Mode::pickPoint ? pointed() : at);
 }
 
 void DrawingView::click(const QPointF& pixel) {
@@ -266,8 +480,10 @@ void DrawingView::click(const QPointF& pixel) {
       corner_ = pixel;
     return;
   case Mode::pickEntity:
-  case Mode::pickPoint:
     if (onPick) onPick(at, hovered_);
+    return;
+  case Mode::pickPoint:
+    if (onPick) onPick(pointed(), std::nullopt);
   }
 }
 

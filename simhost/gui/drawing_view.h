@@ -19,7 +19,7 @@ public:
   enum class Mode {
     select,     ///< selects the entity under the pointer
     pickEntity, ///< answers a prompt for an entity
-    pickPoint,  ///< answers a prompt for a point
+    pickPoint,  ///< answers a prompt for a point: it snaps to the grid and to wires, keys move it
     zoomWindow  ///< the first of two corners
   };
 
@@ -39,6 +39,19 @@ public:
   void setMode(Mode mode);
   void select(std::optional<KvDbHandle> entity);
 
+  /// What is to be placed, around the point that is picked: drawn at the pointer in `pickPoint`.
+  void setOutline(const std::optional<Box>& outline);
+  /// Moves the pointer of `pickPoint` there, and the view so that it is seen.
+  void proposePoint(const KvPoint3d& point);
+  /// The point that `pickPoint` would answer now.
+  [[nodiscard]] KvPoint3d pointed() const;
+  /// Whether something of the drawing lies where the outline is with its point here.
+  [[nodiscard]] bool overlaps(const KvPoint3d& point) const;
+  /// What has been typed of coordinates, empty for nothing.
+  [[nodiscard]] const QString& typed() const { return typed_; }
+  /// Shows the area unless all of it is seen already.
+  void showArea(const Box& area);
+
   void zoomExtents();
   /// Around the middle of the view.
   void zoomBy(double factor);
@@ -49,6 +62,8 @@ public:
 
   /// The pointer has moved: where it is in the drawing. What it is over has been found by then.
   std::function<void(const KvPoint3d& point)> onPointer;
+  /// Coordinates have been typed that are none.
+  std::function<void()> onBadCoordinates;
   /// The selection has changed by a click.
   std::function<void()> onSelected;
   /// A click in one of the picking modes: the point and the entity under it.
@@ -76,6 +91,16 @@ private:
   void point(const QPointF& pixel);
   void click(const QPointF& pixel);
   void finishZoomWindow(const QPointF& pixel);
+  /// Keys that move or answer a pick; false for any other.
+  [[nodiscard]] bool pickKey(const QKeyEvent& event);
+  [[nodiscard]] bool pointKey(const QKeyEvent& event);
+  void moveTo(const KvPoint3d& point);
+  /// The outline with its point here; the point alone without one.
+  [[nodiscard]] Box outlineAt(const KvPoint3d& point) const;
+  void stepEntity(int step);
+  void answerTyped();
+  [[nodiscard]] KvPoint3d snapped(const QPointF& pixel) const;
+  void paintPlace(QPainter& painter) const;
   void paintHighlight(QPainter& painter, KvDbHandle entity, const QColor& colour);
   /// Pixels of the device for one of the window.
   [[nodiscard]] double ratio() const { return devicePixelRatioF(); }
@@ -92,6 +117,10 @@ private:
   std::optional<QPointF> dragStart_; ///< last place of a drag that pans
   std::optional<QPointF> corner_;    ///< first corner of a zoom window
   QPointF pointer_;
+  std::optional<KvPoint3d>
+      moved_; ///< where keys have moved the pointer of a pick, which no pixel says as exactly
+  std::optional<Box> outline_;
+  QString typed_;
   bool isSpaceDown_ = false;
 };
 

@@ -4,11 +4,14 @@
 #include "simhost/cli/command_table.h"
 #include "simhost/gui/main_window.h"
 #include "simhost/gui/session_recording.h"
+#include "simhost/gui/start_window.h"
 #include "simhost/host/errors.h"
 #include "simhost/host/program_files.h"
 #include "simhost/lisp/printer.h"
+#include "simhost/qt/qt_text.h"
 #include "simhost/qt/session_player.h"
 #include "simhost/site/exit_code.h"
+#include "simhost/site/project_database.h"
 #include "simhost/site/site_run.h"
 #include "simhost/ui/file_names.h"
 #include "text/encoding.h"
@@ -103,6 +106,42 @@ std::string languageFor(const SiteRunOptions& options) {
   return chosen.empty() ? languageOfEnvironment() : brenvolt::toUtf8(chosen);
 }
 
+bool isStartedWithNothing(const GuiOptions& options) {
+  const SiteRunOptions& site = options.site;
+  for (const std::string* given :
+       {&site.site, &site.drawing, &site.project, &site.module, &options.record, &options.play,
+        &options.screenshot})
+    if (!given->empty()) return false;
+  return true;
+}
+
+/// Lets the user choose what to begin with; false when he leaves.
+bool askStart(GuiOptions& options, const HostTexts& texts) {
+  CommandLine silent;
+  silent.setSink([](std::wstring_view) {});
+  UserSettings settings(
+      options.site.settings.empty() ? defaultSettingsFile() : std::filesystem::path(options.site.settings),
+      silent);
+  const auto list = [&settings](const wchar_t* name) {
+    return toQt(settings.value(L"SimHost", name).value_or(L"")).split(QLatin1Char('\n'), Qt::SkipEmptyParts);
+  };
+  StartOffers offers{list(L"recentSites"), list(L"recentProjects"), list(L"recent")};
+  // The sample site lies beside the program, or where it was built from.
+  for (const std::filesystem::path& sample :
+       {programFolder() / "site", programFolder() / ".." / ".." / "site"}) {
+    const QString folder = QString::fromStdString(sample.lexically_normal().string());
+    if (std::filesystem::exists(sample / "site.lsp") && !offers.sites.contains(folder))
+      offers.sites.append(folder);
+  }
+  StartWindow window(texts, offers);
+  if (window.exec() != QDialog::Accepted) return false;
+  options.site.site = window.choice().site.toStdString();
+  options.site.project = window.choice().project.toStdString();
+  options.site.drawing = window.choice().drawing.toStdString();
+  if (!options.site.project.empty()) checkProject(options.site.project);
+  return true;
+}
+
 /// The session that is to be played, and on the options what it says of the start.
 AnswerFile readPlay(GuiOptions& options) {
   if (options.play.empty()) return {};
@@ -113,6 +152,7 @@ AnswerFile readPlay(GuiOptions& options) {
           options.play + ": names no LISP forms to run; \"brenvolt replay\" runs what names a circuit");
     session.run = seenFrom(*session.run, std::filesystem::path(options.play).parent_path(), {});
     if (options.site.drawing.empty()) options.site.drawing = session.run->drawing;
+    if (options.site.project.empty()) options.site.project = session.run->project;
     if (options.site.language.empty()) options.site.language = session.run->language;
     return session;
   } catch (const AnswerError& error) {
@@ -136,12 +176,6 @@ void playSession(
   SessionPlayer player(
       windows, session.steps, options.play, {options.pictures, options.pictures.empty() ? pauseToWatch : 0});
   std::vector<std::wstring> forms;
-  if (!session.run->project.empty())
-    forms.push_back(
-        L"(setq site-project-database " +
-        lisp::printValue(
-            lisp::Value::string(brenvolt::fromUtf8(session.run->project)), lisp::PrintStyle::readable) +
-        L")");
   for (const std::string& form : session.run->forms)
     forms.push_back(brenvolt::fromUtf8(form));
   for (const std::wstring& form : forms) {
@@ -160,11 +194,13 @@ ExitCode show(int argc, char** argv, GuiOptions& options) {
   QApplication::setApplicationName(QStringLiteral("ZanBrenvolt"));
   const AnswerFile session = readPlay(options);
   options.site.language = languageFor(options.site);
+  if (!options.site.project.empty()) checkProject(options.site.project);
   QTranslator translator;
   loadQtWords(translator, options.site.language);
   // A replay begins without settings: what this user has hidden or typed before would be missing there.
   if (!options.record.empty()) options.site.unnamedSettings = SiteRunOptions::UnnamedSettings::memory;
   const HostTexts texts(defaultResourceFolder(), options.site.language);
+  if (isStartedWithNothing(options) && !askStart(options, texts)) return ExitCode::done;
   QtWindows windows;
   windows.setHelpFolder(dataFolder("docs"));
   SiteRun site(options.site, windows);
@@ -183,6 +219,7 @@ ExitCode show(int argc, char** argv, GuiOptions& options) {
     return ExitCode::done;
   }
   if (!options.pictures.empty()) return ExitCode::done;
+  window.askAboutFile();
   QApplication::exec();
   if (recording) recording->write();
   return ExitCode::done;
@@ -203,6 +240,7 @@ int runGui(int argc, char** argv) {
             {.path = OptionRules::Path::existingFolder}},
            {"--drawing", &options.site.drawing, "Open this drawing instead of an empty one", "FILE"},
            {"FILE", &options.site.drawing, "The same, as a desktop gives it"},
+           {"--project", &options.site.project, "Keep records of circuits in this project database", "FILE"},
            {"--language", &options.site.language,
             "Two letters, else the one chosen before, else the environment's", "CODE"},
            {"--record", &options.record, "Write what was done, for `brenvolt replay`", "FILE"},

@@ -25,6 +25,9 @@ enum class HostText : unsigned {
   languageMenu,
   recentMenu,
   toolbar,
+  projectMenu,
+  recentProjectsMenu,
+  titleWithProject, ///< drawing, project, program
 
   open = 200,
   save,
@@ -53,6 +56,9 @@ enum class HostText : unsigned {
   editWireSize,
   help,
   about,
+  openProject,
+  newProject,
+  closeProject,
 
   openTitle = 300,
   saveTitle,
@@ -70,6 +76,24 @@ enum class HostText : unsigned {
   aboutText,
   languageLater,
   tooManyShapes,
+  openProjectTitle,
+  newProjectTitle,
+  projects,
+  projectOpened,
+  projectClosed,
+  openElsewhereTitle,
+  openElsewhere, ///< file, who
+  openReadOnly,
+  openAnyway,
+  readOnly,
+  recoverTitle,
+  recoverQuestion, ///< file, time
+  recover,
+  dropCopy,
+  changedElsewhereTitle,
+  changedElsewhere, ///< file
+  reload,
+  overwrite,
 
   busy = 400,
   ready,
@@ -88,6 +112,13 @@ enum class HostText : unsigned {
   handleOf,
   notDone,
   noSite,
+  badCoordinates,
+  placeKeys,
+  overlaps,
+  motorResult,
+  loadResult,
+  wireResult,
+  copyResult,
 
   promptHint = 500,
   layersTitle,
@@ -99,7 +130,19 @@ enum class HostText : unsigned {
   hideForGood = 600,
   helpTitle,
   noDrawing,
-  nothingToSet
+  nothingToSet,
+
+  startSite = 700,
+  startProject,
+  startDrawings,
+  startNoSite,
+  startNoProject,
+  startNoDrawings,
+  startBrowse,
+  startNew,
+  startOpen,
+  startLeave,
+  startSiteTitle
 };
 
 class HostTexts final {

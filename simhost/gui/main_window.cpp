@@ -4,7 +4,9 @@
 #include "simhost/gui/command_icons.h"
 #include "simhost/gui/command_table.h"
 #include "simhost/gui/layer_panel.h"
+#include "simhost/gui/open_file.h"
 #include "simhost/gui/prompt_pane.h"
+#include "simhost/gui/result_line.h"
 #include "simhost/host/session.h"
 #include "simhost/lisp/printer.h"
 #include "simhost/qt/qt_text.h"
@@ -13,6 +15,7 @@
 #include <QAction>
 #include <QActionGroup>
 #include <QApplication>
+#include <QClipboard>
 #include <QDockWidget>
 #include <QEventLoop>
 #include <QFileInfo>
@@ -25,6 +28,7 @@
 #include <QStyle>
 #include <QStyleFactory>
 #include <QToolBar>
+#include <QToolButton>
 #include <QVBoxLayout>
 
 #include <memory>
@@ -35,6 +39,8 @@ namespace {
 /// How often a running command's drawing is looked at: often enough to see a circuit grow.
 constexpr int watchMilliseconds = 100;
 constexpr const wchar_t* settingsKey = L"SimHost";
+/// How often what is not saved is kept for the case of a crash.
+constexpr int copyMilliseconds = 20'000;
 
 QPalette paletteFor(Paper paper) {
   if (paper == Paper::light) {
@@ -88,8 +94,16 @@ MainWindow::MainWindow(SiteRun& site, QtWindows& windows, const HostTexts& texts
       {texts_(HostText::hideForGood), texts_(HostText::helpTitle), texts_(HostText::noDrawing),
        texts_(HostText::nothingToSet)});
   file_ = toQt(site_.session().documents().current()->fileName());
-  savedChange_ = drawing().undoLog().changeCount();
-  shownChange_ = savedChange_ + 1;
+  const std::filesystem::path& settingsFile = site_.session().options().settingsFile;
+  open_ = std::make_unique<OpenFile>(
+      settingsFile.empty() ? QString() : QString::fromStdString(settingsFile.parent_path().string()));
+  open_->take(file_);
+  connect(&copying_, &QTimer::timeout, this, [this] { keepCopy(); });
+  copying_.start(copyMilliseconds);
+  savedState_ = drawing().undoLog().state();
+  shownChange_ = drawing().undoLog().changeCount() + 1;
+  if (const auto& folder = site_.session().options().siteFolder; !folder.empty())
+    remember(L"recentSites", QString::fromStdString(folder.string()));
   refreshScene();
   refreshActions();
   restorePlace();
@@ -160,6 +174,8 @@ void MainWindow::buildPanels() {
     actions_[panel.toggle] = dock->toggleViewAction();
     actions_[panel.toggle]->setText(texts_(panel.toggle));
   }
+  // A designer finds LISP folded away, until it is opened; then it stays.
+  findChildren<QDockWidget*>().last()->hide();
   resizeDocks(findChildren<QDockWidget*>(), {180, 180}, Qt::Horizontal);
   resizeDocks({findChildren<QDockWidget*>().last()}, {150}, Qt::Vertical);
 }
@@ -169,6 +185,14 @@ void MainWindow::buildStatusBar() {
   place_ = new QLabel(this);
   place_->setMinimumWidth(fontMetrics().horizontalAdvance(QStringLiteral("-00000.00, -00000.00")));
   place_->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
+  copyResult_ = new QToolButton(this);
+  copyResult_->setText(texts_(HostText::copyResult));
+  copyResult_->setAutoRaise(true);
+  copyResult_->hide();
+  connect(copyResult_, &QToolButton::clicked, this, [this] {
+    QGuiApplication::clipboard()->setText(copyResult_->property("line").toString());
+  });
+  statusBar()->addPermanentWidget(copyResult_);
   statusBar()->addPermanentWidget(hover_);
   statusBar()->addPermanentWidget(place_);
 }
@@ -180,12 +204,15 @@ void MainWindow::buildMenus() {
   toolbar->setIconSize({24, 24});
   for (const MenuRow& row : menuRows()) {
     QMenu* menu = menuBar()->addMenu(texts_(row.title));
+    menu->setToolTipsVisible(true);
     bool hasButton = false;
     for (const CommandRow& command : row.commands) {
       if (command.text == HostText::none) {
         menu->addSeparator();
       } else if (command.text == HostText::recentMenu) {
         recent_ = menu->addMenu(texts_(command.text));
+      } else if (command.text == HostText::recentProjectsMenu) {
+        recentProjects_ = menu->addMenu(texts_(command.text));
       } else if (command.text == HostText::languageMenu) {
         QMenu* languages = menu->addMenu(texts_(command.text));
         for (const auto& [code, name] : {std::pair("en", "English"), std::pair("de", "Deutsch")})
@@ -218,7 +245,9 @@ void MainWindow::addCommand(const CommandRow& row, QWidget& menu) {
   caption.remove(QLatin1Char('&')).remove(QStringLiteral("..."));
   action->setIconText(caption);
   const QString keys = action->shortcut().toString(QKeySequence::NativeText);
-  action->setToolTip(keys.isEmpty() ? caption : caption + QStringLiteral(" (") + keys + QStringLiteral(")"));
+  const QString tip = keys.isEmpty() ? caption : caption + QStringLiteral(" (") + keys + QStringLiteral(")");
+  action->setProperty("tip", tip); // as it stands while the command can be used
+  action->setToolTip(tip);
   if (*row.icon != '\0') action->setIcon(commandIcon(row.icon, palette().color(QPalette::ButtonText)));
   action->setData(QString::fromLatin1(row.icon));
   connect(action, &QAction::triggered, this, [this, &row] { start(row); });
@@ -255,8 +284,13 @@ void MainWindow::refreshScene() {
 
 void MainWindow::refreshTitle() {
   const QString name = file_.isEmpty() ? texts_(HostText::untitled) : QFileInfo(file_).fileName();
+  const QString drawing = name + QStringLiteral("[*]") +
+                          (isReadOnly_ ? QLatin1Char(' ') + texts_(HostText::readOnly) : QString());
+  const QString program = QStringLiteral("ZanBrenvolt");
+  const QString project = QFileInfo(QString::fromStdString(site_.project())).completeBaseName();
   setWindowTitle(
-      texts_(HostText::windowTitle, {name + QStringLiteral("[*]"), QStringLiteral("ZanBrenvolt")}));
+      project.isEmpty() ? texts_(HostText::windowTitle, {drawing, program})
+                        : texts_(HostText::titleWithProject, {drawing, project, program}));
   setWindowModified(isChanged());
 }
 
@@ -270,8 +304,13 @@ void MainWindow::refreshActions() {
       if (found == actions_.end()) continue;
       const bool isFree = row.use == Use::always || (!isBusy && (row.use == Use::idle || hasSite));
       found->second->setEnabled(isFree);
+      const QString tip = found->second->property("tip").toString();
+      found->second->setToolTip(
+          isFree ? tip : tip + QLatin1Char('\n') + texts_(isBusy ? HostText::busy : HostText::noSite));
     }
   recent_->setEnabled(!isBusy && !recent_->isEmpty());
+  recentProjects_->setEnabled(!isBusy && hasSite && !recentProjects_->isEmpty());
+  if (site_.project().empty()) actions_.at(HostText::closeProject)->setEnabled(false);
   if (isBusy) return;
   for (const auto& [text, name] :
        {std::pair(HostText::undo, runner_.undoName()), std::pair(HostText::redo, runner_.redoName())}) {
@@ -285,6 +324,8 @@ void MainWindow::refreshActions() {
 void MainWindow::showPointer(const KvPoint3d& point) {
   const auto number = [](double value) { return QString::number(value, 'f', 2); };
   place_->setText(number(point.x) + QStringLiteral(", ") + number(point.y));
+  if (view_->mode() == DrawingView::Mode::pickPoint)
+    say(view_->overlaps(point) ? texts_(HostText::overlaps) : QString());
   hover_->setText(view_->hovered() ? factsText(*view_->hovered()) : QString());
 }
 
@@ -309,7 +350,7 @@ void MainWindow::say(const QString& text) {
   statusBar()->showMessage(text);
 }
 
-void MainWindow::tell(const CommandOutcome& outcome, const QString& name) {
+void MainWindow::tell(const CommandOutcome& outcome, HostText command) {
   using Kind = CommandOutcome::Kind;
   CommandLine& commandLine = site_.session().commandLine();
   switch (outcome.kind) {
@@ -322,9 +363,11 @@ void MainWindow::tell(const CommandOutcome& outcome, const QString& name) {
     return say(texts_(HostText::notDone, {toQt(outcome.message).simplified()}));
   case Kind::done:
     commandLine.printLine(lisp::printValue(outcome.value));
-    say(texts_(HostText::ready));
+    const QString line = resultLine(texts_, command, outcome.value);
+    copyResult_->setVisible(!line.isEmpty());
+    copyResult_->setProperty("line", line);
+    say(line.isEmpty() ? texts_(HostText::ready) : line);
   }
-  static_cast<void>(name);
 }
 
 QString MainWindow::status() const {
@@ -340,7 +383,7 @@ QString MainWindow::pickPrompt() const {
 }
 
 bool MainWindow::isChanged() const {
-  return drawing().undoLog().changeCount() != savedChange_;
+  return drawing().undoLog().state() != savedState_;
 }
 
 void MainWindow::restorePlace() {
@@ -366,6 +409,7 @@ void MainWindow::closeEvent(QCloseEvent* event) {
   }
   closesAfterRun_ = false;
   if (!mayLeaveDrawing()) return;
+  open_->removeCopy();
   storePlace();
   event->accept();
 }

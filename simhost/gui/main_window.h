@@ -10,6 +10,7 @@
 #include <QMainWindow>
 #include <QTimer>
 
+#include <functional>
 #include <map>
 #include <memory>
 #include <optional>
@@ -19,6 +20,7 @@
 class QAction;
 class QEventLoop;
 class QLabel;
+class QToolButton;
 
 namespace brenvolt {
 struct SavedConfiguration;
@@ -27,6 +29,7 @@ struct SavedConfiguration;
 namespace simhost {
 
 class LayerPanel;
+class OpenFile;
 class PromptPane;
 class SiteRun;
 class UserSettings;
@@ -54,17 +57,26 @@ public:
 
   /// Dark or light paper and windows.
   void setPaper(Paper paper);
+  /// Asks what is to be asked of the drawing that the program was started with: whether it is open elsewhere, and
+  /// whether work of an earlier run can be recovered.
+  void askAboutFile();
+  /// Keeps a copy of what is not saved yet, for the case of a crash; the window does so by itself from time to time.
+  void keepCopy();
   /// Opens a drawing; false, with the reason in the status bar and the prompt's pane, when it cannot be read.
   bool openFile(const QString& file);
   bool saveFile(const QString& file);
+  /// Opens a project's database, none for an empty name; false, with the reason told as above, for another file.
+  bool openProject(const QString& file);
   bool exportSvg(const QString& file);
   bool exportPdf(const QString& file);
   /// Whether the drawing differs from its file.
   [[nodiscard]] bool isChanged() const;
 
   [[nodiscard]] EntityPick pickEntity(const std::wstring& prompt, bool emptyIsAllowed) override;
-  /// Lets the user click a place; nothing when he leaves by Escape.
-  [[nodiscard]] std::optional<KvPoint3d> pickPoint(const QString& prompt);
+  /// Lets the user choose a place by mouse or keys, starting with the next free one for something of this outline;
+  /// nothing when he leaves by Escape.
+  [[nodiscard]] std::optional<KvPoint3d> pickPoint(
+      const QString& prompt, const std::optional<Box>& outline = {});
 
 protected:
   void closeEvent(QCloseEvent* event) override;
@@ -89,15 +101,24 @@ private:
   void refreshActions();
   void showPointer(const KvPoint3d& point);
   void say(const QString& text);
-  void tell(const CommandOutcome& outcome, const QString& name);
+  void tell(const CommandOutcome& outcome, HostText command = HostText::none);
   [[nodiscard]] QString factsText(KvDbHandle entity) const;
 
   // Commands, main_window_commands.cpp.
   void start(const CommandRow& row);
-  void runForm(const QString& name, const std::wstring& form);
+  void runForm(const QString& name, const std::wstring& form, HostText command = HostText::none);
+  void editWireSize();
   void newCircuit();
   void buildFromHistory();
   void buildSaved(const brenvolt::SavedConfiguration& saved, const std::wstring& workbookPath);
+  /// Asks where a template goes, lets `build` make the LISP that builds it there, and shows what has come of it.
+  [[nodiscard]] std::optional<lisp::Value> placeCircuit(
+      const CommandRunner::Evaluate& evaluate, const std::wstring& drawingTemplate,
+      const std::function<std::wstring(const std::wstring& point)>& build);
+  [[nodiscard]] std::optional<Box> outlineOf(const std::wstring& drawingTemplate);
+  [[nodiscard]] KvPoint3d nextFreePlace(const std::optional<Box>& outline);
+  /// What the last command has added to the drawing, seen whole.
+  [[nodiscard]] Box extentsSince(std::uint64_t firstHandle);
   void undo();
   void redo();
   void zoomExtents();
@@ -122,11 +143,25 @@ private:
   void askExportPdf();
   void print();
   [[nodiscard]] bool takeDrawing(const QString& file);
+  /// Whether the file may be opened, as the user answers when somebody else has it open.
+  [[nodiscard]] bool mayOpen(const QString& file);
+  /// What an earlier run left unsaved, if the user wants it back.
+  void recoverCopy();
+  /// Whether the file may be written, as the user answers when somebody else has written it.
+  [[nodiscard]] bool mayOverwrite();
+  [[nodiscard]] int ask(HostText title, const QString& text, std::initializer_list<HostText> answers);
   [[nodiscard]] bool mayLeaveDrawing();
   [[nodiscard]] QString askSaveName(HostText title, HostText type, const QString& ending);
   bool report(const Fault& fault, HostText text, const QString& file);
-  void remember(const QString& file);
+  /// Puts a file at the head of a list that the settings keep.
+  void remember(const wchar_t* list, const QString& file);
   void fillRecent();
+  void fillMenu(QMenu& menu, const wchar_t* list, const std::function<void(const QString&)>& open);
+  // Projects, main_window_projects.cpp.
+  void askOpenProject();
+  void askNewProject();
+  void closeProject();
+  void tellFault(const char* reason);
   void chooseLanguage(const QString& language);
 
   [[nodiscard]] DrawingDatabase& drawing() const;
@@ -144,15 +179,26 @@ private:
   LayerPanel* layers_ = nullptr;
   QLabel* hover_ = nullptr;
   QLabel* place_ = nullptr;
+  QToolButton* copyResult_ = nullptr; ///< of the line that a command answered
   QMenu* recent_ = nullptr;
+  QMenu* recentProjects_ = nullptr;
   std::map<HostText, QAction*> actions_;
+  std::unique_ptr<OpenFile> open_;
+  bool isReadOnly_ = false;
+  bool isAsking_ = false;      ///< about the drawing's file
+  UndoLog::State copiedState_; ///< of the copy that is kept
+  QTimer copying_;
   QTimer watch_; ///< looks whether the running command has changed the drawing
   std::uint64_t shownChange_ = 0;
-  std::uint64_t savedChange_ = 0;
+  UndoLog::State savedState_;
   QString file_;
+  KvPoint3d lastPlace_;                  ///< of the circuit that was placed last
+  std::map<std::wstring, Box> outlines_; ///< of templates, as they were built last; around their point
 
   QEventLoop* pickLoop_ = nullptr; ///< of the pick that waits for an answer
   EntityPick pick_;                ///< the answer
+  std::optional<Box> pickOutline_; ///< of a pick of a place
+  KvPoint3d pickStart_;
   bool isEmptyPickAllowed_ = false;
   bool closesAfterRun_ = false;
 };

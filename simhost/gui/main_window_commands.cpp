@@ -1,4 +1,5 @@
 // The main window's commands but for those on files, and the picks that they ask for.
+#include "simhost/drawing/drawing_file.h"
 #include "simhost/gui/command_table.h"
 #include "simhost/gui/main_window.h"
 #include "simhost/host/session.h"
@@ -6,6 +7,7 @@
 #include "simhost/qt/qt_text.h"
 #include "simhost/site/saved_configurations.h"
 #include "simhost/site/site_run.h"
+#include "simhost/ui/file_names.h"
 
 #include <QAction>
 #include <QEventLoop>
@@ -37,12 +39,20 @@ void MainWindow::start(const CommandRow& row) {
   // A shortcut may come in while its action is about to be switched off.
   if (row.use != CommandRow::Use::always && runner_.isBusy()) return say(texts_(HostText::busy));
   if (row.action != nullptr) return (this->*row.action)();
-  runForm(captionOf(*actions_.at(row.text)), row.form);
+  runForm(captionOf(*actions_.at(row.text)), row.form, row.text);
 }
 
-void MainWindow::runForm(const QString& name, const std::wstring& form) {
+void MainWindow::runForm(const QString& name, const std::wstring& form, HostText command) {
   if (!runner_.isBusy()) say(texts_(HostText::running, {name}));
-  tell(runner_.run(name, form), name);
+  tell(runner_.run(name, form), command);
+}
+
+void MainWindow::editWireSize() {
+  // The site applies the answer. One that does not know how only gets it.
+  std::wstring form = L"(if (fboundp 'site-edit-wire-size) (site-edit-wire-size";
+  if (view_->selected()) form += L" (handle->entity \"" + formatHandle(*view_->selected()) + L"\")";
+  form += L") (zan_bv_edit_wiresize))";
+  runForm(captionOf(*actions_.at(HostText::editWireSize)), form, HostText::editWireSize);
 }
 
 void MainWindow::newCircuit() {
@@ -50,13 +60,14 @@ void MainWindow::newCircuit() {
   say(texts_(HostText::running, {name}));
   const CommandOutcome outcome =
       runner_.runSteps(name, [this](const CommandRunner::Evaluate& evaluate) -> std::optional<lisp::Value> {
-        if (evaluate(L"(setq site-choice (zan_bv_select_circuit))").isNil()) return std::nullopt;
-        const std::optional<KvPoint3d> point = pickPoint(texts_(HostText::pickPlace));
-        if (!point) return std::nullopt;
-        return evaluate(
-            L"(site-insert-and-build (car site-choice) (cadr site-choice) " + pointForm(*point) + L")");
+        const lisp::Value choice = evaluate(L"(setq site-choice (zan_bv_select_circuit))");
+        if (choice.isNil()) return std::nullopt;
+        const lisp::Value drawingTemplate = choice.isCons() ? choice.asCons().car() : lisp::Value();
+        return placeCircuit(
+            evaluate, drawingTemplate.isString() ? drawingTemplate.asString() : std::wstring(),
+            [](const std::wstring& point) { return L"(site-place site-choice " + point + L")"; });
       });
-  tell(outcome, name);
+  tell(outcome);
 }
 
 void MainWindow::buildFromHistory() {
@@ -84,8 +95,6 @@ void MainWindow::buildSaved(const brenvolt::SavedConfiguration& saved, const std
   say(texts_(HostText::running, {name}));
   const CommandOutcome outcome =
       runner_.runSteps(name, [&](const CommandRunner::Evaluate& evaluate) -> std::optional<lisp::Value> {
-        const std::optional<KvPoint3d> point = pickPoint(texts_(HostText::pickPlace));
-        if (!point) return std::nullopt;
         const auto text = [](const std::wstring& value) {
           return L" " + lisp::printValue(lisp::Value::string(value), lisp::PrintStyle::readable);
         };
@@ -96,9 +105,64 @@ void MainWindow::buildSaved(const brenvolt::SavedConfiguration& saved, const std
         form += L" (or (nth 7 GBL_qn_bv_data) " + found + L")";
         for (const std::wstring& value : {saved.worksheet, saved.key.circuit, saved.key.type, saved.key.name})
           form += text(value);
-        return evaluate(form + L" " + pointForm(*point) + L" \"\" \"\" \"\")");
+        return placeCircuit(evaluate, saved.drawingTemplate, [&form](const std::wstring& point) {
+          return form + L" " + point + L" \"\" \"\" \"\")";
+        });
       });
-  tell(outcome, name);
+  tell(outcome);
+}
+
+std::optional<lisp::Value> MainWindow::placeCircuit(
+    const CommandRunner::Evaluate& evaluate, const std::wstring& drawingTemplate,
+    const std::function<std::wstring(const std::wstring& point)>& build) {
+  const std::optional<Box> outline = outlineOf(drawingTemplate);
+  const std::optional<KvPoint3d> point = pickPoint(texts_(HostText::pickPlace), outline);
+  if (!point) return std::nullopt;
+  const std::uint64_t first = drawing().store().nextHandle().value();
+  lisp::Value value = evaluate(build(pointForm(*point)));
+  if (value.isNil()) return value;
+  refreshScene();
+  const Box made = extentsSince(first);
+  if (made.isEmpty()) return value;
+  lastPlace_ = *point;
+  // From now on the outline is that of a whole circuit of this template.
+  outlines_[drawingTemplate] = {
+      made.left - point->x, made.bottom - point->y, made.right - point->x, made.top - point->y};
+  view_->showArea(made);
+  return value;
+}
+
+Box MainWindow::extentsSince(std::uint64_t firstHandle) {
+  Box made;
+  const Scene& scene = view_->scene();
+  for (std::uint32_t item = 0; item < scene.items().size(); ++item)
+    if (scene.items()[item].entity.value() >= firstHandle) made.include(scene.box(item));
+  return made;
+}
+
+std::optional<Box> MainWindow::outlineOf(const std::wstring& drawingTemplate) {
+  if (const auto known = outlines_.find(drawingTemplate); known != outlines_.end()) return known->second;
+  const std::filesystem::path file = site_.session().findFile(drawingTemplate);
+  if (file.empty()) return std::nullopt;
+  const LoadedDrawing loaded = loadDrawing(textOfPath(file));
+  Scene scene;
+  if (loaded.drawing == nullptr || !scene.load(*loaded.drawing, loaded.drawing->currentSpace()) ||
+      scene.extents().isEmpty())
+    return std::nullopt;
+  return scene.extents();
+}
+
+KvPoint3d MainWindow::nextFreePlace(const std::optional<Box>& outline) {
+  KvPoint3d place = lastPlace_;
+  const Box& taken = view_->scene().extents();
+  if (!outline || taken.isEmpty()) return place;
+  // Beside what was placed last; to the right of everything there is room at the latest.
+  constexpr double step = 5.0;
+  Box wanted = *outline;
+  view_->setOutline(Box{wanted.left - step, wanted.bottom - step, wanted.right + step, wanted.top + step});
+  while (view_->overlaps(place) && place.x + wanted.left <= taken.right + 2 * step)
+    place.x += step;
+  return place;
 }
 
 void MainWindow::undo() {
@@ -159,8 +223,13 @@ void MainWindow::runPick(const QString& prompt, const QString& hint, DrawingView
   banner_->setText(prompt.trimmed() + QStringLiteral("  ") + hint);
   banner_->show();
   view_->setMode(mode);
+  if (mode == DrawingView::Mode::pickPoint) {
+    view_->setOutline(pickOutline_);
+    view_->proposePoint(pickStart_);
+  }
   view_->setFocus();
   activateWindow();
+  view_->onBadCoordinates = [this] { say(texts_(HostText::badCoordinates)); };
   QEventLoop loop;
   pickLoop_ = &loop;
   pick_ = {};
@@ -178,6 +247,7 @@ void MainWindow::runPick(const QString& prompt, const QString& hint, DrawingView
   loop.exec();
   pickLoop_ = nullptr;
   view_->onPick = nullptr;
+  view_->onBadCoordinates = nullptr;
   view_->onEnter = nullptr;
   view_->onEscape = nullptr;
   view_->setMode(DrawingView::Mode::select);
@@ -206,10 +276,13 @@ EntityPick MainWindow::pickEntity(const std::wstring& prompt, bool emptyIsAllowe
   return pick_;
 }
 
-std::optional<KvPoint3d> MainWindow::pickPoint(const QString& prompt) {
+std::optional<KvPoint3d> MainWindow::pickPoint(const QString& prompt, const std::optional<Box>& outline) {
   if (pickLoop_ != nullptr) return std::nullopt;
   isEmptyPickAllowed_ = false;
-  runPick(prompt, texts_(HostText::pickEnds), DrawingView::Mode::pickPoint);
+  const KvPoint3d proposed = nextFreePlace(outline);
+  pickOutline_ = outline;
+  pickStart_ = proposed;
+  runPick(prompt, texts_(HostText::placeKeys), DrawingView::Mode::pickPoint);
   if (pick_.kind != EntityPick::Kind::entity) return std::nullopt;
   return pick_.point;
 }

@@ -3,19 +3,27 @@
 
 #include "simhost/drawing/drawing_file.h"
 #include "simhost/drawing/svg.h"
+#include "simhost/gui/open_file.h"
 #include "simhost/gui/paper_output.h"
 #include "simhost/host/session.h"
 #include "simhost/qt/qt_text.h"
 #include "simhost/site/site_run.h"
 
+#include <QDateTime>
+#include <QFile>
 #include <QFileDialog>
 #include <QFileInfo>
+#include <QLocale>
 #include <QMenu>
 #include <QMessageBox>
 #include <QPrintDialog>
 #include <QPrinter>
 #include <QPrinterInfo>
 #include <QPushButton>
+
+#include <algorithm>
+#include <limits>
+#include <vector>
 
 namespace simhost {
 namespace {
@@ -28,13 +36,15 @@ bool MainWindow::takeDrawing(const QString& file) {
   try {
     runner_.open(file.toStdString());
   } catch (const BadInput& error) {
-    site_.session().commandLine().printLine(fromQt(QString::fromUtf8(error.what())));
-    say(texts_(HostText::notDone, {QString::fromUtf8(error.what())}));
+    tellFault(error.what());
     return false;
   }
+  open_->removeCopy();
   file_ = file;
-  savedChange_ = drawing().undoLog().changeCount();
-  shownChange_ = savedChange_ + 1;
+  open_->take(file);
+  isReadOnly_ = false;
+  savedState_ = drawing().undoLog().state();
+  shownChange_ = drawing().undoLog().changeCount() + 1;
   view_->select(std::nullopt);
   refreshScene();
   view_->zoomExtents();
@@ -47,17 +57,26 @@ bool MainWindow::openFile(const QString& file) {
     say(texts_(HostText::busy));
     return false;
   }
+  if (!mayOpen(file)) return false;
+  const bool isReadOnly = isReadOnly_;
   if (!takeDrawing(file)) return false;
-  remember(file);
+  isReadOnly_ = isReadOnly;
+  refreshTitle();
+  recoverCopy();
+  remember(L"recent", file);
   say(texts_(HostText::opened, {file}));
   return true;
 }
 
 bool MainWindow::saveFile(const QString& file) {
   if (!report(saveDrawing(drawing(), fromQt(file)), HostText::saved, file)) return false;
+  open_->removeCopy();
   file_ = file;
-  savedChange_ = drawing().undoLog().changeCount();
-  remember(file);
+  isReadOnly_ = false;
+  open_->take(file);
+  savedState_ = drawing().undoLog().state();
+  runner_.noteSaved();
+  remember(L"recent", file);
   refreshTitle();
   return true;
 }
@@ -88,8 +107,8 @@ void MainWindow::open() {
 }
 
 void MainWindow::save() {
-  if (file_.isEmpty()) return saveAs();
-  saveFile(file_);
+  if (file_.isEmpty() || isReadOnly_) return saveAs();
+  if (mayOverwrite()) saveFile(file_);
 }
 
 void MainWindow::saveAs() {
@@ -128,6 +147,105 @@ void MainWindow::print() {
   if (!paintPage(drawing(), printer)) say(texts_(HostText::cannotPrint));
 }
 
+int MainWindow::ask(HostText title, const QString& text, std::initializer_list<HostText> answers) {
+  QMessageBox box(QMessageBox::Question, texts_(title), text, QMessageBox::NoButton, this);
+  box.setTextFormat(Qt::PlainText);
+  std::vector<QAbstractButton*> buttons;
+  for (const HostText answer : answers)
+    buttons.push_back(box.addButton(
+        texts_(answer), answer == HostText::keepEditing ? QMessageBox::RejectRole : QMessageBox::ActionRole));
+  box.setDefaultButton(qobject_cast<QPushButton*>(buttons.front()));
+  isAsking_ = true;
+  box.exec();
+  isAsking_ = false;
+  const auto clicked = std::find(buttons.begin(), buttons.end(), box.clickedButton());
+  return clicked == buttons.end() ? -1 : static_cast<int>(clicked - buttons.begin());
+}
+
+bool MainWindow::mayOpen(const QString& file) {
+  isReadOnly_ = false;
+  if (QFileInfo(file).absoluteFilePath() == QFileInfo(file_).absoluteFilePath()) return true;
+  const QString user = OpenFile::userElsewhere(file);
+  if (user.isEmpty()) return true;
+  const int answer =
+      ask(HostText::openElsewhereTitle, texts_(HostText::openElsewhere, {QFileInfo(file).fileName(), user}),
+          {HostText::openReadOnly, HostText::openAnyway, HostText::keepEditing});
+  isReadOnly_ = answer == 0;
+  return answer == 0 || answer == 1;
+}
+
+void MainWindow::askAboutFile() {
+  // The window has the file already: only where the lock was somebody else's it is another window's.
+  if (!file_.isEmpty() && open_->copy().isEmpty() && !OpenFile::userElsewhere(file_).isEmpty()) {
+    const int answer =
+        ask(HostText::openElsewhereTitle,
+            texts_(HostText::openElsewhere, {QFileInfo(file_).fileName(), OpenFile::userElsewhere(file_)}),
+            {HostText::openReadOnly, HostText::openAnyway});
+    isReadOnly_ = answer != 1;
+    refreshTitle();
+  }
+  recoverCopy();
+}
+
+void MainWindow::recoverCopy() {
+  const QFileInfo copy(open_->copy());
+  if (open_->copy().isEmpty() || !copy.exists()) return;
+  const QString name = file_.isEmpty() ? texts_(HostText::untitled) : QFileInfo(file_).fileName();
+  const int answer = ask(
+      HostText::recoverTitle,
+      texts_(
+          HostText::recoverQuestion, {name, QLocale().toString(copy.lastModified(), QLocale::ShortFormat)}),
+      {HostText::recover, HostText::dropCopy});
+  // Escape decides nothing: the copy is asked for again next time, under another name that this run does not write.
+  if (answer < 0) {
+    QFile::rename(open_->copy(), open_->copy() + QLatin1Char('~'));
+    return;
+  }
+  open_->claimCopy();
+  if (answer == 1) return open_->removeCopy();
+  const QString file = file_;
+  try {
+    runner_.open(open_->copy().toStdString());
+  } catch (const BadInput& error) {
+    return tellFault(error.what());
+  }
+  file_ = file;
+  savedState_ = {}; // no state of this drawing's log: it is not what the file holds
+  savedState_.unlogged = std::numeric_limits<std::uint64_t>::max();
+  shownChange_ = drawing().undoLog().changeCount() + 1;
+  view_->select(std::nullopt);
+  refreshScene();
+  view_->zoomExtents();
+  refreshActions();
+}
+
+void MainWindow::keepCopy() {
+  const UndoLog::State state = drawing().undoLog().state();
+  // What an earlier run left is not written over while the user is asked about it.
+  if (open_->copy().isEmpty() || runner_.isBusy() || isAsking_) return;
+  if (!isChanged()) {
+    // Undone to what the file holds: nothing to recover.
+    open_->removeCopy();
+    copiedState_ = state;
+    return;
+  }
+  if (state == copiedState_ && QFileInfo::exists(open_->copy())) return;
+  copiedState_ = state;
+  open_->claimCopy();
+  if (const Fault fault = saveDrawing(drawing(), fromQt(open_->copy())))
+    site_.session().commandLine().printLine(*fault);
+}
+
+bool MainWindow::mayOverwrite() {
+  if (!open_->isChangedElsewhere()) return true;
+  const int answer =
+      ask(HostText::changedElsewhereTitle, texts_(HostText::changedElsewhere, {QFileInfo(file_).fileName()}),
+          {HostText::saveAs, HostText::reload, HostText::overwrite, HostText::keepEditing});
+  if (answer == 0) saveAs();
+  if (answer == 1) static_cast<void>(takeDrawing(file_));
+  return answer == 2;
+}
+
 bool MainWindow::mayLeaveDrawing() {
   if (!isChanged()) return true;
   QMessageBox box(this);
@@ -140,28 +258,37 @@ bool MainWindow::mayLeaveDrawing() {
   box.addButton(texts_(HostText::keepEditing), QMessageBox::RejectRole);
   box.setDefaultButton(saves);
   box.exec();
-  if (box.clickedButton() == discards) return true;
+  if (box.clickedButton() == discards) {
+    runner_.noteDropped();
+    return true;
+  }
   if (box.clickedButton() != saves) return false;
   save();
   return !isChanged();
 }
 
-void MainWindow::remember(const QString& file) {
+void MainWindow::remember(const wchar_t* list, const QString& file) {
   const QString full = QFileInfo(file).absoluteFilePath();
-  QStringList files = setting(L"recent").split(QLatin1Char('\n'), Qt::SkipEmptyParts);
+  QStringList files = setting(list).split(QLatin1Char('\n'), Qt::SkipEmptyParts);
   files.removeAll(full);
   files.prepend(full);
-  setSetting(L"recent", files.mid(0, rememberedFiles).join(QLatin1Char('\n')));
+  setSetting(list, files.mid(0, rememberedFiles).join(QLatin1Char('\n')));
   fillRecent();
 }
 
 void MainWindow::fillRecent() {
-  recent_->clear();
-  for (const QString& file : setting(L"recent").split(QLatin1Char('\n'), Qt::SkipEmptyParts))
-    recent_->addAction(QString(file).replace(QLatin1Char('&'), QStringLiteral("&&")), this, [this, file] {
-      if (mayLeaveDrawing()) openFile(file);
-    });
-  recent_->setEnabled(!recent_->isEmpty());
+  fillMenu(*recent_, L"recent", [this](const QString& file) {
+    if (mayLeaveDrawing()) openFile(file);
+  });
+  fillMenu(*recentProjects_, L"recentProjects", [this](const QString& file) { openProject(file); });
+}
+
+void MainWindow::fillMenu(QMenu& menu, const wchar_t* list, const std::function<void(const QString&)>& open) {
+  menu.clear();
+  for (const QString& file : setting(list).split(QLatin1Char('\n'), Qt::SkipEmptyParts))
+    menu.addAction(
+        QString(file).replace(QLatin1Char('&'), QStringLiteral("&&")), this, [open, file] { open(file); });
+  menu.setEnabled(!menu.isEmpty());
 }
 
 void MainWindow::chooseLanguage(const QString& language) {

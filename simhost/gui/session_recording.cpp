@@ -11,6 +11,7 @@ namespace {
 SessionRun startOf(const SiteRunOptions& site) {
   SessionRun run;
   run.drawing = site.drawing;
+  run.project = site.project;
   run.language = site.language;
   return run;
 }

@@ -1,6 +1,7 @@
 // What all views share, and those of single values: texts, lists, ticks, buttons.
 #include "simhost/qt/control_view.h"
 
+#include "simhost/qt/empty_note.h"
 #include "simhost/qt/grid_view.h"
 #include "simhost/qt/icons.h"
 #include "simhost/qt/pages_view.h"
@@ -218,6 +219,7 @@ public:
   OpenListView(QtDialog& dialog, ListModel& model, const ControlLook& look)
       : ListViewBase(dialog, model), box_(new QListWidget) {
     box_->setMinimumHeight(box_->fontMetrics().height() * look.rows + 2 * box_->frameWidth());
+    showWhenEmpty(*box_, toQt(look.empty));
     // Not by the current row: going to the list makes its first entry current, which nobody chose yet.
     QObject::connect(box_, &QListWidget::itemSelectionChanged, box_, [this] {
       const QList<QListWidgetItem*> selected = box_->selectedItems();

@@ -93,9 +93,10 @@ private:
 
   [[nodiscard]] ControlLook readLook(const FormControl& control) const {
     const json written = parseJson(control.layout);
-    allow(written, {"unit", "width", "rows", "icons", "picture"});
+    allow(written, {"unit", "empty", "width", "rows", "icons", "picture"});
     ControlLook look;
     look.unit = fromUtf8(written.value("unit", std::string()));
+    look.empty = fromUtf8(written.value("empty", std::string()));
     look.icons = fromUtf8(written.value("icons", std::string()));
     look.isPicture = written.value("picture", false);
     look.width = countOf(written, "width");

@@ -22,6 +22,7 @@ struct LayoutNode {
 /// How one control is shown.
 struct ControlLook {
   std::wstring unit;      ///< beside the field
+  std::wstring empty;     ///< what a list or a grid says while it has no entries
   int width = 0;          ///< characters that the field shows at least; 0 for the kind's own
   int rows = 0;           ///< of a list: it stands open with so many entries; of a text: it has so many lines
   bool isPicture = false; ///< a text names a drawing, whose picture is shown

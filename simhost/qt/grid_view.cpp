@@ -2,6 +2,7 @@
 #include "simhost/qt/grid_view.h"
 
 #include "simhost/qt/column_widths.h"
+#include "simhost/qt/empty_note.h"
 #include "simhost/qt/qt_dialog.h"
 #include "simhost/qt/qt_text.h"
 #include "text/encoding.h"
@@ -325,8 +326,13 @@ protected:
   }
 
   void closeEditor(QWidget* editor, QAbstractItemDelegate::EndEditHint hint) override {
-    GridTable::closeEditor(editor, hint);
+    using Hint = QAbstractItemDelegate::EndEditHint;
+    const bool isNext = hint == Hint::EditNextItem;
+    // Tab leaves the grid from an editor as it does from a cell: a selection that moved on would be another row's.
+    const bool leaves = isNext || hint == Hint::EditPreviousItem;
+    GridTable::closeEditor(editor, leaves ? Hint::NoHint : hint);
     refreshIfDue();
+    if (leaves) focusNextPrevChild(isNext);
   }
 
   void currentChanged(const QModelIndex& current, const QModelIndex& previous) override {
@@ -448,6 +454,7 @@ public:
     const int rows = look.rows > 0 ? look.rows : 6;
     table_->setMinimumHeight(
         table_->verticalHeader()->defaultSectionSize() * (rows + 1) + 2 * table_->frameWidth());
+    showWhenEmpty(*table_, toQt(look.empty));
   }
   [[nodiscard]] QWidget& widget() const override { return *table_; }
   [[nodiscard]] Json reading() const override { return table_->reading(); }

@@ -35,6 +35,47 @@ void paintPick(QPainter& painter, const QColor& ink) {
   painter.fillPath(arrow, ink);
 }
 
+void paintArrowDown(QPainter& painter, const QColor& ink, qreal x, qreal top) {
+  painter.drawLine(QPointF(x, top), QPointF(x, 12));
+  QPainterPath head(QPointF(x - 3.5, 10.5));
+  head.lineTo(x + 3.5, 10.5);
+  head.lineTo(x, 15.5);
+  head.closeSubpath();
+  painter.fillPath(head, ink);
+}
+
+/// An arrow onto the paper: one unit is inserted.
+void paintInsertOne(QPainter& painter, const QColor& ink) {
+  paintArrowDown(painter, ink, 12, 3);
+  painter.drawLine(QPointF(4, 20), QPointF(20, 20));
+}
+
+/// The same, from a list above it down to a bar: up to the selected unit.
+void paintInsertUpTo(QPainter& painter, const QColor& ink) {
+  painter.drawLine(QPointF(3, 4), QPointF(10, 4));
+  painter.drawLine(QPointF(3, 9), QPointF(10, 9));
+  painter.drawLine(QPointF(3, 14), QPointF(10, 14));
+  paintArrowDown(painter, ink, 16, 3);
+  painter.drawLine(QPointF(4, 20), QPointF(20, 20));
+}
+
+/// Several arrows: all units.
+void paintInsertAll(QPainter& painter, const QColor& ink) {
+  for (const qreal x : {5.0, 12.0, 19.0})
+    paintArrowDown(painter, ink, x, 4);
+  painter.drawLine(QPointF(3, 20), QPointF(21, 20));
+}
+
+/// An arrow that turns back.
+void paintUndo(QPainter& painter, const QColor& ink) {
+  painter.drawArc(QRectF(6, 6, 13, 13), -90 * 16, 225 * 16);
+  QPainterPath head(QPointF(3, 9));
+  head.lineTo(11, 10.5);
+  head.lineTo(6.5, 3.5);
+  head.closeSubpath();
+  painter.fillPath(head, ink);
+}
+
 /// A circle that waits to be filled.
 void paintWaiting(QPainter& painter, const QColor&) {
   painter.drawEllipse(QPointF(12, 12), 6.5, 6.5);
@@ -92,8 +133,8 @@ struct ImageRow {
   Paint paint;
 };
 constexpr ImageRow buttonImages[] = {
-    {10028, paintLookup},
-    {10059, paintPick},
+    {10028, paintLookup},     {10059, paintPick},      {10034, paintInsertOne},
+    {10035, paintInsertUpTo}, {10036, paintInsertAll}, {10037, paintUndo},
 };
 
 /// The states of a unit: its turn is still to come, it is the one in hand, it stands in the drawing.

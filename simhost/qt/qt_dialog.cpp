@@ -86,12 +86,20 @@ void QtDialog::setTitle(std::wstring_view title) {
 void QtDialog::setSplit(const KvUiSplit& split) {
   DialogModel::setSplit(split);
   if (split.width > 0 && split.height > 0) frame_->resize(split.width, split.height);
+  if (split.bar > 0) wantedBar_ = split.bar;
+  if (frame_->isVisible()) showSplit();
+}
+
+/// Before the window is laid out, a splitter would divide what it is given in proportion to a size that it never has.
+void QtDialog::showSplit() {
   QSplitter* const bar = frame_->splitter();
-  if (bar == nullptr || split.bar <= 0) return;
+  const int wanted = std::exchange(wantedBar_, 0);
+  if (bar == nullptr || wanted == 0) return;
   QList<int> sizes = bar->sizes();
   const int sum = std::accumulate(sizes.begin(), sizes.end(), 0);
-  sizes[0] = split.bar;
-  sizes[1] = std::max(sum - split.bar, 1);
+  sizes[0] = std::min(wanted, sum - 1);
+  for (qsizetype pane = 1; pane < sizes.size(); ++pane)
+    sizes[pane] = std::max((sum - sizes[0]) / static_cast<int>(sizes.size() - 1), 1);
   bar->setSizes(sizes);
 }
 
@@ -104,13 +112,23 @@ KvUiSplit QtDialog::split() const {
 bool QtDialog::beginEditorCommand() {
   if (!DialogModel::beginEditorCommand()) return false;
   // Out of the way: the drawing is picked from, and is seen to grow.
-  frame_->hide();
+  putAside();
+  around_.dialogLends(*this);
   return true;
 }
 
 void QtDialog::completeEditorCommand() {
   if (!hasGivenEditor()) return;
   DialogModel::completeEditorCommand();
+  around_.dialogTakesBack(*this);
+  showAgain();
+}
+
+void QtDialog::putAside() {
+  frame_->hide();
+}
+
+void QtDialog::showAgain() {
   if (loop_ == nullptr || isEnded()) return;
   {
     const FlagScope showing(isShowing_);
@@ -130,6 +148,7 @@ void QtDialog::run() {
     // A window that opens gives the focus to its first control: nobody went there.
     const FlagScope showing(isShowing_);
     frame_->show();
+    showSplit();
   }
   clock_.markAction();
   clock_.skip();

@@ -34,6 +34,10 @@ public:
   virtual ~DialogSurroundings();
   virtual void dialogOpens(QtDialog& dialog) = 0;
   virtual void dialogCloses(QtDialog& dialog) = 0;
+  /// The host gets the editor from the dialog, which is hidden itself: every other dialog goes out of the way too, or
+  /// it would keep the drawing from the user. Shown again when the dialog takes the editor back.
+  virtual void dialogLends(QtDialog& dialog) = 0;
+  virtual void dialogTakesBack(QtDialog& dialog) = 0;
   /// No other window is open above it.
   [[nodiscard]] virtual bool isOnTop(const QtDialog& dialog) const = 0;
   /// Somebody else than a person acts in it.
@@ -96,6 +100,9 @@ public:
   /// Shows all that has changed.
   void refresh();
   [[nodiscard]] bool isShowing() const { return isShowing_; }
+  /// Hides the window of a dialog that runs on, and shows it again.
+  void putAside();
+  void showAgain();
   /// Ends the wait when the dialog is ended.
   void settle();
 
@@ -110,6 +117,7 @@ private:
   [[nodiscard]] ControlView* firstView() const;
   void showFocus();
   void closeBy();
+  void showSplit();
 
   DialogSurroundings& around_;
   Gestures gestures_;
@@ -126,6 +134,7 @@ private:
   CellAnswer lastCellAnswer_ = CellAnswer::taken;
   std::unique_ptr<Json> lastAction_; ///< with what later gestures may be joined
   QEventLoop* loop_ = nullptr;       ///< while it runs
+  int wantedBar_ = 0;                ///< where the bar goes once the window has a size, 0 for nowhere
   bool isActing_ = false;
   bool isShowing_ = false; ///< what widgets tell now, no person has done
   bool isRefreshPosted_ = false;

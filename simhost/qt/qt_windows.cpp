@@ -17,7 +17,9 @@
 
 #include <nlohmann/json.hpp>
 
+#include <algorithm>
 #include <cstdio>
+#include <utility>
 
 namespace simhost {
 
@@ -26,18 +28,6 @@ using Json = nlohmann::ordered_json;
 
 namespace {
 
-/// Counts a window as open for a scope.
-class OpenScope final {
-public:
-  explicit OpenScope(int& count) : count_(count) { ++count_; }
-  OpenScope(const OpenScope&) = delete;
-  OpenScope& operator=(const OpenScope&) = delete;
-  ~OpenScope() { --count_; }
-
-private:
-  int& count_;
-};
-
 std::string handleText(KvDbHandle handle) {
   char digits[17] = {};
   std::snprintf(digits, sizeof digits, "%llX", static_cast<unsigned long long>(handle.value()));
@@ -45,6 +35,23 @@ std::string handleText(KvDbHandle handle) {
 }
 
 } // namespace
+
+class QtWindows::OpenScope final {
+public:
+  explicit OpenScope(QtWindows& windows) : windows_(windows) {
+    ++windows_.openWindows_;
+    windows_.suspendWaitCursor();
+  }
+  OpenScope(const OpenScope&) = delete;
+  OpenScope& operator=(const OpenScope&) = delete;
+  ~OpenScope() {
+    --windows_.openWindows_;
+    windows_.resumeWaitCursor();
+  }
+
+private:
+  QtWindows& windows_;
+};
 
 DrawingPicker::~DrawingPicker() = default;
 WindowPilot::~WindowPilot() = default;
@@ -67,7 +74,7 @@ TaskAnswer QtWindows::askTask(const TaskQuestion& question) {
   const std::size_t step = recorder_.begin(toUtf8(question.key), shownOf(question));
   if (!failure_.empty()) return {};
 
-  const OpenScope open(openWindows_);
+  const OpenScope open(*this);
   TaskBox box(question, words_, parentOfNext());
   if (pilot_ != nullptr) QTimer::singleShot(0, &box, [&] { pilot_->drive(box, question); });
   box.exec();
@@ -82,8 +89,11 @@ EntityPick QtWindows::pickEntity(const std::wstring& prompt, bool emptyIsAllowed
   const std::size_t step = recorder_.begin(pickDialog, {{"prompt", toUtf8(prompt)}});
   EntityPick pick;
   if (picker_ != nullptr && failure_.empty()) {
-    const OpenScope open(openWindows_);
+    const OpenScope open(*this);
+    // A dialog that asks without lending the editor must not stand between the user and the drawing either.
+    const std::vector<QtDialog*> aside = putDialogsAside();
     pick = picker_->pickEntity(prompt, emptyIsAllowed);
+    showAgain(aside);
   }
   Json action = {{"press", "cancel"}};
   if (pick.kind == EntityPick::Kind::nothing) action = {{"pick", nullptr}};
@@ -100,7 +110,7 @@ FileAnswer QtWindows::askFile(const FileQuestion& question, const FileEvents& ev
   record.open(shownOf(question));
   if (!failure_.empty()) return {};
 
-  const OpenScope open(openWindows_);
+  const OpenScope open(*this);
   const FileWindow* asked = nullptr;
   const auto path = [&] { return toUtf8(asked->answer().path); };
   FileWindow window(
@@ -141,12 +151,37 @@ std::unique_ptr<DialogWindow> QtWindows::openDialog(const std::wstring& form, CK
 
 void QtWindows::dialogOpens(QtDialog& dialog) {
   dialogs_.push_back(&dialog);
+  suspendWaitCursor();
   if (settings_ != nullptr) restorePlace(*settings_, dialog);
 }
 
 void QtWindows::dialogCloses(QtDialog& dialog) {
   std::erase(dialogs_, &dialog);
+  resumeWaitCursor();
+  aside_.erase(&dialog);
   if (settings_ != nullptr) keepPlace(*settings_, dialog);
+}
+
+void QtWindows::dialogLends(QtDialog& dialog) {
+  aside_[&dialog] = putDialogsAside();
+}
+
+void QtWindows::dialogTakesBack(QtDialog& dialog) {
+  showAgain(std::exchange(aside_[&dialog], {}));
+}
+
+std::vector<QtDialog*> QtWindows::putDialogsAside() {
+  std::vector<QtDialog*> aside;
+  for (QtDialog* dialog : dialogs_)
+    if (dialog->frame().isVisible()) aside.push_back(dialog);
+  for (auto dialog = aside.rbegin(); dialog != aside.rend(); ++dialog)
+    (*dialog)->putAside();
+  return aside;
+}
+
+void QtWindows::showAgain(const std::vector<QtDialog*>& dialogs) {
+  for (QtDialog* dialog : dialogs)
+    if (std::find(dialogs_.begin(), dialogs_.end(), dialog) != dialogs_.end()) dialog->showAgain();
 }
 
 bool QtWindows::isOnTop(const QtDialog& dialog) const {
@@ -165,7 +200,7 @@ QWidget* QtWindows::parentOfNext() const {
 
 bool QtWindows::showMessage(const std::wstring& text) {
   recorder_.note(messageDialog, {{"text", toUtf8(text)}});
-  const OpenScope open(openWindows_);
+  const OpenScope open(*this);
   QMessageBox box(
       QMessageBox::Information, QCoreApplication::applicationName(), toQt(text), QMessageBox::Ok,
       parentOfNext());
@@ -196,10 +231,25 @@ KvWindow* QtWindows::promptFrame() {
 }
 
 void QtWindows::showWaitCursor(bool isShown) {
-  if (isShown)
-    QGuiApplication::setOverrideCursor(Qt::WaitCursor);
-  else
-    QGuiApplication::restoreOverrideCursor();
+  waiting_ += isShown ? 1 : -1;
+  applyCursor();
+}
+
+void QtWindows::suspendWaitCursor() {
+  waitingBelow_.push_back(std::exchange(waiting_, 0));
+  applyCursor();
+}
+
+void QtWindows::resumeWaitCursor() {
+  waiting_ += waitingBelow_.back();
+  waitingBelow_.pop_back();
+  applyCursor();
+}
+
+void QtWindows::applyCursor() const {
+  const bool isShown = QGuiApplication::overrideCursor() != nullptr;
+  if (waiting_ > 0 && !isShown) QGuiApplication::setOverrideCursor(Qt::WaitCursor);
+  if (waiting_ <= 0 && isShown) QGuiApplication::restoreOverrideCursor();
 }
 
 void QtWindows::postQuit() {

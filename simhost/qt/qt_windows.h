@@ -10,6 +10,7 @@
 #include <QWidget>
 
 #include <filesystem>
+#include <map>
 #include <memory>
 #include <string>
 #include <vector>
@@ -81,11 +82,22 @@ public:
 private:
   void dialogOpens(QtDialog& dialog) override;
   void dialogCloses(QtDialog& dialog) override;
+  void dialogLends(QtDialog& dialog) override;
+  void dialogTakesBack(QtDialog& dialog) override;
   [[nodiscard]] bool isOnTop(const QtDialog& dialog) const override;
   [[nodiscard]] bool isPiloted() const override { return pilot_ != nullptr; }
   [[nodiscard]] bool keepsRecord() const override { return pilot_ == nullptr || recordsPerson_; }
   [[nodiscard]] const WindowWords& words() const override { return words_; }
   void pilot(QtDialog& dialog) override;
+  /// Hides all dialogs that are seen, and shows them again: the lowest one first, so that the topmost one is modal.
+  [[nodiscard]] std::vector<QtDialog*> putDialogsAside();
+  void showAgain(const std::vector<QtDialog*>& dialogs);
+  /// A window that opens is to be worked in, whoever waits: the arrow comes back until it has closed.
+  void suspendWaitCursor();
+  void resumeWaitCursor();
+  void applyCursor() const;
+  /// Counts a window as open, with the arrow for a cursor, for a scope.
+  class OpenScope;
   /// Whom a new window belongs to: the dialog on top that is seen, else the main window.
   [[nodiscard]] QWidget* parentOfNext() const;
 
@@ -99,7 +111,11 @@ private:
   WindowWords words_;
   std::filesystem::path helpFolder_;
   std::vector<QtDialog*> dialogs_; ///< open ones, the topmost last; their runs own them
-  int openWindows_ = 0;            ///< questions that are no dialogs
+  std::map<const QtDialog*, std::vector<QtDialog*>>
+      aside_;                     ///< whom a dialog that lends the editor has hidden
+  int waiting_ = 0;               ///< who wants the wait cursor, since the topmost window opened
+  std::vector<int> waitingBelow_; ///< the same for those below it
+  int openWindows_ = 0;           ///< questions that are no dialogs
   std::wstring failure_;
   bool quitPosted_ = false;
   bool isPumped_ = false;

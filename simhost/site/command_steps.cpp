@@ -2,9 +2,11 @@
 #include "simhost/site/command_steps.h"
 
 #include "simhost/host/session.h"
+#include "simhost/site/project_database.h"
 #include "simhost/site/site_run.h"
 #include "text/encoding.h"
 
+#include <cstdint>
 #include <exception>
 #include <utility>
 
@@ -27,6 +29,7 @@ CommandOutcome CommandSteps::runSteps(const std::wstring& name, const Steps& ste
   UndoLog& log = site_.session().documents().current()->drawing().undoLog();
   log.closeGroup();
   const int before = log.undoCount();
+  const std::uint64_t changesBefore = log.changeCount();
   SessionCommand command;
   bool endsInForm = false;
   const Evaluate evaluate = [&](const std::wstring& form) {
@@ -41,9 +44,14 @@ CommandOutcome CommandSteps::runSteps(const std::wstring& name, const Steps& ste
   log.closeGroup();
   // Nobody is left to look at half a circuit; the LISP that would take it back does not run any more.
   if (windows_.hasLeft() && log.undoCount() > before) static_cast<void>(log.undo(log.undoCount() - before));
+  followDrawing(changesBefore);
   dropStaleSteps();
   if (const int after = log.undoCount(); after > before) {
     done_.push_back({name, before, after});
+    undone_.clear();
+  } else if (after == before && log.changeCount() != changesBefore) {
+    // Taken back by itself, as a cancelled circuit is: not a step that redo may bring back.
+    log.forgetUndone();
     undone_.clear();
   }
   if (endsInForm) {
@@ -94,9 +102,11 @@ std::wstring CommandSteps::redoName() {
 std::wstring CommandSteps::undo() {
   if (isBusy() || undoName().empty()) return {};
   UndoLog& log = site_.session().documents().current()->drawing().undoLog();
+  const std::uint64_t changesBefore = log.changeCount();
   Step step = done_.back();
   step.after = log.undoCount();
   if (log.undo(step.after - step.before) != 0) return {};
+  followDrawing(changesBefore);
   done_.pop_back();
   undone_.push_back(step);
   tell({SessionCommand::Kind::undo});
@@ -106,12 +116,33 @@ std::wstring CommandSteps::undo() {
 std::wstring CommandSteps::redo() {
   if (isBusy() || redoName().empty()) return {};
   UndoLog& log = site_.session().documents().current()->drawing().undoLog();
+  const std::uint64_t changesBefore = log.changeCount();
   const Step step = undone_.back();
   if (log.redo(step.after - step.before) != 0) return {};
+  followDrawing(changesBefore);
   undone_.pop_back();
   done_.push_back(step);
   tell({SessionCommand::Kind::redo});
   return step.name;
+}
+
+void CommandSteps::followDrawing(std::uint64_t changesBefore) {
+  const UndoLog& log = site_.session().documents().current()->drawing().undoLog();
+  if (log.changeCount() != changesBefore) site_.callSite(L"site-sync-records");
+}
+
+void CommandSteps::openProject(const std::string& file) {
+  if (!file.empty()) checkProject(file);
+  site_.setProject(file);
+  tell({SessionCommand::Kind::project, {}, file});
+}
+
+void CommandSteps::noteSaved() {
+  site_.callSite(L"site-records-saved");
+}
+
+void CommandSteps::noteDropped() {
+  site_.callSite(L"site-records-dropped");
 }
 
 void CommandSteps::open(const std::string& file) {

@@ -5,6 +5,7 @@
 #include "simhost/lisp/value.h"
 #include "simhost/ui/session_file.h"
 
+#include <cstdint>
 #include <functional>
 #include <optional>
 #include <string>
@@ -50,6 +51,12 @@ public:
   /// Opens a drawing in place of the current one, a new one for no file: its steps begin anew. Throws BadInput, and
   /// then nothing has changed.
   void open(const std::string& file);
+  /// Opens another project, none for no file. Throws BadInput, and then nothing has changed.
+  void openProject(const std::string& file);
+  /// The drawing has been saved: what the site keeps of it outside stays, whatever becomes of the drawing later.
+  void noteSaved();
+  /// The drawing is left as it was last saved: so is what the site keeps of it outside.
+  void noteDropped();
 
   /// When a command begins and when it has ended.
   std::function<void()> onBusyChanged;
@@ -64,6 +71,8 @@ private:
     int after = 0;
   };
   void dropStaleSteps();
+  /// Lets the site follow what has changed in the drawing, such as with the rows of a project.
+  void followDrawing(std::uint64_t changesBefore);
   void tell(const SessionCommand& command) const;
   [[nodiscard]] CommandOutcome guarded(const std::function<std::optional<lisp::Value>()>& action);
 

@@ -4,6 +4,7 @@
 #include "simhost/host/errors.h"
 #include "simhost/host/files.h"
 
+#include <system_error>
 #include <utility>
 
 namespace simhost {
@@ -20,6 +21,7 @@ void writeFile(const std::filesystem::path& file, const std::string& bytes) {
 SessionLog::SessionLog(std::filesystem::path file, SessionRun run, Recording recording)
     : file_(std::move(file)), run_(std::move(run)), recording_(std::move(recording)) {
   open({&SessionRun::drawing, 0, {}});
+  open({&SessionRun::project, 0, {}});
   for (std::size_t command = 0; command < run_.commands.size(); ++command)
     open({nullptr, command, {}});
 }
@@ -30,7 +32,8 @@ std::string& SessionLog::fileOf(SessionRun& run, const Opened& place) {
 
 void SessionLog::open(Opened place) {
   const std::string& file = fileOf(run_, place);
-  if (file.empty()) return;
+  std::error_code error;
+  if (!std::filesystem::is_regular_file(file, error)) return;
   place.bytes = readFile(file).value_or("");
   opened_.push_back(std::move(place));
 }
@@ -48,7 +51,9 @@ void SessionLog::write() {
     std::string& file = fileOf(run, place);
     if (readFile(file) == place.bytes) continue;
     std::filesystem::path kept = file_;
-    kept.replace_extension(".drawing-" + std::to_string(number) + ".json");
+    // Under its own ending: a drawing, or a project's database.
+    const std::string kind = std::filesystem::path(file).extension() == ".json" ? ".drawing-" : ".project-";
+    kept.replace_extension(kind + std::to_string(number) + std::filesystem::path(file).extension().string());
     writeFile(kept, place.bytes);
     file = kept.string();
   }

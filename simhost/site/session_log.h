@@ -1,5 +1,5 @@
 // What a session runs, written down while it goes on, so that its recording can be replayed. A drawing that has been
-// saved over since it was opened is kept beside the recording as it was then.
+// saved over since it was opened, and a project that has been written, are kept beside the recording as they were then.
 #pragma once
 
 #include "simhost/ui/session_file.h"

@@ -4,6 +4,7 @@
 #include "simhost/drawing/drawing_file.h"
 #include "simhost/host/files.h"
 #include "simhost/lisp/arguments.h"
+#include "simhost/lisp/printer.h"
 #include "simhost/site/site_database.h"
 #include "simhost/site/sql_function.h"
 #include "text/encoding.h"
@@ -78,9 +79,37 @@ lisp::Interpreter& SiteRun::interpreter() {
 void SiteRun::runSite() {
   if (options_.site.empty()) return;
   defineSiteDatabase(interpreter(), options_);
-  defineSqlExecute(interpreter());
+  defineSqlFunctions(interpreter());
   const std::string file = (std::filesystem::path(options_.site) / "site.lsp").string();
   run(readLisp(file), fromUtf8(file));
+  if (!options_.project.empty()) tellProject();
+}
+
+void SiteRun::setProject(const std::string& database) {
+  if (options_.project == database) return;
+  options_.project = database;
+  tellProject();
+}
+
+void SiteRun::tellProject() {
+  const lisp::Value file =
+      options_.project.empty() ? lisp::Value() : lisp::Value::string(fromUtf8(options_.project));
+  run(L"(setq site-project-database " + lisp::printValue(file, lisp::PrintStyle::readable) + L")",
+      L"project");
+  callSite(L"site-records-saved");
+}
+
+void SiteRun::callSite(std::wstring_view function) {
+  lisp::Symbol& name = interpreter().symbols().intern(function);
+  if (name.function.isNil()) return;
+  try {
+    const UndoGroup group(session_.documents().current()->drawing().undoLog());
+    interpreter().run(L"(" + std::wstring(function) + L")", L"host");
+  } catch (const lisp::LispError& error) {
+    session_.commandLine().printLine(fromUtf8(error.what()));
+  } catch (const lisp::Cancelled&) {
+    // The run that it belongs to has been left: it is asked again after the next one.
+  }
 }
 
 void SiteRun::openDrawing(const std::string& file) {

@@ -21,6 +21,7 @@ struct SiteRunOptions {
   /// Where settings are kept when `settings` names no file.
   enum class UnnamedSettings { user, memory } unnamedSettings = UnnamedSettings::user;
   std::string database{}; ///< engineering tables in place of the site's own
+  std::string project{};  ///< database of the project, empty for none
 };
 
 class SiteRun final {
@@ -36,6 +37,13 @@ public:
   /// name starts an empty drawing. Throws BadInput, and the former document stays then.
   void openDrawing(const std::string& file);
 
+  /// The project whose records the site's LISP keeps, also for drawings that are opened later; empty for none.
+  void setProject(const std::string& database);
+  [[nodiscard]] const std::string& project() const { return options_.project; }
+  /// Calls a function of the site's LISP without arguments, if there is one of this name. What it throws is told on the
+  /// command line: the host itself asks, and goes on.
+  void callSite(std::wstring_view function);
+
   /// Runs a LISP text; a LISP error and a run that was ended throw BadInput.
   lisp::Value run(std::wstring_view text, std::wstring_view fileName);
   /// Calls a LISP function with arguments that are values already; errors as for `run`.
@@ -45,6 +53,7 @@ private:
   template <class Work>
   lisp::Value guarded(Work work);
   void runSite();
+  void tellProject();
   void close(Document& document, Document& next);
 
   SiteRunOptions options_;

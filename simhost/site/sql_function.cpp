@@ -1,11 +1,13 @@
-// The statement function.
+// Statements on databases for a site's LISP.
 #include "simhost/site/sql_function.h"
 
 #include "platform/tables.h"
+#include "simhost/lisp/list.h"
 #include "simhost/site/open_database.h"
 #include "text/encoding.h"
 
 #include <stdexcept>
+#include <string>
 
 namespace simhost {
 
@@ -16,27 +18,71 @@ using brenvolt::toUtf8;
 using lisp::Arguments;
 using lisp::Value;
 
-Value executeStatement(Arguments& arguments) {
+[[noreturn]] void failWith(Arguments& arguments, brenvolt::ZanOleDbErrorInfo& error) {
+  arguments.fail(error.HasErrorInfo() ? error.GetErrorInfo(false) : std::wstring(L"the statement failed"));
+}
+
+void execute(Arguments& arguments, brenvolt::ZanOleDbConnection& connection, const std::wstring& statement) {
+  brenvolt::ZanOleDbCommand command;
+  command.SetConnection(&connection);
+  command.SetCommandText(statement);
+  if (command.Execute() != brenvolt::dbStatus::success) failWith(arguments, command.ErrorInfo());
+}
+
+/// (sql-execute file statements): runs one statement or a list of them, which are then one transaction: all or none.
+Value executeStatements(Arguments& arguments) {
   try {
     brenvolt::ZanOleDbConnection connection;
     openDatabase(connection, toUtf8(arguments.text(0)), DatabaseUse::readAndWrite);
-    brenvolt::ZanOleDbCommand command;
-    command.SetConnection(&connection);
-    command.SetCommandText(arguments.text(1));
-    if (command.Execute() != brenvolt::dbStatus::success)
-      arguments.fail(
-          command.ErrorInfo().HasErrorInfo() ? command.ErrorInfo().GetErrorInfo(false)
-                                             : std::wstring(L"the statement failed"));
+    if (arguments[1].isString()) {
+      execute(arguments, connection, arguments.text(1));
+      return Value::truth(true);
+    }
+    brenvolt::TableTransaction transaction(connection);
+    if (!transaction.isOpen()) failWith(arguments, connection.ErrorInfo());
+    for (const Value& statement : lisp::Elements(arguments.list(1))) {
+      if (!statement.isString()) arguments.expected(1, L"a statement or a list of statements");
+      execute(arguments, connection, statement.asString());
+    }
+    if (!transaction.commit()) failWith(arguments, connection.ErrorInfo());
   } catch (const std::runtime_error& error) {
     arguments.fail(fromUtf8(error.what()));
   }
   return Value::truth(true);
 }
 
+/// (sql-query file statement): the names of the columns, then the rows, each a list of texts and nil for NULL.
+Value queryRows(Arguments& arguments) {
+  lisp::ListBuilder answer;
+  try {
+    brenvolt::ZanOleDbConnection connection;
+    openDatabase(connection, toUtf8(arguments.text(0)), DatabaseUse::read);
+    brenvolt::ZanOleDbCommand command;
+    command.SetConnection(&connection);
+    command.SetCommandText(arguments.text(1));
+    if (command.Execute() != brenvolt::dbStatus::success) failWith(arguments, command.ErrorInfo());
+    lisp::ListBuilder names;
+    const int columns = command.GetColumnCount();
+    for (int column = 1; column <= columns; ++column)
+      names.add(Value::string(command.GetColumnName(column)));
+    answer.add(names.take());
+    while (command.FetchNext() == brenvolt::dbStatus::success) {
+      lisp::ListBuilder row;
+      for (int column = 1; column <= columns; ++column)
+        row.add(command.IsNull(column) ? Value() : Value::string(command.FieldAsString(column)));
+      answer.add(row.take());
+    }
+  } catch (const std::runtime_error& error) {
+    arguments.fail(fromUtf8(error.what()));
+  }
+  return answer.take();
+}
+
 } // namespace
 
-void defineSqlExecute(lisp::Interpreter& interpreter) {
-  interpreter.define(L"sql-execute", 2, 2, executeStatement);
+void defineSqlFunctions(lisp::Interpreter& interpreter) {
+  interpreter.define(L"sql-execute", 2, 2, executeStatements);
+  interpreter.define(L"sql-query", 2, 2, queryRows);
 }
 
 } // namespace simhost

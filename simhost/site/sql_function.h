@@ -6,6 +6,6 @@
 namespace simhost {
 
 /// `(sql-execute FILE STATEMENT)` runs a statement that changes a database and answers T. Failures are LISP errors.
-void defineSqlExecute(lisp::Interpreter& interpreter);
+void defineSqlFunctions(lisp::Interpreter& interpreter);
 
 } // namespace simhost

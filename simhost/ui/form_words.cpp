@@ -64,14 +64,17 @@ bool setWords(Form& form, std::wstring key, const std::wstring& words) {
         form.layout, [&](Json& layout) { return renameSections(layout, title, toUtf8(words)); });
   }
   const bool isTooltip = endsWithPart(key, L".tooltip");
-  const bool isUnit = !isTooltip && endsWithPart(key, L".unit");
+  const char* const member = isTooltip                      ? nullptr
+                             : endsWithPart(key, L".unit")  ? "unit"
+                             : endsWithPart(key, L".empty") ? "empty"
+                                                            : nullptr;
   const auto control = std::find_if(
       form.controls.begin(), form.controls.end(), [&key](const FormControl& row) { return row.role == key; });
   if (control == form.controls.end()) return false;
-  if (isUnit)
-    return changeLayout(control->layout, [&words](Json& layout) {
-      if (!layout.contains("unit")) return false;
-      layout["unit"] = toUtf8(words);
+  if (member != nullptr)
+    return changeLayout(control->layout, [&words, member](Json& layout) {
+      if (!layout.contains(member)) return false;
+      layout[member] = toUtf8(words);
       return true;
     });
   (isTooltip ? control->tooltip : control->label) = words;

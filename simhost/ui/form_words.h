@@ -16,6 +16,7 @@ namespace simhost {
 ///       ROLE = WORDS            the label
 ///       ROLE.tooltip = WORDS
 ///       ROLE.unit = WORDS       what stands behind the control
+///       ROLE.empty = WORDS      what it says while it has no entries
 ///       section TITLE = WORDS   TITLE as English has it
 ///
 /// Words that it lacks stay English. Throws FormError, naming file and line, for a line that is none of these and for a

@@ -69,8 +69,8 @@ SessionCommand readCommand(const Json& value) {
       command.forms = readForms(member);
     } else if ((name == "undo" || name == "redo") && member == true) {
       command.kind = name == "undo" ? Kind::undo : Kind::redo;
-    } else if (name == "open" && (member.is_string() || member.is_null())) {
-      command.kind = Kind::open;
+    } else if ((name == "open" || name == "project") && (member.is_string() || member.is_null())) {
+      command.kind = name == "open" ? Kind::open : Kind::project;
       if (member.is_string()) command.file = member;
     } else if (name == "ends" && member.is_string()) {
       const std::string end = member;
@@ -84,7 +84,7 @@ SessionCommand readCommand(const Json& value) {
       fail("a command cannot have \"" + name + "\": " + jsonText(member));
     }
   }
-  if (kinds != 1) fail("a command has one of \"forms\", \"undo\", \"redo\" and \"open\"");
+  if (kinds != 1) fail("a command has one of \"forms\", \"undo\", \"redo\", \"open\" and \"project\"");
   if (command.kind != Kind::lisp && (command.end != SessionCommand::End::done || !command.fault.empty()))
     fail("only LISP \"ends\" otherwise than done");
   return command;
@@ -98,6 +98,8 @@ Json commandAsJson(const SessionCommand& command) {
     return {{"redo", true}};
   case SessionCommand::Kind::open:
     return {{"open", command.file.empty() ? Json() : Json(command.file)}};
+  case SessionCommand::Kind::project:
+    return {{"project", command.file.empty() ? Json() : Json(command.file)}};
   case SessionCommand::Kind::lisp:
     break;
   }

@@ -13,13 +13,15 @@ namespace simhost {
 
 /// One thing that was done at the host: LISP, or what a person does with the drawing as a whole.
 struct SessionCommand {
-  enum class Kind { lisp, undo, redo, open };
+  enum class Kind { lisp, undo, redo, open, project };
   enum class End { done, cancelled, failed };
   Kind kind = Kind::lisp;
   std::vector<std::string> forms{}; ///< of `lisp`: together they are one step of undo
-  std::string file{};               ///< of `open`: empty for a new drawing; in a file relative to its folder
-  End end = End::done;              ///< how the last form ended
-  std::string fault{};              ///< what was told then; for who reads the file
+  std::string
+      file{}; ///< of `open`: empty for a new drawing; of `project`: empty when it is closed; in a file relative
+              ///< to its folder
+  End end = End::done; ///< how the last form ended
+  std::string fault{}; ///< what was told then; for who reads the file
 };
 
 /// The member "run" of an answer file. It names LISP forms, or commands as a recording tells them, or a circuit of the

@@ -6,9 +6,9 @@
 ; Inserts a template at the point and builds the circuit in it. `args` is the list for zan_bv_build_circuit. A direct
 ; build that answers nil takes the drawing back to where it stood; the value is the build's.
 (defun site-insert-and-build (template args point)
-  (let ((start (undo-count)))
-    (setq site-current nil site-control-entity nil site-control-params nil site-control-wires nil site-placed-components nil
-          site-saved-codes nil)
+  (let ((start (undo-count)) (before (site-last-handle)))
+    (need-project)
+    (setq site-current nil site-saved-codes nil)
     (setq GBL_qn_bv_data (cons (car GBL_qn_bv_data) (cons (site-point point) (cddr GBL_qn_bv_data))))
     (next-circuit)
     (let ((entities (insert-drawing (or (find-file template) (error "the site has no template " template)) point
@@ -18,7 +18,7 @@
         (error "template " template " holds no marker")))
     (let ((built (zan_bv_build_circuit args)))
       (if built
-        (record-circuit template args)
+        (record-circuit template args before)
         (undo (- (undo-count) start)))
       built)))
 
@@ -39,9 +39,12 @@
 ; As the user does it: choose in the dialog, then place at the point. Nil when the user cancels.
 (defun site-circuit (point)
   (let ((answer (zan_bv_select_circuit)))
-    (when answer
-      (let ((site-presets (third answer)) (site-takes-over (nth 3 answer)))
-        (site-insert-and-build (first answer) (append (second answer) (takeover-fields (nth 3 answer))) point)))))
+    (when answer (site-place answer point))))
+
+; Places what zan_bv_select_circuit answered: its presets and the circuit that is taken over count.
+(defun site-place (answer point)
+  (let ((site-presets (third answer)) (site-takes-over (nth 3 answer)))
+    (site-insert-and-build (first answer) (append (second answer) (takeover-fields (nth 3 answer))) point)))
 
 ; The last four arguments of a build that takes over a circuit of the project: (flag drawing handle circuit params
 ; wires codes). Without the flag its parts stay behind, which are found by the drawing.

@@ -1,10 +1,6 @@
 ; What a placed circuit leaves behind: entity data on its motor or load, and rows in the project's database.
 
-(setq site-control-entity nil ; the motor or load of the circuit at work
-      site-control-params nil ; its 31 fields as a text
-      site-control-wires nil  ; its wires as a text
-      site-placed-components nil ; ((component . CODE) ...), the last one first
-      GBL_qn_bv_marker_data nil)
+(setq GBL_qn_bv_marker_data nil)
 
 ; 31 fields between ";". An empty field is written as a blank: a reader that cuts at ";" would lose it. Of a motor or
 ; load that nobody chose, only `control` is told, which says what it is.
@@ -31,23 +27,42 @@
         "")
       ")")))
 
-; Each motor keeps its data. Of several, the first one stands for the circuit: a build that takes the circuit over
-; hands its data to the first motor.
+; Each motor keeps its data.
 (defun record-control-entity (entity data control)
-  (let ((params (params-text data control)) (wires (wires-text data)))
-    (unless site-control-entity
-      (setq site-control-entity entity site-control-params params site-control-wires wires))
-    (entity-data-set! entity "ORL_QN_BV_CIRCPARAMS" params)
-    (entity-data-set! entity "ORL_QN_BV_CIRCPARAMS2" wires)))
+  (entity-data-set! entity "ORL_QN_BV_CIRCPARAMS" (params-text data control))
+  (entity-data-set! entity "ORL_QN_BV_CIRCPARAMS2" (wires-text data)))
 
-; The rows of a finished circuit. A project without a database keeps no records.
-(defun record-circuit (template args)
-  (when (and site-project-database site-control-entity)
-    (insert-row "BRENVOLT" '("DWGIX" "HDL" "CIRCUIT" "PARAMS" "WIRES" "CODES" "CIRCUITKEY")
-      (list "1" (handle-key site-control-entity) (string-join (circuit-fields template args) ";")
-            (quoted-fields site-control-params) site-control-wires (codes-text)
-            (string-append "1-" (entity-handle site-control-entity))))
-    (mapc 'record-component (reverse (mapcar 'car site-placed-components)))))
+; A component of the circuit at work remembers its marker's CODE, and the catalogue table that its part is from ("" for
+; none), until the circuit is finished. In the drawing, so that an undo on the way takes it back with the component.
+(defun note-component (symbol table)
+  (entity-data-set! symbol "SITE_BUILD" (list (or (marker-code) "") table)))
+
+; The end of a circuit, told by what stands in the drawing behind the entities before it. Of several motors, the first
+; one stands for the circuit: a build that takes the circuit over hands its data to the first motor. A circuit without
+; motor or load, and a project without a database, keep no records.
+(defun record-circuit (template args before)
+  (let* ((made (entities-since before))
+         (components (remove-if-not (lambda (entity) (entity-data entity "SITE_BUILD")) made))
+         (control (find-if (lambda (entity) (entity-data entity "ORL_QN_BV_CIRCPARAMS")) made))
+         (codes (codes-text components)))
+    (mapc (lambda (entity) (entity-data-set! entity "SITE_BUILD" nil)) components)
+    (when (and site-project-database control)
+      (remember-row control "BRENVOLT" '("DWGIX" "HDL" "CIRCUIT" "CODES" "CIRCUITKEY")
+        (list (drawing-index) (handle-key control) (string-join (circuit-fields template args) ";") codes
+              (string-append (drawing-index) "-" (entity-handle control))))
+      (mapc 'record-component components)
+      (site-sync-records))))
+
+; The entities behind the one of this handle; all of the space for "" and for one that is gone.
+(defun entities-since (handle)
+  (let ((rest-entities (entities-in-space)) (found nil))
+    (while (and rest-entities (not found))
+      (when (string=? (entity-handle (car rest-entities)) handle) (setq found T))
+      (setq rest-entities (cdr rest-entities)))
+    (if found rest-entities (entities-in-space))))
+
+; The number of the drawing in the project.
+(defun drawing-index () "1")
 
 (defun handle-key (entity) (string-append "h=" (entity-handle entity)))
 
@@ -62,13 +77,20 @@
     (string-join (mapcar (lambda (field) (string-trim " " field)) (string-split text ";")) "\";\"")
     "\""))
 
-; CODE[=HANDLE]=1,2;CODE=3: the presets of a build that takes the circuit over. The handle is that of the first
-; component which a marker of the CODE placed; a CODE without components has none.
-(defun codes-text () (string-join (mapcar 'code-text site-saved-codes) ";"))
-(defun code-text (row)
-  (let ((part (find-if (lambda (placed) (string-ci=? (or (cdr placed) "") (car row))) (reverse site-placed-components))))
-    (string-append (car row) (if part (string-append "[=" (entity-handle (car part)) "]") "")
-                   "=" (site-text (nth 2 row)))))
+; CODE[=HANDLE]=1,2;CODE=3: the presets of a build that takes the circuit over. A CODE stands once for each component
+; that its markers placed with a part of the catalogue, in the order of the worksheet's tables: whoever takes the circuit
+; over finds the parts of all of them. Where none has a part, it stands once, with its first component if there is one.
+(defun codes-text (components)
+  (string-join (apply 'append (mapcar (lambda (row) (code-texts row components)) site-saved-codes)) ";"))
+(defun code-texts (row components)
+  (let* ((own (remove-if-not
+                (lambda (entity) (string-ci=? (car (entity-data entity "SITE_BUILD")) (car row))) components))
+         (with-part (remove-if (lambda (entity) (string=? (cadr (entity-data entity "SITE_BUILD")) "")) own))
+         (told (cond (with-part with-part) (own (list (car own))) (T (list nil)))))
+    (mapcar (lambda (entity)
+              (string-append (car row) (if entity (string-append "[=" (entity-handle entity) "]") "")
+                             "=" (site-text (nth 2 row))))
+            told)))
 
 ; The CODE of the marker whose form is at work; nil outside a build.
 (defun marker-code ()
@@ -77,22 +99,7 @@
     (when (and marker (marker? marker)) (entity-get (entity-attribute marker "CODE") 'text))))
 
 (defun record-component (entity)
-  (let* ((texts (entity-attributes entity))
-         (text-of (lambda (tag) (site-text (cdr (assoc tag texts)))))
-         (family (funcall text-of "FAMILY")))
-    (if (string=? family "TRMS")
-      (insert-row "TERMS" '("DWGIX" "HDL" "TAGSTRIP" "TERM" "PAR1_CHLD2")
-        (list "1" (handle-key entity) (funcall text-of "TAGSTRIP") (funcall text-of "TERM01") "1"))
-      (insert-row "COMP" '("DWGIX" "HDL" "TAGNAME" "FAMILY" "INST" "LOC" "DESC1" "DESC2" "DESC3" "MFG" "CAT"
-                           "ASSYCODE" "RATING1" "CNT" "PAR1_CHLD2")
-        (append (list "1" (handle-key entity))
-                (mapcar text-of '("TAG1" "FAMILY" "INST" "LOC" "DESC1" "DESC2" "DESC3" "MFG" "CAT" "ASSYCODE" "RATING1"))
-                '("1" "1"))))))
-
-(defun insert-row (table columns values)
-  (sql-execute site-project-database
-    (string-append "INSERT INTO [" table "] ([" (string-join columns "],[") "]) VALUES ("
-                   (string-join (mapcar 'sql-text values) ",") ")")))
-(defun sql-text (value)
-  (when (string-search "'" value) (error "a text for the project database must not hold a quote: " value))
-  (string-append "'" value "'"))
+  (let ((head (list (drawing-index) (handle-key entity))))
+    (if (string=? (site-text (cdr (assoc "FAMILY" (entity-attributes entity)))) "TRMS")
+      (remember-row entity "TERMS" '("DWGIX" "HDL" "PAR1_CHLD2") (append head '("1")))
+      (remember-row entity "COMP" '("DWGIX" "HDL" "CNT" "PAR1_CHLD2") (append head '("1" "1"))))))

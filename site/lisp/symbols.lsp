@@ -25,7 +25,7 @@
     (when (entity-attribute symbol "FAMILY")
       (fill-attributes symbol (list-place))
       (apply-presets symbol)
-      (setq site-placed-components (cons (cons symbol (marker-code)) site-placed-components)))
+      (note-component symbol (site-text (cdr (assoc "PART TABLE" texts)))))
     symbol))
 
 ; What the user fixed ahead of the build, as (label attribute value family): for components of that family, or of all.
@@ -85,4 +85,5 @@
     (list (cons "RATING1" (part-rating part (sized-rating data2 code)))
           (cons "MFG" (site-text (nth 1 part)))
           (cons "CAT" (if part (site-text (nth 2 part)) (sized-part data2 code)))
-          (cons "ASSYCODE" (site-text (nth 3 part))))))
+          (cons "ASSYCODE" (site-text (nth 3 part)))
+          (cons "PART TABLE" table)))) ; no attribute: what the circuit's records need

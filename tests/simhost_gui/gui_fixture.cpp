@@ -4,6 +4,7 @@
 #include <QApplication>
 #include <QTest>
 #include <QTimer>
+#include <QWindow>
 
 #include <cstdlib>
 #include <stdexcept>
@@ -44,12 +45,13 @@ GuiFixture::GuiFixture(const std::string& settings, const std::string& language,
 }
 
 void GuiFixture::click(double x, double y) {
-  QTest::mouseMove(&window.view(), pixel(x, y));
-  QTest::mouseClick(&window.view(), Qt::LeftButton, Qt::NoModifier, pixel(x, y));
+  const QPoint place = window.view().mapTo(&window, pixel(x, y));
+  QTest::mouseMove(window.windowHandle(), place);
+  QTest::mouseClick(window.windowHandle(), Qt::LeftButton, Qt::NoModifier, place);
 }
 
 void GuiFixture::key(Qt::Key key) {
-  QTest::keyClick(&window.view(), key);
+  QTest::keyClick(window.windowHandle(), key);
 }
 
 void later(const std::function<void()>& action) {

@@ -40,6 +40,7 @@ public:
   [[nodiscard]] QPoint pixel(double x, double y) {
     return window.view().view().toScreen({x, y, 0.0}).toPoint();
   }
+  /// What a person does at the window with mouse and keys: a window that a dialog blocks gets neither.
   void click(double x, double y);
   void key(Qt::Key key);
 

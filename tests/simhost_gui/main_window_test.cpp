@@ -2,11 +2,17 @@
 #include "gui_fixture.h"
 #include "simhost/drawing/svg.h"
 #include "simhost/gui/layer_panel.h"
+#include "simhost/gui/open_file.h"
 #include "simhost/gui/prompt_pane.h"
+#include "simhost/gui/start_window.h"
 #include "simhost/host/files.h"
 #include "simhost/lisp/printer.h"
 
+#include <QAbstractButton>
 #include <QApplication>
+#include <QFile>
+#include <QListWidget>
+#include <QMessageBox>
 #include <QTest>
 
 #include <doctest/doctest.h>
@@ -55,6 +61,12 @@ TEST_CASE("a command is one step of undo, however many records it made") {
   CHECK_FALSE(window.action(HostText::undo).isEnabled());
   window.action(HostText::redo).trigger();
   CHECK(count() == 2);
+  // A command that takes itself back, as a cancelled circuit does: what it drew does not come back by redo.
+  window.action(HostText::undo).trigger();
+  gui.run(L"(let ((start (undo-count))) (draw-circle '(50 25) 10) (undo (- (undo-count) start)))");
+  CHECK(gui.drawing().undoLog().redoCount() == 0);
+  CHECK_FALSE(window.action(HostText::redo).isEnabled());
+  gui.run(twoLines);
   gui.run(L"(draw-line '(0 1) '(1 1))");
   CHECK_FALSE(window.action(HostText::redo).isEnabled());
 }
@@ -162,6 +174,16 @@ TEST_CASE("a drawing that cannot be read leaves the open one as it is") {
   CHECK(gui.window.isChanged());
   REQUIRE(gui.window.saveFile(file));
   CHECK_FALSE(gui.window.isChanged());
+  // Undo comes back to what was saved, another change that follows does not.
+  gui.run(L"(draw-line '(0 5) '(9 5))");
+  CHECK(gui.window.isChanged());
+  gui.window.action(HostText::undo).trigger();
+  CHECK_FALSE(gui.window.isWindowModified());
+  gui.window.action(HostText::undo).trigger();
+  CHECK(gui.window.isWindowModified());
+  gui.run(twoLines);
+  CHECK(gui.window.isChanged());
+  REQUIRE(gui.window.saveFile(file));
   CHECK(replaceFile(folder.path("bad.json"), "{\"format\": 1}").empty());
   CHECK_FALSE(gui.window.openFile(QString::fromStdString(folder.path("bad.json"))));
   CHECK(gui.window.status().contains(QStringLiteral("bad.json")));
@@ -222,4 +244,136 @@ TEST_CASE("no two commands share a key, and every text of the window has its wor
     }
     CHECK(keys.size() > 15);
   }
+}
+
+namespace {
+
+/// Answers a question of the main window by the words of a button, as soon as it is asked.
+class Answer final {
+public:
+  Answer(GuiFixture& gui, HostText button)
+      : watch_([&gui, button] {
+          auto* box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
+          if (box == nullptr) return false;
+          for (QAbstractButton* shown : box->buttons())
+            if (shown->text() == gui.texts(button)) shown->click();
+          return true;
+        }) {}
+
+private:
+  Watch watch_;
+};
+
+} // namespace
+
+TEST_CASE("a file that somebody else has open, or has written, is not replaced without a question") {
+  const GuiFolder folder;
+  const QString file = QString::fromStdString(folder.path("plan.json"));
+  GuiFixture gui;
+  gui.run(twoLines);
+  REQUIRE(gui.window.saveFile(file));
+  CHECK(OpenFile::userElsewhere(file) != QString()); // its own window has it
+  const std::string saved = readFile(file.toStdString()).value();
+
+  // Written by somebody else meanwhile: another time, another size.
+  CHECK(replaceFile(file.toStdString(), saved + " ").empty());
+  gui.run(L"(draw-line '(0 9) '(9 9))");
+  {
+    const Answer keep(gui, HostText::keepEditing);
+    gui.window.action(HostText::save).trigger();
+    CHECK(readFile(file.toStdString()) == saved + " ");
+    CHECK(gui.window.isChanged());
+  }
+  {
+    const Answer overwrite(gui, HostText::overwrite);
+    gui.window.action(HostText::save).trigger();
+    CHECK_FALSE(gui.window.isChanged());
+    CHECK(readFile(file.toStdString()) != saved + " ");
+  }
+  gui.window.action(HostText::save).trigger(); // no further question
+  CHECK(replaceFile(file.toStdString(), saved).empty());
+  gui.run(L"(draw-line '(0 11) '(9 11))");
+  {
+    const Answer reload(gui, HostText::reload);
+    gui.window.action(HostText::save).trigger();
+    CHECK(gui.window.view().scene().items().size() == 2);
+    CHECK_FALSE(gui.window.isChanged());
+  }
+
+  // Another window, here that of another owner of the lock.
+  const QString other = QString::fromStdString(folder.path("other.json"));
+  CHECK(replaceFile(other.toStdString(), saved).empty());
+  OpenFile elsewhere{{}};
+  elsewhere.take(other);
+  {
+    const Answer leave(gui, HostText::keepEditing);
+    CHECK_FALSE(gui.window.openFile(other));
+  }
+  const Answer readOnly(gui, HostText::openReadOnly);
+  REQUIRE(gui.window.openFile(other));
+  CHECK(gui.window.windowTitle().contains(gui.texts(HostText::readOnly)));
+}
+
+TEST_CASE("what was not saved is there again after a crash, until the user drops it") {
+  const GuiFolder folder;
+  const QString file = QString::fromStdString(folder.path("plan.json"));
+  const QString copy = OpenFile::copyOf(file);
+  {
+    GuiFixture gui;
+    gui.run(twoLines);
+    REQUIRE(gui.window.saveFile(file));
+    gui.run(L"(draw-line '(0 9) '(9 9))");
+    gui.window.keepCopy();
+    CHECK(QFile::exists(copy));
+    gui.window.action(HostText::undo).trigger();
+    gui.window.keepCopy();
+    CHECK_FALSE(QFile::exists(copy)); // as it was saved: nothing to recover
+    gui.window.action(HostText::redo).trigger();
+    gui.window.keepCopy();
+    // The window goes without being closed.
+  }
+  GuiFixture gui;
+  {
+    const Answer recover(gui, HostText::recover);
+    REQUIRE(gui.window.openFile(file));
+  }
+  CHECK(gui.window.view().scene().items().size() == 3);
+  CHECK(gui.window.isChanged());
+  CHECK(QFile::exists(copy));
+  REQUIRE(gui.window.saveFile(file));
+  CHECK_FALSE(QFile::exists(copy));
+  gui.run(L"(draw-line '(0 11) '(9 11))");
+  gui.window.keepCopy();
+  const Answer discard(gui, HostText::discard);
+  gui.window.close();
+  CHECK_FALSE(gui.window.isVisible());
+  CHECK_FALSE(QFile::exists(copy));
+}
+
+TEST_CASE("the start page begins with a recent drawing, its site and project, by keys") {
+  needApplication();
+  const GuiFolder folder;
+  const QString drawing = QString::fromStdString(folder.path("plan.json"));
+  {
+    GuiFixture gui;
+    gui.run(twoLines);
+    REQUIRE(gui.window.saveFile(drawing));
+  }
+  const HostTexts texts("resources", "en");
+  StartWindow start(
+      texts,
+      {{QStringLiteral("site")}, {QStringLiteral("plant.db")}, {QStringLiteral("gone.json"), drawing}});
+  start.show();
+  auto* list = start.findChild<QListWidget*>(QStringLiteral("recentDrawings"));
+  REQUIRE(list->count() == 1); // a file that is gone is not offered
+  CHECK_FALSE(list->item(0)->icon().isNull());
+  for (int tab = 0; tab < 10 && !list->hasFocus(); ++tab)
+    QTest::keyClick(start.windowHandle(), Qt::Key_Tab);
+  REQUIRE(list->hasFocus());
+  QTest::keyClick(start.windowHandle(), Qt::Key_Space);
+  QTest::keyClick(start.windowHandle(), Qt::Key_Return);
+  CHECK(start.result() == QDialog::Accepted);
+  CHECK(start.choice().drawing == drawing);
+  CHECK(start.choice().site == QStringLiteral("site"));
+  CHECK(start.choice().project.isEmpty());
 }

@@ -127,6 +127,47 @@ TEST_CASE("what was recorded in the windows is replayed without them to the same
                  "brenvolt: as recorded: the run was cancelled\n");
 }
 
+TEST_CASE("a circuit of the project is taken over, and its records come and go with it") {
+  RecordedWindow session(R"(
+    {"dialog": "ZanDlgCircuit", "do": [
+      {"select": "circuits", "path": ["Power feeds", "Single-phase"]},
+      {"tick": "useExisting", "to": true}, {"press": "chooseExisting"} ]},
+    {"dialog": "ZanDlgExistCircuits", "do": [ {"select": "existing", "row": 1}, {"press": "ok"} ]},
+    {"dialog": "ZanDlgCircuit", "do": [ {"tick": "takeComponents", "to": true}, {"press": "configure"} ]},
+    {"dialog": "ZanDlgConfig", "do": [ {"press": "insertAll"}, {"press": "undo"}, {"press": "insertAll"},
+      {"press": "ok"} ]})");
+  GuiFixture& gui = session.gui;
+  const std::string project = session.path("project.db");
+  REQUIRE(session.site.run({"import", project, "tests/site/sessions/takeover/project"}).exitCode == 0);
+  CHECK_FALSE(gui.window.openProject(QStringLiteral("README.md")));
+  REQUIRE(gui.window.openFile(QStringLiteral("tests/site/golden/feed2.json")));
+  REQUIRE(gui.window.openProject(QString::fromStdString(project)));
+  CHECK(gui.window.windowTitle().contains(QStringLiteral("project")));
+  const auto records = [&](const char* table) {
+    return session.site
+        .run({"sql", project, "SELECT * FROM [" + std::string(table) + "] ORDER BY HDL", "--csv"})
+        .output;
+  };
+  const auto all = [&] { return records("BRENVOLT") + records("COMP") + records("TERMS"); };
+  const std::string before = all();
+  const std::uint64_t saved = gui.drawing().undoLog().changeCount();
+  const Watch place([&] {
+    if (gui.window.pickPrompt().isEmpty()) return false;
+    gui.click(100, 10);
+    return true;
+  });
+  session.trigger(HostText::newCircuit);
+  CHECK(gui.drawing().undoLog().changeCount() != saved);
+  const std::string placed = all();
+  CHECK(placed != before);
+  CHECK(placed.find("CB3-040") != std::string::npos);
+  session.trigger(HostText::undo);
+  CHECK(all() == before);
+  session.trigger(HostText::redo);
+  CHECK(all() == placed);
+  session.replay("");
+}
+
 TEST_CASE(
     "a window that is closed in the middle of an insertion run takes the circuit back, also in a replay") {
   RecordedWindow session(R"(
@@ -137,7 +178,7 @@ TEST_CASE(
   session.type("(draw-circle '(50 25) 10)");
   const Watch place([&] {
     if (gui.window.pickPrompt().isEmpty()) return false;
-    gui.click(100, 50);
+    gui.click(50, 17);
     return true;
   });
   std::uint64_t before = 0; // changes of the drawing ahead of the run

@@ -1,10 +1,15 @@
 // The main window over the sample site: commands that place circuits, and those that open dialogs of the plug-in.
 #include "gui_fixture.h"
 #include "simhost/site/saved_configurations.h"
+#include "simhost/ui/answers.h"
+#include "tests/simhost_qt/piloted_windows.h"
+#include "tests/site/site_tool.h"
 
 #include <QApplication>
 #include <QInputDialog>
 #include <QTest>
+#include <QTreeWidget>
+#include <QWindow>
 
 #include <doctest/doctest.h>
 
@@ -46,6 +51,153 @@ TEST_CASE("a saved configuration is placed where the user clicks, and undone as 
   CHECK(gui.window.view().scene().items().empty());
   gui.window.action(HostText::redo).trigger();
   CHECK(gui.window.view().scene().items().size() > 50);
+}
+
+TEST_CASE("a motor is picked from the drawing while the dialog that asks lies above another one") {
+  const brenvolt::SiteCopy site;
+  GuiFixture gui({}, "en", site.site());
+  test::StepPilot pilot(
+      gui.windows,
+      parseAnswers(
+          R"({"format": "brenvolt-answers", "version": 1, "steps": [
+        {"dialog": "ZanDlgCircuit", "do": [
+          {"select": "circuits", "path": ["Three-phase motors", "Direct on line"]}, {"press": "configure"} ]},
+        {"dialog": "ZanDlgConfig", "do": [
+          {"select": "units", "path": ["Motor and wires"]}, {"press": "settings/Motor", "button": 0} ]},
+        {"dialog": "ZanDlgMotorSelect", "do": [
+          {"press": "pick"}, {"expect": "total", "text": "17.5"}, {"press": "ok"} ]},
+        {"dialog": "ZanDlgConfig", "do": [
+          {"expect": "settings/Motor", "row": "Load", "texts": ["Load", "10"]}, {"press": "cancel"} ]},
+        {"dialog": "ZanBrenvolt.CircuitConfigurationCancel", "do": [ {"press": 6} ]} ]})",
+          "the test"),
+      "the test", test::RecordOf::person);
+  gui.run(L"(draw-line '(0 0) '(0 100))"); // something to fit the view to
+  const std::wstring pump =
+      L"(site-build \"templates/motor3_dol.json\" (find-file \"zan_brenvolt.xls\") \"M3_DOL\""
+      L" \"Three-phase motors\" \"Direct on line\" \"Pump 10 HP\" '(0 0 0) \"\" \"\" \"\")";
+  REQUIRE_MESSAGE(gui.run(pump).kind == CommandOutcome::Kind::done, "the pump");
+  const std::size_t before = gui.window.view().scene().items().size();
+  int picks = 0;
+  int looks = 0;
+  const Watch hands([&] {
+    if (gui.window.pickPrompt().isEmpty()) return false;
+    constexpr int patience = 200;
+    if (++looks > patience) { // blocked by a dialog: nothing that a person does would end it
+      gui.window.close();
+      return true;
+    }
+    const bool isPlace = picks == 0;
+    const QString prompt = gui.window.pickPrompt();
+    if (isPlace)
+      gui.click(50, 50);
+    else
+      gui.click(160, -10); // the rim of the motor
+    if (gui.window.pickPrompt() == prompt) return false;
+    return ++picks == 2;
+  });
+  gui.window.action(HostText::newCircuit).trigger();
+  INFO(gui.window.status().toStdString());
+  CHECK(picks == 2);
+  CHECK_FALSE(pilot.steps().hasFailed());
+  CHECK(pilot.steps().unused() == 0);
+  CHECK(gui.window.view().scene().items().size() == before);
+}
+
+TEST_CASE("a circuit is chosen, placed and built by keys alone, beside the one before it") {
+  const brenvolt::SiteCopy site;
+  GuiFixture gui({}, "en", site.site());
+  // What a person does at the window on top: the keys go to that window, not to a control.
+  const auto keys = [](QWidget* window, std::initializer_list<Qt::Key> pressed) {
+    for (const Qt::Key key : pressed)
+      QTest::keyClick(window->windowHandle(), key);
+  };
+  std::vector<KvPoint3d> places;
+  for (const bool typesPlace : {true, false, false}) {
+    const Watch choose([&] {
+      QWidget* open = QApplication::activeModalWidget();
+      const bool isThere = open != nullptr && open->objectName() == QStringLiteral("ZanDlgCircuit");
+      if (!isThere || !open->isActiveWindow()) return false;
+      auto* tree = open->findChild<QTreeWidget*>();
+      for (int tab = 0; tab < 30 && !tree->hasFocus(); ++tab)
+        keys(open, {Qt::Key_Tab});
+      CHECK(tree->hasFocus());
+      keys(open, {Qt::Key_Home, Qt::Key_Right, Qt::Key_Down});
+      keys(open, {Qt::Key_Return});
+      const bool isAnswered = !open->isVisible();
+      CHECK(isAnswered);
+      if (!isAnswered) open->close();
+      return true;
+    });
+    const Watch place([&] {
+      if (gui.window.pickPrompt().isEmpty()) return false;
+      if (typesPlace) {
+        for (const char letter : std::string("20,-5.5"))
+          QTest::keyClick(gui.window.windowHandle(), letter);
+      } else if (places.size() == 2) {
+        keys(&gui.window, {Qt::Key_Down, Qt::Key_Right});
+      }
+      if (!typesPlace) places.push_back(gui.window.view().pointed());
+      CHECK_FALSE(gui.window.view().overlaps(gui.window.view().pointed()));
+      gui.key(Qt::Key_Return);
+      if (typesPlace) places.push_back({20.0, -5.5, 0.0});
+      return true;
+    });
+    const std::size_t before = gui.window.view().scene().items().size();
+    QTest::keyClick(gui.window.windowHandle(), Qt::Key_T, Qt::ControlModifier);
+    INFO(gui.window.status().toStdString());
+    REQUIRE(gui.window.view().scene().items().size() > before + 50);
+  }
+  REQUIRE(places.size() == 3);
+  CHECK(places[1].y == -5.5); // in a row with the first one
+  CHECK(places[1].x > 150);
+  CHECK(places[2].y == -10.5);
+  // The view shows the new circuit, whole.
+  const QPoint corner = gui.pixel(places[2].x + 100.0, places[2].y);
+  CHECK(gui.window.view().rect().contains(corner));
+  // And a component is picked by keys.
+  const Watch pick([&] {
+    if (gui.window.pickPrompt().isEmpty()) return false;
+    keys(&gui.window, {Qt::Key_Right, Qt::Key_Right, Qt::Key_Return});
+    return true;
+  });
+  const CommandOutcome outcome = gui.run(L"(pick-entity \"Which?\")");
+  CHECK(outcome.kind == CommandOutcome::Kind::done);
+  CHECK_FALSE(outcome.value.isNil());
+}
+
+TEST_CASE("another wire size is applied to the selected motor's circuit, and taken back as one step") {
+  const brenvolt::SiteCopy site;
+  GuiFixture gui({}, "en", site.site());
+  REQUIRE(gui.window.openFile(QStringLiteral("tests/site/golden/motor3_two.json")));
+  test::StepPilot pilot(
+      gui.windows,
+      parseAnswers(
+          R"({"format": "brenvolt-answers", "version": 1, "steps": [
+        {"dialog": "ZanDlgWireSelect", "do": [ {"select": "grid", "row": 2}, {"press": "ok"} ]} ]})",
+          "the test"),
+      "the test", test::RecordOf::person);
+  const auto wires = [&] {
+    std::map<std::wstring, int> count;
+    const Scene& scene = gui.window.view().scene();
+    for (const DisplayItem& item : scene.items())
+      ++count[scene.layerNames()[item.layer]];
+    return count;
+  };
+  const std::map<std::wstring, int> before = wires();
+  REQUIRE(before.at(L"BLK_10AWG") == 15);
+  gui.run(L"(setq m (find-if (lambda (e) (entity-data e \"ORL_QN_BV_CIRCPARAMS\")) (entities-in-space)))");
+  const CommandOutcome handle = gui.run(L"(entity-handle m)");
+  gui.window.view().select(parseHandle(handle.value.asString()));
+  gui.window.action(HostText::editWireSize).trigger();
+  const std::string told = gui.window.status().toStdString();
+  CHECK_MESSAGE(told.starts_with("MTR1A: 10AWG -> "), told);
+  CHECK(pilot.steps().unused() == 0);
+  std::map<std::wstring, int> after = wires();
+  CHECK(after[L"BLK_10AWG"] == 0);
+  CHECK(after[L"BLK_14AWG"] == before.at(L"BLK_14AWG")); // the other motor
+  CHECK(after[L"BLK_8AWG"] == before.at(L"BLK_8AWG"));   // the feeder
+  gui.window.action(HostText::undo).trigger();
+  CHECK(wires() == before);
 }
 
 TEST_CASE("while a dialog of the plug-in is open no second command begins") {

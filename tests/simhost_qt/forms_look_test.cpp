@@ -15,6 +15,8 @@
 #include <QSet>
 #include <QTableView>
 #include <QTest>
+#include <QTimer>
+#include <QWindow>
 
 #include <filesystem>
 #include <map>
@@ -49,6 +51,8 @@ public:
 private:
   void dialogOpens(QtDialog&) override {}
   void dialogCloses(QtDialog&) override {}
+  void dialogLends(QtDialog&) override {}
+  void dialogTakesBack(QtDialog&) override {}
   bool isOnTop(const QtDialog&) const override { return true; }
   bool isPiloted() const override { return false; }
   bool keepsRecord() const override { return false; }
@@ -234,6 +238,81 @@ TEST_CASE("a cell with a list has an arrow before it is opened, and the icon of 
         ink += icon.pixelColor(x, y) == QColor(Qt::magenta) ? 1 : 0;
     CHECK_GT(ink, 5);
   }
+}
+
+TEST_CASE("Tab leaves a grid from a cell's editor too, and the row stays the one in hand") {
+  simhost::test::startApplication();
+  OpenForm open(simhost::loadForm("resources/forms", L"ZanDlgAnnotation"));
+  auto& control = *open.dialog.find(L"presets");
+  auto& grid = dynamic_cast<KvUiGrid&>(control.face());
+  grid.SetSize(3, 2);
+  grid.SetEditable(true, false);
+  for (int row = 1; row <= 3; ++row)
+    grid.SetCellKind(row, 1, KvUiCellKind::text);
+  open.dialog.refresh();
+  auto& table = dynamic_cast<QTableView&>(open.dialog.viewOf(control)->widget());
+  QWindow* const window = open.dialog.frame().windowHandle();
+  int text = 0;
+  for (const Qt::KeyboardModifiers back : {Qt::NoModifier, Qt::ShiftModifier}) {
+    table.setFocus(Qt::TabFocusReason);
+    table.setCurrentIndex(table.model()->index(1, 1));
+    QTest::keyClick(window, Qt::Key_F2);
+    QTest::keyClick(window, Qt::Key_A, Qt::ControlModifier);
+    const QString typed = QString::number(++text);
+    QTest::keyClick(window, typed[0].toLatin1());
+    QTest::keyClick(window, back ? Qt::Key_Backtab : Qt::Key_Tab, back);
+    QCoreApplication::processEvents();
+    CHECK_EQ(toUtf8(grid.Cell(2, 1)), typed.toStdString());
+    CHECK_EQ(grid.SelectedRow(), 2);
+    const QWidget* const now = QApplication::focusWidget();
+    REQUIRE(now != nullptr);
+    CHECK_FALSE((now == &table || table.isAncestorOf(now)));
+  }
+}
+
+TEST_CASE("a window opens with the bar where it was left, and with an arrow though its owner waits") {
+  simhost::test::startApplication();
+  struct Flow final : CKvUiDialog {
+    using CKvUiDialog::CKvUiDialog;
+    using CKvUiDialog::Split;
+    bool OnInitDialog() override {
+      SetSplit({240, 900, 640});
+      return true;
+    }
+  } flow(L"ZanDlgCircuit", nullptr);
+  simhost::QtWindows windows;
+  windows.setFormFolder("resources/forms");
+  simhost::setWindowSystem(&windows);
+  windows.showWaitCursor(true);
+  bool isBusyInside = true;
+  QTimer::singleShot(50, [&] {
+    isBusyInside = QGuiApplication::overrideCursor() != nullptr;
+    CHECK(flow.Split().bar == doctest::Approx(240).epsilon(0.02));
+    QApplication::activeModalWidget()->close();
+  });
+  CHECK_EQ(flow.DoModal(), kvui::cancel);
+  CHECK_FALSE(isBusyInside);
+  REQUIRE(QGuiApplication::overrideCursor() != nullptr);
+  CHECK_EQ(QGuiApplication::overrideCursor()->shape(), Qt::WaitCursor);
+  windows.showWaitCursor(false);
+  CHECK(QGuiApplication::overrideCursor() == nullptr);
+  simhost::setWindowSystem(nullptr);
+}
+
+TEST_CASE("an empty grid says why as long as it is empty") {
+  simhost::test::startApplication();
+  OpenForm open(simhost::loadForm("resources/forms", L"ZanDlgExistCircuits", "de"));
+  auto& control = *open.dialog.find(L"existing");
+  auto& grid = dynamic_cast<KvUiGrid&>(control.face());
+  const auto* note = open.dialog.frame().findChild<QLabel*>(QStringLiteral("emptyNote"));
+  REQUIRE(note != nullptr);
+  for (const int rows : {0, 2, 0}) {
+    grid.SetSize(rows, 3);
+    open.dialog.refresh();
+    CHECK_EQ(note->isVisible(), rows == 0);
+  }
+  CHECK(note->text().contains(QStringLiteral("Projekt")));
+  CHECK(QRect(note->parentWidget()->rect()).contains(note->geometry()));
 }
 
 TEST_CASE("a slip in a layout is told with form and reason") {

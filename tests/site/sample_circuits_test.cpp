@@ -200,7 +200,7 @@ TEST_CASE("a circuit leaves its row, its components and its terminals in the pro
            Query{
                "SELECT CODES FROM [BRENVOLT]",
                "CODES\n\"COIL[=32B]=;CTRL=1;DISC[=9F]=10,1;LITE=2;MCTL=0;MOTOR[=18F]=;MS[=E4]=1;OL[=129]=1;"
-               "OLC[=35B]=;OPER[=297]=1;RUNC[=38C]=;RUNL[=3C0]=1;SOURCE[=1F1]=1;STPC[=3F1]=;STPL[=400]=;"
+               "OLC[=35B]=;OPER[=297]=1;RUNC[=38C]=;RUNL[=3C0]=1;SOURCE[=246]=1;STPC[=3F1]=;STPL[=400]=;"
                "TERM[=14D]=1;TITLE=;WNUM=;WT01=;WT01E=;WT02=;WT03=\"\n"},
            Query{"SELECT HDL FROM [COMP] WHERE FAMILY='CB'", "HDL\nh=9F\n"},
            Query{"SELECT TAGNAME,RATING1 FROM [COMP] WHERE FAMILY='CB'", "TAGNAME,RATING1\nCB1,35A\n"},
@@ -210,4 +210,69 @@ TEST_CASE("a circuit leaves its row, its components and its terminals in the pro
     CHECK(run.exitCode == 0);
     CHECK(run.output == query.rows);
   }
+}
+
+TEST_CASE(
+    "the project's rows say what the drawing says, and a circuit that is taken over keeps all its parts") {
+  const SiteCopy site;
+  const std::string project = site.folder().path("project.db");
+  REQUIRE(site.run({"import", project, site.site() + "/project"}).exitCode == 0);
+  const std::string drawing = site.folder().path("a.json");
+  REQUIRE(site.draw(motorDirect, "a.json", {"--preset", "DISC=20,1", "--project", project}).exitCode == 0);
+  const auto query = [&](const std::string& statement) {
+    const std::string output = site.run({"sql", project, statement, "--csv"}).output;
+    return output.substr(output.find('\n') + 1);
+  };
+  const auto lisp = [&](const std::string& form) {
+    return site.run(
+        {"lisp", "--site", site.site(), "--drawing", drawing, "-e",
+         "(setq site-project-database \"" + project + "\")", "-e", "(read-project-rows)", "-e", form});
+  };
+  const std::string family =
+      "(defun of (f) (find-if (lambda (e) (equal (cdr (assoc \"FAMILY\" (entity-attributes e))) f))"
+      " (remove-if-not (lambda (e) (equal (entity-get e 'kind) \"block-reference\"))"
+      " (entities-in-space))))";
+  // Parts that a user gives the switch and its fuses later, one with a quote in its text.
+  const ToolRun parts = lisp(
+      "(progn " + family +
+      " (fill-attributes (of \"DS\") '((\"MFG\" . \"Nordhaven\") (\"CAT\" . \"DS-3060\") (\"RATING1\" . "
+      "\"60A\")))"
+      " (fill-attributes (of \"FU\") '((\"MFG\" . \"Fusewell\") (\"CAT\" . \"FT-030\") (\"DESC1\" . "
+      "\"pump's\")))"
+      " (site-sync-records))");
+  REQUIRE_MESSAGE(parts.exitCode == 0, parts.errors);
+  CHECK(
+      query("SELECT CAT,DESC1 FROM [COMP] WHERE FAMILY IN ('DS','FU') AND MFG<>'' ORDER BY FAMILY") ==
+      "DS-3060,\nFT-030,pump's\n");
+
+  const std::string record = query("SELECT CODES FROM [BRENVOLT]");
+  CHECK(record.find("DISC[=") != record.rfind("DISC[="));
+  const auto unquoted = [](std::string text) {
+    // As CSV has it: one field, its quotes doubled.
+    if (!text.empty() && text.back() == '\n') text.pop_back();
+    if (text.size() < 2 || text.front() != '"') return text;
+    text = text.substr(1, text.size() - 2);
+    for (std::size_t at = 0; (at = text.find("\"\"", at)) != std::string::npos; ++at)
+      text.erase(at, 1);
+    return text;
+  };
+  REQUIRE(
+      site.draw(
+              motorDirect, "b.json",
+              {"--preset", unquoted(record), "--params", unquoted(query("SELECT PARAMS FROM [BRENVOLT]")),
+               "--wires", unquoted(query("SELECT WIRES FROM [BRENVOLT]")), "--project", project})
+          .exitCode == 0);
+  const std::string again = site.folder().read("b.json");
+  for (const char* text : {"\"DS-3060\"", "\"FT-030\"", "\"60A\""})
+    CHECK_MESSAGE(again.find(text) != std::string::npos, std::string(text));
+
+  // An erased circuit takes its rows with it; what is not in the drawing is somebody else's.
+  REQUIRE(
+      site.run({"sql", project, "INSERT INTO [COMP] (DWGIX,HDL) VALUES ('1','h=FFFF')", "--write"})
+          .exitCode == 0);
+  const ToolRun erased = lisp("(progn (mapc 'entity-erase (entities-in-space)) (site-sync-records))");
+  REQUIRE_MESSAGE(erased.exitCode == 0, erased.errors);
+  CHECK(query("SELECT HDL FROM [BRENVOLT]").empty());
+  CHECK(query("SELECT HDL FROM [TERMS]").empty());
+  CHECK(query("SELECT HDL FROM [COMP]") == "h=FFFF\n");
 }

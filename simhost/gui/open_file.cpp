@@ -1,0 +1,90 @@
+// Locks and copies lie beside the file, hidden, under its name.
+#include "simhost/gui/open_file.h"
+
+#include "simhost/qt/qt_text.h"
+
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+
+namespace simhost {
+
+namespace {
+
+/// Of drawings without a file so many are kept apart, each of its own window.
+constexpr int mostUntitled = 9;
+
+QString beside(const QString& file, const char* ending) {
+  const QFileInfo info(file);
+  return info.absoluteDir().filePath(QLatin1Char('.') + info.fileName() + QLatin1String(ending));
+}
+
+std::unique_ptr<QLockFile> lockOf(const QString& file) {
+  auto lock = std::make_unique<QLockFile>(beside(file, ".lock"));
+  // Somebody may work in a window for days: only the end of its process frees the file.
+  lock->setStaleLockTime(0);
+  return lock;
+}
+
+} // namespace
+
+OpenFile::~OpenFile() = default;
+
+QString OpenFile::userElsewhere(const QString& file) {
+  const std::unique_ptr<QLockFile> lock = lockOf(file);
+  if (lock->tryLock(0) || lock->error() != QLockFile::LockFailedError) return {};
+  qint64 process = 0;
+  QString host;
+  QString program;
+  static_cast<void>(lock->getLockInfo(&process, &host, &program));
+  return QStringLiteral("%1, %2, %3").arg(program, host, QString::number(process));
+}
+
+QString OpenFile::copyOf(const QString& file) {
+  return beside(file, ".autosave");
+}
+
+void OpenFile::take(const QString& file) {
+  const bool isSame = lock_ != nullptr && !file.isEmpty() && file == file_;
+  if (!isSame) lock_.reset();
+  file_ = file;
+  if (!isSame) lock();
+  noteSaved();
+}
+
+void OpenFile::lock() {
+  copy_.clear();
+  ownsCopy_ = false;
+  if (!file_.isEmpty()) {
+    lock_ = lockOf(file_);
+    if (!lock_->tryLock(0)) lock_.reset();
+    // The copy belongs to whoever has the lock: two windows must not write one.
+    if (lock_ != nullptr) copy_ = copyOf(file_);
+    return;
+  }
+  if (folder_.isEmpty()) return;
+  for (int number = 1; number <= mostUntitled; ++number) {
+    const QString name = QDir(folder_).filePath(QStringLiteral("untitled-%1.json").arg(number));
+    lock_ = lockOf(name);
+    if (lock_->tryLock(0)) {
+      copy_ = copyOf(name);
+      return;
+    }
+  }
+  lock_.reset();
+}
+
+void OpenFile::noteSaved() {
+  stamp_ = file_.isEmpty() ? std::nullopt : brenvolt::fileStamp(fromQt(file_));
+}
+
+bool OpenFile::isChangedElsewhere() const {
+  return !file_.isEmpty() && brenvolt::fileStamp(fromQt(file_)) != stamp_;
+}
+
+void OpenFile::removeCopy() {
+  if (ownsCopy_ && !copy_.isEmpty()) QFile::remove(copy_);
+  ownsCopy_ = false;
+}
+
+} // namespace simhost

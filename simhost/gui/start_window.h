@@ -1,0 +1,50 @@
+// What the program asks when it is started with nothing: which site, which project, which drawing.
+#pragma once
+
+#include "simhost/gui/host_texts.h"
+
+#include <QDialog>
+#include <QStringList>
+
+#include <optional>
+
+class QComboBox;
+class QListWidget;
+
+namespace simhost {
+
+/// What can be chosen without looking for it, the last one used first.
+struct StartOffers {
+  QStringList sites;
+  QStringList projects;
+  QStringList drawings;
+};
+
+/// Empty texts stand for nothing: no site, no project, a new drawing.
+struct StartChoice {
+  QString site;
+  QString project;
+  QString drawing;
+};
+
+class StartWindow final : public QDialog {
+public:
+  StartWindow(const HostTexts& texts, const StartOffers& offers, QWidget* parent = nullptr);
+
+  /// Valid when the dialog has been accepted.
+  [[nodiscard]] const StartChoice& choice() const { return choice_; }
+
+private:
+  void begin(const QString& drawing);
+  void addDrawing(const QString& file);
+  void browseSite();
+  void browse(QComboBox& list, HostText title, HostText type);
+
+  const HostTexts& texts_;
+  StartChoice choice_;
+  QComboBox* sites_;
+  QComboBox* projects_;
+  QListWidget* drawings_;
+};
+
+} // namespace simhost

@@ -1,0 +1,156 @@
+; Edit wire size: the plug-in answers a size, and here it is applied to the circuit in the drawing.
+
+; Asks for a placed motor, load or device, or takes the one that is given, and for its wire size. The wires, the record
+; of the circuit and the proposed ratings on its line follow, as one step. The answer is a line that says what has
+; changed, nil when the user leaves.
+(defun site-edit-wire-size (&optional entity)
+  (let ((answer (if (and entity (entity-data entity "ORL_QN_BV_CIRCPARAMS"))
+                  (zan_bv_edit_wiresize entity)
+                  (zan_bv_edit_wiresize))))
+    (when answer (apply-wire-size (first (first answer)) (second (first answer)) (second answer)))))
+
+; `size` may carry the count of conductors per phase: "6AWG(2)".
+(defun apply-wire-size (entity size ratings)
+  (let* ((plain (car (string-split size "(")))
+         (rows (recorded-wires entity))
+         (layers (if rows (mapcar 'second (remove-if 'ground-row? rows)) (layers-at entity)))
+         (wires (circuit-wires entity layers))
+         (former (cond (rows (site-text (first (conductor-of rows)))) (wires (layer-size (car layers))) (T "")))
+         (made (mapcar (lambda (layer) (cons layer (resized-layer layer former plain))) layers)))
+    (unless wires (error "no wire of the circuit was found at " (entity-name-of entity)))
+    (mapc (lambda (wire) (entity-set! wire 'layer (cdr (assoc (entity-get wire 'layer) made)))) wires)
+    (when rows (record-wire-size entity rows plain made))
+    (string-join
+      (append (list (string-append (entity-name-of entity) ": " (shown-size former) " -> " (shown-size size)))
+              (let ((ground (find-if 'ground-row? rows)))
+                (if ground (list (string-append "PE " (shown-size (site-text (first ground))))) nil))
+              (list (string-append (number->string (length wires)) " wires"))
+              (apply-ratings (components-on wires entity) ratings))
+      ", ")))
+
+(defun shown-size (size) (if (string=? size "") "no size" size))
+(defun entity-name-of (entity)
+  (let ((tag (cdr (assoc "TAG1" (entity-attributes entity)))))
+    (if (or (not tag) (string=? tag "")) (entity-handle entity) tag)))
+
+; The wires of the record as (size layer flag), nil without one.
+(defun recorded-wires (entity)
+  (let ((text (car (entity-data entity "ORL_QN_BV_CIRCPARAMS2"))))
+    (if text (veval-str+ (string-append "'" text)) nil)))
+(defun conductor-of (rows) (car (remove-if 'ground-row? rows)))
+
+(defun record-wire-size (entity rows size made)
+  (let ((changed (mapcar (lambda (row)
+                           (if (ground-row? row) row
+                             (list size (or (cdr (assoc (second row) made)) (second row)) (third row))))
+                         rows)))
+    (entity-data-set! entity "ORL_QN_BV_CIRCPARAMS2"
+      (string-append "("
+        (string-join (mapcar (lambda (row) (format nil "(~S ~S ~S)" (first row) (second row) (third row))) changed) "")
+        ")"))))
+
+; BLK_14AWG for another size. A layer that does not name the size is one that the user chose, and stays.
+(defun resized-layer (layer former size)
+  (let ((at (if (string=? former "") nil (string-search-ci former layer))))
+    (if at
+      (wire-layer (string-append (substring layer 0 at) size (substring layer (+ at (string-length former)))))
+      layer)))
+; What stands behind the colour in a wire layer's name.
+(defun layer-size (layer) (let ((parts (string-split layer "_"))) (if (cdr parts) (cadr parts) "")))
+
+; Wires
+
+(defun lines-on (layers)
+  (remove-if-not (lambda (entity) (and (equal (entity-get entity 'kind) "line")
+                                       (member (entity-get entity 'layer) layers)))
+                 (entities-in-space)))
+(defun ends-of (wire) (list (entity-get wire 'from) (entity-get wire 'to)))
+
+; The symbol's own room, where its wires end: 40 to the right, 40 down.
+(defun at-symbol? (point symbol)
+  (let* ((scale (or (entity-get symbol 'scale) 1.0)) (position (entity-get symbol 'position))
+         (x (- (car point) (car position))) (y (- (cadr point) (cadr position))))
+    (and (> x (* scale -7)) (< x (* scale 41)) (> y (* scale -41)) (< y (* scale 7)))))
+(defun wire-at-symbol? (wire symbol) (some (lambda (point) (at-symbol? point symbol)) (ends-of wire)))
+
+; A device without a record: the wire layers that lead to it, without those of controls.
+(defun layers-at (entity)
+  (let ((found nil))
+    (dolist (wire (lines-on (remove-if (lambda (layer) (string=? layer site-control-layer)) (wire-layers))))
+      (when (and (wire-at-symbol? wire entity) (not (member (entity-get wire 'layer) found)))
+        (setq found (cons (entity-get wire 'layer) found))))
+    found))
+
+; The wires of these layers that lead to the motor or load: through symbols, which cut them, and over junctions. Where
+; that comes to another motor or load, the lines behind the junctions are shared, and another size is not theirs.
+(defun circuit-wires (entity layers)
+  (let* ((lines (lines-on layers)) (all (connected-wires entity lines T)))
+    (if (some (lambda (other) (some (lambda (wire) (wire-at-symbol? wire other)) all)) (other-controls entity))
+      (connected-wires entity lines nil)
+      all)))
+(defun other-controls (entity)
+  (remove-if-not
+    (lambda (other) (and (entity-data other "ORL_QN_BV_CIRCPARAMS")
+                         (not (string=? (entity-handle other) (entity-handle entity)))))
+    (entities-in-space)))
+
+(defun connected-wires (entity lines over-junctions)
+  (let ((found nil)
+        (rest-lines (remove-if (lambda (wire) (wire-at-symbol? wire entity)) lines))
+        (front (remove-if-not (lambda (wire) (wire-at-symbol? wire entity)) lines))
+        (scale (or (entity-get entity 'scale) 1.0)))
+    (while front
+      (let* ((wire (car front))
+             (next (remove-if-not (lambda (other) (wires-meet? wire other scale over-junctions)) rest-lines)))
+        (setq found (cons wire found)
+              rest-lines (remove-if (lambda (other) (member other next)) rest-lines)
+              front (append (cdr front) next))))
+    found))
+
+(defun wires-meet? (a b scale over-junctions)
+  (or (some (lambda (p) (some (lambda (q) (ends-meet? p q a b scale)) (ends-of b))) (ends-of a))
+      (and over-junctions
+           (or (some (lambda (p) (on-segment? p (entity-get b 'from) (entity-get b 'to))) (ends-of a))
+               (some (lambda (q) (on-segment? q (entity-get a 'from) (entity-get a 'to))) (ends-of b))))))
+; One point, or the two sides of a symbol in a straight line.
+(defun ends-meet? (p q a b scale)
+  (or (same-point? p q)
+      (and (< (distance p q) (+ (* scale 2 lead) site-wire-tolerance))
+           (or (and (level? a) (level? b) (< (abs (- (cadr p) (cadr q))) site-wire-tolerance))
+               (and (upright? a) (upright? b) (< (abs (- (car p) (car q))) site-wire-tolerance))))))
+(defun level? (wire) (same-number? (cadr (entity-get wire 'from)) (cadr (entity-get wire 'to))))
+(defun upright? (wire) (same-number? (car (entity-get wire 'from)) (car (entity-get wire 'to))))
+(defun same-number? (a b) (< (abs (- a b)) site-wire-tolerance))
+
+; Ratings
+
+; The components that cut the wires.
+(defun components-on (wires entity)
+  (remove-if-not
+    (lambda (symbol)
+      (and (equal (entity-get symbol 'kind) "block-reference")
+           (not (string=? (entity-handle symbol) (entity-handle entity)))
+           (entity-attribute symbol "FAMILY")
+           (let ((side (offset (entity-get symbol 'position) (* -1 lead (or (entity-get symbol 'scale) 1.0)) 0)))
+             (some (lambda (wire) (some (lambda (point) (same-point? point side)) (ends-of wire))) wires))))
+    (entities-in-space)))
+
+; Codes of auto-sizing by the family of a component. Which kind of fuse stands there its symbol does not tell.
+(setq site-rating-codes '(("CB" "BREAKER") ("DS" "DISC") ("MS" "CONTACTOR") ("OL" "OVERLOAD")))
+
+; A component without a chosen part takes the rating that is proposed now; one with a part keeps it, and the proposal is
+; told where it differs.
+(defun apply-ratings (components ratings)
+  (remove-if 'null
+    (mapcar (lambda (symbol)
+              (let* ((texts (entity-attributes symbol))
+                     (code (cadr (assoc (cdr (assoc "FAMILY" texts)) site-rating-codes)))
+                     (row (and code (assoc code ratings)))
+                     (now (site-text (cdr (assoc "RATING1" texts))))
+                     (proposed (if (and row (plusp (nth 2 row))) (site-text (nth 3 row)) "")))
+                (cond ((or (string=? proposed "") (string=? proposed now)) nil)
+                      ((string=? (site-text (cdr (assoc "MFG" texts))) "")
+                       (fill-attributes symbol (list (cons "RATING1" proposed) (cons "CAT" (site-text (nth 4 row)))))
+                       (string-append (entity-name-of symbol) " " now " -> " proposed))
+                      (T (string-append (entity-name-of symbol) " stays " now ", " proposed " is proposed")))))
+            components)))

@@ -1,0 +1,124 @@
+; The rows of the project's database follow the drawing: a row is there as long as its component or motor is, and says
+; what they say. So an undo, an erased circuit and a drawing that is left unsaved take their rows with them, and a redo
+; brings them back.
+
+; Rows that were written or found for this drawing:
+;   (table handle look columns values is-in-project drawn saved)
+; The look tells the entity from another one that gets its handle later. `drawn` is what the entity said when the values
+; were last made from it, and `saved` the values of the row when the drawing was saved, nil for none.
+(setq site-rows nil site-rows-project nil)
+
+(setq site-row-tables '("BRENVOLT" "COMP" "TERMS"))
+
+(defun row-values (row) (nth 4 row))
+(defun row-is-in? (row) (nth 5 row))
+(defun row-saved (row) (nth 7 row))
+(defun row-with (row values is-in drawn saved) (append (sublist row 0 4) (list values is-in drawn saved)))
+
+(defun entity-look (entity)
+  (when (and entity (equal (entity-get entity 'kind) "block-reference"))
+    (list (entity-get entity 'block) (entity-get entity 'position))))
+(defun row-entity (row)
+  (let* ((entity (handle->entity (second row))) (look (entity-look entity)))
+    (when (and look (equal look (third row))) entity)))
+
+; The columns of a row that come from the entity itself, with their values.
+(setq site-drawn-columns
+  '(("COMP" ("TAGNAME" . "TAG1") ("FAMILY" . "FAMILY") ("INST" . "INST") ("LOC" . "LOC") ("DESC1" . "DESC1")
+            ("DESC2" . "DESC2") ("DESC3" . "DESC3") ("MFG" . "MFG") ("CAT" . "CAT") ("ASSYCODE" . "ASSYCODE")
+            ("RATING1" . "RATING1"))
+    ("TERMS" ("TAGSTRIP" . "TAGSTRIP") ("TERM" . "TERM01"))))
+(defun drawn-values (table entity)
+  (if (string=? table "BRENVOLT")
+    (list (cons "PARAMS" (quoted-fields (site-text (car (entity-data entity "ORL_QN_BV_CIRCPARAMS")))))
+          (cons "WIRES" (site-text (car (entity-data entity "ORL_QN_BV_CIRCPARAMS2")))))
+    (let ((texts (entity-attributes entity)))
+      (mapcar (lambda (pair) (cons (car pair) (site-text (cdr (assoc (cdr pair) texts)))))
+              (cdr (assoc table site-drawn-columns))))))
+
+; A row of an entity, in place of an earlier one of the same table: what the drawing does not tell is given. It is
+; written by the next site-sync-records.
+(defun remember-row (entity table columns values)
+  (let* ((handle (entity-handle entity)) (drawn (drawn-values table entity))
+         (is-same (lambda (row) (and (string=? (first row) table) (string=? (second row) handle))))
+         (former (find-if is-same site-rows)))
+    (setq site-rows
+      (cons (list table handle (entity-look entity) (append columns (mapcar 'car drawn))
+                  (append values (mapcar 'cdr drawn)) nil drawn (row-saved former))
+            (remove-if is-same site-rows)))))
+
+; What the project knows of this drawing. Rows whose entities are not in the drawing are somebody else's.
+(defun read-project-rows ()
+  (unless (equal site-rows-project site-project-database)
+    (setq site-rows-project site-project-database
+          site-rows (if site-project-database (apply 'append (mapcar 'rows-of-table site-row-tables)) nil))))
+
+(defun rows-of-table (table)
+  (let* ((answer (ignore-errors (sql-query site-project-database
+                   (string-append "SELECT * FROM [" table "] WHERE DWGIX=" (sql-text (drawing-index))))))
+         (columns (car answer)) (rows nil))
+    (dolist (values (cdr answer))
+      (let* ((key (site-text (cdr (assoc "HDL" (mapcar 'cons columns values)))))
+             (handle (if (eql 0 (string-search "h=" key)) (substring key 2) ""))
+             (entity (handle->entity handle)))
+        (when (entity-look entity)
+          (setq rows (cons (list table handle (entity-look entity) columns values T (drawn-values table entity) values)
+                           rows)))))
+    rows))
+
+; Makes the project's rows those of the drawing as it stands, all or none. The host calls it when the drawing has changed,
+; so a project that cannot be written now is written then.
+(defun site-sync-records () (write-project-rows 'row-as-drawn))
+(defun row-as-drawn (row)
+  (let ((entity (row-entity row)))
+    (if (not entity)
+      (row-with row (row-values row) nil (nth 6 row) (row-saved row))
+      (let ((drawn (drawn-values (first row) entity)))
+        (row-with row (if (equal drawn (nth 6 row)) (row-values row) (values-drawn row drawn)) T drawn
+                  (row-saved row))))))
+(defun values-drawn (row drawn)
+  (mapcar (lambda (column value) (let ((pair (assoc column drawn))) (if pair (cdr pair) value)))
+          (nth 3 row) (row-values row)))
+
+; The drawing has been opened or saved: what stands in it now is what stays if it is left unsaved later.
+(defun site-records-saved ()
+  (when (site-sync-records)
+    (setq site-rows
+      (mapcar (lambda (row) (row-with row (row-values row) (row-is-in? row) (nth 6 row)
+                                      (if (row-is-in? row) (row-values row) nil)))
+              site-rows))))
+
+; The drawing is left without being saved.
+(defun site-records-dropped ()
+  (write-project-rows
+    (lambda (row) (row-with row (or (row-saved row) (row-values row)) (if (row-saved row) T nil) (nth 6 row)
+                            (row-saved row)))))
+
+(defun write-project-rows (become)
+  (when site-project-database
+    (read-project-rows)
+    (let ((rows (mapcar become site-rows)) (statements nil))
+      (mapc (lambda (before after)
+              (unless (and (equal (row-is-in? before) (row-is-in? after))
+                           (or (not (row-is-in? after)) (equal (row-values before) (row-values after))))
+                (setq statements (cons (delete-statement after) statements))
+                (when (row-is-in? after) (setq statements (cons (insert-statement after) statements)))))
+            (reverse site-rows) (reverse rows))
+      (when statements (sql-execute site-project-database (reverse statements)))
+      (setq site-rows rows)
+      T)))
+
+(defun delete-statement (row)
+  (string-append "DELETE FROM [" (first row) "] WHERE DWGIX=" (sql-text (drawing-index))
+                 " AND HDL=" (sql-text (string-append "h=" (second row)))))
+(defun insert-statement (row)
+  (string-append "INSERT INTO [" (first row) "] ([" (string-join (nth 3 row) "],[") "]) VALUES ("
+                 (string-join (mapcar 'sql-text (row-values row)) ",") ")"))
+(defun sql-text (value)
+  (if value (string-append "'" (string-join (string-split value "'") "''") "'") "NULL"))
+
+; A project that cannot be written is told before anything is drawn or saved for it.
+(defun need-project ()
+  (when site-project-database
+    (sql-execute site-project-database nil)
+    (read-project-rows)))
