@@ -3,6 +3,7 @@
 #include "platform/file_calls.h"
 #include "text/encoding.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <random>
 #include <sstream>
@@ -18,6 +19,9 @@
 namespace brenvolt {
 
 namespace {
+
+/// A program gives up after so many turns of others at the latest.
+constexpr int mostTurns = 30;
 
 /// Locks over parts of a file, as office programs take them.
 bool hasRangeLock(int descriptor) {
@@ -97,23 +101,29 @@ bool FileLock::open() {
 }
 
 void FileLock::acquire(std::chrono::milliseconds patience) {
-  const auto end = std::chrono::steady_clock::now() + patience;
+  using Clock = std::chrono::steady_clock;
+  auto end = Clock::now() + patience;
+  // Where many take their turns one after the other, each of them is waited for: nobody is in the way.
+  const auto lastEnd = Clock::now() + mostTurns * patience;
   for (;;) {
     const bool isOpen = file_.isOpen() || open();
     if (!isOpen && errno != EAGAIN) break;
     const bool isLocked = isOpen && ::flock(file_.number(), LOCK_EX | LOCK_NB) == 0;
     if (isLocked && isNamed(file_.number(), path_)) return;
     if (isOpen && !isLocked && errno != EWOULDBLOCK && errno != EINTR) break;
-    if (std::chrono::steady_clock::now() >= end) {
+    if (Clock::now() >= end) {
       if (isOpen) holder_ = readHolder();
       fault_ =
           holder_ ? L"is being changed by " + fileUserText(*holder_) : L"is being changed by another program";
       return;
     }
-    if (isLocked || !isNamed(file_.number(), path_))
+    if (isLocked || !isNamed(file_.number(), path_)) {
+      // That turn has ended, and another program may have begun the next one.
       file_.close();
-    else
+      end = std::min(Clock::now() + patience, lastEnd);
+    } else {
       std::this_thread::sleep_for(pause());
+    }
   }
   fault_ = systemReason(errno);
 }

@@ -36,7 +36,8 @@ public:
   static constexpr std::chrono::seconds defaultPatience{10};
   static constexpr std::chrono::hours wholeDay{24};
 
-  /// Waits for the turn at most so long.
+  /// Waits for the end of another program's turn at most so long. Where turns end and others begin, it waits on, at
+  /// most thirty times as long.
   explicit FileLock(std::wstring_view path, std::chrono::milliseconds patience = defaultPatience);
   FileLock(const FileLock&) = delete;
   FileLock& operator=(const FileLock&) = delete;
