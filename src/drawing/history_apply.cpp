@@ -20,8 +20,9 @@ constexpr std::wstring_view layerToMake = L"1";
 void applyOptions(const std::vector<HistoryOption>& options, ZanCodeRecord& record) {
   for (const HistoryOption& option : options)
     for (ZanOptionGroup& group : record.groups)
-      // A value that the worksheet no longer offers leaves the selection.
-      if (equalsCollating(group.title, option.title)) group.selectValue(toInt(option.value));
+      // A value that the worksheet no longer offers leaves the selection. Of several options with the value the one of
+      // the saved text counts.
+      if (equalsCollating(group.title, option.title)) group.selectValue(toInt(option.value), option.text);
 }
 
 void addTexts(ZanAnnotationData& row, const HistoryProperties& properties) {
@@ -76,10 +77,9 @@ ZanAnnotationData wireRow(const HistoryProperties& set, const std::vector<std::w
   return row;
 }
 
-/// The row has no name: the next save does not write it, and the grounding size among the setup's properties then
-/// stands in for it.
+/// The row keeps its name, or the next save of a unit whose page is not opened would lose the grounding wire.
 ZanAnnotationData groundingRow(XmlElement group, const std::wstring& groundingSize) {
-  ZanAnnotationData row;
+  ZanAnnotationData row(rowname::groundingWireSetup);
   std::vector<HistoryProperties> sets;
   if (ZanXmlHistory::ReadPropertySets(group, rowname::groundingWireSetup, sets)) {
     for (const HistoryProperties& set : sets)

@@ -13,9 +13,12 @@ const ZanOption* ZanOptionGroup::selected() const {
   return found == options.end() ? nullptr : &*found;
 }
 
-bool ZanOptionGroup::selectValue(std::int32_t value) {
-  const auto found = std::find_if(
-      options.begin(), options.end(), [value](const ZanOption& option) { return option.value == value; });
+bool ZanOptionGroup::selectValue(std::int32_t value, std::wstring_view preferredText) {
+  const auto hasValue = [value](const ZanOption& option) { return option.value == value; };
+  auto found = std::find_if(options.begin(), options.end(), [&](const ZanOption& option) {
+    return hasValue(option) && option.text == preferredText;
+  });
+  if (found == options.end()) found = std::find_if(options.begin(), options.end(), hasValue);
   if (found == options.end()) return false;
   for (ZanOption& option : options)
     option.selected = false;

@@ -29,8 +29,9 @@ struct ZanOptionGroup {
 
   /// The first selected option, null when there is none.
   [[nodiscard]] const ZanOption* selected() const;
-  /// Selects the first option of this value and clears all others. False, and nothing changed, when there is none.
-  bool selectValue(std::int32_t value);
+  /// Selects the first option of this value, one of this text before any other, and clears all others. False, and
+  /// nothing changed, when there is none.
+  bool selectValue(std::int32_t value, std::wstring_view preferredText = {});
 
   friend bool operator==(const ZanOptionGroup&, const ZanOptionGroup&) = default;
 };

@@ -53,7 +53,7 @@ TEST_CASE("each sample circuit gives its golden drawing and history, and its own
 TEST_CASE(
     "what the sample circuits show is a list of wires between pins that exist, no net with two numbers") {
   const SiteCopy site;
-  for (const SampleCircuit& sample : samples) {
+  for (const SampleCircuit& sample : sampleCircuits()) {
     CAPTURE(std::string(sample.name));
     REQUIRE(site.draw(sample, "a.json", {"--history", sample.history}).exitCode == 0);
     const std::string drawing = site.folder().path("a.json");
