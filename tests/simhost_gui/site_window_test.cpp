@@ -111,49 +111,43 @@ TEST_CASE("a circuit is chosen, placed and built by keys alone, beside the one b
     for (const Qt::Key key : pressed)
       QTest::keyClick(window->windowHandle(), key);
   };
-  std::vector<KvPoint3d> places;
-  for (const bool typesPlace : {true, false, false}) {
-    const Watch choose([&] {
-      QWidget* open = QApplication::activeModalWidget();
-      const bool isThere = open != nullptr && open->objectName() == QStringLiteral("ZanDlgCircuit");
-      if (!isThere || !open->isActiveWindow()) return false;
-      auto* tree = open->findChild<QTreeWidget*>();
-      for (int tab = 0; tab < 30 && !tree->hasFocus(); ++tab)
-        keys(open, {Qt::Key_Tab});
-      CHECK(tree->hasFocus());
-      keys(open, {Qt::Key_Home, Qt::Key_Right, Qt::Key_Down});
-      keys(open, {Qt::Key_Return});
-      const bool isAnswered = !open->isVisible();
-      CHECK(isAnswered);
-      if (!isAnswered) open->close();
-      return true;
-    });
-    const Watch place([&] {
-      if (gui.window.pickPrompt().isEmpty()) return false;
-      if (typesPlace) {
-        for (const char letter : std::string("20,-5.5"))
-          QTest::keyClick(gui.window.windowHandle(), letter);
-      } else if (places.size() == 2) {
-        keys(&gui.window, {Qt::Key_Down, Qt::Key_Right});
-      }
-      if (!typesPlace) places.push_back(gui.window.view().pointed());
-      CHECK_FALSE(gui.window.view().overlaps(gui.window.view().pointed()));
-      gui.key(Qt::Key_Return);
-      if (typesPlace) places.push_back({20.0, -5.5, 0.0});
-      return true;
-    });
-    const std::size_t before = gui.window.view().scene().items().size();
-    QTest::keyClick(gui.window.windowHandle(), Qt::Key_T, Qt::ControlModifier);
-    INFO(gui.window.status().toStdString());
-    REQUIRE(gui.window.view().scene().items().size() > before + 50);
-  }
-  REQUIRE(places.size() == 3);
-  CHECK(places[1].y == -5.5); // in a row with the first one
-  CHECK(places[1].x > 150);
-  CHECK(places[2].y == -10.5);
-  // The view shows the new circuit, whole.
-  const QPoint corner = gui.pixel(places[2].x + 100.0, places[2].y);
-  CHECK(gui.window.view().rect().contains(corner));
+  const Watch choose([&] {
+    QWidget* open = QApplication::activeModalWidget();
+    const bool isThere = open != nullptr && open->objectName() == QStringLiteral("ZanDlgCircuit");
+    if (!isThere || !open->isActiveWindow()) return false;
+    auto* tree = open->findChild<QTreeWidget*>();
+    for (int tab = 0; tab < 30 && !tree->hasFocus(); ++tab)
+      keys(open, {Qt::Key_Tab});
+    CHECK(tree->hasFocus());
+    keys(open, {Qt::Key_Home, Qt::Key_Right, Qt::Key_Down, Qt::Key_Return});
+    return true;
+  });
+  const Watch place([&] {
+    if (gui.window.pickPrompt().isEmpty()) return false;
+    for (const char letter : std::string("20,-5.5"))
+      QTest::keyClick(gui.window.windowHandle(), letter);
+    gui.key(Qt::Key_Return);
+    return true;
+  });
+  QTest::keyClick(gui.window.windowHandle(), Qt::Key_T, Qt::ControlModifier);
+  INFO(gui.window.status().toStdString());
+  REQUIRE(gui.window.view().scene().items().size() > 50);
+  // The view shows the new circuit, and the next one is proposed in a row with it.
+  CHECK(gui.window.view().rect().contains(gui.pixel(120.0, -5.5)));
+  KvPoint3d proposed;
+  later([&] {
+    proposed = gui.window.view().pointed();
+    CHECK_FALSE(gui.window.view().overlaps(proposed));
+    CHECK(gui.window.view().overlaps({20.0, -5.5, 0.0}));
+    keys(&gui.window, {Qt::Key_Down, Qt::Key_Right, Qt::Key_Return});
+  });
+  const std::optional<KvPoint3d> next =
+      gui.window.pickPoint(QStringLiteral("Where?"), Box{0.0, -30.0, 150.0, 20.0});
+  REQUIRE(next);
+  CHECK(proposed.y == -5.5);
+  CHECK(proposed.x > 100.0);
+  CHECK(next->x == proposed.x + 5.0);
+  CHECK(next->y == -10.5);
   // And a component is picked by keys.
   const Watch pick([&] {
     if (gui.window.pickPrompt().isEmpty()) return false;
