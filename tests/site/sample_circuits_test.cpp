@@ -106,21 +106,26 @@ TEST_CASE(
   CHECK(site.folder().read("a.json").find("\"circuits\"") == std::string::npos);
 }
 
-TEST_CASE("a motor of another code is drawn directly once its default component tables are accepted") {
+TEST_CASE(
+    "a motor of another code is drawn directly, its parts once the default component tables are accepted") {
   const SiteCopy site;
-  const std::vector<std::string> iec = {
-      "--standard-code", "IEC", "--params", R"("Induction";"5.5";"kW";"400";"3";"50";"1500";"11.5";"1.0")"};
-  const ToolRun asked = site.draw(motorDirect, "a.json", iec);
+  const ToolRun motor = site.draw(
+      motorDirect, "a.json",
+      {"--standard-code", "IEC", "--preset", "MCTL=0", "--params",
+       R"("Induction";"5.5";"kW";"400";"3";"50";"1500";"11.5";"1.0")"});
+  REQUIRE_MESSAGE(motor.exitCode == 0, motor.errors);
+  CHECK(site.folder().read("a.json").find("5.5 kW  400 V") != std::string::npos);
+
+  std::vector<std::string> sized = {"--standard-code", "IEC", "--history", motorDirect.history};
+  const ToolRun asked = site.draw(motorDirect, "b.json", sized);
   CHECK(asked.exitCode == 3);
   CHECK_MESSAGE(asked.errors.find("--default-tables") != std::string::npos, asked.errors);
-  CHECK_FALSE(site.folder().has("a.json"));
-  std::vector<std::string> accepted = iec;
-  accepted.emplace_back("--default-tables");
-  const ToolRun drawn = site.draw(motorDirect, "a.json", accepted);
+  CHECK_FALSE(site.folder().has("b.json"));
+  sized.emplace_back("--default-tables");
+  const ToolRun drawn = site.draw(motorDirect, "b.json", sized);
   REQUIRE_MESSAGE(drawn.exitCode == 0, drawn.errors);
   CHECK(drawn.output.find("MOTOR_I_CALC_IEC is missing") != std::string::npos);
-  CHECK(site.folder().read("a.json").find("5.5 kW  400 V") != std::string::npos);
-  CHECK(site.draw(motorDirect, "b.json", {"--standard-code", "NOPE"}).exitCode == 3);
+  CHECK(site.draw(motorDirect, "c.json", {"--standard-code", "NOPE"}).exitCode == 3);
 }
 
 TEST_CASE("options of a preset choose the symbols, also in templates two deep") {
