@@ -42,7 +42,7 @@ constexpr std::string_view product = R"lisp(
 constexpr std::string_view dialogs =
     "dialog ZanBrenvolt.ExecutionError\nmain = failed: {errorFunc}\nbutton 1 = OK\n"
     "dialog ZanBrenvolt.CircuitTemplateDrawing\nmain = foreign template\nbutton 1 = OK\n"
-    "text 22410 = %s: deeper than %s\n";
+    "text 22420 = %s: deeper than %s\n";
 
 std::vector<simhost::AnswerStep> answers(int executionErrors) {
   std::vector<simhost::AnswerStep> steps(

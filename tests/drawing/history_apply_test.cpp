@@ -130,7 +130,7 @@ TEST_CASE("control rows come back with wires, marks for layers to be made, and o
   CHECK(
       describe(marked.marker.controls) ==
       L"(MotorSetup[Type=A] (WireSetup[Size=12AWG;Layer=red_12awg;=#5019] "
-      L"WireSetup[Size=12AWG;Layer=BLUE;=1#5003] [Size=14AWG;Layer=GREEN;=3#5003]))");
+      L"WireSetup[Size=12AWG;Layer=BLUE;=1#5003] GroundingWireSetup[Size=14AWG;Layer=GREEN;=3#5003]))");
   CHECK(circuit == marked.marker.controls);
   CHECK(opened.wireTypeQuestions == 1);
 }
@@ -152,7 +152,7 @@ TEST_CASE("setups pile up in one working row, and the 29th property of a set is 
   CHECK(items[2].row->name == rowname::loadSetup);
   CHECK(items[2].row->fields.back().value == L"load");
   CHECK(items[2].row->Count() == 31);
-  CHECK(describe(*items[3].list) == L"([=8AWG;=;=3#5003])");
+  CHECK(describe(*items[3].list) == L"(GroundingWireSetup[=8AWG;=;=3#5003])");
   CHECK(opened.wireTypeQuestions == 0);
 }
 
@@ -160,5 +160,5 @@ TEST_CASE("an empty control group clears the rows and leaves the grounding row")
   OpenedHistory opened(L"<ControlGroup/>");
   Marked marked;
   applyHistoryToMarker(opened.history, marked.marker, opened.wireTypes, nullptr);
-  CHECK(describe(marked.marker.controls) == L"(([=;=;=3#5003]))");
+  CHECK(describe(marked.marker.controls) == L"((GroundingWireSetup[=;=;=3#5003]))");
 }
