@@ -89,7 +89,7 @@ void CheckSession::replaceOutside() {
     std::wstring error;
     const fs::path file = database(error);
     if (file.empty()) arguments.fail(error);
-    return lisp::Value::string(file.wstring());
+    return lisp::Value::string(fromUtf8(file.string()));
   });
   // Rows of a project database belong to the user.
   interpreter().define(L"sql-execute", 2, 2, [](lisp::Arguments& arguments) {
@@ -107,7 +107,7 @@ fs::path CheckSession::database(std::wstring& error) {
   if (fs::exists(own, code)) {
     fs::copy_file(own, copy, code);
     if (!code) return copy;
-    error = own.wstring() + L": " + fromUtf8(code.message());
+    error = fromUtf8(own.string()) + L": " + fromUtf8(code.message());
     return {};
   }
   const fs::path tables = site_.folder / "tables";
@@ -116,7 +116,8 @@ fs::path CheckSession::database(std::wstring& error) {
     return {};
   }
   const fs::path beside = folder_ / "import.db";
-  const brenvolt::ImportReport report = brenvolt::importTables(beside.wstring(), {tables.wstring()});
+  const brenvolt::ImportReport report =
+      brenvolt::importTables(fromUtf8(beside.string()), {fromUtf8(tables.string())});
   if (!report.isDone()) {
     fs::remove(beside, code);
     error = joined(report.errors);
@@ -141,7 +142,7 @@ void CheckSession::loadSite(Findings& findings) {
   const std::optional<std::wstring> text = brenvolt::fromUtf8Strict(*bytes);
   if (!text) findings.add(L"lisp-encoding", {.file = L"site.lsp"}, {{L"file", L"site.lsp"}});
   for (const std::wstring& form : formsOf(text ? *text : fromUtf8(*bytes))) {
-    const Answer answer = run(form, file.wstring());
+    const Answer answer = run(form, fromUtf8(file.string()));
     if (answer.value) continue;
     isComplete_ = false;
     FindingPlace place = answer.place;

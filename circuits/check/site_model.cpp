@@ -27,7 +27,7 @@ constexpr int circuit = 1, type = 2, drawing = 3, worksheet = 4, presetKey = 5;
 
 void readSheets(SiteModel& site, Findings& findings) {
   brenvolt::ZanOleDbFileRecordset file(brenvolt::ConnectType::file, brenvolt::FileType::workbook);
-  if (!file.Open(site.workbook.wstring())) {
+  if (!file.Open(brenvolt::fromUtf8(site.workbook.string()))) {
     findings.add(
         L"workbook-unreadable", {.file = site.workbookName},
         {{L"reason", site.shownText(file.ErrorInfo().GetErrorInfo(false))}});

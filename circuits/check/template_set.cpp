@@ -81,7 +81,7 @@ const TemplateDrawing& TemplateSet::read(const fs::path& path) {
   if (!isNew) return drawing;
   drawing.path = whole;
   drawing.file = site_.shownFile(whole);
-  simhost::LoadedDrawing loaded = simhost::loadDrawing(whole.wstring());
+  simhost::LoadedDrawing loaded = simhost::loadDrawing(brenvolt::fromUtf8(whole.string()));
   drawing.error = site_.shownText(loaded.error);
   drawing.drawing = std::move(loaded.drawing);
   if (drawing.drawing != nullptr) drawing.markers = markersOf(*drawing.drawing);

@@ -8,6 +8,7 @@
 #include "simhost/site/saved_configurations.h"
 #include "simhost/site/site_run.h"
 #include "simhost/ui/file_names.h"
+#include "text/encoding.h"
 
 #include <QAction>
 #include <QEventLoop>
@@ -99,8 +100,9 @@ void MainWindow::buildSaved(const brenvolt::SavedConfiguration& saved, const std
           return L" " + lisp::printValue(lisp::Value::string(value), lisp::PrintStyle::readable);
         };
         // The workbook by its name, so that a recording can be replayed on a copy of the site.
-        const std::filesystem::path workbook(workbookPath);
-        const std::wstring found = L"(find-file" + text(workbook.filename().wstring()) + L")";
+        const std::filesystem::path workbook(brenvolt::toUtf8(workbookPath));
+        const std::wstring found =
+            L"(find-file" + text(brenvolt::fromUtf8(workbook.filename().string())) + L")";
         std::wstring form = L"(site-build" + text(saved.drawingTemplate);
         form += L" (or (nth 7 GBL_qn_bv_data) " + found + L")";
         for (const std::wstring& value : {saved.worksheet, saved.key.circuit, saved.key.type, saved.key.name})

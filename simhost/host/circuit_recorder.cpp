@@ -4,6 +4,7 @@
 #include "simhost/host/session.h"
 #include "simhost/lisp/list.h"
 #include "text/compare.h"
+#include "text/encoding.h"
 #include "text/numbers.h"
 
 #include <algorithm>
@@ -118,7 +119,8 @@ void CircuitRecorder::begin(DrawingDatabase& drawing, std::span<const Value> arg
   for (const KeptArgument& kept : keptArguments) {
     std::wstring text = textAt(values, kept.position);
     // The folder is that of the machine; where the file is, the site knows.
-    if (kept.position == 0) text = std::filesystem::path(text).filename().wstring();
+    if (kept.position == 0)
+      text = brenvolt::fromUtf8(std::filesystem::path(brenvolt::toUtf8(text)).filename().string());
     if (!text.empty()) circuit.fields.emplace_back(kept.name, std::move(text));
   }
   circuit_ = std::move(circuit);

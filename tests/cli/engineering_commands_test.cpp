@@ -253,6 +253,7 @@ TEST_CASE("motors, loads and components come from their tables") {
 
 TEST_CASE("a code standard is known by any of its tables, and what stands in for a missing one is reported") {
   const ToolFolder folder;
+  std::filesystem::create_directory(folder.path("own"));
   std::filesystem::copy("site/tables", folder.path("own/tables"), std::filesystem::copy_options::recursive);
   std::string options = folder.read("own/tables/OPT_IEC.csv");
   const std::string name = "FULLNAME,IEC 60364-5-52,\n";

@@ -205,7 +205,7 @@ TEST_CASE("a circuit leaves its row, its components and its terminals in the pro
            Query{
                "SELECT CODES FROM [BRENVOLT]",
                "CODES\n\"COIL[=32B]=;CTRL=1;DISC[=9F]=10,1;LITE=2;MCTL=0;MOTOR[=18F]=;MS[=E4]=1;OL[=129]=1;"
-               "OLC[=35B]=;OPER[=297]=1;RUNC[=38C]=;RUNL[=3C0]=1;SOURCE[=246]=1;STPC[=3F1]=;STPL[=400]=;"
+               "OLC[=35B]=;OPER[=297]=1;RUNC[=38C]=;RUNL[=3C0]=1;SOURCE[=240]=1;STPC[=3F1]=;STPL[=400]=;"
                "TERM[=14D]=1;TITLE=;WNUM=;WT01=;WT01E=;WT02=;WT03=\"\n"},
            Query{"SELECT HDL FROM [COMP] WHERE FAMILY='CB'", "HDL\nh=9F\n"},
            Query{"SELECT TAGNAME,RATING1 FROM [COMP] WHERE FAMILY='CB'", "TAGNAME,RATING1\nCB1,35A\n"},
