@@ -3,9 +3,9 @@
 // cost 1.5 times as much among 200 units as among 10.
 #include "build/driver.h"
 #include "config/widget_manager_maker.h"
+#include "data/engineering_columns.h"
 #include "flows/dlg_config.h"
 #include "host/resources.h"
-#include "data/engineering_columns.h"
 #include "platform/tables.h"
 #include "platform/workbook_book.h"
 #include "simhost/host/session.h"

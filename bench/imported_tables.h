@@ -22,7 +22,8 @@ public:
     const std::filesystem::path tables = folder_ / "tables";
     std::filesystem::create_directory(tables);
     fill(tables);
-    if (!importTables(fromUtf8(path()), {fromUtf8(tables.string())}, engineeringImport()).isDone()) std::abort();
+    if (!importTables(fromUtf8(path()), {fromUtf8(tables.string())}, engineeringImport()).isDone())
+      std::abort();
     const std::wstring mode = access == TableAccess::read ? L"Mode=Read" : L"";
     const std::wstring init = ZanOleDbHelper::FormatConnectString(fromUtf8(path()), L"", mode);
     if (connection_.OpenFromInitializationString(init, false, true) < 0) std::abort();

@@ -63,7 +63,8 @@ std::vector<circuits::Sheet> readSheets(const std::vector<std::string>& drawings
   for (const std::string& file : drawings) {
     const LoadedDrawing loaded = loadDrawing(fromUtf8(file));
     if (loaded.drawing == nullptr) throw BadInput(toUtf8(loaded.error));
-    sheets.push_back(circuits::readSheet(*loaded.drawing, fromUtf8(std::filesystem::path(file).stem().string())));
+    sheets.push_back(
+        circuits::readSheet(*loaded.drawing, fromUtf8(std::filesystem::path(file).stem().string())));
   }
   return sheets;
 }

@@ -1,10 +1,10 @@
 #include "flows/dlg_config.h"
 
-#include "flows/configured_circuit.h"
 #include "build/host_session.h"
 #include "flows/config_names.h"
 #include "flows/config_pick.h"
 #include "flows/config_walk.h"
+#include "flows/configured_circuit.h"
 #include "host/alerts.h"
 #include "host/host_api_documents.h"
 #include "host/host_api_lisp.h"

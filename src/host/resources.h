@@ -122,8 +122,8 @@ enum class TextId : unsigned {
 
   statementFailed = 22105, ///< "%s", "%s", "%s": the data source, the provider's words, the statement
 
-  tablesNotOpened = 22107,      ///< "%s": the provider's words, with the data source
-  tableFallback = 22106, ///< "%s", "%s": the missing table, the one that is used instead
+  tablesNotOpened = 22107, ///< "%s": the provider's words, with the data source
+  tableFallback = 22106,   ///< "%s", "%s": the missing table, the one that is used instead
 
   // Motor and load pickers.
   allEntries = 22200,   ///< first entry of each filter list

@@ -3,8 +3,8 @@
 
 #include "config/config_units.h"
 #include "config/widget_manager_mcc.h"
-#include "host/resources.h"
 #include "data/engineering_columns.h"
+#include "host/resources.h"
 #include "tests/config/page_dialog.h"
 #include "tests/support/temporary_folder.h"
 #include "text/encoding.h"

@@ -1,7 +1,7 @@
 #include "tests/flows/picker_session.h"
 
-#include "host/resources.h"
 #include "data/engineering_columns.h"
+#include "host/resources.h"
 #include "plugin/function_table.h"
 #include "plugin/process_state.h"
 #include "tests/support/golden.h"
