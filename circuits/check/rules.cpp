@@ -291,6 +291,7 @@ std::wstring rulesTable() {
   std::wstring text;
   for (int number = 0; number < kindCount; ++number) {
     const auto kind = static_cast<CheckKind>(number);
+    if (std::ranges::none_of(table, [kind](const Rule& rule) { return rule.kind == kind; })) continue;
     text += L"### " + std::wstring(kindName(kind)) +
             L"\n\n| rule | severity | what is wrong | example | remedy |\n|---|---|---|---|---|\n";
     for (const Rule& rule : table) {

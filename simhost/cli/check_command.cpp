@@ -7,6 +7,7 @@
 
 #include <nlohmann/json.hpp>
 
+#include <algorithm>
 #include <cstdio>
 #include <filesystem>
 #include <memory>
@@ -25,7 +26,6 @@ struct CheckCommandOptions {
   std::string module;
   std::vector<std::string> only;
   bool asJson = false;
-  bool isQuick = false;
   bool showsRules = false;
 };
 
@@ -39,7 +39,6 @@ circuits::CheckOptions checkOptions(const CheckCommandOptions& options) {
   check.workbook = options.workbook.empty() ? check.site / "zan_brenvolt.xls"
                                             : fs::absolute(options.workbook).lexically_normal();
   check.module = options.module;
-  check.depth = options.isQuick ? circuits::CheckDepth::quick : circuits::CheckDepth::whole;
   for (const std::string& name : options.only)
     check.kinds.insert(*circuits::kindOf(fromUtf8(name)));
   return check;
@@ -61,10 +60,13 @@ ExitCode runCheck(const CheckCommandOptions& options) {
   return report.findings.empty() ? ExitCode::done : ExitCode::findings;
 }
 
+/// Those that have rules.
 std::vector<std::string> kindNames() {
   std::vector<std::string> names;
-  for (int number = 0; number < circuits::kindCount; ++number)
-    names.push_back(toUtf8(circuits::kindName(static_cast<circuits::CheckKind>(number))));
+  for (const circuits::Rule& rule : circuits::rules()) {
+    const std::string name = toUtf8(circuits::kindName(rule.kind));
+    if (std::ranges::find(names, name) == names.end()) names.push_back(name);
+  }
   return names;
 }
 
@@ -74,7 +76,7 @@ CommandTable checkCommand() {
   auto options = std::make_shared<CheckCommandOptions>();
   return {
       .name = "check",
-      .description = "find every mistake of a site: workbook, forms, templates, tables, LISP",
+      .description = "find mistakes of a site: workbook, forms, templates, LISP",
       .options =
           {{"SITE", &options->site, "Folder of the site"},
            {"--workbook", &options->workbook, "Another workbook than the site's", "FILE"},
@@ -83,7 +85,6 @@ CommandTable checkCommand() {
             "Look only at this kind of rules; may be given several times",
             "KIND",
             {.choices = kindNames()}},
-           {"--quick", &options->isQuick, "Without building the circuits"},
            {"--json", &options->asJson, "Print for a machine"},
            {"--rules", &options->showsRules, "Print the table of all rules instead"},
            {"--module", &options->module, "The plug-in, else ZanBrenvolt.kvx that came with the program",
