@@ -10,7 +10,8 @@ if(BRENVOLT_WERROR)
   # These follow the data through what was inlined, and GCC 12 reports std::string itself with them. They warn and do not
   # stop a build, because which of them appear depends on the optimisation.
   if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
-    foreach(warning restrict maybe-uninitialized stringop-overflow stringop-overread array-bounds free-nonheap-object)
+    foreach(warning restrict maybe-uninitialized stringop-overflow stringop-overread array-bounds dangling-pointer
+        use-after-free free-nonheap-object)
       target_compile_options(brenvolt_flags INTERFACE -Wno-error=${warning})
     endforeach()
   endif()
