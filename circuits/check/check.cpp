@@ -22,7 +22,7 @@ std::set<CheckKind> kindsOf(const CheckOptions& options) {
   return kinds;
 }
 
-/// A check may look at more than was asked for; only the kinds asked for are told.
+/// A check may look at more than was asked for; only the kinds asked for are reported.
 void keepKinds(std::vector<Finding>& findings, const std::set<CheckKind>& kinds) {
   std::erase_if(findings, [&kinds](const Finding& each) { return !kinds.contains(each.rule->kind); });
 }

@@ -49,7 +49,7 @@ public:
   [[nodiscard]] Answer call(std::wstring_view function, std::span<const simhost::lisp::Value> arguments);
   [[nodiscard]] Answer run(std::wstring_view text, std::wstring_view fileName);
 
-  /// A copy of the engineering tables that nobody else sees; empty when they cannot be read, and told in `error`.
+  /// A copy of the engineering tables that nobody else sees; empty when they cannot be read, and the reason is in `error`.
   [[nodiscard]] std::filesystem::path database(std::wstring& error);
 
 private:

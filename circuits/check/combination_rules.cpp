@@ -97,11 +97,11 @@ private:
 
   /// Codes that no combination reaches, each once, at its first form.
   void checkReach(const Sums& sums, bool isIncompleteReached) {
-    std::set<std::int32_t> told;
+    std::set<std::int32_t> reported;
     for (const SheetForm& form : code_.forms) {
       const bool isReached =
           form.forCode == incompleteCode ? isIncompleteReached : sums.contains(form.forCode);
-      if (isReached || !told.insert(form.forCode).second) continue;
+      if (isReached || !reported.insert(form.forCode).second) continue;
       if (form.forCode == incompleteCode)
         findings_.add(
             L"forms-without-code", at(form.row, sheetcolumn::forCode),

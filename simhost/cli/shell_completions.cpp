@@ -90,7 +90,7 @@ std::string bashCompletion(const CommandTable& program) {
          function + " " + program.name + "\n";
 }
 
-/// One specification of zsh's _arguments. Brackets and colons part it.
+/// One argument of zsh's _arguments. Brackets and colons part it.
 std::string zshText(const std::string& text) {
   std::string result;
   for (const char c : text) {

@@ -53,8 +53,8 @@ std::unique_ptr<XmlDocument> parsed(std::string_view text) {
 
 /// The name that an opening tag gives, as far as it can be read.
 std::wstring nameOf(const Tag& tag) {
-  std::string closed(tag.text);
-  if (!tag.isEmptyElement) closed.insert(closed.size() - 1, "/");
+  std::string closed(tag.text.substr(0, tag.text.size() - 1)); // without its ">"
+  closed += tag.isEmptyElement ? ">" : "/>";
   const auto document = parsed(closed);
   return document ? document->root().attribute(xmlname::name) : std::wstring();
 }
