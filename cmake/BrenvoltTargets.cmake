@@ -7,14 +7,6 @@ target_compile_options(brenvolt_flags INTERFACE
   -ffp-contract=off)
 if(BRENVOLT_WERROR)
   target_compile_options(brenvolt_flags INTERFACE -Werror)
-  # These follow the data through what was inlined, and GCC 12 reports std::string itself with them. They warn and do not
-  # stop a build, because which of them appear depends on the optimisation.
-  if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
-    foreach(warning restrict maybe-uninitialized stringop-overflow stringop-overread array-bounds dangling-pointer
-        use-after-free free-nonheap-object)
-      target_compile_options(brenvolt_flags INTERFACE -Wno-error=${warning})
-    endforeach()
-  endif()
 endif()
 if(BRENVOLT_SANITIZE)
   target_compile_options(brenvolt_flags INTERFACE -fsanitize=address,undefined -fno-sanitize-recover=all -fno-omit-frame-pointer)
