@@ -23,7 +23,7 @@ void addWires(
   }
 }
 
-std::wstring quoted(std::wstring_view text) {
+std::wstring inQuotes(std::wstring_view text) {
   return L'"' + std::wstring(text) + L'"';
 }
 
@@ -42,14 +42,14 @@ std::vector<SavedConfiguration> savedConfigurations(
 }
 
 std::wstring SavedControl::fieldsText() const {
-  return fields.empty() ? std::wstring() : quoted(join(fields, L"\";\""));
+  return fields.empty() ? std::wstring() : inQuotes(join(fields, L"\";\""));
 }
 
 std::wstring SavedControl::wiresText() const {
   std::wstring text;
   for (const Wire& wire : wires)
-    text +=
-        L"(" + quoted(wire.size) + L" " + quoted(wire.layer) + (wire.isGrounding ? L" \"3\")" : L" \"1\")");
+    text += L"(" + inQuotes(wire.size) + L" " + inQuotes(wire.layer) +
+            (wire.isGrounding ? L" \"3\")" : L" \"1\")");
   return text.empty() ? text : L"(" + text + L")";
 }
 
