@@ -105,7 +105,9 @@ void directBuild(benchmark::State& state) {
     args.directBuild = true;
     state.ResumeTiming();
     CircuitContext circuit;
-    ZanBrenvolt build(std::move(args), circuit);
+    AcceptedTables acceptedTables;
+    std::int32_t lastMarkerId = 0;
+    ZanBrenvolt build(std::move(args), {circuit, acceptedTables, lastMarkerId});
     build.readBuildData();
     bool result = build.loadCatalog() && build.readMarkers();
     build.readPresets();

@@ -63,8 +63,8 @@ void filterChange(benchmark::State& state) {
   auto* grid = dynamic_cast<KvUiGrid*>(screen.control(L"grid"));
   RatingGrid rows(motorPicker(), service, *grid);
   if (state.range(0) == 1) {
-    rows.fix(motorcolumn::type, L"Induction");
-    rows.fix(motorcolumn::voltage, L"230");
+    rows.fix(motorTable().columnOf(Rating::type), L"Induction");
+    rows.fix(motorTable().columnOf(Rating::voltage), L"230");
   }
   for (auto _ : state)
     rows.show([](std::wstring_view name) { return std::wstring(name); });

@@ -52,7 +52,8 @@ ExitCode runComponents(const ComponentsOptions& options) {
   EngineeringRun run(options.site.site, options.site.standardCode);
   brenvolt::ZanAutoSizeComponent sizing(&run.connection());
   std::vector<brenvolt::ZanAutoSizeRow> rows;
-  const bool isSized = sizing.init(servingCode(run)) && sizing.size(fromUtf8(options.type), *fla, rows);
+  sizing.useTables(servingCode(run));
+  const bool isSized = sizing.size(fromUtf8(options.type), *fla, rows);
   run.needSuccess();
   if (!isSized) throw BadInput(run.database() + ": its component tables cannot be read");
   OutputTable table;

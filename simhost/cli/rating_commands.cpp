@@ -7,6 +7,8 @@
 #include "text/encoding.h"
 
 #include <memory>
+#include <utility>
+#include <vector>
 
 namespace simhost {
 
@@ -20,37 +22,23 @@ namespace {
 /// A column of a rating table as the tool names it; the option's value is the filter.
 struct RatingField {
   std::size_t column;
-  const char* name;
+  std::string name;
   ColumnKind kind;
 };
 
-constexpr ColumnKind text = ColumnKind::text;
-constexpr ColumnKind number = ColumnKind::number;
-
-constexpr RatingField motorFields[] = {
-    {brenvolt::motorcolumn::id, "id", number},
-    {brenvolt::motorcolumn::type, "type", text},
-    {brenvolt::motorcolumn::load, "load", number},
-    {brenvolt::motorcolumn::units, "units", text},
-    {brenvolt::motorcolumn::voltage, "voltage", number},
-    {brenvolt::motorcolumn::phase, "phase", number},
-    {brenvolt::motorcolumn::frequency, "frequency", number},
-    {brenvolt::motorcolumn::speed, "speed", number},
-    {brenvolt::motorcolumn::fla, "fla", number},
-    {brenvolt::motorcolumn::description, "description", text},
-};
-
-constexpr RatingField loadFields[] = {
-    {brenvolt::loadcolumn::id, "id", number},
-    {brenvolt::loadcolumn::type, "type", text},
-    {brenvolt::loadcolumn::phase, "phase", number},
-    {brenvolt::loadcolumn::voltage, "voltage", number},
-    {brenvolt::loadcolumn::load, "load", number},
-    {brenvolt::loadcolumn::units, "units", text},
-    {brenvolt::loadcolumn::fla, "fla", number},
-    {brenvolt::loadcolumn::frequency, "frequency", number},
-    {brenvolt::loadcolumn::description, "description", text},
-};
+/// The fields of a table, named as the lookup commands name the ratings.
+std::vector<RatingField> fieldsOf(const RatingTable& table) {
+  std::vector<RatingField> fields = {{0, "id", ColumnKind::number}};
+  for (std::size_t column = 1; column + 1 < table.columnCount(); ++column) {
+    const bool isText =
+        column == table.columnOf(brenvolt::Rating::type) || column == table.columnOf(brenvolt::Rating::units);
+    fields.push_back(
+        {column, toUtf8(table.fieldOf(column)->argument.substr(1)),
+         isText ? ColumnKind::text : ColumnKind::number});
+  }
+  fields.push_back({table.columnCount() - 1, "description", ColumnKind::text});
+  return fields;
+}
 
 struct RatingOptions {
   SiteOptions site;
@@ -59,7 +47,7 @@ struct RatingOptions {
 };
 
 ExitCode runRatings(
-    const RatingOptions& options, const RatingTable& description, std::span<const RatingField> fields) {
+    const RatingOptions& options, const RatingTable& description, const std::vector<RatingField>& fields) {
   EngineeringRun run(options.site.site, options.site.standardCode);
   const RatingTableService service(description, &run.connection());
   if (service.TableName().empty()) {
@@ -74,13 +62,13 @@ ExitCode runRatings(
     filter.active[field.column] = !value.empty();
     filter.values[field.column] = value;
     filter.selected[field.column] = true;
-    table.columns.push_back({field.name, toUtf8(description.columns[field.column]), field.kind});
+    table.columns.push_back({field.name, toUtf8(description.nameOf(field.column)), field.kind});
     if (!service.columnNames().contains(field.column))
       throw BadInput(
           run.database() + ", table " + toUtf8(service.TableName()) + ": has no column " +
-          toUtf8(description.columns[field.column]));
+          toUtf8(description.nameOf(field.column)));
     if (value.find(L'\'') != std::wstring::npos)
-      throw BadInput(std::string("--") + field.name + ": a value cannot hold a single quote");
+      throw BadInput("--" + field.name + ": a value cannot hold a single quote");
   }
   std::vector<RatingRecord> records;
   const bool isRead = service.Query(filter, records);
@@ -95,15 +83,14 @@ ExitCode runRatings(
   return ExitCode::done;
 }
 
-CommandTable ratingCommand(
-    const char* name, const char* description, const RatingTable& table,
-    std::span<const RatingField> fields) {
+CommandTable ratingCommand(const char* name, const char* description, const RatingTable& table) {
+  std::vector<RatingField> fields = fieldsOf(table);
   auto options = std::make_shared<RatingOptions>();
   OptionRows filters;
   for (const RatingField& field : fields)
     filters.push_back(
-        {std::string("--") + field.name, &options->filters[field.column],
-         "Only rows whose column " + toUtf8(table.columns[field.column]) + " is this", "TEXT"});
+        {"--" + field.name, &options->filters[field.column],
+         "Only rows whose column " + toUtf8(table.nameOf(field.column)) + " is this", "TEXT"});
   return {
       .name = name,
       .description = description,
@@ -113,18 +100,18 @@ CommandTable ratingCommand(
           {std::string("brenvolt ") + name + " --site site --voltage 460",
            std::string("brenvolt ") + name + " --site site --csv"},
       .page = "pickers.md",
-      .run = [options, &table, fields] { return runRatings(*options, table, fields); },
+      .run = [options, &table, fields = std::move(fields)] { return runRatings(*options, table, fields); },
   };
 }
 
 } // namespace
 
 CommandTable motorsCommand() {
-  return ratingCommand("motors", "list the motors of a code standard", brenvolt::motorTable(), motorFields);
+  return ratingCommand("motors", "list the motors of a code standard", brenvolt::motorTable());
 }
 
 CommandTable loadsCommand() {
-  return ratingCommand("loads", "list the loads of a code standard", brenvolt::loadTable(), loadFields);
+  return ratingCommand("loads", "list the loads of a code standard", brenvolt::loadTable());
 }
 
 } // namespace simhost

@@ -10,6 +10,7 @@
 #include "drawing/annotation_rows.h"
 #include "drawing/history.h"
 #include "drawing/markers.h"
+#include "host/alerts.h"
 #include "project/circuit_list.h"
 #include "text/compare.h"
 
@@ -58,14 +59,23 @@ struct BuildResult {
       selections; ///< option values by CODE; the first stays
 };
 
+/// What outlives a build. The handler lends it: nothing below a handler looks for it.
+struct LentValues {
+  CircuitContext& circuit; ///< the circuit in hand
+  AcceptedTables& acceptedTables;
+  std::int32_t& lastMarkerId;
+};
+
 /// How far a build has come.
 struct BuildState {
-  /// Both must outlive the build. `inHand` is the circuit in hand.
-  BuildState(const BuildInput& asked, CircuitContext& inHand)
-      : input(asked), circuit(inHand), maker(inHand) {}
+  /// Both must outlive the build.
+  BuildState(const BuildInput& asked, const LentValues& lent)
+      : input(asked), circuit(lent.circuit), acceptedTables(lent.acceptedTables), markers(lent.lastMarkerId),
+        maker(lent.circuit, lent.acceptedTables) {}
 
   const BuildInput& input;
   CircuitContext& circuit;
+  AcceptedTables& acceptedTables;
   std::wstring spaceName; ///< the block that receives the circuit
   BuildKind kind = BuildKind::direct;
   bool hasQuit = false;         ///< a quit message was seen: nothing more runs

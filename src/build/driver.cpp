@@ -50,8 +50,8 @@ UnitMaking unitMakingOf(BuildState& build) {
 
 } // namespace
 
-ZanBrenvolt::ZanBrenvolt(ZanBuildArgs args, CircuitContext& circuit, const ZanBrenvolt* parent)
-    : parent_(parent), state_(input_, circuit) {
+ZanBrenvolt::ZanBrenvolt(ZanBuildArgs args, const LentValues& lent, const ZanBrenvolt* parent)
+    : parent_(parent), state_(input_, lent) {
   input_.args = std::move(args);
   input_.lastHandle = handleFromText(input_.args.lastHandleText);
 }

@@ -13,9 +13,9 @@ namespace brenvolt {
 
 class ZanBrenvolt {
 public:
-  /// `circuit` is the circuit in hand; it and `parent` must outlive the build. `parent` is the build whose form has
-  /// started this one, null for a build of its own.
-  ZanBrenvolt(ZanBuildArgs args, CircuitContext& circuit, const ZanBrenvolt* parent = nullptr);
+  /// What is lent and `parent` must outlive the build. `parent` is the build whose form has started this one, null for
+  /// a build of its own.
+  ZanBrenvolt(ZanBuildArgs args, const LentValues& lent, const ZanBrenvolt* parent = nullptr);
   ZanBrenvolt(const ZanBrenvolt&) = delete;
   ZanBrenvolt& operator=(const ZanBrenvolt&) = delete;
   virtual ~ZanBrenvolt();

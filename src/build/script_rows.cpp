@@ -125,7 +125,8 @@ bool MarkerWalk::run(const std::vector<ZanExecRecord>& items) {
 void MarkerWalk::refreshGroupData(const ZanDwgMarker& marker) {
   const RowsInForce former = std::exchange(inForce_, settings_.at(marker));
   // The components are sized once for each motor.
-  if (former.rows == nullptr || former.motor != inForce_.motor) autoRows_ = computeAutoRows(*inForce_.rows);
+  if (former.rows == nullptr || former.motor != inForce_.motor)
+    autoRows_ = computeAutoRows(*inForce_.rows, build_.acceptedTables);
 }
 
 bool MarkerWalk::runMarker(const ZanExecRecord& item) {

@@ -58,6 +58,8 @@ void ZanWidgetManagerMaker::makeMotorManager(ZanConfigUnit& unit, const ZanOptio
   unit.control = true;
   auto manager = std::make_unique<ZanWidgetManagerMcc>(circuits_);
   manager->Initialise(&unit, group);
+  // A new circuit asks again about tables that are missing.
+  acceptedTables_.clear();
   unit.BindManager(controlOptionCode, manager.get());
   manager->SetWireFormats(wires_.formats(SamePosition::latestCounts));
   manager->TakeCircuit();
@@ -140,18 +142,28 @@ std::vector<MotorRows> ZanWidgetManagerMaker::CollectSettings() const {
   return motors;
 }
 
-std::vector<ZanAutoSizeRow> computeAutoRows(const ZanAnnotationDataList& groupData) {
+std::vector<ZanAutoSizeRow> sizeComponents(
+    std::wstring_view type, double current, AcceptedTables& acceptedTables) {
+  ZanAutoSizeComponent components;
+  if (const std::optional<std::wstring> standard = getCodeStandard()) {
+    std::wstring source;
+    MissingTables missing;
+    const bool isOpen = components.findMissing(*standard, source, missing);
+    if (isOpen &&
+        alertTables(source, missing.forCode, missing.everywhere, AlertKind::componentTable, acceptedTables))
+      components.useTables(*standard);
+  }
+  std::vector<ZanAutoSizeRow> rows;
+  if (!components.size(type, current, rows)) rows.clear();
+  return rows;
+}
+
+std::vector<ZanAutoSizeRow> computeAutoRows(
+    const ZanAnnotationDataList& groupData, AcceptedTables& acceptedTables) {
   const ZanAnnotationData* setup = findRow(groupData, rowname::motorSetup);
   if (!setup) setup = findRow(groupData, rowname::loadSetup);
   if (!setup) return {};
-  ZanAutoSizeComponent components;
-  // Without a standard the tables' plain names are used.
-  if (const std::optional<std::wstring> standard = getCodeStandard())
-    static_cast<void>(components.init(*standard));
-  std::vector<ZanAutoSizeRow> rows;
-  static_cast<void>(
-      components.size(fieldOf(*setup, typeField), toDouble(fieldOf(*setup, currentField)), rows));
-  return rows;
+  return sizeComponents(fieldOf(*setup, typeField), toDouble(fieldOf(*setup, currentField)), acceptedTables);
 }
 
 } // namespace brenvolt

@@ -7,6 +7,7 @@
 #include "data/component_sizing.h"
 #include "drawing/annotation_rows.h"
 #include "drawing/template_wires.h"
+#include "host/alerts.h"
 #include "project/code_record.h"
 
 #include <cstdint>
@@ -36,8 +37,9 @@ struct MotorRows {
 
 class ZanWidgetManagerMaker {
 public:
-  /// `circuit` is the circuit in hand and must outlive the maker.
-  explicit ZanWidgetManagerMaker(CircuitContext& circuit) : circuits_(circuit) {}
+  /// `circuit` is the circuit in hand; both must outlive the maker.
+  ZanWidgetManagerMaker(CircuitContext& circuit, AcceptedTables& acceptedTables)
+      : circuits_(circuit), acceptedTables_(acceptedTables) {}
   ZanWidgetManagerMaker(const ZanWidgetManagerMaker&) = delete;
   ZanWidgetManagerMaker& operator=(const ZanWidgetManagerMaker&) = delete;
   virtual ~ZanWidgetManagerMaker() = default;
@@ -76,12 +78,19 @@ private:
   void forEachMotor(const Visit& visit) const;
 
   CircuitInHand circuits_;
+  AcceptedTables& acceptedTables_;
   std::vector<ZanManagerGroup> groups_;
   std::vector<std::unique_ptr<ZanWidgetManager>> retired_; ///< heads that gave way
   TemplateWires wires_;
 };
 
+/// The components of a motor type for a current in amperes, by the tables of the code standard in use. The user is asked
+/// about tables that are missing; where the user stops, the tables' plain names are used.
+[[nodiscard]] std::vector<ZanAutoSizeRow> sizeComponents(
+    std::wstring_view type, double current, AcceptedTables& acceptedTables);
+
 /// The components of the first motor, or else the first load, among the rows. None gives no rows.
-[[nodiscard]] std::vector<ZanAutoSizeRow> computeAutoRows(const ZanAnnotationDataList& groupData);
+[[nodiscard]] std::vector<ZanAutoSizeRow> computeAutoRows(
+    const ZanAnnotationDataList& groupData, AcceptedTables& acceptedTables);
 
 } // namespace brenvolt

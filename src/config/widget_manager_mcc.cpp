@@ -101,8 +101,6 @@ void ZanWidgetManagerMcc::Initialise(ZanConfigUnit* unit, const ZanOptionGroup& 
   ResultList answer;
   if (evalString(inchOrMetricForm, answer) == kvstatus::normal)
     if (const std::optional<std::int32_t> units = ListReader(answer).integer()) metric_ = *units == isMetric;
-  // A new circuit asks again about tables that are missing.
-  clearAcceptedTables();
 }
 
 void ZanWidgetManagerMcc::SetWireFormats(const ZanWireFormatter& formatter, std::int32_t run) {

@@ -2,7 +2,6 @@
 
 #include "data/table_query.h"
 #include "expr/expr_evaluator.h"
-#include "host/alerts.h"
 #include "host/lisp_symbols.h"
 #include "text/numbers.h"
 
@@ -10,16 +9,14 @@
 
 namespace brenvolt {
 
-bool ZanAutoSizeComponent::init(std::wstring_view standard) {
-  codeStandard_ = standard;
+bool ZanAutoSizeComponent::findMissing(
+    std::wstring_view standard, std::wstring& source, MissingTables& missing) {
   if (!connection() && !Open()) return false;
+  static_cast<void>(CheckTables({}, {}, standard, source, missing, tablemask::components));
+  return true;
+}
 
-  std::wstring source;
-  MissingTables missing;
-  if (!CheckTables({}, {}, codeStandard_, source, missing, tablemask::components) &&
-      !alertTables(source, missing.forCode, missing.everywhere, AlertKind::componentTable))
-    return false;
-
+void ZanAutoSizeComponent::useTables(std::wstring_view standard) {
   struct Resolved {
     ZanTableKind kind;
     std::wstring& name;
@@ -29,9 +26,8 @@ bool ZanAutoSizeComponent::init(std::wstring_view standard) {
         Resolved{ZanTableKind::componentCalculation, calculationTable_},
         Resolved{ZanTableKind::componentMap, mapTable_}}) {
     std::wstring name;
-    if (utils().ResolveTable(name, table.kind, codeStandard_)) table.name = name;
+    if (utils().ResolveTable(name, table.kind, standard)) table.name = name;
   }
-  return true;
 }
 
 bool ZanAutoSizeComponent::size(std::wstring_view type, double current, std::vector<ZanAutoSizeRow>& rows) {

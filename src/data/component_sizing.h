@@ -24,9 +24,12 @@ class ZanAutoSizeComponent final : public ZanDbBaseService {
 public:
   using ZanDbBaseService::ZanDbBaseService;
 
-  /// Opens a connection when there is none, lets the user know of missing tables, and resolves the three tables of
-  /// the standard. Without this call the tables' plain names are used.
-  [[nodiscard]] bool init(std::wstring_view standard);
+  /// Finds which of the three tables of a standard the data source lacks, on a connection of its own when there is
+  /// none. False when that cannot be opened.
+  [[nodiscard]] bool findMissing(std::wstring_view standard, std::wstring& source, MissingTables& missing);
+  /// Works with the tables of a standard from now on, the default ones for those it lacks; with the tables' plain names
+  /// until then.
+  void useTables(std::wstring_view standard);
   /// The rows of a motor type for a current in amperes, in the order of the description table. False without rows:
   /// an empty type, no connection, no description table. A component whose expression is missing or illegal keeps
   /// the value 0.
@@ -39,7 +42,6 @@ private:
   void evaluate(ZanAutoSizeRow& row, std::wstring_view type, double current);
   void chooseStep(ZanAutoSizeRow& row);
 
-  std::wstring codeStandard_;
   std::wstring descriptionTable_ = L"MOTOR_I_DESC";
   std::wstring calculationTable_ = L"MOTOR_I_CALC";
   std::wstring mapTable_ = L"MOTOR_I_MAP";

@@ -1,7 +1,6 @@
 #include "data/rating_tables.h"
 
 #include "data/table_query.h"
-#include "host/host_api_documents.h"
 #include "host/lisp_symbols.h"
 #include "text/compare.h"
 #include "text/numbers.h"
@@ -13,28 +12,32 @@ namespace brenvolt {
 
 namespace {
 
-constexpr std::array<std::wstring_view, 10> motorColumns = {
-    L"ID",    L"Type",           L"Load",        L"Units",   L"Voltage (V)",
-    L"Phase", L"Frequency (HZ)", L"Speed (RPM)", L"FLA (A)", L"Description",
+constexpr std::size_t keyColumn = 0;
+constexpr std::wstring_view keyName = L"ID";
+constexpr std::wstring_view descriptionName = L"Description";
+
+constexpr std::array motorRatings = {
+    Rating::type,  Rating::load,      Rating::units, Rating::voltage,
+    Rating::phase, Rating::frequency, Rating::speed, Rating::fla,
 };
 
-constexpr std::array<std::wstring_view, 9> loadColumns = {
-    L"ID",    L"Type",    L"Phase",          L"Voltage (V)", L"Load",
-    L"Units", L"FLA (A)", L"Frequency (HZ)", L"Description",
+/// A load has no speed.
+constexpr std::array loadRatings = {
+    Rating::type, Rating::phase, Rating::voltage, Rating::load, Rating::units, Rating::fla, Rating::frequency,
 };
 
 constexpr RatingTable motors = {
     ZanTableKind::motors,
     tablemask::motors,
-    motorColumns,
-    {motorcolumn::type, motorcolumn::voltage, motorcolumn::frequency},
+    motorRatings,
+    {Rating::type, Rating::voltage, Rating::frequency},
 };
 
 constexpr RatingTable loads = {
     ZanTableKind::loads,
     tablemask::loads,
-    loadColumns,
-    {loadcolumn::type, loadcolumn::voltage, loadcolumn::phase},
+    loadRatings,
+    {Rating::type, Rating::voltage, Rating::phase},
 };
 
 } // namespace
@@ -44,6 +47,21 @@ const RatingTable& motorTable() {
 }
 const RatingTable& loadTable() {
   return loads;
+}
+
+std::size_t RatingTable::columnOf(Rating rating) const {
+  return static_cast<std::size_t>(std::find(ratings.begin(), ratings.end(), rating) - ratings.begin()) + 1;
+}
+
+const RatingField* RatingTable::fieldOf(std::size_t column) const {
+  if (column == keyColumn || column > ratings.size()) return nullptr;
+  return &ratingFields[static_cast<std::size_t>(ratings[column - 1])];
+}
+
+std::wstring_view RatingTable::nameOf(std::size_t column) const {
+  if (column == keyColumn) return keyName;
+  const RatingField* field = fieldOf(column);
+  return field == nullptr ? descriptionName : field->column;
 }
 
 RatingTableService::RatingTableService(const RatingTable& table, ZanOleDbConnection* connection)
@@ -60,12 +78,8 @@ void RatingTableService::Initialize() {
   if (!utils().ResolveTable(tableName_, table_.kind, code_) || !columns.Open(*connection(), tableName_))
     return;
   for (std::wstring name; columns.FetchNext() && columns.GetName(name);) {
-    const auto column =
-        std::find_if(table_.columns.begin(), table_.columns.end(), [&name](std::wstring_view each) {
-          return equalsOrdinalNoCase(each, name);
-        });
-    if (column != table_.columns.end())
-      columnNames_[static_cast<std::size_t>(column - table_.columns.begin())] = name;
+    for (std::size_t column = 0; column < table_.columnCount(); ++column)
+      if (equalsOrdinalNoCase(table_.nameOf(column), name)) columnNames_[column] = name;
   }
 }
 
@@ -79,7 +93,7 @@ bool RatingTableService::Query(const ZanTableFilter& filter, std::vector<RatingR
   std::vector<std::size_t> selected;
   std::wstring condition;
   std::vector<std::wstring> values;
-  for (std::size_t column = 0; column < table_.columns.size(); ++column) {
+  for (std::size_t column = 0; column < table_.columnCount(); ++column) {
     if (filter.active[column]) {
       condition += condition.empty() ? L" WHERE [%s]='%s'" : L" AND [%s]='%s'";
       values.push_back(nameOf(column));
@@ -124,11 +138,12 @@ std::vector<std::wstring> RatingTableService::ExtractColumn(
 }
 
 std::wstring RatingTableService::savedText(
-    std::size_t column, const std::vector<std::wstring>& values, const ZanTableFilter& filter,
-    const std::array<std::size_t, 3>& filterColumns) const {
+    std::size_t column, const std::vector<std::wstring>& values, const ZanTableFilter& filter) const {
   const auto isHidden = [&](std::size_t each) {
-    return std::find(filterColumns.begin(), filterColumns.end(), each) != filterColumns.end() &&
-           filter.active[each];
+    return filter.active[each] &&
+           std::any_of(table_.filters.begin(), table_.filters.end(), [&](Rating rating) {
+             return table_.columnOf(rating) == each;
+           });
   };
   if (isHidden(column)) return filter.values[column];
   std::size_t position = column - 1;
@@ -139,7 +154,8 @@ std::wstring RatingTableService::savedText(
 
 bool RatingTableService::Save(
     int id, const std::vector<std::wstring>& values, const ZanTableFilter& filter,
-    const std::array<std::size_t, 3>& filterColumns) const {
+    std::wstring& refusal) const {
+  refusal.clear();
   if (values.empty()) return false;
   std::wstring names;
   std::wstring places;
@@ -147,10 +163,10 @@ bool RatingTableService::Save(
   std::vector<std::wstring> inserted = {tableName_};
   std::vector<std::wstring> texts;
   std::vector<std::wstring> updated = {tableName_};
-  for (std::size_t column = 1; column < table_.columns.size(); ++column) {
-    std::wstring text = savedText(column, values, filter, filterColumns);
+  for (std::size_t column = 1; column < table_.columnCount(); ++column) {
+    std::wstring text = savedText(column, values, filter);
     // The description alone may hold quotes; in any other column one makes the statement fail.
-    if (column == table_.columns.size() - 1) text = replaceAll(text, L"'", L"''");
+    if (column == table_.columnCount() - 1) text = replaceAll(text, L"'", L"''");
     const std::wstring_view separator = column == 1 ? L"" : L", ";
     names.append(separator).append(L"[%s]");
     places.append(separator).append(L"'%s'");
@@ -167,7 +183,7 @@ bool RatingTableService::Save(
   const bool saved = id != 0
                          ? query.run(L"UPDATE [%s] SET " + assignments + L" WHERE [ID]=%d", updated)
                          : query.run(L"INSERT INTO [%s] (" + names + L") VALUES (" + places + L")", inserted);
-  if (!saved) kvdsMessageBox(kvdsForegroundWindow(), query.error().c_str());
+  if (!saved) refusal = query.error();
   return saved;
 }
 

@@ -3,9 +3,9 @@
 #pragma once
 
 #include "data/db_service.h"
+#include "data/ratings.h"
 
 #include <array>
-#include <initializer_list>
 #include <map>
 #include <span>
 #include <string>
@@ -13,18 +13,6 @@
 #include <vector>
 
 namespace brenvolt {
-
-/// Column indexes of the motor table.
-namespace motorcolumn {
-inline constexpr std::size_t id = 0, type = 1, load = 2, units = 3, voltage = 4, phase = 5, frequency = 6,
-                             speed = 7, fla = 8, description = 9;
-}
-
-/// Column indexes of the load table: it has no speed, and another order.
-namespace loadcolumn {
-inline constexpr std::size_t id = 0, type = 1, phase = 2, voltage = 3, load = 4, units = 5, fla = 6,
-                             frequency = 7, description = 8;
-}
 
 inline constexpr std::size_t ratingColumnLimit = 10;
 
@@ -37,19 +25,26 @@ struct RatingRecord {
 using ZanMotorRecord = RatingRecord;
 using ZanLoadRecord = RatingRecord;
 
-/// Which rows and columns a query wants.
+/// Which rows and columns a query asks for.
 struct ZanTableFilter {
   std::array<bool, ratingColumnLimit> active{}; ///< the column has to equal its value
   std::array<std::wstring, ratingColumnLimit> values;
   std::array<bool, ratingColumnLimit> selected{}; ///< the column is read
 };
 
-/// What tells the two tables apart.
+/// What distinguishes the two tables. Their columns: the key, the ratings, the description.
 struct RatingTable {
   ZanTableKind kind;
   unsigned mask;
-  std::span<const std::wstring_view> columns; ///< by index; 0 is the key, the last is the description
-  std::array<std::size_t, 3> filterColumns;   ///< of the dialog's three filter lists
+  std::span<const Rating> ratings; ///< in the order of their columns
+  std::array<Rating, 3> filters;   ///< of the dialog's three filter lists
+
+  [[nodiscard]] std::size_t columnCount() const { return ratings.size() + 2; }
+  /// The rating's column; that of the description for a rating that the table does not have.
+  [[nodiscard]] std::size_t columnOf(Rating rating) const;
+  /// Null for the key and the description.
+  [[nodiscard]] const RatingField* fieldOf(std::size_t column) const;
+  [[nodiscard]] std::wstring_view nameOf(std::size_t column) const;
 };
 
 [[nodiscard]] const RatingTable& motorTable();
@@ -76,19 +71,18 @@ public:
   [[nodiscard]] static std::vector<std::wstring> ExtractColumn(
       std::vector<RatingRecord>&& records, std::size_t column);
   /// Changes the row of `id`, or adds one for 0. `values` is a row of the dialog's grid: the columns from 1 on without
-  /// those that an active filter among the three columns hides; these take the filter's value. On a failure the
-  /// provider's text is shown in a message box and the table is unchanged.
-  bool Save(
+  /// those that an active filter among the three columns hides; these take the filter's value. On a failure the table
+  /// is unchanged, and `refusal` is the provider's text; empty when there was nothing to save.
+  [[nodiscard]] bool Save(
       int id, const std::vector<std::wstring>& values, const ZanTableFilter& filter,
-      const std::array<std::size_t, 3>& filterColumns) const;
+      std::wstring& refusal) const;
   /// Whether the standard has the table.
   [[nodiscard]] bool CheckTables(std::wstring& dataSource, MissingTables& missing) const;
 
 private:
   [[nodiscard]] std::wstring nameOf(std::size_t column) const;
   [[nodiscard]] std::wstring savedText(
-      std::size_t column, const std::vector<std::wstring>& values, const ZanTableFilter& filter,
-      const std::array<std::size_t, 3>& filterColumns) const;
+      std::size_t column, const std::vector<std::wstring>& values, const ZanTableFilter& filter) const;
 
   const RatingTable& table_;
   std::wstring code_;

@@ -1,7 +1,6 @@
 #include "data/ratings.h"
 
 #include "host/resources.h"
-#include "text/compare.h"
 #include "text/numbers.h"
 
 namespace brenvolt {
@@ -10,14 +9,14 @@ namespace {
 
 constexpr RatingField textField(
     std::wstring Ratings::*text, std::wstring_view column, int motorColumn, TextId label,
-    std::wstring_view argument, std::wstring_view unit = {}) {
-  return {text, nullptr, column, motorColumn, label, argument, unit};
+    std::wstring_view argument) {
+  return {text, nullptr, column, motorColumn, label, argument};
 }
 
 constexpr RatingField numberField(
     double Ratings::*number, std::wstring_view column, int motorColumn, TextId label,
-    std::wstring_view argument, std::wstring_view unit = {}) {
-  return {nullptr, number, column, motorColumn, label, argument, unit};
+    std::wstring_view argument) {
+  return {nullptr, number, column, motorColumn, label, argument};
 }
 
 } // namespace
@@ -26,11 +25,11 @@ const std::array<RatingField, ratingCount> ratingFields = {
     textField(&Ratings::type, L"Type", 2, TextId::dataType, L"@type"),
     textField(&Ratings::load, L"Load", 6, TextId::dataLoad, L"@load"),
     textField(&Ratings::units, L"Units", 7, TextId::dataUnits, L"@units"),
-    textField(&Ratings::voltage, L"Voltage (V)", 4, TextId::dataVoltage, L"@voltage", L"V"),
+    textField(&Ratings::voltage, L"Voltage (V)", 4, TextId::dataVoltage, L"@voltage"),
     textField(&Ratings::phase, L"Phase", 3, TextId::dataPhase, L"@phase"),
-    textField(&Ratings::frequency, L"Frequency (HZ)", 9, TextId::dataFrequency, L"@frequency", L"Hz"),
-    textField(&Ratings::speed, L"Speed (RPM)", 5, TextId::dataSpeed, L"@speed", L"rpm"),
-    numberField(&Ratings::fla, L"FLA (A)", 8, TextId::dataFla, L"@fla", L"A"),
+    textField(&Ratings::frequency, L"Frequency (HZ)", 9, TextId::dataFrequency, L"@frequency"),
+    textField(&Ratings::speed, L"Speed (RPM)", 5, TextId::dataSpeed, L"@speed"),
+    numberField(&Ratings::fla, L"FLA (A)", 8, TextId::dataFla, L"@fla"),
     numberField(&Ratings::flaMultiplier, {}, 0, TextId::dataMultiplier, L"@flamult"),
 };
 
@@ -40,12 +39,6 @@ void setRating(Ratings& ratings, std::size_t index, std::wstring_view text) {
     ratings.*field.text = text;
   else
     ratings.*field.number = toDouble(text);
-}
-
-std::wstring Ratings::*ratingTextOf(std::wstring_view column) {
-  for (const RatingField& field : ratingFields)
-    if (field.text && equalsOrdinalNoCase(field.column, column)) return field.text;
-  return nullptr;
 }
 
 } // namespace brenvolt

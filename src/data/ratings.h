@@ -1,5 +1,4 @@
-// The nine ratings of a motor or load in one table: what tables, labels and lookup commands call each, and what it is
-// measured in. The records of placed components, the rows of saved configurations, pages, pickers and LISP lists all walk
+// The nine ratings of a motor or load in one table: what tables, labels and lookup commands call each. The records of placed components, the rows of saved configurations, pages, pickers and LISP lists all walk
 // this table.
 #pragma once
 
@@ -38,15 +37,11 @@ struct RatingField {
   int motorColumn; ///< its place in a motor table that lacks the name, from 1; the first is the row's id
   TextId label;
   std::wstring_view argument; ///< of a lookup command
-  std::wstring_view unit;     ///< empty: it has none
 };
 
 extern const std::array<RatingField, ratingCount> ratingFields;
 
 /// Puts a text into a rating; a number is read from it.
 void setRating(Ratings& ratings, std::size_t index, std::wstring_view text);
-
-/// The text of the rating that a column of the motor and load tables has; null for any other column and for numbers.
-[[nodiscard]] std::wstring Ratings::*ratingTextOf(std::wstring_view column);
 
 } // namespace brenvolt

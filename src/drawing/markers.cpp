@@ -11,6 +11,12 @@ namespace brenvolt {
 
 class MarkerIndex final {
 public:
+  MarkerIndex() : lastId(own_) {}
+  explicit MarkerIndex(std::int32_t& lent) : lastId(lent) {}
+  MarkerIndex(const MarkerIndex&) = delete;
+  MarkerIndex& operator=(const MarkerIndex&) = delete;
+
+  std::int32_t& lastId;
   std::unordered_map<std::int32_t, ZanDwgMarkerList::Place> placeOfId;
   std::unordered_map<std::uint64_t, std::size_t> countOfHandle;
 
@@ -23,14 +29,12 @@ public:
     const auto found = countOfHandle.find(marker.handle.value());
     if (found != countOfHandle.end() && --found->second == 0) countOfHandle.erase(found);
   }
+
+private:
+  std::int32_t own_ = 0; ///< the last id where none is lent
 };
 
-std::int32_t& lastMarkerId() {
-  static std::int32_t id = 0;
-  return id;
-}
-
-ZanDwgMarker::ZanDwgMarker() : id(++lastMarkerId()) {}
+ZanDwgMarker::ZanDwgMarker() = default;
 ZanDwgMarker::ZanDwgMarker(ZanDwgMarker&&) noexcept = default;
 ZanDwgMarker& ZanDwgMarker::operator=(ZanDwgMarker&&) noexcept = default;
 ZanDwgMarker::~ZanDwgMarker() = default;
@@ -55,6 +59,8 @@ void ZanDwgMarker::DropChildren() {
 }
 
 ZanDwgMarkerList::ZanDwgMarkerList() : tree_(std::make_shared<MarkerIndex>()) {}
+
+ZanDwgMarkerList::ZanDwgMarkerList(std::int32_t& lastId) : tree_(std::make_shared<MarkerIndex>(lastId)) {}
 
 ZanDwgMarkerList::ZanDwgMarkerList(std::shared_ptr<MarkerIndex> tree, std::int32_t ownerId)
     : tree_(std::move(tree)), ownerId_(ownerId) {}
@@ -81,6 +87,7 @@ bool ZanDwgMarkerList::holdsHandle(KvDbHandle handle) const {
 
 void ZanDwgMarkerList::Insert(ZanDwgMarker marker) {
   BRENVOLT_ASSERT(marker.children() == nullptr, "a marker comes into a list before it has children");
+  marker.id = ++tree_->lastId;
   pending_.push_back(std::move(marker));
 }
 

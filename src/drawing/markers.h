@@ -23,13 +23,9 @@ class ZanDwgMarkerList;
 /// Finds the markers of one tree by id and by handle; shared by all its lists.
 class MarkerIndex;
 
-/// The last id given to a marker of this process.
-[[nodiscard]] std::int32_t& lastMarkerId();
-
 /// One marker. It can be moved but not copied: it owns the markers below it.
 class ZanDwgMarker {
 public:
-  /// Takes the next id, from 1 on.
   ZanDwgMarker();
   ZanDwgMarker(const ZanDwgMarker&) = delete;
   ZanDwgMarker& operator=(const ZanDwgMarker&) = delete;
@@ -49,7 +45,7 @@ public:
   /// Frees the child list with all below it.
   void DropChildren();
 
-  std::int32_t id;          ///< unique in the process
+  std::int32_t id = 0;      ///< from 1, unique in the process; the list gives it
   std::int32_t ordinal = 0; ///< from 1, among the markers of the same list with equal code
   std::int32_t level = 0;   ///< 1 for the top list
   std::int32_t run = 0;     ///< undo marks of the build at the time of the scan
@@ -81,8 +77,10 @@ public:
     std::size_t position;
   };
 
-  /// The top list of a tree of its own.
+  /// The top list of a tree of its own. `lastId` is the last id that any tree has given to a marker; a tree that is lent
+  /// none counts for itself. It must outlive the tree.
   ZanDwgMarkerList();
+  explicit ZanDwgMarkerList(std::int32_t& lastId);
   ZanDwgMarkerList(const ZanDwgMarkerList&) = delete;
   ZanDwgMarkerList& operator=(const ZanDwgMarkerList&) = delete;
   virtual ~ZanDwgMarkerList();
@@ -101,7 +99,7 @@ public:
   /// Whether a block reference is a marker of the tree already.
   [[nodiscard]] bool holdsHandle(KvDbHandle handle) const;
 
-  /// Keeps a marker of a running scan. It must not have children yet.
+  /// Keeps a marker of a running scan and gives it its id. It must not have children yet.
   void Insert(ZanDwgMarker marker);
   /// Puts the inserted markers after those in the list: by order as a number, equal ones as they came; and counts
   /// their ordinals.

@@ -4,7 +4,6 @@
 #include "flows/circuit_workbook.h"
 #include "flows/dlg_annotation.h"
 #include "flows/dlg_exist_circuits.h"
-#include "flows/existing_circuit.h"
 #include "host/alerts.h"
 #include "host/host_api_lisp.h"
 #include "host/lisp_calls.h"
@@ -46,8 +45,8 @@ constexpr ScaleField scaleFields[] = {
 
 } // namespace
 
-ZanDlgCircuit::ZanDlgCircuit(BuildData data, KvWindow* parent)
-    : CKvUiDialog(formName, parent), data_(std::move(data)) {}
+ZanDlgCircuit::ZanDlgCircuit(BuildData data, ExistingCircuit& existing, KvWindow* parent)
+    : CKvUiDialog(formName, parent), data_(std::move(data)), existing_(existing) {}
 
 bool ZanDlgCircuit::OnInitDialog() {
   SetDialogName(circuitDialogName);
@@ -94,7 +93,7 @@ void ZanDlgCircuit::readProject() {
     readCircuitRows(*database, circuitRows_);
     readCircuitSummaries(*database, circuitRows_, circuitSummaries_);
   }
-  adoptExistingCircuit(circuitRows_);
+  existing_ = refreshedCircuit(existing_, circuitRows_);
 }
 
 void ZanDlgCircuit::OnEvent(const KvUiEvent& event) {
@@ -207,7 +206,7 @@ void ZanDlgCircuit::enableControls() {
   Button(role::choosePresets).Enable(hasPresets && !hasHistory);
   Tick(role::useExisting).Enable(!hasHistory);
   Button(role::chooseExisting).Enable(isExisting);
-  Tick(role::takeComponents).Enable(isExisting && hasExistingCircuit());
+  Tick(role::takeComponents).Enable(isExisting && isPicked(existing_));
 }
 
 /// The presets of the shown type; null when there are none.
@@ -243,16 +242,16 @@ void ZanDlgCircuit::onChoosePresets() {
 }
 
 void ZanDlgCircuit::onChooseExisting() {
-  ZanDlgExistCircuits dialog(circuitRows_, circuitSummaries_, existingCircuit(), window());
+  ZanDlgExistCircuits dialog(circuitRows_, circuitSummaries_, existing_, window());
   if (dialog.DoModal() != kvui::ok) return;
-  if (dialog.GetSelection().size() != circuitrow::columns) return;
-  existingCircuit() = dialog.GetSelection();
+  if (!isPicked(dialog.GetSelection())) return;
+  existing_ = dialog.GetSelection();
   Tick(role::useExisting).SetChecked(true);
   UpdateExistingButton();
 }
 
 void ZanDlgCircuit::UpdateExistingButton() {
-  const TextId caption = hasExistingCircuit() ? TextId::existingChosen : TextId::existingNone;
+  const TextId caption = isPicked(existing_) ? TextId::existingChosen : TextId::existingNone;
   Button(role::chooseExisting).SetLabel(loadText(caption));
   enableControls();
 }
@@ -312,7 +311,7 @@ std::vector<AnnotationRow> ZanDlgCircuit::annotationRows() {
 }
 
 std::vector<AnnotationRow> ZanDlgCircuit::existingComponentRows() const {
-  return selection_.useExisting ? readComponentRows(existingCircuit()) : std::vector<AnnotationRow>();
+  return selection_.useExisting ? readComponentRows(existing_) : std::vector<AnnotationRow>();
 }
 
 } // namespace brenvolt

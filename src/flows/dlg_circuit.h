@@ -5,6 +5,7 @@
 #include "data/project_circuits.h"
 #include "drawing/history.h"
 #include "flows/circuit_tree_ctrl.h"
+#include "flows/existing_circuit.h"
 #include "host/build_data.h"
 #include "host/host_api_ui.h"
 #include "project/annotation_presets.h"
@@ -29,10 +30,11 @@ struct CircuitSelection {
 
 class ZanDlgCircuit final : public CKvUiDialog {
 public:
-  /// Starts from the scales and the workbook's name in `data`.
-  ZanDlgCircuit(BuildData data, KvWindow* parent);
+  /// Starts from the scales and the workbook's name in `data`. `existing` is the circuit of the project that was picked
+  /// before, and takes what is picked here; it must outlive the dialog.
+  ZanDlgCircuit(BuildData data, ExistingCircuit& existing, KvWindow* parent);
 
-  /// @name Once `DoModal` has answered kvui::ok
+  /// @name Once `DoModal` has returned kvui::ok
   /// @{
   [[nodiscard]] const CircuitSelection& selection() const { return selection_; }
   /// With the scales as the user left them.
@@ -75,6 +77,7 @@ private:
   [[nodiscard]] ZanAnnotationExList::Presets* presets();
 
   BuildData data_;
+  ExistingCircuit& existing_;
   CircuitSelection selection_;
   ZanCircuitCatalog catalog_;
   ZanXmlHistory history_;

@@ -4,7 +4,6 @@
 #include "flows/config_names.h"
 #include "flows/config_pick.h"
 #include "flows/config_walk.h"
-#include "flows/configured_circuit.h"
 #include "host/alerts.h"
 #include "host/host_api_documents.h"
 #include "host/host_api_lisp.h"
@@ -284,7 +283,6 @@ void ZanDlgConfig::HandOverEditor(EditorOwner owner) {
 }
 
 bool runConfiguration(ZanBrenvolt& build, KvWindow* parent) {
-  const ConfiguredCircuit circuit(build.args().circuit);
   ZanDlgConfig dialog(build, parent);
   try {
     static_cast<void>(dialog.DoModal());

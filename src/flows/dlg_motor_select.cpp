@@ -2,8 +2,8 @@
 
 namespace brenvolt {
 
-bool runMotorPicker(KvWindow* parent, RatingSelection& selection) {
-  ZanDlgMotorSelect dialog(parent, selection);
+bool runMotorPicker(KvWindow* parent, AcceptedTables& acceptedTables, RatingSelection& selection) {
+  ZanDlgMotorSelect dialog(parent, acceptedTables, selection);
   if (dialog.DoModal() != kvui::ok) return false;
   selection = dialog.selection();
   return true;

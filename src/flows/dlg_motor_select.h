@@ -9,12 +9,13 @@ namespace brenvolt {
 
 class ZanDlgMotorSelect final : public RatingPicker {
 public:
-  explicit ZanDlgMotorSelect(KvWindow* parent, RatingSelection given = {})
-      : RatingPicker(motorPicker(), parent, std::move(given)) {}
+  ZanDlgMotorSelect(KvWindow* parent, AcceptedTables& acceptedTables, RatingSelection given)
+      : RatingPicker(motorPicker(), parent, acceptedTables, std::move(given)) {}
 };
 
 /// Shows the motor picker over `parent`, started from `selection`. True when the user accepted: `selection` is then
 /// what was chosen. Otherwise it is unchanged.
-[[nodiscard]] bool runMotorPicker(KvWindow* parent, RatingSelection& selection);
+[[nodiscard]] bool runMotorPicker(
+    KvWindow* parent, AcceptedTables& acceptedTables, RatingSelection& selection);
 
 } // namespace brenvolt

@@ -2,8 +2,8 @@
 
 namespace brenvolt {
 
-bool runLoadPicker(KvWindow* parent, RatingSelection& selection) {
-  ZanDlgPowerFeed dialog(parent, selection);
+bool runLoadPicker(KvWindow* parent, AcceptedTables& acceptedTables, RatingSelection& selection) {
+  ZanDlgPowerFeed dialog(parent, acceptedTables, selection);
   if (dialog.DoModal() != kvui::ok) return false;
   selection = dialog.selection();
   return true;

@@ -9,12 +9,13 @@ namespace brenvolt {
 
 class ZanDlgPowerFeed final : public RatingPicker {
 public:
-  explicit ZanDlgPowerFeed(KvWindow* parent, RatingSelection given = {})
-      : RatingPicker(loadPicker(), parent, std::move(given)) {}
+  ZanDlgPowerFeed(KvWindow* parent, AcceptedTables& acceptedTables, RatingSelection given)
+      : RatingPicker(loadPicker(), parent, acceptedTables, std::move(given)) {}
 };
 
 /// Shows the load picker over `parent`, started from `selection`. True when the user accepted: `selection` is then what
 /// was chosen. Otherwise it is unchanged.
-[[nodiscard]] bool runLoadPicker(KvWindow* parent, RatingSelection& selection);
+[[nodiscard]] bool runLoadPicker(
+    KvWindow* parent, AcceptedTables& acceptedTables, RatingSelection& selection);
 
 } // namespace brenvolt

@@ -2,7 +2,6 @@
 
 #include "flows/save_as_file_dlg.h"
 #include "flows/wire_report.h"
-#include "host/alerts.h"
 #include "host/host_api_lisp.h"
 #include "host/lisp_symbols.h"
 #include "host/resources.h"
@@ -33,8 +32,10 @@ constexpr int doubleClickMilliseconds = 1000; // longer than any desktop sets
 } // namespace
 
 ZanDlgWireSelect::ZanDlgWireSelect(
-    ZanDlgWireSelectBaseCtrlMgr& manager, KvWindow* parent, std::optional<std::wstring> circuit)
-    : ZanDlgDatabase(formName, parent), manager_(manager), circuitName_(std::move(circuit)) {}
+    ZanDlgWireSelectBaseCtrlMgr& manager, KvWindow* parent, AcceptedTables& acceptedTables,
+    std::optional<std::wstring> circuit)
+    : ZanDlgDatabase(formName, parent), manager_(manager), acceptedTables_(acceptedTables),
+      circuitName_(std::move(circuit)) {}
 
 bool ZanDlgWireSelect::OnInitDialog() {
   SetDialogName(dialogName);
@@ -67,7 +68,7 @@ bool ZanDlgWireSelect::begin() {
 bool ZanDlgWireSelect::goesOnWithout(const MissingTables& missing) {
   std::wstring source;
   connection().GetDatasource(source);
-  return alertTables(source, missing.forCode, missing.everywhere, AlertKind::table);
+  return alertTables(source, missing.forCode, missing.everywhere, AlertKind::table, acceptedTables_);
 }
 
 void ZanDlgWireSelect::OnControlEvent(const KvUiEvent& event) {
@@ -145,8 +146,9 @@ void ZanDlgWireSelect::exportReport() {
 }
 
 std::optional<WireLookupAnswer> runWireLookup(
-    ZanDlgWireSelectBaseCtrlMgr& manager, KvWindow* parent, const std::optional<std::wstring>& circuit) {
-  ZanDlgWireSelect dialog(manager, parent, circuit);
+    ZanDlgWireSelectBaseCtrlMgr& manager, KvWindow* parent, AcceptedTables& acceptedTables,
+    const std::optional<std::wstring>& circuit) {
+  ZanDlgWireSelect dialog(manager, parent, acceptedTables, circuit);
   if (dialog.DoModal() != kvui::ok) return std::nullopt;
   return WireLookupAnswer{dialog.size(), dialog.parallelNote()};
 }

@@ -7,6 +7,7 @@
 #include "flows/wire_lookup_view.h"
 #include "flows/wire_report_file.h"
 #include "flows/wire_select_ctrl_mgr.h"
+#include "host/alerts.h"
 
 #include <optional>
 #include <string>
@@ -16,10 +17,11 @@ namespace brenvolt {
 
 class ZanDlgWireSelect final : public ZanDlgDatabase, private WireLookupForm {
 public:
-  /// The manager belongs to whoever opens the dialog and must outlive it. `circuit` is the name for the report, when the
+  /// The manager and the accepted tables belong to whoever opens the dialog and must outlive it. `circuit` is the name for the report, when the
   /// lookup is opened out of a configuration.
   ZanDlgWireSelect(
-      ZanDlgWireSelectBaseCtrlMgr& manager, KvWindow* parent, std::optional<std::wstring> circuit);
+      ZanDlgWireSelectBaseCtrlMgr& manager, KvWindow* parent, AcceptedTables& acceptedTables,
+      std::optional<std::wstring> circuit);
 
   /// The chosen size without blanks; empty when no row was selected.
   [[nodiscard]] const std::wstring& size() const { return size_; }
@@ -49,6 +51,7 @@ private:
   void exportReport();
 
   ZanDlgWireSelectBaseCtrlMgr& manager_;
+  AcceptedTables& acceptedTables_;
   std::optional<WireTableCache> tables_; ///< on the dialog's connection, once it is open
   std::optional<WireLookup> lookup_;
   std::optional<WireLookupView> view_;
@@ -58,7 +61,7 @@ private:
   std::wstring parallelNote_;
 };
 
-/// What the wire lookup answers.
+/// What the user chose in the wire lookup.
 struct WireLookupAnswer {
   std::wstring size;
   std::wstring parallelNote;
@@ -66,7 +69,7 @@ struct WireLookupAnswer {
 
 /// Runs the lookup; nothing when the user cancels or the tables cannot be opened.
 [[nodiscard]] std::optional<WireLookupAnswer> runWireLookup(
-    ZanDlgWireSelectBaseCtrlMgr& manager, KvWindow* parent,
+    ZanDlgWireSelectBaseCtrlMgr& manager, KvWindow* parent, AcceptedTables& acceptedTables,
     const std::optional<std::wstring>& circuit = std::nullopt);
 
 } // namespace brenvolt

@@ -43,25 +43,19 @@ std::optional<std::wstring> readPlace(
 
 } // namespace
 
-TextRow& existingCircuit() {
-  static TextRow circuit;
-  return circuit;
+bool isPicked(const ExistingCircuit& circuit) {
+  return circuit.size() == circuitrow::columns;
 }
 
-bool hasExistingCircuit() {
-  return existingCircuit().size() == circuitrow::columns;
-}
-
-void adoptExistingCircuit(const std::vector<TextRow>& rows) {
-  TextRow& picked = existingCircuit();
-  if (!hasExistingCircuit()) return;
-  const auto isPicked = [&picked](const TextRow& row) {
+ExistingCircuit refreshedCircuit(const ExistingCircuit& picked, const std::vector<TextRow>& rows) {
+  if (!isPicked(picked)) return picked;
+  const auto isSame = [&picked](const TextRow& row) {
     const auto agrees = [&](std::size_t column) { return equalsOrdinalNoCase(row[column], picked[column]); };
     return row.size() == circuitrow::columns && agrees(circuitrow::drawingIndex) &&
            agrees(circuitrow::handle);
   };
-  const auto found = std::find_if(rows.begin(), rows.end(), isPicked);
-  picked = found == rows.end() ? TextRow() : TextRow(*found);
+  const auto found = std::find_if(rows.begin(), rows.end(), isSame);
+  return found == rows.end() ? ExistingCircuit() : *found;
 }
 
 std::vector<AnnotationRow> readComponentRows(const TextRow& circuit) {

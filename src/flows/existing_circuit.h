@@ -9,14 +9,15 @@
 
 namespace brenvolt {
 
-/// The picked circuit's row in the project database; empty while none is picked. Lives as long as the process, so that
-/// the next selection finds it again.
-[[nodiscard]] TextRow& existingCircuit();
-[[nodiscard]] bool hasExistingCircuit();
+/// The picked circuit's row in the project database; empty while none is picked. It outlives the dialogs, so that the
+/// next selection finds it again.
+using ExistingCircuit = TextRow;
+[[nodiscard]] bool isPicked(const ExistingCircuit& circuit);
 
-/// Takes the picked circuit's row anew out of the project's rows; the pick is gone when the circuit, told by drawing
-/// index and handle, is.
-void adoptExistingCircuit(const std::vector<TextRow>& rows);
+/// The row of a picked circuit as the project has it now; empty when the circuit, known by drawing index and handle, is
+/// gone.
+[[nodiscard]] ExistingCircuit refreshedCircuit(
+    const ExistingCircuit& picked, const std::vector<TextRow>& rows);
 
 /// Installation and location of each component that the picked circuit's preset text names: label is the CODE, the
 /// attribute INST or LOC. A component without one value of its own gets the drawing's where tag and location are

@@ -19,7 +19,7 @@ constexpr std::size_t keyColumn = 0;
 RatingGrid::RatingGrid(const RatingPickerKind& kind, const RatingTableService& service, KvUiGrid& grid)
     : kind_(kind), service_(service), grid_(grid) {
   filter_.selected.fill(false);
-  std::fill_n(filter_.selected.begin(), service_.description().columns.size(), true);
+  std::fill_n(filter_.selected.begin(), service_.description().columnCount(), true);
 }
 
 void RatingGrid::fix(std::size_t column, std::wstring_view value) {
@@ -105,7 +105,11 @@ bool RatingGrid::save(int row) {
   for (int place = 1; place < grid_.ColumnCount(); ++place)
     cells.push_back(grid_.Cell(row, place));
   const int id = toInt(grid_.Cell(row, keyColumn));
-  if (!service_.Save(id, cells, filter_, service_.description().filterColumns)) return false;
+  std::wstring refusal;
+  if (!service_.Save(id, cells, filter_, refusal)) {
+    if (!refusal.empty()) kvdsMessageBox(kvdsForegroundWindow(), refusal.c_str());
+    return false;
+  }
   if (id == 0) learnKey(row);
   return true;
 }

@@ -43,7 +43,7 @@ public:
   [[nodiscard]] int findRow(const RatingSelection& wanted) const;
 
   /// Writes a row into the table; a row that has no key yet becomes a new one there and learns its key. False when the
-  /// table refused it, which was told; the grid keeps the text.
+  /// table refused it, which a message box reports; the grid keeps the text.
   [[nodiscard]] bool save(int row);
 
 private:

@@ -46,8 +46,10 @@ std::optional<KvDbObjectId> pickEntity(const RatingPickerKind& kind) {
 
 } // namespace
 
-RatingPicker::RatingPicker(const RatingPickerKind& kind, KvWindow* parent, RatingSelection given)
-    : ZanDlgDatabase(kind.form, parent), kind_(kind), selection_(std::move(given)) {}
+RatingPicker::RatingPicker(
+    const RatingPickerKind& kind, KvWindow* parent, AcceptedTables& acceptedTables, RatingSelection given)
+    : ZanDlgDatabase(kind.form, parent), kind_(kind), acceptedTables_(acceptedTables),
+      selection_(std::move(given)) {}
 
 bool RatingPicker::OnInitDialog() {
   SetDialogName(kind_.dialogName);
@@ -72,7 +74,7 @@ bool RatingPicker::openTable() {
   std::wstring dataSource;
   MissingTables missing;
   return service_->CheckTables(dataSource, missing) ||
-         alertTables(dataSource, missing.forCode, missing.everywhere, kind_.missingTable);
+         alertTables(dataSource, missing.forCode, missing.everywhere, kind_.missingTable, acceptedTables_);
 }
 
 void RatingPicker::fillFilterLists() {
@@ -214,7 +216,8 @@ void RatingPicker::OnHelp() {
 }
 
 std::size_t RatingPicker::filterColumn(std::size_t place) const {
-  return service_->description().filterColumns[place];
+  const RatingTable& table = service_->description();
+  return table.columnOf(table.filters[place]);
 }
 
 KvUiList& RatingPicker::filterList(std::size_t place) const {

@@ -16,12 +16,13 @@ namespace brenvolt {
 
 class RatingPicker : public ZanDlgDatabase {
 public:
-  /// What the user accepted, once `DoModal` has answered kvui::ok. Then it is also kept for the user.
+  /// What the user accepted, once `DoModal` has returned kvui::ok. Then it is also kept for the user.
   [[nodiscard]] const RatingSelection& selection() const { return selection_; }
 
 protected:
   /// `given` is what the picker starts from; with nothing given it starts from what was kept for the user.
-  RatingPicker(const RatingPickerKind& kind, KvWindow* parent, RatingSelection given);
+  RatingPicker(
+      const RatingPickerKind& kind, KvWindow* parent, AcceptedTables& acceptedTables, RatingSelection given);
 
   bool OnInitDialog() final;
   void OnOK() final;
@@ -49,6 +50,7 @@ private:
   void show(const RatingChanges& changes);
 
   const RatingPickerKind& kind_;
+  AcceptedTables& acceptedTables_;
   RatingSelection selection_;
   std::unique_ptr<RatingTableService> service_;
   std::optional<RatingGrid> rows_;

@@ -10,8 +10,10 @@ namespace {
 
 std::vector<RatingText> textsOf(const RatingTable& table) {
   std::vector<RatingText> texts;
-  for (const std::wstring_view column : table.columns)
-    texts.push_back(ratingTextOf(column));
+  for (std::size_t column = 0; column < table.columnCount(); ++column) {
+    const RatingField* field = table.fieldOf(column);
+    texts.push_back(field == nullptr ? nullptr : field->text);
+  }
   return texts;
 }
 
@@ -24,7 +26,7 @@ constexpr const wchar_t* loadKeptTexts[] = {
     nullptr, L"PFType", L"PFPhase", L"PFVoltage", L"PFPower", L"PFUnits", nullptr, L"PFFrequency", nullptr,
 };
 
-// Of a motor the current that stands in for one that was not kept is the multiplier's figure, which is wanted so.
+// Of a motor the current that stands in for one that was not kept is the multiplier's figure, which is intended.
 constexpr double absentMotorFla = fallbackFlaMultiplier;
 constexpr double absentLoadFla = 1.0;
 constexpr double fallbackLoadMultiplier = 1.0;
@@ -65,7 +67,7 @@ const RatingPickerKind& motorPicker() {
       .makeService = makeService<ZanDlgMotorSelectDbService>,
       .missingTable = AlertKind::motorTable,
       .texts = textsOf(motorTable()),
-      .flaColumn = motorcolumn::fla,
+      .flaColumn = motorTable().columnOf(Rating::fla),
       .filterRoles = {role::typeFilter, role::voltageFilter, role::frequencyFilter},
       .firstColumnTitle = TextId::motorColumnFirst,
       .pickPrompt = TextId::selectMotorPrompt,
@@ -90,7 +92,7 @@ const RatingPickerKind& loadPicker() {
       .makeService = makeService<ZanDlgPowerFeedDbService>,
       .missingTable = AlertKind::loadTable,
       .texts = textsOf(loadTable()),
-      .flaColumn = loadcolumn::fla,
+      .flaColumn = loadTable().columnOf(Rating::fla),
       .filterRoles = {role::typeFilter, role::voltageFilter, role::phaseFilter},
       .firstColumnTitle = TextId::loadColumnFirst,
       .pickPrompt = TextId::selectLoadPrompt,

@@ -25,9 +25,9 @@ const wchar_t* keyOf(AlertKind kind) {
   return L"ZanBrenvolt.TableNotFound";
 }
 
-bool isAccepted(const std::wstring& table) {
-  const auto found = acceptedTables().find(table);
-  return found != acceptedTables().end() && found->second == continueButton;
+bool isAccepted(const AcceptedTables& accepted, const std::wstring& table) {
+  const auto found = accepted.find(table);
+  return found != accepted.end() && found->second == continueButton;
 }
 
 } // namespace
@@ -48,20 +48,21 @@ void alertDatabaseError(KvWindow* parent) {
 
 bool alertTables(
     const std::wstring& source, const std::vector<std::wstring>& missing,
-    const std::vector<std::wstring>& missingDefault, AlertKind kind) {
+    const std::vector<std::wstring>& missingDefault, AlertKind kind, AcceptedTables& accepted) {
   if (!missingDefault.empty()) {
-    static_cast<void>(showTables(missingDefault, source, kind, TableSet::defaults));
+    static_cast<void>(showTables(missingDefault, source, kind, TableSet::defaults, accepted));
     return false;
   }
-  return showTables(missing, source, kind, TableSet::ofStandard);
+  return showTables(missing, source, kind, TableSet::ofStandard, accepted);
 }
 
 bool showTables(
-    const std::vector<std::wstring>& names, const std::wstring& source, AlertKind kind, TableSet set) {
+    const std::vector<std::wstring>& names, const std::wstring& source, AlertKind kind, TableSet set,
+    AcceptedTables& accepted) {
   if (names.empty()) return true;
   std::vector<std::wstring> pending;
   for (const std::wstring& name : names) {
-    if (!isAccepted(name)) pending.push_back(name);
+    if (!isAccepted(accepted, name)) pending.push_back(name);
   }
   const std::vector<KdTaskDialogParameter> parameters = {
       {L"source", source}, {L"tablename", join(pending, L", ")}};
@@ -83,18 +84,9 @@ bool showTables(
   if (dialog.ShowDialog(kdsw_korvoMainWnd()) != continueButton) return false;
   if (hidden == 0) {
     for (const std::wstring& name : pending)
-      acceptedTables()[name] = continueButton;
+      accepted[name] = continueButton;
   }
   return true;
-}
-
-std::map<std::wstring, int>& acceptedTables() {
-  static std::map<std::wstring, int> tables;
-  return tables;
-}
-
-void clearAcceptedTables() {
-  acceptedTables().clear();
 }
 
 } // namespace brenvolt

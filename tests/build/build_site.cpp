@@ -88,7 +88,7 @@ ZanBuildArgs BuildSite::arguments() const {
 
 std::unique_ptr<ZanBrenvolt> BuildSite::prepared(ZanBuildArgs args) {
   const ResourceScope resources;
-  auto build = std::make_unique<ZanBrenvolt>(std::move(args), circuit_);
+  auto build = std::make_unique<ZanBrenvolt>(std::move(args), lent());
   build->readBuildData();
   if (!build->loadCatalog() || !build->readMarkers()) return nullptr;
   build->readPresets();

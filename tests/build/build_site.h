@@ -39,6 +39,7 @@ public:
   /// A build up to the point where its rows run; null when it ends ahead of it.
   [[nodiscard]] std::unique_ptr<ZanBrenvolt> prepared(ZanBuildArgs args);
   [[nodiscard]] CircuitContext& circuit() { return circuit_; }
+  [[nodiscard]] LentValues lent() { return {circuit_, acceptedTables_, lastMarkerId_}; }
 
   /// The CODEs of the markers that stand in the drawing.
   std::string markersLeft() { return eval("(codes-left)"); }
@@ -51,6 +52,8 @@ private:
   KvResourceModule resources_;
   std::wstring workbook_;
   CircuitContext circuit_;
+  AcceptedTables acceptedTables_;
+  std::int32_t lastMarkerId_ = 0;
 };
 
 /// "M1" and "M1 M2" of codes; "M1=1,2" of selections.

@@ -184,7 +184,7 @@ TEST_CASE("a run that the host refuses to undo goes back with the run before") {
 
 TEST_CASE("scales and trace come from the product's symbol, defaults without it") {
   BuildSite site;
-  ZanBrenvolt build(site.arguments(), site.circuit());
+  ZanBrenvolt build(site.arguments(), site.lent());
   site.eval("(setq GBL_qn_bv_data '(\"c\" (3.0 4.0) 1.5 4.0 3.0 2.0 1))");
   build.readBuildData();
   CHECK_EQ(build.args().scaleA, 1.5);
@@ -195,7 +195,7 @@ TEST_CASE("scales and trace come from the product's symbol, defaults without it"
   CHECK(build.args().trace);
 
   site.eval("(setq GBL_qn_bv_data nil)");
-  ZanBrenvolt next(site.arguments(), site.circuit());
+  ZanBrenvolt next(site.arguments(), site.lent());
   next.readBuildData();
   CHECK_EQ(next.history().componentScale, L"1.000000");
   CHECK_FALSE(next.args().trace);

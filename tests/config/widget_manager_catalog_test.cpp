@@ -198,7 +198,8 @@ TEST_CASE("rows go to the history and come back; rows of another title or table 
 
 TEST_CASE("the head of the group stores the parts and brings them back; without one nothing happens") {
   CircuitContext circuit;
-  ZanWidgetManagerMaker maker(circuit);
+  AcceptedTables acceptedTables;
+  ZanWidgetManagerMaker maker(circuit, acceptedTables);
   PartsPage page;
   auto owned = std::make_unique<ZanWidgetManagerCatalog>(&maker);
   ZanWidgetManagerCatalog& manager = *owned;

@@ -15,7 +15,8 @@ using Params = std::vector<std::pair<std::wstring, std::wstring>>;
 
 struct MakerScope {
   CircuitContext circuit;
-  ZanWidgetManagerMaker maker{circuit};
+  AcceptedTables acceptedTables;
+  ZanWidgetManagerMaker maker{circuit, acceptedTables};
   ZanWidgetManagerMaker* operator->() { return &maker; }
 };
 

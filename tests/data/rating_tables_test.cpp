@@ -47,23 +47,24 @@ std::string rowOf(const RatingTableService& service, const wchar_t* id) {
 TEST_CASE("motors are filtered by the columns that are active, and read in the columns that are selected") {
   TableFixture tables(TableTexts{{"MOTOR_NEC", motors}});
   const ZanDlgMotorSelectDbService service(tables.connection());
-  CHECK(service.columnNames().at(motorcolumn::type) == L"type");
+  CHECK(service.columnNames().at(motorTable().columnOf(Rating::type)) == L"type");
   CHECK(service.columnNames().size() == 10);
   std::vector<RatingRecord> records;
-  ZanTableFilter filter = selecting({motorcolumn::fla, motorcolumn::load});
-  keep(filter, motorcolumn::voltage, L"460");
-  keep(filter, motorcolumn::type, L"INDUCTION"); // text without case
+  ZanTableFilter filter =
+      selecting({motorTable().columnOf(Rating::fla), motorTable().columnOf(Rating::load)});
+  keep(filter, motorTable().columnOf(Rating::voltage), L"460");
+  keep(filter, motorTable().columnOf(Rating::type), L"INDUCTION"); // text without case
   REQUIRE(service.Query(filter, records));
   REQUIRE(records.size() == 1);
-  CHECK(records[0][motorcolumn::fla] == L"52");
-  CHECK(records[0][motorcolumn::type].empty()); // not selected
+  CHECK(records[0][motorTable().columnOf(Rating::fla)] == L"52");
+  CHECK(records[0][motorTable().columnOf(Rating::type)].empty()); // not selected
 
-  keep(filter, motorcolumn::type, L"Ind'uction");
+  keep(filter, motorTable().columnOf(Rating::type), L"Ind'uction");
   CHECK_FALSE(service.Query(filter, records));
   CHECK(records.size() == 1);                            // as it was
   CHECK_FALSE(service.Query(ZanTableFilter(), records)); // nothing selected is no statement
   std::vector<std::wstring> values;
-  CHECK(service.ListColumnValues(motorcolumn::voltage, values));
+  CHECK(service.ListColumnValues(motorTable().columnOf(Rating::voltage), values));
   CHECK(joinedTexts(values) == "230|460");
 }
 
@@ -71,23 +72,26 @@ TEST_CASE("a saved motor takes hidden columns from their filters, and the list s
   TableFixture tables(TableTexts{{"MOTOR_NEC", motors}});
   const ZanDlgMotorSelectDbService service(tables.connection());
   ZanTableFilter filter;
-  keep(filter, motorcolumn::voltage, L"575");
-  const auto& hidden = service.description().filterColumns;
+  keep(filter, motorTable().columnOf(Rating::voltage), L"575");
+  std::wstring refusal;
   // Type, Load, Units, Phase, Frequency, Speed, FLA, Description: Voltage is not in the grid.
-  REQUIRE(service.Save(0, {L"New", L"7", L"HP", L"3", L"60", L"1200", L"9", L"it's"}, filter, hidden));
+  REQUIRE(service.Save(0, {L"New", L"7", L"HP", L"3", L"60", L"1200", L"9", L"it's"}, filter, refusal));
   CHECK(rowOf(service, L"4") == "4|New|7|HP|575|3|60|1200|9|it's");
-  REQUIRE(service.Save(4, {L"Newer", L"8", L"HP", L"3", L"50", L"1500", L"10", L"x"}, filter, hidden));
+  REQUIRE(service.Save(4, {L"Newer", L"8", L"HP", L"3", L"50", L"1500", L"10", L"x"}, filter, refusal));
   CHECK(rowOf(service, L"4") == "4|Newer|8|HP|575|3|50|1500|10|x");
-  CHECK_FALSE(service.Save(4, {}, filter, hidden));
+  CHECK_FALSE(service.Save(4, {}, filter, refusal));
+  CHECK(refusal.empty());
+  CHECK_FALSE(service.Save(4, {L"Ne'er"}, filter, refusal)); // a quote in a value would end the statement
+  CHECK_FALSE(refusal.empty());
 }
 
-TEST_CASE("a load's voltage shifts over the phase, which stands ahead of it") {
+TEST_CASE("a load's voltage shifts over the phase, which is before it") {
   TableFixture tables(TableTexts{{"FEED_NEC", loads}});
   const ZanDlgPowerFeedDbService service(tables.connection());
   ZanTableFilter filter;
-  keep(filter, loadcolumn::phase, L"3");
-  REQUIRE(service.Save(
-      1, {L"Oven", L"208", L"6", L"kW", L"17", L"60", L"hot"}, filter, service.description().filterColumns));
+  keep(filter, loadTable().columnOf(Rating::phase), L"3");
+  std::wstring refusal;
+  REQUIRE(service.Save(1, {L"Oven", L"208", L"6", L"kW", L"17", L"60", L"hot"}, filter, refusal));
   CHECK(rowOf(service, L"1") == "1|Oven|3|208|6|kW|17|60|hot|");
 }
 
@@ -95,13 +99,14 @@ TEST_CASE("a table without a wanted column, and no table at all, give no rows") 
   TableFixture tables(TableTexts{{"MOTOR_NEC", "ID,Type\n1,Induction\n"}});
   const ZanDlgMotorSelectDbService service(tables.connection());
   std::vector<RatingRecord> records;
-  CHECK(service.Query(selecting({motorcolumn::type}), records));
-  CHECK_FALSE(service.Query(selecting({motorcolumn::type, motorcolumn::speed}), records));
+  CHECK(service.Query(selecting({motorTable().columnOf(Rating::type)}), records));
+  CHECK_FALSE(service.Query(
+      selecting({motorTable().columnOf(Rating::type), motorTable().columnOf(Rating::speed)}), records));
   std::vector<std::wstring> values;
-  CHECK_FALSE(service.ListColumnValues(motorcolumn::speed, values));
+  CHECK_FALSE(service.ListColumnValues(motorTable().columnOf(Rating::speed), values));
   const ZanDlgPowerFeedDbService missing(tables.connection());
   CHECK(missing.TableName().empty());
-  CHECK_FALSE(missing.Query(selecting({loadcolumn::type}), records));
+  CHECK_FALSE(missing.Query(selecting({loadTable().columnOf(Rating::type)}), records));
 }
 
 TEST_CASE(
@@ -124,7 +129,7 @@ TEST_CASE(
   const TableWatch watch;
   ZanAutoSizeComponent sizing(tables.connection());
   std::vector<ZanAutoSizeRow> parts;
-  REQUIRE(sizing.init(L"NEC"));
+  sizing.useTables(L"NEC");
   REQUIRE(sizing.size(L"Induction", 5, parts));
   CHECK(toUtf8(parts[0].rating) == "15A");
   const ZanWireTableReader reader(tables.connection());
@@ -155,7 +160,7 @@ TEST_CASE("a component takes the first step at or above its value") {
       {"MOTOR_I_MAP_NEC", "CODE,MAX,RATING,DEFAULT\nCB,100,100A,P100\nCB,15,15A,P15\nCB,125,125A,P125\nOL,"
                           "30,30A,Q30\nBAD,5,5A,R5\n"}});
   ZanAutoSizeComponent sizing(tables.connection());
-  REQUIRE(sizing.init(L"NEC"));
+  sizing.useTables(L"NEC");
   struct Row {
     double current;
     const char* rating;

@@ -3,7 +3,7 @@
 #include "drawing/history.h"
 #include "host/resources.h"
 #include "plugin/function_table.h"
-#include "plugin/process_state.h"
+#include "plugin/process_record.h"
 #include "simhost/drawing/drawing_file.h"
 #include "simhost/lisp/errors.h"
 #include "simhost/ui/answers.h"
@@ -145,7 +145,7 @@ ConfigResult ConfigSite::run(const ConfigRun& run) {
 
 ConfigResult ConfigSite::run(const ConfigRun& run, const std::function<bool(ZanBrenvolt&)>& configure) {
   LispSession lisp(parse(run.steps));
-  resetProcessState();
+  resetProcessRecord();
   registerFunctions();
   setResourceModule(kvdsLoadResourceModule(resourceModuleName));
   REQUIRE(resourceModule() != nullptr);
@@ -168,7 +168,8 @@ ConfigResult ConfigSite::run(const ConfigRun& run, const std::function<bool(ZanB
       args.type = L"Direct";
       args.lastHandleText = fromUtf8(lisp.eval("(intern last)"));
       args.undoPosition = toInt(fromUtf8(lisp.eval("start")));
-      ZanBrenvolt build(std::move(args), circuitContext());
+      ProcessRecord& lent = processRecord();
+      ZanBrenvolt build(std::move(args), {circuitContext(), lent.acceptedTables, lent.lastMarkerId});
       build.readBuildData();
       REQUIRE((build.loadCatalog() && build.readMarkers() && build.prepare(BuildKind::interactive)));
       result.answer = configure(build) ? "T" : "nil";

@@ -1,5 +1,5 @@
 // Circuits of the project: picking one, finding it again, and what its components say.
-#include "flows/existing_circuit.h"
+#include "plugin/process_record.h"
 #include "tests/flows/circuit_site.h"
 
 #include <doctest/doctest.h>
@@ -60,7 +60,7 @@ TEST_CASE("an existing circuit is picked by a row, and taken with or without its
   CHECK_EQ(endOf(session->eval("(zan_bv_select_circuit)")), combined + " (\"0\" " + row + "))");
   // The pick is remembered, but says nothing while another way is chosen.
   CHECK_EQ(endOf(session->eval("(zan_bv_select_circuit)")), "nil nil)");
-  CHECK(hasExistingCircuit());
+  CHECK(isPicked(processRecord().existingCircuit));
 }
 
 TEST_CASE("a pick is found again by drawing and handle, and gone with its circuit") {
@@ -72,7 +72,7 @@ TEST_CASE("a pick is found again by drawing and handle, and gone with its circui
     const wchar_t* key;
   };
   const Row rows[] = {
-      {"its row is read anew", "", L"H=a1", L"1-A1"},
+      {"its row is read again", "", L"H=a1", L"1-A1"},
       {"the circuit is gone", "", L"h=A9", nullptr},
       {"the project database is missing", "(setq project-database \"/no/such.db\")", L"h=A1", nullptr},
       {"there is no project", "(setq project-database nil)", L"h=A1", nullptr},
@@ -87,10 +87,11 @@ TEST_CASE("a pick is found again by drawing and handle, and gone with its circui
                                        R"(}, {"press": "cancel"})") +
         "," + circuitStep(R"({"press": "cancel"})"));
     session->eval(row.prepare);
-    existingCircuit() = {L"1", row.handle, L"old", L"", L"", L"", L"old key"};
+    ExistingCircuit& picked = processRecord().existingCircuit;
+    picked = {L"1", row.handle, L"old", L"", L"", L"", L"old key"};
     CHECK_EQ(session->eval("(zan_bv_select_circuit)"), "nil");
-    REQUIRE_EQ(hasExistingCircuit(), row.key != nullptr);
-    if (row.key != nullptr) CHECK_EQ(existingCircuit()[circuitrow::key], row.key);
+    REQUIRE_EQ(isPicked(picked), row.key != nullptr);
+    if (row.key != nullptr) CHECK_EQ(picked[circuitrow::key], row.key);
   }
 }
 

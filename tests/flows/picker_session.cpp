@@ -3,7 +3,7 @@
 #include "data/engineering_columns.h"
 #include "host/resources.h"
 #include "plugin/function_table.h"
-#include "plugin/process_state.h"
+#include "plugin/process_record.h"
 #include "tests/support/golden.h"
 #include "text/encoding.h"
 #include "text/split.h"
@@ -86,7 +86,7 @@ std::map<std::string, std::string> fewMotorsAndLoads() {
 
 PickerSession::PickerSession(const std::filesystem::path& database, std::string_view steps)
     : lisp_(parseSteps(steps)), database_(database.string()) {
-  resetProcessState();
+  resetProcessRecord();
   registerFunctions();
   setResourceModule(kvdsLoadResourceModule(resourceModuleName));
   REQUIRE(resourceModule() != nullptr);

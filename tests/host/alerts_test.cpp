@@ -1,4 +1,4 @@
-// Alerts and texts: each missing table is told once, and the resource stack is left as it was found.
+// Alerts and texts: each missing table is reported once, and the resource stack is left as it was found.
 #include "host/alerts.h"
 
 #include "host/resources.h"
@@ -42,15 +42,15 @@ public:
     simhost::readLanguageFile(text, "words", simhost::LanguageRole::base, module_);
     setResourceModule(&module_);
     scope_ = std::make_unique<ResourceScope>();
-    clearAcceptedTables();
   }
   AlertHost(const AlertHost&) = delete;
   AlertHost& operator=(const AlertHost&) = delete;
   ~AlertHost() {
-    clearAcceptedTables();
     scope_.reset();
     setResourceModule(nullptr);
   }
+
+  AcceptedTables accepted;
 
   LispSession& session() { return lisp_; }
   /// The text of each dialog shown so far.
@@ -84,23 +84,21 @@ constexpr const char* tableKey = "ZanBrenvolt.TableNotFound";
 
 } // namespace
 
-TEST_CASE("a table that the user has accepted is not told again") {
+TEST_CASE("a table that the user has accepted is not reported again") {
   AlertHost host({press(tableKey, 1001), press(tableKey, 1001)});
-  CHECK(alertTables(L"db", {L"B", L"A"}, {}, AlertKind::table));
-  CHECK(alertTables(L"db", {L"A", L"B"}, {}, AlertKind::motorTable));
-  CHECK(alertTables(L"db", {L"A", L"C", L"B", L"D"}, {}, AlertKind::table));
+  CHECK(alertTables(L"db", {L"B", L"A"}, {}, AlertKind::table, host.accepted));
+  CHECK(alertTables(L"db", {L"A", L"B"}, {}, AlertKind::motorTable, host.accepted));
+  CHECK(alertTables(L"db", {L"A", L"C", L"B", L"D"}, {}, AlertKind::table, host.accepted));
   CHECK_EQ(host.shown(), Texts{"db: B, A", "db: C, D"});
-  CHECK(alertTables(L"db", {}, {}, AlertKind::table));
+  CHECK(alertTables(L"db", {}, {}, AlertKind::table, host.accepted));
   CHECK_EQ(host.shown().size(), 2);
-  clearAcceptedTables();
-  CHECK(acceptedTables().empty());
 }
 
-TEST_CASE("any other button stops the reader, and the table is told the next time") {
+TEST_CASE("any other button stops the reader, and the table is reported the next time") {
   AlertHost host({press(tableKey, 1002), press(tableKey, kvui::cancel), press(tableKey, 1001)});
-  CHECK_FALSE(alertTables(L"db", {L"A"}, {}, AlertKind::table));
-  CHECK_FALSE(alertTables(L"db", {L"A"}, {}, AlertKind::table));
-  CHECK(alertTables(L"db", {L"A"}, {}, AlertKind::table));
+  CHECK_FALSE(alertTables(L"db", {L"A"}, {}, AlertKind::table, host.accepted));
+  CHECK_FALSE(alertTables(L"db", {L"A"}, {}, AlertKind::table, host.accepted));
+  CHECK(alertTables(L"db", {L"A"}, {}, AlertKind::table, host.accepted));
   CHECK_EQ(host.shown().size(), 3);
 }
 
@@ -108,34 +106,34 @@ TEST_CASE("the kind of reader decides the alert") {
   AlertHost host(
       {press("ZanBrenvolt.MotorTableNotFound", 1001), press("ZanBrenvolt.LoadTableNotFound", 1001),
        press("ZanBrenvolt.MotorITableNotFound", 1001)});
-  CHECK(alertTables(L"db", {L"A"}, {}, AlertKind::motorTable));
-  CHECK(alertTables(L"db", {L"B"}, {}, AlertKind::loadTable));
-  CHECK(alertTables(L"db", {L"C"}, {}, AlertKind::componentTable));
+  CHECK(alertTables(L"db", {L"A"}, {}, AlertKind::motorTable, host.accepted));
+  CHECK(alertTables(L"db", {L"B"}, {}, AlertKind::loadTable, host.accepted));
+  CHECK(alertTables(L"db", {L"C"}, {}, AlertKind::componentTable, host.accepted));
   CHECK_EQ(host.shown(), Texts{"motor A", "load B", "component C"});
 }
 
 TEST_CASE("a missing default table always stops, with its own alert alone") {
   AlertHost host(
       {press("ZanBrenvolt.DefaultTableNotFound", 2), press("ZanBrenvolt.DefaultTableNotFound", 2)});
-  CHECK_FALSE(alertTables(L"db", {L"A"}, {L"D", L"E"}, AlertKind::table));
-  acceptedTables() = {{L"D", 1001}, {L"E", 1001}};
-  CHECK_FALSE(alertTables(L"db", {}, {L"D", L"E"}, AlertKind::table));
+  CHECK_FALSE(alertTables(L"db", {L"A"}, {L"D", L"E"}, AlertKind::table, host.accepted));
+  host.accepted = {{L"D", 1001}, {L"E", 1001}};
+  CHECK_FALSE(alertTables(L"db", {}, {L"D", L"E"}, AlertKind::table, host.accepted));
   CHECK_EQ(host.shown(), Texts{"default D, E", "default "});
 }
 
 TEST_CASE("an alert hidden for good answers by itself and accepts nothing per table") {
   AlertHost host({hideAndPress(tableKey, 1001)});
-  CHECK(alertTables(L"db", {L"A"}, {}, AlertKind::table));
-  CHECK_EQ(acceptedTables().size(), 1);
-  CHECK(alertTables(L"db", {L"B"}, {}, AlertKind::table));
-  CHECK_EQ(acceptedTables().size(), 1);
+  CHECK(alertTables(L"db", {L"A"}, {}, AlertKind::table, host.accepted));
+  CHECK_EQ(host.accepted.size(), 1);
+  CHECK(alertTables(L"db", {L"B"}, {}, AlertKind::table, host.accepted));
+  CHECK_EQ(host.accepted.size(), 1);
   CHECK_EQ(host.shown(), Texts{"db: A"});
 }
 
 TEST_CASE("an alert without its text stops the reader; the database alert is then skipped") {
   AlertHost host({}, "text 1 = nothing\n");
-  CHECK_FALSE(alertTables(L"db", {L"A"}, {}, AlertKind::table));
-  CHECK_FALSE(alertTables(L"db", {}, {L"A"}, AlertKind::table));
+  CHECK_FALSE(alertTables(L"db", {L"A"}, {}, AlertKind::table, host.accepted));
+  CHECK_FALSE(alertTables(L"db", {}, {L"A"}, AlertKind::table, host.accepted));
   CHECK_FALSE(showTaskDialog(L"ZanBrenvolt.ExecutionError", {}, nullptr));
   alertDatabaseError(nullptr);
   CHECK(host.shown().empty());

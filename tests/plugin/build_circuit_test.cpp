@@ -3,7 +3,7 @@
 #include "plugin/dispatcher.h"
 #include "plugin/function_table.h"
 #include "plugin/handlers/build_circuit.h"
-#include "plugin/process_state.h"
+#include "plugin/process_record.h"
 #include "tests/support/lisp_session.h"
 #include "tests/support/sheets.h"
 #include "tests/support/temporary_folder.h"
@@ -88,7 +88,7 @@ TEST_CASE("a direct build answers T or nil and leaves nothing behind, exceptions
     CHECK_EQ(lisp.eval("ran"), row.ran);
     CHECK_EQ(lisp.host().documents().resourceDepth(), 0);
     CHECK_EQ(lisp.host().documents().current()->drawing().openObjectCount(), 0);
-    CHECK(buildUnderWay() == nullptr);
+    CHECK(processRecord().build == nullptr);
   }
-  resetProcessState();
+  resetProcessRecord();
 }

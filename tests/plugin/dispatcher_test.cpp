@@ -9,7 +9,7 @@
 #include "host/resources.h"
 #include "platform/table_import.h"
 #include "plugin/function_table.h"
-#include "plugin/process_state.h"
+#include "plugin/process_record.h"
 #include "simhost/host/resource_module.h"
 #include "tests/support/lisp_session.h"
 #include "tests/support/temporary_folder.h"
@@ -187,7 +187,7 @@ TEST_CASE("arguments of wrong types harm no function") {
       lisp.host().clearCancel();
     }
   }
-  resetProcessState();
+  resetProcessRecord();
 }
 
 TEST_CASE("two functions of the parent product are made reachable with each registration") {

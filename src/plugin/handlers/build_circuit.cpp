@@ -12,6 +12,7 @@
 #include "host/host_api_lisp.h"
 #include "host/lisp_calls.h"
 #include "host/resources.h"
+#include "plugin/process_record.h"
 #include "text/format.h"
 
 #include <optional>
@@ -24,21 +25,17 @@ namespace {
 /// How many builds may be inside each other: a form may build a circuit, whose form builds another one.
 constexpr int deepestBuild = 16;
 
-const ZanBrenvolt*& currentBuild() {
-  static const ZanBrenvolt* build = nullptr;
-  return build;
-}
-
 /// A build is under way for as long as the scope lasts, exceptions included. What a build inside another one makes of
 /// the circuit in hand and of the trace flag ends with it: the outer one goes on with its own.
 class UnderWayScope final {
 public:
   UnderWayScope(const ZanBrenvolt& build, CircuitContext circuitOfOuter)
-      : outer_(currentBuild()), circuitOfOuter_(std::move(circuitOfOuter)), traceOfOuter_(isTracing()) {
-    currentBuild() = &build;
+      : outer_(processRecord().build), circuitOfOuter_(std::move(circuitOfOuter)),
+        traceOfOuter_(isTracing()) {
+    processRecord().build = &build;
   }
   ~UnderWayScope() {
-    currentBuild() = outer_;
+    processRecord().build = outer_;
     if (outer_ == nullptr) return;
     circuitContext() = circuitOfOuter_;
     setTrace(traceOfOuter_);
@@ -50,6 +47,20 @@ private:
   const ZanBrenvolt* outer_;
   CircuitContext circuitOfOuter_;
   bool traceOfOuter_;
+};
+
+/// The configuration dialog of a build is open for as long as the scope lasts.
+class ConfiguredScope final {
+public:
+  explicit ConfiguredScope(const ZanBrenvolt& build) : outer_(processRecord().configured) {
+    processRecord().configured = &build;
+  }
+  ~ConfiguredScope() { processRecord().configured = outer_; }
+  ConfiguredScope(const ConfiguredScope&) = delete;
+  ConfiguredScope& operator=(const ConfiguredScope&) = delete;
+
+private:
+  const ZanBrenvolt* outer_;
 };
 
 /// What a direct build is saved under, and whether it was.
@@ -87,6 +98,7 @@ bool buildDirectly(ZanBrenvolt& build, Saving* saving) {
 
 bool configureAndBuild(ZanBrenvolt& build) {
   if (!build.prepare(BuildKind::interactive)) return false;
+  const ConfiguredScope scope(build);
   return runConfiguration(build, kdsw_korvoMainWnd());
 }
 
@@ -102,7 +114,7 @@ bool runBuild(ZanBrenvolt& build, Saving* saving) {
 
 bool buildWith(std::optional<ZanBuildArgs> args, Saving* saving) {
   if (!pumpMessages() || !args) return false;
-  const ZanBrenvolt* const parent = buildUnderWay();
+  const ZanBrenvolt* const parent = processRecord().build;
   // Without a position of its own, an inner build goes back to the outer one's present state, and not to the
   // beginning of the drawing.
   if (parent != nullptr && args->undoPosition == 0)
@@ -111,16 +123,13 @@ bool buildWith(std::optional<ZanBuildArgs> args, Saving* saving) {
   const CircuitContext before = circuit;
   // A page stores wire choices only when they are made in this dialog.
   if (!args->directBuild) circuit.circuit.wireChosen = false;
-  ZanBrenvolt build(std::move(*args), circuit, parent);
+  ProcessRecord& lent = processRecord();
+  ZanBrenvolt build(std::move(*args), {circuit, lent.acceptedTables, lent.lastMarkerId}, parent);
   const UnderWayScope scope(build, before);
   return canRun(build) && runBuild(build, saving);
 }
 
 } // namespace
-
-const ZanBrenvolt* buildUnderWay() {
-  return currentBuild();
-}
 
 ResultList buildCircuit(const ResultList& arguments) {
   if (!buildWith(parseBuildArguments(arguments), nullptr)) return {};

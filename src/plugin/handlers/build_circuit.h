@@ -1,22 +1,17 @@
-// `zan_bv_build_circuit`: builds the circuit whose template was inserted. Answers T or nil, never a list.
+// `zan_bv_build_circuit`: builds the circuit whose template was inserted. Returns T or nil, never a list.
 #pragma once
 
 #include "host/result_list.h"
 
 namespace brenvolt {
 
-class ZanBrenvolt;
-
 /// A form that calls the function again, directly or not, starts a build inside the one under way. An inner build that
-/// asks cannot run in one whose dialog is open; it says so on the command line and answers nil.
+/// asks cannot run in one whose dialog is open; it says so on the command line and returns nil.
 [[nodiscard]] ResultList buildCircuit(const ResultList& arguments);
 
 /// `zan_bv_build_and_save`: a direct build whose choices are saved as well. Takes the list of `zan_bv_build_circuit` and
-/// the name to save under; answers (T), (nil) for a circuit that was built and could not be saved, and nil for one that
+/// the name to save under; returns (T), (nil) for a circuit that was built and could not be saved, and nil for one that
 /// was not built.
 [[nodiscard]] ResultList buildAndSave(const ResultList& arguments);
-
-/// The innermost build that runs; null outside a build.
-[[nodiscard]] const ZanBrenvolt* buildUnderWay();
 
 } // namespace brenvolt

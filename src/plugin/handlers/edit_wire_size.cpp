@@ -1,8 +1,8 @@
 // Which entity, which dialogs, then the component ratings that follow from the motor.
 #include "plugin/handlers/edit_wire_size.h"
 
+#include "config/widget_manager_maker.h"
 #include "data/circuit_data.h"
-#include "data/component_sizing.h"
 #include "data/entity_records.h"
 #include "flows/dlg_motor_select.h"
 #include "flows/dlg_wire_select.h"
@@ -10,6 +10,7 @@
 #include "host/host_api_lisp.h"
 #include "host/lisp_symbols.h"
 #include "host/resources.h"
+#include "plugin/process_record.h"
 
 #include <optional>
 #include <string>
@@ -33,7 +34,8 @@ struct EditedWire {
 
 std::optional<EditedWire> lookUp(
     ZanDlgWireSelectBaseCtrlMgr& manager, KvEntityName entity, KvWindow* parent) {
-  const std::optional<WireLookupAnswer> chosen = runWireLookup(manager, parent);
+  const std::optional<WireLookupAnswer> chosen =
+      runWireLookup(manager, parent, processRecord().acceptedTables);
   if (!chosen) return std::nullopt;
   return EditedWire{entity, chosen->size + chosen->parallelNote, {}};
 }
@@ -48,7 +50,7 @@ std::optional<EditedWire> editPlacedCircuit(
 
 std::optional<EditedWire> sizeDevice(KvEntityName entity, KvWindow* parent) {
   RatingSelection motor = selectionOf(circuitData());
-  if (!runMotorPicker(parent, motor)) return std::nullopt;
+  if (!runMotorPicker(parent, processRecord().acceptedTables, motor)) return std::nullopt;
   storeSelection(motor, circuitData());
   ZanDlgWireSelectCtrlMgr manager(circuitContext());
   std::optional<EditedWire> edited = lookUp(manager, entity, parent);
@@ -77,21 +79,13 @@ std::optional<EditedWire> editPicked(KvWindow* parent) {
   }
 }
 
-/// The current is that of the circuit in hand, also for a placed circuit.
-std::vector<ZanAutoSizeRow> componentRows(const std::wstring& motorType) {
-  ZanAutoSizeComponent sizing;
-  // Missing tables are reported; the others are used all the same.
-  if (const std::optional<std::wstring> code = getCodeStandard()) static_cast<void>(sizing.init(*code));
-  std::vector<ZanAutoSizeRow> rows;
-  if (!sizing.size(motorType, circuitData().fla, rows)) rows.clear();
-  return rows;
-}
-
 ResultList answerOf(const EditedWire& edited) {
   ListBuilder answer;
   answer.beginList();
   answer.beginList().addEntity(edited.entity).addText(edited.wire).addText(fixedThirdElement).endList();
-  answer.splice(rowsToList(componentRows(edited.motorType)));
+  // The current is that of the circuit in hand, also for a placed circuit.
+  answer.splice(
+      rowsToList(sizeComponents(edited.motorType, circuitData().fla, processRecord().acceptedTables)));
   return answer.endList().take();
 }
 

@@ -5,6 +5,7 @@
 #include "flows/dlg_motor_select.h"
 #include "flows/dlg_power_feed.h"
 #include "host/host_api_documents.h"
+#include "plugin/process_record.h"
 
 #include <cstddef>
 
@@ -34,10 +35,11 @@ const RatingField& fieldOf(Rating rating) {
 }
 
 ResultList pick(
-    const ResultList& arguments, const RatingPlaces& places, bool (*runPicker)(KvWindow*, RatingSelection&)) {
+    const ResultList& arguments, const RatingPlaces& places,
+    bool (*runPicker)(KvWindow*, AcceptedTables&, RatingSelection&)) {
   RatingSelection selection = places.read(arguments);
   const KvAxDocLock lock;
-  if (!runPicker(kvdsForegroundWindow(), selection)) return {};
+  if (!runPicker(kvdsForegroundWindow(), processRecord().acceptedTables, selection)) return {};
   storeSelection(selection, circuitData());
   return places.listOf(selection);
 }

@@ -9,6 +9,7 @@
 #include "host/host_api_documents.h"
 #include "host/lisp_calls.h"
 #include "host/lisp_symbols.h"
+#include "plugin/process_record.h"
 
 #include <cstdint>
 #include <string>
@@ -68,14 +69,14 @@ void addAnnotations(ZanDlgCircuit& dialog, ListBuilder& answer) {
 }
 
 /// The circuit to start from: whether its components are taken over, then its row without the key.
-void addExisting(const CircuitSelection& selection, ListBuilder& answer) {
-  if (!selection.useExisting || !hasExistingCircuit()) {
+void addExisting(const CircuitSelection& selection, const ExistingCircuit& existing, ListBuilder& answer) {
+  if (!selection.useExisting || !isPicked(existing)) {
     answer.addNil();
     return;
   }
   answer.beginList().addText(selection.useComponents ? L"1" : L"0");
   for (std::size_t position = 0; position < circuitrow::key; ++position)
-    answer.addText(existingCircuit()[position]);
+    answer.addText(existing[position]);
   answer.endList();
 }
 
@@ -87,7 +88,8 @@ ResultList selectCircuit(const ResultList& arguments) {
   // A symbol that cannot be read leaves scales of 1.0 and the default workbook.
   static_cast<void>(readBuildData(data));
   setTrace(data.trace);
-  ZanDlgCircuit dialog(std::move(data), kdsw_korvoMainWnd());
+  ExistingCircuit& existing = processRecord().existingCircuit;
+  ZanDlgCircuit dialog(std::move(data), existing, kdsw_korvoMainWnd());
   if (dialog.DoModal() != kvui::ok) return ResultList();
   const CircuitSelection& selection = dialog.selection();
   static_cast<void>(writeBuildData(selection.circuit.circuit, dialog.data()));
@@ -96,7 +98,7 @@ ResultList selectCircuit(const ResultList& arguments) {
   answer.beginList().addText(selection.circuit.drawingTemplate);
   addBuildArguments(selection, answer);
   addAnnotations(dialog, answer);
-  addExisting(selection, answer);
+  addExisting(selection, existing, answer);
   return answer.endList().take();
 }
 

@@ -1,17 +1,21 @@
 // The two lookups of a circuit that is being made: a motor's and a load's.
 #include "plugin/handlers/wire_select.h"
 
-#include "flows/configured_circuit.h"
+#include "build/driver.h"
 #include "flows/dlg_wire_select.h"
 #include "host/host_api_documents.h"
+#include "plugin/process_record.h"
 
 namespace brenvolt {
 
 namespace {
 
 ResultList lookUp(ZanDlgWireSelectBaseCtrlMgr& manager) {
-  const std::optional<WireLookupAnswer> chosen =
-      runWireLookup(manager, kvdsForegroundWindow(), configuredCircuit());
+  // Opened out of a configuration dialog, the report names its circuit.
+  const ZanBrenvolt* const configured = processRecord().configured;
+  const std::optional<WireLookupAnswer> chosen = runWireLookup(
+      manager, kvdsForegroundWindow(), processRecord().acceptedTables,
+      configured == nullptr ? std::nullopt : std::optional(configured->args().circuit));
   if (!chosen) return {};
   ListBuilder answer;
   return answer.beginList().addText(chosen->size).addText(chosen->parallelNote).endList().take();

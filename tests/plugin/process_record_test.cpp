@@ -1,10 +1,7 @@
 // What outlives a call can be counted, and can be reset.
-#include "plugin/process_state.h"
+#include "plugin/process_record.h"
 
 #include "data/circuit_data.h"
-#include "drawing/markers.h"
-#include "flows/existing_circuit.h"
-#include "host/alerts.h"
 #include "host/lisp_calls.h"
 
 #include <doctest/doctest.h>
@@ -20,16 +17,14 @@ TEST_CASE("a reset gives the process a fresh start") {
   CHECK(circuitData().isOpen(OpenField::fla));
   loadFactors().powerFactor = 0.9;
   setTrace(true);
-  acceptedTables()[L"A"] = 1001;
-  existingCircuit() = {L"1"};
-  CHECK_GT(ZanDwgMarker().id, 0);
-  resetProcessState();
-  CHECK_EQ(lastMarkerId(), 0);
+  processRecord() = {{{L"A", 1001}}, {L"1"}, 7};
+  resetProcessRecord();
+  CHECK_EQ(processRecord().lastMarkerId, 0);
   CHECK(circuitData().type.empty());
   CHECK_EQ(circuitData().fla, -1.0);
   CHECK(circuitData().isOpen(OpenField::flaMultiplier));
   CHECK_EQ(loadFactors().powerFactor, -1.0);
   CHECK_FALSE(isTracing());
-  CHECK(acceptedTables().empty());
-  CHECK(existingCircuit().empty());
+  CHECK(processRecord().acceptedTables.empty());
+  CHECK(processRecord().existingCircuit.empty());
 }
