@@ -9,16 +9,10 @@ namespace brenvolt::tables {
 
 namespace {
 
-std::string textDeclaration() {
-  std::string text = "TEXT COLLATE ";
-  text.append(textCollation);
-  return text;
-}
-
 std::string declaration(ColumnType type) {
   switch (type) {
   case ColumnType::text:
-    return textDeclaration();
+    return std::string("TEXT COLLATE ") + textCollation;
   case ColumnType::integer:
     return "INTEGER";
   case ColumnType::key:

@@ -2,8 +2,11 @@
 
 #include "circuits/check/allowances.h"
 #include "circuits/check/check_session.h"
+#include "circuits/check/dry_run.h"
 #include "circuits/check/form_rules.h"
 #include "circuits/check/lisp_rules.h"
+#include "circuits/check/saved_rules.h"
+#include "circuits/check/table_rules.h"
 #include "circuits/check/template_rules.h"
 #include "circuits/check/workbook_rules.h"
 
@@ -37,12 +40,23 @@ CheckReport checkSite(const CheckOptions& options) {
   const SiteModel site = readSite(options.site, options.workbook, findings);
   checkWorkbook(site, findings);
   checkCombinations(site, findings);
-  if (has(CheckKind::forms) || has(CheckKind::lisp) || has(CheckKind::run)) {
-    CheckSession session(site, options.module, findings);
-    checkForms(site, &session, findings);
-    checkLisp(site, session, findings);
+  CheckSession session(site, options.module, findings);
+  checkForms(site, &session, findings);
+  checkLisp(site, session, findings);
+
+  const TableSet tables = readTables(site, session, findings);
+  const std::vector<ElectricalCode> codes = codesOf(tables, electricalCodeOf(session));
+  if (has(CheckKind::tables)) {
+    checkTableForms(tables, findings);
+    checkFamilies(tables, codes, findings);
+    checkWireTables(tables, codes, findings);
+    checkRatingTables(tables, codes, findings);
+    checkOptions(tables, codes, findings);
   }
+  if (has(CheckKind::saved)) checkSaved(site, tables, codes, findings);
+
   TemplateSet templates(site);
+  if (has(CheckKind::run)) runCircuits(site, session, tables, codes, templates, findings);
   checkTemplates(site, templates, findings);
 
   CheckReport report;

@@ -127,6 +127,15 @@ fs::path CheckSession::database(std::wstring& error) {
   return copy;
 }
 
+fs::path CheckSession::workbookWith(const std::wstring& savedConfigurations) {
+  const fs::path copy = folder_ / "zan_brenvolt.xls";
+  std::error_code code;
+  fs::copy_file(site_.workbook, copy, fs::copy_options::skip_existing, code);
+  const std::string text = brenvolt::toUtf8(savedConfigurations);
+  if (code || !simhost::replaceFile(folder_ / "zan_brenvolt.xml", text).empty()) return {};
+  return copy;
+}
+
 void CheckSession::loadSite(Findings& findings) {
   std::set<std::wstring> before;
   for (const lisp::Symbol* symbol : interpreter().symbols().all())
@@ -164,14 +173,14 @@ CheckSession::Answer CheckSession::guarded(const Action& action) {
     if (session_->isCancelled()) answer = {{}, L"it asks the user"};
   } catch (const lisp::LispError& error) {
     answer.value.reset();
-    answer.error = error.message();
+    answer.error = shownText(error.message());
     answer.isLoop = error.cause() == lisp::LispError::Cause::stepLimit;
     if (!error.file().empty()) answer.place.file = site_.shownFile(error.file());
     answer.place.row = static_cast<int>(error.line());
   } catch (const lisp::Cancelled&) {
     answer = {{}, L"it asks the user"};
   } catch (const std::exception& error) {
-    answer = {{}, fromUtf8(error.what())};
+    answer = {{}, shownText(fromUtf8(error.what()))};
   }
   return answer;
 }
@@ -182,6 +191,10 @@ CheckSession::Answer CheckSession::call(std::wstring_view function, std::span<co
 
 CheckSession::Answer CheckSession::run(std::wstring_view text, std::wstring_view fileName) {
   return guarded([&] { return interpreter().run(text, fileName); });
+}
+
+std::wstring CheckSession::shownText(const std::wstring& text) const {
+  return site_.shownText(brenvolt::replaceAll(text, fromUtf8(folder_.string()) + L"/", L""));
 }
 
 std::vector<std::wstring> CheckSession::takeLines() {

@@ -31,6 +31,8 @@ public:
   [[nodiscard]] simhost::Document& document() { return *document_; }
   [[nodiscard]] simhost::Session& host() { return *session_; }
   [[nodiscard]] QuietWindows& windows() { return windows_; }
+  /// A message of another part of the program, without the folders that a check works in.
+  [[nodiscard]] std::wstring shownText(const std::wstring& text) const;
   /// What was printed since the last call, line by line.
   [[nodiscard]] std::vector<std::wstring> takeLines();
 
@@ -49,6 +51,8 @@ public:
   [[nodiscard]] Answer call(std::wstring_view function, std::span<const simhost::lisp::Value> arguments);
   [[nodiscard]] Answer run(std::wstring_view text, std::wstring_view fileName);
 
+  /// A copy of the workbook with these saved configurations beside it; empty when it cannot be made.
+  [[nodiscard]] std::filesystem::path workbookWith(const std::wstring& savedConfigurations);
   /// A copy of the engineering tables that nobody else sees; empty when they cannot be read, and the reason is in `error`.
   [[nodiscard]] std::filesystem::path database(std::wstring& error);
 

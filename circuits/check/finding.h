@@ -55,6 +55,7 @@ public:
   }
   void add(Finding finding) { all_.push_back(std::move(finding)); }
 
+  [[nodiscard]] std::size_t count() const { return all_.size(); }
   /// Whether a rule has been broken at all.
   [[nodiscard]] bool has(std::wstring_view rule) const;
   /// In the order of file and place, those that are equal in everything once.

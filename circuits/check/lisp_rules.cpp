@@ -83,11 +83,16 @@ private:
           {{L"function", function.name}, {L"without", function.without}});
   }
 
-  /// The answer of a call; nothing when it failed, which is then told, or when there is no such function.
-  std::optional<Value> probe(const wchar_t* name, std::initializer_list<Value> arguments) {
+  /// The answer of a call; nothing when there is no such function, or when it failed, which is reported unless the error
+  /// holds `reportedElsewhere`.
+  std::optional<Value> probe(
+      const wchar_t* name, std::initializer_list<Value> arguments, std::wstring_view reportedElsewhere = {}) {
     if (find(name) == nullptr) return std::nullopt;
     CheckSession::Answer answer = session_.call(name, {arguments.begin(), arguments.size()});
     if (answer.value) return std::move(answer.value);
+    const bool isReported =
+        !reportedElsewhere.empty() && answer.error.find(reportedElsewhere) != std::wstring::npos;
+    if (isReported) return std::nullopt;
     FindingPlace place = answer.place;
     if (place.file.empty()) place.file = siteFile;
     findings_.add(L"lisp-function-fails", std::move(place), {{L"function", name}, {L"error", answer.error}});
@@ -115,7 +120,9 @@ private:
   }
 
   void checkTables() {
-    const auto answer = probe(L"c:zan_bv_figure_mccdb_fnam", {});
+    std::wstring importError;
+    static_cast<void>(session_.database(importError));
+    const auto answer = probe(L"c:zan_bv_figure_mccdb_fnam", {}, session_.shownText(importError));
     const bool isServer = answer && answer->isString() && answer->asString().starts_with(L"odbc:");
     if (answer && !isServer && !isFile(*answer))
       wrong(L"c:zan_bv_figure_mccdb_fnam", *answer, L"the file of the engineering tables");

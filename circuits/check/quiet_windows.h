@@ -1,48 +1,35 @@
-// The windows of a check: nobody is there to answer. Every question is noted and answered with a cancel, so that nothing
-// waits, and the next circuit can be tried.
+// The windows of a check: nobody is there to answer. Every question is answered with a cancel, so that nothing waits, and
+// the next circuit can be tried.
 #pragma once
 
 #include "simhost/ui/window_system.h"
 
+#include <functional>
+#include <memory>
 #include <string>
-#include <utility>
-#include <vector>
 
 namespace circuits {
 
 class QuietWindows final : public simhost::WindowSystem {
 public:
-  struct Question {
-    std::wstring key;  ///< of the task dialog; empty for any other question
-    std::wstring text; ///< what was asked
-  };
-
-  /// What was asked since the last call.
-  [[nodiscard]] std::vector<Question> takeQuestions() { return std::exchange(questions_, {}); }
+  /// Sees every task dialog.
+  std::function<void(const simhost::TaskQuestion&)> onTask;
 
   [[nodiscard]] simhost::TaskAnswer askTask(const simhost::TaskQuestion& question) override {
-    questions_.push_back({question.key, question.text});
+    if (onTask) onTask(question);
     return {};
   }
-  [[nodiscard]] simhost::EntityPick pickEntity(const std::wstring& prompt, bool) override {
-    questions_.push_back({{}, prompt});
-    return {};
-  }
+  [[nodiscard]] simhost::EntityPick pickEntity(const std::wstring&, bool) override { return {}; }
   [[nodiscard]] simhost::FileAnswer askFile(
-      const simhost::FileQuestion& question, const simhost::FileEvents&) override {
-    questions_.push_back({{}, question.fileName});
+      const simhost::FileQuestion&, const simhost::FileEvents&) override {
     return {};
   }
   [[nodiscard]] std::unique_ptr<simhost::DialogWindow> openDialog(
       const std::wstring& form, CKvUiDialog&) override {
-    questions_.push_back({{}, form});
     failure_ = L"the dialog " + form + L" was opened";
     return nullptr;
   }
-  bool showMessage(const std::wstring& text) override {
-    questions_.push_back({{}, text});
-    return true;
-  }
+  bool showMessage(const std::wstring&) override { return true; }
   bool showHelp(const std::wstring&) override { return true; }
   [[nodiscard]] KvWindow* mainWindow() override { return nullptr; }
   [[nodiscard]] KvWindow* foregroundWindow() override { return nullptr; }
@@ -57,7 +44,6 @@ public:
 private:
   KvWindow frame_;
   std::wstring failure_;
-  std::vector<Question> questions_;
 };
 
 } // namespace circuits

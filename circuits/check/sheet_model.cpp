@@ -14,11 +14,13 @@ using brenvolt::equalsOrdinalNoCase;
 
 namespace {
 
-bool hasPair(const TableText::Row& row) {
+std::vector<std::pair<std::wstring, std::wstring>> pairsOf(const TableText::Row& row) {
+  std::vector<std::pair<std::wstring, std::wstring>> pairs;
   const int count = static_cast<int>(row.cells.size());
   for (int left = sheetcolumn::firstPair; left < count; left += 2)
-    if (!row.cell(left).empty() && !row.cell(left + 1).empty()) return true;
-  return false;
+    if (!row.cell(left).empty() && !row.cell(left + 1).empty())
+      pairs.emplace_back(row.cell(left), row.cell(left + 1));
+  return pairs;
 }
 
 void addForms(SheetCode& code, const TableText::Row& row, int column) {
@@ -30,7 +32,7 @@ void addForms(SheetCode& code, const TableText::Row& row, int column) {
   form.column = column;
   form.cell = cell;
   form.forCode = forCode.empty() ? incompleteCode : brenvolt::toInt(forCode);
-  form.hasPairs = column == sheetcolumn::controlForms && hasPair(row);
+  if (column == sheetcolumn::controlForms) form.pairs = pairsOf(row);
   for (std::wstring& text : brenvolt::splitForms(cell)) {
     const std::size_t found = cell.find(text, form.from);
     form.from = found == std::wstring::npos ? 0 : found;

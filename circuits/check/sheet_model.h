@@ -44,7 +44,8 @@ struct SheetForm {
   std::size_t from = 0; ///< of the form in the cell
   std::wstring text;
   std::int32_t forCode = incompleteCode;
-  bool hasPairs = false; ///< the row names tables of parts
+  std::vector<std::pair<std::wstring, std::wstring>>
+      pairs; ///< tables of parts and the titles of their groups
 };
 
 struct SheetCode {

@@ -292,7 +292,7 @@ private:
     const SheetGroup* control = code.controlGroup();
     if (control == nullptr) {
       for (const SheetForm& form : code.forms)
-        if (form.column == sheetcolumn::controlForms && !form.hasPairs)
+        if (form.column == sheetcolumn::controlForms && form.pairs.empty())
           findings_.add(
               L"control-without-pairs", place(form.row, form.column),
               {form.cell, form.from, form.text.size()}, {});

@@ -25,6 +25,7 @@ struct CheckCommandOptions {
   std::string workbook;
   std::string module;
   std::vector<std::string> only;
+  bool isQuick = false;
   bool asJson = false;
   bool showsRules = false;
 };
@@ -39,6 +40,7 @@ circuits::CheckOptions checkOptions(const CheckCommandOptions& options) {
   check.workbook = options.workbook.empty() ? check.site / "zan_brenvolt.xls"
                                             : fs::absolute(options.workbook).lexically_normal();
   check.module = options.module;
+  if (options.isQuick) check.depth = circuits::CheckDepth::quick;
   for (const std::string& name : options.only)
     check.kinds.insert(*circuits::kindOf(fromUtf8(name)));
   return check;
@@ -76,7 +78,8 @@ CommandTable checkCommand() {
   auto options = std::make_shared<CheckCommandOptions>();
   return {
       .name = "check",
-      .description = "find mistakes of a site: workbook, forms, templates, LISP",
+      .description =
+          "find mistakes of a site: workbook, forms, templates, tables, saved configurations, LISP",
       .options =
           {{"SITE", &options->site, "Folder of the site"},
            {"--workbook", &options->workbook, "Another workbook than the site's", "FILE"},
@@ -85,12 +88,13 @@ CommandTable checkCommand() {
             "Look only at this kind of rules; may be given several times",
             "KIND",
             {.choices = kindNames()}},
+           {"--quick", &options->isQuick, "Do not build the circuits"},
            {"--json", &options->asJson, "Print for a machine"},
            {"--rules", &options->showsRules, "Print the table of all rules instead"},
            {"--module", &options->module, "The plug-in, else ZanBrenvolt.kvx that came with the program",
             "FILE"}},
       .footer = "Exit code 0 when the site is clean, 5 when there are findings. Nothing is written.",
-      .examples = {"brenvolt check site", "brenvolt check site --only forms --json"},
+      .examples = {"brenvolt check site --quick", "brenvolt check site --only forms --json"},
       .page = "check.md",
       .run = [options] { return runCheck(*options); },
   };

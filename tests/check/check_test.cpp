@@ -100,7 +100,7 @@ private:
   void apply(const Change& change) const {
     const std::string name = "site/" + change.file;
     if (change.kind == Change::Kind::remove) {
-      REQUIRE(fs::remove(folder_.path(name)));
+      REQUIRE(fs::remove_all(folder_.path(name)) > 0);
       return;
     }
     std::string text = change.kind == Change::Kind::clear ? std::string() : folder_.read(name);

@@ -34,6 +34,7 @@
   (draw-line xyz (list (+ (car xyz) length) (cadr xyz)) (size-layer (wire-row data index)))
   T)
 (defun draw_text (xyz scl text) (draw-text xyz text 3) T)
+(defun draw_lit (xyz scl) (draw-text (list (car xyz) (- (cadr xyz) 8)) "LIT" 3) T)
 (defun draw_part (xyz scl tag data2 code)
   (insert-block (part-block) xyz 1 0 "0"
     (list (cons "TAG1" tag) (cons "RATING1" (rating-of data2 code)) (cons "CAT" (text-of (nth 4 (assoc code data2))))))
@@ -43,7 +44,7 @@
 (defun find_motor (type phase voltage speed load units fla frequency multiplier) nil)
 (defun find_wire (fla) nil)
 (mapc 'vz-korvo-defun
-      '(zan_get_active_dwg_wiretype zan_get_activedrawing_wiretype_settings draw_wire draw_text draw_part draw_nested
+      '(zan_get_active_dwg_wiretype zan_get_activedrawing_wiretype_settings draw_wire draw_text draw_lit draw_part draw_nested
         find_part find_motor find_wire))
 
 ; Building.

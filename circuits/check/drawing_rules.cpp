@@ -1,0 +1,276 @@
+#include "circuits/check/drawing_rules.h"
+
+#include "simhost/drawing/box_index.h"
+#include "simhost/drawing/display_list.h"
+#include "text/compare.h"
+#include "text/split.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace circuits {
+
+using brenvolt::equalsOrdinalNoCase;
+using simhost::Box;
+using simhost::DisplayItem;
+using simhost::EntityNode;
+
+namespace {
+
+/// Two places nearer than this are one, in drawing units.
+constexpr double samePlace = 0.01;
+/// Texts that touch by less than this part of the smaller one's height can be told apart.
+constexpr double allowedOverlap = 0.15;
+
+double distance(const KvPoint3d& a, const KvPoint3d& b) {
+  return std::hypot(a.x - b.x, a.y - b.y);
+}
+
+double distanceToSegment(const KvPoint3d& point, const KvPoint3d& from, const KvPoint3d& to) {
+  const double dx = to.x - from.x;
+  const double dy = to.y - from.y;
+  const double square = dx * dx + dy * dy;
+  if (square == 0.0) return distance(point, from);
+  const double along = std::clamp(((point.x - from.x) * dx + (point.y - from.y) * dy) / square, 0.0, 1.0);
+  return std::hypot(point.x - from.x - along * dx, point.y - from.y - along * dy);
+}
+
+/// How far a place is from what a shape shows; texts connect nothing.
+double distanceTo(const simhost::Shape& shape, const KvPoint3d& point) {
+  constexpr double farAway = 1e9;
+  if (const auto* line = std::get_if<simhost::Line>(&shape))
+    return distanceToSegment(point, line->from, line->to);
+  if (const auto* circle = std::get_if<simhost::Circle>(&shape))
+    return std::min(
+        std::abs(distance(point, circle->centre) - circle->radius), distance(point, circle->centre));
+  if (const auto* arc = std::get_if<simhost::Arc>(&shape))
+    return std::abs(distance(point, arc->centre) - arc->radius);
+  if (const auto* polyline = std::get_if<simhost::Polyline>(&shape)) {
+    double nearest = farAway;
+    for (std::size_t i = 1; i < polyline->points.size(); ++i)
+      nearest = std::min(nearest, distanceToSegment(point, polyline->points[i - 1], polyline->points[i]));
+    if (polyline->isClosed && !polyline->points.empty())
+      nearest =
+          std::min(nearest, distanceToSegment(point, polyline->points.back(), polyline->points.front()));
+    return nearest;
+  }
+  return farAway;
+}
+
+struct Wire {
+  KvDbHandle handle;
+  std::wstring layer;
+  KvPoint3d from;
+  KvPoint3d to;
+};
+
+class DrawingCheck final {
+public:
+  DrawingCheck(const DrawnCircuit& circuit, ToldFindings& told, Findings& findings)
+      : circuit_(circuit), store_(circuit.drawing.store()), told_(told), findings_(findings) {
+    const simhost::BlockNode* space = store_.findBlock(circuit.drawing.currentSpace());
+    for (const EntityNode* node = space->first; node != nullptr; node = node->next)
+      if (!node->isErased) nodes_.push_back(node);
+    if (const auto items = simhost::displayList(circuit.drawing, circuit.drawing.currentSpace()))
+      items_ = *items;
+    for (const EntityNode* node : nodes_) {
+      const auto* line = std::get_if<simhost::Line>(&node->value.shape);
+      if (line != nullptr && isWireLayer(node->value.layer))
+        wires_.push_back({node->handle, node->value.layer, line->from, line->to});
+    }
+    std::vector<Box> boxes;
+    for (const DisplayItem& item : items_) {
+      Box box = simhost::boxOf(item.shape);
+      box.left -= samePlace;
+      box.right += samePlace;
+      box.bottom -= samePlace;
+      box.top += samePlace;
+      boxes.push_back(box);
+    }
+    index_ = simhost::BoxIndex(boxes);
+  }
+
+  void run() {
+    for (const EntityNode* node : nodes_)
+      checkComponent(*node);
+    for (const auto& [component, unrated] : unrated_)
+      if (!rated_.contains(component))
+        add(L"run-no-rating", unrated.place,
+            {{L"block", unrated.block}, {L"tag", component.second}, {L"choices", circuit_.choices}});
+    for (const Wire& wire : wires_)
+      for (const KvPoint3d& end : {wire.from, wire.to})
+        checkEnd(wire, end);
+    for (const WireStart& start : circuit_.starts)
+      checkStart(start);
+    checkTexts();
+  }
+
+private:
+  [[nodiscard]] bool isWireLayer(const std::wstring& name) const {
+    const simhost::Layer* layer = store_.findLayer(name);
+    return layer != nullptr && layer->wireSettings.has_value();
+  }
+
+  void add(std::wstring_view rule, FindingPlace place, RuleValues values) {
+    if (told_.insert(std::wstring(rule) + placeText(place)).second)
+      findings_.add(rule, std::move(place), values);
+  }
+
+  [[nodiscard]] FindingPlace at(const KvPoint3d& point, const std::wstring& code = {}) const {
+    FindingPlace place = circuit_.place;
+    place.code = code;
+    // Rounded, so that the same place is one finding in every build.
+    place.position = {std::round(point.x * 100) / 100, std::round(point.y * 100) / 100};
+    return place;
+  }
+
+  [[nodiscard]] std::optional<std::wstring> attributeOf(const EntityNode& node, std::wstring_view tag) const {
+    for (const KvDbHandle handle : node.attributes) {
+      const EntityNode* attribute = store_.findEntity(handle);
+      if (attribute == nullptr || attribute->isErased) continue;
+      const auto* value = std::get_if<simhost::Attribute>(&attribute->value.shape);
+      if (value != nullptr && equalsOrdinalNoCase(value->tag, tag)) return value->text.text;
+    }
+    return std::nullopt;
+  }
+
+  void checkComponent(const EntityNode& node) {
+    const auto* reference = std::get_if<simhost::BlockReference>(&node.value.shape);
+    if (reference == nullptr) return;
+    const simhost::BlockNode* block = store_.findBlock(reference->block);
+    const std::wstring name = block == nullptr ? std::wstring() : block->name;
+    std::optional<std::wstring> tag = attributeOf(node, L"TAG1");
+    if (!tag) tag = attributeOf(node, L"TAG2");
+    if (!tag) return;
+    const auto code = circuit_.codes.find(node.handle.value());
+    const std::wstring placedBy = code == circuit_.codes.end() ? std::wstring() : code->second;
+    if (brenvolt::trimView(*tag).empty())
+      add(L"run-no-tag", at(reference->position, placedBy),
+          {{L"block", name}, {L"choices", circuit_.choices}});
+    const std::optional<std::wstring> rating = attributeOf(node, L"RATING1");
+    if (!rating || !circuit_.rated.contains(brenvolt::toUpper(placedBy))) return;
+    const Component component = {brenvolt::toUpper(placedBy), *tag};
+    if (brenvolt::trimView(*rating).empty())
+      unrated_.try_emplace(component, Unrated{at(reference->position, placedBy), name});
+    else
+      rated_.insert(component);
+  }
+
+  [[nodiscard]] std::vector<const DisplayItem*> itemsNear(const KvPoint3d& point) const {
+    const Box area = {point.x - samePlace, point.y - samePlace, point.x + samePlace, point.y + samePlace};
+    std::vector<const DisplayItem*> near;
+    for (const std::uint32_t number : index_.meeting(area))
+      if (distanceTo(items_[number].shape, point) <= samePlace) near.push_back(&items_[number]);
+    return near;
+  }
+
+  [[nodiscard]] const Wire* wireOf(KvDbHandle handle) const {
+    const auto found = std::ranges::find(wires_, handle, &Wire::handle);
+    return found == wires_.end() ? nullptr : &*found;
+  }
+
+  void checkEnd(const Wire& wire, const KvPoint3d& end) {
+    const bool isStart = std::ranges::any_of(circuit_.starts, [&end](const WireStart& start) {
+      return std::hypot(start.x - end.x, start.y - end.y) <= samePlace;
+    });
+    bool isAttached = isStart;
+    const Wire* crossed = nullptr;
+    bool hasDot = false;
+    for (const DisplayItem* item : itemsNear(end)) {
+      if (item->entity == wire.handle) continue;
+      isAttached = true;
+      const Wire* other = wireOf(item->entity);
+      if (other == nullptr)
+        hasDot = true; // a dot or a symbol: the connection is meant
+      else if (distance(other->from, end) > samePlace && distance(other->to, end) > samePlace)
+        crossed = other;
+    }
+    if (!isAttached)
+      add(L"run-open-wire", at(end), {{L"layer", wire.layer}, {L"choices", circuit_.choices}});
+    else if (crossed != nullptr && !hasDot && !isStart)
+      add(L"run-wire-on-wire", at(end),
+          {{L"layer", wire.layer}, {L"other", crossed->layer}, {L"choices", circuit_.choices}});
+  }
+
+  void checkStart(const WireStart& start) {
+    if (start.layer.empty()) return;
+    const KvPoint3d point{start.x, start.y, 0.0};
+    const std::wstring* other = nullptr;
+    for (const EntityNode* node : nodes_) {
+      const auto* line = std::get_if<simhost::Line>(&node->value.shape);
+      if (line == nullptr) continue;
+      const bool beginsHere =
+          distance(line->from, point) <= samePlace || distance(line->to, point) <= samePlace;
+      if (!beginsHere) continue;
+      if (!equalsOrdinalNoCase(node->value.layer, start.layer)) {
+        other = &node->value.layer; // a feeder of another size may end here
+        continue;
+      }
+      if (!isWireLayer(node->value.layer))
+        add(L"run-wire-layer", at(point, start.code),
+            {{L"layer", node->value.layer}, {L"choices", circuit_.choices}});
+      return;
+    }
+    if (other != nullptr)
+      add(L"run-wire-unsized", at(point, start.code),
+          {{L"layer", *other}, {L"expected", start.layer}, {L"choices", circuit_.choices}});
+  }
+
+  void checkTexts() {
+    struct Shown {
+      const simhost::Text* text;
+      Box box;
+    };
+    std::vector<Shown> texts;
+    for (const DisplayItem& item : items_) {
+      const auto* text = std::get_if<simhost::Text>(&item.shape);
+      if (text == nullptr || brenvolt::trimView(text->text).empty()) continue;
+      Box box;
+      for (const KvPoint3d& corner : simhost::textCorners(*text))
+        box.include(corner);
+      const double margin = allowedOverlap * std::min(box.width(), box.height());
+      box.left += margin;
+      box.right -= margin;
+      box.bottom += margin;
+      box.top -= margin;
+      texts.push_back({text, box});
+    }
+    std::vector<Box> boxes;
+    for (const Shown& shown : texts)
+      boxes.push_back(shown.box);
+    const simhost::BoxIndex index(boxes);
+    for (std::uint32_t i = 0; i < texts.size(); ++i)
+      for (const std::uint32_t j : index.meeting(boxes[i]))
+        if (j > i)
+          add(L"run-texts-overlap", at(texts[i].text->position),
+              {{L"first", texts[i].text->text},
+               {L"second", texts[j].text->text},
+               {L"choices", circuit_.choices}});
+  }
+
+  /// CODE and tag: several symbols may show one component, and one of them says its rating.
+  using Component = std::pair<std::wstring, std::wstring>;
+  struct Unrated {
+    FindingPlace place;
+    std::wstring block;
+  };
+
+  const DrawnCircuit& circuit_;
+  const simhost::DrawingStore& store_;
+  ToldFindings& told_;
+  Findings& findings_;
+  std::vector<const EntityNode*> nodes_;
+  std::vector<DisplayItem> items_;
+  std::vector<Wire> wires_;
+  simhost::BoxIndex index_;
+  std::map<Component, Unrated> unrated_; ///< the first symbol of each without a rating
+  std::set<Component> rated_;
+};
+
+} // namespace
+
+void checkDrawing(const DrawnCircuit& circuit, ToldFindings& told, Findings& findings) {
+  DrawingCheck(circuit, told, findings).run();
+}
+
+} // namespace circuits

@@ -1,0 +1,39 @@
+// What is wrong in the drawing of a circuit: components without a tag, wires that end nowhere, texts on each other.
+#pragma once
+
+#include "circuits/check/finding.h"
+#include "simhost/drawing/drawing_database.h"
+
+#include <map>
+#include <optional>
+#include <set>
+#include <string>
+#include <vector>
+
+namespace circuits {
+
+/// Where a wire of the template begins, and the layer that belongs to its size.
+struct WireStart {
+  std::wstring code;
+  double x = 0.0;
+  double y = 0.0;
+  std::wstring layer; ///< empty when the template names no format
+};
+
+/// What has been told of a circuit already: other choices would tell it again.
+using ToldFindings = std::set<std::wstring>;
+
+struct DrawnCircuit {
+  const simhost::DrawingDatabase& drawing;
+  FindingPlace place;   ///< of the circuit, without a position
+  std::wstring choices; ///< for a reader
+  std::vector<WireStart> starts;
+  /// Of each component the CODE whose forms placed it, as far as it is known; by handle.
+  std::map<std::uint64_t, std::wstring> codes;
+  /// CODEs whose components the tables rate, in upper case.
+  std::set<std::wstring> rated;
+};
+
+void checkDrawing(const DrawnCircuit& circuit, ToldFindings& told, Findings& findings);
+
+} // namespace circuits

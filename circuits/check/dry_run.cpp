@@ -1,0 +1,374 @@
+#include "circuits/check/dry_run.h"
+
+#include "circuits/check/drawing_rules.h"
+#include "circuits/check/option_choices.h"
+#include "circuits/check/sample_load.h"
+#include "simhost/lisp/arguments.h"
+#include "simhost/lisp/list.h"
+#include "text/compare.h"
+#include "text/encoding.h"
+#include "text/split.h"
+
+#include <algorithm>
+#include <set>
+
+namespace circuits {
+
+namespace fs = std::filesystem;
+namespace lisp = simhost::lisp;
+using brenvolt::equalsOrdinalNoCase;
+using brenvolt::fromUtf8;
+using brenvolt::toUpper;
+using lisp::Value;
+
+namespace {
+
+/// After so many builds that fail as a whole the others would say the same.
+constexpr int mostFailures = 3;
+/// Of the configuration that brings the motor or load.
+constexpr wchar_t savedName[] = L"check";
+constexpr wchar_t executionError[] = L"ZanBrenvolt.ExecutionError";
+/// How the host begins the line of an error on its command line.
+constexpr std::wstring_view errorLine = L"; error: ";
+constexpr std::wstring_view loopText = L"the limit of steps is reached";
+
+/// What the LISP of a build does, noted by functions that stand before those of host and site.
+class BuildWitness final {
+public:
+  explicit BuildWitness(CheckSession& session) : session_(session) {
+    before(L"insert-drawing", [this](std::span<const Value> arguments) {
+      if (!arguments.empty() && arguments.front().isString())
+        inserted_.push_back(arguments.front().asString());
+    });
+    around(L"insert-block", [this](const Value& reference) {
+      if (reference.isEntity()) placed_.emplace_back(reference, codeAtWork());
+    });
+    before(L"qn_bv_save_codehdl", [this](std::span<const Value> arguments) {
+      if (arguments.empty()) return;
+      for (const Value& row : lisp::Elements(arguments.front()))
+        if (row.isCons() && row.asCons().car().isString())
+          codes_.insert(toUpper(row.asCons().car().asString()));
+    });
+  }
+
+  void begin() {
+    inserted_.clear();
+    placed_.clear();
+    codes_.clear();
+  }
+  [[nodiscard]] const std::vector<std::wstring>& inserted() const { return inserted_; }
+  [[nodiscard]] const std::set<std::wstring>& codes() const { return codes_; }
+  [[nodiscard]] const std::vector<std::pair<Value, std::wstring>>& placed() const { return placed_; }
+
+  /// The CODE of the marker whose forms are at work; empty outside a build.
+  [[nodiscard]] std::wstring codeAtWork() const {
+    const std::vector<Value> data = lisp::toVector(session_.interpreter().value(L"GBL_qn_bv_marker_data"));
+    if (data.size() < 2 || !data[0].isInteger()) return {};
+    const std::vector<Value> handles = lisp::toVector(data[1]);
+    const auto index = static_cast<std::size_t>(data[0].asInteger());
+    if (index >= handles.size() || !handles[index].isString()) return {};
+    const std::optional<KvDbHandle> handle = simhost::parseHandle(handles[index].asString());
+    const simhost::DrawingDatabase& drawing = session_.document().drawing();
+    const simhost::EntityNode* marker = handle ? drawing.find(*handle) : nullptr;
+    if (marker == nullptr) return {};
+    for (const KvDbHandle each : marker->attributes) {
+      const simhost::EntityNode* node = drawing.find(each);
+      const auto* attribute = node == nullptr ? nullptr : std::get_if<simhost::Attribute>(&node->value.shape);
+      if (attribute != nullptr && equalsOrdinalNoCase(attribute->tag, L"CODE")) return attribute->text.text;
+    }
+    return {};
+  }
+
+private:
+  template <typename Note>
+  void before(const wchar_t* name, Note note) {
+    replace(name, [note](lisp::Interpreter& interpreter, const Value& own, lisp::Arguments& arguments) {
+      note(arguments.values());
+      return interpreter.call(own, arguments.values());
+    });
+  }
+  template <typename Note>
+  void around(const wchar_t* name, Note note) {
+    replace(name, [note](lisp::Interpreter& interpreter, const Value& own, lisp::Arguments& arguments) {
+      Value answer = interpreter.call(own, arguments.values());
+      note(answer);
+      return answer;
+    });
+  }
+  /// A function of the same name that calls the former one. Without one there is nothing to note.
+  template <typename Call>
+  void replace(const wchar_t* name, Call call) {
+    lisp::Interpreter& interpreter = session_.interpreter();
+    const lisp::Symbol* symbol = interpreter.symbols().find(name);
+    if (symbol == nullptr || !symbol->function.isFunction()) return;
+    const Value own = symbol->function;
+    interpreter.define(name, 0, lisp::anyNumber, [own, call](lisp::Arguments& arguments) {
+      return call(arguments.interpreter(), own, arguments);
+    });
+  }
+
+  CheckSession& session_;
+  std::vector<std::wstring> inserted_;
+  std::vector<std::pair<Value, std::wstring>> placed_;
+  std::set<std::wstring> codes_;
+};
+
+/// All builds of one type of a circuit.
+class CircuitRun final {
+public:
+  CircuitRun(
+      const SiteModel& site, CheckSession& session, BuildWitness& witness, const CircuitEntry& entry,
+      const SheetModel& sheet, TemplateSet& templates, std::optional<SampleLoad> load, Findings& findings)
+      : site_(site), session_(session), witness_(witness), entry_(entry), sheet_(sheet),
+        templates_(templates), load_(std::move(load)), findings_(findings),
+        drawing_(templates.read(templates.find(entry.drawing))) {}
+
+  void run() {
+    findControls();
+    ChoicePlan plan(sheet_);
+    int failures = 0;
+    while (const std::optional<Choices> choices = plan.next()) {
+      const bool isBuilt = build(plan, *choices);
+      plan.note(*choices, witness_.codes());
+      if (!isBuilt && ++failures == mostFailures) return;
+      if (loops_) return; // each further build would take as long
+    }
+  }
+
+private:
+  void findControls() {
+    for (const TemplateMarker& marker : drawing_.markers) {
+      const SheetCode* code = sheet_.find(marker.code);
+      if (code == nullptr || code->controlGroup() == nullptr) continue;
+      SampleControl& control = controls_.emplace_back();
+      control.code = marker.code;
+      for (const TemplateMarker& wire : drawing_.markers)
+        if (wire.isWire() && equalsOrdinalNoCase(wire.suffix(), marker.suffix()))
+          control.wires.push_back({wire.isGround(), layerOf(wire)});
+    }
+  }
+
+  /// A saved configuration brings motor or load, wires and choices into the build, as it does for a user.
+  [[nodiscard]] fs::path workbookWith(const ChoicePlan& plan, const Choices& choices) {
+    std::vector<SampleChoice> chosen;
+    for (std::size_t i = 0; i < plan.groups().size(); ++i) {
+      const ChoiceGroup& group = plan.groups()[i];
+      const SheetOption& option = group.options().options[choices[i]];
+      chosen.push_back({group.code->code, group.options().title, option.text, option.value});
+    }
+    return session_.workbookWith(savedSample(
+        load_ ? &*load_ : nullptr, controls_, chosen, entry_.circuit, entry_.type, std::wstring(savedName)));
+  }
+
+  bool build(const ChoicePlan& plan, const Choices& choices) {
+    choices_ = plan.shownText(choices);
+    simhost::UndoLog& log = session_.document().drawing().undoLog();
+    log.closeGroup();
+    const int before = log.undoCount();
+    witness_.begin();
+    static_cast<void>(session_.takeLines());
+    session_.windows().onTask = [this](const simhost::TaskQuestion& question) { noteQuestion(question); };
+    hasFailed_ = false;
+    const fs::path workbook = workbookWith(plan, choices);
+    const Value arguments[] = {
+        Value::string(entry_.drawing),
+        Value::string(workbook.wstring()),
+        Value::string(entry_.worksheet),
+        Value::string(entry_.circuit),
+        Value::string(entry_.type),
+        Value::string(savedName),
+        lisp::makePoint(0, 0, 0),
+        Value::string(L""),
+        Value::string(L""),
+        Value::string(L"")};
+    const CheckSession::Answer answer = session_.call(L"site-build", arguments);
+    session_.windows().onTask = nullptr;
+    const bool isBuilt = answer.value && !answer.value->isNil();
+    noteEnd(answer, isBuilt);
+    for (const std::wstring& name : witness_.inserted())
+      if (const fs::path file = session_.host().findFile(name); !file.empty())
+        if (!templates_.read(file).markers.empty())
+          templates_.addInserted(sheet_.name, file); // else a symbol
+    if (isBuilt && !hasFailed_) checkResult();
+    log.closeGroup();
+    static_cast<void>(log.undo(log.undoCount() - before));
+    return isBuilt;
+  }
+
+  [[nodiscard]] FindingPlace circuitPlace() const {
+    FindingPlace place;
+    place.file = drawing_.file;
+    place.sheet = sheet_.name;
+    return place;
+  }
+
+  /// The last error that was printed: that of the form which has just failed.
+  [[nodiscard]] std::wstring lastError() {
+    std::wstring text;
+    for (const std::wstring& line : session_.takeLines())
+      if (line.starts_with(errorLine)) text = line.substr(errorLine.size());
+    return session_.shownText(text);
+  }
+
+  void noteQuestion(const simhost::TaskQuestion& question) {
+    const std::wstring error = lastError();
+    const bool isLoop = error.find(loopText) != std::wstring::npos;
+    const bool isFirst = !hasFailed_;
+    hasFailed_ = true;
+    if (loops_) return; // after a loop every form fails
+    loops_ = isLoop;
+    if (question.key != executionError) {
+      if (isFirst || question.key != lastKey_)
+        findings_.add(
+            L"run-question", site_.place(circuitListSheet, entry_.row, 2),
+            {{L"circuit", SiteModel::nameOf(entry_)}, {L"question", question.text}, {L"choices", choices_}});
+      lastKey_ = question.key;
+      return;
+    }
+    const std::wstring code = witness_.codeAtWork();
+    const SheetCode* record = sheet_.find(code);
+    FindingPlace place = site_.place(sheet_.name);
+    place.code = code;
+    MarkedText text;
+    if (record != nullptr)
+      for (const SheetForm& form : record->forms)
+        if (form.column != sheetcolumn::controlForms && question.text.find(form.text) != std::wstring::npos) {
+          place = site_.place(sheet_, *record, form.row, form.column);
+          text = {form.cell, form.from, form.text.size()};
+          break;
+        }
+    if (!told_.insert(placeText(place) + error).second) return;
+    findings_.add(
+        isLoop ? L"run-form-loops" : L"run-form-fails", std::move(place), std::move(text),
+        {{L"circuit", SiteModel::nameOf(entry_)},
+         {L"choices", choices_},
+         {L"error", error.empty() ? L"the function answered no value that can be taken over" : error}});
+  }
+
+  void noteEnd(const CheckSession::Answer& answer, bool isBuilt) {
+    if (isBuilt || hasFailed_) return;
+    std::wstring reason = answer.error;
+    if (reason.empty()) reason = lastError();
+    if (reason.empty()) reason = L"no reason was given";
+    if (answer.isLoop) loops_ = true;
+    if (!told_.insert(reason).second) return;
+    FindingPlace place = site_.place(circuitListSheet, entry_.row, 2);
+    std::wstring where = placeText(answer.place);
+    findings_.add(
+        L"run-build-fails", std::move(place), {entry_.type},
+        {{L"circuit", SiteModel::nameOf(entry_)},
+         {L"choices", choices_},
+         {L"error", where.empty() ? reason : where + L": " + session_.shownText(reason)}});
+  }
+
+  void checkResult() {
+    DrawnCircuit circuit{session_.document().drawing(), circuitPlace(), choices_, {}, {}, {}};
+    addStarts(drawing_, circuit);
+    for (const auto& [reference, code] : witness_.placed())
+      circuit.codes[handleOf(reference)] = code;
+    if (load_ && load_->isRated)
+      for (const SheetCode& code : sheet_.codes)
+        if (takesRatings(code)) circuit.rated.insert(toUpper(code.code));
+    checkDrawing(circuit, told_, findings_);
+  }
+
+  void addStarts(const TemplateDrawing& each, DrawnCircuit& circuit) const {
+    for (const TemplateMarker& marker : each.markers) {
+      WireStart start{
+          marker.code, marker.x, marker.y, {}}; // lines of a feeder begin at markers of other CODEs
+      if (marker.isWire()) start.layer = layerOf(marker);
+      circuit.starts.push_back(std::move(start));
+    }
+  }
+
+  /// What the template's format makes of the size of a wire; empty without a format that holds one, or without a size.
+  [[nodiscard]] std::wstring layerOf(const TemplateMarker& wire) const {
+    if (!load_) return {};
+    const std::wstring misc1 = wire.misc1.value_or(L"");
+    const std::wstring& size = wire.isGround() ? load_->groundSize : load_->wireSize;
+    if (size.empty()) return {};
+    constexpr std::wstring_view key = L"_WIRETYPE=";
+    const std::size_t begin = misc1.find(key);
+    if (begin == std::wstring::npos) return {};
+    const std::wstring format =
+        misc1.substr(begin + key.size(), misc1.find(L';', begin) - begin - key.size());
+    const std::vector<std::wstring> parts = brenvolt::splitKeepingEmpty(format, L'@');
+    return parts.size() == 3 ? parts[0] + size + parts[2] : std::wstring();
+  }
+
+  static bool takesRatings(const SheetCode& code) {
+    return std::ranges::any_of(code.forms, [](const SheetForm& form) {
+      return form.column != sheetcolumn::controlForms &&
+             brenvolt::findNoCase(form.text, L"#data2") != std::wstring::npos;
+    });
+  }
+
+  static std::uint64_t handleOf(const Value& reference) {
+    return simhost::DrawingDatabase::handleOf(KvDbObjectId(reference.asEntity())).value();
+  }
+
+  const SiteModel& site_;
+  CheckSession& session_;
+  BuildWitness& witness_;
+  const CircuitEntry& entry_;
+  const SheetModel& sheet_;
+  TemplateSet& templates_;
+  std::optional<SampleLoad> load_;
+  Findings& findings_;
+  const TemplateDrawing& drawing_;
+  std::vector<SampleControl> controls_;
+  std::wstring choices_;
+  std::wstring lastKey_;
+  std::set<std::wstring> told_;
+  bool hasFailed_ = false; ///< a form of the build at work
+  bool loops_ = false;
+};
+
+/// The kind of load that a sheet asks for, nothing when it asks for none.
+std::optional<LoadKind> loadKindOf(const SheetModel& sheet) {
+  for (const SheetCode& code : sheet.codes)
+    if (const SheetGroup* control = code.hasTitle ? code.controlGroup() : nullptr)
+      return brenvolt::equalsCollating(control->title, L"!MCC_CTRL") ? LoadKind::motor : LoadKind::load;
+  return std::nullopt;
+}
+
+int conductorsOf(const TemplateDrawing& drawing) {
+  std::map<std::wstring, int> counts; // by letter of the motor
+  for (const TemplateMarker& marker : drawing.markers)
+    if (marker.isWire() && !marker.isGround()) ++counts[toUpper(marker.suffix())];
+  int most = 0;
+  for (const auto& [suffix, count] : counts)
+    most = std::max(most, count);
+  return most;
+}
+
+} // namespace
+
+void runCircuits(
+    const SiteModel& site, CheckSession& session, const TableSet& tables,
+    const std::vector<ElectricalCode>& codes, TemplateSet& templates, Findings& findings) {
+  if (!session.isComplete() || !session.interpreter().findFunction(L"site-build")) return;
+  BuildWitness witness(session);
+  const Value code = session.interpreter().value(L"GBL_qn_electcodestd");
+  const std::wstring codeName = code.isString() ? code.asString() : std::wstring();
+  const auto electrical = std::ranges::find_if(
+      codes, [&codeName](const ElectricalCode& each) { return equalsOrdinalNoCase(each.name, codeName); });
+  for (const CircuitEntry& entry : site.entries) {
+    const SheetModel* sheet = site.findModel(entry.worksheet);
+    const fs::path file = templates.find(entry.drawing);
+    if (sheet == nullptr || file.empty()) continue;
+    const TemplateDrawing& drawing = templates.read(file);
+    if (drawing.drawing == nullptr || drawing.markers.empty()) continue;
+    std::optional<SampleLoad> load;
+    const std::optional<LoadKind> kind = loadKindOf(*sheet);
+    std::wstring error;
+    const fs::path database = session.database(error);
+    if (kind && electrical != codes.end() && !database.empty()) {
+      const int conductors = conductorsOf(drawing);
+      load = sampleLoad(tables, *electrical, *kind, conductors >= 3 ? L"3" : L"1", database);
+    }
+    CircuitRun(site, session, witness, entry, *sheet, templates, std::move(load), findings).run();
+  }
+}
+
+} // namespace circuits

@@ -1,0 +1,59 @@
+// A motor or a load of the site's tables with sized wires, and the saved configuration that brings it into a build.
+#pragma once
+
+#include "circuits/check/table_rules.h"
+
+#include <cstdint>
+#include <filesystem>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace circuits {
+
+enum class LoadKind { motor, load };
+
+struct SampleLoad {
+  LoadKind kind = LoadKind::motor;
+  std::vector<std::wstring> setup; ///< the fields of the motor or load, as a configuration keeps them
+  std::wstring wireSize;           ///< without blanks; empty when the tables give none
+  std::wstring groundSize;
+  bool isRated = false; ///< the tables rate components of this type
+};
+
+/// The first one of the phase whose voltage is the options' default, else the first of the phase. Nothing when the tables
+/// hold none.
+/// @param phases  "1" or "3"
+/// @param database  the file of the engineering tables
+[[nodiscard]] std::optional<SampleLoad> sampleLoad(
+    const TableSet& tables, const ElectricalCode& electrical, LoadKind kind, std::wstring_view phases,
+    const std::filesystem::path& database);
+
+/// A wire position of a template with its layer.
+struct SampleWire {
+  bool isGround = false;
+  std::wstring layer;
+};
+
+/// A motor or load marker of a template with the wires of its letter.
+struct SampleControl {
+  std::wstring code;
+  std::vector<SampleWire> wires;
+};
+
+/// The choice of a group, for every marker of a CODE.
+struct SampleChoice {
+  std::wstring code;
+  std::wstring group;
+  std::wstring option;
+  std::int32_t value = 0;
+};
+
+/// The text of a file of saved configurations with one, named `name`.
+/// @param load  null for a circuit without motor or load
+[[nodiscard]] std::wstring savedSample(
+    const SampleLoad* load, const std::vector<SampleControl>& controls,
+    const std::vector<SampleChoice>& choices, const std::wstring& circuit, const std::wstring& type,
+    const std::wstring& name);
+
+} // namespace circuits

@@ -1,0 +1,249 @@
+#include "circuits/check/saved_rules.h"
+
+#include "circuits/check/similar_name.h"
+#include "platform/xml_document.h"
+#include "text/compare.h"
+#include "text/encoding.h"
+#include "text/numbers.h"
+#include "text/split.h"
+
+#include <algorithm>
+#include <set>
+#include <system_error>
+
+namespace circuits {
+
+using brenvolt::equalsCollating;
+using brenvolt::equalsOrdinalNoCase;
+using brenvolt::XmlElement;
+
+namespace {
+
+constexpr const char* savedFile = "zan_brenvolt.xml";
+
+/// Places in the row of a motor or load; their names vary with the language, so places count.
+namespace setupplace {
+constexpr std::size_t type = 0, load = 1, units = 2, voltage = 3, standard = 10, metal = 11;
+}
+
+std::vector<std::wstring> valuesOf(const XmlElement& row) {
+  std::vector<std::wstring> values;
+  for (const XmlElement& property : row.children(L"Property"))
+    values.push_back(property.attribute(L"Value"));
+  return values;
+}
+
+std::wstring at(const std::vector<std::wstring>& values, std::size_t place) {
+  return place < values.size() ? values[place] : std::wstring();
+}
+
+class SavedCheck final {
+public:
+  SavedCheck(
+      const SiteModel& site, const TableSet& tables, const std::vector<ElectricalCode>& codes,
+      Findings& findings)
+      : site_(site), tables_(tables), codes_(codes), findings_(findings) {
+    const std::filesystem::path file = std::filesystem::path(site.workbook).replace_filename(savedFile);
+    path_ = file;
+    place_.file = site.shownFile(file);
+  }
+
+  void run() {
+    std::error_code error;
+    if (!std::filesystem::exists(path_, error)) return;
+    brenvolt::XmlDocument document;
+    std::wstring reason;
+    if (!document.load(path_.wstring(), reason)) {
+      findings_.add(L"saved-unreadable", place_, {{L"reason", site_.shownText(reason)}});
+      return;
+    }
+    const XmlElement root = document.root();
+    if (!root.isNamed(L"BrenvoltHistory") || brenvolt::toDouble(root.attribute(L"Version")) < 1.0) {
+      findings_.add(
+          L"saved-unreadable", place_, {{L"reason", L"its format is not that of saved configurations"}});
+      return;
+    }
+    for (const XmlElement& circuit : root.children(L"Circuit"))
+      for (const XmlElement& type : circuit.children(L"CircuitType"))
+        checkType(circuit.attribute(L"Name"), type);
+  }
+
+private:
+  void checkType(const std::wstring& circuit, const XmlElement& type) {
+    const std::wstring typeName = type.attribute(L"Name");
+    const auto entry = std::ranges::find_if(site_.entries, [&](const CircuitEntry& each) {
+      return equalsCollating(each.circuit, circuit) && equalsCollating(each.type, typeName);
+    });
+    std::set<std::wstring, brenvolt::CollatingLess> names;
+    for (const XmlElement& saved : type.children(L"History")) {
+      name_ = circuit + L" / " + typeName + L", \"" + saved.attribute(L"Name") + L"\"";
+      if (!names.insert(saved.attribute(L"Name")).second)
+        findings_.add(L"saved-twice", place_, {{L"saved", name_}});
+      if (entry == site_.entries.end()) {
+        std::vector<std::wstring> known;
+        for (const CircuitEntry& each : site_.entries)
+          known.push_back(SiteModel::nameOf(each));
+        findings_.add(
+            L"saved-circuit-gone", place_,
+            {{L"saved", name_}, {L"similar", didYouMean(similarName(circuit + L" / " + typeName, known))}});
+        continue;
+      }
+      checkSaved(*entry, saved);
+    }
+  }
+
+  void checkSaved(const CircuitEntry& entry, const XmlElement& saved) {
+    const std::wstring sheet = saved.firstChild(L"HistoryCheck").attribute(L"Worksheet");
+    if (!sheet.empty() && !equalsOrdinalNoCase(sheet, entry.worksheet))
+      findings_.add(
+          L"saved-sheet", place_, {{L"saved", name_}, {L"sheet", sheet}, {L"today", entry.worksheet}});
+    const SheetModel* model = site_.findModel(entry.worksheet);
+    if (model == nullptr) return;
+    for (const XmlElement& marker : saved.children(L"Marker"))
+      checkMarker(*model, marker);
+  }
+
+  [[nodiscard]] FindingPlace placeOf(const std::wstring& code) const {
+    FindingPlace place = place_;
+    place.code = code;
+    return place;
+  }
+
+  void checkMarker(const SheetModel& model, const XmlElement& marker) {
+    const std::wstring code = marker.attribute(L"Code");
+    const SheetCode* record = model.find(code);
+    if (record == nullptr) {
+      findings_.add(
+          L"saved-code-gone", placeOf(code), {{L"saved", name_}, {L"code", code}, {L"sheet", model.name}});
+      return;
+    }
+    for (const XmlElement& option : marker.children(L"SelectOption"))
+      checkOption(*record, option);
+    for (const XmlElement& part : marker.children(L"Catalog"))
+      checkPart(*record, part);
+    for (const XmlElement& group : marker.children(L"ControlGroup"))
+      checkSetup(code, group);
+  }
+
+  void checkOption(const SheetCode& record, const XmlElement& saved) {
+    const std::wstring title = saved.attribute(L"UI_TITLE");
+    const std::wstring text = saved.attribute(L"UI_PROMPT");
+    const std::int32_t value = brenvolt::toInt(saved.attribute(L"UI_VAL"));
+    const auto group = std::ranges::find_if(
+        record.groups, [&title](const SheetGroup& each) { return equalsCollating(each.title, title); });
+    const FindingPlace place = placeOf(record.code);
+    if (group == record.groups.end()) {
+      findings_.add(L"saved-group-gone", place, {{L"saved", name_}, {L"group", title}, {L"option", text}});
+      return;
+    }
+    const auto option = std::ranges::find(group->options, value, &SheetOption::value);
+    if (option == group->options.end())
+      findings_.add(
+          L"saved-option-gone", place,
+          {{L"saved", name_}, {L"group", title}, {L"option", text}, {L"value", brenvolt::formatInt(value)}});
+    else if (!group->isControl() && !equalsCollating(option->text, text))
+      findings_.add(
+          L"saved-option-changed", place,
+          {{L"saved", name_}, {L"group", title}, {L"option", text}, {L"today", option->text}});
+  }
+
+  void checkPart(const SheetCode& record, const XmlElement& part) {
+    for (const XmlElement& property : part.children(L"Property")) {
+      if (!equalsCollating(property.attribute(L"Name"), L"TITLE")) continue;
+      const std::wstring title = property.attribute(L"Value");
+      const bool isThere = std::ranges::any_of(record.forms, [&title](const SheetForm& form) {
+        return std::ranges::any_of(
+            form.pairs, [&title](const auto& pair) { return equalsCollating(pair.second, title); });
+      });
+      if (!isThere)
+        findings_.add(L"saved-part-gone", placeOf(record.code), {{L"saved", name_}, {L"title", title}});
+    }
+  }
+
+  void checkSetup(const std::wstring& code, const XmlElement& group) {
+    std::vector<std::wstring> setup;
+    for (const wchar_t* kind : {L"MotorSetup", L"LOADSetup"})
+      for (const XmlElement& row : group.children(kind)) {
+        setup = valuesOf(row);
+        checkRating(code, setup, std::wstring_view(kind) == L"MotorSetup" ? L"MOTOR" : L"FEED");
+      }
+    const std::wstring metal = at(setup, setupplace::metal);
+    const std::wstring standard = at(setup, setupplace::standard);
+    for (const wchar_t* kind : {L"WireSetup", L"GroundingWireSetup"})
+      for (const XmlElement& wire : group.children(kind))
+        checkSize(code, at(valuesOf(wire), 0), metal, standard);
+  }
+
+  /// In any code's table: a configuration does not say for which one it was made.
+  void checkSize(
+      const std::wstring& code, const std::wstring& size, const std::wstring& metal,
+      const std::wstring& standard) {
+    if (size.empty() || metal.empty()) return;
+    bool hasTable = false;
+    for (const ElectricalCode& electrical : codes_) {
+      const SiteTable* table = tables_.find(L"AMP_" + metal + L"_" + standard + L"_" + electrical.name);
+      if (table == nullptr) continue;
+      hasTable = true;
+      const int column = table->text.columnOf(L"SIZE_DESC");
+      for (const TableText::Row& row : table->text.rows)
+        if (equalsOrdinalNoCase(brenvolt::removeBlanks(row.cell(column)), brenvolt::removeBlanks(size)))
+          return;
+    }
+    findings_.add(
+        hasTable ? L"saved-size-gone" : L"saved-table-gone", placeOf(code),
+        {{L"saved", name_}, {L"size", size}, {L"metal", metal}, {L"standard", standard}});
+  }
+
+  void checkRating(const std::wstring& code, const std::vector<std::wstring>& setup, const wchar_t* family) {
+    const std::wstring type = at(setup, setupplace::type);
+    if (type.empty()) return;
+    bool hasTable = false;
+    for (const ElectricalCode& electrical : codes_)
+      if (const SiteTable* table = tables_.resolve(family, electrical.name)) {
+        hasTable = true;
+        if (hasRating(*table, setup)) return;
+      }
+    if (hasTable)
+      findings_.add(
+          L"saved-motor-gone", placeOf(code),
+          {{L"saved", name_},
+           {L"motor", type + L" " + at(setup, setupplace::load) + L" " + at(setup, setupplace::units) +
+                          L", " + at(setup, setupplace::voltage) + L" V"}});
+  }
+
+  static bool hasRating(const SiteTable& table, const std::vector<std::wstring>& setup) {
+    struct Field {
+      const wchar_t* column;
+      std::size_t place;
+    };
+    constexpr Field fields[] = {
+        {L"Type", setupplace::type},
+        {L"Load", setupplace::load},
+        {L"Units", setupplace::units},
+        {L"Voltage (V)", setupplace::voltage}};
+    return std::ranges::any_of(table.text.rows, [&](const TableText::Row& row) {
+      return std::ranges::all_of(fields, [&](const Field& field) {
+        const int column = table.text.columnOf(field.column);
+        return column == 0 || equalsOrdinalNoCase(row.cell(column), at(setup, field.place));
+      });
+    });
+  }
+
+  const SiteModel& site_;
+  const TableSet& tables_;
+  const std::vector<ElectricalCode>& codes_;
+  Findings& findings_;
+  std::filesystem::path path_;
+  FindingPlace place_;
+  std::wstring name_; ///< of the configuration at work
+};
+
+} // namespace
+
+void checkSaved(
+    const SiteModel& site, const TableSet& tables, const std::vector<ElectricalCode>& codes,
+    Findings& findings) {
+  SavedCheck(site, tables, codes, findings).run();
+}
+
+} // namespace circuits
