@@ -26,7 +26,7 @@ export PATH="$prefix/bin:$PATH" HOME="$scratch" XDG_CACHE_HOME="" XDG_CONFIG_HOM
 cd "$scratch" || exit 1
 check "a new site" brenvolt site new plant
 check "its workbook" brenvolt catalog --site plant --check
-check "a circuit" brenvolt draw --site plant --circuit "Power feeds" --type Three-phase --out feed.json --svg feed.svg
+check "a circuit" brenvolt draw --site plant --circuit "Power feeds" --type Three-phase --history "Heater 15 kW" --out feed.json --svg feed.svg
 echo '{"format":"brenvolt-answers","version":1,"steps":[]}' >none.json
 for language in en de; do # the dialog has no answer, and the recording its title
   brenvolt lisp --language $language --site plant --answers none.json --record $language.json -e "(zan_bv_wire_select)" 2>/dev/null

@@ -39,7 +39,7 @@ list >"$root/packages/before"
 in_root bash -c 'apt-get install -y -qq /packages/*.deb' >"$root/packages/install.log" 2>&1 ||
   { tail -n 20 "$root/packages/install.log"; fail "the packages cannot be installed"; }
 in_root brenvolt site new /root/plant || fail "brenvolt site new"
-in_root brenvolt draw --site /root/plant --circuit "Three-phase motors" --type "Direct on line" --out /root/motor.json ||
+in_root brenvolt draw --site /root/plant --circuit "Three-phase motors" --type "Direct on line" --history "Pump 10 HP" --out /root/motor.json ||
   fail "brenvolt draw"
 in_root bash -c 'cd /root && xvfb-run -a brenvolt-gui --site plant --screenshot /root/window.png motor.json' || fail "brenvolt-gui"
 [ -s "$root/root/window.png" ] || fail "no picture of the window"

@@ -106,7 +106,9 @@ ExitCode runDraw(DrawOptions& options) {
   if (!isBuilt) throw BadInput(name + (asks ? ": the build failed or was cancelled" : ": the build failed"));
   host.writeResults();
   std::printf("%s: %s\n", name.c_str(), options.host.save.c_str());
-  return ExitCode::done;
+  // The module has said at which markers.
+  const lisp::Symbol* const unsized = host.interpreter().symbols().find(L"GBL_qn_bv_unsized_wires");
+  return unsized == nullptr || unsized->value.isNil() ? ExitCode::done : ExitCode::findings;
 }
 
 } // namespace
@@ -164,10 +166,12 @@ CommandTable drawCommand() {
       .name = "draw",
       .description = "draw a circuit of the site's workbook",
       .options = joinedRows({options->site.rows(), rows}),
-      .footer = "A build that fails or is cancelled writes nothing, and the reason is told.",
+      .footer = "A build that fails or is cancelled writes nothing, and the reason is reported. A circuit "
+                "whose wires could not "
+                "be sized is drawn with a mark at them; the exit code is then 5.",
       .examples =
-          {R"(brenvolt draw --site site --circuit "Three-phase motors" --type "Direct on line" --out motor.json)",
-           R"(brenvolt draw --site site --circuit "Three-phase motors" --type "Direct on line" --history "Pump 10 HP" --out pump.json --svg pump.svg)"},
+          {R"(brenvolt draw --site site --circuit "Three-phase motors" --type "Direct on line" --history "Pump 10 HP" --out motor.json)",
+           R"(brenvolt draw --site site --circuit "Three-phase motors" --type "Direct on line" --history "Pump 10 HP" --preset "OL=2" --out pump.json --svg pump.svg)"},
       .page = "circuits.md",
       .run = [options] { return runDraw(*options); },
   };

@@ -19,12 +19,20 @@
 
 ; Wires
 
+; A motor's wire for which no size is known is drawn as the site's size and marked, so that nobody takes it for sized.
+(defun mark-unsized (xyz scl index data)
+  (when (string=? (site-text (car (conductor-row data index))) "")
+    (draw-text (offset xyz 0 (* scl 1.0)) "NO WIRE SIZE" (* scl 2.0) "DESCRIPTIONS")))
+
 (defun site_wire (xyz scl index length data misc1)
+  (mark-unsized xyz scl index data)
   (draw-wire xyz (offset xyz (* scl length) 0) (row-layer (conductor-row data index) misc1 "BLK_@SIZE@"))
   T)
 
-; A wire through points given as dx dy dx dy ... from the marker, with a dot where it leaves another one.
+; A wire through points given as dx dy dx dy ... from the marker, with a dot where it leaves another one. A path
+; that does not begin at the marker branches off a wire that has its mark.
 (defun site_wire_path (xyz scl index data misc1 steps)
+  (when (and (zerop (first steps)) (zerop (second steps))) (mark-unsized xyz scl index data))
   (draw-path xyz scl steps (row-layer (conductor-row data index) misc1 "BLK_@SIZE@"))
   T)
 

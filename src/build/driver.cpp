@@ -4,6 +4,7 @@
 #include "build/marker_preparation.h"
 #include "build/marker_scan.h"
 #include "build/script_rows.h"
+#include "build/unsized_wires.h"
 #include "config/config_marker_bridge.h"
 #include "drawing/marker_tree.h"
 #include "host/build_data.h"
@@ -112,6 +113,9 @@ bool ZanBrenvolt::prepare(BuildKind kind) {
   if (!state_.history.historyName.empty() && state_.history.OpenHistory())
     applyOpenHistory(state_, state_.markers, circuitRows);
   if (input_.presets.active) buildWireAnnotations(state_, state_.markers, circuitRows);
+  if (depth() == 0) putList(lispsymbol::unsizedWires, ResultList());
+  // The pages of the dialog size their wires themselves.
+  if (!state_.isInteractive()) sizeUnsizedWires(state_, state_.markers);
 
   std::vector<ZanExecRecord> items;
   if (state_.isInteractive())
@@ -124,6 +128,7 @@ bool ZanBrenvolt::prepare(BuildKind kind) {
 }
 
 void ZanBrenvolt::finish() {
+  if (state_.isInteractive()) reportUnsizedWires(state_);
   std::vector<std::vector<std::wstring>> rows;
   for (const auto& [code, values] : state_.result.selections)
     rows.push_back({code, joinValues(values)});

@@ -33,8 +33,12 @@ RowsInForce MarkerSettings::at(const ZanDwgMarker& marker) {
   return first.rows != nullptr ? first : RowsInForce{0, &circuitRows_};
 }
 
+bool isMotorOrLoad(const ZanDwgMarker& marker) {
+  return !marker.controls.isEmpty() || marker.record.controlGroup() != nullptr;
+}
+
 MarkerSettings::RowsOfMotor rowsOfMarkers() {
-  return [](const ZanDwgMarker& marker) { return marker.controls.isEmpty() ? nullptr : &marker.controls; };
+  return [](const ZanDwgMarker& marker) { return isMotorOrLoad(marker) ? &marker.controls : nullptr; };
 }
 
 MarkerSettings::RowsOfMotor rowsOfPages(const std::vector<MotorRows>& pages) {

@@ -58,6 +58,10 @@ private:
   std::unordered_map<std::int32_t, MotorsOfList> lists_;
 };
 
+/// Whether a marker is a motor's or load's. One of which nothing is known is one as well: its wires must not get the size
+/// of another's.
+[[nodiscard]] bool isMotorOrLoad(const ZanDwgMarker& marker);
+
 /// For a direct build: the rows that a saved configuration or a preset gives a marker.
 [[nodiscard]] MarkerSettings::RowsOfMotor rowsOfMarkers();
 /// For the dialog: what its pages show.

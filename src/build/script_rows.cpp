@@ -4,6 +4,7 @@
 #include "build/marker_preparation.h"
 #include "build/marker_scan.h"
 #include "build/marker_settings.h"
+#include "build/unsized_wires.h"
 #include "data/component_sizing.h"
 #include "drawing/marker_data.h"
 #include "host/alerts.h"
@@ -215,6 +216,7 @@ bool MarkerWalk::runNested(std::int32_t markerId) {
   if (!matchRecords(build_, children)) return false;
   applyOpenHistory(build_, children, CircuitRows::leave);
   if (build_.input.presets.active) buildWireAnnotations(build_, children, CircuitRows::leave);
+  if (!build_.isInteractive()) sizeUnsizedWires(build_, children);
   std::vector<ZanExecRecord> items;
   if (build_.isInteractive())
     collectLevel(children, firstMarker, items);

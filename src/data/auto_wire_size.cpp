@@ -31,6 +31,12 @@ std::wstring temperatureColumn(
   return {};
 }
 
+WireTableSet tablesOf(const WireDefaults& defaults, const ZanCircuitData& data) {
+  return {
+      defaults.valueOf(LookupField::metal, data.wireMetal).text,
+      defaults.valueOf(LookupField::standard, data.wireStandard).text, defaults.code()};
+}
+
 double autoFactor(const WireDefaults& defaults, const ZanCircuitData& data) {
   DeratingFactors factors;
   // Without the tick the options' factor still derates: a build always allows for a continuous load.
@@ -76,9 +82,7 @@ double autoDesignCurrent(const WireDefaults& defaults, const ZanCircuitData& dat
 
 std::optional<AutoWire> autoWire(const WireDefaults& defaults, const ZanCircuitData& data, double current) {
   WireTableChoice choice;
-  choice.tables = {
-      defaults.valueOf(LookupField::metal, data.wireMetal).text,
-      defaults.valueOf(LookupField::standard, data.wireStandard).text, defaults.code()};
+  choice.tables = tablesOf(defaults, data);
   choice.temperature = temperatureColumn(defaults, choice.tables, data);
   if (data.useVoltageDrop) {
     // The record holds the raceway as shown: with a description table no such column exists, and the drop is 0.
@@ -104,6 +108,14 @@ std::optional<AutoWire> autoWire(const WireDefaults& defaults, const ZanCircuitD
   const bool isLargeEnough = found != figures.sizes.end();
   const ZanWireRow& row = isLargeEnough ? *found : figures.sizes.back();
   return AutoWire{row.size, row.ampacity, factor, isLargeEnough};
+}
+
+std::wstring autoGroundSize(const WireDefaults& defaults, const ZanCircuitData& data) {
+  std::vector<std::wstring> sizes;
+  defaults.reader().ListGround(
+      tablesOf(defaults, data), defaults.setting(option::groundingRating).text, formatTrimmed(data.fla),
+      sizes);
+  return sizes.empty() ? std::wstring() : sizes.front();
 }
 
 } // namespace brenvolt

@@ -40,4 +40,7 @@ struct AutoWire {
 [[nodiscard]] std::optional<AutoWire> autoWire(
     const WireDefaults& defaults, const ZanCircuitData& data, double current);
 
+/// The grounding conductor for the circuit's full-load current, as shown; empty when the tables give none.
+[[nodiscard]] std::wstring autoGroundSize(const WireDefaults& defaults, const ZanCircuitData& data);
+
 } // namespace brenvolt

@@ -17,6 +17,8 @@ inline constexpr wchar_t codeCombos[] = L"GBL_qn_bv_save_codehdl_combos";
 inline constexpr wchar_t markerData[] = L"GBL_qn_bv_marker_data";
 inline constexpr wchar_t combinedTagLocation[] = L"GBL_qn_combined_tagloc";
 inline constexpr wchar_t upperCaseTexts[] = L"GBL_qn_strcase";
+/// How many motors and loads of the last direct build have wires without a size, as a real; nil for none.
+inline constexpr wchar_t unsizedWires[] = L"GBL_qn_bv_unsized_wires";
 } // namespace lispsymbol
 
 /// The value of a symbol; empty when it is unset, nil or cannot be read.

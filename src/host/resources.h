@@ -189,6 +189,12 @@ enum class TextId : unsigned {
   nestingTooDeep = 22420,     ///< "%s", "%s": the marker's CODE, the number of levels
   dialogInsideDialog = 22421, ///< "%s": the worksheet
   buildsTooDeep = 22422,      ///< "%s": the worksheet
+
+  // Wires of a build.
+  wiresWithoutCurrent = 22430, ///< "%s": the marker's CODE
+  wiresWithoutTables = 22431,  ///< "%s": the marker's CODE
+  wiresTooSmall = 22432,       ///< "%s", "%s": the marker's CODE, the size
+  wiresNotChosen = 22433,      ///< "%s": the marker's CODE
 };
 
 /// The text that lies `offset` numbers behind `first`, for rows that are counted.

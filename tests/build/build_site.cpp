@@ -42,7 +42,10 @@ constexpr std::string_view product = R"lisp(
 constexpr std::string_view dialogs =
     "dialog ZanBrenvolt.ExecutionError\nmain = failed: {errorFunc}\nbutton 1 = OK\n"
     "dialog ZanBrenvolt.CircuitTemplateDrawing\nmain = foreign template\nbutton 1 = OK\n"
-    "text 22420 = %s: deeper than %s\n";
+    "text 22420 = %s: deeper than %s\n"
+    "text 22430 = marker %s: its full-load current is not known\n"
+    "text 22431 = marker %s: the tables of wire sizes cannot be read\n"
+    "text 22432 = marker %s: the largest, %s, is taken\n";
 
 std::vector<simhost::AnswerStep> answers(int executionErrors) {
   std::vector<simhost::AnswerStep> steps(

@@ -2,8 +2,10 @@
 #include "build/driver.h"
 
 #include "host/resources.h"
+#include "platform/table_import.h"
 #include "tests/build/build_site.h"
 #include "tests/support/golden.h"
+#include "tests/support/temporary_folder.h"
 #include "text/encoding.h"
 
 #include <doctest/doctest.h>
@@ -60,6 +62,55 @@ TEST_CASE("presets bring wires to the control marker and to all behind it") {
   constexpr const char* data = "((\"n1\" \"n2\") ((\"2\" \"M_2\" 1) (\"6\" nil 3)))";
   CHECK_EQ(site.eval("ran"), std::string("((\"motor\" ") + data + ") (\"part\" " + data + "))");
   CHECK_EQ(build->state().controlSuffix, L"-1");
+}
+
+TEST_CASE("a motor that comes without wire sizes is sized as a build sizes, or what it lacks is reported") {
+  const test::TemporaryFolder folder;
+  const std::string database = (folder / "tables.db").string();
+  REQUIRE(importTables(fromUtf8(database), {L"site/tables"}).errors.empty());
+  struct Row {
+    const char* promise;
+    const wchar_t* params;
+    const wchar_t* wires;
+    bool hasTables;
+    const char* sizes; ///< that the form at the motor gets
+    const char* printed;
+    const char* unsized; ///< what the symbol holds afterwards
+  };
+  const wchar_t* const motor = LR"("Induction";"10";"HP";"460";"3";"60";"1800";"14";"1.25")";
+  const Row rows[] = {
+      {"14 x 1.25 = 17.5 <= 25 x 0.8; 14 x 2.5 = 35 < 60", motor, L"", true, R"(("12AWG" "10AWG"))", "",
+       "nil"},
+      {"sizes that are there stay", motor, LR"((("2AWG" "x" "1") ("6AWG" "y" "3")))", true,
+       R"(("2AWG" "6AWG"))", "", "nil"},
+      {"no size is large enough", LR"("Induction";"10";"HP";"460";"3";"60";"1800";"9000";"1.25")", L"", true,
+       R"(("2000KCMIL" ""))", "the largest, 2000KCMIL, is taken", "nil"},
+      {"no current", LR"("Induction";"10";"HP";"460";"3";"60";"1800";"";"1.25")", L"", true, R"(("" ""))",
+       "its full-load current is not known", "1.0"},
+      {"no tables", motor, L"", false, R"(("" ""))", "the tables of wire sizes cannot be read", "1.0"},
+      {"no motor data at all", L"", L"", true, R"(("" ""))", "its full-load current is not known", "1.0"},
+  };
+  for (const Row& row : rows) {
+    CAPTURE(row.promise);
+    BuildSite site;
+    site.writeSheet(sheet);
+    site.eval(markers);
+    site.eval(
+        "(setq GBL_qn_electcodestd \"NEC\") (defun c:zan_bv_figure_mccdb_fnam () \"" +
+        (row.hasTables ? database : folder.path().string() + "/none.db") + "\")");
+    ZanBuildArgs args = site.arguments();
+    args.presetText = L"MOTOR-1=1;SWITCH=1";
+    args.codeHandleText = row.params;
+    args.wireText = row.wires;
+    const auto build = site.prepared(args);
+    REQUIRE(build);
+    CHECK(buildAndFinish(site, *build));
+    CHECK_EQ(site.eval("(mapcar 'car (cadr (cadr (car ran))))"), row.sizes);
+    CHECK_EQ(site.eval("GBL_qn_bv_unsized_wires"), row.unsized);
+    const std::string printed = site.lisp().takePrinted();
+    CHECK_MESSAGE(printed.find(row.printed) != std::string::npos, printed);
+    CHECK((row.printed[0] != '\0' || printed.find("marker MOTOR-1") == std::string::npos));
+  }
 }
 
 TEST_CASE("an interactive build makes a manager for each unit with control rules, a direct one makes none") {

@@ -58,8 +58,8 @@ TEST_CASE("the help of each subcommand ends with two examples that run, and with
   fs::copy("site", folder.path("site"), fs::copy_options::recursive);
   REQUIRE_EQ(
       shell(
-          folder, "brenvolt draw --site site --circuit 'Three-phase motors' --type 'Direct on line' --out "
-                  "motor.json"),
+          folder, "brenvolt draw --site site --circuit 'Three-phase motors' --type 'Direct on line' "
+                  "--history 'Pump 10 HP' --out motor.json"),
       0);
   for (const std::string& name : subcommands(folder)) {
     CAPTURE(name);
@@ -174,8 +174,8 @@ TEST_CASE("a new site is a copy that works, and a folder with something in it is
   CHECK_EQ(
       folder
           .run(
-              {"draw", "--site", plant, "--circuit", "Power feeds", "--type", "Three-phase", "--out",
-               folder.path("feed.json")})
+              {"draw", "--site", plant, "--circuit", "Power feeds", "--type", "Three-phase", "--history",
+               "Heater 15 kW", "--out", folder.path("feed.json")})
           .exitCode,
       0);
   CHECK_FALSE(folder.has("Werk Süd/plant.new"));

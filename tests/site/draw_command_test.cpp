@@ -62,7 +62,7 @@ TEST_CASE("a saved configuration is drawn in its own scales, unless others are g
   };
   const std::vector<std::string> scales = {"--scale", "2", "--component-scale", "1.5"};
   std::vector<std::string> saving = scales;
-  saving.insert(saving.end(), {"--save-history", "Large"});
+  saving.insert(saving.end(), {"--history", motor.history, "--save-history", "Large"});
   draw("a.json", saving);
   const ToolRun show = site.run(
       {"history", "show", "--site", site.site(), "--circuit", motor.circuit, "--type", motor.type, "Large"});

@@ -79,7 +79,8 @@ TEST_CASE(
   };
   // Drawn by hand: of no circuit. Built in the same drawing: another one.
   static_cast<void>(lisp("(draw-line '(0 0) '(1 1))"));
-  REQUIRE(site.draw(motorDirect, "a.json", {"--drawing", drawing, "--at", "300,0"}).exitCode == 0);
+  REQUIRE(
+      site.draw(motorDirect, "a.json", {"--drawing", drawing, "--at", "300,0"}).exitCode == 5); // no motor
   constexpr const char* count =
       "(list (length (entities-in-space)) (length (remove-if (lambda (e) (entity-data e \"CIRCUIT\")) "
       "(entities-in-space))))";
@@ -144,7 +145,7 @@ TEST_CASE("options of a preset choose the symbols, also in templates two deep") 
   for (const Row& row : rows) {
     CAPTURE(std::string(row.preset));
     CAPTURE(std::string(row.block));
-    REQUIRE(site.draw(motorDirect, "a.json", {"--preset", row.preset}).exitCode == 0);
+    REQUIRE(site.draw(motorDirect, "a.json", {"--preset", row.preset}).exitCode == 5); // no motor
     CHECK(placed(site.folder().read("a.json"), row.block) == row.count);
   }
 }
@@ -176,11 +177,35 @@ TEST_CASE("data and wires of a placed circuit reach layers, texts and entity dat
       "\n");
 }
 
+TEST_CASE("a motor without wire sizes is drawn with those that a build takes, or marked as unsized") {
+  const SiteCopy site;
+  const auto draw = [&site](const char* fla) {
+    const std::string params =
+        R"("Induction";"10";"HP";"460";"3";"60";"1800";")" + std::string(fla) + R"(";"1.25")";
+    return site.draw(motorDirect, "a.json", {"--preset", "MCTL=0", "--params", params});
+  };
+  // 14 x 1.25 = 17.5 A <= 25 x 0.8; grounding for 14 x 2.5 = 35 A.
+  CHECK(draw("14").exitCode == 0);
+  const std::string sized = site.folder().read("a.json");
+  for (const char* part : {"BLK_12AWG", "GRN_10AWG"})
+    CHECK_MESSAGE(sized.find(part) != std::string::npos, std::string(part));
+  CHECK(sized.find("NO WIRE SIZE") == std::string::npos);
+
+  const ToolRun unsized = draw("");
+  CHECK(unsized.exitCode == 5);
+  const std::string said = unsized.output + unsized.errors;
+  CHECK_MESSAGE(said.find("marker MCTL: its wires have no size") != std::string::npos, said);
+  CHECK(site.folder().read("a.json").find("NO WIRE SIZE") != std::string::npos);
+}
+
 TEST_CASE("a circuit goes into a drawing that holds another one, at its own place and with its own tags") {
   const SiteCopy site;
-  REQUIRE(site.draw(motorDirect, "a.json").exitCode == 0);
+  REQUIRE(site.draw(motorDirect, "a.json", {"--history", motorDirect.history}).exitCode == 0);
   REQUIRE(
-      site.draw(motorDirect, "b.json", {"--drawing", site.folder().path("a.json"), "--at", "215,-10"})
+      site.draw(
+              motorDirect, "b.json",
+              {"--history", motorDirect.history, "--drawing", site.folder().path("a.json"), "--at",
+               "215,-10"})
           .exitCode == 0);
   const std::string drawing = site.folder().read("b.json");
   CHECK(placed(drawing, "ZMOTOR3") == 2);
@@ -223,7 +248,12 @@ TEST_CASE(
   const std::string project = site.folder().path("project.db");
   REQUIRE(site.run({"import", project, site.site() + "/project"}).exitCode == 0);
   const std::string drawing = site.folder().path("a.json");
-  REQUIRE(site.draw(motorDirect, "a.json", {"--preset", "DISC=20,1", "--project", project}).exitCode == 0);
+  REQUIRE(
+      site.draw(
+              motorDirect, "a.json",
+              {"--preset", "DISC=20,1", "--params",
+               R"("Induction";"10";"HP";"460";"3";"60";"1800";"14";"1.25")", "--project", project})
+          .exitCode == 0);
   const auto query = [&](const std::string& statement) {
     const std::string output = site.run({"sql", project, statement, "--csv"}).output;
     return output.substr(output.find('\n') + 1);

@@ -1,0 +1,217 @@
+#include "build/unsized_wires.h"
+
+#include "build/marker_settings.h"
+#include "build/wire_expansion.h"
+#include "data/auto_wire_size.h"
+#include "data/circuit_fields.h"
+#include "data/db_service.h"
+#include "drawing/marker_tree.h"
+#include "host/host_api_lisp.h"
+#include "host/lisp_symbols.h"
+#include "host/resources.h"
+#include "text/format.h"
+#include "text/numbers.h"
+#include "text/split.h"
+
+#include <algorithm>
+#include <optional>
+
+namespace brenvolt {
+
+namespace {
+
+constexpr std::wstring_view groundingKind = L"3";
+constexpr std::wstring_view conductorKind = L"1";
+constexpr std::size_t leastFields = circparam::multiplier + 1;
+
+bool isGrounding(const ZanAnnotationData& row) {
+  return !row.fields.empty() && row.fields.back().value == groundingKind &&
+         row.fields.back().type == static_cast<std::uint32_t>(kvtype::shortInteger);
+}
+
+std::wstring sizeOf(const ZanAnnotationData& row) {
+  return row.fields.empty() ? std::wstring() : trim(row.fields.front().value);
+}
+
+/// The data of a motor or load; null where there is none at all.
+const ZanAnnotationData* dataRow(const ZanAnnotationDataList& rows) {
+  const ZanAnnotationData* row = rows.isEmpty() ? nullptr : rows.items().front().row.get();
+  return row == nullptr || row->fields.size() < leastFields ? nullptr : row;
+}
+
+const ZanAnnotationDataList* wiresOf(const ZanAnnotationDataList& rows) {
+  return rows.size() > 1 ? rows.items()[1].list.get() : nullptr;
+}
+
+enum class Wires { none, unsized, sized };
+
+/// The state of a motor's conductors; its grounding conductor does not count.
+Wires conductorsOf(const ZanAnnotationDataList& rows) {
+  const ZanAnnotationDataList* wires = wiresOf(rows);
+  if (wires == nullptr) return Wires::none;
+  Wires state = Wires::none;
+  for (const ZanAnnotationDataList::Item& item : wires->items()) {
+    if (!item.row || isGrounding(*item.row)) continue;
+    if (!sizeOf(*item.row).empty()) return Wires::sized;
+    state = Wires::unsized;
+  }
+  return state;
+}
+
+/// The circuit of a data row. A row without a size system has no wire choices at all, and the usual ones serve.
+ZanCircuitData circuitOf(const ZanAnnotationData& row) {
+  ZanCircParams record;
+  for (std::size_t field = 0; field < row.fields.size() && field < circparam::controlCode; ++field)
+    record.set(field, row.fields[field].value);
+  ZanCircuitData stored;
+  readCircuitFields(record, stored);
+  if (stored.wireStandard.empty()) {
+    ZanCircuitData usual;
+    usual.voltage = stored.voltage;
+    usual.phase = stored.phase;
+    usual.fla = stored.fla;
+    usual.flaMultiplier = stored.flaMultiplier;
+    return usual;
+  }
+  stored.useVoltageDrop = isGiven(stored.length);
+  stored.useContinuousLoad = isGiven(stored.continuousFactor);
+  stored.useFill = isGiven(stored.fillFactor);
+  stored.useAmbient = isGiven(stored.ambientFactor);
+  return stored;
+}
+
+void say(TextId text, std::wstring_view code, std::wstring_view size = {}) {
+  kvutPrintf((L"\n" + formatText(loadText(text), {code, size}) + L"\n").c_str());
+}
+
+/// The tables are opened for the first motor that needs them.
+class Sizing final {
+public:
+  explicit Sizing(const ZanWireFormatter& formats) : formats_(formats) {}
+
+  void size(ZanAnnotationDataList& rows, std::wstring_view code, std::wstring_view suffix) {
+    const Wires wires = conductorsOf(rows);
+    if (wires == Wires::sized || (wires == Wires::none && formats_.GetWireCodes(suffix).empty())) return;
+    const ZanAnnotationData* data = dataRow(rows);
+    const ZanCircuitData circuit = data == nullptr ? ZanCircuitData() : circuitOf(*data);
+    if (const std::optional<WireSizes> sizes = sizesFor(circuit, code))
+      fill(rows, *sizes, suffix);
+    else
+      ++unsized_;
+  }
+
+  [[nodiscard]] int unsized() const { return unsized_; }
+
+private:
+  std::optional<WireSizes> sizesFor(const ZanCircuitData& circuit, std::wstring_view code) {
+    if (!isGiven(circuit.fla)) {
+      say(TextId::wiresWithoutCurrent, code);
+      return std::nullopt;
+    }
+    if (!tables_ && openEngineeringDatabase(connection_)) tables_.emplace(connection_);
+    const std::wstring standard = getCodeStandard().value_or(std::wstring());
+    if (!tables_ || !tables_->hasOptions(standard)) {
+      say(TextId::wiresWithoutTables, code);
+      return std::nullopt;
+    }
+    const WireDefaults defaults(*tables_, standard);
+    const std::optional<AutoWire> wire = autoWire(defaults, circuit, autoDesignCurrent(defaults, circuit));
+    if (!wire) {
+      say(TextId::wiresWithoutTables, code);
+      return std::nullopt;
+    }
+    WireSizes sizes{removeBlanks(wire->size), removeBlanks(circuit.groundSize)};
+    if (!wire->isLargeEnough) say(TextId::wiresTooSmall, code, sizes.conductors);
+    if (sizes.grounding.empty()) sizes.grounding = removeBlanks(autoGroundSize(defaults, circuit));
+    return sizes;
+  }
+
+  void fill(ZanAnnotationDataList& rows, const WireSizes& sizes, std::wstring_view suffix) const {
+    ZanAnnotationDataList wires;
+    int conductors = 0;
+    int grounds = 0;
+    if (const ZanAnnotationDataList* stored = wiresOf(rows))
+      for (const ZanAnnotationDataList::Item& item : stored->items()) {
+        if (!item.row) continue;
+        ZanAnnotationData row = *item.row;
+        const bool isGround = isGrounding(row);
+        int& number = isGround ? grounds : conductors;
+        ++number;
+        if (sizeOf(row).empty())
+          setSize(
+              row, isGround ? sizes.grounding : sizes.conductors, sizes,
+              isGround ? groundCode(number, suffix) : wireCode(number, suffix));
+        wires.AddRow(std::move(row));
+      }
+    if (conductors == 0) {
+      const std::vector<PresetWire> one = {{sizes.conductors, {}, std::wstring(conductorKind)}};
+      ZanAnnotationDataList all;
+      expandWires(one, formats_, suffix, WirePass::conductors, sizes.grounding, all);
+      all.Append(wires);
+      wires = std::move(all);
+    }
+    ZanAnnotationDataList sized;
+    sized.AddRow(*rows.items().front().row);
+    sized.AddList(std::move(wires));
+    for (std::size_t place = 2; place < rows.size(); ++place)
+      sized.AddItem(rows.items()[place]);
+    rows = std::move(sized);
+  }
+
+  /// With the layer that the template's format gives for the size; without one the layer is left to the form.
+  void setSize(
+      ZanAnnotationData& row, const std::wstring& size, const WireSizes& sizes,
+      const std::wstring& code) const {
+    row.fields.front().value = size;
+    if (row.fields.size() < 2) return;
+    const auto layers = formats_.GetLayerNames(sizes, code);
+    const bool hasLayer = layers && !layers->empty();
+    row.fields[1].value = hasLayer ? layers->front() : std::wstring();
+    row.fields[1].type = static_cast<std::uint32_t>(hasLayer ? kvtype::string : kvtype::nil);
+  }
+
+  const ZanWireFormatter& formats_;
+  ZanOleDbConnection connection_;
+  std::optional<WireTableCache> tables_;
+  int unsized_ = 0;
+};
+
+/// A build inside another one adds to what the outer one lacks.
+void addUnsized(int motors) {
+  if (motors == 0) return;
+  const ResultList before = getSymbol(lispsymbol::unsizedWires);
+  putReal(lispsymbol::unsizedWires, ListReader(before).real().value_or(0.0) + motors);
+}
+
+} // namespace
+
+void sizeUnsizedWires(BuildState& build, ZanDwgMarkerList& list) {
+  const ZanWireFormatter formats = build.maker.wires().formats(SamePosition::eachCounts);
+  Sizing sizing(formats);
+  bool hasMotors = false;
+  ZanDwgMarkerListIterator iterator(&list);
+  for (iterator.First(); !iterator.Done(); iterator.Next()) {
+    ZanDwgMarker& marker = *iterator.Current();
+    if (!isMotorOrLoad(marker)) continue;
+    hasMotors = true;
+    sizing.size(marker.controls, marker.code, wireSuffix(marker.code));
+  }
+  // The rows of the circuit as a whole repeat those of a motor, and serve only where no marker has its own.
+  if (!hasMotors && &list == &build.markers && !build.circuitData.isEmpty())
+    sizing.size(build.circuitData, build.input.args.circuit, build.controlSuffix);
+  addUnsized(sizing.unsized());
+}
+
+void reportUnsizedWires(const BuildState& build) {
+  int unsized = 0;
+  for (const MotorRows& motor : build.maker.CollectSettings()) {
+    const ZanConfigUnit* unit =
+        build.units.Find(static_cast<std::uint32_t>(motor.markerId), FindUnitBy::marker);
+    if (unit == nullptr || !unit->inserted || conductorsOf(motor.rows) != Wires::unsized) continue;
+    say(TextId::wiresNotChosen, unit->code);
+    ++unsized;
+  }
+  addUnsized(unsized);
+}
+
+} // namespace brenvolt

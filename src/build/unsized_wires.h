@@ -1,0 +1,18 @@
+// No wire of a motor or load is drawn without a size in silence. A direct build sizes what comes without sizes by the
+// rules of an unattended build: a saved configuration or a preset may bring the data without the wires, or neither. In
+// the dialog the user sizes them.
+#pragma once
+
+#include "build/build_state.h"
+
+namespace brenvolt {
+
+/// Fills the sizes in the rows of the markers of a list, and of the circuit as a whole where no marker is a motor or
+/// load. What cannot be sized is reported on the command line and counted in `GBL_qn_bv_unsized_wires`, once for each
+/// motor or load.
+void sizeUnsizedWires(BuildState& build, ZanDwgMarkerList& list);
+
+/// At the end of the dialog: reports and counts the inserted motors and loads whose pages have wires and no size.
+void reportUnsizedWires(const BuildState& build);
+
+} // namespace brenvolt
