@@ -1,12 +1,10 @@
-// Finding what belongs to a circuit, and changing all of it at once.
+// Finding what belongs to each circuit.
 #include "circuits/provenance/circuit_objects.h"
 
 #include "circuits/netlist/netlist.h"
+#include "simhost/drawing/circuit_edit.h"
 #include "simhost/drawing/display_list.h"
-#include "simhost/drawing/geometry.h"
 #include "text/compare.h"
-#include "text/numbers.h"
-#include "text/split.h"
 
 #include <algorithm>
 #include <utility>
@@ -23,14 +21,23 @@ std::wstring firstText(const simhost::Entity& entity, std::wstring_view applicat
   return texts == nullptr || texts->empty() ? std::wstring() : texts->front();
 }
 
-std::wstring tagOf(const DrawingDatabase& drawing, const EntityNode& node) {
+std::wstring attributeOf(const DrawingDatabase& drawing, const EntityNode& node, std::wstring_view tag) {
   for (const KvDbHandle handle : node.attributes) {
     const EntityNode* attribute = drawing.find(handle);
     if (attribute == nullptr) continue;
     const auto& value = std::get<simhost::Attribute>(attribute->value.shape);
-    if (brenvolt::equalsOrdinalNoCase(value.tag, L"TAG1")) return value.text.text;
+    if (brenvolt::equalsOrdinalNoCase(value.tag, tag)) return value.text.text;
   }
   return {};
+}
+
+std::wstring tagOf(const DrawingDatabase& drawing, const EntityNode& node) {
+  return attributeOf(drawing, node, L"TAG1");
+}
+
+/// What has a family is a component; PE, which every circuit shows, is none.
+bool isComponent(const DrawingDatabase& drawing, const EntityNode& node) {
+  return !attributeOf(drawing, node, L"FAMILY").empty();
 }
 
 void measure(
@@ -41,28 +48,6 @@ void measure(
   for (const simhost::DisplayItem& item : *items)
     if (const auto place = places.find(item.entity.value()); place != places.end())
       circuits[place->second].extents.include(simhost::boxOf(item.shape));
-}
-
-/// Everything of it, attributes too: an attribute's place does not hang on that of its reference.
-std::vector<KvDbHandle> withAttributes(const DrawingDatabase& drawing, const CircuitObject& circuit) {
-  std::vector<KvDbHandle> all;
-  for (const KvDbHandle handle : circuit.entities) {
-    const EntityNode* node = drawing.find(handle);
-    if (node == nullptr) continue;
-    all.push_back(handle);
-    for (const KvDbHandle attribute : node->attributes)
-      if (drawing.find(attribute) != nullptr) all.push_back(attribute);
-  }
-  return all;
-}
-
-std::wstring movedPoint(const std::wstring& point, double dx, double dy) {
-  const std::vector<std::wstring> parts = brenvolt::splitKeepingEmpty(point, L',');
-  if (parts.size() < 2) return point;
-  std::wstring moved = brenvolt::formatShortest(brenvolt::toDouble(parts[0]) + dx) + L',' +
-                       brenvolt::formatShortest(brenvolt::toDouble(parts[1]) + dy);
-  if (parts.size() > 2) moved += L',' + parts[2];
-  return moved;
 }
 
 } // namespace
@@ -92,7 +77,8 @@ std::vector<CircuitObject> circuitsOf(const DrawingDatabase& drawing) {
       circuit.entities.push_back(node->handle);
       ++circuit.byCode[origin->code];
       if (std::wstring tag = tagOf(drawing, *node);
-          !tag.empty() && std::find(circuit.tags.begin(), circuit.tags.end(), tag) == circuit.tags.end())
+          !tag.empty() && isComponent(drawing, *node) &&
+          std::find(circuit.tags.begin(), circuit.tags.end(), tag) == circuit.tags.end())
         circuit.tags.push_back(std::move(tag));
       // Of several motors the first stands for the circuit.
       if (circuit.params.empty()) {
@@ -127,28 +113,11 @@ std::vector<const CircuitObject*> findCircuits(
 }
 
 void eraseCircuit(DrawingDatabase& drawing, const CircuitObject& circuit) {
-  for (const KvDbHandle handle : circuit.entities)
-    drawing.eraseEntity(handle);
-  drawing.putCircuit(circuit.id, {});
+  simhost::eraseCircuit(drawing, circuit.id);
 }
 
 simhost::Fault moveCircuit(DrawingDatabase& drawing, const CircuitObject& circuit, double dx, double dy) {
-  const simhost::Placement placement({}, {dx, dy, 0.0}, 1.0, 0.0);
-  const std::vector<KvDbHandle> all = withAttributes(drawing, circuit);
-  const auto moved = [&](KvDbHandle handle) {
-    simhost::Entity value = drawing.find(handle)->value;
-    value.shape = simhost::placed(value.shape, placement);
-    return value;
-  };
-  for (const KvDbHandle handle : all)
-    if (simhost::Fault fault = drawing.changeFault(handle, moved(handle))) return fault;
-  for (const KvDbHandle handle : all)
-    drawing.changeEntity(handle, moved(handle));
-  simhost::CircuitFields fields = circuit.fields;
-  for (auto& [name, text] : fields)
-    if (name == L"point") text = movedPoint(text, dx, dy);
-  drawing.putCircuit(circuit.id, std::move(fields));
-  return std::nullopt;
+  return simhost::moveCircuit(drawing, circuit.id, dx, dy);
 }
 
 } // namespace circuits

@@ -1,6 +1,7 @@
 // Each list as its columns and one function that fills the rows.
 #include "circuits/reports/drawing_reports.h"
 
+#include "circuits/reports/circuit_summary.h"
 #include "text/compare.h"
 #include "text/numbers.h"
 #include "text/split.h"
@@ -206,23 +207,6 @@ constexpr std::array loadFields = {
     LoadField{4, "phase", L"Phase"},       LoadField{5, "frequency", L"Frequency (Hz)"},
     LoadField{6, "speed", L"Speed (rpm)"}, LoadField{7, "current", L"Full-load current (A)"}};
 
-/// Wire sizes of a list ("10AWG" "BLK_10AWG" "1")("8AWG" "GRN_8AWG" "3"), each once: "10AWG, PE 8AWG".
-std::wstring sizesOf(const std::wstring& wires) {
-  std::vector<std::wstring> sizes;
-  std::vector<std::wstring> quoted;
-  for (std::size_t start = wires.find(L'"'); start != std::wstring::npos;) {
-    const std::size_t end = wires.find(L'"', start + 1);
-    if (end == std::wstring::npos) break;
-    quoted.push_back(wires.substr(start + 1, end - start - 1));
-    start = wires.find(L'"', end + 1);
-  }
-  for (std::size_t wire = 0; wire + 2 < quoted.size(); wire += 3) {
-    const std::wstring size = (quoted[wire + 2] == L"3" ? L"PE " : L"") + quoted[wire];
-    if (std::find(sizes.begin(), sizes.end(), size) == sizes.end()) sizes.push_back(size);
-  }
-  return joined(sizes, L", ");
-}
-
 const CircuitObject* circuitOf(const Sheet& sheet, const Device& device) {
   for (const CircuitObject& circuit : sheet.circuits)
     if (circuit.id == device.circuit) return &circuit;
@@ -262,7 +246,7 @@ Report motorsReport(const std::vector<Sheet>& sheets) {
       for (const LoadField& field : loadFields)
         row.push_back(field.place < fields.size() ? known(brenvolt::trim(fields[field.place])) : Cell());
       if (!row[3]) ++withoutData;
-      row.push_back(known(sizesOf(device.wires)));
+      row.push_back(known(wireSizesOf(device.wires)));
       row.push_back(known(protectionOf(sheet, device.circuit)));
       row.emplace_back(sheet.number);
       report.rows.push_back(std::move(row));
@@ -379,9 +363,13 @@ std::optional<std::size_t> columnOf(const Report& report, const std::string& key
 
 } // namespace
 
-Sheet readSheet(const simhost::DrawingDatabase& drawing, std::wstring file) {
+std::wstring sheetNumber(const simhost::DrawingDatabase& drawing, const std::wstring& file) {
   std::wstring number = titleText(drawing, L"SHEET");
-  if (number.empty()) number = file;
+  return number.empty() ? file : number;
+}
+
+Sheet readSheet(const simhost::DrawingDatabase& drawing, std::wstring file) {
+  std::wstring number = sheetNumber(drawing, file);
   return {
       std::move(number), titleText(drawing, L"TITLE"), std::move(file), readNetlist(drawing),
       circuitsOf(drawing)};

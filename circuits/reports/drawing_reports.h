@@ -21,6 +21,8 @@ struct Sheet {
   std::vector<CircuitObject> circuits{};
 };
 
+/// What the title block says, else the name given.
+[[nodiscard]] std::wstring sheetNumber(const simhost::DrawingDatabase& drawing, const std::wstring& file);
 /// `file`: how the drawing is named where the sheet has no number of its own.
 [[nodiscard]] Sheet readSheet(const simhost::DrawingDatabase& drawing, std::wstring file);
 

@@ -129,6 +129,7 @@ void defineDrawingFunctions(lisp::Interpreter& interpreter, DrawingAccess access
   defineBlockFunctions(interpreter, drawer);
   defineEntityFunctions(interpreter, drawer);
   defineSettingFunctions(interpreter, drawer);
+  defineCircuitFunctions(interpreter, drawer);
 }
 
 } // namespace simhost

@@ -77,6 +77,7 @@ void defineDrawingVerbs(lisp::Interpreter& interpreter, const SharedDrawer& draw
 void defineBlockFunctions(lisp::Interpreter& interpreter, const SharedDrawer& drawer);
 void defineEntityFunctions(lisp::Interpreter& interpreter, const SharedDrawer& drawer);
 void defineSettingFunctions(lisp::Interpreter& interpreter, const SharedDrawer& drawer);
+void defineCircuitFunctions(lisp::Interpreter& interpreter, const SharedDrawer& drawer);
 /// @}
 
 } // namespace simhost

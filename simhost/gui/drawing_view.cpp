@@ -32,9 +32,14 @@ constexpr double fineStep = 1.0;
 constexpr double snapReachPixels = 8.0;
 /// Room around an area that is brought into view, as a part of it.
 constexpr double roomAround = 0.25;
+bool comesFirst(KvDbHandle one, KvDbHandle other) {
+  return one.value() < other.value();
+}
+
 const QColor overlapColour(0xd0, 0x20, 0x20);
 const QColor hoverColour(0xff, 0x8c, 0x1a);
 const QColor selectionColour(0x1e, 0x90, 0xff);
+const QColor groupColour(0x6a, 0xb4, 0xf5);
 
 } // namespace
 
@@ -49,6 +54,7 @@ DrawingView::DrawingView(QWidget* parent) : QWidget(parent) {
 void DrawingView::sceneChanged() {
   picture_.invalidate();
   hovered_.reset();
+  findGroupItems();
   if (isFitted_) picture_.setView(ViewTransform::fitting(scene_.extents(), picture_.image().size()));
   refresh();
 }
@@ -79,6 +85,23 @@ void DrawingView::setMode(Mode mode) {
 void DrawingView::select(std::optional<KvDbHandle> entity) {
   selected_ = entity;
   update();
+}
+
+void DrawingView::selectGroup(std::vector<KvDbHandle> entities) {
+  group_ = std::move(entities);
+  std::sort(group_.begin(), group_.end(), comesFirst);
+  findGroupItems();
+  update();
+}
+
+void DrawingView::findGroupItems() {
+  groupItems_.clear();
+  if (group_.empty()) return;
+  for (std::uint32_t number = 0; number < scene_.items().size(); ++number) {
+    const DisplayItem& item = scene_.items()[number];
+    if (std::binary_search(group_.begin(), group_.end(), item.entity, comesFirst) && scene_.isShown(item))
+      groupItems_.push_back(number);
+  }
 }
 
 void DrawingView::zoomExtents() {
@@ -128,9 +151,11 @@ void DrawingView::paintEvent(QPaintEvent* /*event*/) {
   QPainter painter(this);
   painter.scale(1.0 / ratio(), 1.0 / ratio());
   painter.drawImage(0, 0, picture_.image());
-  if (selected_) paintHighlight(painter, *selected_, selectionColour);
+  paintHighlight(painter, groupItems_, groupColour);
+  if (selected_) paintHighlight(painter, scene_.itemsOf(*selected_), selectionColour);
   const bool isPicking = mode_ == Mode::select || mode_ == Mode::pickEntity;
-  if (hovered_ && isPicking && hovered_ != selected_) paintHighlight(painter, *hovered_, hoverColour);
+  if (hovered_ && isPicking && hovered_ != selected_)
+    paintHighlight(painter, scene_.itemsOf(*hovered_), hoverColour);
   if (corner_) {
     painter.setPen(QPen(selectionColour, 1.0, Qt::DashLine));
     painter.drawRect(QRectF(*corner_ * ratio(), pointer_ * ratio()).normalized());
@@ -178,7 +203,11 @@ void DrawingView::setOutline(const std::optional<Box>& outline) {
 
 bool DrawingView::overlaps(const KvPoint3d& point) const {
   if (!outline_) return false;
-  return !scene_.itemsIn(outlineAt(point)).empty();
+  const std::vector<std::uint32_t> met = scene_.itemsIn(outlineAt(point));
+  if (!ignoresGroup_) return !met.empty();
+  return std::any_of(met.begin(), met.end(), [this](std::uint32_t number) {
+    return !std::binary_search(group_.begin(), group_.end(), scene_.items()[number].entity, comesFirst);
+  });
 }
 
 KvPoint3d DrawingView::pointed() const {
@@ -342,12 +371,13 @@ void DrawingView::stepEntity(int step) {
   update();
 }
 
-void DrawingView::paintHighlight(QPainter& painter, KvDbHandle entity, const QColor& colour) {
+void DrawingView::paintHighlight(
+    QPainter& painter, const std::vector<std::uint32_t>& numbers, const QColor& colour) {
   PaintStyle style;
   style.paper = paper_;
   style.highlight = colour;
   ItemPainter items(painter, view(), style);
-  for (const std::uint32_t number : scene_.itemsOf(entity))
+  for (const std::uint32_t number : numbers)
     items.paint(scene_.items()[number], scene_.box(number));
 }
 
@@ -419,7 +449,10 @@ void DrawingView::keyPressEvent(QKeyEvent* event) {
     return;
   case Qt::Key_Escape:
     if (mode_ == Mode::zoomWindow) return setMode(modeBehindWindow_);
-    if (mode_ == Mode::select) select(std::nullopt);
+    if (mode_ == Mode::select) {
+      select(std::nullopt);
+      if (onSelected) onSelected();
+    }
     if (onEscape) onEscape();
     return;
   default:

@@ -38,6 +38,11 @@ public:
   void setGrid(bool isShown);
   void setMode(Mode mode);
   void select(std::optional<KvDbHandle> entity);
+  /// What is selected together with an entity, such as its circuit.
+  void selectGroup(std::vector<KvDbHandle> entities);
+  [[nodiscard]] const std::vector<KvDbHandle>& group() const { return group_; }
+  /// Whether what is placed may lie over the selected group, as what is moved may.
+  void setIgnoresGroup(bool ignores) { ignoresGroup_ = ignores; }
 
   /// What is to be placed, around the point that is picked: drawn at the pointer in `pickPoint`.
   void setOutline(const std::optional<Box>& outline);
@@ -101,7 +106,8 @@ private:
   void answerTyped();
   [[nodiscard]] KvPoint3d snapped(const QPointF& pixel) const;
   void paintPlace(QPainter& painter) const;
-  void paintHighlight(QPainter& painter, KvDbHandle entity, const QColor& colour);
+  void paintHighlight(QPainter& painter, const std::vector<std::uint32_t>& numbers, const QColor& colour);
+  void findGroupItems();
   /// Pixels of the device for one of the window.
   [[nodiscard]] double ratio() const { return devicePixelRatioF(); }
 
@@ -114,6 +120,9 @@ private:
   bool isFitted_ = true; ///< the view still shows the extents, so that a resize keeps doing so
   std::optional<KvDbHandle> hovered_;
   std::optional<KvDbHandle> selected_;
+  std::vector<KvDbHandle> group_;
+  std::vector<std::uint32_t> groupItems_; ///< of the scene
+  bool ignoresGroup_ = false;
   std::optional<QPointF> dragStart_; ///< last place of a drag that pans
   std::optional<QPointF> corner_;    ///< first corner of a zoom window
   QPointF pointer_;

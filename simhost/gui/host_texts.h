@@ -59,6 +59,14 @@ enum class HostText : unsigned {
   openProject,
   newProject,
   closeProject,
+  circuitPanel,
+  configureCircuit,
+  moveCircuit,
+  copyCircuit,
+  deleteCircuit,
+  circuitReport,
+  saveConfiguration,
+  findCircuit,
 
   openTitle = 300,
   saveTitle,
@@ -119,6 +127,26 @@ enum class HostText : unsigned {
   loadResult,
   wireResult,
   copyResult,
+  pickCircuit,
+  placeCircuitQuestion, ///< circuit
+  circuitMoved,
+  circuitCopied, ///< circuit, copy
+  circuitDeleted,
+  circuitRebuilt,
+  noCircuitThere,
+  circuitHasNoRecord, ///< circuit
+  circuitHasNoType,   ///< circuit, circuit of the workbook, type
+  circuitFacts,       ///< tag, what it is
+  rebuildQuestion,    ///< circuit
+  rebuildTitle,
+  rebuild,
+  configurationSaved,
+  configurationName,
+  configurationTitle,
+  configurationExists, ///< name
+  configurationReplace,
+  reportTitle, ///< circuit
+  rebuildSeveral,
 
   promptHint = 500,
   layersTitle,
@@ -131,6 +159,26 @@ enum class HostText : unsigned {
   helpTitle,
   noDrawing,
   nothingToSet,
+
+  circuitsTitle = 650,
+  columnNumber,
+  columnTag,
+  columnType,
+  columnLoad,
+  columnWire,
+  columnSheet,
+  columnState,
+  circuitSearch,
+  noCircuits,
+  circuitBuilt,
+  circuitOutOfDate,
+  circuitFindings, ///< how many
+  circuitNoRecord,
+  circuitNoLoadData,           ///< tag
+  circuitNoWireSize,           ///< tag
+  circuitTagTwice,             ///< tag
+  circuitTypeGone,             ///< circuit, type
+  circuitConfigurationChanged, ///< name
 
   startSite = 700,
   startProject,

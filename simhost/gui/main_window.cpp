@@ -1,6 +1,7 @@
 // Building the window up, and what it shows of drawing, pointer and commands.
 #include "simhost/gui/main_window.h"
 
+#include "simhost/gui/circuit_panel.h"
 #include "simhost/gui/command_icons.h"
 #include "simhost/gui/command_table.h"
 #include "simhost/gui/layer_panel.h"
@@ -10,6 +11,7 @@
 #include "simhost/host/session.h"
 #include "simhost/lisp/printer.h"
 #include "simhost/qt/qt_text.h"
+#include "simhost/site/saved_configurations.h"
 #include "simhost/site/site_run.h"
 
 #include <QAction>
@@ -79,6 +81,7 @@ MainWindow::MainWindow(SiteRun& site, QtWindows& windows, const HostTexts& texts
     else
       watch_.stop();
     refreshScene();
+    refreshCircuits();
     refreshActions();
     if (!runner_.isBusy() && closesAfterRun_) QTimer::singleShot(0, this, [this] { close(); });
   };
@@ -102,9 +105,11 @@ MainWindow::MainWindow(SiteRun& site, QtWindows& windows, const HostTexts& texts
   copying_.start(copyMilliseconds);
   savedState_ = drawing().undoLog().state();
   shownChange_ = drawing().undoLog().changeCount() + 1;
+  shownCircuits_ = shownChange_;
   if (const auto& folder = site_.session().options().siteFolder; !folder.empty())
     remember(L"recentSites", QString::fromStdString(folder.string()));
   refreshScene();
+  refreshCircuits();
   refreshActions();
   restorePlace();
   setPaper(setting(L"paper") == QStringLiteral("dark") ? Paper::dark : Paper::light);
@@ -136,6 +141,7 @@ void MainWindow::buildPanels() {
   setCentralWidget(middle);
   view_->onPointer = [this](const KvPoint3d& point) { showPointer(point); };
   view_->onSelected = [this] {
+    selectCircuitOf(view_->selected());
     if (view_->selected()) say(factsText(*view_->selected()));
   };
 
@@ -144,6 +150,9 @@ void MainWindow::buildPanels() {
     view_->scene().setHiddenLayers(hidden);
     view_->sceneChanged();
   };
+  circuitPanel_ = new CircuitPanel(texts_, this);
+  circuitPanel_->onSelected = [this](const std::wstring& circuit) { showCircuit(circuit); };
+  circuitPanel_->onMenu = [this](const QPoint& place) { showCircuitMenu(place); };
   prompt_ = new PromptPane(texts_(HostText::promptHint), this);
   prompt_->setHistory(setting(L"history").split(QLatin1Char('\n'), Qt::SkipEmptyParts));
   prompt_->onHistoryChanged = [this] { setSetting(L"history", prompt_->history().join(QLatin1Char('\n'))); };
@@ -163,7 +172,8 @@ void MainWindow::buildPanels() {
     Qt::DockWidgetArea area;
   };
   for (const Panel& panel :
-       {Panel{HostText::layersTitle, HostText::layerPanel, layers_, Qt::RightDockWidgetArea},
+       {Panel{HostText::circuitsTitle, HostText::circuitPanel, circuitPanel_, Qt::RightDockWidgetArea},
+        Panel{HostText::layersTitle, HostText::layerPanel, layers_, Qt::RightDockWidgetArea},
         Panel{HostText::promptTitle, HostText::promptPanel, prompt_, Qt::BottomDockWidgetArea}}) {
     auto* dock = new QDockWidget(texts_(panel.title), this);
     dock->setObjectName(
@@ -176,7 +186,7 @@ void MainWindow::buildPanels() {
   }
   // A designer finds LISP folded away, until it is opened; then it stays.
   findChildren<QDockWidget*>().last()->hide();
-  resizeDocks(findChildren<QDockWidget*>(), {180, 180}, Qt::Horizontal);
+  resizeDocks(findChildren<QDockWidget*>(), {320, 320, 320}, Qt::Horizontal);
   resizeDocks({findChildren<QDockWidget*>().last()}, {150}, Qt::Vertical);
 }
 
@@ -229,7 +239,7 @@ void MainWindow::buildMenus() {
     }
     if (row.title == HostText::viewMenu) {
       menu->addSeparator();
-      for (const HostText panel : {HostText::layerPanel, HostText::promptPanel})
+      for (const HostText panel : {HostText::circuitPanel, HostText::layerPanel, HostText::promptPanel})
         menu->addAction(actions_.at(panel));
     }
   }

@@ -2,6 +2,7 @@
 // what a command does stands in the site's LISP and in the plug-in.
 #pragma once
 
+#include "circuits/provenance/circuit_objects.h"
 #include "simhost/gui/command_runner.h"
 #include "simhost/gui/drawing_view.h"
 #include "simhost/gui/host_texts.h"
@@ -28,10 +29,12 @@ struct SavedConfiguration;
 
 namespace simhost {
 
+class CircuitPanel;
 class LayerPanel;
 class OpenFile;
 class PromptPane;
 class SiteRun;
+struct SiteConfigurations;
 class UserSettings;
 
 class MainWindow final : public QMainWindow, public DrawingPicker {
@@ -45,6 +48,9 @@ public:
   [[nodiscard]] DrawingView& view() { return *view_; }
   [[nodiscard]] PromptPane& prompt() { return *prompt_; }
   [[nodiscard]] LayerPanel& layers() { return *layers_; }
+  [[nodiscard]] CircuitPanel& circuitPanel() { return *circuitPanel_; }
+  /// The id of the circuit that commands are about, empty for none.
+  [[nodiscard]] const std::wstring& selectedCircuit() const { return selectedCircuit_; }
   [[nodiscard]] CommandRunner& runner() { return runner_; }
   /// The action of a command.
   [[nodiscard]] QAction& action(HostText command) { return *actions_.at(command); }
@@ -77,6 +83,9 @@ public:
   /// nothing when he leaves by Escape.
   [[nodiscard]] std::optional<KvPoint3d> pickPoint(
       const QString& prompt, const std::optional<Box>& outline = {});
+  /// The same, starting there.
+  [[nodiscard]] std::optional<KvPoint3d> pickPointFrom(
+      const QString& prompt, const std::optional<Box>& outline, const KvPoint3d& start);
 
 protected:
   void closeEvent(QCloseEvent* event) override;
@@ -119,6 +128,32 @@ private:
   [[nodiscard]] KvPoint3d nextFreePlace(const std::optional<Box>& outline);
   /// What the last command has added to the drawing, seen whole.
   [[nodiscard]] Box extentsSince(std::uint64_t firstHandle);
+  // Circuits, main_window_circuits.cpp.
+  /// Steps of a command on a circuit: a line that says what was done, nothing when the user has left.
+  using CircuitSteps = std::function<std::optional<QString>(
+      const CommandRunner::Evaluate& evaluate, const circuits::CircuitObject& circuit)>;
+  /// Runs a command on the selected circuit, or on one that the user picks. What fails leaves the drawing as it was.
+  void onCircuit(HostText command, const CircuitSteps& steps);
+  void refreshCircuits();
+  [[nodiscard]] const SiteConfigurations* siteConfigurations();
+  [[nodiscard]] const circuits::CircuitObject* knownCircuit(std::wstring_view id) const;
+  void selectCircuit(const std::wstring& id);
+  void selectCircuitOf(std::optional<KvDbHandle> entity);
+  /// Selects it and brings it into view.
+  void showCircuit(const std::wstring& id);
+  /// The entity whose wires are meant: the selected one, else the motor or load of the selected circuit.
+  [[nodiscard]] std::optional<KvDbHandle> selectedControl() const;
+  /// What a build of the site takes to build it there with its choices; nothing, with the reason in the status bar,
+  /// when it cannot be built again.
+  [[nodiscard]] std::optional<std::wstring> buildArguments(
+      const circuits::CircuitObject& circuit, const KvPoint3d& point);
+  void moveSelected();
+  void copySelected();
+  void deleteSelected();
+  void reportOnCircuit();
+  void findCircuit();
+  void showCircuitMenu(const QPoint& place);
+
   void undo();
   void redo();
   void zoomExtents();
@@ -177,6 +212,7 @@ private:
   QLabel* banner_ = nullptr;
   PromptPane* prompt_ = nullptr;
   LayerPanel* layers_ = nullptr;
+  CircuitPanel* circuitPanel_ = nullptr;
   QLabel* hover_ = nullptr;
   QLabel* place_ = nullptr;
   QToolButton* copyResult_ = nullptr; ///< of the line that a command answered
@@ -190,6 +226,10 @@ private:
   QTimer copying_;
   QTimer watch_; ///< looks whether the running command has changed the drawing
   std::uint64_t shownChange_ = 0;
+  std::uint64_t shownCircuits_ = 0; ///< the change that the list of circuits is of
+  std::vector<circuits::CircuitObject> circuits_;
+  std::wstring selectedCircuit_;
+  std::unique_ptr<SiteConfigurations> configurations_;
   UndoLog::State savedState_;
   QString file_;
   KvPoint3d lastPlace_;                  ///< of the circuit that was placed last

@@ -51,7 +51,8 @@ void MainWindow::runForm(const QString& name, const std::wstring& form, HostText
 void MainWindow::editWireSize() {
   // The site applies the answer. One that does not know how only gets it.
   std::wstring form = L"(if (fboundp 'site-edit-wire-size) (site-edit-wire-size";
-  if (view_->selected()) form += L" (handle->entity \"" + formatHandle(*view_->selected()) + L"\")";
+  if (const auto control = selectedControl())
+    form += L" (handle->entity \"" + formatHandle(*control) + L"\")";
   form += L") (zan_bv_edit_wiresize))";
   runForm(captionOf(*actions_.at(HostText::editWireSize)), form, HostText::editWireSize);
 }
@@ -170,6 +171,7 @@ KvPoint3d MainWindow::nextFreePlace(const std::optional<Box>& outline) {
 void MainWindow::undo() {
   const QString name = runner_.undo();
   refreshScene();
+  refreshCircuits();
   refreshActions();
   say(name.isEmpty() ? texts_(HostText::nothingToUndo) : texts_(HostText::undone, {name}));
 }
@@ -177,6 +179,7 @@ void MainWindow::undo() {
 void MainWindow::redo() {
   const QString name = runner_.redo();
   refreshScene();
+  refreshCircuits();
   refreshActions();
   say(name.isEmpty() ? texts_(HostText::nothingToRedo) : texts_(HostText::redone, {name}));
 }
@@ -279,11 +282,15 @@ EntityPick MainWindow::pickEntity(const std::wstring& prompt, bool emptyIsAllowe
 }
 
 std::optional<KvPoint3d> MainWindow::pickPoint(const QString& prompt, const std::optional<Box>& outline) {
+  return pickPointFrom(prompt, outline, nextFreePlace(outline));
+}
+
+std::optional<KvPoint3d> MainWindow::pickPointFrom(
+    const QString& prompt, const std::optional<Box>& outline, const KvPoint3d& start) {
   if (pickLoop_ != nullptr) return std::nullopt;
   isEmptyPickAllowed_ = false;
-  const KvPoint3d proposed = nextFreePlace(outline);
   pickOutline_ = outline;
-  pickStart_ = proposed;
+  pickStart_ = start;
   runPick(prompt, texts_(HostText::placeKeys), DrawingView::Mode::pickPoint);
   if (pick_.kind != EntityPick::Kind::entity) return std::nullopt;
   return pick_.point;

@@ -45,8 +45,11 @@ bool MainWindow::takeDrawing(const QString& file) {
   isReadOnly_ = false;
   savedState_ = drawing().undoLog().state();
   shownChange_ = drawing().undoLog().changeCount() + 1;
+  shownCircuits_ = shownChange_;
   view_->select(std::nullopt);
+  selectCircuit({});
   refreshScene();
+  refreshCircuits();
   view_->zoomExtents();
   refreshActions();
   return true;
@@ -213,8 +216,11 @@ void MainWindow::recoverCopy() {
   savedState_ = {}; // no state of this drawing's log: it is not what the file holds
   savedState_.unlogged = std::numeric_limits<std::uint64_t>::max();
   shownChange_ = drawing().undoLog().changeCount() + 1;
+  shownCircuits_ = shownChange_;
   view_->select(std::nullopt);
+  selectCircuit({});
   refreshScene();
+  refreshCircuits();
   view_->zoomExtents();
   refreshActions();
 }

@@ -100,6 +100,11 @@ Document& Session::openDocument(std::wstring fileName, std::unique_ptr<DrawingDa
                       const std::filesystem::path file = findFile(name);
                       return loadDrawing(file.empty() ? name : textOfPath(file));
                     }});
+  // (circuit-continue id): the next build goes on with this circuit instead of beginning one.
+  interpreter.define(L"circuit-continue", 1, 1, [this](Arguments& arguments) {
+    circuits_.continueCircuit(arguments.text(0));
+    return arguments[0];
+  });
   interpreter.define(L"find-file", 1, 1, findFileFunction);
   interpreter.define(L"pick-entity", 1, 1, pickEntityFunction);
   interpreter.define(L"veval-str+", 1, 1, evaluateText);

@@ -20,7 +20,13 @@ SiteConfigurations savedConfigurations(const std::string& site) {
   const std::wstring path = brenvolt::historyPathOf(circuits.workbook);
   if (history.read(path) == brenvolt::HistoryFile::State::refused)
     throw BadInput(toUtf8(path) + ": " + toUtf8(history.error()));
-  return {circuits.workbook, brenvolt::savedConfigurations(circuits, history)};
+  SiteConfigurations found{circuits.workbook, brenvolt::savedConfigurations(circuits, history), {}, {}};
+  for (const brenvolt::SavedConfiguration& saved : found.saved)
+    found.controls.push_back(brenvolt::savedControl(history, saved.key));
+  for (const auto& [name, circuit] : circuits.circuits())
+    for (const brenvolt::ZanCircuitEntry& entry : circuit.entries)
+      found.types.push_back({{name, entry.type, {}}, entry.drawingTemplate, entry.worksheet});
+  return found;
 }
 
 } // namespace simhost

@@ -11,6 +11,8 @@ namespace simhost {
 struct SiteConfigurations {
   std::wstring workbook; ///< full path
   std::vector<brenvolt::SavedConfiguration> saved;
+  std::vector<brenvolt::SavedControl> controls; ///< motor or load data and wires of `saved`, place by place
+  std::vector<brenvolt::SavedConfiguration> types; ///< all that the workbook has; the names are empty
 };
 
 /// Those of the history file beside the site's workbook; none without a history. Throws BadInput when workbook or

@@ -1,0 +1,72 @@
+// Finding what belongs to a circuit, and changing all of it or nothing.
+#include "simhost/drawing/circuit_edit.h"
+
+#include "simhost/drawing/geometry.h"
+#include "text/numbers.h"
+#include "text/split.h"
+
+#include <utility>
+
+namespace simhost {
+
+namespace {
+
+/// Everything of it, attributes too: an attribute's place does not hang on that of its reference.
+std::vector<KvDbHandle> withAttributes(const DrawingDatabase& drawing, std::wstring_view circuit) {
+  std::vector<KvDbHandle> all;
+  for (const KvDbHandle handle : entitiesOfCircuit(drawing, circuit)) {
+    all.push_back(handle);
+    for (const KvDbHandle attribute : drawing.find(handle)->attributes)
+      if (drawing.find(attribute) != nullptr) all.push_back(attribute);
+  }
+  return all;
+}
+
+std::wstring movedPoint(const std::wstring& point, double dx, double dy) {
+  const std::vector<std::wstring> parts = brenvolt::splitKeepingEmpty(point, L',');
+  if (parts.size() < 2) return point;
+  std::wstring moved = brenvolt::formatShortest(brenvolt::toDouble(parts[0]) + dx) + L',' +
+                       brenvolt::formatShortest(brenvolt::toDouble(parts[1]) + dy);
+  if (parts.size() > 2) moved += L',' + parts[2];
+  return moved;
+}
+
+} // namespace
+
+std::vector<KvDbHandle> entitiesOfCircuit(const DrawingDatabase& drawing, std::wstring_view circuit) {
+  std::vector<KvDbHandle> entities;
+  for (const KvDbHandle space : {drawing.modelSpace(), drawing.paperSpace()})
+    for (const EntityNode* node = drawing.store().findBlock(space)->first; node != nullptr; node = node->next)
+      if (const auto origin = provenanceOf(node->value); origin && origin->circuit == circuit)
+        entities.push_back(node->handle);
+  return entities;
+}
+
+void eraseCircuit(DrawingDatabase& drawing, const std::wstring& circuit) {
+  for (const KvDbHandle handle : entitiesOfCircuit(drawing, circuit))
+    drawing.eraseEntity(handle);
+  drawing.putCircuit(circuit, {});
+}
+
+Fault moveCircuit(DrawingDatabase& drawing, const std::wstring& circuit, double dx, double dy) {
+  const Placement placement({}, {dx, dy, 0.0}, 1.0, 0.0);
+  const std::vector<KvDbHandle> all = withAttributes(drawing, circuit);
+  const auto moved = [&](KvDbHandle handle) {
+    Entity value = drawing.find(handle)->value;
+    value.shape = placed(value.shape, placement);
+    return value;
+  };
+  for (const KvDbHandle handle : all)
+    if (Fault fault = drawing.changeFault(handle, moved(handle))) return fault;
+  for (const KvDbHandle handle : all)
+    drawing.changeEntity(handle, moved(handle));
+  const auto record = drawing.store().circuits().find(circuit);
+  if (record == drawing.store().circuits().end()) return std::nullopt;
+  CircuitFields fields = record->second;
+  for (auto& [name, text] : fields)
+    if (name == L"point") text = movedPoint(text, dx, dy);
+  drawing.putCircuit(circuit, std::move(fields));
+  return std::nullopt;
+}
+
+} // namespace simhost
