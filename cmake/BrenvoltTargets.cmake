@@ -50,6 +50,29 @@ function(brenvolt_library name)
   brenvolt_precompile(${name} libraries)
 endfunction()
 
+# brenvolt_loaded_library(SOURCE MACRO NAME PREFIX)
+# The library NAME, found by pkg-config as PREFIX, is loaded by a source of this folder when it is first needed: linked,
+# every start of a program would pay for it. MACRO becomes the name that the dynamic loader looks for. The package needs
+# it all the same: brenvolt_loaded_packages has the Debian packages of all such libraries.
+function(brenvolt_loaded_library source macro name prefix)
+  find_library(${prefix}_FILE NAMES ${name} HINTS ${${prefix}_LIBRARY_DIRS} REQUIRED)
+  execute_process(COMMAND "${CMAKE_OBJDUMP}" -p "${${prefix}_FILE}" OUTPUT_VARIABLE headers COMMAND_ERROR_IS_FATAL ANY)
+  if(NOT headers MATCHES "SONAME +([^ \n]+)")
+    message(FATAL_ERROR "${${prefix}_FILE} has no name for the dynamic loader: it is not a shared library")
+  endif()
+  set(soname "${CMAKE_MATCH_1}")
+  set_property(SOURCE ${source} APPEND PROPERTY COMPILE_DEFINITIONS "${macro}=\"${soname}\"")
+  set_property(SOURCE ${source} APPEND PROPERTY INCLUDE_DIRECTORIES ${${prefix}_INCLUDE_DIRS})
+  find_program(BRENVOLT_DPKG_QUERY dpkg-query)
+  if(BRENVOLT_DPKG_QUERY)
+    get_filename_component(folder "${${prefix}_FILE}" DIRECTORY)
+    execute_process(COMMAND "${BRENVOLT_DPKG_QUERY}" -S "${folder}/${soname}" OUTPUT_VARIABLE owner ERROR_QUIET)
+    if(owner MATCHES "^([^:]+):")
+      set_property(GLOBAL APPEND PROPERTY brenvolt_loaded_packages "${CMAKE_MATCH_1}")
+    endif()
+  endif()
+endfunction()
+
 # brenvolt_add_test(NAME COMMAND program [argument ...] [BIN folder])
 # Runs with the repository as working directory; BIN is the folder of the tool and its module.
 function(brenvolt_add_test name)

@@ -2,6 +2,7 @@
 // empty.
 #include "platform/access_file.h"
 
+#include "platform/shared_library.h"
 #include "text/encoding.h"
 #include "text/numbers.h"
 
@@ -20,6 +21,35 @@
 namespace brenvolt::tables {
 
 namespace {
+
+/// The library that reads Access files; what it allocates is freed by the library that it is built on.
+class MdbLibrary final : public SharedLibrary {
+public:
+  MdbLibrary() : SharedLibrary(BRENVOLT_MDB_LIBRARY) {}
+
+  decltype(&::g_free) free = find("g_free");
+  decltype(&::mdb_close) mdb_close = find("mdb_close");
+  decltype(&::mdb_crack_row) mdb_crack_row = find("mdb_crack_row");
+  decltype(&::mdb_fetch_row) mdb_fetch_row = find("mdb_fetch_row");
+  decltype(&::mdb_find_pg_row) mdb_find_pg_row = find("mdb_find_pg_row");
+  decltype(&::mdb_find_row) mdb_find_row = find("mdb_find_row");
+  decltype(&::mdb_free_tabledef) mdb_free_tabledef = find("mdb_free_tabledef");
+  decltype(&::mdb_is_user_table) mdb_is_user_table = find("mdb_is_user_table");
+  decltype(&::mdb_numeric_to_string) mdb_numeric_to_string = find("mdb_numeric_to_string");
+  decltype(&::mdb_open) mdb_open = find("mdb_open");
+  decltype(&::mdb_read_catalog) mdb_read_catalog = find("mdb_read_catalog");
+  decltype(&::mdb_read_columns) mdb_read_columns = find("mdb_read_columns");
+  decltype(&::mdb_read_pg) mdb_read_pg = find("mdb_read_pg");
+  decltype(&::mdb_read_table) mdb_read_table = find("mdb_read_table");
+  decltype(&::mdb_rewind_table) mdb_rewind_table = find("mdb_rewind_table");
+  decltype(&::mdb_unicode2ascii) mdb_unicode2ascii = find("mdb_unicode2ascii");
+  decltype(&::mdb_uuid_to_string) mdb_uuid_to_string = find("mdb_uuid_to_string");
+};
+
+const MdbLibrary& mdb() {
+  static const MdbLibrary library;
+  return library;
+}
 
 /// Column types that the library's header does not name.
 constexpr int bigIntType = 0x13;
@@ -136,12 +166,16 @@ struct AccessFile::Native {
 AccessFile::AccessFile() : native_(std::make_unique<Native>()) {}
 
 AccessFile::~AccessFile() {
-  if (native_->handle != nullptr) mdb_close(native_->handle);
+  if (native_->handle != nullptr) mdb().mdb_close(native_->handle);
+}
+
+const std::wstring& AccessFile::fault() {
+  return mdb().fault();
 }
 
 bool AccessFile::open(const std::string& path) {
-  native_->handle = mdb_open(path.c_str(), MDB_NOFLAGS);
-  return native_->handle != nullptr && mdb_read_catalog(native_->handle, MDB_TABLE) != nullptr &&
+  native_->handle = mdb().mdb_open(path.c_str(), MDB_NOFLAGS);
+  return native_->handle != nullptr && mdb().mdb_read_catalog(native_->handle, MDB_TABLE) != nullptr &&
          native_->handle->num_catalog > 0;
 }
 
@@ -152,7 +186,7 @@ std::vector<std::string> AccessFile::tableNames() const {
     const std::string_view name = entry->object_name;
     // Left behind by an interrupted change of a table: not the user's.
     const bool isLeftover = name.starts_with("~TMP");
-    if (entry->object_type == MDB_TABLE && mdb_is_user_table(entry) != 0 && !isLeftover)
+    if (entry->object_type == MDB_TABLE && mdb().mdb_is_user_table(entry) != 0 && !isLeftover)
       names.emplace_back(name);
   }
   return names;
@@ -168,9 +202,9 @@ MdbCatalogEntry* AccessFile::Native::entry(const std::string& table) const {
 
 bool AccessFile::read(const std::string& name, TableReceiver& receiver) {
   MdbCatalogEntry* entry = native_->entry(name);
-  MdbTableDef* table = entry == nullptr ? nullptr : mdb_read_table(entry);
+  MdbTableDef* table = entry == nullptr ? nullptr : mdb().mdb_read_table(entry);
   if (table == nullptr) return false;
-  mdb_read_columns(table);
+  mdb().mdb_read_columns(table);
   native_->findCalculated(*table);
   std::vector<SourceColumn> columns;
   for (unsigned index = 0; index < table->num_cols; ++index) {
@@ -182,7 +216,7 @@ bool AccessFile::read(const std::string& name, TableReceiver& receiver) {
     native_->noteColumns(*table, receiver);
     done = native_->readRows(*table, receiver);
   }
-  mdb_free_tabledef(table);
+  mdb().mdb_free_tabledef(table);
   return done;
 }
 
@@ -192,7 +226,7 @@ bool AccessFile::Native::readDescription(int& place, unsigned char& byte) const 
   constexpr int head = 8;
   while (place >= handle->fmt->pg_size) {
     const auto next = readLittleEndian<std::uint32_t>({reinterpret_cast<const char*>(handle->pg_buf) + 4, 4});
-    if (next == 0 || mdb_read_pg(handle, next) == 0) return false;
+    if (next == 0 || mdb().mdb_read_pg(handle, next) == 0) return false;
     place -= static_cast<int>(handle->fmt->pg_size) - head;
   }
   byte = handle->pg_buf[place++];
@@ -207,7 +241,7 @@ void AccessFile::Native::findCalculated(const MdbTableDef& table) {
   std::array<unsigned char, 64> description{};
   if (!canCalculate || size > description.size() || size <= propertiesOffset) return;
   // The library's own reading of the columns leaves this property out, so their descriptions are walked once more.
-  if (mdb_read_pg(handle, table.entry->table_pg) == 0) return;
+  if (mdb().mdb_read_pg(handle, table.entry->table_pg) == 0) return;
   int place =
       format.tab_cols_start_offset + static_cast<int>(table.num_real_idxs) * format.tab_ridx_entry_size;
   for (unsigned index = 0; index < table.num_cols; ++index) {
@@ -234,12 +268,12 @@ bool AccessFile::Native::readRows(MdbTableDef& table, TableReceiver& receiver) {
   std::int64_t brokenRows = 0;
   std::int64_t place = 0;
   std::vector<MdbField> fields(table.num_cols + 1U);
-  mdb_rewind_table(&table);
-  while (mdb_fetch_row(&table) != 0) {
+  mdb().mdb_rewind_table(&table);
+  while (mdb().mdb_fetch_row(&table) != 0) {
     int start = 0;
     std::size_t size = 0;
-    if (mdb_find_row(handle, static_cast<int>(table.cur_row) - 1, &start, &size) != 0 ||
-        mdb_crack_row(&table, start & offsetMask, size, fields.data()) < 0) {
+    if (mdb().mdb_find_row(handle, static_cast<int>(table.cur_row) - 1, &start, &size) != 0 ||
+        mdb().mdb_crack_row(&table, start & offsetMask, size, fields.data()) < 0) {
       ++brokenRows;
       continue;
     }
@@ -301,9 +335,9 @@ TableValue AccessFile::Native::value(const MdbColumn& column, const MdbField& fi
   case MDB_REPID: {
     std::array<char, 16> uuid{};
     std::memcpy(uuid.data(), bytes.data(), std::min(bytes.size(), uuid.size()));
-    char* text = mdb_uuid_to_string(uuid.data(), 0);
+    char* text = mdb().mdb_uuid_to_string(uuid.data(), 0);
     TableValue result = TableValue::ofText(text);
-    g_free(text);
+    mdb().free(text);
     return result;
   }
   case MDB_NUMERIC: {
@@ -313,10 +347,10 @@ TableValue AccessFile::Native::value(const MdbColumn& column, const MdbField& fi
     std::memcpy(page.data(), handle->pg_buf, page.size());
     std::memset(handle->pg_buf, 0, 17);
     std::memcpy(handle->pg_buf, bytes.data(), std::min<std::size_t>(bytes.size(), 17));
-    char* digits = mdb_numeric_to_string(handle, 0, column.col_scale, column.col_prec);
+    char* digits = mdb().mdb_numeric_to_string(handle, 0, column.col_scale, column.col_prec);
     std::memcpy(handle->pg_buf, page.data(), page.size());
     TableValue result = decimal(digits);
-    g_free(digits);
+    mdb().free(digits);
     return result;
   }
   default:
@@ -347,7 +381,7 @@ std::string AccessFile::Native::decode(std::string_view bytes) const {
   if (bytes.empty()) return {};
   // One stored byte is at most one character, and that at most four bytes of UTF-8.
   std::string text(bytes.size() * 4 + 16, '\0');
-  const int size = mdb_unicode2ascii(handle, bytes.data(), bytes.size(), text.data(), text.size() - 1);
+  const int size = mdb().mdb_unicode2ascii(handle, bytes.data(), bytes.size(), text.data(), text.size() - 1);
   text.resize(size < 0 ? 0 : static_cast<std::size_t>(size));
   return text;
 }
@@ -365,7 +399,7 @@ std::string AccessFile::Native::longValue(std::string_view field) {
     void* page = nullptr;
     int start = 0;
     std::size_t size = 0;
-    const bool found = mdb_find_pg_row(handle, static_cast<int>(place), &page, &start, &size) == 0;
+    const bool found = mdb().mdb_find_pg_row(handle, static_cast<int>(place), &page, &start, &size) == 0;
     start &= offsetMask;
     const auto pageSize = static_cast<std::size_t>(handle->fmt->pg_size);
     if (!found || size <= linkSize || static_cast<std::size_t>(start) + size > pageSize) break;

@@ -17,7 +17,10 @@ public:
   AccessFile(const AccessFile&) = delete;
   AccessFile& operator=(const AccessFile&) = delete;
 
-  /// False when the file is none that the library reads or has no catalogue.
+  /// Why the library cannot be used; empty when it can.
+  [[nodiscard]] static const std::wstring& fault();
+
+  /// False when the library does not read the file, or it has no catalogue.
   [[nodiscard]] bool open(const std::string& path);
   /// The user's tables, UTF-8, in the order of the catalogue.
   [[nodiscard]] std::vector<std::string> tableNames() const;

@@ -111,6 +111,10 @@ public:
   }
 
   bool open(std::wstring& error) {
+    if (!AccessFile::fault().empty()) {
+      error = path_ + L": " + AccessFile::fault();
+      return false;
+    }
     return run(
         [this](ChildWriter& pipe) {
           AccessFile file;

@@ -1,5 +1,6 @@
 #include "platform/odbc_connection.h"
 
+#include "platform/shared_library.h"
 #include "text/encoding.h"
 
 #include <sql.h>
@@ -18,11 +19,45 @@ namespace {
 constexpr std::size_t chunkBytes = 8192;
 constexpr SQLULEN connectSeconds = 15;
 
+/// The driver manager.
+class OdbcLibrary final : public SharedLibrary {
+public:
+  OdbcLibrary() : SharedLibrary(BRENVOLT_ODBC_LIBRARY) {}
+
+  decltype(&::SQLAllocHandle) SQLAllocHandle = find("SQLAllocHandle");
+  decltype(&::SQLColumns) SQLColumns = find("SQLColumns");
+  decltype(&::SQLColumnsW) SQLColumnsW = find("SQLColumnsW");
+  decltype(&::SQLDescribeCol) SQLDescribeCol = find("SQLDescribeCol");
+  decltype(&::SQLDescribeColW) SQLDescribeColW = find("SQLDescribeColW");
+  decltype(&::SQLDisconnect) SQLDisconnect = find("SQLDisconnect");
+  decltype(&::SQLDriverConnect) SQLDriverConnect = find("SQLDriverConnect");
+  decltype(&::SQLDriverConnectW) SQLDriverConnectW = find("SQLDriverConnectW");
+  decltype(&::SQLEndTran) SQLEndTran = find("SQLEndTran");
+  decltype(&::SQLExecDirect) SQLExecDirect = find("SQLExecDirect");
+  decltype(&::SQLExecDirectW) SQLExecDirectW = find("SQLExecDirectW");
+  decltype(&::SQLFetch) SQLFetch = find("SQLFetch");
+  decltype(&::SQLFreeHandle) SQLFreeHandle = find("SQLFreeHandle");
+  decltype(&::SQLGetConnectAttrW) SQLGetConnectAttrW = find("SQLGetConnectAttrW");
+  decltype(&::SQLGetData) SQLGetData = find("SQLGetData");
+  decltype(&::SQLGetDiagRecW) SQLGetDiagRecW = find("SQLGetDiagRecW");
+  decltype(&::SQLGetInfoW) SQLGetInfoW = find("SQLGetInfoW");
+  decltype(&::SQLNumResultCols) SQLNumResultCols = find("SQLNumResultCols");
+  decltype(&::SQLSetConnectAttrW) SQLSetConnectAttrW = find("SQLSetConnectAttrW");
+  decltype(&::SQLSetEnvAttr) SQLSetEnvAttr = find("SQLSetEnvAttr");
+  decltype(&::SQLTables) SQLTables = find("SQLTables");
+  decltype(&::SQLTablesW) SQLTablesW = find("SQLTablesW");
+};
+
+const OdbcLibrary& odbc() {
+  static const OdbcLibrary library;
+  return library;
+}
+
 bool succeeded(SQLRETURN code) {
   return code == SQL_SUCCESS || code == SQL_SUCCESS_WITH_INFO;
 }
 
-/// Attributes are numbers that pass as pointers: so the interface wants it.
+/// Attributes are numbers that pass as pointers: as the interface demands.
 SQLPOINTER asPointer(SQLULEN number) {
   return reinterpret_cast<SQLPOINTER>(number); // NOLINT(performance-no-int-to-ptr)
 }
@@ -65,7 +100,7 @@ Diagnosis diagnosis(SQLSMALLINT kind, SQLHANDLE handle) {
   std::array<SQLWCHAR, 2048> text{};
   SQLINTEGER number = 0;
   SQLSMALLINT length = 0;
-  const SQLRETURN code = SQLGetDiagRecW(
+  const SQLRETURN code = odbc().SQLGetDiagRecW(
       kind, handle, 1, state.data(), &number, text.data(), static_cast<SQLSMALLINT>(text.size()), &length);
   if (!succeeded(code)) return {L"the server gave no reason", {}};
   const auto count = static_cast<std::size_t>(length < 0 ? 0 : length);
@@ -103,10 +138,12 @@ TableValue numberCell(std::string text) {
 
 class StatementHandle final {
 public:
-  explicit StatementHandle(SQLHDBC connection) { SQLAllocHandle(SQL_HANDLE_STMT, connection, &handle_); }
+  explicit StatementHandle(SQLHDBC connection) {
+    odbc().SQLAllocHandle(SQL_HANDLE_STMT, connection, &handle_);
+  }
   StatementHandle(const StatementHandle&) = delete;
   StatementHandle& operator=(const StatementHandle&) = delete;
-  ~StatementHandle() { SQLFreeHandle(SQL_HANDLE_STMT, handle_); }
+  ~StatementHandle() { odbc().SQLFreeHandle(SQL_HANDLE_STMT, handle_); }
 
   [[nodiscard]] SQLHSTMT get() const { return handle_; }
 
@@ -122,7 +159,7 @@ bool readCell(
   std::array<char, chunkBytes> chunk{};
   while (true) {
     SQLLEN length = 0;
-    const SQLRETURN code = SQLGetData(statement, column, form, chunk.data(), chunk.size(), &length);
+    const SQLRETURN code = odbc().SQLGetData(statement, column, form, chunk.data(), chunk.size(), &length);
     if (code == SQL_NO_DATA) return true;
     if (!succeeded(code)) return false;
     if (length == SQL_NULL_DATA) {
@@ -161,14 +198,14 @@ bool describe(
   SQLSMALLINT length = 0;
   if (texts == OdbcTexts::utf8) {
     std::array<SQLCHAR, room> text{};
-    const SQLRETURN code =
-        SQLDescribeCol(statement, column, text.data(), room, &length, &type, nullptr, nullptr, nullptr);
+    const SQLRETURN code = odbc().SQLDescribeCol(
+        statement, column, text.data(), room, &length, &type, nullptr, nullptr, nullptr);
     name = fromUtf8(reinterpret_cast<const char*>(text.data()));
     return succeeded(code);
   }
   std::array<SQLWCHAR, room> text{};
   const SQLRETURN code =
-      SQLDescribeColW(statement, column, text.data(), room, &length, &type, nullptr, nullptr, nullptr);
+      odbc().SQLDescribeColW(statement, column, text.data(), room, &length, &type, nullptr, nullptr, nullptr);
   name = wideText(
       text.data(), std::min(static_cast<std::size_t>(std::max<SQLSMALLINT>(length, 0)), text.size() - 1));
   return succeeded(code);
@@ -197,9 +234,9 @@ OdbcConnection::~OdbcConnection() {
 }
 
 void OdbcConnection::close() {
-  if (native_->isConnected) SQLDisconnect(native_->connection);
-  if (native_->connection != SQL_NULL_HDBC) SQLFreeHandle(SQL_HANDLE_DBC, native_->connection);
-  if (native_->environment != SQL_NULL_HENV) SQLFreeHandle(SQL_HANDLE_ENV, native_->environment);
+  if (native_->isConnected) odbc().SQLDisconnect(native_->connection);
+  if (native_->connection != SQL_NULL_HDBC) odbc().SQLFreeHandle(SQL_HANDLE_DBC, native_->connection);
+  if (native_->environment != SQL_NULL_HENV) odbc().SQLFreeHandle(SQL_HANDLE_ENV, native_->environment);
   *native_ = Native();
 }
 
@@ -207,7 +244,7 @@ std::wstring OdbcConnection::Native::failure(SQLSMALLINT kind, SQLHANDLE handle)
   Diagnosis found = diagnosis(kind, handle);
   SQLUINTEGER isDead = SQL_CD_FALSE;
   // Drivers that do not know the attribute leave the value alone.
-  SQLGetConnectAttrW(connection, SQL_ATTR_CONNECTION_DEAD, &isDead, SQL_IS_UINTEGER, nullptr);
+  odbc().SQLGetConnectAttrW(connection, SQL_ATTR_CONNECTION_DEAD, &isDead, SQL_IS_UINTEGER, nullptr);
   isLost = isConnected && (isDead == SQL_CD_TRUE || meansLost(found.state));
   return std::move(found.text);
 }
@@ -218,17 +255,22 @@ bool OdbcConnection::isLost() const {
 
 bool OdbcConnection::open(const std::wstring& connectionString, OdbcTexts texts, std::wstring& error) {
   close();
+  if (!odbc().fault().empty()) {
+    error = odbc().fault();
+    return false;
+  }
   native_->texts = texts;
-  SQLAllocHandle(SQL_HANDLE_ENV, SQL_NULL_HANDLE, &native_->environment);
-  SQLSetEnvAttr(native_->environment, SQL_ATTR_ODBC_VERSION, asPointer(SQL_OV_ODBC3), 0);
-  SQLAllocHandle(SQL_HANDLE_DBC, native_->environment, &native_->connection);
-  SQLSetConnectAttrW(native_->connection, SQL_ATTR_LOGIN_TIMEOUT, asPointer(connectSeconds), SQL_IS_UINTEGER);
+  odbc().SQLAllocHandle(SQL_HANDLE_ENV, SQL_NULL_HANDLE, &native_->environment);
+  odbc().SQLSetEnvAttr(native_->environment, SQL_ATTR_ODBC_VERSION, asPointer(SQL_OV_ODBC3), 0);
+  odbc().SQLAllocHandle(SQL_HANDLE_DBC, native_->environment, &native_->connection);
+  odbc().SQLSetConnectAttrW(
+      native_->connection, SQL_ATTR_LOGIN_TIMEOUT, asPointer(connectSeconds), SQL_IS_UINTEGER);
   ServerText text(connectionString);
   SQLSMALLINT length = 0;
-  const SQLRETURN code = texts == OdbcTexts::wide ? SQLDriverConnectW(
+  const SQLRETURN code = texts == OdbcTexts::wide ? odbc().SQLDriverConnectW(
                                                         native_->connection, nullptr, text.wide(), SQL_NTS,
                                                         nullptr, 0, &length, SQL_DRIVER_NOPROMPT)
-                                                  : SQLDriverConnect(
+                                                  : odbc().SQLDriverConnect(
                                                         native_->connection, nullptr, text.narrow(), SQL_NTS,
                                                         nullptr, 0, &length, SQL_DRIVER_NOPROMPT);
   native_->isConnected = succeeded(code);
@@ -239,7 +281,7 @@ bool OdbcConnection::open(const std::wstring& connectionString, OdbcTexts texts,
 std::wstring OdbcConnection::Native::info(SQLUSMALLINT item) const {
   std::array<SQLWCHAR, 256> text{};
   SQLSMALLINT bytes = 0;
-  if (!succeeded(SQLGetInfoW(connection, item, text.data(), sizeof text, &bytes))) return {};
+  if (!succeeded(odbc().SQLGetInfoW(connection, item, text.data(), sizeof text, &bytes))) return {};
   return wideText(text.data(), std::min(static_cast<std::size_t>(bytes) / sizeof(SQLWCHAR), text.size()));
 }
 
@@ -264,7 +306,7 @@ std::optional<OdbcAnswer> OdbcConnection::Native::answer(
   if (code == SQL_NO_DATA) return result;
   if (!succeeded(code)) return failed();
   SQLSMALLINT count = 0;
-  SQLNumResultCols(statement.get(), &count);
+  odbc().SQLNumResultCols(statement.get(), &count);
   std::vector<SQLLEN> types;
   for (SQLUSMALLINT column = 1; column <= static_cast<SQLUSMALLINT>(count); ++column) {
     SQLSMALLINT type = 0;
@@ -274,7 +316,7 @@ std::optional<OdbcAnswer> OdbcConnection::Native::answer(
     types.push_back(type);
   }
   while (count > 0) {
-    const SQLRETURN fetched = SQLFetch(statement.get());
+    const SQLRETURN fetched = odbc().SQLFetch(statement.get());
     if (fetched == SQL_NO_DATA) break;
     if (!succeeded(fetched)) return failed();
     TableRow row(types.size());
@@ -291,8 +333,8 @@ std::optional<OdbcAnswer> OdbcConnection::execute(const std::wstring& statement,
   ServerText text(statement);
   return native_->answer(
       [&](SQLHSTMT handle) {
-        return native_->texts == OdbcTexts::wide ? SQLExecDirectW(handle, text.wide(), SQL_NTS)
-                                                 : SQLExecDirect(handle, text.narrow(), SQL_NTS);
+        return native_->texts == OdbcTexts::wide ? odbc().SQLExecDirectW(handle, text.wide(), SQL_NTS)
+                                                 : odbc().SQLExecDirect(handle, text.narrow(), SQL_NTS);
       },
       error);
 }
@@ -302,8 +344,8 @@ std::optional<OdbcAnswer> OdbcConnection::tables(std::wstring& error) {
   return native_->answer(
       [&](SQLHSTMT handle) {
         return native_->texts == OdbcTexts::wide
-                   ? SQLTablesW(handle, nullptr, 0, nullptr, 0, nullptr, 0, types.wide(), SQL_NTS)
-                   : SQLTables(handle, nullptr, 0, nullptr, 0, nullptr, 0, types.narrow(), SQL_NTS);
+                   ? odbc().SQLTablesW(handle, nullptr, 0, nullptr, 0, nullptr, 0, types.wide(), SQL_NTS)
+                   : odbc().SQLTables(handle, nullptr, 0, nullptr, 0, nullptr, 0, types.narrow(), SQL_NTS);
       },
       error);
 }
@@ -313,8 +355,8 @@ std::optional<OdbcAnswer> OdbcConnection::columns(const std::wstring& table, std
   return native_->answer(
       [&](SQLHSTMT handle) {
         return native_->texts == OdbcTexts::wide
-                   ? SQLColumnsW(handle, nullptr, 0, nullptr, 0, name.wide(), SQL_NTS, nullptr, 0)
-                   : SQLColumns(handle, nullptr, 0, nullptr, 0, name.narrow(), SQL_NTS, nullptr, 0);
+                   ? odbc().SQLColumnsW(handle, nullptr, 0, nullptr, 0, name.wide(), SQL_NTS, nullptr, 0)
+                   : odbc().SQLColumns(handle, nullptr, 0, nullptr, 0, name.narrow(), SQL_NTS, nullptr, 0);
       },
       error);
 }
@@ -336,13 +378,14 @@ bool OdbcConnection::isTextType(int type) {
 bool OdbcConnection::setAutomaticCommit(bool on, std::wstring& error) {
   const SQLULEN mode = on ? SQL_AUTOCOMMIT_ON : SQL_AUTOCOMMIT_OFF;
   const SQLRETURN code =
-      SQLSetConnectAttrW(native_->connection, SQL_ATTR_AUTOCOMMIT, asPointer(mode), SQL_IS_UINTEGER);
+      odbc().SQLSetConnectAttrW(native_->connection, SQL_ATTR_AUTOCOMMIT, asPointer(mode), SQL_IS_UINTEGER);
   if (!succeeded(code)) error = native_->failure(SQL_HANDLE_DBC, native_->connection);
   return succeeded(code);
 }
 
 bool OdbcConnection::endTransaction(bool commit, std::wstring& error) {
-  const SQLRETURN code = SQLEndTran(SQL_HANDLE_DBC, native_->connection, commit ? SQL_COMMIT : SQL_ROLLBACK);
+  const SQLRETURN code =
+      odbc().SQLEndTran(SQL_HANDLE_DBC, native_->connection, commit ? SQL_COMMIT : SQL_ROLLBACK);
   if (!succeeded(code)) error = native_->failure(SQL_HANDLE_DBC, native_->connection);
   return succeeded(code);
 }

@@ -274,6 +274,15 @@ bool SqliteEngine::runSimple(const char* statement, ZanOleDbErrorInfo& error) {
   return false;
 }
 
+void SqliteEngine::beginReading() {
+  if (!database_.isInTransaction()) database_.run("BEGIN");
+}
+
+void SqliteEngine::endReading() {
+  finishReaders();
+  rollback();
+}
+
 bool SqliteEngine::begin(ZanOleDbErrorInfo& error) {
   if (database_.isReadOnly()) {
     error.Set((path_.empty() ? std::wstring() : path_ + L": ") + L"is open for reading only");

@@ -42,6 +42,8 @@ public:
       const std::wstring& table, std::vector<std::wstring>& names, ZanOleDbErrorInfo& error) override;
   [[nodiscard]] std::unique_ptr<Statement> execute(
       const std::wstring& text, ZanOleDbErrorInfo& error) override;
+  void beginReading() override;
+  void endReading() override;
   bool begin(ZanOleDbErrorInfo& error) override;
   bool commit(ZanOleDbErrorInfo& error) override;
   void rollback() override;

@@ -52,6 +52,10 @@ public:
       const std::wstring& text, ZanOleDbErrorInfo& error) = 0;
   /// What the server behind the engine calls itself; empty for a file.
   [[nodiscard]] virtual std::wstring productName() const { return {}; }
+  /// What is read between the two comes from one state of the data source. An engine that cannot promise this reads what
+  /// is there.
+  virtual void beginReading() {}
+  virtual void endReading() {}
   virtual bool begin(ZanOleDbErrorInfo& error) = 0;
   virtual bool commit(ZanOleDbErrorInfo& error) = 0;
   virtual void rollback() = 0;

@@ -287,6 +287,14 @@ TableTransaction::~TableTransaction() {
   if (open_ && connection_.engine() != nullptr) connection_.engine()->rollback();
 }
 
+TableReading::TableReading(ZanOleDbConnection& connection) : connection_(connection) {
+  if (tables::Engine* engine = connection.engine()) engine->beginReading();
+}
+
+TableReading::~TableReading() {
+  if (tables::Engine* engine = connection_.engine()) engine->endReading();
+}
+
 bool TableTransaction::commit() {
   if (!open_ || connection_.engine() == nullptr) return false;
   if (!connection_.engine()->commit(connection_.ErrorInfo())) return false;

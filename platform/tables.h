@@ -241,4 +241,17 @@ private:
   bool open_ = false;
 };
 
+/// What is read while it lives comes from one state of the tables, where the engine can promise that; reading a file then
+/// takes its lock once and not for each statement. Others cannot write meanwhile to a file without a write-ahead log.
+class TableReading final {
+public:
+  explicit TableReading(ZanOleDbConnection& connection);
+  ~TableReading();
+  TableReading(const TableReading&) = delete;
+  TableReading& operator=(const TableReading&) = delete;
+
+private:
+  ZanOleDbConnection& connection_;
+};
+
 } // namespace brenvolt

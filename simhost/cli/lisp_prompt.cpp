@@ -2,7 +2,9 @@
 #include "simhost/cli/lisp_prompt.h"
 
 #include "platform/file_replace.h"
+#include "platform/shared_library.h"
 #include "simhost/cli/host_run.h"
+#include "simhost/host/errors.h"
 #include "simhost/lisp/input.h"
 #include "simhost/lisp/printer.h"
 #include "text/encoding.h"
@@ -29,15 +31,34 @@ constexpr int rememberedLines = 1000;
 
 volatile std::sig_atomic_t isInterrupted = 0;
 
+/// The line editor of a terminal.
+class EditLibrary final : public brenvolt::SharedLibrary {
+public:
+  EditLibrary() : SharedLibrary(BRENVOLT_EDIT_LIBRARY) {}
+
+  decltype(&::add_history) add_history = find("add_history");
+  decltype(&::read_history) read_history = find("read_history");
+  decltype(&::readline) readline = find("readline");
+  decltype(&::stifle_history) stifle_history = find("stifle_history");
+  decltype(&::using_history) using_history = find("using_history");
+  decltype(&::write_history) write_history = find("write_history");
+};
+
+const EditLibrary& editor() {
+  static const EditLibrary library;
+  return library;
+}
+
 /// Lines of the input; none at its end.
 class LineSource final {
 public:
   LineSource() : isTerminal_(::isatty(STDIN_FILENO) != 0 && ::isatty(STDOUT_FILENO) != 0) {
     if (!isTerminal_) return;
+    if (!editor().fault().empty()) throw BadInput("the prompt: " + brenvolt::toUtf8(editor().fault()));
     std::setlocale(LC_CTYPE, ""); // the width of what is typed
-    using_history();
-    stifle_history(rememberedLines);
-    if (const std::filesystem::path file = historyFile(); !file.empty()) read_history(file.c_str());
+    editor().using_history();
+    editor().stifle_history(rememberedLines);
+    if (const std::filesystem::path file = historyFile(); !file.empty()) editor().read_history(file.c_str());
     // While a line is typed there is nothing to end but the line: what forms before have drawn must not go with it.
     former_ = std::signal(SIGINT, [](int) { isInterrupted = 1; });
   }
@@ -53,11 +74,11 @@ public:
     // A prompt that is killed while it ends must not take the lines of earlier days with it.
     brenvolt::FileReplacement replacement(brenvolt::fromUtf8(file.string()));
     if (replacement.fault()) return;
-    write_history(brenvolt::toUtf8(replacement.nameToWrite()).c_str());
+    editor().write_history(brenvolt::toUtf8(replacement.nameToWrite()).c_str());
     static_cast<void>(replacement.commit());
   }
 
-  /// No line came because the person has dropped the one that he was typing.
+  /// No line came because the user dropped the one that was being typed.
   [[nodiscard]] bool isDropped() const { return isInterrupted != 0; }
   [[nodiscard]] bool isTerminal() const { return isTerminal_; }
 
@@ -69,11 +90,11 @@ public:
     }
     std::fflush(stdout);
     isInterrupted = 0;
-    char* typed = readline(prompt);
+    char* typed = editor().readline(prompt);
     if (typed == nullptr) return std::nullopt;
     std::string line(typed);
     std::free(typed);
-    if (!line.empty()) add_history(line.c_str());
+    if (!line.empty()) editor().add_history(line.c_str());
     return line;
   }
 

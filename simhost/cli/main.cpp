@@ -32,7 +32,7 @@ int runTool(int argc, char** argv) {
   const simhost::CommandTable tool = {
       .name = "brenvolt",
       .description = "Electrical circuits in a simulated CAD host",
-      .commands = simhost::subcommands(),
+      .commands = simhost::subcommands(argc > 1 ? argv[1] : ""),
       .footer =
           "Exit codes: 0 done, 1 wrong arguments, 2 unexpected, 3 bad input, 4 cannot write, 5 findings.",
   };

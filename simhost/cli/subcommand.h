@@ -3,10 +3,13 @@
 
 #include "simhost/cli/command_table.h"
 
+#include <string_view>
+
 namespace simhost {
 
-/// In the order in which --help lists them.
-[[nodiscard]] std::vector<CommandTable> subcommands();
+/// In the order in which --help lists them; the one alone that the first word of a command line names, because the
+/// tables of all cost more than a small task.
+[[nodiscard]] std::vector<CommandTable> subcommands(std::string_view firstWord);
 
 // One function for each file of this folder that holds a subcommand.
 [[nodiscard]] CommandTable catalogCommand();

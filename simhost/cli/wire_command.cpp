@@ -124,7 +124,9 @@ ExitCode runBatch(WireRequests& requests, const WireOptions& options) {
   return ExitCode::done;
 }
 
-ExitCode runCircuit(WireRequests& requests, const WireOptions& options) {
+ExitCode runCircuit(
+    brenvolt::ZanOleDbConnection& tables, WireRequests& requests, const WireOptions& options) {
+  const brenvolt::TableReading reading(tables);
   std::vector<WireFault> faults;
   const std::optional<WireRequest> request = requests.resolve(textsOf(options), faults);
   if (!request) {
@@ -153,7 +155,8 @@ ExitCode runCircuit(WireRequests& requests, const WireOptions& options) {
 ExitCode runWire(const WireOptions& options) {
   SiteTables tables(options.site.site);
   WireRequests requests(tables.connection());
-  return options.batch.empty() ? runCircuit(requests, options) : runBatch(requests, options);
+  return options.batch.empty() ? runCircuit(tables.connection(), requests, options)
+                               : runBatch(requests, options);
 }
 
 } // namespace

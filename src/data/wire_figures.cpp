@@ -51,10 +51,7 @@ WireTableFigures readWireFigures(const ZanWireTableReader& reader, const WireTab
       !reader.ResolveTable(impedanceTable, ZanTableKind::impedance, choice.tables) ||
       !reader.ResolveTable(ampacityTable, ZanTableKind::ampacity, choice.tables))
     return figures;
-  for (const ZanWireRow& row : figures.sizes) {
-    const auto [entry, isNew] = figures.impedances.try_emplace(row.size);
-    if (isNew) reader.ReadImpedance(impedanceTable, ampacityTable, choice.raceway, row.size, entry->second);
-  }
+  figures.impedances = reader.ReadImpedances(impedanceTable, ampacityTable, choice.raceway, figures.sizes);
   return figures;
 }
 

@@ -27,7 +27,7 @@ struct WireTableChoice {
 /// What the tables answered.
 struct WireTableFigures {
   std::vector<ZanWireRow> sizes;                ///< ascending by ampacity
-  std::map<std::wstring, Impedance> impedances; ///< by size as shown; zero for a size that has none
+  std::map<std::wstring, Impedance> impedances; ///< by size as shown; none for a size without one
   double minimumAmpacity = 0.0;                 ///< of the smallest size that runs in parallel, amperes
 };
 

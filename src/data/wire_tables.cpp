@@ -267,6 +267,39 @@ bool ZanWireTableReader::ReadImpedance(
   return found.has_value();
 }
 
+std::map<std::wstring, Impedance> ZanWireTableReader::ReadImpedances(
+    std::wstring_view impedanceTable, std::wstring_view ampacityTable, std::wstring_view column,
+    const std::vector<ZanWireRow>& sizes) const {
+  std::map<std::wstring, std::wstring> keys;
+  TableQuery query(connection_, Refusal::answer);
+  if (query.run(L"SELECT [SIZE_DESC],[SIZE] FROM [%s]", {std::wstring(ampacityTable)}))
+    while (query.next())
+      keys.emplace(query.text(1), query.text(2));
+  std::vector<ImpedanceRow> rows;
+  if (query.run(L"SELECT [SIZE],[%s] FROM [%s]", {std::wstring(column), std::wstring(impedanceTable)}))
+    while (query.next())
+      rows.push_back({query.text(1), query.text(2)});
+
+  std::map<std::wstring, Impedance> impedances;
+  for (const ZanWireRow& size : sizes) {
+    if (impedances.contains(size.size)) continue;
+    const auto key = keys.find(size.size);
+    const auto row =
+        key == keys.end() ? rows.end() : std::ranges::find(rows, key->second, &ImpedanceRow::size);
+    std::optional<Impedance> found;
+    if (row == rows.end()) {
+      // The engine may find what differs in its letters only.
+      Impedance single;
+      if (ReadImpedance(impedanceTable, ampacityTable, column, size.size, single)) found = single;
+    } else {
+      found = row->cell.empty() ? interpolateImpedance(impedanceNeighbours(rows, key->second), key->second)
+                                : parseImpedance(row->cell);
+    }
+    if (found) impedances.emplace(size.size, *found);
+  }
+  return impedances;
+}
+
 bool ZanWireTableReader::CheckWireTables(
     const WireTableSet& set, MissingTables& missing, WithOptions withOptions) const {
   const unsigned options = withOptions == WithOptions::yes ? tablemask::options : 0;

@@ -84,6 +84,12 @@ public:
       std::wstring_view impedanceTable, std::wstring_view ampacityTable, std::wstring_view column,
       std::wstring_view sizeDescription, Impedance& impedance, ImpedanceSource* source = nullptr) const;
 
+  /// The impedances of sizes by their descriptions, those that can be found: what `ReadImpedance` reads for each, with two
+  /// statements instead of two for each.
+  [[nodiscard]] std::map<std::wstring, Impedance> ReadImpedances(
+      std::wstring_view impedanceTable, std::wstring_view ampacityTable, std::wstring_view column,
+      const std::vector<ZanWireRow>& sizes) const;
+
   /// @name Passed through
   /// @{
   bool GetOptions() { return options_.GetOptions(); }

@@ -103,8 +103,15 @@ TEST_CASE("an impedance comes from its cell, from its neighbours, or not at all"
       {L"9 AWG", false, 0, 0},       // unknown
       {L"4' AWG", false, 0, 0},
   };
+  std::vector<ZanWireRow> sizes;
+  for (const Row& row : rows)
+    sizes.push_back({row.size, 0.0});
+  const auto together = reader.ReadImpedances(L"XL&R_CU_AWG_NEC", L"AMP_CU_AWG_NEC", L"PVC", sizes);
   for (const Row& row : rows) {
     CAPTURE(toUtf8(row.size));
+    const auto one = together.find(row.size);
+    REQUIRE((one != together.end()) == row.found);
+    if (row.found) CHECK(one->second.r == row.r);
     Impedance impedance{9, 9};
     CHECK(
         reader.ReadImpedance(L"XL&R_CU_AWG_NEC", L"AMP_CU_AWG_NEC", L"PVC", row.size, impedance) ==

@@ -1,6 +1,7 @@
 // What the embedded database promises beyond the suite that all engines pass: writing, several writers, odd files.
 #include "table_test_support.h"
 
+#include "platform/shared_library.h"
 #include "text/encoding.h"
 
 #include <doctest/doctest.h>
@@ -15,6 +16,11 @@ using namespace brenvolt::testing;
 namespace {
 
 using Lines = std::vector<std::wstring>;
+
+struct AbsentLibrary final : SharedLibrary {
+  AbsentLibrary() : SharedLibrary("libnobody-has-this.so.1") {}
+  decltype(&::getpid) getpid = find("getpid");
+};
 
 } // namespace
 
@@ -214,4 +220,28 @@ TEST_CASE("two processes that write at once both succeed, and a reader beside th
   const auto start = std::chrono::steady_clock::now();
   CHECK(rowsOf(*connection, L"SELECT count(*) FROM [T]") == Lines{L"80"});
   CHECK(std::chrono::steady_clock::now() - start < std::chrono::seconds(1));
+}
+
+TEST_CASE(
+    "what is read together comes from one state of the file, and the next reading has what came meanwhile") {
+  const TemporaryFolder folder;
+  makeSqlite(
+      folder.file("a.db"),
+      {"PRAGMA journal_mode=WAL", "CREATE TABLE T(A TEXT)", "INSERT INTO T VALUES('old')"});
+  const auto reader = opened(folder.name("a.db"));
+  const auto writer = opened(folder.name("a.db"));
+  {
+    const TableReading reading(*reader);
+    CHECK(rowsOf(*reader, L"SELECT * FROM T") == Lines{L"old"});
+    CHECK(rowsOf(*writer, L"UPDATE T SET A='new'").empty());
+    CHECK(rowsOf(*reader, L"SELECT A FROM T") == Lines{L"old"});
+  }
+  CHECK(rowsOf(*reader, L"SELECT * FROM T") == Lines{L"new"});
+}
+
+TEST_CASE("a library that is missing is reported by its name and with what to do") {
+  const AbsentLibrary library;
+  CHECK(library.fault().starts_with(
+      L"libnobody-has-this.so.1 cannot be loaded: install the package that has it ("));
+  CHECK((library.getpid == nullptr));
 }
