@@ -30,7 +30,7 @@ std::string SiteWorkbookOptions::path() const {
 
 brenvolt::ZanCircuitCatalog readCircuitList(const std::string& workbook) {
   brenvolt::ZanCircuitCatalog list(fromUtf8(workbook));
-  if (!list.readCircuits()) throw BadInput(workbook + ": " + toUtf8(list.error()));
+  if (!list.keepOpen() || !list.readCircuits()) throw BadInput(workbook + ": " + toUtf8(list.error()));
   return list;
 }
 

@@ -5,6 +5,7 @@
 #include "text/numbers.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace brenvolt {
 
@@ -16,21 +17,32 @@ constexpr int leastListColumns = 4;
 constexpr std::size_t listColumns = 5;
 constexpr int leastCircuitColumns = 9;
 
-/// Reads a sheet, or the first one when the workbook has none of that name.
-bool readOrFirst(SheetReader& reader, std::wstring_view sheet, SheetRows& rows) {
-  return reader.read(sheet, rows) || reader.readFirst(rows);
+} // namespace
+
+bool ZanCircuitCatalog::keepOpen() {
+  auto reader = std::make_shared<SheetReader>();
+  if (!reader->open(workbook)) {
+    error_ = reader->error();
+    return false;
+  }
+  kept_ = std::move(reader);
+  return true;
 }
 
-} // namespace
+bool ZanCircuitCatalog::readSheet(std::wstring_view name, OtherSheet other, SheetRows& rows) {
+  SheetReader own;
+  SheetReader& reader = kept_ ? *kept_ : own;
+  if ((kept_ || own.open(workbook)) &&
+      (reader.read(name, rows) || (other == OtherSheet::first && reader.readFirst(rows))))
+    return true;
+  error_ = reader.error();
+  return false;
+}
 
 bool ZanCircuitCatalog::readCircuits() {
   circuits_.clear();
-  SheetReader reader;
   SheetRows sheet;
-  if (!reader.open(workbook) || !readOrFirst(reader, circuitSheet, sheet)) {
-    error_ = reader.error();
-    return false;
-  }
+  if (!readSheet(circuitSheet, OtherSheet::first, sheet)) return false;
   if (sheet.columnCount < leastListColumns) {
     error_ = L"sheet " + std::wstring(circuitSheet) + L" has " + formatInt(sheet.columnCount) +
              L" columns; circuit, type, template and worksheet are needed";
@@ -55,12 +67,8 @@ bool ZanCircuitCatalog::readCircuits() {
 
 bool ZanCircuitCatalog::readAnnotationCodes() {
   annotationCodes_.Clear();
-  SheetReader reader;
   SheetRows sheet;
-  if (!reader.open(workbook) || !readOrFirst(reader, annotationSheet, sheet)) {
-    error_ = reader.error();
-    return false;
-  }
+  if (!readSheet(annotationSheet, OtherSheet::first, sheet)) return false;
   bool any = false;
   std::wstring key;
   for (const std::vector<std::wstring>& row : sheet.rows) {
@@ -74,12 +82,8 @@ bool ZanCircuitCatalog::readAnnotationCodes() {
 bool ZanCircuitCatalog::readWorksheet(std::wstring_view name) {
   records_.clear();
   findings_.clear();
-  SheetReader reader;
   SheetRows sheet;
-  if (!reader.open(workbook) || !reader.read(name, sheet)) {
-    error_ = reader.error();
-    return false;
-  }
+  if (!readSheet(name, OtherSheet::none, sheet)) return false;
   if (sheet.columnCount < leastCircuitColumns) {
     error_ = L"sheet " + std::wstring(name) + L" has " + formatInt(sheet.columnCount) +
              L" columns; a circuit's sheet needs at least " + formatInt(leastCircuitColumns);

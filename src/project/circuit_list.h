@@ -7,6 +7,7 @@
 #include "text/compare.h"
 
 #include <map>
+#include <memory>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -15,6 +16,9 @@ namespace brenvolt {
 
 /// The workbook's file name where nothing names another.
 inline constexpr std::wstring_view defaultWorkbook = L"zan_brenvolt.xls";
+
+class SheetReader;
+struct SheetRows;
 
 /// One type of a circuit.
 struct ZanCircuitEntry {
@@ -51,6 +55,8 @@ public:
   bool readAnnotationCodes();
   bool readWorksheet(std::wstring_view name);
   /// @}
+  /// The reads that follow all take the workbook as it is now: it is opened once. False when it cannot be opened.
+  [[nodiscard]] bool keepOpen();
 
   [[nodiscard]] const Circuits& circuits() const { return circuits_; }
   /// The entry of a circuit's type, both compared by collation without case; null when there is none.
@@ -67,6 +73,10 @@ public:
   std::wstring workbook; ///< full path
 
 private:
+  enum class OtherSheet { none, first };
+  [[nodiscard]] bool readSheet(std::wstring_view name, OtherSheet other, SheetRows& rows);
+
+  std::shared_ptr<SheetReader> kept_; ///< null unless the workbook is kept open
   Circuits circuits_;
   std::map<std::wstring, ZanCodeRecord> records_;
   ZanAnnotationExList annotationCodes_;
