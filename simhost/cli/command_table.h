@@ -2,7 +2,7 @@
 // end. Parsing, --help and messages come from these tables alone.
 #pragma once
 
-#include "simhost/site/exit_code.h"
+#include "simhost/cli/exit_code.h"
 
 #include <functional>
 #include <initializer_list>

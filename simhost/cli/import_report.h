@@ -3,7 +3,7 @@
 
 #include "platform/table_import.h"
 #include "simhost/cli/table_output.h"
-#include "simhost/site/exit_code.h"
+#include "simhost/cli/exit_code.h"
 
 #include <string>
 

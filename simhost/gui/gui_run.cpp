@@ -10,7 +10,7 @@
 #include "simhost/lisp/printer.h"
 #include "simhost/qt/qt_text.h"
 #include "simhost/qt/session_player.h"
-#include "simhost/site/exit_code.h"
+#include "simhost/cli/exit_code.h"
 #include "simhost/site/project_database.h"
 #include "simhost/site/site_run.h"
 #include "simhost/ui/file_names.h"
