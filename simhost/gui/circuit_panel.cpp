@@ -157,6 +157,10 @@ bool CircuitPanel::eventFilter(QObject* object, QEvent* event) {
     search_->clear();
     return true;
   }
+  if (key.key() == Qt::Key_Escape && onLeft) {
+    onLeft();
+    return true;
+  }
   if (object == table_ && isEnter && !selected().empty()) {
     if (onOpened) onOpened(selected());
     return true;

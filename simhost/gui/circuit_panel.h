@@ -32,6 +32,8 @@ public:
   std::function<void(const std::wstring& circuit)> onSelected;
   /// Double click, or Enter.
   std::function<void(const std::wstring& circuit)> onOpened;
+  /// Escape: the keyboard goes back to the drawing.
+  std::function<void()> onLeft;
   /// The context menu is wanted there, on the screen.
   std::function<void(const QPoint& place)> onMenu;
 

@@ -1,6 +1,8 @@
 // Pointer and keys of the drawing, and what is painted over the kept picture.
 #include "simhost/gui/drawing_view.h"
 
+#include "simhost/qt/host_style.h"
+
 #include <QKeyEvent>
 #include <QMouseEvent>
 #include <QPaintEvent>
@@ -161,6 +163,7 @@ void DrawingView::paintEvent(QPaintEvent* /*event*/) {
     painter.drawRect(QRectF(*corner_ * ratio(), pointer_ * ratio()).normalized());
   }
   if (mode_ == Mode::pickPoint) paintPlace(painter);
+  if (hasFocus()) HostStyle::paintFocus(painter, picture_.image().rect(), palette());
 }
 
 void DrawingView::paintPlace(QPainter& painter) const {

@@ -159,6 +159,9 @@ enum class HostText : unsigned {
   helpTitle,
   noDrawing,
   nothingToSet,
+  searchRows,
+  drawingName,
+  drawingDescription,
 
   circuitsTitle = 650,
   columnNumber,
@@ -190,7 +193,8 @@ enum class HostText : unsigned {
   startNew,
   startOpen,
   startLeave,
-  startSiteTitle
+  startSiteTitle,
+  startBrowseProject
 };
 
 class HostTexts final {

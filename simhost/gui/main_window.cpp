@@ -10,6 +10,7 @@
 #include "simhost/gui/result_line.h"
 #include "simhost/host/session.h"
 #include "simhost/lisp/printer.h"
+#include "simhost/qt/host_style.h"
 #include "simhost/qt/qt_text.h"
 #include "simhost/site/saved_configurations.h"
 #include "simhost/site/site_run.h"
@@ -19,11 +20,13 @@
 #include <QApplication>
 #include <QClipboard>
 #include <QDockWidget>
+#include <QDragEnterEvent>
 #include <QEventLoop>
 #include <QFileInfo>
 #include <QKeyEvent>
 #include <QLabel>
 #include <QMenuBar>
+#include <QMimeData>
 #include <QPalette>
 #include <QStatusBar>
 #include <QStringList>
@@ -31,6 +34,7 @@
 #include <QStyleFactory>
 #include <QToolBar>
 #include <QToolButton>
+#include <QUrl>
 #include <QVBoxLayout>
 
 #include <memory>
@@ -68,6 +72,15 @@ QPalette paletteFor(Paper paper) {
   return palette;
 }
 
+/// The drawing or project that is dropped on the window, empty for anything else.
+QString droppedFile(const QMimeData& data) {
+  if (data.urls().size() != 1 || !data.urls().front().isLocalFile()) return {};
+  const QString file = data.urls().front().toLocalFile();
+  const bool isKnown = file.endsWith(QStringLiteral(".json"), Qt::CaseInsensitive) ||
+                       file.endsWith(QStringLiteral(".db"), Qt::CaseInsensitive);
+  return isKnown ? file : QString();
+}
+
 } // namespace
 
 MainWindow::MainWindow(SiteRun& site, QtWindows& windows, const HostTexts& texts)
@@ -95,7 +108,7 @@ MainWindow::MainWindow(SiteRun& site, QtWindows& windows, const HostTexts& texts
   windows_.setSettings(&settings());
   windows_.setWords(
       {texts_(HostText::hideForGood), texts_(HostText::helpTitle), texts_(HostText::noDrawing),
-       texts_(HostText::nothingToSet)});
+       texts_(HostText::nothingToSet), texts_(HostText::searchRows)});
   file_ = toQt(site_.session().documents().current()->fileName());
   const std::filesystem::path& settingsFile = site_.session().options().settingsFile;
   open_ = std::make_unique<OpenFile>(
@@ -136,6 +149,8 @@ void MainWindow::buildPanels() {
   banner_->hide();
   view_ = new DrawingView(middle);
   view_->setObjectName(QStringLiteral("drawing"));
+  view_->setAccessibleName(texts_(HostText::drawingName));
+  view_->setAccessibleDescription(texts_(HostText::drawingDescription));
   column->addWidget(banner_);
   column->addWidget(view_, 1);
   setCentralWidget(middle);
@@ -152,6 +167,7 @@ void MainWindow::buildPanels() {
   };
   circuitPanel_ = new CircuitPanel(texts_, this);
   circuitPanel_->onSelected = [this](const std::wstring& circuit) { showCircuit(circuit); };
+  circuitPanel_->onLeft = [this] { view_->setFocus(Qt::OtherFocusReason); };
   circuitPanel_->onMenu = [this](const QPoint& place) { showCircuitMenu(place); };
   prompt_ = new PromptPane(texts_(HostText::promptHint), this);
   prompt_->setHistory(setting(L"history").split(QLatin1Char('\n'), Qt::SkipEmptyParts));
@@ -180,6 +196,7 @@ void MainWindow::buildPanels() {
         panel.content->objectName() + QStringLiteral("Panel") +
         QString::number(static_cast<int>(panel.title)));
     dock->setWidget(panel.content);
+    panel.content->setAccessibleName(texts_(panel.title));
     addDockWidget(panel.area, dock);
     actions_[panel.toggle] = dock->toggleViewAction();
     actions_[panel.toggle]->setText(texts_(panel.toggle));
@@ -225,7 +242,7 @@ void MainWindow::buildMenus() {
         recentProjects_ = menu->addMenu(texts_(command.text));
       } else if (command.text == HostText::languageMenu) {
         QMenu* languages = menu->addMenu(texts_(command.text));
-        for (const auto& [code, name] : {std::pair("en", "English"), std::pair("de", "Deutsch")})
+        for (const auto& [code, name] : {std::pair("en", "&English"), std::pair("de", "&Deutsch")})
           languages->addAction(QString::fromUtf8(name), this, [this, language = QString::fromUtf8(code)] {
             chooseLanguage(language);
           });
@@ -266,8 +283,12 @@ void MainWindow::addCommand(const CommandRow& row, QWidget& menu) {
 }
 
 void MainWindow::setPaper(Paper paper) {
-  QApplication::setStyle(QStringLiteral("Fusion"));
+  QApplication::setStyle(new HostStyle);
   QApplication::setPalette(paletteFor(paper));
+  // Light letters on a dark ground look thinner than they are.
+  QFont letters = QApplication::font();
+  letters.setWeight(paper == Paper::dark ? QFont::Medium : QFont::Normal);
+  QApplication::setFont(letters);
   view_->setPaper(paper);
   layers_->setLayers(drawing().store().layers(), view_->scene().hiddenLayers(), paper);
   actions_.at(HostText::darkPaper)->setChecked(paper == Paper::dark);
@@ -399,6 +420,7 @@ bool MainWindow::isChanged() const {
 void MainWindow::restorePlace() {
   resize(1280, 720);
   restoreGeometry(QByteArray::fromBase64(setting(L"geometry").toLatin1()));
+  setAcceptDrops(true);
   restoreState(QByteArray::fromBase64(setting(L"state").toLatin1()));
 }
 
@@ -422,6 +444,20 @@ void MainWindow::closeEvent(QCloseEvent* event) {
   open_->removeCopy();
   storePlace();
   event->accept();
+}
+
+void MainWindow::dragEnterEvent(QDragEnterEvent* event) {
+  if (!runner_.isBusy() && !droppedFile(*event->mimeData()).isEmpty()) event->acceptProposedAction();
+}
+
+void MainWindow::dropEvent(QDropEvent* event) {
+  const QString file = droppedFile(*event->mimeData());
+  if (runner_.isBusy()) return say(texts_(HostText::busy));
+  if (file.endsWith(QStringLiteral(".db"), Qt::CaseInsensitive)) {
+    openProject(file);
+  } else if (!file.isEmpty() && mayLeaveDrawing()) {
+    openFile(file);
+  }
 }
 
 void MainWindow::keyPressEvent(QKeyEvent* event) {

@@ -275,8 +275,8 @@ void MainWindow::findCircuit() {
 void MainWindow::showCircuitMenu(const QPoint& place) {
   QMenu menu(this);
   for (const HostText command :
-       {HostText::editWireSize, HostText::moveCircuit, HostText::copyCircuit,
-        HostText::deleteCircuit, HostText::circuitReport})
+       {HostText::editWireSize, HostText::moveCircuit, HostText::copyCircuit, HostText::deleteCircuit,
+        HostText::circuitReport})
     menu.addAction(actions_.at(command));
   menu.exec(place);
 }

@@ -44,6 +44,8 @@ PromptPane::PromptPane(const QString& hint, QWidget* parent)
   completer_->setWidget(input_);
   completer_->setCompletionMode(QCompleter::PopupCompletion);
   completer_->setCaseSensitivity(Qt::CaseInsensitive);
+  input_->setAccessibleName(hint);
+  output_->setAccessibleName(hint);
   completer_->setModel(new QStringListModel(completer_));
   connect(
       completer_, QOverload<const QString&>::of(&QCompleter::activated), this,

@@ -72,9 +72,10 @@ StartWindow::StartWindow(const HostTexts& texts, const StartOffers& offers, QWid
 
   auto* column = new QVBoxLayout(this);
   auto* choices = new QFormLayout;
-  const auto addRow = [&](HostText label, QComboBox& list, const std::function<void()>& browsing) {
+  const auto addRow = [&](HostText label, QComboBox& list, HostText browse,
+                          const std::function<void()>& browsing) {
     auto* row = new QHBoxLayout;
-    auto* button = new QPushButton(texts_(HostText::startBrowse));
+    auto* button = new QPushButton(texts_(browse));
     button->setAutoDefault(false);
     connect(button, &QPushButton::clicked, this, browsing);
     row->addWidget(&list, 1);
@@ -83,9 +84,9 @@ StartWindow::StartWindow(const HostTexts& texts, const StartOffers& offers, QWid
     words->setBuddy(&list);
     choices->addRow(words, row);
   };
-  addRow(HostText::startSite, *sites_, [this] { browseSite(); });
-  addRow(HostText::startProject, *projects_, [this] {
-    browse(*projects_, HostText::openProjectTitle, HostText::projects);
+  addRow(HostText::startSite, *sites_, HostText::startBrowse, [this] { browseSite(); });
+  addRow(HostText::startProject, *projects_, HostText::startBrowseProject, [this] {
+    this->browse(*projects_, HostText::openProjectTitle, HostText::projects);
   });
   column->addLayout(choices);
   auto* heading = new QLabel(texts_(HostText::startDrawings));

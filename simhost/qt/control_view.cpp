@@ -72,6 +72,8 @@ private:
       if (!edit_->hasFocus()) edit_->setCursorPosition(0);
     }
     edit_->setReadOnly(text_.isReadOnly());
+    // Nothing can be typed there, so Tab goes on; a click still marks the text, to copy it.
+    edit_->setFocusPolicy(text_.isReadOnly() ? Qt::ClickFocus : Qt::StrongFocus);
     // What can only be read looks like the window, not like a field that waits.
     edit_->setFrame(!text_.isReadOnly());
     QPalette palette = edit_->window()->palette();
@@ -359,7 +361,8 @@ void ControlView::refresh() {
   shown.setEnabled(isEnabled);
   shown.setVisible(model_.isVisible());
   shown.setToolTip(toQt(model_.tooltip()));
-  shown.setAccessibleName(toQt(model_.label()));
+  focusWidget().setAccessibleName(toQt(model_.label()));
+  focusWidget().setAccessibleDescription(toQt(model_.tooltip()));
   for (QLabel* beside : {label_.data(), unit_.data()})
     if (beside != nullptr) {
       beside->setVisible(model_.isVisible());

@@ -33,6 +33,8 @@ public:
   [[nodiscard]] virtual QWidget& focusWidget() const { return widget(); }
   /// The control that has the focus when the widget has it: of a group its grid.
   [[nodiscard]] virtual ControlModel& focusModel() const { return model_; }
+  /// A field that narrows down what the widget shows; null for none. It stands above the widget.
+  [[nodiscard]] virtual QWidget* searchField() const { return nullptr; }
   /// Whether its label stands on the widget itself.
   [[nodiscard]] virtual bool hasOwnLabel() const { return false; }
   /// What a person can read in the widgets, with the members of `ControlModel::shown`: whoever compares the two finds

@@ -57,9 +57,11 @@ void DialogFrame::build(const FormLayout& layout) {
   QWidget* before = nullptr;
   for (const auto& view : dialog_.views()) {
     watch(*view);
-    QWidget& widget = view->focusWidget();
-    if (before != nullptr) setTabOrder(before, &widget);
-    before = &widget;
+    for (QWidget* widget : {view->searchField(), &view->focusWidget()}) {
+      if (widget == nullptr) continue;
+      if (before != nullptr) setTabOrder(before, widget);
+      before = widget;
+    }
   }
 }
 

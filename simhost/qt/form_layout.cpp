@@ -93,12 +93,13 @@ private:
 
   [[nodiscard]] ControlLook readLook(const FormControl& control) const {
     const json written = parseJson(control.layout);
-    allow(written, {"unit", "empty", "width", "rows", "icons", "picture"});
+    allow(written, {"unit", "empty", "width", "rows", "icons", "picture", "search"});
     ControlLook look;
     look.unit = fromUtf8(written.value("unit", std::string()));
     look.empty = fromUtf8(written.value("empty", std::string()));
     look.icons = fromUtf8(written.value("icons", std::string()));
     look.isPicture = written.value("picture", false);
+    look.hasSearch = written.value("search", false);
     look.width = countOf(written, "width");
     look.rows = countOf(written, "rows");
     return look;

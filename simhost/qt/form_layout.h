@@ -25,6 +25,7 @@ struct ControlLook {
   std::wstring empty;     ///< what a list or a grid says while it has no entries
   int width = 0;          ///< characters that the field shows at least; 0 for the kind's own
   int rows = 0;           ///< of a list: it stands open with so many entries; of a text: it has so many lines
+  bool hasSearch = false; ///< a grid has a field that narrows its rows down
   bool isPicture = false; ///< a text names a drawing, whose picture is shown
   std::wstring icons;     ///< of a tree: which pictures its image numbers mean; empty for none
 };

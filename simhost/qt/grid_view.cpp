@@ -11,8 +11,11 @@
 #include <QApplication>
 #include <QComboBox>
 #include <QHeaderView>
+#include <QKeyEvent>
+#include <QLineEdit>
 #include <QPainter>
 #include <QSignalBlocker>
+#include <QSortFilterProxyModel>
 #include <QStyledItemDelegate>
 #include <QTimer>
 #include <QToolTip>
@@ -20,6 +23,7 @@
 #include <nlohmann/json.hpp>
 
 #include <algorithm>
+#include <functional>
 #include <numeric>
 
 namespace simhost {
@@ -158,16 +162,60 @@ private:
   int columns_ = 0;
 };
 
+/// The rows in the order of a column, and those that a search finds. The grid itself stays as the flow has it.
+class ShownRows final : public QSortFilterProxyModel {
+public:
+  using QSortFilterProxyModel::QSortFilterProxyModel;
+
+  void search(const QString& text) {
+    words_ = text.split(QLatin1Char(' '), Qt::SkipEmptyParts);
+    invalidateFilter();
+  }
+  [[nodiscard]] bool isSearched() const { return !words_.isEmpty(); }
+
+protected:
+  /// Every word has to begin a cell: "15 460" is 15 HP at 460 V. A word without digits may stand anywhere in a cell.
+  [[nodiscard]] bool filterAcceptsRow(int row, const QModelIndex& parent) const override {
+    return std::all_of(words_.begin(), words_.end(), [&](const QString& word) {
+      const bool isNumber = word.front().isDigit();
+      for (int column = 0; column < sourceModel()->columnCount(); ++column) {
+        const QString cell = sourceModel()->index(row, column, parent).data(Qt::EditRole).toString();
+        if (isNumber ? cell.startsWith(word, Qt::CaseInsensitive) : cell.contains(word, Qt::CaseInsensitive))
+          return true;
+      }
+      return false;
+    });
+  }
+
+  /// Numbers by their value, before all texts.
+  [[nodiscard]] bool lessThan(const QModelIndex& left, const QModelIndex& right) const override {
+    const QString one = left.data(Qt::EditRole).toString();
+    const QString other = right.data(Qt::EditRole).toString();
+    bool isOneNumber = false;
+    bool isOtherNumber = false;
+    const double first = one.toDouble(&isOneNumber);
+    const double second = other.toDouble(&isOtherNumber);
+    if (isOneNumber && isOtherNumber) return first < second;
+    if (isOneNumber != isOtherNumber) return isOneNumber;
+    return QString::compare(one, other, Qt::CaseInsensitive) < 0;
+  }
+
+private:
+  QStringList words_;
+};
+
 /// Offers the list of a drop-down cell as it is when it opens.
 class CellEditors final : public QStyledItemDelegate {
 public:
-  CellEditors(const GridTableModel& model, QObject* parent) : QStyledItemDelegate(parent), model_(model) {}
+  CellEditors(const GridTableModel& model, const ShownRows& rows, QObject* parent)
+      : QStyledItemDelegate(parent), model_(model), rows_(rows) {}
 
   QWidget* createEditor(
       QWidget* parent, const QStyleOptionViewItem& option, const QModelIndex& index) const override {
-    if (!model_.isDropDown(index)) return QStyledItemDelegate::createEditor(parent, option, index);
+    if (!model_.isDropDown(rows_.mapToSource(index)))
+      return QStyledItemDelegate::createEditor(parent, option, index);
     auto* box = new QComboBox(parent);
-    box->addItems(model_.choicesAt(index));
+    box->addItems(model_.choicesAt(rows_.mapToSource(index)));
     auto* self = const_cast<CellEditors*>(this);
     connect(box, &QComboBox::activated, self, [self, box] {
       emit self->commitData(box);
@@ -217,18 +265,21 @@ public:
 
 private:
   [[nodiscard]] bool hasArrow(const QModelIndex& index) const {
-    return model_.isDropDown(index) && index.flags() & Qt::ItemIsEditable;
+    return model_.isDropDown(rows_.mapToSource(index)) && index.flags() & Qt::ItemIsEditable;
   }
 
   const GridTableModel& model_;
+  const ShownRows& rows_;
 };
 
 class ShownGrid final : public GridTable {
 public:
   ShownGrid(QtDialog& dialog, GridModel& grid)
-      : dialog_(dialog), grid_(grid), model_(new GridTableModel(dialog, grid, this)) {
-    setModel(model_);
-    setItemDelegate(new CellEditors(*model_, this));
+      : dialog_(dialog), grid_(grid), model_(new GridTableModel(dialog, grid, this)),
+        rows_(new ShownRows(this)) {
+    rows_->setSourceModel(model_);
+    setModel(rows_);
+    setItemDelegate(new CellEditors(*model_, *rows_, this));
     setSelectionBehavior(SelectRows);
     setSelectionMode(SingleSelection);
     setEditTriggers(SelectedClicked | EditKeyPressed | AnyKeyPressed);
@@ -248,8 +299,10 @@ public:
       hasOwnWidths_ = true;
       ownWidthsFor_ = grid_.ColumnCount();
     });
+    horizontalHeader()->setSectionsClickable(true);
+    connect(horizontalHeader(), &QHeaderView::sectionClicked, this, [this](int column) { sortBy(column); });
     connect(this, &QTableView::doubleClicked, this, [this](const QModelIndex& index) {
-      const int row = index.row() + 1;
+      const int row = gridRow(index);
       const int column = index.column();
       if (row > grid_.RowCount()) return edit(index);
       dialog_.act(
@@ -269,6 +322,8 @@ public:
       return;
     }
     isRefreshDue_ = false;
+    // Rows that are typed in stay where they are.
+    if (grid_.IsEditable()) showAllRows();
     model_->refresh();
     for (int column = 0; column < grid_.ColumnCount(); ++column)
       setColumnHidden(column, grid_.isHidden(column));
@@ -277,16 +332,29 @@ public:
     if (selected == 0) {
       if (!isOnNewRow()) setCurrentIndex({});
       clearSelection();
-    } else if (currentIndex().row() + 1 != selected || !selectionModel()->isRowSelected(selected - 1)) {
+    } else if (const int shown = shownIndex(selected, 0).row();
+               gridRow(currentIndex()) != selected || shown < 0 || !selectionModel()->isRowSelected(shown)) {
       const int column = std::max(0, currentIndex().column());
-      const QModelIndex index = model_->index(selected - 1, shownColumn(column));
+      const QModelIndex index = shownIndex(selected, shownColumn(column));
       selectionModel()->setCurrentIndex(
           index, QItemSelectionModel::ClearAndSelect | QItemSelectionModel::Rows);
     }
     if (const int row = grid_.takeScrollTarget(); row > 0)
-      scrollTo(model_->index(row - 1, shownColumn(0)), PositionAtCenter);
+      scrollTo(shownIndex(row, shownColumn(0)), PositionAtCenter);
     layOutColumns();
     viewport()->update();
+  }
+
+  void search(const QString& text) override {
+    if (grid_.IsEditable()) return;
+    arrange([&] { rows_->search(text); });
+    refresh();
+  }
+
+  void selectFirstShown() override {
+    if (rows_->rowCount() == 0) return;
+    setFocus(Qt::TabFocusReason);
+    setCurrentIndex(rows_->index(0, shownColumn(0)));
   }
 
   [[nodiscard]] Json reading() const override {
@@ -297,7 +365,7 @@ public:
         if (model_->index(row, column).data(Qt::ForegroundRole).isValid())
           alerts.push_back(Json::array({row + 1, column}));
     const QModelIndexList selected = selectionModel()->selectedRows();
-    Json reading = {{"rowCount", rows}, {"selectedRow", selected.isEmpty() ? 0 : selected.front().row() + 1}};
+    Json reading = {{"rowCount", rows}, {"selectedRow", selected.isEmpty() ? 0 : gridRow(selected.front())}};
     Json header = Json::array();
     for (int column = 0; column < model_->columnCount(); ++column)
       if (!isColumnHidden(column))
@@ -337,9 +405,9 @@ protected:
 
   void currentChanged(const QModelIndex& current, const QModelIndex& previous) override {
     QTableView::currentChanged(current, previous);
-    const int row = current.row() + 1;
+    const int row = gridRow(current);
     // The table gives itself a current cell when it gets the focus: nobody has chosen that one.
-    if (isTakingFocus_ || !current.isValid() || row > grid_.RowCount()) return;
+    if (isTakingFocus_ || isArranging_ || !current.isValid() || row > grid_.RowCount()) return;
     const int column = current.column();
     dialog_.act(
         {{"select", toUtf8(grid_.role())}, {"row", row}, {"column", column}},
@@ -357,7 +425,7 @@ protected:
   void mousePressEvent(QMouseEvent* event) override {
     QTableView::mousePressEvent(event);
     const QModelIndexList selected = selectionModel()->selectedRows();
-    const int shown = selected.isEmpty() ? 0 : selected.front().row() + 1;
+    const int shown = selected.isEmpty() ? 0 : gridRow(selected.front());
     if (shown != grid_.SelectedRow() && shown <= grid_.RowCount()) refresh();
   }
 
@@ -367,11 +435,47 @@ protected:
   }
 
 private:
+  /// The row of the grid, from 1; 0 for none.
+  [[nodiscard]] int gridRow(const QModelIndex& shown) const { return rows_->mapToSource(shown).row() + 1; }
+  /// Where a row of the grid is shown; invalid when the search has left it out.
+  [[nodiscard]] QModelIndex shownIndex(int row, int column) const {
+    return rows_->mapFromSource(model_->index(row - 1, column));
+  }
+
+  /// Up, down, and as the table has them.
+  void sortBy(int column) {
+    if (grid_.IsEditable()) return;
+    QHeaderView& header = *horizontalHeader();
+    const bool isSame = header.isSortIndicatorShown() && rows_->sortColumn() == column;
+    const bool wasUp = isSame && rows_->sortOrder() == Qt::AscendingOrder;
+    const bool isOff = isSame && !wasUp;
+    const Qt::SortOrder order = wasUp ? Qt::DescendingOrder : Qt::AscendingOrder;
+    arrange([&] { rows_->sort(isOff ? -1 : column, order); });
+    header.setSortIndicatorShown(!isOff);
+    header.setSortIndicator(column, order);
+  }
+
+  void showAllRows() {
+    if (rows_->sortColumn() < 0 && !rows_->isSearched()) return;
+    arrange([&] {
+      rows_->search({});
+      rows_->sort(-1);
+    });
+    horizontalHeader()->setSortIndicatorShown(false);
+  }
+
+  /// Rows that come and go here select nothing: nobody has chosen.
+  void arrange(const std::function<void()>& change) {
+    isArranging_ = true;
+    change();
+    isArranging_ = false;
+  }
+
   void refreshIfDue() {
     if (isRefreshDue_) refresh();
   }
 
-  [[nodiscard]] bool isOnNewRow() const { return currentIndex().row() + 1 > grid_.RowCount(); }
+  [[nodiscard]] bool isOnNewRow() const { return gridRow(currentIndex()) > grid_.RowCount(); }
 
   [[nodiscard]] int shownColumn(int column) const {
     while (column + 1 < grid_.ColumnCount() && grid_.isHidden(column))
@@ -439,12 +543,56 @@ private:
   QtDialog& dialog_;
   GridModel& grid_;
   GridTableModel* model_;
+  ShownRows* rows_;
+  bool isArranging_ = false;
   bool isTakingFocus_ = false;
   bool isCommitting_ = false;
   bool isRefreshDue_ = false;
   bool isLayingOut_ = false;
   bool hasOwnWidths_ = false; ///< the person has moved a border between columns
   int ownWidthsFor_ = 0;      ///< how many columns there were then
+};
+
+/// Narrows a table down as one types. It is no control of the form: the flow sees what is selected afterwards.
+class SearchField final : public QLineEdit {
+public:
+  SearchField(GridTable& table, const QString& words) : table_(table) {
+    setObjectName(QStringLiteral("search"));
+    setPlaceholderText(words);
+    setAccessibleName(words);
+    setClearButtonEnabled(true);
+    connect(this, &QLineEdit::textChanged, this, [this](const QString& text) { table_.search(text); });
+  }
+
+  void watch(QtDialog& dialog) { dialog_ = &dialog; }
+
+protected:
+  void focusInEvent(QFocusEvent* event) override {
+    QLineEdit::focusInEvent(event);
+    // Who types here has left the control before.
+    if (dialog_ != nullptr) dialog_->leaveBy();
+  }
+
+  void keyPressEvent(QKeyEvent* event) override {
+    switch (event->key()) {
+    case Qt::Key_Return:
+    case Qt::Key_Enter:
+    case Qt::Key_Down:
+      table_.selectFirstShown();
+      return;
+    case Qt::Key_Escape:
+      if (text().isEmpty()) break;
+      clear();
+      return;
+    default:
+      break;
+    }
+    QLineEdit::keyPressEvent(event);
+  }
+
+private:
+  GridTable& table_;
+  QtDialog* dialog_ = nullptr;
 };
 
 class GridView final : public ControlView {
@@ -455,14 +603,26 @@ public:
     table_->setMinimumHeight(
         table_->verticalHeader()->defaultSectionSize() * (rows + 1) + 2 * table_->frameWidth());
     showWhenEmpty(*table_, toQt(look.empty));
+    if (!look.hasSearch) return;
+    search_ = new SearchField(*table_, dialog.words().search);
+    search_->watch(dialog);
   }
   [[nodiscard]] QWidget& widget() const override { return *table_; }
+  [[nodiscard]] QWidget* searchField() const override { return search_; }
   [[nodiscard]] Json reading() const override { return table_->reading(); }
 
 private:
-  void show() override { table_->refresh(); }
+  void show() override {
+    table_->refresh();
+    if (search_ == nullptr) return;
+    // Rows that are typed in are all shown.
+    const bool isFree = !dynamic_cast<const GridModel&>(model()).IsEditable();
+    if (!isFree) search_->clear();
+    search_->setEnabled(isFree);
+  }
 
   GridTable* table_;
+  SearchField* search_ = nullptr;
 };
 
 } // namespace

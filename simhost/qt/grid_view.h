@@ -12,6 +12,10 @@ namespace simhost {
 class GridTable : public QTableView {
 public:
   virtual void refresh() = 0;
+  /// Shows only rows that have all the words; all for none.
+  virtual void search(const QString& text) = 0;
+  /// Goes to the first row that is shown, and selects it.
+  virtual void selectFirstShown() = 0;
   /// The cells as the table shows them, with the members of `GridModel::describe`.
   [[nodiscard]] virtual nlohmann::ordered_json reading() const = 0;
 };

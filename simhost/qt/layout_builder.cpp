@@ -113,6 +113,7 @@ QLayout* LayoutBuilder::makeControl(const LayoutNode& node) {
 
 void LayoutBuilder::addLabelled(QBoxLayout& box, ControlView& view) {
   if (QWidget* label = labelFor(view)) box.addWidget(label);
+  if (QWidget* search = view.searchField()) box.addWidget(search);
   box.addWidget(&view.widget(), view.hasOwnLabel() ? 0 : 1);
   if (QWidget* unit = unitFor(view)) box.addWidget(unit);
 }

@@ -8,6 +8,7 @@
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QPushButton>
+#include <QSet>
 #include <QStyle>
 #include <QVBoxLayout>
 
@@ -17,6 +18,16 @@ namespace {
 
 /// A line of text wider than this is hard to read.
 constexpr int widestText = 480;
+
+/// The label with its first letter marked that no other button has.
+QString withLetter(QString label, QSet<QChar>& taken) {
+  for (qsizetype at = 0; at < label.size(); ++at) {
+    if (!label[at].isLetter() || taken.contains(label[at].toLower())) continue;
+    taken.insert(label[at].toLower());
+    return label.insert(at, QLatin1Char('&'));
+  }
+  return label;
+}
 
 } // namespace
 
@@ -46,17 +57,20 @@ TaskBox::TaskBox(const TaskQuestion& question, const WindowWords& words, QWidget
 
   auto* row = new QHBoxLayout;
   row->addStretch();
+  QSet<QChar> letters;
+  QAbstractButton* safe = nullptr;
   for (const TaskButton& button : question.buttons) {
     const bool isCommand = button.id >= kvui::firstCommand;
     QAbstractButton* shown = nullptr;
     if (isCommand) {
-      shown = new QCommandLinkButton(toQtPlain(button.label));
+      shown = new QCommandLinkButton(withLetter(toQtPlain(button.label), letters));
       column->addWidget(shown);
     } else {
-      shown = new QPushButton(toQtPlain(button.label));
+      shown = new QPushButton(withLetter(toQtPlain(button.label), letters));
       row->addWidget(shown);
     }
     shown->setObjectName(QString::number(button.id));
+    if (safe == nullptr || button.id == kvui::cancel || button.id == kvui::no) safe = shown;
     connect(shown, &QAbstractButton::clicked, this, [this, id = button.id] {
       button_ = id;
       accept();
@@ -68,6 +82,10 @@ TaskBox::TaskBox(const TaskQuestion& question, const WindowWords& words, QWidget
     column->addWidget(hide_);
   }
   column->addLayout(row);
+  // Of several answers Enter gives the one that changes nothing: what deletes, replaces or goes on without something
+  // is never a slip of the hand.
+  if (auto* push = qobject_cast<QPushButton*>(safe)) push->setDefault(true);
+  if (safe != nullptr) safe->setFocus();
 }
 
 TaskAnswer TaskBox::answer() const {

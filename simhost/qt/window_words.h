@@ -11,6 +11,7 @@ struct WindowWords {
   QString help = QStringLiteral("Help");
   QString noDrawing = QStringLiteral("No drawing");
   QString nothingToSet = QStringLiteral("Nothing to set here");
+  QString search = QStringLiteral("Search, such as 15 460");
 };
 
 } // namespace simhost

@@ -13,7 +13,6 @@
 
 #include <doctest/doctest.h>
 
-
 using namespace simhost;
 
 namespace {

@@ -132,6 +132,23 @@ TEST_CASE("a circuit is chosen, placed and built by keys alone, beside the one b
   QTest::keyClick(gui.window.windowHandle(), Qt::Key_T, Qt::ControlModifier);
   INFO(gui.window.status().toStdString());
   REQUIRE(gui.window.view().scene().items().size() > 50);
+  // A second one: what was chosen last is chosen again, so Enter is enough.
+  const std::size_t first = gui.window.view().scene().items().size();
+  const Watch again([&] {
+    QWidget* open = QApplication::activeModalWidget();
+    const bool isThere = open != nullptr && open->objectName() == QStringLiteral("ZanDlgCircuit");
+    if (!isThere || !open->isActiveWindow()) return false;
+    keys(open, {Qt::Key_Return});
+    return true;
+  });
+  const Watch placeAgain([&] {
+    if (gui.window.pickPrompt().isEmpty()) return false;
+    gui.key(Qt::Key_Return);
+    return true;
+  });
+  QTest::keyClick(gui.window.windowHandle(), Qt::Key_T, Qt::ControlModifier);
+  CHECK(gui.window.view().scene().items().size() > first + 50);
+  gui.window.action(HostText::undo).trigger();
   // The view shows the new circuit, and the next one is proposed in a row with it.
   CHECK(gui.window.view().rect().contains(gui.pixel(120.0, -5.5)));
   KvPoint3d proposed;

@@ -11,7 +11,9 @@
 #include <QAbstractButton>
 #include <QApplication>
 #include <QComboBox>
+#include <QHeaderView>
 #include <QLabel>
+#include <QLineEdit>
 #include <QSet>
 #include <QTableView>
 #include <QTest>
@@ -150,42 +152,48 @@ TEST_CASE("each form fits a screen of 1280 by 720, and nothing on it is cut off 
 TEST_CASE(
     "each control has a label that leads to it, a letter of its own, and its turn in the order of the form") {
   simhost::test::startApplication();
-  for (const std::wstring& name : formNames()) {
-    CAPTURE(toUtf8(name));
-    const Form form = simhost::loadForm("resources/forms", name);
-    OpenForm open(form);
-    QSet<QChar> letters;
-    std::vector<const QWidget*> order;
-    for (const simhost::FormControl& control : form.controls) {
-      const std::string role = toUtf8(control.role);
-      CAPTURE(role);
-      const ControlView* view = open.dialog.viewOf(*open.dialog.find(control.role));
-      REQUIRE(view != nullptr);
-      order.push_back(&view->focusWidget());
-      QString text;
-      if (const auto* button = qobject_cast<const QAbstractButton*>(&view->widget())) text = button->text();
-      if (view->label() != nullptr) {
-        CHECK(view->label()->buddy() == &view->focusWidget());
-        text = view->label()->text();
+  for (const char* language : {"en", "de"})
+    for (const std::wstring& name : formNames()) {
+      CAPTURE(language);
+      CAPTURE(toUtf8(name));
+      const Form form = simhost::loadForm("resources/forms", name, language);
+      OpenForm open(form);
+      QSet<QChar> letters;
+      std::vector<const QWidget*> order;
+      for (const simhost::FormControl& control : form.controls) {
+        const std::string role = toUtf8(control.role);
+        CAPTURE(role);
+        const ControlView* view = open.dialog.viewOf(*open.dialog.find(control.role));
+        REQUIRE(view != nullptr);
+        order.push_back(&view->focusWidget());
+        const QWidget& widget = view->focusWidget();
+        CHECK_FALSE((widget.accessibleName().isEmpty() && control.label.size() > 0));
+        if (control.isReadOnly) CHECK_FALSE((widget.focusPolicy() & Qt::TabFocus));
+        QString text;
+        if (const auto* button = qobject_cast<const QAbstractButton*>(&view->widget())) text = button->text();
+        if (view->label() != nullptr) {
+          CHECK(view->label()->buddy() == &view->focusWidget());
+          text = view->label()->text();
+        }
+        // Only what shows itself needs no label.
+        CHECK((!text.isEmpty() || control.isReadOnly));
+        const QChar letter = mnemonicOf(text);
+        if (letter.isNull()) continue;
+        CHECK_MESSAGE(
+            !letters.contains(letter), "the letter ", std::string(1, letter.toLatin1()), " is taken");
+        letters.insert(letter);
       }
-      // Only what shows itself needs no label.
-      CHECK((!text.isEmpty() || control.isReadOnly));
-      const QChar letter = mnemonicOf(text);
-      if (letter.isNull()) continue;
-      CHECK_MESSAGE(!letters.contains(letter), "the letter ", std::string(1, letter.toLatin1()), " is taken");
-      letters.insert(letter);
+      const QWidget* at = order.front();
+      for (std::size_t next = 1; next < order.size(); ++next) {
+        const auto isNext = [&](const QWidget* widget) {
+          return std::find(order.begin(), order.end(), widget) != order.end();
+        };
+        do
+          at = at->nextInFocusChain();
+        while (!isNext(at));
+        CHECK_MESSAGE(at == order[next], "behind ", next, " controls another one has its turn");
+      }
     }
-    const QWidget* at = order.front();
-    for (std::size_t next = 1; next < order.size(); ++next) {
-      const auto isNext = [&](const QWidget* widget) {
-        return std::find(order.begin(), order.end(), widget) != order.end();
-      };
-      do
-        at = at->nextInFocusChain();
-      while (!isNext(at));
-      CHECK_MESSAGE(at == order[next], "behind ", next, " controls another one has its turn");
-    }
-  }
 }
 
 TEST_CASE("columns show their texts, fill their table, and leave nothing to a row head") {
@@ -238,6 +246,59 @@ TEST_CASE("a cell with a list has an arrow before it is opened, and the icon of 
         ink += icon.pixelColor(x, y) == QColor(Qt::magenta) ? 1 : 0;
     CHECK_GT(ink, 5);
   }
+}
+
+TEST_CASE("rows are sorted and searched on the screen only: a selection is the row of the grid") {
+  simhost::test::startApplication();
+  OpenForm open(simhost::loadForm("resources/forms", L"ZanDlgMotorSelect"));
+  auto& control = *open.dialog.find(L"grid");
+  auto& grid = dynamic_cast<KvUiGrid&>(control.face());
+  const std::vector<std::vector<const wchar_t*>> cells = {
+      {L"HP", L"Volt"}, {L"150", L"460"}, {L"15", L"230"}, {L"15", L"460"}, {L"2", L"460"}};
+  grid.SetSize(4, 2);
+  for (int row = 0; row < 5; ++row)
+    for (int column = 0; column < 2; ++column)
+      grid.SetCell(row, column, cells[static_cast<std::size_t>(row)][static_cast<std::size_t>(column)]);
+  open.dialog.refresh();
+  const ControlView& view = *open.dialog.viewOf(control);
+  auto& table = dynamic_cast<QTableView&>(view.widget());
+  const auto shown = [&] {
+    QStringList rows;
+    for (int row = 0; row < table.model()->rowCount(); ++row)
+      rows.append(
+          table.model()->index(row, 0).data().toString() + QLatin1Char('/') +
+          table.model()->index(row, 1).data().toString());
+    return rows.join(QLatin1Char(' ')).toStdString();
+  };
+  const auto header = [&](int column) {
+    auto& head = *table.horizontalHeader();
+    QTest::mouseClick(
+        head.viewport(), Qt::LeftButton, {},
+        QPoint(head.sectionViewportPosition(column) + head.sectionSize(column) / 2, head.height() / 2));
+  };
+  header(0);
+  CHECK_EQ(shown(), "2/460 15/230 15/460 150/460"); // by their values
+  header(0);
+  CHECK_EQ(shown(), "150/460 15/230 15/460 2/460");
+  CHECK_EQ(grid.SelectedRow(), 0);
+  table.setCurrentIndex(table.model()->index(3, 0));
+  CHECK_EQ(grid.SelectedRow(), 4);
+  auto* search = qobject_cast<QLineEdit*>(view.searchField());
+  REQUIRE(search != nullptr);
+  search->setFocus(Qt::TabFocusReason);
+  QTest::keyClicks(search, QStringLiteral("15 460"));
+  CHECK_EQ(shown(), "150/460 15/460");
+  CHECK_EQ(grid.SelectedRow(), 4); // nobody has chosen another one
+  header(0);
+  CHECK_EQ(shown(), "150/460 15/460"); // the third click: as the table has them
+  QTest::keyClick(search, Qt::Key_Return);
+  CHECK_EQ(grid.SelectedRow(), 1);
+  CHECK(table.hasFocus());
+  // What is edited is seen whole.
+  grid.SetEditable(true, true);
+  open.dialog.refresh();
+  CHECK_EQ(table.model()->rowCount(), 5);
+  CHECK(search->text().isEmpty());
 }
 
 TEST_CASE("Tab leaves a grid from a cell's editor too, and the row stays the one in hand") {
