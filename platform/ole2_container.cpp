@@ -112,13 +112,6 @@ Ole2Container::~Ole2Container() = default;
 Ole2Container::Ole2Container(Ole2Container&&) noexcept = default;
 Ole2Container& Ole2Container::operator=(Ole2Container&&) noexcept = default;
 
-bool Ole2Container::hasSignature(std::wstring_view path) {
-  std::wstring reason;
-  const auto file = Ole2File::open(path, reason);
-  std::array<std::uint8_t, signature.size()> start{};
-  return file && file->read(0, start) && start == signature;
-}
-
 bool Ole2Container::open(std::wstring_view path) {
   std::wstring reason;
   file_ = Ole2File::open(path, reason);

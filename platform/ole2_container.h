@@ -56,9 +56,6 @@ public:
   Ole2Container(Ole2Container&&) noexcept;
   Ole2Container& operator=(Ole2Container&&) noexcept;
 
-  /// Whether the file is there and starts with the signature of compound files.
-  [[nodiscard]] static bool hasSignature(std::wstring_view path);
-
   [[nodiscard]] bool open(std::wstring_view path);
   [[nodiscard]] const std::wstring& error() const { return error_; }
   [[nodiscard]] const std::vector<Ole2Entry>& entries() const { return entries_; }

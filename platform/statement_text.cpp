@@ -52,20 +52,6 @@ Place placeAfter(Place place, wchar_t character) {
 
 } // namespace
 
-std::optional<std::wstring> bracketName(std::wstring_view name) {
-  if (name.empty() || name.find_first_of(L"[]") != std::wstring_view::npos) return std::nullopt;
-  return L"[" + std::wstring(name) + L"]";
-}
-
-std::optional<std::wstring> quoteValue(std::wstring_view value) {
-  if (holdsSingleQuote(value)) return std::nullopt;
-  return L"'" + std::wstring(value) + L"'";
-}
-
-std::wstring doubleQuotes(std::wstring_view value) {
-  return replaceAll(value, L"'", L"''");
-}
-
 StatementText buildStatement(std::wstring_view format, const std::vector<std::wstring>& values) {
   StatementText result;
   Place place = Place::open;

@@ -2,21 +2,11 @@
 // could end a quoted text or a bracketed name early is stopped here and never reaches an engine.
 #pragma once
 
-#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
 
 namespace brenvolt {
-
-/// "[name]"; nothing when the name is empty or holds a bracket, which cannot be written inside brackets.
-[[nodiscard]] std::optional<std::wstring> bracketName(std::wstring_view name);
-
-/// "'value'"; nothing when the value holds a single quote that is not doubled.
-[[nodiscard]] std::optional<std::wstring> quoteValue(std::wstring_view value);
-
-/// The value with every single quote doubled, for the few values that may hold quotes.
-[[nodiscard]] std::wstring doubleQuotes(std::wstring_view value);
 
 /// A statement, or the reason why there is none.
 struct StatementText {

@@ -168,10 +168,6 @@ WorkbookReader::~WorkbookReader() = default;
 WorkbookReader::WorkbookReader(WorkbookReader&&) noexcept = default;
 WorkbookReader& WorkbookReader::operator=(WorkbookReader&&) noexcept = default;
 
-bool WorkbookReader::looksLikeWorkbook(std::wstring_view path) {
-  return Ole2Container::hasSignature(path);
-}
-
 bool WorkbookReader::open(std::wstring_view path) {
   state_ = std::make_unique<State>();
   state_->path = path;

@@ -69,10 +69,6 @@ public:
   WorkbookReader(WorkbookReader&&) noexcept;
   WorkbookReader& operator=(WorkbookReader&&) noexcept;
 
-  /// Whether the file starts as a compound file does, so that `open` is worth trying; a text document of the same
-  /// family does so too and is then refused by `open`.
-  [[nodiscard]] static bool looksLikeWorkbook(std::wstring_view path);
-
   /// Opens the file and lists its sheets. False when it cannot be read, is no workbook, is damaged or is encrypted.
   [[nodiscard]] bool open(std::wstring_view path);
   [[nodiscard]] const std::vector<WorkbookSheetInfo>& sheets() const;

@@ -24,7 +24,6 @@ public:
   /// The oldest line first.
   void setHistory(QStringList lines);
   [[nodiscard]] const QStringList& history() const { return history_; }
-  void focusInput() { input_->setFocus(); }
 
   /// A whole form was entered.
   std::function<void(const QString& form)> onForm;

@@ -50,7 +50,6 @@ public:
   /// Forgets what a module has bound; its LISP functions then fail.
   void dropModule(int module);
 
-  [[nodiscard]] bool isCalling() const { return !frames_.empty(); }
   /// Of the innermost call, -1 outside one.
   [[nodiscard]] int code() const { return frames_.empty() ? -1 : frames_.back().code; }
   [[nodiscard]] Chain arguments() const;

@@ -70,7 +70,8 @@ public:
     case Qt::EditRole:
       return text;
     case Qt::ToolTipRole:
-      return text.isEmpty() ? QVariant() : QVariant(text);
+      // A cut text in full, and below it what the whole grid has to say.
+      return QStringList({text, toQt(grid_.tooltip())}).join(QLatin1Char('\n')).trimmed();
     case Qt::CheckStateRole:
       if (kind != KvUiCellKind::tick || row > grid_.RowCount()) return {};
       return text == QLatin1String("1") ? Qt::Checked : Qt::Unchecked;

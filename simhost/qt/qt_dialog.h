@@ -99,7 +99,6 @@ public:
 
   /// Shows all that has changed.
   void refresh();
-  [[nodiscard]] bool isShowing() const { return isShowing_; }
   /// Hides the window of a dialog that runs on, and shows it again.
   void putAside();
   void showAgain();

@@ -30,7 +30,6 @@ public:
 private:
   /// Does all actions of a step. False when the run has failed.
   bool doStep(const AnswerStep& step);
-  void doAction(const AnswerAction& action);
   [[nodiscard]] Refusal perform(const AnswerAction& action);
   [[nodiscard]] Refusal choose(const AnswerAction& action);
   [[nodiscard]] Refusal select(const AnswerAction& action);

@@ -1,12 +1,15 @@
 #include "build/marker_preparation.h"
 
 #include "build/wire_expansion.h"
+#include "data/entity_records.h"
 #include "data/project_circuits.h"
+#include "drawing/exported_rows.h"
 #include "drawing/history_apply.h"
 #include "drawing/marker_tree.h"
 #include "host/alerts.h"
 #include "host/host_api_documents.h"
 #include "host/lisp_calls.h"
+#include "text/compare.h"
 
 namespace brenvolt {
 
@@ -26,12 +29,17 @@ void forEachMarkerWithOptions(ZanDwgMarkerList& list, Visit&& visit) {
     if (iterator.Current()->hasOptions()) visit(*iterator.Current());
 }
 
-/// The preset's wire numbers as one row, then its wires as a nested list.
-ZanAnnotationDataList presetGroupData(const BuildState& build, std::wstring_view suffix) {
+/// The preset's fields as one row, then its wires as a nested list. The row has the name of a page's, so that the
+/// components are sized by its data as by that of a saved configuration, and so that it is saved with one.
+ZanAnnotationDataList presetGroupData(
+    const BuildState& build, std::wstring_view suffix, std::wstring_view control) {
   const BuildPresets& presets = build.input.presets;
   ZanAnnotationData numbers;
+  if (!presets.wireNumbers.empty())
+    numbers.name = equalsCollating(control, loadControlTitle) ? rowname::loadSetup : rowname::motorSetup;
   for (const std::wstring& number : presets.wireNumbers)
     numbers.AddText(number, {});
+  labelSetupRow(numbers);
   const std::wstring layerValue =
       presets.wireNumbers.size() > layerValueIndex ? presets.wireNumbers[layerValueIndex] : std::wstring();
 
@@ -69,12 +77,20 @@ void fillCatalog(ZanDwgMarker& marker, const std::vector<PresetRow>& rows) {
   }
 }
 
+/// What the record of a placed circuit says it is; nothing where the fields end ahead of it.
+std::wstring_view controlOf(const BuildPresets& presets) {
+  return presets.wireNumbers.size() > circparam::controlCode
+             ? std::wstring_view(presets.wireNumbers[circparam::controlCode])
+             : std::wstring_view();
+}
+
 /// The first control marker of the build fixes the suffix of the wires and takes them as its own.
 void takeControlWires(BuildState& build, ZanDwgMarker& marker, CircuitRows circuitRows) {
-  if (build.controlMarkerSeen || !marker.record.controlGroup()) return;
+  const ZanOptionGroup* const control = marker.record.controlGroup();
+  if (build.controlMarkerSeen || control == nullptr) return;
   build.controlMarkerSeen = true;
   build.controlSuffix = wireSuffix(marker.code);
-  marker.controls = presetGroupData(build, build.controlSuffix);
+  marker.controls = presetGroupData(build, build.controlSuffix, control->title);
   if (!build.controlSuffix.empty() && circuitRows == CircuitRows::fill) build.circuitData = marker.controls;
 }
 
@@ -122,7 +138,8 @@ BuildPresets readPresets(const ZanBuildArgs& args) {
 }
 
 void buildWireAnnotations(BuildState& build, ZanDwgMarkerList& list, CircuitRows circuitRows) {
-  if (circuitRows == CircuitRows::fill) build.circuitData = presetGroupData(build, {});
+  if (circuitRows == CircuitRows::fill)
+    build.circuitData = presetGroupData(build, {}, controlOf(build.input.presets));
   forEachMarkerWithOptions(list, [&](ZanDwgMarker& marker) {
     takeControlWires(build, marker, circuitRows);
     const auto rows = build.input.presets.rows.find(marker.code);

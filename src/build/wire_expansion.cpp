@@ -1,5 +1,7 @@
 #include "build/wire_expansion.h"
 
+#include "drawing/exported_rows.h"
+
 #include <algorithm>
 
 namespace brenvolt {
@@ -37,6 +39,7 @@ public:
     row.AddText(word, {});
     row.Add(layer, layerType, {}, false);
     row.Add(kind, kvtype::shortInteger, {}, false);
+    labelWireRow(row, pass_ == WirePass::grounding, std::max(position_, 1));
     rows_.AddRow(std::move(row));
   }
 

@@ -65,6 +65,16 @@ std::wstring chosenLayer(const std::vector<WireLayer>& layers, const WireFormat&
   return {};
 }
 
+/// What a name that no layer has yet says: "3-", "1--".
+std::wstring tipOf(const std::vector<std::wstring>& layers) {
+  if (layers.empty()) return {};
+  const std::wstring& name = layers.front();
+  const bool isDefault =
+      (name.starts_with(defaultNumberedLayer) || name.starts_with(defaultUnnumberedLayer)) &&
+      name.find_first_not_of(L'-', 1) == std::wstring::npos;
+  return isDefault ? loadText(TextId::tipDefaultLayer) : std::wstring();
+}
+
 bool contains(const std::vector<std::wstring>& names, std::wstring_view name) {
   return std::any_of(
       names.begin(), names.end(), [name](const std::wstring& each) { return equalsCollating(each, name); });
@@ -74,7 +84,8 @@ void addWire(
     std::vector<ZanGroupRow>& rows, std::int64_t number, TextId sizeLabel, TextId layerLabel,
     std::vector<std::wstring> layers) {
   rows.push_back({formatText(loadText(sizeLabel), {number}), {}});
-  rows.push_back({formatText(loadText(layerLabel), {number}), std::move(layers)});
+  std::wstring tip = tipOf(layers);
+  rows.push_back({formatText(loadText(layerLabel), {number}), std::move(layers), std::move(tip)});
 }
 
 /// Makes the rows of a group again, wire by wire, each under the label that it had.
@@ -91,7 +102,8 @@ public:
     for (const std::wstring& layer : keptLayers(layerLabel))
       if (!contains(names, layer)) names.push_back(layer);
     rows.push_back({shown_[row].label, {std::wstring(size)}});
-    rows.push_back({layerLabel, std::move(names)});
+    std::wstring tip = tipOf(names);
+    rows.push_back({layerLabel, std::move(names), std::move(tip)});
     return true;
   }
 

@@ -1,6 +1,8 @@
 #include "drawing/exported_rows.h"
 
+#include "data/ratings.h"
 #include "host/resources.h"
+#include "text/format.h"
 #include "text/numbers.h"
 
 #include <array>
@@ -84,6 +86,28 @@ void exportRows(const ZanCircuitData& circuit, const StoredWireFields& stored, Z
       value = stored[index];
     record.AddText(value, loadText(row.label));
   }
+}
+
+void labelSetupRow(ZanAnnotationData& row) {
+  const ResourceScope texts;
+  for (std::size_t place = 0; place < row.fields.size(); ++place) {
+    if (place < ratingCount)
+      row.fields[place].name = loadText(ratingFields[place].label);
+    else if (place < ratingCount + exportedRowCount)
+      row.fields[place].name = loadText(rows[place - ratingCount].label);
+    else if (place == ratingCount + exportedRowCount)
+      row.fields[place].name = loadText(TextId::controlField);
+  }
+}
+
+void labelWireRow(ZanAnnotationData& row, bool isGrounding, int number) {
+  const ResourceScope texts;
+  row.name = isGrounding ? rowname::groundingWireSetup : rowname::wireSetup;
+  const auto label = [number](TextId text) {
+    return formatText(loadText(text), {static_cast<std::int64_t>(number)});
+  };
+  row.fields[0].name = label(isGrounding ? TextId::groundSizeRow : TextId::wireSizeRow);
+  row.fields[1].name = label(isGrounding ? TextId::groundLayerRow : TextId::wireLayerRow);
 }
 
 } // namespace brenvolt

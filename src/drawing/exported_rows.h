@@ -19,4 +19,11 @@ using StoredWireFields = std::vector<std::wstring>;
 /// else empty texts and "0". The labels come from the resource module.
 void exportRows(const ZanCircuitData& circuit, const StoredWireFields& stored, ZanAnnotationData& record);
 
+/// Gives the fields of a motor's or load's data row the labels by which a page stores them: ratings, wire choices and
+/// the field that marks the row. A field without a label, or a row without a name, is not saved with a configuration.
+void labelSetupRow(ZanAnnotationData& row);
+
+/// The same for a wire's row, the `number`th of its kind: size and layer.
+void labelWireRow(ZanAnnotationData& row, bool isGrounding, int number);
+
 } // namespace brenvolt

@@ -195,6 +195,7 @@ enum class TextId : unsigned {
   wiresWithoutTables = 22431,  ///< "%s": the marker's CODE
   wiresTooSmall = 22432,       ///< "%s", "%s": the marker's CODE, the size
   wiresNotChosen = 22433,      ///< "%s": the marker's CODE
+  tipDefaultLayer = 22434,     ///< what the layer names "3-" and "1-" of a wire are
 };
 
 /// The text that lies `offset` numbers behind `first`, for rows that are counted.

@@ -17,6 +17,7 @@ class ZanGroupCtrl;
 struct ZanGroupRow {
   std::wstring label;
   std::vector<std::wstring> choices;
+  std::wstring tip = {}; ///< about the value that is shown; empty: it needs no words
 
   [[nodiscard]] std::wstring value() const { return choices.empty() ? std::wstring() : choices.front(); }
 };

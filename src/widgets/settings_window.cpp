@@ -53,6 +53,9 @@ void ZanGroupCtrl::ReplaceRows(const std::vector<ZanGroupRow>& rows) {
   grid.LockDrawing();
   grid.SetSize(static_cast<int>(rows.size()), columnCount);
   int place = 0;
+  const auto needsWords =
+      std::find_if(rows.begin(), rows.end(), [](const ZanGroupRow& row) { return !row.tip.empty(); });
+  grid.SetTooltip(needsWords == rows.end() ? std::wstring() : needsWords->tip);
   for (const ZanGroupRow& row : rows) {
     grid.SetCell(++place, labelColumn, row.label);
     grid.SetCellKind(place, labelColumn, KvUiCellKind::fixed);

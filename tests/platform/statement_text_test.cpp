@@ -44,15 +44,6 @@ TEST_CASE("a statement is built only from values that cannot end their quotes or
   }
 }
 
-TEST_CASE("names and values are quoted, or refused when they cannot be") {
-  CHECK(bracketName(L"XL&R_CU_AWG_NEC") == L"[XL&R_CU_AWG_NEC]");
-  CHECK(bracketName(L"Voltage (V)") == L"[Voltage (V)]");
-  CHECK_FALSE(bracketName(L"A]B").has_value());
-  CHECK(quoteValue(L"1/0") == L"'1/0'");
-  CHECK_FALSE(quoteValue(L"'").has_value());
-  CHECK(quoteValue(doubleQuotes(L"pump 'A'")) == L"'pump ''A'''");
-}
-
 TEST_CASE("DISTINCT is sorted only where the statement asks for no order itself") {
   struct Row {
     const wchar_t* statement;

@@ -112,7 +112,7 @@ TEST_CASE(
   const SiteCopy site;
   const ToolRun motor = site.draw(
       motorDirect, "a.json",
-      {"--standard-code", "IEC", "--preset", "MCTL=0", "--params",
+      {"--standard-code", "IEC", "--default-tables", "--preset", "MCTL=0", "--params",
        R"("Induction";"5.5";"kW";"400";"3";"50";"1500";"11.5";"1.0")"});
   REQUIRE_MESSAGE(motor.exitCode == 0, motor.errors);
   CHECK(site.folder().read("a.json").find("5.5 kW  400 V") != std::string::npos);
