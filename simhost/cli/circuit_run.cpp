@@ -185,7 +185,8 @@ CircuitCall circuitCall(const SessionRun& asked, const std::string& workbook, Ci
   call.arguments.push_back(point.take());
   for (const std::string* text : {&run.preset, &run.params, &run.wires})
     call.arguments.push_back(textValue(fromUtf8(*text)));
-  if (build == CircuitBuild::withDialog) call.arguments.push_back(lisp::Value::truth(true));
+  call.arguments.push_back(lisp::Value::truth(build == CircuitBuild::withDialog));
+  if (!run.presetDrawing.empty()) call.arguments.push_back(textValue(fromUtf8(run.presetDrawing)));
   return call;
 }
 

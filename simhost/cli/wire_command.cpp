@@ -90,6 +90,12 @@ std::string closingLines(const WireRequest& request, const WireLookupResult& res
   }
   if (const std::wstring note = noteOn(request, result); !note.empty()) text += note + L"\n";
   text += L"! carries less than the design current\n";
+  if (const std::vector<std::wstring> sizes = brenvolt::sizesWithoutDrop(result.rows); !sizes.empty()) {
+    std::wstring names;
+    for (const std::wstring& size : sizes)
+      names.append(names.empty() ? L"" : L", ").append(size);
+    text += L"drop not known, since the tables have no impedance: " + names + L"\n";
+  }
   text += L"grounding conductor: " +
           (request.groundSizes().empty() ? std::wstring(L"none") : request.groundSizes().front()) + L"\n";
   return toUtf8(text);
@@ -110,6 +116,9 @@ std::string jsonAnswer(
   answer["proposed"] =
       result.proposed ? nlohmann::ordered_json(toUtf8(result.rows[*result.proposed].size)) : nullptr;
   if (const std::wstring note = noteOn(request, result); !note.empty()) answer["note"] = toUtf8(note);
+  answer["withoutDrop"] = nlohmann::ordered_json::array();
+  for (const std::wstring& size : brenvolt::sizesWithoutDrop(result.rows))
+    answer["withoutDrop"].push_back(toUtf8(size));
   answer["grounding"] = nlohmann::ordered_json::array();
   for (const std::wstring& size : request.groundSizes())
     answer["grounding"].push_back(toUtf8(size));

@@ -340,7 +340,9 @@ std::wstring noteOn(const WireRequest& request, const brenvolt::WireLookupResult
   const std::wstring current = brenvolt::formatTrimmed(request.input.total, currentDecimals) + L" A";
   switch (result.proposal) {
   case brenvolt::Proposal::fits:
-    return {};
+    if (!result.rows[*result.proposed].lacksImpedance) return {};
+    return L"the tables have no impedance for " + result.rows[*result.proposed].size +
+           L": its voltage drop is not known, and the limit is not applied to it";
   case brenvolt::Proposal::noneLargeEnough:
     if (request.build) return L"no size is large enough for " + current + L": a build takes the largest";
     if (request.input.parallel)

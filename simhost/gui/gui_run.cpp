@@ -8,6 +8,7 @@
 #include "simhost/host/errors.h"
 #include "simhost/host/program_files.h"
 #include "simhost/lisp/printer.h"
+#include "simhost/qt/picture_file.h"
 #include "simhost/qt/qt_text.h"
 #include "simhost/qt/session_player.h"
 #include "simhost/cli/exit_code.h"
@@ -214,8 +215,8 @@ ExitCode show(int argc, char** argv, GuiOptions& options) {
     QCoreApplication::processEvents();
     window.view().zoomExtents();
     window.view().finishPainting();
-    if (!window.grab().save(QString::fromStdString(options.screenshot), "PNG"))
-      throw CannotWrite(options.screenshot);
+    const std::string reason = writePicture(window.grab().toImage(), options.screenshot);
+    if (!reason.empty()) throw CannotWrite(reason);
     return ExitCode::done;
   }
   if (!options.pictures.empty()) return ExitCode::done;

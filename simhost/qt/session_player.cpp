@@ -3,6 +3,7 @@
 
 #include "simhost/qt/file_window.h"
 #include "simhost/qt/help_window.h"
+#include "simhost/qt/picture_file.h"
 #include "simhost/qt/task_box.h"
 #include "simhost/ui/dialog_script.h"
 #include "text/encoding.h"
@@ -25,15 +26,14 @@ using brenvolt::toUtf8;
 namespace {
 
 /// The window's inside with a thin line around, so that it is told from a page of its own colour.
-[[nodiscard]] bool savePicture(QWidget& window, const std::filesystem::path& file) {
+[[nodiscard]] std::string savePicture(QWidget& window, const std::filesystem::path& file) {
   QImage picture = window.grab().toImage().convertToFormat(QImage::Format_RGB888);
   {
     QPainter painter(&picture);
     painter.setPen(window.palette().color(QPalette::Mid));
     painter.drawRect(QRect(QPoint(), window.size()).adjusted(0, 0, -1, -1));
   }
-  constexpr int asSmallAsPossible = 0;
-  return picture.save(QString::fromStdString(file.string()), "PNG", asSmallAsPossible);
+  return writePicture(picture, file);
 }
 
 } // namespace
@@ -58,7 +58,7 @@ void SessionPlayer::show(QWidget& window, const std::string& name) {
   if (options_.pictures.empty()) return;
   const auto take = [this](QWidget& shown, const std::string& as) {
     const std::filesystem::path file = options_.pictures / (as + ".png");
-    if (!savePicture(shown, file)) steps_.fail(file.string() + ": cannot be written");
+    if (const std::string reason = savePicture(shown, file); !reason.empty()) steps_.fail(reason);
   };
   take(window, name);
   for (QWidget* other : QApplication::topLevelWidgets())

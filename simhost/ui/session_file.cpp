@@ -23,11 +23,17 @@ struct TextMember {
 };
 
 constexpr TextMember textMembers[] = {
-    {"circuit", &SessionRun::circuit, true},   {"type", &SessionRun::type, true},
-    {"history", &SessionRun::history, true},   {"preset", &SessionRun::preset, true},
-    {"params", &SessionRun::params, true},     {"wires", &SessionRun::wires, true},
-    {"scale", &SessionRun::scale, true},       {"componentScale", &SessionRun::componentScale, true},
-    {"drawing", &SessionRun::drawing, false},  {"project", &SessionRun::project, false},
+    {"circuit", &SessionRun::circuit, true},
+    {"type", &SessionRun::type, true},
+    {"history", &SessionRun::history, true},
+    {"preset", &SessionRun::preset, true},
+    {"params", &SessionRun::params, true},
+    {"wires", &SessionRun::wires, true},
+    {"presetDrawing", &SessionRun::presetDrawing, true},
+    {"scale", &SessionRun::scale, true},
+    {"componentScale", &SessionRun::componentScale, true},
+    {"drawing", &SessionRun::drawing, false},
+    {"project", &SessionRun::project, false},
     {"language", &SessionRun::language, false}};
 
 [[noreturn]] void fail(const std::string& message) {

@@ -36,7 +36,9 @@ struct SessionRun {
   std::string preset;                  ///< the fields of a rebuild, as `draw` takes them
   std::string params;
   std::string wires;
-  std::string scale;          ///< of the circuit; empty for that of the saved configuration or of the site
+  std::string
+      presetDrawing; ///< index of the project's drawing whose parts the preset names; empty for the first
+  std::string scale; ///< of the circuit; empty for that of the saved configuration or of the site
   std::string componentScale; ///< the same of components
   std::string drawing;  ///< file that is opened, empty for a new drawing; in a file relative to its folder
   std::string project;  ///< database of the project, or a folder of its tables; empty for none

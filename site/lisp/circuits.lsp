@@ -29,11 +29,12 @@
 (defun site-point (point) (mapcar 'float (append point (if (nth 2 point) nil '(0.0)))))
 
 ; Builds a type that is named, at the point: directly and without a question, or with the configuration dialog when
-; `asks` is true. The texts behind the history are the preset, component and wire fields of a rebuild, and may be empty.
-(defun site-build (template workbook worksheet circuit type history point preset params wires &optional asks)
+; `asks` is true. The texts behind the history are the preset, component and wire fields of a rebuild, and may be empty; the
+; parts that the preset names are those of the project's drawing `index`, else of the first.
+(defun site-build (template workbook worksheet circuit type history point preset params wires &optional asks index)
   (site-insert-and-build template
     (append (list workbook worksheet circuit type history (if asks 0 1) (site-last-handle) (undo-count))
-            (list preset params "1" wires))
+            (list preset params (or index "1") wires))
     point))
 
 ; As the user does it: choose in the dialog, then place at the point. Nil when the user cancels.

@@ -2,6 +2,64 @@
 ; what they say. So an undo, an erased circuit and a drawing that is left unsaved take their rows with them, and a redo
 ; brings them back.
 
+; The index of the drawing in the project, by which its rows differ from those of other drawings with the same handles.
+; A drawing gets it with its first circuit in the project and keeps it as its variable SITE_DWGIX. Drawings of an earlier
+; release have none, and all of them wrote rows with the index 1.
+
+(defun own-index () (let ((index (get-variable "SITE_DWGIX"))) (if (and index (not (string=? index ""))) index nil)))
+
+; Nil for a drawing that has no rows in this project yet. An index whose rows are of other entities is that of another
+; drawing: this one came from another project.
+(defun drawing-index ()
+  (let ((own (own-index)))
+    (cond (own (if (or (rows-of-index own) (not (index-has-rows? own))) own nil))
+          ((and (not (member "1" (given-indexes))) (rows-of-index "1")) "1")
+          (T nil))))
+
+(defun rows-of-index (index)
+  (apply 'append (mapcar (lambda (table) (rows-of-table table index)) site-row-tables)))
+(defun first-column (statement)
+  (mapcar 'car (cdr (ignore-errors (sql-query site-project-database statement)))))
+(defun index-has-rows? (index)
+  (some (lambda (table)
+          (first-column (string-append "SELECT HDL FROM [" table "] WHERE DWGIX=" (sql-text index))))
+        site-row-tables))
+
+; The indexes that were given to drawings are rows of QN_M with the attribute DRAWING. A project without this table
+; cannot tell drawings apart: they all have the index 1.
+(setq site-given-index-query "SELECT [ATTR_VAL] FROM [QN_M] WHERE [ATTR_NAME]='DRAWING'")
+(defun given-indexes () (first-column site-given-index-query))
+
+; What the drawing had before the circuit came: the new entities may have the handles of another drawing's rows.
+(setq site-index-before nil)
+
+(defun claim-drawing-index ()
+  (let ((index site-index-before))
+    (cond ((not (ignore-errors (sql-query site-project-database site-given-index-query))) (keep-index "1"))
+          ((not index) (keep-index (next-drawing-index)))
+          ((not (own-index))
+            (sql-execute site-project-database
+              "INSERT INTO [QN_M] ([ATTR_NAME],[ATTR_VAL]) VALUES ('DRAWING','1')")
+            (keep-index index)))))
+(defun keep-index (index)
+  (unless (equal (own-index) index) (set-variable "SITE_DWGIX" index)))
+
+; One more than the highest in use. Two programs at once get two: SQLite lets one transaction write at a time, and
+; PostgreSQL does as long as the table is locked.
+(defun next-drawing-index ()
+  (let* ((used (apply 'append
+                 (mapcar (lambda (table) (first-column (string-append "SELECT DISTINCT DWGIX FROM [" table "]")))
+                         site-row-tables)))
+         (highest (apply 'max (cons 0 (mapcar (lambda (index) (or (string->number (site-text index)) 0)) used))))
+         (give (string-append
+                 "INSERT INTO [QN_M] ([ATTR_NAME],[ATTR_VAL]) SELECT 'DRAWING',CAST(MAX(N)+1 AS VARCHAR(12)) FROM "
+                 "(SELECT CAST([ATTR_VAL] AS INTEGER) AS N FROM [QN_M] WHERE [ATTR_NAME]='DRAWING' UNION ALL SELECT "
+                 (number->string (floor highest)) ") AS T"))
+         (lock (if (ignore-errors (sql-query site-project-database "SELECT version()"))
+                 '("LOCK TABLE [QN_M] IN SHARE ROW EXCLUSIVE MODE") nil)))
+    (car (second (sql-execute site-project-database (append lock (list give))
+      "SELECT MAX(CAST([ATTR_VAL] AS INTEGER)) FROM [QN_M] WHERE [ATTR_NAME]='DRAWING'")))))
+
 ; Rows that were written or found for this drawing:
 ;   (table handle look columns values is-in-project drawn saved)
 ; The look tells the entity from another one that gets its handle later. `drawn` is what the entity said when the values
@@ -13,6 +71,7 @@
 (defun row-values (row) (nth 4 row))
 (defun row-is-in? (row) (nth 5 row))
 (defun row-saved (row) (nth 7 row))
+(defun row-index (row) (cdr (assoc "DWGIX" (mapcar 'cons (nth 3 row) (row-values row)))))
 (defun row-with (row values is-in drawn saved) (append (sublist row 0 4) (list values is-in drawn saved)))
 
 (defun entity-look (entity)
@@ -51,11 +110,12 @@
 (defun read-project-rows ()
   (unless (equal site-rows-project site-project-database)
     (setq site-rows-project site-project-database
-          site-rows (if site-project-database (apply 'append (mapcar 'rows-of-table site-row-tables)) nil))))
+          site-rows (let ((index (and site-project-database (drawing-index))))
+                      (if index (rows-of-index index) nil)))))
 
-(defun rows-of-table (table)
+(defun rows-of-table (table index)
   (let* ((answer (ignore-errors (sql-query site-project-database
-                   (string-append "SELECT * FROM [" table "] WHERE DWGIX=" (sql-text (drawing-index))))))
+                   (string-append "SELECT * FROM [" table "] WHERE DWGIX=" (sql-text index)))))
          (columns (car answer)) (rows nil))
     (dolist (values (cdr answer))
       (let* ((key (site-text (cdr (assoc "HDL" (mapcar 'cons columns values)))))
@@ -109,7 +169,7 @@
       T)))
 
 (defun delete-statement (row)
-  (string-append "DELETE FROM [" (first row) "] WHERE DWGIX=" (sql-text (drawing-index))
+  (string-append "DELETE FROM [" (first row) "] WHERE DWGIX=" (sql-text (row-index row))
                  " AND HDL=" (sql-text (string-append "h=" (second row)))))
 (defun insert-statement (row)
   (string-append "INSERT INTO [" (first row) "] ([" (string-join (nth 3 row) "],[") "]) VALUES ("
@@ -121,4 +181,5 @@
 (defun need-project ()
   (when site-project-database
     (sql-execute site-project-database nil)
-    (read-project-rows)))
+    (read-project-rows)
+    (setq site-index-before (drawing-index))))

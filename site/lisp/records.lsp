@@ -47,9 +47,10 @@
          (codes (codes-text components)))
     (mapc (lambda (entity) (entity-data-set! entity "SITE_BUILD" nil)) components)
     (when (and site-project-database control)
+      (claim-drawing-index)
       (remember-row control "BRENVOLT" '("DWGIX" "HDL" "CIRCUIT" "CODES" "CIRCUITKEY")
-        (list (drawing-index) (handle-key control) (string-join (circuit-fields template args) ";") codes
-              (string-append (drawing-index) "-" (entity-handle control))))
+        (list (own-index) (handle-key control) (string-join (circuit-fields template args) ";") codes
+              (string-append (own-index) "-" (entity-handle control))))
       (mapc 'record-component components)
       (site-sync-records))))
 
@@ -60,9 +61,6 @@
       (when (string=? (entity-handle (car rest-entities)) handle) (setq found T))
       (setq rest-entities (cdr rest-entities)))
     (if found rest-entities (entities-in-space))))
-
-; The number of the drawing in the project.
-(defun drawing-index () "1")
 
 (defun handle-key (entity) (string-append "h=" (entity-handle entity)))
 
@@ -99,7 +97,7 @@
     (when (and marker (marker? marker)) (entity-get (entity-attribute marker "CODE") 'text))))
 
 (defun record-component (entity)
-  (let ((head (list (drawing-index) (handle-key entity))))
+  (let ((head (list (own-index) (handle-key entity))))
     (if (string=? (site-text (cdr (assoc "FAMILY" (entity-attributes entity)))) "TRMS")
       (remember-row entity "TERMS" '("DWGIX" "HDL" "PAR1_CHLD2") (append head '("1")))
       (remember-row entity "COMP" '("DWGIX" "HDL" "CNT" "PAR1_CHLD2") (append head '("1" "1"))))))

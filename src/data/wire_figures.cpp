@@ -28,9 +28,8 @@ void fillDropColumns(
   const double phase = toDouble(input.phase);
   for (WireCandidate& row : rows) {
     const auto impedance = figures.impedances.find(row.size);
-    const double volts =
-        voltageDrop(circuit, impedance == figures.impedances.end() ? Impedance{} : impedance->second);
-    row.drop = dropCell(volts);
+    row.lacksImpedance = impedance == figures.impedances.end();
+    row.drop = dropCell(voltageDrop(circuit, row.lacksImpedance ? Impedance{} : impedance->second));
     row.dropPercent = dropPercentCell(row.drop, input.voltage);
     row.loss = lossCell(row.drop, phase, input.fla);
     if (input.cost) row.yearlyCost = costCell(row.loss, input.cost->energyPrice, input.cost->currency);
@@ -90,6 +89,13 @@ WireLookupResult computeWires(const WireTableFigures& figures, const WireLookupI
                     : !isLeft        ? Proposal::leftOut
                                      : Proposal::aboveDropLimit;
   return result;
+}
+
+std::vector<std::wstring> sizesWithoutDrop(const std::vector<WireCandidate>& rows) {
+  std::vector<std::wstring> sizes;
+  for (const WireCandidate& row : rows)
+    if (row.lacksImpedance && (sizes.empty() || sizes.back() != row.size)) sizes.push_back(row.size);
+  return sizes;
 }
 
 WireSizeFacts wireSizeFacts(

@@ -96,6 +96,10 @@ struct WireLookupResult {
 /// All columns, then the filters, then the proposal.
 [[nodiscard]] WireLookupResult computeWires(const WireTableFigures& figures, const WireLookupInput& input);
 
+/// The sizes among the rows for which the tables have no impedance. Their drop cells are "-", as for a drop of zero: it
+/// has to be reported which of the two it is.
+[[nodiscard]] std::vector<std::wstring> sizesWithoutDrop(const std::vector<WireCandidate>& rows);
+
 /// Where the figures of one size come from.
 struct WireSizeFacts {
   std::wstring ampacityTable;

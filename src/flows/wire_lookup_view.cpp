@@ -98,7 +98,10 @@ void WireLookupView::showList(LookupField field) {
 void WireLookupView::showEnergyNote() {
   KvUiText& note = form_.text(role::energyNote);
   const bool isShown = lookup_.input().isTicked(LookupField::dropTick);
-  note.SetText(isShown ? loadText(TextId::energyCostNote) : std::wstring());
+  std::wstring text = isShown ? loadText(TextId::energyCostNote) : std::wstring();
+  if (isShown && !sizesWithoutDrop(lookup_.rows()).empty())
+    text.append(L" ").append(loadText(TextId::wireDropUnknown));
+  if (note.Text() != text) note.SetText(text);
   note.Show(isShown);
 }
 
@@ -146,6 +149,7 @@ void WireLookupView::paintTable() {
     }
   }
   grid.SetColumnWidths({});
+  showEnergyNote();
   showSelection();
   grid.UnlockDrawing();
 }

@@ -84,6 +84,7 @@ void addTable(const WireLookup& lookup, std::vector<ReportRow>& rows) {
     for (const WireColumn column : columns)
       cells.push_back(cellOf(size, column));
   }
+  if (!sizesWithoutDrop(lookup.rows()).empty()) rows.push_back({{}, loadText(TextId::wireDropUnknown)});
   rows.push_back({std::wstring(endMark)});
 }
 

@@ -148,6 +148,7 @@ enum class TextId : unsigned {
   wireColumnPowerLoss = 22307,
   wireColumnYearlyCost = 22308,
   energyCostNote = 22309,
+  wireDropUnknown = 22310, ///< what "-" in the drop columns says of sizes without impedance
   reportTitle = 22320,
   reportCircuit = 22321,
   reportLoad = 22322,

@@ -1,6 +1,7 @@
 // The sample site from end to end: each of its circuits drawn by the tool from workbook, template and LISP.
 #include "site_tool.h"
 #include "tests/support/golden.h"
+#include "tests/support/processes.h"
 
 #include <doctest/doctest.h>
 
@@ -310,4 +311,87 @@ TEST_CASE(
   CHECK(query("SELECT HDL FROM [BRENVOLT]").empty());
   CHECK(query("SELECT HDL FROM [TERMS]").empty());
   CHECK(query("SELECT HDL FROM [COMP]") == "h=FFFF\n");
+}
+
+TEST_CASE("drawings of one project have an index of their own, and keep each other's rows") {
+  const SiteCopy site;
+  const std::string project = site.folder().path("project.db");
+  REQUIRE(site.run({"import", project, site.site() + "/project"}).exitCode == 0);
+  const auto draw = [&](const std::string& out, std::vector<std::string> more) {
+    more.insert(more.end(), {"--history", motorDirect.history, "--project", project});
+    const ToolRun run = site.draw(motorDirect, out, more);
+    REQUIRE_MESSAGE(run.exitCode == 0, run.errors);
+  };
+  const auto motors = [&] {
+    return site
+        .run(
+            {"sql", project,
+             "SELECT DWGIX,TAGNAME FROM [COMP] WHERE FAMILY='MO' OR TAGNAME LIKE 'MTR%' "
+             "ORDER BY DWGIX,TAGNAME",
+             "--csv"})
+        .output;
+  };
+  draw("a.json", {});
+  draw("b.json", {}); // the same handles as in a.json
+  CHECK(motors() == "DWGIX,TAGNAME\n1,MTR1\n2,MTR1\n");
+  draw("b.json", {"--drawing", site.folder().path("b.json"), "--at", "300,0"});
+  CHECK(motors() == "DWGIX,TAGNAME\n1,MTR1\n2,MTR1\n2,MTR2\n");
+
+  // A tag that is changed in the drawing reaches the rows of that drawing alone.
+  const ToolRun renamed = site.run(
+      {"lisp", "--site", site.site(), "--drawing", site.folder().path("a.json"), "-e",
+       "(progn (setq site-project-database \"" + project +
+           "\") (read-project-rows)"
+           " (fill-attributes (find-if (lambda (e) (equal (cdr (assoc \"TAG1\" (entity-attributes e))) "
+           "\"MTR1\"))"
+           " (remove-if-not (lambda (e) (equal (entity-get e 'kind) \"block-reference\")) "
+           "(entities-in-space)))"
+           " '((\"TAG1\" . \"P7\"))) (site-sync-records))"});
+  REQUIRE_MESSAGE(renamed.exitCode == 0, renamed.errors);
+  CHECK(
+      site.run({"sql", project, "SELECT DWGIX FROM [COMP] WHERE TAGNAME='P7'", "--csv"}).output ==
+      "DWGIX\n1\n");
+  CHECK(motors().find("2,MTR1\n2,MTR2\n") != std::string::npos);
+
+  // A drawing of an earlier release has no index: the first one keeps 1, as long as no drawing was given it.
+  const std::string old = site.folder().path("old.db");
+  REQUIRE(site.run({"import", old, site.site() + "/project"}).exitCode == 0);
+  const auto indexIn = [&](const char* file, const std::string& forget) {
+    const ToolRun run = site.run(
+        {"lisp", "--site", site.site(), "--drawing", site.folder().path(file), "-e",
+         "(progn (setq site-project-database \"" + old + "\")" + forget +
+             " (need-project) (claim-drawing-index) (own-index))"});
+    REQUIRE_MESSAGE(run.exitCode == 0, run.errors);
+    return run.output;
+  };
+  REQUIRE(
+      site.run({"sql", old, "INSERT INTO [COMP] (DWGIX,HDL) SELECT '1','h=9F'", "--write"}).exitCode == 0);
+  const std::string forget = " (set-variable \"SITE_DWGIX\" \"\")";
+  CHECK(indexIn("a.json", forget) == "\"1\"\n");
+  CHECK(indexIn("b.json", forget) == "\"2\"\n");
+  CHECK(indexIn("b.json", {}) == "\"2\"\n");
+}
+
+TEST_CASE("programs that come into one project at the same moment get an index each") {
+  const SiteCopy site;
+  const std::string project = site.folder().path("project.db");
+  REQUIRE(site.run({"import", project, site.site() + "/project"}).exitCode == 0);
+  std::vector<pid_t> programs;
+  for (int program = 0; program < 4; ++program)
+    programs.push_back(test::startProcess([&] {
+      return ToolFolder()
+          .run(
+              {"lisp", "--site", site.site(), "-e",
+               "(progn (setq site-project-database \"" + project +
+                   "\") (dotimes (n 5) (set-variable \"SITE_DWGIX\" \"\") (need-project) "
+                   "(claim-drawing-index)))"})
+          .exitCode;
+    }));
+  for (const pid_t program : programs)
+    CHECK(test::waitFor(program) == 0);
+  CHECK(
+      site.run({"sql", project,
+                "SELECT COUNT(DISTINCT ATTR_VAL) AS N, COUNT(*) AS M FROM [QN_M] WHERE ATTR_NAME='DRAWING'",
+                "--csv"})
+          .output == "N,M\n20,20\n");
 }
