@@ -1,6 +1,7 @@
 // `brenvolt circuits`: the circuits of a drawing as objects: listed with what they were built from, moved or erased
 // whole.
 #include "circuits/provenance/circuit_objects.h"
+#include "simhost/cli/circuit_choice.h"
 #include "simhost/cli/subcommand.h"
 #include "simhost/cli/table_output.h"
 #include "simhost/drawing/drawing_file.h"
@@ -71,20 +72,6 @@ OutputTable tableOf(const std::vector<CircuitObject>& circuits, OutputForm form)
   return table;
 }
 
-const CircuitObject& theCircuit(
-    const std::vector<CircuitObject>& circuits, const char* option, const std::string& name,
-    const std::string& drawing) {
-  const std::vector<const CircuitObject*> found = circuits::findCircuits(circuits, fromUtf8(name));
-  if (found.size() == 1) return *found.front();
-  std::string ids;
-  for (const CircuitObject* one : found)
-    ids += (ids.empty() ? "" : ", ") + toUtf8(one->id);
-  throw BadInput(
-      std::string(option) + ": " + drawing +
-      (found.empty() ? " has no circuit \"" + name + "\": see brenvolt circuits " + drawing
-                     : " has several circuits \"" + name + "\": name one by its id, " + ids));
-}
-
 ExitCode runCircuits(const CircuitsOptions& options) {
   const LoadedDrawing loaded = loadDrawing(fromUtf8(options.drawing));
   if (loaded.drawing == nullptr) throw BadInput(toUtf8(loaded.error));
@@ -95,11 +82,11 @@ ExitCode runCircuits(const CircuitsOptions& options) {
     return ExitCode::done;
   }
   if (!options.erase.empty())
-    circuits::eraseCircuit(drawing, theCircuit(circuits, "--erase", options.erase, options.drawing));
+    circuits::eraseCircuit(drawing, chosenCircuit(circuits, "--erase", options.erase, options.drawing));
   if (!options.move.empty()) {
     if (!std::isfinite(options.by[0]) || !std::isfinite(options.by[1]))
       throw BadInput("--by: a distance has two finite numbers");
-    const CircuitObject& circuit = theCircuit(circuits, "--move", options.move, options.drawing);
+    const CircuitObject& circuit = chosenCircuit(circuits, "--move", options.move, options.drawing);
     if (const Fault fault = circuits::moveCircuit(drawing, circuit, options.by[0], options.by[1]))
       throw BadInput("--by: " + toUtf8(*fault));
   }

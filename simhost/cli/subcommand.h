@@ -23,8 +23,11 @@ namespace simhost {
 [[nodiscard]] CommandTable lispCommand();
 [[nodiscard]] CommandTable loadsCommand();
 [[nodiscard]] CommandTable motorsCommand();
+[[nodiscard]] CommandTable rebuildCommand();
 [[nodiscard]] CommandTable replayCommand();
+[[nodiscard]] CommandTable printCommand();
 [[nodiscard]] CommandTable reportCommand();
+[[nodiscard]] CommandTable setCommand();
 [[nodiscard]] CommandTable siteCommand();
 /// A command of `siteCommand`.
 [[nodiscard]] CommandTable sitePublishCommand();

@@ -27,6 +27,8 @@ constexpr std::wstring_view codesFunction = L"qn_bv_save_codehdl";
 /// What the parent product says of a build: (name point scale ...).
 constexpr std::wstring_view buildData = L"GBL_qn_bv_data";
 constexpr std::wstring_view codeTag = L"CODE";
+/// Variables of a drawing that are its site's own begin so.
+constexpr std::wstring_view siteVariables = L"SITE_";
 
 constexpr std::size_t lastHandlePosition = 6;
 
@@ -122,6 +124,14 @@ void CircuitRecorder::begin(DrawingDatabase& drawing, std::span<const Value> arg
     if (kept.position == 0)
       text = brenvolt::fromUtf8(std::filesystem::path(brenvolt::toUtf8(text)).filename().string());
     if (!text.empty()) circuit.fields.emplace_back(kept.name, std::move(text));
+  }
+  // The site's own variables, such as the number of the circuit: a build of the circuit that comes later needs them.
+  for (const auto& [name, value] : drawing.store().variables()) {
+    if (!name.starts_with(siteVariables)) continue;
+    if (const auto* text = std::get_if<std::wstring>(&value); text != nullptr && !text->empty())
+      circuit.fields.emplace_back(name, *text);
+    if (const auto* number = std::get_if<std::int32_t>(&value))
+      circuit.fields.emplace_back(name, brenvolt::formatInt(*number));
   }
   circuit_ = std::move(circuit);
   const EntityNode* first = firstOf(drawing);

@@ -24,9 +24,20 @@
   (let ((symbol (fill-attributes (insert-block name point scale (or rotation 0) "SYMBOLS") texts)))
     (when (entity-attribute symbol "FAMILY")
       (fill-attributes symbol (list-place))
+      (fill-usual-part name symbol)
       (apply-presets symbol)
       (note-component symbol (site-text (cdr (assoc "PART TABLE" texts)))))
     symbol))
+
+; Parts that every circuit takes alike, unless something else was chosen. Contacts are no parts of their own.
+(setq site-usual-parts
+  '(("ZSTOP" "Carrick" "PB22-01-R") ("ZSTART" "Carrick" "PB22-10-G") ("ZSELECT" "Carrick" "SS22-2P")
+    ("ZLIGHT" "Carrick" "PL22-120") ("ZTERM" "Wexler" "TB-4") ("ZFUSE1" "Fusewell" "CC-5") ("ZTRANS" "Carrick" "CT-150")))
+
+(defun fill-usual-part (name symbol)
+  (let ((part (assoc name site-usual-parts)) (catalogue (entity-attribute symbol "CAT")))
+    (when (and part catalogue (string=? (entity-get catalogue 'text) ""))
+      (fill-attributes symbol (list (cons "MFG" (second part)) (cons "CAT" (third part)))))))
 
 ; What the user fixed ahead of the build, as (label attribute value family): for components of that family, or of all.
 ; Of a circuit that is taken over, the label is the CODE whose components are meant.

@@ -192,7 +192,7 @@
   (sy-attribute "TERM01" 0 2.2 1.8)
   (sy-hidden "TAGSTRIP")
   (sy-hidden "FAMILY" "TRMS")
-  (mapc 'sy-hidden '("INST" "LOC"))
+  (mapc 'sy-hidden '("MFG" "CAT" "INST" "LOC"))
   (sy-pin "X4TERM01" -1.2 0 "")
   (sy-pin "X1TERM02" 1.2 0 ""))
 

@@ -1,0 +1,382 @@
+// Painting with Cairo, which embeds fonts as subsets and keeps texts as texts. The marks come from the display list that
+// pictures and window are painted from.
+#include "circuits/export/paper.h"
+
+#include "simhost/drawing/display_list.h"
+#include "simhost/drawing/drawing_file.h"
+#include "simhost/drawing/geometry.h"
+#include "simhost/host/errors.h"
+#include "text/encoding.h"
+
+#include <cairo-pdf.h>
+#include <cairo.h>
+
+#include <algorithm>
+#include <cmath>
+#include <cstdio>
+#include <filesystem>
+#include <map>
+#include <numbers>
+#include <system_error>
+#include <utility>
+
+namespace circuits {
+
+using brenvolt::fromUtf8;
+using brenvolt::toUtf8;
+using simhost::Box;
+using simhost::DrawingDatabase;
+
+namespace {
+
+constexpr double pointsPerMillimetre = 72.0 / 25.4;
+constexpr double thinnestMillimetres = 0.18;
+constexpr const char* fontFamily = "DejaVu Sans";
+/// A dash of the display list is so many pixels; on paper a pixel is a quarter of a millimetre.
+constexpr double millimetresPerPixel = 0.25;
+constexpr double marginMillimetres = 10.0;
+
+struct SurfaceRelease {
+  void operator()(cairo_surface_t* surface) const { cairo_surface_destroy(surface); }
+};
+struct PainterRelease {
+  void operator()(cairo_t* painter) const { cairo_destroy(painter); }
+};
+
+double paperNumber(const DrawingDatabase& drawing, std::wstring_view name) {
+  const simhost::VariableValue* value = drawing.variable(name);
+  if (value == nullptr) return 0.0;
+  if (const double* real = std::get_if<double>(value)) return *real;
+  const auto* integer = std::get_if<std::int32_t>(value);
+  return integer == nullptr ? 0.0 : *integer;
+}
+
+/// What goes into an attribute of a tag, between single quotes.
+std::string quoted(const std::string& text) {
+  std::string result;
+  for (const char character : text) {
+    if (character == '\'' || character == '\\') result += '\\';
+    result += character;
+  }
+  return result;
+}
+
+class Painter final {
+public:
+  Painter(const std::string& file, const std::map<std::wstring, std::size_t>& pagesOfTags)
+      : pagesOfTags_(pagesOfTags), surface_(cairo_pdf_surface_create(file.c_str(), 100.0, 100.0)),
+        cairo_(cairo_create(surface_.get())) {
+    cairo_pdf_surface_restrict_to_version(surface_.get(), CAIRO_PDF_VERSION_1_5);
+  }
+
+  void setTitle(const std::wstring& title) {
+    cairo_pdf_surface_set_metadata(surface_.get(), CAIRO_PDF_METADATA_TITLE, toUtf8(title).c_str());
+    cairo_pdf_surface_set_metadata(surface_.get(), CAIRO_PDF_METADATA_CREATOR, "ZanBrenvolt");
+    // The same set gives the same file: the time of printing is not part of it.
+    cairo_pdf_surface_set_metadata(surface_.get(), CAIRO_PDF_METADATA_CREATE_DATE, "2000-01-01T00:00:00Z");
+  }
+
+  /// A page with its bookmark and label; all that follows is in millimetres, y upwards from its lower left corner.
+  void beginPage(double width, double height, const std::wstring& label, const std::wstring& bookmark) {
+    ++page_;
+    height_ = height;
+    cairo_pdf_surface_set_size(surface_.get(), width * pointsPerMillimetre, height * pointsPerMillimetre);
+    cairo_identity_matrix(cairo_.get());
+    cairo_scale(cairo_.get(), pointsPerMillimetre, pointsPerMillimetre);
+    cairo_pdf_surface_set_page_label(surface_.get(), toUtf8(label).c_str());
+    const std::string destination = "page" + std::to_string(page_);
+    cairo_tag_begin(cairo_.get(), CAIRO_TAG_DEST, ("name='" + destination + "' x=0 y=0").c_str());
+    cairo_tag_end(cairo_.get(), CAIRO_TAG_DEST);
+    cairo_pdf_surface_add_outline(
+        surface_.get(), CAIRO_PDF_OUTLINE_ROOT, toUtf8(bookmark).c_str(),
+        ("dest='" + destination + "'").c_str(), static_cast<cairo_pdf_outline_flags_t>(0));
+  }
+  void endPage() { cairo_show_page(cairo_.get()); }
+
+  [[nodiscard]] std::optional<std::string> finish() {
+    cairo_.reset();
+    cairo_surface_finish(surface_.get());
+    const cairo_status_t status = cairo_surface_status(surface_.get());
+    if (status == CAIRO_STATUS_SUCCESS) return std::nullopt;
+    return cairo_status_to_string(status);
+  }
+
+  void paint(const simhost::DisplayItem& item, const KvPoint3d& origin) {
+    origin_ = origin;
+    const simhost::Colour colour = simhost::readable(item.colour, simhost::Paper::light);
+    cairo_set_source_rgb(cairo_.get(), colour.red / 255.0, colour.green / 255.0, colour.blue / 255.0);
+    std::vector<double> dashes;
+    for (const double pixels : simhost::dashesOf(item.lineType))
+      dashes.push_back(pixels * millimetresPerPixel);
+    cairo_set_dash(cairo_.get(), dashes.data(), static_cast<int>(dashes.size()), 0.0);
+    cairo_set_line_width(cairo_.get(), thinnestMillimetres);
+    // A text leaves a current point, from which a line would be drawn to the next shape.
+    cairo_new_path(cairo_.get());
+    std::visit([this](const auto& shape) { paintShape(shape); }, item.shape);
+  }
+
+  /// A line of a list at a place of the page; a tag among the known ones becomes a link.
+  void paintCell(double x, double y, double size, const std::wstring& text) {
+    origin_ = {};
+    cairo_set_source_rgb(cairo_.get(), 0.0, 0.0, 0.0);
+    showText(x, y, size, 0.0, text);
+  }
+  void paintRule(double x1, double x2, double y) {
+    cairo_set_source_rgb(cairo_.get(), 0.6, 0.6, 0.6);
+    cairo_set_line_width(cairo_.get(), thinnestMillimetres);
+    cairo_move_to(cairo_.get(), x1, height_ - y);
+    cairo_line_to(cairo_.get(), x2, height_ - y);
+    cairo_stroke(cairo_.get());
+  }
+  [[nodiscard]] double widthOf(const std::wstring& text, double size) {
+    setFont(size);
+    cairo_text_extents_t extents;
+    cairo_text_extents(cairo_.get(), toUtf8(text).c_str(), &extents);
+    return extents.x_advance;
+  }
+
+private:
+  [[nodiscard]] double x(const KvPoint3d& point) const { return point.x - origin_.x; }
+  [[nodiscard]] double y(const KvPoint3d& point) const { return height_ - (point.y - origin_.y); }
+
+  void paintShape(const simhost::Line& line) {
+    cairo_move_to(cairo_.get(), x(line.from), y(line.from));
+    cairo_line_to(cairo_.get(), x(line.to), y(line.to));
+    cairo_stroke(cairo_.get());
+  }
+  void paintShape(const simhost::Polyline& polyline) {
+    for (const KvPoint3d& point : polyline.points)
+      cairo_line_to(cairo_.get(), x(point), y(point));
+    if (polyline.isClosed) cairo_close_path(cairo_.get());
+    cairo_set_line_width(cairo_.get(), std::max(polyline.width, thinnestMillimetres));
+    cairo_stroke(cairo_.get());
+  }
+  void paintShape(const simhost::Circle& circle) {
+    cairo_new_sub_path(cairo_.get());
+    cairo_arc(cairo_.get(), x(circle.centre), y(circle.centre), circle.radius, 0.0, 2.0 * std::numbers::pi);
+    cairo_stroke(cairo_.get());
+  }
+  void paintShape(const simhost::Arc& arc) {
+    // y runs downwards here, so the arc is gone through the other way.
+    constexpr double radians = std::numbers::pi / 180.0;
+    cairo_new_sub_path(cairo_.get());
+    cairo_arc_negative(
+        cairo_.get(), x(arc.centre), y(arc.centre), arc.radius, -arc.startDegrees * radians,
+        -(arc.startDegrees + simhost::turnOf(arc)) * radians);
+    cairo_stroke(cairo_.get());
+  }
+  void paintShape(const simhost::Text& text) {
+    const simhost::TextPlace place = simhost::textPlace(text);
+    const double width = widthOf(text.text, place.fontSize);
+    const KvPoint3d start = simhost::pointAt(place.position, -width * place.anchor, text.rotationDegrees);
+    showText(start.x - origin_.x, start.y - origin_.y, place.fontSize, text.rotationDegrees, text.text);
+  }
+  // The display list has resolved these.
+  void paintShape(const simhost::BlockReference& /*reference*/) {}
+  void paintShape(const simhost::Attribute& /*attribute*/) {}
+  void paintShape(const simhost::AttributeDefinition& /*definition*/) {}
+
+  void setFont(double size) {
+    cairo_select_font_face(cairo_.get(), fontFamily, CAIRO_FONT_SLANT_NORMAL, CAIRO_FONT_WEIGHT_NORMAL);
+    cairo_set_font_size(cairo_.get(), size);
+  }
+
+  void showText(double left, double base, double size, double degrees, const std::wstring& text) {
+    if (text.empty()) return;
+    setFont(size);
+    cairo_save(cairo_.get());
+    cairo_translate(cairo_.get(), left, height_ - base);
+    cairo_rotate(cairo_.get(), -degrees * std::numbers::pi / 180.0);
+    cairo_move_to(cairo_.get(), 0.0, 0.0);
+    const auto page = pagesOfTags_.find(text);
+    const bool isLink = page != pagesOfTags_.end() && page->second != page_;
+    if (isLink)
+      cairo_tag_begin(
+          cairo_.get(), CAIRO_TAG_LINK,
+          ("dest='" + quoted("page" + std::to_string(page->second)) + "'").c_str());
+    cairo_show_text(cairo_.get(), toUtf8(text).c_str());
+    if (isLink) cairo_tag_end(cairo_.get(), CAIRO_TAG_LINK);
+    cairo_restore(cairo_.get());
+  }
+
+  const std::map<std::wstring, std::size_t>& pagesOfTags_;
+  std::unique_ptr<cairo_surface_t, SurfaceRelease> surface_;
+  std::unique_ptr<cairo_t, PainterRelease> cairo_;
+  std::size_t page_ = 0;
+  double height_ = 0.0;
+  KvPoint3d origin_;
+};
+
+void paintSheet(Painter& painter, const PaperSheet& sheet) {
+  const simhost::LoadedDrawing loaded = simhost::loadDrawing(fromUtf8(sheet.file));
+  if (loaded.drawing == nullptr) throw simhost::BadInput(toUtf8(loaded.error));
+  const DrawingDatabase& drawing = *loaded.drawing;
+  const auto items = simhost::displayList(drawing, drawing.currentSpace());
+  if (!items)
+    throw simhost::BadInput(
+        sheet.file + ": its blocks are nested so deep that it shows too many shapes to be painted");
+  double width = paperNumber(drawing, L"PAPER_WIDTH");
+  double height = paperNumber(drawing, L"PAPER_HEIGHT");
+  KvPoint3d origin;
+  if (!(width > 0.0) || !(height > 0.0)) {
+    Box box;
+    for (const simhost::DisplayItem& item : *items)
+      box.include(simhost::boxOf(item.shape));
+    if (box.isEmpty()) box.includeAround({}, marginMillimetres);
+    width = box.width() + 2.0 * marginMillimetres;
+    height = box.height() + 2.0 * marginMillimetres;
+    origin = {box.left - marginMillimetres, box.bottom - marginMillimetres, 0.0};
+  }
+  // The largest page that readers take is 200 inches.
+  if (std::max(width, height) > 5080.0)
+    throw simhost::BadInput(sheet.file + ": is larger than a page can be, 5080 mm; put it on sheets");
+  painter.beginPage(
+      width, height, sheet.number, sheet.title.empty() ? sheet.number : sheet.number + L"  " + sheet.title);
+  for (const simhost::DisplayItem& item : *items)
+    painter.paint(item, origin);
+  painter.endPage();
+}
+
+/// A list on pages of A4, landscape: columns as wide as their longest text, cut where the page ends.
+class ListPages final {
+public:
+  ListPages(Painter& painter, const Report& report) : painter_(painter), report_(report) {}
+
+  void paint() {
+    beginPage();
+    measure();
+    heading();
+    for (const auto& row : report_.rows) {
+      if (y_ < bottom_) nextPage();
+      line(row);
+    }
+    for (const std::wstring& note : report_.notes) {
+      if (y_ < bottom_) nextPage();
+      painter_.paintCell(left_, y_, size_, note);
+      y_ -= lineHeight_;
+    }
+    painter_.endPage();
+  }
+
+private:
+  void beginPage() {
+    ++page_;
+    const std::wstring number = report_.title + L" " + std::to_wstring(page_);
+    painter_.beginPage(pageWidth_, pageHeight_, number, number);
+    painter_.paintCell(left_, pageHeight_ - 16.0, 5.0, report_.title);
+    y_ = pageHeight_ - 26.0;
+  }
+  void nextPage() {
+    painter_.endPage();
+    beginPage();
+    heading();
+  }
+
+  void measure() {
+    double all = 0.0;
+    for (std::size_t column = 0; column < report_.columns.size(); ++column) {
+      double width = painter_.widthOf(report_.columns[column].title, size_);
+      for (const auto& row : report_.rows)
+        width = std::max(width, painter_.widthOf(row[column].value_or(std::wstring()), size_));
+      widths_.push_back(width + gap_);
+      all += widths_.back();
+    }
+    // Too wide for the page: the widest columns give way.
+    const double room = pageWidth_ - 2.0 * left_;
+    for (double excess = all - room; excess > 0.01;) {
+      const auto widest = std::max_element(widths_.begin(), widths_.end());
+      const double cut = std::min(excess, std::max(*widest * 0.1, 0.1));
+      *widest -= cut;
+      excess -= cut;
+    }
+  }
+
+  void heading() {
+    std::vector<std::optional<std::wstring>> titles;
+    for (const ReportColumn& column : report_.columns)
+      titles.emplace_back(column.title);
+    line(titles);
+    painter_.paintRule(left_, pageWidth_ - left_, y_ + lineHeight_ - 1.2);
+  }
+
+  void line(const std::vector<std::optional<std::wstring>>& cells) {
+    // A text that its column cannot hold goes on below: nothing of a list is cut off.
+    std::vector<std::wstring> rests;
+    for (const auto& cell : cells)
+      rests.push_back(cell.value_or(std::wstring()));
+    bool isLeft = true;
+    while (isLeft) {
+      if (y_ < bottom_) nextPage();
+      isLeft = false;
+      double x = left_;
+      for (std::size_t column = 0; column < rests.size(); ++column) {
+        const std::wstring part = fitting(rests[column], widths_[column] - gap_);
+        painter_.paintCell(x, y_, size_, part);
+        rests[column].erase(0, part.size());
+        isLeft = isLeft || !rests[column].empty();
+        x += widths_[column];
+      }
+      y_ -= lineHeight_;
+    }
+  }
+
+  /// The longest beginning of the text that fits, up to a blank where there is one; a character at least.
+  [[nodiscard]] std::wstring fitting(const std::wstring& text, double width) {
+    if (painter_.widthOf(text, size_) <= width + 0.01) return text;
+    std::size_t length = 1;
+    while (length < text.size() && painter_.widthOf(text.substr(0, length + 1), size_) <= width)
+      ++length;
+    const std::size_t blank = text.rfind(L' ', length);
+    return text.substr(
+        0, blank != std::wstring::npos && blank > 0 ? std::min(blank + 1, text.size()) : length);
+  }
+
+  static constexpr double pageWidth_ = 297.0;
+  static constexpr double pageHeight_ = 210.0;
+  static constexpr double left_ = 12.0;
+  static constexpr double bottom_ = 12.0;
+  static constexpr double size_ = 2.8;
+  static constexpr double lineHeight_ = 4.4;
+  static constexpr double gap_ = 3.0;
+
+  Painter& painter_;
+  const Report& report_;
+  std::vector<double> widths_;
+  double y_ = 0.0;
+  int page_ = 0;
+};
+
+} // namespace
+
+std::optional<std::string> writePdf(
+    const std::string& out, const std::vector<PaperSheet>& sheets, const PaperOptions& options) {
+  std::map<std::wstring, std::size_t> pagesOfTags;
+  for (std::size_t sheet = 0; sheet < sheets.size(); ++sheet)
+    for (const std::wstring& tag : sheets[sheet].tags)
+      pagesOfTags.try_emplace(tag, sheet + 1);
+  // Beside the file first: one that is there stays whole until the new one is.
+  const std::string beside = out + ".part";
+  std::error_code error;
+  try {
+    Painter painter(beside, pagesOfTags);
+    painter.setTitle(options.title);
+    for (const PaperSheet& sheet : sheets)
+      paintSheet(painter, sheet);
+    for (const Report& list : options.lists)
+      ListPages(painter, list).paint();
+    if (const auto reason = painter.finish()) {
+      std::filesystem::remove(beside, error);
+      return out + ": " + *reason;
+    }
+  } catch (...) {
+    std::filesystem::remove(beside, error);
+    throw;
+  }
+  std::filesystem::rename(beside, out, error);
+  if (!error) return std::nullopt;
+  const std::string reason = out + ": " + error.message();
+  std::filesystem::remove(beside, error);
+  return reason;
+}
+
+} // namespace circuits

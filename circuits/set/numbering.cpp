@@ -1,0 +1,126 @@
+// Changing texts of attributes, in drawing order.
+#include "circuits/set/numbering.h"
+
+#include "text/compare.h"
+#include "text/numbers.h"
+
+#include <algorithm>
+#include <cmath>
+#include <set>
+#include <utility>
+#include <vector>
+
+namespace circuits {
+
+using simhost::DrawingDatabase;
+using simhost::EntityNode;
+
+namespace {
+
+void setText(DrawingDatabase& drawing, KvDbHandle attribute, const std::wstring& text) {
+  simhost::Entity value = drawing.find(attribute)->value;
+  std::get<simhost::Attribute>(value.shape).text.text = text;
+  drawing.changeEntity(attribute, std::move(value));
+}
+
+KvDbHandle attributeOf(const DrawingDatabase& drawing, const EntityNode& node, std::wstring_view tag) {
+  for (const KvDbHandle handle : node.attributes)
+    if (const EntityNode* attribute = drawing.find(handle))
+      if (brenvolt::equalsOrdinalNoCase(std::get<simhost::Attribute>(attribute->value.shape).tag, tag))
+        return handle;
+  return {};
+}
+
+std::wstring textOf(const DrawingDatabase& drawing, KvDbHandle attribute) {
+  return attribute.isNull() ? std::wstring()
+                            : std::get<simhost::Attribute>(drawing.find(attribute)->value.shape).text.text;
+}
+
+bool isContactNumber(const std::wstring& number) {
+  return number.size() == 2 && number[0] >= L'1' && number[0] <= L'9' && number[1] >= L'1' &&
+         number[1] <= L'4';
+}
+
+double lengthOf(const simhost::Line& line) {
+  return std::hypot(line.to.x - line.from.x, line.to.y - line.from.y);
+}
+
+bool isLevel(const simhost::Line& line) {
+  return std::abs(line.to.y - line.from.y) < std::abs(line.to.x - line.from.x);
+}
+
+} // namespace
+
+void numberTerminals(DrawingDatabase& drawing, std::map<std::wstring, int>& last) {
+  std::vector<std::pair<KvDbHandle, std::wstring>> terminals;
+  const EntityNode* node = drawing.store().findBlock(drawing.currentSpace())->first;
+  for (; node != nullptr; node = node->next) {
+    if (textOf(drawing, attributeOf(drawing, *node, L"FAMILY")) != terminalFamily) continue;
+    const KvDbHandle terminal = attributeOf(drawing, *node, L"TERM01");
+    if (!terminal.isNull())
+      terminals.emplace_back(terminal, textOf(drawing, attributeOf(drawing, *node, L"TAGSTRIP")));
+  }
+  for (const auto& [terminal, strip] : terminals)
+    setText(drawing, terminal, brenvolt::formatInt(++last[strip]));
+}
+
+void numberContacts(DrawingDatabase& drawing) {
+  const Netlist list = readNetlist(drawing);
+  // By device, the tens that its contacts have.
+  std::map<std::size_t, std::set<wchar_t>> taken;
+  std::map<std::uint64_t, std::vector<const Pin*>> contacts;
+  std::vector<std::uint64_t> order;
+  for (const Pin& pin : list.pins) {
+    if (!isContactNumber(pin.number)) continue;
+    std::vector<const Pin*>& pins = contacts[pin.symbol.value()];
+    if (pins.empty()) order.push_back(pin.symbol.value());
+    pins.push_back(&pin);
+  }
+  // Drawing order, which the list of pins keeps.
+  for (const std::uint64_t symbol : order) {
+    const std::vector<const Pin*>& pins = contacts[symbol];
+    std::set<wchar_t>& tens = taken[pins.front()->device];
+    wchar_t ten = pins.front()->number[0];
+    while (tens.contains(ten) && ten < L'9')
+      ++ten;
+    tens.insert(ten);
+    if (ten == pins.front()->number[0]) continue;
+    const EntityNode& node = *drawing.find(KvDbHandle(symbol));
+    for (const KvDbHandle handle : std::vector<KvDbHandle>(node.attributes)) {
+      const std::wstring text = textOf(drawing, handle);
+      const bool isPin = std::any_of(pins.begin(), pins.end(), [&](const Pin* pin) {
+        const auto& value = std::get<simhost::Attribute>(drawing.find(handle)->value.shape);
+        return pin->number == text && pin->position == value.text.position;
+      });
+      if (isPin) setText(drawing, handle, std::wstring(1, ten) + text[1]);
+    }
+  }
+}
+
+std::vector<NetLabel> netLabels(
+    const DrawingDatabase& drawing, const Netlist& netlist, const std::wstring& circuit) {
+  std::vector<NetLabel> labels;
+  for (const Net& net : netlist.nets) {
+    if (net.circuit != circuit) continue;
+    NetLabel label{net.number, net.number.empty() && net.carriesNumber, {}, false, {}, {}};
+    double longest = -1.0;
+    for (const std::size_t place : net.conductors) {
+      const Conductor& conductor = netlist.conductors[place];
+      for (const KvDbHandle handle : conductor.wires) {
+        const auto& line = std::get<simhost::Line>(drawing.find(handle)->value.shape);
+        const bool level = isLevel(line);
+        const bool isBetter = level != label.isLevel ? level : lengthOf(line) > longest;
+        if (longest >= 0.0 && !isBetter) continue;
+        longest = lengthOf(line);
+        label.isLevel = level;
+        label.place = {(line.from.x + line.to.x) / 2.0, (line.from.y + line.to.y) / 2.0, 0.0};
+        label.colour = conductor.colour;
+        label.size = conductor.size;
+      }
+    }
+    labels.push_back(std::move(label));
+  }
+  return labels;
+}
+
+} // namespace circuits

@@ -1,0 +1,16 @@
+// A circuit of a drawing that a subcommand is told by name.
+#pragma once
+
+#include "circuits/provenance/circuit_objects.h"
+
+#include <string>
+#include <vector>
+
+namespace simhost {
+
+/// The one circuit of this id, name or tag. Throws BadInput, naming the option, when there is none or there are several.
+[[nodiscard]] const circuits::CircuitObject& chosenCircuit(
+    const std::vector<circuits::CircuitObject>& circuits, const char* option, const std::string& name,
+    const std::string& drawing);
+
+} // namespace simhost

@@ -1,0 +1,326 @@
+// One host a process, one document a circuit.
+#include "simhost/cli/set_parts.h"
+
+#include "circuits/provenance/circuit_objects.h"
+#include "circuits/set/numbering.h"
+#include "simhost/cli/set_history.h"
+#include "simhost/drawing/drawing_file.h"
+#include "simhost/host/errors.h"
+#include "simhost/host/files.h"
+#include "simhost/lisp/list.h"
+#include "simhost/lisp/printer.h"
+#include "simhost/site/site_database.h"
+#include "simhost/site/site_run.h"
+#include "simhost/ui/scripted_windows.h"
+#include "text/encoding.h"
+#include "text/numbers.h"
+
+#include <poll.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <array>
+#include <cerrno>
+#include <cstdint>
+#include <cstdio>
+#include <exception>
+#include <memory>
+#include <system_error>
+#include <utility>
+
+namespace simhost {
+
+namespace fs = std::filesystem;
+using brenvolt::fromUtf8;
+using brenvolt::toUtf8;
+
+namespace {
+
+/// Called for each net of a circuit; a site without it gets no labels.
+constexpr std::wstring_view labelFunction = L"site-label-net";
+
+std::wstring lispText(std::wstring_view text) {
+  return lisp::printValue(lisp::Value::string(std::wstring(text)), lisp::PrintStyle::readable);
+}
+
+std::wstring setForm(std::wstring_view variable, const std::wstring& text) {
+  return L"(set-variable " + lispText(variable) + L" " + lispText(text) + L")";
+}
+
+class PartBuilder final {
+public:
+  PartBuilder(const PartOptions& options, const SetParts& parts, std::size_t builds)
+      : options_(options), parts_(parts),
+        configurations_(
+            parts.folder().parent_path() / ("work-" + std::to_string(::getpid())), options.settings.workbook),
+        windows_(refusals(builds), "a set is built without questions"),
+        site_(
+            {options.settings.site,
+             {},
+             {},
+             options.module,
+             options.language,
+             SiteRunOptions::UnnamedSettings::memory,
+             {}},
+            windows_) {}
+
+  /// Throws BadInput and CannotWrite.
+  void build(const SetCircuit& circuit) {
+    site_.openDrawing({});
+    const lisp::Value built = site_.run(buildForm(circuit, configurations_.workbookFor(circuit), {}), L"set");
+    if (built.isNil()) throw BadInput("the build failed" + lastLine());
+    DrawingDatabase& drawing = site_.session().documents().current()->drawing();
+    const std::vector<circuits::CircuitObject> objects = circuits::circuitsOf(drawing);
+    if (objects.size() != 1) throw BadInput("the build left no circuit");
+    circuits::numberContacts(drawing);
+    labelNets(site_, drawing, objects.front().id);
+    keepRow(drawing, objects.front().id, circuit, circuit.tag);
+    const std::string reason = replaceFile(parts_.drawingOf(circuit), drawingToJson(drawing));
+    if (!reason.empty()) throw CannotWrite(reason);
+  }
+
+private:
+  [[nodiscard]] std::string lastLine() const {
+    return windows_.failure().empty() ? std::string() : ": " + toUtf8(windows_.failure());
+  }
+
+  const PartOptions& options_;
+  const SetParts& parts_;
+  ConfigurationFolder configurations_;
+  ScriptedWindows windows_;
+  SiteRun site_;
+};
+
+/// Lines that a process sends: the place of a circuit, and behind a tab why it failed.
+void buildShare(
+    const std::vector<SetCircuit>& circuits, const std::vector<std::size_t>& share, const SetParts& parts,
+    const PartOptions& options, int pipe) {
+  const auto send = [pipe](std::string line) {
+    std::replace(line.begin(), line.end(), '\n', ' ');
+    line += '\n';
+    for (std::size_t sent = 0; sent < line.size();) {
+      const ssize_t count = ::write(pipe, line.data() + sent, line.size() - sent);
+      if (count < 0 && errno == EINTR) continue;
+      if (count <= 0) ::_exit(1);
+      sent += static_cast<std::size_t>(count);
+    }
+  };
+  std::unique_ptr<PartBuilder> builder;
+  for (const std::size_t place : share) {
+    std::string reason;
+    try {
+      if (builder == nullptr) builder = std::make_unique<PartBuilder>(options, parts, share.size());
+      builder->build(circuits[place]);
+    } catch (const std::exception& error) {
+      reason = std::string("\t") + error.what();
+      builder.reset(); // a host that failed may not be asked again
+    }
+    send(std::to_string(place) + reason);
+    if (!reason.empty() && !options.keepsGoing) break;
+  }
+}
+
+struct Worker {
+  pid_t process = -1;
+  int pipe = -1;
+  std::string text;
+};
+
+Worker startWorker(
+    const std::vector<SetCircuit>& circuits, const std::vector<std::size_t>& share, const SetParts& parts,
+    const PartOptions& options) {
+  std::array<int, 2> ends{};
+  if (::pipe(ends.data()) != 0) throw CannotWrite("no pipe to a further process can be made");
+  std::fflush(nullptr);
+  const pid_t process = ::fork();
+  if (process < 0) throw CannotWrite("no further process can be made");
+  if (process == 0) {
+    ::close(ends[0]);
+    // What LISP prints belongs to no single circuit's reader.
+    if (std::freopen("/dev/null", "w", stdout) == nullptr) ::_exit(1);
+    buildShare(circuits, share, parts, options, ends[1]);
+    ::_exit(0);
+  }
+  ::close(ends[1]);
+  return {process, ends[0], {}};
+}
+
+} // namespace
+
+/// The one question of a build without dialogs: whether tables of another code shall size the components. They shall
+/// not: what has no figure of its own code is reported.
+std::vector<AnswerStep> refusals(std::size_t builds) {
+  AnswerStep step;
+  step.dialog = "ZanBrenvolt.MotorITableNotFound";
+  constexpr int stop = 2;
+  AnswerAction press;
+  press.verb = "press";
+  press.subject = std::to_string(stop);
+  press.number = stop;
+  step.actions.push_back(std::move(press));
+  std::vector<AnswerStep> steps;
+  for (std::size_t number = 1; number <= builds; ++number) {
+    step.number = number;
+    steps.push_back(step);
+  }
+  return steps;
+}
+
+void labelNets(SiteRun& site, DrawingDatabase& drawing, const std::wstring& circuit) {
+  if (!site.interpreter().findFunction(labelFunction)) return;
+  const std::vector<circuits::NetLabel> labels =
+      circuits::netLabels(drawing, circuits::readNetlist(drawing), circuit);
+  std::vector<lisp::Value> used;
+  for (const circuits::NetLabel& label : labels)
+    if (!label.number.empty()) used.push_back(lisp::Value::string(label.number));
+  // The labels are part of the circuit: they move and go with it.
+  drawing.setStamp(Provenance{circuit, std::wstring(labelCode)});
+  for (const circuits::NetLabel& label : labels) {
+    const std::array arguments = {
+        lisp::Value::string(label.number),
+        lisp::Value::truth(label.needsNumber),
+        lisp::makePoint(label.place.x, label.place.y, 0.0),
+        lisp::Value::truth(label.isLevel),
+        lisp::Value::string(label.colour),
+        lisp::Value::string(label.size),
+        lisp::makeList(used)};
+    try {
+      const lisp::Value number = site.interpreter().call(labelFunction, arguments);
+      if (label.needsNumber && number.isString()) used.push_back(number);
+    } catch (const lisp::LispError& error) {
+      drawing.setStamp({});
+      throw BadInput(error.what());
+    }
+  }
+  drawing.setStamp({});
+}
+
+std::wstring buildForm(const SetCircuit& circuit, const std::string& workbook, const KvPoint3d& at) {
+  std::wstring form = L"(progn (setq GBL_qn_electcodestd " + lispText(circuit.standardCode) + L")";
+  form += L"(set-variable \"SITE_CIRCUIT\" " +
+          brenvolt::formatInt(static_cast<std::int64_t>(circuit.number) - 1) + L")";
+  form += setForm(L"SITE_TAG", circuit.tag) + setForm(L"SITE_INST", circuit.installation) +
+          setForm(L"SITE_LOC", circuit.location);
+  for (std::size_t place = 0; place < circuit.descriptions.size(); ++place)
+    form += setForm(
+        L"SITE_DESC" + brenvolt::formatInt(static_cast<std::int64_t>(place) + 1),
+        circuit.descriptions[place]);
+  form += L"(site-build";
+  // The row has a configuration of its own.
+  const bool startsElsewhere = !circuit.configuration.empty();
+  for (const std::wstring& text :
+       {circuit.drawingTemplate, fromUtf8(workbook), circuit.worksheet, circuit.circuit, circuit.type,
+        startsElsewhere ? circuit.configuration : circuit.name})
+    form += L" " + lispText(text);
+  form += L" '(" + lisp::printReal(at.x) + L" " + lisp::printReal(at.y) + L")";
+  form += L" " + lispText(startsElsewhere ? circuit.preset : std::wstring()) + L" \"\" \"\"";
+  return form + L"))";
+}
+
+void keepRow(
+    DrawingDatabase& drawing, const std::wstring& id, const SetCircuit& circuit, const std::wstring& tag) {
+  CircuitFields fields = {{L"tag", tag}};
+  const auto add = [&fields](const wchar_t* name, const std::wstring& text) {
+    if (!text.empty()) fields.emplace_back(name, text);
+  };
+  add(L"standard-code", circuit.standardCode);
+  add(L"length", circuit.length);
+  add(L"raceway", circuit.raceway);
+  const CircuitFields& built = drawing.store().circuits().at(id);
+  fields.insert(fields.end(), built.begin(), built.end());
+  drawing.putCircuit(id, std::move(fields));
+}
+
+std::string digestOf(std::string_view bytes) {
+  // FNV-1a, 64 bits: names, no secrets.
+  std::uint64_t hash = 14695981039346656037U;
+  for (const char byte : bytes)
+    hash = (hash ^ static_cast<unsigned char>(byte)) * 1099511628211U;
+  constexpr std::string_view digits = "0123456789abcdef";
+  std::string text;
+  for (int shift = 60; shift >= 0; shift -= 4)
+    text += digits[(hash >> static_cast<unsigned>(shift)) & 15U];
+  return text;
+}
+
+std::string siteDigest(const std::string& site) {
+  std::vector<fs::path> files;
+  std::error_code error;
+  for (const char* folder : {"lisp", "templates", "blocks", "tables"})
+    for (const auto& entry : fs::recursive_directory_iterator(fs::path(site) / folder, error))
+      if (entry.is_regular_file(error)) files.push_back(entry.path());
+  for (const char* file : {"site.lsp", "zan_brenvolt.xls", "zan_brenvolt.xml"})
+    files.push_back(fs::path(site) / file);
+  std::sort(files.begin(), files.end());
+  std::string all;
+  for (const fs::path& file : files)
+    all += file.lexically_relative(site).generic_string() + digestOf(readFile(file).value_or(""));
+  return digestOf(all);
+}
+
+fs::path SetParts::drawingOf(const SetCircuit& circuit) const {
+  return folder_ / (digestOf(basis_ + toUtf8(circuit.fingerprint())) + ".json");
+}
+
+std::vector<PartFailure> buildParts(
+    const std::vector<SetCircuit>& circuits, const std::vector<std::size_t>& wanted, const SetParts& parts,
+    const PartOptions& options) {
+  std::vector<std::size_t> missing;
+  std::error_code error;
+  for (const std::size_t place : wanted)
+    if (!fs::exists(parts.drawingOf(circuits[place]), error)) missing.push_back(place);
+  std::vector<PartFailure> failures;
+  if (missing.empty()) return failures;
+  // Once, and not by each process at the same time.
+  if (fs::is_directory(fs::path(options.settings.site) / "tables", error))
+    static_cast<void>(siteDatabase(options.settings.site));
+  const std::size_t jobs = std::min(missing.size(), static_cast<std::size_t>(std::max(options.jobs, 1)));
+  std::vector<Worker> workers;
+  for (std::size_t job = 0; job < jobs; ++job) {
+    std::vector<std::size_t> share;
+    for (std::size_t place = job; place < missing.size(); place += jobs)
+      share.push_back(missing[place]);
+    workers.push_back(startWorker(circuits, share, parts, options));
+  }
+  std::size_t done = 0;
+  bool hasBroken = false;
+  while (std::any_of(workers.begin(), workers.end(), [](const Worker& worker) { return worker.pipe >= 0; })) {
+    std::vector<pollfd> waits;
+    for (const Worker& worker : workers)
+      waits.push_back({worker.pipe, POLLIN, 0});
+    if (::poll(waits.data(), waits.size(), -1) < 0 && errno != EINTR) break;
+    for (std::size_t index = 0; index < workers.size(); ++index) {
+      Worker& worker = workers[index];
+      if (worker.pipe < 0 || waits[index].revents == 0) continue;
+      std::array<char, 4096> buffer{};
+      const ssize_t count = ::read(worker.pipe, buffer.data(), buffer.size());
+      if (count < 0 && errno == EINTR) continue;
+      if (count <= 0) {
+        ::close(worker.pipe);
+        worker.pipe = -1;
+        int status = 0;
+        ::waitpid(worker.process, &status, 0);
+        if (!WIFEXITED(status) || WEXITSTATUS(status) != 0) hasBroken = true;
+        continue;
+      }
+      worker.text.append(buffer.data(), static_cast<std::size_t>(count));
+      for (std::size_t end = worker.text.find('\n'); end != std::string::npos; end = worker.text.find('\n')) {
+        const std::string line = worker.text.substr(0, end);
+        worker.text.erase(0, end + 1);
+        const std::size_t tab = line.find('\t');
+        if (tab != std::string::npos) failures.push_back({std::stoul(line), line.substr(tab + 1)});
+        ++done;
+        if (options.progress) options.progress(done, missing.size());
+      }
+    }
+  }
+  if (hasBroken)
+    throw CannotWrite("a process that built circuits ended before its time; what is whole has been kept");
+  std::sort(failures.begin(), failures.end(), [](const PartFailure& one, const PartFailure& other) {
+    return one.circuit < other.circuit;
+  });
+  return failures;
+}
+
+} // namespace simhost

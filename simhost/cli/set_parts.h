@@ -1,0 +1,73 @@
+// Building the circuits of a set, each in a drawing of its own, in several processes. What one builds does not hang on
+// which process builds it, so the parts are the same bytes whatever their number.
+#pragma once
+
+#include "simhost/cli/set_rows.h"
+#include "simhost/site/site_run.h"
+#include "simhost/ui/answers.h"
+
+#include <cstddef>
+#include <filesystem>
+#include <functional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace simhost {
+
+/// Where the circuit's part lies: its name is made from all that it was made from, so one that exists is right.
+class SetParts final {
+public:
+  /// `basis`: whatever else a part depends on, such as the site's files.
+  SetParts(std::filesystem::path folder, std::string basis)
+      : folder_(std::move(folder)), basis_(std::move(basis)) {}
+  [[nodiscard]] std::filesystem::path drawingOf(const SetCircuit& circuit) const;
+  [[nodiscard]] const std::filesystem::path& folder() const { return folder_; }
+
+private:
+  std::filesystem::path folder_;
+  std::string basis_;
+};
+
+/// The CODE under which labels of nets are marked.
+inline constexpr std::wstring_view labelCode = L"LABEL";
+/// Has the site's LISP number and label the nets of a circuit. Throws BadInput when it fails.
+void labelNets(SiteRun& site, DrawingDatabase& drawing, const std::wstring& circuit);
+
+/// Has the drawing keep of the circuit what the list says beside what its build left.
+void keepRow(
+    DrawingDatabase& drawing, const std::wstring& id, const SetCircuit& circuit, const std::wstring& tag);
+
+/// The LISP that draws one circuit at the point; its answer is that of the build.
+[[nodiscard]] std::wstring buildForm(
+    const SetCircuit& circuit, const std::string& workbook, const KvPoint3d& at);
+
+/// A text of 16 hexadecimal digits that stands for the bytes.
+[[nodiscard]] std::string digestOf(std::string_view bytes);
+/// What of a site a built circuit depends on: its LISP, workbook, tables, templates, blocks and saved configurations.
+[[nodiscard]] std::string siteDigest(const std::string& site);
+
+struct PartFailure {
+  std::size_t circuit = 0; ///< its place in the list
+  std::string reason;
+};
+
+struct PartOptions {
+  SetSettings settings;
+  std::string module;
+  std::string language;
+  int jobs = 1;
+  bool keepsGoing = false;
+  std::function<void(std::size_t done, std::size_t all)> progress; ///< may be empty
+};
+
+/// Answers of a build that asks nobody; see the source.
+[[nodiscard]] std::vector<AnswerStep> refusals(std::size_t builds);
+
+/// Builds the parts that are missing. Without `keepsGoing` nothing more is begun after a failure. Throws CannotWrite
+/// when a process cannot be made or ends by itself.
+[[nodiscard]] std::vector<PartFailure> buildParts(
+    const std::vector<SetCircuit>& circuits, const std::vector<std::size_t>& wanted, const SetParts& parts,
+    const PartOptions& options);
+
+} // namespace simhost

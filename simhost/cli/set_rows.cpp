@@ -1,0 +1,506 @@
+// Looking up row by row, with each table and worksheet read once.
+#include "simhost/cli/set_rows.h"
+
+#include "data/rating_tables.h"
+#include "simhost/cli/code_standard.h"
+#include "simhost/cli/site_workbook.h"
+#include "simhost/cli/wire_request.h"
+#include "simhost/host/errors.h"
+#include "text/compare.h"
+#include "text/encoding.h"
+#include "text/numbers.h"
+#include "text/split.h"
+
+#include <algorithm>
+#include <cmath>
+#include <filesystem>
+#include <map>
+#include <memory>
+#include <optional>
+#include <set>
+#include <utility>
+
+namespace simhost {
+
+using brenvolt::fromUtf8;
+using brenvolt::RatingRecord;
+using brenvolt::toUtf8;
+using circuits::SetField;
+using circuits::SetRow;
+
+namespace {
+
+/// The groups of a worksheet by which a motor or a load is asked for begin so.
+constexpr std::wstring_view motorGroup = L"!MCC_CTRL";
+constexpr std::wstring_view loadGroup = L"!PF_CTRL";
+
+/// How a field of the list is called in the motor and in the load table.
+struct RatingColumn {
+  SetField field;
+  std::size_t motor;
+  std::optional<std::size_t> load;
+};
+constexpr RatingColumn ratingColumns[] = {
+    {SetField::kind, brenvolt::motorcolumn::type, brenvolt::loadcolumn::type},
+    {SetField::load, brenvolt::motorcolumn::load, brenvolt::loadcolumn::load},
+    {SetField::units, brenvolt::motorcolumn::units, brenvolt::loadcolumn::units},
+    {SetField::voltage, brenvolt::motorcolumn::voltage, brenvolt::loadcolumn::voltage},
+    {SetField::phase, brenvolt::motorcolumn::phase, brenvolt::loadcolumn::phase},
+    {SetField::frequency, brenvolt::motorcolumn::frequency, brenvolt::loadcolumn::frequency},
+    {SetField::speed, brenvolt::motorcolumn::speed, std::nullopt},
+};
+
+enum class LoadKind { none, motor, load };
+
+/// What a worksheet says, read once.
+struct Worksheet {
+  std::map<std::wstring, brenvolt::ZanCodeRecord> records;
+  LoadKind kind = LoadKind::none;
+  std::vector<SetOptionsOfCode> controls; ///< the CODEs that ask for the motor or load
+  std::string fault;
+};
+
+/// Motors and loads of one code standard.
+struct Standard {
+  std::unique_ptr<EngineeringRun> run;
+  std::unique_ptr<WireRequests> wires;
+  std::map<LoadKind, std::vector<RatingRecord>> records;
+  std::string fault;
+};
+
+class RowResolver final {
+public:
+  RowResolver(const SetSettings& settings, circuits::SetList& list)
+      : settings_(settings), list_(list), catalogue_(readCircuitList(settings.workbook)) {
+    for (const circuits::SetFault& fault : list.faults)
+      badRows_.insert(fault.row);
+  }
+
+  std::vector<SetCircuit> run() {
+    std::vector<SetCircuit> circuits;
+    std::size_t number = 0;
+    for (const SetRow& row : list_.rows) {
+      // A row that is left out keeps its number: its neighbours stay as they are once it is put right.
+      ++number;
+      const std::size_t faults = list_.faults.size();
+      SetCircuit circuit = resolve(row);
+      circuit.number = number;
+      if (list_.faults.size() == faults && !badRows_.contains(row.number))
+        circuits.push_back(std::move(circuit));
+    }
+    std::stable_sort(list_.faults.begin(), list_.faults.end(), [](const auto& one, const auto& other) {
+      return one.row < other.row;
+    });
+    return circuits;
+  }
+
+private:
+  void fail(const SetRow& row, std::wstring_view column, std::wstring reason) {
+    list_.faults.push_back({row.number, std::wstring(column), std::move(reason)});
+  }
+  void fail(const SetRow& row, SetField field, std::wstring reason) {
+    fail(row, circuits::setFields()[static_cast<std::size_t>(field)].name, std::move(reason));
+  }
+
+  SetCircuit resolve(const SetRow& row) {
+    SetCircuit circuit;
+    circuit.row = row.number;
+    circuit.tag = row[SetField::tag];
+    circuit.name = circuit.tag;
+    circuit.circuit = row[SetField::circuit];
+    circuit.type = row[SetField::type];
+    circuit.configuration = row[SetField::configuration];
+    circuit.standardCode =
+        row[SetField::standardCode].empty() ? fromUtf8(settings_.standardCode) : row[SetField::standardCode];
+    circuit.installation = row[SetField::installation];
+    circuit.location = row[SetField::location];
+    circuit.descriptions = {
+        row[SetField::description1], row[SetField::description2], row[SetField::description3]};
+    const Worksheet* sheet = findType(row, circuit);
+    if (sheet == nullptr) return circuit;
+    takeConfiguration(row, circuit);
+    takeOptions(row, *sheet, circuit);
+    takeLoad(row, *sheet, circuit);
+    return circuit;
+  }
+
+  const Worksheet* findType(const SetRow& row, SetCircuit& circuit) {
+    const auto known = catalogue_.circuits().find(circuit.circuit);
+    if (known == catalogue_.circuits().end()) {
+      fail(
+          row, SetField::circuit,
+          L"the workbook has no circuit \"" + circuit.circuit + L"\": it has " +
+              names(catalogue_.circuits(), [](const auto& one) { return one.first; }));
+      return nullptr;
+    }
+    const brenvolt::ZanCircuitEntry* entry = catalogue_.findEntry(circuit.circuit, circuit.type);
+    if (entry == nullptr) {
+      fail(
+          row, SetField::type,
+          L"circuit \"" + circuit.circuit + L"\" has no type \"" + circuit.type + L"\": it has " +
+              names(known->second.entries, [](const auto& one) { return one.type; }));
+      return nullptr;
+    }
+    circuit.circuit = known->first;
+    circuit.type = entry->type;
+    circuit.drawingTemplate = entry->drawingTemplate;
+    circuit.worksheet = entry->worksheet;
+    const Worksheet& sheet = worksheetOf(entry->worksheet);
+    if (sheet.fault.empty()) return &sheet;
+    fail(row, SetField::type, fromUtf8(sheet.fault));
+    return nullptr;
+  }
+
+  template <typename Range, typename NameOf>
+  static std::wstring names(const Range& range, NameOf nameOf) {
+    std::wstring all;
+    for (const auto& one : range)
+      all += (all.empty() ? L"" : L", ") + nameOf(one);
+    return all;
+  }
+
+  Worksheet& worksheetOf(const std::wstring& name) {
+    const auto [place, isNew] = worksheets_.try_emplace(name);
+    Worksheet& sheet = place->second;
+    if (!isNew) return sheet;
+    brenvolt::ZanCircuitCatalog reader(catalogue_.workbook);
+    if (!reader.readWorksheet(name)) {
+      sheet.fault = toUtf8(reader.error());
+      return sheet;
+    }
+    sheet.records = reader.records();
+    for (const auto& [code, record] : sheet.records)
+      for (const brenvolt::ZanOptionGroup& group : record.groups) {
+        const LoadKind kind = group.title.starts_with(motorGroup)  ? LoadKind::motor
+                              : group.title.starts_with(loadGroup) ? LoadKind::load
+                                                                   : LoadKind::none;
+        if (kind == LoadKind::none) continue;
+        sheet.kind = kind;
+        if (group.options.empty()) continue;
+        const brenvolt::ZanOption& first = group.options.front();
+        sheet.controls.push_back({code, {{group.title, first.text, first.value}}});
+      }
+    return sheet;
+  }
+
+  void takeConfiguration(const SetRow& row, const SetCircuit& circuit) {
+    if (circuit.configuration.empty()) return;
+    try {
+      needConfiguration(
+          readHistory(settings_.workbook), {circuit.circuit, circuit.type, circuit.configuration});
+    } catch (const BadInput& error) {
+      fail(row, SetField::configuration, fromUtf8(error.what()));
+    }
+  }
+
+  /// "CODE=20,1;CODE=3", and a cell for a CODE: values, or titles of options parted by ";".
+  void takeOptions(const SetRow& row, const Worksheet& sheet, SetCircuit& circuit) {
+    for (const std::wstring& part : brenvolt::splitSkippingEmpty(row[SetField::options], L';')) {
+      const std::size_t equals = part.find(L'=');
+      const std::wstring code = brenvolt::toUpper(brenvolt::trim(part.substr(0, equals)));
+      if (equals == std::wstring::npos)
+        fail(row, SetField::options, L"\"" + brenvolt::trim(part) + L"\" must be CODE=1,2");
+      else
+        takeOption(row, SetField::options, sheet, code, part.substr(equals + 1), circuit);
+    }
+    for (const auto& [code, cell] : row.codes)
+      takeOption(row, SetField::options, sheet, code, cell, circuit);
+  }
+
+  void takeOption(
+      const SetRow& row, SetField field, const Worksheet& sheet, const std::wstring& code,
+      const std::wstring& text, SetCircuit& circuit) {
+    const auto record = sheet.records.find(code);
+    if (record == sheet.records.end()) {
+      fail(row, field, L"the worksheet " + circuit.worksheet + L" has no CODE " + code);
+      return;
+    }
+    const bool areTitles = text.find_first_not_of(L"0123456789,- ") != std::wstring::npos;
+    const std::vector<std::wstring> words = brenvolt::splitSkippingEmpty(text, areTitles ? L';' : L',');
+    std::wstring values;
+    SetOptionsOfCode chosen{code, {}};
+    for (std::size_t place = 0; place < words.size(); ++place) {
+      const std::wstring word = brenvolt::trim(words[place]);
+      const brenvolt::ZanOption* value = valueOf(record->second, place, word, areTitles);
+      if (value == nullptr) {
+        fail(
+            row, field,
+            L"CODE " + code + L" has no option \"" + word + L"\": it has " + optionNames(record->second));
+        return;
+      }
+      values += (values.empty() ? L"" : L",") + brenvolt::formatInt(value->value);
+      chosen.second.push_back({record->second.groups[place].title, value->text, value->value});
+    }
+    circuit.options.push_back(std::move(chosen));
+    circuit.preset += (circuit.preset.empty() ? L"" : L";") + code + L'=' + values;
+  }
+
+  static const brenvolt::ZanOption* valueOf(
+      const brenvolt::ZanCodeRecord& record, std::size_t place, const std::wstring& word, bool isTitle) {
+    if (place >= record.groups.size()) return nullptr;
+    for (const brenvolt::ZanOption& option : record.groups[place].options)
+      if (isTitle ? brenvolt::equalsOrdinalNoCase(option.text, word)
+                  : brenvolt::formatInt(option.value) == word)
+        return &option;
+    return nullptr;
+  }
+
+  static std::wstring optionNames(const brenvolt::ZanCodeRecord& record) {
+    std::wstring all;
+    for (const brenvolt::ZanOptionGroup& group : record.groups)
+      for (const brenvolt::ZanOption& option : group.options)
+        all += (all.empty() ? L"" : L", ") + brenvolt::formatInt(option.value) + L" " + option.text;
+    return all;
+  }
+
+  Standard& standardOf(const std::wstring& code) {
+    const auto [place, isNew] = standards_.try_emplace(code);
+    Standard& standard = place->second;
+    if (!isNew) return standard;
+    // One session at a time: the tables of a standard are read with a host of their own.
+    for (auto& [other, one] : standards_)
+      if (other != code) {
+        one.wires.reset();
+        one.run.reset();
+      }
+    try {
+      standard.run = std::make_unique<EngineeringRun>(settings_.site, toUtf8(code));
+      noteSizingTables(*standard.run, code);
+    } catch (const BadInput& error) {
+      standard.fault = error.what();
+    }
+    return standard;
+  }
+
+  /// Figures of another code are not taken unseen: without tables of its own a standard's devices have no ratings.
+  void noteSizingTables(EngineeringRun& run, const std::wstring& code) {
+    brenvolt::ZanOleDbTables tables;
+    std::vector<std::wstring> known;
+    if (tables.Open(run.connection(), L"TABLE")) tables.GetTableList(known);
+    const std::wstring needed = L"MOTOR_I_CALC_" + code;
+    const bool isThere = std::any_of(known.begin(), known.end(), [&needed](const std::wstring& name) {
+      return brenvolt::equalsOrdinalNoCase(name, needed);
+    });
+    if (!isThere)
+      list_.notes.push_back(
+          L"the site has no table " + needed + L": devices of circuits by " + code +
+          L" have no ratings; add the table, or give them parts by hand");
+  }
+
+  /// The host of a standard whose tables have been read before; made again when another one's had to be.
+  EngineeringRun& runOf(Standard& standard, const std::wstring& code) {
+    if (standard.run == nullptr) {
+      for (auto& [other, one] : standards_) {
+        one.wires.reset();
+        one.run.reset();
+      }
+      standard.run = std::make_unique<EngineeringRun>(settings_.site, toUtf8(code));
+    }
+    if (standard.wires == nullptr)
+      standard.wires = std::make_unique<WireRequests>(standard.run->connection());
+    return *standard.run;
+  }
+
+  const std::vector<RatingRecord>& recordsOf(Standard& standard, const std::wstring& code, LoadKind kind) {
+    const auto [place, isNew] = standard.records.try_emplace(kind);
+    if (!isNew) return place->second;
+    const brenvolt::RatingTable& table =
+        kind == LoadKind::motor ? brenvolt::motorTable() : brenvolt::loadTable();
+    const brenvolt::RatingTableService service(table, &runOf(standard, code).connection());
+    brenvolt::ZanTableFilter filter;
+    for (const auto& [column, name] : service.columnNames())
+      filter.selected[column] = true;
+    static_cast<void>(service.Query(filter, place->second));
+    return place->second;
+  }
+
+  static std::size_t columnOf(const RatingColumn& column, LoadKind kind) {
+    return kind == LoadKind::motor ? column.motor : column.load.value_or(brenvolt::ratingColumnLimit);
+  }
+
+  void takeLoad(const SetRow& row, const Worksheet& sheet, SetCircuit& circuit) {
+    const bool isGiven = !row[SetField::load].empty();
+    if (sheet.kind == LoadKind::none) {
+      if (isGiven) fail(row, SetField::load, L"a circuit of this type has no motor or load");
+      return;
+    }
+    if (!circuit.configuration.empty()) {
+      if (isGiven) fail(row, SetField::load, L"comes from the configuration: leave one of both empty");
+      return;
+    }
+    if (!isGiven) return fail(row, SetField::load, L"is missing");
+    Standard& standard = standardOf(circuit.standardCode);
+    if (!standard.fault.empty()) return fail(row, SetField::standardCode, fromUtf8(standard.fault));
+    const std::vector<RatingRecord>& records = recordsOf(standard, circuit.standardCode, sheet.kind);
+    const RatingRecord* found = find(row, sheet.kind, records);
+    if (found == nullptr) return failLoad(row, sheet.kind, records);
+    takeParams(row, sheet, *found, standard, circuit);
+  }
+
+  static bool fits(
+      const SetRow& row, LoadKind kind, const RatingRecord& record, std::optional<SetField> except) {
+    for (const RatingColumn& column : ratingColumns) {
+      const std::size_t place = columnOf(column, kind);
+      const std::wstring& wanted = row[column.field];
+      if (wanted.empty() || place >= brenvolt::ratingColumnLimit || column.field == except) continue;
+      const std::wstring& has = record[place];
+      const bool isEqual = circuits::setFields()[static_cast<std::size_t>(column.field)].isNumber
+                               ? brenvolt::toDouble(wanted) == brenvolt::toDouble(has)
+                               : brenvolt::equalsOrdinalNoCase(wanted, has);
+      if (!isEqual) return false;
+    }
+    return true;
+  }
+
+  static const RatingRecord* find(
+      const SetRow& row, LoadKind kind, const std::vector<RatingRecord>& records) {
+    const auto found = std::find_if(records.begin(), records.end(), [&](const RatingRecord& record) {
+      return fits(row, kind, record, std::nullopt);
+    });
+    return found == records.end() ? nullptr : &*found;
+  }
+
+  /// Names the loads on both sides of the one that the table lacks, or the first other field that does not fit.
+  void failLoad(const SetRow& row, LoadKind kind, const std::vector<RatingRecord>& records) {
+    const std::size_t loadColumn = columnOf(ratingColumns[1], kind);
+    const double wanted = brenvolt::toDouble(row[SetField::load]);
+    std::optional<double> below;
+    std::optional<double> above;
+    for (const RatingRecord& record : records) {
+      if (!fits(row, kind, record, SetField::load)) continue;
+      const double load = brenvolt::toDouble(record[loadColumn]);
+      if (load < wanted) below = std::max(below.value_or(load), load);
+      if (load > wanted) above = std::min(above.value_or(load), load);
+    }
+    if (below || above) {
+      std::wstring neighbours = below ? brenvolt::formatShortest(*below) : std::wstring();
+      if (above) neighbours += (below ? L" and " : L"") + brenvolt::formatShortest(*above);
+      return fail(
+          row, SetField::load,
+          L"the table has no " + row[SetField::load] + L" " + row[SetField::units] +
+              L"; its neighbours are " + neighbours);
+    }
+    for (const RatingColumn& column : ratingColumns) {
+      if (row[column.field].empty() || column.field == SetField::load) continue;
+      std::set<std::wstring> values;
+      for (const RatingRecord& record : records)
+        if (fits(row, kind, record, column.field)) values.insert(record[columnOf(column, kind)]);
+      if (values.empty()) continue;
+      return fail(
+          row, column.field,
+          L"the table has no " + row[column.field] + L" for this load; it has " +
+              names(values, [](const std::wstring& value) { return value; }));
+    }
+    fail(row, SetField::load, L"the table has no such motor or load");
+  }
+
+  void takeParams(
+      const SetRow& row, const Worksheet& sheet, const RatingRecord& record, Standard& standard,
+      SetCircuit& circuit) {
+    const auto text = [&](std::size_t motor, std::size_t load) {
+      return record[sheet.kind == LoadKind::motor ? motor : load];
+    };
+    using namespace brenvolt;
+    const std::wstring voltage = text(motorcolumn::voltage, loadcolumn::voltage);
+    const std::wstring phase = text(motorcolumn::phase, loadcolumn::phase);
+    const std::wstring fla = text(motorcolumn::fla, loadcolumn::fla);
+    WireTexts texts;
+    texts[WireField::standardCode] = circuit.standardCode;
+    texts[WireField::fla] = fla;
+    texts[WireField::voltage] = voltage;
+    texts[WireField::phase] = phase;
+    texts[WireField::ambient] = row[SetField::ambient];
+    texts[WireField::length] = row[SetField::length];
+    texts[WireField::units] = brenvolt::toUpper(row[SetField::lengthUnits]);
+    texts[WireField::raceway] = row[SetField::raceway];
+    static_cast<void>(runOf(standard, circuit.standardCode));
+    std::vector<WireFault> faults;
+    const std::optional<WireRequest> request = standard.wires->resolve(texts, faults);
+    for (const WireFault& fault : faults)
+      fail(row, fromUtf8(wireField(fault.field).name), fromUtf8(fault.reason));
+    if (!request) return;
+    const WireLookupResult lookup = standard.wires->lookUp(*request);
+    if (!lookup.proposed)
+      return fail(
+          row, SetField::load, L"no wire of the tables carries " + fla + L" A under these conditions");
+    const std::wstring& size = lookup.rows[*lookup.proposed].size;
+    if (request->groundSizes().empty())
+      return fail(row, SetField::load, L"the tables name no grounding conductor for " + fla + L" A");
+    if (!row[SetField::length].empty())
+      circuit.length = row[SetField::length] + L" " + (*request)[WireField::units].text;
+    circuit.raceway = (*request)[WireField::raceway].text;
+    circuit.isMotor = sheet.kind == LoadKind::motor;
+    circuit.controls = sheet.controls;
+    circuit.wireSize = brenvolt::removeBlanks(size);
+    circuit.groundSize = brenvolt::removeBlanks(request->groundSizes().front());
+    circuit.conductors = phase == L"1" ? 2 : 3;
+    const auto from = [&](WireField field) { return (*request)[field].text; };
+    const bool isContinuous = from(WireField::continuous) != offText;
+    const bool hasLength = !row[SetField::length].empty();
+    circuit.data = {
+        {L"Type", text(motorcolumn::type, loadcolumn::type)},
+        {L"Load", text(motorcolumn::load, loadcolumn::load)},
+        {L"Units", text(motorcolumn::units, loadcolumn::units)},
+        {L"Voltage (V)", voltage},
+        {L"Phase", phase},
+        {L"Frequency (Hz)", text(motorcolumn::frequency, loadcolumn::frequency)},
+        {L"Speed (RPM)", circuit.isMotor ? record[motorcolumn::speed] : std::wstring()},
+        {L"Full-load current (A)", fla},
+        {L"Multiplier", from(WireField::multiplier)},
+        {L"Additional current (A)", L"0"},
+        {L"Wire size standard", from(WireField::wireStandard)},
+        {L"Conductor metal", from(WireField::metal)},
+        {L"Insulation", from(WireField::insulation)},
+        {L"Temperature rating", request->choice.temperature},
+        {L"Wire length", hasLength ? from(WireField::length) : L"0"},
+        {L"Length units", hasLength ? from(WireField::units) : L""},
+        {L"Raceway", circuit.raceway},
+        {L"Power factor", hasLength ? from(WireField::powerFactor) : L"0"},
+        {L"Voltage drop limit (%)", L"0"},
+        {L"Continuous load factor", isContinuous ? from(WireField::continuous) : L"0"},
+        {L"Conductors in raceway", L""},
+        {L"Fill correction factor", L"0"},
+        {L"Ambient temperature", row[SetField::ambient]},
+        {L"Ambient correction factor", row[SetField::ambient].empty()
+                                           ? std::wstring(L"0")
+                                           : request->fields.text(LookupField::ambientFactor)},
+        {L"Overall correction factor", brenvolt::formatShortest(request->input.overallFactor)},
+        {L"Parallel conductors", L""},
+        {L"Smallest parallel size", L""},
+        {L"Energy price", L"0"},
+        {L"Grounding conductor size", circuit.groundSize},
+        {L"Control", std::wstring(circuit.isMotor ? motorGroup : loadGroup)}};
+  }
+
+  const SetSettings& settings_;
+  circuits::SetList& list_;
+  brenvolt::ZanCircuitCatalog catalogue_;
+  std::set<std::size_t> badRows_;
+  std::map<std::wstring, Worksheet> worksheets_;
+  std::map<std::wstring, Standard> standards_;
+};
+
+} // namespace
+
+std::wstring SetCircuit::fingerprint() const {
+  std::wstring all = brenvolt::formatInt(static_cast<std::int64_t>(number));
+  const auto add = [&all](const std::wstring& text) { all += L'\n' + text; };
+  for (const std::wstring* text :
+       {&tag, &drawingTemplate, &worksheet, &circuit, &type, &configuration, &preset, &wireSize, &groundSize,
+        &standardCode, &length, &raceway, &installation, &location})
+    add(*text);
+  for (const auto& [key, value] : data)
+    add(key + L'=' + value);
+  for (const auto& [code, choices] : options)
+    for (const SetOption& option : choices)
+      add(code + L'=' + brenvolt::formatInt(option.value));
+  for (const std::wstring& text : descriptions)
+    add(text);
+  return all;
+}
+
+std::vector<SetCircuit> resolveRows(const SetSettings& settings, circuits::SetList& list) {
+  return RowResolver(settings, list).run();
+}
+
+} // namespace simhost

@@ -1,0 +1,64 @@
+// From the rows of a motor list to what a direct build takes: circuit and options looked up in the workbook, motor or
+// load in the tables, wires as the wire lookup proposes them.
+#pragma once
+
+#include "circuits/set/set_list.h"
+#include "simhost/cli/engineering_run.h"
+
+#include <cstddef>
+#include <cstdint>
+#include <string>
+#include <utility>
+#include <vector>
+
+namespace simhost {
+
+/// A choice of a group of a CODE.
+struct SetOption {
+  std::wstring group;
+  std::wstring title;
+  std::int32_t value = 0;
+};
+using SetOptionsOfCode = std::pair<std::wstring, std::vector<SetOption>>;
+
+/// One circuit, ready to build.
+struct SetCircuit {
+  std::size_t row = 0;    ///< of the list, as the user counts
+  std::size_t number = 0; ///< of the circuit in the set, from 1
+  std::wstring tag;
+  std::wstring name; ///< of its own configuration
+  std::wstring drawingTemplate;
+  std::wstring worksheet;
+  std::wstring circuit;
+  std::wstring type;
+  std::wstring configuration; ///< saved one to start from; empty for none
+  std::wstring preset;        ///< of one that starts from a configuration: choices beside it
+  bool isMotor = false;
+  std::vector<std::pair<std::wstring, std::wstring>>
+      data{}; ///< of the motor or load, by name; empty without one
+  std::wstring wireSize;
+  std::wstring groundSize;
+  int conductors = 0;
+  std::vector<SetOptionsOfCode> controls{}; ///< the CODEs that ask for the motor or load
+  std::vector<SetOptionsOfCode> options{};  ///< what the list chooses
+  std::wstring standardCode;
+  std::wstring length; ///< with its unit
+  std::wstring raceway;
+  std::wstring installation;
+  std::wstring location;
+  std::vector<std::wstring> descriptions;
+
+  /// All of it as one text, for a part that is kept until something of it changes.
+  [[nodiscard]] std::wstring fingerprint() const;
+};
+
+struct SetSettings {
+  std::string site;
+  std::string workbook; ///< full path
+  std::string standardCode = assumedStandard;
+};
+
+/// The circuits of all good rows; what is wrong with the others joins the faults of the list.
+[[nodiscard]] std::vector<SetCircuit> resolveRows(const SetSettings& settings, circuits::SetList& list);
+
+} // namespace simhost

@@ -1,0 +1,152 @@
+// Motor lists as they come: each row is a list and what is understood of it.
+#include "circuits/set/set_list.h"
+#include "circuits/set/sheet_maker.h"
+#include "simhost/host/errors.h"
+
+#include <doctest/doctest.h>
+
+#include <algorithm>
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <string>
+
+using namespace circuits;
+using simhost::Box;
+
+namespace {
+
+class ListFile final {
+public:
+  explicit ListFile(const std::string& bytes) {
+    std::string name = (std::filesystem::temp_directory_path() / "brenvolt_list_XXXXXX").string();
+    REQUIRE(::mkdtemp(name.data()) != nullptr);
+    folder_ = name;
+    std::ofstream(path(), std::ios::binary) << bytes;
+  }
+  ListFile(const ListFile&) = delete;
+  ListFile& operator=(const ListFile&) = delete;
+  ~ListFile() { std::filesystem::remove_all(folder_); }
+  [[nodiscard]] std::string path() const { return (folder_ / "l.csv").string(); }
+
+private:
+  std::filesystem::path folder_;
+};
+
+/// Tag, load and description of each row, then the faults, without the file's folder.
+std::string understood(const std::string& bytes, const ColumnAliases& aliases = {}) {
+  const ListFile file(bytes);
+  std::string text;
+  try {
+    const SetList list = readSetList(file.path(), aliases);
+    const auto narrow = [](const std::wstring& wide) {
+      std::string all;
+      for (const wchar_t character : wide)
+        all += character < 128 ? static_cast<char>(character) : '#';
+      return all;
+    };
+    for (const SetRow& row : list.rows) {
+      text += narrow(row[SetField::tag] + L" " + row[SetField::load] + L" " + row[SetField::description1]);
+      for (const auto& [code, cell] : row.codes)
+        text += " " + narrow(code + L"=" + cell);
+      text += "\n";
+    }
+    for (const SetFault& fault : list.faults) {
+      const std::string whole = faultText(list, fault);
+      text += whole.substr(whole.find("l.csv")) + "\n";
+    }
+  } catch (const simhost::BadInput& error) {
+    const std::string whole = error.what();
+    text = whole.substr(whole.find("l.csv"));
+  }
+  return text;
+}
+
+} // namespace
+
+TEST_CASE("lists are understood where they can be, and every bad cell is reported with row and column") {
+  struct Row {
+    const char* bytes;
+    const char* expected;
+  };
+  const Row rows[] = {
+      {"# mine\ntag,circuit,type,load,description1,disc\n\nP-1,c,t,7.50,\"a, \"\"b\"\"\",\"20,1\"\n",
+       "P-1 7.5 a, \"b\" DISC=20,1\n"},
+      {"Description1;LOAD;tag;type;circuit\r\nPumpe;7,5;P-1;t;c\r\n", "P-1 7.5 Pumpe\n"},
+      {"tag\tcircuit\ttype\tload\nP-1\tc\tt\t10\n", "P-1 10 \n"},
+      {"\xEF\xBB\xBFtag,circuit,type\nP-1,c,t\n", "P-1  \n"},
+      {"tag,circuit,type,description1\nP-1,c,t,K\xFChler\n", "P-1  K#hler\n"}, // not UTF-8
+      {"tag;circuit;type;load\nP-1;c;t;1,000\nP-2;c;t;1.000,5\nP-3;c;t;1e3\nP-4;c;t;-1\n",
+       "P-1  \nP-2  \nP-3  \nP-4  \n"
+       "l.csv, row 2, column load: \"1,000\" is not a plain number\n"
+       "l.csv, row 3, column load: \"1.000,5\" is not a plain number\n"
+       "l.csv, row 4, column load: \"1e3\" is not a plain number\n"
+       "l.csv, row 5, column load: \"-1\" is not a plain number\n"},
+      {"tag,circuit,type\nP-1,c,t\np-1,c,t\n,c,t\nA/B,c,t\nP-2,c,t,x\n",
+       "P-1  \np-1  \n  \nA/B  \n"
+       "l.csv, row 3, column tag: \"p-1\" is the tag of row 2 too\n"
+       "l.csv, row 4, column tag: is missing\n"
+       "l.csv, row 5, column tag: \"A/B\" holds a character that a tag cannot have\n"
+       "l.csv, row 6: has more cells than the header has columns\n"},
+      {"tag,type,TAG\nP-1,t,x\n", "x  \nl.csv, row 1, column TAG: a column of this meaning is there twice\n"
+                                  "l.csv, row 1, column circuit: the list has no such column\n"},
+      {"tag,circuit,type\n", "l.csv: holds no row below its header"},
+      {"tag,circuit,type\nP-1,\"c,t\n", "l.csv, row 2: a quote is never closed"},
+  };
+  for (const Row& row : rows) {
+    CAPTURE(row.bytes);
+    CHECK(understood(row.bytes) == row.expected);
+  }
+  CHECK(
+      understood(
+          "Kennzeichen,Stromkreis,type\nP-1,c,t\n",
+          {{L"KENNZEICHEN", L"tag"}, {L"Stromkreis", L"circuit"}}) == "P-1  \n");
+}
+
+TEST_CASE("circuits fill sheets in the order of the list, inside of the area and apart from each other") {
+  Box area;
+  area.include(KvPoint3d{20.0, 30.0, 0.0});
+  area.include(KvPoint3d{420.0, 280.0, 0.0});
+  std::vector<Box> extents;
+  for (int circuit = 0; circuit < 40; ++circuit) {
+    Box box;
+    if (circuit != 7) { // nothing to show
+      box.include(KvPoint3d{-3.3 * circuit, 5.7, 0.0});
+      box.include(
+          KvPoint3d{-3.3 * circuit + 60.0 + (circuit * 37) % 110, 5.7 + 40.0 + (circuit * 53) % 120, 0.0});
+    }
+    extents.push_back(box);
+  }
+  extents[11].include(KvPoint3d{1000.0, 0.0, 0.0});
+  std::vector<std::size_t> tooLarge;
+  constexpr double gap = 10.0;
+  const std::vector<SheetPlan> sheets = planSheets(extents, area, gap, tooLarge);
+  CHECK(tooLarge == std::vector<std::size_t>{11});
+  std::vector<std::size_t> order;
+  for (const SheetPlan& sheet : sheets) {
+    std::vector<Box> placed;
+    for (const auto& [circuit, offset] : sheet.circuits) {
+      order.push_back(circuit);
+      Box box = extents[circuit];
+      box.left += offset.x;
+      box.right += offset.x;
+      box.bottom += offset.y;
+      box.top += offset.y;
+      CAPTURE(circuit);
+      CHECK(
+          (box.left >= area.left && box.right <= area.right && box.bottom >= area.bottom &&
+           box.top <= area.top));
+      Box around = box;
+      around.left -= gap - 0.001;
+      around.right += gap - 0.001;
+      around.bottom -= gap - 0.001;
+      around.top += gap - 0.001;
+      for (const Box& other : placed)
+        CHECK_FALSE(around.meets(other));
+      placed.push_back(box);
+    }
+  }
+  CHECK(std::is_sorted(order.begin(), order.end()));
+  CHECK(order.size() == 38);
+  CHECK(sheets.size() < 20);
+}
