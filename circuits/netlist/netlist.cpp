@@ -250,6 +250,7 @@ private:
         return left.x != right.x ? left.x < right.x : left.y > right.y;
       });
       takeLayer(conductor);
+      makeRuns(conductor);
     }
     for (const Label& label : labels_)
       if (const std::vector<std::size_t> here = wiresAt(label.position); !here.empty())
@@ -267,9 +268,49 @@ private:
         std::max_element(lengths.begin(), lengths.end(), [](const auto& one, const auto& other) {
           return one.second < other.second;
         })->first;
-    const std::size_t cut = conductor.layer.find(L'_');
-    conductor.size = cut == std::wstring::npos ? conductor.layer : conductor.layer.substr(cut + 1);
-    if (cut != std::wstring::npos) conductor.colour = conductor.layer.substr(0, cut);
+    conductor.size = layerSize(conductor.layer);
+    conductor.colour = layerColour(conductor.layer);
+  }
+
+  /// Pins that wires of one layer reach are wired from one to the next. What other layers reach is wired from the
+  /// nearest pin that is there already: a tap of a thinner wire is not taken for the thicker one.
+  void makeRuns(Conductor& conductor) {
+    std::vector<std::pair<std::wstring, std::vector<std::size_t>>>
+        layers; // and their pins, from left to right
+    for (const std::size_t pin : conductor.pins) {
+      std::vector<std::wstring> here;
+      for (const std::size_t wire : wiresAt(netlist_.pins[pin].position))
+        here.push_back(wires_[wire]->value.layer);
+      for (const std::wstring& layer : here) {
+        auto known = std::find_if(
+            layers.begin(), layers.end(), [&layer](const auto& one) { return one.first == layer; });
+        if (known == layers.end()) known = layers.insert(layers.end(), {layer, {}});
+        if (known->second.empty() || known->second.back() != pin) known->second.push_back(pin);
+      }
+    }
+    std::stable_sort(layers.begin(), layers.end(), [](const auto& one, const auto& other) {
+      return one.second.size() > other.second.size();
+    });
+    std::vector<std::size_t> reached;
+    const auto isReached = [&reached](std::size_t pin) {
+      return std::find(reached.begin(), reached.end(), pin) != reached.end();
+    };
+    for (const auto& [layer, pins] : layers) {
+      std::optional<std::size_t> last;
+      for (const std::size_t pin : pins)
+        if (isReached(pin)) last = pin;
+      for (const std::size_t pin : pins) {
+        if (isReached(pin)) continue;
+        if (!last && !reached.empty())
+          last = *std::min_element(reached.begin(), reached.end(), [&](std::size_t one, std::size_t other) {
+            return distance(netlist_.pins[one].position, netlist_.pins[pin].position) <
+                   distance(netlist_.pins[other].position, netlist_.pins[pin].position);
+          });
+        if (last) conductor.runs.push_back({*last, pin, layer});
+        reached.push_back(pin);
+        last = pin;
+      }
+    }
   }
 
   /// A terminal is one potential: what is wired to its two sides is one net.
@@ -328,6 +369,16 @@ private:
 
 Netlist readNetlist(const DrawingDatabase& drawing) {
   return Reader(drawing).read();
+}
+
+std::wstring layerColour(const std::wstring& layer) {
+  const std::size_t cut = layer.find(L'_');
+  return cut == std::wstring::npos ? std::wstring() : layer.substr(0, cut);
+}
+
+std::wstring layerSize(const std::wstring& layer) {
+  const std::size_t cut = layer.find(L'_');
+  return cut == std::wstring::npos ? layer : layer.substr(cut + 1);
 }
 
 std::wstring pinName(const Netlist& netlist, const Pin& pin) {

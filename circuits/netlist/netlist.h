@@ -52,10 +52,18 @@ struct Pin {
   std::optional<std::size_t> conductor{}; ///< likewise
 };
 
+/// A wire as a fitter lays it, between two pins of a conductor.
+struct WireRun {
+  std::size_t from = 0; ///< pin
+  std::size_t to = 0;
+  std::wstring layer; ///< whose size and colour it has
+};
+
 /// Wires that hang together without going through a terminal.
 struct Conductor {
   std::vector<KvDbHandle> wires; ///< in drawing order
   std::vector<std::size_t> pins; ///< from left to right, then from top to bottom
+  std::vector<WireRun> runs;     ///< each pin is reached once
   std::wstring layer;            ///< of the wire with the most of its length
   std::wstring colour;
   std::wstring size;
@@ -79,6 +87,10 @@ struct Netlist {
 
 /// Reads the drawing's current space.
 [[nodiscard]] Netlist readNetlist(const simhost::DrawingDatabase& drawing);
+
+/// BLK and 10AWG of a wire layer BLK_10AWG; a layer without a colour is a size.
+[[nodiscard]] std::wstring layerColour(const std::wstring& layer);
+[[nodiscard]] std::wstring layerSize(const std::wstring& layer);
 
 /// "M1:13"; of a terminal "TB1:3".
 [[nodiscard]] std::wstring pinName(const Netlist& netlist, const Pin& pin);

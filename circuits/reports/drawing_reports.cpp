@@ -106,6 +106,30 @@ Report partsReport(const std::vector<Sheet>& sheets) {
   return report;
 }
 
+const CircuitObject* circuitOf(const Sheet& sheet, const Device& device) {
+  for (const CircuitObject& circuit : sheet.circuits)
+    if (circuit.id == device.circuit) return &circuit;
+  return nullptr;
+}
+
+/// What the drawing keeps of the circuit that a device belongs to.
+Cell circuitText(const Sheet& sheet, const Device& device, std::wstring_view name) {
+  const CircuitObject* circuit = circuitOf(sheet, device);
+  return circuit == nullptr ? Cell() : known(simhost::circuitField(circuit->fields, name));
+}
+
+/// The motor or load at one of the pins; null for none.
+const Device* fedDevice(const Netlist& list, const std::vector<std::size_t>& pins) {
+  for (const std::size_t pin : pins)
+    if (const Device& device = list.devices[list.pins[pin].device]; fedFamilies.contains(device.family))
+      return &device;
+  return nullptr;
+}
+
+std::wstring cableName(const Device& fed) {
+  return L"W-" + fed.tag;
+}
+
 Report wiresReport(const std::vector<Sheet>& sheets) {
   Report report{
       L"Wires",
@@ -114,31 +138,35 @@ Report wiresReport(const std::vector<Sheet>& sheets) {
        {"colour", L"Colour"},
        {"from", L"From"},
        {"to", L"To"},
+       {"length", L"Length"},
        {"sheet", L"Sheet"}}};
   std::size_t withoutNumber = 0;
-  std::size_t openEnds = 0;
+  std::size_t stray = 0;
   for (const Sheet& sheet : sheets) {
     const Netlist& list = sheet.netlist;
+    const auto add = [&](const Net& net, const std::wstring& layer, std::size_t from, Cell to, Cell length) {
+      if (net.number.empty() && net.carriesNumber) ++withoutNumber;
+      report.rows.push_back(
+          {known(net.number), known(layerSize(layer)), known(layerColour(layer)),
+           pinName(list, list.pins[from]), std::move(to), std::move(length), sheet.number});
+    };
     for (const Conductor& conductor : list.conductors) {
       const Net& net = list.nets[conductor.net];
-      if (conductor.pins.size() < 2) {
-        ++openEnds;
-        continue;
+      if (conductor.pins.empty()) ++stray;
+      // The other end is at a source that the drawing does not show: its cell stays empty.
+      if (conductor.pins.size() == 1) {
+        add(net, conductor.layer, conductor.pins.front(), Cell(), Cell());
       }
-      // Several pins on one conductor are wired from one to the next.
-      for (std::size_t place = 1; place < conductor.pins.size(); ++place) {
-        if (net.number.empty() && net.carriesNumber) ++withoutNumber;
-        report.rows.push_back(
-            {known(net.number), known(conductor.size), known(conductor.colour),
-             pinName(list, list.pins[conductor.pins[place - 1]]),
-             pinName(list, list.pins[conductor.pins[place]]), sheet.number});
+      for (const WireRun& run : conductor.runs) {
+        // The length of a list's row is that of the cable to its motor or load.
+        const Device* fed = fedDevice(list, {run.from, run.to});
+        add(net, run.layer, run.from, pinName(list, list.pins[run.to]),
+            fed == nullptr ? Cell() : circuitText(sheet, *fed, L"length"));
       }
     }
   }
   addNote(report, withoutNumber, L" wires have no number: the drawing shows none on their nets.");
-  addNote(
-      report, openEnds,
-      L" conductors have fewer than two connections on their sheet and are no wires of this list.");
+  addNote(report, stray, L" wires touch no pin at all and are not in this list.");
   return report;
 }
 
@@ -151,6 +179,16 @@ std::wstring otherEnds(const Netlist& list, const Pin& pin) {
   return joined(names, L", ");
 }
 
+/// The other terminals of the strip that one wire connects with this one.
+std::wstring jumpersOf(const Netlist& list, const Pin& pin) {
+  std::vector<std::wstring> numbers;
+  if (!pin.conductor) return {};
+  for (const std::size_t place : list.conductors[*pin.conductor].pins)
+    if (const Pin& other = list.pins[place]; other.device == pin.device && other.symbol != pin.symbol)
+      numbers.push_back(other.number);
+  return joined(sortedOnce(std::move(numbers)), L", ");
+}
+
 Report terminalsReport(const std::vector<Sheet>& sheets) {
   Report report{
       L"Terminals",
@@ -160,6 +198,8 @@ Report terminalsReport(const std::vector<Sheet>& sheets) {
        {"size", L"Size"},
        {"inside", L"One side"},
        {"outside", L"Other side"},
+       {"jumper", L"Jumper to"},
+       {"cable", L"Cable"},
        {"sheet", L"Sheet"}}};
   std::map<std::pair<std::wstring, std::wstring>, int> uses;
   for (const Sheet& sheet : sheets) {
@@ -178,11 +218,14 @@ Report terminalsReport(const std::vector<Sheet>& sheets) {
       const std::wstring& strip = list.devices[first.device].tag;
       const Pin* const wired = first.net ? &first : pins.back();
       ++uses[{strip, first.number}];
+      const Device* fed = nullptr;
+      for (const Pin* pin : pins)
+        if (fed == nullptr && pin->conductor) fed = fedDevice(list, list.conductors[*pin->conductor].pins);
       report.rows.push_back(
           {known(strip), known(first.number), wired->net ? known(list.nets[*wired->net].number) : Cell(),
            wired->conductor ? known(list.conductors[*wired->conductor].size) : Cell(),
            known(otherEnds(list, first)), pins.size() > 1 ? known(otherEnds(list, *pins.back())) : Cell(),
-           sheet.number});
+           known(jumpersOf(list, *wired)), fed == nullptr ? Cell() : Cell(cableName(*fed)), sheet.number});
     }
   }
   std::stable_sort(report.rows.begin(), report.rows.end(), [](const Row& one, const Row& other) {
@@ -207,12 +250,6 @@ constexpr std::array loadFields = {
     LoadField{4, "phase", L"Phase"},       LoadField{5, "frequency", L"Frequency (Hz)"},
     LoadField{6, "speed", L"Speed (rpm)"}, LoadField{7, "current", L"Full-load current (A)"}};
 
-const CircuitObject* circuitOf(const Sheet& sheet, const Device& device) {
-  for (const CircuitObject& circuit : sheet.circuits)
-    if (circuit.id == device.circuit) return &circuit;
-  return nullptr;
-}
-
 std::wstring protectionOf(const Sheet& sheet, const std::wstring& circuit) {
   std::vector<std::wstring> texts;
   for (const Device& device : sheet.netlist.devices)
@@ -227,6 +264,8 @@ Report motorsReport(const std::vector<Sheet>& sheets) {
   for (const LoadField& field : loadFields)
     report.columns.push_back({field.key, field.title, field.place != 0 && field.place != 2});
   report.columns.push_back({"wires", L"Wires"});
+  report.columns.push_back({"length", L"Length"});
+  report.columns.push_back({"drop", L"Voltage drop"});
   report.columns.push_back({"protection", L"Protection"});
   report.columns.push_back({"sheet", L"Sheet"});
   std::size_t withoutData = 0;
@@ -247,6 +286,8 @@ Report motorsReport(const std::vector<Sheet>& sheets) {
         row.push_back(field.place < fields.size() ? known(brenvolt::trim(fields[field.place])) : Cell());
       if (!row[3]) ++withoutData;
       row.push_back(known(wireSizesOf(device.wires)));
+      row.push_back(circuitText(sheet, device, L"length"));
+      row.push_back(circuitText(sheet, device, L"drop"));
       row.push_back(known(protectionOf(sheet, device.circuit)));
       row.emplace_back(sheet.number);
       report.rows.push_back(std::move(row));
@@ -277,22 +318,22 @@ Report cablesReport(const std::vector<Sheet>& sheets) {
       for (const Pin& pin : list.pins) {
         if (pin.device != place || !pin.conductor) continue;
         const Conductor& conductor = list.conductors[*pin.conductor];
-        ++sizes[(list.nets[conductor.net].carriesNumber ? L"" : L"PE ") + conductor.size];
+        const bool isGround = !list.nets[conductor.net].carriesNumber;
+        ++sizes[(isGround ? L"PE " : L"") + conductor.size];
+        // Grounding conductors of several motors hang together and are no way that a cable goes.
         for (const std::size_t other : conductor.pins)
-          if (const Pin& end = list.pins[other]; end.device != place)
+          if (const Pin& end = list.pins[other]; end.device != place && !isGround)
             from.push_back(list.devices[end.device].tag);
       }
       std::vector<std::wstring> texts;
       for (const auto& [size, number] : sizes)
         texts.push_back(brenvolt::formatInt(number) + L" x " + size);
-      const CircuitObject* circuit = circuitOf(sheet, device);
-      const auto field = [circuit](const wchar_t* name) {
-        return circuit == nullptr ? Cell() : known(simhost::circuitField(circuit->fields, name));
-      };
-      if (!field(L"length")) ++withoutLength;
+      Cell length = circuitText(sheet, device, L"length");
+      if (!length) ++withoutLength;
       report.rows.push_back(
-          {L"W-" + device.tag, known(joined(sortedOnce(std::move(from)), L", ")), known(device.tag),
-           known(joined(texts, L", ")), field(L"length"), field(L"raceway"), sheet.number});
+          {cableName(device), known(joined(sortedOnce(std::move(from)), L", ")), known(device.tag),
+           known(joined(texts, L", ")), std::move(length), circuitText(sheet, device, L"raceway"),
+           sheet.number});
     }
   }
   addNote(report, withoutLength, L" cables have no length: the drawings do not keep one.");

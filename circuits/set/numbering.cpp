@@ -102,23 +102,30 @@ std::vector<NetLabel> netLabels(
   std::vector<NetLabel> labels;
   for (const Net& net : netlist.nets) {
     if (net.circuit != circuit) continue;
-    NetLabel label{net.number, net.number.empty() && net.carriesNumber, {}, false, {}, {}};
-    double longest = -1.0;
-    for (const std::size_t place : net.conductors) {
-      const Conductor& conductor = netlist.conductors[place];
-      for (const KvDbHandle handle : conductor.wires) {
-        const auto& line = std::get<simhost::Line>(drawing.find(handle)->value.shape);
-        const bool level = isLevel(line);
-        const bool isBetter = level != label.isLevel ? level : lengthOf(line) > longest;
-        if (longest >= 0.0 && !isBetter) continue;
-        longest = lengthOf(line);
-        label.isLevel = level;
-        label.place = {(line.from.x + line.to.x) / 2.0, (line.from.y + line.to.y) / 2.0, 0.0};
-        label.colour = conductor.colour;
-        label.size = conductor.size;
+    std::vector<std::pair<std::wstring, std::vector<simhost::Line>>> layers;
+    for (const std::size_t place : net.conductors)
+      for (const KvDbHandle handle : netlist.conductors[place].wires) {
+        const simhost::Entity& wire = drawing.find(handle)->value;
+        auto layer = std::find_if(
+            layers.begin(), layers.end(), [&wire](const auto& one) { return one.first == wire.layer; });
+        if (layer == layers.end()) layer = layers.insert(layers.end(), {wire.layer, {}});
+        layer->second.push_back(std::get<simhost::Line>(wire.shape));
       }
+    bool needsNumber = net.number.empty() && net.carriesNumber;
+    for (auto& [layer, wires] : layers) {
+      std::stable_sort(wires.begin(), wires.end(), [](const auto& one, const auto& other) {
+        return isLevel(one) != isLevel(other) ? isLevel(one) : lengthOf(one) > lengthOf(other);
+      });
+      const simhost::Line& first = wires.front();
+      NetLabel label{net.number, needsNumber};
+      label.place = {(first.from.x + first.to.x) / 2.0, (first.from.y + first.to.y) / 2.0, 0.0};
+      label.isLevel = isLevel(first);
+      label.colour = layerColour(layer);
+      label.size = layerSize(layer);
+      label.wires = std::move(wires);
+      labels.push_back(std::move(label));
+      needsNumber = false;
     }
-    labels.push_back(std::move(label));
   }
   return labels;
 }

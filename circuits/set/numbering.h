@@ -18,17 +18,19 @@ void numberTerminals(simhost::DrawingDatabase& drawing, std::map<std::wstring, i
 /// third 33 and 34, in drawing order. Numbers of other forms stay.
 void numberContacts(simhost::DrawingDatabase& drawing);
 
-/// The net whose wires a site labels, and where the label goes.
+/// What a site labels: the wires of one layer of a net.
 struct NetLabel {
-  std::wstring number; ///< empty where the drawing shows none and the net should have one
-  bool needsNumber = false;
-  KvPoint3d place;     ///< the middle of the net's longest wire, a level one where there is any
-  bool isLevel = true; ///< that wire runs from left to right
-  std::wstring colour;
-  std::wstring size;
+  std::wstring number{};    ///< empty where the drawing shows none and the net should have one
+  bool needsNumber = false; ///< once for each net
+  KvPoint3d place{};        ///< the middle of the longest wire, a level one where there is any
+  bool isLevel = true;      ///< that wire runs from left to right
+  std::wstring colour{};
+  std::wstring size{};
+  std::vector<simhost::Line> wires{}; ///< that wire first
 };
 
-/// The nets of a circuit in the order of their first wires, for a site's LISP to number and to label.
+/// The nets of a circuit in the order of their first wires, for a site's LISP to number and to label. A net that has
+/// wires of several layers has a label for each, since each has its own size and colour.
 [[nodiscard]] std::vector<NetLabel> netLabels(
     const simhost::DrawingDatabase& drawing, const Netlist& netlist, const std::wstring& circuit);
 

@@ -1,6 +1,7 @@
 // From bytes or tables to rows; what a cell means is looked up later, what it can be is checked here.
 #include "circuits/set/set_list.h"
 
+#include "circuits/set/type_rules.h"
 #include "platform/tables.h"
 #include "simhost/host/errors.h"
 #include "simhost/site/open_database.h"
@@ -216,7 +217,8 @@ struct Column {
 
 class RowReader final {
 public:
-  RowReader(SetList& list, const ColumnAliases& aliases) : list_(list), aliases_(aliases) {}
+  RowReader(SetList& list, const ColumnAliases& aliases, bool hasRules)
+      : list_(list), aliases_(aliases), hasRules_(hasRules) {}
 
   void read(const std::vector<RawRow>& rows) {
     readHeader(rows.front());
@@ -243,7 +245,8 @@ private:
       columns_.push_back(std::move(column));
     }
     for (const SetField needed : {SetField::tag, SetField::circuit, SetField::type})
-      if (std::none_of(columns_.begin(), columns_.end(), [needed](const Column& column) {
+      if (!(hasRules_ && needed != SetField::tag) &&
+          std::none_of(columns_.begin(), columns_.end(), [needed](const Column& column) {
             return column.field != nullptr && column.field->field == needed;
           }))
         fail(header.number, fields[static_cast<std::size_t>(needed)].name, L"the list has no such column");
@@ -290,6 +293,7 @@ private:
 
   SetList& list_;
   const ColumnAliases& aliases_;
+  bool hasRules_; ///< circuit and type can come from them
   std::vector<Column> columns_;
   std::map<std::wstring, std::size_t> tags_;
 };
@@ -300,7 +304,8 @@ const std::array<SetFieldRow, setFieldCount>& setFields() {
   return fields;
 }
 
-SetList readSetList(const std::string& source, const ColumnAliases& aliases) {
+SetList readSetList(
+    const std::string& source, const ColumnAliases& aliases, const std::vector<TypeRule>& rules) {
   SetList list{source, {}, {}, {}};
   if (source.ends_with(".xlsx") || source.find(".xlsx:") != std::string::npos)
     throw BadInput(source + ": .xlsx workbooks cannot be read yet; save the list as .xls or .csv");
@@ -316,7 +321,8 @@ SetList readSetList(const std::string& source, const ColumnAliases& aliases) {
     throw BadInput(
         source + ": has " + std::to_string(rows.size() - 1) + " rows; a set has at most " +
         std::to_string(rowLimit - 1) + ", so part the list");
-  RowReader(list, aliases).read(rows);
+  RowReader(list, aliases, !rules.empty()).read(rows);
+  applyTypeRules(list, rules);
   return list;
 }
 

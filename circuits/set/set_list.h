@@ -71,13 +71,16 @@ struct SetList {
   std::vector<std::wstring> notes; ///< what was understood in a way that the user may want to know
 };
 
+class TypeRule;
+
 /// Column names of the firm's own lists, each with the field or CODE that it means.
 using ColumnAliases = std::map<std::wstring, std::wstring>;
 
 /// Reads "motors.csv", "motors.xls", "motors.xls:Sheet", "plant.db:table" or "odbc:...:table". Comma, semicolon or tab
 /// parts the cells of a text file; a decimal comma is taken where it cannot be a thousands separator. Throws BadInput
 /// for a list that cannot be read at all.
-[[nodiscard]] SetList readSetList(const std::string& source, const ColumnAliases& aliases);
+[[nodiscard]] SetList readSetList(
+    const std::string& source, const ColumnAliases& aliases, const std::vector<TypeRule>& rules = {});
 
 /// "motors.csv, row 7, column load: ..."
 [[nodiscard]] std::string faultText(const SetList& list, const SetFault& fault);

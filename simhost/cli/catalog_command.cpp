@@ -1,6 +1,6 @@
 // `brenvolt catalog`: the circuits of a site's workbook, and what its author has to put right.
 #include "simhost/cli/finding_output.h"
-#include "simhost/cli/site_workbook.h"
+#include "simhost/cli/site_options.h"
 #include "simhost/cli/subcommand.h"
 #include "simhost/json/json_text.h"
 #include "text/encoding.h"

@@ -2,11 +2,11 @@
 #include "simhost/cli/circuit_run.h"
 
 #include "project/saved_configurations.h"
-#include "simhost/cli/plain_number.h"
-#include "simhost/cli/site_workbook.h"
 #include "simhost/host/errors.h"
 #include "simhost/lisp/list.h"
 #include "simhost/lisp/printer.h"
+#include "simhost/site/plain_number.h"
+#include "simhost/site/site_workbook.h"
 #include "text/encoding.h"
 #include "text/numbers.h"
 #include "text/split.h"

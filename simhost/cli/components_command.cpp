@@ -1,11 +1,11 @@
 // `brenvolt components`: ratings and catalogue choices of a motor's protective components, with the formulas they come
 // from.
 #include "data/component_sizing.h"
-#include "simhost/cli/engineering_run.h"
-#include "simhost/cli/plain_number.h"
+#include "simhost/cli/site_options.h"
 #include "simhost/cli/subcommand.h"
 #include "simhost/cli/table_output.h"
 #include "simhost/host/errors.h"
+#include "simhost/site/plain_number.h"
 #include "text/encoding.h"
 #include "text/numbers.h"
 

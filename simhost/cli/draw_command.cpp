@@ -1,13 +1,13 @@
 // `brenvolt draw`: one circuit, as the site's LISP builds it, from the workbook to the drawing file. Without answers it
 // is a direct build; with them the configuration dialog asks.
 #include "simhost/cli/circuit_run.h"
-#include "simhost/cli/code_standard.h"
 #include "simhost/cli/host_run.h"
-#include "simhost/cli/site_workbook.h"
+#include "simhost/cli/site_options.h"
 #include "simhost/cli/subcommand.h"
 #include "simhost/host/circuit_recorder.h"
 #include "simhost/host/errors.h"
 #include "simhost/host/session.h"
+#include "simhost/site/code_standard.h"
 #include "simhost/site/open_database.h"
 #include "simhost/site/site_database.h"
 #include "text/encoding.h"

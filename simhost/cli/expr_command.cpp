@@ -1,9 +1,9 @@
 // `brenvolt expr`: a formula as the engineering tables hold it, worked out for one value.
 #include "expr/expr_evaluator.h"
-#include "simhost/cli/plain_number.h"
 #include "simhost/cli/subcommand.h"
 #include "simhost/cli/table_output.h"
 #include "simhost/host/errors.h"
+#include "simhost/site/plain_number.h"
 #include "text/encoding.h"
 #include "text/numbers.h"
 

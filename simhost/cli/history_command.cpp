@@ -3,7 +3,7 @@
 #include "platform/file_read.h"
 #include "project/history_change.h"
 #include "project/history_recovery.h"
-#include "simhost/cli/site_workbook.h"
+#include "simhost/cli/site_options.h"
 #include "simhost/cli/subcommand.h"
 #include "simhost/host/errors.h"
 #include "text/encoding.h"

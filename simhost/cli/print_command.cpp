@@ -73,6 +73,10 @@ CommandTable printCommand() {
       .footer = "A unit of a drawing is a millimetre. A page is as large as PAPER_WIDTH and PAPER_HEIGHT of "
                 "the drawing "
                 "say, else as its extents.",
+      .examples =
+          {"brenvolt print motor.json --pdf motor.pdf",
+           "brenvolt print motor.json --pdf motor.pdf --list parts --list wires"},
+      .page = "set.md",
       .run = [options] { return runPrint(*options); },
   };
 }

@@ -1,6 +1,6 @@
 // `brenvolt motors` and `brenvolt loads`: the rows of the motor and the load table, with a filter for each column.
 #include "data/rating_tables.h"
-#include "simhost/cli/engineering_run.h"
+#include "simhost/cli/site_options.h"
 #include "simhost/cli/subcommand.h"
 #include "simhost/cli/table_output.h"
 #include "simhost/host/errors.h"

@@ -1,7 +1,7 @@
 // `brenvolt replay`: a recorded session once more, without a screen and on copies of what it may change.
 #include "simhost/cli/circuit_run.h"
 #include "simhost/cli/host_run.h"
-#include "simhost/cli/site_workbook.h"
+#include "simhost/cli/site_options.h"
 #include "simhost/cli/subcommand.h"
 #include "simhost/cli/working_copy.h"
 #include "simhost/host/errors.h"

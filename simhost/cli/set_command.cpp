@@ -1,12 +1,14 @@
 // `brenvolt set`: from a motor list to a set of drawings with its lists, and what has become out of date since.
+#include "circuits/building/circuit_parts.h"
+#include "circuits/building/row_configurations.h"
 #include "circuits/reports/drawing_reports.h"
 #include "circuits/reports/report_files.h"
+#include "circuits/set/cross_references.h"
 #include "circuits/set/numbering.h"
 #include "circuits/set/sheet_maker.h"
+#include "circuits/set/type_rules.h"
 #include "simhost/cli/csv_text.h"
-#include "simhost/cli/set_history.h"
-#include "simhost/cli/set_parts.h"
-#include "simhost/cli/site_workbook.h"
+#include "simhost/cli/site_options.h"
 #include "simhost/cli/subcommand.h"
 #include "simhost/cli/table_output.h"
 #include "simhost/drawing/drawing_file.h"
@@ -44,6 +46,16 @@ namespace {
 namespace fs = std::filesystem;
 using brenvolt::fromUtf8;
 using brenvolt::toUtf8;
+using circuits::buildParts;
+using circuits::digestOf;
+using circuits::historyOf;
+using circuits::PartFailure;
+using circuits::PartOptions;
+using circuits::resolveRows;
+using circuits::SetCircuit;
+using circuits::SetParts;
+using circuits::SetSettings;
+using circuits::siteDigest;
 using Json = nlohmann::ordered_json;
 
 constexpr const char* setFormat = "brenvolt-set";
@@ -55,7 +67,7 @@ struct SetOptions {
   std::string out;
   std::string standardCode = assumedStandard;
   std::string frame = "A3";
-  std::string columns;
+  std::string mapping;
   std::string title;
   std::string date;
   std::string revision;
@@ -82,18 +94,35 @@ int wholeNumber(const char* option, const std::string& text, int highest) {
   return number;
 }
 
-/// {"their column": "our column"}.
-circuits::ColumnAliases aliasesOf(const std::string& file) {
-  circuits::ColumnAliases aliases;
-  if (file.empty()) return aliases;
+/// What the mapping file of a firm's lists says.
+struct ListMapping {
+  circuits::ColumnAliases columns;
+  std::vector<circuits::TypeRule> rules;
+};
+
+/// {"columns": {"their column": "our column"}, "types": ["hp <= 10 -> Direct on line"]}, both as needed.
+ListMapping mappingOf(const std::string& file) {
+  ListMapping mapping;
+  if (file.empty()) return mapping;
   const Json json = Json::parse(readInput(file), nullptr, false);
-  if (!json.is_object())
-    throw BadInput(file + ": must be a JSON object of column names of the list and what they mean");
-  for (const auto& [theirs, ours] : json.items()) {
-    if (!ours.is_string()) throw BadInput(file + ": \"" + theirs + "\" must name a column");
-    aliases[fromUtf8(theirs)] = fromUtf8(ours.get<std::string>());
+  if (!json.is_object()) throw BadInput(file + ": must be a JSON object with \"columns\" and \"types\"");
+  for (const auto& [name, value] : json.items())
+    if (name == "columns" ? !value.is_object() : name == "types" ? !value.is_array() : true)
+      throw BadInput(
+          file + ": \"" + name +
+          "\" must be \"columns\" with an object of names, or \"types\" with a list of rules");
+  for (const auto& [theirs, ours] : json.value("columns", Json::object()).items()) {
+    if (!ours.is_string()) throw BadInput(file + ": columns: \"" + theirs + "\" must name a column");
+    mapping.columns[fromUtf8(theirs)] = fromUtf8(ours.get<std::string>());
   }
-  return aliases;
+  for (const Json& text : json.value("types", Json::array())) {
+    std::wstring fault = L"must be a text such as \"hp <= 10 -> Direct on line\"";
+    const auto rule =
+        text.is_string() ? circuits::TypeRule::parse(fromUtf8(text.get<std::string>()), fault) : std::nullopt;
+    if (!rule) throw BadInput(file + ": types: " + text.dump() + ": " + toUtf8(fault));
+    mapping.rules.push_back(*rule);
+  }
+  return mapping;
 }
 
 std::string faultsText(const circuits::SetList& list) {
@@ -125,7 +154,8 @@ struct Plan {
 Plan planOf(SetOptions& options) {
   Plan plan;
   plan.settings = {options.site.site, options.site.path(), options.standardCode};
-  plan.list = circuits::readSetList(options.list, aliasesOf(options.columns));
+  const ListMapping mapping = mappingOf(options.mapping);
+  plan.list = circuits::readSetList(options.list, mapping.columns, mapping.rules);
   plan.circuits = resolveRows(plan.settings, plan.list);
   for (const std::wstring& note : plan.list.notes)
     std::fprintf(stderr, "brenvolt: %s: %s\n", options.list.c_str(), toUtf8(note).c_str());
@@ -176,6 +206,7 @@ public:
   /// Findings, a sentence each.
   std::vector<std::string> make(const std::set<std::size_t>& failed) {
     const Box area = circuits::frameArea(*readDrawing(frameFile_), frameFile_);
+    const circuits::SheetZones zones(*readDrawing(frameFile_));
     std::vector<Box> extents;
     for (std::size_t place = 0; place < plan_.circuits.size(); ++place)
       extents.push_back(
@@ -184,6 +215,13 @@ public:
               : circuits::shownExtents(*readDrawing(plan_.parts->drawingOf(plan_.circuits[place]))));
     const std::vector<circuits::SheetPlan> sheets =
         circuits::planSheets(extents, area, circuitGap, tooLarge_);
+    // A device may be shown on sheets that come later: all places first.
+    for (std::size_t sheet = 0; sheet < sheets.size(); ++sheet)
+      for (const auto& [place, offset] : sheets[sheet].circuits) {
+        const auto part = readDrawing(plan_.parts->drawingOf(plan_.circuits[place]));
+        circuits::addSymbolPlaces(
+            places_, *part, circuits::readNetlist(*part), fromUtf8(sheetName(sheet + 1)), zones, offset);
+      }
     std::vector<std::string> findings;
     for (const std::size_t place : tooLarge_)
       findings.push_back(
@@ -234,6 +272,7 @@ private:
       static_cast<void>(insertDrawing(*sheet, sheet->modelSpace(), *part, insertion));
     }
     circuits::numberTerminals(*sheet, terminals);
+    circuits::drawReferences(*sheet, places_);
     const std::string name = sheetName(number);
     circuits::fillFrame(
         *sheet, {{L"PROJECT", fromUtf8(options_.title)},
@@ -320,7 +359,7 @@ private:
         {"date", options_.date},
         {"revision", options_.revision},
         {"drawnBy", options_.drawnBy},
-        {"columns", options_.columns.empty() ? "" : seen(options_.columns)},
+        {"mapping", options_.mapping.empty() ? "" : seen(options_.mapping)},
         {"sheets", std::move(sheets)},
         {"circuits", std::move(rows)}};
     // A line for each entry: a version control system shows what has changed.
@@ -328,6 +367,7 @@ private:
   }
 
   std::vector<std::size_t> tooLarge_;
+  circuits::SymbolPlaces places_;
   const SetOptions& options_;
   const Plan& plan_;
   fs::path folder_;
@@ -419,7 +459,7 @@ ExitCode runStatus(const SetOptions& options) {
   SetOptions now;
   now.site.site = reached(text("site"));
   now.list = reached(text("list"));
-  now.columns = reached(text("columns"));
+  now.mapping = reached(text("mapping"));
   now.standardCode = text("standardCode");
   now.out = options.out;
   now.keepsGoing = true;
@@ -503,9 +543,9 @@ CommandTable setCommand() {
        "CODE"},
       {"--frame", &options->frame, "Frame of the sheets, a drawing in frames of the site; A3 without it",
        "NAME"},
-      {"--columns",
-       &options->columns,
-       "What the list's own column names mean, as JSON",
+      {"--mapping",
+       &options->mapping,
+       "What the list's own column names mean, and rules for types, as JSON",
        "FILE",
        {.path = OptionRules::Path::existingFile}},
       {"--title", &options->title, "Project, for the title block"},
@@ -541,6 +581,10 @@ CommandTable setCommand() {
             .description = "say what of a set is out of date",
             .options = {{"DIR", &options->out, "Folder of the set", "DIR", {.isRequired = true}}},
             .run = [options] { return runStatus(*options); }}},
+      .examples =
+          {"brenvolt set new motors.csv --site site",
+           "brenvolt set build site/lists/first_steps.csv --site site --out plant"},
+      .page = "set.md",
   };
 }
 

@@ -1,8 +1,8 @@
 // `brenvolt sql`: one statement on any file that the table engines know.
-#include "simhost/cli/engineering_run.h"
 #include "simhost/cli/subcommand.h"
 #include "simhost/cli/table_output.h"
 #include "simhost/host/errors.h"
+#include "simhost/site/engineering_run.h"
 #include "text/encoding.h"
 
 #include <memory>

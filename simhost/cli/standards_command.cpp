@@ -1,6 +1,6 @@
 // `brenvolt standards`: the code standards for which a site has tables.
 #include "data/option_tables.h"
-#include "simhost/cli/engineering_run.h"
+#include "simhost/cli/site_options.h"
 #include "simhost/cli/subcommand.h"
 #include "simhost/cli/table_output.h"
 

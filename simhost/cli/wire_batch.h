@@ -1,7 +1,7 @@
 // A list of circuits sized in one go.
 #pragma once
 
-#include "simhost/cli/wire_request.h"
+#include "simhost/site/wire_request.h"
 
 #include <string>
 

@@ -3,7 +3,7 @@
 #pragma once
 
 #include "data/wire_lookup.h"
-#include "simhost/cli/wire_request.h"
+#include "simhost/site/wire_request.h"
 
 #include <string>
 #include <vector>

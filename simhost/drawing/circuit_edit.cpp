@@ -2,10 +2,7 @@
 #include "simhost/drawing/circuit_edit.h"
 
 #include "simhost/drawing/geometry.h"
-#include "text/numbers.h"
-#include "text/split.h"
-
-#include <utility>
+#include "simhost/drawing/insertion.h"
 
 namespace simhost {
 
@@ -20,15 +17,6 @@ std::vector<KvDbHandle> withAttributes(const DrawingDatabase& drawing, std::wstr
       if (drawing.find(attribute) != nullptr) all.push_back(attribute);
   }
   return all;
-}
-
-std::wstring movedPoint(const std::wstring& point, double dx, double dy) {
-  const std::vector<std::wstring> parts = brenvolt::splitKeepingEmpty(point, L',');
-  if (parts.size() < 2) return point;
-  std::wstring moved = brenvolt::formatShortest(brenvolt::toDouble(parts[0]) + dx) + L',' +
-                       brenvolt::formatShortest(brenvolt::toDouble(parts[1]) + dy);
-  if (parts.size() > 2) moved += L',' + parts[2];
-  return moved;
 }
 
 } // namespace
@@ -62,10 +50,7 @@ Fault moveCircuit(DrawingDatabase& drawing, const std::wstring& circuit, double 
     drawing.changeEntity(handle, moved(handle));
   const auto record = drawing.store().circuits().find(circuit);
   if (record == drawing.store().circuits().end()) return std::nullopt;
-  CircuitFields fields = record->second;
-  for (auto& [name, text] : fields)
-    if (name == L"point") text = movedPoint(text, dx, dy);
-  drawing.putCircuit(circuit, std::move(fields));
+  drawing.putCircuit(circuit, placedCircuit(record->second, placement));
   return std::nullopt;
 }
 

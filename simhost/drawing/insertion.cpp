@@ -5,6 +5,8 @@
 #include "simhost/drawing/geometry.h"
 #include "text/assertion.h"
 #include "text/compare.h"
+#include "text/numbers.h"
+#include "text/split.h"
 
 #include <cmath>
 #include <map>
@@ -63,7 +65,7 @@ public:
     for (const EntityNode* entity = source_.store().findBlock(from)->first; entity != nullptr;
          entity = entity->next) {
       Entity value = carried(entity->value, placement);
-      carryOrigin(value, to);
+      carryOrigin(value, to, placement);
       const KvDbHandle handle = target_.addEntity(to, std::move(value));
       handles.push_back(handle);
       for (const KvDbHandle attribute : entity->attributes) {
@@ -120,7 +122,7 @@ private:
 
   /// A circuit comes as one of the target's own. Inside of a block there are no circuits, and what comes while a
   /// build draws belongs to the circuit that is built.
-  void carryOrigin(Entity& entity, KvDbHandle to) {
+  void carryOrigin(Entity& entity, KvDbHandle to, const Placement& placement) {
     std::optional<Provenance> origin = provenanceOf(entity);
     if (!origin) return;
     const bool isInSpace = to == target_.modelSpace() || to == target_.paperSpace();
@@ -129,7 +131,7 @@ private:
         circuits_.try_emplace(origin->circuit, formatHandle(target_.store().nextHandle()));
     const CircuitRecords& known = source_.store().circuits();
     if (const auto record = known.find(origin->circuit); isNew && record != known.end())
-      target_.putCircuit(place->second, record->second);
+      target_.putCircuit(place->second, placedCircuit(record->second, placement));
     origin->circuit = place->second;
     setProvenance(entity, *origin);
   }
@@ -152,6 +154,19 @@ private:
 };
 
 } // namespace
+
+CircuitFields placedCircuit(CircuitFields fields, const Placement& placement) {
+  for (auto& [name, text] : fields) {
+    if (name != L"point") continue;
+    const std::vector<std::wstring> parts = brenvolt::splitKeepingEmpty(text, L',');
+    if (parts.size() < 2) continue;
+    const KvPoint3d point =
+        placement.apply({brenvolt::toDouble(parts[0]), brenvolt::toDouble(parts[1]), 0.0});
+    text = brenvolt::formatShortest(point.x) + L',' + brenvolt::formatShortest(point.y);
+    if (parts.size() > 2) text += L',' + parts[2];
+  }
+  return fields;
+}
 
 Fault blockInsertionFault(
     const DrawingDatabase& drawing, KvDbHandle owner, const Entity& reference, const AttributeTexts& texts) {

@@ -22,6 +22,10 @@ using AttributeTexts = std::vector<std::pair<std::wstring, std::wstring>>;
 KvDbHandle insertBlock(
     DrawingDatabase& drawing, KvDbHandle owner, const Entity& reference, const AttributeTexts& texts);
 
+class Placement;
+/// The record of a circuit that is placed: the point at which it was built goes with it.
+[[nodiscard]] CircuitFields placedCircuit(CircuitFields fields, const Placement& placement);
+
 enum class InsertionForm {
   exploded, ///< the entities of the source's model space come in one by one
   asBlock   ///< they become a block, placed once

@@ -18,7 +18,7 @@
         (error "template " template " holds no marker")))
     (let ((built (zan_bv_build_circuit args)))
       (if built
-        (record-circuit template args before)
+        (progn (fit-control-wires (entities-since before)) (record-circuit template args before))
         (undo (- (undo-count) start)))
       built)))
 

@@ -164,6 +164,8 @@
 
 (defun control-wire (from to) (draw-wire from to (wire-layer site-control-layer)))
 
+(defun control-voltages (data) (if (string=? (data-text data 3) "400") "400-230 V" "480-120 V"))
+
 ; The control transformer with its fuses. It is fed from the first and second line above it: rise-1 and rise-2 are
 ; how far they lie above the marker. Its secondary feeds the rails, left and right of it at 50 and 60.
 (defun site_control_transformer (xyz scl rise-1 rise-2 data)
@@ -174,7 +176,7 @@
     (place-symbol "ZDOT" (funcall at 12 rise-2) scl nil)
     (vertical-fuse (funcall at -12 10) scl "FU11")
     (vertical-fuse (funcall at 12 10) scl "FU12")
-    (place-symbol "ZTRANS" xyz scl (append (list (cons "TAG1" (tag-behind "CTR")) (cons "RATING1" "480-120 V"))
+    (place-symbol "ZTRANS" xyz scl (append (list (cons "TAG1" (tag-behind "CTR")) (cons "RATING1" (control-voltages data)))
                                            (cdr (part-texts data nil "XF" "XF"))))
     (control-wire (funcall at -50 -9) (funcall at -12 -9))
     (control-wire (funcall at 12 -9) (funcall at 60 -9))

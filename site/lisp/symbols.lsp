@@ -25,6 +25,7 @@
     (when (entity-attribute symbol "FAMILY")
       (fill-attributes symbol (list-place))
       (fill-usual-part name symbol)
+      (when (and (list-tag) (string=? name "ZCOIL")) (raise-coil-tag symbol point scale))
       (apply-presets symbol)
       (note-component symbol (site-text (cdr (assoc "PART TABLE" texts)))))
     symbol))
@@ -34,8 +35,18 @@
   '(("ZSTOP" "Carrick" "PB22-01-R") ("ZSTART" "Carrick" "PB22-10-G") ("ZSELECT" "Carrick" "SS22-2P")
     ("ZLIGHT" "Carrick" "PL22-120") ("ZTERM" "Wexler" "TB-4") ("ZFUSE1" "Fusewell" "CC-5") ("ZTRANS" "Carrick" "CT-150")))
 
+; Where another voltage controls.
+(setq site-metric-parts '(("ZLIGHT" "Carrick" "PL22-230")))
+
+; A tag of a list is too wide for the circle of a coil.
+(defun raise-coil-tag (symbol point scale)
+  (entity-set! (entity-attribute symbol "TAG1") 'position (offset point 0 (* scale 4.8)))
+  (entity-set! (entity-attribute symbol "DESC1") 'position (offset point 0 (* scale 8.0))))
+
+(defun metric-code? () (string-ci=? GBL_qn_electcodestd "IEC"))
+
 (defun fill-usual-part (name symbol)
-  (let ((part (assoc name site-usual-parts)) (catalogue (entity-attribute symbol "CAT")))
+  (let ((part (or (and (metric-code?) (assoc name site-metric-parts)) (assoc name site-usual-parts))) (catalogue (entity-attribute symbol "CAT")))
     (when (and part catalogue (string=? (entity-get catalogue 'text) ""))
       (fill-attributes symbol (list (cons "MFG" (second part)) (cons "CAT" (third part)))))))
 

@@ -2,6 +2,7 @@
 
 (setq site-default-size "14AWG"
       site-control-layer "RED_14AWG"
+      site-metric-control-layer "RED_1.5mm2"
       site-wire-tolerance 0.001
       site-wire-reach 1.0) ; farther from a point no wire counts as running through it
 
@@ -40,6 +41,14 @@
         (T layer)))
 
 (defun offset (point dx dy) (list (+ (car point) dx) (+ (cadr point) dy)))
+
+; Templates bring control wires of the size of one code; under another code they get that one's.
+(defun fit-control-wires (entities)
+  (when (metric-code?)
+    (mapc (lambda (entity)
+            (when (and (equal (entity-get entity 'kind) "line") (string=? (entity-get entity 'layer) site-control-layer))
+              (entity-set! entity 'layer (wire-layer site-metric-control-layer))))
+          entities)))
 
 (defun draw-wire (from to layer) (draw-line from to layer))
 

@@ -50,13 +50,14 @@ TEST_CASE("parts, wires and terminals of two sheets are what a hand counts") {
   CHECK(
       makeReport(ReportKind::parts, sheets).notes.front().starts_with(L"4 devices have no catalogue number"));
   CHECK(
-      csv(ReportKind::wires, {sheets.front()}) == "number,size,colour,from,to,sheet\n"
-                                                  "1L11,10AWG,BLK,CB1:2,1M:1,S1\n"
-                                                  ",10AWG,BLK,1M:2,TB1:3,S1\n"
-                                                  ",10AWG,BLK,TB1:3,MTR1:T1,S1\n");
+      csv(ReportKind::wires, {sheets.front()}) == "number,size,colour,from,to,length,sheet\n"
+                                                  "1L11,10AWG,BLK,CB1:2,1M:1,,S1\n"
+                                                  ",10AWG,BLK,1M:2,TB1:3,,S1\n"
+                                                  ",10AWG,BLK,TB1:3,MTR1:T1,,S1\n");
   CHECK(
-      csv(ReportKind::terminals, {sheets.front()}) == "strip,terminal,number,size,inside,outside,sheet\n"
-                                                      "TB1,3,,10AWG,1M:2,MTR1:T1,S1\n");
+      csv(ReportKind::terminals, {sheets.front()}) ==
+      "strip,terminal,number,size,inside,outside,jumper,cable,sheet\n"
+      "TB1,3,,10AWG,1M:2,MTR1:T1,,W-MTR1,S1\n");
   CHECK(
       makeReport(ReportKind::terminals, sheets).notes.front() ==
       L"1 terminals of a strip are drawn more than once.");

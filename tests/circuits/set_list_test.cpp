@@ -1,6 +1,7 @@
 // Motor lists as they come: each row is a list and what is understood of it.
 #include "circuits/set/set_list.h"
 #include "circuits/set/sheet_maker.h"
+#include "circuits/set/type_rules.h"
 #include "simhost/host/errors.h"
 
 #include <doctest/doctest.h>
@@ -34,11 +35,12 @@ private:
 };
 
 /// Tag, load and description of each row, then the faults, without the file's folder.
-std::string understood(const std::string& bytes, const ColumnAliases& aliases = {}) {
+std::string understood(
+    const std::string& bytes, const ColumnAliases& aliases = {}, const std::vector<TypeRule>& rules = {}) {
   const ListFile file(bytes);
   std::string text;
   try {
-    const SetList list = readSetList(file.path(), aliases);
+    const SetList list = readSetList(file.path(), aliases, rules);
     const auto narrow = [](const std::wstring& wide) {
       std::string all;
       for (const wchar_t character : wide)
@@ -101,6 +103,36 @@ TEST_CASE("lists are understood where they can be, and every bad cell is reporte
       understood(
           "Kennzeichen,Stromkreis,type\nP-1,c,t\n",
           {{L"KENNZEICHEN", L"tag"}, {L"Stromkreis", L"circuit"}}) == "P-1  \n");
+}
+
+TEST_CASE(
+    "rules give rows without a type that of the first rule that fits, and a wrong rule names its fault") {
+  std::vector<TypeRule> rules;
+  std::wstring fault;
+  for (const wchar_t* text :
+       {L"kind = heater -> Power feeds / Three-phase", L"hp <= 10 and phase = 3 -> Direct on line",
+        L"hp>10 -> Star-delta", L"kw >= 5.5 -> Soft / starter"})
+    rules.push_back(TypeRule::parse(text, fault).value());
+  const ListFile file(
+      "tag,circuit,type,kind,load,units,phase\nA,m,,,10,HP,3\nB,m,,,10.5,hp,3\nC,m,,,10,HP,1\n"
+      "D,,,Heater,15,kW,3\nE,m,,,5.5,KW,3\nF,m,own,,1,HP,3\nG,m,,,5,kW,3\n");
+  const SetList list = readSetList(file.path(), {}, rules);
+  std::wstring types;
+  for (const SetRow& row : list.rows)
+    types += row[SetField::circuit] + L":" + row[SetField::type] + L"\n";
+  CHECK((types == L"m:Direct on line\nm:Star-delta\nm:\nPower feeds:Three-phase\nm:starter\nm:own\nm:\n"));
+  REQUIRE(list.faults.size() == 2);
+  CHECK(list.faults.front().row == 4);
+  for (const auto& [text, reason] :
+       {std::pair{L"hp 10 -> x", L"\"hp 10\" has none of the signs < <= > >= ="},
+        std::pair{L"hp < ten -> x", L"\"ten\" is not a plain number"},
+        std::pair{L"kind < 3 -> x", L"\"kind\" is a text and has no size"},
+        std::pair{L"power < 3 -> x", L"the list has no column \"power\""},
+        std::pair{L"hp < 3", L"there is no \"->\" before the type"},
+        std::pair{L"hp < 3 ->", L"no type follows \"->\""}}) {
+    CHECK_FALSE(TypeRule::parse(text, fault));
+    CHECK((fault == reason));
+  }
 }
 
 TEST_CASE("circuits fill sheets in the order of the list, inside of the area and apart from each other") {

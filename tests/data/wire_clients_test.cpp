@@ -5,7 +5,7 @@
 
 #include "data/auto_wire_size.h"
 #include "data/wire_lookup.h"
-#include "simhost/cli/wire_request.h"
+#include "simhost/site/wire_request.h"
 #include "text/numbers.h"
 
 #include <algorithm>

@@ -189,7 +189,7 @@
 
 (defun draw-terminal ()
   (sy-circle 0 0 1.2)
-  (sy-attribute "TERM01" 0 2.2 1.8)
+  (sy-attribute "TERM01" 1.6 1.2 1.8 'left) ; right of the wire number, which stands before the terminal
   (sy-hidden "TAGSTRIP")
   (sy-hidden "FAMILY" "TRMS")
   (mapc 'sy-hidden '("MFG" "CAT" "INST" "LOC"))

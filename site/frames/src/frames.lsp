@@ -57,8 +57,9 @@
         (draw-zones left bottom right top columns rows)
         (draw-title-block (- right title-width) bottom)))
     (insert-block (string-append "ZFRAME_" name) '(0 0) 1 0 "FRAME")
-    (mapc 'set-variable '("PAPER_WIDTH" "PAPER_HEIGHT" "ZONE_COLUMNS" "ZONE_ROWS" "AREA_LEFT" "AREA_BOTTOM" "AREA_RIGHT" "AREA_TOP")
-          (list (float width) (float height) columns rows
+    (mapc 'set-variable '("PAPER_WIDTH" "PAPER_HEIGHT" "ZONE_COLUMNS" "ZONE_ROWS" "ZONE_LEFT" "ZONE_BOTTOM" "ZONE_RIGHT" "ZONE_TOP"
+                          "AREA_LEFT" "AREA_BOTTOM" "AREA_RIGHT" "AREA_TOP")
+          (list (float width) (float height) columns rows left bottom right top
                 (+ left 3.0) (+ bottom title-height 3.0) (- right 3.0) (- top 3.0)))))
 
 (defun site-draw-frame (name)

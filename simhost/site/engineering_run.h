@@ -1,10 +1,9 @@
-// What the subcommands on engineering tables share: a host without the plug-in, whose LISP knows the code standard, and
-// a connection to the site's database.
+// What services on engineering tables need around them: a host whose LISP knows the code standard, and a connection to
+// the site's database.
 #pragma once
 
 #include "data/table_watch.h"
 #include "platform/tables.h"
-#include "simhost/cli/command_table.h"
 #include "simhost/host/session.h"
 #include "simhost/site/open_database.h"
 #include "simhost/ui/scripted_windows.h"
@@ -17,14 +16,6 @@ namespace simhost {
 
 /// The code standard that the tool assumes.
 inline constexpr const char* assumedStandard = "NEC";
-
-struct SiteOptions {
-  std::string site;
-  std::string standardCode = assumedStandard;
-
-  [[nodiscard]] OptionRow siteRow();
-  [[nodiscard]] OptionRow standardRow();
-};
 
 /// The tables of a site, open for reading.
 class SiteTables final {
@@ -53,8 +44,13 @@ private:
 /// A site's tables with a session around them, whose LISP knows the code standard.
 class EngineeringRun final {
 public:
-  /// Throws BadInput for a site or a code standard that cannot be used.
+  /// A session of its own, without the plug-in. Throws BadInput for a site or a code standard that cannot be used.
   EngineeringRun(const std::string& site, const std::string& standardCode);
+  /// The current document of a session that runs already: its LISP has its own code standard again afterwards.
+  EngineeringRun(Session& running, const std::string& site, const std::string& standardCode);
+  EngineeringRun(const EngineeringRun&) = delete;
+  EngineeringRun& operator=(const EngineeringRun&) = delete;
+  ~EngineeringRun();
 
   [[nodiscard]] brenvolt::ZanOleDbConnection& connection() { return tables_.connection(); }
   [[nodiscard]] const std::string& database() const { return tables_.database(); }
@@ -63,10 +59,14 @@ public:
   [[nodiscard]] const std::wstring& standardCode() const { return standardCode_; }
 
 private:
+  void needStandard();
+
   ScriptedWindows windows_;
-  std::unique_ptr<Session> session_;
+  std::unique_ptr<Session> session_; ///< null in one that runs already
   SiteTables tables_;
   std::wstring standardCode_;
+  Document* borrowed_ = nullptr; ///< of the running session
+  lisp::Value former_{};         ///< its code standard
 };
 
 } // namespace simhost

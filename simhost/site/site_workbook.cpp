@@ -1,5 +1,5 @@
 // Finding a site's workbook.
-#include "simhost/cli/site_workbook.h"
+#include "simhost/site/site_workbook.h"
 
 #include "simhost/host/errors.h"
 #include "text/encoding.h"
@@ -12,14 +12,7 @@ namespace fs = std::filesystem;
 using brenvolt::fromUtf8;
 using brenvolt::toUtf8;
 
-OptionRows SiteWorkbookOptions::rows() {
-  return {
-      {"--site", &site, "Folder of the site", "DIR", {.isRequired = true}},
-      {"--workbook", &workbook, "Another workbook than the site's; the history lies beside it", "FILE"},
-  };
-}
-
-std::string SiteWorkbookOptions::path() const {
+std::string workbookPath(const std::string& site, const std::string& workbook) {
   const fs::path file =
       workbook.empty() ? fs::path(site) / toUtf8(brenvolt::defaultWorkbook) : fs::path(workbook);
   std::error_code error;

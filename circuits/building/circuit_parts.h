@@ -2,7 +2,7 @@
 // which process builds it, so the parts are the same bytes whatever their number.
 #pragma once
 
-#include "simhost/cli/set_rows.h"
+#include "circuits/building/circuit_rows.h"
 #include "simhost/site/site_run.h"
 #include "simhost/ui/answers.h"
 
@@ -13,7 +13,7 @@
 #include <string_view>
 #include <vector>
 
-namespace simhost {
+namespace circuits {
 
 /// Where the circuit's part lies: its name is made from all that it was made from, so one that exists is right.
 class SetParts final {
@@ -32,11 +32,12 @@ private:
 /// The CODE under which labels of nets are marked.
 inline constexpr std::wstring_view labelCode = L"LABEL";
 /// Has the site's LISP number and label the nets of a circuit. Throws BadInput when it fails.
-void labelNets(SiteRun& site, DrawingDatabase& drawing, const std::wstring& circuit);
+void labelNets(simhost::SiteRun& site, simhost::DrawingDatabase& drawing, const std::wstring& circuit);
 
 /// Has the drawing keep of the circuit what the list says beside what its build left.
 void keepRow(
-    DrawingDatabase& drawing, const std::wstring& id, const SetCircuit& circuit, const std::wstring& tag);
+    simhost::DrawingDatabase& drawing, const std::wstring& id, const SetCircuit& circuit,
+    const std::wstring& tag);
 
 /// The LISP that draws one circuit at the point; its answer is that of the build.
 [[nodiscard]] std::wstring buildForm(
@@ -62,7 +63,7 @@ struct PartOptions {
 };
 
 /// Answers of a build that asks nobody; see the source.
-[[nodiscard]] std::vector<AnswerStep> refusals(std::size_t builds);
+[[nodiscard]] std::vector<simhost::AnswerStep> refusals(std::size_t builds);
 
 /// Builds the parts that are missing. Without `keepsGoing` nothing more is begun after a failure. Throws CannotWrite
 /// when a process cannot be made or ends by itself.
@@ -70,4 +71,4 @@ struct PartOptions {
     const std::vector<SetCircuit>& circuits, const std::vector<std::size_t>& wanted, const SetParts& parts,
     const PartOptions& options);
 
-} // namespace simhost
+} // namespace circuits

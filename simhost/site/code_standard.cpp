@@ -1,5 +1,5 @@
 // The standards with tables of their own, against a word.
-#include "simhost/cli/code_standard.h"
+#include "simhost/site/code_standard.h"
 
 #include "data/table_names.h"
 #include "text/compare.h"

@@ -1,5 +1,5 @@
 // Writing the entries; reading and merging of history files is the plug-in's own affair.
-#include "simhost/cli/set_history.h"
+#include "circuits/building/row_configurations.h"
 
 #include "simhost/host/errors.h"
 #include "simhost/host/files.h"
@@ -10,7 +10,7 @@
 #include <system_error>
 #include <utility>
 
-namespace simhost {
+namespace circuits {
 
 namespace fs = std::filesystem;
 
@@ -113,9 +113,9 @@ std::string historyOf(const std::vector<const SetCircuit*>& circuits, const std:
 
 ConfigurationFolder::ConfigurationFolder(fs::path folder, const std::string& workbook)
     : folder_(std::move(folder)), workbook_(workbook) {
-  const std::string reason =
-      replaceFile(folder_ / fs::path(workbook).filename(), readFile(workbook).value_or(std::string()));
-  if (!reason.empty()) throw CannotWrite(reason);
+  const std::string reason = simhost::replaceFile(
+      folder_ / fs::path(workbook).filename(), simhost::readFile(workbook).value_or(std::string()));
+  if (!reason.empty()) throw simhost::CannotWrite(reason);
 }
 
 ConfigurationFolder::~ConfigurationFolder() {
@@ -127,10 +127,10 @@ std::string ConfigurationFolder::workbookFor(const SetCircuit& circuit) const {
   if (!circuit.configuration.empty()) return workbook_;
   const fs::path copy = folder_ / fs::path(workbook_).filename();
   const std::string reason =
-      replaceFile(fs::path(copy).replace_extension(".xml"), historyOf({&circuit}, workbook_));
-  if (!reason.empty()) throw CannotWrite(reason);
+      simhost::replaceFile(fs::path(copy).replace_extension(".xml"), historyOf({&circuit}, workbook_));
+  if (!reason.empty()) throw simhost::CannotWrite(reason);
   std::error_code error;
   return fs::absolute(copy, error).string();
 }
 
-} // namespace simhost
+} // namespace circuits

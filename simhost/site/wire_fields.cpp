@@ -1,7 +1,7 @@
 // The rules of typed fields.
-#include "simhost/cli/wire_fields.h"
+#include "simhost/site/wire_fields.h"
 
-#include "simhost/cli/plain_number.h"
+#include "simhost/site/plain_number.h"
 #include "text/compare.h"
 #include "text/encoding.h"
 #include "text/numbers.h"

@@ -3,7 +3,7 @@
 #pragma once
 
 #include "circuits/set/set_list.h"
-#include "simhost/cli/engineering_run.h"
+#include "simhost/site/engineering_run.h"
 
 #include <cstddef>
 #include <cstdint>
@@ -11,7 +11,7 @@
 #include <utility>
 #include <vector>
 
-namespace simhost {
+namespace circuits {
 
 /// A choice of a group of a CODE.
 struct SetOption {
@@ -44,6 +44,8 @@ struct SetCircuit {
   std::wstring standardCode;
   std::wstring length; ///< with its unit
   std::wstring raceway;
+  std::wstring ambient;
+  std::wstring drop; ///< of voltage in its wires, in percent; empty where no length is known
   std::wstring installation;
   std::wstring location;
   std::vector<std::wstring> descriptions;
@@ -55,10 +57,12 @@ struct SetCircuit {
 struct SetSettings {
   std::string site;
   std::string workbook; ///< full path
-  std::string standardCode = assumedStandard;
+  std::string standardCode = simhost::assumedStandard;
+  /// Runs already, so that tables are read in it; null for a session of the resolver's own.
+  simhost::Session* running = nullptr;
 };
 
 /// The circuits of all good rows; what is wrong with the others joins the faults of the list.
-[[nodiscard]] std::vector<SetCircuit> resolveRows(const SetSettings& settings, circuits::SetList& list);
+[[nodiscard]] std::vector<SetCircuit> resolveRows(const SetSettings& settings, SetList& list);
 
-} // namespace simhost
+} // namespace circuits

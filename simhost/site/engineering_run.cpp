@@ -1,8 +1,8 @@
 // Setting up a host for the services on engineering tables.
-#include "simhost/cli/engineering_run.h"
+#include "simhost/site/engineering_run.h"
 
-#include "simhost/cli/code_standard.h"
 #include "simhost/host/errors.h"
+#include "simhost/site/code_standard.h"
 #include "simhost/site/site_database.h"
 #include "text/encoding.h"
 
@@ -33,14 +33,6 @@ std::wstring checkedCode(const std::string& code) {
 
 } // namespace
 
-OptionRow SiteOptions::siteRow() {
-  return {"--site", &site, "Folder of the site, with its tables", "DIR", {.isRequired = true}};
-}
-
-OptionRow SiteOptions::standardRow() {
-  return {"--standard-code", &standardCode, "Code standard; " + standardCode + " without it", "CODE"};
-}
-
 SiteTables::SiteTables(const std::string& site) {
   openDatabase(connection_, siteDataSource(site), DatabaseUse::read);
   std::wstring source;
@@ -52,7 +44,23 @@ EngineeringRun::EngineeringRun(const std::string& site, const std::string& stand
     : tables_(site), standardCode_(checkedCode(standardCode)) {
   session_ = std::make_unique<Session>(optionsOf(site), windows_);
   Document& document = session_->openDocument({}, std::make_unique<DrawingDatabase>());
+  needStandard();
   document.interpreter().setValue(codeStandardSymbol, lisp::Value::string(standardCode_));
+}
+
+EngineeringRun::EngineeringRun(Session& running, const std::string& site, const std::string& standardCode)
+    : tables_(site), standardCode_(checkedCode(standardCode)) {
+  needStandard();
+  borrowed_ = running.documents().current();
+  former_ = borrowed_->interpreter().value(codeStandardSymbol);
+  borrowed_->interpreter().setValue(codeStandardSymbol, lisp::Value::string(standardCode_));
+}
+
+EngineeringRun::~EngineeringRun() {
+  if (borrowed_ != nullptr) borrowed_->interpreter().setValue(codeStandardSymbol, former_);
+}
+
+void EngineeringRun::needStandard() {
   if (const auto fault = codeStandardFault(connection(), standardCode_))
     throw BadInput("--standard-code: " + *fault);
 }

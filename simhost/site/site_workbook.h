@@ -1,22 +1,16 @@
-// The configuration workbook that a subcommand works on, and the saved configurations beside it.
+// The configuration workbook of a site, and the saved configurations beside it.
 #pragma once
 
 #include "project/circuit_list.h"
 #include "project/history_file.h"
-#include "simhost/cli/command_table.h"
 
 #include <string>
 
 namespace simhost {
 
-struct SiteWorkbookOptions {
-  std::string site;     ///< folder
-  std::string workbook; ///< empty for the one of the site
-
-  [[nodiscard]] OptionRows rows();
-  /// The full path. Throws BadInput when neither folder nor file is there.
-  [[nodiscard]] std::string path() const;
-};
+/// The full path of a workbook, of the site's own one when none is named. Throws BadInput when folder or file is
+/// missing.
+[[nodiscard]] std::string workbookPath(const std::string& site, const std::string& workbook = {});
 
 /// The circuit list of a workbook. Throws BadInput with the reason.
 [[nodiscard]] brenvolt::ZanCircuitCatalog readCircuitList(const std::string& workbook);

@@ -4,7 +4,7 @@
 
 #include "data/auto_wire_size.h"
 #include "data/wire_defaults.h"
-#include "simhost/cli/wire_fields.h"
+#include "simhost/site/wire_fields.h"
 
 #include <array>
 #include <optional>

@@ -1,9 +1,10 @@
 // One host a process, one document a circuit.
-#include "simhost/cli/set_parts.h"
+#include "circuits/building/circuit_parts.h"
 
+#include "circuits/building/row_configurations.h"
 #include "circuits/provenance/circuit_objects.h"
+#include "circuits/set/label_places.h"
 #include "circuits/set/numbering.h"
-#include "simhost/cli/set_history.h"
 #include "simhost/drawing/drawing_file.h"
 #include "simhost/host/errors.h"
 #include "simhost/host/files.h"
@@ -29,11 +30,17 @@
 #include <system_error>
 #include <utility>
 
-namespace simhost {
+namespace circuits {
 
 namespace fs = std::filesystem;
+namespace lisp = simhost::lisp;
 using brenvolt::fromUtf8;
 using brenvolt::toUtf8;
+using simhost::BadInput;
+using simhost::CannotWrite;
+using simhost::DrawingDatabase;
+using simhost::SiteRun;
+using simhost::SiteRunOptions;
 
 namespace {
 
@@ -71,12 +78,13 @@ public:
     const lisp::Value built = site_.run(buildForm(circuit, configurations_.workbookFor(circuit), {}), L"set");
     if (built.isNil()) throw BadInput("the build failed" + lastLine());
     DrawingDatabase& drawing = site_.session().documents().current()->drawing();
-    const std::vector<circuits::CircuitObject> objects = circuits::circuitsOf(drawing);
+    const std::vector<CircuitObject> objects = circuitsOf(drawing);
     if (objects.size() != 1) throw BadInput("the build left no circuit");
-    circuits::numberContacts(drawing);
+    numberContacts(drawing);
     labelNets(site_, drawing, objects.front().id);
     keepRow(drawing, objects.front().id, circuit, circuit.tag);
-    const std::string reason = replaceFile(parts_.drawingOf(circuit), drawingToJson(drawing));
+    const std::string reason =
+        simhost::replaceFile(parts_.drawingOf(circuit), simhost::drawingToJson(drawing));
     if (!reason.empty()) throw CannotWrite(reason);
   }
 
@@ -88,7 +96,7 @@ private:
   const PartOptions& options_;
   const SetParts& parts_;
   ConfigurationFolder configurations_;
-  ScriptedWindows windows_;
+  simhost::ScriptedWindows windows_;
   SiteRun site_;
 };
 
@@ -150,16 +158,16 @@ Worker startWorker(
 
 /// The one question of a build without dialogs: whether tables of another code shall size the components. They shall
 /// not: what has no figure of its own code is reported.
-std::vector<AnswerStep> refusals(std::size_t builds) {
-  AnswerStep step;
+std::vector<simhost::AnswerStep> refusals(std::size_t builds) {
+  simhost::AnswerStep step;
   step.dialog = "ZanBrenvolt.MotorITableNotFound";
   constexpr int stop = 2;
-  AnswerAction press;
+  simhost::AnswerAction press;
   press.verb = "press";
   press.subject = std::to_string(stop);
   press.number = stop;
   step.actions.push_back(std::move(press));
-  std::vector<AnswerStep> steps;
+  std::vector<simhost::AnswerStep> steps;
   for (std::size_t number = 1; number <= builds; ++number) {
     step.number = number;
     steps.push_back(step);
@@ -167,16 +175,29 @@ std::vector<AnswerStep> refusals(std::size_t builds) {
   return steps;
 }
 
+namespace {
+
+std::vector<KvDbHandle> entitiesBehind(const DrawingDatabase& drawing, const simhost::EntityNode* last) {
+  std::vector<KvDbHandle> handles;
+  const simhost::EntityNode* node =
+      last == nullptr ? drawing.store().findBlock(drawing.currentSpace())->first : last->next;
+  for (; node != nullptr; node = node->next)
+    handles.push_back(node->handle);
+  return handles;
+}
+
+} // namespace
+
 void labelNets(SiteRun& site, DrawingDatabase& drawing, const std::wstring& circuit) {
   if (!site.interpreter().findFunction(labelFunction)) return;
-  const std::vector<circuits::NetLabel> labels =
-      circuits::netLabels(drawing, circuits::readNetlist(drawing), circuit);
+  const std::vector<NetLabel> labels = netLabels(drawing, readNetlist(drawing), circuit);
   std::vector<lisp::Value> used;
-  for (const circuits::NetLabel& label : labels)
+  for (const NetLabel& label : labels)
     if (!label.number.empty()) used.push_back(lisp::Value::string(label.number));
   // The labels are part of the circuit: they move and go with it.
-  drawing.setStamp(Provenance{circuit, std::wstring(labelCode)});
-  for (const circuits::NetLabel& label : labels) {
+  drawing.setStamp(simhost::Provenance{circuit, std::wstring(labelCode)});
+  LabelPlaces places(drawing);
+  for (const NetLabel& label : labels) {
     const std::array arguments = {
         lisp::Value::string(label.number),
         lisp::Value::truth(label.needsNumber),
@@ -186,7 +207,9 @@ void labelNets(SiteRun& site, DrawingDatabase& drawing, const std::wstring& circ
         lisp::Value::string(label.size),
         lisp::makeList(used)};
     try {
+      const simhost::EntityNode* const last = drawing.store().findBlock(drawing.currentSpace())->last;
       const lisp::Value number = site.interpreter().call(labelFunction, arguments);
+      places.place(entitiesBehind(drawing, last), label.place, label.wires);
       if (label.needsNumber && number.isString()) used.push_back(number);
     } catch (const lisp::LispError& error) {
       drawing.setStamp({});
@@ -220,14 +243,16 @@ std::wstring buildForm(const SetCircuit& circuit, const std::string& workbook, c
 
 void keepRow(
     DrawingDatabase& drawing, const std::wstring& id, const SetCircuit& circuit, const std::wstring& tag) {
-  CircuitFields fields = {{L"tag", tag}};
+  simhost::CircuitFields fields = {{L"tag", tag}};
   const auto add = [&fields](const wchar_t* name, const std::wstring& text) {
     if (!text.empty()) fields.emplace_back(name, text);
   };
   add(L"standard-code", circuit.standardCode);
   add(L"length", circuit.length);
   add(L"raceway", circuit.raceway);
-  const CircuitFields& built = drawing.store().circuits().at(id);
+  add(L"ambient", circuit.ambient);
+  add(L"drop", circuit.drop);
+  const simhost::CircuitFields& built = drawing.store().circuits().at(id);
   fields.insert(fields.end(), built.begin(), built.end());
   drawing.putCircuit(id, std::move(fields));
 }
@@ -255,7 +280,7 @@ std::string siteDigest(const std::string& site) {
   std::sort(files.begin(), files.end());
   std::string all;
   for (const fs::path& file : files)
-    all += file.lexically_relative(site).generic_string() + digestOf(readFile(file).value_or(""));
+    all += file.lexically_relative(site).generic_string() + digestOf(simhost::readFile(file).value_or(""));
   return digestOf(all);
 }
 
@@ -274,7 +299,7 @@ std::vector<PartFailure> buildParts(
   if (missing.empty()) return failures;
   // Once, and not by each process at the same time.
   if (fs::is_directory(fs::path(options.settings.site) / "tables", error))
-    static_cast<void>(siteDatabase(options.settings.site));
+    static_cast<void>(simhost::siteDatabase(options.settings.site));
   const std::size_t jobs = std::min(missing.size(), static_cast<std::size_t>(std::max(options.jobs, 1)));
   std::vector<Worker> workers;
   for (std::size_t job = 0; job < jobs; ++job) {
@@ -323,4 +348,4 @@ std::vector<PartFailure> buildParts(
   return failures;
 }
 
-} // namespace simhost
+} // namespace circuits

@@ -2,13 +2,13 @@
 // dialog shows when the circuit is opened later.
 #pragma once
 
-#include "simhost/cli/set_rows.h"
+#include "circuits/building/circuit_rows.h"
 
 #include <filesystem>
 #include <string>
 #include <vector>
 
-namespace simhost {
+namespace circuits {
 
 /// The bytes of a history file with an entry under the tag of each circuit that has data of its own.
 [[nodiscard]] std::string historyOf(
@@ -33,4 +33,4 @@ private:
   std::string workbook_;
 };
 
-} // namespace simhost
+} // namespace circuits

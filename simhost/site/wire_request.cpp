@@ -1,9 +1,9 @@
 // Filling in and looking up the fields of a circuit, group by group.
-#include "simhost/cli/wire_request.h"
+#include "simhost/site/wire_request.h"
 
 #include "data/wire_current_fields.h"
 #include "data/wire_factor_fields.h"
-#include "simhost/cli/code_standard.h"
+#include "simhost/site/code_standard.h"
 #include "text/compare.h"
 #include "text/encoding.h"
 #include "text/numbers.h"

@@ -1,5 +1,5 @@
 // Strict reading of typed numbers.
-#include "simhost/cli/plain_number.h"
+#include "simhost/site/plain_number.h"
 
 #include "text/numbers.h"
 #include "text/split.h"

@@ -1,11 +1,11 @@
 // Looking up row by row, with each table and worksheet read once.
-#include "simhost/cli/set_rows.h"
+#include "circuits/building/circuit_rows.h"
 
 #include "data/rating_tables.h"
-#include "simhost/cli/code_standard.h"
-#include "simhost/cli/site_workbook.h"
-#include "simhost/cli/wire_request.h"
 #include "simhost/host/errors.h"
+#include "simhost/site/code_standard.h"
+#include "simhost/site/site_workbook.h"
+#include "simhost/site/wire_request.h"
 #include "text/compare.h"
 #include "text/encoding.h"
 #include "text/numbers.h"
@@ -20,13 +20,17 @@
 #include <set>
 #include <utility>
 
-namespace simhost {
+namespace circuits {
 
 using brenvolt::fromUtf8;
+using brenvolt::Rating;
 using brenvolt::RatingRecord;
 using brenvolt::toUtf8;
-using circuits::SetField;
-using circuits::SetRow;
+using simhost::BadInput;
+using simhost::EngineeringRun;
+using simhost::WireField;
+using simhost::WireRequest;
+using simhost::WireRequests;
 
 namespace {
 
@@ -34,21 +38,22 @@ namespace {
 constexpr std::wstring_view motorGroup = L"!MCC_CTRL";
 constexpr std::wstring_view loadGroup = L"!PF_CTRL";
 
-/// How a field of the list is called in the motor and in the load table.
+/// The rating that a field of the list means.
 struct RatingColumn {
   SetField field;
-  std::size_t motor;
-  std::optional<std::size_t> load;
+  Rating rating;
 };
 constexpr RatingColumn ratingColumns[] = {
-    {SetField::kind, brenvolt::motorcolumn::type, brenvolt::loadcolumn::type},
-    {SetField::load, brenvolt::motorcolumn::load, brenvolt::loadcolumn::load},
-    {SetField::units, brenvolt::motorcolumn::units, brenvolt::loadcolumn::units},
-    {SetField::voltage, brenvolt::motorcolumn::voltage, brenvolt::loadcolumn::voltage},
-    {SetField::phase, brenvolt::motorcolumn::phase, brenvolt::loadcolumn::phase},
-    {SetField::frequency, brenvolt::motorcolumn::frequency, brenvolt::loadcolumn::frequency},
-    {SetField::speed, brenvolt::motorcolumn::speed, std::nullopt},
+    {SetField::kind, Rating::type},   {SetField::load, Rating::load},
+    {SetField::units, Rating::units}, {SetField::voltage, Rating::voltage},
+    {SetField::phase, Rating::phase}, {SetField::frequency, Rating::frequency},
+    {SetField::speed, Rating::speed},
 };
+
+/// A drop that the tables give no figures for is "-": nothing is known of it then.
+std::wstring percentText(const std::wstring& cell) {
+  return brenvolt::isGiven(brenvolt::toDouble(cell)) ? cell + L" %" : std::wstring();
+}
 
 enum class LoadKind { none, motor, load };
 
@@ -70,9 +75,9 @@ struct Standard {
 
 class RowResolver final {
 public:
-  RowResolver(const SetSettings& settings, circuits::SetList& list)
-      : settings_(settings), list_(list), catalogue_(readCircuitList(settings.workbook)) {
-    for (const circuits::SetFault& fault : list.faults)
+  RowResolver(const SetSettings& settings, SetList& list)
+      : settings_(settings), list_(list), catalogue_(simhost::readCircuitList(settings.workbook)) {
+    for (const SetFault& fault : list.faults)
       badRows_.insert(fault.row);
   }
 
@@ -99,7 +104,7 @@ private:
     list_.faults.push_back({row.number, std::wstring(column), std::move(reason)});
   }
   void fail(const SetRow& row, SetField field, std::wstring reason) {
-    fail(row, circuits::setFields()[static_cast<std::size_t>(field)].name, std::move(reason));
+    fail(row, setFields()[static_cast<std::size_t>(field)].name, std::move(reason));
   }
 
   SetCircuit resolve(const SetRow& row) {
@@ -186,8 +191,8 @@ private:
   void takeConfiguration(const SetRow& row, const SetCircuit& circuit) {
     if (circuit.configuration.empty()) return;
     try {
-      needConfiguration(
-          readHistory(settings_.workbook), {circuit.circuit, circuit.type, circuit.configuration});
+      simhost::needConfiguration(
+          simhost::readHistory(settings_.workbook), {circuit.circuit, circuit.type, circuit.configuration});
     } catch (const BadInput& error) {
       fail(row, SetField::configuration, fromUtf8(error.what()));
     }
@@ -253,6 +258,11 @@ private:
     return all;
   }
 
+  [[nodiscard]] std::unique_ptr<EngineeringRun> newRun(const std::wstring& code) const {
+    if (settings_.running == nullptr) return std::make_unique<EngineeringRun>(settings_.site, toUtf8(code));
+    return std::make_unique<EngineeringRun>(*settings_.running, settings_.site, toUtf8(code));
+  }
+
   Standard& standardOf(const std::wstring& code) {
     const auto [place, isNew] = standards_.try_emplace(code);
     Standard& standard = place->second;
@@ -264,7 +274,7 @@ private:
         one.run.reset();
       }
     try {
-      standard.run = std::make_unique<EngineeringRun>(settings_.site, toUtf8(code));
+      standard.run = newRun(code);
       noteSizingTables(*standard.run, code);
     } catch (const BadInput& error) {
       standard.fault = error.what();
@@ -294,7 +304,7 @@ private:
         one.wires.reset();
         one.run.reset();
       }
-      standard.run = std::make_unique<EngineeringRun>(settings_.site, toUtf8(code));
+      standard.run = newRun(code);
     }
     if (standard.wires == nullptr)
       standard.wires = std::make_unique<WireRequests>(standard.run->connection());
@@ -304,9 +314,7 @@ private:
   const std::vector<RatingRecord>& recordsOf(Standard& standard, const std::wstring& code, LoadKind kind) {
     const auto [place, isNew] = standard.records.try_emplace(kind);
     if (!isNew) return place->second;
-    const brenvolt::RatingTable& table =
-        kind == LoadKind::motor ? brenvolt::motorTable() : brenvolt::loadTable();
-    const brenvolt::RatingTableService service(table, &runOf(standard, code).connection());
+    const brenvolt::RatingTableService service(tableOf(kind), &runOf(standard, code).connection());
     brenvolt::ZanTableFilter filter;
     for (const auto& [column, name] : service.columnNames())
       filter.selected[column] = true;
@@ -314,8 +322,17 @@ private:
     return place->second;
   }
 
-  static std::size_t columnOf(const RatingColumn& column, LoadKind kind) {
-    return kind == LoadKind::motor ? column.motor : column.load.value_or(brenvolt::ratingColumnLimit);
+  static const brenvolt::RatingTable& tableOf(LoadKind kind) {
+    return kind == LoadKind::motor ? brenvolt::motorTable() : brenvolt::loadTable();
+  }
+  /// Nothing for a rating that the table does not have.
+  static std::optional<std::size_t> columnOf(Rating rating, LoadKind kind) {
+    const std::size_t column = tableOf(kind).columnOf(rating);
+    return tableOf(kind).fieldOf(column) == nullptr ? std::nullopt : std::optional(column);
+  }
+  static std::wstring textOf(const RatingRecord& record, Rating rating, LoadKind kind) {
+    const std::optional<std::size_t> column = columnOf(rating, kind);
+    return column ? record[*column] : std::wstring();
   }
 
   void takeLoad(const SetRow& row, const Worksheet& sheet, SetCircuit& circuit) {
@@ -340,11 +357,10 @@ private:
   static bool fits(
       const SetRow& row, LoadKind kind, const RatingRecord& record, std::optional<SetField> except) {
     for (const RatingColumn& column : ratingColumns) {
-      const std::size_t place = columnOf(column, kind);
       const std::wstring& wanted = row[column.field];
-      if (wanted.empty() || place >= brenvolt::ratingColumnLimit || column.field == except) continue;
-      const std::wstring& has = record[place];
-      const bool isEqual = circuits::setFields()[static_cast<std::size_t>(column.field)].isNumber
+      if (wanted.empty() || !columnOf(column.rating, kind) || column.field == except) continue;
+      const std::wstring has = textOf(record, column.rating, kind);
+      const bool isEqual = setFields()[static_cast<std::size_t>(column.field)].isNumber
                                ? brenvolt::toDouble(wanted) == brenvolt::toDouble(has)
                                : brenvolt::equalsOrdinalNoCase(wanted, has);
       if (!isEqual) return false;
@@ -362,13 +378,12 @@ private:
 
   /// Names the loads on both sides of the one that the table lacks, or the first other field that does not fit.
   void failLoad(const SetRow& row, LoadKind kind, const std::vector<RatingRecord>& records) {
-    const std::size_t loadColumn = columnOf(ratingColumns[1], kind);
     const double wanted = brenvolt::toDouble(row[SetField::load]);
     std::optional<double> below;
     std::optional<double> above;
     for (const RatingRecord& record : records) {
       if (!fits(row, kind, record, SetField::load)) continue;
-      const double load = brenvolt::toDouble(record[loadColumn]);
+      const double load = brenvolt::toDouble(textOf(record, Rating::load, kind));
       if (load < wanted) below = std::max(below.value_or(load), load);
       if (load > wanted) above = std::min(above.value_or(load), load);
     }
@@ -384,7 +399,7 @@ private:
       if (row[column.field].empty() || column.field == SetField::load) continue;
       std::set<std::wstring> values;
       for (const RatingRecord& record : records)
-        if (fits(row, kind, record, column.field)) values.insert(record[columnOf(column, kind)]);
+        if (fits(row, kind, record, column.field)) values.insert(textOf(record, column.rating, kind));
       if (values.empty()) continue;
       return fail(
           row, column.field,
@@ -397,14 +412,12 @@ private:
   void takeParams(
       const SetRow& row, const Worksheet& sheet, const RatingRecord& record, Standard& standard,
       SetCircuit& circuit) {
-    const auto text = [&](std::size_t motor, std::size_t load) {
-      return record[sheet.kind == LoadKind::motor ? motor : load];
-    };
+    const auto text = [&](Rating rating) { return textOf(record, rating, sheet.kind); };
     using namespace brenvolt;
-    const std::wstring voltage = text(motorcolumn::voltage, loadcolumn::voltage);
-    const std::wstring phase = text(motorcolumn::phase, loadcolumn::phase);
-    const std::wstring fla = text(motorcolumn::fla, loadcolumn::fla);
-    WireTexts texts;
+    const std::wstring voltage = text(Rating::voltage);
+    const std::wstring phase = text(Rating::phase);
+    const std::wstring fla = text(Rating::fla);
+    simhost::WireTexts texts;
     texts[WireField::standardCode] = circuit.standardCode;
     texts[WireField::fla] = fla;
     texts[WireField::voltage] = voltage;
@@ -414,10 +427,10 @@ private:
     texts[WireField::units] = brenvolt::toUpper(row[SetField::lengthUnits]);
     texts[WireField::raceway] = row[SetField::raceway];
     static_cast<void>(runOf(standard, circuit.standardCode));
-    std::vector<WireFault> faults;
+    std::vector<simhost::WireFault> faults;
     const std::optional<WireRequest> request = standard.wires->resolve(texts, faults);
-    for (const WireFault& fault : faults)
-      fail(row, fromUtf8(wireField(fault.field).name), fromUtf8(fault.reason));
+    for (const simhost::WireFault& fault : faults)
+      fail(row, fromUtf8(simhost::wireField(fault.field).name), fromUtf8(fault.reason));
     if (!request) return;
     const WireLookupResult lookup = standard.wires->lookUp(*request);
     if (!lookup.proposed)
@@ -429,22 +442,24 @@ private:
     if (!row[SetField::length].empty())
       circuit.length = row[SetField::length] + L" " + (*request)[WireField::units].text;
     circuit.raceway = (*request)[WireField::raceway].text;
+    circuit.ambient = row[SetField::ambient];
+    if (!row[SetField::length].empty()) circuit.drop = percentText(lookup.rows[*lookup.proposed].dropPercent);
     circuit.isMotor = sheet.kind == LoadKind::motor;
     circuit.controls = sheet.controls;
     circuit.wireSize = brenvolt::removeBlanks(size);
     circuit.groundSize = brenvolt::removeBlanks(request->groundSizes().front());
     circuit.conductors = phase == L"1" ? 2 : 3;
     const auto from = [&](WireField field) { return (*request)[field].text; };
-    const bool isContinuous = from(WireField::continuous) != offText;
+    const bool isContinuous = from(WireField::continuous) != simhost::offText;
     const bool hasLength = !row[SetField::length].empty();
     circuit.data = {
-        {L"Type", text(motorcolumn::type, loadcolumn::type)},
-        {L"Load", text(motorcolumn::load, loadcolumn::load)},
-        {L"Units", text(motorcolumn::units, loadcolumn::units)},
+        {L"Type", text(Rating::type)},
+        {L"Load", text(Rating::load)},
+        {L"Units", text(Rating::units)},
         {L"Voltage (V)", voltage},
         {L"Phase", phase},
-        {L"Frequency (Hz)", text(motorcolumn::frequency, loadcolumn::frequency)},
-        {L"Speed (RPM)", circuit.isMotor ? record[motorcolumn::speed] : std::wstring()},
+        {L"Frequency (Hz)", text(Rating::frequency)},
+        {L"Speed (RPM)", text(Rating::speed)},
         {L"Full-load current (A)", fla},
         {L"Multiplier", from(WireField::multiplier)},
         {L"Additional current (A)", L"0"},
@@ -473,7 +488,7 @@ private:
   }
 
   const SetSettings& settings_;
-  circuits::SetList& list_;
+  SetList& list_;
   brenvolt::ZanCircuitCatalog catalogue_;
   std::set<std::size_t> badRows_;
   std::map<std::wstring, Worksheet> worksheets_;
@@ -499,8 +514,8 @@ std::wstring SetCircuit::fingerprint() const {
   return all;
 }
 
-std::vector<SetCircuit> resolveRows(const SetSettings& settings, circuits::SetList& list) {
+std::vector<SetCircuit> resolveRows(const SetSettings& settings, SetList& list) {
   return RowResolver(settings, list).run();
 }
 
-} // namespace simhost
+} // namespace circuits

@@ -1,0 +1,330 @@
+// From what the drawing keeps of a circuit back to a row of a list, and from there as any row is built.
+#include "circuits/building/circuit_rebuild.h"
+
+#include "circuits/building/circuit_parts.h"
+#include "circuits/building/row_configurations.h"
+#include "circuits/reports/drawing_reports.h"
+#include "circuits/set/cross_references.h"
+#include "circuits/set/numbering.h"
+#include "simhost/host/errors.h"
+#include "simhost/host/session.h"
+#include "text/compare.h"
+#include "text/encoding.h"
+#include "text/numbers.h"
+#include "text/split.h"
+
+#include <unistd.h>
+
+#include <algorithm>
+#include <array>
+#include <filesystem>
+#include <map>
+#include <optional>
+
+namespace circuits {
+
+namespace {
+
+using brenvolt::toUtf8;
+using simhost::BadInput;
+using simhost::circuitField;
+using simhost::DrawingDatabase;
+using simhost::EntityNode;
+
+/// Motor or load data by the place that the parent product keeps it at.
+constexpr std::array loadPlaces = {std::pair{SetField::kind, 0},  std::pair{SetField::load, 1},
+                                   std::pair{SetField::units, 2}, std::pair{SetField::voltage, 3},
+                                   std::pair{SetField::phase, 4}, std::pair{SetField::frequency, 5},
+                                   std::pair{SetField::speed, 6}};
+
+std::wstring& cellOf(SetRow& row, SetField field) {
+  return row.texts[static_cast<std::size_t>(field)];
+}
+
+/// The choices by CODE that the drawing keeps; a group without a choice has none.
+std::vector<std::pair<std::wstring, std::wstring>> codesOf(const std::wstring& text) {
+  std::vector<std::pair<std::wstring, std::wstring>> codes;
+  for (const std::wstring& part : brenvolt::splitSkippingEmpty(text, L';')) {
+    const std::size_t equals = part.find(L'=');
+    const std::wstring values = equals == std::wstring::npos ? std::wstring() : part.substr(equals + 1);
+    if (!values.empty() && values.find(L'-') == std::wstring::npos)
+      codes.emplace_back(part.substr(0, equals), values);
+  }
+  return codes;
+}
+
+/// What the circuit was built from, as a row of a list.
+SetRow rowOf(const CircuitObject& circuit) {
+  SetRow row;
+  const auto field = [&circuit](const wchar_t* name) { return circuitField(circuit.fields, name); };
+  cellOf(row, SetField::tag) = circuit.name();
+  cellOf(row, SetField::circuit) = field(L"circuit");
+  cellOf(row, SetField::type) = field(L"type");
+  // The data that the circuit has now says more than the configuration that it was first built from.
+  if (circuit.params.empty()) cellOf(row, SetField::configuration) = field(L"configuration");
+  cellOf(row, SetField::standardCode) = field(L"standard-code");
+  cellOf(row, SetField::raceway) = field(L"raceway");
+  cellOf(row, SetField::ambient) = field(L"ambient");
+  if (const std::wstring length = field(L"length"); !length.empty()) {
+    const std::size_t blank = length.find(L' ');
+    cellOf(row, SetField::length) = length.substr(0, blank);
+    if (blank != std::wstring::npos) cellOf(row, SetField::lengthUnits) = length.substr(blank + 1);
+  }
+  const std::vector<std::wstring> params = brenvolt::splitKeepingEmpty(circuit.params, L';');
+  for (const auto& [target, place] : loadPlaces)
+    if (static_cast<std::size_t>(place) < params.size())
+      cellOf(row, target) = brenvolt::trim(params[static_cast<std::size_t>(place)]);
+  row.codes = codesOf(field(L"codes"));
+  return row;
+}
+
+void choose(SetRow& row, const std::wstring& key, const std::wstring& value) {
+  for (const SetFieldRow& field : setFields())
+    if (brenvolt::equalsOrdinalNoCase(field.name, key)) {
+      if (field.field == SetField::tag)
+        throw BadInput("tag: a circuit that is built again keeps its tag; copy it for another one");
+      cellOf(row, field.field) = value;
+      return;
+    }
+  const auto known = std::find_if(row.codes.begin(), row.codes.end(), [&key](const auto& code) {
+    return brenvolt::equalsOrdinalNoCase(code.first, key);
+  });
+  if (known == row.codes.end())
+    row.codes.emplace_back(brenvolt::toUpper(key), value);
+  else
+    known->second = value;
+}
+
+SetCircuit resolved(const RebuildRequest& request, const CircuitObject& circuit, simhost::Session& session) {
+  if (circuit.fields.empty())
+    throw BadInput(
+        toUtf8(circuit.name()) +
+        ": the drawing does not keep what the circuit was built from; build it anew");
+  SetList list{toUtf8(circuit.name()), {rowOf(circuit)}, {}, {}};
+  for (const auto& [key, value] : request.choices)
+    choose(list.rows.front(), key, value);
+  std::vector<SetCircuit> built =
+      resolveRows({request.site, request.workbook, simhost::assumedStandard, &session}, list);
+  if (built.size() == 1) return std::move(built.front());
+  std::string reasons;
+  for (const SetFault& fault : list.faults)
+    reasons += (reasons.empty() ? "" : "\n") + toUtf8(circuit.name()) + ": " +
+               (fault.column.empty() ? std::string() : toUtf8(fault.column) + ": ") + toUtf8(fault.reason);
+  throw BadInput(reasons);
+}
+
+using TerminalNumbers = std::map<std::wstring, std::vector<std::wstring>>;
+
+/// The attributes with the numbers of the circuit's terminals by strip, in drawing order.
+std::map<std::wstring, std::vector<KvDbHandle>> terminalsOf(
+    const DrawingDatabase& drawing, const std::wstring& id) {
+  std::map<std::wstring, std::vector<KvDbHandle>> terminals;
+  for (const EntityNode* node = drawing.store().findBlock(drawing.currentSpace())->first; node != nullptr;
+       node = node->next) {
+    const auto origin = simhost::provenanceOf(node->value);
+    if (!origin || origin->circuit != id) continue;
+    KvDbHandle number;
+    std::wstring strip;
+    for (const KvDbHandle handle : node->attributes)
+      if (const EntityNode* attribute = drawing.find(handle)) {
+        const auto& value = std::get<simhost::Attribute>(attribute->value.shape);
+        if (value.tag == L"TERM01") number = handle;
+        if (value.tag == L"TAGSTRIP") strip = value.text.text;
+      }
+    if (!number.isNull()) terminals[strip].push_back(number);
+  }
+  return terminals;
+}
+
+TerminalNumbers numbersOf(const DrawingDatabase& drawing, const std::wstring& id) {
+  TerminalNumbers numbers;
+  for (const auto& [strip, handles] : terminalsOf(drawing, id))
+    for (const KvDbHandle handle : handles)
+      numbers[strip].push_back(std::get<simhost::Attribute>(drawing.find(handle)->value.shape).text.text);
+  return numbers;
+}
+
+std::map<std::wstring, int> highestNumbers(const DrawingDatabase& drawing) {
+  std::map<std::wstring, int> highest;
+  for (const CircuitObject& circuit : circuitsOf(drawing))
+    for (const auto& [strip, numbers] : numbersOf(drawing, circuit.id))
+      for (const std::wstring& number : numbers)
+        highest[strip] = std::max(highest[strip], brenvolt::toInt(number));
+  return highest;
+}
+
+/// Terminals keep the numbers that they had; further ones go on after the highest of their strip in the drawing.
+void keepTerminalNumbers(
+    DrawingDatabase& drawing, const std::wstring& id, const TerminalNumbers& former,
+    std::map<std::wstring, int> highest) {
+  for (const auto& [strip, handles] : terminalsOf(drawing, id))
+    for (std::size_t place = 0; place < handles.size(); ++place) {
+      const auto known = former.find(strip);
+      const bool isKnown = known != former.end() && place < known->second.size();
+      simhost::Entity value = drawing.find(handles[place])->value;
+      std::get<simhost::Attribute>(value.shape).text.text =
+          isKnown ? known->second[place] : brenvolt::formatInt(++highest[strip]);
+      drawing.changeEntity(handles[place], std::move(value));
+    }
+}
+
+KvPoint3d pointOf(const CircuitObject& circuit) {
+  const std::vector<std::wstring> parts =
+      brenvolt::splitKeepingEmpty(circuitField(circuit.fields, L"point"), L',');
+  if (parts.size() < 2)
+    throw BadInput(toUtf8(circuit.name()) + ": the drawing does not keep where the circuit was built");
+  return {brenvolt::toDouble(parts[0]), brenvolt::toDouble(parts[1]), 0.0};
+}
+
+/// What the site knew of the circuit by variables of the drawing when it was built.
+void takeSiteVariables(SetCircuit& row, const CircuitObject& circuit, const RebuildRequest& request) {
+  const auto text = [&circuit](const wchar_t* name) { return circuitField(circuit.fields, name); };
+  const auto isChosen = [&request](SetField field) {
+    const wchar_t* name = setFields()[static_cast<std::size_t>(field)].name;
+    return std::any_of(request.choices.begin(), request.choices.end(), [name](const auto& choice) {
+      return brenvolt::equalsOrdinalNoCase(choice.first, name);
+    });
+  };
+  row.number = static_cast<std::size_t>(std::max(brenvolt::toInt(text(L"SITE_CIRCUIT")), 1));
+  row.tag = text(L"SITE_TAG");
+  if (!isChosen(SetField::installation)) row.installation = text(L"SITE_INST");
+  if (!isChosen(SetField::location)) row.location = text(L"SITE_LOC");
+  constexpr std::array descriptions = {
+      std::pair{SetField::description1, L"SITE_DESC1"}, std::pair{SetField::description2, L"SITE_DESC2"},
+      std::pair{SetField::description3, L"SITE_DESC3"}};
+  for (std::size_t place = 0; place < descriptions.size(); ++place)
+    if (!isChosen(descriptions[place].first)) row.descriptions[place] = text(descriptions[place].second);
+}
+
+/// The site's variables as they were: the circuits that come next are counted as if nothing had been built again.
+class SiteVariables final {
+public:
+  explicit SiteVariables(DrawingDatabase& drawing) : drawing_(drawing) {
+    for (const auto& [name, value] : drawing.store().variables())
+      if (name.starts_with(L"SITE_")) former_.emplace_back(name, value);
+  }
+  void restore() {
+    for (const auto& [name, value] : former_)
+      drawing_.setVariable(name, value);
+  }
+
+private:
+  DrawingDatabase& drawing_;
+  std::vector<std::pair<std::wstring, simhost::VariableValue>> former_;
+};
+
+/// All changes of the drawing since, taken back unless they are kept.
+class AllOrNothing final {
+public:
+  explicit AllOrNothing(simhost::UndoLog& log) : log_(log) {
+    log_.closeGroup();
+    start_ = log_.undoCount();
+  }
+  AllOrNothing(const AllOrNothing&) = delete;
+  AllOrNothing& operator=(const AllOrNothing&) = delete;
+  ~AllOrNothing() {
+    log_.closeGroup();
+    if (isKept_ || log_.undoCount() <= start_) return;
+    static_cast<void>(log_.undo(log_.undoCount() - start_));
+    log_.forgetUndone();
+  }
+  void keep() { isKept_ = true; }
+
+private:
+  simhost::UndoLog& log_;
+  int start_ = 0;
+  bool isKept_ = false;
+};
+
+void build(simhost::SiteRun& run, const RebuildRequest& request, const SetCircuit& row, const KvPoint3d& at) {
+  const std::filesystem::path folder =
+      std::filesystem::temp_directory_path() / ("brenvolt-" + std::to_string(::getpid()));
+  const ConfigurationFolder configurations(folder, request.workbook);
+  if (run.run(buildForm(row, configurations.workbookFor(row), at), L"rebuild").isNil())
+    throw BadInput(toUtf8(row.name) + ": the build failed; nothing has been changed");
+}
+
+CircuitObject objectOf(const DrawingDatabase& drawing, const std::wstring& id) {
+  for (CircuitObject& circuit : circuitsOf(drawing))
+    if (circuit.id == id) return std::move(circuit);
+  throw BadInput(toUtf8(id) + ": the drawing has no circuit of this id");
+}
+
+/// On the sheet where it is; a drawing without zones has no places to name.
+void drawOwnReferences(DrawingDatabase& drawing, const std::wstring& circuit) {
+  const SheetZones zones(drawing);
+  const Sheet sheet = readSheet(drawing, {});
+  if (!zones.exist()) return;
+  SymbolPlaces places;
+  addSymbolPlaces(places, drawing, sheet.netlist, sheet.number, zones, {});
+  drawReferences(drawing, places, circuit);
+}
+
+DrawingDatabase& drawingOf(simhost::SiteRun& run) {
+  return run.session().documents().current()->drawing();
+}
+
+} // namespace
+
+std::wstring rebuildWarning(const CircuitObject& circuit) {
+  return circuit.name() + L": the circuit is drawn again from its choices and its wires are sized again. "
+                          L"What was changed in it "
+                          L"by hand is lost.";
+}
+
+void rebuildCircuit(simhost::SiteRun& run, const RebuildRequest& request) {
+  DrawingDatabase& drawing = drawingOf(run);
+  const CircuitObject circuit = objectOf(drawing, request.circuit);
+  SetCircuit row = resolved(request, circuit, run.session());
+  takeSiteVariables(row, circuit, request);
+  const TerminalNumbers terminals = numbersOf(drawing, circuit.id);
+  const std::map<std::wstring, int> highest = highestNumbers(drawing);
+  SiteVariables variables(drawing);
+  AllOrNothing changes(drawing.undoLog());
+  eraseCircuit(drawing, circuit);
+  run.session().circuits().continueCircuit(circuit.id);
+  build(run, request, row, pointOf(circuit));
+  numberContacts(drawing);
+  if (const std::wstring tag = circuitField(circuit.fields, L"tag"); !tag.empty()) {
+    labelNets(run, drawing, circuit.id);
+    keepTerminalNumbers(drawing, circuit.id, terminals, highest);
+    keepRow(drawing, circuit.id, row, tag);
+    drawOwnReferences(drawing, circuit.id);
+  }
+  variables.restore();
+  changes.keep();
+}
+
+std::wstring copyCircuit(
+    simhost::SiteRun& run, const RebuildRequest& request, const std::wstring& tag, const KvPoint3d& at) {
+  DrawingDatabase& drawing = drawingOf(run);
+  const CircuitObject circuit = objectOf(drawing, request.circuit);
+  if (!tag.empty() && !findCircuits(circuitsOf(drawing), tag).empty())
+    throw BadInput(toUtf8(tag) + ": the drawing has a circuit of this tag already");
+  SetCircuit row = resolved(request, circuit, run.session());
+  takeSiteVariables(row, circuit, request);
+  row.tag = tag;
+  if (!tag.empty()) row.name = tag;
+  const auto* last = drawing.variable(L"SITE_CIRCUIT");
+  const auto* count = last == nullptr ? nullptr : std::get_if<std::int32_t>(last);
+  row.number = count == nullptr ? row.number + 1 : static_cast<std::size_t>(*count) + 1;
+  const std::map<std::wstring, int> highest = highestNumbers(drawing);
+  const std::vector<CircuitObject> before = circuitsOf(drawing);
+  AllOrNothing changes(drawing.undoLog());
+  build(run, request, row, at);
+  numberContacts(drawing);
+  std::wstring id;
+  for (const CircuitObject& one : circuitsOf(drawing))
+    if (std::none_of(before.begin(), before.end(), [&one](const auto& other) { return other.id == one.id; }))
+      id = one.id;
+  if (!tag.empty()) {
+    labelNets(run, drawing, id);
+    keepTerminalNumbers(drawing, id, {}, highest);
+    keepRow(drawing, id, row, tag);
+    drawOwnReferences(drawing, id);
+  }
+  changes.keep();
+  return id;
+}
+
+} // namespace circuits

@@ -1,0 +1,44 @@
+// A circuit of the open drawing built again in its place with other choices, or once more at another place. Tool and main
+// window do it alike: show `rebuildWarning`, then call `rebuildCircuit` inside of one command, so that it is one step of
+// undo:
+//
+//   steps.runSteps(L"Build again", [&](const CommandSteps::Evaluate&) -> std::optional<lisp::Value> {
+//     circuits::rebuildCircuit(run, {site, workbook, circuit.id, {{L"load", L"15"}, {L"DISC", L"Circuit breaker"}}});
+//     return lisp::Value::truth(true);
+//   });
+//
+// A circuit that was moved with `moveCircuit` is built where it is now.
+#pragma once
+
+#include "circuits/provenance/circuit_objects.h"
+#include "simhost/site/site_run.h"
+
+#include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+namespace circuits {
+
+struct RebuildRequest {
+  std::string site;     ///< folder
+  std::string workbook; ///< full path
+  std::wstring circuit; ///< id
+  /// Column of a motor list or CODE of the worksheet, and the cell: "load" "15", "DISC" "20,1", "DISC" "Circuit
+  /// breaker". What is not named stays as the circuit has it.
+  std::vector<std::pair<std::wstring, std::wstring>> choices{};
+};
+
+/// What the user has to agree to before the circuit is built again.
+[[nodiscard]] std::wstring rebuildWarning(const CircuitObject& circuit);
+
+/// Builds the circuit again in the run's current drawing. It keeps its id, tags and terminal numbers. Throws BadInput
+/// with all reasons, a line each, and the drawing is as before then.
+void rebuildCircuit(simhost::SiteRun& run, const RebuildRequest& request);
+
+/// Builds the circuit once more, as a new one, with the choices of the request. `tag`: as a motor list names it; empty
+/// for a circuit that has none, whose tags the site counts on. Answers the new circuit's id; errors as above.
+std::wstring copyCircuit(
+    simhost::SiteRun& run, const RebuildRequest& request, const std::wstring& tag, const KvPoint3d& at);
+
+} // namespace circuits

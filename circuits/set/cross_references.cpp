@@ -1,0 +1,150 @@
+// Reading devices with several symbols, and writing beside each where the others are.
+#include "circuits/set/cross_references.h"
+
+#include "circuits/set/label_places.h"
+#include "simhost/drawing/display_list.h"
+#include "text/compare.h"
+#include "text/numbers.h"
+#include "text/split.h"
+
+#include <algorithm>
+#include <cstddef>
+#include <cstdint>
+#include <optional>
+#include <utility>
+
+namespace circuits {
+
+using simhost::Box;
+using simhost::DrawingDatabase;
+using simhost::Text;
+
+namespace {
+
+constexpr double textHeight = 1.5;
+constexpr std::wstring_view referenceLayer = L"CROSS_REFERENCES";
+constexpr double gap = 0.6;
+
+double numberOf(const DrawingDatabase& drawing, std::wstring_view name) {
+  const simhost::VariableValue* value = drawing.variable(name);
+  if (value == nullptr) return 0.0;
+  if (const double* real = std::get_if<double>(value)) return *real;
+  const auto* integer = std::get_if<std::int32_t>(value);
+  return integer == nullptr ? 0.0 : *integer;
+}
+
+std::wstring keyOf(const Device& device) {
+  return device.tag + L'\n' + device.installation + L'\n' + device.location;
+}
+
+KvPoint3d positionOf(const DrawingDatabase& drawing, KvDbHandle symbol) {
+  return std::get<simhost::BlockReference>(drawing.find(symbol)->value.shape).position;
+}
+
+/// The symbols of a device, the one that the others refer to first.
+std::vector<KvDbHandle> orderedSymbols(const Netlist& netlist, std::size_t device) {
+  std::vector<KvDbHandle> symbols = netlist.devices[device].symbols;
+  const auto isCoil = [&](KvDbHandle symbol) {
+    return std::any_of(netlist.pins.begin(), netlist.pins.end(), [&](const Pin& pin) {
+      return pin.device == device && pin.symbol == symbol && pin.number == L"A1";
+    });
+  };
+  std::stable_partition(symbols.begin(), symbols.end(), isCoil);
+  return symbols;
+}
+
+bool hasReferences(const Device& device) {
+  return !device.tag.empty() && device.family != terminalFamily && device.symbols.size() > 1;
+}
+
+/// Below, above and beside what a symbol shows.
+std::vector<Text> candidatesAround(const Box& box, const std::wstring& text) {
+  const double middle = (box.left + box.right) / 2.0;
+  const double half = (box.bottom + box.top) / 2.0;
+  const auto at = [&text](double x, double y, simhost::Justification justification) {
+    return Text{{x, y, 0.0}, text, textHeight, 0.0, justification};
+  };
+  using simhost::Justification;
+  std::vector<Text> candidates;
+  for (const double step : {0.0, 2.2, 4.4}) {
+    candidates.push_back(at(middle, box.bottom - gap - textHeight - step, Justification::centre));
+    candidates.push_back(at(middle, box.top + gap + step, Justification::centre));
+  }
+  candidates.push_back(at(box.right + gap, box.bottom - gap - textHeight, Justification::left));
+  candidates.push_back(at(box.left - gap, box.bottom - gap - textHeight, Justification::right));
+  candidates.push_back(at(box.right + gap, half, Justification::left));
+  candidates.push_back(at(box.left - gap, half, Justification::right));
+  return candidates;
+}
+
+} // namespace
+
+SheetZones::SheetZones(const DrawingDatabase& frame)
+    : left_(numberOf(frame, L"ZONE_LEFT")), top_(numberOf(frame, L"ZONE_TOP")),
+      columns_(static_cast<int>(numberOf(frame, L"ZONE_COLUMNS"))),
+      rows_(static_cast<int>(numberOf(frame, L"ZONE_ROWS"))) {
+  if (columns_ < 1 || rows_ < 1) return;
+  columnWidth_ = (numberOf(frame, L"ZONE_RIGHT") - left_) / columns_;
+  rowHeight_ = (top_ - numberOf(frame, L"ZONE_BOTTOM")) / rows_;
+}
+
+std::wstring SheetZones::at(const KvPoint3d& point) const {
+  if (!exist()) return {};
+  const double column = (point.x - left_) / columnWidth_;
+  const double row = (top_ - point.y) / rowHeight_;
+  constexpr int letters = 26;
+  if (!(column >= 0.0 && column < columns_ && row >= 0.0 && row < std::min(rows_, letters))) return {};
+  return std::wstring(1, static_cast<wchar_t>(L'A' + static_cast<int>(row))) +
+         brenvolt::formatInt(static_cast<std::int64_t>(column) + 1);
+}
+
+void addSymbolPlaces(
+    SymbolPlaces& places, const DrawingDatabase& drawing, const Netlist& netlist, const std::wstring& sheet,
+    const SheetZones& zones, const KvPoint3d& offset) {
+  for (std::size_t device = 0; device < netlist.devices.size(); ++device) {
+    if (!hasReferences(netlist.devices[device])) continue;
+    std::vector<std::wstring>& known = places[keyOf(netlist.devices[device])];
+    for (const KvDbHandle symbol : orderedSymbols(netlist, device)) {
+      const KvPoint3d position = positionOf(drawing, symbol);
+      const std::wstring zone = zones.at({position.x + offset.x, position.y + offset.y, 0.0});
+      known.push_back(zone.empty() ? sheet : sheet + L'.' + zone);
+    }
+  }
+}
+
+void drawReferences(DrawingDatabase& sheet, const SymbolPlaces& places, const std::wstring& circuit) {
+  const Netlist netlist = readNetlist(sheet);
+  LabelPlaces free(sheet);
+  std::map<std::uint64_t, Box> boxes;
+  const auto items = simhost::displayList(sheet, sheet.currentSpace());
+  if (!items) return;
+  for (const simhost::DisplayItem& item : *items)
+    boxes[item.entity.value()].include(simhost::boxOf(item.shape));
+  if (sheet.store().findLayer(std::wstring(referenceLayer)) == nullptr)
+    sheet.putLayer({std::wstring(referenceLayer), simhost::Colour{0x70, 0x40, 0x90}});
+  for (std::size_t device = 0; device < netlist.devices.size(); ++device) {
+    const Device& owner = netlist.devices[device];
+    const auto known = places.find(keyOf(owner));
+    if (!hasReferences(owner) || known == places.end()) continue;
+    std::optional<KvDbHandle> main = orderedSymbols(netlist, device).front();
+    for (const KvDbHandle symbol : orderedSymbols(netlist, device)) {
+      const simhost::EntityNode* node = sheet.find(symbol);
+      const auto origin = simhost::provenanceOf(node->value);
+      if (!circuit.empty() && (!origin || origin->circuit != circuit)) continue;
+      // Each contact stands in a place once, however many poles are there.
+      std::vector<std::wstring> texts = {known->second.front()};
+      if (symbol == main) {
+        texts.assign(known->second.begin() + 1, known->second.end());
+        std::stable_sort(texts.begin(), texts.end());
+        texts.erase(std::unique(texts.begin(), texts.end()), texts.end());
+      }
+      simhost::Entity entity{
+          free.freest(candidatesAround(boxes[symbol.value()], brenvolt::join(texts, L" "))),
+          std::wstring(referenceLayer)};
+      if (origin) simhost::setProvenance(entity, {origin->circuit, std::wstring(referenceCode), 1});
+      sheet.addEntity(sheet.currentSpace(), std::move(entity));
+    }
+  }
+}
+
+} // namespace circuits

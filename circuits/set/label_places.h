@@ -1,0 +1,36 @@
+// Texts on wires where they cover nothing: a site draws a label at the middle of a wire, and here it is moved along the
+// wire, to its other side, or to another wire of the same net, until it stands free.
+#pragma once
+
+#include "simhost/drawing/box.h"
+#include "simhost/drawing/drawing_database.h"
+
+#include <vector>
+
+namespace circuits {
+
+class LabelPlaces final {
+public:
+  /// What the drawing's current space shows now. The drawing must outlive it.
+  explicit LabelPlaces(simhost::DrawingDatabase& drawing);
+
+  /// Moves what a site has drawn for a net, texts and blocks with texts, from `drawnAt` to the best place at one of
+  /// the wires. A block stays on its wire, whatever its text does: its place says whose label it is.
+  void place(
+      const std::vector<KvDbHandle>& drawn, const KvPoint3d& drawnAt,
+      const std::vector<simhost::Line>& wires);
+
+  /// The first of these places where the text covers least; the text counts as shown from then on.
+  [[nodiscard]] simhost::Text freest(const std::vector<simhost::Text>& candidates);
+
+private:
+  [[nodiscard]] double covered(const simhost::Box& box) const;
+  void placeText(
+      KvDbHandle text, const simhost::EntityNode* block, const KvPoint3d& drawnAt,
+      const std::vector<simhost::Line>& wires);
+
+  simhost::DrawingDatabase& drawing_;
+  std::vector<simhost::Box> shown_;
+};
+
+} // namespace circuits
