@@ -11,6 +11,7 @@
 #include "circuits/check/workbook_rules.h"
 
 #include <algorithm>
+#include <tuple>
 
 namespace circuits {
 
@@ -28,6 +29,18 @@ std::set<CheckKind> kindsOf(const CheckOptions& options) {
 /// A check may look at more than was asked for; only the kinds asked for are reported.
 void keepKinds(std::vector<Finding>& findings, const std::set<CheckKind>& kinds) {
   std::erase_if(findings, [&kinds](const Finding& each) { return !kinds.contains(each.rule->kind); });
+}
+
+/// A form that is at fault fails in a build as well: that says nothing more.
+void dropConsequences(std::vector<Finding>& findings) {
+  std::set<std::tuple<std::wstring, int, int>> cells; // sheet, row, column
+  for (const Finding& each : findings)
+    if (each.rule->kind == CheckKind::forms && each.rule->severity == Severity::error)
+      cells.emplace(each.place.sheet, each.place.row, each.place.column);
+  std::erase_if(findings, [&cells](const Finding& each) {
+    return each.rule->id == L"run-form-fails" &&
+           cells.contains({each.place.sheet, each.place.row, each.place.column});
+  });
 }
 
 } // namespace
@@ -63,6 +76,7 @@ CheckReport checkSite(const CheckOptions& options) {
   Allowances allowances(site, findings);
   report.findings = findings.take();
   keepKinds(report.findings, kinds);
+  dropConsequences(report.findings);
   report.allowed = allowances.takeAllowed(report.findings);
   if (has(CheckKind::allow)) {
     Findings unused;

@@ -7,6 +7,7 @@
 #include "simhost/lisp/list.h"
 #include "text/compare.h"
 #include "text/encoding.h"
+#include "text/numbers.h"
 #include "text/split.h"
 
 #include <algorithm>
@@ -167,7 +168,10 @@ private:
     const int before = log.undoCount();
     witness_.begin();
     static_cast<void>(session_.takeLines());
-    session_.windows().onTask = [this](const simhost::TaskQuestion& question) { noteQuestion(question); };
+    session_.windows().onTask = [this](const simhost::TaskQuestion& question) {
+      noteQuestion(question);
+      return loops_ ? kvui::cancel : kvui::firstCommand; // the other markers are run too
+    };
     hasFailed_ = false;
     const fs::path workbook = workbookWith(plan, choices);
     const Value arguments[] = {
@@ -211,7 +215,7 @@ private:
   }
 
   void noteQuestion(const simhost::TaskQuestion& question) {
-    const std::wstring error = lastError();
+    const std::wstring error = session_.shownText(std::wstring(question.parameter(L"reason")));
     const bool isLoop = error.find(loopText) != std::wstring::npos;
     const bool isFirst = !hasFailed_;
     hasFailed_ = true;
@@ -225,24 +229,20 @@ private:
       lastKey_ = question.key;
       return;
     }
-    const std::wstring code = witness_.codeAtWork();
-    const SheetCode* record = sheet_.find(code);
-    FindingPlace place = site_.place(sheet_.name);
-    place.code = code;
+    FindingPlace place = site_.place(
+        sheet_.name, brenvolt::toInt(question.parameter(L"row")),
+        brenvolt::toInt(question.parameter(L"column")));
+    place.code = question.parameter(L"code");
     MarkedText text;
-    if (record != nullptr)
+    if (const SheetCode* record = sheet_.find(place.code))
       for (const SheetForm& form : record->forms)
-        if (form.column != sheetcolumn::controlForms && question.text.find(form.text) != std::wstring::npos) {
-          place = site_.place(sheet_, *record, form.row, form.column);
+        if (form.row == place.row && form.column == place.column &&
+            form.text == question.parameter(L"errorFunc"))
           text = {form.cell, form.from, form.text.size()};
-          break;
-        }
     if (!told_.insert(placeText(place) + error).second) return;
     findings_.add(
         isLoop ? L"run-form-loops" : L"run-form-fails", std::move(place), std::move(text),
-        {{L"circuit", SiteModel::nameOf(entry_)},
-         {L"choices", choices_},
-         {L"error", error.empty() ? L"the function answered no value that can be taken over" : error}});
+        {{L"circuit", SiteModel::nameOf(entry_)}, {L"choices", choices_}, {L"error", error}});
   }
 
   void noteEnd(const CheckSession::Answer& answer, bool isBuilt) {

@@ -1,5 +1,5 @@
-// The windows of a check: nobody is there to answer. Every question is answered with a cancel, so that nothing waits, and
-// the next circuit can be tried.
+// The windows of a check: nobody is there to answer. A question is answered with a cancel unless the check knows a better
+// answer, so that nothing waits, and the next circuit can be tried.
 #pragma once
 
 #include "simhost/ui/window_system.h"
@@ -12,12 +12,11 @@ namespace circuits {
 
 class QuietWindows final : public simhost::WindowSystem {
 public:
-  /// Sees every task dialog.
-  std::function<void(const simhost::TaskQuestion&)> onTask;
+  /// Answers every task dialog with a button.
+  std::function<int(const simhost::TaskQuestion&)> onTask;
 
   [[nodiscard]] simhost::TaskAnswer askTask(const simhost::TaskQuestion& question) override {
-    if (onTask) onTask(question);
-    return {};
+    return {onTask ? onTask(question) : kvui::cancel, false};
   }
   [[nodiscard]] simhost::EntityPick pickEntity(const std::wstring&, bool) override { return {}; }
   [[nodiscard]] simhost::FileAnswer askFile(

@@ -26,6 +26,7 @@ namespace simhost {
 namespace {
 
 using brenvolt::fromUtf8;
+using brenvolt::toUtf8;
 
 struct DrawOptions {
   SiteWorkbookOptions site;
@@ -34,6 +35,7 @@ struct DrawOptions {
   std::vector<std::string> saveHistory; ///< a name, if it is to be saved
   std::string standardCode;
   bool takesDefaultTables = false;
+  bool keepsGoing = false;
 };
 
 lisp::Value build(HostRun& host, const CircuitCall& call) {
@@ -53,6 +55,16 @@ void acceptDefaultTables(Session& session) {
        {L"ZanBrenvolt.TableNotFound", L"ZanBrenvolt.MotorTableNotFound", L"ZanBrenvolt.LoadTableNotFound",
         L"ZanBrenvolt.MotorITableNotFound"})
     session.settings().answerInThisRun(alert, kvui::firstCommand);
+}
+
+/// Forms that fail are noted in `failures`, and the build goes on.
+void noteFailures(Session& session, std::vector<std::string>& failures) {
+  session.answerAlways(
+      L"ZanBrenvolt.ExecutionError",
+      {kvui::firstCommand, [&failures](const TaskQuestion& question) {
+         const auto part = [&question](std::wstring_view name) { return toUtf8(question.parameter(name)); };
+         failures.push_back(part(L"place") + ": " + part(L"errorFunc") + ": " + part(L"reason"));
+       }});
 }
 
 /// From now on the site's LISP reaches the module's function that also saves. `isUnsaved` tells when only that failed.
@@ -98,9 +110,19 @@ ExitCode runDraw(DrawOptions& options) {
   useProject(host, options.run.project);
   bool isUnsaved = false;
   if (!options.saveHistory.empty()) saveBuilds(host, brenvolt::fromUtf8(options.saveHistory[0]), isUnsaved);
+  std::vector<std::string> failures;
+  if (options.keepsGoing) noteFailures(host.session(), failures);
   if (asks) host.recordAsSession(options.run);
   const std::string name = options.run.circuit + " / " + options.run.type;
   const bool isBuilt = !build(host, call).isNil();
+  if (!failures.empty()) {
+    std::string all;
+    for (const std::string& failure : failures)
+      all += failure + "\nbrenvolt: ";
+    throw BadInput(
+        all + name + ": " + std::to_string(failures.size()) + (failures.size() == 1 ? " form" : " forms") +
+        " failed, so nothing is written");
+  }
   // The module has said which file it is and why.
   if (isUnsaved) throw CannotWrite(name + ": the configuration was not saved, so nothing is drawn");
   if (!isBuilt) throw BadInput(name + (asks ? ": the build failed or was cancelled" : ": the build failed"));
@@ -122,6 +144,8 @@ CommandTable drawCommand() {
        "Code standard, instead of the one that the site's LISP names", "CODE"},
       {"--default-tables", &options->takesDefaultTables,
        "Go on with the tables of NEC where the code standard has none, as a user may answer"},
+      {"--keep-going", &options->keepsGoing,
+       "Go on after a form that fails, and report all of them at the end"},
       {"--circuit", &run.circuit, "Name of the circuit", {}, {.isRequired = true}},
       {"--type", &run.type, "Name of its type", {}, {.isRequired = true}},
       {"--history", &run.history, "Take over this saved configuration", "NAME"},

@@ -50,6 +50,19 @@ void needDone(const HistoryOutcome& outcome, const std::string& workbook) {
   throw CannotWrite(toUtf8(path + L": " + outcome.reason));
 }
 
+/// Configurations of circuits and types that the workbook no longer has, in the order of the file.
+void listForgotten(const brenvolt::ZanCircuitCatalog& list, const brenvolt::HistoryFile& history) {
+  std::string title;
+  for (const HistoryKey& key : history.keys()) {
+    if (list.findEntry(key.circuit, key.type) != nullptr) continue;
+    const std::string own =
+        toUtf8(key.circuit) + " / " + toUtf8(key.type) + " (the workbook has no such type any more)";
+    if (own != title) std::printf("%s\n", own.c_str());
+    title = own;
+    std::printf("  %s\n", toUtf8(key.name).c_str());
+  }
+}
+
 ExitCode listHistories(const HistoryOptions& options) {
   const std::string workbook = options.site.path();
   const brenvolt::ZanCircuitCatalog list = readCircuitList(workbook);
@@ -62,6 +75,7 @@ ExitCode listHistories(const HistoryOptions& options) {
       for (const std::wstring& name : names)
         std::printf("  %s\n", toUtf8(name).c_str());
     }
+  listForgotten(list, history);
   return ExitCode::done;
 }
 

@@ -27,7 +27,14 @@ bool isConstant(std::wstring_view name) {
 
 int tellFailure(Session& session, const std::wstring& message) {
   session.commandLine().printLine(L"; error: " + message);
+  session.setCallError(message);
   return kvstatus::failed;
+}
+
+/// The command line says nothing of it: some calls are only tried.
+int reject(Session& session, std::wstring_view function, std::wstring_view reason) {
+  session.setCallError(brenvolt::toUpper(function) + L": " + std::wstring(reason));
+  return kvstatus::rejected;
 }
 
 } // namespace
@@ -58,18 +65,23 @@ int kvedPutSym(const wchar_t* name, const KvResultBuffer* value) {
 int kvedInvoke(const KvResultBuffer* call, KvResultBuffer** result) {
   if (result == nullptr) return kvstatus::rejected;
   *result = nullptr;
-  if (call == nullptr || call->type != kvtype::string || call->value.string == nullptr)
-    return kvstatus::rejected;
   Document* document = readyDocument();
   if (document == nullptr) return kvstatus::lispNotReady;
   Session& session = *Session::current();
+  session.setCallError({});
+  if (call == nullptr || call->type != kvtype::string || call->value.string == nullptr) {
+    session.setCallError(L"the call does not begin with the name of a function");
+    return kvstatus::rejected;
+  }
   if (session.isCancelled()) return kvstatus::cancel;
 
   const simhost::lisp::Symbol* name = document->interpreter().symbols().find(call->value.string);
-  if (name == nullptr || !name->function.isFunction() || !document->isReachable(*name))
-    return kvstatus::rejected;
+  if (name == nullptr || !name->function.isFunction())
+    return reject(session, call->value.string, L"there is no such function");
+  if (!document->isReachable(*name))
+    return reject(session, call->value.string, L"the function is not exposed to native code");
   const simhost::ValuesOfChain arguments = simhost::valuesOfChain(call->next);
-  if (!arguments.fault.empty()) return kvstatus::rejected;
+  if (!arguments.fault.empty()) return reject(session, call->value.string, arguments.fault);
   // Held here, since the call may redefine the function that is running.
   const Value function = name->function;
   const simhost::CircuitRecorder::Form form(session.circuits(), name->name, arguments.values);

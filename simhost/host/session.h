@@ -13,6 +13,8 @@
 #include "simhost/ui/window_system.h"
 
 #include <filesystem>
+#include <functional>
+#include <map>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -70,6 +72,24 @@ public:
   /// At the start of a new run.
   void clearCancel() { isCancelled_ = false; }
 
+  /// Why the last call from native code into LISP failed; empty when it went through.
+  [[nodiscard]] const std::wstring& callError() const { return callError_; }
+  void setCallError(std::wstring error) { callError_ = std::move(error); }
+
+  /// An answer that a task dialog gets without being shown; `note` sees the question.
+  struct StandingAnswer {
+    int button = 0;
+    std::function<void(const TaskQuestion&)> note;
+  };
+  void answerAlways(std::wstring_view key, StandingAnswer answer) {
+    standingAnswers_[std::wstring(key)] = std::move(answer);
+  }
+  /// Null for a dialog that is to be shown.
+  [[nodiscard]] const StandingAnswer* standingAnswer(std::wstring_view key) const {
+    const auto found = standingAnswers_.find(key);
+    return found == standingAnswers_.end() ? nullptr : &found->second;
+  }
+
 private:
   SessionOptions options_;
   WindowSystem& windows_;
@@ -81,6 +101,8 @@ private:
   DocumentManager documents_;
   ModuleLoader modules_;
   bool isCancelled_ = false;
+  std::wstring callError_;
+  std::map<std::wstring, StandingAnswer, std::less<>> standingAnswers_;
 };
 
 } // namespace simhost

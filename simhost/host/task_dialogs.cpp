@@ -80,6 +80,7 @@ bool CKdTaskDialog::LoadFromFile(
   for (const simhost::DialogButtonText& button : text.buttons)
     question.buttons.push_back({button.id, fill(button.label, parameters, count)});
   question.isHideable = text.isHideable;
+  question.parameters.assign(parameters, parameters + count);
   state_->isLoaded = true;
   return true;
 }
@@ -90,6 +91,10 @@ int CKdTaskDialog::ShowDialog(KvWindow*) {
   const TaskQuestion& question = state_->question;
   const int kept = question.isHideable ? session->settings().hiddenAnswer(question.key) : 0;
   if (hasButton(question, kept)) return kept;
+  if (const Session::StandingAnswer* answer = session->standingAnswer(question.key)) {
+    if (answer->note) answer->note(question);
+    return answer->button;
+  }
   const simhost::TaskAnswer answer = session->windows().askTask(question);
   if (answer.hideForGood && question.isHideable && hasButton(question, answer.button))
     session->settings().setHiddenAnswer(question.key, answer.button);

@@ -42,6 +42,12 @@ int kvedGetVar(const wchar_t* name, KvResultBuffer** value) {
   Session* session = Session::current();
   simhost::Document* document = session == nullptr ? nullptr : session->documents().current();
   if (document == nullptr || name == nullptr) return kvstatus::rejected;
+  if (brenvolt::equalsOrdinalNoCase(name, L"LISPERROR")) {
+    ChainBuilder chain;
+    chain.add(kvtype::string).value.string = simhost::newChainString(session->callError());
+    *value = chain.take().release();
+    return kvstatus::normal;
+  }
   const simhost::VariableValue* found = document->drawing().variable(name);
   if (found == nullptr) return kvstatus::rejected;
   ChainBuilder chain;

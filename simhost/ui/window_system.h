@@ -30,6 +30,14 @@ struct TaskQuestion {
   std::wstring text;
   std::vector<TaskButton> buttons;
   bool isHideable = false; ///< offers to answer the same for good
+  std::vector<KdTaskDialogParameter> parameters{};
+
+  /// A parameter's text; empty for a name that there is not.
+  [[nodiscard]] std::wstring_view parameter(std::wstring_view name) const {
+    for (const KdTaskDialogParameter& each : parameters)
+      if (each.name == name) return each.text;
+    return {};
+  }
 };
 
 struct TaskAnswer {

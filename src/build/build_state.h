@@ -78,7 +78,9 @@ struct BuildState {
   AcceptedTables& acceptedTables;
   std::wstring spaceName; ///< the block that receives the circuit
   BuildKind kind = BuildKind::direct;
-  bool hasQuit = false;         ///< a quit message was seen: nothing more runs
+  bool hasQuit = false; ///< a quit message was seen: nothing more runs
+  /// The user wants the other markers run after one has failed. The build counts as failed nevertheless.
+  bool goesOnAfterFailure = false;
   bool nestingHasEnded = false; ///< templates were nested too deep: no further nested one runs
 
   ZanCircuitCatalog catalog;

@@ -13,6 +13,7 @@
 #include "host/lisp_services.h"
 #include "host/open_object.h"
 #include "host/resources.h"
+#include "project/history_file.h"
 #include "text/compare.h"
 #include "text/format.h"
 #include "text/numbers.h"
@@ -92,6 +93,7 @@ private:
   [[nodiscard]] std::optional<std::vector<ZanScriptVariable>> setVariables(const ZanDwgMarker& marker);
   [[nodiscard]] bool runRow(
       const ZanScriptEntry& row, std::int32_t markerId, const std::vector<ZanScriptVariable>& variables);
+  void reportFailure(const ZanScriptEntry& row, std::int32_t markerId) const;
   [[nodiscard]] bool runNested(std::int32_t markerId);
   /// The markers of a template that comes too deep stay in the tree, so that the end of the build erases them.
   [[nodiscard]] bool isTooDeep(const ZanDwgMarker& parent);
@@ -110,17 +112,19 @@ private:
 bool MarkerWalk::run(const std::vector<ZanExecRecord>& items) {
   NumberMarkers(build_.markers);
   PublishMarkerData(build_.markers);
+  bool result = true;
   for (const ZanExecRecord& item : items) {
     if (const ZanDwgMarker* marker = markerOf(item)) {
       refreshGroupData(*marker);
-      if (!runMarker(item)) return false;
+      if (!runMarker(item)) result = false;
+      if (!result && (build_.hasQuit || !build_.goesOnAfterFailure)) return false;
     }
     if (!pumpMessages()) {
       build_.hasQuit = true;
       return false;
     }
   }
-  return true;
+  return result;
 }
 
 void MarkerWalk::refreshGroupData(const ZanDwgMarker& marker) {
@@ -199,9 +203,33 @@ bool MarkerWalk::runRow(
   ResultList answer;
   if (runForm(row.text, variables, answer))
     return ListReader(answer).integer() != insertedTemplate || runNested(markerId);
-  if (answer.isEmpty())
-    static_cast<void>(showTaskDialog(executionErrorKey, {{L"errorFunc", row.text}}, kdsw_korvoMainWnd()));
+  if (answer.isEmpty()) reportFailure(row, markerId);
   return false;
+}
+
+void MarkerWalk::reportFailure(const ZanScriptEntry& row, std::int32_t markerId) const {
+  std::wstring reason = lastCallError();
+  if (reason.empty()) reason = loadText(TextId::formNoReason);
+  const std::wstring& workbook = build_.input.args.workbook;
+  const std::wstring file = workbook.substr(folderOf(workbook).size());
+  const ZanDwgMarker* marker = build_.markers.findById(markerId);
+  const std::wstring rowNumber = formatInt(row.row);
+  const std::wstring column = formatInt(row.column);
+  const std::wstring code = marker == nullptr ? std::wstring() : marker->code;
+  const std::wstring place = formatText(
+      loadText(TextId::formPlace),
+      {std::wstring_view(file), std::wstring_view(build_.input.args.worksheet), std::wstring_view(rowNumber),
+       std::wstring_view(column), std::wstring_view(code)});
+  const std::optional<int> answer = showTaskDialog(
+      executionErrorKey,
+      {{L"errorFunc", row.text},
+       {L"place", place},
+       {L"reason", reason},
+       {L"row", rowNumber},
+       {L"column", column},
+       {L"code", code}},
+      kdsw_korvoMainWnd());
+  if (answer == kvui::firstCommand) build_.goesOnAfterFailure = true;
 }
 
 bool MarkerWalk::runNested(std::int32_t markerId) {

@@ -75,7 +75,9 @@ KV_HOST_API int kvutPrintf(const wchar_t* text);
 /// alternative, ` takes the next character literally. kvstatus::normal on a match.
 KV_HOST_API int kvutWcMatch(const wchar_t* text, const wchar_t* pattern);
 /// The value of a host variable in a new node in `*value` ("TILEMODE": shortInteger, 1 model space, 0 paper
-/// space). kvstatus::normal, else kvstatus::rejected. Caller releases.
+/// space; "LISPERROR": string, why the last call by `kvedInvoke` failed, with the file and line of the LISP at fault as far
+/// as they are known; a host without it rejects the name, and messages lack the reason). kvstatus::normal, else
+/// kvstatus::rejected. Caller releases.
 KV_HOST_API int kvedGetVar(const wchar_t* name, KvResultBuffer** value);
 /// Prepares the next input: flag 1 forbids an empty answer; keywords separated by blanks, null for none.
 KV_HOST_API int kvedInitGet(int flags, const wchar_t* keywords);

@@ -67,6 +67,12 @@ int invokeTraced(const ResultList& call, std::wstring_view callText, ResultList&
   return status;
 }
 
+std::wstring lastCallError() {
+  ResultList value;
+  if (kvedGetVar(L"LISPERROR", value.receive()) != kvstatus::normal) return {};
+  return ListReader(value).text().value_or(std::wstring());
+}
+
 int evalString(std::wstring_view text, ResultList& answer) {
   answer.reset();
   KvApDocManager* manager = kvDocManagerPtr();

@@ -20,6 +20,9 @@ int invoke(const ResultList& call, ResultList& answer);
 /// The same with trace lines: `callText` is how the call reads.
 int invokeTraced(const ResultList& call, std::wstring_view callText, ResultList& answer);
 
+/// Why the last call that failed did so, in the host's words; empty where the host gives none.
+[[nodiscard]] std::wstring lastCallError();
+
 /// Lets LISP evaluate a text. Answers the host's status; kvstatus::lispNotReady without a call when the document
 /// cannot run LISP now.
 int evalString(std::wstring_view text, ResultList& answer);

@@ -197,6 +197,10 @@ enum class TextId : unsigned {
   wiresTooSmall = 22432,       ///< "%s", "%s": the marker's CODE, the size
   wiresNotChosen = 22433,      ///< "%s": the marker's CODE
   tipDefaultLayer = 22434,     ///< what the layer names "3-" and "1-" of a wire are
+
+  // Where a form of the worksheet is, and why it failed.
+  formPlace = 22440,    ///< five "%s": workbook, worksheet, row, column, CODE
+  formNoReason = 22441, ///< the host gave none
 };
 
 /// The text that lies `offset` numbers behind `first`, for rows that are counted.

@@ -81,7 +81,6 @@ bool ZanCircuitCatalog::readAnnotationCodes() {
 
 bool ZanCircuitCatalog::readWorksheet(std::wstring_view name) {
   records_.clear();
-  findings_.clear();
   SheetRows sheet;
   if (!readSheet(name, OtherSheet::none, sheet)) return false;
   if (sheet.columnCount < leastCircuitColumns) {
@@ -89,11 +88,10 @@ bool ZanCircuitCatalog::readWorksheet(std::wstring_view name) {
              L" columns; a circuit's sheet needs at least " + formatInt(leastCircuitColumns);
     return false;
   }
-  CircuitSheetReader records(name);
+  CircuitSheetReader records;
   for (std::size_t i = 0; i < sheet.rows.size(); ++i)
     records.addRow(static_cast<int>(i) + 2, sheet.rows[i]);
   records_ = records.finish();
-  findings_ = records.findings();
   if (records_.empty()) error_ = L"sheet " + std::wstring(name) + L" holds no CODE with a title";
   return !records_.empty();
 }

@@ -34,14 +34,6 @@ struct ZanCircuit {
   std::vector<ZanCircuitEntry> entries; ///< in the sheet's order
 };
 
-/// Something in a sheet that the reading passes over or refuses, for whoever writes the workbook.
-struct WorkbookFinding {
-  std::wstring sheet;
-  int row = 0;    ///< as the spreadsheet program counts: the header is row 1
-  int column = 0; ///< from 1; 0 for the row as a whole
-  std::wstring text;
-};
-
 /// The class keeps the name by which other documents know it; what it holds is the circuit list.
 class ZanCircuitCatalog final {
 public:
@@ -67,7 +59,6 @@ public:
   /// The records by upper-cased CODE.
   [[nodiscard]] const std::map<std::wstring, ZanCodeRecord>& records() const { return records_; }
   [[nodiscard]] ZanAnnotationExList& annotationCodes() { return annotationCodes_; }
-  [[nodiscard]] const std::vector<WorkbookFinding>& findings() const { return findings_; }
   [[nodiscard]] const std::wstring& error() const { return error_; }
 
   std::wstring workbook; ///< full path
@@ -80,7 +71,6 @@ private:
   Circuits circuits_;
   std::map<std::wstring, ZanCodeRecord> records_;
   ZanAnnotationExList annotationCodes_;
-  std::vector<WorkbookFinding> findings_;
   std::wstring error_;
 };
 

@@ -22,15 +22,6 @@ const std::wstring& cellAt(const std::vector<std::wstring>& cells, int number) {
   return index < cells.size() ? cells[index] : empty;
 }
 
-bool isBalanced(std::wstring_view text) {
-  return std::count(text.begin(), text.end(), L'(') == std::count(text.begin(), text.end(), L')');
-}
-
-/// Characters other than blanks.
-std::ptrdiff_t textLength(std::wstring_view text) {
-  return std::count_if(text.begin(), text.end(), [](wchar_t each) { return !isBlank(each); });
-}
-
 /// Name and value cells from the first pair on, as long as the left one is before the last column.
 std::vector<std::pair<std::wstring, std::wstring>> pairsOf(const std::vector<std::wstring>& cells) {
   std::vector<std::pair<std::wstring, std::wstring>> pairs;
@@ -55,14 +46,10 @@ void CircuitSheetReader::addRow(int rowNumber, const std::vector<std::wstring>& 
 
   const std::wstring& codeCell = cellAt(cells, column::optionCode);
   const std::int32_t optionCode = codeCell.empty() ? incompleteOptionCode : toInt(codeCell);
-  if (record_) {
-    addForms(column::firstForms, cells, optionCode, record_->firstRules);
-    addForms(column::secondForms, cells, optionCode, record_->secondRules);
-    addForms(column::controlForms, cells, optionCode, record_->controlRules);
-    return;
-  }
-  for (const int forms : {column::firstForms, column::secondForms, column::controlForms})
-    if (!cellAt(cells, forms).empty()) find(forms, L"forms without a title ahead of them are not read");
+  if (!record_) return; // forms before a title are not read
+  addForms(column::firstForms, cells, optionCode, record_->firstRules);
+  addForms(column::secondForms, cells, optionCode, record_->secondRules);
+  addForms(column::controlForms, cells, optionCode, record_->controlRules);
 }
 
 std::map<std::wstring, ZanCodeRecord> CircuitSheetReader::finish() {
@@ -73,7 +60,6 @@ std::map<std::wstring, ZanCodeRecord> CircuitSheetReader::finish() {
 void CircuitSheetReader::beginCode(const std::wstring& code) {
   closeRecord();
   code_ = code;
-  codeRow_ = row_;
 }
 
 void CircuitSheetReader::beginGroup(const std::wstring& title) {
@@ -82,10 +68,7 @@ void CircuitSheetReader::beginGroup(const std::wstring& title) {
 }
 
 void CircuitSheetReader::addOption(const std::vector<std::wstring>& cells) {
-  if (!group_) {
-    find(column::optionText, L"an option without a group ahead of it is not read");
-    return;
-  }
+  if (!group_) return;
   ZanOption option;
   option.text = cellAt(cells, column::optionText);
   option.selected = equalsCollating(cellAt(cells, column::defaultMark), L"x");
@@ -97,17 +80,14 @@ void CircuitSheetReader::addForms(
     int number, const std::vector<std::wstring>& cells, std::int32_t optionCode, ZanScriptRules& rules) {
   const std::wstring& cell = cellAt(cells, number);
   if (cell.empty()) return;
-  std::vector<std::wstring> forms = splitForms(cell);
-  if (!isBalanced(cell))
-    find(number, L"parentheses do not match; what stands behind the last whole form is lost");
-  else if (textLength(join(forms, {})) < textLength(cell))
-    find(number, L"what stands behind the last form is not read");
   const bool hasPairs = number == column::controlForms;
-  for (std::wstring& form : forms) {
+  for (std::wstring& form : splitForms(cell)) {
     ZanScriptEntry entry;
     entry.text = std::move(form);
     entry.code = optionCode;
     if (hasPairs) entry.params = pairsOf(cells);
+    entry.row = row_;
+    entry.column = number;
     rules.push_back(std::move(entry));
   }
 }
@@ -120,18 +100,9 @@ void CircuitSheetReader::closeGroup() {
 void CircuitSheetReader::closeRecord() {
   closeGroup();
   if (!record_) return;
-  // The first rows of a CODE win; a repeated one is dropped whole.
-  if (code_.empty())
-    find(column::code, L"rows ahead of the first CODE are not read");
-  else if (!records_.try_emplace(toUpper(code_), std::move(*record_)).second)
-    findings_.push_back(
-        {sheet_, codeRow_, column::code,
-         L"CODE " + code_ + L" stands in the sheet twice; only the first counts"});
+  // The first rows of a CODE win, a repeated one is dropped whole; so are rows before the first CODE.
+  if (!code_.empty()) records_.try_emplace(toUpper(code_), std::move(*record_));
   record_.reset();
-}
-
-void CircuitSheetReader::find(int number, std::wstring text) {
-  findings_.push_back({sheet_, row_, number, std::move(text)});
 }
 
 } // namespace brenvolt

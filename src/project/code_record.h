@@ -40,9 +40,14 @@ struct ZanOptionGroup {
 struct ZanScriptEntry {
   std::wstring text;
   std::int32_t code = -1; ///< the option code for which it applies; -1 when the worksheet left it empty
-  std::vector<std::pair<std::wstring, std::wstring>> params; ///< (name, value); only control rules have any
+  std::vector<std::pair<std::wstring, std::wstring>> params{}; ///< (name, value); only control rules have any
+  int row = 0;    ///< of the worksheet, as a spreadsheet program counts; 0 when it is not known
+  int column = 0; ///< from 1
 
-  friend bool operator==(const ZanScriptEntry&, const ZanScriptEntry&) = default;
+  /// The cell says where to look, not what runs.
+  friend bool operator==(const ZanScriptEntry& left, const ZanScriptEntry& right) {
+    return left.text == right.text && left.code == right.code && left.params == right.params;
+  }
 };
 
 /// A rule as records and what is executed share it: read from the worksheet once, never changed.

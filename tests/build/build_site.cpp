@@ -40,23 +40,25 @@ constexpr std::string_view product = R"lisp(
 )lisp";
 
 constexpr std::string_view dialogs =
-    "dialog ZanBrenvolt.ExecutionError\nmain = failed: {errorFunc}\nbutton 1 = OK\n"
+    "dialog ZanBrenvolt.ExecutionError\nmain = failed: {errorFunc} in {place}: {reason}\nbutton 1 = "
+    "OK\nbutton 1001 = All\n"
     "dialog ZanBrenvolt.CircuitTemplateDrawing\nmain = foreign template\nbutton 1 = OK\n"
     "text 22420 = %s: deeper than %s\n"
     "text 22430 = marker %s: its full-load current is not known\n"
     "text 22431 = marker %s: the tables of wire sizes cannot be read\n"
-    "text 22432 = marker %s: the largest, %s, is taken\n";
+    "text 22432 = marker %s: the largest, %s, is taken\n"
+    "text 22440 = %s %s %s %s %s\n";
 
-std::vector<simhost::AnswerStep> answers(int executionErrors) {
+std::vector<simhost::AnswerStep> answers(int executionErrors, int button) {
   std::vector<simhost::AnswerStep> steps(
-      static_cast<std::size_t>(executionErrors), press("ZanBrenvolt.ExecutionError", 1));
+      static_cast<std::size_t>(executionErrors), press("ZanBrenvolt.ExecutionError", button));
   steps.push_back(press("ZanBrenvolt.CircuitTemplateDrawing", 1));
   return steps;
 }
 
 } // namespace
 
-BuildSite::BuildSite(int executionErrors) : lisp_(answers(executionErrors)) {
+BuildSite::BuildSite(int executionErrors, int button) : lisp_(answers(executionErrors, button)) {
   simhost::readLanguageFile(dialogs, "words", simhost::LanguageRole::base, resources_);
   setResourceModule(&resources_);
   eval(product);

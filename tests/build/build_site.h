@@ -21,8 +21,8 @@ namespace brenvolt::test {
 
 class BuildSite final {
 public:
-  /// `executionErrors`: how many failing forms the user is told of.
-  explicit BuildSite(int executionErrors = 0);
+  /// `executionErrors`: how many failing forms the user is told of; `button`: how each message is answered.
+  explicit BuildSite(int executionErrors = 0, int button = 1);
   BuildSite(const BuildSite&) = delete;
   BuildSite& operator=(const BuildSite&) = delete;
   ~BuildSite();

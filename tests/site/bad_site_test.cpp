@@ -62,6 +62,24 @@ TEST_CASE("a build that fails writes nothing and says why") {
   }
 }
 
+TEST_CASE("--keep-going reports every form that fails, with its cell and the place in the site's LISP") {
+  const SiteCopy site;
+  site.changeSheet("M3_DOL", "(site_motor #xyz #scl 3", "(site_no_such_function #xyz #scl 3");
+  site.changeSheet(
+      "M3_DOL", "(site_wire #xyz #scl 1 132 #data #misc1)", "(site_wire #xyz #scl 1 nil #data #misc1)");
+  const ToolRun run = site.draw(motorDirect, "a.json", {"--keep-going"});
+  CHECK(run.exitCode == 3);
+  for (const char* part :
+       {"zan_brenvolt.xls, sheet M3_DOL, row 4, column 8, CODE WT01: (site_wire #xyz #scl 1 nil #data "
+        "#misc1): ",
+        "CODE MOTOR: (site_no_such_function #xyz #scl 3 #data #misc1): SITE_NO_SUCH_FUNCTION: there is no "
+        "such function",
+        "/site/lisp/forms.lsp:", ": *: argument 2 must be a number, not nil",
+        "2 forms failed, so nothing is written"})
+    CHECK_MESSAGE(run.errors.find(part) != std::string::npos, run.errors);
+  CHECK_FALSE(site.folder().has("a.json"));
+}
+
 TEST_CASE("a template without markers, or with another workbook's, is refused") {
   const SiteCopy site;
   const auto drawInto = [&site](const char* form) {

@@ -37,6 +37,20 @@ private:
 
 } // namespace
 
+TEST_CASE("the list names configurations that the workbook no longer knows") {
+  const Histories histories;
+  REQUIRE(histories.save("Gate 7").exitCode == 0);
+  histories.site().changeSheet("ZAN_CIRCS", "Start and stop station", "Station");
+  const ToolRun list = histories.run("list");
+  CHECK(list.exitCode == 0);
+  CHECK_MESSAGE(
+      list.output.find(
+          "Control circuits / Start and stop station (the workbook has no such type any more)\n") !=
+          std::string::npos,
+      list.output);
+  CHECK(histories.has("Gate 7"));
+}
+
 TEST_CASE("a deleted configuration is in the log with its number, and comes back") {
   const Histories histories;
   CHECK(histories.run("log").output.empty());
