@@ -50,9 +50,7 @@ public:
   HistoryFolder() {
     fillMarkers(markers);
 
-    ZanXmlHistory history;
-    prepare(history, 0);
-    if (!history.SaveHistory(markers)) std::abort();
+    if (!save(0)) std::abort();
     std::ifstream in(file(), std::ios::binary);
     const std::string bytes{std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>()};
     const std::wstring text = fromUtf16Le(std::string_view(bytes).substr(2));
@@ -70,13 +68,15 @@ public:
   }
 
   [[nodiscard]] fs::path file() const { return folder_ / "zan_brenvolt.xml"; }
-  void prepare(ZanXmlHistory& history, int entry) const {
+  bool save(int entry) {
+    ZanXmlHistory history;
     history.context = fromUtf8((folder_ / "site.xls").string());
-    history.circuit = L"Three-phase motor";
-    history.circuitType = L"Direct on line";
-    history.historyName = L"Entry " + formatInt(entry);
-    history.componentScale = L"1.000000";
-    history.circuitScale = L"1.000000";
+    return history.SaveHistory(
+        {{L"Three-phase motor", L"Direct on line", L"Entry " + formatInt(entry)},
+         L"",
+         L"1.000000",
+         L"1.000000"},
+        markers);
   }
 
   ZanDwgMarkerList markers;
@@ -103,9 +103,7 @@ void libraryAlone(benchmark::State& state) {
 void replaceOneEntry(benchmark::State& state) {
   int entry = entryCount / 2;
   for (auto _ : state) {
-    ZanXmlHistory history;
-    folder().prepare(history, entry++ % entryCount);
-    if (!history.SaveHistory(folder().markers)) state.SkipWithError("the history is not saved");
+    if (!folder().save(entry++ % entryCount)) state.SkipWithError("the history is not saved");
   }
 }
 

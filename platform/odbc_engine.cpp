@@ -128,11 +128,11 @@ public:
       error.Set(L"the connection is open for reading only");
       return nullptr;
     }
-    const ServerCatalogue catalogue{
+    const ServerTableList tableList{
         [this](std::wstring_view name) { return tableOf(name); },
         [this](const std::wstring& table) { return columnsOf(table); }};
     if (!isReachable(error)) return nullptr;
-    const ServerStatement statement = translateStatement(text, dialect_, catalogue);
+    const ServerStatement statement = translateStatement(text, dialect_, tableList);
     std::wstring reason;
     std::optional<OdbcAnswer> answer = connection_.execute(statement.text, reason);
     // Whatever a statement of this kind did, the names of before may be wrong now.

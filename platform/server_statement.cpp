@@ -66,8 +66,8 @@ bool isComparison(const StatementToken& token) {
 
 class Translator final {
 public:
-  Translator(std::wstring_view statement, const ServerDialect& dialect, const ServerCatalogue& catalogue)
-      : tokens_(splitStatement(statement)), dialect_(dialect), catalogue_(catalogue) {}
+  Translator(std::wstring_view statement, const ServerDialect& dialect, const ServerTableList& tableList)
+      : tokens_(splitStatement(statement)), dialect_(dialect), tableList_(tableList) {}
 
   ServerStatement run() {
     findTables();
@@ -96,9 +96,9 @@ private:
       if (token.kind == Kind::blank) continue;
       const std::optional<Clause> clause = clauseOf(token);
       if (expected && !clause && token.isName()) {
-        const std::wstring table = catalogue_.table(token.name());
+        const std::wstring table = tableList_.table(token.name());
         for (const ServerColumn& column :
-             table.empty() ? std::vector<ServerColumn>() : catalogue_.columns(table)) {
+             table.empty() ? std::vector<ServerColumn>() : tableList_.columns(table)) {
           columns_.push_back(column);
         }
       }
@@ -165,7 +165,7 @@ private:
   /// A table that is named without brackets goes to the server as it stands, unless the server knows one that differs in
   /// case only, which its own rule for bare names would miss.
   [[nodiscard]] bool isBareTable(const StatementToken& token) const {
-    return clause_ == Clause::tables && token.kind == Kind::word && !catalogue_.table(token.name()).empty();
+    return clause_ == Clause::tables && token.kind == Kind::word && !tableList_.table(token.name()).empty();
   }
 
   void orderStep(const StatementToken& token) {
@@ -230,7 +230,7 @@ private:
   std::wstring serverName(const StatementToken& token, NameOf what, bool& isText) const {
     const std::wstring_view name = token.name();
     const ServerColumn* column = findColumn(name);
-    const std::wstring table = catalogue_.table(name);
+    const std::wstring table = tableList_.table(name);
     const bool isColumn = column != nullptr && (what == NameOf::column || table.empty());
     isText = isColumn && column->isText;
     if (isColumn) return quoted(column->name);
@@ -257,7 +257,7 @@ private:
 
   std::vector<StatementToken> tokens_;
   const ServerDialect& dialect_;
-  const ServerCatalogue& catalogue_;
+  const ServerTableList& tableList_;
   std::vector<ServerColumn> columns_;
   ServerStatement result_;
   std::size_t at_ = 0;
@@ -273,8 +273,8 @@ private:
 } // namespace
 
 ServerStatement translateStatement(
-    std::wstring_view statement, const ServerDialect& dialect, const ServerCatalogue& catalogue) {
-  return Translator(statement, dialect, catalogue).run();
+    std::wstring_view statement, const ServerDialect& dialect, const ServerTableList& tableList) {
+  return Translator(statement, dialect, tableList).run();
 }
 
 } // namespace brenvolt::tables

@@ -25,7 +25,7 @@ struct ServerDialect {
 };
 
 /// The server's names, found without case.
-struct ServerCatalogue {
+struct ServerTableList {
   /// The table as the server names it; empty when it has none of this name.
   std::function<std::wstring(std::wstring_view)> table;
   /// The columns of such a table.
@@ -44,6 +44,6 @@ struct ServerStatement {
 /// are put into capital letters on both sides; how far beyond ASCII that reaches is up to the server. A comparison of
 /// two columns, IN and GROUP BY keep the server's own rule.
 [[nodiscard]] ServerStatement translateStatement(
-    std::wstring_view statement, const ServerDialect& dialect, const ServerCatalogue& catalogue);
+    std::wstring_view statement, const ServerDialect& dialect, const ServerTableList& tableList);
 
 } // namespace brenvolt::tables

@@ -176,7 +176,7 @@ private:
     const fs::path workbook = workbookWith(plan, choices);
     const Value arguments[] = {
         Value::string(entry_.drawing),
-        Value::string(workbook.wstring()),
+        Value::string(brenvolt::fromUtf8(workbook.string())),
         Value::string(entry_.worksheet),
         Value::string(entry_.circuit),
         Value::string(entry_.type),

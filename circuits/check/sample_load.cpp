@@ -6,6 +6,7 @@
 #include "data/wire_tables.h"
 #include "platform/tables.h"
 #include "text/compare.h"
+#include "text/encoding.h"
 #include "text/numbers.h"
 #include "text/split.h"
 
@@ -56,7 +57,7 @@ void sizeWires(
     const std::array<std::wstring, fieldCount>& fields, SampleLoad& sample) {
   brenvolt::ZanOleDbConnection connection;
   const std::wstring init =
-      brenvolt::ZanOleDbHelper::FormatConnectString(database.wstring(), L"", L"Mode=Read");
+      brenvolt::ZanOleDbHelper::FormatConnectString(brenvolt::fromUtf8(database.string()), L"", L"Mode=Read");
   if (connection.OpenFromInitializationString(init, false, true) < 0) return;
   brenvolt::WireTableCache tables(connection);
   const brenvolt::WireDefaults defaults(tables, electrical.name);

@@ -53,7 +53,7 @@ public:
     if (!std::filesystem::exists(path_, error)) return;
     brenvolt::XmlDocument document;
     std::wstring reason;
-    if (!document.load(path_.wstring(), reason)) {
+    if (!document.load(brenvolt::fromUtf8(path_.string()), reason)) {
       findings_.add(L"saved-unreadable", place_, {{L"reason", site_.shownText(reason)}});
       return;
     }

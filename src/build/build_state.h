@@ -90,6 +90,8 @@ struct BuildState {
   ZanConfigUnitList duplicateUnits; ///< units that repeat one of their level
   ZanWidgetManagerMaker maker;      ///< of the units' managers; keeps the wire positions of all templates
   ZanXmlHistory history;
+  HistoryEntry
+      entry; ///< what a save stores; its name is that of the configuration that was opened or saved last
 
   ZanAnnotationDataList
       circuitData; ///< what the circuit carries as a whole, for markers that have none of their own

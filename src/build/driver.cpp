@@ -73,14 +73,12 @@ void ZanBrenvolt::readBuildData() {
     args.insertPoint = data.point;
     args.trace = data.trace;
   }
-  ZanXmlHistory& history = state_.history;
-  history.context = args.workbook;
-  history.worksheet = args.worksheet;
-  history.circuit = args.circuit;
-  history.circuitType = args.type;
-  history.historyName = args.historyName;
-  history.componentScale = formatDouble(args.scaleB);
-  history.circuitScale = formatDouble(args.scaleA);
+  state_.history.context = args.workbook;
+  state_.entry = {
+      {args.circuit, args.type, args.historyName},
+      args.worksheet,
+      formatDouble(args.scaleB),
+      formatDouble(args.scaleA)};
 }
 
 bool ZanBrenvolt::loadCatalog() {
@@ -110,7 +108,7 @@ bool ZanBrenvolt::prepare(BuildKind kind) {
   markersMatched_ = matchRecords(state_, state_.markers);
   if (!markersMatched_) return false;
   const CircuitRows circuitRows = state_.isInteractive() ? CircuitRows::leave : CircuitRows::fill;
-  if (!state_.history.historyName.empty() && state_.history.OpenHistory())
+  if (!state_.entry.key.name.empty() && state_.history.OpenHistory(state_.entry.key))
     applyOpenHistory(state_, state_.markers, circuitRows);
   if (input_.presets.active) buildWireAnnotations(state_, state_.markers, circuitRows);
   if (depth() == 0) putList(lispsymbol::unsizedWires, ResultList());
@@ -207,19 +205,20 @@ void ZanBrenvolt::truncateTo(std::int32_t run) {
 }
 
 bool ZanBrenvolt::saveHistory(std::wstring_view name) {
-  ZanXmlHistory& history = state_.history;
-  const std::wstring formerName = history.historyName;
-  history.historyName = name;
+  HistoryEntry entry = state_.entry;
+  entry.key.name = name;
   try {
-    if (history.SaveHistory(state_.markers)) return true;
+    if (state_.history.SaveHistory(entry, state_.markers)) {
+      state_.entry = std::move(entry);
+      return true;
+    }
   } catch (const XmlError& error) {
     kvutPrintf(
         (formatText(loadText(TextId::historyRefused), {std::wstring_view(fromUtf8(error.what()))}) + L"\n")
             .c_str());
   }
-  history.historyName = formerName;
   // Read again, or what was added in memory would go into the file with the next save. A missing file is no failure.
-  static_cast<void>(history.OpenHistory());
+  static_cast<void>(state_.history.OpenHistory(state_.entry.key));
   return false;
 }
 

@@ -14,11 +14,17 @@ namespace brenvolt {
 using OpenField = Rating;
 inline constexpr std::size_t openFieldCount = ratingCount;
 
+[[nodiscard]] constexpr std::array<bool, openFieldCount> allOpen() {
+  std::array<bool, openFieldCount> flags{};
+  flags.fill(true);
+  return flags;
+}
+
 /// A double that is not above the tolerance is not given; readers then take the option's default.
 struct ZanCircuitData : Ratings {
   double extraCurrent = -1.0; ///< amperes on top of the load's current
   bool fromSelection = false; ///< set by the motor dialog, cleared when the wire dialog stores its fields
-  std::array<bool, openFieldCount> openField = {true, true, true, true, true, true, true, true, true};
+  std::array<bool, openFieldCount> openField = allOpen();
   std::wstring wireStandard;
   std::wstring wireMetal;
   std::wstring insulation;

@@ -17,7 +17,7 @@ namespace {
 constexpr std::wstring_view wireSizeTable = L"WIRESIZE";
 constexpr std::wstring_view noCondition = L"1=1";
 
-/// Names by ordinal; nothing when the catalogue does not know the table.
+/// Names by ordinal; nothing when the table list does not have the table.
 std::optional<std::map<int, std::wstring>> columnsOf(
     ZanOleDbConnection& connection, std::wstring_view table) {
   ZanOleDbColumns columns;

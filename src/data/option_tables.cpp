@@ -97,7 +97,7 @@ bool ZanOptTableReader::ReadAllStandards(
     TableQuery query(connection(), Refusal::answer);
     if (!query.runForRow(fullNameStatement, {name})) continue;
     const std::wstring fullName = query.text(1);
-    // Two equal full names: the first in the catalogue stays.
+    // Two equal full names: the first in the table list stays.
     standards.try_emplace(
         hasCode && fullName.empty() ? tokens[1] : fullName, hasCode ? tokens[1] : std::wstring());
   }

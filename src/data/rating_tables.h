@@ -14,7 +14,8 @@
 
 namespace brenvolt {
 
-inline constexpr std::size_t ratingColumnLimit = 10;
+/// The key, the ratings without the multiplier, the description.
+inline constexpr std::size_t ratingColumnLimit = ratingCount + 1;
 
 /// One row as texts, by column index.
 struct RatingRecord {

@@ -80,10 +80,10 @@ std::wstring ZanDbReaderUtils::ComposeTableName(
 
 void ZanDbReaderUtils::KeepTableList() {
   keptNames_.reset();
-  keptNames_ = catalogue();
+  keptNames_ = tableList();
 }
 
-std::vector<std::wstring> ZanDbReaderUtils::catalogue() const {
+std::vector<std::wstring> ZanDbReaderUtils::tableList() const {
   if (keptNames_) return *keptNames_;
   std::vector<std::wstring> names;
   if (!connection_ || !connection_->IsConnected()) return names;
@@ -108,7 +108,7 @@ std::wstring ZanDbReaderUtils::CodeOfTable(std::wstring_view table) {
 }
 
 bool ZanDbReaderUtils::TableExists(std::wstring_view name) const {
-  return holds(catalogue(), name);
+  return holds(tableList(), name);
 }
 
 bool ZanDbReaderUtils::ResolveTable(
@@ -117,7 +117,7 @@ bool ZanDbReaderUtils::ResolveTable(
   name.clear();
   const std::wstring_view base = TableBaseName(kind);
   if (base.empty()) return false;
-  const std::vector<std::wstring> names = catalogue();
+  const std::vector<std::wstring> names = tableList();
 
   std::vector<std::wstring> candidates = {ComposeTableName(base, metal, standard, code)};
   if (!code.empty()) candidates.push_back(ComposeTableName(base, metal, standard, {}));
@@ -144,7 +144,7 @@ bool ZanDbReaderUtils::CheckTables(
     std::wstring_view metal, std::wstring_view standard, std::wstring_view code, MissingTables& missing,
     unsigned mask) const {
   missing = {};
-  const std::vector<std::wstring> names = catalogue();
+  const std::vector<std::wstring> names = tableList();
   const bool hasFallback = !code.empty() && !equalsOrdinalNoCase(code, defaultCode);
   for (const ZanTableKind kind : kindsOf(mask)) {
     const Family& family = *familyOf(kind);

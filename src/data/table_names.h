@@ -70,7 +70,7 @@ public:
       std::wstring_view base, std::wstring_view metal, std::wstring_view standard, std::wstring_view code);
   /// The electrical code at the end of a table's name; empty for a table of no code and for one of no family.
   [[nodiscard]] static std::wstring CodeOfTable(std::wstring_view table);
-  /// Whether the catalogue holds the name, without case. No catalogue means no.
+  /// Whether the table list holds the name, without case. False without a list.
   [[nodiscard]] bool TableExists(std::wstring_view name) const;
   /// The table of a family: the code's own, else the one without a code, else that of the default code. A site may
   /// so keep one table for all codes. False, and an empty name, when none exists or nothing is connected.
@@ -92,7 +92,7 @@ public:
       const std::vector<std::wstring>& names, const std::vector<std::wstring>& values);
 
   /// The names of all tables in the database's order; none without a connection.
-  [[nodiscard]] std::vector<std::wstring> catalogue() const;
+  [[nodiscard]] std::vector<std::wstring> tableList() const;
 
 private:
   ZanOleDbConnection* connection_;

@@ -53,7 +53,7 @@ bool ZanWireTableReader::ListStandards(std::vector<std::wstring>& standards) con
   standards.clear();
   if (!connection_ || !connection_->IsConnected()) return false;
   // The three letters alone, so grounding tables count as well.
-  for (const std::wstring& name : utils_.catalogue()) {
+  for (const std::wstring& name : utils_.tableList()) {
     if (!startsWithNoCase(name, ZanDbReaderUtils::TableBaseName(ZanTableKind::ampacity))) continue;
     const std::vector<std::wstring> tokens = splitKeepingEmpty(name, L'_');
     if (tokens.size() >= 3) addDistinct(standards, tokens[2]);
@@ -65,7 +65,7 @@ bool ZanWireTableReader::ListMetals(std::wstring_view standard, std::vector<std:
   metals.clear();
   if (!connection_ || !connection_->IsConnected()) return false;
   const std::wstring family = std::wstring(ZanDbReaderUtils::TableBaseName(ZanTableKind::ampacity)) + L'_';
-  for (const std::wstring& name : utils_.catalogue()) {
+  for (const std::wstring& name : utils_.tableList()) {
     if (!startsWithNoCase(name, family)) continue;
     const std::vector<std::wstring> tokens = splitKeepingEmpty(name, L'_');
     if (tokens.size() >= 3 && equalsOrdinalNoCase(tokens[2], standard)) addDistinct(metals, tokens[1]);

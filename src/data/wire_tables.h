@@ -44,7 +44,7 @@ public:
 
   /// @name Lists. Each answers false, its output emptied, without a connection or the table it reads.
   /// @{
-  /// The wire standards that have ampacity or grounding tables, in catalogue order.
+  /// The wire standards that have ampacity or grounding tables, in the order of the table list.
   bool ListStandards(std::vector<std::wstring>& standards) const;
   /// The metals that have an ampacity table of the standard.
   bool ListMetals(std::wstring_view standard, std::vector<std::wstring>& metals) const;

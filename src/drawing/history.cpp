@@ -53,16 +53,17 @@ bool ZanXmlHistory::LoadDocument(const std::wstring& path) {
   return file_.isAccepted();
 }
 
-bool ZanXmlHistory::CreateFile(const std::wstring& path, ZanDwgMarkerList& markers) {
+bool ZanXmlHistory::CreateFile(
+    const std::wstring& path, const HistoryEntry& entry, ZanDwgMarkerList& markers) {
   std::string xml;
-  return BuildDocument(markers, xml) && WriteDocument(path, xml);
+  return BuildDocument(entry, markers, xml) && WriteDocument(path, xml);
 }
 
-bool ZanXmlHistory::BuildDocument(ZanDwgMarkerList& markers, std::string& xml) {
+bool ZanXmlHistory::BuildDocument(const HistoryEntry& entry, ZanDwgMarkerList& markers, std::string& xml) {
   const KvWaitCursor waiting;
   HistoryFile created;
   created.startEmpty(context);
-  appendCurrent(created, markers);
+  append(created, entry, markers);
   xml = created.bytes().substr(byteOrderMark.size());
   // Nothing is held afterwards, so that the next save reads what is on disk by then.
   setCurrentHistory({});
@@ -76,33 +77,34 @@ bool ZanXmlHistory::WriteDocument(const std::wstring& path, const std::string& x
   return !fault;
 }
 
-bool ZanXmlHistory::AddHistory(ZanDwgMarkerList& markers, const std::wstring& path) {
-  if (!file_.isAccepted() || !key().isComplete()) return false;
-  appendCurrent(file_, markers);
+bool ZanXmlHistory::AddHistory(
+    const HistoryEntry& entry, ZanDwgMarkerList& markers, const std::wstring& path) {
+  if (!file_.isAccepted() || !entry.key.isComplete()) return false;
+  append(file_, entry, markers);
   return WriteDocument(path, file_.bytes().substr(byteOrderMark.size()));
 }
 
-bool ZanXmlHistory::SaveHistory(ZanDwgMarkerList& markers) {
-  if (!key().isComplete() || historyPathOf(context).empty()) return false;
+bool ZanXmlHistory::SaveHistory(const HistoryEntry& entry, ZanDwgMarkerList& markers) {
+  if (!entry.key.isComplete() || historyPathOf(context).empty()) return false;
   setCurrentHistory({});
   return report(changeHistory(context, file_, [&](HistoryFile& present) {
-    std::vector<HistoryRecord> records{recordOf(HistoryAction::saved, present, key())};
-    appendCurrent(present, markers);
+    std::vector<HistoryRecord> records{recordOf(HistoryAction::saved, present, entry.key)};
+    append(present, entry, markers);
     return records;
   }));
 }
 
-void ZanXmlHistory::appendCurrent(HistoryFile& file, ZanDwgMarkerList& markers) {
-  requireReadable(historyName);
-  HistoryFile::Path found = file.find(key());
+void ZanXmlHistory::append(HistoryFile& file, const HistoryEntry& entry, ZanDwgMarkerList& markers) {
+  requireReadable(entry.key.name);
+  HistoryFile::Path found = file.find(entry.key);
   if (!found.history.isNull()) {
     if (found.history == currentHistory_) setCurrentHistory({});
     found.type.removeChild(found.history);
   }
-  if (found.circuit.isNull()) AppendCircuit(file.root(), found.circuit);
-  if (found.type.isNull()) AppendCircuitType(found.circuit, found.type);
+  if (found.circuit.isNull()) AppendCircuit(file.root(), entry.key, found.circuit);
+  if (found.type.isNull()) AppendCircuitType(found.circuit, entry.key, found.type);
   // After all others, also when it replaces one: the latest is the last.
-  AppendHistory(found.type, found.history);
+  AppendHistory(found.type, entry, found.history);
   AppendMarkers(found.history, markers);
 }
 
@@ -132,10 +134,10 @@ bool ZanXmlHistory::report(const HistoryOutcome& outcome) const {
   return false;
 }
 
-bool ZanXmlHistory::OpenHistory() {
+bool ZanXmlHistory::OpenHistory(const HistoryKey& key) {
   setCurrentHistory({});
-  if (!Reload() || !key().isComplete()) return false;
-  setCurrentHistory(file_.find(key()).history);
+  if (!Reload() || !key.isComplete()) return false;
+  setCurrentHistory(file_.find(key).history);
   return !currentHistory_.isNull();
 }
 
@@ -199,17 +201,16 @@ bool ZanXmlHistory::GetHistoryNames(
   return !names.empty();
 }
 
-bool ZanXmlHistory::DeleteHistory(std::wstring_view name) {
-  const HistoryKey deleted{circuit, circuitType, std::wstring(name)};
-  const XmlElement history = deleted.isComplete() ? file_.find(deleted).history : XmlElement();
+bool ZanXmlHistory::DeleteHistory(const HistoryKey& key) {
+  const XmlElement history = key.isComplete() ? file_.find(key).history : XmlElement();
   if (history.isNull()) return false;
   if (history == currentHistory_) setCurrentHistory({});
-  deletions_.push_back({deleted, history.text()});
-  return file_.remove(deleted);
+  deletions_.push_back({key, history.text()});
+  return file_.remove(key);
 }
 
-bool ZanXmlHistory::ReadHistory(std::wstring_view name, HistorySummary& summary) const {
-  std::optional<HistorySummary> found = file_.summary({circuit, circuitType, std::wstring(name)});
+bool ZanXmlHistory::ReadHistory(const HistoryKey& key, HistorySummary& summary) const {
+  std::optional<HistorySummary> found = file_.summary(key);
   if (!found) return false;
   summary = std::move(*found);
   return !summary.pairs.empty();

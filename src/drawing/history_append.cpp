@@ -5,24 +5,24 @@
 
 namespace brenvolt {
 
-bool ZanXmlHistory::AppendCircuit(XmlElement parent, XmlElement& element) {
+bool ZanXmlHistory::AppendCircuit(XmlElement parent, const HistoryKey& key, XmlElement& element) {
   element = parent.appendChild(xmlname::circuit);
-  element.setAttribute(xmlname::name, circuit);
+  element.setAttribute(xmlname::name, key.circuit);
   return true;
 }
 
-bool ZanXmlHistory::AppendCircuitType(XmlElement parent, XmlElement& element) {
+bool ZanXmlHistory::AppendCircuitType(XmlElement parent, const HistoryKey& key, XmlElement& element) {
   element = parent.appendChild(xmlname::circuitType);
-  element.setAttribute(xmlname::name, circuitType);
+  element.setAttribute(xmlname::name, key.type);
   return true;
 }
 
-bool ZanXmlHistory::AppendHistory(XmlElement parent, XmlElement& element) {
+bool ZanXmlHistory::AppendHistory(XmlElement parent, const HistoryEntry& entry, XmlElement& element) {
   element = parent.appendChild(xmlname::history);
-  element.setAttribute(xmlname::name, historyName);
-  element.setAttribute(xmlname::componentScale, componentScale);
-  element.setAttribute(xmlname::circuitScale, circuitScale);
-  element.appendChild(xmlname::historyCheck).setAttribute(xmlname::worksheet, worksheet);
+  element.setAttribute(xmlname::name, entry.key.name);
+  element.setAttribute(xmlname::componentScale, entry.componentScale);
+  element.setAttribute(xmlname::circuitScale, entry.circuitScale);
+  element.appendChild(xmlname::historyCheck).setAttribute(xmlname::worksheet, entry.worksheet);
   return true;
 }
 

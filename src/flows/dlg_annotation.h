@@ -15,7 +15,7 @@ namespace brenvolt {
 
 class ZanDlgAnnotation final : public CKvUiDialog {
 public:
-  /// `presets` belongs to the workbook's catalogue; OK writes into it.
+  /// `presets` belongs to the workbook's circuit list; OK writes into it.
   ZanDlgAnnotation(
       ZanAnnotationExList::Presets& presets, std::wstring key, std::wstring workbookPath, KvWindow* parent);
 

@@ -135,9 +135,6 @@ void ZanDlgCircuit::fillHistories() {
   list.Insert(-1, loadText(TextId::newConfiguration), 0);
   list.Select(0);
   const CircuitChoice shown = shown_.value_or(CircuitChoice());
-  history_.circuit = shown.circuit;
-  history_.circuitType = shown.type;
-  history_.worksheet = shown.worksheet;
   std::vector<std::wstring> names;
   if (shown_ && hasHistories_) history_.GetHistoryNames(shown.circuit, shown.type, names);
   for (const std::wstring& name : names)
@@ -152,10 +149,15 @@ std::optional<std::wstring> ZanDlgCircuit::selectedHistory() const {
   return list.TextAt(list.Selected());
 }
 
+HistoryKey ZanDlgCircuit::keyOf(const std::wstring& historyName) const {
+  const CircuitChoice shown = shown_.value_or(CircuitChoice());
+  return {shown.circuit, shown.type, historyName};
+}
+
 void ZanDlgCircuit::OnHistoryChanged() {
   HistorySummary saved;
   const std::optional<std::wstring> name = selectedHistory();
-  if (name) history_.ReadHistory(*name, saved);
+  if (name) history_.ReadHistory(keyOf(*name), saved);
   KvUiGrid& summary = Grid(role::summary);
   summary.LockDrawing();
   summary.SetSize(static_cast<int>(saved.pairs.size()), summaryColumns);
@@ -180,7 +182,7 @@ void ZanDlgCircuit::OnDeleteHistory() {
   const std::optional<std::wstring> name = selectedHistory();
   // Without the question's text the user has still pressed the button.
   if (!name || showTaskDialog(deleteHistoryKey, {}, window()).value_or(kvui::yes) != kvui::yes) return;
-  if (!history_.DeleteHistory(*name)) return;
+  if (!history_.DeleteHistory(keyOf(*name))) return;
   KvUiList& list = List(role::history);
   list.Remove(list.Selected());
   list.Select(0);

@@ -74,6 +74,8 @@ private:
   void readScales();
   void saveHistories();
   [[nodiscard]] std::optional<std::wstring> selectedHistory() const;
+  /// Of a saved configuration of the shown type.
+  [[nodiscard]] HistoryKey keyOf(const std::wstring& historyName) const;
   [[nodiscard]] ZanAnnotationExList::Presets* presets();
 
   BuildData data_;

@@ -241,13 +241,13 @@ TEST_CASE("scales and trace come from the product's symbol, defaults without it"
   CHECK_EQ(build.args().scaleA, 1.5);
   CHECK_EQ(build.args().scaleB, 2.0);
   CHECK_EQ(build.args().insertPoint.y, 4.0);
-  CHECK_EQ(build.history().componentScale, L"2.000000");
-  CHECK_EQ(build.history().circuitScale, L"1.500000");
+  CHECK_EQ(build.state().entry.componentScale, L"2.000000");
+  CHECK_EQ(build.state().entry.circuitScale, L"1.500000");
   CHECK(build.args().trace);
 
   site.eval("(setq GBL_qn_bv_data nil)");
   ZanBrenvolt next(site.arguments(), site.lent());
   next.readBuildData();
-  CHECK_EQ(next.history().componentScale, L"1.000000");
+  CHECK_EQ(next.state().entry.componentScale, L"1.000000");
   CHECK_FALSE(next.args().trace);
 }

@@ -30,10 +30,7 @@ struct OpenedHistory {
                                          std::wstring(tag) + L"\">" + markerContent +
                                          L"</Marker></History></CircuitType></Circuit></BrenvoltHistory>"));
     history.context = fromUtf8((folder / "site.xls").string());
-    history.circuit = L"C";
-    history.circuitType = L"T";
-    history.historyName = L"H";
-    REQUIRE(history.OpenHistory());
+    REQUIRE(history.OpenHistory({L"C", L"T", L"H"}));
   }
 };
 

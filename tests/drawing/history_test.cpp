@@ -55,16 +55,11 @@ struct Fixture {
   TemporaryFolder folder;
   ZanDwgMarkerList markers;
   ZanXmlHistory history;
+  HistoryEntry entry{{L"Motor", L"Direct on line", L"Pump 1"}, L"MOTOR_SHEET", L"1.000000", L"2.500000"};
 
   Fixture() {
     fillMarkers(markers);
     history.context = fromUtf8((folder / "site.xls").string());
-    history.worksheet = L"MOTOR_SHEET";
-    history.circuit = L"Motor";
-    history.circuitType = L"Direct on line";
-    history.historyName = L"Pump 1";
-    history.componentScale = L"1.000000";
-    history.circuitScale = L"2.500000";
   }
 
   [[nodiscard]] fs::path file() const { return folder / "zan_brenvolt.xml"; }
@@ -81,14 +76,14 @@ struct Fixture {
     return found;
   }
   bool save(const wchar_t* name) {
-    history.historyName = name;
-    return history.SaveHistory(markers);
+    entry.key.name = name;
+    return history.SaveHistory(entry, markers);
   }
   /// The journal, which every save writes, apart.
   [[nodiscard]] std::vector<std::string> filesInFolder() const {
     std::vector<std::string> found;
-    for (const auto& entry : fs::directory_iterator(folder.path()))
-      if (entry.path().extension() != ".journal") found.push_back(entry.path().filename().string());
+    for (const auto& each : fs::directory_iterator(folder.path()))
+      if (each.path().extension() != ".journal") found.push_back(each.path().filename().string());
     std::sort(found.begin(), found.end());
     return found;
   }
@@ -110,7 +105,7 @@ std::wstring foreignFile(const wchar_t* root, const wchar_t* version) {
 TEST_CASE_FIXTURE(Fixture, "a first save writes exactly the bytes of the format") {
   history.context = L"/site/zan_brenvolt.xls";
   std::string xml;
-  REQUIRE(history.BuildDocument(markers, xml));
+  REQUIRE(history.BuildDocument(entry, markers, xml));
   CHECK_FALSE(history.hasDocument());
   REQUIRE(history.WriteDocument(fromUtf8(file().string()), xml));
   CHECK(matchesGolden("tests/drawing/golden/zan_brenvolt.xml", bytesOf(file())));
@@ -129,7 +124,7 @@ TEST_CASE_FIXTURE(Fixture, "a save under a known name replaces the entry and mov
   CHECK(save(L"PUMP 1"));
   CHECK(bytesOf(file()) == before);
 
-  history.circuit = L"Feeder";
+  entry.key.circuit = L"Feeder";
   CHECK(save(L"Pump 1"));
   CHECK(names() == Names{L"Pump 2", L"PUMP 1"});
 }
@@ -185,22 +180,22 @@ TEST_CASE_FIXTURE(Fixture, "a damaged file costs neither the parser's reason nor
   CHECK_FALSE(history.Reload());
   CHECK_FALSE(history.error.empty());
   Names found;
-  CHECK(history.GetHistoryNames(history.circuit, history.circuitType, found));
+  CHECK(history.GetHistoryNames(entry.key.circuit, entry.key.type, found));
   CHECK_FALSE(history.SaveFile());
-  CHECK_FALSE(history.AddHistory(markers, fromUtf8(file().string())));
+  CHECK_FALSE(history.AddHistory(entry, markers, fromUtf8(file().string())));
 }
 
 TEST_CASE_FIXTURE(Fixture, "names that are missing, or a workbook without a folder, save nothing") {
   CHECK(save(L"Pump 1"));
   const std::string before = bytesOf(file());
-  for (std::wstring* name : {&history.circuit, &history.circuitType, &history.historyName}) {
+  for (std::wstring* name : {&entry.key.circuit, &entry.key.type, &entry.key.name}) {
     const std::wstring old = std::exchange(*name, L"");
-    CHECK_FALSE(history.SaveHistory(markers));
-    CHECK_FALSE(history.OpenHistory());
+    CHECK_FALSE(history.SaveHistory(entry, markers));
+    CHECK_FALSE(history.OpenHistory(entry.key));
     *name = old;
   }
   history.context = L"zan_brenvolt.xls";
-  CHECK_FALSE(history.SaveHistory(markers));
+  CHECK_FALSE(history.SaveHistory(entry, markers));
   CHECK_FALSE(history.Reload());
   CHECK(bytesOf(file()) == before);
 }
@@ -210,7 +205,7 @@ TEST_CASE_FIXTURE(Fixture, "a name with control characters is refused, and the f
   const std::string before = bytesOf(file());
   for (const wchar_t* name : {L"a\nb", L"tab\t", L"\x01", L"\x9f"})
     CHECK_THROWS_AS(save(name), XmlError);
-  history.circuit = L"Bell\a";
+  entry.key.circuit = L"Bell\a";
   CHECK_THROWS_AS(save(L"Pump 2"), XmlError);
   CHECK(bytesOf(file()) == before);
 }
@@ -232,8 +227,8 @@ TEST_CASE_FIXTURE(Fixture, "a file without write permission stays as it is, and 
 TEST_CASE_FIXTURE(Fixture, "deleting stays in memory until the file is saved, and leaves empty parents") {
   CHECK(save(L"Pump 1"));
   CHECK(history.Reload());
-  CHECK_FALSE(history.DeleteHistory(L"Pump 9"));
-  CHECK(history.DeleteHistory(L"pump 1"));
+  CHECK_FALSE(history.DeleteHistory({L"Motor", L"Direct on line", L"Pump 9"}));
+  CHECK(history.DeleteHistory({L"motor", L"Direct on line", L"pump 1"}));
   CHECK(names() == Names{L"Pump 1"});
   CHECK(history.SaveFile());
   CHECK(names().empty());
@@ -251,7 +246,7 @@ TEST_CASE_FIXTURE(Fixture, "the summary shows setups and choices, the second set
   CHECK(history.Reload());
 
   HistorySummary summary;
-  CHECK(history.ReadHistory(L"PUMP 1", summary));
+  CHECK(history.ReadHistory({L"Motor", L"Direct on line", L"PUMP 1"}, summary));
   CHECK(summary.componentScale == L"1.000000");
   CHECK(summary.circuitScale == L"2.500000");
   CHECK(
@@ -263,23 +258,21 @@ TEST_CASE_FIXTURE(Fixture, "the summary shows setups and choices, the second set
                            {L"Colour", L"Red"},
                            {L"Type - 2", L"Heater"},
                            {L"Disconnect - 2", L"Breaker"}});
-  CHECK_FALSE(history.ReadHistory(L"Pump 2", summary));
+  CHECK_FALSE(history.ReadHistory({L"Motor", L"Direct on line", L"Pump 2"}, summary));
 }
 
 TEST_CASE_FIXTURE(Fixture, "open goes by the state on disk") {
   CHECK(save(L"Pump 1"));
   ZanXmlHistory other;
   other.context = history.context;
-  other.circuit = L"motor";
-  other.circuitType = L"DIRECT ON LINE";
-  other.historyName = L"Pump 2";
-  CHECK_FALSE(other.OpenHistory());
+  const HistoryKey key{L"motor", L"DIRECT ON LINE", L"Pump 2"};
+  CHECK_FALSE(other.OpenHistory(key));
   CHECK(save(L"Pump 2"));
-  CHECK(other.OpenHistory());
+  CHECK(other.OpenHistory(key));
   CHECK(other.FindElement(L"Marker", L"Tag", L"lamp.1.2").attribute(L"Code") == L"LAMP");
   CHECK(other.FindElement(L"Marker", L"Tag", L"TITLE.1.1").isNull());
   CHECK(other.FindElement(L"HistoryCheck", L"Worksheet", L"motor_sheet").isNull() == false);
   fs::remove(file());
-  CHECK_FALSE(other.OpenHistory());
+  CHECK_FALSE(other.OpenHistory(key));
   CHECK_FALSE(other.hasOpenHistory());
 }

@@ -20,12 +20,12 @@ using house::sourcesBelow;
 
 namespace {
 
-/// A floor of the plug-in: what stands on it may include what stands on lower floors, and itself.
-struct Floor {
-  const char* room;
+/// A layer of the plug-in: what is in it may include what is in lower layers, and itself.
+struct Layer {
+  const char* folder;
   int level;
 };
-constexpr Floor floors[] = {
+constexpr Layer layers[] = {
     {"text", 0},    {"expr", 1},    {"host_api", 1}, {"host", 2},  {"widgets", 2}, {"data", 3},
     {"project", 4}, {"drawing", 5}, {"config", 6},   {"build", 7}, {"flows", 8},   {"plugin", 9},
 };
@@ -37,8 +37,8 @@ const std::map<std::string, std::set<std::string>> platformReaders = {
     {"platform/xml_encoding.h", {"project"}}, {"platform/workbook_writer.h", {"flows"}},
 };
 
-/// What the rooms of the simulated host may see of src/ beside text/ and the host's face. The tool is no part of the
-/// host: it calls services of the plug-in's lower floors directly, and never a flow. `site` builds a site's database, and
+/// What the folders of the simulated host may see of src/ beside text/ and the host's face. The tool is no part of the
+/// host: it calls services of the plug-in's lower layers directly, and never a flow. `site` builds a site's database, and
 /// asks `data` what its columns hold.
 const std::map<std::string, std::set<std::string>> simhostReaders = {
     {"lisp", {}},
@@ -53,40 +53,40 @@ const std::map<std::string, std::set<std::string>> simhostReaders = {
     {"cli", {"expr", "host", "data", "project", "drawing", "config", "build"}},
 };
 
-std::optional<int> levelOf(const std::string& room) {
-  for (const Floor& floor : floors)
-    if (room == floor.room) return floor.level;
+std::optional<int> levelOf(const std::string& folder) {
+  for (const Layer& layer : layers)
+    if (folder == layer.folder) return layer.level;
   return std::nullopt;
 }
 
-std::string roomOfInclude(const std::string& include) {
+std::string folderOfInclude(const std::string& include) {
   if (include.starts_with("host/host_api")) return "host_api";
   return include.substr(0, include.find('/'));
 }
 
-std::string roomOfFile(const fs::path& file) {
+std::string folderOfFile(const fs::path& file) {
   const std::string relative = file.lexically_relative("src").generic_string();
-  return roomOfInclude(relative);
+  return folderOfInclude(relative);
 }
 
 } // namespace
 
 TEST_CASE("no include in src/ runs upwards or sideways") {
   for (const fs::path& file : sourcesBelow("src")) {
-    const std::string room = roomOfFile(file);
-    const std::optional<int> level = levelOf(room);
-    REQUIRE_MESSAGE(level.has_value(), "no floor for ", file.string());
+    const std::string folder = folderOfFile(file);
+    const std::optional<int> level = levelOf(folder);
+    REQUIRE_MESSAGE(level.has_value(), "no layer for ", file.string());
     for (const std::string& include : projectIncludesOf(file)) {
       if (include.starts_with("platform/file_")) continue;
       if (include.starts_with("platform/")) {
         const auto reader = platformReaders.find(include);
-        const bool isReader = reader != platformReaders.end() && reader->second.contains(room);
+        const bool isReader = reader != platformReaders.end() && reader->second.contains(folder);
         CHECK_MESSAGE(isReader, file.string(), " may not read ", include);
         continue;
       }
-      const std::string target = roomOfInclude(include);
+      const std::string target = folderOfInclude(include);
       const std::optional<int> targetLevel = levelOf(target);
-      const bool downwards = targetLevel.has_value() && (*targetLevel < *level || target == room);
+      const bool downwards = targetLevel.has_value() && (*targetLevel < *level || target == folder);
       CHECK_MESSAGE(downwards, file.string(), " includes ", include);
     }
   }
@@ -117,15 +117,15 @@ TEST_CASE("one file knows the library that parses command lines") {
 
 TEST_CASE("the simulated host sees of the plug-in only the host's face") {
   for (const fs::path& file : sourcesBelow("simhost")) {
-    const std::string room = roomOfInclude(file.lexically_relative("simhost").generic_string());
-    const auto allowed = simhostReaders.find(room);
+    const std::string folder = folderOfInclude(file.lexically_relative("simhost").generic_string());
+    const auto allowed = simhostReaders.find(folder);
     REQUIRE_MESSAGE(allowed != simhostReaders.end(), "no rule for ", file.string());
     for (const std::string& include : projectIncludesOf(file)) {
       if (include.starts_with("simhost/")) continue;
-      const std::string target = roomOfInclude(include);
+      const std::string target = folderOfInclude(include);
       const bool free = target == "text" || target == "host_api" || include.starts_with("platform/file_") ||
-                        (target == "platform" && (room == "cli" || room == "site")) ||
-                        (target == "circuits" && (room == "cli" || room == "gui"));
+                        (target == "platform" && (folder == "cli" || folder == "site")) ||
+                        (target == "circuits" && (folder == "cli" || folder == "gui"));
       CHECK_MESSAGE((free || allowed->second.contains(target)), file.string(), " includes ", include);
     }
   }
@@ -135,12 +135,12 @@ TEST_CASE("what is made of circuits sees lower layers, the drawing, the site and
   const std::map<std::string, int> levels = {{"netlist", 0}, {"provenance", 1}, {"reports", 2},
                                              {"set", 3},     {"building", 4},   {"export", 5}};
   for (const fs::path& file : sourcesBelow("circuits")) {
-    const std::string layer = roomOfInclude(file.lexically_relative("circuits").generic_string());
+    const std::string layer = folderOfInclude(file.lexically_relative("circuits").generic_string());
     const auto level = levels.find(layer);
     if (level == levels.end()) continue;
     for (const std::string& include : projectIncludesOf(file)) {
-      const std::string target = roomOfInclude(include);
-      const auto other = levels.find(roomOfInclude(include.substr(include.find('/') + 1)));
+      const std::string target = folderOfInclude(include);
+      const auto other = levels.find(folderOfInclude(include.substr(include.find('/') + 1)));
       const bool isLower = target == "circuits" && other != levels.end() &&
                            (other->second < level->second || other->first == layer);
       // What builds circuits is a user of a host with the plug-in.
@@ -157,14 +157,14 @@ TEST_CASE("what is made of circuits sees lower layers, the drawing, the site and
 }
 
 TEST_CASE("the check of a site builds circuits through the loaded module, as any user does") {
-  const std::set<std::string> rooms = {"text", "expr",    "host_api", "host",
-                                       "data", "project", "platform", "circuits"};
-  const std::set<std::string> simhostRooms = {"lisp", "drawing", "host", "ui", "site"};
+  const std::set<std::string> folders = {"text", "expr",    "host_api", "host",
+                                         "data", "project", "platform", "circuits"};
+  const std::set<std::string> simhostFolders = {"lisp", "drawing", "host", "ui", "site"};
   for (const fs::path& file : sourcesBelow("circuits/check"))
     for (const std::string& include : projectIncludesOf(file)) {
       const bool isSimhost = include.starts_with("simhost/");
-      const bool allowed = isSimhost ? simhostRooms.contains(roomOfInclude(include.substr(8)))
-                                     : rooms.contains(roomOfInclude(include));
+      const bool allowed = isSimhost ? simhostFolders.contains(folderOfInclude(include.substr(8)))
+                                     : folders.contains(folderOfInclude(include));
       CHECK_MESSAGE(allowed, file.string(), " includes ", include);
     }
 }
@@ -193,4 +193,13 @@ TEST_CASE("files open with what they are for and keep to one idea") {
       if (file.extension() == ".h" && !lines.empty())
         CHECK_MESSAGE(lines.front().starts_with("//"), file.string(), " does not open with its purpose");
     }
+}
+
+TEST_CASE("no path becomes wide text by the process's locale, which may not know its letters") {
+  for (const char* folder : {"src", "platform", "simhost", "circuits"})
+    for (const fs::path& file : sourcesBelow(folder))
+      for (const std::string& line : linesOf(file)) {
+        const bool isConverted = line.find(".wstring()") != std::string::npos;
+        CHECK_MESSAGE(!isConverted, file.string(), ": use fromUtf8(path.string()) in ", line);
+      }
 }

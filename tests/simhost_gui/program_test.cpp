@@ -9,6 +9,8 @@
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
+#include <regex>
+#include <sstream>
 #include <string>
 
 using namespace simhost;
@@ -38,6 +40,21 @@ ProgramRun run(const std::string& environment, const std::string& arguments) {
 constexpr const char* noScreen = "-u DISPLAY -u WAYLAND_DISPLAY -u QT_QPA_PLATFORM";
 constexpr const char* noDisplay = "-u DISPLAY -u WAYLAND_DISPLAY QT_QPA_PLATFORM=xcb";
 constexpr const char* offscreen = "QT_QPA_PLATFORM=offscreen";
+
+/// What the README and the manual say after the program's name, up to the end of the line or of the code.
+std::vector<std::string> calledInManual() {
+  std::vector<std::filesystem::path> pages = {"README.md"};
+  for (const auto& entry : std::filesystem::directory_iterator("docs"))
+    if (entry.path().extension() == ".md") pages.push_back(entry.path());
+  std::vector<std::string> calls;
+  for (const std::filesystem::path& page : pages) {
+    std::ifstream in(page);
+    for (std::string line; std::getline(in, line);)
+      if (const std::size_t name = line.find("brenvolt-gui "); name != std::string::npos)
+        calls.push_back(line.substr(name, line.find('`', name) - name));
+  }
+  return calls;
+}
 
 } // namespace
 
@@ -97,4 +114,29 @@ TEST_CASE("a session is done in the windows, with a picture of each, or its slip
       offscreen, common + " --play " + folder.path("bad.json") + " --pictures " + folder.path("pictures"));
   CHECK(bad.exitCode == 3);
   CHECK_MESSAGE(bad.output.find("insertAll") != std::string::npos, bad.output);
+}
+
+TEST_CASE("the examples of the program's help run, and the manual gives only options that it has") {
+  const GuiFolder folder;
+  const std::string help = run(noScreen, "--help").output;
+  std::istringstream lines(help);
+  int examples = 0;
+  for (std::string line; std::getline(lines, line);) {
+    if (!line.starts_with("  brenvolt-gui ")) continue;
+    const std::size_t picture = line.find_last_of(' ') + 1;
+    const std::string file = folder.path(line.substr(picture));
+    const ProgramRun shown =
+        run(offscreen, line.substr(15, picture - 15) + file + " --settings " + folder.path("settings.json"));
+    CHECK_MESSAGE(shown.exitCode == 0, line, shown.output);
+    CHECK(std::filesystem::exists(file));
+    ++examples;
+  }
+  CHECK(examples == 2);
+
+  const std::regex option("--[a-z-]+");
+  const std::vector<std::string> calls = calledInManual();
+  CHECK(calls.size() > 2);
+  for (const std::string& call : calls)
+    for (std::sregex_iterator found(call.begin(), call.end(), option), end; found != end; ++found)
+      CHECK_MESSAGE(help.find(found->str()) != std::string::npos, call);
 }
