@@ -257,10 +257,9 @@ void AccessFile::Native::noteColumns(const MdbTableDef& table, TableReceiver& re
     const auto* column = static_cast<MdbColumn*>(g_ptr_array_index(table.columns, index));
     const std::wstring name = L"column " + fromUtf8(column->name);
     if (column->col_type == MDB_COMPLEX)
-      receiver.note(name + L": attachments and lists of values are left out");
-    if (isCalculated(*column)) receiver.note(name + L": calculated values are left out");
-    if (column->col_type == extendedDateType)
-      receiver.note(name + L": dates of the extended kind are left out");
+      receiver.note(name + L": attachments and lists of values are not imported");
+    if (isCalculated(*column)) receiver.note(name + L": calculated values are not imported");
+    if (column->col_type == extendedDateType) receiver.note(name + L": extended dates are not imported");
   }
 }
 
@@ -294,7 +293,7 @@ bool AccessFile::Native::readRows(MdbTableDef& table, TableReceiver& receiver) {
     }
     if (!receiver.row(std::move(row), ++place)) return false;
   }
-  if (brokenRows > 0) receiver.note(formatInt(brokenRows) + L" damaged rows are left out");
+  if (brokenRows > 0) receiver.note(formatInt(brokenRows) + L" damaged rows are not imported");
   if (brokenValues > 0) receiver.note(formatInt(brokenValues) + L" damaged long values are cut short");
   if (roundedCells > 0)
     receiver.note(formatInt(roundedCells) + L" numbers of more than 15 digits are rounded");

@@ -62,15 +62,15 @@ std::optional<std::wstring> sheetNameProblem(std::wstring_view name) {
 }
 
 std::optional<std::wstring> rowProblem(const BookRow& cells, std::size_t row) {
-  if (row >= maximumRows) return L"a sheet holds at most 65536 rows";
-  if (cells.size() > maximumColumns) return L"a sheet holds at most 256 columns";
+  if (row >= maximumRows) return L"a sheet has at most 65536 rows";
+  if (cells.size() > maximumColumns) return L"a sheet has at most 256 columns";
   for (std::size_t column = 0; column < cells.size(); ++column) {
     const auto* text = std::get_if<std::wstring>(&cells[column]);
     const bool isTooLong = text != nullptr && unitCount(*text) > maximumTextUnits;
     const bool isNoNumber = text == nullptr && !std::isfinite(std::get<double>(cells[column]));
     if (!isTooLong && !isNoNumber) continue;
     return L"row " + std::to_wstring(row + 1) + L", column " + std::to_wstring(column + 1) +
-           (isTooLong ? L": a cell holds at most 32767 characters" : L": the number is not finite");
+           (isTooLong ? L": a cell has at most 32767 characters" : L": the number is not finite");
   }
   return std::nullopt;
 }

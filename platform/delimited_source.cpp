@@ -133,7 +133,7 @@ DelimitedTable readTable(const fs::path& file, std::wstring& faults) {
         table.columns.push_back({std::move(name), ColumnType::text});
       }
       if (record.cells == std::vector<std::string>{""})
-        addFault(faults, file, 1, L"there are no column names");
+        addFault(faults, file, 1, L"the column names are missing");
       continue;
     }
     // An empty line, often the last one, is no row.
@@ -189,7 +189,7 @@ std::unique_ptr<TableSource> openDelimitedSource(const std::wstring& folder, std
   // Folders list their files in any order.
   std::sort(files.begin(), files.end());
   if (files.empty()) {
-    error = folder + L": " + (code ? fromUtf8(code.message()) : L"the folder holds no .csv file");
+    error = folder + L": " + (code ? fromUtf8(code.message()) : L"the folder contains no .csv file");
     return nullptr;
   }
   auto source = std::make_unique<DelimitedSource>();

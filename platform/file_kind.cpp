@@ -54,7 +54,7 @@ FileKind fileKind(const std::wstring& path) {
 std::wstring refusalOf(FileKind kind) {
   switch (kind) {
   case FileKind::absent:
-    return L"there is no such file";
+    return L"no such file";
   case FileKind::folder:
     return L"is a folder, not a database file";
   case FileKind::unreadable:

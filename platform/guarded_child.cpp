@@ -106,7 +106,7 @@ bool ChildReader::fill() {
     ready = poll(&wait, 1, limits_.silenceMilliseconds);
   } while (ready < 0 && errno == EINTR);
   if (ready <= 0) {
-    reason_ = L"it is damaged: reading it does not come to an end";
+    reason_ = L"it is damaged: reading it does not end";
     return false;
   }
   std::array<char, chunkSize> chunk{};
@@ -117,7 +117,7 @@ bool ChildReader::fill() {
   }
   taken_ += static_cast<std::uint64_t>(count);
   if (taken_ > limits_.bytes) {
-    reason_ = L"it is damaged: it seems to hold more than it can";
+    reason_ = L"it is damaged: it seems to contain more than its size allows";
     return false;
   }
   buffer_.assign(chunk.data(), static_cast<std::size_t>(count));

@@ -27,13 +27,13 @@ bool isInteger(std::wstring_view value) {
 enum class Place { open, text, name };
 
 std::wstring refusal(Place place, wchar_t letter, const std::wstring& value) {
-  if (letter == L'd' && !isInteger(value)) return L"\"" + value + L"\" is no integer";
+  if (letter == L'd' && !isInteger(value)) return L"\"" + value + L"\" is not an integer";
   if (place == Place::text && holdsSingleQuote(value)) {
-    return L"a value with a single quote cannot stand in a statement: " + value;
+    return L"a value with a single quote cannot be used in a statement: " + value;
   }
   if (place == Place::name && (value.empty() || value.find_first_of(L"[]") != std::wstring::npos)) {
-    return value.empty() ? L"an empty name cannot stand in a statement"
-                         : L"a name with a bracket cannot stand in a statement: " + value;
+    return value.empty() ? L"an empty name cannot be used in a statement"
+                         : L"a name with a bracket cannot be used in a statement: " + value;
   }
   return {};
 }

@@ -194,7 +194,7 @@ private:
         if (!only.empty() && !equalsOrdinalNoCase(name, only)) continue;
         for (const Task& earlier : tasks_) {
           if (!equalsOrdinalNoCase(earlier.name, name)) continue;
-          fail(input->path + L": the table " + name + L" comes from " + earlier.input->path + L" too");
+          fail(input->path + L": the table " + name + L" also comes from " + earlier.input->path);
         }
         if (startsNoCase(name, L"sqlite_")) fail(input->path + L": a table cannot be named " + name);
         tasks_.push_back({input.get(), sourceName, std::move(name)});
@@ -212,7 +212,7 @@ private:
     if (kind == FileKind::sqlite) {
       return writeInto(tables::openSqliteTarget(target.string(), TargetFile::open, reason), reason);
     }
-    if (kind != FileKind::absent) return fail(outPath_ + L": exists and is no database that can be written");
+    if (kind != FileKind::absent) return fail(outPath_ + L": exists and is not a writable database");
     FileReplacement file(outPath_);
     if (file.fault()) return cannotWrite(file.fault()->reason);
     const std::string name = toUtf8(file.nameToWrite());
@@ -253,7 +253,7 @@ private:
     for (const std::wstring& name : existing) {
       if (!equalsOrdinalNoCase(name, task.name)) continue;
       if (options_.existing == ExistingTables::refuse) {
-        fail(shownOut_ + L": holds a table " + name + L" already; it would have to be replaced");
+        fail(shownOut_ + L": already contains a table " + name + L"; use --replace to replace it");
         return false;
       }
       std::wstring reason;

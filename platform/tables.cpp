@@ -234,7 +234,7 @@ bool ZanOleDbColumns::Open(ZanOleDbConnection& connection, std::wstring_view tab
   const auto found = std::find_if(
       known.begin(), known.end(), [&](const std::wstring& name) { return equalsOrdinalNoCase(name, table); });
   if (found == known.end()) {
-    connection.ErrorInfo().Set(L"there is no table " + std::wstring(table));
+    connection.ErrorInfo().Set(L"no such table: " + std::wstring(table));
     return false;
   }
   return engine->columnNames(*found, names_, connection.ErrorInfo());

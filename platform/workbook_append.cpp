@@ -93,7 +93,7 @@ std::optional<std::wstring> WorkbookAppend::loadStreams(Ole2Container& container
   if (!workbook) {
     return container.findRootStream(L"Book")
                ? L"is a workbook of an older version: save it as Excel 97-2003 first"
-               : L"holds no workbook";
+               : L"contains no workbook";
   }
   for (std::size_t i = 0; i < container.entries().size(); ++i) {
     Ole2Item item;

@@ -62,7 +62,7 @@ bool WorkbookReader::State::openStream() {
     if (container.findRootStream(L"EncryptedPackage")) {
       return fail(L"is encrypted: save it without a password and as .xls");
     }
-    return fail(L"holds no workbook");
+    return fail(L"contains no workbook");
   }
   stream = container.openStream(*entry);
   if (!stream) return fail(container.error());

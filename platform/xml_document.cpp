@@ -45,7 +45,7 @@ void requireName(const std::string& name) {
         return isNameStart(character) || (character >= '0' && character <= '9') || character == '-' ||
                character == '.';
       });
-  if (!valid) throw XmlError("\"" + name + "\" is no name of an XML element or attribute");
+  if (!valid) throw XmlError("\"" + name + "\" is not a name of an XML element or attribute");
 }
 
 bool isElement(const pugi::xml_node& node) {
@@ -60,7 +60,7 @@ const char* shapeFault(const pugi::xml_document& document) {
     if (node.type() == pugi::node_pcdata || node.type() == pugi::node_cdata)
       return "There is text outside of the root element.";
   }
-  if (roots == 0) return "There is no root element.";
+  if (roots == 0) return "The root element is missing.";
   if (roots > 1) return "There is more than one root element.";
   return nullptr;
 }
@@ -90,7 +90,7 @@ void requireCharacters(std::wstring_view name, std::wstring_view value) {
   throw XmlError(
       toUtf8(name) + ": character " + std::to_string(place - value.begin() + 1) +
       " is a control character (code " + std::to_string(static_cast<long>(*place)) +
-      "), which the file cannot hold");
+      "), which the file cannot contain");
 }
 
 /// Collects what the engine writes.

@@ -54,19 +54,19 @@ expect "no right to install" 1 'run "apt-get install libedit-dev" as root' make
 fresh_machine
 stub dpkg-query '[ "${!#}" != libedit-dev ] && echo "install ok installed"'
 stub apt-get 'echo "Temporary failure resolving" >&2; exit 100'
-expect "no network" 1 "cannot install libedit-dev: see whether the network is there" make
+expect "no network" 1 "cannot install libedit-dev: check the network" make
 
 fresh_machine
 stub cmake 'echo "Could NOT find Qt6"; exit 1'
-expect "a configuration that fails" 1 "the first error above says what is missing" make
+expect "a configuration that fails" 1 "the first error above names what is missing" make
 
 fresh_machine
 stub cmake 'if [ "$1" = --build ]; then echo "cannot write x.o: No space left on device"; exit 1; fi'
-expect "a full disk" 1 "the disk is full: make room" make
+expect "a full disk" 1 "the disk is full: free some space" make
 
 fresh_machine
 stub cmake 'if [ "$1" = --build ]; then kill -INT $PPID; sleep 1; exit 130; fi'
-expect "an interrupted build" 130 "goes on where this one ended" make
+expect "an interrupted build" 130 "continues from here" make
 
 # The tool needs no windows and no tests; a later verb adds them.
 fresh_machine

@@ -84,9 +84,9 @@ CommandTable catalogCommand() {
       .description = "list the circuits of the site's workbook and check it",
       .options = joinedRows(
           {options->site.rows(),
-           {{"--json", &options->asJson, "Print for a machine"},
+           {{"--json", &options->asJson, "Print as JSON"},
             {"--check", &options->isCheck,
-             "Check workbook, forms and templates too, as check does; exit code 5 for findings"}}}),
+             "Also check workbook, forms and templates as check does; exit code 5 for findings"}}}),
       .examples = {"brenvolt catalog --site site", "brenvolt catalog --site site --check"},
       .page = "workbook.md",
       .run = [options] { return runCatalog(*options); },

@@ -32,7 +32,7 @@ struct CheckCommandOptions {
 
 circuits::CheckOptions checkOptions(const CheckCommandOptions& options) {
   std::error_code error;
-  if (options.site.empty()) throw BadInput("check: name the folder of the site");
+  if (options.site.empty()) throw BadInput("SITE: name the folder of the site");
   if (!fs::is_directory(options.site, error)) throw BadInput(options.site + ": not a folder");
   circuits::CheckOptions check;
   check.site = fs::absolute(options.site).lexically_normal();
@@ -82,18 +82,18 @@ CommandTable checkCommand() {
           "find mistakes of a site: workbook, forms, templates, tables, saved configurations, LISP",
       .options =
           {{"SITE", &options->site, "Folder of the site"},
-           {"--workbook", &options->workbook, "Another workbook than the site's", "FILE"},
+           {"--workbook", &options->workbook, "Use this workbook instead of the site's", "FILE"},
            {"--only",
             &options->only,
-            "Look only at this kind of rules; may be given several times",
+            "Check only this kind of rules; can be repeated",
             "KIND",
             {.choices = kindNames()}},
            {"--quick", &options->isQuick, "Do not build the circuits"},
-           {"--json", &options->asJson, "Print for a machine"},
+           {"--json", &options->asJson, "Print as JSON"},
            {"--rules", &options->showsRules, "Print the table of all rules instead"},
-           {"--module", &options->module, "The plug-in, else ZanBrenvolt.kvx that came with the program",
+           {"--module", &options->module, "The plug-in; default: ZanBrenvolt.kvx of the installation",
             "FILE"}},
-      .footer = "Exit code 0 when the site is clean, 5 when there are findings. Nothing is written.",
+      .footer = "The exit code is 0 for a site without findings, otherwise 5. Nothing is written.",
       .examples = {"brenvolt check site --quick", "brenvolt check site --only forms --json"},
       .page = "check.md",
       .run = [options] { return runCheck(*options); },

@@ -58,7 +58,7 @@ void checkPresetValues(
     if (place >= record.groups.size()) {
       faults.push_back(
           name + "there are " + std::to_string(record.groups.size()) +
-          " option groups, and a value too many (" + value + ")");
+          " option groups, which is one value too many (" + value + ")");
     } else if (const auto& group = record.groups[place];
                values[place] != -1 && !hasOption(group, values[place])) {
       std::string known;
@@ -86,7 +86,7 @@ void needPreset(
         equals == std::wstring::npos ? std::nullopt : presetValues(hasValues ? part.substr(equals + 1) : L"");
     if (record == nullptr || !values)
       faults.push_back(
-          "preset \"" + toUtf8(part) + "\": must be CODE=1,2 with a code of the worksheet " +
+          "preset \"" + toUtf8(part) + "\": must be CODE=1,2 with a CODE of the worksheet " +
           toUtf8(worksheet));
     else
       checkPresetValues(part, *record, *values, faults);
@@ -102,7 +102,7 @@ brenvolt::ZanCircuitEntry findEntry(const SessionRun& run, const std::string& wo
   brenvolt::ZanCircuitCatalog list = readCircuitList(workbook);
   const std::wstring circuit = fromUtf8(run.circuit);
   if (!list.circuits().contains(circuit))
-    throw BadInput(toUtf8(list.workbook) + ": there is no circuit \"" + run.circuit + "\"");
+    throw BadInput(toUtf8(list.workbook) + ": no such circuit: \"" + run.circuit + "\"");
   const brenvolt::ZanCircuitEntry* found = list.findEntry(circuit, fromUtf8(run.type));
   if (found == nullptr)
     throw BadInput(
@@ -162,7 +162,7 @@ void setScales(lisp::Interpreter& interpreter, const CircuitCall& call) {
     ++place;
   }
   if (place <= componentScalePlace)
-    throw BadInput(toUtf8(buildDataSymbol) + ": the site keeps no scales in it, so none can be set");
+    throw BadInput(toUtf8(buildDataSymbol) + ": the site stores no scales in it, so they cannot be set");
   interpreter.setValue(buildDataSymbol, changed.take());
 }
 

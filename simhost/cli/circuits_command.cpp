@@ -85,7 +85,7 @@ ExitCode runCircuits(const CircuitsOptions& options) {
     circuits::eraseCircuit(drawing, chosenCircuit(circuits, "--erase", options.erase, options.drawing));
   if (!options.move.empty()) {
     if (!std::isfinite(options.by[0]) || !std::isfinite(options.by[1]))
-      throw BadInput("--by: a distance has two finite numbers");
+      throw BadInput("--by: must be two finite numbers X,Y");
     const CircuitObject& circuit = chosenCircuit(circuits, "--move", options.move, options.drawing);
     if (const Fault fault = circuits::moveCircuit(drawing, circuit, options.by[0], options.by[1]))
       throw BadInput("--by: " + toUtf8(*fault));
@@ -101,18 +101,22 @@ CommandTable circuitsCommand() {
   auto options = std::make_shared<CircuitsOptions>();
   return {
       .name = "circuits",
-      .description = "list the circuits that builds drew in a drawing, move or erase one",
+      .description = "list, move or erase the circuits of a drawing",
       .options = joinedRows(
           {{{"DRAWING", &options->drawing, "The drawing", "FILE", {.isRequired = true}}},
            options->output.rows(),
            {{"--erase",
              &options->erase,
-             "Erase the circuit of this id or tag, with all that its build drew",
+             "Erase the circuit with this id or tag, with all that its build drew",
              "CIRCUIT",
              {.excludes = {"--move"}}},
-            {"--move", &options->move, "Move the circuit of this id or tag", "CIRCUIT", {.needs = {"--by"}}},
-            {"--by", &options->by, "How far it is moved", "X,Y", {.needs = {"--move"}}},
-            {"--out", &options->out, "Write the changed drawing here instead of over the old one", "FILE"}}}),
+            {"--move",
+             &options->move,
+             "Move the circuit with this id or tag",
+             "CIRCUIT",
+             {.needs = {"--by"}}},
+            {"--by", &options->by, "Distance of the move", "X,Y", {.needs = {"--move"}}},
+            {"--out", &options->out, "Write the changed drawing here and keep the old one", "FILE"}}}),
       .examples = {"brenvolt circuits motor.json", "brenvolt circuits motor.json --csv"},
       .page = "tool.md",
       .run = [options] { return runCircuits(*options); },

@@ -35,7 +35,7 @@ public:
   Parser(const CommandTable& program, const std::string& firstWord)
       : app_(program.description, program.name), firstWord_(firstWord) {
     addTo(app_, program, program, program.name);
-    app_.add_option(writeHelpOption, "Write manual pages and completions of shells into this folder")
+    app_.add_option(writeHelpOption, "Write manual pages and shell completions to this folder")
         ->type_name("DIR");
   }
 

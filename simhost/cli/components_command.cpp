@@ -48,7 +48,7 @@ std::wstring servingCode(EngineeringRun& run) {
 ExitCode runComponents(const ComponentsOptions& options) {
   const std::optional<double> fla = plainNumber(fromUtf8(options.fla));
   if (!fla || !brenvolt::isGiven(*fla))
-    throw BadInput("--fla: \"" + options.fla + "\" is no current above 0");
+    throw BadInput("--fla: \"" + options.fla + "\" must be a number above 0");
   EngineeringRun run(options.site.site, options.site.standardCode);
   brenvolt::ZanAutoSizeComponent sizing(&run.connection());
   std::vector<brenvolt::ZanAutoSizeRow> rows;

@@ -56,7 +56,7 @@ std::vector<CsvRecord> parseCsv(std::string_view text, const std::string& file) 
       hasText = true;
     }
   }
-  if (isQuoted) throw BadInput(file + ", line " + std::to_string(quoteLine) + ": the quote never ends");
+  if (isQuoted) throw BadInput(file + ", line " + std::to_string(quoteLine) + ": a closing quote is missing");
   endRecord();
   return records;
 }

@@ -82,14 +82,14 @@ void saveBuilds(HostRun& host, const std::wstring& name, bool& isUnsaved) {
 }
 
 ExitCode runDraw(DrawOptions& options) {
-  if (options.host.save.empty()) throw CannotWrite("--out: names no file");
+  if (options.host.save.empty()) throw CannotWrite("--out: name a file");
   if (!std::isfinite(options.run.at[0]) || !std::isfinite(options.run.at[1]))
-    throw BadInput("--at: a place has two finite numbers");
+    throw BadInput("--at: must be two finite numbers X,Y");
   const bool asks = !options.host.answers.empty();
   const std::string workbook = options.site.path();
   if (options.saveHistory.size() > 1) throw BadInput("--save-history: give one name");
   if (!options.saveHistory.empty() && options.saveHistory[0].empty())
-    throw BadInput("--save-history: \"\" is no name");
+    throw BadInput("--save-history: must not be empty");
   const CircuitCall call =
       circuitCall(options.run, workbook, asks ? CircuitBuild::withDialog : CircuitBuild::direct);
 
@@ -140,17 +140,17 @@ CommandTable drawCommand() {
   SessionRun& run = options->run;
   HostOptions& host = options->host;
   OptionRows rows = {
-      {"--standard-code", &options->standardCode,
-       "Code standard, instead of the one that the site's LISP names", "CODE"},
+      {"--standard-code", &options->standardCode, "Electrical code, instead of that of the site's LISP",
+       "CODE"},
       {"--default-tables", &options->takesDefaultTables,
-       "Go on with the tables of NEC where the code standard has none, as a user may answer"},
+       "Continue with the tables of NEC where the electrical code has none"},
       {"--keep-going", &options->keepsGoing,
-       "Go on after a form that fails, and report all of them at the end"},
+       "Continue after a form that fails, and report all of them at the end"},
       {"--circuit", &run.circuit, "Name of the circuit", {}, {.isRequired = true}},
       {"--type", &run.type, "Name of its type", {}, {.isRequired = true}},
-      {"--history", &run.history, "Take over this saved configuration", "NAME"},
-      {"--save-history", &options->saveHistory, "Save what was built under this name", "NAME"},
-      {"--preset", &run.preset, "Options ahead of the build: CODE=1,2;CODE=3", "TEXT"},
+      {"--history", &run.history, "Use this saved configuration", "NAME"},
+      {"--save-history", &options->saveHistory, "Save the choices of the build under this name", "NAME"},
+      {"--preset", &run.preset, "Choose options: CODE=1,2;CODE=3", "TEXT"},
       {"--params",
        &run.params,
        "Motor or load data of a placed circuit: \"a\";\"b\";\"c\"",
@@ -168,28 +168,28 @@ CommandTable drawCommand() {
        {.needs = {"--preset", "--project"}}},
       {"--project",
        &run.project,
-       "Keep records of the circuit in this project database",
+       "Write the records of the circuit to this project database",
        "FILE",
        {.path = OptionRules::Path::existingFile}},
-      {"--scale", &run.scale, "Scale of the circuit, else that of the saved configuration", "NUMBER"},
-      {"--component-scale", &run.componentScale, "Scale of its components, likewise", "NUMBER"},
-      {"--at", &run.at, "Where the template goes", "X,Y"},
+      {"--scale", &run.scale, "Scale of the circuit; default: that of the saved configuration", "NUMBER"},
+      {"--component-scale", &run.componentScale, "Scale of its components; default: likewise", "NUMBER"},
+      {"--at", &run.at, "Position of the template", "X,Y"},
       {"--drawing", &run.drawing, "Draw into this drawing instead of an empty one", "FILE"},
-      {"--out", &host.save, "Write the drawing here when all went well", "FILE", {.isRequired = true}},
-      {"--svg", &host.svg, "Write a picture too", "FILE"},
+      {"--out", &host.save, "Write the drawing here if no error occurs", "FILE", {.isRequired = true}},
+      {"--svg", &host.svg, "Also write a picture", "FILE"},
       // The dialog gives the name under which it saves.
       {"--answers",
        &host.answers,
-       "Build with the configuration dialog; what the user does there, step by step",
+       "Build with the configuration dialog, answered by this file step by step",
        "FILE",
        {.excludes = {"--save-history"}}},
       {"--record",
        &host.record,
-       "Write the session: what was run, all questions and answers, also when it fails",
+       "Record the session: commands, questions and answers, also after an error",
        "FILE",
        {.needs = {"--answers"}}},
       moduleRow(host.module),
-      {"--language", &host.language, "Two letters, else from the environment", "CODE"},
+      {"--language", &host.language, "Two letters; default: from the environment", "CODE"},
   };
   return {
       .name = "draw",

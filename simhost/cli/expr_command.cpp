@@ -21,12 +21,12 @@ struct ExprOptions {
 
 ExitCode runExpr(const ExprOptions& options) {
   const std::optional<double> variable = plainNumber(brenvolt::fromUtf8(options.variable));
-  if (!variable) throw BadInput("\"" + options.variable + "\" is no number");
+  if (!variable) throw BadInput("\"" + options.variable + "\" is not a number");
   double value = 0.0;
   try {
     value = brenvolt::ZanExprEvaluator().Evaluate(brenvolt::fromUtf8(options.text), *variable);
   } catch (const brenvolt::IllegalExprException&) {
-    throw BadInput("\"" + options.text + "\" is no expression");
+    throw BadInput("\"" + options.text + "\" is not a formula");
   }
   if (!std::isfinite(value)) throw BadInput("\"" + options.text + "\" has no finite value");
   printOut(brenvolt::toUtf8(brenvolt::formatShortest(value)) + "\n");
@@ -39,11 +39,11 @@ CommandTable exprCommand() {
   auto options = std::make_shared<ExprOptions>();
   return {
       .name = "expr",
-      .description = "work out a formula of the engineering tables",
+      .description = "evaluate a formula of the engineering tables",
       .options =
           {{"TEXT", &options->text, "The formula, with the variable \"i\"", {}, {.isRequired = true}},
-           {"I", &options->variable, "The value of \"i\", 0 without it"}},
-      .footer = "Put -- ahead of a formula that begins with a minus sign.",
+           {"I", &options->variable, "The value of \"i\"; default: 0"}},
+      .footer = "Write -- before a formula that begins with a minus sign.",
       .examples = {"brenvolt expr '2*(3+i)' 4", "brenvolt expr -- '-3+i' 5"},
       .page = "tables.md",
       .run = [options] { return runExpr(*options); },

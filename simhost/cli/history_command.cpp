@@ -132,8 +132,7 @@ ExitCode restoreHistory(const HistoryOptions& options) {
     throw BadInput("\"" + options.number + "\": not the number of a line of \"history log\"");
   const brenvolt::HistoryRecord& record = records[number - 1];
   if (record.former.empty())
-    throw BadInput(
-        "line " + options.number + ": nothing was replaced or deleted then, so nothing can be restored");
+    throw BadInput("line " + options.number + ": replaced or deleted nothing, so nothing can be restored");
   brenvolt::HistoryFile history;
   const HistoryOutcome outcome = brenvolt::restoreInHistory(fromUtf8(workbook), history, record);
   needDone(outcome, workbook);
@@ -158,7 +157,7 @@ ExitCode recoverHistory(const HistoryOptions& options) {
   for (const HistoryKey& key : salvaged.broken)
     std::fprintf(stderr, "brenvolt: %s: cannot be read: %s\n", options.file.c_str(), keyText(key).c_str());
   if (salvaged.entries.empty() && salvaged.broken.empty())
-    throw BadInput(options.file + ": there is no saved configuration in it");
+    throw BadInput(options.file + ": contains no saved configuration");
   return salvaged.broken.empty() ? ExitCode::done : ExitCode::findings;
 }
 
@@ -171,39 +170,39 @@ CommandTable historyCommand() {
       {all,
        {{"--circuit", &options->circuit, "Name of the circuit", {}, {.isRequired = true}},
         {"--type", &options->type, "Name of its type", {}, {.isRequired = true}},
-        {"NAME", &options->name, "Name of the history", {}, {.isRequired = true}}}});
+        {"NAME", &options->name, "Name of the saved configuration", {}, {.isRequired = true}}}});
   const OptionRows record = joinedRows(
       {all,
        {{"NUMBER", &options->number, "Number of the line of \"history log\"", {}, {.isRequired = true}}}});
   const OptionRows damaged = joinedRows(
-      {all, {{"FILE", &options->file, "The damaged file, which stays as it is", {}, {.isRequired = true}}}});
+      {all, {{"FILE", &options->file, "The damaged file, which is not changed", {}, {.isRequired = true}}}});
   return {
       .name = "history",
-      .description = "list, show, delete and bring back saved configurations",
+      .description = "list, show, delete and restore saved configurations",
       .commands =
           {
               {.name = "list",
-               .description = "the names of all saved configurations",
+               .description = "list the names of all saved configurations",
                .options = all,
                .run = [options] { return listHistories(*options); }},
               {.name = "show",
-               .description = "motor or load data and the choices of one",
+               .description = "show the motor or load data and the choices of one",
                .options = one,
                .run = [options] { return showHistory(*options); }},
               {.name = "delete",
-               .description = "take one out of the file",
+               .description = "delete one from the file",
                .options = one,
                .run = [options] { return deleteHistory(*options); }},
               {.name = "log",
-               .description = "what was saved and deleted, when and by whom",
+               .description = "list what was saved and deleted, when and by whom",
                .options = all,
                .run = [options] { return logHistory(*options); }},
               {.name = "restore",
-               .description = "bring back what was replaced or deleted then",
+               .description = "restore the entry that this line replaced or deleted",
                .options = record,
                .run = [options] { return restoreHistory(*options); }},
               {.name = "recover",
-               .description = "take over what can be read of a damaged file",
+               .description = "import the readable part of a damaged file",
                .options = damaged,
                .run = [options] { return recoverHistory(*options); }},
           },

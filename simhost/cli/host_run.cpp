@@ -57,7 +57,7 @@ const HostOptions& withWritableFiles(const HostOptions& options) {
 } // namespace
 
 OptionRow moduleRow(std::string& module) {
-  return {"--module", &module, "The plug-in, else ZanBrenvolt.kvx that came with the program", "FILE"};
+  return {"--module", &module, "The plug-in; default: ZanBrenvolt.kvx of the installation", "FILE"};
 }
 
 WindowsMaker& windowsMaker() {
@@ -69,17 +69,17 @@ WindowsMaker& windowsMaker() {
 
 OptionRows HostOptions::rows() {
   return {
-      {"--site", &site, "Folder of the site: its site.lsp is run first, its files are found by name", "DIR"},
+      {"--site", &site, "Folder of the site: runs its site.lsp first and finds its files by name", "DIR"},
       {"--drawing", &drawing, "Open this drawing instead of an empty one", "FILE"},
-      {"--answers", &answers, "Answers to the questions of the run, step by step", "FILE"},
-      {"--record", &record, "Write the session: what was run, all questions and answers, also when it fails",
+      {"--answers", &answers, "Answer file for the questions of the run", "FILE"},
+      {"--record", &record, "Record the session: commands, questions and answers, also after an error",
        "FILE"},
-      {"--save", &save, "Save the drawing when all went well", "FILE"},
-      {"--svg", &svg, "Write a picture of the current space when all went well", "FILE"},
-      {"--settings", &settings, "The user's settings; with --answers and without this they are not kept",
-       "FILE"},
+      {"--save", &save, "Save the drawing if no error occurs", "FILE"},
+      {"--svg", &svg, "Write a picture of the current space if no error occurs", "FILE"},
+      {"--settings", &settings,
+       "File of the user's settings; with --answers and without this option none are used", "FILE"},
       moduleRow(module),
-      {"--language", &language, "Two letters, else from the environment", "CODE"},
+      {"--language", &language, "Two letters; default: from the environment", "CODE"},
   };
 }
 
@@ -99,7 +99,7 @@ lisp::Value HostRun::call(std::wstring_view function, std::span<const lisp::Valu
 
 void HostRun::writeResults() {
   if (const std::size_t unused = windows_->unusedSteps(); unused != 0)
-    std::fprintf(stderr, "brenvolt: %s: %zu answers were not asked for\n", options_.answers.c_str(), unused);
+    std::fprintf(stderr, "brenvolt: %s: %zu answers were not used\n", options_.answers.c_str(), unused);
   DrawingDatabase& drawing = session().documents().current()->drawing();
   Fault fault;
   if (!options_.save.empty()) fault = saveDrawing(drawing, fromUtf8(options_.save));
@@ -146,7 +146,7 @@ void HostRun::writeRecording() {
 SessionRun readSession(const std::string& file) {
   try {
     std::optional<SessionRun> run = parseAnswerFile(readInput(file), file).run;
-    if (!run) throw BadInput(file + ": is no session: it does not say what has to be run (\"run\")");
+    if (!run) throw BadInput(file + ": is not a session: the member \"run\" is missing");
     return std::move(*run);
   } catch (const AnswerError& error) {
     throw BadInput(error.what());

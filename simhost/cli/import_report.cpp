@@ -18,10 +18,7 @@ using brenvolt::toUtf8;
 OutputTable tableOf(const brenvolt::ImportReport& report) {
   OutputTable table;
   table.columns = {
-      {"table", "Table"},
-      {"rows", "Rows", ColumnKind::number},
-      {"input", "From"},
-      {"notes", "Not carried over"}};
+      {"table", "Table"}, {"rows", "Rows", ColumnKind::number}, {"input", "From"}, {"notes", "Not imported"}};
   for (const brenvolt::ImportedTable& imported : report.tables)
     table.rows.push_back(
         {imported.name, brenvolt::formatInt(imported.rows), imported.input,

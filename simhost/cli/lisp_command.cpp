@@ -54,14 +54,14 @@ CommandTable lispCommand() {
   auto options = std::make_shared<LispOptions>();
   return {
       .name = "lisp",
-      .description = "run LISP files and forms in the simulated host, or talk to it at a prompt",
+      .description = "run LISP files and forms in the simulated host, or open a prompt",
       .options = joinedRows(
           {options->host.rows(),
-           {{"FILE", &options->steps, "LISP files, run in the order given"},
-            {formOption, &options->steps, "Forms, run in their place among the files", "FORM"}}}),
+           {{"FILE", &options->steps, "LISP files, run in the given order"},
+            {formOption, &options->steps, "Forms, run in the given order with the files", "FORM"}}}),
       .footer =
           "The value of the last file or form is the last line of standard output. A LISP error names file, "
-          "line and form; nothing is saved then. Without files and forms there is a prompt.",
+          "line and form; nothing is saved then. Without files and forms a prompt opens.",
       .examples = {"brenvolt lisp -e '(+ 1 2)'", "brenvolt lisp --site site -e '(zan_bv_code_std_desc)'"},
       .page = "lisp.md",
       .run = [options] { return runLisp(*options); },

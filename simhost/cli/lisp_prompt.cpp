@@ -141,10 +141,10 @@ ExitCode runLispPrompt(HostRun& host) {
     }
     text.clear();
   }
-  if (!text.empty()) throw BadInput("input: a form is not closed");
+  if (!text.empty()) throw BadInput("input: the last form is incomplete");
   if (lines.isTerminal()) commandLine.printLine(L"");
   if (hasFailed && !lines.isTerminal()) {
-    std::fprintf(stderr, "brenvolt: a form has failed: nothing is saved\n");
+    std::fprintf(stderr, "brenvolt: a form failed, so nothing is saved\n");
     return ExitCode::badInput;
   }
   host.writeResults();

@@ -33,8 +33,8 @@ int runTool(int argc, char** argv) {
       .name = "brenvolt",
       .description = "Electrical circuits in a simulated CAD host",
       .commands = simhost::subcommands(argc > 1 ? argv[1] : ""),
-      .footer =
-          "Exit codes: 0 done, 1 wrong arguments, 2 unexpected, 3 bad input, 4 cannot write, 5 findings.",
+      .footer = "Exit codes: 0 done, 1 wrong arguments, 2 unexpected error, 3 bad input, 4 cannot write, 5 "
+                "findings.",
   };
   const auto given = simhost::readCommandLine(tool, "brenvolt " BRENVOLT_VERSION, argc, argv);
   return given.end ? *given.end : static_cast<int>(run(*given.command));

@@ -109,7 +109,8 @@ void addCommandParts(Page& page, const std::string& words, const CommandTable& t
 
 void addEnd(Page& page, const CommandTable& program, const CommandTable& table) {
   page.section("EXIT STATUS");
-  page.line("0 done, 1 wrong arguments, 2 unexpected, 3 bad input, 4 cannot write, 5 findings of a check.");
+  page.line(
+      "0 done, 1 wrong arguments, 2 unexpected error, 3 bad input, 4 cannot write, 5 findings of a check.");
   page.section("SEE ALSO");
   page.line(
       (&program == &table ? program.name + " --help" : program.name + "(1)") +

@@ -83,7 +83,7 @@ CommandTable sitePublishCommand() {
   auto options = std::make_shared<PublishOptions>();
   return {
       .name = "publish",
-      .description = "engineering tables, parts choices and an empty project into a PostgreSQL database",
+      .description = "copy engineering tables, parts choices and an empty project to a PostgreSQL database",
       .options = joinedRows(
           {{{"SERVER",
              &options->server,
@@ -92,7 +92,7 @@ CommandTable sitePublishCommand() {
              {.isRequired = true}},
             {"--site", &options->site, "Folder of the site", "DIR", {.isRequired = true}},
             {"--replace", &options->replaces,
-             "Replace engineering tables that the server holds already; parts choices and projects stay"},
+             "Replace existing engineering tables of the server; parts choices and projects are kept"},
             {"--readers", &options->readers, "Role of the server that may read the tables", "ROLE"},
             {"--editors", &options->editors, "Role that may also change their rows", "ROLE"}},
            options->output.rows()}),

@@ -68,7 +68,7 @@ ExitCode runRatings(
           run.database() + ", table " + toUtf8(service.TableName()) + ": has no column " +
           toUtf8(description.nameOf(field.column)));
     if (value.find(L'\'') != std::wstring::npos)
-      throw BadInput("--" + field.name + ": a value cannot hold a single quote");
+      throw BadInput("--" + field.name + ": must not contain a single quote");
   }
   std::vector<RatingRecord> records;
   const bool isRead = service.Query(filter, records);
@@ -90,7 +90,7 @@ CommandTable ratingCommand(const char* name, const char* description, const Rati
   for (const RatingField& field : fields)
     filters.push_back(
         {"--" + field.name, &options->filters[field.column],
-         "Only rows whose column " + toUtf8(table.nameOf(field.column)) + " is this", "TEXT"});
+         "Only rows with this value in column " + toUtf8(table.nameOf(field.column)), "TEXT"});
   return {
       .name = name,
       .description = description,
@@ -107,11 +107,11 @@ CommandTable ratingCommand(const char* name, const char* description, const Rati
 } // namespace
 
 CommandTable motorsCommand() {
-  return ratingCommand("motors", "list the motors of a code standard", brenvolt::motorTable());
+  return ratingCommand("motors", "list the motors of an electrical code", brenvolt::motorTable());
 }
 
 CommandTable loadsCommand() {
-  return ratingCommand("loads", "list the loads of a code standard", brenvolt::loadTable());
+  return ratingCommand("loads", "list the loads of an electrical code", brenvolt::loadTable());
 }
 
 } // namespace simhost

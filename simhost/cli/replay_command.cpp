@@ -64,10 +64,10 @@ private:
     case SessionCommand::Kind::lisp:
       return evaluate(command);
     case SessionCommand::Kind::undo:
-      if (steps_.undo().empty()) fail("there is nothing to undo");
+      if (steps_.undo().empty()) fail("nothing to undo");
       return;
     case SessionCommand::Kind::redo:
-      if (steps_.redo().empty()) fail("there is nothing to redo");
+      if (steps_.redo().empty()) fail("nothing to redo");
       return;
     case SessionCommand::Kind::open:
       steps_.open(command.file);
@@ -93,8 +93,8 @@ private:
     if (command.end != (isFailed ? End::failed : isDone ? End::done : End::cancelled))
       fail(
           command.end == End::done ? told
-          : isDone                 ? "is done now, and was not when it was recorded"
-                                   : "ends otherwise than recorded: " + told);
+          : isDone                 ? "succeeded, but did not when it was recorded"
+                                   : "ends differently than recorded: " + told);
     value_ = isDone ? outcome.value : lisp::Value();
     if (!isDone) std::fprintf(stderr, "brenvolt: as recorded: %s\n", told.c_str());
   }
@@ -147,17 +147,16 @@ CommandTable replayCommand() {
       .options =
           {{"SITE", &options->site.site, "Folder of the site", {}, {.isRequired = true}},
            {"SESSION", &host.answers, "The recorded session", {}, {.isRequired = true}},
-           {"--workbook", &options->site.workbook, "Another workbook than the site's", "FILE"},
-           {"--out", &host.save, "Write the drawing here when all was answered", "FILE"},
+           {"--workbook", &options->site.workbook, "Use this workbook instead of the site's", "FILE"},
+           {"--out", &host.save, "Write the drawing here if no error occurs", "FILE"},
            {"--svg", &host.svg, "Write a picture of it", "FILE"},
-           {"--record", &host.record, "Write the session as it went this time", "FILE"},
+           {"--record", &host.record, "Record this run of the session", "FILE"},
            {"--work", &options->work,
-            "Keep what the session worked on in this folder: workbook, saved configurations, tables, project",
-            "DIR"},
+            "Keep the copies of workbook, saved configurations, tables and project in this folder", "DIR"},
            moduleRow(host.module),
-           {"--language", &host.language, "Two letters, else those of the session", "CODE"}},
+           {"--language", &host.language, "Two letters; default: those of the session", "CODE"}},
       .footer =
-          "The site stays as it is: the session works on copies. The last line of standard output is "
+          "The site is not changed: the session works on copies. The last line of standard output is "
           "the value of the last form, nil for a build that was cancelled, which leaves the drawing as it "
           "was.",
       .examples =

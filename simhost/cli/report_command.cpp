@@ -42,7 +42,7 @@ circuits::ReportLayout layoutOf(const std::string& site, const std::string& kind
   std::error_code error;
   if (site.empty() || !std::filesystem::exists(file, error)) return layout;
   const nlohmann::json all = nlohmann::json::parse(readInput(file.string()), nullptr, false);
-  if (!all.is_object()) throw BadInput(file.string() + ": is no JSON object of reports by kind");
+  if (!all.is_object()) throw BadInput(file.string() + ": must be a JSON object of reports by kind");
   if (!all.contains(kind)) return layout;
   const auto take = [&](const char* name, std::vector<std::string>& words) {
     if (!all[kind].is_object()) throw BadInput(file.string() + ": \"" + kind + "\" must be an object");
@@ -81,9 +81,9 @@ std::string shownText(const Report& report) {
 
 ExitCode runReport(const ReportOptions& options) {
   const auto kind = circuits::reportKindOf(options.kind);
-  if (!kind) throw BadInput("KIND: \"" + options.kind + "\" is no report");
+  if (!kind) throw BadInput("KIND: \"" + options.kind + "\" is not a kind of report");
   if (options.format == "xls" && options.out.empty())
-    throw BadInput("--format: xls needs --out, the workbook's name");
+    throw BadInput("--format: xls needs --out with the name of the workbook");
   const circuits::ReportLayout layout = layoutOf(options.site, options.kind);
   Report report = circuits::makeReport(*kind, readSheets(options.drawings));
   if (const auto fault = circuits::applyLayout(report, layout))
@@ -117,7 +117,7 @@ CommandTable reportCommand() {
       .options =
           {{"KIND",
             &options->kind,
-            "What is listed",
+            "Kind of list",
             "KIND",
             {.isRequired = true, .choices = circuits::reportKinds()}},
            {"DRAWING",
@@ -127,15 +127,15 @@ CommandTable reportCommand() {
             {.isRequired = true}},
            {"--format",
             &options->format,
-            "As a file of this format instead of columns",
+            "Write this format instead of columns",
             "FORMAT",
             {.choices = {"csv", "json", "html", "xls"}}},
            {"--site",
             &options->site,
-            "Folder of the site: its reports.json says which columns, in which order",
+            "Folder of the site: its reports.json defines columns and order",
             "DIR",
             {.path = OptionRules::Path::existingFolder}},
-           {"--out", &options->out, "Write here instead of to the screen", "FILE"}},
+           {"--out", &options->out, "Write to this file instead of the screen", "FILE"}},
       .examples =
           {"brenvolt report parts motor.json",
            "brenvolt report wires motor.json --format csv --out wires.csv"},

@@ -37,7 +37,7 @@ ExitCode makeSite(const SiteCommandOptions& options) {
   // Copied beside it and renamed: a copy that fails in the middle leaves no half site.
   fs::path copy = folder;
   copy += ".new";
-  if (fs::exists(copy, error)) throw BadInput(copy.string() + ": is left from an earlier call; remove it");
+  if (fs::exists(copy, error)) throw BadInput(copy.string() + ": remains of an earlier call; remove it");
   fs::create_directories(folder.parent_path(), error);
   if (!error) fs::copy(sample, copy, fs::copy_options::recursive, error);
   if (!error) fs::rename(copy, folder, error);
@@ -58,7 +58,7 @@ CommandTable siteCommand() {
   auto options = std::make_shared<SiteCommandOptions>();
   return {
       .name = "site",
-      .description = "begin a site of your own, or put its tables on a server",
+      .description = "create a site of your own, or publish its tables on a server",
       .commands =
           {{.name = "new",
             .description = "copy the sample site into a new folder",

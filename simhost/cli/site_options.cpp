@@ -8,13 +8,14 @@ OptionRow SiteOptions::siteRow() {
 }
 
 OptionRow SiteOptions::standardRow() {
-  return {"--standard-code", &standardCode, "Code standard; " + standardCode + " without it", "CODE"};
+  return {"--standard-code", &standardCode, "Electrical code; default: " + standardCode, "CODE"};
 }
 
 OptionRows SiteWorkbookOptions::rows() {
   return {
       {"--site", &site, "Folder of the site", "DIR", {.isRequired = true}},
-      {"--workbook", &workbook, "Another workbook than the site's; the history lies beside it", "FILE"},
+      {"--workbook", &workbook,
+       "Use this workbook instead of the site's, with the history file in its folder", "FILE"},
   };
 }
 

@@ -68,7 +68,7 @@ ExitCode runSql(const SqlOptions& options) {
   command.SetCommandText(brenvolt::fromUtf8(options.statement));
   const auto failIfTold = [&] {
     if (!command.ErrorInfo().HasErrorInfo()) return;
-    const char* hint = options.writes ? "" : " (open for reading only; --write allows changes)";
+    const char* hint = options.writes ? "" : " (opened read-only; --write allows changes)";
     throw BadInput(options.database + ": " + toUtf8(command.ErrorInfo().GetErrorInfo(false)) + hint);
   };
   if (command.Execute() != brenvolt::dbStatus::success) {

@@ -33,7 +33,7 @@ CommandTable standardsCommand() {
   auto options = std::make_shared<StandardsOptions>();
   return {
       .name = "standards",
-      .description = "list the code standards that a site has tables for",
+      .description = "list the electrical codes for which a site has tables",
       .options = joinedRows({{options->site.siteRow()}, options->output.rows()}),
       .examples = {"brenvolt standards --site site", "brenvolt standards --site site --json"},
       .page = "tables.md",

@@ -77,8 +77,8 @@ nlohmann::ordered_json jsonCell(const OutputCell& cell, ColumnKind kind) {
 
 OptionRows OutputOptions::rows() {
   return {
-      {"--csv", &isCsv, "Answer as comma separated values"},
-      {"--json", &isJson, "Answer as JSON", {}, {.excludes = {"--csv"}}},
+      {"--csv", &isCsv, "Print comma-separated values"},
+      {"--json", &isJson, "Print JSON", {}, {.excludes = {"--csv"}}},
   };
 }
 

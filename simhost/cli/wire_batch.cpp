@@ -34,8 +34,7 @@ public:
     if (!text) throw BadInput(file_ + ": cannot be read");
     if (!brenvolt::fromUtf8Strict(*text)) throw BadInput(file_ + ": is not UTF-8");
     records_ = parseCsv(*text, file_);
-    if (records_.empty())
-      throw BadInput(file_ + ": is empty; a header with the names of the columns is needed");
+    if (records_.empty()) throw BadInput(file_ + ": is empty; write a header with the names of the columns");
     readHeader();
   }
 
@@ -59,7 +58,7 @@ private:
         if (name == result)
           faults_.push_back(file_ + ", row 1: the column " + name + " is one of the result");
     }
-    if (columns_.empty()) faults_.push_back(file_ + ", row 1: names no column of a circuit, such as fla");
+    if (columns_.empty()) faults_.push_back(file_ + ", row 1: has no column of a circuit, such as fla");
     throwFaults();
   }
 

@@ -46,11 +46,11 @@ const std::array<OutputColumn, std::size(brenvolt::wireColumns)>& candidateColum
       {"count", "Runs", number},
       {"fillRange", "Fill"},
       {"ampacity", "Ampacity (A)", number},
-      {"loadPercent", "Load (%)", number},
+      {"loadPercent", "Utilisation (%)", number},
       {"drop", "Drop (V)", number},
       {"dropPercent", "Drop (%)", number},
       {"loss", "Loss (kW)", number},
-      {"yearlyCost", "Cost a year", number},
+      {"yearlyCost", "Yearly cost", number},
   }};
   return columns;
 }
@@ -89,12 +89,12 @@ std::string closingLines(const WireRequest& request, const WireLookupResult& res
             (row.count.empty() ? L"" : L" x " + row.count) + L"\n";
   }
   if (const std::wstring note = noteOn(request, result); !note.empty()) text += note + L"\n";
-  text += L"! carries less than the design current\n";
+  text += L"! ampacity below the design current\n";
   if (const std::vector<std::wstring> sizes = brenvolt::sizesWithoutDrop(result.rows); !sizes.empty()) {
     std::wstring names;
     for (const std::wstring& size : sizes)
       names.append(names.empty() ? L"" : L", ").append(size);
-    text += L"drop not known, since the tables have no impedance: " + names + L"\n";
+    text += L"voltage drop unknown, no impedance in the tables: " + names + L"\n";
   }
   text += L"grounding conductor: " +
           (request.groundSizes().empty() ? std::wstring(L"none") : request.groundSizes().front()) + L"\n";
@@ -184,12 +184,12 @@ CommandTable wireCommand() {
   const OptionRows results = {
       {"--explain",
        &options->isExplained,
-       "Show how each figure of the proposed size comes about",
+       "Show how each figure of the proposed size is computed",
        {},
        {.excludes = {"--csv"}}},
       {"--unattended",
        &options->isUnattended,
-       "Answer with the size that a build takes when nobody chooses",
+       "Print the size that a build without dialogs takes",
        {},
        {.excludes = {"--explain", "--hide-undersized"}}},
       {"--batch",
@@ -206,12 +206,12 @@ CommandTable wireCommand() {
           {{options->site.siteRow()},
            fields,
            {{"--hide-undersized", &options->hidesUndersized,
-             "Leave out sizes at or above 100 % load, not only above 300 %"}},
+             "Omit sizes with 100 % utilisation or more, not only above 300 %"}},
            options->output.rows(),
            results}),
-      .footer = "Needed are --fla, --voltage and --phase. A word in brackets is the setting of the option "
-                "table that serves where nothing is given. With --batch the other options hold for every "
-                "circuit that leaves its cell empty.",
+      .footer = "--fla, --voltage and --phase are required. A word in brackets is the setting of the option "
+                "table that provides the default. With --batch the other options apply to every circuit "
+                "whose cell is empty.",
       .examples =
           {"brenvolt wire --site site --fla 52 --voltage 460 --phase 3",
            "brenvolt wire --site site --fla 52 --voltage 460 --phase 3 --length 250 --explain"},

@@ -68,10 +68,10 @@ private:
   }
 
   void explainFactors() {
-    begin(L"Derating factor");
+    begin(L"Combined factor");
     if (const WireValue& byHand = request_[WireField::overallFactor]; !byHand.text.empty()) {
-      compute(L"by hand, in place of the one that the factors give = " + n(request_.input.overallFactor));
-      return source(L"derating factor", byHand);
+      compute(L"manual factor, replaces the computed one = " + n(request_.input.overallFactor));
+      return source(L"combined factor", byHand);
     }
     const brenvolt::DeratingFactors factors = brenvolt::deratingFactorsOf(request_.fields);
     compute(L"the smaller of continuous-load and fill factor, x ambient factor");
@@ -87,7 +87,7 @@ private:
     if (request_.fields.isTicked(tick))
       source(what, request_.fields[factor].value);
     else
-      source(what + L" 1: not asked for");
+      source(what + L" 1: not used");
   }
 
   std::wstring rowOfSize() const {
@@ -104,7 +104,7 @@ private:
   void explainAmpacity() {
     explainFactors();
     begin(L"Ampacity");
-    compute(L"table ampacity x derating factor");
+    compute(L"table ampacity x combined factor");
     compute(
         L"= " + n(facts_.ampacity) + L" x " + n(request_.input.overallFactor) + L" = " + row_.ampacity +
         L" A");
@@ -115,9 +115,9 @@ private:
     begin(L"Ampacity of parallel runs");
     const double fill = fillOfRow();
     compute(
-        L"conductors a phase = design current / table ampacity, rounded up = " + n(request_.input.total) +
+        L"conductors per phase = design current / table ampacity, rounded up = " + n(request_.input.total) +
         L" / " + n(facts_.ampacity) + L" -> " + row_.count);
-    compute(L"table ampacity x conductors x fill factor; no other factor takes part");
+    compute(L"table ampacity x conductors x fill factor; no other factor is used");
     compute(
         L"= " + n(facts_.ampacity) + L" x " + row_.count + L" x " + n(fill) + L" = " + row_.ampacity + L" A");
     sourcesOfAmpacity();
@@ -132,7 +132,7 @@ private:
   }
 
   void explainLoad() {
-    begin(L"Load");
+    begin(L"Utilisation");
     compute(L"design current / ampacity x 100");
     compute(
         L"= " + n(request_.input.total) + L" / " + row_.ampacity + L" x 100 = " + row_.loadPercent + L" %");
@@ -144,7 +144,7 @@ private:
     compute(L"drop / voltage x 100");
     compute(L"= " + row_.drop + L" / " + n(request_.input.voltage) + L" x 100 = " + row_.dropPercent + L" %");
     source(L"voltage", WireField::voltage);
-    if (request_.input.drop->limit) source(L"limit in percent", WireField::dropLimit);
+    if (request_.input.drop->limit) source(L"maximum in percent", WireField::dropLimit);
 
     const bool isOnePhase = request_.input.phase == L"1";
     const std::wstring factor = isOnePhase ? L"1" : n(brenvolt::threePhaseFactor);
@@ -157,12 +157,12 @@ private:
         L" kW");
 
     if (!request_.input.cost) return;
-    begin(L"Cost of a year");
+    begin(L"Yearly cost");
     compute(L"loss x 24 h x 365.25 days x price");
     compute(
         L"= " + row_.loss + L" x 24 x 365.25 x " + n(request_.input.cost->energyPrice) + L" = " +
         row_.yearlyCost);
-    source(L"price of a kWh", WireField::energyPrice);
+    source(L"price per kWh", WireField::energyPrice);
   }
 
   void explainVolts() {
@@ -202,7 +202,7 @@ private:
     if (!hasOwnRow || (!lower && !upper))
       return source(
           figures + facts_.impedanceTable + L" has no row with SIZE = " + from.sizeKey + L", so no drop");
-    source(figures + (lower && upper ? L"by linear interpolation between" : L"taken over from"));
+    source(figures + (lower && upper ? L"by linear interpolation between" : L"taken from"));
     for (const std::optional<brenvolt::ImpedanceRow>& neighbour : {lower, upper})
       if (neighbour) source(L"  " + cellOf(neighbour->size, neighbour->cell));
   }
@@ -211,11 +211,11 @@ private:
     begin(L"Proposal");
     compute(
         row_.size + (row_.count.empty() ? L"" : L" x " + row_.count) +
-        L" is the first size whose ampacity lies above the design current: " + row_.ampacity + L" > " +
+        L" is the first size whose ampacity is above the design current: " + row_.ampacity + L" > " +
         n(request_.input.total) + L" A");
     if (index_ == 0) return;
     const WireCandidate& below = result_.rows[index_ - 1];
-    compute(L"the row ahead of it, " + below.size + L", has " + below.ampacity + L" A");
+    compute(L"the previous row, " + below.size + L", has " + below.ampacity + L" A");
   }
 
   void explainGround() {
@@ -226,7 +226,7 @@ private:
     compute(
         L"rating = " + expression + L" with i = full-load current " + n(request_.input.fla) + L" = " +
         n(rating) + L" A");
-    compute(L"the first size whose MAX lies above the rating: " + request_.groundSizes().front());
+    compute(L"the first size whose MAX is above the rating: " + request_.groundSizes().front());
     source(L"formula: " + request_.groundExpression.origin);
     source(
         L"size " + request_.groundSizes().front() + L": " + request_.groundTable + L", row SIZE_DESC = " +

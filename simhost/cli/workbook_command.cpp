@@ -71,7 +71,7 @@ std::vector<fs::path> csvFiles(const std::string& folder) {
   for (fs::directory_iterator entry(folder, error), end; !error && entry != end; entry.increment(error))
     if (entry->path().extension() == ".csv") files.push_back(entry->path());
   if (error) throw BadInput(folder + ": " + error.message());
-  if (files.empty()) throw BadInput(folder + ": holds no CSV file");
+  if (files.empty()) throw BadInput(folder + ": contains no CSV file");
   const auto rank = [](const fs::path& file) {
     const std::wstring name = fromUtf8(file.stem().string());
     return std::find(firstSheets.begin(), firstSheets.end(), name) - firstSheets.begin();
@@ -85,7 +85,7 @@ std::vector<fs::path> csvFiles(const std::string& folder) {
 brenvolt::BookSheet sheetOfFile(const fs::path& file) {
   const std::optional<std::string> text = readFile(file);
   if (!text) throw BadInput(file.string() + ": cannot be read");
-  if (!brenvolt::fromUtf8Strict(*text)) throw BadInput(file.string() + ": is no UTF-8");
+  if (!brenvolt::fromUtf8Strict(*text)) throw BadInput(file.string() + ": is not UTF-8");
   brenvolt::BookSheet sheet;
   sheet.name = fromUtf8(file.stem().string());
   sheet.header = brenvolt::BookSheet::Header::boldAndFrozen;
@@ -119,14 +119,14 @@ CommandTable workbookCommand() {
   const OptionRow folder = {"DIR", &options->folder, {}, {}, {.isRequired = true}};
   return {
       .name = "workbook",
-      .description = "turn a workbook into CSV files and back",
+      .description = "convert a workbook to CSV files and back",
       .commands =
           {{.name = "unpack",
             .description = "write one CSV file for each sheet of FILE.xls",
             .options = {file, folder},
             .run = [options] { return unpack(*options); }},
            {.name = "pack",
-            .description = "make FILE.xls of the CSV files of a folder",
+            .description = "create FILE.xls from the CSV files of a folder",
             .options = {folder, file},
             .run = [options] { return pack(*options); }}},
       .footer = "All cells are texts. Sheet ZAN_CIRCS comes first, then ANNO_CODE, then the others by name.",

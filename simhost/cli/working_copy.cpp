@@ -28,12 +28,12 @@ void copyProject(const fs::path& project, const fs::path& copy) {
   else if (fs::exists(project, error))
     copyFile(project, copy);
   else
-    throw BadInput(project.string() + ": there is no such project");
+    throw BadInput(project.string() + ": no such project");
 }
 
 fs::path temporaryFolder() {
   std::string name = (fs::temp_directory_path() / "brenvolt-XXXXXX").string();
-  if (::mkdtemp(name.data()) == nullptr) throw CannotWrite(name + ": cannot be made");
+  if (::mkdtemp(name.data()) == nullptr) throw CannotWrite(name + ": cannot be created");
   return name;
 }
 

@@ -135,7 +135,7 @@ Fault DrawingDatabase::entityFault(KvDbHandle owner, const Entity& entity) const
   const bool isInNamedBlock = owner != modelSpaceHandle && owner != paperSpaceHandle;
   // Blocks nest along the order of their definition only, so none can come to hold itself.
   if (reference != nullptr && isInNamedBlock && reference->block >= owner) {
-    return L"a block holds references only to blocks that were defined before it";
+    return L"a block can only contain references to blocks that were defined before it";
   }
   return valueFault(entity);
 }

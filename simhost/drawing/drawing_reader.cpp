@@ -167,7 +167,7 @@ public:
   std::unique_ptr<DrawingDatabase> read(const Json& json) {
     JsonFields fields(json, L"drawing");
     const Json* format = fields.find(field::format);
-    if (format == nullptr || *format != formatName) fields.fail(L"this is no drawing file");
+    if (format == nullptr || *format != formatName) fields.fail(L"not a drawing file");
     const Json& version = fields.get(field::version);
     if (!version.is_number_integer()) fields.fail(L"the version must be a number");
     if (version.get<double>() != formatVersion) fields.fail(L"the version of the file is not supported");
@@ -212,7 +212,7 @@ private:
       // Layer "0" is there from the start; it may come in any place of the list.
       const bool isDefault = layer.name == defaultLayer;
       if (!isDefault && drawing_->store_.findLayer(layer.name) != nullptr) {
-        failAt(L"layer \"" + layer.name + L"\"", L"it stands twice");
+        failAt(L"layer \"" + layer.name + L"\"", L"it is defined twice");
       }
       drawing_->putLayer(std::move(layer));
     }
@@ -226,7 +226,7 @@ private:
       const std::optional<KvDbHandle> id = parseHandle(fields.text(field::id));
       if (!id) fields.fail(L"the field id must be a hexadecimal number");
       const std::wstring name = formatHandle(*id);
-      if (drawing_->store_.circuits().contains(name)) fields.fail(L"its id stands twice");
+      if (drawing_->store_.circuits().contains(name)) fields.fail(L"its id is used twice");
       CircuitFields texts;
       for (const auto& [key, value] : item.items())
         if (key != field::id) texts.emplace_back(brenvolt::fromUtf8(key), fields.textOf(value, key.c_str()));
@@ -237,7 +237,7 @@ private:
 
   void takeHandle(KvDbHandle handle, const std::wstring& place) {
     KvDbObjectId taken;
-    if (drawing_->objectIdOf(handle, taken) == KvDbStatus::ok) failAt(place, L"the handle stands twice");
+    if (drawing_->objectIdOf(handle, taken) == KvDbStatus::ok) failAt(place, L"the handle is used twice");
     if (handle >= nextHandle_) failAt(place, L"the handle is not below nextHandle");
     drawing_->store_.setNextHandle(handle);
   }
@@ -254,7 +254,8 @@ private:
     if (isSpace) {
       const BlockNode* space = drawing_->store_.findBlock(name);
       if (space == nullptr || space->handle != handle) fields.fail(L"this space is unknown");
-      if (std::find(blocks_.begin(), blocks_.end(), space) != blocks_.end()) fields.fail(L"it stands twice");
+      if (std::find(blocks_.begin(), blocks_.end(), space) != blocks_.end())
+        fields.fail(L"it is defined twice");
       if (basePoint != KvPoint3d{}) fields.fail(L"a space has its base at 0, 0");
       blocks_.push_back(space);
       return;

@@ -92,10 +92,10 @@ Fault shapeFault(const Entity& entity) {
   for (std::size_t index = 0; index < entity.data.size(); ++index) {
     const ApplicationData& data = entity.data[index];
     if (Fault fault = nameFault(L"an application's name", data.application)) return fault;
-    if (data.texts.empty()) return L"entity data must hold a text";
+    if (data.texts.empty()) return L"entity data must contain a text";
     for (std::size_t earlier = 0; earlier < index; ++earlier) {
       if (brenvolt::equalsOrdinalNoCase(entity.data[earlier].application, data.application)) {
-        return L"entity data of " + data.application + L" stands twice";
+        return L"entity data of " + data.application + L" is given twice";
       }
     }
   }

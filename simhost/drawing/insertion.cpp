@@ -218,7 +218,7 @@ Fault drawingInsertionFault(
   if (insertion.form == InsertionForm::asBlock) {
     // The source's own blocks come along and would take the name first.
     if (source.store().findBlock(insertion.blockName) != nullptr) {
-      return L"the drawing holds a block " + insertion.blockName + L" itself";
+      return L"the drawing itself contains a block " + insertion.blockName;
     }
     return target.blockFault(insertion.blockName, {});
   }

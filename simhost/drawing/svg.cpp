@@ -146,7 +146,7 @@ private:
 } // namespace
 
 SvgPicture renderSvg(const DrawingDatabase& drawing, KvDbHandle block) {
-  if (drawing.store().findBlock(block) == nullptr) return {"", L"there is no such block"};
+  if (drawing.store().findBlock(block) == nullptr) return {"", L"no such block"};
   const std::optional<std::vector<DisplayItem>> items = displayList(drawing, block);
   if (!items) return {"", L"the drawing has too many shapes for a picture"};
   Box extents;

@@ -69,7 +69,7 @@ void ModuleLoader::load(const std::filesystem::path& file) {
   const auto version = reinterpret_cast<int (*)()>(dlsym(library.get(), "kvrxGetApiVersion"));
   const auto entry = reinterpret_cast<EntryPoint>(dlsym(library.get(), "kvrxEntryPoint"));
   if (version == nullptr || entry == nullptr)
-    fail("is no module: kvrxGetApiVersion or kvrxEntryPoint is missing");
+    fail("not a module: kvrxGetApiVersion or kvrxEntryPoint is missing");
   if (version() != kvrxApiVersion)
     fail(
         "is made for version " + std::to_string(version()) +

@@ -37,7 +37,7 @@ public:
 
   void read(std::string_view bytes) {
     const std::optional<std::wstring> text = brenvolt::fromUtf8Strict(bytes);
-    if (!text) fail("the file is no UTF-8");
+    if (!text) fail("the file is not UTF-8");
     for (const std::wstring& line : brenvolt::splitKeepingEmpty(*text, L'\n')) {
       ++line_;
       readLine(brenvolt::trim(line));
@@ -83,7 +83,7 @@ private:
   void takeText(const std::wstring& word, const std::wstring& value) {
     dialog_ = nullptr;
     const std::optional<unsigned> number = parseNumber(word);
-    if (!number) fail("\"" + brenvolt::toUtf8(word) + "\" is no number of a text");
+    if (!number) fail("\"" + brenvolt::toUtf8(word) + "\" is not the number of a text");
     if (!texts_.insert(*number).second) fail("the text " + std::to_string(*number) + " is there twice");
     module_.texts[*number] = value;
   }
@@ -98,7 +98,7 @@ private:
 
   void takeButton(const std::wstring& word, const std::wstring& label) {
     const std::optional<unsigned> number = parseNumber(word);
-    if (!number || *number == 0) fail("\"" + brenvolt::toUtf8(word) + "\" is no number of a button");
+    if (!number || *number == 0) fail("\"" + brenvolt::toUtf8(word) + "\" is not the number of a button");
     const int id = static_cast<int>(*number);
     const auto known =
         std::find_if(dialog_->buttons.begin(), dialog_->buttons.end(), [id](const DialogButtonText& row) {

@@ -66,7 +66,7 @@ void UserSettings::read() {
   std::error_code error;
   if (std::filesystem::exists(file_, error) && !std::filesystem::is_regular_file(file_, error)) {
     // A device or a folder must not be put aside, nor written over.
-    commandLine_.printLine(fromUtf8(file_.string()) + L": is no file, settings hold for this run");
+    commandLine_.printLine(fromUtf8(file_.string()) + L": not a file; settings are kept for this run only");
     file_.clear();
   }
   if (file_.empty()) return;
@@ -80,7 +80,8 @@ void UserSettings::readFromFile() {
   std::error_code error;
   const brenvolt::KeptFile kept = brenvolt::keepBeside(textOfPath(file_), L"damaged");
   if (kept.fault) {
-    commandLine_.printLine(textOfPath(file_) + L": damaged settings, which stay; settings hold for this run");
+    commandLine_.printLine(
+        textOfPath(file_) + L": damaged settings file, left unchanged; settings are kept for this run only");
     file_.clear();
     return;
   }

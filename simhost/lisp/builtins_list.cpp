@@ -136,7 +136,7 @@ Value sublist(Arguments& arguments) {
   const std::size_t length = *listLength(arguments.list(0));
   const std::size_t start = arguments.count(1);
   const std::size_t end = arguments.has(2) ? arguments.count(2) : length;
-  if (start > end || end > length) arguments.fail(L"start and end must lie in order within the list");
+  if (start > end || end > length) arguments.fail(L"start and end must be in order within the list");
   return firstElements(tailAfter(arguments[0], start), end - start);
 }
 

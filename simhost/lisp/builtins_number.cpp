@@ -24,7 +24,7 @@ Value wholeNumber(double number) {
 }
 
 Value realResult(Arguments& arguments, double number) {
-  if (!std::isfinite(number)) arguments.fail(L"the result is no finite number");
+  if (!std::isfinite(number)) arguments.fail(L"the result is not a finite number");
   return Value::real(number);
 }
 

@@ -37,7 +37,7 @@ Value substring(Arguments& arguments) {
   const std::wstring& text = arguments.text(0);
   const std::size_t start = arguments.count(1);
   const std::size_t end = arguments.has(2) ? arguments.count(2) : text.size();
-  if (start > end || end > text.size()) arguments.fail(L"start and end must lie in order within the string");
+  if (start > end || end > text.size()) arguments.fail(L"start and end must be in order within the string");
   return Value::string(text.substr(start, end - start));
 }
 

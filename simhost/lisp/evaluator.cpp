@@ -253,7 +253,7 @@ Value Interpreter::functionOf(const Value& designator) const {
     if (symbol.function.isFunction()) return symbol.function;
     if (symbol.value.isFunction()) return symbol.value;
     if (symbol.special != nullptr) fail(symbol.name + L" is a special form, not a function");
-    fail(L"there is no function " + symbol.name);
+    fail(L"the function is not defined: " + symbol.name);
   }
   if (designator.isCons()) {
     const Cons& expression = designator.asCons();
@@ -263,7 +263,7 @@ Value Interpreter::functionOf(const Value& designator) const {
       return makeLambda(nullptr, rest.car(), rest.cdr());
     }
   }
-  fail(L"this is no function: " + printValue(designator, PrintStyle::readable, shownFormLength));
+  fail(L"not a function: " + printValue(designator, PrintStyle::readable, shownFormLength));
 }
 
 Value Interpreter::makeLambda(Symbol* name, const Value& parameters, const Value& body) const {

@@ -175,15 +175,15 @@ void Reader::placeDot(std::vector<OpenForm>& openForms) const {
   const bool isAllowed = !openForms.empty() && openForms.back().prefix == '(' &&
                          !openForms.back().elements.isEmpty() &&
                          openForms.back().tail == OpenForm::Tail::none;
-  if (!isAllowed) fail(L"a dot stands where no pair can have one", line_);
+  if (!isAllowed) fail(L"unexpected dot", line_);
   openForms.back().tail = OpenForm::Tail::afterDot;
 }
 
 Value Reader::close(std::vector<OpenForm>& openForms) const {
   if (openForms.empty()) fail(L"a ) without a (", line_);
   OpenForm& form = openForms.back();
-  if (form.prefix != '(') fail(L"a quote with nothing behind it", form.place.line);
-  if (form.tail == OpenForm::Tail::afterDot) fail(L"a pair has nothing behind its dot", line_);
+  if (form.prefix != '(') fail(L"a quote without a datum", form.place.line);
+  if (form.tail == OpenForm::Tail::afterDot) fail(L"a pair without a datum after its dot", line_);
   Value list = form.elements.take();
   openForms.pop_back();
   return list;
@@ -193,7 +193,7 @@ Value Reader::close(std::vector<OpenForm>& openForms) const {
 bool Reader::deliver(std::vector<OpenForm>& openForms, Value& datum) const {
   while (!openForms.empty()) {
     OpenForm& form = openForms.back();
-    if (form.tail == OpenForm::Tail::complete) fail(L"a pair has more than one datum behind its dot", line_);
+    if (form.tail == OpenForm::Tail::complete) fail(L"a pair with more than one datum after its dot", line_);
     if (form.tail == OpenForm::Tail::afterDot) {
       form.elements.setTail(std::move(datum));
       form.tail = OpenForm::Tail::complete;
@@ -208,7 +208,7 @@ bool Reader::deliver(std::vector<OpenForm>& openForms, Value& datum) const {
 }
 
 void Reader::failAtEnd(const std::vector<OpenForm>& openForms) const {
-  if (openForms.back().prefix != '(') fail(L"a quote with nothing behind it", openForms.back().place.line);
+  if (openForms.back().prefix != '(') fail(L"a quote without a datum", openForms.back().place.line);
   // The outermost list is the definition that was being written; the inner ones merely follow.
   std::wstring message = L"the ( here has no )";
   if (openForms.size() > 1) {

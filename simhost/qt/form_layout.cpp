@@ -58,7 +58,7 @@ public:
     const json size = listOf(written, "size");
     if (!size.empty()) {
       if (size.size() != 2 || !size[0].is_number_integer() || !size[1].is_number_integer())
-        fail("\"size\" is no list of width and height");
+        fail("\"size\" must be a list of width and height");
       layout.width = size[0];
       layout.height = size[1];
     }
@@ -73,7 +73,7 @@ private:
   }
 
   void allow(const json& object, std::initializer_list<std::string_view> known) const {
-    if (!object.is_object()) fail("holds something that is no object: " + jsonText(object));
+    if (!object.is_object()) fail("contains something that is not an object: " + jsonText(object));
     for (const auto& [name, value] : object.items())
       if (std::find(known.begin(), known.end(), name) == known.end())
         fail("has an unknown member \"" + name + "\"");
@@ -81,13 +81,14 @@ private:
 
   [[nodiscard]] json listOf(const json& object, const char* member) const {
     if (!object.contains(member)) return json::array();
-    if (!object[member].is_array()) fail(std::string("has \"") + member + "\", which is no list");
+    if (!object[member].is_array()) fail(std::string("has \"") + member + "\", which must be a list");
     return object[member];
   }
 
   [[nodiscard]] int countOf(const json& object, const char* member) const {
     if (!object.contains(member)) return 0;
-    if (!object[member].is_number_unsigned()) fail(std::string("has \"") + member + "\", which is no count");
+    if (!object[member].is_number_unsigned())
+      fail(std::string("has \"") + member + "\", which must be a number");
     return object[member];
   }
 
@@ -107,7 +108,7 @@ private:
 
   /// A role, which may stand in one place only.
   [[nodiscard]] std::wstring take(const json& role) {
-    if (!role.is_string()) fail("holds something that is no role: " + jsonText(role));
+    if (!role.is_string()) fail("contains something that is not a role: " + jsonText(role));
     std::wstring text = fromUtf8(role.get<std::string>());
     const bool isKnown =
         std::any_of(form_.controls.begin(), form_.controls.end(), [&text](const FormControl& control) {
@@ -119,7 +120,7 @@ private:
   }
 
   [[nodiscard]] std::vector<LayoutNode> readNodes(const json& list) {
-    if (!list.is_array()) fail("holds something that is no list: " + jsonText(list));
+    if (!list.is_array()) fail("contains something that is not a list: " + jsonText(list));
     std::vector<LayoutNode> nodes;
     for (const json& node : list)
       nodes.push_back(readNode(node));
@@ -137,11 +138,11 @@ private:
       node.children = readNodes(written);
       return node;
     }
-    if (!written.is_object()) fail("holds something that is no place: " + jsonText(written));
+    if (!written.is_object()) fail("contains something that is not a place: " + jsonText(written));
     const KindName* found = nullptr;
     for (const KindName& row : kindNames)
       if (written.contains(row.name)) found = &row;
-    if (found == nullptr) fail("holds a place of no kind: " + jsonText(written));
+    if (found == nullptr) fail("contains an unknown kind of place: " + jsonText(written));
     allow(
         written, {found->name, "stretch", found->kind == LayoutNode::Kind::section ? "content" : "stretch"});
     node.kind = found->kind;

@@ -25,7 +25,7 @@ std::optional<std::string> codeStandardFault(
   std::string known;
   for (const std::wstring& each : codes)
     known.append(known.empty() ? "" : ", ").append(brenvolt::toUtf8(each));
-  return "there are no tables of \"" + brenvolt::toUtf8(code) + "\"; there are those of " + known;
+  return "no tables of \"" + brenvolt::toUtf8(code) + "\" exist; choose one of " + known;
 }
 
 } // namespace simhost

@@ -27,7 +27,7 @@ std::wstring checkedCode(const std::string& code) {
   const bool isWord = !code.empty() && std::all_of(code.begin(), code.end(), [](unsigned char c) {
     return std::isalnum(c) || c == '-' || c == '.' || c == ' ';
   });
-  if (!isWord) throw BadInput("--standard-code: \"" + code + "\" is no code standard");
+  if (!isWord) throw BadInput("--standard-code: \"" + code + "\" is not an electrical code");
   return fromUtf8(code);
 }
 

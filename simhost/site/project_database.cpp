@@ -36,14 +36,14 @@ void checkProject(const std::string& database) {
   std::error_code error;
   // Projects on a server have no file.
   if (!database.starts_with("odbc:") && !fs::is_regular_file(database, error))
-    throw BadInput(database + ": there is no such project");
+    throw BadInput(database + ": no such project");
   brenvolt::ZanOleDbConnection connection;
   openDatabase(connection, database, DatabaseUse::read);
   brenvolt::ZanOleDbCommand command;
   command.SetConnection(&connection);
   command.SetCommandText(L"SELECT HDL FROM [BRENVOLT] WHERE DWGIX=''");
   if (command.Execute() != brenvolt::dbStatus::success)
-    throw BadInput(database + ": is no project's database: it has no table BRENVOLT");
+    throw BadInput(database + ": not the database of a project: the table BRENVOLT is missing");
 }
 
 } // namespace simhost

@@ -186,7 +186,7 @@ bool hasSiteTables(const fs::path& site) {
 
 fs::path siteDatabase(const fs::path& site) {
   std::error_code error;
-  if (!fs::is_directory(site, error)) throw BadInput(site.string() + ": is no folder of a site");
+  if (!fs::is_directory(site, error)) throw BadInput(site.string() + ": not the folder of a site");
   if (fs::exists(site / databaseName, error)) return site / databaseName;
   const fs::path tables = site / "tables";
   const std::optional<fs::file_time_type> change = lastChange(tables);

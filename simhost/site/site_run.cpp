@@ -61,7 +61,7 @@ std::string readInput(const std::string& file) {
 
 std::wstring readLisp(const std::string& file) {
   std::optional<std::wstring> text = brenvolt::fromUtf8Strict(readInput(file));
-  if (!text) throw BadInput(file + ": is no UTF-8");
+  if (!text) throw BadInput(file + ": not UTF-8");
   return std::move(*text);
 }
 

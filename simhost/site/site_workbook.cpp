@@ -16,8 +16,8 @@ std::string workbookPath(const std::string& site, const std::string& workbook) {
   const fs::path file =
       workbook.empty() ? fs::path(site) / toUtf8(brenvolt::defaultWorkbook) : fs::path(workbook);
   std::error_code error;
-  if (!fs::is_directory(site, error)) throw BadInput(site + ": is no folder");
-  if (!fs::is_regular_file(file, error)) throw BadInput(file.string() + ": there is no such workbook");
+  if (!fs::is_directory(site, error)) throw BadInput(site + ": not a folder");
+  if (!fs::is_regular_file(file, error)) throw BadInput(file.string() + ": no such workbook");
   return fs::absolute(file, error).lexically_normal().string();
 }
 
@@ -40,7 +40,8 @@ brenvolt::HistoryFile readHistory(const std::string& workbook) {
 void needConfiguration(const brenvolt::HistoryFile& file, const brenvolt::HistoryKey& key) {
   if (key.isComplete() && !file.find(key).history.isNull()) return;
   throw BadInput(
-      toUtf8(key.circuit) + " / " + toUtf8(key.type) + ": there is no history \"" + toUtf8(key.name) + "\"");
+      toUtf8(key.circuit) + " / " + toUtf8(key.type) + ": no saved configuration \"" + toUtf8(key.name) +
+      "\"");
 }
 
 } // namespace simhost

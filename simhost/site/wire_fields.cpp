@@ -58,7 +58,7 @@ bool keeps(WireFieldRule rule, std::wstring_view text) {
 const char* expectation(WireFieldRule rule) {
   switch (rule) {
   case WireFieldRule::name:
-    return "must hold no quote and no bracket";
+    return "must not contain quotes or brackets";
   case WireFieldRule::positive:
     return "must be a number above 0";
   case WireFieldRule::notNegative:
@@ -74,7 +74,7 @@ const char* expectation(WireFieldRule rule) {
   case WireFieldRule::lengthUnits:
     return "must be FT or M";
   case WireFieldRule::degrees:
-    return "must be whole degrees, as 40C";
+    return "must be whole degrees, such as 40C";
   case WireFieldRule::count:
     return "must be a whole number above 0";
   }

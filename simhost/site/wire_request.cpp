@@ -105,7 +105,7 @@ private:
       if (text.empty() && row.isRequired) fail(row.field, "is missing");
       if (text.empty()) continue;
       if (texts_.isUnattended && !row.isForBuild)
-        fail(row.field, "takes no part when a build sizes a wire unattended");
+        fail(row.field, "is not used when a build sizes a wire");
       else if (std::optional<std::string> fault = wireTextFault(row.rule, text))
         fail(row.field, std::move(*fault));
     }
@@ -162,7 +162,7 @@ private:
   void takeInsulation() {
     const WireTableSet set = fields().tables();
     const std::wstring code = fillIn(WireField::insulation).text;
-    if (code.empty()) return fail(WireField::insulation, "is missing, and the options name none");
+    if (code.empty()) return fail(WireField::insulation, "is missing, and the option table has no default");
     const std::wstring& label = tables_.insulationLabel(set, code);
     const std::wstring& table = tables_.table(ZanTableKind::insulation, set);
     fields()[LookupField::insulation].value.text = label;
@@ -266,8 +266,8 @@ private:
     const auto column = std::find_if(columns.begin(), columns.end(), isMeant);
     if (column == columns.end())
       return fail(
-          WireField::raceway, "\"" + toUtf8(wanted) + "\" is no column of " + toUtf8(table) + ", which has " +
-                                  toUtf8(brenvolt::join(columns, L", ")));
+          WireField::raceway, "\"" + toUtf8(wanted) + "\" is not a column of " + toUtf8(table) +
+                                  ", which has " + toUtf8(brenvolt::join(columns, L", ")));
     valueOf(WireField::raceway) = {
         *column, wanted.empty() ? L"first raceway column of " + table : std::wstring(givenOrigin)};
     fields()[LookupField::raceway].value = valueOf(WireField::raceway);
@@ -300,7 +300,7 @@ private:
     const std::string table = toUtf8(tables_.table(ZanTableKind::ampacity, set));
     fail(
         WireField::minimumSize, isGiven ? table + " has no row with SIZE = " + toUtf8(wanted.text)
-                                        : "is missing, and the options name no size of " + table);
+                                        : "is missing, and the option table names no size of " + table);
   }
 
   /// Sizes for the grounding conductor; a fault of their tables leaves them empty, as in the lookup.
@@ -324,7 +324,7 @@ private:
   }
 
   [[nodiscard]] std::string noFillTable() const {
-    return "there is no table of conduit fill for " + toUtf8(code_);
+    return "no table of conduit fill exists for " + toUtf8(code_);
   }
 
   brenvolt::WireTableCache& tables_;
@@ -349,9 +349,9 @@ std::wstring noteOn(const WireRequest& request, const brenvolt::WireLookupResult
       return L"no set of at most " + request[WireField::parallel].text + L" conductors carries " + current;
     return L"no size is large enough for the design current of " + current;
   case brenvolt::Proposal::leftOut:
-    return L"sizes for " + current + L" are left out with the undersized ones around them";
+    return L"sizes for " + current + L" were removed with the undersized sizes around them";
   case brenvolt::Proposal::aboveDropLimit:
-    return L"no size for " + current + L" keeps the voltage drop limit of " +
+    return L"no size for " + current + L" meets the maximum voltage drop of " +
            request[WireField::dropLimit].text + L" percent";
   }
   return {};

@@ -33,10 +33,10 @@ std::optional<int> integerOf(const Json& value) {
 }
 
 std::vector<std::string> textsOf(const Json& value, const std::string& member) {
-  if (!value.is_array()) fail(inQuotes(member) + " is no list of texts");
+  if (!value.is_array()) fail(inQuotes(member) + " must be a list of texts");
   std::vector<std::string> texts;
   for (const Json& text : value) {
-    if (!text.is_string()) fail(inQuotes(member) + " is no list of texts");
+    if (!text.is_string()) fail(inQuotes(member) + " must be a list of texts");
     texts.push_back(text);
   }
   return texts;
@@ -72,7 +72,7 @@ void readIndex(const Json& value, AnswerAction& action) {
 }
 
 void readIn(const Json& value, AnswerAction& action) {
-  if (!value.is_string()) fail("\"in\" is no role");
+  if (!value.is_string()) fail("\"in\" must be a role");
   action.in = value;
 }
 
@@ -87,19 +87,19 @@ void readRow(const Json& value, AnswerAction& action) {
   if (value.is_string()) action.row.label = value.get<std::string>();
   if (value.is_object())
     for (const auto& [header, text] : value.items()) {
-      if (!text.is_string()) fail("\"row\" holds a cell that is no text");
+      if (!text.is_string()) fail("\"row\" contains a cell that is not a text");
       action.row.cells.emplace_back(header, text.get<std::string>());
     }
   if (!action.row.isGiven()) fail("\"row\" is neither a number nor a text nor an object of cells");
 }
 
 void readPath(const Json& value, AnswerAction& action) {
-  if (!value.is_array() || value.empty()) fail("\"path\" is no list of texts");
+  if (!value.is_array() || value.empty()) fail("\"path\" must be a list of texts");
   for (const Json& part : value) {
     PathPart parsed;
     parsed.place = integerOf(part);
     if (part.is_string()) parsed.text = part;
-    if (!part.is_string() && !parsed.place) fail("\"path\" holds neither a text nor a place");
+    if (!part.is_string() && !parsed.place) fail("\"path\" must contain texts or positions");
     action.path.push_back(parsed);
   }
 }
@@ -113,7 +113,7 @@ void readPoint(const Json& value, AnswerAction& action) {
   const bool isPoint =
       value.is_array() && (value.size() == 2 || value.size() == 3) &&
       std::all_of(value.begin(), value.end(), [](const Json& number) { return number.is_number(); });
-  if (!isPoint) fail("\"point\" is no list of two or three numbers");
+  if (!isPoint) fail("\"point\" must be a list of two or three numbers");
   for (std::size_t axis = 0; axis < value.size(); ++axis)
     action.point[axis] = value[axis];
 }
@@ -183,14 +183,14 @@ Expectation readExpectation(const ExpectedMember& member, const Json& value) {
   expected.what = member.name;
   switch (member.kind) {
   case Compared::text:
-    if (!value.is_string()) fail(inQuotes(expected.what) + " is no text");
+    if (!value.is_string()) fail(inQuotes(expected.what) + " must be a text");
     expected.text = value;
     break;
   case Compared::texts:
     expected.texts = textsOf(value, expected.what);
     break;
   case Compared::number:
-    if (!integerOf(value)) fail(inQuotes(expected.what) + " is no integer");
+    if (!integerOf(value)) fail(inQuotes(expected.what) + " must be an integer");
     expected.number = *integerOf(value);
     break;
   case Compared::flag:
@@ -253,7 +253,7 @@ void checkTogether(const AnswerAction& action) {
 } // namespace
 
 AnswerAction readAction(const Json& action) {
-  if (!action.is_object()) fail("an action is no object");
+  if (!action.is_object()) fail("an action must be an object");
   const Verb& verb = verbOf(action);
   AnswerAction parsed;
   parsed.verb = verb.name;

@@ -26,14 +26,14 @@ public:
     try {
       file = parseJson(bytes);
     } catch (const Json::exception& error) {
-      fail(std::string("is no JSON: ") + error.what());
+      fail(std::string("invalid JSON: ") + error.what());
     }
-    if (!file.is_object()) fail("is no object");
+    if (!file.is_object()) fail("must be an object");
     allowMembers(file, {"$schema", "format", "version", "run", "steps"});
     if (file.value("format", Json()) != std::string(answerFormat))
       fail("\"format\" is not \"" + std::string(answerFormat) + "\"");
     if (file.value("version", Json()) != answerVersion) fail("\"version\" is not 1");
-    if (!file.contains("steps") || !file["steps"].is_array()) fail("\"steps\" is no list");
+    if (!file.contains("steps") || !file["steps"].is_array()) fail("\"steps\" must be a list");
 
     AnswerFile answers;
     if (file.contains("run")) answers.run = parseRun(file["run"]);
@@ -72,7 +72,7 @@ private:
     parsed.number = number_;
     parsed.dialog = step["dialog"];
     const Json actions = step.value("do", Json::array());
-    if (!actions.is_array()) fail("\"do\" is no list");
+    if (!actions.is_array()) fail("\"do\" must be a list");
     for (const Json& action : actions) {
       try {
         parsed.actions.push_back(readAction(action));

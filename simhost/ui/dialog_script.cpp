@@ -98,13 +98,13 @@ Refusal DialogScript::letTimePass(std::int64_t milliseconds) {
   };
   const bool rests = timers_.pass(milliseconds, fire);
   record_.addChanges(dialog_.changes());
-  if (!rests) return "the dialog's timers do not come to rest";
+  if (!rests) return "the timers of the dialog do not stop";
   return std::nullopt;
 }
 
 Refusal DialogScript::perform(const AnswerAction& action) {
   const std::string& verb = action.verb;
-  if (verb == "pick") return "a dialog is not picked: this answers a prompt";
+  if (verb == "pick") return "\"pick\" is an answer to a prompt, not to a dialog";
   if (verb == "wait") return letTimePass(action.number);
   if (verb == "close" && action.subject == "program") {
     // As without an answer: nobody is left to be asked whether to cancel.
@@ -130,7 +130,7 @@ Refusal DialogScript::perform(const AnswerAction& action) {
 Refusal DialogScript::choose(const AnswerAction& action) {
   ControlModel& control = findControl(dialog_, action.subject);
   const auto* list = dynamic_cast<ListModel*>(&control);
-  if (list == nullptr) return "it is no list";
+  if (list == nullptr) return "it is not a list";
   if (action.index) return gestures_.choose(control, *action.index);
   const int index = list->indexOf(fromUtf8(action.text));
   if (index >= 0) return gestures_.choose(control, index);
@@ -165,7 +165,7 @@ Refusal DialogScript::edit(const AnswerAction& action) {
   if (grid == nullptr) return "it has no cells";
   const int row = findRow(*grid, action.row);
   const bool isGroup = grid != &control;
-  if (!action.column.isGiven() && !isGroup) return "\"column\" is needed to tell which cell";
+  if (!action.column.isGiven() && !isGroup) return "\"column\" is needed to identify the cell";
   const int column = action.column.isGiven() ? findColumn(*grid, action.column) : grid->ColumnCount() - 1;
   CellAnswer answer = CellAnswer::taken;
   if (Refusal refusal = gestures_.editCell(*grid, row, column, fromUtf8(action.text), answer)) return refusal;
@@ -183,14 +183,14 @@ Refusal DialogScript::press(const AnswerAction& action) {
   if (splitGroupButton(subject, name, button)) {
     if (auto* group = dynamic_cast<GroupModel*>(&findControl(dialog_, name)))
       return gestures_.pressInGroup(*group, button);
-    return "its buttons cannot be pressed by number: it is no group";
+    return "its buttons cannot be pressed by number: it is not a group";
   }
   // What has no button for it can still be left by its frame.
   if (subject == "cancel" && dialog_.find(L"cancel") == nullptr) return gestures_.close();
   ControlModel& control = findControl(dialog_, subject);
   if (!action.index) return gestures_.press(control);
   auto* group = dynamic_cast<GroupModel*>(&control);
-  if (group == nullptr) return "it is no group";
+  if (group == nullptr) return "it is not a group";
   return gestures_.pressInGroup(*group, *action.index);
 }
 

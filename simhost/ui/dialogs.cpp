@@ -130,7 +130,7 @@ template <typename Control>
 Control& controlOf(simhost::DialogWindow* window, const std::wstring& form, std::wstring_view role) {
   KvUiControl* found = window == nullptr ? nullptr : window->control(role);
   if (auto* control = dynamic_cast<Control*>(found)) return *control;
-  const char* const fault = window == nullptr  ? "\" does not run: nobody can ask for its control \""
+  const char* const fault = window == nullptr  ? "\" is not open, so it has no control \""
                             : found == nullptr ? "\" lacks the control \""
                                                : "\" has in another kind the control \"";
   const std::string sentence = "the form \"" + brenvolt::toUtf8(form) + fault + brenvolt::toUtf8(role) + "\"";

@@ -97,7 +97,7 @@ private:
   }
 
   [[nodiscard]] int row() const {
-    if (!action_.row.isGiven()) throw AnswerError("\"row\" is needed to tell which cell");
+    if (!action_.row.isGiven()) throw AnswerError("\"row\" is needed to identify the cell");
     const int row = findRow(*grid_, action_.row);
     if (row < 0 || row > grid_->RowCount()) throw AnswerError("it has no row " + std::to_string(row));
     return row;
@@ -106,7 +106,7 @@ private:
   [[nodiscard]] int column() const {
     if (action_.column.isGiven()) return findColumn(*grid_, action_.column);
     if (grid_->ColumnCount() > 0 && &grid_->owner() != grid_) return grid_->ColumnCount() - 1;
-    throw AnswerError("\"column\" is needed to tell which cell");
+    throw AnswerError("\"column\" is needed to identify the cell");
   }
 
   Gestures& gestures_;

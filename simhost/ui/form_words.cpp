@@ -85,7 +85,7 @@ bool setWords(Form& form, std::wstring key, const std::wstring& words) {
 
 void translateForm(Form& form, std::string_view bytes, const std::string& fileName) {
   const std::optional<std::wstring> text = brenvolt::fromUtf8Strict(bytes);
-  if (!text) throw FormError(fileName + ": the file is no UTF-8");
+  if (!text) throw FormError(fileName + ": the file is not UTF-8");
   int number = 0;
   std::optional<bool> isThisForm; // nothing ahead of the first form
   for (const std::wstring& whole : brenvolt::splitKeepingEmpty(*text, L'\n')) {

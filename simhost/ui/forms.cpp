@@ -61,9 +61,9 @@ public:
     try {
       file = parseJson(bytes);
     } catch (const json::exception& error) {
-      fail(std::string("is no JSON: ") + error.what());
+      fail(std::string("invalid JSON: ") + error.what());
     }
-    if (!file.is_object()) fail("is no object");
+    if (!file.is_object()) fail("must be an object");
     // Where the controls stand is for a screen to read.
     allowMembers(file, {"$schema", "format", "version", "title", "controls", "layout"});
     if (file.value("format", json()) != std::string(formFormat))
@@ -73,7 +73,7 @@ public:
     form.name = fromUtf8(name);
     form.title = textOf(file, "title");
     if (file.contains("layout")) form.layout = jsonText(file["layout"]);
-    if (!file.contains("controls") || !file["controls"].is_array()) fail("\"controls\" is no list");
+    if (!file.contains("controls") || !file["controls"].is_array()) fail("\"controls\" must be a list");
     const std::string fileName = place_;
     std::set<std::wstring> roles;
     for (const json& entry : file["controls"]) {
@@ -95,20 +95,20 @@ private:
 
   [[nodiscard]] std::wstring textOf(const json& object, const char* member) const {
     if (!object.contains(member)) return {};
-    if (!object[member].is_string()) fail(std::string("\"") + member + "\" is no text");
+    if (!object[member].is_string()) fail(std::string("\"") + member + "\" must be a text");
     return fromUtf8(object[member].get<std::string>());
   }
 
   [[nodiscard]] FormControl parseControl(const json& entry) {
-    if (!entry.is_object()) fail("is no object");
+    if (!entry.is_object()) fail("must be an object");
     FormControl control;
     control.role = textOf(entry, "role");
     const std::string role = toUtf8(control.role);
     if (role.empty()) fail("needs \"role\"");
     place_ += " (\"" + role + "\")";
-    if (role == dialogRole) fail("the role stands for the dialog itself");
+    if (role == dialogRole) fail("this role is reserved for the dialog itself");
     // A point and a stroke part the names of what stands on pages.
-    if (role.find_first_of("./") != std::string::npos) fail("a role holds neither \".\" nor \"/\"");
+    if (role.find_first_of("./") != std::string::npos) fail("a role must not contain \".\" or \"/\"");
     control.kind = kindOf(toUtf8(textOf(entry, "kind")));
     control.label = textOf(entry, "label");
     control.tooltip = textOf(entry, "tooltip");
@@ -135,7 +135,7 @@ private:
   [[nodiscard]] ControlKind kindOf(const std::string& name) const {
     for (const KindName& row : kindNames)
       if (name == row.name) return row.kind;
-    fail("\"kind\" is no kind of control: \"" + name + "\"");
+    fail("\"kind\" is not a kind of control: \"" + name + "\"");
   }
 
   std::string place_;
@@ -158,7 +158,7 @@ Form loadForm(const std::filesystem::path& folder, std::wstring_view name, const
   const std::filesystem::path path = folder / (utf8Name + ".json");
   std::ifstream in(path, std::ios::binary);
   if (name.empty() || !in)
-    throw FormError("the form \"" + utf8Name + "\" is unknown: there is no " + path.string());
+    throw FormError("the form \"" + utf8Name + "\" is unknown: missing file " + path.string());
   const std::string bytes((std::istreambuf_iterator<char>(in)), std::istreambuf_iterator<char>());
   Form form = parseForm(bytes, utf8Name, path.string());
   translateFormIn(form, folder, language);

@@ -37,7 +37,7 @@ Refusal Gestures::reach(const ControlModel& control) const {
   if (const PagesModel* pages = control.pages()) {
     if (Refusal refusal = reach(*pages)) return refusal;
     if (pages->ShownPage() != control.page())
-      return "it stands on page " + std::to_string(control.page()) + ", which is not shown";
+      return "it is on page " + std::to_string(control.page()) + ", which is not shown";
   }
   if (!control.isVisible()) return "it is hidden";
   if (!control.isEnabled()) return "it is disabled";
@@ -86,7 +86,7 @@ void Gestures::commitRow(GridModel& grid) {
 }
 
 Refusal Gestures::press(ControlModel& control) {
-  if (control.kind() != ControlKind::button) return "it is no button";
+  if (control.kind() != ControlKind::button) return "it is not a button";
   if (Refusal refusal = takeFocus(control)) return refusal;
   if (dialog_.isEnded()) return std::nullopt;
   if (control.role() == okRole)
@@ -136,7 +136,7 @@ Refusal Gestures::type(ControlModel& control, std::wstring_view text) {
 
 Refusal Gestures::choose(ControlModel& control, int index) {
   auto* list = dynamic_cast<ListModel*>(&control);
-  if (list == nullptr) return "it is no list";
+  if (list == nullptr) return "it is not a list";
   if (Refusal refusal = reachForChange(control)) return refusal;
   if (Refusal refusal = takeFocus(control)) return refusal;
   if (dialog_.isEnded()) return std::nullopt;
@@ -243,7 +243,7 @@ Refusal Gestures::checkEdit(GridModel& grid, int row, int column, std::wstring_v
   case KvUiCellKind::fixed:
     return "the cell cannot be edited";
   case KvUiCellKind::tick:
-    if (text != L"0" && text != L"1") return "the cell holds a tick";
+    if (text != L"0" && text != L"1") return "the cell is a check box: use true or false";
     return std::nullopt;
   case KvUiCellKind::text:
   case KvUiCellKind::dropDown:

@@ -113,7 +113,7 @@ EntityPick ScriptedWindows::pickEntity(const std::wstring& prompt, bool emptyIsA
   pick.point = {action.point[0], action.point[1], action.point[2]};
   if (action.subject.empty()) {
     if (!emptyIsAllowed) {
-      steps_.failAt(*step, "the prompt takes no empty answer");
+      steps_.failAt(*step, "the prompt does not allow an empty pick");
       return EntityPick{};
     }
     record["do"].push_back({{"pick", nullptr}});
@@ -124,7 +124,7 @@ EntityPick ScriptedWindows::pickEntity(const std::wstring& prompt, bool emptyIsA
   const char* const last = action.subject.data() + action.subject.size();
   const auto [end, error] = std::from_chars(action.subject.data(), last, handle, 16);
   if (error != std::errc() || end != last || handle == 0) {
-    steps_.failAt(*step, "\"" + action.subject + "\" is no handle");
+    steps_.failAt(*step, "\"" + action.subject + "\" is not a handle");
     return EntityPick{};
   }
   record["do"].push_back({{"pick", action.subject}, {"point", pointAsJson(action.point)}});

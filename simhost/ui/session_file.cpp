@@ -47,10 +47,10 @@ const TextMember* textMember(const std::string& name) {
 }
 
 std::vector<std::string> readForms(const Json& value) {
-  if (!value.is_array() || value.empty()) fail("\"forms\" is no list of LISP forms");
+  if (!value.is_array() || value.empty()) fail("\"forms\" must be a list of LISP forms");
   std::vector<std::string> forms;
   for (const Json& form : value) {
-    if (!form.is_string()) fail("\"forms\" is no list of LISP forms");
+    if (!form.is_string()) fail("\"forms\" must be a list of LISP forms");
     forms.push_back(form);
   }
   return forms;
@@ -65,7 +65,7 @@ constexpr EndName endNames[] = {
 
 SessionCommand readCommand(const Json& value) {
   using Kind = SessionCommand::Kind;
-  if (!value.is_object()) fail("a command is no object");
+  if (!value.is_object()) fail("a command must be an object");
   SessionCommand command;
   int kinds = 0;
   for (const auto& [name, member] : value.items()) {
@@ -117,21 +117,21 @@ Json commandAsJson(const SessionCommand& command) {
 }
 
 void readCommands(const Json& value, SessionRun& run) {
-  if (!value.is_array()) fail("\"commands\" is no list of commands");
+  if (!value.is_array()) fail("\"commands\" must be a list of commands");
   for (const Json& command : value)
     run.commands.push_back(readCommand(command));
 }
 
 void readPoint(const Json& value, SessionRun& run) {
   if (!value.is_array() || value.size() != 2 || !value[0].is_number() || !value[1].is_number())
-    fail("\"at\" is no point of two numbers");
+    fail("\"at\" must be a point of two numbers");
   run.at = {value[0].get<double>(), value[1].get<double>()};
 }
 
 } // namespace
 
 SessionRun readSessionRun(const Json& value) {
-  if (!value.is_object()) fail("is no object");
+  if (!value.is_object()) fail("must be an object");
   SessionRun run;
   for (const auto& [name, member] : value.items()) {
     const TextMember* text = textMember(name);
@@ -144,7 +144,7 @@ SessionRun readSessionRun(const Json& value) {
     } else if (text == nullptr) {
       fail("unknown member \"" + name + "\"");
     } else if (!member.is_string()) {
-      fail("\"" + name + "\" is no text");
+      fail("\"" + name + "\" must be a text");
     } else {
       run.*text->field = member;
     }

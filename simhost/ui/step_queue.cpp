@@ -17,7 +17,7 @@ const AnswerStep* StepQueue::take(std::string_view dialog, std::string_view says
   const std::string name(dialog);
   if (next_ == steps_.size()) {
     fail(
-        "\"" + name + "\" has no answer: " + source_ + (steps_.empty() ? "" : " has no further step") +
+        "\"" + name + "\" has no answer: " + source_ + (steps_.empty() ? "" : " has no more steps") +
         (says.empty() ? std::string() : "; it says: " + std::string(says)));
     return nullptr;
   }

@@ -35,7 +35,7 @@ void reportFault(FileFault::Step step, const std::wstring& path, const std::wstr
 void requireReadable(std::wstring_view name) {
   const bool hasControl =
       std::any_of(name.begin(), name.end(), [](wchar_t c) { return c < 0x20 || (c >= 0x7F && c < 0xA0); });
-  if (hasControl) throw XmlError("the name of a configuration must not hold control characters");
+  if (hasControl) throw XmlError("the name of a configuration must not contain control characters");
 }
 
 } // namespace

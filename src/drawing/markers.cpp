@@ -49,7 +49,7 @@ std::wstring ZanDwgMarker::GetKey() const {
 }
 
 ZanDwgMarkerList& ZanDwgMarker::EnsureChildren() {
-  BRENVOLT_ASSERT(tree_ != nullptr, "a marker gets children only when it stands in a list");
+  BRENVOLT_ASSERT(tree_ != nullptr, "a marker gets children only when it is in a list");
   if (children_ == nullptr) children_.reset(new ZanDwgMarkerList(tree_, id));
   return *children_;
 }
@@ -86,7 +86,7 @@ bool ZanDwgMarkerList::holdsHandle(KvDbHandle handle) const {
 }
 
 void ZanDwgMarkerList::Insert(ZanDwgMarker marker) {
-  BRENVOLT_ASSERT(marker.children() == nullptr, "a marker comes into a list before it has children");
+  BRENVOLT_ASSERT(marker.children() == nullptr, "a marker is added to a list before it has children");
   marker.id = ++tree_->lastId;
   pending_.push_back(std::move(marker));
 }

@@ -137,7 +137,7 @@ HistoryOutcome restoreInHistory(
     const std::wstring& workbook, HistoryFile& file, const HistoryRecord& record) {
   const auto former = parsed(record.former);
   if (!former)
-    return {HistoryOutcome::Result::unchanged, L"the record holds no former configuration", {}, {}};
+    return {HistoryOutcome::Result::unchanged, L"the record contains no former configuration", {}, {}};
   return changeHistory(workbook, file, [&](HistoryFile& present) -> std::vector<HistoryRecord> {
     HistoryRecord restored = recordOf(HistoryAction::restored, present, record.key);
     if (restored.former == record.former) return {};

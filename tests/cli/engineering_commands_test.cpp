@@ -144,7 +144,7 @@ TEST_CASE("a build's answer, a factor by hand, and why there is no proposal") {
       {"every metric size has one",
        {"--fla", "52", "--standard-code", "IEC", "--length", "900", "--units", "M", "--drop-limit", "0.01"},
        nullptr,
-       "no size for 52 A keeps the voltage drop limit of 0.01 percent"},
+       "no size for 52 A meets the maximum voltage drop of 0.01 percent"},
       {"2 conductors carry no 500 A",
        {"--fla", "4000", "--parallel", "2"},
        nullptr,
@@ -158,7 +158,7 @@ TEST_CASE("a build's answer, a factor by hand, and why there is no proposal") {
   }
   const ToolRun refused = folder.run(wireCircuit({"--unattended", "--extra", "5", "--parallel", "3"}));
   CHECK(refused.exitCode == 3);
-  CHECK(contains(refused.errors, "--extra: takes no part when a build sizes a wire unattended\n--parallel:"));
+  CHECK(contains(refused.errors, "--extra: is not used when a build sizes a wire\n--parallel:"));
 }
 
 TEST_CASE("every fault of a circuit is named by its option") {
@@ -173,11 +173,11 @@ TEST_CASE("every fault of a circuit is named by its option") {
       {{"--power-factor", "1.1"}, "--power-factor: \"1.1\" must be a number above 0 and at most 1"},
       {{"--metal", "FE"}, "--metal: there is no table AMP_FE_AWG_NEC"},
       {{"--insulation", "WOOL"}, "--insulation: INSUL_CU_AWG_NEC has no row with INSUL = WOOL"},
-      {{"--insulation", "TH'WN"}, "--insulation: \"TH'WN\" must hold no quote"},
-      {{"--length", "10", "--raceway", "WOOD"}, "is no column of XL&R_CU_AWG_NEC, which has PVC, AL, STEEL"},
+      {{"--insulation", "TH'WN"}, "--insulation: \"TH'WN\" must not contain quotes"},
+      {{"--length", "10", "--raceway", "WOOD"},
+       "is not a column of XL&R_CU_AWG_NEC, which has PVC, AL, STEEL"},
       {{"--length", "10", "--units", "feet"}, "--units: \"feet\" must be FT or M"},
-      {{"--standard-code", "NOPE"},
-       "--standard-code: there are no tables of \"NOPE\"; there are those of IEC, NEC"},
+      {{"--standard-code", "NOPE"}, "--standard-code: no tables of \"NOPE\" exist; choose one of IEC, NEC"},
       {{"--ambient", "90C"}, "has no factor for 90 degrees"},
       {{"--parallel", "4", "--min-size", "9/0"}, "AMP_CU_AWG_NEC has no row with SIZE = 9/0"},
   };
@@ -227,7 +227,7 @@ TEST_CASE("a list of circuits is sized as its circuits one by one, and every bad
   const std::string open = folder.write("open.csv", "fla,voltage,phase\n52,\"460,3\n52,460,3\n");
   CHECK(contains(
       folder.run({"wire", "--site", "site", "--batch", open, "--out", folder.path("none.csv")}).errors,
-      "open.csv, line 2: the quote never ends"));
+      "open.csv, line 2: a closing quote is missing"));
   CHECK(folder.run({"wire", "--site", "site", "--batch", list, "--out", "/proc/none.csv"}).exitCode == 4);
 }
 

@@ -85,14 +85,14 @@ TEST_CASE("bad input ends with a message that names it, and code 3") {
   };
   const Row rows[] = {
       {{"lisp", folder.path("none.lsp")}, "none.lsp: cannot be read"},
-      {{"lisp", folder.write("bytes.lsp", "(princ \"\xff\")")}, "bytes.lsp: is no UTF-8"},
+      {{"lisp", folder.write("bytes.lsp", "(princ \"\xff\")")}, "bytes.lsp: not UTF-8"},
       {{"lisp", "-e", "(list 1"}, "-e:1: "},
       {{"lisp", "-e", "(defun again (n) (+ 1 (again n))) (again 1)"}, "-e:1: "},
       {{"lisp", "--drawing", damaged, "-e", "1"}, "damaged.json"},
       {{"lisp", "--drawing", folder.path("no.json"), "-e", "1"}, "no.json"},
-      {{"lisp", "--answers", damaged, "-e", "1"}, "damaged.json: is no JSON"},
+      {{"lisp", "--answers", damaged, "-e", "1"}, "damaged.json: invalid JSON"},
       {{"lisp", "--answers", folder.write("huge.json", "{\"a\": 1e999}"), "-e", "1"},
-       "huge.json: is no JSON"},
+       "huge.json: invalid JSON"},
       {{"lisp", "--site", folder.path("nowhere"), "-e", "1"}, "nowhere/site.lsp: cannot be read"},
       {{"lisp", "--module", folder.path("no.kvx"), "-e", "1"}, "no.kvx: no such module"},
       {{"lisp", "--module", damaged, "-e", "1"}, "damaged.json"},
@@ -180,5 +180,5 @@ TEST_CASE("the prompt reads forms from a pipe, goes on behind an error and ends 
   CHECK(wrong.output == "2\n");
   CHECK(contains(wrong.errors, "input:1: "));
   CHECK(wrong.exitCode == 3);
-  CHECK(contains(folder.run({"lisp"}, "(list 1\n").errors, "a form is not closed"));
+  CHECK(contains(folder.run({"lisp"}, "(list 1\n").errors, "the last form is incomplete"));
 }

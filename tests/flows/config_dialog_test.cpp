@@ -280,11 +280,10 @@ TEST_CASE("an undo that the host refuses is told and changes nothing") {
   const ConfigResult result = ConfigSite().run({.steps = steps});
   checkEnd(result, "nil");
   CHECK_EQ(result.drawn, R"(("small" "last"))");
-  const std::string refused = "The host refuses to undo the last insertion. It stays in the drawing.\n";
+  const std::string refused = "The last insertion cannot be undone. It stays in the drawing.\n";
   CHECK_EQ(
       result.printed,
-      refused + refused +
-          "The host refuses to undo what the circuit has brought. It stays in the drawing.\n");
+      refused + refused + "The insertions of the circuit cannot be undone. They stay in the drawing.\n");
 }
 
 TEST_CASE("a configuration needs a name, and a taken one is replaced, made new or thought over") {

@@ -191,9 +191,9 @@ TEST_CASE("what the format cannot hold is refused with its place") {
       {{named(L"a/b")}, L"\"a/b\": [ ] : * ? / \\"},
       {{named(L"'a")}, L"apostrophe"},
       {{named(L"One"), named(L"ONE")}, L"\"ONE\" is there twice"},
-      {{tall}, L"sheet \"tall\": a sheet holds at most 65536 rows"},
+      {{tall}, L"sheet \"tall\": a sheet has at most 65536 rows"},
       {{withRow(BookRow(257, L"x"))}, L"at most 256 columns"},
-      {{withRow({L"", std::wstring(32768, L'x')})}, L"row 2, column 2: a cell holds at most 32767"},
+      {{withRow({L"", std::wstring(32768, L'x')})}, L"row 2, column 2: a cell has at most 32767"},
       {{withRow({HUGE_VAL})}, L"row 2, column 1: the number is not finite"},
   };
   for (const Row& row : rows) {
@@ -339,7 +339,7 @@ TEST_CASE("a full sheet takes no further row") {
   }
   CHECK(isTaken);
   CHECK_FALSE(book.AddRecords(L"S", {L"A"}, {L"x"}, 0));
-  CHECK(book.error().find(L"sheet \"S\": a sheet holds at most 65536 rows") != std::wstring::npos);
+  CHECK(book.error().find(L"sheet \"S\": a sheet has at most 65536 rows") != std::wstring::npos);
   REQUIRE(book.CloseDB());
   REQUIRE(book.OpenDB(folder.name("full.xls"), L""));
   CHECK_FALSE(book.AddRecords(L"S", {L"A"}, {L"x"}, 0));

@@ -249,7 +249,7 @@ TEST_CASE("what is no readable workbook is refused with file and reason") {
       {"text.xls", "TAG,DESC\nM1,motor\n", L"text.xls: is not a workbook"},
       {"head.xls", whole->substr(0, 300), L"damaged"},
       {"cut.xls", whole->substr(0, 2000), L"damaged"},
-      {"letter.xls", empty.container(L"WordDocument"), L"holds no workbook"},
+      {"letter.xls", empty.container(L"WordDocument"), L"contains no workbook"},
       {"secret.xls", secret.container(), L"is encrypted"},
       {"package.xls", empty.container(L"EncryptedPackage"), L"is encrypted"},
       {"lost.xls", lost.container(), L"damaged in sheet \"S\""},

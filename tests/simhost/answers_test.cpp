@@ -41,8 +41,8 @@ int pick(KvEntityName& entity, KvPoint3d& point) {
 } // namespace
 
 TEST_CASE("a damaged answer file is told with file and step") {
-  CHECK(faultOf("{").starts_with("a.json: is no JSON"));
-  CHECK(faultOf("[]") == "a.json: is no object");
+  CHECK(faultOf("{").starts_with("a.json: invalid JSON"));
+  CHECK(faultOf("[]") == "a.json: must be an object");
   CHECK(faultOf(R"({"version": 1, "steps": []})").starts_with("a.json: \"format\""));
   CHECK(faultOf(R"({"format": "brenvolt-answers", "version": 2, "steps": []})")
             .starts_with("a.json: \"version\""));
@@ -116,7 +116,8 @@ TEST_CASE("an empty answer is refused where the prompt forbids it") {
   KvPoint3d point;
   kvedInitGet(1, nullptr);
   CHECK(pick(entity, point) == kvstatus::cancel);
-  CHECK(host.windows.failure().find(L"step 1: the prompt takes no empty answer") != std::wstring::npos);
+  CHECK(
+      host.windows.failure().find(L"step 1: the prompt does not allow an empty pick") != std::wstring::npos);
 }
 
 TEST_CASE("a step for another dialog names both, and everything asked later is cancelled") {

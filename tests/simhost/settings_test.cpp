@@ -149,5 +149,5 @@ TEST_CASE("a settings path that is no file is left alone, and the values hold fo
   CHECK(kvdsReadUserValue(L"Dlg", L"Last", value));
   CHECK_EQ(value, L"x");
   CHECK(std::filesystem::is_directory(place));
-  CHECK(host.printed.find(L"is no file") != std::wstring::npos);
+  CHECK(host.printed.find(L"not a file") != std::wstring::npos);
 }

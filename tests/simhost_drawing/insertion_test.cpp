@@ -116,7 +116,7 @@ TEST_CASE("layers can be renamed on the way and a drawing can come in as a block
   };
   CHECK(faultWith(insertion)); // the name is taken now
   insertion.blockName = L"coil";
-  CHECK(faultWith(insertion) == L"the drawing holds a block coil itself");
+  CHECK(faultWith(insertion) == L"the drawing itself contains a block coil");
   CHECK(faultWith({{}, 0.0}) == L"the scale must not be 0");
   CHECK(faultWith({{}, 1e308}));
   CHECK(drawingInsertionFault(source, source.modelSpace(), source, {}));

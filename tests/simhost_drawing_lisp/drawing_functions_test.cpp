@@ -162,7 +162,7 @@ TEST_CASE("wrong arguments are told in words") {
       {"(insert-block \"Motor\" '(0 0) 1 0 nil '((\"X\" . \"1\")))",
        "INSERT-BLOCK: block Motor has no attribute X"},
       {"(define-block \"Loop\" '(0 0) (lambda () (insert-block \"Loop\" '(0 0))))",
-       "INSERT-BLOCK: a block holds references only to blocks that were defined before it"},
+       "INSERT-BLOCK: a block can only contain references to blocks that were defined before it"},
       {"(entity-get (draw-circle '(0 0) 1) 'height)", "ENTITY-GET: a circle has no property height"},
       {"(entity-set! (entity-last) 'kind \"arc\")", "ENTITY-SET!: the property kind cannot be changed"},
       {"(entity-set! (entity-last) 'radius -1)", "ENTITY-SET!: the radius must be above 0"},

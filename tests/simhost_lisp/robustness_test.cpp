@@ -103,7 +103,7 @@ TEST_CASE("100,000 nested lists are read, printed, compared and freed; evaluatin
   Interpreter interpreter;
   CHECK(evaluated(interpreter, "(setq a '" + nested + " b '" + nested + ") (equal a b)") == "T");
   CHECK(printValue(interpreter.value(L"a")).size() == 2 * manyElements + 1);
-  CHECK(evaluated(interpreter, nested).starts_with("error: test.lsp:1: this is no function: (((((("));
+  CHECK(evaluated(interpreter, nested).starts_with("error: test.lsp:1: not a function: (((((("));
   const std::string calls = [] {
     std::string text;
     for (std::size_t i = 0; i < manyElements; ++i) {

@@ -390,8 +390,9 @@ TEST_CASE("a slip in a layout is told with form and reason") {
       {R"({"content": {"section": "A"}, "buttons": ["ok"]})", "a section without title or \"content\""},
       {R"({"content": {"row": ["name"], "streck": 1}, "buttons": ["ok"]})", "unknown member \"streck\""},
       {R"({"content": {"row": ["name"], "stretch": -1}, "buttons": ["ok"]})",
-       "\"stretch\", which is no count"},
-      {R"({"content": "name", "buttons": ["ok"], "size": [1]})", "\"size\" is no list of width and height"},
+       "\"stretch\", which must be a number"},
+      {R"({"content": "name", "buttons": ["ok"], "size": [1]})",
+       "\"size\" must be a list of width and height"},
   };
   for (const Row& row : rows) {
     CAPTURE(row.layout);

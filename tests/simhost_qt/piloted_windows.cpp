@@ -210,7 +210,7 @@ EntityPick StepPilot::pick(bool emptyIsAllowed) {
     if (emptyIsAllowed)
       pick.kind = EntityPick::Kind::nothing;
     else
-      steps_.failAt(*step, "the prompt takes no empty answer");
+      steps_.failAt(*step, "the prompt does not allow an empty pick");
     return pick;
   }
   std::uint64_t handle = 0;

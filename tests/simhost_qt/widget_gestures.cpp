@@ -83,7 +83,7 @@ void WidgetGestures::leave() {
 }
 
 Refusal WidgetGestures::press(ControlModel& control) {
-  if (control.kind() != ControlKind::button) return "it is no button";
+  if (control.kind() != ControlKind::button) return "it is not a button";
   ControlView* view = nullptr;
   if (Refusal refusal = find(control, true, view)) return refusal;
   QTest::mouseClick(&view->widget(), Qt::LeftButton);
@@ -126,7 +126,7 @@ Refusal WidgetGestures::type(ControlModel& control, std::wstring_view text) {
 
 Refusal WidgetGestures::choose(ControlModel& control, int index) {
   auto* list = dynamic_cast<ListModel*>(&control);
-  if (list == nullptr) return "it is no list";
+  if (list == nullptr) return "it is not a list";
   ControlView* view = nullptr;
   if (Refusal refusal = find(control, true, view)) return refusal;
   if (auto* open = qobject_cast<QListWidget*>(&view->widget())) {
@@ -236,7 +236,7 @@ Refusal WidgetGestures::editCell(
   dialog_.setLastCellAnswer(CellAnswer::taken);
   const auto shows = [&] { return fromQt(index.data(Qt::EditRole).toString()) == text; };
   if (flags & Qt::ItemIsUserCheckable) {
-    if (text != L"0" && text != L"1") return "the cell holds a tick";
+    if (text != L"0" && text != L"1") return "the cell is a check box: use true or false";
     if (!shows())
       table->model()->setData(index, text == L"1" ? Qt::Checked : Qt::Unchecked, Qt::CheckStateRole);
     return std::nullopt;

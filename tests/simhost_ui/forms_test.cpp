@@ -27,19 +27,20 @@ std::string faultOf(const std::string& bytes) {
 } // namespace
 
 TEST_CASE("a damaged form is told with file and control") {
-  CHECK(faultOf("{").starts_with("a.json: is no JSON"));
+  CHECK(faultOf("{").starts_with("a.json: invalid JSON"));
   CHECK(faultOf(R"({"format": "brenvolt-form", "version": 2})").starts_with("a.json: \"version\""));
-  CHECK(faultOf(R"({"format": "brenvolt-form", "version": 1})") == "a.json: \"controls\" is no list");
+  CHECK(faultOf(R"({"format": "brenvolt-form", "version": 1})") == "a.json: \"controls\" must be a list");
   struct Row {
     const char* control;
     const char* fault;
   };
   const Row rows[] = {
       {R"({"kind": "text"})", "control 1: needs \"role\""},
-      {R"({"role": "a", "kind": "slider"})", "control 1 (\"a\"): \"kind\" is no kind of control: \"slider\""},
-      {R"({"role": "a.b", "kind": "text"})", "control 1 (\"a.b\"): a role holds neither \".\" nor \"/\""},
+      {R"({"role": "a", "kind": "slider"})",
+       "control 1 (\"a\"): \"kind\" is not a kind of control: \"slider\""},
+      {R"({"role": "a.b", "kind": "text"})", "control 1 (\"a.b\"): a role must not contain \".\" or \"/\""},
       {R"({"role": "dialog", "kind": "text"})",
-       "control 1 (\"dialog\"): the role stands for the dialog itself"},
+       "control 1 (\"dialog\"): this role is reserved for the dialog itself"},
       {R"({"role": "a", "kind": "text"}, {"role": "a", "kind": "list"})",
        "control 2 (\"a\"): the role is taken by another control"},
       {R"({"role": "a", "kind": "list", "readOnly": true})",

@@ -114,7 +114,7 @@ TEST_CASE("a question in between is answered by the next step, and the dialog go
   CHECK(one.recording == two.recording);
 
   const Outcome wrong = runSteps(R"({"dialog": "everything", "do": [{"press": "report"}]})", askForValue);
-  CHECK(wrong.failure == "\"value_list\" has no answer: a.json has no further step");
+  CHECK(wrong.failure == "\"value_list\" has no answer: a.json has no more steps");
   CHECK(wrong.events == Lines{"clicked report"});
   const Outcome open = runSteps(
       R"({"dialog": "everything", "do": [{"press": "help"}]}, {"dialog": "pick", "do": [{"pick": null}]})");

@@ -135,7 +135,7 @@ TEST_CASE("what a circuit cannot be drawn with is told ahead of the build, and n
     const char* message;
   };
   const Row rows[] = {
-      {{"--history", "Pump 10 HPx"}, 3, "there is no history \"Pump 10 HPx\""},
+      {{"--history", "Pump 10 HPx"}, 3, "no saved configuration \"Pump 10 HPx\""},
       {{"--preset", "DISC"}, 3, "preset \"DISC\": must be CODE=1,2"},
       {{"--preset", "DISC=20;NOPE=1"}, 3, "preset \"NOPE=1\""},
       {{"--at", "nan,0"}, 3, "--at"},

@@ -31,7 +31,7 @@ TEST_CASE("every wrong value of a preset is named at once, and fields of a rebui
   for (const char* message :
        {"preset \"DISC=99,1\": \"Disconnecting means\" has no option 99; its options are ",
         "preset \"DISC=10,x\": must be CODE=1,2", "preset \"NOPE=1\": must be CODE=1,2",
-        "a value too many (4)"})
+        "which is one value too many (4)"})
     CHECK_MESSAGE(run.errors.find(message) != std::string::npos, run.errors);
   CHECK(run.errors.find("OL=") == std::string::npos);
   CHECK(site.draw(motor, "a.json", {"--params", "\"a\""}).exitCode == 1);

@@ -162,11 +162,11 @@ TEST_CASE("a session that cannot be run again says why, and writes nothing but i
       {R"x("forms": ["1"], "commands": [])x", "", "has \"commands\" beside \"forms\""},
       {R"x("commands": [{"undo": true, "redo": true}])x", "", "a command has one of"},
       {R"x("commands": [{"forms": ["1"], "ends": "badly"}])x", "", "neither \"cancelled\" nor"},
-      {R"x("commands": [{"undo": true}])x", "", "command 1 of the session: there is nothing to undo"},
+      {R"x("commands": [{"undo": true}])x", "", "command 1 of the session: nothing to undo"},
       {R"x("commands": [{"open": "none.json"}])x", "", "none.json"},
       {R"x("commands": [{"forms": ["1"], "ends": "failed"}])x", "", "is done now"},
       {R"x("commands": [{"forms": ["(car 5)"], "ends": "cancelled"}])x", "", "ends otherwise than recorded"},
-      {R"("forms": ["1"], "project": "none.db")", "", "there is no such project"},
+      {R"("forms": ["1"], "project": "none.db")", "", "no such project"},
       {feed, "", "\"ZanDlgConfig\" has no answer"},
       {feed, R"({"dialog": "ZanDlgConfig", "do": [{"press": "insert"}]})", "insert"},
   };
