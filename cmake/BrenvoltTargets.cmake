@@ -47,7 +47,7 @@ function(brenvolt_quick_compile target)
 endfunction()
 
 # brenvolt_library(NAME SOURCES a.cpp ... [DEPENDS target ...])
-# A folder of the house. src/ and the root are the include roots: "data/wire_sizing.h", "platform/tables.h".
+# A folder of the project. src/ and the root are the include roots: "data/wire_sizing.h", "platform/tables.h".
 function(brenvolt_library name)
   cmake_parse_arguments(ARG "" "" "SOURCES;DEPENDS" ${ARGN})
   add_library(${name} STATIC ${ARG_SOURCES})

@@ -1,5 +1,5 @@
-// Cells are taken from the raw rows: the library's own binding of columns cuts long texts and cannot tell NULL from
-// empty.
+// Cells are taken from the raw rows: the library's own binding of columns truncates long texts and cannot distinguish
+// NULL from empty.
 #include "platform/access_file.h"
 
 #include "platform/shared_library.h"
@@ -60,12 +60,12 @@ constexpr std::size_t propertiesOffset = 16;
 constexpr unsigned char calculatedBits = 0xC0;
 /// The bits of a row's offset that are the offset.
 constexpr int offsetMask = 0x1FFF;
-/// Length, place and a reserved word stand ahead of a long value.
+/// Length, position and a reserved word precede a long value.
 constexpr std::size_t longValueHeader = 12;
 constexpr std::uint32_t isInline = 0x80000000U;
 constexpr std::uint32_t isOnePage = 0x40000000U;
 constexpr std::uint32_t lengthMask = 0x3FFFFFFFU;
-/// Digits that a double keeps whatever the number.
+/// Digits that a double keeps for any number.
 constexpr std::size_t exactDigits = 15;
 
 template <typename Number>
@@ -76,7 +76,7 @@ Number readLittleEndian(std::string_view bytes) {
   return value;
 }
 
-/// The value that a person typed into a single-precision column: 0.3, not 0.300000012.
+/// The value typed into a single-precision column: 0.3, not 0.300000012.
 double typedSingle(float value) {
   if (!std::isfinite(value)) return 0.0;
   std::array<char, 64> buffer{};
@@ -91,7 +91,7 @@ std::string twoDigits(std::int64_t value) {
   return {static_cast<char>('0' + value / 10), static_cast<char>('0' + value % 10)};
 }
 
-/// Days since 1899-12-30 as a person reads them: a date, a time of day when there is no date, or both.
+/// Days since 1899-12-30 as a readable text: a date, a time of day when there is no date, or both.
 std::string dateText(double value) {
   constexpr double farthestDay = 3000000.0;
   if (!std::isfinite(value) || std::fabs(value) > farthestDay) return realText(value);
@@ -184,7 +184,7 @@ std::vector<std::string> AccessFile::tableNames() const {
   for (unsigned index = 0; index < native_->handle->num_catalog; ++index) {
     auto* entry = static_cast<MdbCatalogEntry*>(g_ptr_array_index(native_->handle->catalog, index));
     const std::string_view name = entry->object_name;
-    // Left behind by an interrupted change of a table: not the user's.
+    // Left by an interrupted change of a table: not the user's.
     const bool isLeftover = name.starts_with("~TMP");
     if (entry->object_type == MDB_TABLE && mdb().mdb_is_user_table(entry) != 0 && !isLeftover)
       names.emplace_back(name);
@@ -221,8 +221,8 @@ bool AccessFile::read(const std::string& name, TableReceiver& receiver) {
 }
 
 bool AccessFile::Native::readDescription(int& place, unsigned char& byte) const {
-  // A description that fills its page goes on in another one, behind a head of eight bytes that begins with four others
-  // and then names the page that follows.
+  // A description that fills its page continues on another one, after a header of eight bytes that begins with four
+  // others and then names the next page.
   constexpr int head = 8;
   while (place >= handle->fmt->pg_size) {
     const auto next = readLittleEndian<std::uint32_t>({reinterpret_cast<const char*>(handle->pg_buf) + 4, 4});

@@ -66,7 +66,7 @@ bool receive(ChildReader& pipe, TableValue& value) {
   return false;
 }
 
-/// The child's side: a table goes into the pipe as it is read.
+/// The child's side: writes a table into the pipe while reading it.
 class PipeReceiver final : public TableReceiver {
 public:
   explicit PipeReceiver(ChildWriter& pipe) : pipe_(pipe) {}

@@ -35,7 +35,7 @@ std::wstring padded(std::int64_t value, std::size_t width) {
   return digits.size() < width ? std::wstring(width - digits.size(), L'0') + digits : digits;
 }
 
-/// The letters of a format's first section that stand for parts of a date or time, in order and in lower case;
+/// The letters of a format's first section that mean parts of a date or time, in order and in lower case;
 /// an elapsed part is "e".
 std::wstring partLetters(std::wstring_view format) {
   std::wstring letters;
@@ -82,7 +82,7 @@ bool isMinute(std::wstring_view letters, std::size_t place) {
 }
 
 std::wstring dayText(std::int64_t day, DateEpoch epoch) {
-  // The calendar of 1900 has a 29th of February that never was, and a day 0 ahead of the first of January.
+  // The calendar of 1900 has a 29th of February that never existed, and a day 0 before the first of January.
   if (epoch == DateEpoch::year1900 && day == 60) return L"1900-02-29";
   if (epoch == DateEpoch::year1900 && day == 0) return L"1900-01-00";
   using namespace std::chrono;

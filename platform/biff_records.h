@@ -1,5 +1,5 @@
 // Workbook streams record by record: the ids that matter here, and a walk that reads ahead in large pieces and skips
-// what nobody asks for.
+// unneeded records.
 #pragma once
 
 #include "platform/ole2_container.h"
@@ -10,7 +10,7 @@
 
 namespace brenvolt::biff {
 
-/// Record ids. Those of older versions that later programs still write stand beside the usual one.
+/// Record ids. Ids of older versions that later programs still write follow the usual one.
 enum Id : std::uint16_t {
   idFormula = 0x0006,
   idEndOfFile = 0x000A,
@@ -56,7 +56,7 @@ enum Id : std::uint16_t {
 inline constexpr std::uint16_t version5 = 0x0500;
 inline constexpr std::uint16_t version8 = 0x0600;
 inline constexpr std::size_t headerBytes = 4;
-/// The longest body that programs accept; more goes into CONTINUE records.
+/// The longest body that programs accept; more is written in CONTINUE records.
 inline constexpr std::size_t longestBody = 8224;
 
 /// A stream seen through a buffer.
@@ -82,7 +82,7 @@ private:
   std::size_t filled_ = 0;
 };
 
-/// Where a record stands in its stream.
+/// The position of a record in its stream.
 struct RecordPlace {
   std::uint16_t id = 0;
   std::size_t length = 0;
@@ -101,7 +101,7 @@ public:
   [[nodiscard]] bool next();
   [[nodiscard]] const RecordPlace& place() const { return place_; }
   [[nodiscard]] std::uint16_t id() const { return place_.id; }
-  /// The record's bytes, good until the walk goes on. Empty when they cannot be read.
+  /// The record's bytes, valid until the walk continues. Empty when they cannot be read.
   [[nodiscard]] std::span<const std::uint8_t> body();
   void seek(std::uint64_t offset) { next_ = offset; }
 

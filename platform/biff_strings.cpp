@@ -130,7 +130,7 @@ bool StringCursor::isAtEnd() {
 bool StringCursor::characters(std::size_t count, bool isWide, TextPool* pool) {
   while (count > 0) {
     if (position_ >= recordEnd_) {
-      // Where the characters go on in the next record, its first byte says anew how wide they are.
+      // Where the characters continue in the next record, its first byte specifies their width again.
       if (!nextRecord()) return false;
       if (position_ >= recordEnd_) continue;
       const auto flags = byte();

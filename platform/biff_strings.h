@@ -43,7 +43,7 @@ private:
   Place current_;
 };
 
-/// Reads through a record and the CONTINUE records behind it.
+/// Reads through a record and the CONTINUE records after it.
 class StringCursor final {
 public:
   StringCursor(ByteWindow& window, std::uint64_t position, std::uint64_t recordEnd)
@@ -65,7 +65,7 @@ public:
   enum class LengthField { oneByte, twoBytes };
   [[nodiscard]] bool string(LengthField lengthField, TextPool* pool);
   [[nodiscard]] bool skip(std::uint64_t count);
-  /// Whether neither this record nor one behind it holds more.
+  /// Whether neither this record nor a following one contains more.
   [[nodiscard]] bool isAtEnd();
 
 private:
@@ -77,8 +77,8 @@ private:
   std::uint64_t recordEnd_;
 };
 
-/// The shared string table: read as far as somebody asks, and remembered in coarse steps, so that the next sheet does
-/// not walk through it from its start again.
+/// The shared string table: read as far as needed, and remembered in coarse steps, so that the next sheet does not
+/// walk through it from its start again.
 class SharedStrings final {
 public:
   /// `place`: the SST record.

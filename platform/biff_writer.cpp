@@ -113,7 +113,7 @@ void SharedStringsWriter::append(std::string_view units) {
   const bool narrow = isNarrow(units);
   const std::string characters = narrow ? narrowed(units) : std::string(units);
   const std::size_t width = narrow ? 1 : 2;
-  // The head stays together and has one character with it: some readers ask for that.
+  // The header stays together with one character: some readers require that.
   if (bodies_.back().size() + headBytes + width > longestBody) bodies_.emplace_back();
   appendLe16(bodies_.back(), static_cast<unsigned>(units.size() / 2));
   appendLe8(bodies_.back(), narrow ? 0 : 1);
@@ -124,7 +124,7 @@ void SharedStringsWriter::append(std::string_view units) {
     bodies_.back().append(characters, done, count);
     done += count;
     if (done == characters.size()) return;
-    // Each further record says anew how wide its characters are.
+    // Each further record specifies the width of its characters again.
     bodies_.emplace_back(1, narrow ? '\0' : '\1');
   }
 }

@@ -15,7 +15,7 @@
 
 namespace brenvolt {
 
-/// A cell to write: a text (the empty text is no cell) or a number.
+/// A cell to write: a text (an empty text means no cell) or a number.
 using BookCell = std::variant<std::wstring, double>;
 using BookRow = std::vector<BookCell>;
 
@@ -28,9 +28,9 @@ inline constexpr std::size_t maximumColumns = 256;
 inline constexpr std::size_t maximumTextUnits = 32767;
 inline constexpr std::size_t maximumSheetNameUnits = 31;
 
-/// What stands against a sheet of this name, for a message; nothing when it will do.
+/// The problem of a sheet with this name, for a message; nothing when it is valid.
 [[nodiscard]] std::optional<std::wstring> sheetNameProblem(std::wstring_view name);
-/// What stands against this row as row number `row` (from 0); nothing when it will do.
+/// The problem of this row as row number `row` (from 0); nothing when it is valid.
 [[nodiscard]] std::optional<std::wstring> rowProblem(const BookRow& cells, std::size_t row);
 
 /// One record; the body is at most `longestBody` bytes long.
@@ -43,7 +43,7 @@ void appendShortText(std::string& body, std::wstring_view text);
 class SharedStringsWriter final {
 public:
   SharedStringsWriter();
-  /// Goes on behind a table of `textCount` texts that a file holds: the bodies of its SST and CONTINUE records.
+  /// Continues a file's table of `textCount` texts: the bodies of its SST and CONTINUE records.
   SharedStringsWriter(std::vector<std::string> bodies, std::uint32_t textCount);
 
   /// The number of a text for one more cell. A text that an older part of the table holds is stored again.
@@ -70,7 +70,7 @@ struct RowBlocks {
 };
 void appendRowBlocks(std::string& out, const RowBlocks& blocks, SharedStringsWriter& strings);
 
-/// Rows and columns that hold cells: first ones, and ends behind the last ones.
+/// Rows and columns with cells: the first ones, and the ends after the last ones.
 struct UsedRange {
   std::uint32_t firstRow = 0;
   std::uint32_t endRow = 0;

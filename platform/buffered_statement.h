@@ -1,4 +1,4 @@
-// Rows that are already in memory, as the answer of a statement.
+// Rows that are already in memory, as the result of a statement.
 #pragma once
 
 #include "platform/table_engine.h"
@@ -11,7 +11,7 @@ namespace brenvolt::tables {
 
 class BufferedStatement final : public Statement {
 public:
-  /// `delivered` rows count as fetched already; the last of them is the row that the statement stands on.
+  /// `delivered` rows count as already fetched; the last of them is the current row of the statement.
   BufferedStatement(std::vector<std::wstring> columns, std::vector<TableRow> rows, std::size_t delivered = 0)
       : columns_(std::move(columns)), rows_(std::move(rows)), delivered_(delivered) {}
 

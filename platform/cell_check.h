@@ -31,8 +31,8 @@ public:
 
   enum class Last { no, yes };
 
-  /// Looks at a row, and tells whether it is the table's last one. Its bad cells are NULL afterwards if that is asked for.
-  /// Numbers of number columns are numbers afterwards, blanks around them gone.
+  /// Checks a row; `last` says whether it is the table's last one. Its bad cells are NULL afterwards if requested.
+  /// Numbers of number columns are numbers afterwards, blanks around them removed.
   void check(TableRow& row, std::int64_t place, Last last, BadCells badCells);
   /// All bad cells so far.
   [[nodiscard]] const std::vector<BadCell>& found() const { return found_; }

@@ -13,12 +13,12 @@ namespace {
 struct Entry {
   std::wstring key;
   std::wstring value;
-  /// As it stands in the string, without the separator.
+  /// Unchanged from the string, without the separator.
   std::wstring_view whole;
 };
 
-/// The value that starts at `at`, which moves behind it. Quotes count only as the first character, and braces as they
-/// do for servers; inside, the closing one doubled stands for itself.
+/// The value that starts at `at`, which moves past it. Quotes count only as the first character, and braces as for
+/// servers; inside, a doubled closing character means itself.
 std::wstring readValue(std::wstring_view text, std::size_t& at) {
   while (at < text.size() && text[at] == L' ')
     ++at;

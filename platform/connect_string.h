@@ -10,10 +10,10 @@ namespace brenvolt::tables {
 /// The value of `key`, found without case; empty when the string has none.
 [[nodiscard]] std::wstring connectValue(std::wstring_view init, std::wstring_view key);
 
-/// A value as it stands in such a string, in quotes where it needs them.
+/// A value for such a string, in quotes where needed.
 [[nodiscard]] std::wstring connectQuoted(std::wstring_view value);
 
-/// The string without its passwords, for messages and for whoever asks for the data source.
+/// The string without its passwords, for messages and for displaying the data source.
 [[nodiscard]] std::wstring withoutPassword(std::wstring_view connectionString);
 
 } // namespace brenvolt::tables

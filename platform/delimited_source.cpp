@@ -68,7 +68,7 @@ private:
       cell += '"';
     }
     line_ += std::count(cell.begin(), cell.end(), '\n');
-    // What stands between the closing quote and the comma belongs to the cell all the same.
+    // Text between the closing quote and the comma is part of the cell.
     return cell + plain();
   }
 
@@ -136,7 +136,7 @@ DelimitedTable readTable(const fs::path& file, std::wstring& faults) {
         addFault(faults, file, 1, L"the column names are missing");
       continue;
     }
-    // An empty line, often the last one, is no row.
+    // An empty line, often the last one, is not a row.
     if (record.cells == std::vector<std::string>{""}) continue;
     if (record.cells.size() != table.columns.size()) {
       addFault(

@@ -1,4 +1,4 @@
-// What a file is, told by its first bytes: names lie, contents rarely do.
+// The kind of a file, recognised by its first bytes, since names can be wrong.
 #pragma once
 
 #include <string>

@@ -20,7 +20,7 @@ namespace brenvolt {
 
 namespace {
 
-/// A program gives up after so many turns of others at the latest.
+/// The limit of the turns of others after which a program gives up.
 constexpr int mostTurns = 30;
 
 /// Locks over parts of a file, as office programs take them.
@@ -38,7 +38,7 @@ bool hasFileLock(int descriptor) {
   return false;
 }
 
-/// Different for each program, so that those who wait do not ask in step.
+/// Different for each program, so that waiting programs do not try in step.
 std::chrono::microseconds pause() {
   static std::minstd_rand numbers(static_cast<std::minstd_rand::result_type>(::getpid()));
   return std::chrono::microseconds(1000 + static_cast<long>(numbers() % 4000));
@@ -83,13 +83,13 @@ FileLock::FileLock(std::wstring_view path, std::chrono::milliseconds patience)
 }
 
 FileLock::~FileLock() {
-  // While the lock is still held: whoever waits for it finds the name gone, or with another file, and starts again.
+  // While the lock is still held: a waiting program finds the name gone, or with another file, and starts again.
   if (file_.isOpen() && isNamed(file_.number(), path_)) fileCalls().unlink(path_.c_str());
 }
 
 bool FileLock::open() {
   file_.reset(fileCalls().open(path_.c_str(), O_RDWR | O_CREAT | O_EXCL | O_CLOEXEC, 0666));
-  // What a killed program leaves must not shut out others, whatever its own settings for new files were.
+  // The leftovers of a killed program must not exclude others, whatever its own settings for new files were.
   if (file_.isOpen()) return ::fchmod(file_.number(), 0666) == 0;
   if (errno != EEXIST) return false;
   file_.reset(::open(path_.c_str(), O_RDWR | O_CLOEXEC | O_NOFOLLOW));
@@ -103,7 +103,7 @@ bool FileLock::open() {
 void FileLock::acquire(std::chrono::milliseconds patience) {
   using Clock = std::chrono::steady_clock;
   auto end = Clock::now() + patience;
-  // Where many take their turns one after the other, each of them is waited for: nobody is in the way.
+  // Where many programs take turns, each of them is waited for: none of them blocks the others.
   const auto lastEnd = Clock::now() + mostTurns * patience;
   for (;;) {
     const bool isOpen = file_.isOpen() || open();
@@ -131,7 +131,7 @@ void FileLock::acquire(std::chrono::milliseconds patience) {
 void FileLock::writeHolder() const {
   const FileUser user = thisFileUser();
   const std::string text = toUtf8(user.user + L"\n" + user.machine + L"\n" + user.process + L"\n");
-  // Only words for those who wait: a full disk takes nothing from the lock.
+  // Only information for waiting programs: a full disk does not affect the lock.
   if (::ftruncate(file_.number(), 0) == 0)
     static_cast<void>(::pwrite(file_.number(), text.data(), text.size(), 0) < 0);
 }

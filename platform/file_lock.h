@@ -1,4 +1,4 @@
-// Who is at work on a file: office programs lock what they have open, and our own programs take turns at changing it.
+// Which program uses a file: office programs lock the files that they have open, and our own programs take turns.
 #pragma once
 
 #include "platform/file_path.h"
@@ -14,7 +14,7 @@ namespace brenvolt {
 /// that the system knows). A file that cannot be opened for writing is not in use: it is only read anyway.
 [[nodiscard]] bool isFileInUse(std::wstring_view path);
 
-/// Who changes a file, as colleagues know the person.
+/// The user who changes a file, for messages.
 struct FileUser {
   std::wstring user;
   std::wstring machine;
@@ -26,11 +26,11 @@ struct FileUser {
 /// "anna on ws12, process 4711".
 [[nodiscard]] std::wstring fileUserText(const FileUser& user);
 
-/// A turn at changing a file, held from construction to destruction. Everybody who changes what another may change at
-/// the same moment reads, changes and writes the file within a turn.
+/// A turn at changing a file, held from construction to destruction. All code that changes a file which another
+/// program may change at the same moment reads, changes and writes it within a turn.
 ///
-/// The lock is a file beside the one that is changed, its name with ".lock" after it, which says who holds it. The
-/// system releases the lock of a program that ends in any way; the file it leaves is used by the next turn.
+/// The lock is a file next to the changed one, its name with ".lock" appended, which names the holder. The system
+/// releases the lock of a program that ends in any way; the remaining file is used by the next turn.
 class FileLock final {
 public:
   static constexpr std::chrono::seconds defaultPatience{10};
@@ -44,9 +44,9 @@ public:
   ~FileLock();
 
   /// Why there is no turn: no folder, no right to write there, or another program that does not end its own; nothing
-  /// when it is held.
+  /// when the lock is held.
   [[nodiscard]] const std::optional<std::wstring>& fault() const { return fault_; }
-  /// The other program, when that is the reason and it has said who it is.
+  /// The other program, if it is the reason and is known.
   [[nodiscard]] const std::optional<FileUser>& holder() const { return holder_; }
 
 private:

@@ -6,7 +6,7 @@
 
 namespace brenvolt {
 
-/// What the system says about an error number.
+/// The system's message for an error number.
 [[nodiscard]] std::wstring systemReason(int errorNumber);
 
 /// The file that `path` leads to, links followed, also a link to a file that does not exist yet.
@@ -18,7 +18,7 @@ namespace brenvolt {
 /// Whether an open file is the one that has this name now.
 [[nodiscard]] bool isNamed(int descriptor, const std::string& path);
 
-/// Closes a descriptor at the end of a scope; a negative one is no descriptor.
+/// Closes a descriptor at the end of a scope; a negative one means none.
 class Descriptor final {
 public:
   explicit Descriptor(int number = -1) : number_(number) {}

@@ -18,7 +18,7 @@ FileContent readWholeFile(std::wstring_view path) {
     content.bytes.clear();
     return content;
   };
-  // Without waiting: a pipe that nobody writes to would keep the reader for ever.
+  // Without waiting: a pipe without a writer would block the reader for ever.
   const Descriptor file(::open(toUtf8(path).c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
   if (!file.isOpen()) {
     content.exists = errno != ENOENT && errno != ENOTDIR;

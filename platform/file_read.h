@@ -14,7 +14,7 @@ struct FileContent {
   [[nodiscard]] bool isRead() const { return fault.empty(); }
 };
 
-/// A folder or a device is no file to read.
+/// A folder or a device cannot be read as a file.
 [[nodiscard]] FileContent readWholeFile(std::wstring_view path);
 
 } // namespace brenvolt

@@ -25,7 +25,7 @@ namespace fs = std::filesystem;
 constexpr int nameAttempts = 1000;
 constexpr std::string_view besideEnding = ".new";
 constexpr std::string_view dataEnding = "-data";
-/// Leaves room for what is added to a name within the 255 bytes that a file system allows.
+/// Leaves room for a suffix within the 255 bytes of a name that a file system allows.
 constexpr std::size_t longestStem = 200;
 
 /// The part that the names of all new files of a target have in common.
@@ -47,7 +47,7 @@ bool isBesideName(std::string_view rest) {
          areDigits(rest.substr(dash + 1));
 }
 
-/// Removes what lies under a name and under the name with something after it.
+/// Removes the files with this name and with this name and a suffix.
 void removeWithCompanions(const std::string& path) {
   std::error_code error;
   const std::string start = fs::path(path).filename().string();
@@ -184,7 +184,7 @@ std::wstring FileReplacement::nameToWrite() {
 bool FileReplacement::takeOverAttributes(int descriptor) const {
   struct stat old {};
   if (::stat(target_.c_str(), &old) != 0) return true;
-  // Only an administrator may keep a foreign owner; whoever is not in the group cannot keep that either.
+  // Only an administrator may keep a foreign owner; a user outside the group cannot keep that either.
   if (::fchown(descriptor, old.st_uid, old.st_gid) != 0)
     static_cast<void>(::fchown(descriptor, static_cast<uid_t>(-1), old.st_gid) == 0);
   if (::fchmod(descriptor, old.st_mode & 07777) != 0) return false;

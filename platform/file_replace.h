@@ -1,5 +1,5 @@
-// Writing a whole file so that nobody ever finds half of it: written beside itself, brought to the disk, renamed over
-// the old one. Every file that a user owns is written here.
+// Writes a whole file so that no reader ever finds half of it: written to a temporary file in the same folder, flushed
+// to disk, renamed. Every file that a user owns is written here.
 #pragma once
 
 #include "platform/file_path.h"
@@ -22,7 +22,7 @@ struct FileStamp {
   bool operator==(const FileStamp&) const = default;
 };
 
-/// Nothing when there is no such file.
+/// Nothing when the file does not exist.
 [[nodiscard]] std::optional<FileStamp> fileStamp(std::wstring_view path);
 
 /// Why a file could not be written at `path` (a folder of this name, a file without write permission, no folder, no
@@ -87,7 +87,7 @@ struct KeptFile {
   std::optional<FileFault> fault;
 };
 
-/// Gives the file a second name beside it: "NAME.WORD-N.EXT", N the first free number from 1.
+/// Gives the file a second name in the same folder: "NAME.WORD-N.EXT", N the first free number from 1.
 [[nodiscard]] KeptFile keepBeside(std::wstring_view path, std::wstring_view word);
 
 } // namespace brenvolt

@@ -30,13 +30,13 @@ private:
 };
 
 struct ChildLimits {
-  /// How long the child may say nothing.
+  /// How long the child may send nothing.
   int silenceMilliseconds = 5000;
-  /// How much it may say.
+  /// How much it may send.
   std::uint64_t bytes = 0;
 };
 
-/// The parent's end. An answer of false ends the reading: the child is gone, silent or says too much.
+/// The parent's end. False ends the reading: the child is gone, silent or sends too much.
 class ChildReader final {
 public:
   ChildReader(int descriptor, ChildLimits limits) : descriptor_(descriptor), limits_(limits) {}
@@ -46,7 +46,7 @@ public:
   [[nodiscard]] bool byte(char& value);
   [[nodiscard]] bool integer(std::int64_t& value);
   [[nodiscard]] bool text(std::string& value);
-  /// Why the last answer was false.
+  /// Why the last call returned false.
   [[nodiscard]] const std::wstring& reason() const { return reason_; }
 
 private:

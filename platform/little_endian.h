@@ -48,7 +48,7 @@ inline void appendLeDouble(ByteText& out, double value) {
   appendLe32(out, static_cast<std::uint32_t>(bits >> 32));
 }
 
-/// Overwrites two or four bytes at `offset`, which must lie inside `out`.
+/// Overwrites two or four bytes at `offset`, which must be inside `out`.
 inline void patchLe16(ByteText& out, std::size_t offset, unsigned value) {
   out[offset] = static_cast<char>(static_cast<unsigned char>(value & 0xFFU));
   out[offset + 1] = static_cast<char>(static_cast<unsigned char>((value >> 8) & 0xFFU));

@@ -18,7 +18,7 @@ namespace {
 /// An empty sheet is a table without rows and with this one column.
 constexpr const wchar_t* columnOfNothing = L"F1";
 
-/// The rows of a table as they come, for the statement that asks for all of them.
+/// The rows of a table in their order, for the statement that needs all of them.
 class RowCollector final : public TableReceiver {
 public:
   bool columns(const std::vector<SourceColumn>& columns) override {

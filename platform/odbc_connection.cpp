@@ -130,7 +130,7 @@ bool isNumberType(SQLLEN type) {
 }
 
 /// Servers write numbers in many ways (18.0000, 1.5E1); as a number each is the same cell. A column that may hold any
-/// kind of cell keeps what is no number.
+/// kind of cell keeps texts that are not numbers.
 TableValue numberCell(std::string text) {
   TableValue number = TableValue::ofNumber(text);
   return number.kind == TableValue::Kind::null ? TableValue::ofText(std::move(text)) : number;

@@ -1,4 +1,4 @@
-// A server through its driver: a connection, the answers of statements, and the driver's lists of tables and columns.
+// A server through its driver: a connection, the results of statements, and the driver's lists of tables and columns.
 #pragma once
 
 #include "platform/table_value.h"
@@ -30,9 +30,9 @@ public:
   OdbcConnection& operator=(const OdbcConnection&) = delete;
   ~OdbcConnection();
 
-  /// Operations that fail answer false or nothing and set `error`. A connection that is open is closed first.
+  /// Operations that fail return false or nothing and set `error`. An open connection is closed first.
   bool open(const std::wstring& connectionString, OdbcTexts texts, std::wstring& error);
-  /// The product behind the driver, and the character that it puts around names.
+  /// The driver's product, and the character that it puts around names.
   [[nodiscard]] std::wstring productName() const;
   [[nodiscard]] std::wstring identifierQuote() const;
 
@@ -45,8 +45,8 @@ public:
   /// Whether a type's number in that list is one of texts.
   [[nodiscard]] static bool isTextType(int type);
 
-  /// Whether the last operation that failed did so because the server is no longer reached. Nothing works from then on
-  /// until the connection is opened again.
+  /// Whether the last operation failed because the connection to the server is lost. Nothing works from then on until
+  /// the connection is opened again.
   [[nodiscard]] bool isLost() const;
 
   bool setAutomaticCommit(bool on, std::wstring& error);

@@ -81,8 +81,8 @@ bool isOneOf(const StatementToken& token, std::initializer_list<const wchar_t*> 
   return std::any_of(words.begin(), words.end(), [&](const wchar_t* word) { return token.isWord(word); });
 }
 
-/// The lock that all writers of the system take on a PostgreSQL server; it goes with the transaction. The number is only
-/// a name, and readers do not wait for it.
+/// The lock that all writers of the system take on a PostgreSQL server; the end of the transaction releases it. The
+/// number is only a name, and readers do not wait for it.
 constexpr const wchar_t* postgresTurn = L"SELECT pg_advisory_xact_lock(2026112201)";
 
 class OdbcEngine final : public Engine {
@@ -207,8 +207,8 @@ private:
     return prepare.empty() || connection_.execute(prepare, error).has_value();
   }
 
-  /// Opens a lost connection again. Not in the middle of a transaction: the server has taken back what was done so far,
-  /// and the rest alone must not be written.
+  /// Opens a lost connection again. Not in the middle of a transaction: the server has rolled back what was done so
+  /// far, and the rest alone must not be written.
   bool isReachable(ZanOleDbErrorInfo& error) {
     if (!isLost_) return true;
     std::wstring reason = L"the connection was lost in the middle of a transaction";
@@ -257,7 +257,7 @@ private:
   }
 
   [[nodiscard]] std::wstring findTable(std::wstring_view name) const {
-    // The very name comes first, where a server tells names apart by case.
+    // The exact name is tried first, for servers with case-sensitive names.
     if (std::find(tables_.begin(), tables_.end(), name) != tables_.end()) return std::wstring(name);
     const auto found = std::find_if(tables_.begin(), tables_.end(), [&](const std::wstring& table) {
       return equalsOrdinalNoCase(table, name);

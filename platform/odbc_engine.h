@@ -8,7 +8,7 @@
 
 namespace brenvolt::tables {
 
-/// `connectionString` is what stands behind "odbc:" in a data source. Nothing on a failure, with the reason in `error`.
+/// `connectionString` is the part of the data source after "odbc:". Nothing on a failure, with the reason in `error`.
 [[nodiscard]] std::unique_ptr<Engine> openOdbcEngine(
     const std::wstring& connectionString, Access access, ZanOleDbErrorInfo& error);
 

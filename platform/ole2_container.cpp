@@ -22,7 +22,7 @@ constexpr unsigned smallSectorShift = 6;
 constexpr std::uint32_t endOfChain = 0xFFFFFFFE;
 constexpr std::uint32_t lastRegularSector = 0xFFFFFFFA;
 constexpr std::size_t sectorListInHeader = 109;
-// Sector numbers have 32 bits, but no program that writes workbooks goes beyond this size.
+// Sector numbers have 32 bits, but no program that writes workbooks exceeds this size.
 constexpr std::uint64_t largestFile = std::uint64_t{2} << 30;
 
 constexpr const wchar_t* truncated = L"the file is damaged: it ends too early";
@@ -34,7 +34,7 @@ std::wstring systemReason() {
 
 } // namespace
 
-/// The file behind the container, read at any place.
+/// The file of the container, read at any position.
 class Ole2File final {
 public:
   explicit Ole2File(int descriptor) : descriptor_(descriptor) {}

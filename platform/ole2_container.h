@@ -1,5 +1,5 @@
 // Reading compound files: the container around a workbook, a small file system of storages and streams. Streams are
-// read piece by piece, so one sheet of a large workbook costs only the sectors it stands in.
+// read piece by piece, so one sheet of a large workbook costs only the sectors that contain it.
 #pragma once
 
 #include <array>
@@ -20,7 +20,7 @@ struct Ole2Entry {
   static constexpr std::uint32_t none = 0xFFFFFFFF;
   static constexpr std::size_t byteCount = 128;
 
-  /// As it stands in the file: what a writer carries over without knowing its meaning.
+  /// Unchanged from the file: what a writer copies without knowing its meaning.
   std::array<std::uint8_t, byteCount> raw{};
   std::wstring name;
   Type type = Type::unused;
@@ -48,7 +48,7 @@ private:
   std::uint64_t size_ = 0;
 };
 
-/// One compound file, open for reading. Failures are told by `error()` as a reason without the file's name.
+/// One compound file, open for reading. Failures are reported by `error()` as a reason without the file's name.
 class Ole2Container final {
 public:
   Ole2Container();

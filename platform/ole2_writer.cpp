@@ -53,7 +53,7 @@ Ole2Entry makeEntry(std::wstring_view name, Ole2Entry::Type type, std::uint32_t 
   return entry;
 }
 
-/// The sectors behind the header, and the table that links them.
+/// The sectors after the header, and the table that links them.
 class SectorArea final {
 public:
   /// Adds bytes as one chain; its first sector, or the end mark for none.

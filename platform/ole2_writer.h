@@ -1,4 +1,4 @@
-// Writing compound files: the container around a workbook, built anew from its entries.
+// Writing compound files: the container around a workbook, built from its entries.
 #pragma once
 
 #include "platform/ole2_container.h"
@@ -18,8 +18,8 @@ struct Ole2Item {
 /// The entries of a container with a single stream.
 [[nodiscard]] std::vector<Ole2Item> singleStreamItems(std::wstring_view streamName, std::string data);
 
-/// The file's bytes. `items[0]` is the root; names, tree and class ids of the entries go into the file as they stand,
-/// places and sizes are set from the data.
+/// The file's bytes. `items[0]` is the root; names, tree and class ids of the entries are written unchanged, positions
+/// and sizes are computed from the data.
 [[nodiscard]] std::string buildOle2(const std::vector<Ole2Item>& items);
 
 } // namespace brenvolt

@@ -15,7 +15,7 @@ namespace {
 
 using Kind = StatementToken::Kind;
 
-/// The part of a statement that a token stands in.
+/// The part of a statement that contains a token.
 enum class Clause { other, tables, condition, order };
 
 struct ClauseWord {
@@ -48,7 +48,7 @@ std::optional<Clause> clauseOf(const StatementToken& token) {
   return std::nullopt;
 }
 
-/// Words that never name a column where they stand without brackets.
+/// Words that are never column names when written without brackets.
 constexpr std::array<std::wstring_view, 24> reservedWords = {
     L"ALL",     L"AND",     L"AS",   L"ASC",      L"BETWEEN", L"BY",  L"CASE",   L"CAST",
     L"COLLATE", L"DEFAULT", L"DESC", L"DISTINCT", L"ELSE",    L"END", L"EXISTS", L"FALSE",
@@ -130,8 +130,8 @@ private:
     return clause_ == Clause::tables && depth_ == 0 ? isBareTable(token) : isBareColumn(token);
   }
 
-  /// A word that names a column of the statement's tables, with or without its table in front. Words that the tables
-  /// do not know, functions and aliases go to the server as they stand.
+  /// A word that names a column of the statement's tables, with or without its table before it. Words that the tables
+  /// do not have, functions and aliases are sent to the server unchanged.
   [[nodiscard]] bool isBareColumn(const StatementToken& token) const {
     if (token.kind != Kind::word || isReserved(token)) return false;
     const std::size_t last = endOfChain(at_);
@@ -141,7 +141,7 @@ private:
     return findColumn(tokens_[last - 1].name()) != nullptr;
   }
 
-  /// The place behind a name and the names that follow it with points between.
+  /// The position after a name and the names that follow it with points between.
   [[nodiscard]] std::size_t endOfChain(std::size_t at) const {
     ++at;
     while (at + 1 < tokens_.size() && tokens_[at].text == L"." && tokens_[at + 1].isName())
@@ -162,8 +162,8 @@ private:
     return found == columns_.end() ? nullptr : &*found;
   }
 
-  /// A table that is named without brackets goes to the server as it stands, unless the server knows one that differs in
-  /// case only, which its own rule for bare names would miss.
+  /// A table named without brackets is sent to the server unchanged, unless the server has one that differs only in
+  /// case, which its own rule for bare names would miss.
   [[nodiscard]] bool isBareTable(const StatementToken& token) const {
     return clause_ == Clause::tables && token.kind == Kind::word && !tableList_.table(token.name()).empty();
   }
@@ -235,7 +235,7 @@ private:
     isText = isColumn && column->isText;
     if (isColumn) return quoted(column->name);
     if (!table.empty()) return quoted(table);
-    // A word that nobody knows, such as an alias, keeps the server's own rule for words.
+    // An unknown word, such as an alias, keeps the server's own rule for words.
     return token.kind == Kind::word ? std::wstring(name) : quoted(std::wstring(name));
   }
 
@@ -264,7 +264,7 @@ private:
   Clause clause_ = Clause::other;
   int depth_ = 0;
   bool tookDistinct_ = false;
-  /// The next word is a name that the statement itself gives, behind AS.
+  /// The next word is a name defined by the statement itself, after AS.
   bool isAlias_ = false;
   bool hasOrderItem_ = false;
   bool isDescending_ = false;

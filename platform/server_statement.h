@@ -18,9 +18,9 @@ struct ServerDialect {
   /// Around a name.
   std::wstring openQuote = L"\"";
   std::wstring closeQuote = L"\"";
-  /// Behind a text that is compared or sorted, so that it goes by code and not by the server's language; may be empty.
+  /// Follows a text that is compared or sorted, so that the code decides and not the server's language; may be empty.
   std::wstring collation;
-  /// Whether NULLs must be asked for to come first, as they do on the other engines.
+  /// Whether the statement must order NULLs first explicitly, as the other engines do.
   bool sortsNullsLast = false;
 };
 

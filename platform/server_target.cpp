@@ -118,7 +118,7 @@ public:
   void note(const std::wstring& text) override { notes_.push_back(text); }
 
 private:
-  /// A counter that repeats itself must not cost a row; one that is missing goes on counting.
+  /// A repeated counter must not cost a row; a missing one gets the next number.
   void settleKey(TableValue& key) {
     const bool isGiven = key.kind == TableValue::Kind::integer;
     if (isGiven && keys_.insert(key.integer).second) return;

@@ -16,7 +16,7 @@ unsigned char upperAscii(unsigned char c) {
   return c >= 'a' && c <= 'z' ? static_cast<unsigned char>(c - 'a' + 'A') : c;
 }
 
-/// Nearly all compared texts are ASCII; the first byte that is not hands over to the rule for all scripts.
+/// Nearly all compared texts are ASCII; from the first other byte on, the rule for all scripts is used.
 int compareNoCase(void*, int leftSize, const void* left, int rightSize, const void* right) {
   const auto* leftBytes = static_cast<const unsigned char*>(left);
   const auto* rightBytes = static_cast<const unsigned char*>(right);
@@ -34,8 +34,8 @@ int compareNoCase(void*, int leftSize, const void* left, int rightSize, const vo
   return leftSize - rightSize;
 }
 
-/// The name of a file that is opened as it lies, without locks: the only way to read a database with a write-ahead log
-/// in a folder where nothing can be written.
+/// The name of a file that is opened as it is, without locks: the only way to read a database with a write-ahead log
+/// in a folder without write permission.
 std::string immutableUri(std::string_view path) {
   std::string uri = "file:";
   for (const char c : path) {
@@ -178,14 +178,14 @@ SqliteDatabase::~SqliteDatabase() {
 }
 
 void SqliteDatabase::close() {
-  // Queries that still stand keep what they need until they end.
+  // Open queries keep what they need until they end.
   sqlite3_close_v2(native_->handle);
   native_->handle = nullptr;
 }
 
 std::wstring SqliteDatabase::lastError() const {
   if (native_->handle == nullptr) return openError_;
-  // A text without any statement in it is no fault to the library, but nothing that could run.
+  // The library accepts a text without any statement in it, but there is nothing to run.
   if (sqlite3_errcode(native_->handle) == SQLITE_OK) return L"the statement is empty";
   return widen(sqlite3_errmsg(native_->handle));
 }

@@ -19,7 +19,7 @@ inline constexpr const char* textCollation = "KVNOCASE";
 /// How long a statement waits for another process that holds the file.
 inline constexpr int busyMilliseconds = 10000;
 
-/// A prepared statement and the row that it stands on; columns count from 0, parameters from 1.
+/// A prepared statement and its current row; columns count from 0, parameters from 1.
 class SqliteQuery final {
 public:
   enum class Step { row, done, failed };
@@ -65,11 +65,11 @@ public:
   [[nodiscard]] bool isInTransaction() const;
 
   /// Opens the file and reads its catalogue once, so that a damaged or locked one is found here. False on a failure,
-  /// told by `lastError`.
+  /// see `lastError`.
   bool open(std::string_view utf8Path, Mode mode);
   void close();
   void waitAtMost(int milliseconds);
-  /// Runs statements that answer no rows.
+  /// Runs statements that return no rows.
   bool run(const std::string& statements);
   /// A statement that is kept; not prepared on a failure.
   [[nodiscard]] SqliteQuery prepare(std::string_view statement);
@@ -83,7 +83,7 @@ private:
   std::wstring openError_;
 };
 
-/// "[name]" for generated statements; a name with "]" stands in double quotes instead.
+/// "[name]" for generated statements; a name with "]" is put in double quotes instead.
 [[nodiscard]] std::string quotedIdentifier(std::string_view name);
 
 } // namespace brenvolt::tables

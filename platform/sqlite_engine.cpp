@@ -17,8 +17,8 @@ namespace {
 /// More than the different statements of one dialog: a wire lookup of 60 sizes has two a size. The oldest go.
 constexpr std::size_t keptStatements = 256;
 
-/// Switching the log needs the file alone for a moment. Where another process is at work the switch can wait for the
-/// next connection.
+/// Switching the log needs exclusive access for a moment. While another process uses the file, the switch can wait for
+/// the next connection.
 constexpr int logSwitchMilliseconds = 100;
 
 std::vector<std::wstring> columnNamesOf(const SqliteQuery& query) {
@@ -31,8 +31,8 @@ std::vector<std::wstring> columnNamesOf(const SqliteQuery& query) {
 
 } // namespace
 
-/// Rows straight from the prepared statement. It stands on a row from the start, so that `Execute` already tells a
-/// failure; the first `fetchNext` hands that row out.
+/// Rows directly from the prepared statement. It is on a row from the start, so that `Execute` already reports a
+/// failure; the first `fetchNext` returns that row.
 class SqliteStatement final : public Statement {
 public:
   SqliteStatement(SqliteEngine& engine, std::shared_ptr<KeptStatement> kept)
@@ -83,7 +83,7 @@ public:
     return step(error);
   }
 
-  /// Takes the row that the statement stands on and all that follow into memory and lets go of the file.
+  /// Reads the current row of the statement and all following ones into memory and releases the file.
   void store() {
     std::vector<std::wstring> names = columnNamesOf(query());
     std::vector<TableRow> rows;
@@ -261,8 +261,8 @@ void SqliteEngine::finishReaders() {
 void SqliteEngine::useWriteAheadLog() {
   if (path_.empty() || triedWriteAheadLog_ || database_.isInTransaction()) return;
   triedWriteAheadLog_ = true;
-  // With this log readers go on with the old rows while another process writes. A file that nobody writes to keeps the
-  // journal that it came with, and needs no files beside it. Failing to switch costs waiting, not correctness.
+  // With this log readers continue with the old rows while another process writes. A file that is only read keeps its
+  // present journal, and needs no files next to it. Failing to switch costs waiting, not correctness.
   database_.waitAtMost(logSwitchMilliseconds);
   database_.run("PRAGMA journal_mode=WAL; PRAGMA synchronous=NORMAL");
   database_.waitAtMost(busyMilliseconds);

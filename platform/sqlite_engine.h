@@ -20,7 +20,7 @@ struct KeptStatement {
   SqliteQuery query;
   bool isInUse = false;
   bool isReader = true;
-  /// Whether it opens or makes a file beside the database, which the library counts as reading.
+  /// Whether it opens or creates another file, which the library counts as reading.
   bool isForFiles = false;
   std::uint64_t lastUse = 0;
 };
@@ -56,7 +56,7 @@ private:
       const std::wstring& text, const std::vector<StatementToken>& tokens, ZanOleDbErrorInfo& error);
   bool collect(SqliteQuery& query, std::vector<std::wstring>& names, ZanOleDbErrorInfo& error);
   void dropOldest();
-  /// Reads the open statements to their ends, so that their read locks do not stand in a write's way.
+  /// Reads the open statements to their ends, so that their read locks do not block a write.
   void finishReaders();
   void useWriteAheadLog();
   bool runSimple(const char* statement, ZanOleDbErrorInfo& error);

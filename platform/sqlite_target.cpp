@@ -17,7 +17,7 @@ public:
   bool open(const std::string& path, TargetFile file, std::wstring& error) {
     const bool isNew = file == TargetFile::create;
     const auto mode = isNew ? SqliteDatabase::Mode::create : SqliteDatabase::Mode::readWrite;
-    // A file that is thrown away on any failure needs no journal; it is brought to the disk once, before its renaming.
+    // A file that is discarded on any failure needs no journal; it is flushed to disk once, before it is renamed.
     const bool isOpen = database_.open(path, mode) &&
                         (!isNew || database_.run("PRAGMA journal_mode=MEMORY; PRAGMA synchronous=OFF")) &&
                         database_.run("BEGIN IMMEDIATE");

@@ -1,4 +1,4 @@
-// A list of what is sent to data sources, for whoever wants to see it: the administrator of a server, a test.
+// A list of the statements sent to data sources, for the administrator of a server or for a test.
 #pragma once
 
 #include <string_view>

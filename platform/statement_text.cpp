@@ -23,7 +23,7 @@ bool isInteger(std::wstring_view value) {
          std::all_of(value.begin(), value.end(), [](wchar_t c) { return c >= L'0' && c <= L'9'; });
 }
 
-/// What surrounds a placeholder decides what may stand there.
+/// The text around a placeholder decides which values are allowed.
 enum class Place { open, text, name };
 
 std::wstring refusal(Place place, wchar_t letter, const std::wstring& value) {

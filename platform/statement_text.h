@@ -1,5 +1,5 @@
-// The one place where statement texts are put together. Values and names go in by plain substitution, so whatever
-// could end a quoted text or a bracketed name early is stopped here and never reaches an engine.
+// Composes all statement texts. Values and names are inserted by plain substitution, so anything that could end a
+// quoted text or a bracketed name early is rejected here and never reaches an engine.
 #pragma once
 
 #include <string>
@@ -16,9 +16,9 @@ struct StatementText {
   [[nodiscard]] bool isBuilt() const { return error.empty(); }
 };
 
-/// Fills the placeholders of `format` in order with `values`: "%s" and "%d" ("%%" is a percent sign).
-/// A value inside '...' must hold no single quote unless doubled, one inside [...] no bracket, a "%d" must be an
-/// integer; a "%s" elsewhere is a piece of statement and goes in as it stands. The number of values must fit.
+/// Fills the placeholders of `format` in order with `values`: "%s" and "%d" ("%%" is a percent sign). A value inside
+/// '...' must not contain a single quote unless doubled, one inside [...] no bracket, a "%d" must be an integer; a
+/// "%s" elsewhere is a part of the statement and inserted unchanged. The number of values must fit.
 [[nodiscard]] StatementText buildStatement(std::wstring_view format, const std::vector<std::wstring>& values);
 
 } // namespace brenvolt

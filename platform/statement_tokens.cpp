@@ -19,7 +19,7 @@ bool isWordCharacter(wchar_t c) {
   return isDigit(c) || (c >= L'A' && c <= L'Z') || (c >= L'a' && c <= L'z') || c == L'_' || c > 0x7F;
 }
 
-/// The place behind a delimited token that starts at `start`; a doubled `close` stays inside when `doubles`.
+/// The position after a delimited token that starts at `start`; a doubled `close` stays inside when `doubles`.
 std::size_t endOfDelimited(std::wstring_view text, std::size_t start, wchar_t close, bool doubles) {
   for (std::size_t at = start + 1; at < text.size(); ++at) {
     if (text[at] != close) continue;

@@ -1,4 +1,4 @@
-// The words of a statement, told apart as every engine does: what stands in quotes or brackets is never taken for a
+// The words of a statement, separated as every engine does: text in quotes or brackets is never a
 // keyword.
 #pragma once
 
@@ -23,7 +23,7 @@ struct StatementToken {
   };
 
   Kind kind = Kind::blank;
-  /// As it stands, delimiters included; all tokens one behind the other are the statement.
+  /// Unchanged, delimiters included; all tokens in sequence are the statement.
   std::wstring_view text;
 
   [[nodiscard]] bool isWord(std::wstring_view word) const;
@@ -38,14 +38,14 @@ struct StatementToken {
 
 /// Whether nothing but blanks follows the first ";". The body of a trigger holds several statements and is one.
 [[nodiscard]] bool isOneStatement(const std::vector<StatementToken>& tokens);
-/// What `error` says of a text that is none.
+/// The text of `error` for an invalid statement.
 inline constexpr const wchar_t* severalStatements =
     L"there are several statements; one statement can be run at a time";
 
-/// The first token that is no blank; an empty blank when there is none.
+/// The first token that is not blank; an empty blank when there is none.
 [[nodiscard]] StatementToken firstWord(const std::vector<StatementToken>& tokens);
 
-/// What "DISTINCT" needs to know: a SELECT DISTINCT that asks for no order of its own.
+/// The condition for "DISTINCT" here: a SELECT DISTINCT without its own order.
 [[nodiscard]] bool isUnorderedDistinct(const std::vector<StatementToken>& tokens);
 
 } // namespace brenvolt::tables

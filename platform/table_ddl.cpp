@@ -17,7 +17,7 @@ std::wstring withoutBrackets(std::wstring_view name) {
   return std::wstring(bracketed ? name.substr(1, name.size() - 2) : name);
 }
 
-/// The literal of a value of `Insert`: what stands behind the comparison in the format.
+/// The literal of a value of `Insert`: the text after the comparison in the format.
 std::wstring literalFormat(std::wstring_view format) {
   return std::wstring(trimView(format, L"= "));
 }

@@ -1,5 +1,5 @@
-// What every engine behind the tables must do. An engine knows one kind of file or server; the classes of tables.h
-// know none of them.
+// The interface of all table engines. An engine handles one kind of file or server; the classes of tables.h know none
+// of them.
 #pragma once
 
 #include "platform/tables.h"
@@ -12,7 +12,7 @@
 
 namespace brenvolt::tables {
 
-/// The rows of a statement that ran. It may outlive its engine: it then answers a failure. Columns count from 1 and
+/// The rows of a statement that ran. It may outlive its engine: it then reports a failure. Columns count from 1 and
 /// are in range: the command has checked.
 class Statement {
 public:
@@ -35,7 +35,7 @@ protected:
   Statement() = default;
 };
 
-/// An open data source. Operations that answer false, or no statement, have set `error`.
+/// An open data source. Operations that return false, or no statement, have set `error`.
 class Engine {
 public:
   Engine(const Engine&) = delete;
@@ -50,7 +50,7 @@ public:
 
   [[nodiscard]] virtual std::unique_ptr<Statement> execute(
       const std::wstring& text, ZanOleDbErrorInfo& error) = 0;
-  /// What the server behind the engine calls itself; empty for a file.
+  /// The name that the engine's server reports; empty for a file.
   [[nodiscard]] virtual std::wstring productName() const { return {}; }
   /// What is read between the two comes from one state of the data source. An engine that cannot promise this reads what
   /// is there.

@@ -65,8 +65,8 @@ ColumnUse useOf(ColumnType type) {
   return ColumnUse::text;
 }
 
-/// Gives columns their types, checks their cells, and tells apart what has no columns at all. A row is passed on when the
-/// next one is known, so that the last one is known as such.
+/// Gives columns their types, checks their cells, and detects inputs without columns. A row is passed on when the next
+/// one is known, so that the last one is recognised.
 class CheckedReceiver final : public TableReceiver {
 public:
   CheckedReceiver(TableOutput& output, const Task& task, const ImportOptions& options)
@@ -221,7 +221,7 @@ private:
     if (const auto fault = file.commit()) cannotWrite(fault->reason);
   }
 
-  /// Without the commit all is as it was when the target goes.
+  /// Without the commit, destroying the target restores the former state.
   void writeInto(const std::unique_ptr<ImportTarget>& target, std::wstring& reason) {
     std::vector<std::wstring> existing;
     if (!target || !target->tableNames(existing, reason)) return cannotWrite(reason);

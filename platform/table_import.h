@@ -34,8 +34,8 @@ enum class ColumnUse : std::uint8_t {
   numberPair,
 };
 
-/// Tells the use of a column by the names of table and column; `column` counts from 1. What a database's columns mean is
-/// known to those who read them, not here.
+/// Returns the use of a column from the names of table and column; `column` counts from 1. The reader of a database
+/// knows the meaning of its columns, not this class.
 using ColumnUses =
     std::function<ColumnUse(std::wstring_view table, std::size_t column, std::wstring_view columnName)>;
 
@@ -82,7 +82,7 @@ struct ImportOptions {
   BadCells badCells = BadCells::refuse;
   /// Inputs whose tables come without their rows, named as in `inputs`.
   std::vector<std::wstring> withoutRows;
-  /// Whether a table that the output holds already stays as it is, whatever `existing` says.
+  /// Whether an existing table of the output is kept, regardless of `existing`.
   std::function<bool(std::wstring_view table)> staysWhenPresent;
   /// Statements of the output's own for each table that it holds at the end, "%s" for the table's name in brackets; they
   /// belong to the same transaction.
@@ -93,8 +93,8 @@ struct ImportOptions {
 /// Carries all tables of the inputs into the database `outPath`, which is made when it does not exist, or into a
 /// PostgreSQL server ("odbc:" and a connection string). An input is a
 /// file of any kind that the engines read or a folder of .csv files, recognised by content. Everything is written in one
-/// transaction; a new output is written beside itself and renamed at the end. On a failure the output is what it was.
-/// Sheets lose the "$" of their table names.
+/// transaction; a new output is a temporary file, renamed at the end. On a failure the output is unchanged. Sheets
+/// lose the "$" of their table names.
 ///
 /// Types and NULLs are kept. Cells of delimited text and of sheets have no types: their columns are what
 /// `options.columnUses` says. Where a source has types, it still says which text columns are stored as numbers and

@@ -1,4 +1,4 @@
-// Where a table goes that is carried over: what the import needs to know of a writer, whatever database is behind it.
+// The destination of an imported table: what the import needs to know of a writer, for any database.
 #pragma once
 
 #include "platform/table_source.h"
@@ -18,7 +18,7 @@ public:
   [[nodiscard]] virtual std::vector<std::wstring> notes() const = 0;
   /// Why the reading was stopped; empty when it was not.
   [[nodiscard]] virtual const std::wstring& error() const = 0;
-  /// To be called behind the last row: writes what was held back.
+  /// Call after the last row: writes the buffered rows.
   virtual bool finish() { return true; }
 };
 
@@ -35,7 +35,7 @@ public:
   virtual bool drop(const std::wstring& table, std::wstring& error) = 0;
   /// A writer for a table that does not exist yet.
   [[nodiscard]] virtual std::unique_ptr<TableOutput> output(const std::wstring& table) = 0;
-  /// Runs a statement of the target's own in the same transaction.
+  /// Runs a statement of the target in the same transaction.
   virtual bool run(const std::wstring& statement, std::wstring& error) = 0;
   virtual bool commit(std::wstring& error) = 0;
 };

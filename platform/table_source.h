@@ -34,12 +34,12 @@ public:
   TableReceiver& operator=(const TableReceiver&) = delete;
   virtual ~TableReceiver() = default;
 
-  /// Called once, ahead of the rows. False stops the reading.
+  /// Called once, before the rows. False stops the reading.
   virtual bool columns(const std::vector<SourceColumn>& columns) = 0;
   /// One cell for each column. `place` is where the row is found in the file: its line in delimited text, its row in a
   /// sheet, its number from 1 in a table. False stops the reading.
   virtual bool row(TableRow row, std::int64_t place) = 0;
-  /// What could not be carried over as it stands in the file, as a sentence.
+  /// Reports as a sentence what could not be imported unchanged.
   virtual void note(const std::wstring& text) = 0;
 };
 
@@ -60,7 +60,7 @@ protected:
   TableSource() = default;
 };
 
-/// Each opens a file, or answers nothing with file and reason in `error`.
+/// Each opens a file, or returns nothing with file and reason in `error`.
 [[nodiscard]] std::unique_ptr<TableSource> openAccessSource(const std::wstring& path, std::wstring& error);
 [[nodiscard]] std::unique_ptr<TableSource> openWorkbookSource(const std::wstring& path, std::wstring& error);
 /// A folder whose .csv files are tables of that name.
@@ -69,7 +69,7 @@ protected:
 [[nodiscard]] std::unique_ptr<TableSource> openSqliteSource(const std::wstring& path, std::wstring& error);
 
 /// Column names of a header row as tables need them: an empty one becomes "F" and its position from 1 on, a repeated
-/// one, compared without case, gets a number behind it.
+/// one, compared without case, gets a number appended.
 [[nodiscard]] std::vector<std::wstring> distinctColumnNames(std::vector<std::wstring> header);
 
 } // namespace brenvolt::tables

@@ -40,7 +40,7 @@ TableValue TableValue::ofBlob(std::string data) {
 }
 
 TableValue TableValue::ofNumber(std::string_view text) {
-  // A plus sign in front is a person's way to write a number.
+  // A leading plus sign is one way to write a number.
   if (text.size() > 1 && text.front() == '+' && text[1] != '-') text.remove_prefix(1);
   const char* end = text.data() + text.size();
   std::int64_t integer = 0;
@@ -50,7 +50,7 @@ TableValue TableValue::ofNumber(std::string_view text) {
   }
   double real = 0.0;
   const auto read = std::from_chars(text.data(), end, real);
-  // "nan" and "inf" are words to a person.
+  // "nan" and "inf" are words, not numbers.
   if (read.ec == std::errc() && read.ptr == end && std::isfinite(real)) return ofReal(real);
   return null();
 }
@@ -59,7 +59,7 @@ std::string realText(double value) {
   if (!std::isfinite(value)) return {};
   if (value == 0.0) return "0";
   std::array<char, 40> buffer{};
-  // 15 digits are all that a double keeps of what a person typed: 0.1 + 0.2 reads 0.3.
+  // A double keeps 15 digits of a typed number: 0.1 + 0.2 reads 0.3.
   const auto end =
       std::to_chars(buffer.data(), buffer.data() + buffer.size(), value, std::chars_format::general, 15);
   return {buffer.data(), end.ptr};

@@ -1,5 +1,5 @@
-// One cell as it travels between engines, and the one rule by which it becomes text: whatever file or server a figure
-// comes from, the same cell reads the same.
+// One cell as passed between engines, and the one rule that converts it to text: the same cell reads the same from
+// every file and server.
 #pragma once
 
 #include <cstddef>
@@ -34,7 +34,7 @@ using TableRow = std::vector<TableValue>;
   return kind == TableValue::Kind::integer || kind == TableValue::Kind::real;
 }
 
-/// A real as a person writes it: 15 significant digits, no trailing zeros, never "-0". Not finite gives an empty text.
+/// A real as usually written: 15 significant digits, no trailing zeros, never "-0". Not finite gives an empty text.
 [[nodiscard]] std::string realText(double value);
 
 /// The text of a cell: empty for NULL, a blob as its bytes in hexadecimal digits.

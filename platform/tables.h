@@ -1,5 +1,5 @@
-// Tables of files and servers behind one set of operations, whatever engine holds them: the embedded database,
-// Access files, workbooks, delimited text, an ODBC server. Every engine gives the same texts for the same cells.
+// Tables of files and servers through one set of operations for all engines: the embedded database, Access files,
+// workbooks, delimited text, an ODBC server. Every engine gives the same texts for the same cells.
 #pragma once
 
 #include <cstddef>
@@ -17,7 +17,7 @@ class Engine;
 class Statement;
 } // namespace tables
 
-/// What `Execute` and `FetchNext` answer: 1 is success, anything else is not.
+/// The results of `Execute` and `FetchNext`: 1 is success, anything else is not.
 enum class dbStatus : int {
   success = 1,
   noMoreRows = 2,
@@ -28,10 +28,10 @@ enum class dbStatus : int {
 class ZanOleDbErrorInfo final {
 public:
   [[nodiscard]] bool HasErrorInfo() const { return !message_.empty(); }
-  /// The message text. `clear` forgets it after the answer.
+  /// The message text. `clear` empties it after the call.
   std::wstring GetErrorInfo(bool clear);
   [[nodiscard]] const std::wstring& Text() const { return message_; }
-  /// Whether a server was not, or no longer, reached. What the work in hand has read so far may be incomplete.
+  /// Whether the connection to a server failed or was lost. Data read so far may be incomplete.
   [[nodiscard]] bool IsConnectionLost() const { return isConnectionLost_; }
   void Set(std::wstring message) {
     message_ = std::move(message);
@@ -66,9 +66,9 @@ public:
   ZanOleDbConnection(const ZanOleDbConnection&) = delete;
   ZanOleDbConnection& operator=(const ZanOleDbConnection&) = delete;
 
-  /// Opens the data source named in `init`; a result below zero is a failure, told by `ErrorInfo`. A file that does
-  /// not exist is a failure, never made. `prompt` has no effect; `shared` false asks for exclusive writing. "Mode=Read"
-  /// in `init` opens for reading only.
+  /// Opens the data source named in `init`; a result below zero is a failure, see `ErrorInfo`. A file that does not
+  /// exist is a failure and never created. `prompt` has no effect; `shared` false requests exclusive writing.
+  /// "Mode=Read" in `init` opens read-only.
   int OpenFromInitializationString(std::wstring_view init, bool prompt, bool shared);
   [[nodiscard]] bool IsConnected() const;
   void Close();
@@ -76,11 +76,11 @@ public:
   bool GetDatasource(std::wstring& path) const;
   [[nodiscard]] ZanOleDbErrorInfo& ErrorInfo();
 
-  /// Runs a statement and answers its rows; nothing on a failure, with the reason in `error`. For the classes of this
+  /// Runs a statement and returns its rows; nothing on a failure, with the reason in `error`. For the classes of this
   /// header.
   [[nodiscard]] std::unique_ptr<tables::Statement> run(
       const std::wstring& statement, ZanOleDbErrorInfo& error) const;
-  /// The engine behind the connection, absent when closed; for the classes of this header.
+  /// The engine of the connection, null when closed; for the classes of this header.
   [[nodiscard]] tables::Engine* engine() const;
 
 private:
@@ -88,7 +88,7 @@ private:
   std::unique_ptr<State> state_;
 };
 
-/// One statement on a connection and the rows that it answers. Columns count from 1.
+/// One statement on a connection and the rows that it returns. Columns count from 1.
 class ZanOleDbCommand {
 public:
   ZanOleDbCommand();
@@ -111,7 +111,7 @@ public:
 
   [[nodiscard]] int GetColumnCount() const;
   [[nodiscard]] std::wstring GetColumnName(int column) const;
-  /// The column's text as a person writes it (28, never 28.0); empty for NULL.
+  /// The column's text as usually written (28, never 28.0); empty for NULL.
   [[nodiscard]] std::wstring FieldAsString(int column) const;
   [[nodiscard]] std::wstring FieldAsStringEx(int column) const { return FieldAsString(column); }
   /// The column as a number with full precision; a text reads as its leading number, NULL as 0.
@@ -186,7 +186,7 @@ protected:
 class ZanOleDbFileRecordset final : public ZanOleDbRecordset {
 public:
   ZanOleDbFileRecordset(ConnectType connectType, FileType fileType);
-  /// Opens the file read-only; false when it cannot be opened, told by `ErrorInfo`.
+  /// Opens the file read-only; false when it cannot be opened, see `ErrorInfo`.
   bool Open(std::wstring_view filePath);
   [[nodiscard]] ZanOleDbConnection& connection() { return own_; }
 };
@@ -232,7 +232,7 @@ public:
   ~TableTransaction();
   TableTransaction(const TableTransaction&) = delete;
   TableTransaction& operator=(const TableTransaction&) = delete;
-  /// False when the engine could not begin (locked, read-only): `connection.ErrorInfo()` tells.
+  /// False when the engine could not begin (locked, read-only), see `connection.ErrorInfo()`.
   [[nodiscard]] bool isOpen() const { return open_; }
   [[nodiscard]] bool commit();
 

@@ -168,7 +168,7 @@ bool WorkbookAppend::countSharedStrings(Ole2Container& container) {
   if (sharedStrings_.empty()) return true;
   const auto stream = container.openStream(streamItem_);
   if (!stream || sharedStrings_[0].size() < 8) return false;
-  // The number in the table's head is wrong in files of some writers; new texts are numbered behind the real last one.
+  // Some writers store a wrong number in the table's header; new texts are numbered after the real last one.
   ByteWindow window(*stream);
   const auto count =
       SharedStrings::count(window, {idSharedStrings, sharedStrings_[0].size(), sharedStringsAt_});
@@ -202,7 +202,7 @@ bool WorkbookAppend::loadSheet(Sheet& sheet) const {
     if (!record) return false;
     if (record->id == idBegin) ++depth;
     if (record->id == idEndOfFile) --depth;
-    // Without any cell, rows go behind the record that gives the used range; without that one, ahead of the view.
+    // Without any cell, rows are inserted after the record with the used range; without that one, before the view.
     const bool isLastResort = record->id == idWindow2 || depth == 0;
     if (isLastResort && sheet.insertAt == 0) sheet.insertAt = record->offset;
     if (depth != 1) continue;

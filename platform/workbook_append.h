@@ -1,5 +1,5 @@
-// Adding rows and sheets to a workbook that exists, at the level of its records: whatever else the file holds (other
-// sheets, formats, formulas, charts, macros, summary) stays as it is.
+// Adds rows and sheets to an existing workbook, at the level of its records: everything else in the file (other
+// sheets, formats, formulas, charts, macros, summary) is unchanged.
 #pragma once
 
 #include "platform/biff_writer.h"
@@ -26,12 +26,12 @@ public:
   /// Whether any sheet, one of charts or macros included, has this name: a new one must differ.
   [[nodiscard]] bool hasName(std::wstring_view name) const;
   [[nodiscard]] const std::wstring& name(std::size_t sheet) const { return sheets_[sheet].name; }
-  /// The first row behind every cell of the sheet, formatted blank ones included, counted with the rows added so far.
+  /// The first row after every cell of the sheet, formatted blank ones included, counted with the rows added so far.
   [[nodiscard]] std::size_t nextRow(std::size_t sheet) const;
 
-  /// Adds a row behind the last one; it must pass `rowProblem`.
+  /// Adds a row after the last one; it must pass `rowProblem`.
   void addRow(std::size_t sheet, BookRow row);
-  /// Adds a sheet behind the last one; it must pass `sheetProblem`.
+  /// Adds a sheet after the last one; it must pass `sheetProblem`.
   void addSheet(BookSheet sheet);
 
   /// The whole file.
@@ -43,7 +43,7 @@ private:
     bool isWorksheet = false;
     std::size_t begin = 0;
     std::size_t end = 0;
-    /// Where new rows go: behind the last record of the cell table.
+    /// The position of new rows: after the last record of the cell table.
     std::size_t insertAt = 0;
     biff::UsedRange used;
     std::size_t endRow = 0;

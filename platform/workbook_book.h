@@ -16,27 +16,27 @@ struct BookSheet {
 
   std::wstring name;
   std::vector<BookRow> rows;
-  /// How the first row looks; frozen, it stays in sight while the rest scrolls.
+  /// The format of the first row; frozen, it stays visible while the rest scrolls.
   Header header = Header::none;
   /// In characters of the default font, by column; columns beyond are made as wide as their texts need.
   std::vector<double> columnWidths;
 };
 
-/// The bytes of a workbook with these sheets; nothing when the format cannot hold them, told by `error` (a sheet name
-/// that is not allowed or is there twice, too many rows or columns, a text too long, no sheet at all).
+/// The bytes of a workbook with these sheets; nothing when the format does not allow them, see `error` (an invalid or
+/// repeated sheet name, too many rows or columns, a text too long, no sheet at all).
 [[nodiscard]] std::optional<std::string> buildWorkbook(
     const std::vector<BookSheet>& sheets, std::wstring& error);
 
-/// `buildWorkbook`, written to `path`. A message with the file's name on a failure; an old file then still stands.
+/// `buildWorkbook`, written to `path`. Returns a message with the file's name on a failure; an old file is then kept.
 [[nodiscard]] std::optional<std::wstring> saveWorkbook(
     std::wstring_view path, const std::vector<BookSheet>& sheets);
 
 namespace biff {
 
-/// What stands against these sheets.
+/// The problem of these sheets.
 [[nodiscard]] std::optional<std::wstring> sheetProblem(const BookSheet& sheet);
 
-/// The cell formats of the workbook that a sheet goes into.
+/// The cell formats of the workbook that contains a sheet.
 struct CellFormats {
   unsigned plain = 15;
   unsigned header = 16;

@@ -1,4 +1,4 @@
-// A workbook as tables: each sheet is one, named with "$" behind, its first row the column names.
+// A workbook as tables: each sheet is one, named with the suffix "$", its first row the column names.
 #include "platform/table_source.h"
 #include "platform/xls_reader.h"
 

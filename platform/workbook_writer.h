@@ -9,8 +9,8 @@
 
 namespace brenvolt {
 
-/// Creates, opens and fills one workbook. The file is written beside itself and renamed by `CloseDB`, so a failure
-/// never leaves half a file in place of a good one. Every operation answers false with `error()` set on a failure.
+/// Creates, opens and fills one workbook. `CloseDB` writes a temporary file and renames it, so a failure never leaves
+/// half a file in place of a good one. Every operation returns false with `error()` set on a failure.
 class CDBClass final {
 public:
   CDBClass();
@@ -27,12 +27,12 @@ public:
   bool AddTable(
       std::wstring_view name, const std::vector<std::wstring>& columnNames,
       const std::vector<int>& columnTypes, const std::vector<int>& columnSizes, int flags);
-  /// Adds one row behind the last one of the sheet, found without regard to case. `rowIndex` counts the caller's
-  /// rows from 0 and does not address cells.
+  /// Adds one row after the last one of the sheet, found without regard to case. `rowIndex` counts the caller's rows
+  /// from 0 and does not address cells.
   bool AddRecords(
       std::wstring_view name, const std::vector<std::wstring>& columnNames,
       const std::vector<std::wstring>& values, int rowIndex);
-  /// Writes the file. False when it cannot be written; the old file then still stands.
+  /// Writes the file. False when it cannot be written; the old file is then kept.
   bool CloseDB();
   [[nodiscard]] const std::wstring& error() const;
 

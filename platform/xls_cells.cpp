@@ -111,7 +111,7 @@ private:
     return true;
   }
 
-  /// RK holds one pair of format and number behind row and column, MULRK a run of them and the last column.
+  /// RK contains one pair of format and number after row and column, MULRK a run of them and the last column.
   bool takeRks(Bytes body, std::size_t smallest) {
     if (body.size() < smallest) return false;
     StoredCell cell = head(body);
@@ -164,7 +164,7 @@ private:
     add(cell);
   }
 
-  /// A formula's last result. A text result stands in a STRING record behind it.
+  /// A formula's last result. A text result is in a STRING record after it.
   bool takeFormula(Bytes body) {
     if (body.size() < cellHeadBytes + 8) return false;
     formulaAwaitsText_ = false;

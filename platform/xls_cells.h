@@ -12,7 +12,7 @@
 
 namespace brenvolt::biff {
 
-/// What the workbook's first part says about all sheets.
+/// The data about all sheets in the workbook's first part.
 struct WorkbookGlobals {
   std::uint16_t version = version8;
   DateEpoch epoch = DateEpoch::year1900;
@@ -22,8 +22,8 @@ struct WorkbookGlobals {
   SharedStrings sharedStrings;
 };
 
-/// Reads the cells of the sheet whose first record stands at `offset` into `sheet`, as far as they lie in the first
-/// `maximumRows` rows. Records of charts inside the sheet are passed over. False when the sheet is damaged.
+/// Reads the cells of the sheet whose first record is at `offset` into `sheet`, within the first `maximumRows` rows.
+/// Records of charts inside the sheet are skipped. False when the sheet is damaged.
 [[nodiscard]] bool readSheetCells(
     ByteWindow& window, WorkbookGlobals& globals, std::uint64_t offset, std::size_t maximumRows,
     SheetCells& sheet);

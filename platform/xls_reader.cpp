@@ -58,7 +58,7 @@ bool WorkbookReader::State::openStream() {
   auto entry = container.findRootStream(L"Workbook");
   if (!entry) entry = container.findRootStream(L"Book");
   if (!entry) {
-    // A workbook of the later format with a password lies in such a container too.
+    // A password-protected workbook of the later format is in such a container too.
     if (container.findRootStream(L"EncryptedPackage")) {
       return fail(L"is encrypted: save it without a password and as .xls");
     }

@@ -1,5 +1,5 @@
-// Reading workbooks (.xls) that people edit: what each cell shows, sheet by sheet, without the formulas and formats
-// behind it. Sheets are listed at once; the cells of a sheet are read only when that sheet is asked for.
+// Reads workbooks (.xls) that users edit: the shown text of each cell, sheet by sheet, without the formulas and
+// formats. Sheets are listed at once; the cells of a sheet are read only when the sheet is used.
 #pragma once
 
 #include <cstddef>
@@ -13,7 +13,7 @@
 
 namespace brenvolt {
 
-/// One cell as a person reads it.
+/// One cell as its user sees it.
 struct WorkbookCell {
   enum class Kind : std::uint8_t { empty, text, number, boolean, date, error };
 
@@ -36,8 +36,8 @@ public:
   WorkbookSheet& operator=(WorkbookSheet&&) noexcept;
 
   [[nodiscard]] const std::wstring& name() const;
-  /// Rows up to the last one, and columns up to the last one, that hold a cell which is not blank. A cell with
-  /// nothing but a format is blank; a formula that answers an empty text is not.
+  /// Rows up to the last one, and columns up to the last one, with a cell that is not blank. A cell with nothing but a
+  /// format is blank; a formula with an empty text as its result is not.
   [[nodiscard]] std::size_t rowCount() const;
   [[nodiscard]] std::size_t columnCount() const;
 
@@ -54,12 +54,12 @@ private:
 /// A sheet of the workbook's list: worksheets only, in the order of their tabs.
 struct WorkbookSheetInfo {
   std::wstring name;
-  /// Hidden by the user or by a program; its cells can be read all the same.
+  /// Hidden by the user or by a program; its cells can still be read.
   bool isHidden = false;
 };
 
-/// Reads one workbook file. Every failure is told by `error()` with the file and the reason, in bounded time whatever
-/// the file holds.
+/// Reads one workbook file. `error()` reports every failure with the file and the reason, in bounded time for any
+/// content.
 class WorkbookReader final {
 public:
   static constexpr std::size_t allRows = std::numeric_limits<std::size_t>::max();

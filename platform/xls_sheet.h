@@ -1,4 +1,4 @@
-// The cells of one sheet in memory: sixteen bytes each, texts apart in a pool, rows found through an index.
+// The cells of one sheet in memory: sixteen bytes each, texts in a separate pool, rows found through an index.
 #pragma once
 
 #include "platform/biff_number_formats.h"

@@ -38,7 +38,7 @@ bool isNameStart(char character) {
   return (lower >= 'a' && lower <= 'z') || byte == '_' || byte == ':' || byte >= 0x80;
 }
 
-/// The engine writes any name as it stands, and such a file could not be read again.
+/// The engine writes any name unchanged, and such a file could not be read again.
 void requireName(const std::string& name) {
   const bool valid =
       !name.empty() && isNameStart(name.front()) && std::all_of(name.begin(), name.end(), [](char character) {
@@ -52,7 +52,7 @@ bool isElement(const pugi::xml_node& node) {
   return node.type() == pugi::node_element;
 }
 
-/// What the engine lets pass though it is no document: text beside the root, no root, or several.
+/// Faults that the engine accepts: text outside the root, no root, or several.
 const char* shapeFault(const pugi::xml_document& document) {
   std::size_t roots = 0;
   for (const pugi::xml_node& node : document) {
@@ -205,8 +205,8 @@ bool XmlDocument::read(std::string_view bytes, std::wstring& reason) {
   };
   const XmlText text = decodeXml(bytes);
   if (text.fault) return refuse(*text.fault);
-  // The declaration is dropped: `serializeUtf16Le` writes its own. Top-level text is let in to be refused.
-  // White space in values stays as it is: the engine writes a tab as it stands, and would read it as a blank.
+  // The declaration is dropped: `serializeUtf16Le` writes its own. Top-level text is accepted here and refused later.
+  // White space in values is kept: the engine writes a tab unchanged, and would read it as a blank.
   constexpr unsigned options = (pugi::parse_default & ~pugi::parse_wconv_attribute) | pugi::parse_comments |
                                pugi::parse_pi | pugi::parse_doctype | pugi::parse_fragment;
   const pugi::xml_parse_result result =

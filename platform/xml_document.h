@@ -1,5 +1,5 @@
-// A small document tree for the XML files that people keep: elements with attributes, read from a path, changed, and
-// turned into bytes. Names and values are wide text; the engine behind it stays in the one source file.
+// A small document tree for the XML files of users: elements with attributes, read from a path, changed, and converted
+// to bytes. Names and values are wide text; the engine is used only in the one source file.
 #pragma once
 
 #include <memory>
@@ -11,14 +11,14 @@
 
 namespace brenvolt {
 
-/// A change of a document that cannot be made: no element at the place, a name that is no XML name, memory used up.
+/// An impossible change of a document: no element at the position, an invalid XML name, out of memory.
 class XmlError final : public std::runtime_error {
 public:
   using std::runtime_error::runtime_error;
 };
 
-/// A place in a document, or nothing. Cheap to copy; valid as long as its document lives and the element is not
-/// removed. Questions to nothing answer empty, changes of nothing throw `XmlError`.
+/// A position in a document, or nothing. Cheap to copy; valid as long as its document lives and the element is not
+/// removed. Queries on nothing return empty values, changes of nothing throw `XmlError`.
 class XmlElement final {
 public:
   XmlElement() = default;
@@ -37,8 +37,8 @@ public:
   /// Names and values in the order of the document.
   [[nodiscard]] std::vector<std::pair<std::wstring, std::wstring>> attributes() const;
 
-  /// Sets an attribute; a new one goes after the others. `XmlError` for a value with a character that XML cannot hold:
-  /// another program could not read the file.
+  /// Sets an attribute; a new one is added after the others. `XmlError` for a value with a character that XML does not
+  /// allow: another program could not read the file.
   void setAttribute(std::wstring_view name, std::wstring_view value);
   /// A new last child.
   XmlElement appendChild(std::wstring_view name);
@@ -59,8 +59,8 @@ private:
   void* node_ = nullptr;
 };
 
-/// Reads UTF-8 and UTF-16 with or without a byte-order mark, and what else `decodeXml` knows. White space between elements is not kept: a file that a
-/// person has indented comes out in one line. Comments and processing instructions stay.
+/// Reads UTF-8 and UTF-16 with or without a byte-order mark, and what else `decodeXml` knows. White space between
+/// elements is not kept: an indented file is written as one line. Comments and processing instructions stay.
 class XmlDocument final {
 public:
   XmlDocument();
@@ -71,7 +71,7 @@ public:
   /// The root element, or nothing in a new document.
   [[nodiscard]] XmlElement root() const;
 
-  /// Elements may be nested so deep; a file that goes deeper was not written by any of our programs.
+  /// The deepest nesting of elements; a file with deeper nesting was not written by any of our programs.
   static constexpr int deepestNesting = 1000;
 
   /// Replaces the content by that of a file. False when the file cannot be read, holds bytes that do not fit its
@@ -83,8 +83,8 @@ public:
   /// Makes the root element of a document that has none; `XmlError` when there is one already.
   XmlElement createRoot(std::wstring_view name);
 
-  /// The whole document as UTF-16 little endian, without a byte-order mark. The first thing in it is the processing
-  /// instruction `<?xml ...?>` with the given data, on a line of its own; the rest stands in one line.
+  /// The whole document as UTF-16 little endian, without a byte-order mark. It begins with the processing instruction
+  /// `<?xml ...?>` with the given data, on a line of its own; the rest is one line.
   [[nodiscard]] std::string serializeUtf16Le(std::wstring_view declarationData) const;
 
 private:

@@ -17,7 +17,7 @@ enum class Form { utf8, utf16Little, utf16Big, ascii, latin1 };
 struct Start {
   std::string_view bytes;
   Form form;
-  std::size_t markSize; ///< bytes of the mark, which are no part of the text
+  std::size_t markSize; ///< bytes of the mark, which are not part of the text
 };
 constexpr std::array<Start, 5> starts{{
     {"\xEF\xBB\xBF"sv, Form::utf8, 3},
@@ -59,8 +59,8 @@ std::string fromLatin1(std::string_view bytes) {
   return toUtf8(text);
 }
 
-/// Units that stand for no character come out as the replacement character; one that the file itself holds is rare
-/// enough to be looked for in the bytes.
+/// Invalid units become the replacement character; one that the file itself contains is rare enough to be searched for
+/// in the bytes.
 std::optional<std::string> fromUtf16(std::string_view bytes, Form form) {
   if (bytes.size() % 2 != 0) return std::nullopt;
   const std::string little = form == Form::utf16Big ? swapped(bytes) : std::string(bytes);
@@ -105,7 +105,7 @@ std::optional<std::string> decode(std::string_view bytes, Form form) {
   return std::nullopt;
 }
 
-/// The form that the first bytes show; UTF-8 stands for all that have one byte for a basic character.
+/// The encoding by the first bytes; UTF-8 covers all encodings with one byte for a basic character.
 const Start* startOf(std::string_view bytes) {
   const auto found = std::find_if(
       starts.begin(), starts.end(), [&](const Start& start) { return bytes.starts_with(start.bytes); });
@@ -145,7 +145,7 @@ XmlText decodeXml(std::string_view bytes) {
 
 namespace {
 
-/// Control characters of any number give way: the text around them is worth more.
+/// Replaces any number of control characters: the text around them is worth more.
 std::string withoutForbidden(std::string_view text) {
   std::string clean;
   while (!text.empty()) {

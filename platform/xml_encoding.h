@@ -16,7 +16,7 @@ struct XmlText {
 /// must agree; without both it is UTF-8.
 [[nodiscard]] XmlText decodeXml(std::string_view bytes);
 
-/// The text of a damaged file as far as its bytes have a meaning, whatever it declares.
+/// The readable text of a damaged file, regardless of the declared encoding.
 [[nodiscard]] std::string decodeDamagedXml(std::string_view bytes);
 
 } // namespace brenvolt

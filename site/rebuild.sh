@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# Draws symbols, templates and frames anew from their LISP, and packs the workbook. A folder as argument takes the results
+# Draws symbols, templates and frames from their LISP, and packs the workbook. A folder as argument takes the results
 # instead of the site itself.
 set -euo pipefail
 site=$(cd "$(dirname "${BASH_SOURCE[0]}")" && pwd)

@@ -1,9 +1,9 @@
-; The site's LISP: the parent product that serves the plug-in. Loaded ahead of everything else.
+; The site's LISP: the parent product that serves the plug-in. Loaded before everything else.
 (load "lisp/parent.lsp")   ; what the plug-in's native code calls
-(load "lisp/data.lsp")     ; reading what the plug-in hands to forms
+(load "lisp/data.lsp")     ; reading the data that the plug-in passes to forms
 (load "lisp/wires.lsp")    ; wire layers, wires, wire numbers
 (load "lisp/symbols.lsp")  ; placing symbols
-(load "lisp/records.lsp")  ; what a placed circuit leaves behind
+(load "lisp/records.lsp")  ; the records of a placed circuit
 (load "lisp/project.lsp")  ; the project's rows and the drawing
 (load "lisp/parts.lsp")    ; catalogue of parts, the lookups that workbook rules name
 (load "lisp/forms.lsp")    ; the functions that workbook forms name

@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
-# An installation in a prefix that nobody knew when it was built: the tool finds its module, its texts and the sample
-# site, the program with windows shows one, and another host can be built against the headers. Argument: the build folder.
+# An installation in a prefix unknown at build time: the tool finds its module, its texts and the sample site, the
+# program with windows shows it, and another host can be built against the headers. Argument: the build folder.
 set -uo pipefail
 build=$1
 scratch=$(mktemp -d)
@@ -19,7 +19,7 @@ check() { # name, command
 
 check "install" cmake --install "$build" --prefix "$prefix"
 # Another place than the one that was installed into: nothing may remember it. The build folder has the same files beside
-# the programs, so their own names tell which ones are read.
+# the programs, so the names show which ones are read.
 mv "$prefix" "$scratch/moved"
 prefix="$scratch/moved"
 export PATH="$prefix/bin:$PATH" HOME="$scratch" XDG_CACHE_HOME="" XDG_CONFIG_HOME="" QT_QPA_PLATFORM=offscreen

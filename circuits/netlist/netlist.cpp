@@ -1,5 +1,5 @@
-// From symbols and lines to devices and nets. Every search asks the drawing what lies at a point, so the cost is that of
-// the wires and pins.
+// From symbols and lines to devices and nets. Every search queries the drawing at a point, so the cost is that of the
+// wires and pins.
 #include "circuits/netlist/netlist.h"
 
 #include "text/compare.h"

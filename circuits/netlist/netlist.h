@@ -2,12 +2,12 @@
 // connection dots and wire numbers. Every list that a firm makes from its drawings is made from this.
 //
 // What the drawing has to keep to:
-// - a symbol is a block reference with a FAMILY or with pins; TAG1 or TAG2 names its device, and symbols of one tag,
+// - a symbol is a block reference with a FAMILY or with pins; TAG1 or TAG2 names its device; symbols with equal tag,
 //   installation and location are one device;
-// - an attribute X?TERM?? stands at its pin and holds the pin's number; the digit after the X is the side of the symbol;
+// - an attribute X?TERM?? is at its pin and contains the pin's number; the digit after the X is the side of the symbol;
 // - a terminal is a symbol of the family TRMS: TAGSTRIP names the strip, TERM01 the terminal;
 // - a wire is a line on a wire layer, which is named COLOUR_SIZE; wires are connected where an end of one touches the
-//   other, and where a block without attributes, a connection dot, stands on their crossing;
+//   other, and where a block without attributes, a connection dot, is on their crossing;
 // - an attribute WIRENO of a block on a wire is the number of the wire's net.
 #pragma once
 
@@ -39,7 +39,7 @@ struct Device {
   std::vector<KvDbHandle> symbols{}; ///< the main one first, then the others in drawing order
   std::wstring params{};  ///< motor or load data that the parent product keeps on it, fields between ";"
   std::wstring wires{};   ///< likewise its wires
-  std::wstring circuit{}; ///< id, of the main symbol; empty for what somebody drew by hand
+  std::wstring circuit{}; ///< id of the main symbol's circuit; empty for symbols drawn by hand
 };
 
 struct Pin {
@@ -72,7 +72,7 @@ struct Conductor {
 
 struct Net {
   std::wstring number;                ///< empty where the drawing shows none
-  std::vector<std::wstring> others{}; ///< further numbers that stand on it, which is a fault of the drawing
+  std::vector<std::wstring> others{}; ///< further numbers on it, which is a fault of the drawing
   std::vector<std::size_t> conductors{};
   bool carriesNumber = true; ///< wires of layers without wire numbers, grounding conductors, carry none
   std::wstring circuit;      ///< id, of the first wire

@@ -80,7 +80,7 @@ std::vector<CircuitObject> circuitsOf(const DrawingDatabase& drawing) {
           !tag.empty() && isComponent(drawing, *node) &&
           std::find(circuit.tags.begin(), circuit.tags.end(), tag) == circuit.tags.end())
         circuit.tags.push_back(std::move(tag));
-      // Of several motors the first stands for the circuit.
+      // Of several motors the first represents the circuit.
       if (circuit.params.empty()) {
         circuit.params = firstText(node->value, paramsApplication);
         if (!circuit.params.empty()) circuit.loadTag = tagOf(drawing, *node);

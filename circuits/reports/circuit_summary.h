@@ -1,5 +1,5 @@
 // A drawing's circuits as lines of a list that a designer works from: what each is, what it feeds, and what is wrong
-// with it as far as the drawing tells.
+// with it according to the drawing.
 #pragma once
 
 #include "circuits/provenance/circuit_objects.h"

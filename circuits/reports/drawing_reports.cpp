@@ -20,7 +20,7 @@ namespace {
 using Cell = std::optional<std::wstring>;
 using Row = std::vector<Cell>;
 
-/// Motors and loads are what a circuit feeds; nobody orders them by its parts list.
+/// Motors and loads are fed by a circuit; they are not ordered by its parts list.
 const std::set<std::wstring> fedFamilies = {L"MO", L"LD"};
 /// What protects a branch.
 const std::set<std::wstring> protectionFamilies = {L"CB", L"FU"};
@@ -312,7 +312,7 @@ Report cablesReport(const std::vector<Sheet>& sheets) {
     for (std::size_t place = 0; place < list.devices.size(); ++place) {
       const Device& device = list.devices[place];
       if (!fedFamilies.contains(device.family)) continue;
-      // What goes to the field: conductors of its pins, by size, and where they come from.
+      // The part outside the cabinet: conductors of its pins, by size, and their sources.
       std::map<std::wstring, int> sizes;
       std::vector<std::wstring> from;
       for (const Pin& pin : list.pins) {

@@ -1,4 +1,4 @@
-// The lists that a firm hands out with its drawings, made from the drawings themselves: parts, wires, terminals, motors
+// The lists that a firm delivers with its drawings, made from the drawings themselves: parts, wires, terminals, motors
 // and loads, cables, sheets.
 #pragma once
 

@@ -48,7 +48,7 @@ bool hasOption(const brenvolt::ZanOptionGroup& group, int value) {
   });
 }
 
-/// A value stands for the group of its place; -1 leaves that group alone.
+/// A value applies to the group at its position; -1 leaves that group unchanged.
 void checkPresetValues(
     const std::wstring& part, const brenvolt::ZanCodeRecord& record, const std::vector<int>& values,
     std::vector<std::string>& faults) {
@@ -126,8 +126,8 @@ std::optional<double> savedScale(const std::wstring& text) {
   return scale > 0 ? std::optional(scale) : std::nullopt;
 }
 
-/// What a saved configuration brings. A build starts plain when there is none of the name: nobody would see that it
-/// was mistyped.
+/// The settings of a saved configuration. Without this check a build would silently use the defaults when the name is
+/// mistyped.
 void takeConfiguration(SessionRun& run, const std::string& workbook, CircuitCall& call) {
   if (run.history.empty()) return;
   const brenvolt::HistoryKey key{fromUtf8(run.circuit), fromUtf8(run.type), fromUtf8(run.history)};

@@ -19,10 +19,10 @@ struct CircuitCall {
   std::optional<double> componentScale; ///< none: that of the site
 };
 
-/// The call for the circuit of `run`. A saved configuration brings its scales, and with a preset also its motor or load
-/// data and its wires, unless the run has its own. Throws BadInput when the workbook does not hold the circuit, when its
-/// worksheet cannot be read, and for a history, a preset or a scale that cannot be used: a build says no word of these.
-/// @param workbook  full path
+/// The call for the circuit of `run`. A saved configuration has its scales, and with a preset also its motor or load
+/// data and its wires, unless the run has its own. Throws BadInput when the workbook does not hold the circuit, when
+/// its worksheet cannot be read, and for a history, a preset or a scale that cannot be used: a build says no word of
+/// these. @param workbook  full path
 [[nodiscard]] CircuitCall circuitCall(const SessionRun& run, const std::string& workbook, CircuitBuild build);
 /// Calls the site's LISP; the value is nil when the build fails.
 lisp::Value callSite(HostRun& host, const CircuitCall& call);

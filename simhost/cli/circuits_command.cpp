@@ -48,7 +48,7 @@ OutputTable tableOf(const std::vector<CircuitObject>& circuits, OutputForm form)
   OutputTable table;
   table.columns = {{"id", "ID"}, {"name", "NAME"}};
   for (const std::wstring_view field : shownFields) {
-    // A line for a person ends with what is short.
+    // A line of text ends with the short columns.
     if (form == OutputForm::text && field == L"codes") continue;
     table.columns.push_back({toUtf8(field), toUtf8(brenvolt::toUpper(field))});
   }

@@ -59,7 +59,7 @@ struct CommandTable {
   /// them. Commands without their own have those of the table above, and so for the page.
   std::vector<std::string> examples = {};
   std::string page = {}; ///< of the manual: "tool.md"
-  /// May throw BadInput and CannotWrite. Empty for a program that goes on by itself, and above `commands`.
+  /// May throw BadInput and CannotWrite. Empty for a program that continues by itself, and above `commands`.
   std::function<ExitCode()> run = {};
 };
 

@@ -27,8 +27,8 @@ struct ComponentsOptions {
   OutputOptions output;
 };
 
-/// The code whose component tables serve: the one asked for, or its fallback, which the run reports. Nobody is there to answer
-/// the alert that the plug-in shows.
+/// The code whose component tables are used: the requested one, or its fallback, which the run reports. There is no
+/// user to answer the alert that the plug-in would show.
 std::wstring servingCode(EngineeringRun& run) {
   const brenvolt::ZanDbReaderUtils utils(&run.connection());
   brenvolt::MissingTables missing;

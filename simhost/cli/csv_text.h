@@ -13,8 +13,8 @@ struct CsvRecord {
   std::vector<std::string> fields;
 };
 
-/// The records of a text that was read from `file`; blank lines are left out. Throws BadInput for a quote that never
-/// ends, which would take the rest of the text as its field.
+/// The records of a text read from `file`; blank lines are skipped. Throws BadInput for a quote without an end, which
+/// would take the rest of the text as its field.
 [[nodiscard]] std::vector<CsvRecord> parseCsv(std::string_view text, const std::string& file);
 
 /// Fields as one line with a line feed.

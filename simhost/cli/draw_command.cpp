@@ -1,5 +1,5 @@
-// `brenvolt draw`: one circuit, as the site's LISP builds it, from the workbook to the drawing file. Without answers it
-// is a direct build; with them the configuration dialog asks.
+// `brenvolt draw`: one circuit, built by the site's LISP, from the workbook to the drawing file. Without answers it is
+// a direct build; with them the configuration dialog opens.
 #include "simhost/cli/circuit_run.h"
 #include "simhost/cli/host_run.h"
 #include "simhost/cli/site_options.h"
@@ -49,7 +49,7 @@ lisp::Value build(HostRun& host, const CircuitCall& call) {
   }
 }
 
-/// The alerts about missing tables are answered as by a user who goes on with the default ones.
+/// The alerts about missing tables are answered as by a user who continues with the default ones.
 void acceptDefaultTables(Session& session) {
   for (const wchar_t* alert :
        {L"ZanBrenvolt.TableNotFound", L"ZanBrenvolt.MotorTableNotFound", L"ZanBrenvolt.LoadTableNotFound",

@@ -1,5 +1,5 @@
-// `brenvolt history`: the saved configurations of a site's circuits, what was changed in them, and what can be brought
-// back.
+// `brenvolt history`: the saved configurations of a site's circuits, their changes, and restoring of former
+// ones.
 #include "platform/file_read.h"
 #include "project/history_change.h"
 #include "project/history_recovery.h"

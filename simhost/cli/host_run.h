@@ -34,7 +34,7 @@ struct HostOptions {
 /// The option --module.
 [[nodiscard]] OptionRow moduleRow(std::string& module);
 
-/// Makes the windows of a run: without a screen, unless another maker is set ahead of it.
+/// Creates the windows of a run: without a screen, unless another maker is set before.
 using WindowsMaker =
     std::function<std::unique_ptr<AnsweredWindows>(std::vector<AnswerStep> steps, std::string source)>;
 [[nodiscard]] WindowsMaker& windowsMaker();
@@ -59,10 +59,10 @@ public:
 
   /// Makes the recording a session that `replay` can run. The paths of `run` lead from the working directory.
   void recordAsSession(const SessionRun& run);
-  /// Writes drawing and picture as asked, and the recording once more: it needs the drawing that was opened, which may
-  /// be the one that is written. Throws CannotWrite.
+  /// Writes drawing and picture as requested, and the recording once more: it needs the opened drawing, which may be
+  /// the one that is written. Throws CannotWrite.
   void writeResults();
-  /// Writes the recording, also of a run that failed: it shows the question that had no answer. Throws CannotWrite.
+  /// Writes the recording, also of a failed run: it shows the question without an answer. Throws CannotWrite.
   void writeRecording();
 
 private:
@@ -72,7 +72,7 @@ private:
   std::optional<SessionLog> log_; ///< of a recording that is a session
 };
 
-/// What a session file runs. Throws BadInput, also for an answer file that does not say it.
+/// What a session file runs. Throws BadInput, also for an answer file without a run.
 [[nodiscard]] SessionRun readSession(const std::string& file);
 
 } // namespace simhost

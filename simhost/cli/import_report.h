@@ -1,4 +1,4 @@
-// What an import tells at its end: its tables, or why nothing was written.
+// The report of an import: its tables, or why nothing was written.
 #pragma once
 
 #include "platform/table_import.h"

@@ -1,4 +1,4 @@
-// Ctrl-C and a request to end, while LISP runs: they end the form, which is told with its place, and not the program.
+// Ctrl-C and a termination request while LISP runs: they end the form and report its place; the program continues.
 #pragma once
 
 #include "simhost/lisp/evaluator.h"

@@ -8,8 +8,8 @@ namespace simhost {
 class HostRun;
 
 /// Reads forms until the end of the input and prints their values. On a terminal lines can be edited and are
-/// remembered; from a pipe the same without prompts. An error is told and the next form read; in the end it is
-/// ExitCode::badInput for a pipe, and nothing is saved then.
+/// remembered; a pipe works the same without prompts. An error is reported and the next form read; for a pipe the
+/// result is then ExitCode::badInput, and nothing is saved.
 [[nodiscard]] ExitCode runLispPrompt(HostRun& host);
 
 } // namespace simhost

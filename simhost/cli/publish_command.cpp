@@ -28,7 +28,7 @@ struct PublishOptions {
   OutputOptions output;
 };
 
-/// What users save themselves. It is never replaced by what a site brings.
+/// The rows that users save themselves. A site's tables never replace them.
 constexpr std::wstring_view partsTable = L"CATALOGSEL";
 
 /// The names of the tables in a folder of .csv files.

@@ -28,14 +28,14 @@ struct ReplayOptions {
   std::string work;
 };
 
-/// The commands of a session on the copies. What a person saw fail or left must end so again, and the session goes on
-/// behind it as it did for him.
+/// Runs the commands of a session on the copies. Commands that failed or were cancelled must end the same way again,
+/// and the session then continues.
 class CommandReplay final {
 public:
   CommandReplay(HostRun& host, const SessionRun& run, const WorkingCopy& copy)
       : host_(host), steps_(host.site(), host.windows()), run_(run), copy_(copy) {}
 
-  /// Points the LISP of the site at the copies; a drawing that is opened runs it anew.
+  /// Points the LISP of the site at the copies; opening a drawing runs it again.
   void prepare() {
     host_.run(workbookForm(copy_.workbook()), L"replay");
     if (isFirst_ && !run_.project.empty()) host_.site().setProject(copy_.project());
@@ -84,7 +84,7 @@ private:
         value = evaluate(fromUtf8(form));
       return value;
     });
-    // Nobody can answer: this is no end that a person has seen.
+    // A question without an answer: not an end that the user has recorded.
     const std::wstring& unanswered = host_.windows().failure();
     if (!unanswered.empty()) throw BadInput(toUtf8(unanswered));
     const bool isFailed = outcome.kind == CommandOutcome::Kind::failed;

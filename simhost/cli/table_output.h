@@ -1,4 +1,4 @@
-// The answers of the tool as tables: for a person in aligned columns, for a spreadsheet as CSV, for a program as JSON.
+// The output of the tool as tables: aligned columns as text, CSV for spreadsheets, JSON for programs.
 #pragma once
 
 #include "simhost/cli/command_table.h"
@@ -12,7 +12,7 @@ namespace simhost {
 
 enum class OutputForm { text, csv, json };
 
-/// The options --csv and --json of a subcommand, of which at most one may stand.
+/// The options --csv and --json of a subcommand, of which at most one may be given.
 struct OutputOptions {
   bool isCsv = false;
   bool isJson = false;
@@ -28,7 +28,7 @@ enum class ColumnKind {
 
 struct OutputColumn {
   std::string key;   ///< in CSV and JSON
-  std::string title; ///< for a person
+  std::string title; ///< for text output
   ColumnKind kind = ColumnKind::text;
 };
 
@@ -37,7 +37,7 @@ struct OutputCell : std::optional<std::wstring> {
   using std::optional<std::wstring>::optional;
   OutputCell() = default;
   OutputCell(std::optional<std::wstring> text) : std::optional<std::wstring>(std::move(text)) {}
-  /// A number in JSON, whatever the other cells of its column are.
+  /// A number in JSON, independent of the other cells of its column.
   bool isNumber = false;
 };
 
@@ -49,7 +49,7 @@ struct OutputTable {
 /// The table with a line feed at the end of each line. A table without columns is empty.
 [[nodiscard]] std::string formatTable(const OutputTable& table, OutputForm form);
 
-/// The rows as a JSON array of objects, to stand inside a larger document.
+/// The rows as a JSON array of objects, to be inserted in a larger document.
 [[nodiscard]] std::string jsonRows(const OutputTable& table);
 
 /// Writes to standard output.

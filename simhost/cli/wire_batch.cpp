@@ -24,7 +24,7 @@ namespace {
 constexpr std::array<const char*, std::size(brenvolt::wireColumns)> resultColumns = {
     "size", "count", "fill-range", "ampacity", "load-percent", "drop", "drop-percent", "loss", "yearly-cost"};
 constexpr const char* groundColumn = "ground";
-/// Why there is no proposal; empty where there is one.
+/// Why there is no proposal; empty if there is one.
 constexpr const char* noteColumn = "note";
 
 class WireList final {

@@ -7,9 +7,9 @@
 
 namespace simhost {
 
-/// Reads the list `file` (CSV, a column for each field, others are carried over), fills what a circuit leaves open from
-/// `common`, and answers the list with the columns of the proposal behind it. Throws BadInput that names file, row and
-/// column of every bad cell.
+/// Reads the list `file` (CSV, a column for each field, others are copied), fills empty fields from `common`, and
+/// returns the list with the columns of the proposal appended. Throws BadInput that names file, row and column of
+/// every bad cell.
 [[nodiscard]] std::string sizeWires(WireRequests& requests, const std::string& file, const WireTexts& common);
 
 } // namespace simhost

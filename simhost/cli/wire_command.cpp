@@ -38,7 +38,7 @@ struct WireOptions {
   OutputOptions output;
 };
 
-/// The columns of the answer, in the order of `WireColumn`.
+/// The columns of the output, in the order of `WireColumn`.
 const std::array<OutputColumn, std::size(brenvolt::wireColumns)>& candidateColumns() {
   constexpr ColumnKind number = ColumnKind::number;
   static const std::array<OutputColumn, std::size(brenvolt::wireColumns)> columns = {{

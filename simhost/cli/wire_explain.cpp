@@ -1,4 +1,4 @@
-// The page behind `brenvolt wire --explain`.
+// The explanation of `brenvolt wire --explain`.
 #include "simhost/cli/wire_explain.h"
 
 #include "data/wire_factor_fields.h"

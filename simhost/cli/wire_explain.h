@@ -22,7 +22,7 @@ struct ExplainedFigure {
     const WireRequest& request, const brenvolt::WireLookupResult& result, std::size_t index,
     const brenvolt::WireSizeFacts& facts);
 
-/// For a person: a heading, the arithmetic indented, the sources below.
+/// As text: a heading, the arithmetic indented, the sources below.
 [[nodiscard]] std::string explanationText(const std::vector<ExplainedFigure>& figures);
 /// As a JSON array.
 [[nodiscard]] std::string explanationJson(const std::vector<ExplainedFigure>& figures);

@@ -29,7 +29,7 @@ struct WorkbookOptions {
   std::string folder;
 };
 
-/// Sheets that stand first, in this order; the others follow by name.
+/// The first sheets, in this order; the others follow by name.
 constexpr std::array<std::wstring_view, 2> firstSheets = {L"ZAN_CIRCS", L"ANNO_CODE"};
 
 /// A sheet's name is its file's name, so a name that would leave the folder is refused.

@@ -63,7 +63,7 @@ void WorkingCopy::fill(const std::string& workbook, const std::string& site, con
   fs::create_directories(folder_, error);
   if (error) throw CannotWrite(folder_.string() + ": " + error.message());
   copyFile(workbook, this->workbook());
-  // Saved configurations stand beside the workbook; a former session's must not be taken for the site's.
+  // Saved configurations are in the folder of the workbook; an earlier session's must not be used for it.
   const fs::path histories = fs::path(this->workbook()).replace_extension(".xml");
   fs::remove(histories, error);
   if (const fs::path own = fs::path(workbook).replace_extension(".xml"); fs::exists(own, error))

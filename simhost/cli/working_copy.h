@@ -9,8 +9,8 @@ namespace simhost {
 
 class WorkingCopy final {
 public:
-  /// An empty `folder` stands for one that goes away with this object. A project that is a folder of tables becomes
-  /// a database. Throws BadInput and CannotWrite.
+  /// An empty `folder` means one that is removed with this object. A project that is a folder of tables becomes a
+  /// database. Throws BadInput and CannotWrite.
   WorkingCopy(
       const std::string& folder, const std::string& workbook, const std::string& site,
       const std::string& project);
@@ -19,7 +19,7 @@ public:
   ~WorkingCopy();
 
   [[nodiscard]] std::string workbook() const { return (folder_ / "zan_brenvolt.xls").string(); }
-  /// The data source of the engineering tables. Tables on a server are the firm's own: there is no copy of them.
+  /// The data source of the engineering tables. Tables on a server are shared by the firm: they are not copied.
   [[nodiscard]] const std::string& database() const { return database_; }
   [[nodiscard]] std::string project() const { return (folder_ / "project.db").string(); }
   /// A copy of another project, which the session opens later; its file. Throws BadInput and CannotWrite.

@@ -1,4 +1,4 @@
-// Which of many boxes meet a given one, without looking at all of them: a tree of boxes, packed once.
+// Finds the boxes that overlap a given one without testing all of them: a tree of boxes, built once.
 #pragma once
 
 #include "simhost/drawing/display_list.h"
@@ -12,10 +12,10 @@ namespace simhost {
 class BoxIndex final {
 public:
   BoxIndex() = default;
-  /// Empty boxes, and those with a coordinate that is no number, are never found.
+  /// Empty boxes, and those with a coordinate that is not a number, are never found.
   explicit BoxIndex(std::span<const Box> boxes);
 
-  /// The numbers of the boxes that meet `area`, growing.
+  /// The numbers of the boxes that overlap `area`, ascending.
   [[nodiscard]] std::vector<std::uint32_t> meeting(const Box& area) const;
   /// The box around all.
   [[nodiscard]] const Box& extents() const { return extents_; }

@@ -1,5 +1,5 @@
-// A circuit that a build drew is changed as one thing: all that carries its mark, in both spaces. Undo sees each of these
-// as the changes of its entities.
+// Changes a circuit of a build as a whole: all entities with its mark, in both spaces. Undo sees each of these as the
+// changes of its entities.
 #pragma once
 
 #include "simhost/drawing/drawing_database.h"

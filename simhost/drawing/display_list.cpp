@@ -27,7 +27,7 @@ public:
       layerPlaces_[&layers[index]] = static_cast<std::uint32_t>(index);
   }
 
-  /// False when there is too much to show. `source`: the entity of the space that the block stands for, null for the
+  /// False when there is too much to show. `source`: the entity of the space that contains the block, null for the
   /// space itself.
   [[nodiscard]] bool collect(
       const BlockNode& block, const Placement& placement, const EntityNode* source = nullptr,

@@ -33,11 +33,11 @@ struct DisplayItem {
 /// Degrees from start to end, counter-clockwise; equal angles are the whole circle.
 [[nodiscard]] double turnOf(const Arc& arc);
 
-/// How a text is put on paper: its size is a font's, and it stands on a base line.
+/// How a text is drawn: its size is a font's, and its position is on a base line.
 struct TextPlace {
   KvPoint3d position; ///< on the base line
   double fontSize = 0.0;
-  double anchor = 0.0; ///< which part of its length lies ahead of the position: 0, 0.5 or 1
+  double anchor = 0.0; ///< the part of its length before the position: 0, 0.5 or 1
 };
 [[nodiscard]] TextPlace textPlace(const Text& text);
 /// The corners of the box that a text is taken to fill, in their turn.
@@ -47,7 +47,7 @@ struct TextPlace {
 [[nodiscard]] const std::vector<double>& dashesOf(LineType type);
 
 enum class Paper : std::uint8_t { light, dark };
-/// The colour as it can be told from the paper: it keeps its hue and gets darker on light paper, lighter on dark.
+/// The colour with sufficient contrast to the paper: same hue, darker on light paper, lighter on dark paper.
 [[nodiscard]] Colour readable(Colour colour, Paper paper);
 
 /// The thinnest line of a picture, in pixels.

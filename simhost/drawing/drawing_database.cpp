@@ -183,8 +183,8 @@ bool DrawingDatabase::eraseEntity(KvDbHandle handle) {
   for (const KvDbHandle attribute : node->attributes) {
     eraseEntity(attribute);
   }
-  // What a form erases again right away, such as a symbol that was placed to bring its block, takes no number: or the
-  // first symbol of its kind would be counted otherwise than the next.
+  // An entity that a form erases again at once, such as a symbol placed to load its block, takes no number: otherwise
+  // the first symbol of its kind would be numbered differently from the next.
   if (stamp_ && !stamp_->code.empty() && provenanceOf(node->value) == stamp_) --stamp_->order;
   store_.setErased(*node, true);
   undoLog_.note(EntityErasure{handle});

@@ -1,5 +1,5 @@
-// A drawing as the rest of the simulated host edits it: the rules of what may stand in one, handles, and an undo log
-// that sees every change. The plug-in reaches the same drawing through the classes of the host's face.
+// A drawing for the rest of the simulated host: the rules of its contents, handles, and an undo log that records every
+// change. The plug-in uses the same drawing through the classes of the host API.
 #pragma once
 
 #include "host/host_api_database.h"
@@ -21,10 +21,10 @@ inline constexpr std::wstring_view currentSpaceVariable = L"TILEMODE";
 /// Why something cannot be done, as a sentence without a full stop; nothing when it can.
 using Fault = std::optional<std::wstring>;
 
-/// A new drawing holds both spaces, layer "0" and TILEMODE 1.
-///
-/// Everything that changes it comes in pairs: a `...Fault` operation that tells whether the change is possible, and
-/// the change, for which calling it with a fault is a bug.
+/// A new drawing contains both spaces, layer "0" and TILEMODE 1. Every
+/// change has two operations: a `...Fault` operation that says whether the
+/// change is possible, and the change itself. Calling the change with a
+/// fault is a bug.
 class DrawingDatabase final : public KvDbDatabase {
 public:
   /// Handles stay below this, which leaves room for the database's number in an object id.
@@ -36,7 +36,7 @@ public:
   /// No object of it may be open any more. A working database stops being one.
   ~DrawingDatabase() override;
 
-  /// The database of an object id; null when it has gone.
+  /// The database of an object id; null when it no longer exists.
   [[nodiscard]] static DrawingDatabase* of(KvDbObjectId id);
   [[nodiscard]] static KvDbHandle handleOf(KvDbObjectId id);
   [[nodiscard]] KvDbObjectId idOf(KvDbHandle handle) const;
@@ -61,7 +61,7 @@ public:
 
   /// `owner`: a block's record, for an attribute its block reference.
   [[nodiscard]] Fault entityFault(KvDbHandle owner, const Entity& entity) const;
-  /// Puts the entity behind all others of its owner. A layer that does not exist yet is made.
+  /// Adds the entity after all others of its owner. A missing layer is created.
   KvDbHandle addEntity(KvDbHandle owner, Entity entity);
   /// A change keeps the kind of the entity.
   [[nodiscard]] Fault changeFault(KvDbHandle handle, const Entity& entity) const;
@@ -93,7 +93,7 @@ public:
 private:
   friend class DrawingReader;
 
-  /// What holds for the value of any entity, whoever owns it.
+  /// The rules for the value of any entity, for every owner.
   [[nodiscard]] Fault valueFault(const Entity& entity) const;
   [[nodiscard]] KvDbHandle takeHandle();
   void useLayer(Entity& entity);

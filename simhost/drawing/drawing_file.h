@@ -1,5 +1,5 @@
-// Drawings as files: JSON that a person can read and a version control can compare. The same drawing always gives
-// the same bytes; each layer, variable and entity has a line of its own.
+// Drawings as files: readable JSON that a version control system can compare. The same drawing always gives the same
+// bytes; each layer, variable and entity has its own line.
 #pragma once
 
 #include "simhost/drawing/drawing_database.h"
@@ -24,8 +24,8 @@ struct LoadedDrawing {
   std::wstring error;                       ///< names the file, the place in it and the reason
 };
 
-/// `name` stands for the content in messages. Every rule that holds for edits is checked, and a field that is not
-/// known is an error, as saving again would lose it.
+/// `name` identifies the content in messages. Every rule for edits is checked, and an unknown field is an error,
+/// because saving again would lose it.
 [[nodiscard]] LoadedDrawing drawingFromJson(std::string_view json, std::wstring_view name);
 [[nodiscard]] LoadedDrawing loadDrawing(const std::wstring& path);
 

@@ -1,5 +1,5 @@
 // The memory of one drawing: objects by handle and, per block, the chain of its entities in drawing order. Every
-// primitive here has an exact inverse, which is what undo replays; rules and the undo log stand in the database.
+// primitive here has an exact inverse, which undo replays; rules and the undo log are in the database.
 #pragma once
 
 #include "simhost/drawing/entity.h"
@@ -36,7 +36,7 @@ struct BlockNode {
   EntityNode* last = nullptr;
   std::size_t entityCount = 0; ///< without erased ones
   std::uint64_t nextOrder = 1;
-  std::unique_ptr<EntityGrid> grid{}; ///< made when somebody first asks what is near, kept right from then on
+  std::unique_ptr<EntityGrid> grid{}; ///< created by the first query, then kept up to date
 };
 
 class DrawingStore final {
@@ -59,7 +59,7 @@ public:
 
   /// Erased entities are found too.
   [[nodiscard]] EntityNode* findEntity(KvDbHandle handle) const;
-  /// Puts an entity behind all others of its owner, which must exist.
+  /// Adds an entity after all others of its owner, which must exist.
   void attach(std::unique_ptr<EntityNode> entity);
   /// Takes out the entity that was attached last to its owner; it must not be erased.
   [[nodiscard]] std::unique_ptr<EntityNode> detach(KvDbHandle handle);
@@ -67,7 +67,7 @@ public:
   /// Exchanges the entity's value with another one of its kind.
   void exchange(EntityNode& entity, Entity& other);
 
-  /// The block's entities whose boxes meet `area`, in drawing order; see `EntityGrid::boxOf`.
+  /// The block's entities whose boxes overlap `area`, in drawing order; see `EntityGrid::boxOf`.
   [[nodiscard]] std::vector<const EntityNode*> meeting(const BlockNode& block, const Box& area) const;
 
   /// The neighbours in drawing order, null at the end; also from an entity that has been erased.

@@ -1,5 +1,5 @@
-// What a drawing consists of, as plain values: the shapes that can stand in a block, layers with their wire
-// settings, and host variables. The database stores and changes these values whole.
+// The contents of a drawing as plain values: the shapes in a block, layers with their wire settings, and host
+// variables. The database stores and changes whole values.
 #pragma once
 
 #include "host/host_api_database.h"
@@ -83,7 +83,7 @@ struct BlockReference {
   friend bool operator==(const BlockReference&, const BlockReference&) = default;
 };
 
-/// The value that one block reference gives a tag; stands on its own in the drawing, not relative to the reference.
+/// The value of a tag in one block reference; has its own position in the drawing, not relative to the reference.
 struct Attribute {
   std::wstring tag; ///< not empty
   Text text;
@@ -99,7 +99,7 @@ struct AttributeDefinition {
   friend bool operator==(const AttributeDefinition&, const AttributeDefinition&) = default;
 };
 
-/// The alternatives stand in the order of `EntityKind`.
+/// The alternatives are in the order of `EntityKind`.
 using Shape = std::variant<Line, Polyline, Circle, Arc, Text, BlockReference, Attribute, AttributeDefinition>;
 
 enum class EntityKind : std::uint8_t {
@@ -145,7 +145,7 @@ struct WireSetting {
   std::variant<std::wstring, std::int32_t> value;
   friend bool operator==(const WireSetting&, const WireSetting&) = default;
 };
-/// Whether the code is known and the value of the kind and range that the code asks for.
+/// Whether the code is known and the value has the kind and range of the code.
 [[nodiscard]] bool isValid(const WireSetting& setting);
 
 struct Layer {

@@ -14,7 +14,7 @@ namespace {
 /// Smaller squares than of side 8 would only make more of them: that is about a symbol.
 constexpr int lowestLevel = 3;
 
-/// Beyond this a square's number is not exact any more; all that lies farther out shares the last squares.
+/// Beyond this a square's number is not exact; everything farther out is in the last squares.
 constexpr double farthest = 1e15;
 
 std::int64_t numberOf(int level, double coordinate) {

@@ -1,5 +1,5 @@
-// Which entities of a block lie near a place, asked while the drawing changes: squares of many sizes, each entity in
-// the one square of its own size that holds its lower left corner. A change costs one step, whatever the drawing holds.
+// Finds the entities of a block near a position while the drawing changes: squares of many sizes, each entity in the
+// square of its size that contains its lower left corner. A change takes one step in any drawing.
 #pragma once
 
 #include "simhost/drawing/box.h"
@@ -14,13 +14,13 @@ namespace simhost {
 
 class EntityGrid final {
 public:
-  /// What an entity takes: a block reference is at its position, whatever its block shows.
+  /// The area of an entity: a block reference is at its position, whatever its block shows.
   [[nodiscard]] static Box boxOf(const Shape& shape);
 
   void insert(KvDbHandle handle, const Box& box);
   /// An entity that is not in it is passed over.
   void remove(KvDbHandle handle);
-  /// Those whose boxes meet `area`, in no order.
+  /// The entities whose boxes overlap `area`, in no order.
   [[nodiscard]] std::vector<KvDbHandle> meeting(const Box& area) const;
 
 private:

@@ -1,4 +1,4 @@
-// What every value in a drawing has to keep, whoever brings it in: a LISP call, a file, another drawing.
+// The rules for every value in a drawing, from any source: a LISP call, a file, another drawing.
 #pragma once
 
 #include "simhost/drawing/entity.h"

@@ -1,4 +1,4 @@
-// Where the parts of a placed block lie: moving, turning and scaling points, shared by insertion and pictures.
+// The positions of a placed block's parts: moving, rotating and scaling points, shared by insertion and pictures.
 #pragma once
 
 #include "simhost/drawing/entity.h"

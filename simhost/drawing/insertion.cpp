@@ -76,7 +76,7 @@ public:
     return handles;
   }
 
-  /// Defines the blocks that a block of the source needs, inner ones ahead of those that hold them.
+  /// Defines the blocks that a block of the source needs, inner ones before those that contain them.
   void carryBlocks(KvDbHandle from) {
     std::set<KvDbHandle> needed;
     noteBlocks(from, needed);

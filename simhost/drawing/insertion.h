@@ -1,5 +1,5 @@
-// Bringing blocks into a space: a reference with the attributes of its definition, and whole drawings, as templates
-// are brought in.
+// Inserting blocks into a space: a reference with the attributes of its definition, and whole drawings, such as
+// templates.
 #pragma once
 
 #include "simhost/drawing/drawing_database.h"

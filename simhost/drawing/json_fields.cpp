@@ -1,4 +1,4 @@
-// The words in which every damaged field is told.
+// The messages for damaged fields.
 #include "simhost/drawing/json_fields.h"
 
 #include "text/encoding.h"

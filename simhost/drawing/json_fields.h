@@ -1,5 +1,5 @@
-// Taking a JSON object apart field by field, with messages that name the place; what nobody asked for is an error,
-// so that a misspelt field is not lost silently.
+// Reads a JSON object field by field, with messages that name the place; an unread field is an error, so that a
+// misspelt field is not lost silently.
 #pragma once
 
 #include "simhost/drawing/entity.h"
@@ -43,7 +43,7 @@ public:
   [[nodiscard]] KvPoint3d pointOf(const Json& value, const char* name) const;
   [[nodiscard]] std::wstring textOf(const Json& value, const char* name) const;
 
-  /// Complains about the first field that nobody asked for.
+  /// Reports the first field that was not read.
   void finish() const;
 
 private:

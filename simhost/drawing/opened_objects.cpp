@@ -1,5 +1,5 @@
-// The host's face of the drawing: small objects that stand for one record or entity between open and close. They
-// hold the handle only and look it up at each call, so an undo while one is open does no harm.
+// The host API of the drawing: small objects for one record or entity between open and close. They contain only the
+// handle and look it up at each call, so an undo while one is open does no harm.
 
 #include "host/host_api_lisp.h"
 #include "simhost/drawing/drawing_database.h"
@@ -7,7 +7,7 @@
 #include <memory>
 #include <utility>
 
-// The destructors stand here so that the host, and no module, holds the classes' type information.
+// The destructors are defined here so that the host, and no module, contains the classes' type information.
 KvDbObject::~KvDbObject() = default;
 KvDbEntity::~KvDbEntity() = default;
 KvDbBlockReference::~KvDbBlockReference() = default;
@@ -76,7 +76,7 @@ public:
     return this->database().eraseEntity(this->handle()) ? KvDbStatus::ok : KvDbStatus::wasErased;
   }
 
-  /// The texts stand between braces, as applications attach them.
+  /// The texts are between braces, as applications attach them.
   KvResultBuffer* xData(const wchar_t* application) const override {
     const EntityNode* entity = node();
     if (entity == nullptr || application == nullptr) return nullptr;
@@ -152,7 +152,7 @@ public:
   }
 };
 
-/// Stands on an entity even when that is erased, so that the walk goes on from where it was.
+/// Stays on an entity even when it is erased, so that the walk continues from its position.
 class EntityIterator final : public KvDbBlockTableRecordIterator {
 public:
   EntityIterator(const DrawingDatabase& database, KvDbHandle block) : database_(database), block_(block) {

@@ -1,5 +1,5 @@
-// Where entities come from: the circuit that a build drew, and what its marker had drawn before. It is kept as data of
-// the entity, so it is copied, undone and saved with it; what somebody drew by hand has none.
+// The origin of entities: the circuit of the build that drew them, and the number of earlier entities of its marker.
+// It is stored as data of the entity, so it is copied, undone and saved with it; entities drawn by hand have none.
 #pragma once
 
 #include "simhost/drawing/entity.h"
@@ -17,7 +17,7 @@ inline constexpr std::wstring_view provenanceApplication = L"CIRCUIT";
 
 struct Provenance {
   std::wstring circuit; ///< id of the circuit in its drawing
-  std::wstring code{};  ///< CODE of the marker; empty for what the template itself brought
+  std::wstring code{};  ///< CODE of the marker; empty for entities of the template
   int order = 0;        ///< from 1 among what the forms of the marker drew; 0 without a CODE
   friend bool operator==(const Provenance&, const Provenance&) = default;
 };

@@ -35,7 +35,7 @@ std::string escaped(const std::wstring& text) {
       result += L"&gt;";
       break;
     default:
-      // Control characters may not stand in XML; line ends and tabs have no width in a drawing's text.
+      // Control characters are not allowed in XML; line ends and tabs have no width in a drawing's text.
       result += character < L' ' || character == 0xfffe || character == 0xffff ? L' ' : character;
     }
   }

@@ -14,7 +14,7 @@ enum class Direction { backwards, forwards };
 void play(DrawingStore& store, EntityCreation& change, Direction direction) {
   if (direction == Direction::backwards) {
     change.undone = store.detach(change.handle);
-    // The counter goes back too: a drawing taken back to an earlier state saves as the same bytes.
+    // The counter is restored too: a drawing undone to an earlier state is saved as the same bytes.
     store.setNextHandle(change.handle);
   } else {
     store.attach(std::move(change.undone));

@@ -1,11 +1,11 @@
 // The drawing's memory of what was done, as a log of changes that can be played backwards and forwards. Its cost is
 // that of the changes, never that of the drawing.
 //
-// A record is all that changed between two marks. Marks are: `closeGroup()`, an undo or redo, and asking for the
-// count, because a position that somebody has been told is one that he may want to come back to. Between marks the
-// next change opens a record by itself, so an evaluation that changed nothing leaves none. A host closes the group
-// ahead of and behind each evaluation or command (`UndoGroup`), which makes it one step for the user unless
-// the running code asked for positions in between.
+// A record contains all changes between two marks. Marks are: `closeGroup()`, an undo or redo, and reading the count,
+// because the caller may want to return to the position that it has read. Between marks the next change opens a
+// record by itself, so an evaluation without changes leaves none. A host closes the group before and after each
+// evaluation or command (`UndoGroup`), which makes it one step for the user unless the running code has read
+// positions in between.
 #pragma once
 
 #include "simhost/drawing/drawing_store.h"
@@ -19,7 +19,7 @@
 
 namespace simhost {
 
-// Each change holds what the opposite direction needs; playing it turns it into its own inverse.
+// Each change contains what its inverse needs; applying it turns it into its own inverse.
 
 struct EntityCreation {
   KvDbHandle handle;
@@ -85,13 +85,13 @@ public:
 
   /// Switching off forgets all records: without the changes made meanwhile they could not be played any more.
   void setOff(bool isOff);
-  /// Grows with every change of the drawing, also with undone ones and while undo is off: who shows the drawing
-  /// looks whether it is still the one that he has shown.
+  /// Grows with every change of the drawing, also with undone ones and while undo is off: a display compares it to
+  /// decide whether it must draw again.
   [[nodiscard]] std::uint64_t changeCount() const { return changeCount_; }
-  /// Grows with every undo and redo, a roll-back included: who counts along with the changes has to count again.
+  /// Grows with every undo and redo, a roll-back included: code that counts changes has to start again.
   [[nodiscard]] std::uint64_t replayCount() const { return replayCount_; }
-  /// Tells states of the drawing apart. Undo and redo come back to a state that was there before, so whoever keeps the
-  /// state of the last save knows whether the drawing is that one again. A group that is open grows by each change.
+  /// Identifies states of the drawing. Undo and redo return to earlier states, so code that keeps the state of the
+  /// last save knows whether the drawing is the saved one. An open group grows with each change.
   struct State {
     std::uint64_t record = 0;   ///< the last one that is done, 0 for none
     std::size_t changes = 0;    ///< in it
@@ -105,7 +105,7 @@ public:
   /// Enters a change that has just been made in the store.
   void note(Change change);
 
-  /// A place in the log that is no mark: where it was taken, records do not end.
+  /// A position in the log that is not a mark: records do not end there.
   struct Place {
     std::size_t records = 0;
     std::size_t changes = 0; ///< of the last record
@@ -114,8 +114,8 @@ public:
   [[nodiscard]] Place place() const {
     return {done_.size(), done_.empty() ? 0 : done_.back().changes.size(), isOpen_};
   }
-  /// Takes back what was noted since, for good. While undo is off, or when somebody has undone what was there, nothing
-  /// happens.
+  /// Undoes everything recorded since, without redo. Does nothing while undo is off, or when the recorded changes were
+  /// already undone.
   void rollBack(const Place& place);
 
 private:
@@ -124,7 +124,7 @@ private:
     std::vector<Change> changes{};
   };
 
-  /// Plays the changes behind the first `keep` backwards.
+  /// Undoes the changes after the first `keep`, in reverse order.
   void playBack(Record& record, std::size_t keep);
 
   DrawingStore& store_;

@@ -1,4 +1,4 @@
-// The functions that define and place blocks and bring in other drawings.
+// The functions that define and place blocks and insert other drawings.
 #include "simhost/drawing/insertion.h"
 #include "simhost/drawing_lisp/drawer.h"
 #include "simhost/lisp/list.h"

@@ -13,7 +13,7 @@ namespace simhost {
 
 /// How the functions reach drawings.
 struct DrawingAccess {
-  /// The drawing to work on; null makes every function an error. Must outlive the call that asked.
+  /// The drawing to work on; null makes every function an error. Must outlive the call.
   std::function<DrawingDatabase*()> current;
   /// Reads the drawing for a file name as a program wrote it.
   std::function<LoadedDrawing(const std::wstring& name)> load;

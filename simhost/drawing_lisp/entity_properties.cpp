@@ -1,4 +1,4 @@
-// One table of property names and the fields behind them, for reading and changing alike.
+// One table of property names and their fields, for reading and changing.
 #include "simhost/drawing_lisp/entity_properties.h"
 
 #include "simhost/lisp/list.h"
@@ -54,7 +54,7 @@ struct Property {
       field;
 };
 
-/// Where a key stands more than once, the first field that the entity has is meant.
+/// If a key occurs more than once, the first field that the entity has is used.
 const Property properties[] = {
     {L"layer", layerOf},
     {L"colour", colourOf},

@@ -1,4 +1,4 @@
-// The properties of entities under the names by which LISP asks for them.
+// The properties of entities by their names in LISP.
 #pragma once
 
 #include "simhost/drawing_lisp/drawer.h"

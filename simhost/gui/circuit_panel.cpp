@@ -67,7 +67,7 @@ CircuitPanel::CircuitPanel(const HostTexts& texts, QWidget* parent)
   connect(table_, &QTreeWidget::currentItemChanged, this, [this] {
     if (onSelected) onSelected(selected());
   });
-  // A click on the row that is selected already brings it into view again.
+  // A click on the row that is already selected shows it in the view again.
   connect(table_, &QTreeWidget::itemClicked, this, [this] {
     if (onSelected) onSelected(selected());
   });

@@ -21,7 +21,7 @@ public:
 
   /// Shows these in place of what was there; the selection stays where its circuit is still there.
   void setCircuits(const std::vector<CircuitRow>& rows);
-  /// Selects the circuit without telling; none for an empty id.
+  /// Selects the circuit without a notification; none for an empty id.
   void showCircuit(const std::wstring& id);
   /// Empty for none.
   [[nodiscard]] std::wstring selected() const;
@@ -32,9 +32,9 @@ public:
   std::function<void(const std::wstring& circuit)> onSelected;
   /// Double click, or Enter.
   std::function<void(const std::wstring& circuit)> onOpened;
-  /// Escape: the keyboard goes back to the drawing.
+  /// Escape: the focus returns to the drawing.
   std::function<void()> onLeft;
-  /// The context menu is wanted there, on the screen.
+  /// The user requests the context menu at this position of the screen.
   std::function<void(const QPoint& place)> onMenu;
 
 protected:

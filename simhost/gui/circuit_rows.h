@@ -1,4 +1,4 @@
-// The lines of the circuits panel: what a drawing says of its circuits, and whether that is still what the site says.
+// The rows of the circuits panel: the circuits of a drawing, and whether they still agree with the site.
 #pragma once
 
 #include "circuits/provenance/circuit_objects.h"
@@ -19,7 +19,7 @@ inline constexpr std::size_t circuitColumnCount = 7;
 struct CircuitRow {
   std::wstring id{};
   std::array<QString, circuitColumnCount> cells{};
-  QString notes{}; ///< what is behind the state, a line each; empty for a circuit that is as it was built
+  QString notes{};      ///< the reasons of the state, one per line; empty for an unchanged circuit
   QString searchText{}; ///< all by which it is found, tags of its components too
 };
 

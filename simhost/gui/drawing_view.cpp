@@ -32,7 +32,7 @@ constexpr double smallestWindowPixels = 4.0;
 constexpr double snapStep = 5.0;
 constexpr double fineStep = 1.0;
 constexpr double snapReachPixels = 8.0;
-/// Room around an area that is brought into view, as a part of it.
+/// Margin around an area that is shown, as a fraction of it.
 constexpr double roomAround = 0.25;
 bool comesFirst(KvDbHandle one, KvDbHandle other) {
   return one.value() < other.value();
@@ -148,7 +148,7 @@ void DrawingView::paintOn() {
 }
 
 void DrawingView::paintEvent(QPaintEvent* /*event*/) {
-  // What a pan has brought into view is painted at once: a strip is small, and would flicker otherwise.
+  // The strip that a pan makes visible is painted at once: it is small, and would flicker otherwise.
   if (!picture_.isComplete()) static_cast<void>(picture_.paint(paintTime));
   QPainter painter(this);
   painter.scale(1.0 / ratio(), 1.0 / ratio());
@@ -220,7 +220,7 @@ KvPoint3d DrawingView::pointed() const {
 KvPoint3d DrawingView::snapped(const QPointF& pixel) const {
   const KvPoint3d raw = view().toDrawing(pixel * ratio());
   KvPoint3d point{std::round(raw.x / snapStep) * snapStep, std::round(raw.y / snapStep) * snapStep, 0.0};
-  // The rails of a neighbour: a horizontal line as high as the pointer, wherever it is in the view.
+  // The rails of a neighbour: a horizontal line at the height of the pointer, anywhere in the view.
   const double reach = snapReachPixels * ratio() / view().scale;
   const Box seen = view().toDrawing(QRectF(picture_.image().rect()));
   const Box band{seen.left, raw.y - reach, seen.right, raw.y + reach};

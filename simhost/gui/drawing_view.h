@@ -18,8 +18,8 @@ public:
   /// What a click with the left button means.
   enum class Mode {
     select,     ///< selects the entity under the pointer
-    pickEntity, ///< answers a prompt for an entity
-    pickPoint,  ///< answers a prompt for a point: it snaps to the grid and to wires, keys move it
+    pickEntity, ///< a prompt for an entity
+    pickPoint,  ///< a prompt for a point: it snaps to the grid and to wires, keys move it
     zoomWindow  ///< the first of two corners
   };
 
@@ -41,16 +41,16 @@ public:
   /// What is selected together with an entity, such as its circuit.
   void selectGroup(std::vector<KvDbHandle> entities);
   [[nodiscard]] const std::vector<KvDbHandle>& group() const { return group_; }
-  /// Whether what is placed may lie over the selected group, as what is moved may.
+  /// Whether the placed circuit may overlap the selected group, as a moved circuit may.
   void setIgnoresGroup(bool ignores) { ignoresGroup_ = ignores; }
 
   /// What is to be placed, around the point that is picked: drawn at the pointer in `pickPoint`.
   void setOutline(const std::optional<Box>& outline);
   /// Moves the pointer of `pickPoint` there, and the view so that it is seen.
   void proposePoint(const KvPoint3d& point);
-  /// The point that `pickPoint` would answer now.
+  /// The point that `pickPoint` would return now.
   [[nodiscard]] KvPoint3d pointed() const;
-  /// Whether something of the drawing lies where the outline is with its point here.
+  /// Whether the outline with its point here overlaps something of the drawing.
   [[nodiscard]] bool overlaps(const KvPoint3d& point) const;
   /// What has been typed of coordinates, empty for nothing.
   [[nodiscard]] const QString& typed() const { return typed_; }
@@ -96,7 +96,7 @@ private:
   void point(const QPointF& pixel);
   void click(const QPointF& pixel);
   void finishZoomWindow(const QPointF& pixel);
-  /// Keys that move or answer a pick; false for any other.
+  /// Keys that move or end a pick; false for any other.
   [[nodiscard]] bool pickKey(const QKeyEvent& event);
   [[nodiscard]] bool pointKey(const QKeyEvent& event);
   void moveTo(const KvPoint3d& point);

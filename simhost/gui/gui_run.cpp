@@ -1,4 +1,4 @@
-// What can be told before a screen is needed is told first: wrong options and `--help` work without one.
+// Problems that need no screen are reported first: wrong options and `--help` work without one.
 #include "simhost/gui/gui_run.h"
 
 #include "simhost/cli/command_table.h"
@@ -34,7 +34,7 @@
 namespace simhost {
 namespace {
 
-/// Between two actions of a session that somebody watches.
+/// Between two actions of a session that is watched.
 constexpr int pauseToWatch = 500; // milliseconds
 
 struct GuiOptions {
@@ -67,8 +67,8 @@ void needScreen() {
   throw BadInput("there is no screen: " + missing + "; \"brenvolt\" runs without one");
 }
 
-/// Without a font each window would come up with boxes in place of letters. Qt names families even then: what tells is
-/// that its font has no tables, and that all letters are as wide. Throws BadInput.
+/// Without a font each window would show boxes in place of letters. Qt lists font families even then: the sign is that
+/// its font has no tables, and that all letters have the same width. Throws BadInput.
 void needFonts() {
   const QFont font = QApplication::font();
   const QFontMetrics metrics(font);
@@ -80,7 +80,7 @@ void needFonts() {
                    "FONTCONFIG_FILE and QT_QPA_FONTDIR name");
 }
 
-/// A display that is named but does not answer ends Qt's start too: it is told in the same words.
+/// A display that is named but not reachable also ends Qt's start: it is reported with the same message.
 void tellFatal(QtMsgType type, const QMessageLogContext& /*context*/, const QString& message) {
   const QByteArray text = message.toUtf8();
   if (type != QtFatalMsg) {
@@ -116,7 +116,7 @@ bool isStartedWithNothing(const GuiOptions& options) {
   return true;
 }
 
-/// Lets the user choose what to begin with; false when he leaves.
+/// Lets the user choose site, project and drawing; false when the user quits.
 bool askStart(GuiOptions& options, const HostTexts& texts) {
   CommandLine silent;
   silent.setSink([](std::wstring_view) {});
@@ -127,7 +127,7 @@ bool askStart(GuiOptions& options, const HostTexts& texts) {
     return toQt(settings.value(L"SimHost", name).value_or(L"")).split(QLatin1Char('\n'), Qt::SkipEmptyParts);
   };
   StartOffers offers{list(L"recentSites"), list(L"recentProjects"), list(L"recent")};
-  // The sample site lies beside the program, or where it was built from.
+  // The sample site of the installation, or of the source tree.
   for (const std::filesystem::path& sample :
        {programFolder() / "site", programFolder() / ".." / ".." / "site"}) {
     const QString folder = QString::fromStdString(sample.lexically_normal().string());

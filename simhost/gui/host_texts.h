@@ -1,5 +1,5 @@
-// The words of the host's own windows, in the language of the user. They lie beside those of the plug-in and in the
-// same form: resources/SimHost/<language>.txt.
+// The texts of the host's own windows, in the language of the user. They are stored next to those of the plug-in in
+// the same format: resources/SimHost/<language>.txt.
 #pragma once
 
 #include "simhost/host/resource_module.h"
@@ -90,7 +90,7 @@ enum class HostText : unsigned {
   projectOpened,
   projectClosed,
   openElsewhereTitle,
-  openElsewhere, ///< file, who
+  openElsewhere, ///< file, user
   openReadOnly,
   openAnyway,
   readOnly,

@@ -29,7 +29,7 @@ struct PaintStyle {
 
 class ItemPainter final {
 public:
-  /// The painter must outlive it and be used by nobody else meanwhile.
+  /// The painter must outlive it and not be used elsewhere meanwhile.
   ItemPainter(QPainter& painter, const ViewTransform& view, PaintStyle style);
   ItemPainter(const ItemPainter&) = delete;
   ItemPainter& operator=(const ItemPainter&) = delete;
@@ -49,7 +49,7 @@ private:
   ViewTransform view_;
   PaintStyle style_;
   QPen pen_;
-  std::vector<QLineF> lines_; ///< of the pen in hand, not painted yet
+  std::vector<QLineF> lines_; ///< of the current pen, not painted yet
   QFont font_;
 };
 

@@ -1,4 +1,4 @@
-// The program `brenvolt-gui`: reads its command line, brings a site up and shows the main window.
+// The program `brenvolt-gui`: reads its command line, starts a site and shows the main window.
 #include "simhost/gui/gui_run.h"
 
 int main(int argc, char** argv) {

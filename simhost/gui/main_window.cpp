@@ -53,8 +53,8 @@ QPalette paletteFor(Paper paper) {
     const std::unique_ptr<QStyle> fusion(QStyleFactory::create(QStringLiteral("Fusion")));
     return fusion->standardPalette();
   }
-  // The style draws outlines in a darker window colour, which says little here: fields and ticks stand out by being
-  // much darker than the window.
+  // The style draws outlines in a darker window colour, which has too little contrast here: fields and check boxes
+  // need outlines much darker than the window.
   QPalette palette(QColor(0x50, 0x56, 0x60), QColor(0x38, 0x3d, 0x45));
   palette.setColor(QPalette::Base, QColor(0x1f, 0x22, 0x27));
   palette.setColor(QPalette::AlternateBase, QColor(0x27, 0x2b, 0x31));
@@ -273,7 +273,7 @@ void MainWindow::addCommand(const CommandRow& row, QWidget& menu) {
   action->setIconText(caption);
   const QString keys = action->shortcut().toString(QKeySequence::NativeText);
   const QString tip = keys.isEmpty() ? caption : caption + QStringLiteral(" (") + keys + QStringLiteral(")");
-  action->setProperty("tip", tip); // as it stands while the command can be used
+  action->setProperty("tip", tip); // unchanged while the command is enabled
   action->setToolTip(tip);
   if (*row.icon != '\0') action->setIcon(commandIcon(row.icon, palette().color(QPalette::ButtonText)));
   action->setData(QString::fromLatin1(row.icon));
@@ -432,7 +432,7 @@ void MainWindow::storePlace() {
 void MainWindow::closeEvent(QCloseEvent* event) {
   event->ignore();
   if (runner_.isBusy()) {
-    // What runs ends at its next look at the messages; the window goes when it has rolled back.
+    // The current run ends when it next processes messages; the window closes when the run has rolled back.
     closesAfterRun_ = true;
     windows_.postQuit();
     site_.session().cancelRun();

@@ -1,5 +1,5 @@
-// The main window: the drawing with what a designer needs around it. It starts commands and shows what comes of them;
-// what a command does stands in the site's LISP and in the plug-in.
+// The main window: the drawing and its panes. It starts commands and shows their results; the commands themselves are
+// in the site's LISP and in the plug-in.
 #pragma once
 
 #include "circuits/provenance/circuit_objects.h"
@@ -39,7 +39,8 @@ class UserSettings;
 
 class MainWindow final : public QMainWindow, public DrawingPicker {
 public:
-  /// All three must outlive it. The site's document is shown. It is the windows' main window and picker until it goes.
+  /// All three must outlive it. The site's document is shown. It is the windows' main window and picker while it
+  /// lives.
   MainWindow(SiteRun& site, QtWindows& windows, const HostTexts& texts);
   MainWindow(const MainWindow&) = delete;
   MainWindow& operator=(const MainWindow&) = delete;
@@ -54,24 +55,24 @@ public:
   [[nodiscard]] CommandRunner& runner() { return runner_; }
   /// The action of a command.
   [[nodiscard]] QAction& action(HostText command) { return *actions_.at(command); }
-  /// What the status bar says.
+  /// The text of the status bar.
   [[nodiscard]] QString status() const;
   /// What is shown of the entity under the pointer.
   [[nodiscard]] QString hoverText() const;
-  /// The prompt of the pick that is asked for, empty for none.
+  /// The prompt of the current pick, empty for none.
   [[nodiscard]] QString pickPrompt() const;
 
   /// Dark or light paper and windows.
   void setPaper(Paper paper);
-  /// Asks what is to be asked of the drawing that the program was started with: whether it is open elsewhere, and
-  /// whether work of an earlier run can be recovered.
+  /// Asks the questions about the drawing with which the program was started: whether to open it although it is open
+  /// elsewhere, and whether to recover unsaved work.
   void askAboutFile();
   /// Keeps a copy of what is not saved yet, for the case of a crash; the window does so by itself from time to time.
   void keepCopy();
   /// Opens a drawing; false, with the reason in the status bar and the prompt's pane, when it cannot be read.
   bool openFile(const QString& file);
   bool saveFile(const QString& file);
-  /// Opens a project's database, none for an empty name; false, with the reason told as above, for another file.
+  /// Opens a project's database, none for an empty name; false for another file, with the reason reported as above.
   bool openProject(const QString& file);
   bool exportSvg(const QString& file);
   bool exportPdf(const QString& file);
@@ -79,8 +80,8 @@ public:
   [[nodiscard]] bool isChanged() const;
 
   [[nodiscard]] EntityPick pickEntity(const std::wstring& prompt, bool emptyIsAllowed) override;
-  /// Lets the user choose a place by mouse or keys, starting with the next free one for something of this outline;
-  /// nothing when he leaves by Escape.
+  /// Lets the user choose a position with mouse or keys, starting with the next free one for this outline; nothing
+  /// when the user presses Escape.
   [[nodiscard]] std::optional<KvPoint3d> pickPoint(
       const QString& prompt, const std::optional<Box>& outline = {});
   /// The same, starting there.
@@ -122,7 +123,7 @@ private:
   void newCircuit();
   void buildFromHistory();
   void buildSaved(const brenvolt::SavedConfiguration& saved, const std::wstring& workbookPath);
-  /// Asks where a template goes, lets `build` make the LISP that builds it there, and shows what has come of it.
+  /// Asks for the position of a template, lets `build` make the LISP that builds it there, and shows the result.
   [[nodiscard]] std::optional<lisp::Value> placeCircuit(
       const CommandRunner::Evaluate& evaluate, const std::wstring& drawingTemplate,
       const std::function<std::wstring(const std::wstring& point)>& build);
@@ -131,7 +132,7 @@ private:
   /// What the last command has added to the drawing, seen whole.
   [[nodiscard]] Box extentsSince(std::uint64_t firstHandle);
   // Circuits, main_window_circuits.cpp.
-  /// Steps of a command on a circuit: a line that says what was done, nothing when the user has left.
+  /// Steps of a command on a circuit: returns a line that reports the change, nothing when the user cancels.
   using CircuitSteps = std::function<std::optional<QString>(
       const CommandRunner::Evaluate& evaluate, const circuits::CircuitObject& circuit)>;
   /// Runs a command on the selected circuit, or on one that the user picks. What fails leaves the drawing as it was.
@@ -141,9 +142,9 @@ private:
   [[nodiscard]] const circuits::CircuitObject* knownCircuit(std::wstring_view id) const;
   void selectCircuit(const std::wstring& id);
   void selectCircuitOf(std::optional<KvDbHandle> entity);
-  /// Selects it and brings it into view.
+  /// Selects it and shows it in the view.
   void showCircuit(const std::wstring& id);
-  /// The entity whose wires are meant: the selected one, else the motor or load of the selected circuit.
+  /// The entity whose wires are edited: the selected one, else the motor or load of the selected circuit.
   [[nodiscard]] std::optional<KvDbHandle> selectedControl() const;
   /// What a build of the site takes to build it there with its choices; nothing, with the reason in the status bar,
   /// when it cannot be built again.
@@ -180,11 +181,11 @@ private:
   void askExportPdf();
   void print();
   [[nodiscard]] bool takeDrawing(const QString& file);
-  /// Whether the file may be opened, as the user answers when somebody else has it open.
+  /// Whether the file may be opened; the user is asked when it is open elsewhere.
   [[nodiscard]] bool mayOpen(const QString& file);
-  /// What an earlier run left unsaved, if the user wants it back.
+  /// Recovers unsaved work of an earlier run, if the user agrees.
   void recoverCopy();
-  /// Whether the file may be written, as the user answers when somebody else has written it.
+  /// Whether the file may be written; the user is asked when another program has changed it.
   [[nodiscard]] bool mayOverwrite();
   [[nodiscard]] int ask(HostText title, const QString& text, std::initializer_list<HostText> answers);
   [[nodiscard]] bool mayLeaveDrawing();
@@ -217,7 +218,7 @@ private:
   CircuitPanel* circuitPanel_ = nullptr;
   QLabel* hover_ = nullptr;
   QLabel* place_ = nullptr;
-  QToolButton* copyResult_ = nullptr; ///< of the line that a command answered
+  QToolButton* copyResult_ = nullptr; ///< of the result line of a command
   QMenu* recent_ = nullptr;
   QMenu* recentProjects_ = nullptr;
   std::map<HostText, QAction*> actions_;
@@ -237,8 +238,8 @@ private:
   KvPoint3d lastPlace_;                  ///< of the circuit that was placed last
   std::map<std::wstring, Box> outlines_; ///< of templates, as they were built last; around their point
 
-  QEventLoop* pickLoop_ = nullptr; ///< of the pick that waits for an answer
-  EntityPick pick_;                ///< the answer
+  QEventLoop* pickLoop_ = nullptr; ///< of the current pick
+  EntityPick pick_;                ///< its result
   std::optional<Box> pickOutline_; ///< of a pick of a place
   KvPoint3d pickStart_;
   bool isEmptyPickAllowed_ = false;

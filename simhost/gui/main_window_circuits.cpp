@@ -207,7 +207,7 @@ std::optional<std::wstring> MainWindow::buildArguments(const CircuitObject& circ
     say(texts_(HostText::circuitHasNoType, {name, toQt(field(L"circuit")), toQt(field(L"type"))}));
     return std::nullopt;
   }
-  // A configuration that has been deleted since is no reason to lose the circuit.
+  // A configuration deleted meanwhile is not a reason to lose the circuit.
   std::wstring configuration = field(L"configuration");
   if (std::none_of(site->saved.begin(), site->saved.end(), [&](const auto& row) {
         return isOfCircuit(row) && row.key.name == configuration;

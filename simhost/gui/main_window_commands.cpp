@@ -1,4 +1,4 @@
-// The main window's commands but for those on files, and the picks that they ask for.
+// The main window's commands except those on files, and their picks.
 #include "simhost/drawing/drawing_file.h"
 #include "simhost/gui/command_table.h"
 #include "simhost/gui/main_window.h"
@@ -49,7 +49,7 @@ void MainWindow::runForm(const QString& name, const std::wstring& form, HostText
 }
 
 void MainWindow::editWireSize() {
-  // The site applies the answer. One that does not know how only gets it.
+  // The site applies the result. A site without this function only shows it.
   std::wstring form = L"(if (fboundp 'site-edit-wire-size) (site-edit-wire-size";
   if (const auto control = selectedControl())
     form += L" (handle->entity \"" + formatHandle(*control) + L"\")";
@@ -159,7 +159,7 @@ KvPoint3d MainWindow::nextFreePlace(const std::optional<Box>& outline) {
   KvPoint3d place = lastPlace_;
   const Box& taken = view_->scene().extents();
   if (!outline || taken.isEmpty()) return place;
-  // Beside what was placed last; to the right of everything there is room at the latest.
+  // Beside the circuit placed last; to the right of everything there is always space.
   constexpr double step = 5.0;
   Box wanted = *outline;
   view_->setOutline(Box{wanted.left - step, wanted.bottom - step, wanted.right + step, wanted.top + step});
@@ -261,7 +261,7 @@ void MainWindow::runPick(const QString& prompt, const QString& hint, DrawingView
 }
 
 void MainWindow::answerPick(const EntityPick& pick) {
-  // The first answer counts: what comes in while the loop ends is for nobody.
+  // The first result counts: input while the loop ends is ignored.
   QEventLoop* const loop = std::exchange(pickLoop_, nullptr);
   if (loop == nullptr) return;
   pick_ = pick;

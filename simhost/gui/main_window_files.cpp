@@ -178,7 +178,7 @@ bool MainWindow::mayOpen(const QString& file) {
 }
 
 void MainWindow::askAboutFile() {
-  // The window has the file already: only where the lock was somebody else's it is another window's.
+  // The window already has the file: only a lock of another program means another window.
   if (!file_.isEmpty() && open_->copy().isEmpty() && !OpenFile::userElsewhere(file_).isEmpty()) {
     const int answer =
         ask(HostText::openElsewhereTitle,
@@ -199,7 +199,7 @@ void MainWindow::recoverCopy() {
       texts_(
           HostText::recoverQuestion, {name, QLocale().toString(copy.lastModified(), QLocale::ShortFormat)}),
       {HostText::recover, HostText::dropCopy});
-  // Escape decides nothing: the copy is asked for again next time, under another name that this run does not write.
+  // Escape decides nothing: the program asks about the copy again next time; this run uses another name.
   if (answer < 0) {
     QFile::rename(open_->copy(), open_->copy() + QLatin1Char('~'));
     return;
@@ -227,7 +227,7 @@ void MainWindow::recoverCopy() {
 
 void MainWindow::keepCopy() {
   const UndoLog::State state = drawing().undoLog().state();
-  // What an earlier run left is not written over while the user is asked about it.
+  // Unsaved work of an earlier run is not overwritten while the user is asked about it.
   if (open_->copy().isEmpty() || runner_.isBusy() || isAsking_) return;
   if (!isChanged()) {
     // Undone to what the file holds: nothing to recover.

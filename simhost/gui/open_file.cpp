@@ -1,4 +1,4 @@
-// Locks and copies lie beside the file, hidden, under its name.
+// Locks and copies are hidden files with the same name in the folder of the file.
 #include "simhost/gui/open_file.h"
 
 #include "simhost/qt/qt_text.h"
@@ -11,7 +11,7 @@ namespace simhost {
 
 namespace {
 
-/// Of drawings without a file so many are kept apart, each of its own window.
+/// The number of drawings without a file that are kept apart, each of its own window.
 constexpr int mostUntitled = 9;
 
 QString beside(const QString& file, const char* ending) {
@@ -58,7 +58,7 @@ void OpenFile::lock() {
   if (!file_.isEmpty()) {
     lock_ = lockOf(file_);
     if (!lock_->tryLock(0)) lock_.reset();
-    // The copy belongs to whoever has the lock: two windows must not write one.
+    // The copy belongs to the holder of the lock: two windows must not write one.
     if (lock_ != nullptr) copy_ = copyOf(file_);
     return;
   }

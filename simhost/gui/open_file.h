@@ -1,5 +1,5 @@
-// The drawing's file while it is open in this window: whether somebody else has it open, whether it has been written
-// since it was read, and the copy beside it from which work is recovered after a crash.
+// The drawing's file while it is open in this window: whether it is open elsewhere, whether it was changed since it
+// was read, and the copy in the same folder from which work is recovered after a crash.
 #pragma once
 
 #include "platform/file_replace.h"
@@ -20,13 +20,13 @@ public:
   OpenFile& operator=(const OpenFile&) = delete;
   ~OpenFile();
 
-  /// Who else has the file open, for a message; empty for nobody.
+  /// The other user of the file, for a message; empty for none.
   [[nodiscard]] static QString userElsewhere(const QString& file);
   /// Where the copy of a file's drawing is kept.
   [[nodiscard]] static QString copyOf(const QString& file);
 
-  /// Lets go of the file before and takes this one, empty for a new drawing, as it is on the disk now. The copy of the
-  /// file before goes: whoever leaves a drawing has been asked.
+  /// Releases the previous file and takes this one, empty for a new drawing, in its present state on disk. The copy of
+  /// the previous file is removed: the user was asked before closing it.
   void take(const QString& file);
   /// The file has been written by this window.
   void noteSaved();
@@ -38,7 +38,7 @@ public:
   [[nodiscard]] const QString& copy() const { return copy_; }
   /// The copy is this window's: it has written it, or the user has decided what becomes of it.
   void claimCopy() { ownsCopy_ = true; }
-  /// Removes a copy that is this window's; what an earlier run left stays until the user has been asked.
+  /// Removes this window's copy; unsaved work of an earlier run stays until the user has been asked.
   void removeCopy();
 
 private:

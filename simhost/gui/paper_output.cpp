@@ -17,7 +17,7 @@ constexpr double marginMillimetres = 10.0;
 constexpr double thinnestMillimetres = 0.25;
 constexpr double millimetresPerInch = 25.4;
 
-/// A PDF tells when it was made; the digits of that are made zeros, which keeps all places in the file.
+/// A PDF contains its creation time; its digits are replaced by zeros, which keeps all positions in the file.
 void forgetTime(QByteArray& bytes) {
   const QByteArray label = "/CreationDate (D:";
   for (qsizetype at = bytes.indexOf(label); at >= 0; at = bytes.indexOf(label, at + 1))

@@ -11,7 +11,7 @@ namespace simhost {
 /// device cannot be painted on.
 [[nodiscard]] bool paintPage(const DrawingDatabase& drawing, QPagedPaintDevice& device);
 
-/// Writes the current space as a PDF of one page, landscape A3, beside `path` and renames it over the old file; the
+/// Writes the current space as a PDF of one page, landscape A3, as a temporary file and renames it to `path`; the
 /// reason of a failure, nothing on success. The same drawing gives the same bytes.
 [[nodiscard]] Fault savePdf(const DrawingDatabase& drawing, const std::wstring& path);
 

@@ -1,6 +1,6 @@
-// The picture of a scene as pixels that are kept: moving it shifts what is there and paints only the strips that come
-// into view; after a zoom the old picture, scaled, stands in until the new one has been painted piece by piece. So
-// panning costs what becomes visible, and no drawing is so large that the screen stands still.
+// The cached picture of a scene: moving it shifts the pixels and paints only the newly visible strips; after a zoom
+// the old picture, scaled, is shown until the new one has been painted piece by piece. So panning costs only what
+// becomes visible, and the screen does not freeze for large drawings.
 #pragma once
 
 #include "simhost/gui/item_painter.h"
@@ -23,7 +23,7 @@ public:
   void resize(const QSize& size);
   void setPaper(Paper paper);
   void setGrid(bool isShown);
-  /// The scene has changed: everything is painted anew, the old picture shows meanwhile.
+  /// Call when the scene has changed: everything is painted again, the old picture is shown meanwhile.
   void invalidate() { dirty_ = image_.rect(); }
 
   [[nodiscard]] const ViewTransform& view() const { return view_; }

@@ -64,7 +64,7 @@ PromptPane::PromptPane(const QString& hint, QWidget* parent)
 }
 
 void PromptPane::print(std::wstring_view text) {
-  // Only who looks at the end is taken along to the new end.
+  // Scrolls to the new end only when the end is visible.
   QScrollBar* bar = output_->verticalScrollBar();
   const bool isAtEnd = bar->value() == bar->maximum();
   QTextCursor cursor(output_->document());

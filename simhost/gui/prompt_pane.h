@@ -1,4 +1,4 @@
-// The LISP prompt: what was printed, a line to type in, what was typed before, and the names that can be meant.
+// The LISP prompt: its output, an input line, the history of lines, and completion of names.
 #pragma once
 
 #include <QLineEdit>
@@ -40,7 +40,7 @@ protected:
 
 private:
   void enter();
-  /// Shows an older (-1) or younger (1) line; the line being typed comes back behind the youngest.
+  /// Shows an older (-1) or newer (1) line; the line being typed follows the newest.
   void recall(int step);
   void complete();
   void replaceWord(const QString& name);

@@ -1,4 +1,4 @@
-// What the elements of each answer mean.
+// The meaning of each element of a result.
 #include "simhost/gui/result_line.h"
 
 #include "simhost/lisp/list.h"
@@ -12,7 +12,7 @@ namespace simhost {
 
 namespace {
 
-/// What stands between an element and the one before it, and behind it.
+/// The text between an element and the previous one, and after it.
 struct Part {
   const char* before;
   const char* unit;

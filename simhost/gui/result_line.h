@@ -1,4 +1,4 @@
-// The answer of a look-up in a designer's words.
+// The result of a lookup as a line for designers.
 #pragma once
 
 #include "simhost/gui/host_texts.h"
@@ -6,8 +6,8 @@
 
 namespace simhost {
 
-/// A line that says what a command answered, such as "Motor: 10 HP, 460 V, 60 Hz, 14 A x 1.25"; empty for an answer that
-/// has nothing to say in words.
+/// A line with the result of a command, such as "Motor: 10 HP, 460 V, 60 Hz, 14 A x 1.25"; empty for a result without
+/// such a text.
 [[nodiscard]] QString resultLine(const HostTexts& texts, HostText command, const lisp::Value& answer);
 
 } // namespace simhost

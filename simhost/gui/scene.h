@@ -1,5 +1,5 @@
-// The drawing as the screen has it: what is to be seen at one moment, found by place, and what a user may learn of an
-// entity that he points at. It is a copy, so that painting never meets a drawing in the middle of a change.
+// The drawing on the screen: what is visible at one moment, found by position, and the details of the entity under the
+// pointer. It is a copy, so that painting never sees a drawing in the middle of a change.
 #pragma once
 
 #include "simhost/drawing/box_index.h"
@@ -40,8 +40,8 @@ public:
   /// The box around everything, hidden layers too.
   [[nodiscard]] const Box& extents() const { return index_.extents(); }
 
-  /// The entity of the space nearest to the point, not farther away than `reach` drawing units. What was drawn later
-  /// goes ahead of what lies as near.
+  /// The entity of the space nearest to the point, not farther away than `reach` drawing units. At equal distance the
+  /// entity drawn later is returned.
   [[nodiscard]] std::optional<KvDbHandle> entityAt(const KvPoint3d& point, double reach) const;
   /// The items of an entity, in drawing order.
   [[nodiscard]] std::vector<std::uint32_t> itemsOf(KvDbHandle entity) const;

@@ -24,13 +24,13 @@ SessionRecording::SessionRecording(
         windows.recorder().setRun(run);
         return windows.recording();
       }) {
-  write(); // a place that cannot be written is told before somebody works for nothing
+  write(); // a path that cannot be written is reported before the user works in vain
   commands_.onCommand = [this](const SessionCommand& command) {
     log_.add(command);
     try {
       log_.write();
     } catch (const CannotWrite&) {
-      // The end tells it; nobody is to be kept from his work meanwhile.
+      // Reported at the end; the user's work must not be interrupted meanwhile.
     }
   };
 }

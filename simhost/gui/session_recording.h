@@ -1,5 +1,5 @@
-// The recording of what is done in the program with windows, written behind each command, so that it is there too when
-// the program comes to a bad end.
+// The recording of the user's commands in `brenvolt-gui`, written after each command, so that it exists even if the
+// program crashes.
 #pragma once
 
 #include "simhost/qt/qt_windows.h"

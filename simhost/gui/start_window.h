@@ -1,4 +1,4 @@
-// What the program asks when it is started with nothing: which site, which project, which drawing.
+// The first question of the program without options: which site, which project, which drawing.
 #pragma once
 
 #include "simhost/gui/host_texts.h"
@@ -20,7 +20,7 @@ struct StartOffers {
   QStringList drawings;
 };
 
-/// Empty texts stand for nothing: no site, no project, a new drawing.
+/// Empty texts mean none: no site, no project, a new drawing.
 struct StartChoice {
   QString site;
   QString project;

@@ -1,4 +1,4 @@
-// Where the drawing lies on the screen: pixels grow to the right and downwards, the drawing's y upwards.
+// The position of the drawing on the screen: pixels grow to the right and downwards, the drawing's y upwards.
 #pragma once
 
 #include "simhost/drawing/display_list.h"
@@ -15,7 +15,7 @@ namespace simhost {
 
 struct ViewTransform {
   double scale = 1.0;   ///< pixels for a drawing unit, above 0
-  double originX = 0.0; ///< the pixel on which the drawing's zero lies
+  double originX = 0.0; ///< the pixel of the drawing's origin
   double originY = 0.0;
 
   [[nodiscard]] QPointF toScreen(const KvPoint3d& point) const {
@@ -34,7 +34,7 @@ struct ViewTransform {
   [[nodiscard]] ViewTransform moved(const QPoint& pixels) const {
     return {scale, originX + pixels.x(), originY + pixels.y()};
   }
-  /// Zoomed so that what lies under the pixel stays there. Scales beyond what a screen can tell are not taken.
+  /// Zoomed with a fixed point under the pixel. Scales beyond the resolution of a screen are ignored.
   [[nodiscard]] ViewTransform zoomed(double factor, const QPointF& fixed) const {
     const double wanted = std::clamp(scale * factor, smallestScale, largestScale);
     const double ratio = wanted / scale;

@@ -11,8 +11,8 @@ namespace simhost {
 
 namespace {
 
-/// Nodes that were released, for the next ones to be made: a call across the seam makes and releases a dozen, and the
-/// general allocator would cost more than the call. Checked builds do without, so that a stale node is noticed.
+/// Released nodes, reused for new ones: a call between host and module creates and releases a dozen, and the general
+/// allocator would cost more than the call. Checked builds do without, so that a stale node is noticed.
 class NodePool final {
 public:
   [[nodiscard]] KvResultBuffer* take() {
@@ -61,7 +61,7 @@ void ChainRelease::operator()(KvResultBuffer* chain) const {
 }
 
 wchar_t* newChainString(std::wstring_view text) {
-  // What stands behind an embedded zero could never be read back.
+  // Text after an embedded zero could never be read back.
   const std::size_t length = ::wcsnlen(text.data(), text.size());
   wchar_t* copy = new wchar_t[length + 1];
   std::wmemcpy(copy, text.data(), length);

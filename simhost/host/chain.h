@@ -1,5 +1,5 @@
-// Result buffer chains as the host itself handles them: what each type code stores, a handle that owns a chain, and
-// building one node at a time. The functions `kvutNewRb` and their kin are implemented beside.
+// Lists (chains of result buffers) inside the host: the value of each type code, a handle that owns a list, and
+// building one node at a time. The functions `kvutNewRb` and the like are also implemented here.
 #pragma once
 
 #include "host/host_api_types.h"
@@ -67,7 +67,7 @@ public:
 
   /// A new last node of a known type, its value zero or null.
   KvResultBuffer& add(std::int16_t type);
-  /// Links a chain in behind the last node.
+  /// Links a list in after the last node.
   void splice(Chain chain);
   /// Hands the chain over; the builder is empty after.
   [[nodiscard]] Chain take();

@@ -18,13 +18,13 @@ using lisp::Value;
 namespace {
 
 constexpr std::size_t shownLength = 60;   ///< of a value in a message
-constexpr std::size_t usualArguments = 8; ///< room that is taken at once
+constexpr std::size_t usualArguments = 8; ///< room that is reserved at once
 
 bool isGroupCode(std::int16_t type) {
   return type < kvtype::none && storageOf(type) != ChainStorage::unknown;
 }
 
-/// The value of a node that is no list mark, nothing for an unknown code.
+/// The value of a node that is not a list mark, nothing for an unknown code.
 std::optional<Value> valueOfNode(const KvResultBuffer& node) {
   const auto scalar = [&node]() -> std::optional<Value> {
     switch (storageOf(node.type)) {
@@ -98,7 +98,7 @@ std::wstring notForNativeCode(const Value& value) {
   return L"no form for native code: " + lisp::printValue(value, lisp::PrintStyle::readable, shownLength);
 }
 
-/// Appends a value that is no pair; false when native code knows no such thing.
+/// Appends a value that is not a pair; false when native code has no such type.
 bool addAtom(ChainBuilder& chain, const Value& value) {
   switch (value.kind()) {
   case Kind::nil:
@@ -183,7 +183,7 @@ ValueOfChain valueOfChain(const KvResultBuffer* chain) {
 }
 
 std::wstring appendValue(ChainBuilder& chain, const Value& value) {
-  std::vector<const Value*> rests; // what is still to come of each list that is open
+  std::vector<const Value*> rests; // the remaining elements of each open list
   const Value* current = &value;
   while (true) {
     if (!current->isCons()) {

@@ -39,7 +39,7 @@ struct ChainOfValue {
 /// fitting value as a group node. Symbols, functions, other pairs and lists without an end in nil are faults.
 [[nodiscard]] ChainOfValue chainOfValue(const lisp::Value& value);
 
-/// Appends a value's nodes; answers the fault, empty on success. The builder then holds no half list to be used.
+/// Appends a value's nodes; returns the fault, empty on success. After a fault the builder contains no usable list.
 [[nodiscard]] std::wstring appendValue(ChainBuilder& chain, const lisp::Value& value);
 
 } // namespace simhost

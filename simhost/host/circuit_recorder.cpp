@@ -1,4 +1,4 @@
-// What of a build's arguments, of the marker data in LISP and of the drawing tells where an entity comes from.
+// Derives the origin of entities from a build's arguments, the marker data in LISP and the drawing.
 #include "simhost/host/circuit_recorder.h"
 
 #include "simhost/host/session.h"
@@ -20,7 +20,7 @@ using lisp::Value;
 
 namespace {
 
-/// LISP keeps here which marker is at work: (number (handle ...) ...).
+/// LISP stores the current marker here: (number (handle ...) ...).
 constexpr std::wstring_view markerData = L"GBL_qn_bv_marker_data";
 /// Called at the end of a build with ((CODE nil "1,2") ...).
 constexpr std::wstring_view codesFunction = L"qn_bv_save_codehdl";

@@ -1,6 +1,6 @@
-// Writes into the drawing where a circuit's entities come from. While `zan_bv_build_circuit` runs, each LISP function
-// that native code calls draws under the mark of the marker at work; what the template brought is marked when the
-// build has succeeded, and the drawing then keeps what the circuit was built from. The LISP of a site does nothing for
+// Writes the origin of a circuit's entities into the drawing. While `zan_bv_build_circuit` runs, the entities of each
+// LISP function that native code calls get the mark of the current marker; those of the template are marked when the
+// build has succeeded, and the drawing then stores the input of the circuit. The LISP of a site does nothing for
 // it.
 #pragma once
 
@@ -26,7 +26,7 @@ public:
   /// The function of the plug-in whose calls are builds.
   static constexpr std::wstring_view buildFunction = L"zan_bv_build_circuit";
 
-  /// The next build goes on with the circuit of this id instead of beginning one.
+  /// The next build continues the circuit with this id instead of beginning one.
   void continueCircuit(std::wstring id) { continued_ = std::move(id); }
 
   /// One build. One inside of another draws for the circuit of the outer one.
@@ -37,7 +37,7 @@ public:
     Build& operator=(const Build&) = delete;
     ~Build();
 
-    /// The build has answered with a circuit.
+    /// The build has returned a circuit.
     void succeed();
 
   private:
@@ -69,9 +69,9 @@ private:
     CircuitFields fields;
     std::map<std::wstring, int> orders; ///< by marker, the last that was given
     std::uint64_t replays = 0;          ///< of the undo log, when `orders` was right
-    lisp::Value handles;      ///< of the markers, as LISP had them when the marker at work was found
-    std::int32_t number = -1; ///< of the marker among them
-    std::wstring marker;      ///< its handle; empty for none
+    lisp::Value handles;                ///< of the markers, from LISP when the current marker was found
+    std::int32_t number = -1;           ///< of the marker among them
+    std::wstring marker;                ///< its handle; empty for none
     std::wstring code;
   };
 

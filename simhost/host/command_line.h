@@ -1,4 +1,4 @@
-// The host's command line as an output: everything that LISP, the plug-in and the host itself print goes here.
+// The host's command line as an output: LISP, the plug-in and the host itself print here.
 #pragma once
 
 #include <functional>
@@ -17,7 +17,7 @@ public:
   void print(std::wstring_view text);
   /// Prints on a line of its own.
   void printLine(std::wstring_view text);
-  /// Ends the line when something stands on it.
+  /// Ends the line if it is not empty.
   void startLine();
 
 private:

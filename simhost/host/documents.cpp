@@ -1,4 +1,4 @@
-// Documents, their manager, and the plain functions that speak of them.
+// Documents, their manager, and the plain functions on them.
 #include "simhost/host/documents.h"
 
 #include "simhost/host/session.h"
@@ -22,7 +22,7 @@ Document::Document(std::wstring fileName, std::unique_ptr<DrawingDatabase> drawi
 Document::~Document() = default;
 
 bool Document::hasView() const {
-  // Whoever can be asked to pick sees the drawing, be it through a script.
+  // A user who can be asked to pick sees the drawing, even through a script.
   return windowSystem() != nullptr && windowSystem()->promptFrame() != nullptr;
 }
 

@@ -62,7 +62,7 @@ public:
   void close(Document& document);
   /// Makes a document current and active; null for none.
   void activate(Document* document);
-  /// The same for what runs only: no document is current while the host has no code of one at work.
+  /// The same for the running code only: no document is current while no code of a document runs.
   void setCurrent(Document* document) { current_ = document; }
   [[nodiscard]] Document* current() const { return current_; }
   [[nodiscard]] const std::vector<std::unique_ptr<Document>>& all() const { return documents_; }

@@ -1,4 +1,4 @@
-// What ends a run of the host for a reason that a person can put right. The messages name file, place and reason.
+// Errors that end a run of the host and that the user can correct. The messages name file, place and reason.
 #pragma once
 
 #include <stdexcept>

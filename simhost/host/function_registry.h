@@ -1,5 +1,5 @@
-// The functions that modules offer to LISP: which code a name stands for, which function serves a code, and the calls
-// that are running. Calls nest, because a function may call LISP that calls a function.
+// The functions that modules offer to LISP: the code of a name, the function that serves a code, and the calls that
+// are running. Calls nest, because a function may call LISP that calls a function.
 #pragma once
 
 #include "simhost/host/chain.h"
@@ -43,7 +43,7 @@ public:
     int former_;
   };
 
-  /// Makes the name a function of the current document's LISP. False without a document, for a name that is no
+  /// Makes the name a function of the current document's LISP. False without a document, for a name that is not a
   /// symbol, and for one that would replace a function of the host.
   bool define(std::wstring_view name, int code);
   bool bind(NativeFunction function, int code);
@@ -53,7 +53,7 @@ public:
   /// Of the innermost call, -1 outside one.
   [[nodiscard]] int code() const { return frames_.empty() ? -1 : frames_.back().code; }
   [[nodiscard]] Chain arguments() const;
-  /// Sets the answer of the innermost call; false outside one.
+  /// Sets the value of the innermost call; false outside one.
   bool answer(lisp::Value value);
 
 private:

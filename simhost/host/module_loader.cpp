@@ -57,7 +57,7 @@ void ModuleLoader::load(const std::filesystem::path& file) {
   std::error_code error;
   if (!std::filesystem::exists(file, error)) fail("no such module");
   newestApplication() = nullptr;
-  // All symbols are bound now: a function that the host lacks is told here and not in the middle of a drawing.
+  // All symbols are bound now: a missing function of the host is reported here and not while drawing.
   const std::filesystem::path absolute = std::filesystem::absolute(file);
   std::unique_ptr<void, LibraryClose> library(
       dlopen(absolute.c_str(), RTLD_NOW | RTLD_LOCAL), LibraryClose{absolute});

@@ -1,4 +1,4 @@
-// Loadable modules: found, checked, told of drawings, and let go.
+// Loadable modules: finds, checks and unloads them, and notifies them of drawings.
 #pragma once
 
 #include <filesystem>
@@ -17,8 +17,8 @@ public:
   ModuleLoader& operator=(const ModuleLoader&) = delete;
   ~ModuleLoader() { unloadAll(); }
 
-  /// Loads a module, starts its application, and tells it of the load and of every open drawing. Throws BadInput,
-  /// with path and reason, for a file that is no module or one of another version.
+  /// Loads a module, starts its application, and notifies it of the load and of every open drawing. Throws BadInput,
+  /// with path and reason, for a file that is not a module or has another version.
   void load(const std::filesystem::path& file);
   /// Tells every module that a drawing has come or is about to go; the drawing is current meanwhile.
   void tellDrawingLoaded();

@@ -32,7 +32,7 @@ Value findFileFunction(Arguments& arguments) {
   return file.empty() ? Value() : Value::string(textOfPath(file));
 }
 
-/// (veval-str+ text): evaluates the forms of a text and answers the value of the last one.
+/// (veval-str+ text): evaluates the forms of a text and returns the value of the last one.
 Value evaluateText(Arguments& arguments) {
   return arguments.interpreter().run(arguments.text(0), L"veval-str+");
 }
@@ -100,7 +100,7 @@ Document& Session::openDocument(std::wstring fileName, std::unique_ptr<DrawingDa
                       const std::filesystem::path file = findFile(name);
                       return loadDrawing(file.empty() ? name : textOfPath(file));
                     }});
-  // (circuit-continue id): the next build goes on with this circuit instead of beginning one.
+  // (circuit-continue id): the next build continues this circuit instead of beginning one.
   interpreter.define(L"circuit-continue", 1, 1, [this](Arguments& arguments) {
     circuits_.continueCircuit(arguments.text(0));
     return arguments[0];
@@ -112,7 +112,7 @@ Document& Session::openDocument(std::wstring fileName, std::unique_ptr<DrawingDa
   // (vz-korvo-defun 'name): lets native code call a LISP function; it need not be defined yet.
   interpreter.define(L"vz-korvo-defun", 1, 1, [&document](Arguments& arguments) {
     document.expose(arguments.symbol(0));
-    return Value::truth(true); // not the symbol: native code asks for this, and a symbol has no form there
+    return Value::truth(true); // not the symbol: native code calls this, and has no type for a symbol
   });
   modules_.tellDrawingLoaded();
   return document;

@@ -53,16 +53,16 @@ public:
   [[nodiscard]] UserSettings& settings() { return settings_; }
   [[nodiscard]] ModuleLoader& modules() { return modules_; }
 
-  /// Opens a new document, gives its LISP the functions of host and drawing, and tells the modules. It is current
-  /// and active then. `fileName` may be empty.
+  /// Opens a new document, gives its LISP the functions of host and drawing, and notifies the modules. It is then
+  /// current and active. `fileName` may be empty.
   Document& openDocument(std::wstring fileName, std::unique_ptr<DrawingDatabase> drawing);
 
-  /// The file of a name: in the site's folder, else as it stands. Empty when there is none.
+  /// The file with this name: in the site's folder, else as given. Empty when it does not exist.
   [[nodiscard]] std::filesystem::path findFile(std::wstring_view name) const;
 
-  /// Ends the LISP that runs: when native code has returned, no form goes on.
+  /// Ends the running LISP: after the native code has returned, no form continues.
   void cancelRun() { isCancelled_ = true; }
-  /// Cancelled, or a question came up that nobody can answer.
+  /// Cancelled, or a question had no answer.
   [[nodiscard]] bool isCancelled() const {
     return isCancelled_ || windows_.hasLeft() || !windows_.failure().empty();
   }

@@ -1,5 +1,5 @@
-// Task dialogs: their texts come from the resource module on top of the stack, their answers from the window system,
-// or from the user's settings when he hid one for good.
+// Task dialogs: their texts come from the resource module on top of the stack, their results from the window system,
+// or from the user's settings for a hidden one.
 #include "host/host_api_ui.h"
 #include "simhost/host/session.h"
 
@@ -17,7 +17,7 @@ struct CKdTaskDialog::State {
 
 namespace {
 
-/// The text with each "{name}" replaced; what a parameter brings in is not looked at again.
+/// The text with each "{name}" replaced; the inserted values are not searched again.
 std::wstring fill(std::wstring_view text, const KdTaskDialogParameter* parameters, int count) {
   std::wstring filled;
   while (!text.empty()) {

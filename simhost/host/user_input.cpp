@@ -1,5 +1,5 @@
-// What the plug-in shows and asks outside of dialogs: the command line, picks, host variables, help, the windows it
-// may name as parents, waiting and messages.
+// Output and questions of the plug-in outside of dialogs: the command line, picks, host variables, help, parent
+// windows, waiting and messages.
 #include "host/host_api_documents.h"
 #include "host/host_api_lisp.h"
 #include "simhost/host/chain.h"

@@ -93,7 +93,7 @@ std::unique_ptr<brenvolt::FileLock> UserSettings::takeTurn() const {
   if (file_.empty()) return nullptr;
   std::error_code error;
   std::filesystem::create_directories(file_.parent_path(), error);
-  // Without a turn the change is made all the same: settings are a convenience that must not stop anybody.
+  // Without the lock the change is made anyway: settings are a convenience that must not block the user.
   return std::make_unique<brenvolt::FileLock>(textOfPath(file_));
 }
 

@@ -1,5 +1,5 @@
-// What the host keeps for its user: values below a key of a dialog, and the answers to dialogs that the user chose
-// not to see again. One JSON file, read at the first need and written with every change.
+// What the host stores for its user: values by the key of a dialog, and the answers to hidden dialogs. One JSON file,
+// read at the first use and written with every change.
 #pragma once
 
 #include <filesystem>

@@ -1,5 +1,5 @@
-// Patterns are cut into one-character tests first; matching then goes back to the last "*" only, which is enough
-// because an earlier one could do no better.
+// Patterns are first split into one-character tests; matching then only returns to the last "*", which is sufficient
+// because an earlier one could not match more.
 #include "simhost/host/wildcard.h"
 
 #include "host/host_api_lisp.h"
@@ -42,7 +42,7 @@ bool isLetter(wchar_t character) {
   return brenvolt::toLower(std::wstring_view(&character, 1)).front() != character;
 }
 
-/// The set that begins behind "[" at `position`, which moves behind the "]"; nothing when there is none.
+/// The set that begins after "[" at `position`, which moves past the "]"; nothing when there is none.
 std::optional<Token> readSet(std::wstring_view pattern, std::size_t& position) {
   Token set{Token::Kind::set};
   std::size_t at = position;

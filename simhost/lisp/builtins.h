@@ -1,5 +1,5 @@
-// The functions that every interpreter has, by theme; each file is a table of names and the functions behind
-// it.
+// The functions that every interpreter has, by topic; each file is a table of names and their
+// functions.
 #pragma once
 
 #include "simhost/lisp/evaluator.h"

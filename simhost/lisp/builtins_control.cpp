@@ -104,7 +104,7 @@ Value symbolName(Arguments& arguments) {
   return Value::string(arguments.symbol(0).name);
 }
 
-/// The name of the symbol is the text in upper case, whatever characters it holds.
+/// The name of the symbol is the text in upper case, for any characters.
 Value intern(Arguments& arguments) {
   Symbol& symbol = arguments.interpreter().symbols().intern(arguments.text(0));
   if (symbol.name == L"NIL") return {};

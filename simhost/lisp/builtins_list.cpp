@@ -1,4 +1,4 @@
-// Lists. They are never changed in place: a function that "changes" a list answers another one.
+// Lists. They are immutable: a function that "changes" a list returns another one.
 #include "simhost/lisp/builtins.h"
 #include "simhost/lisp/list.h"
 

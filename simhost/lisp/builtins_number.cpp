@@ -1,5 +1,5 @@
-// Numbers. A result that is no 32-bit integer any more becomes a real; a result that is no finite number is
-// an error.
+// Numbers. A result that does not fit in a 32-bit integer becomes a real; a result that is not a finite number is an
+// error.
 #include "simhost/lisp/builtins.h"
 
 #include <cmath>
@@ -85,7 +85,7 @@ void requireDivisor(Arguments& arguments, const Value& divisor) {
   if (divisor.asNumber() == 0.0) arguments.fail(L"division by zero");
 }
 
-/// Integers that divide without a rest stay integers; there are no fractions, so all others become reals.
+/// Integers that divide without a remainder stay integers; there are no fractions, so all others become reals.
 Value divideTwo(Arguments& arguments, const Value& left, const Value& right) {
   requireDivisor(arguments, right);
   if (left.isInteger() && right.isInteger()) {

@@ -1,4 +1,4 @@
-// Printing, and texts composed of values. All output goes to the printer that the embedding has set.
+// Printing, and texts composed of values. All output is sent to the printer of the embedding program.
 #include "simhost/lisp/builtins.h"
 #include "simhost/lisp/printer.h"
 #include "text/numbers.h"
@@ -65,7 +65,7 @@ public:
   }
 
 private:
-  /// "~,2F": the decimals behind the comma.
+  /// "~,2F": the decimals after the comma.
   std::optional<int> readDecimals() {
     if (position_ >= pattern_.size() || pattern_[position_] != L',') return std::nullopt;
     std::size_t decimals = 0;
@@ -120,7 +120,7 @@ private:
   std::wstring out_;
 };
 
-/// (format nil template ...) answers the text, (format T template ...) prints it.
+/// (format nil template ...) returns the text, (format T template ...) prints it.
 Value format(Arguments& arguments) {
   const Kind destination = arguments[0].kind();
   if (destination != Kind::nil && destination != Kind::truth) arguments.expected(0, L"nil or T");

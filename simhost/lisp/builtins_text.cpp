@@ -120,7 +120,7 @@ Value numberToString(Arguments& arguments) {
   return Value::string(std::move(digits));
 }
 
-/// nil when the text, blanks around it aside, is no number as a whole.
+/// nil unless the whole text, without blanks around it, is a number.
 Value stringToNumber(Arguments& arguments) {
   const std::wstring word = brenvolt::toLower(brenvolt::trim(arguments.text(0)));
   const std::int32_t base = radix(arguments);

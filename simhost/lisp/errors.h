@@ -1,5 +1,5 @@
-// How a LISP program fails: one exception that names the place, for the command line and for whoever called
-// in.
+// The failure of a LISP program: one exception that names the place, for the command line and for native
+// callers.
 #pragma once
 
 #include <exception>
@@ -18,7 +18,7 @@ public:
     interruption ///< the embedding asked to stop
   };
 
-  /// `file` and `line` (from 1; 0 when no form that was read from a text is at work), and the form at fault.
+  /// `file` and `line` (from 1; 0 when no form read from a text is running), and the form at fault.
   LispError(Cause cause, std::wstring message, std::wstring file, unsigned line, std::wstring form);
 
   [[nodiscard]] Cause cause() const { return cause_; }

@@ -1,5 +1,5 @@
-// Evaluation by walking the lists as they were read. Each form at work has a frame on the C++ stack, which
-// bounds the depth and tells an error its place.
+// Evaluates by walking the lists as they were read. Each running form has a frame on the C++ stack, which limits the
+// depth and gives an error its place.
 #include "simhost/lisp/evaluator.h"
 
 #include "simhost/lisp/builtins.h"
@@ -19,7 +19,7 @@ constexpr std::size_t shownFormLength = 120;
 /// Files that load each other would end only with the memory.
 constexpr std::size_t mostFilesAtWork = 100;
 
-/// The C++ stack has 8 MB; the rest is for what the embedding does below the first form and above the last
+/// The C++ stack has 8 MB; the remainder is for what the embedding does below the first form and above the last
 /// one. Measured per level of depth: 300 to 1100 bytes when optimised, up to 1900 without and 3600 under the
 /// sanitizers. So the depth limit rules for calls in LISP, and this one where frames are larger or functions
 /// of the embedding call back in.
@@ -36,7 +36,7 @@ std::wstring countedArguments(std::size_t count) {
 
 } // namespace
 
-/// A form at work, linked to the one around it.
+/// A running form, linked to the one around it.
 struct Interpreter::Frame final {
   Frame(Interpreter& owner, const Value& formAtWork)
       : interpreter(owner), form(formAtWork), outer(owner.frame_),

@@ -26,7 +26,7 @@ struct LoadedText final {
   std::wstring fileName; ///< for messages, and as the place from which the file's own loads start
 };
 
-/// Finds the text for a name given to `load`; `fromFile` is the file whose form asks, empty when there is
+/// Finds the text for a name given to `load`; `fromFile` is the file of the calling form, empty when there is
 /// none.
 using Loader = std::function<std::optional<LoadedText>(std::wstring_view name, std::wstring_view fromFile)>;
 using Printer = std::function<void(std::wstring_view text)>;
@@ -60,7 +60,7 @@ public:
   void define(
       std::wstring_view name, std::size_t minimumArguments, std::size_t maximumArguments,
       std::function<Value(Arguments&)> function);
-  /// Takes a function away; no such function is no error.
+  /// Removes a function; a missing function is not an error.
   void undefine(std::wstring_view name);
 
   /// Reads the whole text, then evaluates form by form; the value of the last one, nil when there is none.
@@ -78,7 +78,7 @@ public:
   void setPrinter(Printer printer) { printer_ = std::move(printer); }
   void setLoader(Loader loader) { loader_ = std::move(loader); }
   void setDepthLimit(std::size_t limit) { depthLimit_ = limit; }
-  /// Most steps (calls and turns of loops) within one outermost form; 0 is no limit.
+  /// The maximum number of steps (calls and passes of loops) in one outermost form; 0 means no limit.
   void setStepLimit(std::uint64_t limit) { stepLimit_ = limit; }
   /// Ends the run at its next step with an error. Safe in a signal handler.
   void interrupt() noexcept { interruptRequested_.store(true, std::memory_order_relaxed); }
@@ -95,10 +95,10 @@ public:
   /// The forms of a list in order; the value of the last one.
   Value evalBody(const Value& forms);
   [[nodiscard]] Value makeLambda(Symbol* name, const Value& parameters, const Value& body) const;
-  /// The function that a value stands for; throws when there is none.
+  /// The function that a value designates; throws when there is none.
   [[nodiscard]] Value functionOf(const Value& designator) const;
 
-  /// Binds variables until the object goes, however the scope is left. Everything called meanwhile sees them.
+  /// Binds variables until the object is destroyed, also on errors. Everything called meanwhile sees them.
   class Bindings final {
   public:
     explicit Bindings(Interpreter& interpreter)

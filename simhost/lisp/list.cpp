@@ -1,4 +1,4 @@
-// The loops behind list.h.
+// The loops of list.h.
 #include "simhost/lisp/list.h"
 
 namespace simhost::lisp {

@@ -12,7 +12,7 @@
 
 namespace simhost::lisp {
 
-/// Appends elements to a list that nobody else knows yet.
+/// Appends elements to a list that is not shared yet.
 class ListBuilder final {
 public:
   ListBuilder() = default;
@@ -26,7 +26,7 @@ public:
   [[nodiscard]] bool isEmpty() const { return last_ == nullptr; }
 
   void add(Value element);
-  /// What stands behind the last element instead of nil; with no element it is the result itself.
+  /// Sets the value after the last element instead of nil; without elements it is the result itself.
   void setTail(Value tail);
   /// Hands the list over; the builder is empty after.
   [[nodiscard]] Value take();
@@ -37,8 +37,8 @@ private:
   Place place_;
 };
 
-/// The elements of a list for a range-based loop; a tail that is no list ends the walk. The list must live as
-/// long as the walk.
+/// The elements of a list for a range-based loop; a tail that is not a list ends the walk. The list must live as long
+/// as the walk.
 class Elements final {
 public:
   class Iterator final {
@@ -74,10 +74,10 @@ private:
 /// A point is a list of three reals.
 [[nodiscard]] Value makePoint(double x, double y, double z);
 
-/// Number of elements; nothing when the value is no list that ends in nil.
+/// Number of elements; nothing when the value is not a list that ends in nil.
 [[nodiscard]] std::optional<std::size_t> listLength(const Value& list);
 
-/// The elements of a list; what is no list has none.
+/// The elements of a list; any other value has none.
 [[nodiscard]] std::vector<Value> toVector(const Value& list);
 
 } // namespace simhost::lisp

@@ -1,4 +1,4 @@
-// One loop over the parts of a value; the rests of the open lists are kept on a stack of its own.
+// One loop over the parts of a value; the remainders of the open lists are kept on a separate stack.
 #include "simhost/lisp/printer.h"
 
 #include "simhost/lisp/symbol.h"
@@ -147,7 +147,7 @@ std::wstring printValue(const Value& value, PrintStyle style, std::size_t limit)
 
 std::wstring printReal(double number) {
   std::wstring text = brenvolt::formatShortest(number);
-  // "1" would read back as an integer; the letters of an exponent (and of what is no number) need no point.
+  // "1" would be read back as an integer; the letters of an exponent (and of non-finite values) need no point.
   if (text.find_first_not_of(L"-0123456789") == std::wstring::npos) text += L".0";
   return text;
 }

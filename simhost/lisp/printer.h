@@ -1,4 +1,4 @@
-// Values as text: as the reader would read them back, or as a person reads them.
+// Values as text: in a form that the reader can read back, or for display.
 #pragma once
 
 #include "simhost/lisp/value.h"

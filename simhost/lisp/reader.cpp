@@ -189,7 +189,7 @@ Value Reader::close(std::vector<OpenForm>& openForms) const {
   return list;
 }
 
-/// Puts a finished datum where it belongs; true when it is the whole form that was asked for.
+/// Puts a finished datum into its list; true when it is the whole requested form.
 bool Reader::deliver(std::vector<OpenForm>& openForms, Value& datum) const {
   while (!openForms.empty()) {
     OpenForm& form = openForms.back();
@@ -209,7 +209,7 @@ bool Reader::deliver(std::vector<OpenForm>& openForms, Value& datum) const {
 
 void Reader::failAtEnd(const std::vector<OpenForm>& openForms) const {
   if (openForms.back().prefix != '(') fail(L"a quote without a datum", openForms.back().place.line);
-  // The outermost list is the definition that was being written; the inner ones merely follow.
+  // The outermost list is the definition that was being written; the inner ones are a consequence.
   std::wstring message = L"the ( here has no )";
   if (openForms.size() > 1) {
     message += L"; lists still open at the end of the text: " +

@@ -1,4 +1,4 @@
-// LISP text to forms. A text is untrusted: whatever it holds, the answer is a form or an error with file and
+// LISP text to forms. A text is untrusted: for any content the result is a form or an error with file and
 // line.
 #pragma once
 
@@ -16,7 +16,7 @@ namespace simhost::lisp {
 /// Reads one text form by form; text and symbols must outlive the reader.
 class Reader final {
 public:
-  /// `fileName` is for messages; `fileNumber` goes into the places of the lists that are read.
+  /// `fileName` is for messages; `fileNumber` is stored in the places of the lists that are read.
   Reader(SymbolTable& symbols, std::wstring_view text, std::wstring fileName, std::uint32_t fileNumber);
 
   /// The next form, nothing at the end of the text. Throws LispError (syntax).
@@ -44,8 +44,8 @@ private:
   std::uint32_t line_ = 1;
 };
 
-/// The integer or real that a whole word spells: sign, digits, point, exponent. An integer beyond 32 bits is
-/// a real; anything else (1.2.3, -, 1+) is no number.
+/// The integer or real of a whole word: sign, digits, point, exponent. An integer beyond 32 bits is a real; anything
+/// else (1.2.3, -, 1+) is not a number.
 [[nodiscard]] std::optional<Value> parseNumber(std::wstring_view word);
 
 } // namespace simhost::lisp

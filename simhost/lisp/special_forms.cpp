@@ -1,4 +1,4 @@
-// One function per special form; each gets the rest of the form behind its name.
+// One function per special form; each gets the rest of the form after its name.
 #include "simhost/lisp/special_forms.h"
 
 #include "simhost/lisp/evaluator.h"
@@ -223,7 +223,7 @@ Value unwindProtect(Interpreter& interpreter, const Value& arguments) {
   try {
     result = interpreter.eval(first(arguments));
   } catch (...) {
-    // What ended the form is what the caller must hear of, so a fault of the clean-up gives way to it.
+    // The caller must see what ended the form, so it takes precedence over a fault of the clean-up.
     try {
       interpreter.evalBody(rest(arguments));
     } catch (const LispError&) {
@@ -238,7 +238,7 @@ Value ignoreErrors(Interpreter& interpreter, const Value& arguments) {
   try {
     return interpreter.evalBody(arguments);
   } catch (const LispError& error) {
-    // A request to stop is no error of the forms.
+    // A request to stop is not an error of the forms.
     const bool isStop =
         error.cause() == LispError::Cause::interruption || error.cause() == LispError::Cause::stepLimit;
     if (isStop) throw;

@@ -14,7 +14,7 @@ namespace simhost::lisp {
 
 class Interpreter;
 
-/// Evaluates the unevaluated arguments of a special form (the rest of the form behind its name).
+/// Evaluates the unevaluated arguments of a special form (the rest of the form after its name).
 using SpecialForm = Value (*)(Interpreter& interpreter, const Value& arguments);
 
 /// Variable and function have a slot each: a parameter called `list` must not take the function `list` away

@@ -1,6 +1,6 @@
-// What a LISP program computes with: 16 bytes of tag and content, shared by reference count where the content
-// is on the heap. Nothing that a program can reach is changed in place, so there are no cycles and counting
-// is enough.
+// The values of a LISP program: 16 bytes of tag and content, shared by reference count where the content is
+// on the heap. Values that a program can reach are immutable, so there are no cycles and counting is
+// sufficient.
 #pragma once
 
 #include "text/assertion.h"
@@ -23,7 +23,7 @@ struct Lambda;
 struct Opaque;
 struct Symbol;
 
-/// The heap kinds stand last, from `string` on.
+/// The heap kinds come last, from `string` on.
 enum class Kind : std::uint8_t {
   nil,
   truth,
@@ -50,7 +50,7 @@ struct Object {
   Object(const Object&) = delete;
   Object& operator=(const Object&) = delete;
 
-  /// Frees an object that nobody refers to, and all that falls with it, however long or deep: no recursion.
+  /// Frees an unreferenced object and everything that depends on it, however long or deep: no recursion.
   static void destroy(Object* dead) noexcept;
 
   union {
@@ -99,7 +99,7 @@ public:
       std::wstring name, std::size_t minimum, std::size_t maximum, std::function<Value(Arguments&)> function);
   [[nodiscard]] static Value lambda(
       Symbol* name, std::vector<Symbol*> parameters, std::size_t required, bool takesRest, Value body);
-  /// Something of the embedding that LISP only hands around; `label` is what it prints as.
+  /// A value of the embedding that LISP only passes on; it is printed as `label`.
   [[nodiscard]] static Value opaque(std::shared_ptr<void> content, std::wstring label);
 
   [[nodiscard]] Kind kind() const noexcept { return kind_; }

@@ -14,7 +14,7 @@ namespace simhost::lisp {
 
 class ValueStack final {
 public:
-  /// Some slots, all nil, until the object goes; taken and given back in strict order.
+  /// A number of slots, all nil, until the object is destroyed; taken and returned in strict order.
   class Slots final {
   public:
     Slots(ValueStack& stack, std::size_t count)
@@ -57,7 +57,7 @@ private:
     if (!blocks_.empty()) ++block_;
     used_ = 0;
     if (block_ < blocks_.size() && blocks_[block_].size >= count) return;
-    // Blocks from here on are unused: whoever used them has given them back.
+    // Blocks from here on are unused: they have been returned.
     blocks_.resize(block_);
     const std::size_t size = std::max(count, blockSize);
     blocks_.push_back({std::make_unique<Value[]>(size), size});

@@ -13,7 +13,7 @@ int sumOf(const std::vector<int>& widths) {
   return std::accumulate(widths.begin(), widths.end(), 0);
 }
 
-/// Each column comes as near to its share of the room as the texts of the others let it.
+/// Each column gets as close to its share of the width as the texts of the others allow.
 void shareOut(const std::vector<ColumnNeed>& columns, int room, std::vector<int>& widths) {
   std::vector<std::size_t> open;
   int shares = 0;

@@ -98,7 +98,7 @@ public:
   }
 
 protected:
-  /// A text that is too long ends in dots, and is told in full by the tooltip.
+  /// A text that is too long ends in dots, and the tooltip shows the whole text.
   void paintEvent(QPaintEvent* event) override {
     if (isEditable()) return QComboBox::paintEvent(event);
     QStylePainter painter(this);
@@ -135,7 +135,7 @@ private:
   std::function<bool()> opens_;
 };
 
-/// Both ways to show a list tell of a choice the same way.
+/// Both ways to show a list report a choice in the same way.
 class ListViewBase : public ControlView {
 public:
   ListViewBase(QtDialog& dialog, ListModel& model) : ControlView(dialog, model), list_(model) {}
@@ -174,7 +174,7 @@ public:
     if (model.isEditable()) {
       box_->setEditable(true);
       box_->setInsertPolicy(QComboBox::NoInsert);
-      // Completing would put texts into the field that nobody typed.
+      // Completion would put texts into the field that the user has not typed.
       box_->setCompleter(nullptr);
       QObject::connect(box_->lineEdit(), &QLineEdit::textEdited, box_, [this](const QString& text) {
         this->dialog().act(
@@ -215,14 +215,14 @@ private:
   QComboBox* box_;
 };
 
-/// A list that stands open.
+/// A list that is always open.
 class OpenListView final : public ListViewBase {
 public:
   OpenListView(QtDialog& dialog, ListModel& model, const ControlLook& look)
       : ListViewBase(dialog, model), box_(new QListWidget) {
     box_->setMinimumHeight(box_->fontMetrics().height() * look.rows + 2 * box_->frameWidth());
     showWhenEmpty(*box_, toQt(look.empty));
-    // Not by the current row: going to the list makes its first entry current, which nobody chose yet.
+    // Not by the current row: focusing the list makes its first entry current, which is not yet a choice.
     QObject::connect(box_, &QListWidget::itemSelectionChanged, box_, [this] {
       const QList<QListWidgetItem*> selected = box_->selectedItems();
       if (!selected.isEmpty()) choose(box_->row(selected.front()));
@@ -313,7 +313,7 @@ public:
 private:
   void show() override {
     push_->setText(labelText());
-    // The style leaves no room beside a text that is longer than its smallest button.
+    // The style leaves no margin beside a text that is longer than its smallest button.
     const int textWidth = push_->fontMetrics().size(Qt::TextShowMnemonic, push_->text()).width();
     push_->setMinimumWidth(textWidth + 2 * push_->fontMetrics().averageCharWidth() + buttonMargin);
     if (image_ == button_.image()) return;

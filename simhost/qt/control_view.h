@@ -1,5 +1,5 @@
-// The widgets of a dialog, one view for each control: it shows what stands behind the control, and tells the dialog
-// what the person does to it. No view decides anything.
+// The widgets of a dialog, one view for each control: it shows the control's model, and reports the user's actions to
+// the dialog. Views decide nothing.
 #pragma once
 
 #include "simhost/qt/form_layout.h"
@@ -27,21 +27,21 @@ public:
 
   [[nodiscard]] ControlModel& model() const { return model_; }
   [[nodiscard]] QtDialog& dialog() const { return dialog_; }
-  /// What stands in the layout. The window owns it.
+  /// The widget in the layout. The window owns it.
   [[nodiscard]] virtual QWidget& widget() const = 0;
   /// What takes the keyboard.
   [[nodiscard]] virtual QWidget& focusWidget() const { return widget(); }
   /// The control that has the focus when the widget has it: of a group its grid.
   [[nodiscard]] virtual ControlModel& focusModel() const { return model_; }
-  /// A field that narrows down what the widget shows; null for none. It stands above the widget.
+  /// A field that filters the rows of the widget; null for none. It is above the widget.
   [[nodiscard]] virtual QWidget* searchField() const { return nullptr; }
-  /// Whether its label stands on the widget itself.
+  /// Whether its label is on the widget itself.
   [[nodiscard]] virtual bool hasOwnLabel() const { return false; }
-  /// What a person can read in the widgets, with the members of `ControlModel::shown`: whoever compares the two finds
-  /// a widget that does not show what it should.
+  /// What a user can read in the widgets, with the members of `ControlModel::shown`: comparing the two finds a widget
+  /// that does not show what it should.
   [[nodiscard]] virtual nlohmann::ordered_json reading() const = 0;
 
-  /// Shows the state as it stands.
+  /// Shows the present state.
   void refresh();
   void setLabel(QLabel* label, QLabel* unit);
   [[nodiscard]] QLabel* label() const { return label_; }

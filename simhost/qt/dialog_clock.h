@@ -1,5 +1,5 @@
-// The timers of a dialog on a screen: virtual ones, which time drives as it passes for the person. They stand still
-// while another window is open, and a recording can tell exactly how much time they were given.
+// The timers of a dialog on a screen: virtual ones, driven by real time. They stop while another window is open, and a
+// recording contains exactly how much time they were given.
 #pragma once
 
 #include "simhost/ui/virtual_timers.h"
@@ -15,7 +15,7 @@ namespace simhost {
 
 class DialogClock final {
 public:
-  /// `due` is called when time is to be passed. By hand: time stands still but for what `timers` are told.
+  /// `due` is called when time is to be advanced. By hand: time advances only as `timers` are told.
   explicit DialogClock(std::function<void()> due);
 
   void start(int timer, int milliseconds);
@@ -23,10 +23,10 @@ public:
   void setByHand() { isByHand_ = true; }
   [[nodiscard]] VirtualTimers& timers() { return timers_; }
 
-  /// Lets the time pass that has passed. `fire` answers false when the dialog has ended. False when the timers cannot
-  /// come to rest.
+  /// Advances the time that has passed. `fire` returns false when the dialog has ended. Returns false when the timers
+  /// do not stop.
   bool pass(const std::function<bool(int timer)>& fire);
-  /// Time that has passed until now is nobody's.
+  /// Time that has passed until now does not count.
   void skip() { watch_.restart(); }
   /// Looks again at when the next timer is due.
   void arm();

@@ -109,12 +109,12 @@ bool DialogFrame::eventFilter(QObject* object, QEvent* event) {
   if (view == nullptr) return QDialog::eventFilter(object, event);
   if (event->type() == QEvent::FocusIn) {
     const auto reason = static_cast<QFocusEvent*>(event)->reason();
-    // Only a person's own ways to a control: what comes with the window or from the program is no gesture.
+    // Only the user's own ways to a control: focus set by the window or by the program is not a gesture.
     const bool isGesture = reason == Qt::MouseFocusReason || reason == Qt::TabFocusReason ||
                            reason == Qt::BacktabFocusReason || reason == Qt::ShortcutFocusReason;
     if (isGesture) dialog_.focusBy(*view);
   }
-  // A click into the field that has the keyboard since the opening says that the person is there now.
+  // A click into the field that has had the keyboard focus since the opening is a gesture of the user.
   if (event->type() == QEvent::MouseButtonPress && view->model().kind() == ControlKind::text)
     dialog_.focusBy(*view);
   if (event->type() == QEvent::KeyPress && handleKey(*static_cast<QKeyEvent*>(event), view)) return true;

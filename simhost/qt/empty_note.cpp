@@ -1,4 +1,4 @@
-// A label over the view's viewport, which comes and goes with the rows.
+// A label over the view's viewport, visible while there are no rows.
 #include "simhost/qt/empty_note.h"
 
 #include <QAbstractItemView>

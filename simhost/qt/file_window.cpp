@@ -31,7 +31,7 @@ FileWindow::FileWindow(const FileQuestion& question, const FileEvents& events, N
     : QFileDialog(parent), events_(events), notes_(std::move(notes)) {
   setObjectName("file");
   setOption(DontUseNativeDialog);
-  // The flow asks itself whether to replace a file: it may also append.
+  // The flow itself asks whether to replace a file: it may also append.
   setOption(DontConfirmOverwrite);
   setAcceptMode(question.isSave ? AcceptSave : AcceptOpen);
   setFileMode(AnyFile);
@@ -101,7 +101,7 @@ void FileWindow::accept() {
   const bool isAnswered = thrown_.guard([&] { isTaken = !events_.accept || events_.accept(answer_); });
   answer_.isOk = isAnswered && isTaken;
   if (!isAnswered) return reject();
-  // Not QFileDialog's own way to accept: that asks for a name which the flow may well do without.
+  // Not QFileDialog's own way to accept: that requires a name, which the flow may not need.
   if (isTaken) done(Accepted);
 }
 

@@ -1,4 +1,4 @@
-// The dialog for file names on the screen, with the flow behind it.
+// The dialog for file names on the screen, with its flow.
 #pragma once
 
 #include "simhost/qt/held_exception.h"
@@ -17,14 +17,14 @@ public:
   /// What the user did, for the recording.
   struct Notes {
     std::function<void()> pathSet;      ///< a name was typed or chosen, before it is used
-    std::function<void()> typeSet;      ///< before the flow is told
-    std::function<void()> typeAnswered; ///< behind it
-    std::function<void()> okPressed;    ///< before the flow is asked
+    std::function<void()> typeSet;      ///< before the flow is notified
+    std::function<void()> typeAnswered; ///< afterwards
+    std::function<void()> okPressed;    ///< before the flow is called
   };
 
   FileWindow(const FileQuestion& question, const FileEvents& events, Notes notes, QWidget* parent);
 
-  /// The name as it stands in the field; with the folder, when that is no longer the one of the question.
+  /// The name in the field; with the folder, if the user has changed it.
   [[nodiscard]] FileAnswer answer() const { return answer_; }
   /// Behind `exec`: what the flow has thrown.
   void throwOn() { thrown_.throwOn(); }

@@ -19,7 +19,7 @@ using json = nlohmann::ordered_json;
 
 namespace {
 
-/// The buttons that close a window, whatever the form.
+/// The buttons that close a window, in any form.
 constexpr std::wstring_view closingRoles[] = {L"ok", L"cancel", L"help"};
 
 struct KindName {
@@ -106,7 +106,7 @@ private:
     return look;
   }
 
-  /// A role, which may stand in one place only.
+  /// A role, which may occur in one place only.
   [[nodiscard]] std::wstring take(const json& role) {
     if (!role.is_string()) fail("contains something that is not a role: " + jsonText(role));
     std::wstring text = fromUtf8(role.get<std::string>());
@@ -133,7 +133,7 @@ private:
       node.text = take(written);
       return node;
     }
-    if (written.is_array()) { // what stands in one line
+    if (written.is_array()) { // the controls of one line
       node.kind = LayoutNode::Kind::row;
       node.children = readNodes(written);
       return node;
@@ -170,7 +170,7 @@ private:
     return node;
   }
 
-  /// What a form without a layout gets: fields below each other, then what needs room, then the buttons.
+  /// The layout of a form that has none: fields below each other, then what needs space, then the buttons.
   void arrange(FormLayout& layout) const {
     LayoutNode fields;
     fields.kind = LayoutNode::Kind::fields;

@@ -1,4 +1,4 @@
-// Where the controls of a form stand on a screen: rows, columns, fields with their labels and units, titled sections,
+// The positions of a form's controls on a screen: rows, columns, fields with their labels and units, titled sections,
 // splits. docs/answers.md, "Forms", describes the members.
 #pragma once
 
@@ -15,17 +15,17 @@ struct LayoutNode {
   enum class Kind { control, column, row, fields, section, split, space };
   Kind kind = Kind::control;
   std::wstring text; ///< role of a control, title of a section
-  int stretch = 0;   ///< share of the room that is left over
+  int stretch = 0;   ///< share of the remaining space
   std::vector<LayoutNode> children;
 };
 
 /// How one control is shown.
 struct ControlLook {
-  std::wstring unit;      ///< beside the field
-  std::wstring empty;     ///< what a list or a grid says while it has no entries
-  int width = 0;          ///< characters that the field shows at least; 0 for the kind's own
-  int rows = 0;           ///< of a list: it stands open with so many entries; of a text: it has so many lines
-  bool hasSearch = false; ///< a grid has a field that narrows its rows down
+  std::wstring unit;  ///< beside the field
+  std::wstring empty; ///< the text of a list or a grid without entries
+  int width = 0;      ///< minimum width in characters; 0 for the default of the kind
+  int rows = 0;       ///< of a list: always open with this number of entries; of a text: its number of lines
+  bool hasSearch = false; ///< a grid has a field that filters its rows
   bool isPicture = false; ///< a text names a drawing, whose picture is shown
   std::wstring icons;     ///< of a tree: which pictures its image numbers mean; empty for none
 };
@@ -38,8 +38,8 @@ struct FormLayout {
   std::map<std::wstring, ControlLook> looks; ///< by role
 };
 
-/// Takes the layout of a form apart; a form without one gets its controls below each other. Throws FormError when a
-/// role stands nowhere, twice, or is none of the form's.
+/// Parses the layout of a form; a form without one gets its controls below each other. Throws FormError when a role is
+/// missing, occurs twice, or is not one of the form's.
 [[nodiscard]] FormLayout readLayout(const Form& form);
 
 } // namespace simhost

@@ -33,7 +33,7 @@ using Json = nlohmann::ordered_json;
 
 namespace {
 
-/// Of a long grid so many rows tell how wide the columns are.
+/// The number of rows of a long grid that determine the column widths.
 constexpr int rowsMeasured = 200;
 /// A column of texts is not wider than this, in characters.
 constexpr int widestColumn = 40;
@@ -137,7 +137,7 @@ public:
     return grid_.cellKind(index.row() + 1, index.column()) == KvUiCellKind::dropDown;
   }
 
-  /// The column ahead of the first one with a title.
+  /// The column before the first one with a title.
   [[nodiscard]] bool isRowHead(int column) const {
     return column == 0 && grid_.ColumnCount() > 1 && grid_.Cell(0, 0).empty() && !grid_.Cell(0, 1).empty();
   }
@@ -159,7 +159,7 @@ public:
 private:
   QtDialog& dialog_;
   GridModel& grid_;
-  int rows_ = 0; ///< as last told to the table
+  int rows_ = 0; ///< as last reported to the table
   int columns_ = 0;
 };
 
@@ -244,7 +244,7 @@ public:
   }
 
   void setEditorData(QWidget* editor, const QModelIndex& index) const override {
-    // Cells change while an editor is open; what stands in it is up to the person.
+    // Cells change while an editor is open; its text belongs to the user.
     if (editor->property("opened").toBool()) return;
     editor->setProperty("opened", true);
     auto* box = qobject_cast<QComboBox*>(editor);
@@ -295,7 +295,7 @@ public:
         static_cast<int>(Qt::AlignLeft) | static_cast<int>(Qt::AlignVCenter) |
         static_cast<int>(Qt::TextWordWrap)));
     connect(horizontalHeader(), &QHeaderView::sectionResized, this, [this] {
-      // Only a person drags a border.
+      // Only a user drags a border.
       if (isLayingOut_ || !horizontalHeader()->viewport()->underMouse()) return;
       hasOwnWidths_ = true;
       ownWidthsFor_ = grid_.ColumnCount();
@@ -315,9 +315,9 @@ public:
   }
 
   void refresh() override {
-    // The flow fills the grid: it tells when it has done so.
+    // The flow fills the grid: it reports when it has finished.
     if (grid_.isDrawingLocked()) return;
-    // An editor that hands its text over must not be taken away meanwhile.
+    // An editor that is passing on its text must not be removed meanwhile.
     if (isCommitting_) {
       isRefreshDue_ = true;
       return;
@@ -407,7 +407,7 @@ protected:
   void currentChanged(const QModelIndex& current, const QModelIndex& previous) override {
     QTableView::currentChanged(current, previous);
     const int row = gridRow(current);
-    // The table gives itself a current cell when it gets the focus: nobody has chosen that one.
+    // The table sets a current cell itself when it gets the focus: this is not a choice of the user.
     if (isTakingFocus_ || isArranging_ || !current.isValid() || row > grid_.RowCount()) return;
     const int column = current.column();
     dialog_.act(
@@ -421,8 +421,8 @@ protected:
     isTakingFocus_ = false;
   }
 
-  // A flow may answer a click with other rows: the table then shows the selection of the grid, and not the place that
-  // was hit.
+  // A flow may react to a click with other rows: the table then shows the selection of the grid, and not the clicked
+  // position.
   void mousePressEvent(QMouseEvent* event) override {
     QTableView::mousePressEvent(event);
     const QModelIndexList selected = selectionModel()->selectedRows();
@@ -507,7 +507,7 @@ private:
     isLayingOut_ = false;
   }
 
-  /// How a title stands over its column: where there is no room for all titles, below each other in words.
+  /// The layout of a title over its column: if the titles do not all fit, their words are put below each other.
   enum class Title { inOneLine, wrapped };
 
   [[nodiscard]] int titleWidth(int column, Title title) const {
@@ -550,7 +550,7 @@ private:
   bool isCommitting_ = false;
   bool isRefreshDue_ = false;
   bool isLayingOut_ = false;
-  bool hasOwnWidths_ = false; ///< the person has moved a border between columns
+  bool hasOwnWidths_ = false; ///< the user has moved a border between columns
   int ownWidthsFor_ = 0;      ///< how many columns there were then
 };
 

@@ -1,4 +1,4 @@
-// A grid on the screen: rows and cells as they stand, edited in place.
+// A grid on the screen: its rows and cells, edited in place.
 #pragma once
 
 #include "simhost/qt/control_view.h"

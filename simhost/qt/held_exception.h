@@ -1,5 +1,5 @@
-// The way of an exception around Qt, which promises nothing once one has passed through an event's handler: caught
-// there, thrown on behind the event loop.
+// Passes an exception around Qt, which gives no guarantees for exceptions from event handlers: caught there, rethrown
+// after the event loop.
 #pragma once
 
 #include <exception>

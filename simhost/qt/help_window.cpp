@@ -23,7 +23,7 @@ namespace simhost {
 
 namespace {
 
-/// A page with room around its text, thin lines in its tables, and pictures that are no wider than it is.
+/// A page with margins around its text, thin lines in its tables, and pictures no wider than the page.
 class ManualPage final : public QTextBrowser {
 public:
   ManualPage() {
@@ -52,7 +52,7 @@ private:
   static constexpr int pageMargin = 16;
   static constexpr int cellPadding = 4;
 
-  /// The browser does not keep the marks of topics: the heading behind the mark is looked for.
+  /// The browser does not keep the anchors of topics: the heading after the anchor is searched.
   void goTo(const std::filesystem::path& page, std::wstring_view topic) {
     QFile file(QString::fromStdString(page.string()));
     if (!file.open(QIODevice::ReadOnly)) return;
@@ -105,7 +105,7 @@ std::filesystem::path helpPage(const std::filesystem::path& folder, std::wstring
 
 void showHelpPage(
     const std::filesystem::path& page, std::wstring_view topic, const QString& title, QWidget* parent) {
-  // A child of the window that asks: a dialog that waits lets nothing else be used.
+  // A child of the calling window: a waiting modal dialog blocks all other windows.
   auto* window = new QDialog(parent);
   window->setObjectName(helpWindowName);
   window->setAttribute(Qt::WA_DeleteOnClose);

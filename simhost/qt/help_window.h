@@ -1,4 +1,4 @@
-// Help: a page of the manual for each topic that a dialog may ask for.
+// Help: a page of the manual for each topic of a dialog.
 #pragma once
 
 #include <QString>
@@ -32,8 +32,8 @@ inline constexpr HelpTopic helpTopics[] = {
 /// Object name of the window.
 inline constexpr const char* helpWindowName = "help";
 
-/// Shows a page in a window of its own that stays beside `parent`, and can be used while a dialog waits.
-/// The page begins where it speaks of the topic.
+/// Shows a page in a separate window next to `parent` that can be used while a dialog waits. The page begins at the
+/// topic.
 void showHelpPage(
     const std::filesystem::path& page, std::wstring_view topic, const QString& title, QWidget* parent);
 

@@ -93,7 +93,7 @@ void paintInserted(QPainter& painter, const QColor&) {
   painter.drawPolyline(QPolygonF({QPointF(4.5, 12.5), QPointF(10, 18), QPointF(20, 6)}));
 }
 
-/// Draws for the size that is asked for, so that no pixel is scaled.
+/// Draws for the requested size, so that no pixel is scaled.
 class PaintedIcon final : public QIconEngine {
 public:
   PaintedIcon(Paint how, QColor ink, const QPalette& palette)
@@ -137,7 +137,7 @@ constexpr ImageRow buttonImages[] = {
     {10035, paintInsertUpTo}, {10036, paintInsertAll}, {10037, paintUndo},
 };
 
-/// The states of a unit: its turn is still to come, it is the one in hand, it stands in the drawing.
+/// The states of a unit: not inserted, current, in the drawing.
 constexpr Paint stateImages[] = {paintWaiting, paintCurrent, paintInserted};
 
 QIcon iconOf(Paint paint, const QColor& ink, const QPalette& palette) {

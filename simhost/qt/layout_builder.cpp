@@ -1,4 +1,4 @@
-// Labels before their fields, units behind them, closing buttons in the platform's order.
+// Labels before their fields, units after them, closing buttons in the platform's order.
 #include "simhost/qt/layout_builder.h"
 
 #include "simhost/qt/qt_dialog.h"
@@ -27,14 +27,14 @@ constexpr std::wstring_view helpRole = L"help";
 constexpr std::wstring_view okRole = L"ok";
 constexpr std::wstring_view cancelRole = L"cancel";
 
-/// Controls that use all the room they get, with the label above.
+/// Controls that use all the available space, with the label above.
 bool isTall(const ControlView& view) {
   const ControlKind kind = view.model().kind();
   return kind == ControlKind::grid || kind == ControlKind::tree || kind == ControlKind::pages ||
          view.widget().sizePolicy().verticalPolicy() == QSizePolicy::Expanding;
 }
 
-/// The sizes of forms are written for letters of this height, in pixels; larger ones want larger windows.
+/// The sizes of forms are meant for letters of this height, in pixels; larger letters need larger windows.
 constexpr double plainLetterHeight = 15.0;
 /// Every window fits here: a small screen with a title bar and a panel.
 constexpr QSize smallestScreen(1280, 690);
@@ -126,7 +126,7 @@ QLayout* LayoutBuilder::makeBox(const LayoutNode& node) {
       box->addStretch(std::max(child.stretch, 1));
       continue;
     }
-    // A unit must not look like a part of the label behind it.
+    // A unit must not look like a part of the label after it.
     const bool isField = child.kind == LayoutNode::Kind::control && !viewOf(child.text).hasOwnLabel();
     if (isRow && isField && box->count() > 0) box->addSpacing(frame_.fontMetrics().averageCharWidth());
     addTo(*box, make(child), child.stretch);
@@ -140,14 +140,14 @@ QLayout* LayoutBuilder::makeFields(const LayoutNode& node) {
   int line = 0;
   for (const LayoutNode& child : node.children)
     addField(*grid, line++, child);
-  // What is left over stands below the fields and not between them.
+  // The remaining space is below the fields and not between them.
   grid->setRowStretch(line, 1);
   return grid;
 }
 
 void LayoutBuilder::addField(QGridLayout& grid, int line, const LayoutNode& node) {
   if (node.kind == LayoutNode::Kind::row && !node.children.empty()) {
-    // The first one tells what the line is about.
+    // The first one labels the line.
     ControlView& first = viewOf(node.children.front().text);
     auto* rest = new QHBoxLayout;
     if (first.hasOwnLabel()) {
@@ -179,7 +179,7 @@ void LayoutBuilder::addField(QGridLayout& grid, int line, const LayoutNode& node
   QWidget* const label = labelFor(view);
   QWidget* const unit = unitFor(view);
   if (label != nullptr) grid.addWidget(label, line, labelColumn);
-  // Fields end in one line, with a unit behind them or without.
+  // Fields end at the same edge, with or without a unit after them.
   const int from = label == nullptr ? labelColumn : fieldColumn;
   grid.addWidget(&view.widget(), line, from, 1, (label == nullptr ? unitColumn : fieldColumn) - from + 1);
   if (unit != nullptr) grid.addWidget(unit, line, unitColumn);

@@ -1,4 +1,4 @@
-// Gestures of a person on their way to the flow, and what follows on its way to the screen.
+// Passes the user's gestures to the flow, and their effects to the screen.
 #include "simhost/qt/qt_dialog.h"
 
 #include "simhost/qt/dialog_frame.h"
@@ -36,8 +36,8 @@ private:
   bool before_;
 };
 
-/// Whether two actions that follow each other are one for a person: going to a control and using it, or the letters of
-/// a text.
+/// Whether two successive actions are one for the user: focusing a control and using it, or the letters of a
+/// text.
 bool isPartOf(const nlohmann::ordered_json& before, const nlohmann::ordered_json& now) {
   if (!before.is_object() || before.empty()) return false;
   const auto first = before.begin();
@@ -145,7 +145,7 @@ void QtDialog::run() {
   showFocus();
   loop_ = &loop;
   {
-    // A window that opens gives the focus to its first control: nobody went there.
+    // A new window focuses its first control: this is not a gesture of the user.
     const FlagScope showing(isShowing_);
     frame_->show();
     showSplit();

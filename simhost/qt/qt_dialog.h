@@ -1,5 +1,5 @@
-// A dialog on the screen. The state behind the controls and the rules of what follows from a gesture are those of every
-// window system; here they are shown, and a person makes the gestures. What he does is recorded as an answer file.
+// A dialog on the screen. The models of the controls and the rules for gestures are those of every window system; here
+// they are shown, and a user makes the gestures. The actions are recorded as an answer file.
 #pragma once
 
 #include "simhost/qt/control_view.h"
@@ -34,13 +34,13 @@ public:
   virtual ~DialogSurroundings();
   virtual void dialogOpens(QtDialog& dialog) = 0;
   virtual void dialogCloses(QtDialog& dialog) = 0;
-  /// The host gets the editor from the dialog, which is hidden itself: every other dialog goes out of the way too, or
-  /// it would keep the drawing from the user. Shown again when the dialog takes the editor back.
+  /// The host gets the editor from the dialog, which is hidden: all other dialogs are hidden too, or they would cover
+  /// the drawing. They are shown again when the dialog takes the editor back.
   virtual void dialogLends(QtDialog& dialog) = 0;
   virtual void dialogTakesBack(QtDialog& dialog) = 0;
   /// No other window is open above it.
   [[nodiscard]] virtual bool isOnTop(const QtDialog& dialog) const = 0;
-  /// Somebody else than a person acts in it.
+  /// Whether a pilot acts in it instead of a user.
   [[nodiscard]] virtual bool isPiloted() const = 0;
   /// What is done in it is to be recorded.
   [[nodiscard]] virtual bool keepsRecord() const = 0;
@@ -78,23 +78,23 @@ public:
   [[nodiscard]] ControlView* viewOf(const ControlModel& model) const;
   [[nodiscard]] const std::vector<std::unique_ptr<ControlView>>& views() const { return views_; }
 
-  /// One thing that the person does. `action` is how an answer file writes it; the gesture may add to it. Does nothing
-  /// while the flow works on another one, or when the dialog cannot be reached.
+  /// One action of the user. `action` is its form in an answer file; the gesture may add to it. Does nothing while the
+  /// flow works on another one, or when the dialog cannot be reached.
   using Gesture = std::function<Refusal(Gestures& gestures, Json& action)>;
   void act(Json action, const Gesture& gesture);
   /// Whether the flow took what was typed into a cell last.
   [[nodiscard]] CellAnswer lastCellAnswer() const { return lastCellAnswer_; }
   void setLastCellAnswer(CellAnswer answer) { lastCellAnswer_ = answer; }
-  /// Why the last gesture was refused, told once; nothing when it was done.
+  /// Why the last gesture was refused, returned once; nothing when it was done.
   [[nodiscard]] Refusal takeRefusal() { return std::exchange(lastRefusal_, std::nullopt); }
-  /// The keyboard or the mouse goes to a control.
+  /// The user focuses a control.
   void focusBy(ControlView& view);
-  /// It goes to none.
+  /// The user leaves all controls.
   void leaveBy();
-  /// A key that means something to the dialog: one of those that an answer file knows.
+  /// A key with a meaning in the dialog: one of those that an answer file knows.
   void keyBy(const char* key);
 
-  /// For the recording: the person leaves the program while the dialog is open, which then ends without a question.
+  /// For the recording: the user quits the program while the dialog is open, which then ends without a question.
   void noteLeft();
 
   /// Shows all that has changed.
@@ -109,10 +109,10 @@ private:
   friend class DialogFrame;
   [[nodiscard]] ControlView* focusedView() const;
   void note(Json action);
-  /// Runs what is the flow's. When that throws, the dialog ends, `run` throws on, and the answer is false.
+  /// Runs code of the flow. If it throws, the dialog ends, `run` rethrows, and the result is false.
   [[nodiscard]] bool work(const std::function<void()>& body);
   void passTime();
-  /// The control that a person starts at.
+  /// The control that has the focus first.
   [[nodiscard]] ControlView* firstView() const;
   void showFocus();
   void closeBy();
@@ -133,9 +133,9 @@ private:
   CellAnswer lastCellAnswer_ = CellAnswer::taken;
   std::unique_ptr<Json> lastAction_; ///< with what later gestures may be joined
   QEventLoop* loop_ = nullptr;       ///< while it runs
-  int wantedBar_ = 0;                ///< where the bar goes once the window has a size, 0 for nowhere
+  int wantedBar_ = 0;                ///< position of the divider once the window has a size, 0 for none
   bool isActing_ = false;
-  bool isShowing_ = false; ///< what widgets tell now, no person has done
+  bool isShowing_ = false; ///< changes of widgets now are not actions of the user
   bool isRefreshPosted_ = false;
 };
 

@@ -90,7 +90,7 @@ EntityPick QtWindows::pickEntity(const std::wstring& prompt, bool emptyIsAllowed
   EntityPick pick;
   if (picker_ != nullptr && failure_.empty()) {
     const OpenScope open(*this);
-    // A dialog that asks without lending the editor must not stand between the user and the drawing either.
+    // A dialog that asks without lending the editor must not cover the drawing either.
     const std::vector<QtDialog*> aside = putDialogsAside();
     pick = picker_->pickEntity(prompt, emptyIsAllowed);
     showAgain(aside);

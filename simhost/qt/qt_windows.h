@@ -1,5 +1,5 @@
-// The window system on a screen: every question of a run as a window of Qt, and the recording of what the user did in
-// it, in the format of answer files. The window that shows the drawing is somebody else's and joins by two interfaces.
+// The window system on a screen: every question of a run as a window of Qt, and the recording of the user's actions,
+// in the format of answer files. The window with the drawing is connected by two interfaces.
 #pragma once
 
 #include "simhost/qt/qt_dialog.h"
@@ -24,8 +24,8 @@ class WindowPilot;
 class DrawingPicker {
 public:
   virtual ~DrawingPicker();
-  /// Lets the user pick one entity and returns when he has answered; events run meanwhile. Escape cancels; Enter, or a
-  /// click into the void, picks nothing where `emptyIsAllowed`, and is asked again where it is not.
+  /// Lets the user pick one entity and returns after the answer; events run meanwhile. Escape cancels; Enter, or a
+  /// click beside all entities, picks nothing where `emptyIsAllowed`, and otherwise asks again.
   [[nodiscard]] virtual EntityPick pickEntity(const std::wstring& prompt, bool emptyIsAllowed) = 0;
 };
 
@@ -35,15 +35,15 @@ public:
   QtWindows();
   ~QtWindows() override;
 
-  /// The parent of all dialogs. Null: dialogs stand for themselves, and the host has no main window.
+  /// The parent of all dialogs. Null: dialogs have no parent, and the host has no main window.
   void setMainWindow(QWidget* window);
   /// Null: every pick is cancelled. Must outlive its use here.
   void setPicker(DrawingPicker* picker) { picker_ = picker; }
   /// Where place and size of dialogs are kept; null forgets them. Must outlive its use here.
   void setSettings(UserSettings* settings) { settings_ = settings; }
-  /// Null: a person sits there. Must outlive its use here.
+  /// Null: a user answers. Must outlive its use here.
   void setPilot(WindowPilot* pilot) { pilot_ = pilot; }
-  /// Whether a dialog that a pilot acts in is recorded as a person's is, and not by the pilot.
+  /// Whether a dialog driven by a pilot is recorded like a user's, and not by the pilot.
   void setRecordsPerson(bool records) { recordsPerson_ = records; }
   void setWords(WindowWords words) { words_ = std::move(words); }
   /// Where the pages of help are.
@@ -52,7 +52,7 @@ public:
   /// A dialog or a question is open, or hidden while the host has the editor: no other command may begin.
   [[nodiscard]] bool isBusy() const override { return openWindows_ > 0 || !dialogs_.empty(); }
   void beginRun() override;
-  /// All that was asked, shown and answered so far as the text of an answer file.
+  /// All questions, displays and answers so far as the text of an answer file.
   [[nodiscard]] std::string recording() const { return recorder_.text(); }
   [[nodiscard]] Recorder& recorder() { return recorder_; }
 
@@ -63,7 +63,7 @@ public:
       const std::wstring& form, CKvUiDialog& dialog) override;
   /// A message box.
   bool showMessage(const std::wstring& text) override;
-  /// The page of the topic, beside the window that asks; false for a topic without a page.
+  /// Shows the page of the topic beside the calling window; false for a topic without a page.
   bool showHelp(const std::wstring& topic) override;
   [[nodiscard]] KvWindow* mainWindow() override;
   [[nodiscard]] KvWindow* foregroundWindow() override;
@@ -72,11 +72,11 @@ public:
   /// Once a round: true until the messages that wait have been pumped.
   [[nodiscard]] bool messageWaiting() override;
   bool pumpMessage() override;
-  /// The run that goes on ends at its next look at the messages: what a main window asks for that is closed.
+  /// Ends the current run when it next processes messages: called when the main window is closed.
   void postQuit() override;
   [[nodiscard]] bool hasLeft() const override { return quitPosted_; }
   [[nodiscard]] const std::wstring& failure() const override { return failure_; }
-  /// Nobody answers any more: what is open, and all that comes until the next run, is cancelled.
+  /// Cancels everything that is open, and all questions until the next run.
   void fail(const std::wstring& reason) { failure_ = reason; }
 
 private:
@@ -92,7 +92,7 @@ private:
   /// Hides all dialogs that are seen, and shows them again: the lowest one first, so that the topmost one is modal.
   [[nodiscard]] std::vector<QtDialog*> putDialogsAside();
   void showAgain(const std::vector<QtDialog*>& dialogs);
-  /// A window that opens is to be worked in, whoever waits: the arrow comes back until it has closed.
+  /// A new window must be usable while a caller waits: the arrow cursor is shown until it is closed.
   void suspendWaitCursor();
   void resumeWaitCursor();
   void applyCursor() const;
@@ -103,7 +103,7 @@ private:
 
   Recorder recorder_;
   QPointer<QWidget> mainWindow_;
-  std::unique_ptr<KvWindow> mainFace_; ///< stands for the main window where the plug-in hands windows around
+  std::unique_ptr<KvWindow> mainFace_; ///< the main window for the plug-in
   DrawingPicker* picker_ = nullptr;
   WindowPilot* pilot_ = nullptr;
   bool recordsPerson_ = false;
@@ -113,9 +113,9 @@ private:
   std::vector<QtDialog*> dialogs_; ///< open ones, the topmost last; their runs own them
   std::map<const QtDialog*, std::vector<QtDialog*>>
       aside_;                     ///< whom a dialog that lends the editor has hidden
-  int waiting_ = 0;               ///< who wants the wait cursor, since the topmost window opened
+  int waiting_ = 0;               ///< number of wait cursors since the topmost window opened
   std::vector<int> waitingBelow_; ///< the same for those below it
-  int openWindows_ = 0;           ///< questions that are no dialogs
+  int openWindows_ = 0;           ///< questions that are not dialogs
   std::wstring failure_;
   bool quitPosted_ = false;
   bool isPumped_ = false;

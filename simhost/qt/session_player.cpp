@@ -1,4 +1,4 @@
-// Steps become gestures on the state behind the widgets, which show what comes of them.
+// Steps become gestures on the models of the widgets, which show the effects.
 #include "simhost/qt/session_player.h"
 
 #include "simhost/qt/file_window.h"

@@ -1,4 +1,4 @@
-// Does the steps of an answer file in the windows, where they can be watched, and takes pictures of them on the way.
+// Plays the steps of an answer file in the windows, visibly, and takes pictures of them.
 #pragma once
 
 #include "simhost/qt/qt_windows.h"
@@ -15,13 +15,13 @@ namespace simhost {
 class SessionPlayer final : public DrawingPicker, private WindowPilot {
 public:
   struct Options {
-    /// Where each window is painted as it stands when the session leaves it: `<dialog>.png`, from the second one of
-    /// a kind on `<dialog>_2.png`. Empty for no pictures.
+    /// The folder for a picture of each window when the session closes it: `<dialog>.png`, from the second one of a
+    /// kind `<dialog>_2.png`. Empty for no pictures.
     std::filesystem::path pictures;
-    int pause = 0; ///< milliseconds between two actions, for somebody who looks on
+    int pause = 0; ///< milliseconds between two actions, for an observer
   };
 
-  /// Answers for the person as long as it lives. `source` names the steps in messages; the windows must outlive it.
+  /// Answers instead of the user while it lives. `source` names the steps in messages; the windows must outlive it.
   SessionPlayer(QtWindows& windows, std::vector<AnswerStep> steps, std::string source, Options options);
   ~SessionPlayer() override;
 
@@ -36,7 +36,7 @@ private:
   void drive(FileWindow& window, DialogRecord& record) override;
   void drive(QMessageBox& box) override;
 
-  /// Lets the person look, then takes the picture, which replaces an earlier one of the same name.
+  /// Pauses for the observer, then takes the picture, which replaces an earlier one with the same name.
   void show(QWidget& window, const std::string& name);
   /// The name of the next window of a kind.
   [[nodiscard]] std::string nameOfNext(const std::string& kind);

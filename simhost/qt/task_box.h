@@ -1,4 +1,4 @@
-// A task dialog on the screen: its text, its buttons, and the tick that asks for the same answer from now on.
+// A task dialog on the screen: its text, its buttons, and the check box "do not ask again".
 #pragma once
 
 #include "simhost/qt/window_words.h"
@@ -14,7 +14,7 @@ class TaskBox final : public QDialog {
 public:
   TaskBox(const TaskQuestion& question, const WindowWords& words, QWidget* parent);
 
-  /// What the user answered; a cancel as long as he has not.
+  /// The user's answer; a cancel until there is one.
   [[nodiscard]] TaskAnswer answer() const;
 
 private:

@@ -1,4 +1,4 @@
-// Somebody who acts in the windows instead of a person, by the very widgets that a person would use.
+// Acts in the windows instead of a user, through the same widgets.
 #pragma once
 
 #include "simhost/ui/recorder.h"
@@ -15,8 +15,8 @@ class TaskBox;
 class WindowPilot {
 public:
   virtual ~WindowPilot();
-  /// Each is called when the window waits, and returns when it has been answered. Of what is no dialog he may
-  /// add to the step that has begun.
+  /// Each is called when the window waits, and returns when it has been answered. For windows that are not dialogs it
+  /// may add to the step that has begun.
   virtual void drive(QtDialog& dialog) = 0;
   virtual void drive(TaskBox& box, const TaskQuestion& question) = 0;
   virtual void drive(FileWindow& window, DialogRecord& record) = 0;

@@ -1,4 +1,4 @@
-// Places as four numbers, so that a person can read the file of settings.
+// Positions as four numbers, so that the file of settings is readable.
 #include "simhost/qt/window_places.h"
 
 #include "simhost/host/user_settings.h"

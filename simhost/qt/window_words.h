@@ -5,7 +5,7 @@
 
 namespace simhost {
 
-/// In English until somebody puts those of the user's language in.
+/// In English until the texts of the user's language are set.
 struct WindowWords {
   QString hideForGood = QStringLiteral("&Do not ask this again");
   QString help = QStringLiteral("Help");

@@ -1,4 +1,4 @@
-// Whether a site's tables know the code standard that somebody names.
+// Checks whether a site's tables contain a given electrical code.
 #pragma once
 
 #include <optional>

@@ -50,7 +50,7 @@ CommandOutcome CommandSteps::runSteps(const std::wstring& name, const Steps& ste
     done_.push_back({name, before, after});
     undone_.clear();
   } else if (after == before && log.changeCount() != changesBefore) {
-    // Taken back by itself, as a cancelled circuit is: not a step that redo may bring back.
+    // Undone by itself, like a cancelled circuit: not a step that redo may restore.
     log.forgetUndone();
     undone_.clear();
   }

@@ -1,5 +1,5 @@
-// Runs what the user asks for: one command at a time, each one step of undo, and tells how it ended. The program with
-// windows works this way, and so does a replay of what was done in it.
+// Runs the user's commands: one at a time, each one undo step, and reports how it ended. `brenvolt-gui` and a replay
+// of its recordings both use it.
 #pragma once
 
 #include "simhost/lisp/value.h"
@@ -19,7 +19,7 @@ class WindowSystem;
 /// How a command ended.
 struct CommandOutcome {
   enum class Kind { done, cancelled, failed, refused };
-  Kind kind = Kind::refused; ///< refused: another one is at work
+  Kind kind = Kind::refused; ///< refused: another one is running
   lisp::Value value{};
   std::wstring message{}; ///< of a failure
 };
@@ -36,8 +36,8 @@ public:
 
   /// Runs a LISP text as a command of this name.
   CommandOutcome run(const std::wstring& name, const std::wstring& form);
-  /// A command of several forms: `steps` calls `evaluate` for each, and its answer is the command's value. Nothing
-  /// means that the user left.
+  /// A command of several forms: `steps` calls `evaluate` for each, and its result is the command's value. Nothing
+  /// means that the user cancelled.
   using Evaluate = std::function<lisp::Value(const std::wstring& form)>;
   using Steps = std::function<std::optional<lisp::Value>(const Evaluate& evaluate)>;
   CommandOutcome runSteps(const std::wstring& name, const Steps& steps);
@@ -48,12 +48,12 @@ public:
   /// Takes the drawing back to where it stood before the last command; its name, empty when there is none.
   std::wstring undo();
   std::wstring redo();
-  /// Opens a drawing in place of the current one, a new one for no file: its steps begin anew. Throws BadInput, and
-  /// then nothing has changed.
+  /// Opens a drawing in place of the current one, or a new one without a file; its list of steps is empty then. Throws
+  /// BadInput, and then nothing is changed.
   void open(const std::string& file);
   /// Opens another project, none for no file. Throws BadInput, and then nothing has changed.
   void openProject(const std::string& file);
-  /// The drawing has been saved: what the site keeps of it outside stays, whatever becomes of the drawing later.
+  /// Called when the drawing was saved: the site's records of it stay, whatever happens to the drawing later.
   void noteSaved();
   /// The drawing is left as it was last saved: so is what the site keeps of it outside.
   void noteDropped();
@@ -64,7 +64,7 @@ public:
   std::function<void(const SessionCommand& command)> onCommand;
 
 private:
-  /// A command that changed the drawing: where the undo log stood before, and behind it.
+  /// A command that changed the drawing: the position of the undo log before and after it.
   struct Step {
     std::wstring name;
     int before = 0;

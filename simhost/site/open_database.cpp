@@ -1,4 +1,4 @@
-// Opening with the engine that the file asks for.
+// Opens a data source with the engine of its file.
 #include "simhost/site/open_database.h"
 
 #include "simhost/host/errors.h"

@@ -1,4 +1,4 @@
-// Numbers that a person types at the tool: taken whole or not at all, where the tables' texts are read leniently.
+// Numbers typed at the tool: valid as a whole or refused, while the tables' texts are read leniently.
 #pragma once
 
 #include <optional>

@@ -1,4 +1,4 @@
-// Databases of projects: made from a site's empty tables, told from other databases.
+// Databases of projects: creates them from a site's empty tables, and recognises them.
 #pragma once
 
 #include <filesystem>

@@ -1,5 +1,5 @@
-// What a session runs, written down while it goes on, so that its recording can be replayed. A drawing that has been
-// saved over since it was opened, and a project that has been written, are kept beside the recording as they were then.
+// Records the commands of a session while it runs, so that its recording can be replayed. A drawing that was
+// overwritten after it was opened, and a changed project, are kept next to the recording in their former state.
 #pragma once
 
 #include "simhost/ui/session_file.h"
@@ -16,11 +16,11 @@ public:
   /// Makes the text of the recording when the run is known.
   using Recording = std::function<std::string(const SessionRun& run)>;
 
-  /// `file`: where the recording goes. `run`: what is known ahead; paths lead from the working directory.
+  /// `file`: the path of the recording. `run`: known members; paths are relative to the working directory.
   SessionLog(std::filesystem::path file, SessionRun run, Recording recording);
 
   void add(const SessionCommand& command);
-  /// Writes the recording as it stands now, and the drawings that it needs. Throws CannotWrite.
+  /// Writes the present recording and the drawings that it needs. Throws CannotWrite.
   void write();
 
 private:

@@ -1,4 +1,4 @@
-// Finding and building of a site's database.
+// Finds and builds the database of a site.
 #include "simhost/site/site_database.h"
 
 #include "data/engineering_columns.h"
@@ -41,7 +41,7 @@ fs::path cacheFolder() {
   return fs::temp_directory_path();
 }
 
-/// FNV-1a: tells two sites of the same name apart, the same in every run.
+/// FNV-1a: distinguishes two sites with the same name, and is the same in every run.
 std::string fingerprint(const std::string& text) {
   std::uint64_t hash = 14695981039346656037u;
   for (const char c : text)
@@ -79,7 +79,7 @@ std::string joined(const std::vector<std::wstring>& lines) {
   return text;
 }
 
-/// What the plug-in writes for the user. It goes over from the database that a new one replaces.
+/// What the plug-in writes for the user. It is copied from the database that a new one replaces.
 constexpr std::wstring_view savedTable = L"CATALOGSEL";
 
 /// Tells when the database was built. The database itself cannot: it is as young as what the user saved last.
@@ -124,7 +124,7 @@ void build(const fs::path& tables, const fs::path& database) {
       brenvolt::importTables(beside, {fromUtf8(tables.string())}, brenvolt::engineeringImport());
   if (!report.isDone()) throw BadInput(joined(report.errors));
   takeOverSavedTable(database, toUtf8(beside));
-  // What belonged to the file that goes must not be taken for the new one's log.
+  // The log of the removed file must not be taken for the new one's.
   for (const char* companion : {"-wal", "-shm"})
     fs::remove(database.string() + companion, error);
   if (const auto fault = file.commit()) throw CannotWrite(database.string() + ": " + toUtf8(fault->reason));
@@ -195,7 +195,7 @@ fs::path siteDatabase(const fs::path& site) {
   if (isFresh(database, *change)) return database;
   fs::create_directories(database.parent_path(), error);
   if (error) throw CannotWrite(database.parent_path().string() + ": " + error.message());
-  // Large tables take their time: whoever waits here waits for work that it would have to do itself.
+  // Large tables take their time: a waiting program waits for work that it would have to do itself.
   const brenvolt::FileLock lock(fromUtf8(database.string()), brenvolt::FileLock::wholeDay);
   if (lock.fault()) throw CannotWrite(database.string() + ": " + toUtf8(*lock.fault()));
   // Another process may have built it while this one waited.

@@ -7,11 +7,11 @@
 namespace simhost {
 
 /// The file with the tables of the site in `site`:
-/// - `engineering.db` of that folder, where it stands: a site that edits its tables by dialog keeps one;
-/// - else one built from `tables/*.csv` of that folder, anew whenever a table is younger than it. It lies where the
-///   environment's BRENVOLT_DB says, else in the user's cache, a folder for each site. Parts that the user saved in
-///   CATALOGSEL go over from the database before; a file of which they cannot be read is kept beside it.
-/// It is built beside itself and renamed, by one process at a time, so that several may ask at once. Throws BadInput
+/// - `engineering.db` of that folder, if it exists: a site that edits its tables by dialog keeps one;
+/// - else one built from `tables/*.csv` of that folder, again whenever a table is newer. Its path is that
+///   of the environment's BRENVOLT_DB, else in the user's cache, a folder for each site. Parts that the user saved in
+///   CATALOGSEL are copied from the previous database; a file from which they cannot be read is kept.
+/// It is built as a temporary file and renamed, by one process at a time, so that several may run. Throws BadInput
 /// for a folder without tables or a table that cannot be read, naming file and place, and CannotWrite.
 [[nodiscard]] std::filesystem::path siteDatabase(const std::filesystem::path& site);
 

@@ -108,7 +108,7 @@ void SiteRun::callSite(std::wstring_view function) {
   } catch (const lisp::LispError& error) {
     session_.commandLine().printLine(fromUtf8(error.what()));
   } catch (const lisp::Cancelled&) {
-    // The run that it belongs to has been left: it is asked again after the next one.
+    // Its run was cancelled: the request is repeated after the next one.
   }
 }
 
@@ -131,7 +131,7 @@ void SiteRun::close(Document& document, Document& next) {
   session_.documents().activate(&next);
 }
 
-/// One step of undo, whatever happens in it.
+/// One undo step for everything that happens in it.
 template <class Work>
 lisp::Value SiteRun::guarded(Work work) {
   const auto fail = [](const std::string& message) { throw BadInput(message); };

@@ -1,5 +1,5 @@
 // One run of the host at a site: a session with the plug-in loaded, a document open and the site's LISP run. The tool
-// and the program with windows start this way; they differ only in the windows that they bring.
+// and `brenvolt-gui` start this way; they differ only in their windows.
 #pragma once
 
 #include "simhost/host/session.h"
@@ -11,7 +11,7 @@
 
 namespace simhost {
 
-/// What the user asked for on the command line; an empty text is the default.
+/// The options of the command line; an empty text is the default.
 struct SiteRunOptions {
   std::string site;     ///< folder with site.lsp
   std::string drawing;  ///< opened instead of an empty one
@@ -40,8 +40,8 @@ public:
   /// The project whose records the site's LISP keeps, also for drawings that are opened later; empty for none.
   void setProject(const std::string& database);
   [[nodiscard]] const std::string& project() const { return options_.project; }
-  /// Calls a function of the site's LISP without arguments, if there is one of this name. What it throws is told on the
-  /// command line: the host itself asks, and goes on.
+  /// Calls a function of the site's LISP without arguments, if it exists. Errors are printed on the command line: the
+  /// host itself makes the call, and continues.
   void callSite(std::wstring_view function);
 
   /// Runs a LISP text; a LISP error and a run that was ended throw BadInput.

@@ -5,7 +5,7 @@
 
 namespace simhost {
 
-/// `(sql-execute FILE STATEMENT)` runs a statement that changes a database and answers T. Failures are LISP errors.
+/// `(sql-execute FILE STATEMENT)` runs a statement that changes a database and returns T. Failures are LISP errors.
 void defineSqlFunctions(lisp::Interpreter& interpreter);
 
 } // namespace simhost

@@ -1,5 +1,5 @@
-// What a person may say about a circuit whose wire is looked up: one row a field. A field is an option of the command
-// line and a column of a list of circuits under the same name.
+// The input of a wire lookup for one circuit: one row per field. A field is an option of the command line and a column
+// of a list of circuits with the same name.
 #pragma once
 
 #include "data/wire_defaults.h"
@@ -39,7 +39,7 @@ inline constexpr std::size_t wireFieldCount = 21;
 
 /// What a field's text must be.
 enum class WireFieldRule {
-  name,          ///< a text that stands in a statement: without quotes and brackets
+  name,          ///< a text used in a statement: without quotes and brackets
   positive,      ///< a number above 0
   notNegative,   ///< a number
   fraction,      ///< above 0, at most 1
@@ -122,7 +122,7 @@ inline constexpr std::array<WireFieldRow, wireFieldCount> wireFields = {{
 struct WireTexts {
   std::array<std::wstring, wireFieldCount> texts;
   bool hidesUndersized = false;
-  bool isUnattended = false; ///< the size that a build takes is asked for
+  bool isUnattended = false; ///< the size that a build takes is requested
 
   [[nodiscard]] std::wstring& operator[](WireField field) { return texts[static_cast<std::size_t>(field)]; }
   [[nodiscard]] const std::wstring& operator[](WireField field) const {

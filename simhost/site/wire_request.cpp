@@ -32,7 +32,7 @@ bool isOff(std::wstring_view text) {
   return brenvolt::equalsOrdinalNoCase(text, offText);
 }
 
-/// The part of a range behind "~" ("36~40C" has "40C"), the whole text of any other.
+/// The part of a range after "~" ("36~40C" has "40C"), the whole text of any other.
 std::wstring_view upperEnd(std::wstring_view range) {
   const std::size_t tilde = range.find(L'~');
   return tilde == std::wstring_view::npos ? range : range.substr(tilde + 1);

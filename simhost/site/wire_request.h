@@ -32,7 +32,7 @@ struct WireRequest {
   std::wstring groundTable; ///< empty when there is none
   /// The choices of a build that sizes the same circuit unattended; what was not given is left to the build.
   brenvolt::ZanCircuitData buildChoices;
-  std::optional<brenvolt::AutoWire> build; ///< the size that it takes, when it was asked for
+  std::optional<brenvolt::AutoWire> build; ///< the size that it takes, if requested
 
   [[nodiscard]] const brenvolt::WireValue& operator[](WireField field) const {
     return values[static_cast<std::size_t>(field)];
@@ -45,15 +45,15 @@ struct WireRequest {
 /// Why a result has no size that fits; empty when it has one.
 [[nodiscard]] std::wstring noteOn(const WireRequest& request, const brenvolt::WireLookupResult& result);
 
-/// The circuits of one run, whose tables are read once. The connection must outlive it, and nobody may change the tables
+/// The circuits of one run, whose tables are read once. The connection must outlive it, and the tables must not change
 /// meanwhile.
 class WireRequests final {
 public:
   explicit WireRequests(brenvolt::ZanOleDbConnection& connection) : tables_(connection) {}
 
-  /// Fills in and looks up; every fault of the circuit is reported, and there is no request then.
+  /// Fills in and looks up; every fault of the circuit is reported, and no request is returned then.
   [[nodiscard]] std::optional<WireRequest> resolve(const WireTexts& texts, std::vector<WireFault>& faults);
-  /// The lookup's table and proposal, or the sizes with that of a build, when it was asked for.
+  /// The lookup's table and proposal, or the sizes with that of a build, if requested.
   [[nodiscard]] brenvolt::WireLookupResult lookUp(const WireRequest& request);
   [[nodiscard]] brenvolt::WireSizeFacts facts(const WireRequest& request, const std::wstring& size);
 

@@ -58,7 +58,7 @@ void readSwitch(const Json& value, AnswerAction& action) {
   action.isOn = value;
 }
 
-/// A cell takes a text, or the state of its tick, which stands in it as 1 or 0.
+/// A cell takes a text, or the state of its check box, stored as 1 or 0.
 void readCellText(const Json& value, AnswerAction& action) {
   if (value.is_boolean())
     action.text = value.get<bool>() ? "1" : "0";

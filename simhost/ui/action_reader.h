@@ -1,4 +1,4 @@
-// One action of an answer file, checked member by member.
+// Parses one action of an answer file and checks every member.
 #pragma once
 
 #include "simhost/ui/answers.h"
@@ -7,7 +7,7 @@
 
 namespace simhost {
 
-/// Takes an action apart. Throws AnswerError with the reason alone; the caller knows file and step.
+/// Parses an action. Throws AnswerError with the reason alone; the caller knows file and step.
 [[nodiscard]] AnswerAction readAction(const nlohmann::ordered_json& action);
 
 } // namespace simhost

@@ -1,4 +1,4 @@
-// Reading of answer files. Everything is checked here, so that a run never stops half way over a spelling.
+// Reads answer files. Everything is checked here, so that a run never stops in the middle because of a misspelling.
 #include "simhost/ui/answers.h"
 
 #include "host/host_api_ui.h"

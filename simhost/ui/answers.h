@@ -1,5 +1,5 @@
-// Answer files: what a user would do at each question of a run, step by step, so that a run needs nobody and can be
-// repeated. A recording has the same format, with what was shown put beside each answer.
+// Answer files: the user's actions at each question of a run, step by step, so that a run needs no user and can be
+// repeated. A recording has the same format, with the shown state next to each answer.
 #pragma once
 
 #include "simhost/ui/session_file.h"
@@ -14,7 +14,7 @@
 
 namespace simhost {
 
-/// An answer file that cannot be used; the message names file and step.
+/// An invalid answer file; the message names file and step.
 class AnswerError final : public std::runtime_error {
 public:
   using std::runtime_error::runtime_error;
@@ -28,7 +28,7 @@ struct ColumnChoice {
   [[nodiscard]] bool isGiven() const { return number.has_value() || !title.empty(); }
 };
 
-/// A row of a grid, by number, by the text that stands first in it, or by the texts of some of its cells.
+/// A row of a grid, by number, by its first text, or by the texts of some of its cells.
 struct RowChoice {
   std::optional<int> number;
   std::optional<std::string> label;
@@ -71,7 +71,7 @@ struct AnswerAction {
   bool isRefused = false; ///< an "edit" that the dialog must not take
   bool isQuick = false;   ///< no timer is due before it
   std::vector<Expectation> expected;
-  std::string written; ///< the action as it stands in the file, without what recordings add
+  std::string written; ///< the action as written in the file, without what recordings add
 };
 
 /// The button that a "press" or a "close" means, by its number or its name; 0 when it names none.
@@ -84,7 +84,7 @@ struct AnswerStep {
   std::vector<AnswerAction> actions;
 };
 
-/// What is only shown has steps in a recording and asks nothing.
+/// Messages and help have steps in a recording but need no answer.
 inline constexpr std::string_view messageDialog = "message";
 inline constexpr std::string_view helpDialog = "help";
 inline constexpr std::string_view pickDialog = "pick";
@@ -94,15 +94,15 @@ inline constexpr std::string_view fileDialog = "file";
 inline constexpr std::string_view answerFormat = "brenvolt-answers";
 inline constexpr int answerVersion = 1;
 
-/// An answer file; with what has to be run it is a session.
+/// An answer file; with something to run it is a session.
 struct AnswerFile {
   std::optional<SessionRun> run;
-  std::vector<AnswerStep> steps; ///< those that answer a question
+  std::vector<AnswerStep> steps; ///< the steps with an answer
 };
 /// Throws AnswerError.
 [[nodiscard]] AnswerFile parseAnswerFile(std::string_view bytes, const std::string& fileName);
 
-/// The steps alone. Throws AnswerError, also when the run that stands beside them is wrong.
+/// Parses the steps alone. Throws AnswerError, also when the run in the same file is wrong.
 [[nodiscard]] std::vector<AnswerStep> parseAnswers(std::string_view bytes, const std::string& fileName);
 
 } // namespace simhost

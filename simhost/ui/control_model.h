@@ -1,5 +1,5 @@
-// What stands behind each control, whoever shows it: the state that a flow sets and reads. A model raises no event on
-// its own (but for the tree's selection); what a person does to it comes in through Gestures.
+// The model of each control, independent of its display: the state that a flow sets and reads. A model raises no event
+// itself (except for the tree's selection); the user's actions are applied through Gestures.
 #pragma once
 
 #include "host/host_api_ui.h"
@@ -37,12 +37,12 @@ public:
   [[nodiscard]] const std::wstring& tooltip() const { return tooltip_; }
   [[nodiscard]] const std::wstring& label() const { return label_; }
 
-  /// The page that the control stands on; null and 0 for one that stands on the form itself.
+  /// The page of the control; null and 0 for one directly on the form.
   [[nodiscard]] PagesModel* pages() const { return pages_; }
   [[nodiscard]] int page() const { return page_; }
   void setPlace(PagesModel& pages, int page);
 
-  /// All that a person sees of it, for recordings: only what differs from a plain, empty control.
+  /// The visible state, for recordings: only what differs from a plain, empty control.
   [[nodiscard]] nlohmann::ordered_json shown() const;
 
 protected:
@@ -118,7 +118,7 @@ public:
   void Select(int index) override;
   [[nodiscard]] int Selected() const override { return selected_; }
   [[nodiscard]] std::wstring Text() const override;
-  /// Selects the entry of this text, none when there is none; an editable list keeps the text all the same.
+  /// Selects the entry with this text, none when there is none; an editable list keeps the text in any case.
   void SetText(std::wstring_view text) override;
 
   [[nodiscard]] bool isEditable() const { return kind() == ControlKind::editableList; }

@@ -1,4 +1,4 @@
-// Making the controls of a form, and telling what has changed on them.
+// Creates the controls of a form, and reports their changes.
 #include "simhost/ui/dialog_model.h"
 
 #include "simhost/ui/grid_model.h"
@@ -49,7 +49,7 @@ Json changedRows(const Json& before, const Json& now) {
   return changed;
 }
 
-/// The members that differ; one that is gone is told as null, which means that the control is plain again.
+/// The members that differ; a removed one is reported as null, which means that the control has its default again.
 Json difference(const Json& before, const Json& now) {
   Json changed = Json::object();
   for (const auto& [member, value] : now.items()) {

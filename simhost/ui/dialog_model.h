@@ -1,5 +1,5 @@
-// A running dialog without its looks: the controls of its form by role, the focus, the title, and what has changed
-// since somebody last looked. Whoever shows it, on a screen or not at all, derives from it and runs it.
+// A running dialog without its display: the controls of its form by role, the focus, the title, and the changes since
+// the last query. The displays, on a screen or without one, derive from it and run it.
 #pragma once
 
 #include "simhost/ui/control_model.h"
@@ -43,7 +43,7 @@ public:
   /// Those of the form in tab order, then those on pages as they were made.
   [[nodiscard]] const std::vector<ControlModel*>& controls() const { return order_; }
   virtual void add(std::unique_ptr<ControlModel> control);
-  /// Takes a control out of sight of all; it lives on for those who hold it.
+  /// Removes a control from the dialog; it stays alive for its holders.
   virtual void forget(ControlModel& control);
 
   [[nodiscard]] ControlModel* focus() const { return focus_; }
@@ -61,13 +61,13 @@ private:
   std::wstring name_;
   std::wstring title_;
   KvUiDialogAccess access_;
-  const DialogModel* outer_ = nullptr; ///< of a dialog that stands inside another one's place
+  const DialogModel* outer_ = nullptr; ///< of a dialog that is embedded in another one
   std::vector<std::unique_ptr<ControlModel>> owned_;
   std::vector<ControlModel*> order_;
   std::map<std::wstring, ControlModel*, std::less<>> byRole_;
   ControlModel* focus_ = nullptr;
   bool hasGivenEditor_ = false;
-  std::set<ControlModel*> touched_; ///< told in the order of `order_`
+  std::set<ControlModel*> touched_; ///< reported in the order of `order_`
   std::unique_ptr<Seen> seen_;
 };
 

@@ -57,7 +57,7 @@ void DialogScript::run() {
     step = steps_.takeNext(dialog, step);
     if (step == nullptr || !doStep(*step)) break;
   }
-  // Nobody is left to be asked: the flow is not told of a cancel, since it could ask whether to cancel.
+  // No more answers: the flow does not get a cancel event, since it could ask whether to cancel.
   if (!dialog_.access().isEnded() || steps_.hasFailed()) dialog_.access().end(kvui::cancel);
 }
 
@@ -107,7 +107,7 @@ Refusal DialogScript::perform(const AnswerAction& action) {
   if (verb == "pick") return "\"pick\" is an answer to a prompt, not to a dialog";
   if (verb == "wait") return letTimePass(action.number);
   if (verb == "close" && action.subject == "program") {
-    // As without an answer: nobody is left to be asked whether to cancel.
+    // As without an answer: no question whether to cancel can be answered.
     steps_.leave();
     dialog_.access().end(kvui::cancel);
     return std::nullopt;

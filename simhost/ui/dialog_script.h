@@ -1,5 +1,5 @@
-// The steps of an answer file done to one dialog: each action becomes the gesture that a person would make, and what
-// follows is recorded beside it. Whether the gesture goes to the state alone or through widgets is up to the gestures.
+// Applies the steps of an answer file to one dialog: each action becomes a user's gesture, and its effects are
+// recorded. The gestures decide whether they change the state only or go through widgets.
 #pragma once
 
 #include "simhost/ui/answers.h"
@@ -17,11 +17,11 @@ namespace simhost {
 
 class DialogScript final {
 public:
-  /// All must outlive the script. Time passes for the timers as the steps say.
+  /// All must outlive the script. The steps advance the time of the timers.
   DialogScript(
       DialogModel& dialog, Gestures& gestures, VirtualTimers& timers, StepQueue& steps, Recorder& recorder);
 
-  /// Is asked before each action whether what is shown is what should be; a text from it ends the run.
+  /// Called before each action to compare the display with the model; a text from it ends the run.
   void setWatcher(std::function<std::string()> watcher) { watcher_ = std::move(watcher); }
 
   /// Until the dialog is ended. A step that cannot be done ends it as cancelled, with the reason in the steps.

@@ -15,7 +15,7 @@ using simhost::pathOf;
 using simhost::textOfPath;
 using simhost::windowSystem;
 
-// Their destructors stand here so that the host, not the module, holds their tables of virtual functions.
+// The destructors are defined here so that the host, not the module, contains the tables of virtual functions.
 KvUiControl::~KvUiControl() = default;
 KvUiText::~KvUiText() = default;
 KvUiList::~KvUiList() = default;

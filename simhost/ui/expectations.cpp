@@ -1,4 +1,4 @@
-// Comparing what is shown with what an answer file says.
+// Compares the shown state with the expectations of an answer file.
 #include "simhost/ui/expectations.h"
 
 #include "simhost/json/json_text.h"
@@ -14,7 +14,7 @@ using brenvolt::toUtf8;
 
 namespace {
 
-/// What is really there, as text, list of texts, number or flag, in the form in which it is told.
+/// The actual value, as text, list of texts, number or flag, in the format of messages.
 using Found = nlohmann::ordered_json;
 
 Found textsOf(const std::vector<std::wstring>& texts) {
@@ -115,7 +115,7 @@ private:
   GridModel* grid_;
 };
 
-/// What the answer file says, in the form of what is found.
+/// The expected value, in the format of the actual one.
 Found expectedOf(const Expectation& expected, const Found& found) {
   if (found.is_boolean()) return expected.isOn;
   if (found.is_number()) return expected.number;

@@ -1,4 +1,4 @@
-// What an answer file says that a dialog must show.
+// The expectations of an answer file about a dialog.
 #pragma once
 
 #include "simhost/ui/answers.h"
@@ -9,8 +9,8 @@
 
 namespace simhost {
 
-/// Why the dialog does not show what the "expect" says, nothing when it does. Throws AnswerError when what it names
-/// is not there.
+/// Why the dialog does not match the "expect", nothing when it matches. Throws AnswerError when what it names is not
+/// there.
 [[nodiscard]] std::optional<std::string> findUnmet(
     DialogModel& dialog, Gestures& gestures, const AnswerAction& expect);
 

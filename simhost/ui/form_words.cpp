@@ -87,7 +87,7 @@ void translateForm(Form& form, std::string_view bytes, const std::string& fileNa
   const std::optional<std::wstring> text = brenvolt::fromUtf8Strict(bytes);
   if (!text) throw FormError(fileName + ": the file is not UTF-8");
   int number = 0;
-  std::optional<bool> isThisForm; // nothing ahead of the first form
+  std::optional<bool> isThisForm; // empty before the first form
   for (const std::wstring& whole : brenvolt::splitKeepingEmpty(*text, L'\n')) {
     ++number;
     const std::wstring line = brenvolt::trim(whole);

@@ -1,5 +1,5 @@
-// Reading of form files. Every member is checked, so that a slip in a form is told by the form and not by a flow that
-// misses a control.
+// Reads form files. Every member is checked, so that a mistake in a form is reported for the form and not by a flow
+// that misses a control.
 #include "simhost/ui/forms.h"
 
 #include "simhost/json/json_text.h"
@@ -32,7 +32,7 @@ constexpr KindName kindNames[] = {
     {"tree", ControlKind::tree}, {"grid", ControlKind::grid},   {"pages", ControlKind::pages},
 };
 
-/// A member that is true or false, and the kinds that have it; none stands for all.
+/// A boolean member, and the kinds that have it; none means all.
 struct FlagMember {
   const char* name;
   bool FormControl::*flag;
@@ -64,7 +64,7 @@ public:
       fail(std::string("invalid JSON: ") + error.what());
     }
     if (!file.is_object()) fail("must be an object");
-    // Where the controls stand is for a screen to read.
+    // The positions of the controls are read by a screen.
     allowMembers(file, {"$schema", "format", "version", "title", "controls", "layout"});
     if (file.value("format", json()) != std::string(formFormat))
       fail("\"format\" is not \"" + std::string(formFormat) + "\"");
@@ -107,7 +107,7 @@ private:
     if (role.empty()) fail("needs \"role\"");
     place_ += " (\"" + role + "\")";
     if (role == dialogRole) fail("this role is reserved for the dialog itself");
-    // A point and a stroke part the names of what stands on pages.
+    // A point and a slash separate the names of controls on pages.
     if (role.find_first_of("./") != std::string::npos) fail("a role must not contain \".\" or \"/\"");
     control.kind = kindOf(toUtf8(textOf(entry, "kind")));
     control.label = textOf(entry, "label");

@@ -1,5 +1,5 @@
-// Forms: which controls a dialog has, each with its role and kind, in tab order. They say nothing of layout: a screen
-// brings its own, found by the same roles, and the scripted windows need none.
+// Forms: the controls of a dialog, each with its role and kind, in tab order. They contain no layout: a screen has its
+// own, found by the same roles, and the scripted windows need none.
 #pragma once
 
 #include <filesystem>
@@ -21,7 +21,7 @@ enum class ControlKind { text, list, editableList, tick, radio, button, tree, gr
 /// The kind's name in form files.
 [[nodiscard]] std::string_view nameOf(ControlKind kind);
 
-/// How a control stands when the dialog opens.
+/// The state of a control when the dialog opens.
 struct FormControl {
   std::wstring role;
   ControlKind kind = ControlKind::text;
@@ -48,14 +48,14 @@ struct Form {
 inline constexpr std::string_view formFormat = "brenvolt-form";
 inline constexpr int formVersion = 1;
 
-/// Names in answers and recordings that no control may have: what is said of the dialog itself stands under it.
+/// Names in answers and recordings that no control may have: they are used for the dialog itself.
 inline constexpr std::string_view dialogRole = "dialog";
 
-/// Takes a form file apart; `fileName` is for messages. Throws FormError.
+/// Parses a form file; `fileName` is for messages. Throws FormError.
 [[nodiscard]] Form parseForm(std::string_view bytes, const std::string& name, const std::string& fileName);
 
-/// Reads the file of a form, `<folder>/<name>.json`, with its words in a language of two letters where there are some.
-/// Throws FormError, also when there is no such file.
+/// Reads the file of a form, `<folder>/<name>.json`, with its texts in a language of two letters, if they exist.
+/// Throws FormError, also when the file does not exist.
 [[nodiscard]] Form loadForm(
     const std::filesystem::path& folder, std::wstring_view name, const std::string& language = "en");
 

@@ -1,4 +1,4 @@
-// The rules of what a person can reach, and which event each gesture raises.
+// Defines what a user can reach, and which event each gesture raises.
 #include "simhost/ui/gestures.h"
 
 #include "simhost/ui/grid_model.h"

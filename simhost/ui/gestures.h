@@ -1,4 +1,4 @@
-// What a person can do to a dialog, with the events that follow from it. Each gesture answers why it cannot be done,
+// The gestures of a user in a dialog, with their events. Each gesture returns why it cannot be done,
 // or nothing when it was done; what cannot be done raises no event. Steps and screens go through the same gestures, so
 // both raise the same events.
 #pragma once
@@ -31,20 +31,21 @@ public:
 
   /// Moves the focus: a text field or an editable list that loses it is committed, an edited grid row too.
   [[nodiscard]] virtual Refusal focus(ControlModel& control);
-  /// The focus goes nowhere.
+  /// No control has the focus afterwards.
   virtual void leave();
 
   [[nodiscard]] virtual Refusal press(ControlModel& control);
   /// A button in the header of a group, from 0.
   [[nodiscard]] virtual Refusal pressInGroup(GroupModel& group, int button);
-  /// Does nothing when it stands so already.
+  /// Does nothing when it is in this state already.
   [[nodiscard]] virtual Refusal tick(ControlModel& control, bool isOn);
   /// Replaces the text of a field without leaving it.
   [[nodiscard]] virtual Refusal type(ControlModel& control, std::wstring_view text);
   /// Raises an event when the entry was not selected before.
   [[nodiscard]] virtual Refusal choose(ControlModel& control, int index);
 
-  /// In a field Enter commits and goes no further; in a grid it does nothing; elsewhere it presses the default button.
+  /// In a field Enter commits and does nothing else; in a grid it does nothing; elsewhere it presses the default
+  /// button.
   [[nodiscard]] virtual Refusal enter();
   /// On the selected tree item or list entry; in a grid it empties the cell that was clicked last.
   [[nodiscard]] virtual Refusal deleteKey();
@@ -58,16 +59,16 @@ public:
   /// Leaves the row that is being edited, selects the other one.
   [[nodiscard]] virtual Refusal selectRow(GridModel& grid, int row, int column);
   [[nodiscard]] virtual Refusal doubleClickRow(GridModel& grid, int row, int column);
-  /// Puts a text into a cell as its kind allows; the row stays in work until it is left. The row behind the last one
-  /// is the empty row for a new record. `answer` tells whether the dialog took the text.
+  /// Enters a text into a cell as its kind allows; the row is edited until the user leaves it. The row after the last
+  /// one is the empty row for a new record. `answer` says whether the dialog accepted the text.
   [[nodiscard]] virtual Refusal editCell(
       GridModel& grid, int row, int column, std::wstring_view text, CellAnswer& answer);
-  /// What the list of a drop-down cell offers now; asks the dialog when the cell has no choices of its own.
+  /// The present list of a drop-down cell; calls the dialog when the cell has no choices of its own.
   [[nodiscard]] std::vector<std::wstring> cellChoices(GridModel& grid, int row, int column);
 
-  /// Why a person cannot get at a control, nothing when he can.
+  /// Returns why a user cannot reach a control, nothing if it can be reached.
   [[nodiscard]] Refusal reach(const ControlModel& control) const;
-  /// The same, and the page that it stands on must not be locked.
+  /// The same, and its page must not be locked.
   [[nodiscard]] Refusal reachForChange(const ControlModel& control) const;
 
 protected:

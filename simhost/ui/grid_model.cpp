@@ -1,4 +1,4 @@
-// The cells of a grid, and how they are told in a recording.
+// The cells of a grid, and their format in a recording.
 #include "simhost/ui/grid_model.h"
 
 #include "simhost/ui/dialog_model.h"
@@ -18,7 +18,7 @@ using Json = nlohmann::ordered_json;
 
 namespace {
 
-/// A longer grid is told by its first rows, its last row and a sum over all cells.
+/// A longer grid is described by its first rows, its last row and a checksum over all cells.
 constexpr int mostRowsTold = 60;
 constexpr int firstRowsTold = 20;
 
@@ -196,7 +196,7 @@ void GridModel::describe(Json& shown) const {
   const bool isLong = count > mostRowsTold;
   shown["header"] = tell(0);
   shown["rowCount"] = count;
-  // An object and not a list: its rows keep their numbers when only changed ones are told.
+  // An object and not a list: its rows keep their numbers when only changed ones are written.
   Json rows = Json::object();
   for (int row = 1; row <= (isLong ? firstRowsTold : count); ++row)
     rows[std::to_string(row)] = tell(row);

@@ -1,4 +1,4 @@
-// A grid behind its control: cells, selection, and the row that is being edited.
+// The model of a grid: cells, selection, and the row that is being edited.
 #pragma once
 
 #include "simhost/ui/control_model.h"
@@ -47,16 +47,16 @@ public:
   /// Relative widths; empty fits each column to its texts.
   [[nodiscard]] const std::vector<int>& columnWidths() const { return columnWidths_; }
   [[nodiscard]] bool isDrawingLocked() const { return drawingLocks_ > 0; }
-  /// The row that the flow wants to be seen, told once; 0 for none.
+  /// The row that the flow scrolls to, returned once; 0 for none.
   [[nodiscard]] int takeScrollTarget() { return std::exchange(scrollTarget_, 0); }
-  /// The control that stands for the grid: its group, else itself.
+  /// The control that contains the grid: its group, else itself.
   [[nodiscard]] ControlModel& owner() const { return *owner_; }
 
-  /// The column of the cell that a person touched last.
+  /// The column of the cell that the user touched last.
   [[nodiscard]] int clickedColumn() const { return clickedColumn_; }
   void setClickedColumn(int column) { clickedColumn_ = column; }
 
-  /// The row that a person is editing, from the first touch of a cell until another row or control is touched.
+  /// The row that the user is editing, from the first touch of a cell until another row or control is touched.
   struct Edit {
     int row = 0;
     bool isNew = false;

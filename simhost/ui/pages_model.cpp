@@ -35,7 +35,7 @@ void GroupModel::SetButtons(const std::vector<KvUiGroupButton>& buttons) {
 
 void GroupModel::describe(Json& shown) const {
   grid_.describe(shown);
-  // Two columns under a title need no header, and most groups can be edited: only the exception is told.
+  // Two columns below a title need no header, and most groups are editable: only exceptions are written.
   shown.erase("header");
   shown.erase("editable");
   if (!grid_.IsEditable()) shown["editable"] = false;

@@ -1,4 +1,4 @@
-// Pages behind their place in a form, and the groups that stand on them.
+// The model of pages at a place in a form, and of the groups on them.
 #pragma once
 
 #include "simhost/ui/control_model.h"
@@ -30,7 +30,7 @@ class PagesModel final : public ModelOf<KvUiPages> {
 public:
   using ModelOf::ModelOf;
   int AddPage(int parent) override;
-  /// What stood on it can still be reached by whoever holds it, but no longer by its role.
+  /// Its controls can still be used by their holders, but no longer found by their roles.
   void RemovePage(int page) override;
   void ShowPage(int page) override;
   [[nodiscard]] int ShownPage() const override { return shown_; }

@@ -1,4 +1,4 @@
-// The recording of a run: steps in the order in which they came up, in the format of answer files.
+// The recording of a run: steps in the order in which they occurred, in the format of answer files.
 #pragma once
 
 #include "simhost/ui/session_file.h"
@@ -13,7 +13,7 @@
 
 namespace simhost {
 
-/// How a recording tells what a question shows.
+/// The recorded form of a question.
 [[nodiscard]] nlohmann::ordered_json shownOf(const TaskQuestion& question);
 [[nodiscard]] nlohmann::ordered_json shownOf(const FileQuestion& question);
 
@@ -26,9 +26,9 @@ public:
 
   /// What is run: with it the recording is a session. Its paths must lead from the folder of the recording.
   void setRun(const SessionRun& run);
-  /// Notes what is shown, and answers the number of the step.
+  /// Records what is shown, and returns the number of the step.
   std::size_t begin(std::string_view dialog, Json shown);
-  /// What is only shown: nobody answers it.
+  /// Records what is only shown and needs no answer.
   void note(std::string_view dialog, Json shown);
   /// More of a step after another one came between.
   std::size_t resume(std::string_view dialog);
@@ -38,12 +38,12 @@ public:
   [[nodiscard]] std::string text() const;
 
 private:
-  // Behind pointers: who includes this need not know the library.
+  // As pointers: files that include this need not include the library.
   std::unique_ptr<Json> run_;
   std::unique_ptr<Json> steps_;
 };
 
-/// The steps of one dialog. What other dialogs ask in between parts them, so that a recording reads in the order of
+/// The steps of one dialog. Questions of other dialogs in between divide them, so that a recording is in the order of
 /// what happened.
 class DialogRecord final {
 public:
@@ -51,7 +51,7 @@ public:
 
   DialogRecord(Recorder& recorder, std::string dialog) : recorder_(recorder), dialog_(std::move(dialog)) {}
 
-  /// When the dialog comes up.
+  /// Called when the dialog opens.
   void open(Json shown);
   void addAction(Json action);
   /// Puts another action in the place of the last one, which keeps what followed from it. False when a step of another

@@ -1,4 +1,4 @@
-// A dialog that a script answers: its steps do what a person would do, and nothing that a person could not.
+// A dialog that a script answers: its steps can do what a user can do, and nothing else.
 #pragma once
 
 #include "simhost/ui/dialog_script.h"

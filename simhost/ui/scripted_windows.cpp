@@ -32,7 +32,7 @@ struct NamedText {
   std::wstring text;
 };
 
-/// Why a question does not say what an "expect" wants, nothing when it does.
+/// Why a question does not match an "expect", nothing when it matches.
 std::optional<std::string> unmetText(const AnswerAction& expect, const std::vector<NamedText>& texts) {
   for (const Expectation& expected : expect.expected) {
     const auto row = std::find_if(

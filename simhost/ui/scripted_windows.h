@@ -1,6 +1,6 @@
-// The window system without a screen: answers come from the steps of an answer file in their order, and every
-// question, what it showed and how it was answered is recorded. There is no silent default: a question that the next
-// step does not answer ends the run.
+// The window system without a screen: the steps of an answer file are used in order, and every question, its display
+// and its answer is recorded. There is no silent default: a question that the next step does not answer ends the
+// run.
 #pragma once
 
 #include "simhost/ui/recorder.h"
@@ -14,7 +14,7 @@ namespace simhost {
 
 class ScriptedWindows final : public AnsweredWindows {
 public:
-  /// No steps: every question is without an answer. `source` names the steps in messages.
+  /// No steps: no question has an answer. `source` names the steps in messages.
   explicit ScriptedWindows(std::vector<AnswerStep> steps = {}, std::string source = "no answer file");
   ~ScriptedWindows() override;
 

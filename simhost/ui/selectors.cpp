@@ -1,4 +1,4 @@
-// How an answer file names parts of a dialog.
+// The names of a dialog's parts in answer files.
 #include "simhost/ui/selectors.h"
 
 #include "simhost/ui/pages_model.h"

@@ -17,7 +17,7 @@ namespace simhost {
 /// The grid of the control, also a group's. Null when it has none.
 [[nodiscard]] GridModel* gridOf(ControlModel& control);
 [[nodiscard]] int findColumn(const GridModel& grid, const ColumnChoice& column);
-/// A text finds the row that begins with it, in the row head or, when no row head has it, in the column behind.
+/// A text finds the row that begins with it, in the row head or, when no row head has it, in the next column.
 [[nodiscard]] int findRow(const GridModel& grid, const RowChoice& row);
 [[nodiscard]] int findItem(const TreeModel& tree, const std::vector<PathPart>& path);
 

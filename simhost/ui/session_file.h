@@ -1,5 +1,5 @@
-// What a session file holds beside its answers: what has to be run, so that the session can be repeated by whoever has
-// the site.
+// The part of a session file in addition to its answers: what has to be run, so that anyone with the site can repeat
+// the session.
 #pragma once
 
 #include <nlohmann/json_fwd.hpp>
@@ -11,7 +11,7 @@
 
 namespace simhost {
 
-/// One thing that was done at the host: LISP, or what a person does with the drawing as a whole.
+/// One command at the host: LISP, or an action of the user with the whole drawing.
 struct SessionCommand {
   enum class Kind { lisp, undo, redo, open, project };
   enum class End { done, cancelled, failed };
@@ -21,17 +21,17 @@ struct SessionCommand {
       file{}; ///< of `open`: empty for a new drawing; of `project`: empty when it is closed; in a file relative
               ///< to its folder
   End end = End::done; ///< how the last form ended
-  std::string fault{}; ///< what was told then; for who reads the file
+  std::string fault{}; ///< the reported message; for readers of the file
 };
 
-/// The member "run" of an answer file. It names LISP forms, or commands as a recording tells them, or a circuit of the
+/// The member "run" of an answer file. It contains LISP forms, or commands as in a recording, or a circuit of the
 /// workbook, which is then built with the configuration dialog.
 struct SessionRun {
   std::vector<std::string> forms;       ///< run in their order after the site's LISP, each a command
   std::vector<SessionCommand> commands; ///< done in their order after the site's LISP
   std::string circuit;
   std::string type;
-  std::vector<double> at = {0.0, 0.0}; ///< where the circuit's template goes: x, y
+  std::vector<double> at = {0.0, 0.0}; ///< position of the circuit's template: x, y
   std::string history;                 ///< a saved configuration to take over
   std::string preset;                  ///< the fields of a rebuild, as `draw` takes them
   std::string params;

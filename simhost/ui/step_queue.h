@@ -1,5 +1,5 @@
-// The steps of an answer file while they are used up, and why they cannot go on. Whoever asks takes his step here,
-// whether the answer is given without a screen or in real windows.
+// The steps of an answer file while they are used up, and why they cannot continue. All window systems take their
+// steps here, without a screen or with real windows.
 #pragma once
 
 #include "simhost/ui/answers.h"
@@ -12,14 +12,14 @@
 
 namespace simhost {
 
-/// A window system whose user is an answer file.
+/// A window system answered by an answer file.
 class AnsweredWindows : public WindowSystem {
 public:
-  /// How many steps nothing has asked for yet.
+  /// The number of steps that were not used yet.
   [[nodiscard]] virtual std::size_t unusedSteps() const = 0;
   /// Makes the recording a session.
   virtual void setRun(const SessionRun& run) = 0;
-  /// All that was asked, shown and answered so far as the text of an answer file.
+  /// All questions, displays and answers so far as the text of an answer file.
   [[nodiscard]] virtual std::string recording() const = 0;
 };
 
@@ -29,7 +29,7 @@ public:
   StepQueue(std::vector<AnswerStep> steps, std::string source);
 
   /// The next step when it answers this dialog; null, with the reason in `failure`, when it does not. `says` is the
-  /// text of a question that stays without an answer.
+  /// text of a question without an answer.
   const AnswerStep* take(std::string_view dialog, std::string_view says = {});
   /// The same for a dialog that stays open over many steps; `last` is the one that it had before, null at first.
   const AnswerStep* takeNext(const std::string& dialog, const AnswerStep* last);

@@ -1,4 +1,4 @@
-// A tree of items behind its control.
+// The model of a tree of items.
 #pragma once
 
 #include "simhost/ui/control_model.h"
@@ -14,7 +14,7 @@ class TreeModel final : public ModelOf<KvUiTree> {
 public:
   TreeModel(DialogModel& dialog, FormControl form);
   int Insert(int parent, std::wstring_view text, int image, int data) override;
-  /// When the selection goes with it nothing is selected, and no event is raised.
+  /// When the selected item is removed, nothing is selected and no event is raised.
   void Remove(int item) override;
   void Clear() override;
   [[nodiscard]] int Data(int item) const override;
@@ -27,14 +27,14 @@ public:
   void Select(int item) override;
   [[nodiscard]] int Selected() const override { return selected_; }
   void Expand(int item) override;
-  /// The items that the flow wants to be seen unfolded, told once. What is folded else is up to the person.
+  /// The items that the flow wants to show unfolded, returned once. The user decides about all others.
   [[nodiscard]] std::vector<int> takeExpanded() { return std::exchange(expanded_, {}); }
 
   /// Below `parent` (0: the root), in order.
   [[nodiscard]] const std::vector<int>& children(int parent) const;
   /// The texts from the root to the item.
   [[nodiscard]] std::vector<std::wstring> path(int item) const;
-  /// One line an item, two blanks a level, with the image behind when there is one.
+  /// One line per item, indented by two blanks per depth, followed by the image if there is one.
   [[nodiscard]] std::vector<std::string> outline() const;
 
 private:
@@ -49,7 +49,7 @@ private:
   void drop(int item);
   void describe(nlohmann::ordered_json& shown) const override;
 
-  std::map<int, Item> items_; ///< 0 is the root, which nobody sees
+  std::map<int, Item> items_; ///< 0 is the invisible root
   int lastId_ = 0;
   int selected_ = 0;
   std::vector<int> expanded_;

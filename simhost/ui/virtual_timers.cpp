@@ -1,4 +1,4 @@
-// Time for timers, as told.
+// Time for timers, advanced by the caller.
 #include "simhost/ui/virtual_timers.h"
 
 #include <algorithm>
@@ -7,7 +7,7 @@ namespace simhost {
 
 namespace {
 
-/// A flow that needs more than this while nobody does anything hangs.
+/// A flow that needs more than this without an action of the user hangs.
 constexpr int mostFirings = 100000;
 
 } // namespace

@@ -1,4 +1,4 @@
-// Timers without a clock: time passes only when a step says so, and timers fire in the order in which they are due.
+// Timers without a clock: time passes only when a step advances it, and timers fire in the order in which they expire.
 #pragma once
 
 #include <cstdint>
@@ -10,12 +10,12 @@ namespace simhost {
 
 class VirtualTimers final {
 public:
-  /// Repeats until killed. A running timer starts anew; a period below one millisecond counts as one.
+  /// Repeats until killed. Restarts a running timer; a period below one millisecond counts as one.
   void start(int timer, int milliseconds);
   void kill(int timer);
 
-  /// Lets this much time pass. `fire` may start and kill timers; false from it ends the time at once.
-  /// False when the timers cannot come to rest: too many firings for the time.
+  /// Advances the time. `fire` may start and kill timers; if it returns false, the advance ends. Returns false when
+  /// the timers do not stop: too many firings for the time.
   [[nodiscard]] bool pass(std::int64_t milliseconds, const std::function<bool(int timer)>& fire);
   /// Until each timer that runs now has been due once, 0 when none runs.
   [[nodiscard]] std::int64_t untilAllDue() const;

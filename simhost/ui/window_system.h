@@ -1,5 +1,5 @@
-// What the host asks of a window system: questions to the user, dialogs, prompts, and what is only shown. One
-// implementation answers from a file, another one from a screen; nobody above knows which one runs.
+// What the host needs from a window system: questions to the user, dialogs, prompts and messages. One implementation
+// answers from a file, another one from a screen; the code above does not know which one runs.
 #pragma once
 
 #include "host/host_api_database.h"
@@ -45,7 +45,7 @@ struct TaskAnswer {
   bool hideForGood = false;
 };
 
-/// What the user did when asked for one entity.
+/// The user's answer to a request for one entity.
 struct EntityPick {
   enum class Kind { entity, nothing, cancelled };
   Kind kind = Kind::cancelled;
@@ -53,7 +53,7 @@ struct EntityPick {
   KvPoint3d point;
 };
 
-/// The host's dialog for file names, as its caller wants it.
+/// The host's dialog for file names, as requested by its caller.
 struct FileQuestion {
   bool isSave = false;
   std::wstring defaultExtension;
@@ -69,9 +69,9 @@ struct FileAnswer {
   int type = 1;
 };
 
-/// What the flow behind a file dialog wants to know while it is open.
+/// The events of an open file dialog for its flow.
 struct FileEvents {
-  std::function<std::wstring(int type, const std::wstring& path)> typeChanged; ///< answers the new path
+  std::function<std::wstring(int type, const std::wstring& path)> typeChanged; ///< returns the new path
   std::function<bool(const FileAnswer&)> accept; ///< false leaves the dialog open
 };
 
@@ -117,7 +117,7 @@ public:
   [[nodiscard]] virtual std::unique_ptr<DialogWindow> openDialog(
       const std::wstring& form, CKvUiDialog& dialog) = 0;
 
-  /// Shown and taken note of; false when the system has no screen, so that the text goes to the command line.
+  /// Shown and recorded; false when the system has no screen, so that the text is printed on the command line.
   virtual bool showMessage(const std::wstring& text) = 0;
   virtual bool showHelp(const std::wstring& topic) = 0;
 
@@ -136,11 +136,11 @@ public:
   [[nodiscard]] virtual bool hasLeft() const { return false; }
   /// A question is open: no other command may begin.
   [[nodiscard]] virtual bool isBusy() const { return false; }
-  /// At the start of a new run: forgets how the former one ended, as far as another one can run behind it.
+  /// At the start of a new run: forgets how the previous one ended, if another one can follow.
   virtual void beginRun() {}
 
-  /// Why the run cannot go on: a question that nobody can answer. Empty while all is well. Every later question is
-  /// answered with a cancel at once, so that what is open ends soon.
+  /// Why the run cannot continue: a question without an answer. Empty otherwise. Every later question is cancelled at
+  /// once, so that everything open ends soon.
   [[nodiscard]] virtual const std::wstring& failure() const = 0;
 
 private:

@@ -1,10 +1,10 @@
 ; Placing a circuit as the parent product does: select, insert the template, build.
 
-; What a build gets to know of the drawing ahead of the insertion: last entity, undo position.
+; The state of the drawing before the insertion, for a build: last entity, undo position.
 (defun site-last-handle () (if (entity-last) (entity-handle (entity-last)) ""))
 
 ; Inserts a template at the point and builds the circuit in it. `args` is the list for zan_bv_build_circuit. A direct
-; build that answers nil takes the drawing back to where it stood; the value is the build's.
+; build that returns nil undoes the drawing to its former state; the value is the build's.
 (defun site-insert-and-build (template args point)
   (let ((start (undo-count)) (before (site-last-handle)))
     (need-project)
@@ -42,13 +42,13 @@
   (let ((answer (zan_bv_select_circuit)))
     (when answer (site-place answer point))))
 
-; Places what zan_bv_select_circuit answered: its presets and the circuit that is taken over count.
+; Places the result of zan_bv_select_circuit, with its presets and the circuit that is taken over.
 (defun site-place (answer point)
   (let ((site-presets (third answer)) (site-takes-over (nth 3 answer)))
     (site-insert-and-build (first answer) (append (second answer) (takeover-fields (nth 3 answer))) point)))
 
 ; The last four arguments of a build that takes over a circuit of the project: (flag drawing handle circuit params
-; wires codes). Without the flag its parts stay behind, which are found by the drawing.
+; wires codes). Without the flag its parts, which are found by the drawing, are not taken over.
 (defun takeover-fields (existing)
   (when existing
     (list (nth 6 existing) (nth 4 existing) (if (string=? (first existing) "1") (nth 1 existing) "")

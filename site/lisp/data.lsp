@@ -1,4 +1,4 @@
-; Reading what the plug-in hands to forms: #data, #data2 and MISC1.
+; Reading the data that the plug-in passes to forms: #data, #data2 and MISC1.
 ;
 ; #data is nil, or a list: first what the motor or load page says (type, load, units, voltage, phase, frequency,
 ; speed, current, multiplier, wire choices, ..., row code), then the wires ((size layer flag) ...), flag 3 for the
@@ -23,17 +23,17 @@
                   (some (lambda (place) (not (string=? (site-text (nth place part)) ""))) '(1 2 3))))
            (nthcdr 2 data)))
 
-; What auto-sizing says of a component: (code description value rating default). A value of 0 stands for a kind of load
-; that the tables do not size; the rating beside it means nothing.
+; The result of auto-sizing for a component: (code description value rating default). A value of 0 means a kind of load
+; that the tables do not size; the rating is then meaningless.
 (defun sized (data2 code)
   (let ((row (assoc code data2))) (if (and row (plusp (nth 2 row))) row nil)))
-; Without a leading "NEMA ", for which the lines leave no room.
+; Without a leading "NEMA ", for which the lines have no room.
 (defun sized-rating (data2 code)
   (let ((rating (site-text (nth 3 (sized data2 code)))))
     (if (eql 0 (string-search "NEMA " rating)) (substring rating 5) rating)))
 (defun sized-part (data2 code) (site-text (nth 4 (sized data2 code))))
 
-; "10 HP", or "" when nobody chose a motor.
+; "10 HP", or "" when no motor was chosen.
 (defun data-power (data)
   (if (string=? (data-text data 1) "") "" (string-append (data-text data 1) " " (data-text data 2))))
 

@@ -1,8 +1,8 @@
-; Edit wire size: the plug-in answers a size, and here it is applied to the circuit in the drawing.
+; Edit wire size: the plug-in returns a size, which is applied here to the circuit in the drawing.
 
-; Asks for a placed motor, load or device, or takes the one that is given, and for its wire size. The wires, the record
-; of the circuit and the proposed ratings on its line follow, as one step. The answer is a line that says what has
-; changed, nil when the user leaves.
+; Asks for a placed motor, load or device, or takes the given one, and for its wire size. The wires, the record of the
+; circuit and the proposed ratings in its line are updated as one step. Returns a line that reports the changes, nil
+; when the user cancels.
 (defun site-edit-wire-size (&optional entity)
   (let ((answer (if (and entity (entity-data entity "ORL_QN_BV_CIRCPARAMS"))
                   (zan_bv_edit_wiresize entity)
@@ -55,7 +55,7 @@
     (if at
       (wire-layer (string-append (substring layer 0 at) size (substring layer (+ at (string-length former)))))
       layer)))
-; What stands behind the colour in a wire layer's name.
+; The part of a wire layer's name after the colour.
 (defun layer-size (layer) (let ((parts (string-split layer "_"))) (if (cdr parts) (cadr parts) "")))
 
 ; Wires
@@ -66,7 +66,7 @@
                  (entities-in-space)))
 (defun ends-of (wire) (list (entity-get wire 'from) (entity-get wire 'to)))
 
-; The symbol's own room, where its wires end: 40 to the right, 40 down.
+; The area of the symbol, where its wires end: 40 to the right, 40 down.
 (defun at-symbol? (point symbol)
   (let* ((scale (or (entity-get symbol 'scale) 1.0)) (position (entity-get symbol 'position))
          (x (- (car point) (car position))) (y (- (cadr point) (cadr position))))
@@ -81,8 +81,8 @@
         (setq found (cons (entity-get wire 'layer) found))))
     found))
 
-; The wires of these layers that lead to the motor or load: through symbols, which cut them, and over junctions. Where
-; that comes to another motor or load, the lines behind the junctions are shared, and another size is not theirs.
+; The wires of these layers that lead to the motor or load: through symbols, which cut them, and over junctions. If
+; they also reach another motor or load, the lines after the junctions are shared and keep their size.
 (defun circuit-wires (entity layers)
   (let* ((lines (lines-on layers)) (all (connected-wires entity lines T)))
     (if (some (lambda (other) (some (lambda (wire) (wire-at-symbol? wire other)) all)) (other-controls entity))
@@ -135,11 +135,11 @@
              (some (lambda (wire) (some (lambda (point) (same-point? point side)) (ends-of wire))) wires))))
     (entities-in-space)))
 
-; Codes of auto-sizing by the family of a component. Which kind of fuse stands there its symbol does not tell.
+; Codes of auto-sizing by the family of a component. The symbol does not say which kind of fuse it is.
 (setq site-rating-codes '(("CB" "BREAKER") ("DS" "DISC") ("MS" "CONTACTOR") ("OL" "OVERLOAD")))
 
-; A component without a chosen part takes the rating that is proposed now; one with a part keeps it, and the proposal is
-; told where it differs.
+; A component without a chosen part takes the rating that is proposed now; one with a part keeps it, and a different
+; proposal is reported.
 (defun apply-ratings (components ratings)
   (remove-if 'null
     (mapcar (lambda (symbol)

@@ -1,6 +1,6 @@
-; The functions that forms of the workbook name. Each gets the marker's place and the component scale, then what the
-; workbook writes behind them. Where a function takes data and data2, they are #data and #data2. They answer T, or 2
-; when they have inserted a template that has markers of its own.
+; The functions that forms of the workbook call. Each gets the marker's position and the component scale, then the
+; values in the workbook. Where a function takes data and data2, they are #data and #data2. They return T, or 2 when
+; they have inserted a template with its own markers.
 
 ; Texts
 
@@ -10,7 +10,7 @@
 
 ; A motor's or load's data below the title, when there is any.
 (defun site_motor_data (xyz scl data)
-  ; A saved configuration brings its current without a lookup, and parts go by it.
+  ; A saved configuration has its current without a lookup, and parts are selected by it.
   (when (string->number (data-text data 7)) (setq site-current (string->number (data-text data 7))))
   (unless (string=? (data-power data) "")
     (draw-text xyz (string-append (string-upcase (data-text data 0)) "  " (data-power data) "  " (data-supply data))
@@ -56,7 +56,7 @@
   (place-symbol "ZGROUND" xyz scl '(("DESC1" . "PE")))
   T)
 
-; MISC1 holds what stands behind the circuit's number.
+; MISC1 contains the text after the circuit's number.
 (defun site_wire_number (xyz scl misc1)
   (place-symbol "ZWIRENO" xyz scl (list (cons "WIRENO" (control-number (site-text misc1)))))
   T)
@@ -98,7 +98,7 @@
                           (list (cons "TAG1" (tag-before "FU")) (cons "RATING1" rating))))
   T)
 
-; Fuses behind a switch, 20 to the right of it. The kind of fuse is its code in auto-sizing.
+; Fuses after a switch, 20 to the right of it. The kind of fuse is its code in auto-sizing.
 (defun site_fuses (xyz scl poles kind data data2 &optional motor)
   (place-in-wires (pole-name "ZFUSE" poles) (offset xyz (* scl 20) 0) scl poles lead
                   (cons (cons "TAG1" (tag-before "FU" motor)) (part-texts data data2 "FU" kind)))
@@ -167,7 +167,7 @@
 (defun control-voltages (data) (if (string=? (data-text data 3) "400") "400-230 V" "480-120 V"))
 
 ; The control transformer with its fuses. It is fed from the first and second line above it: rise-1 and rise-2 are
-; how far they lie above the marker. Its secondary feeds the rails, left and right of it at 50 and 60.
+; their distances above the marker. Its secondary feeds the rails, left and right of it at 50 and 60.
 (defun site_control_transformer (xyz scl rise-1 rise-2 data)
   (let ((at (lambda (x y) (offset xyz (* scl x) (* scl y)))))
     (control-wire (funcall at -12 rise-1) (funcall at -12 0))
@@ -202,7 +202,7 @@
     (draw-text (funcall at 17 -9.8) right (* 2.2 scl) "DESCRIPTIONS" 'right))
   T)
 
-; A device in a rung, dx and dy from the marker: symbol, tag behind the circuit's number, description.
+; A device in a rung, dx and dy from the marker: symbol, tag after the circuit's number, description.
 (defun site_device (xyz scl dx dy symbol name description)
   (place-in-wires symbol (offset xyz (* scl dx) (* scl dy)) scl 1 lead
     (list (cons "TAG1" (tag-behind name)) (cons "DESC1" description)))
@@ -217,7 +217,7 @@
   (draw-path xyz scl steps (wire-layer site-control-layer))
   T)
 
-; A contact of a contactor around a button that stands dx from the marker: 12 below it, 10 to both sides.
+; A contact of a contactor around a button at dx from the marker: 12 below it, 10 to both sides.
 (defun site_seal_in (xyz scl dx dy name)
   (site_control_path xyz scl (list (- dx 10) dy (- dx 10) (- dy 12) (+ dx 10) (- dy 12) (+ dx 10) dy))
   (site_dot xyz scl (- dx 10) dy)
@@ -226,7 +226,7 @@
 
 ; Templates in templates
 
-; Inserts a template at the marker. The answer 2 tells the build to look for its markers.
+; Inserts a template at the marker. The value 2 makes the build search for its markers.
 (defun site_nested (xyz scl template)
   (insert-drawing (site-template template) xyz scl)
   2)

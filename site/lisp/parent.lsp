@@ -15,12 +15,12 @@
 
 (defun site-expose (names) (mapc (lambda (name) (vz-korvo-defun name)) names))
 
-; The 3 asks for the support path, the only place that this site has.
+; The 3 means the support path, the only place of this site.
 (defun c:zan_find_file (name where) (find-file name))
 
 (defun zan_get_active_dwg_wiretype () (wire-layers))
 
-; One pair (code . value) for each setting; the one at position 24 tells whether wires of the layer carry numbers.
+; One pair (code . value) for each setting; the one at position 24 says whether wires of the layer carry numbers.
 (defun zan_get_activedrawing_wiretype_settings (layer) (wire-layer-settings layer))
 
 (defun qn_mdb_proj_dbfnam (&optional project) site-project-database)

@@ -35,7 +35,7 @@
 
 (setq site-current nil) ; of the motor or load that was looked up or inserted last in this circuit; nil for none
 
-; The plug-in's lookups, with a look at the current on the way: the answers are theirs.
+; The plug-in's lookups, which also remember the current; the results are theirs.
 (defun site_motor_lookup (&rest args) (note-current (apply 'zan_bv_motor_select args) 7))
 (defun site_load_lookup (&rest args) (note-current (apply 'zan_bv_power_feed_select args) 6))
 (defun note-current (answer place)
@@ -45,10 +45,10 @@
 (defun site_wire_lookup (fla) (setq site-current fla) (zan_bv_wire_select))
 (defun site_feed_wire_lookup (fla) (setq site-current fla) (zan_bv_pf_wire_select))
 
-; A part out of a table: (manufacturer catalogue-number assembly type ratings ...). While the host has the editor, the
-; user may pick a component whose rating the part shall have; a pick of nothing goes by the current of the motor. A
-; manufacturer that stands in the group already is kept. Nil when no part is large enough, or when nothing tells how
-; large it has to be: a part for no current would be too small for any motor.
+; A part from a table: (manufacturer catalogue-number assembly type ratings ...). While the host has the editor, the
+; user may pick a component whose rating the part shall have; a pick of nothing uses the current of the motor. An
+; existing manufacturer of the group is kept. Nil when no part is large enough, or when the required size is unknown: a
+; part for no current would be too small for any motor.
 (defun site_part_lookup (table mfg cat asm)
   (let* ((picked (pick-entity "Component with the rating of the part, Enter for the motor's: "))
          (wanted (if picked (entity-rating (car picked)) (motor-rating table)))

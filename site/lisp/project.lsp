@@ -1,6 +1,6 @@
-; The rows of the project's database follow the drawing: a row is there as long as its component or motor is, and says
-; what they say. So an undo, an erased circuit and a drawing that is left unsaved take their rows with them, and a redo
-; brings them back.
+; The rows of the project's database follow the drawing: a row exists as long as its component or motor, and has the
+; same values. So an undo, an erased circuit and a drawing closed without saving remove their rows, and a redo restores
+; them.
 
 ; The index of the drawing in the project, by which its rows differ from those of other drawings with the same handles.
 ; A drawing gets it with its first circuit in the project and keeps it as its variable SITE_DWGIX. Drawings of an earlier
@@ -62,8 +62,8 @@
 
 ; Rows that were written or found for this drawing:
 ;   (table handle look columns values is-in-project drawn saved)
-; The look tells the entity from another one that gets its handle later. `drawn` is what the entity said when the values
-; were last made from it, and `saved` the values of the row when the drawing was saved, nil for none.
+; The look distinguishes the entity from another one that gets its handle later. `drawn` is the entity's data when the
+; values were last made from it, and `saved` the values of the row when the drawing was saved, nil for none.
 (setq site-rows nil site-rows-project nil)
 
 (setq site-row-tables '("BRENVOLT" "COMP" "TERMS"))
@@ -95,8 +95,8 @@
       (mapcar (lambda (pair) (cons (car pair) (site-text (cdr (assoc (cdr pair) texts)))))
               (cdr (assoc table site-drawn-columns))))))
 
-; A row of an entity, in place of an earlier one of the same table: what the drawing does not tell is given. It is
-; written by the next site-sync-records.
+; A row of an entity, in place of an earlier one of the same table: what the drawing does not contain is passed here.
+; It is written by the next site-sync-records.
 (defun remember-row (entity table columns values)
   (let* ((handle (entity-handle entity)) (drawn (drawn-values table entity))
          (is-same (lambda (row) (and (string=? (first row) table) (string=? (second row) handle))))
@@ -106,7 +106,7 @@
                   (append values (mapcar 'cdr drawn)) nil drawn (row-saved former))
             (remove-if is-same site-rows)))))
 
-; What the project knows of this drawing. Rows whose entities are not in the drawing are somebody else's.
+; The project's rows of this drawing. Rows whose entities are not in the drawing belong to other drawings.
 (defun read-project-rows ()
   (unless (equal site-rows-project site-project-database)
     (setq site-rows-project site-project-database
@@ -126,7 +126,7 @@
                            rows)))))
     rows))
 
-; Makes the project's rows those of the drawing as it stands, all or none. The host calls it when the drawing has changed,
+; Makes the project's rows those of the present drawing, all or none. The host calls it when the drawing has changed,
 ; so a project that cannot be written now is written then.
 (defun site-sync-records () (write-project-rows 'row-as-drawn))
 (defun row-as-drawn (row)
@@ -140,7 +140,7 @@
   (mapcar (lambda (column value) (let ((pair (assoc column drawn))) (if pair (cdr pair) value)))
           (nth 3 row) (row-values row)))
 
-; The drawing has been opened or saved: what stands in it now is what stays if it is left unsaved later.
+; Called when the drawing was opened or saved: its present rows stay if it is closed without saving later.
 (defun site-records-saved ()
   (when (site-sync-records)
     (setq site-rows
@@ -177,7 +177,7 @@
 (defun sql-text (value)
   (if value (string-append "'" (string-join (string-split value "'") "''") "'") "NULL"))
 
-; A project that cannot be written is told before anything is drawn or saved for it.
+; A project that cannot be written is reported before anything is drawn or saved for it.
 (defun need-project ()
   (when site-project-database
     (sql-execute site-project-database nil)

@@ -1,9 +1,9 @@
-; What a placed circuit leaves behind: entity data on its motor or load, and rows in the project's database.
+; The records of a placed circuit: entity data on its motor or load, and rows in the project's database.
 
 (setq GBL_qn_bv_marker_data nil)
 
-; 31 fields between ";". An empty field is written as a blank: a reader that cuts at ";" would lose it. Of a motor or
-; load that nobody chose, only `control` is told, which says what it is.
+; 31 fields between ";". An empty field is written as a blank: a reader that splits at ";" would lose it. Of a motor or
+; load that was not chosen, only `control` is written, which names the kind.
 (defun params-text (data control)
   (let ((fields nil) (is-chosen (not (string=? (data-text data 0) ""))))
     (dotimes (index 31)
@@ -11,8 +11,8 @@
         (setq fields (cons (if (string=? text "") " " text) fields))))
     (string-join (reverse fields) ";")))
 
-; ("10AWG" "BLK_10AWG" "1")("8AWG" "GRN_8AWG" "3"). The grounding conductor stands last: ahead of the others it would
-; hide them from the reader.
+; ("10AWG" "BLK_10AWG" "1")("8AWG" "GRN_8AWG" "3"). The grounding conductor is last: before the others it would hide
+; them from the reader.
 (defun wires-text (data)
   (let* ((wires (remove-if (lambda (row) (string=? (site-text (nth 0 row)) "")) (data-wires data)))
          (rows (append (remove-if 'ground-row? wires) (remove-if-not 'ground-row? wires))))
@@ -32,14 +32,14 @@
   (entity-data-set! entity "ORL_QN_BV_CIRCPARAMS" (params-text data control))
   (entity-data-set! entity "ORL_QN_BV_CIRCPARAMS2" (wires-text data)))
 
-; A component of the circuit at work remembers its marker's CODE, and the catalogue table that its part is from ("" for
-; none), until the circuit is finished. In the drawing, so that an undo on the way takes it back with the component.
+; A component of the current circuit remembers its marker's CODE, and the catalogue table of its part ("" for none),
+; until the circuit is finished. In the drawing, so that an undo removes it with the component.
 (defun note-component (symbol table)
   (entity-data-set! symbol "SITE_BUILD" (list (or (marker-code) "") table)))
 
-; The end of a circuit, told by what stands in the drawing behind the entities before it. Of several motors, the first
-; one stands for the circuit: a build that takes the circuit over hands its data to the first motor. A circuit without
-; motor or load, and a project without a database, keep no records.
+; The end of a circuit, derived from the entities in the drawing after the previous ones. Of several motors, the first
+; one represents the circuit: a build that takes the circuit over passes its data to the first motor. A circuit without
+; motor or load, and a project without a database, have no records.
 (defun record-circuit (template args before)
   (let* ((made (entities-since before))
          (components (remove-if-not (lambda (entity) (entity-data entity "SITE_BUILD")) made))
@@ -54,7 +54,7 @@
       (mapc 'record-component components)
       (site-sync-records))))
 
-; The entities behind the one of this handle; all of the space for "" and for one that is gone.
+; The entities after the one with this handle; all of the space for "" and for one that is gone.
 (defun entities-since (handle)
   (let ((rest-entities (entities-in-space)) (found nil))
     (while (and rest-entities (not found))
@@ -75,9 +75,9 @@
     (string-join (mapcar (lambda (field) (string-trim " " field)) (string-split text ";")) "\";\"")
     "\""))
 
-; CODE[=HANDLE]=1,2;CODE=3: the presets of a build that takes the circuit over. A CODE stands once for each component
-; that its markers placed with a part of the catalogue, in the order of the worksheet's tables: whoever takes the circuit
-; over finds the parts of all of them. Where none has a part, it stands once, with its first component if there is one.
+; CODE[=HANDLE]=1,2;CODE=3: the presets of a build that takes the circuit over. A CODE is repeated for each component
+; that its markers placed with a part of the catalogue, in the order of the worksheet's tables, so that the parts of
+; all of them are found. Where none has a part, it occurs once, with its first component if there is one.
 (defun codes-text (components)
   (string-join (apply 'append (mapcar (lambda (row) (code-texts row components)) site-saved-codes)) ";"))
 (defun code-texts (row components)
@@ -90,7 +90,7 @@
                              "=" (site-text (nth 2 row))))
             told)))
 
-; The CODE of the marker whose form is at work; nil outside a build.
+; The CODE of the marker whose form is running; nil outside a build.
 (defun marker-code ()
   (let* ((handle (nth (or (car GBL_qn_bv_marker_data) 0) (cadr GBL_qn_bv_marker_data)))
          (marker (and handle (handle->entity handle))))

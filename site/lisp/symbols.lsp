@@ -62,7 +62,7 @@
               (fill-attributes symbol (list (cons (second preset) (third preset))))))
           site-presets)))
 
-; A symbol in horizontal wires: each of its poles cuts the wire that it stands on.
+; A symbol in horizontal wires: each of its poles cuts the wire at its position.
 (defun place-in-wires (name point scale poles half-width texts)
   (dotimes (pole poles)
     (let ((y (- (* scale pole pole-distance))) (x (* scale half-width)))
@@ -71,7 +71,7 @@
 
 (defun pole-name (name poles) (string-append name (number->string poles)))
 
-; The number of the circuit at work on the drawing; tags and wire numbers begin with it.
+; The number of the current circuit in the drawing; tags and wire numbers begin with it.
 (defun circuit-number () (or (get-variable "SITE_CIRCUIT") 1))
 (defun next-circuit () (set-variable "SITE_CIRCUIT" (+ 1 (or (get-variable "SITE_CIRCUIT") 0))))
 
@@ -94,7 +94,7 @@
 (defun list-text (variable) (or (get-variable variable) ""))
 (defun list-place () (list (cons "INST" (list-text "SITE_INST")) (cons "LOC" (list-text "SITE_LOC"))))
 
-; The first rating of a chosen part. What comes from a placed component has no type ahead of its ratings; a type is a
+; The first rating of a chosen part. The data of a placed component has no type before its ratings; a type is a
 ; word, a rating begins with a digit.
 (defun part-rating (part sized)
   (let ((rating (find-if (lambda (text) (and (not (string=? text "")) (string-search (substring text 0 1) "0123456789")))

@@ -52,7 +52,7 @@
 
 (defun draw-wire (from to layer) (draw-line from to layer))
 
-; Cuts the wire that runs through two points, so that a symbol can stand between them; nothing when none does.
+; Cuts the wire through two points, so that a symbol can be placed between them; nothing when there is none.
 (defun cut-wire (from to)
   (let ((wire (find-if (lambda (entity) (wire-through? entity from to))
                        (entities-in-box (offset from (- site-wire-reach) (- site-wire-reach))
@@ -76,6 +76,6 @@
 (defun distance (a b)
   (sqrt (+ (expt (- (car a) (car b)) 2) (expt (- (cadr a) (cadr b)) 2))))
 (defun same-point? (a b) (< (distance a b) site-wire-tolerance))
-; A point lies on a line when the ways to its ends are together as long as the line.
+; A point is on a line when the distances to its ends add up to the line's length.
 (defun on-segment? (point start end)
   (< (- (+ (distance start point) (distance point end)) (distance start end)) site-wire-tolerance))

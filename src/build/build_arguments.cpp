@@ -59,7 +59,7 @@ std::optional<ZanBuildArgs> parseBuildArguments(const ResultList& arguments) {
   ListReader item(arguments);
   bool inList = item.enterList();
   for (int position = 0;; ++position) {
-    // The end of the list is not an item, wherever it is: items after it count on.
+    // The end of the list is not an item, wherever it is: counting continues after it.
     if (inList && item.atEnd()) inList = !item.leaveList();
     if (item.atEnd()) break;
     if (!takeItem(position, item, args)) return std::nullopt;

@@ -1,4 +1,4 @@
-// What `zan_bv_build_circuit` was asked to build.
+// The arguments of `zan_bv_build_circuit`.
 #pragma once
 
 #include "host/host_api_database.h"
@@ -32,9 +32,9 @@ struct ZanBuildArgs {
   std::wstring wireText;
 };
 
-/// Takes the arguments apart: one list, or the items bare, by position. Nothing when workbook, worksheet or handle
-/// are of a wrong type, or workbook or worksheet are empty; any other wrong type is passed over. The scales, trace
-/// flag and point are not among the arguments.
+/// Parses the arguments: one list, or separate items, by position. Nothing when workbook, worksheet or handle are of a
+/// wrong type, or workbook or worksheet are empty; any other wrong type is passed over. The scales, trace flag and
+/// point are not among the arguments.
 [[nodiscard]] std::optional<ZanBuildArgs> parseBuildArguments(const ResultList& arguments);
 
 } // namespace brenvolt

@@ -1,5 +1,5 @@
-// All that one build knows: what it is asked for, how far it has come, what it hands over at the end. It lives for one
-// call and holds no pointer into the drawing: entities are reached by handle, markers by id.
+// The data of one build: its input, its progress, and its result. It lives for one call and holds no pointer into the
+// drawing: entities are found by handle, markers by id.
 #pragma once
 
 #include "build/build_arguments.h"
@@ -37,7 +37,7 @@ enum class BuildKind {
   interactive, ///< followed by the configuration dialog
 };
 
-/// What the preset fields of the arguments say.
+/// The contents of the arguments' preset fields.
 struct BuildPresets {
   bool active = false;
   std::vector<std::wstring> wireNumbers;
@@ -45,14 +45,14 @@ struct BuildPresets {
   std::map<std::wstring, std::vector<PresetRow>, CodeLess> rows; ///< of placed components, by CODE
 };
 
-/// What a build is asked for. Complete before its rows run, and not changed by them.
+/// The input of a build. Complete before its rows run, and not changed by them.
 struct BuildInput {
   ZanBuildArgs args;
   KvDbHandle lastHandle; ///< markers are searched for after it
   BuildPresets presets;
 };
 
-/// What is handed to LISP at the end.
+/// The result passed to LISP at the end.
 struct BuildResult {
   std::vector<std::wstring> executedCodes;
   std::map<std::wstring, std::vector<std::int32_t>, CodeLess>
@@ -61,7 +61,7 @@ struct BuildResult {
 
 /// What outlives a build. The handler lends it: nothing below a handler looks for it.
 struct LentValues {
-  CircuitContext& circuit; ///< the circuit in hand
+  CircuitContext& circuit; ///< the current circuit
   AcceptedTables& acceptedTables;
   std::int32_t& lastMarkerId;
 };

@@ -24,7 +24,7 @@ namespace brenvolt {
 
 namespace {
 
-/// Level of the markers that the template itself brings.
+/// Depth of the markers of the template itself.
 constexpr std::int32_t topLevel = 1;
 
 /// Calls `visit` for each marker of the tree.
@@ -195,7 +195,7 @@ void ZanBrenvolt::truncateTo(std::int32_t run) {
   std::set<std::wstring, CodeLess> codes;
   forEachMarker(state_.markers, [&codes](const ZanDwgMarker& marker) { codes.insert(marker.code); });
   DropChildrenOfRun(state_.markers, run);
-  // Markers that asked nothing have run as well: what is gone with the run is not handed over at the end.
+  // Markers without choices have run as well: what is gone with the run is not passed on at the end.
   forEachMarker(state_.markers, [&codes](const ZanDwgMarker& marker) { codes.erase(marker.code); });
   for (const std::wstring& code : codes)
     forgetUnit(code);

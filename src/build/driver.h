@@ -1,6 +1,6 @@
 // One build, from the arguments of `zan_bv_build_circuit` to the end: worksheet, markers, saved choices, script rows,
-// end steps. Their order is in the handler; an interactive one goes through the configuration
-// dialog, which calls the operations below. Only that dialog ever takes a build back.
+// end steps. The handler defines their order; an interactive build uses the configuration dialog, which calls the
+// operations below. Only that dialog takes a build back.
 #pragma once
 
 #include "build/build_state.h"
@@ -43,7 +43,7 @@ public:
 
   /// @name For the configuration dialog
   /// @{
-  /// Runs the units that are marked for insertion, and makes units of the markers that they bring.
+  /// Runs the units that are marked for insertion, and creates units for the new markers.
   [[nodiscard]] bool runLevel();
   /// Takes the drawing back to its state before the last run. When the host refuses although the run counts as
   /// stepped back, the run becomes part of the one before, so that the two go back together.
@@ -52,7 +52,7 @@ public:
   /// The number of the last run.
   [[nodiscard]] std::int32_t level() const { return state_.undo.marks(); }
   [[nodiscard]] bool canGoBack() const { return level() >= 1 && state_.undo.hasSteps(); }
-  /// Drops the markers and units that an undone run brought; its number has to be read before `stepBack`.
+  /// Drops the markers and units that an undone run added; its number has to be read before `stepBack`.
   void truncateTo(std::int32_t run);
   /// Keeps the configuration under a name. When it cannot be kept, the reason is reported on the command line, and name and
   /// history are as they were.

@@ -23,7 +23,7 @@ private:
   KvDbDatabase* former_;
 };
 
-/// The name of the block that the user draws in, "*Model_Space" or "*Paper_Space"; empty when the host cannot tell.
+/// The name of the block in which the user draws, "*Model_Space" or "*Paper_Space"; empty when unknown.
 [[nodiscard]] std::wstring activeSpaceName();
 
 /// The record of a block by name; null when the database has none.

@@ -13,17 +13,17 @@ namespace brenvolt {
 /// @return whether any marker came
 bool adoptScan(BuildState& build, ZanDwgMarkerList& list, MarkerScan scan, std::int32_t run);
 
-/// Whether a step speaks for the circuit as a whole: direct builds then fill the circuit's own data as well.
+/// Whether a step concerns the circuit as a whole: direct builds then also fill the circuit's own data.
 enum class CircuitRows { leave, fill };
 
-/// Copies to each marker of the list its record. With markers and not one of them in the worksheet it is reported
-/// that the template does not belong to it, and the answer is false.
+/// Copies its record to each marker of the list. If there are markers and none of them is in the worksheet, reports
+/// that the template does not belong to it and returns false.
 [[nodiscard]] bool matchRecords(BuildState& build, ZanDwgMarkerList& list);
 
 /// Pushes the opened history into the markers of the list that have options, and those below.
 void applyOpenHistory(BuildState& build, ZanDwgMarkerList& list, CircuitRows circuitRows);
 
-/// Takes the preset fields apart and looks their components up in the project. What cannot be found is passed over.
+/// Parses the preset fields and looks up their components in the project. Missing ones are skipped.
 [[nodiscard]] BuildPresets readPresets(const ZanBuildArgs& args);
 
 /// Puts wires and component data of the presets into the markers of the list that have options, and those below.

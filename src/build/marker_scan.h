@@ -1,4 +1,4 @@
-// Finds the markers that a template brought into the drawing.
+// Finds the markers of a template in the drawing.
 #pragma once
 
 #include "drawing/markers.h"
@@ -19,10 +19,10 @@ struct ScanPlace {
   std::wstring spaceName; ///< the block that receives the circuit
   KvDbHandle afterHandle; ///< of the entity after which it begins; null: at the start
   std::int32_t level = 1; ///< 1 for the circuit's template, one more for each nested one
-  std::int32_t run = 0;   ///< the run that brings the markers takes them away again when it is undone
+  std::int32_t run = 0;   ///< the run that adds the markers; undoing it removes them
 };
 
-/// What a template brought.
+/// The result of scanning a template.
 struct MarkerScan {
   std::vector<ZanDwgMarker> markers; ///< in the order of the drawing
   ZanWireFormatter wires;            ///< the positions that its WT markers declare

@@ -21,17 +21,17 @@ struct RowsInForce {
   const ZanAnnotationDataList* rows = nullptr;
 };
 
-/// A marker gets the rows of the last motor of its own template whose order is not above the marker's; before the first
-/// motor, those that are in force at the marker that inserted the template. Where that gives none, the nearest template
-/// with a motor gives those of its first. The answer depends on the place in the tree alone and not on what has run
-/// before, so a direct build and the dialog, whatever it inserts in which order, agree.
+/// A marker gets the rows of the last motor of its own template whose order is not above the marker's; before the
+/// first motor, those that are in force at the marker that inserted the template. If there are none, the first motor
+/// of the nearest template with a motor is used. The result depends only on the position in the tree, not on what has
+/// run before, so a direct build and the dialog, with any order of insertion, agree.
 class MarkerSettings final {
 public:
-  /// The rows of the motor or load at a marker; null when there is none. What it answers must live as long as
-  /// the tree.
+  /// The rows of the motor or load at a marker; null when there is none. The result must live as long as the
+  /// tree.
   using RowsOfMotor = std::function<const ZanAnnotationDataList*(const ZanDwgMarker&)>;
 
-  /// `circuitRows` serve a circuit without motors.
+  /// `circuitRows` are used for a circuit without motors.
   MarkerSettings(
       const ZanDwgMarkerList& tree, RowsOfMotor rowsOfMotor, const ZanAnnotationDataList& circuitRows)
       : tree_(tree), rowsOfMotor_(std::move(rowsOfMotor)), circuitRows_(circuitRows) {}
@@ -44,7 +44,7 @@ private:
     std::int32_t markerId;
     const ZanAnnotationDataList* rows;
   };
-  /// The motors of one list in its order; a list that grew is looked at again.
+  /// The motors of one list in its order; a list that grew is read again.
   struct MotorsOfList {
     std::size_t markers = 0;
     std::vector<Motor> motors;

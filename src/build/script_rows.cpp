@@ -27,7 +27,7 @@ namespace brenvolt {
 namespace {
 
 constexpr wchar_t executionErrorKey[] = L"ZanBrenvolt.ExecutionError";
-/// A form's answer that says: I have inserted a nested template.
+/// The value of a form that has inserted a nested template.
 constexpr std::int32_t insertedTemplate = 2;
 
 namespace scriptvariable {
@@ -50,7 +50,7 @@ std::vector<std::int32_t> valuesWithFiller(const ZanCodeRecord& record) {
 }
 
 void removeOne(std::vector<std::wstring>& codes, const std::wstring& code) {
-  // From the end, where the marker at work has put its own.
+  // From the end, where the current marker has put its own.
   const auto found = std::find_if(codes.rbegin(), codes.rend(), [&code](const std::wstring& each) {
     return equalsOrdinalNoCase(each, code);
   });
@@ -274,7 +274,7 @@ bool MarkerWalk::isTooDeep(const ZanDwgMarker& parent) {
 }
 
 void MarkerWalk::noteRun(const std::wstring& code, const std::vector<std::int32_t>& values) {
-  // A CODE that LISP keeps itself stays among the executed ones; for any other its values are handed over at the end.
+  // A CODE that LISP stores itself stays among the executed ones; for any other its values are passed on at the end.
   if (hasKeyedEntry(getCodeCombos(), code)) return;
   removeOne(build_.result.executedCodes, code);
   build_.result.selections.try_emplace(code, values);
@@ -296,7 +296,7 @@ bool runMarkers(BuildState& build, const std::vector<ZanExecRecord>& items) {
   // A run that went too deep can have been taken back since.
   build.nestingHasEnded = false;
   if (build.isInteractive()) {
-    // The walk that only binds has no mark of its own: what it draws goes with the template.
+    // The walk that only binds has no mark of its own: what it draws belongs to the template.
     if (!build.undo.isBound())
       build.undo.bind(database, build.input.args.undoPosition);
     else

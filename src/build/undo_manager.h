@@ -25,7 +25,7 @@ public:
   bool bind(KvDbDatabase* database, std::int32_t startPosition);
   /// A point to step back to.
   void mark();
-  /// Takes the drawing back to the last mark. False without one, or when the host refuses; the mark is gone either way.
+  /// Undoes the drawing to the last mark. False without one, or when the host refuses; the mark is always removed.
   [[nodiscard]] bool stepBack();
   /// Takes the drawing back to the start position. The marks' places stay.
   [[nodiscard]] bool rollback();

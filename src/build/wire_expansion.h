@@ -1,4 +1,4 @@
-// The wires that a preset brings, matched to the wire positions of the template.
+// Assigns the wires of a preset to the wire positions of the template.
 #pragma once
 
 #include "build/preset_texts.h"

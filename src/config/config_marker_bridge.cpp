@@ -52,7 +52,7 @@ private:
     unit->ownerStep = marker.run;
     if (making_.makeManagers) making_.makeManagers(*unit);
 
-    // A level that repeats a marker asks once: the same code at the same order text.
+    // Repeated markers of one list ask once: the same code at the same order text.
     const bool isNew = levelKeys(target).insert(keyOf(unit->code, unit->order)).second;
     return isNew ? target.Add(std::move(unit)) : making_.duplicates.Add(std::move(unit));
   }

@@ -15,8 +15,8 @@ namespace brenvolt {
 struct UnitMaking {
   /// Makes and binds the managers of a new unit. May be empty: units then have no managers.
   std::function<void(ZanConfigUnit&)> makeManagers;
-  /// Takes the units that repeat one of their level. They stay alive, because their managers are made before the
-  /// repetition is seen, but nobody is asked about them. Lives as long as the build.
+  /// Receives the units that repeat one of their list. They stay alive, because their managers are created before the
+  /// repetition is found, but they are not shown. Lives as long as the build.
   ZanConfigUnitList& duplicates;
 };
 

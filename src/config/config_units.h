@@ -1,4 +1,4 @@
-// The configuration's picture of the markers that ask the user something. Units form a tree with the nesting of the
+// The configuration's units for the markers with choices. Units form a tree with the nesting of the
 // markers; the dialog shows a page for each, and the build reads from them what was chosen.
 #pragma once
 
@@ -54,7 +54,7 @@ public:
   ZanCodeRecord options;  ///< the marker's, and what the dialog changes
   ZanAnnotationDataList catalogRows;
   ZanAnnotationDataList controlRows;
-  bool pending = false;  ///< goes in with the next insertion run
+  bool pending = false;  ///< inserted with the next insertion run
   bool inserted = false; ///< is in the drawing; its page is locked
   bool control = false;  ///< has a motor or load group: `controlRows` and not `catalogRows` is its product
   std::uint32_t insertStep = 0; ///< number of the run that placed it; 0 while it is not placed
@@ -88,8 +88,8 @@ public:
   /// Takes the unit over; null is ignored. Answers the unit.
   ZanConfigUnit* Add(std::unique_ptr<ZanConfigUnit> unit);
   void Clear() { units_.clear(); }
-  /// Removes the units that a run created, from whatever list of the tree holds them. A run of 0 or below does nothing:
-  /// such units came with the template.
+  /// Removes the units that a run created from all lists of the tree. A run of 0 or below does nothing: such units
+  /// belong to the template.
   void RemoveUnitsOfRun(std::int32_t run);
 
 private:

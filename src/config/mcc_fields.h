@@ -43,8 +43,8 @@ inline constexpr std::size_t multiplierField = static_cast<std::size_t>(Rating::
 /// The rows of an empty group: numbers are typed, all others chosen. A row without a label is left out.
 [[nodiscard]] std::vector<ZanGroupRow> mccEmptyRows(MccMode mode);
 
-/// What a user's value goes to: the circuit, or for a load's multiplier the factors of loads, which are kept apart from
-/// the motor's.
+/// Stores a user's value in the circuit, or a load's multiplier in the factors of loads, which are separate from those
+/// of the motor.
 void storeUserValue(CircuitContext& context, MccMode mode, std::size_t field, std::wstring_view value);
 
 /// Whether a number is taken as typed: empty, or what "%f" of it begins with. So "12.5" is, "12.5a" and ".5" are not.

@@ -12,7 +12,7 @@ namespace brenvolt {
 
 namespace {
 
-/// Steps into the list of an answer; an answer that is no list is its own only element.
+/// Enters the list of a result; a result that is not a list is its own only element.
 ListReader elementsOf(const ResultList& answer) {
   ListReader reader(answer);
   reader.enterList();
@@ -24,7 +24,7 @@ ListReader elementsOf(const ResultList& answer) {
 void ZanWidgetManagerMcc::OnLookup(ZanGroupCtrl* group) {
   if (!group || busy_ || !HasWindow()) return;
   const FlagScope busy(busy_);
-  // From now on the circuit in hand is that of this page: the command reads it and may change it.
+  // From now on the current circuit is that of this page: the command reads it and may change it.
   TakeCircuit();
   const std::int32_t id = group->id();
   if (id == dataGroupId(MccMode::motor)) lookUpData(*group, MccMode::motor);
@@ -51,7 +51,7 @@ void ZanWidgetManagerMcc::lookUpData(ZanGroupCtrl& group, MccMode mode) {
     // Only the current is one: a multiplier that comes as a number must not become the current.
     if (number && fields[values.size()] == flaField && std::abs(*number - data_.fla) > numberTolerance) {
       data_.fla = *number;
-      // The wires are sized for the circuit in hand, which a command of the workbook's own knows nothing of.
+      // The wires are sized for the current circuit, which a command of the workbook itself does not know.
       circuits_.take(record_).circuit.fla = *number;
       startTimer(recalculateTimer);
     }

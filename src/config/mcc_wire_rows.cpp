@@ -258,7 +258,7 @@ std::vector<std::wstring> importWires(
     for (std::size_t field = 0; field < std::min(rowsOfWire, row->fields.size()); ++field)
       put(wire * rowsOfWire + field, row->fields[field].value);
   }
-  // The grounding wires follow the circuit's grounding size, whatever layer was stored with them.
+  // The grounding wires follow the circuit's grounding size, whichever layer was stored with them.
   for (std::size_t ground = 0; ground < grounds.size(); ++ground) {
     const std::size_t row = (conductors + ground) * rowsOfWire;
     put(row, groundSize);

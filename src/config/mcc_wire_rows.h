@@ -27,12 +27,12 @@ struct WireLayer {
 [[nodiscard]] std::vector<std::wstring> layerChoices(
     const std::vector<WireLayer>& layers, const WireFormat& format);
 
-/// The rows as the page comes up, without sizes. The labels come from the resource module.
+/// The rows when the page is created, without sizes. The labels come from the resource module.
 [[nodiscard]] std::vector<ZanGroupRow> wireRows(
     const ZanWireFormatter& formats, const std::vector<WireLayer>& layers);
 
-/// The rows with the sizes filled in, and the layer names that follow from them before the layers kept. The group's
-/// rows are those that the page came up with, whatever positions a nested template has added since.
+/// The rows with the sizes filled in, and the layer names derived from them before the stored layers. The group's rows
+/// are those of the page's creation; positions of nested templates are not added.
 /// @param shown the rows as shown; their labels stay
 /// @param kept the rows as the page came up, for their layers
 /// @param suffix of the unit's code, with its dash
@@ -40,7 +40,7 @@ struct WireLayer {
     const ZanWireFormatter& formats, const std::vector<ZanGroupRow>& shown,
     const std::vector<ZanGroupRow>& kept, std::wstring_view suffix, const WireSizes& sizes);
 
-/// Whether the label of a row says that its wire is a grounding one: "W01E - Size" does, "W1 - Size" does not.
+/// Whether the label of a row marks its wire as a grounding one: "W01E - Size" does, "W1 - Size" does not.
 [[nodiscard]] bool isGroundingLabel(std::wstring_view label);
 
 /// The wires as the history stores them. A circuit without a grounding row still gives one, with its grounding size.

@@ -1,5 +1,5 @@
-// The logic behind the input groups of a configuration page. A manager is made for one unit, bound to the option codes
-// for which its groups are shown, and lives with the maker for the length of a build.
+// The logic of the input groups of a configuration page. A manager is created for one unit, bound to the option codes
+// for which its groups are shown, and lives with the maker as long as the build.
 #pragma once
 
 #include "drawing/annotation_rows.h"
@@ -20,8 +20,8 @@ class ZanConfigUnit;
 /// What a manager wrote to or read from its groups: per table its name and the values.
 using ManagerResults = std::vector<std::pair<std::wstring, std::vector<std::wstring>>>;
 
-/// Base of the managers. It does nothing of its own accord: each operation that a manager leaves alone is silent.
-/// Units and managers tell each other when they die, since either may go first.
+/// Base of the managers. Operations that a manager does not override do nothing. Units and managers notify each other
+/// of their destruction, since either may be destroyed first.
 class ZanWidgetManager : public ZanGroupEvents {
 public:
   ZanWidgetManager() = default;
@@ -50,7 +50,7 @@ public:
   /// The reverse.
   virtual void ImportRows(const ZanAnnotationDataList& rows);
   void OnTimer(std::uint32_t timerId) override;
-  /// A motor page comes up again.
+  /// A motor page is shown again.
   virtual void Refresh();
   virtual void LoadSelection(std::wstring_view markerCode, std::int32_t code);
   bool OnCellChanged(std::int32_t groupId, std::uint32_t row, std::wstring_view text) override;
@@ -69,7 +69,7 @@ public:
   [[nodiscard]] std::int32_t GetUnitMarker() const;
   virtual void Recalculate();
   virtual void ApplyResults(const ManagerResults& results);
-  /// Whether there is a window that still exists; every lookup asks this first.
+  /// Whether there is a window that still exists; checked before every lookup.
   [[nodiscard]] virtual bool HasWindow() const;
 
 protected:

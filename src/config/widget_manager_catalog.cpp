@@ -128,7 +128,7 @@ std::vector<std::wstring> ZanWidgetManagerCatalog::valuesOf(const ResultList& an
   for (std::int32_t place = 0; !reader.atEnd(); ++place) {
     if (place == countRow_) values.emplace_back(defaultCount);
     values.push_back(reader.text().value_or(std::wstring()));
-    // An answer is one flat list: a list in it counts as a value, and the first end of a list ends the answer.
+    // A result is one flat list: a nested list counts as a value, and the first end of a list ends the result.
     if (!reader.enterList()) reader.skipElement();
   }
   return values;

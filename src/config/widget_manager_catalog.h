@@ -1,5 +1,5 @@
 // Catalogue parts of a unit: one input group for each table that a control rule names, filled by the rule's lookup
-// command or by hand. What was chosen is kept by the motor of the same circuit, so that the same motor brings the same
+// command or by hand. The choice is stored by the motor of the same circuit, so that the same motor gets the same
 // parts again.
 #pragma once
 
@@ -26,8 +26,8 @@ public:
 
   /// Makes a group for each table. A row whose text is missing is left out.
   void AttachWindow(ZanSettingsWnd* window) override;
-  /// Runs the command for a group of this page and writes its answer, a list or one text, into the rows. "@table",
-  /// "@mfg", "@cat" and "@asm" stand for the table and the first three rows. Any other answer changes nothing.
+  /// Runs the command for a group of this page and writes its result, a list or one text, into the rows. "@table",
+  /// "@mfg", "@cat" and "@asm" are the table and the first three rows. Any other result changes nothing.
   void OnLookup(ZanGroupCtrl* group) override;
   /// The head of the manager's group stores the rows of the manager's tables; without a head nothing is stored.
   void SaveSelection(

@@ -38,7 +38,7 @@ std::wstring MakeKey(const ZanScriptEntry& rule) {
 
 bool ZanWidgetManagerMaker::MakeManagers(ZanConfigUnit& unit) {
   const ZanCodeRecord& record = unit.options;
-  // Without control rules there are no input groups, whatever the groups are called.
+  // Without control rules there are no input groups, whatever the names of the groups.
   if (record.controlRules.empty()) return false;
   if (const ZanOptionGroup* control = record.controlGroup()) {
     makeMotorManager(unit, *control);
@@ -58,7 +58,7 @@ void ZanWidgetManagerMaker::makeMotorManager(ZanConfigUnit& unit, const ZanOptio
   unit.control = true;
   auto manager = std::make_unique<ZanWidgetManagerMcc>(circuits_);
   manager->Initialise(&unit, group);
-  // A new circuit asks again about tables that are missing.
+  // A new circuit asks again about missing tables.
   acceptedTables_.clear();
   unit.BindManager(controlOptionCode, manager.get());
   manager->SetWireFormats(wires_.formats(SamePosition::latestCounts));
@@ -110,7 +110,7 @@ void ZanWidgetManagerMaker::JoinRun(std::int32_t run, std::int32_t former) {
 void ZanWidgetManagerMaker::AddHead(std::unique_ptr<ZanWidgetManager> head) {
   if (groups_.empty() || groups_.back().isHeaded()) groups_.emplace_back();
   std::unique_ptr<ZanWidgetManager>& place = groups_.back().head;
-  // A head whose unit was undone gives way, but its groups are still in the window.
+  // A head whose unit was undone is replaced, but its groups are still in the window.
   if (place) retired_.push_back(std::move(place));
   place = std::move(head);
 }

@@ -22,7 +22,7 @@ namespace brenvolt {
 
 /// A motor or load manager with the catalogue managers made after it; the head may be absent while none was made.
 struct ZanManagerGroup {
-  /// A head without a unit is as good as none: the run that brought it was undone.
+  /// A head without a unit does not count: the run that added it was undone.
   [[nodiscard]] bool isHeaded() const { return head && head->HasUnit(); }
 
   std::unique_ptr<ZanWidgetManager> head;
@@ -37,7 +37,7 @@ struct MotorRows {
 
 class ZanWidgetManagerMaker {
 public:
-  /// `circuit` is the circuit in hand; both must outlive the maker.
+  /// `circuit` is the current circuit; both must outlive the maker.
   ZanWidgetManagerMaker(CircuitContext& circuit, AcceptedTables& acceptedTables)
       : circuits_(circuit), acceptedTables_(acceptedTables) {}
   ZanWidgetManagerMaker(const ZanWidgetManagerMaker&) = delete;
@@ -55,13 +55,13 @@ public:
   /// The head of the group that holds a member; null when there is none.
   [[nodiscard]] ZanWidgetManager* FindHead(const ZanWidgetManager* member) const;
 
-  /// Adds the wire positions that a run's template brings: for managers to come and for the motor or load at work. A
-  /// template without wire positions changes nothing.
+  /// Adds the wire positions of a run's template, for later managers and for the active motor or load. A template
+  /// without wire positions changes nothing.
   void SetWireFormatter(const ZanWireFormatter& formatter, std::int32_t run);
   /// The positions of all templates.
   [[nodiscard]] const TemplateWires& wires() const { return wires_; }
-  /// A run was undone and its units are gone: so are its wire positions. When the motor or load at work has lost its
-  /// unit, the circuit in hand is that of the last one left.
+  /// Called when a run was undone and its units are gone: removes its wire positions. When the active motor or load
+  /// has lost its unit, the current circuit is that of the last remaining one.
   void TakeBackRun(std::int32_t run);
   /// A run that the host refused to undo became part of the one before it.
   void JoinRun(std::int32_t run, std::int32_t former);
@@ -84,8 +84,8 @@ private:
   TemplateWires wires_;
 };
 
-/// The components of a motor type for a current in amperes, by the tables of the code standard in use. The user is asked
-/// about tables that are missing; where the user stops, the tables' plain names are used.
+/// The components of a motor type for a current in amperes, by the tables of the current electrical code. The user is
+/// asked about missing tables; if the user stops, the tables' plain names are used.
 [[nodiscard]] std::vector<ZanAutoSizeRow> sizeComponents(
     std::wstring_view type, double current, AcceptedTables& acceptedTables);
 

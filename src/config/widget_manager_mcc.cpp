@@ -65,7 +65,7 @@ ZanGroupSpec wireSpec(MccMode mode, bool hasCommand, std::vector<ZanGroupRow> ro
   return spec;
 }
 
-/// The mode that the unit's control group asks for; nothing without one.
+/// The mode of the unit's control group; nothing without one.
 std::optional<MccMode> modeOfUnit(const ZanConfigUnit* unit) {
   if (!unit) return std::nullopt;
   for (const ZanOptionGroup& group : unit->options.groups) {
@@ -223,7 +223,7 @@ bool ZanWidgetManagerMcc::GetChoices(
   const std::vector<std::size_t> fields = mccFieldsOf(*mode);
   if (row < 1 || row > fields.size()) return false;
   const std::size_t index = row - 1;
-  // A cell asks each time that it is painted.
+  // Called for a cell each time that it is painted.
   if (row == lastRow_) {
     list = choiceCache_[index];
     return true;
@@ -264,8 +264,8 @@ void ZanWidgetManagerMcc::lookUpCurrent() {
   std::vector<MotorCondition> conditions;
   for (std::size_t row = 0; row < std::min(rows.size(), conditionFields); ++row)
     conditions.push_back({columnNames_[row], rows[row].value()});
-  // The multiplier's column has no name, so the query finds nothing and the current stays as typed: it is the lookup
-  // commands that bring another one.
+  // The multiplier's column has no name, so the query finds nothing and the current stays as typed: only the lookup
+  // commands change it.
   std::vector<std::wstring> currents = distinctMotorValues(
       connection_, ZanTableKind::motors, getCodeStandard().value_or(std::wstring()),
       columnNames_[multiplierField], conditions);
@@ -295,8 +295,8 @@ void ZanWidgetManagerMcc::CommitToCircuitData() {
 
 ZanCircuitData ZanWidgetManagerMcc::sizedCircuit() const {
   ZanCircuitData sized = circuit().circuit;
-  // The multiplier that the page shows: what the user types for a load goes to the factors of loads alone, and a lookup
-  // command of a site's own writes the rows and nothing else.
+  // The multiplier that the page shows: a typed multiplier of a load is stored only in the factors of loads, and a
+  // lookup command of a site only writes the rows.
   if (isGiven(data_.flaMultiplier)) sized.flaMultiplier = data_.flaMultiplier;
   return sized;
 }

@@ -48,22 +48,22 @@ public:
   /// Sizes the wires for the current of the page's circuit and fills the wire group.
   void Recalculate() override;
 
-  /// Takes the lookup commands from the unit's control rules and opens the engineering database; a failure is told
+  /// Takes the lookup commands from the unit's control rules and opens the engineering database; a failure is reported
   /// once. `group` is the unit's control group.
   virtual void Initialise(ZanConfigUnit* unit, const ZanOptionGroup& group);
   /// Gives all conductors of the wire group a size, and its grounding wires that of the page's circuit.
   void fillWireRows(std::wstring_view size);
 
-  /// Makes the page's circuit the circuit in hand, the values of the data group included, as the LISP of a lookup reads
-  /// it there.
+  /// Makes the page's circuit the current circuit, including the values of the data group, where the LISP of a lookup
+  /// reads it.
   virtual void CommitToCircuitData();
 
-  /// The page's circuit becomes the circuit in hand.
+  /// Makes the page's circuit the current circuit.
   void TakeCircuit() { static_cast<void>(circuits_.take(record_)); }
   [[nodiscard]] const CircuitContext& circuit() const { return circuits_.of(record_); }
 
-  /// Adds the wire positions of the unit's own suffix that a run's template brings. A position that the page has
-  /// already stays as it is.
+  /// Adds the wire positions of a run's template with the unit's own suffix. Existing positions of the page are not
+  /// changed.
   void SetWireFormats(const ZanWireFormatter& formatter, std::int32_t run = 0);
   /// A run was undone, or became part of the one before it.
   void TakeBackRun(std::int32_t run);
@@ -85,7 +85,7 @@ private:
   void lookUpCurrent();
   void lookUpData(ZanGroupCtrl& group, MccMode mode);
   void lookUpWires();
-  /// As it is no edit of the user's, no `OnCellChanged` follows.
+  /// As it is not an edit by the user, no `OnCellChanged` follows.
   void writeDataValues(ZanGroupCtrl& group, const std::vector<std::wstring>& values);
 
   CircuitInHand& circuits_;
@@ -104,7 +104,7 @@ private:
   bool databaseAlerted_ = false;
   MotorColumns columnNames_;
   std::array<std::vector<std::wstring>, ratingCount> choiceCache_; ///< by row
-  WireSizeColumns wireSizeColumns_;                                ///< kept and not asked by any query
+  WireSizeColumns wireSizeColumns_;                                ///< stored but not used by any query
   std::uint32_t lastRow_ = 0; ///< of the last `GetChoices`, from 1; 0: the cache is stale
   bool querying_ = false;     ///< a `GetChoices` runs
   MccMode mode_ = MccMode::motor;

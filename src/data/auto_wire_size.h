@@ -1,4 +1,4 @@
-// The wire size of a build that nobody watches: the same arithmetic as the wire lookup, and the first size that passes.
+// The wire size of a build without dialogs: the same arithmetic as the wire lookup, and the first size that passes.
 #pragma once
 
 #include "data/circuit_data.h"
@@ -9,7 +9,7 @@
 
 namespace brenvolt {
 
-/// What a voltage drop asks of a size in a build.
+/// What a voltage drop limit requires of a size in a build.
 struct AutoDropTest {
   DropCircuit circuit;
   double voltage = 0.0;
@@ -35,8 +35,8 @@ struct AutoWire {
   bool isLargeEnough = false;
 };
 
-/// The first size in ascending ampacity that carries a current in amperes (an exact meet passes here) and, with voltage
-/// drop on, passes the drop test; the last row when none does; nothing without rows.
+/// The first size in ascending ampacity that carries a current in amperes (an equal ampacity passes here) and, with
+/// voltage drop on, passes the drop test; the last row when none does; nothing without rows.
 [[nodiscard]] std::optional<AutoWire> autoWire(
     const WireDefaults& defaults, const ZanCircuitData& data, double current);
 

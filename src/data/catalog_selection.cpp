@@ -59,7 +59,7 @@ std::optional<std::wstring> storeCatalogSelection(
     ZanOleDbConnection& connection, const CatalogKey& key, const std::vector<std::wstring>& values) {
   const bool hasValues =
       std::any_of(values.begin(), values.end(), [](const std::wstring& value) { return !value.empty(); });
-  // A delete that fails with nothing to insert leaves an old record and is no loss worth a message.
+  // A delete that fails with nothing to insert leaves an old record, which is not worth a message.
   const auto failed = [hasValues](const std::wstring& message) {
     return hasValues ? std::optional(message) : std::nullopt;
   };

@@ -1,5 +1,5 @@
-// The store of catalog parts: what was chosen for a unit beside a motor or load, so that the same motor brings the same
-// parts back in the next circuit.
+// The store of catalogue parts: the parts chosen for a unit next to a motor or load, so that the same motor gets the
+// same parts in the next circuit.
 #pragma once
 
 #include "platform/tables.h"
@@ -39,8 +39,8 @@ inline constexpr std::size_t catalogValueCount = 11;
 
 /// Replaces the stored selection of the key, in one transaction; values beyond the columns are dropped, and values that
 /// are all empty only delete the old record.
-/// @return the engine's message when the new values could not be stored, and the old record then stands; nothing when
-///   all went well.
+/// @return the engine's message when the new values could not be stored; the old record is then kept. Nothing when the
+///   values were stored.
 [[nodiscard]] std::optional<std::wstring> storeCatalogSelection(
     ZanOleDbConnection& connection, const CatalogKey& key, const std::vector<std::wstring>& values);
 

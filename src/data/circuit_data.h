@@ -1,5 +1,5 @@
-// The record of the circuit in hand: motor or load data and wire choices, carried from one LISP call to the next. This
-// is how a motor chosen in one call reaches the wire lookup and the build that follow.
+// The record of the current circuit: motor or load data and wire choices, kept from one LISP call to the next. This is
+// how a motor chosen in one call reaches the wire lookup and the build that follow.
 #pragma once
 
 #include "data/ratings.h"
@@ -60,21 +60,21 @@ struct ZanCircuitData : Ratings {
   void resetOpenFields();
 };
 
-/// A load's own multiplier and power factor, kept apart from the motor's.
+/// A load's own multiplier and power factor, separate from the motor's.
 struct ZanLoadFactors {
   double flaMultiplier = -1.0;
   double powerFactor = -1.0;
 };
 
-/// What one LISP call leaves to the next about the circuit in hand. A handler hands it to what it calls; nothing below a
-/// handler looks for it.
+/// The data that one LISP call passes to the next about the current circuit. A handler passes it to the functions that
+/// it calls; nothing below a handler reads it elsewhere.
 struct CircuitContext {
   ZanCircuitData circuit;
   ZanLoadFactors load;
 };
 
 /// The record of the process, from first use to its end. LISP that a flow runs may call a handler, which works on the
-/// same record: this is how the answer of a lookup reaches the page that asked for it.
+/// same record: this is how the result of a lookup reaches the page that requested it.
 [[nodiscard]] CircuitContext& circuitContext();
 [[nodiscard]] inline ZanCircuitData& circuitData() {
   return circuitContext().circuit;

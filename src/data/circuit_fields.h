@@ -1,5 +1,5 @@
-// The record of a circuit by positions, as a placed component and a saved configuration carry it, and the same figures as
-// the circuit in hand has them.
+// The record of a circuit by positions, as stored in a placed component and in a saved configuration, and the same
+// figures in the current circuit.
 #pragma once
 
 #include "data/circuit_data.h"

@@ -58,7 +58,7 @@ void ZanAutoSizeComponent::evaluate(ZanAutoSizeRow& row, std::wstring_view type,
   try {
     row.value = ZanExprEvaluator().Evaluate(row.expression, current);
   } catch (const IllegalExprException&) {
-    row.value = 0.0; // the component keeps no value, and the walk goes on
+    row.value = 0.0; // the component has no value; the other components are still sized
   }
 }
 
@@ -72,7 +72,7 @@ void ZanAutoSizeComponent::chooseStep(ZanAutoSizeRow& row) {
   std::optional<double> lowest;
   while (query.next()) {
     const std::optional<double> limit = query.figure(1);
-    // Asked this way round so that a value that is no number takes no step.
+    // Compared this way round so that a value that is not a number takes no step.
     const bool isReached = limit && *limit - row.value >= -numberTolerance;
     if (!isReached || (lowest && *limit >= *lowest)) continue;
     lowest = limit;

@@ -12,12 +12,12 @@
 
 namespace brenvolt {
 
-/// The path of the engineering database's file, as the parent product answers; nothing when that is no text.
+/// The path of the engineering database's file from the parent product; nothing when its result is not a text.
 [[nodiscard]] std::optional<std::wstring> findEngineeringDatabase();
-/// Opens the database of a file. False when it cannot be opened, told by `connection.ErrorInfo()`.
+/// Opens the database of a file. False when it cannot be opened, see `connection.ErrorInfo()`.
 [[nodiscard]] bool openEngineeringDatabase(ZanOleDbConnection& connection, std::wstring_view file);
-/// Opens the engineering database: asks the parent product for the file by "(c:zan_bv_figure_mccdb_fnam)". False when
-/// the answer is no text or the file cannot be opened (then told by `connection.ErrorInfo()`).
+/// Opens the engineering database; the parent product's function "(c:zan_bv_figure_mccdb_fnam)" names the file. False
+/// when the result is not a text or the file cannot be opened (see `connection.ErrorInfo()` then).
 [[nodiscard]] bool openEngineeringDatabase(ZanOleDbConnection& connection);
 
 class ZanDbBaseService {

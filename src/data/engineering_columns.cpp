@@ -15,7 +15,7 @@ struct ColumnRule {
   ColumnUse use;
 };
 
-/// The first rule that fits counts. Families with longer names stand before those whose name theirs begins with.
+/// The first rule that fits is used. Longer family names precede those with which they begin.
 constexpr std::array<ColumnRule, 13> rules{{
     {L"", L"ID", 1, ColumnUse::key},
     {L"AMPG", L"MAX", 1, ColumnUse::number},

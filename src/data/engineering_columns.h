@@ -1,4 +1,4 @@
-// What the columns of the engineering tables hold, for those who carry tables over into a database.
+// The contents of the columns of the engineering tables, for importing tables into a database.
 #pragma once
 
 #include "platform/table_import.h"
@@ -8,7 +8,7 @@
 
 namespace brenvolt {
 
-/// The use of a column of a table whose name tells its family; `column` counts from 1, names compare without case.
+/// The use of a column; the name of the table defines its family. `column` counts from 1, names compare without case.
 /// Columns that statements compare or sort as numbers are numbers; those that are only read as one stay as they are
 /// written, and are checked. Of a table that is none of these only `ID` is special: it numbers the rows.
 [[nodiscard]] ColumnUse engineeringColumnUse(

@@ -49,7 +49,7 @@ void takeWires(std::wstring_view text, ZanCircParams& record) {
     const std::wstring flag = trimQuotes(item.substr(lastBlank + 1));
     const std::wstring_view left = item.substr(0, lastBlank);
     const std::wstring value = trimQuotes(left.substr(0, left.find(L' ')));
-    // A grounding wire ahead of the conductor keeps the conductor's field blank: required behaviour.
+    // A grounding wire before the conductor keeps the conductor's field blank: required behaviour.
     if (!hasTaken && (flag == L"0" || flag == L"1")) {
       record.set(circparam::wire, value);
       hasTaken = true;
@@ -77,7 +77,7 @@ bool isOfKind(KvDbObjectId id, const LoadKind& kind) {
          equalsOrdinalNoCase(code, kind.controlCode);
 }
 
-/// The number of a terminal's tag such as X1TERM01; nothing when the tag is no terminal's. Position 1 is free.
+/// The number of a terminal's tag such as X1TERM01; nothing when the tag is not a terminal's. Position 1 is free.
 std::optional<std::wstring_view> terminalNumber(std::wstring_view tag) {
   if (tag.size() != terminalTagLength) return std::nullopt;
   if (!equalsOrdinalNoCase(tag.substr(0, 1), L"X") || !equalsOrdinalNoCase(tag.substr(2, 4), L"TERM"))

@@ -1,4 +1,4 @@
-// What a placed component carries: the record in its entity data, and the tests that tell what a picked entity is.
+// The data of a placed component: the record in its entity data, and the tests for the kind of a picked entity.
 #pragma once
 
 #include "host/host_api_database.h"
@@ -34,7 +34,7 @@ private:
   std::array<std::wstring, circparam::count> fields_;
 };
 
-/// What reading a record answers.
+/// The result of reading a record.
 enum class RecordStatus : int {
   ok = 0,
   notABlockReference = 8,
@@ -71,7 +71,7 @@ inline constexpr std::array<std::size_t, 8> powerFeedFieldOrder = {
 /// each once, empty ones left out. Empty when the document cannot be locked.
 [[nodiscard]] std::vector<std::wstring> readAttributeTexts(std::wstring_view tag);
 
-/// Takes the two texts of entity data apart: the record's fields, and the wires' list that adds wire and grounding
+/// Parses the two texts of entity data: the record's fields, and the wires' list that adds wire and grounding
 /// wire.
 [[nodiscard]] ZanCircParams parseCircParams(std::wstring_view fields, std::wstring_view wires);
 

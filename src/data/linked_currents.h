@@ -18,7 +18,7 @@ struct CurrentTexts {
 
 enum class CurrentField { current, multiplier, extra, total };
 
-/// What has to be done anew behind a change.
+/// What must be computed again after a change.
 struct CurrentEffects {
   bool groundSizes = false;
   bool refresh = false;
@@ -31,8 +31,8 @@ public:
 
   /// The user left a field: the others follow.
   ///
-  /// Some effects look like slips and are wanted: a multiplier that yields the current, and an extra current typed as
-  /// "0", change the numbers without a refresh.
+  /// Some effects look like mistakes but are intentional: a multiplier that yields the current, and an extra current
+  /// typed as "0", change the numbers without a refresh.
   [[nodiscard]] CurrentEffects left(CurrentField field, CurrentTexts& texts);
 
 private:

@@ -1,5 +1,5 @@
-// What the data group of a motor or load asks of the engineering database: how its tables call their columns, and which
-// values are left for one field when others are given.
+// The queries of the data group of a motor or load: the column names of the tables, and the values that remain for one
+// field when others are given.
 #pragma once
 
 #include "data/circuit_data.h"

@@ -93,7 +93,7 @@ bool ZanOptTableReader::ReadAllStandards(
     const std::vector<std::wstring> tokens = splitKeepingEmpty(name, L'_');
     const bool hasCode = tokens.size() == 2;
     if (wantsCurrent && hasCode && equalsOrdinalNoCase(tokens[1], code_)) currentFound = true;
-    // Any table may begin with these letters; one without the columns is no option table.
+    // Any table may begin with these letters; one without the columns is not an option table.
     TableQuery query(connection(), Refusal::answer);
     if (!query.runForRow(fullNameStatement, {name})) continue;
     const std::wstring fullName = query.text(1);

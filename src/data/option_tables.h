@@ -65,7 +65,7 @@ public:
   [[nodiscard]] double GetFlaMultiplier();
   /// The full name of a standard; false unless its table has the row.
   bool ReadFullName(std::wstring_view code, std::wstring& name) const;
-  /// How a code without a table of its own is told in the list of standards: a text with "%s" for the table's name.
+  /// The entry of a code without its own table in the list of standards: a text with "%s" for the table's name.
   void SetMissingTableText(std::wstring_view text) { missingTableText_ = text; }
   /// All standards: full name to code, sorted by name. With `withCurrent` a current code that has no table is added
   /// with a note, so that the user does not lose it.

@@ -22,7 +22,7 @@ public:
   [[nodiscard]] ZanOleDbConnection* connection() { return isOpen_ ? &file_.connection() : nullptr; }
   /// The table's own spelling; nothing when the file has none.
   [[nodiscard]] std::optional<std::wstring> findTable(std::wstring_view name) const;
-  /// Whether a table, named as `findTable` answers, has the column, without case.
+  /// Returns whether a table, named as `findTable` returns it, has the column, without case.
   [[nodiscard]] bool hasColumn(const std::wstring& table, std::wstring_view column);
 
 private:
@@ -39,7 +39,7 @@ inline constexpr std::size_t drawingIndex = 0, handle = 1, text = 2, presetText 
 /// The rows of circuits: seven columns, with a circuit text. True when there are any.
 bool readCircuitRows(const std::wstring& databasePath, std::vector<TextRow>& rows);
 
-/// What a person sees of these rows: for each component of a circuit nine texts (tag, installation, location, three
+/// The rows as a user sees them: for each component of a circuit nine texts (tag, installation, location, three
 /// descriptions, two fields of the circuit text, the row's key), sorted. False when the components cannot be read.
 bool readCircuitSummaries(
     const std::wstring& databasePath, const std::vector<TextRow>& rows, std::vector<TextRow>& summaries);

@@ -10,7 +10,7 @@ namespace brenvolt {
 
 namespace {
 
-/// Where the values of an attribute stand. Empty names end the list of tables.
+/// The columns and tables with the values of an attribute. Empty names end the list of tables.
 struct ValueSource {
   std::wstring_view attribute; ///< empty: any other one
   std::wstring_view column;    ///< empty: named as the attribute

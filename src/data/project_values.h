@@ -7,8 +7,8 @@
 
 namespace brenvolt {
 
-/// The texts that the project database holds for an attribute, each once. Which column and which tables are asked
-/// depends on the attribute, compared without case; what the database lacks is passed over. Empty without a project
+/// The texts that the project database contains for an attribute, each once. The column and the tables depend on the
+/// attribute, compared without case; missing tables are skipped. Empty without a project
 /// database.
 [[nodiscard]] std::vector<std::wstring> readProjectValues(std::wstring_view attribute);
 

@@ -26,7 +26,7 @@ struct RatingRecord {
 using ZanMotorRecord = RatingRecord;
 using ZanLoadRecord = RatingRecord;
 
-/// Which rows and columns a query asks for.
+/// Selects the rows and columns of a query.
 struct ZanTableFilter {
   std::array<bool, ratingColumnLimit> active{}; ///< the column has to equal its value
   std::array<std::wstring, ratingColumnLimit> values;

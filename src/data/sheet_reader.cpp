@@ -17,7 +17,7 @@ bool SheetReader::open(std::wstring_view path) {
 }
 
 bool SheetReader::read(std::wstring_view sheet, SheetRows& rows) {
-  // A sheet is addressed by its name with "$" behind it.
+  // A sheet is addressed by its name with the suffix "$".
   const std::wstring table = std::wstring(sheet) + L'$';
   if (readTable(table, rows)) return true;
   const std::vector<std::wstring> names = tableNames();

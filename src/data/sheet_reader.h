@@ -19,9 +19,9 @@ class SheetReader final {
 public:
   SheetReader();
 
-  /// Opens the workbook; false when it cannot be opened, told by `error`.
+  /// Opens the workbook; false when it cannot be opened, see `error`.
   [[nodiscard]] bool open(std::wstring_view path);
-  /// Reads a sheet by its name. False when the workbook has no such sheet or it cannot be read, told by `error`.
+  /// Reads a sheet by its name. False when the workbook has no such sheet or it cannot be read, see `error`.
   [[nodiscard]] bool read(std::wstring_view sheet, SheetRows& rows);
   /// Reads the first sheet whose name does not begin with an apostrophe.
   [[nodiscard]] bool readFirst(SheetRows& rows);

@@ -16,7 +16,7 @@ enum class WireParts { no, yes };
 
 struct Family {
   std::wstring_view baseName;
-  WireParts inName; ///< whether metal and standard take part in the name
+  WireParts inName; ///< whether material and size system are part of the name
 };
 
 /// In the order of ZanTableKind.
@@ -40,7 +40,7 @@ const Family* familyOf(ZanTableKind kind) {
   return index < families.size() ? &families[index] : nullptr;
 }
 
-/// The kinds that a mask asks for, in the order in which they are reported.
+/// The kinds of a mask, in the order in which they are reported.
 std::vector<ZanTableKind> kindsOf(unsigned mask) {
   using enum ZanTableKind;
   std::vector<ZanTableKind> kinds;

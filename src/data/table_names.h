@@ -1,5 +1,5 @@
-// The names of the engineering tables: composed from family, wire metal, wire standard and electrical code, looked up
-// with a fallback, and checked so that a missing table can be told before it is needed.
+// The names of the engineering tables: composed from family, conductor material, size system and electrical code,
+// looked up with a fallback, and checked so that a missing table can be reported before it is needed.
 #pragma once
 
 #include "platform/tables.h"
@@ -58,14 +58,14 @@ public:
     connection_ = connection;
     keptNames_.reset();
   }
-  /// Reads the list of tables now and asks this list from now on, for who looks up many names and knows that no table
-  /// comes or goes meanwhile.
+  /// Reads the list of tables now and uses it from now on, for callers that look up many names while no table is
+  /// created or dropped.
   void KeepTableList();
   [[nodiscard]] ZanOleDbConnection* connection() const { return connection_; }
 
-  /// "AMP", "INSUL", ...; empty for a value that is no family.
+  /// "AMP", "INSUL", ...; empty for a value that is not a family.
   [[nodiscard]] static std::wstring_view TableBaseName(ZanTableKind kind);
-  /// base[_metal][_standard][_code]: each non-empty part behind an underscore. An empty base gives an empty name.
+  /// base[_metal][_standard][_code]: an underscore before each non-empty part. An empty base gives an empty name.
   [[nodiscard]] static std::wstring ComposeTableName(
       std::wstring_view base, std::wstring_view metal, std::wstring_view standard, std::wstring_view code);
   /// The electrical code at the end of a table's name; empty for a table of no code and for one of no family.
@@ -79,15 +79,15 @@ public:
       std::wstring_view code) const;
   /// The same for families that carry neither metal nor standard in their names.
   [[nodiscard]] bool ResolveTable(std::wstring& name, ZanTableKind kind, std::wstring_view code) const;
-  /// Whether all tables of the mask exist under the code itself. A kind that only a fallback serves is still told in
-  /// `forCode`: the user is to know that the code's own table is absent.
+  /// Whether all tables of the mask exist under the code itself. A kind for which only a fallback exists is still
+  /// listed in `forCode`: the user must know that the code's own table is missing.
   [[nodiscard]] bool CheckTables(
       std::wstring_view metal, std::wstring_view standard, std::wstring_view code, MissingTables& missing,
       unsigned mask) const;
 
   /// "[a], [b]".
   [[nodiscard]] static std::wstring JoinColumns(const std::vector<std::wstring>& names);
-  /// "[a]='1' AND [b]='2'". Values are not escaped here: who runs the statement stops a value with a quote.
+  /// "[a]='1' AND [b]='2'". Values are not escaped here: running the statement rejects a value with a quote.
   [[nodiscard]] static std::wstring JoinWhere(
       const std::vector<std::wstring>& names, const std::vector<std::wstring>& values);
 

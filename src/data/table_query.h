@@ -1,5 +1,5 @@
-// One statement with its values filled in, run on a connection, its rows walked: the way in which every service of
-// this floor asks the tables.
+// One statement with its values filled in, run on a connection, its rows walked: every service of this layer reads the
+// tables in this way.
 #pragma once
 
 #include "platform/tables.h"
@@ -11,8 +11,8 @@
 
 namespace brenvolt {
 
-/// What a statement that the engine refuses means. Most of them must run; some only ask whether a table has what is looked
-/// for, and their failure is an answer.
+/// The meaning of a refused statement. Most statements must run; some only test whether a table has something, and
+/// their failure is a result.
 enum class Refusal { fault, answer };
 
 /// Placeholders of a statement: "%s" inside quotes is a value, inside brackets a name, elsewhere a piece of statement;
@@ -20,13 +20,13 @@ enum class Refusal { fault, answer };
 /// as failed and never reaches the engine.
 class TableQuery final {
 public:
-  /// The connection is not owned; null and closed ones make every statement fail. A fault is noted for whoever watches
-  /// (see `TableWatch`).
+  /// The connection is not owned; null and closed ones make every statement fail. A fault is recorded by the watch, if
+  /// there is one (see `TableWatch`).
   explicit TableQuery(ZanOleDbConnection* connection, Refusal refusal = Refusal::fault);
 
-  /// Fills and runs a statement. False on any failure, told by `error`.
+  /// Fills and runs a statement. False on any failure, see `error`.
   [[nodiscard]] bool run(std::wstring_view statement, const std::vector<std::wstring>& values = {});
-  /// Steps to the next row; false behind the last one, and when the rows end too early (then told by `error`).
+  /// Moves to the next row; false after the last one, and when the rows end too early (see `error` then).
   [[nodiscard]] bool next();
   /// `run` and a first row.
   [[nodiscard]] bool runForRow(std::wstring_view statement, const std::vector<std::wstring>& values = {});
@@ -42,7 +42,7 @@ public:
   [[nodiscard]] std::wstring columnName(int column) const { return command_.GetColumnName(column); }
   [[nodiscard]] const std::wstring& error() const { return error_; }
 
-  /// Makes a fault of a failure that the query took for an answer.
+  /// Records as a fault a failure that the query treated as a result.
   void noteFault() const;
 
 private:

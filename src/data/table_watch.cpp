@@ -13,7 +13,7 @@ struct Notes {
   std::vector<TableFallback> fallbacks;
 };
 
-/// Absent while nobody watches.
+/// Null while nothing is watched.
 std::optional<Notes>& notes() {
   static std::optional<Notes> collected;
   return collected;

@@ -1,6 +1,6 @@
-// What reading the tables met that its answers do not tell: a statement that an engine refused is not one that finds
-// nothing, and a figure of another code's table is not one of the code that was asked for. The services go on either
-// way; whoever started the work reports it, once.
+// Problems while reading the tables that the results do not show: a statement that an engine refused differs from one
+// that finds nothing, and a figure of another code's table is not one of the requested code. The services continue in
+// both cases; the caller that started the work reports each problem once.
 #pragma once
 
 #include "platform/tables.h"
@@ -18,7 +18,7 @@ struct StatementFailure {
   bool isConnectionLost = false; ///< whether the server was no longer reached
 };
 
-/// A table of the default code that stands in for one of another code.
+/// A table of the default code that replaces one of another code.
 struct TableFallback {
   std::wstring wanted;
   std::wstring used;
@@ -28,7 +28,7 @@ struct TableFallback {
 void noteStatementFailure(StatementFailure failure);
 /// The same for a data source that could not be opened; one without a name is none.
 void noteOpeningFailure(std::wstring_view dataSource, const ZanOleDbErrorInfo& error);
-/// The same for a fallback, one for each table that was wanted.
+/// The same for a fallback, one for each requested table.
 void noteTableFallback(TableFallback fallback);
 
 /// Whether a server was lost since the outermost watch began. Whoever draws or writes from what was read since then would

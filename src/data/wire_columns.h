@@ -18,7 +18,7 @@ struct WireColumnRow {
   std::wstring WireCandidate::*cell;
   WireColumnUse use;
 };
-/// In the order in which they stand; of `WireColumn`.
+/// In display order, which is that of `WireColumn`.
 inline constexpr WireColumnRow wireColumns[] = {
     {WireColumn::size, &WireCandidate::size, WireColumnUse::always},
     {WireColumn::count, &WireCandidate::count, WireColumnUse::parallel},

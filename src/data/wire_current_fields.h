@@ -18,7 +18,7 @@ void loadCurrents(
 [[nodiscard]] CurrentTexts currentTextsOf(const WireInput& input);
 void showCurrents(WireInput& input, const CurrentTexts& texts);
 
-/// The sizes of the grounding table that serve the full-load current; the stored one is kept where it is among them.
+/// The sizes of the grounding table that suffice for the full-load current; a stored one among them stays selected.
 void loadGroundSizes(WireInput& input, const WireDefaults& defaults, std::wstring_view storedSize);
 
 } // namespace brenvolt

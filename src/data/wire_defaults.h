@@ -1,5 +1,5 @@
-// What serves where nothing is given: the default of the option table, or what the sizing assumes, each with its origin.
-// Window, tool and build fill their gaps here, so that an explanation can name the source of every number.
+// The values of fields that are not given: the default of the option table, or what the sizing assumes, with its
+// origin. Window, tool and build fill their gaps here, so that an explanation can name the source of every number.
 #pragma once
 
 #include "data/option_tables.h"
@@ -19,7 +19,7 @@ inline constexpr std::wstring_view assumedOrigin = L"assumed by the wire lookup"
 [[nodiscard]] std::wstring rowOrigin(
     std::wstring_view table, std::wstring_view keyColumn, std::wstring_view key, std::wstring_view column);
 
-/// The setting whose default serves a field, and what is assumed where the setting has none.
+/// The setting with a field's default, and the assumed value where the setting has none.
 struct WireDefault {
   LookupField field;
   std::wstring_view setting;

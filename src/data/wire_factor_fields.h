@@ -10,7 +10,7 @@ namespace brenvolt {
 void loadContinuous(WireInput& input, const WireDefaults& defaults, const ZanCircuitData& choices);
 void loadFill(WireInput& input, const WireDefaults& defaults, const ZanCircuitData& choices);
 
-/// The ambient ranges of the chosen insulation, with the range that the options ask for.
+/// The ambient ranges of the chosen insulation, with the range that the options select.
 void loadAmbient(WireInput& input, const WireDefaults& defaults);
 /// The range and the factor that the circuit has, over those of the options.
 void restoreAmbient(WireInput& input, const ZanCircuitData& choices);

@@ -24,7 +24,7 @@ struct WireTableChoice {
   std::wstring minimumSize;
 };
 
-/// What the tables answered.
+/// The figures read from the tables.
 struct WireTableFigures {
   std::vector<ZanWireRow> sizes;                ///< ascending by ampacity
   std::map<std::wstring, Impedance> impedances; ///< by size as shown; none for a size without one
@@ -104,7 +104,7 @@ struct WireLookupResult {
 struct WireSizeFacts {
   std::wstring ampacityTable;
   double ampacity = 0.0;       ///< as the table has it
-  std::wstring impedanceTable; ///< empty when no impedance was asked for or the table is missing
+  std::wstring impedanceTable; ///< empty when no impedance is needed or the table is missing
   ImpedanceSource source;
   Impedance impedance;
 };

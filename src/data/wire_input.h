@@ -107,7 +107,7 @@ struct WireInput {
 /// The numbers of the fields that are in use.
 [[nodiscard]] WireLookupInput lookupInputOf(const WireInput& input);
 
-/// The fields that fall back to the last good value when something worse is typed.
+/// The fields that are reset to the last valid value when an invalid one is typed.
 enum class FactorEffect { none, updates };
 
 struct WireNumberRule {

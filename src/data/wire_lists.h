@@ -1,5 +1,5 @@
-// What the wire tables' texts mean: ranges of conduit fill and ambient temperature, factor texts, impedance cells.
-// Pure functions on texts; the reader of the tables hands them what it read.
+// Parsing of the wire tables' texts: ranges of conduit fill and ambient temperature, factor texts, impedance cells.
+// Pure functions on texts from the reader of the tables.
 #pragma once
 
 #include "data/wire_sizing.h"
@@ -19,9 +19,9 @@ namespace brenvolt {
 /// limit is not used. A single limit is both ends of its range: 3 becomes 1~3.
 void makeFillRanges(std::vector<std::wstring>& limits);
 
-/// Turns ambient brackets, named by their upper limit with a unit letter, into ranges in place (25C, 30C, 35C become
-/// 0~25C, 26~30C, 31~35C) and answers the index of the first bracket from the top that begins below `ambient`
-/// degrees: 30 selects the second of these.
+/// Turns ambient temperature ranges, named by their upper limit with a unit letter, into ranges in place (25C, 30C,
+/// 35C become 0~25C, 26~30C, 31~35C) and returns the index of the last one that begins below `ambient` degrees: 30
+/// selects the second of these.
 [[nodiscard]] std::size_t makeAmbientRanges(std::vector<std::wstring>& brackets, int ambient);
 
 /// The degrees of an option text such as "30C"; a trailing C of either case is dropped.
@@ -40,19 +40,19 @@ struct ImpedanceRow {
 struct ImpedanceNeighbours {
   std::optional<ImpedanceRow> lower;
   std::optional<ImpedanceRow> upper;
-  bool hasOwnRow = false; ///< the size itself stands in the table
+  bool hasOwnRow = false; ///< the size itself is in the table
 };
 [[nodiscard]] ImpedanceNeighbours impedanceNeighbours(
     const std::vector<ImpedanceRow>& rows, std::wstring_view size);
 
 /// The impedance of a size whose own cell is empty, by linear interpolation between its neighbours of the same unit
 /// word ("250 KCMIL" never with "4/0"); at an end the one neighbour's. Zero for a size that has no row of its own.
-/// Nothing when there is no neighbour with a cell, or a neighbour's cell is no impedance.
+/// Nothing when there is no neighbour with a cell, or a neighbour's cell is not an impedance.
 [[nodiscard]] std::optional<Impedance> interpolateImpedance(
     const ImpedanceNeighbours& neighbours, std::wstring_view size);
 
-/// A size text as its leading number and the rest, the unit word: trimmed, without case, "number" when empty. "1/0"
-/// is the number 1 of the word "/0".
+/// A size text as its leading number and the unit word after it: trimmed, without case, "number" when empty. "1/0" is
+/// the number 1 of the word "/0".
 struct SizeNumber {
   double number = 0.0;
   std::wstring unit;

@@ -1,6 +1,6 @@
-// The wire lookup without a window: its fields, the table of sizes that follows from them, and the size that is chosen.
-// A change is applied and answered with what else changed. Whoever shows the lookup shows this record; the answer, the
-// question about an overloaded size and the report are taken from here.
+// The wire lookup without a window: its fields, the table of sizes that follows from them, and the chosen size. A
+// change is applied and returns what else changed. A window shows this record; the result, the question about an
+// overloaded size and the report are taken from here.
 #pragma once
 
 #include "data/circuit_data.h"
@@ -42,7 +42,7 @@ struct WireEffects {
   [[nodiscard]] bool has(LookupField field) const { return fields.test(static_cast<std::size_t>(field)); }
 };
 
-/// Whether missing tables stop a change, or the user has already agreed to go on without them.
+/// Whether missing tables stop a change, or the user has already agreed to continue without them.
 enum class WithoutTables { stop, goOn };
 
 class WireLookup final {
@@ -111,8 +111,8 @@ private:
   std::optional<std::size_t> selected_;
 };
 
-/// A size that was stored without blanks as the tables show it: "8AWG" is "8 AWG", "250KCMIL" is "250 KCMIL". The blank
-/// goes in front of the standard's word, or of "KCMIL" for the standard "AWG".
+/// Returns a size that was stored without blanks as the tables show it: "8AWG" is "8 AWG", "250KCMIL" is "250 KCMIL".
+/// The blank is put before the word of the size system, or before "KCMIL" for the size system "AWG".
 [[nodiscard]] std::wstring shownSize(std::wstring_view stored, std::wstring_view standard);
 
 } // namespace brenvolt

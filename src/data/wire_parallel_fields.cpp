@@ -10,7 +10,7 @@ namespace brenvolt {
 namespace {
 
 constexpr int smallestParallelCount = 2;
-/// More conductors in parallel than any raceway takes; a stored or configured number above it is no count.
+/// More conductors in parallel than any raceway takes; a stored or configured number above it is invalid.
 constexpr int largestParallelCount = 100;
 
 /// The sizes from the first of the setting that the table knows on; that size is the default.

@@ -23,7 +23,7 @@ std::wstring twoDecimals(double value) {
   return formatTrimmed(value, 2);
 }
 
-/// A figure of the columns behind the load percentage: nothing and zero both show "-".
+/// A figure of the columns after the utilisation: nothing and zero both show "-".
 std::wstring figureCell(double value) {
   const std::wstring text = twoDecimals(value);
   return text.empty() || text == L"0" ? notAvailable : text;

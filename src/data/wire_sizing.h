@@ -77,9 +77,9 @@ struct ParallelInput {
   std::size_t selectedFill = 0; ///< index into the fill list
 };
 
-/// Rows with as many equal conductors as carry the load, one for each fill range that still does. Works on the raw
-/// ampacity: neither the overall nor any other factor but the fill takes part. A size below the minimum gives one
-/// row with count 1; a set that exactly meets the load is dropped; a raw ampacity of 0 gives nothing.
+/// Returns rows with as many equal conductors as carry the load, one for each fill range in which they still do. Uses
+/// the raw ampacity with the fill factor only, not the combined factor. A size below the minimum gives one row with
+/// count 1; a set that exactly meets the load is dropped; a raw ampacity of 0 gives nothing.
 [[nodiscard]] std::vector<WireCandidate> parallelRows(
     const std::vector<ZanWireRow>& rows, const std::vector<FillEntry>& fill, const ParallelInput& input);
 
@@ -128,7 +128,7 @@ void removeOverloaded(std::vector<WireCandidate>& rows, UndersizedRows undersize
 /// Takes out every row whose percent drop is greater than the limit; a trailing "%" of the limit text is dropped.
 void removeAboveDropLimit(std::vector<WireCandidate>& rows, std::wstring_view limit);
 
-/// The first row whose ampacity is greater than the total: strictly, so an exact meet is passed by.
+/// The first row whose ampacity is greater than the total: strictly, so an equal one is skipped.
 [[nodiscard]] std::optional<std::size_t> proposedRow(const std::vector<WireCandidate>& rows, double total);
 
 /// A row of the grounding table.
@@ -137,7 +137,7 @@ struct GroundRow {
   double maximum = 0.0; ///< largest rating served, amperes
 };
 
-/// The sizes whose maximum lies strictly above the value, in the order given (ascending maximum).
+/// Returns the sizes whose maximum is strictly above the value, in the given order (ascending maximum).
 [[nodiscard]] std::vector<std::wstring> groundSizes(const std::vector<GroundRow>& rows, double value);
 
 } // namespace brenvolt

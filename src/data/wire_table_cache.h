@@ -1,5 +1,5 @@
-// The wire tables as the lookups of one dialog or one list of circuits see them: each list is read once and kept until
-// another table is asked for. Nobody else may change the tables meanwhile.
+// The wire tables for the lookups of one dialog or one list of circuits: each list is read once and kept until another
+// table is needed. The tables must not change meanwhile.
 #pragma once
 
 #include "data/wire_figures.h"
@@ -15,7 +15,7 @@ namespace brenvolt {
 
 class WireTableCache final {
 public:
-  /// The ambient ranges of an insulation, and the place of the one that the options ask for.
+  /// The ambient ranges of an insulation, and the index of the one that the options select.
   struct Ambient {
     FactorList list;
     std::size_t defaultIndex = 0;
@@ -26,7 +26,7 @@ public:
   WireTableCache(const WireTableCache&) = delete;
   WireTableCache& operator=(const WireTableCache&) = delete;
 
-  /// What depends on metal, standard or insulation is read again when it is next asked for.
+  /// Lists that depend on material, size system or insulation are read again at the next use.
   void forgetWires();
 
   [[nodiscard]] ZanOleDbConnection& connection() const { return connection_; }
@@ -38,7 +38,7 @@ public:
   /// The resolved table of a family without metal and standard in its name; empty when there is none.
   [[nodiscard]] const std::wstring& table(ZanTableKind kind, const std::wstring& code);
   [[nodiscard]] const FactorList& fill(const std::wstring& code);
-  /// Raceway columns with what the user sees; nothing when the site describes none.
+  /// Raceway columns with their texts for the user; nothing when the site describes none.
   [[nodiscard]] const std::optional<std::map<std::wstring, std::wstring>>& raceways(const std::wstring& code);
   /// @}
   /// @name By code, metal and standard

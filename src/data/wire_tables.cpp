@@ -13,7 +13,7 @@ namespace brenvolt {
 
 namespace {
 
-/// Raceways stand in the impedance table from this column on, ambient brackets in the insulation table.
+/// The first column of the raceways in the impedance table, and of the ambient temperatures in the insulation table.
 constexpr int firstRacewayColumn = 3;
 constexpr int firstAmbientColumn = 5;
 
@@ -200,7 +200,7 @@ bool ZanWireTableReader::ListParallelSizes(
     return false;
   // The limit is an integer: 215.5 admits a size of 215.2.
   const double limit = toInt(query.text(1));
-  // The comparison is made here: where a database declares the column as text, its own one goes by characters.
+  // Compared here, because a database that declares the column as text compares by characters.
   const std::wstring_view statement =
       text == SizeText::description
           ? L"SELECT [SIZE_DESC], [%s] FROM [%s] WHERE [%s] IS NOT NULL ORDER BY [%s] ASC"

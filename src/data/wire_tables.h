@@ -1,5 +1,5 @@
-// The one place that knows the statements on the wire tables. Every list is read anew whenever it is asked for; the
-// caller keeps what it wants.
+// All statements on the wire tables. Every list is read from the database at each call; the caller keeps what it
+// needs.
 #pragma once
 
 #include "data/option_tables.h"
@@ -42,7 +42,7 @@ public:
   /// The connection is not owned.
   explicit ZanWireTableReader(ZanOleDbConnection* connection = nullptr);
 
-  /// @name Lists. Each answers false, its output emptied, without a connection or the table it reads.
+  /// @name Lists. Each returns false, its output empty, without a connection or the table it reads.
   /// @{
   /// The wire standards that have ampacity or grounding tables, in the order of the table list.
   bool ListStandards(std::vector<std::wstring>& standards) const;
@@ -51,14 +51,14 @@ public:
   bool ListInsulations(const WireTableSet& set, std::vector<std::wstring>& labels) const;
   /// The label of an insulation code; false without a row.
   bool InsulationLabel(const WireTableSet& set, std::wstring_view insulation, std::wstring& label) const;
-  /// Raceway columns with what the user sees; rows without a code are left out.
+  /// Raceway columns with their texts for the user; rows without a code are skipped.
   bool ListRaceways(std::wstring_view code, std::map<std::wstring, std::wstring>& descriptions) const;
   /// The raceway columns of the impedance table, in the table's order.
   bool ListRacewayColumns(const WireTableSet& set, std::vector<std::wstring>& columns) const;
   /// The ranges of current-carrying conductors with their factors, in the table's order.
   bool ListFill(std::wstring_view code, FactorList& fill) const;
-  /// The ambient ranges of an insulation, and the index of the one that the options ask for. A bracket without a
-  /// factor is left out.
+  /// The ambient ranges of an insulation, and the index of the one that the options select. A bracket without a factor
+  /// is left out.
   bool ListAmbient(
       const WireTableSet& set, std::wstring_view insulationDescription, FactorList& ambient,
       std::size_t& defaultIndex) const;
@@ -79,7 +79,7 @@ public:
   /// @}
 
   /// The impedance of a size in a raceway column of resolved tables; interpolated where its cell is empty. Zero, and
-  /// false, when it cannot be told. `source` takes, where given, what was read.
+  /// false, when it cannot be determined. `source` returns, if given, what was read.
   bool ReadImpedance(
       std::wstring_view impedanceTable, std::wstring_view ampacityTable, std::wstring_view column,
       std::wstring_view sizeDescription, Impedance& impedance, ImpedanceSource* source = nullptr) const;
@@ -108,7 +108,7 @@ public:
     return utils_.CheckTables(set.metal, set.standard, set.code, missing, mask);
   }
   enum class WithOptions { no, yes };
-  /// The wire tables with grounding and, when asked, the options.
+  /// The wire tables with grounding and optionally the options.
   [[nodiscard]] bool CheckWireTables(
       const WireTableSet& set, MissingTables& missing, WithOptions withOptions) const;
   /// @}

@@ -104,7 +104,7 @@ void ZanAnnotationDataList::AddItem(const Item& item) {
 
 void ZanAnnotationDataList::Assign(const ZanAnnotationDataList& other) {
   if (this == &other) return;
-  ZanAnnotationDataList copy(other); // `other` may stand inside this list
+  ZanAnnotationDataList copy(other); // `other` may be part of this list
   items_ = std::move(copy.items_);
 }
 

@@ -14,7 +14,7 @@ namespace brenvolt {
 
 /// One typed value.
 struct ZanAnnotationField {
-  std::wstring value; ///< as text, whatever `type` says
+  std::wstring value; ///< always a text, for any `type`
   std::uint32_t type = static_cast<std::uint32_t>(kvtype::string);
   std::wstring name;   ///< display label, may be empty
   bool hidden = false; ///< stays out of LISP lists
@@ -88,7 +88,7 @@ public:
   void AddItem(const Item& item);
   void Clear() { items_.clear(); }
   void Assign(const ZanAnnotationDataList& other);
-  /// Copies the items of `other` behind the present ones; a list can be appended to itself.
+  /// Appends copies of the items of `other`; a list can be appended to itself.
   void Append(const ZanAnnotationDataList& other);
 
   friend bool operator==(const ZanAnnotationDataList& left, const ZanAnnotationDataList& right);

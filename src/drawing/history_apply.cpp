@@ -10,8 +10,8 @@ namespace brenvolt {
 
 namespace {
 
-/// The grounding size among the properties of a motor or load: behind nine fields of its data it is the last of the
-/// twenty exported rows.
+/// The grounding size among the properties of a motor or load: it is the last of the twenty exported rows, which
+/// follow nine fields of its data.
 constexpr std::size_t groundingProperty = 29;
 constexpr std::wstring_view titleField = L"TITLE";
 constexpr std::wstring_view groundingMark = L"3";
@@ -42,8 +42,8 @@ void applyCatalog(XmlElement entry, ZanAnnotationDataList& catalog) {
   }
 }
 
-/// Rows of motors and loads. The working row is never cleared: a later setup carries the fields of the earlier ones
-/// ahead of its own, as the forms of existing workbooks expect.
+/// Rows of motors and loads. The working row is never cleared: a later setup has the fields of the earlier ones before
+/// its own, as the forms of existing workbooks expect.
 class SetupReader final {
 public:
   void read(XmlElement group, std::wstring_view setupName, ZanAnnotationDataList& controls) {

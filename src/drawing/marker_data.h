@@ -1,4 +1,4 @@
-// The LISP symbol by which scripts learn which marker is at work: (index (handle ...) (value ...)).
+// The LISP symbol that tells scripts the current marker: (index (handle ...) (value ...)).
 #pragma once
 
 #include "drawing/markers.h"

@@ -1,5 +1,5 @@
-// Operations over a whole marker tree: records attached, numbers given, stretches of it collected for execution, child
-// lists dropped when the run that brought them is undone.
+// Operations on a whole marker tree: attaching records, numbering, collecting ranges for execution, and dropping child
+// lists when the run that added them is undone.
 #pragma once
 
 #include "drawing/markers.h"

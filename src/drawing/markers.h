@@ -1,6 +1,6 @@
-// The markers of a circuit: block references of the template that say "here something is decided or placed". They form
-// a tree, since a marker's scripts may insert templates with markers of their own. Whoever needs a marker later keeps
-// its id and asks the tree.
+// The markers of a circuit: block references of the template at which something is decided or placed. They form a
+// tree, since a marker's scripts may insert templates with markers of their own. Code that needs a marker later keeps
+// its id and searches the tree.
 #pragma once
 
 #include "drawing/annotation_rows.h"
@@ -34,10 +34,10 @@ public:
   virtual ~ZanDwgMarker();
 
   /// "CODE.ordinal.level": ties a marker to its entry in the history. The same template gives the same keys each time
-  /// it is inserted. Children of two parents can share a key; the first entry then serves both.
+  /// it is inserted. Children of two parents can share a key; the first entry is then used for both.
   [[nodiscard]] std::wstring GetKey() const;
   [[nodiscard]] bool hasOptions() const { return !record.groups.empty(); }
-  /// The markers below; null when there is no child list.
+  /// The child markers; null when there is no child list.
   [[nodiscard]] ZanDwgMarkerList* children() const { return children_.get(); }
 
   /// Makes the child list, an empty one, unless there is one.

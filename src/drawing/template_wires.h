@@ -1,5 +1,5 @@
-// The wire positions of all templates that one circuit has brought into the drawing, each with the run that brought it:
-// a run that is undone takes its positions back.
+// The wire positions of all templates that one circuit has inserted into the drawing, each with its run: undoing a run
+// removes its positions.
 #pragma once
 
 #include "drawing/wire_formatter.h"
@@ -22,7 +22,7 @@ public:
 
   /// Adds what a scan found. A scan without a wire position changes nothing.
   void add(std::int32_t run, ZanWireFormatter formats);
-  /// Removes what an undone run brought; a run of 0 or below is the circuit's own template and stays.
+  /// Removes what an undone run added; a run of 0 or below is the circuit's own template and stays.
   void takeBack(std::int32_t run);
   /// A run becomes part of the one before it.
   void joinRun(std::int32_t run, std::int32_t former);

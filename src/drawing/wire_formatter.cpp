@@ -46,8 +46,8 @@ std::wstring layerFormat(std::wstring_view setting) {
   return format;
 }
 
-/// The placeholder is replaced and not formatted: the rest of a layer name may hold anything. A second placeholder
-/// stays, as one value cannot fill it.
+/// The placeholder is replaced and not formatted: the rest of a layer name may contain anything. A second placeholder
+/// stays, because one value cannot fill it.
 std::wstring fillFormat(std::wstring format, std::wstring_view value) {
   const std::size_t at = format.find(placeholder);
   if (at != std::wstring::npos) format.replace(at, placeholder.size(), value);

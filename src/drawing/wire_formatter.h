@@ -11,7 +11,7 @@
 
 namespace brenvolt {
 
-/// What a template says of one wire position.
+/// One wire position of a template.
 struct WireFormat {
   std::wstring pattern; ///< host wildcard for layer names, "*" when the template names none
   std::wstring numbers; ///< "1": the wires carry numbers, "0": they do not
@@ -30,8 +30,8 @@ struct WireSizes {
 
 /// "WT01" to "WT09", then "WT10"; `suffix` with its dash follows the number.
 [[nodiscard]] std::wstring wireCode(int number, std::wstring_view suffix);
-/// "WT01E"; the zero stays from ten on ("WT010E"), as the grid counts its grounding rows. `suffix` follows the
-/// "E". The wires that a preset brings count otherwise: theirs is `wireCode(number, "E" + suffix)`, "WT10E".
+/// "WT01E"; the zero stays from ten on ("WT010E"), as the grid counts its grounding rows. `suffix` follows the "E".
+/// The wires of a preset are counted differently: `wireCode(number, "E" + suffix)`, "WT10E".
 [[nodiscard]] std::wstring groundCode(int number, std::wstring_view suffix);
 
 class ZanWireFormatter {
@@ -62,9 +62,9 @@ public:
   [[nodiscard]] std::optional<std::vector<std::wstring>> GetLayerNames(
       const WireSizes& sizes, std::wstring_view code) const;
 
-  /// All grounding codes, whatever their suffix, in ordinal order, a code with several entries as often.
+  /// All grounding codes with any suffix, in ordinal order; a code with several entries is repeated.
   [[nodiscard]] std::vector<std::wstring> GetGroundCodes() const;
-  /// The codes of one suffix ("-A"); an empty suffix asks for codes without a dash.
+  /// The codes of one suffix ("-A"); an empty suffix selects codes without a dash.
   [[nodiscard]] std::vector<std::wstring> GetGroundCodes(std::wstring_view suffix) const;
   [[nodiscard]] std::vector<std::wstring> GetWireCodes(std::wstring_view suffix) const;
 

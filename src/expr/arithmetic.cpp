@@ -54,8 +54,8 @@ public:
   }
 
 private:
-  /// The operand in hand with its signs. A token that is no operand stays and counts as 0: an expression may go on
-  /// at "(" or, as kept, at an operator.
+  /// The current operand with its signs. A token that is not an operand stays and counts as 0: an expression may
+  /// continue at "(" or, intentionally, at an operator.
   double readOperand() {
     bool negate = false;
     for (; !tokens_.isAtEnd() && tokens_.operatorType() == minus; tokens_.advance())
@@ -85,8 +85,8 @@ private:
     if (mayReduce && !reduce()) throw IllegalExprException();
   }
 
-  /// Takes into the top entry what stands below it with at least its priority, down to an opening parenthesis when
-  /// the entry closes it. On failure the top entry is gone.
+  /// Merges into the top entry the entry below it with at least its priority, down to an opening parenthesis when the
+  /// entry closes it. On failure the top entry is gone.
   [[nodiscard]] bool reduce() {
     if (stack_.size() < 2) return true;
     ZanExprToken right = stack_.pop();

@@ -6,7 +6,7 @@
 
 namespace brenvolt {
 
-/// Thrown by value for a text that is no expression; holds one string, which is always empty.
+/// Thrown by value for an invalid expression; contains one string, which is always empty.
 struct IllegalExprException {
   std::wstring text;
 };
@@ -17,8 +17,8 @@ struct IllegalExprException {
 class ZanExprEvaluator final {
 public:
   /// The value of `text` with `variable` as the value of "i".
-  /// A blank text is 1.0: a blank cell means a factor of one. Throws `IllegalExprException` for a token that is no
-  /// operator where one must stand, a division by zero with more to come, and an incomplete if-form.
+  /// A blank text is 1.0: a blank cell means a factor of one. Throws `IllegalExprException` for a token that is not an
+  /// operator where one is required, a division by zero with more to come, and an incomplete if-form.
   [[nodiscard]] double Evaluate(std::wstring_view text, const double& variable) const;
 };
 

@@ -59,7 +59,7 @@ public:
       if (first != nowhere && first == ifPlace) {
         readCondition(ifPlace);
       } else if (start_ == nowhere) {
-        throw IllegalExprException(); // "then" or "else" ahead of any "if"
+        throw IllegalExprException(); // "then" or "else" before any "if"
       } else if (first != nowhere && first == elsePlace && first > position_) {
         readBranchAheadOfElse(elsePlace);
       } else {
@@ -92,7 +92,7 @@ private:
   }
 
   void readBranchAheadOfElse(std::size_t elsePlace) {
-    // The character ahead of "else" is dropped whatever it is: a blank is expected there.
+    // The character before "else" is dropped in any case: a blank is expected there.
     nodes_[node_].text = trimmed(text_.substr(position_, elsePlace - 1 - position_));
     const std::size_t above = nodes_[node_].parent;
     const bool isThenBranch = nodes_[above].thenNode == node_;
@@ -124,8 +124,8 @@ private:
   WordFinder then_{text_, "then"};
   WordFinder else_{text_, "else"};
   std::vector<ZanIfNode> nodes_;
-  std::size_t node_ = noNode;   ///< in hand; none when the form is complete
-  std::size_t position_ = 0;    ///< what lies ahead of it belongs to the form
+  std::size_t node_ = noNode;   ///< current node; none when the form is complete
+  std::size_t position_ = 0;    ///< the text before it belongs to the form
   std::size_t start_ = nowhere; ///< of the first "if"
 };
 

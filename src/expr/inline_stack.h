@@ -15,7 +15,7 @@ public:
   /// The stack must not be empty.
   [[nodiscard]] const Entry& top() const { return size_ <= inlineSize ? first_[size_ - 1] : rest_.back(); }
 
-  /// By value: an entry whose address nobody takes stays in registers.
+  /// By value: an entry whose address is not taken stays in registers.
   void push(Entry entry) {
     if (size_ < inlineSize) {
       first_[size_] = entry;

@@ -33,7 +33,7 @@ ZanExprOperator operatorOf(char c) {
   return operatorOfCharacter[static_cast<unsigned char>(c)];
 }
 
-/// The operator that two operator characters make together; `none` when each stands for itself, as in "==".
+/// The operator that two operator characters form together; `none` when each is its own operator, as in "==".
 ZanExprOperator joined(char first, char second) {
   if (second == '=') return first == '>' ? greaterOrEqual : first == '<' ? lessOrEqual : none;
   if (first != '=') return none;
@@ -64,7 +64,7 @@ double longNumber(std::string_view text) {
   return toDouble(std::wstring(text.begin(), text.end()));
 }
 
-/// The value of digits with at most one point among, before or behind them; nothing for any other text.
+/// The value of digits with at most one point among, before or after them; nothing for any other text.
 /// Few digits are one exact division of two exact numbers, so the result is rounded once, as it should be.
 std::optional<double> numberOf(std::string_view text) {
   std::uint64_t digits = 0;

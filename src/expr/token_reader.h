@@ -30,10 +30,10 @@ public:
   explicit TokenReader(std::string_view text);
 
   [[nodiscard]] bool isAtEnd() const { return isAtEnd_; }
-  /// The operator in hand; `none` when the token is an operand.
+  /// The current operator; `none` when the token is an operand.
   [[nodiscard]] ZanExprOperator operatorType() const { return operator_; }
-  /// The number that the token in hand stands for: digits with at most one point, "i" or "pi".
-  /// Nothing for an operator and for any other text.
+  /// The number of the current token: digits with at most one point, "i" or "pi". Nothing for an operator and for any
+  /// other text.
   [[nodiscard]] std::optional<double> operandValue(double variable) const;
 
   void advance();

@@ -11,7 +11,7 @@ namespace brenvolt {
 
 class ZanAttrSelDlg final : public CKvUiDialog {
 public:
-  /// The attribute's name stands directly behind the title.
+  /// The attribute's name directly follows the title.
   ZanAttrSelDlg(
       std::wstring_view title, std::wstring_view attribute, std::vector<std::wstring> choices,
       KvWindow* parent);

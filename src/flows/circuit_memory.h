@@ -1,4 +1,4 @@
-// What the circuit selection keeps for the user: the last choice, and how he has divided its window.
+// The circuit selection's settings of the user: the last choice and the position of the divider.
 #pragma once
 
 #include "host/host_api_ui.h"
@@ -23,7 +23,7 @@ struct ZanSplitterState {
   bool showsPreview = false;
 };
 
-/// Nothing when nothing of the dialog is kept yet. A value that is no number is 0.
+/// Nothing when the dialog has no settings yet. An invalid number is 0.
 [[nodiscard]] std::optional<ZanSplitterState> readSplitterState();
 void keepSplitterState(const ZanSplitterState& state);
 

@@ -11,7 +11,7 @@
 
 namespace brenvolt {
 
-/// A type of a circuit, as it stands in the workbook.
+/// A type of a circuit of the workbook.
 struct CircuitChoice {
   std::wstring circuit;
   std::wstring type;
@@ -27,7 +27,7 @@ public:
   /// The tree must outlive it.
   ZanCircuitTreeCtrl(KvUiTree& tree, const ZanCircuitCatalog& catalog);
 
-  /// Selects a type, compared as a person reads names. False, and nothing selected, when the workbook has none such.
+  /// Selects a type, compared by the user's locale. False, and nothing selected, when the workbook does not have it.
   bool select(std::wstring_view circuit, std::wstring_view type);
   /// The selected type; nothing while no type is selected, also with a circuit alone.
   [[nodiscard]] std::optional<CircuitChoice> choice() const;

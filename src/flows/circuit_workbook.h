@@ -1,4 +1,4 @@
-// Opening the configuration workbook for the circuit selection: finding it, and telling the user what is wrong with it.
+// Opening the configuration workbook for the circuit selection: finds it, and reports its problems to the user.
 #pragma once
 
 #include "host/host_api_ui.h"
@@ -8,12 +8,12 @@
 
 namespace brenvolt {
 
-/// Finds the workbook where the parent product looks; an empty name stands for the default one. A workbook that is not
-/// found is told over `parent`, and the path is empty.
+/// Finds the workbook through the parent product; an empty name means the default one. A missing workbook is reported
+/// with `parent` as owner, and the path is empty.
 [[nodiscard]] std::wstring findWorkbook(const std::wstring& name, KvWindow* parent);
 
-/// Reads the list of circuits of the found workbook. False when somebody else has the workbook open and the user does
-/// not want to go on, or when it has no list, which is told.
+/// Reads the circuit list of the found workbook. False when another program has the workbook open and the user does
+/// not continue, or when it has no list, which is reported.
 [[nodiscard]] bool readCircuitList(ZanCircuitCatalog& catalog, KvWindow* parent);
 
 } // namespace brenvolt

@@ -76,11 +76,11 @@ void adoptRun(const ZanConfigUnitList& units, ConfigPages& pages, RunResult resu
     if (unit.page == 0) {
       pages.AddUnit(unit, parent);
       if (parent != nullptr) grown.push_back(parent->page);
-      // The first new unit is to be shown: the tree goes to the item after the one that holds it.
+      // The first new unit is to be shown: the tree selects the item after its parent.
       if (goTo == 0) goTo = parent != nullptr ? parent->page : unit.page;
     }
     if (!unit.pending) return;
-    // What lay below a unit that waited as well has not run: it can be inserted now.
+    // Units below a selected unit have not run: they can be inserted now.
     if (unit.insertStep == 0) {
       unit.pending = false;
       return;
@@ -91,7 +91,7 @@ void adoptRun(const ZanConfigUnitList& units, ConfigPages& pages, RunResult resu
   });
   for (const std::uint32_t page : grown)
     pages.tree().Expand(page);
-  // New pages have come up while they were made.
+  // New pages have been shown while they were created.
   pages.ShowSettings();
   pages.tree().SelectBehind(goTo != 0 ? goTo : firstInserted);
 }

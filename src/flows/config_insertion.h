@@ -1,4 +1,4 @@
-// Insertion runs as the dialog sees them: which units go in, what a run has brought, and what an undone one takes away.
+// Insertion runs of the dialog: which units are inserted, what a run has added, and what undoing it removes.
 #pragma once
 
 #include "build/driver.h"
@@ -18,12 +18,12 @@ enum class RunResult { succeeded, failed };
 /// @param current may be null: then nothing is marked but with `all`
 bool markUnits(const ZanConfigUnitList& units, const ZanConfigUnit* current, InsertScope scope);
 
-/// Behind a run: new units get pages, those that ran are shown as inserted, and the tree goes on to what comes next. The
-/// units of a run that failed are locked as they stand, since some of them are drawn: it can be taken back as a whole.
+/// After a run: new units get pages, those that ran are shown as inserted, and the tree selects the next one. The
+/// units of a failed run are locked unchanged, since some of them are drawn: the run can be undone as a whole.
 void adoptRun(const ZanConfigUnitList& units, ConfigPages& pages, RunResult result);
 
-/// Takes the last run back, its new units with it. False, and nothing changed but that the run may no longer be parted
-/// from the one before, when the host refuses.
+/// Undoes the last run with its new units. False when the host refuses; then nothing is changed except that the run
+/// can no longer be separated from the previous one.
 [[nodiscard]] bool takeBackRun(ZanBrenvolt& build, ConfigPages& pages);
 
 /// Takes the choices of all units that are not inserted into their markers; nothing is run.

@@ -9,7 +9,7 @@
 
 namespace brenvolt {
 
-/// The first of "circuit (001)", "circuit (002)", ... that is no part of a name that is taken, without case.
+/// The first of "circuit (001)", "circuit (002)", ... that is not part of an existing name, without case.
 [[nodiscard]] std::wstring proposeName(std::wstring_view circuit, const std::vector<std::wstring>& taken);
 
 /// The name followed by the ratings of a circuit: "name [type load units voltage phase frequency speed]".

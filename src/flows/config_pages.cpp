@@ -18,7 +18,7 @@ std::size_t firstShownGroup(const ZanConfigUnit& unit) {
   return unit.control ? 1 : 0;
 }
 
-/// A motor or load unit has its fixed code whatever its combo boxes say.
+/// A motor or load unit has its fixed code, independent of its combo boxes.
 std::int32_t managerCode(const ZanConfigUnit& unit, std::int32_t optionCode) {
   return unit.control ? controlOptionCode : optionCode;
 }
@@ -31,7 +31,7 @@ int lastSelected(const ZanOptionGroup& group) {
   return selected;
 }
 
-/// Whether a catalogue group has any value; title and table of a row are no values.
+/// Whether a catalogue group has any value; title and table of a row are not values.
 bool hasValue(const ZanAnnotationDataList& rows) {
   static constexpr std::size_t firstValue = 2;
   return std::any_of(rows.items().begin(), rows.items().end(), [](const ZanAnnotationDataList::Item& item) {
@@ -110,7 +110,7 @@ void ConfigPages::readCombos(ZanConfigUnit& unit) {
 }
 
 void ConfigPages::RemoveUnit(const ZanConfigUnit& unit) {
-  // A run that failed has brought units that were never shown.
+  // A failed run has added units that were never shown.
   if (unit.page == 0) return;
   tree_.Remove(unit.page);
   select_.RemovePage(unit.page);
@@ -146,7 +146,7 @@ void ConfigPages::CommitPage() {
     unit->controlRows = std::move(*rows);
   } else {
     manager->SaveSelection(unit->code, unit->GetOptionCode(), *rows);
-    // A page that was only visited brings no rows: it would otherwise store groups without a value.
+    // A page that was only visited returns no rows: it would otherwise store groups without a value.
     if (!unit->catalogRows.isEmpty() || hasValue(*rows)) unit->catalogRows = std::move(*rows);
   }
 }

@@ -1,5 +1,5 @@
-// What the configuration dialog shows of its units, and what goes back into them: a tree item, a page of combo boxes
-// and the groups of a widget manager for each unit.
+// The units in the configuration dialog, and the values returned to them: a tree item, a page of combo boxes and the
+// groups of a widget manager for each unit.
 #pragma once
 
 #include "config/config_units.h"
@@ -17,7 +17,7 @@ class ZanWidgetManager;
 
 class ConfigPages final {
 public:
-  /// The units belong to the build and are looked at afresh by each operation; the controls to the dialog.
+  /// The build owns the units, which each operation reads again; the dialog owns the controls.
   ConfigPages(
       ZanConfigUnitList& units, KvUiTree& tree, KvUiPages& options, KvUiPages& settings,
       ZanConfigDialogService& dialog);
@@ -39,10 +39,10 @@ public:
   void CommitPage();
   /// A combo box of the open page has changed; `code` is the sum of the page's choices.
   void OnOptionChanged(std::int32_t code);
-  /// The groups of the current unit come up again.
+  /// Shows the groups of the current unit again.
   void ShowSettings();
 
-  /// The unit can be looked at but not changed, until it waits again.
+  /// The unit can be viewed but not changed, until its insertion is undone.
   void Lock(const ZanConfigUnit& unit) { setLocked(unit, true); }
   /// The unit is in the drawing, or no longer.
   void SetInserted(ZanConfigUnit& unit);

@@ -13,7 +13,7 @@ namespace brenvolt {
 /// current (A), multiplier; `circuit` takes them over. Nothing when the user ends the prompt.
 [[nodiscard]] std::optional<std::vector<std::wstring>> pickMotorRatings(ZanCircuitData& circuit);
 
-/// The same for a load: no speed comes, and the circuit loses its own.
+/// The same for a load, which has no speed: the circuit's speed is removed.
 [[nodiscard]] std::optional<std::vector<std::wstring>> pickLoadRatings(ZanCircuitData& circuit);
 
 } // namespace brenvolt

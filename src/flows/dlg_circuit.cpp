@@ -25,7 +25,7 @@ constexpr wchar_t helpTopic[] = L"circuit_selection_dialog";
 constexpr wchar_t deleteHistoryKey[] = L"ZanBrenvolt.DeleteHistory";
 constexpr int tooltipsBelow = 2;
 
-/// The summary's columns stand behind the row head.
+/// The summary's columns follow the row head.
 constexpr int nameColumn = 1;
 constexpr int valueColumn = 2;
 constexpr int summaryColumns = 3;
@@ -202,8 +202,8 @@ void ZanDlgCircuit::enableControls() {
   Grid(role::summary).Enable(hasHistory);
   for (const ScaleField& field : scaleFields)
     Text(field.role).Enable(!hasHistory);
-  // A saved configuration brings its own values and stands instead of an existing circuit. Presets that were switched on
-  // ahead of it stay on, and cannot be changed while it is chosen.
+  // A saved configuration has its own values and replaces an existing circuit. Presets that were switched on before
+  // stay on, and cannot be changed while it is chosen.
   Tick(role::usePresets).Enable(hasPresets && !hasHistory);
   Button(role::choosePresets).Enable(hasPresets && !hasHistory);
   Tick(role::useExisting).Enable(!hasHistory);
@@ -298,7 +298,7 @@ void ZanDlgCircuit::OnCancel() {
   EndDialog(kvui::cancel);
 }
 
-/// A deleted history is gone whichever way the dialog is left: the user was asked.
+/// A deleted configuration is gone however the dialog is closed: the user was asked.
 void ZanDlgCircuit::saveHistories() {
   if (std::exchange(historyDirty_, false)) history_.SaveFile();
 }

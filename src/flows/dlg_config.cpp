@@ -44,7 +44,7 @@ void tell(TextId text) {
   kvutPrintf((loadText(text) + L"\n").c_str());
 }
 
-/// The document that the user draws in, its view brought to the front; false without one.
+/// The document in which the user draws, its view brought to the front; false without one.
 bool focusDrawing() {
   KvApDocManager* documents = kvDocManagerPtr();
   KvApDocument* document = documents == nullptr ? nullptr : documents->activeDocument();
@@ -195,7 +195,7 @@ void ZanDlgConfig::OnOK() {
   takeRest(build_);
   // Ahead of the end steps: once the markers are gone there is nothing left to try again with.
   if (!keepConfiguration(*name)) return;
-  // Whatever happens from here on, drawing and history tell of the same circuit.
+  // From here on, drawing and history file agree on the circuit in any case.
   end_ = BuildEnd::finished;
   build_.finish();
   EndDialog(kvui::ok);
@@ -234,7 +234,7 @@ bool ZanDlgConfig::confirmRest() {
          !isRefused(showTaskDialog(L"ZanBrenvolt.CircuitConfigurationDone", {}, window()));
 }
 
-/// False when the configuration is not saved and the user does not want to finish without.
+/// False when the configuration is not saved and the user does not want to finish without it.
 bool ZanDlgConfig::keepConfiguration(const std::wstring& name) {
   return build_.saveHistory(name) ||
          !isRefused(showTaskDialog(L"ZanBrenvolt.HistoryNotSaved", {{L"circname", name}}, window()));
@@ -275,7 +275,7 @@ bool ZanDlgConfig::pick(
 
 void ZanDlgConfig::HandOverEditor(EditorOwner owner) {
   if (owner == EditorOwner::host) {
-    // A lookup that is refused finds out by itself: what it asks the host for is refused as well.
+    // A refused lookup is noticed there: its requests to the host are refused as well.
     hasLentEditor_ = BeginEditorCommand();
   } else if (std::exchange(hasLentEditor_, false)) {
     CompleteEditorCommand();

@@ -1,5 +1,5 @@
-// The dialog in which the user answers the questions of a circuit, inserts its units one by one or all at once, takes
-// insertions back, and keeps the configuration under a name.
+// The dialog in which the user configures a circuit, inserts its units one by one or all at once, undoes insertions,
+// and saves the configuration under a name.
 #pragma once
 
 #include "build/driver.h"

@@ -30,7 +30,7 @@ protected:
   /// While a row is edited OK is disabled.
   virtual void OnEditBegun();
   virtual void OnEditEnded();
-  /// The title that the user reads for a column of a table; an unknown name stands as it is.
+  /// The title of a column of a table for the user; an unknown name is returned unchanged.
   [[nodiscard]] virtual std::wstring ColumnTitle(std::wstring_view name) const;
 
   [[nodiscard]] KvUiGrid& grid() const;
@@ -41,9 +41,9 @@ public:
   using ZanGridBase::ZanGridBase;
 
 protected:
-  /// Opens the dialog's connection. A failure is told to the user; the dialog must then end as cancelled.
+  /// Opens the dialog's connection. A failure is reported to the user; the dialog must then end as cancelled.
   [[nodiscard]] bool Connect();
-  /// The dialog's own; closed when the dialog goes.
+  /// Owned by the dialog; closed when the dialog is destroyed.
   [[nodiscard]] ZanOleDbConnection& connection() { return connection_; }
 
 private:

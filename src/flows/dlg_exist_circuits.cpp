@@ -15,7 +15,7 @@ namespace {
 constexpr wchar_t formName[] = L"ZanDlgExistCircuits";
 constexpr wchar_t dialogName[] = L"ZanBrenvolt::ZanDlgExistCircuits";
 
-/// A displayed row has nine texts, its circuit's key last. The grid shows the key first, behind the row head.
+/// A displayed row has nine texts, its circuit's key last. The grid shows the key first, after the row head.
 constexpr std::size_t displayColumns = 9;
 constexpr std::size_t displayKey = 8;
 constexpr int keyColumn = 1;

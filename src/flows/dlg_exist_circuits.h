@@ -10,12 +10,12 @@ namespace brenvolt {
 
 class ZanDlgExistCircuits final : public CKvUiDialog {
 public:
-  /// `rows` are the circuits' rows, `display` what a person sees of them; `selection` is the row picked before, or
+  /// `rows` are the circuits' rows, `display` their texts for the user; `selection` is the row picked before, or
   /// empty.
   ZanDlgExistCircuits(
       std::vector<TextRow> rows, std::vector<TextRow> display, TextRow selection, KvWindow* parent);
 
-  /// The picked circuit's row once `DoModal` has answered kvui::ok; before, and after a cancel, the former one.
+  /// The picked circuit's row once `DoModal` has returned kvui::ok; before, and after a cancel, the previous one.
   [[nodiscard]] const TextRow& GetSelection() const { return selection_; }
 
 protected:

@@ -91,7 +91,7 @@ void ZanDlgWireSelect::OnRowSelected(int, int) {
   view_->rowSelected();
 }
 
-// The first click of the two may have brought a new table: the second one then hit what the user has not seen.
+// The first click of the two may have changed the table: the user has not seen the row of the second one then.
 void ZanDlgWireSelect::OnRowDoubleClicked(int) {
   view_->showHeldBack();
   if (view_->isTableSeen()) OnOK();
@@ -141,7 +141,7 @@ void ZanDlgWireSelect::exportReport() {
                               }};
   const std::optional<std::wstring> failure =
       writeReport(dialog.path(), dialog.mode(), wireReportRows(*lookup_, texts));
-  // There is no task dialog for this; the command line has the place and the reason.
+  // There is no task dialog for this; the command line reports the place and the reason.
   if (failure) kvutPrintf(formatText(loadText(TextId::reportNotWritten), {dialog.path(), *failure}).c_str());
 }
 

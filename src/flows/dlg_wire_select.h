@@ -1,4 +1,4 @@
-// The window of the wire lookup. It opens the tables, hands every change to the lookup and answers with the size that is
+// The window of the wire lookup. It opens the tables, passes every change to the lookup and returns the size that is
 // chosen there.
 #pragma once
 
@@ -17,8 +17,8 @@ namespace brenvolt {
 
 class ZanDlgWireSelect final : public ZanDlgDatabase, private WireLookupForm {
 public:
-  /// The manager and the accepted tables belong to whoever opens the dialog and must outlive it. `circuit` is the name for the report, when the
-  /// lookup is opened out of a configuration.
+  /// The caller owns the manager and the accepted tables, which must outlive the dialog. `circuit` is the name for the
+  /// report, when the lookup is opened from a configuration.
   ZanDlgWireSelect(
       ZanDlgWireSelectBaseCtrlMgr& manager, KvWindow* parent, AcceptedTables& acceptedTables,
       std::optional<std::wstring> circuit);

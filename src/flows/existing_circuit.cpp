@@ -15,7 +15,7 @@ namespace {
 
 constexpr std::wstring_view componentTables[] = {L"COMP", L"TERMS"};
 
-/// An attribute that a component has in the project database, and its value where the component does not tell.
+/// An attribute of a component in the project database, and its value if the component has none.
 struct PlaceColumn {
   std::wstring_view name;
   std::wstring fallback;
@@ -25,7 +25,7 @@ std::wstring firstOf(const TextRow& texts) {
   return texts.empty() ? std::wstring() : texts.front();
 }
 
-/// The component's value; nothing when the project cannot be asked.
+/// The component's value; nothing when the project cannot be read.
 std::optional<std::wstring> readPlace(
     ProjectDatabase& database, const PlaceColumn& column, const std::wstring& drawingIndex,
     const std::wstring& handleKey) {

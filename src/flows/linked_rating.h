@@ -12,7 +12,7 @@ struct RatingNumbers {
   double total = 0.0;
 };
 
-/// What has to be shown anew. A field without a number keeps the text that the user typed.
+/// What must be shown again. A field without a number keeps the typed text.
 struct RatingChanges {
   std::optional<double> current;
   std::optional<double> multiplier;
@@ -28,7 +28,7 @@ public:
   [[nodiscard]] RatingChanges rowSelected(double rowCurrent, const RatingNumbers& shown);
   /// The user left a field; `shown` is what the fields hold then.
   [[nodiscard]] RatingChanges leftCurrent(const RatingNumbers& shown);
-  /// A multiplier that is not above 1e-6 gives way to the last good one.
+  /// A multiplier that is not above 1e-6 is replaced by the last valid one.
   [[nodiscard]] RatingChanges leftMultiplier(const RatingNumbers& shown);
   [[nodiscard]] RatingChanges leftTotal(const RatingNumbers& shown);
 

@@ -1,5 +1,5 @@
-// The rows of a picker: which of them the filters let pass, where each column of the table lies in the grid, and which
-// row fits given ratings.
+// The rows of a picker: which of them pass the filters, the grid column of each table column, and which row matches
+// given ratings.
 #pragma once
 
 #include "data/rating_tables.h"
@@ -15,8 +15,8 @@
 
 namespace brenvolt {
 
-/// A column that a filter fixes is not shown, and those behind it move up. The table's key stands in column 0, which
-/// the user does not see: this is how a row's key reaches an edit of it.
+/// A column that a filter fixes is not shown, and the following columns move up. The table's key is in the hidden
+/// column 0: this is how a row's key reaches an edit of it.
 class RatingGrid final {
 public:
   using TitleOf = std::function<std::wstring(std::wstring_view columnName)>;
@@ -32,7 +32,7 @@ public:
   /// Reads the rows and shows them, no row selected. A failed query shows none.
   void show(const TitleOf& titleOf);
 
-  /// Where a column of the table stands; nothing for one that is not shown.
+  /// The grid column of a table column; nothing for one that is not shown.
   [[nodiscard]] std::optional<int> placeOf(std::size_t column) const;
   /// A column's text of a row: the filter's value where one fixes it.
   [[nodiscard]] std::wstring textOf(int row, std::size_t column) const;

@@ -20,7 +20,7 @@ namespace {
 
 constexpr std::size_t filterCount = 3;
 
-/// Where a text stands in a list of choices behind the entry for all; -1 when it does not.
+/// The index of a text in a list of choices after the entry for all; -1 when it is missing.
 int choiceOf(const KvUiList& list, std::wstring_view text) {
   for (int index = 1; index < list.Count(); ++index)
     if (equalsCollating(list.TextAt(index), text)) return index;

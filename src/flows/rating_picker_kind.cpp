@@ -26,7 +26,7 @@ constexpr const wchar_t* loadKeptTexts[] = {
     nullptr, L"PFType", L"PFPhase", L"PFVoltage", L"PFPower", L"PFUnits", nullptr, L"PFFrequency", nullptr,
 };
 
-// Of a motor the current that stands in for one that was not kept is the multiplier's figure, which is intended.
+// The default of a motor's current is the multiplier's figure, which is intentional.
 constexpr double absentMotorFla = fallbackFlaMultiplier;
 constexpr double absentLoadFla = 1.0;
 constexpr double fallbackLoadMultiplier = 1.0;

@@ -1,4 +1,4 @@
-// What tells the motor picker from the load picker. Everything else is one flow.
+// The differences between the motor picker and the load picker. Everything else is one flow.
 #pragma once
 
 #include "data/rating_tables.h"

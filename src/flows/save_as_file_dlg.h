@@ -1,4 +1,4 @@
-// The file dialog of the wire report: keeps name and file type together, and asks what becomes of a file that exists.
+// The file dialog of the wire report: keeps name and file type consistent, and asks about an existing file.
 #pragma once
 
 #include "flows/wire_report_file.h"
@@ -10,8 +10,8 @@ namespace brenvolt {
 
 class ZanBVSaveAsFileDlg final : public CKvUiFileDialog {
 public:
-  /// @param place what the dialog proposes; without a file name that of the first export
-  /// @param parent the window of the lookup; also the one that the question about an existing file stands over
+  /// @param place the proposed file; without a file name that of the first export
+  /// @param parent the window of the lookup, which also owns the question about an existing file
   ZanBVSaveAsFileDlg(const ReportPlace& place, KvWindow* parent);
 
   /// Behind OK: the full path, with an extension.

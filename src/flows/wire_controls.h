@@ -61,8 +61,8 @@ inline constexpr WireControlRow wireControls[lookupFieldCount] = {
   return rowOf(field).role;
 }
 
-/// Whether an event of this kind says that the user is done with a control. A list that can be typed into has two: an
-/// entry was chosen, or the typed text was left.
+/// Whether an event of this kind ends the user's change of a control. A list that can be typed into has two: an entry
+/// was chosen, or the typed text was left.
 [[nodiscard]] constexpr bool raises(WireControlKind control, KvUiEventKind event) {
   switch (control) {
   case WireControlKind::edit:
@@ -76,7 +76,7 @@ inline constexpr WireControlRow wireControls[lookupFieldCount] = {
   return false;
 }
 
-/// The field that an event says was changed.
+/// The field that an event changed.
 [[nodiscard]] constexpr std::optional<LookupField> changedField(const KvUiEvent& event) {
   for (const WireControlRow& row : wireControls)
     if (row.role == event.role && raises(row.kind, event.kind)) return row.field;

@@ -21,10 +21,10 @@ public:
   [[nodiscard]] virtual KvUiTick& tick(std::wstring_view role) const = 0;
   [[nodiscard]] virtual KvUiGrid& results() const = 0;
 
-  /// Asks whether to go on without these tables.
+  /// Asks whether to continue without these tables.
   [[nodiscard]] virtual bool goesOnWithout(const MissingTables& missing) = 0;
-  /// Asks for `WireLookupView::showHeldBack` as soon as the events in hand are through, and for `markSeen` when a
-  /// double click would be over.
+  /// Requests `WireLookupView::showHeldBack` as soon as the present events are handled, and `markSeen` when the time
+  /// of a double click is over.
   virtual void showHeldBackSoon() = 0;
 };
 

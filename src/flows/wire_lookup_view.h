@@ -1,4 +1,4 @@
-// A wire lookup in the controls of its window: shows the model, and hands every change to it.
+// A wire lookup in the controls of its window: shows the model, and passes every change to it.
 #pragma once
 
 #include "data/wire_lookup.h"

@@ -19,7 +19,7 @@ constexpr std::wstring_view csvLetters = L"csv";
 constexpr std::wstring_view reportLetters = L"rep";
 constexpr int workbookType = 1;
 constexpr int workbookColumns = 20;
-// The two spellings are wanted: sheets are found without regard to case.
+// The two spellings are intentional: sheets are found without regard to case.
 constexpr std::wstring_view newSheet = L"sheet1$";
 constexpr std::wstring_view filledSheet = L"Sheet1$";
 
@@ -87,7 +87,7 @@ std::wstring reportLine(const ReportRow& row, ReportFormat format) {
   std::wstring line;
   for (const std::wstring& value : row)
     line += isCsv ? L'"' + value + L"\"," : value + L"\t\t\t";
-  // One character goes at the end: the comma, or one of the three tabs.
+  // Removes one character at the end: the comma, or one of the three tabs.
   if (!line.empty()) line.pop_back();
   return line + L'\n';
 }

@@ -1,5 +1,5 @@
-// The files that a wire report goes to: a workbook, comma-separated values, or a tabbed report. A file is replaced or
-// appended to as a whole: what cannot be written leaves the old file as it was.
+// The files of a wire report: a workbook, comma-separated values, or a tab-separated report. A file is replaced or
+// appended to as a whole: after a failure the old file is unchanged.
 #pragma once
 
 #include <optional>
@@ -25,7 +25,7 @@ struct ReportPlace {
   std::wstring fileName;
 };
 
-/// One line of a text report, with its line end. A value that holds a quote is written as it stands.
+/// One line of a text report, with its line end. A quote inside a value is not escaped.
 [[nodiscard]] std::wstring reportLine(const ReportRow& row, ReportFormat format);
 
 /// Writes the rows to a file, text as UTF-8. The reason on a failure.

@@ -55,7 +55,7 @@ WireStart ZanDlgWireSelectEditWireSizeCtrlMgr::Start() const {
   PowerFactorChoice& powerFactor = start.powerFactor.emplace();
   powerFactor.list = {L"0.8", L"0.85", L"0.9", L"1.0"};
   powerFactor.value.text = L"0.85";
-  // As text: the list shows 1.0 as "1", and a stored "1.0" stands at the top beside it.
+  // As text: the list shows 1.0 as "1", and a stored "1.0" is a separate entry at the top.
   if (isGiven(start.choices.powerFactor))
     powerFactor.value = {trim(record_.get(circparam::powerFactor)), std::wstring(givenOrigin)};
   const std::wstring wire = record_.get(circparam::wire);

@@ -13,7 +13,7 @@ namespace brenvolt {
 /// The handler that opens the dialog owns it; the dialog holds a reference.
 class ZanDlgWireSelectBaseCtrlMgr {
 public:
-  /// `context` is the circuit in hand, which must outlive the manager.
+  /// `context` is the current circuit, which must outlive the manager.
   explicit ZanDlgWireSelectBaseCtrlMgr(CircuitContext& context) : context_(context) {}
   ZanDlgWireSelectBaseCtrlMgr(const ZanDlgWireSelectBaseCtrlMgr&) = delete;
   ZanDlgWireSelectBaseCtrlMgr& operator=(const ZanDlgWireSelectBaseCtrlMgr&) = delete;
@@ -46,7 +46,7 @@ public:
   void Store(const WireLookup& lookup) override;
 };
 
-/// A load's circuit: multiplier and power factor are kept apart from a motor's.
+/// A load's circuit: multiplier and power factor are separate from a motor's.
 class ZanDlgWireSelectPfCtrlMgr final : public ZanDlgWireSelectBaseCtrlMgr {
 public:
   using ZanDlgWireSelectBaseCtrlMgr::ZanDlgWireSelectBaseCtrlMgr;

@@ -8,7 +8,7 @@ namespace brenvolt {
 
 namespace {
 
-/// The button that goes on without the table.
+/// The button that continues without the table.
 constexpr int continueButton = kvui::firstCommand;
 
 const wchar_t* keyOf(AlertKind kind) {
@@ -77,8 +77,8 @@ bool showTables(
   if (!dialog.LoadFromFile(taskDialogResource, key, parameters.data(), static_cast<int>(parameters.size()))) {
     return false;
   }
-  // Read before showing: ticking "do not show again" in this very dialog must not keep its answer from being
-  // remembered per table.
+  // Read before showing: ticking "do not show again" in this dialog must not prevent its result from being remembered
+  // per table.
   const CKdHideableDialogSettingsDictionary* settings = CKdTaskDialog::GetHideableDialogSettingsDictionary();
   const int hidden = settings == nullptr ? 0 : settings->GetResult(key);
   if (dialog.ShowDialog(kdsw_korvoMainWnd()) != continueButton) return false;

@@ -14,9 +14,9 @@ namespace brenvolt {
 /// Where the host finds the plug-in's task dialogs.
 inline constexpr wchar_t taskDialogResource[] = L"/ZanTaskDialogsRes;component/TaskDialogs.xaml";
 
-/// Tables whose absence the user has accepted, with the id of the button (kvui::firstCommand). Whoever runs a reader lends
-/// them: they live as long as the process, and closing a drawing does not clear them. A motor's or load's page that is
-/// made clears them: each circuit asks again.
+/// Tables whose absence the user has accepted, with the id of the button (kvui::firstCommand). The caller that runs a
+/// reader lends them: they live as long as the process, and closing a drawing does not clear them. Creating a motor's
+/// or load's page clears them: each circuit asks again.
 using AcceptedTables = std::map<std::wstring, int>;
 
 /// What was being read when a table was missing; decides the key of the alert.
@@ -32,7 +32,7 @@ void alertDatabaseError(KvWindow* parent);
 /// The one entry for readers of tables: reports which tables of the data source `source` are missing.
 /// @param missing tables of the current code standard
 /// @param missingDefault tables of the default set; nothing can replace these
-/// @return whether the reader may go on. Never with default tables missing, also when the user accepted each of them.
+/// @return whether the reader may continue. Never with default tables missing, even if the user accepted each.
 [[nodiscard]] bool alertTables(
     const std::wstring& source, const std::vector<std::wstring>& missing,
     const std::vector<std::wstring>& missingDefault, AlertKind kind, AcceptedTables& accepted);

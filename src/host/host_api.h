@@ -1,4 +1,4 @@
-// The host's face in one include: all that the plug-in asks of a CAD host, and all that a host has to bring.
+// The host API in one include: all that the plug-in needs from a CAD host, and all that a host must provide.
 #pragma once
 
 #include "host/host_api_database.h"

@@ -12,7 +12,7 @@
 #include <string>
 #include <vector>
 
-/// The lasting number of an object in a drawing file; written as hexadecimal text. 0 is no object.
+/// The permanent number of an object in a drawing file; written as hexadecimal text. 0 means no object.
 class KvDbHandle final {
 public:
   constexpr KvDbHandle() = default;
@@ -41,7 +41,7 @@ private:
 
 enum class KvOpenMode { forRead, forWrite };
 
-/// What database operations answer; `ok` is success.
+/// The results of database operations; `ok` is success.
 enum class KvDbStatus { ok, nullId, invalidId, wasErased, wrongType, keyNotFound, notWritable };
 
 class KV_HOST_API KvDbObject {
@@ -50,7 +50,7 @@ public:
   KvDbObject& operator=(const KvDbObject&) = delete;
   [[nodiscard]] virtual KvDbObjectId objectId() const = 0;
   [[nodiscard]] virtual KvDbHandle handle() const = 0;
-  /// Takes the object out of the drawing; an undo brings it back. Needs `forWrite`.
+  /// Removes the object from the drawing; undo restores it. Needs `forWrite`.
   virtual KvDbStatus erase() = 0;
   /// The entity data of one application as a new chain that begins with its applicationName node; null when the
   /// object carries none. Caller releases.
@@ -134,8 +134,8 @@ protected:
   ~KvDbBlockTable() override;
 };
 
-/// Counts the undo records of a database. Every change between two group marks is one record. A count that was told is
-/// such a mark too: what changes after it goes into a later record, so undoing back to that count restores that moment.
+/// Counts the undo records of a database. Every change between two group marks is one record. Reading the count sets
+/// such a mark too: later changes belong to a later record, so undoing to that count restores that moment.
 class KV_HOST_API KvDbUndoController {
 public:
   virtual ~KvDbUndoController();
@@ -161,10 +161,10 @@ public:
 
 /// Opens an object. On `ok` the caller closes it; on anything else `object` is null.
 KV_HOST_API KvDbStatus kvdbOpenKvDbObject(KvDbObject*& object, KvDbObjectId id, KvOpenMode mode);
-/// The id behind a LISP entity name; `invalidId` for a name of no object.
+/// The id of a LISP entity name; `invalidId` if no object has the name.
 KV_HOST_API KvDbStatus kvdbGetObjectId(KvDbObjectId& id, KvEntityName name);
 /// The LISP name of an object.
 KV_HOST_API KvDbStatus kvdbGetEntityName(KvEntityName& name, KvDbObjectId id);
-/// The database that operations without one of their own work on; null when there is none.
+/// The database of operations without a database argument; null when there is none.
 KV_HOST_API KvDbDatabase* kvdbWorkingDatabase();
 KV_HOST_API void kvdbSetWorkingDatabase(KvDbDatabase* database);

@@ -6,7 +6,7 @@
 
 #include <string>
 
-/// What the host tells a module's `kvrxEntryPoint(message, applicationId)`.
+/// The messages that the host passes to a module's `kvrxEntryPoint(message, applicationId)`.
 namespace kvmessage {
 inline constexpr int moduleLoad = 1;
 inline constexpr int moduleUnload = 2;
@@ -14,7 +14,7 @@ inline constexpr int drawingLoad = 3;
 inline constexpr int drawingUnload = 4;
 } // namespace kvmessage
 
-/// The version that `kvrxGetApiVersion` of a module answers; the host refuses a module of another one.
+/// The version that `kvrxGetApiVersion` of a module returns; the host refuses a module with another one.
 inline constexpr int kvrxApiVersion = 1;
 
 /// @name Module loading
@@ -45,8 +45,8 @@ KV_HOST_API KvRxDictionary* kvrxSysRegistry();
 /// Tells that the application works with many drawings open.
 KV_HOST_API bool kvrxRegisterAppMDIAware(void* applicationId);
 
-/// The application object of a module, made once as a global. The host calls `InitInstance` behind the load and
-/// `ExitInstance` ahead of the unload.
+/// The application object of a module, created once as a global. The host calls `InitInstance` after loading and
+/// `ExitInstance` before unloading.
 class KV_HOST_API CWinApp {
 public:
   CWinApp();
@@ -71,7 +71,7 @@ KV_HOST_API void kvdsFreeResourceModule(KvResourceModule* module);
 /// The text of a number from the module on top of the resource stack. False when there is none; `text` is then
 /// unchanged.
 KV_HOST_API bool kvdsLoadString(unsigned id, std::wstring& text);
-/// A plain message box; without a screen the text goes to the command line.
+/// Shows a plain message box; without a screen the text goes to the command line.
 KV_HOST_API void kvdsMessageBox(KvWindow* parent, const wchar_t* text);
 /// @}
 
@@ -100,7 +100,7 @@ public:
   /// Locks a document for changes out of a dialog; false when refused.
   virtual bool lockDocument(KvApDocument* document) = 0;
   virtual void unlockDocument(KvApDocument* document) = 0;
-  /// The module on top of the stack serves `kvdsLoadString`, forms and task dialogs. Null is allowed.
+  /// `kvdsLoadString`, forms and task dialogs use the module on top of the stack. Null is allowed.
   virtual void pushResourceModule(KvResourceModule* module) = 0;
   virtual void popResourceModule() = 0;
   /// The depth of the stack, for a host's own checks.

@@ -1,8 +1,8 @@
-// The host's face, first page: status codes, result buffers and the small values that cross the seam.
+// The host API, first header: status codes, result buffers and the small values passed between host and plug-in.
 //
 // The host exports every function and class of the host_api*.h family under the names given here; the plug-in module
-// leaves them undefined and binds them when it is loaded. Whoever brings another host implements this family and
-// nothing more. Host and plug-in are built with the same compiler and standard library, so standard types may cross.
+// leaves them undefined and binds them when it is loaded. Another host implements this family and nothing more. Host
+// and plug-in are built with the same compiler and standard library, so standard types may be passed.
 // Everything is called on the host's main thread.
 #pragma once
 
@@ -12,14 +12,14 @@
 /// On functions and classes that the host exports.
 #define KV_HOST_API [[gnu::visibility("default")]]
 
-/// What the functions named `kved...` and `kvut...` answer.
+/// The results of the functions named `kved...` and `kvut...`.
 namespace kvstatus {
 inline constexpr int normal = 5100;        ///< done
-inline constexpr int none = -5002;         ///< the user gave nothing (an empty answer)
+inline constexpr int none = -5002;         ///< the user entered nothing (an empty input)
 inline constexpr int cancel = -5001;       ///< the user cancelled
 inline constexpr int rejected = -5003;     ///< the host refused: unknown name, wrong type
 inline constexpr int lispNotReady = -5004; ///< the document cannot run LISP now
-inline constexpr int failed = -5005;       ///< a LISP error; the host has told it on its command line
+inline constexpr int failed = -5005;       ///< a LISP error; the host has reported it on its command line
 } // namespace kvstatus
 
 /// Type codes of result buffers.
@@ -36,7 +36,7 @@ inline constexpr std::int16_t listBegin = 5016;
 inline constexpr std::int16_t listEnd = 5017;
 inline constexpr std::int16_t nil = 5019;
 inline constexpr std::int16_t t = 5021;
-/// Only when building with `kvutBuildList`: a chain that is linked in; it then belongs to the list.
+/// Only when building with `kvutBuildList`: a list that is linked in; it then belongs to the new list.
 inline constexpr std::int16_t splice = 5023;
 /// Group codes of entity data: application name, brace, text.
 inline constexpr std::int16_t applicationName = 1001;
@@ -52,8 +52,8 @@ struct KvPoint3d {
   friend bool operator==(const KvPoint3d&, const KvPoint3d&) = default;
 };
 
-/// The LISP name of an entity: valid for one session of one drawing. 0 is no entity. It passes through open argument
-/// lists and therefore has no constructor: begin with `KvEntityName name{}`.
+/// The LISP name of an entity: valid for one session of one drawing. 0 means no entity. It is passed through variadic
+/// arguments and therefore has no constructor: write `KvEntityName name{}`.
 struct KvEntityName {
   std::uint64_t value;
   friend bool operator==(KvEntityName, KvEntityName) = default;

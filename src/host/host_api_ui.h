@@ -1,8 +1,8 @@
-// The host's face, window side: task dialogs and the dialogs that flows derive from.
+// The host API, windows: task dialogs and the dialogs that flows derive from.
 //
-// A flow never asks whether a screen exists. It derives from `CKvUiDialog`, names its form, and knows each control by
-// a role, the control's name in the form. The host brings the controls to life: on a screen, or without one from
-// recorded answers. A role that a form lacks is a fault of the host's forms and ends the program with a sentence.
+// A flow does not depend on a screen. It derives from `CKvUiDialog`, names its form, and knows each control by a role,
+// the control's name in the form. The host implements the controls: on a screen, or without one from recorded answers.
+// A role that a form lacks is a fault of the host's forms and ends the program with a sentence.
 #pragma once
 
 #include "host/host_api_types.h"
@@ -12,7 +12,7 @@
 #include <string_view>
 #include <vector>
 
-/// The answers that closing buttons give.
+/// The values that closing buttons return.
 namespace kvui {
 inline constexpr int ok = 1;
 inline constexpr int cancel = 2;
@@ -27,7 +27,7 @@ struct KdTaskDialogParameter {
   std::wstring text;
 };
 
-/// What the user answered for good to task dialogs that he chose not to see again.
+/// The answers of the user to task dialogs that are permanently hidden.
 class KV_HOST_API CKdHideableDialogSettingsDictionary {
 public:
   virtual ~CKdHideableDialogSettingsDictionary();
@@ -47,8 +47,8 @@ public:
   /// the key is unknown.
   bool LoadFromFile(
       const wchar_t* resource, const wchar_t* key, const KdTaskDialogParameter* parameters, int count);
-  /// Shows the dialog and answers the id of the button; closing the frame is kvui::cancel. A dialog that the user hid
-  /// answers the kept id without being shown.
+  /// Shows the dialog and returns the id of the button; closing the window is kvui::cancel. A dialog that the user has
+  /// hidden returns the stored id without being shown.
   int ShowDialog(KvWindow* parent);
   /// Null when the host keeps none.
   static CKdHideableDialogSettingsDictionary* GetHideableDialogSettingsDictionary();
@@ -68,7 +68,7 @@ public:
   virtual void SetFocus() = 0;
   [[nodiscard]] virtual bool HasFocus() const = 0;
   virtual void SetTooltip(std::wstring_view text) = 0;
-  /// What stands beside or on the control: label, caption, group title.
+  /// The text beside or on the control: label, caption, group title.
   virtual void SetLabel(std::wstring_view text) = 0;
   [[nodiscard]] virtual std::wstring Label() const = 0;
 };
@@ -82,12 +82,12 @@ public:
   virtual void SetReadOnly(bool readOnly) = 0;
 };
 
-/// A list of choices; with an edit field when the form says so. Changes by the program raise no event.
+/// A list of choices; with an edit field if the form specifies it. Changes by the program raise no event.
 class KV_HOST_API KvUiList : public KvUiControl {
 public:
   ~KvUiList() override;
   virtual void Clear() = 0;
-  /// Puts an entry at `index`, or at the end for -1, and answers its index.
+  /// Inserts an entry at `index`, or at the end for -1, and returns its index.
   virtual int Insert(int index, std::wstring_view text, int data) = 0;
   virtual void Remove(int index) = 0;
   [[nodiscard]] virtual int Count() const = 0;
@@ -120,7 +120,7 @@ public:
 class KV_HOST_API KvUiTree : public KvUiControl {
 public:
   ~KvUiTree() override;
-  /// Puts an item behind the last child of `parent` (0: the root) and answers its id.
+  /// Inserts an item after the last child of `parent` (0: the root) and returns its id.
   virtual int Insert(int parent, std::wstring_view text, int image, int data) = 0;
   /// Removes an item with all below it.
   virtual void Remove(int item) = 0;
@@ -154,11 +154,11 @@ public:
   virtual void SetCell(int row, int column, std::wstring_view text) = 0;
   [[nodiscard]] virtual std::wstring Cell(int row, int column) const = 0;
   virtual void SetCellKind(int row, int column, KvUiCellKind kind) = 0;
-  /// The choices of a drop-down cell; an empty list asks `OnCellChoices` each time the list opens.
+  /// The choices of a drop-down cell; for an empty list `OnCellChoices` is called each time the list opens.
   virtual void SetCellChoices(int row, int column, const std::vector<std::wstring>& choices) = 0;
   virtual void SetCellTone(int row, int column, KvUiCellTone tone) = 0;
   virtual void RemoveRow(int row) = 0;
-  /// Whether cells may be edited, and whether an empty row for a new record, counted once edited, stands at the end.
+  /// Whether cells may be edited, and whether there is an empty row for a new record at the end, counted once edited.
   virtual void SetEditable(bool editable, bool withNewRow) = 0;
   [[nodiscard]] virtual bool IsEditable() const = 0;
   /// 0 selects no row. Raises no event.
@@ -199,9 +199,9 @@ public:
   /// Locks a page: its lists are shown but cannot be changed.
   virtual void LockPage(int page, bool locked) = 0;
   [[nodiscard]] virtual bool IsLocked(int page) const = 0;
-  /// A labelled list behind those that the page has. Events name it "<role>.<page>.<place>", places from 0.
+  /// Adds a labelled list after the existing ones. Events name it "<role>.<page>.<place>", places from 0.
   virtual KvUiList& AddList(int page, std::wstring_view label) = 0;
-  /// A group behind those that the page has; named the same way, its buttons "<role>.<page>.<place>.button.<n>".
+  /// Adds a group after the existing ones; named the same way, its buttons "<role>.<page>.<place>.button.<n>".
   virtual KvUiGroup& AddGroup(int page, std::wstring_view title) = 0;
   /// Null when the page has no such place.
   [[nodiscard]] virtual KvUiList* ListAt(int page, int place) = 0;
@@ -244,8 +244,8 @@ public:
   CKvUiDialog& operator=(const CKvUiDialog&) = delete;
   virtual ~CKvUiDialog();
 
-  /// Runs the dialog and answers what `EndDialog` was given, kvui::cancel when the window was closed or could not be
-  /// made. What one of the events below throws ends the dialog and arrives at the caller.
+  /// Runs the dialog and returns the value passed to `EndDialog`, kvui::cancel when the window was closed or could not
+  /// be created. An exception from one of the events below ends the dialog and reaches the caller.
   int DoModal();
   /// The dialog's window while it runs, for task dialogs and child dialogs.
   [[nodiscard]] KvWindow* window() const;
@@ -262,19 +262,19 @@ protected:
   virtual void OnTimer(int timer);
   /// Whether a typed cell text is taken; false puts the old one back.
   virtual bool OnValidateCell(std::wstring_view role, int row, int column, std::wstring_view text);
-  /// The choices of a drop-down cell that has none of its own, asked each time its list opens.
+  /// Returns the choices of a drop-down cell without its own; called each time its list opens.
   virtual bool OnCellChoices(std::wstring_view role, int row, int column, std::vector<std::wstring>& choices);
 
   void EndDialog(int result);
   /// The name under which the host keeps place and size of the window for the user.
   void SetDialogName(const wchar_t* name);
   void SetTitle(std::wstring_view title);
-  /// Where the form's bar stands. A host without bars answers what was set last.
+  /// The position of the form's divider. A host without dividers returns the value set last.
   void SetSplit(const KvUiSplit& split);
   [[nodiscard]] KvUiSplit Split() const;
   /// Tooltips of the form: resource file, prefix of the keys, mode (2: below the control).
   void SetTooltips(const wchar_t* file, const wchar_t* prefix, int mode);
-  /// One-shot or repeating until killed; starting a running id starts it anew.
+  /// One-shot or repeating until killed; starting a running id restarts it.
   void StartTimer(int timer, int milliseconds);
   void KillTimer(int timer);
   /// Hides the dialog and gives the editor to the host, so that the user can pick and drawing code can run.
@@ -301,7 +301,7 @@ private:
 /// How the host's implementation reaches the events of a dialog.
 class KvUiDialogAccess;
 
-/// A dialog that stands inside another one's place and ends with it.
+/// A dialog that is embedded in another one and ends with it.
 class KV_HOST_API CKvUiGroupChildDialog : public CKvUiDialog {
 public:
   using CKvUiDialog::CKvUiDialog;

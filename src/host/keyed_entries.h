@@ -11,8 +11,8 @@ namespace brenvolt {
 /// list is malformed.
 bool removeKeyedEntry(ResultList& list, std::wstring_view key);
 
-/// Whether an entry's first element is this text, without case. False for a list that is empty or malformed ahead of
-/// the entry.
+/// Returns whether an entry's first element is this text, without case. False for a list that is empty or malformed
+/// before the entry.
 [[nodiscard]] bool hasKeyedEntry(const ResultList& list, std::wstring_view key);
 
 } // namespace brenvolt

@@ -1,4 +1,4 @@
-// The calls by name: how each is put and what of its answer is taken.
+// The calls by name: the arguments of each, and which part of the result is used.
 #include "host/lisp_calls.h"
 
 #include "host/host_api_documents.h"
@@ -26,7 +26,7 @@ void printTrace(std::wstring_view prefix, std::wstring_view callText) {
   kvutPrintf(std::wstring(prefix).append(callText).c_str());
 }
 
-/// One entry per element of the answer, without its own list marks.
+/// One entry per element of the result, without its own list marks.
 template <typename TextOfElement>
 std::vector<std::wstring> textsOf(const ResultList& answer, TextOfElement textOfElement) {
   std::vector<std::wstring> texts;

@@ -10,12 +10,12 @@
 
 namespace brenvolt {
 
-/// While tracing is on, calls print a line ahead of the call and one behind it. Process-wide; off at first.
+/// While tracing is on, each call prints a line before and after it. Process-wide; initially off.
 void setTrace(bool on);
 [[nodiscard]] bool isTracing();
 
-/// Calls the function that the list's first text names, with the rest as arguments. Answers the host's status
-/// (kvstatus); `answer` is empty for nil and on failure.
+/// Calls the function named by the list's first text with the rest as arguments. Returns the host's status (kvstatus);
+/// `answer` is empty for nil and on failure.
 int invoke(const ResultList& call, ResultList& answer);
 /// The same with trace lines: `callText` is how the call reads.
 int invokeTraced(const ResultList& call, std::wstring_view callText, ResultList& answer);
@@ -33,20 +33,20 @@ int exposeFunction(std::wstring_view name);
 /// The full path of a file, looked for where the parent product looks; nothing when it is not found.
 [[nodiscard]] std::optional<std::wstring> findFile(std::wstring_view name);
 
-/// The wire types of the active drawing, by position: an element that is no text gives an empty entry. Empty when
-/// there is no answer.
+/// The wire types of the active drawing, by position: an element that is not a text gives an empty entry. Empty when
+/// LISP returns nothing.
 [[nodiscard]] std::vector<std::wstring> getActiveWireTypes();
 
 /// The settings of a wire type by position: texts as they are, integers of the group codes 90 and 290 in decimal, an
-/// empty entry for anything else. Empty when there is no answer.
+/// empty entry for anything else. Empty when LISP returns nothing.
 [[nodiscard]] std::vector<std::wstring> getWireTypeSettings(std::wstring_view wireType);
 
-/// The path of the project's database, with "\" for every "/"; an answer that is no text gives an empty path. Nothing
-/// when there is no answer.
+/// The path of the project's database, with "\" for every "/"; a result that is not a text gives an empty path.
+/// Nothing when LISP returns nothing.
 [[nodiscard]] std::optional<std::wstring> getProjectDatabase();
 
-/// Hands the codes of a build with their handles to LISP. Only rows of exactly two texts (CODE, handle text) count;
-/// false when there is none, or LISP gives no answer.
+/// Passes the codes of a build with their handles to LISP. Only rows of exactly two texts (CODE, handle text) count;
+/// false when there are none, or LISP returns nothing.
 bool saveCodeHandles(const std::vector<std::vector<std::wstring>>& rows);
 
 } // namespace brenvolt

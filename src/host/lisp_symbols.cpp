@@ -16,7 +16,7 @@ bool putChain(const wchar_t* name, const ResultList& value) {
   return !value.isEmpty() && kvedPutSym(name, value.get()) == kvstatus::normal;
 }
 
-/// -1 for a character that is no hexadecimal digit.
+/// -1 for a character that is not a hexadecimal digit.
 int hexValue(wchar_t character) {
   if (character >= L'0' && character <= L'9') return static_cast<int>(character - L'0');
   if (character >= L'A' && character <= L'F') return static_cast<int>(character - L'A') + 10;

@@ -24,13 +24,13 @@ inline constexpr wchar_t unsizedWires[] = L"GBL_qn_bv_unsized_wires";
 /// The value of a symbol; empty when it is unset, nil or cannot be read.
 [[nodiscard]] ResultList getSymbol(const wchar_t* name);
 
-/// Whether the symbol holds the 16-bit integer 1, which is how the parent product's settings say yes.
+/// Whether the symbol holds the 16-bit integer 1, which means yes in the parent product's settings.
 [[nodiscard]] bool isSwitchedOn(const wchar_t* name);
 
 /// The electrical code standard; nothing when the symbol holds no string.
 [[nodiscard]] std::optional<std::wstring> getCodeStandard();
 
-/// Each sets a symbol and answers whether the host took it. The list stays the caller's.
+/// Each sets a symbol and returns whether the host accepted it. The list stays the caller's.
 bool putPoint(const wchar_t* name, const KvPoint3d& point);
 bool putReal(const wchar_t* name, double value);
 bool putList(const wchar_t* name, const ResultList& list);

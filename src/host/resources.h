@@ -1,5 +1,5 @@
-// The numbered texts of the resource module, by meaning, and the stack that says whose texts are asked for. The
-// numbers are the contract with the translators' file: a text keeps its number for ever.
+// The numbered texts of the resource module, by meaning, and the stack that selects the module. The numbers are the
+// contract with the translators' file: a text never changes its number.
 #pragma once
 
 #include "host/host_api_documents.h"
@@ -11,7 +11,7 @@ namespace brenvolt {
 
 /// The name under which the host finds the plug-in's resource module.
 inline constexpr wchar_t resourceModuleName[] = L"ZanBrenvoltRes.dll";
-/// Where the tooltips of the dialogs lie, and the prefix of their keys.
+/// The location of the dialogs' tooltips, and the prefix of their keys.
 inline constexpr wchar_t tooltipResource[] = L"/ZanDialogTooltipsRes;component/ZanDialogTooltipsRes.xaml";
 inline constexpr wchar_t tooltipPrefix[] = L"ZNBV";
 
@@ -28,7 +28,7 @@ enum class ImageId : unsigned {
   undoInsertion = 10037,
 };
 
-/// Texts of the resource module. "%s" and "%d" stand for what is filled in.
+/// Texts of the resource module. The program fills in "%s" and "%d".
 enum class TextId : unsigned {
   // Circuit selection.
   previewShow = 10001, ///< caption of the preview toggle while the pane is hidden
@@ -49,7 +49,7 @@ enum class TextId : unsigned {
   dataUnits = 10061,
   dataMultiplier = 10063,
   wireGroup = 10014,
-  wireSizeRow = 10015,  ///< "W%d - ...": the grounding test reads the words ahead of the dash
+  wireSizeRow = 10015,  ///< "W%d - ...": the grounding test reads the text before the dash
   wireLayerRow = 10016, ///< "W%d - ..."
   catalogFirst = 10017, ///< manufacturer; the eleven rows of a catalog group run to 10027
   catalogNumber = 10018,
@@ -118,7 +118,7 @@ enum class TextId : unsigned {
   selectMotorPrompt = 22101,    ///< pick button of the motor picker
   selectLoadPrompt = 22102,     ///< pick button of the load picker
   databaseLine = 22103,         ///< "%s": the path of the tables' database
-  standardWithoutTable = 22104, ///< "%s": the missing table; stands behind the code of a standard
+  standardWithoutTable = 22104, ///< "%s": the missing table; follows the code of a standard
 
   statementFailed = 22105, ///< "%s", "%s", "%s": the data source, the provider's words, the statement
 
@@ -203,7 +203,7 @@ enum class TextId : unsigned {
   formNoReason = 22441, ///< the host gave none
 };
 
-/// The text that lies `offset` numbers behind `first`, for rows that are counted.
+/// The text with the number of `first` plus `offset`, for rows that are counted.
 [[nodiscard]] constexpr TextId textAt(TextId first, unsigned offset) {
   return static_cast<TextId>(static_cast<unsigned>(first) + offset);
 }

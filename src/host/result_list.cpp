@@ -1,4 +1,4 @@
-// Ownership, building and walking of the host's chains.
+// Ownership, building and walking of the host's lists.
 #include "host/result_list.h"
 
 #include "host/host_api_lisp.h"
@@ -28,7 +28,7 @@ KvResultBuffer* copyNode(const KvResultBuffer& node) {
   return copy;
 }
 
-/// A copy of the nodes from `first` to ahead of `behind`; empty when the host refuses one.
+/// A copy of the nodes from `first` up to but excluding `behind`; empty when the host refuses one.
 ResultList copyNodes(const KvResultBuffer* first, const KvResultBuffer* behind) {
   ResultList copy;
   KvResultBuffer* last = nullptr;
@@ -45,7 +45,7 @@ ResultList copyNodes(const KvResultBuffer* first, const KvResultBuffer* behind) 
   return copy;
 }
 
-/// The node behind the end of the list whose inside begins at `node`; nothing when the list has no end.
+/// The node after the end of the list whose inside begins at `node`; nothing when the list has no end.
 std::optional<const KvResultBuffer*> behindList(const KvResultBuffer* node) {
   int depth = 1;
   for (; node != nullptr; node = node->next) {

@@ -1,5 +1,5 @@
-// LISP lists in safe hands. The host passes lists as raw chains of nodes; here is the handle that owns one, the builder
-// that makes one, and the reader that walks one. No other folder looks at the nodes themselves.
+// Safe handling of LISP lists. The host passes lists as raw chains of nodes; here are the handle that owns one, the
+// builder that makes one, and the reader that walks one. No other folder accesses the nodes themselves.
 #pragma once
 
 #include "host/host_api_types.h"
@@ -10,7 +10,7 @@
 
 namespace brenvolt {
 
-/// Owns a chain and releases it. An empty handle is LISP's nil or "no answer".
+/// Owns a list and releases it. An empty handle is LISP's nil or "no result".
 class ResultList final {
 public:
   ResultList() = default;
@@ -63,7 +63,7 @@ public:
   /// Links the nodes of a chain in at this place. An empty handle adds nothing.
   ListBuilder& splice(ResultList list);
 
-  /// The finished list. A list without its end is a fault of the caller and told as one.
+  /// Returns the finished list. A list without its end is a fault of the caller and reported as one.
   [[nodiscard]] ResultList take();
 
 private:
@@ -75,9 +75,9 @@ private:
   bool failed_ = false;
 };
 
-/// A cursor over a list. It stands on an element or at an end; a nested list is one element until it is entered. The
-/// value questions look at the element without moving. Any chain can be walked, also one whose list marks do not
-/// match: a list without an end stops at the end of the chain, an end without a list stops the walk.
+/// A cursor over a list. It is on an element or at an end; a nested list is one element until it is entered. The value
+/// queries look at the element without moving. Any list can be walked, also one whose list marks do not
+/// match: a list without an end stops at the last node, an end without a list stops the walk.
 /// The list must outlive the reader. Readers are copied to keep a place.
 class ListReader final {
 public:
@@ -111,7 +111,7 @@ public:
   bool skipElement();
   /// Steps into the nested list; false when the element is none.
   bool enterList();
-  /// Steps behind the end of the list last entered, whatever is left in it. False when no list is entered or it has no
+  /// Moves past the end of the list last entered, whatever is left in it. False when no list is entered or it has no
   /// end.
   bool leaveList();
   /// A copy of the element, a nested list with its marks, and a step over it. Empty at the end and for a list without

@@ -34,7 +34,7 @@ std::size_t wordEnd(std::wstring_view form, std::size_t start) {
   return end;
 }
 
-/// Adds the variable's value. False when it has none to give: the search for another then goes on.
+/// Adds the variable's value. False when it has none: the search for another one then continues.
 bool addVariable(ListBuilder& call, const ZanScriptVariable& variable) {
   switch (variable.type) {
   case kvtype::nil:

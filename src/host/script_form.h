@@ -12,7 +12,7 @@
 
 namespace brenvolt {
 
-/// A value that stands in for every token equal to its name, without case: "#xyz", "@type".
+/// A value that replaces every token equal to its name, without case: "#xyz", "@type".
 struct ZanScriptVariable {
   std::wstring_view name;          ///< a constant of the program
   std::int16_t type = kvtype::nil; ///< which decides how `value` is read
@@ -27,7 +27,7 @@ struct ZanScriptVariable {
   [[nodiscard]] static ZanScriptVariable ofNil(std::wstring_view name);
 };
 
-/// A piece of a form: list mark, nil, T, or a text still to be read as its type says. It looks at the form.
+/// A piece of a form: list mark, nil, T, or a text still to be converted to its type. It refers to the form.
 struct ScriptToken {
   std::int16_t type = kvtype::string;
   std::wstring_view text;
@@ -41,10 +41,10 @@ struct ScriptToken {
 /// The type of a word: nil, T, a real, an integer of 16 or 32 bits, or a string for all others, symbols included.
 [[nodiscard]] std::int16_t typeOfWord(std::wstring_view word);
 
-/// The call that a form stands for: its first text names the function. Empty when the form has no tokens.
+/// The call that a form describes: its first text names the function. Empty when the form has no tokens.
 [[nodiscard]] ResultList buildCall(std::wstring_view form, std::span<const ZanScriptVariable> variables);
 
-/// Runs a form. True when the call was made and went through; `answer` then holds what it gave, empty for nil.
+/// Runs a form. True when the call was made and succeeded; `answer` then contains its value, empty for nil.
 [[nodiscard]] bool runForm(
     std::wstring_view form, std::span<const ZanScriptVariable> variables, ResultList& answer);
 

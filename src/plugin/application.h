@@ -15,8 +15,8 @@ struct ExtensionModule {
 /// The one record of the module.
 [[nodiscard]] ExtensionModule& extensionModule();
 
-/// Loads the resource module. A module that is not found is reported in one message box; the plug-in then goes on without
-/// texts. Once that is done, a further call does nothing.
+/// Loads the resource module. A missing module is reported in one message box; the plug-in then continues without
+/// texts. After that, further calls do nothing.
 void initialiseExtension(ExtensionModule& extension);
 /// Gives back what `initialiseExtension` took.
 void terminateExtension(ExtensionModule& extension);

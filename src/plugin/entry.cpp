@@ -21,7 +21,7 @@ void allowUnload(void* applicationId) {
 
 } // namespace
 
-/// Called by the host with each message; answers 0 to every one.
+/// Called by the host with each message; always returns 0.
 extern "C" [[gnu::visibility("default")]] int kvrxEntryPoint(int message, void* applicationId) {
   switch (message) {
   case kvmessage::moduleLoad:

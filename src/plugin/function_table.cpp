@@ -48,7 +48,7 @@ void registerFunctions() {
     if (kvedDefun(function.name, function.code) == kvstatus::normal)
       kvedRegFunc(dispatchFunction, function.code);
   }
-  // A parent product without these functions costs their callers an answer and nothing else.
+  // If the parent product lacks these functions, only their callers get no result.
   for (const wchar_t* name : exposedFunctions)
     exposeFunction(name);
 }

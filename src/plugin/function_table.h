@@ -7,7 +7,7 @@
 
 namespace brenvolt {
 
-/// How the dispatcher answers a handler's non-empty result.
+/// How the dispatcher returns a handler's non-empty result to LISP.
 enum class AnswerForm { list, truth };
 /// Whether the plug-in's resource module is on top of the stack while the handler runs.
 enum class ResourceUse { none, pushed };
@@ -17,7 +17,7 @@ struct LispFunction {
   int code;
   AnswerForm answer;
   ResourceUse resources;
-  /// Takes the arguments, gives the list to answer; an empty result answers nil.
+  /// Takes the arguments and returns the list for LISP; an empty result means nil.
   ResultList (*handler)(const ResultList& arguments);
 };
 

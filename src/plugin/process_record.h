@@ -11,7 +11,7 @@ namespace brenvolt {
 
 class ZanBrenvolt;
 
-/// Two more values outlive a call: the circuit in hand, `circuitContext()` (data/circuit_data.h), and the trace flag,
+/// Two more values outlive a call: the current circuit, `circuitContext()` (data/circuit_data.h), and the trace flag,
 /// `setTrace()` (host/lisp_calls.h), which every call of LISP looks at. What belongs to the loaded module itself stays:
 /// `extensionModule()` (plugin/application.h) and `resourceModule()` (host/resources.h).
 struct ProcessRecord {

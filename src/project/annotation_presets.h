@@ -11,7 +11,7 @@ namespace brenvolt {
 struct ZanAnnotationPreset {
   bool enabled = false;   ///< the value is to be used
   std::wstring label;     ///< what the grid shows first
-  std::wstring attribute; ///< the tag that the value goes to
+  std::wstring attribute; ///< the tag of the attribute that gets the value
   std::wstring description;
   std::wstring value;
   std::wstring extra; ///< passed through untouched
@@ -38,7 +38,7 @@ public:
   /// Takes one row of the sheet under a key. False when it is not used: fewer than six cells, all empty from the
   /// second on, or a label and attribute that the key already has, without case. A value switches the preset on.
   bool AddRow(std::wstring_view key, const std::vector<std::wstring>& cells);
-  /// The presets of a key, compared as it stands; null for an empty or unknown one.
+  /// The presets of a key, compared exactly; null for an empty or unknown one.
   [[nodiscard]] Presets* Find(std::wstring_view key);
   void Clear() { presets_.clear(); }
 

@@ -53,7 +53,7 @@ public:
   [[nodiscard]] const Circuits& circuits() const { return circuits_; }
   /// The entry of a circuit's type, both compared by collation without case; null when there is none.
   [[nodiscard]] const ZanCircuitEntry* findEntry(std::wstring_view circuit, std::wstring_view type) const;
-  /// What the worksheet says of a CODE, without case; null when it says nothing.
+  /// The worksheet's record of a CODE, without case; null when there is none.
   [[nodiscard]] const ZanCodeRecord* findRecord(std::wstring_view code) const;
   [[nodiscard]] ZanCodeRecord* findRecord(std::wstring_view code);
   /// The records by upper-cased CODE.

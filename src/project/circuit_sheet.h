@@ -1,5 +1,5 @@
-// A circuit's sheet taken apart row by row: a CODE begins a record, a title opens it, groups and options and script
-// forms follow until the next CODE.
+// Parses a circuit's sheet row by row: a CODE begins a record, a title opens it, groups and options and script forms
+// follow until the next CODE.
 #pragma once
 
 #include "project/code_record.h"

@@ -83,7 +83,7 @@ private:
   std::shared_ptr<Rows> rows_; ///< null for an empty list
 };
 
-/// The option code of a record whose groups are not all answered, or that has none.
+/// The option code of a record with an incomplete group, or without groups.
 inline constexpr std::int32_t incompleteOptionCode = -1;
 /// The fixed option code of a motor or load unit.
 inline constexpr std::int32_t controlOptionCode = -100;
@@ -117,8 +117,8 @@ struct ZanCodeRecord {
   friend bool operator==(const ZanCodeRecord&, const ZanCodeRecord&) = default;
 };
 
-/// Appends the rules whose code is exactly `code` to `out`. True when `out` holds anything afterwards, whoever put it
-/// there, or when `rules` is empty.
+/// Appends the rules whose code is exactly `code` to `out`. True when `out` is not empty afterwards, even if it was
+/// not empty before, or when `rules` is empty.
 bool GetRulesForCode(const ZanScriptRules& rules, std::int32_t code, std::vector<ZanSharedEntry>& out);
 
 } // namespace brenvolt

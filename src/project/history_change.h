@@ -1,5 +1,5 @@
-// Changing the history file so that nobody's entries are lost: in a turn of its own the file is read again, one change
-// is applied, the result is written.
+// Changes the history file without losing anyone's entries: under a lock the file is read again, one change is
+// applied, the result is written.
 #pragma once
 
 #include "platform/file_lock.h"
@@ -25,18 +25,18 @@ struct HistoryOutcome {
 
   Result result = Result::done;
   std::wstring reason;            ///< of a failure
-  std::optional<FileUser> holder; ///< who is busy, as far as it is known
+  std::optional<FileUser> holder; ///< the holder of the lock, if known
   std::wstring keptAs;            ///< where a file is kept that was not accepted
 
   [[nodiscard]] bool isDone() const { return result == Result::done; }
 };
 
-/// Changes the document and answers what it did, for the journal; nothing when there was nothing to do. `XmlError`
-/// leaves the file as it was and passes on.
+/// Changes the document and returns the changes for the journal; empty when there was nothing to change. `XmlError`
+/// leaves the file unchanged and is passed on.
 using HistoryChange = std::function<std::vector<HistoryRecord>(HistoryFile&)>;
 
-/// Applies one change to the history file beside `workbook`. A file that is missing begins empty; one that is not
-/// accepted gives way to a new one and is kept beside it as `zan_brenvolt.damaged-1.xml`, or with the next free number.
+/// Applies one change to the history file in the folder of `workbook`. A missing file begins empty; an unaccepted one
+/// is replaced by a new one and kept next to it as `zan_brenvolt.damaged-1.xml`, or with the next free number.
 [[nodiscard]] HistoryOutcome changeHistory(
     const std::wstring& workbook, HistoryFile& file, const HistoryChange& change);
 
@@ -44,7 +44,7 @@ using HistoryChange = std::function<std::vector<HistoryRecord>(HistoryFile&)>;
 /// program meanwhile and stays; its key comes back.
 struct HistoryDeletion {
   HistoryKey key;
-  std::string seen; ///< empty: whatever is there
+  std::string seen; ///< empty: any content
 };
 [[nodiscard]] HistoryOutcome deleteFromHistory(
     const std::wstring& workbook, HistoryFile& file, const std::vector<HistoryDeletion>& deletions,

@@ -31,7 +31,7 @@ void collectProperties(XmlElement group, std::wstring_view setupName, HistoryPro
       pairs.emplace_back(property.attribute(xmlname::name), property.attribute(xmlname::value));
 }
 
-/// Labels of the second setup and of what follows it are told apart by its number.
+/// The number of the second setup distinguishes its labels and those of the following ones.
 std::wstring withSetupNumber(std::wstring label, int setup) {
   if (setup > 1) label += L" - " + formatInt(setup);
   return label;

@@ -17,7 +17,7 @@ inline constexpr std::wstring_view historyFileName = L"zan_brenvolt.xml";
 
 /// The folder of a path with its last separator; empty when the path has none.
 [[nodiscard]] std::wstring folderOf(std::wstring_view path);
-/// The path of the history file beside a workbook; empty when `workbook` names no folder.
+/// The path of the history file in a workbook's folder; empty when `workbook` has no folder.
 [[nodiscard]] std::wstring historyPathOf(std::wstring_view workbook);
 
 /// Which saved configuration. Names are compared as a user reads them, without case.
@@ -45,7 +45,7 @@ struct HistorySummary {
 class HistoryFile final {
 public:
   enum class State {
-    absent,   ///< nothing was read, or there is no file
+    absent,   ///< nothing was read, or the file does not exist
     accepted, ///< it may be changed and written
     refused,  ///< damaged, foreign or too old; what was read before can still be read
   };
@@ -74,8 +74,8 @@ public:
   [[nodiscard]] std::vector<std::wstring> names(std::wstring_view circuit, std::wstring_view type) const;
   /// All configurations in the order of the file.
   [[nodiscard]] std::vector<HistoryKey> keys() const;
-  /// The motor and load properties and the choices; the second setup's labels end in " - 2". Nothing when there is no
-  /// configuration of the key.
+  /// The motor and load properties and the choices; the second setup's labels end in " - 2". Nothing when no
+  /// configuration has the key.
   [[nodiscard]] std::optional<HistorySummary> summary(const HistoryKey& key) const;
 
   /// The elements above a configuration of this key, made when they are missing.

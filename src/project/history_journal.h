@@ -1,5 +1,5 @@
-// What was changed in a history file, when and by whom: a journal beside it, from which a replaced or deleted
-// configuration can be brought back.
+// What was changed in a history file, when and by whom: a journal next to it, from which a replaced or deleted
+// configuration can be restored.
 #pragma once
 
 #include "project/history_file.h"
@@ -26,10 +26,10 @@ struct HistoryRecord {
   std::wstring machine;
 };
 
-/// "zan_brenvolt.journal" beside the history file.
+/// "zan_brenvolt.journal" in the folder of the history file.
 [[nodiscard]] std::wstring journalPathOf(std::wstring_view historyPath);
 
-/// The records, oldest first. Lines that are no record are passed over.
+/// Returns the records, oldest first. Invalid lines are skipped.
 [[nodiscard]] std::vector<HistoryRecord> readJournal(std::wstring_view historyPath);
 
 /// The journal gives up its oldest records when it grows beyond this.

@@ -22,8 +22,8 @@ bool isNameEnd(char c) {
   return c == ' ' || c == '\t' || c == '\n' || c == '\r' || c == '/' || c == '>';
 }
 
-/// The tag that begins at the start of `text`; a ">" between quotes does not end it. Nothing when there is no end, or
-/// another tag begins first.
+/// The tag at the start of `text`; a ">" between quotes does not end it. Nothing when there is no end, or another tag
+/// begins first.
 std::optional<Tag> tagAt(std::string_view text) {
   char quote = 0;
   for (std::size_t i = 1; i < text.size(); ++i) {
@@ -96,7 +96,7 @@ public:
   }
 
 private:
-  /// Takes what begins at `rest` and answers how long it is.
+  /// Reads the element at `rest` and returns its length.
   std::size_t take(std::string_view rest) {
     const std::optional<Tag> tag = tagAt(rest);
     if (!tag) {

@@ -23,7 +23,7 @@ struct SalvagedHistory {
   std::vector<HistoryKey> broken; ///< what begins and cannot be read; parts of the key may be missing
 };
 
-/// Every configuration that is whole, whatever surrounds it.
+/// Returns every complete configuration, whatever surrounds it.
 [[nodiscard]] SalvagedHistory salvageHistory(std::string_view bytes);
 
 /// What became of the entries of a damaged file.

@@ -1,5 +1,5 @@
-// A bug is told with one sentence and ends the program, in every build: going on with a broken promise could
-// put a wrong figure into a drawing.
+// A bug ends the program with one sentence, in every build: continuing with a broken promise could put a wrong figure
+// into a drawing.
 #pragma once
 
 namespace brenvolt {

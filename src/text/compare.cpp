@@ -83,7 +83,7 @@ struct LetterFamily {
   wchar_t base;
 };
 
-/// Latin letters with accents and the plain letter they stand beside, for upper-cased texts.
+/// Latin letters with accents and the plain letters with which they sort, for upper-cased texts.
 constexpr std::array letterFamilies{
     LetterFamily{0xC0, 0xC6, L'A'},   LetterFamily{0xC7, 0xC7, L'C'},   LetterFamily{0xC8, 0xCB, L'E'},
     LetterFamily{0xCC, 0xCF, L'I'},   LetterFamily{0xD0, 0xD0, L'D'},   LetterFamily{0xD1, 0xD1, L'N'},

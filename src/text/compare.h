@@ -10,7 +10,7 @@ namespace brenvolt {
 [[nodiscard]] int compareOrdinalNoCase(std::wstring_view left, std::wstring_view right);
 [[nodiscard]] bool equalsOrdinalNoCase(std::wstring_view left, std::wstring_view right);
 
-/// Collating without case by the user's locale. For what a person reads: names of circuits, types, histories,
+/// Compares two texts by the user's locale. For texts that users read: names of circuits, types, configurations,
 /// titles. One rule for the whole program, sorting included: negative, zero or positive.
 /// The order of upper-cased texts is the one of the locale that the environment names (LC_ALL, LC_COLLATE, LANG;
 /// read once), and without such a locale a built-in one: ordinal, Latin letters with accents beside their plain
@@ -21,7 +21,7 @@ namespace brenvolt {
 
 /// Exact comparison is `==` of the texts.
 
-/// "less" by `compareCollating`, for sorting lists that a person reads.
+/// "less" by `compareCollating`, for sorting lists that users read.
 struct CollatingLess {
   using is_transparent = void;
   bool operator()(std::wstring_view left, std::wstring_view right) const {

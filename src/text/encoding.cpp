@@ -25,7 +25,7 @@ constexpr char32_t joinSurrogates(char32_t high, char32_t low) {
   return firstBeyondUnit + ((high - 0xD800) << 10) + (low - 0xDC00);
 }
 
-/// The code point at `position`, which moves behind it. Surrogate pairs are joined, whatever the size of wchar_t.
+/// The code point at `position`, which moves past it. Surrogate pairs are joined, whatever the size of wchar_t.
 char32_t nextCodePoint(std::wstring_view text, std::size_t& position) {
   const auto first = static_cast<char32_t>(text[position++]);
   if (isHighSurrogate(first) && position < text.size()) {
@@ -90,8 +90,8 @@ Utf8Lead leadOf(std::uint8_t byte) {
   return {};
 }
 
-/// The character at `position`, which moves behind it. Nothing for malformed bytes: then it moves behind the longest
-/// part that could have begun a character, so one slip costs one replacement.
+/// The character at `position`, which moves past it. Nothing for malformed bytes: then it moves past the longest part
+/// that could have begun a character, so one error costs one replacement.
 std::optional<char32_t> nextUtf8(std::string_view bytes, std::size_t& position) {
   const Utf8Lead lead = leadOf(static_cast<std::uint8_t>(bytes[position++]));
   if (lead.tailBytes < 0) return std::nullopt;

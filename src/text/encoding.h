@@ -7,13 +7,13 @@
 
 namespace brenvolt {
 
-/// Wide text to UTF-8. A code point that is no character (a lone surrogate) becomes U+FFFD.
+/// Converts wide text to UTF-8. An invalid code point (a lone surrogate) becomes U+FFFD.
 [[nodiscard]] std::string toUtf8(std::wstring_view text);
 
 /// UTF-8 to wide text; malformed bytes become U+FFFD.
 [[nodiscard]] std::wstring fromUtf8(std::string_view bytes);
 
-/// UTF-8 to wide text, nothing when the bytes are no valid UTF-8.
+/// Converts UTF-8 to wide text; returns nothing when the bytes are not valid UTF-8.
 [[nodiscard]] std::optional<std::wstring> fromUtf8Strict(std::string_view bytes);
 
 /// Wide text to UTF-16 little endian bytes, without a byte-order mark.

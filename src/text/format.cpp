@@ -69,7 +69,7 @@ std::wstring integerText(std::int64_t value, const Placeholder& placeholder) {
   return text;
 }
 
-/// The text for one argument, nothing when the placeholder wants another kind.
+/// The text for one argument; nothing when the placeholder needs another kind.
 std::optional<std::wstring> fill(const Placeholder& placeholder, const FormatArgument& argument) {
   if (const auto* text = std::get_if<std::wstring_view>(&argument); text && placeholder.letter == L's') {
     const auto most = static_cast<std::size_t>(placeholder.precision.value_or(0));

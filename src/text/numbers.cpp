@@ -19,7 +19,7 @@ constexpr double plainBelow = 1e15;
 
 struct Signed {
   bool negative = false;
-  std::string digits; ///< in ASCII, from behind the sign on; empty when no number begins there
+  std::string digits; ///< in ASCII, without the sign; empty when no number begins there
 };
 
 /// The leading run of characters that a number may hold; `extra` are those besides the digits.

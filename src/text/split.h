@@ -25,7 +25,7 @@ inline constexpr std::wstring_view blankCharacters = L" \t\r\n";
 /// The non-empty fields between separators: later fields shift down over empty ones.
 [[nodiscard]] std::vector<std::wstring> splitSkippingEmpty(std::wstring_view text, wchar_t separator);
 
-/// The fields ahead of the first empty one.
+/// The fields before the first empty one.
 [[nodiscard]] std::vector<std::wstring> splitUntilEmpty(std::wstring_view text, wchar_t separator);
 
 /// The parts with the separator text between them.
@@ -37,8 +37,8 @@ inline constexpr std::wstring_view blankCharacters = L" \t\r\n";
 /// The text without any blank character " " (tabs stay): sizes are stored so.
 [[nodiscard]] std::wstring removeBlanks(std::wstring_view text);
 
-/// The balanced "(...)" forms at the start of a trimmed text; what stands behind the last complete form is dropped.
-/// Parentheses inside quotes count like all others. No form at all gives the whole trimmed text as the one entry.
+/// The balanced "(...)" forms at the start of a trimmed text; text after the last complete form is dropped.
+/// Parentheses inside quotes count like all others. Without any form the whole trimmed text is the only entry.
 [[nodiscard]] std::vector<std::wstring> splitForms(std::wstring_view text);
 
 /// The texts inside "(...)" at depth one. An outer "(" and ")" of the whole text go first, so a single group that is

@@ -1,5 +1,5 @@
-// Roles that mean the same in every dialog. The buttons "ok", "cancel" and "help" raise no event of their own: the
-// dialog is told by its operations for them.
+// Roles with the same meaning in every dialog. The buttons "ok", "cancel" and "help" raise no event: their operations
+// of the dialog are called.
 #pragma once
 
 #include <string_view>

@@ -1,4 +1,4 @@
-// A list of numbers, each shown once and ascending, whatever the order and the spelling of its source.
+// A list of numbers, each shown once and ascending, for any order and spelling of its source.
 #pragma once
 
 #include "host/host_api_ui.h"

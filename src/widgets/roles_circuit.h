@@ -19,7 +19,7 @@ inline constexpr std::wstring_view history = L"history"; ///< list: a new config
 inline constexpr std::wstring_view deleteHistory =
     L"deleteHistory";                                    ///< button; Delete in the list is the same
 inline constexpr std::wstring_view summary = L"summary"; ///< grid: name and value of what a history holds
-/// Radio buttons of one group: what the circuit starts from. The first one goes with every history.
+/// Radio buttons of one group: what the circuit starts from. The first one is used with every saved configuration.
 inline constexpr std::wstring_view newConfiguration = L"newConfiguration";
 inline constexpr std::wstring_view usePresets = L"usePresets";
 inline constexpr std::wstring_view useExisting = L"useExisting";
@@ -31,7 +31,7 @@ inline constexpr std::wstring_view circuitScale = L"circuitScale";
 inline constexpr std::wstring_view componentScale = L"componentScale";
 inline constexpr std::wstring_view rungSpacing = L"rungSpacing";
 inline constexpr std::wstring_view spacing = L"spacing";
-/// Button: closes like OK, but the circuit is configured ahead of its insertion.
+/// Button: closes like OK, but the circuit is configured before its insertion.
 inline constexpr std::wstring_view configure = L"configure";
 /// @}
 

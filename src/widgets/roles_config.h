@@ -8,7 +8,7 @@ namespace brenvolt::role {
 /// Read-only: what the build was called for.
 inline constexpr std::wstring_view circuitType = L"type";
 inline constexpr std::wstring_view circuitName = L"circuit";
-/// The name under which the configuration goes into the history.
+/// The name under which the configuration is saved in the history file.
 inline constexpr std::wstring_view historyName = L"historyName";
 inline constexpr std::wstring_view units = L"units"; ///< tree
 /// Pages: the option groups of the unit, and the input groups of its widget manager.

@@ -5,8 +5,8 @@
 
 namespace brenvolt::role {
 
-/// Filter lists: rows of the grid that have the chosen text in this column. Frequency stands on the motor form, phase
-/// on the load form.
+/// Filter lists: rows of the grid that have the chosen text in this column. Frequency is on the motor form, phase on
+/// the load form.
 inline constexpr std::wstring_view typeFilter = L"typeFilter";
 inline constexpr std::wstring_view voltageFilter = L"voltageFilter";
 inline constexpr std::wstring_view frequencyFilter = L"frequencyFilter";

@@ -18,7 +18,7 @@ public:
   ZanSelectWnd(const ZanSelectWnd&) = delete;
   ZanSelectWnd& operator=(const ZanSelectWnd&) = delete;
 
-  /// A new, empty page; ids count from 1, and 0 as parent stands for none.
+  /// Adds an empty page; ids count from 1, and 0 as parent means none.
   std::uint32_t AddPage(std::uint32_t parent);
   void RemovePage(std::uint32_t page);
   void ShowPage(std::uint32_t page);
@@ -27,7 +27,7 @@ public:
   void LockPage(std::uint32_t page, bool locked);
   [[nodiscard]] bool IsLocked(std::uint32_t page) const;
 
-  /// A combo box behind those that the page has. The data of an entry is what the choice adds to the option code.
+  /// Adds a combo box after the existing ones. The data of an entry is what the choice adds to the option code.
   KvUiList& AddCombo(std::uint32_t page, std::wstring_view label);
   /// Null when the page has no such combo box; places count from 0.
   [[nodiscard]] KvUiList* ComboAt(std::uint32_t page, std::size_t place) const;

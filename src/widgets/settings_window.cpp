@@ -63,7 +63,7 @@ void ZanGroupCtrl::ReplaceRows(const std::vector<ZanGroupRow>& rows) {
     const bool isChosen = row.choices.size() > 1;
     grid.SetCellKind(place, valueColumn, isChosen ? KvUiCellKind::dropDown : KvUiCellKind::text);
     std::vector<std::wstring> choices;
-    // An empty list is asked for each time it opens.
+    // The choices of an empty list are requested each time it opens.
     if (isChosen && !spec_.liveChoices)
       std::copy_if(
           row.choices.begin(), row.choices.end(), std::back_inserter(choices),

@@ -22,13 +22,13 @@ public:
   ZanGroupCtrl(const ZanGroupCtrl&) = delete;
   ZanGroupCtrl& operator=(const ZanGroupCtrl&) = delete;
 
-  /// Shows the group as told; `events` must outlive the window.
+  /// Shows the group as specified; `events` must outlive the window.
   void Configure(ZanGroupSpec spec, ZanGroupEvents& events);
   /// What the group was configured with; edits and new rows do not change it.
   [[nodiscard]] const ZanGroupSpec& spec() const { return spec_; }
   [[nodiscard]] std::int32_t id() const { return spec_.id; }
 
-  /// Labels with their values as they stand.
+  /// Labels with their unchanged values.
   [[nodiscard]] std::vector<ZanGroupRow> ReadRows() const;
   /// Puts values into the rows from the first on; rows beyond the values stay, values beyond the rows are dropped.
   void WriteValues(const std::vector<std::wstring>& values);
@@ -47,7 +47,7 @@ private:
   ZanGroupEvents* events_ = nullptr; ///< null until the group is configured
 };
 
-/// The dialog that owns it passes on what concerns pages and timers; the window tells the managers.
+/// The dialog that owns it forwards events of pages and timers; the window calls the managers.
 class ZanSettingsWnd final {
 public:
   /// `role` is the name of the pages in the form.
@@ -64,7 +64,7 @@ public:
   /// Null when the page has no such group; places count from 0.
   [[nodiscard]] ZanGroupCtrl* GroupAt(std::uint32_t page, std::size_t place) const;
 
-  /// One timer for each id, whoever starts it: the one who started it last is told, once.
+  /// One timer for each id: only the manager that started it last is called, once.
   void StartTimer(std::uint32_t timer, int milliseconds, ZanGroupEvents& events);
   void KillTimer(std::uint32_t timer);
   /// Lets every timer that runs come due now.

@@ -2,8 +2,8 @@
 // tests of the driver and of all that it calls.
 //
 // LISP offers `(mark CODE ORDER [MISC1])`, which places a marker, and to forms `note` (keeps its arguments in `ran`),
-// `nest` (places a marker for each CODE and answers 2), `broken` (fails), `wipe` (erases the markers of a CODE),
-// `look` (keeps what the script symbols hold in `seen`) and `give` (answers its argument).
+// `nest` (places a marker for each CODE and returns 2), `broken` (fails), `wipe` (erases the markers of a CODE),
+// `look` (keeps the values of the script symbols in `seen`) and `give` (returns its argument).
 #pragma once
 
 #include "build/driver.h"
@@ -36,12 +36,12 @@ public:
   void writeSheet(const std::vector<std::string>& lines);
   /// Arguments of a direct build of that sheet.
   [[nodiscard]] ZanBuildArgs arguments() const;
-  /// A build up to the point where its rows run; null when it ends ahead of it.
+  /// A build up to the point where its rows run; null when it ends before it.
   [[nodiscard]] std::unique_ptr<ZanBrenvolt> prepared(ZanBuildArgs args);
   [[nodiscard]] CircuitContext& circuit() { return circuit_; }
   [[nodiscard]] LentValues lent() { return {circuit_, acceptedTables_, lastMarkerId_}; }
 
-  /// The CODEs of the markers that stand in the drawing.
+  /// The CODEs of the markers in the drawing.
   std::string markersLeft() { return eval("(codes-left)"); }
   /// The texts of the task dialogs shown so far.
   [[nodiscard]] std::vector<std::string> shown();
@@ -59,7 +59,7 @@ private:
 /// "M1" and "M1 M2" of codes; "M1=1,2" of selections.
 [[nodiscard]] std::string describeCodes(const std::vector<std::wstring>& codes);
 [[nodiscard]] std::string describeSelections(const BuildState& state);
-/// Rows and nested lists as "(a b/3 (c nil))": texts as they are, "/" and the type behind any other.
+/// Rows and nested lists as "(a b/3 (c nil))": texts unchanged, "/" and the type after any other value.
 [[nodiscard]] std::string describeRows(const ZanAnnotationDataList& rows);
 
 } // namespace brenvolt::test

@@ -16,7 +16,7 @@ public:
 
   ZanDwgMarkerList markers;
   std::vector<std::int32_t> ids;
-  std::vector<MotorRows> pages; ///< in the order of the text, whatever was inserted when
+  std::vector<MotorRows> pages; ///< in the order of the text, for any order of insertion
 
 private:
   void read(ZanDwgMarkerList& list) {

@@ -24,7 +24,7 @@ TEST_CASE("preset defaults select by value and keep what has no option") {
       {"M1=1,5", "1/5"},
       {" m1 = 1 , 5 ;", "1/5"},
       {"M1=-1,5", "2,3/5"},
-      {"M1=,,5", "3/"}, // empty items are left out: 5 is the first group's, and is no option
+      {"M1=,,5", "3/"}, // empty items are skipped: 5 is for the first group, and is not an option
       {"M1=", "2,3/"},
       {"M1=9,9", "3/0"},
       {"M1=1,5,7,8", "1/5"},

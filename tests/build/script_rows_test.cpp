@@ -1,4 +1,4 @@
-// Script rows over a real interpreter and drawing: what forms get, what their answers do, and how failures go on.
+// Script rows with a real interpreter and drawing: arguments and values of forms, and failures.
 #include "build/script_rows.h"
 
 #include "host/resources.h"

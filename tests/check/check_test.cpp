@@ -29,7 +29,7 @@ struct BrokenSite {
   std::vector<Change> changes;
 };
 
-/// "\xE4" stands for a byte that is not UTF-8.
+/// "\xE4" means a byte that is not UTF-8.
 std::string withBytes(std::string text) {
   const std::string escape = "\\xE4";
   if (const std::size_t at = text.find(escape); at != std::string::npos)

@@ -1,4 +1,4 @@
-// Nets found in drawings whose answer can be seen in the picture beside the case.
+// Nets found in drawings; the picture next to each case shows the expected result.
 #include "circuits/netlist/netlist.h"
 #include "tests/circuits/plant.h"
 
@@ -12,7 +12,7 @@ using circuits::testing::Plant;
 
 namespace {
 
-/// Each net as "number: pin pin | pin", conductors parted by "|", and the nets in the order of their texts.
+/// Each net as "number: pin pin | pin", conductors separated by "|", and the nets in the order of their texts.
 std::string netsOf(const Netlist& list) {
   std::vector<std::string> texts;
   for (const Net& net : list.nets) {

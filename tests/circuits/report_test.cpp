@@ -11,7 +11,7 @@ using circuits::testing::Plant;
 
 namespace {
 
-/// A branch: breaker, contactor with a spare contact, terminal, motor; wire number 1L11 ahead of the contactor.
+/// A branch: breaker, contactor with a spare contact, terminal, motor; wire number 1L11 before the contactor.
 void drawBranch(Plant& plant, const std::wstring& number, bool hasPart) {
   const Plant::Texts part = hasPart ? Plant::Texts{{L"MFG", L"Carrick"}, {L"CAT", L"MC-25"}} : Plant::Texts{};
   plant.symbol(

@@ -286,7 +286,7 @@ TEST_CASE("a database is made of tables, read with NULL told from empty, and cha
   const ToolFolder folder;
   folder.write("tables/T.csv", "A,B\n1,\n\"x,\"\"y\",2\n");
   const std::string database = folder.path("out.db");
-  // A cell that is no number stops the import and the building of a site's database alike.
+  // A cell that is not a number stops the import and the building of a site's database.
   folder.write("bad/tables/AMP_CU_AWG_NEC.csv", "SIZE,SIZE_DESC,75C\n14,14 AWG,2O\n12,12 AWG,25\n");
   const std::vector<std::string> bad = {"import", folder.path("bad.db"), folder.path("bad/tables")};
   for (const ToolRun& run : {folder.run(bad), folder.run({"standards", "--site", folder.path("bad")})}) {
@@ -313,7 +313,7 @@ TEST_CASE("a database is made of tables, read with NULL told from empty, and cha
       simhost::parseJson(
           folder.run({"sql", database, "SELECT 1 AS N, 2.5 AS N, '3' AS N_2, NULL AS M", "--json"}).output) ==
       simhost::parseJson(R"([{"N": 1, "N_3": 2.5, "N_2": "3", "M": null}])"));
-  // Nothing is changed, made or attached unless that is allowed, and nothing hides behind a first statement.
+  // Nothing is changed, created or attached without permission, and a second statement is not run.
   const std::string before = folder.read("out.db");
   const std::string other = folder.path("other.db");
   const std::string quoted = "'" + other + "'";
@@ -354,7 +354,7 @@ TEST_CASE("a site's database follows its tables, and several runs may build it a
   CHECK(contains(broken.errors, "OPT_NEC.csv"));
   CHECK(folder.run({"standards", "--site", folder.path("none")}).exitCode == 3);
 
-  // Its own database goes ahead of the tables.
+  // Its own database takes precedence over the tables.
   folder.write("kept/tables/OPT_IEC.csv", "CODE,DEFAULT,LIST\nFULLNAME,Kept,\n");
   REQUIRE(
       folder.run({"import", folder.path("own/engineering.db"), folder.path("kept/tables")}).exitCode == 0);

@@ -23,7 +23,7 @@ std::vector<std::string> linesOf(const std::string& text) {
   return lines;
 }
 
-/// Runs a line of a shell in the folder of a test, where the tool is found by name. The output goes to "out".
+/// Runs a shell command in the folder of a test, where the tool is found by name. The output is written to "out".
 int shell(const ToolFolder& folder, const std::string& line) {
   const char* bin = std::getenv("BRENVOLT_BIN");
   const std::string tools = fs::absolute(bin == nullptr ? "out/bin" : bin).string();

@@ -165,7 +165,7 @@ TEST_CASE("a question without an answer names the dialog, ends the run and stand
   const ToolRun answered = folder.run(arguments);
   CHECK_MESSAGE(answered.exitCode == 0, answered.errors);
   CHECK(answered.output == "went on\n\"went on\"\n");
-  // A recording answers the same run again.
+  // A recording can be used as the answers of the same run.
   arguments[2] = folder.write("again.json", folder.read("record.json"));
   CHECK(folder.run(arguments).exitCode == 0);
   CHECK(folder.read("record.json") == folder.read("again.json"));

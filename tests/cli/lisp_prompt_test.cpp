@@ -46,8 +46,8 @@ public:
     REQUIRE_EQ(::write(terminal_, keys.data(), keys.size()), static_cast<ssize_t>(keys.size()));
   }
 
-  /// Reads until the screen has this text behind what was asked for before; false when it does not come within
-  /// `patience` milliseconds.
+  /// Reads until the screen has this text after the previous one; false when it does not appear within `patience`
+  /// milliseconds.
   [[nodiscard]] bool shows(const std::string& text, int patience = 20000) {
     while (screen_.find(text, seen_) == std::string::npos) {
       pollfd wait{terminal_, POLLIN, 0};
@@ -61,8 +61,8 @@ public:
     return true;
   }
 
-  /// The same for a prompt, with the line editor ready behind it: it shows its prompt before it takes over the terminal,
-  /// and what comes between the two is not for it.
+  /// The same for a prompt, with the line editor ready: it shows its prompt before it takes over the terminal, and
+  /// input in between is lost.
   [[nodiscard]] bool prompts(const std::string& text) {
     constexpr int hundredthsOfPatience = 2000;
     if (!shows(text)) return false;
@@ -78,8 +78,8 @@ public:
   [[nodiscard]] int leave() {
     constexpr int tenthsOfPatience = 200;
     for (int tenth = 0; tenth < tenthsOfPatience; ++tenth) {
-      // Again each second, behind an empty line: the line editor shows its prompt before it takes over the terminal, and
-      // an end of input that comes between the two becomes a character of the line.
+      // Repeated each second, after an empty line: the line editor shows its prompt before it takes over the terminal,
+      // and an end of input in between becomes a character of the line.
       if (tenth % 10 == 0) (void)!::write(terminal_, "\n\x04", 2);
       while (shows("\n", 100)) {
       }

@@ -21,7 +21,7 @@ public:
   /// The path of a file in the folder, written first when there is a text for it.
   [[nodiscard]] std::string path(const std::string& name) const;
   std::string write(const std::string& name, std::string_view text) const;
-  /// Empty when there is no such file.
+  /// Empty when the file does not exist.
   [[nodiscard]] std::string read(const std::string& name) const;
   [[nodiscard]] bool has(const std::string& name) const;
 

@@ -1,4 +1,4 @@
-; A build with the trace flag on: every call of a workbook form tells itself ahead and behind. The flag is the seventh
+; A build with the trace flag on: a line before and after every call of a workbook form. The flag is the seventh
 ; element of the symbol that the parent product keeps for a circuit.
 (setq GBL_qn_bv_data (list "" nil 1.0 1.0 1.0 1.0 1))
 (setq GBL_qn_electcodestd "NEC")

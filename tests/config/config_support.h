@@ -1,4 +1,4 @@
-// A manager that only counts what it is asked.
+// A manager that only counts its calls.
 #pragma once
 
 #include "config/config_units.h"

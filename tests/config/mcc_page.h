@@ -1,4 +1,4 @@
-// A motor's or load's page on the sample site's tables: its unit, its manager, and what stands behind them.
+// A motor's or load's page on the sample site's tables: its unit, its manager, and their dependencies.
 #pragma once
 
 #include "config/config_units.h"
@@ -60,7 +60,7 @@ private:
   TemporaryFolder folder_;
 };
 
-/// The page of a unit with two conductors and a grounding wire. The circuit in hand is empty at first.
+/// The page of a unit with two conductors and a grounding wire. The current circuit is empty at first.
 class MccPage final {
 public:
   template <typename Session>

@@ -1,4 +1,4 @@
-// The rows of a wire group: which layer stands ahead, what a size fills in, what goes to the history and comes back.
+// The rows of a wire group: the first layer, the filled-in size, and what is saved in the history file and restored.
 #include "config/mcc_wire_rows.h"
 
 #include "tests/config/mcc_page.h"

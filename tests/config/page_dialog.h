@@ -18,12 +18,12 @@ class PageDialog final : public CKvUiDialog, public ZanConfigDialogService {
 public:
   PageDialog() : CKvUiDialog(L"page", nullptr) {}
 
-  /// What a pick in the drawing brings; nothing is a cancelled one.
+  /// The result of a pick in the drawing; nothing is a cancelled one.
   std::optional<std::vector<std::wstring>> picked;
-  /// Called when the window stands, and when the user presses OK.
+  /// Called when the window is open, and when the user presses OK.
   std::function<void(ZanSettingsWnd&)> onOpen;
   std::function<void(ZanSettingsWnd&)> onOk;
-  /// What was asked of the dialog: "editor host", "editor dialog", "pick motor", "pick load", "timer 105 254",
+  /// The calls of the dialog: "editor host", "editor dialog", "pick motor", "pick load", "timer 105 254",
   /// "kill 105".
   std::vector<std::string> calls;
 
@@ -58,7 +58,7 @@ private:
 /// first page is "settings.1.0", its lookup button "settings.1.0.button.0".
 class PageSession final {
 public:
-  /// What the user does in the dialog, as actions of an answer file without their brackets; "ok" is pressed at the
+  /// The user's actions in the dialog, as actions of an answer file without their brackets; "ok" is pressed at the
   /// end.
   explicit PageSession(std::string_view actions = {});
   PageSession(const PageSession&) = delete;
@@ -75,7 +75,7 @@ private:
   LispSession lisp_;
 };
 
-/// "label=value" of each row, parted by " | ".
+/// "label=value" of each row, separated by " | ".
 [[nodiscard]] std::string describeGroup(const ZanGroupCtrl* group);
 
 } // namespace brenvolt::test

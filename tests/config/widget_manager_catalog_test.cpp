@@ -1,4 +1,4 @@
-// The groups of catalogue parts: what a lookup may answer, and how values travel to rows, to the head and back.
+// The groups of catalogue parts: the results of a lookup, and the way of values to rows, to the head and back.
 #include "config/config_units.h"
 #include "config/widget_manager_catalog.h"
 #include "config/widget_manager_maker.h"
@@ -21,7 +21,8 @@ ZanScriptEntry partRule(std::wstring command = L"(find-part @table @mfg @cat @as
   return {std::move(command), 1, {{L"FU", L"Fuse"}, {L"CB", L"Breaker"}}};
 }
 
-/// A manager's two groups in a dialog, with a lookup function that keeps its arguments in `asked` and gives `answer`.
+/// A manager's two groups in a dialog, with a lookup function that keeps its arguments in `asked` and returns
+/// `answer`.
 struct PartsPage {
   explicit PartsPage(std::string_view actions = {}) : session(actions) {
     session.eval(lookupFunction);
@@ -36,7 +37,7 @@ struct PartsPage {
   [[nodiscard]] ZanGroupCtrl* at(ZanSettingsWnd& window, std::size_t place) const {
     return window.GroupAt(manager.GetPage(), place);
   }
-  /// The values of a group parted by "|".
+  /// The values of a group separated by "|".
   [[nodiscard]] std::string group(std::size_t place) {
     const ZanAnnotationDataList rows = manager.ExportRows().value();
     std::string text;
@@ -54,7 +55,7 @@ struct PartsPage {
   std::vector<std::string> closing; ///< the values of both groups when the dialog was closed
 };
 
-/// Keeps what it is given to store, and answers with what a test puts into it.
+/// Keeps what it is given to store, and returns what a test puts into it.
 class KeepingHead final : public ZanWidgetManager {
 public:
   void SaveCatalog(std::wstring_view markerCode, std::int32_t code, const ManagerResults& results) override {
@@ -82,7 +83,7 @@ TEST_CASE("the answer of a lookup fills a group from its first row on") {
     const char* values;
   };
   const Case cases[] = {
-      // The count stands fourth, and a lookup gives none.
+      // The count is fourth, and a lookup returns none.
       {R"('("ARDEN" "X1" "A" "TYPE" "1A" "2A"))", "ARDEN|X1|A|1|TYPE|1A|2A||||"},
       {R"('("ARDEN" "X1" "A"))", "ARDEN|X1|A|9|old||||||"},
       {R"("ARDEN")", "ARDEN|old|old|9|old||||||"},
@@ -223,7 +224,7 @@ TEST_CASE("the head of the group stores the parts and brings them back; without 
     CHECK_EQ(keeper.saved[1].first, L"CB");
     CHECK_EQ(keeper.saved[1].second.front(), L"ARDEN");
 
-    // What no row of the unit speaks of stays as it was stored.
+    // Stored values without a row in the unit are unchanged.
     manager.SaveSelection(L"M1", 3, {});
     CHECK(keeper.saved.empty());
 

@@ -212,7 +212,7 @@ TEST_CASE("each motor keeps its own circuit, and the one at work has it in hand"
   CHECK_EQ(maker.circuit.circuit.fla, 1.0);
   CHECK_EQ(maker.circuit.circuit.groundSize, L"10AWG");
   CHECK_EQ(motorOf(*second)->circuit().circuit.fla, 28.0);
-  // The run of the one at work is undone: the other one is the circuit.
+  // The run of the active one is undone: the other one is the circuit.
   first.reset();
   maker->TakeBackRun(1);
   CHECK_EQ(maker.circuit.circuit.fla, 28.0);

@@ -12,7 +12,7 @@ using namespace brenvolt::test;
 
 namespace {
 
-/// Runs a page with actions of an answer file and answers what it shows at the end.
+/// Runs a page with actions of an answer file and returns what it shows at the end.
 ShownPage runPage(
     std::string_view actions, MccMode mode,
     const std::function<void(PageSession&, PageDialog&)>& prepare = {},
@@ -38,7 +38,7 @@ constexpr const char* filledMotor =
     "Type=Wound rotor | Load=5 | Units= | Voltage (V)= | Phase= | Frequency (Hz)= | Speed (RPM)= | "
     "Full-load current (A)= | Multiplier=";
 
-/// A lookup of the data group, answered by a LISP body. Its first two rows hold values before.
+/// A lookup of the data group whose result a LISP body returns. Its first two rows have values before.
 std::string lookedUp(const std::string& body) {
   return runPage(
              R"j({"press": "settings.1.0.button.0"})j", MccMode::motor,
@@ -111,7 +111,7 @@ TEST_CASE("timers wait for the end of a burst, and for all that a current depend
         CHECK(page.manager.OnCellChanged(0, 5, L"3")); // only now all is known
       },
       &calls);
-  // The second edit starts the timer that runs anew; the third one changes nothing.
+  // The second edit restarts the timer; the third one changes nothing.
   CHECK(
       calls ==
       std::vector<std::string>{"timer 104 254", "kill 104", "timer 105 254", "timer 105 254", "kill 105"});
@@ -151,7 +151,7 @@ TEST_CASE("choices follow from the rows, sorted as numbers, and a cell asks the 
   CHECK_EQ(
       choices(0, 2, valueRows({L"Induction", L"", L"HP", L"115", L"1"})).substr(0, 21),
       "0.167 0.25 0.333 0.5 ");
-  // Painted again it answers as before, whatever the rows say, until a cell changes.
+  // Painted again it is the same as before, whatever the rows contain, until a cell changes.
   CHECK_EQ(choices(0, 2, {}).substr(0, 6), "0.167 ");
   changed();
   CHECK_EQ(choices(0, 4, valueRows({L"", L"", L"", L"", L"1"})), "115 200 208 230");
@@ -254,7 +254,7 @@ TEST_CASE("a load is looked up by its own rows, and the command finds the circui
                   "Full-load current (A)=16 | Multiplier=1.25");
   CHECK_EQ(circuitData().type, L"Heater");
   CHECK_EQ(loadFactors().flaMultiplier, 1.5);
-  // The command wrote nothing itself: the wires are sized for the current that it answered.
+  // The command itself wrote nothing: the wires are sized for the current that it returned.
   CHECK_EQ(circuitData().fla, 16.0);
   CHECK(shown.wires.starts_with("W1 - Size=12AWG"));
 }

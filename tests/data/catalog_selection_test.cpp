@@ -63,7 +63,7 @@ TEST_CASE("a store that fails is told and leaves the old record") {
   REQUIRE(failure);
   CHECK_FALSE(failure->empty());
   CHECK(loaded(tables, breakerOf(L"")) == "ACME|CB-30|||||||||");
-  // No transaction is left open behind it.
+  // No transaction remains open.
   CHECK_FALSE(storeCatalogSelection(connection, breakerOf(L""), {L"ACME", L"CB-32"}));
 
   CHECK(storeCatalogSelection(connection, breakerOf(L"18'00"), {L"ACME", L"CB-33"}));

@@ -1,4 +1,4 @@
-// What placed circuits leave behind: the record of a component and the rows of the project database.
+// The records of placed circuits: the record of a component and the rows of the project database.
 #include "table_fixture.h"
 
 #include "data/entity_records.h"
@@ -26,7 +26,7 @@ TEST_CASE("a list of distinct texts costs four times as much for four times the 
     CHECK(texts.size() == count);
     return static_cast<double>(std::clock() - start) / CLOCKS_PER_SEC;
   };
-  // Quadratic time would be sixteen times as much; the limit leaves room for a busy machine.
+  // Quadratic time would be sixteen times as much; the limit allows for a busy machine.
   CHECK(seconds(60000) < 9 * seconds(15000));
 }
 

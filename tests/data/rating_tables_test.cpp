@@ -12,7 +12,7 @@ using namespace brenvolt;
 
 namespace {
 
-/// Columns in another order and case, and one that nobody knows.
+/// Columns in another order and case, and an unknown one.
 constexpr const char* motors =
     "ID,type,Phase,Voltage (V),Speed (RPM),Load,Units,FLA (A),Frequency (HZ),Description,Maker\n"
     "1,Induction,3,460,1800,40,HP,52,60,forty,A\n2,Induction,3,230,1800,40,HP,104,60,low,B\n"
@@ -165,7 +165,7 @@ TEST_CASE("a component takes the first step at or above its value") {
     double current;
     const char* rating;
   };
-  // 15 sorts ahead of 100; 40 x 2.5 is 100 exactly; within the tolerance; beyond the largest step.
+  // 15 sorts before 100; 40 x 2.5 is 100 exactly; within the tolerance; beyond the largest step.
   for (const Row& row : {Row{5, "15A"}, {40, "100A"}, {40.000002, "100A"}, {40.1, "125A"}, {60, ""}}) {
     CAPTURE(row.current);
     std::vector<ZanAutoSizeRow> rows;

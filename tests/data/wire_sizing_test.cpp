@@ -1,4 +1,4 @@
-// Worked cases of conductor selection that can be checked on paper: the arithmetic stands beside each row.
+// Worked cases of conductor selection that can be checked on paper: the arithmetic is next to each row.
 #include "data/wire_lists.h"
 #include "data/wire_sizing.h"
 

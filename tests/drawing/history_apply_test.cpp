@@ -38,7 +38,7 @@ std::wstring property(const wchar_t* name, const wchar_t* value) {
   return std::wstring(L"<Property Name=\"") + name + L"\" Value=\"" + value + L"\"/>";
 }
 
-/// A marker that stands in a list, with choices and rows of its own.
+/// A marker in a list, with its own choices and rows.
 struct Marked {
   ZanDwgMarkerList list;
   ZanDwgMarker& marker;

@@ -15,7 +15,7 @@ namespace fs = std::filesystem;
 
 namespace {
 
-/// A motor with a chosen breaker and wires, a marker with nothing chosen, one that asks nothing, and a nested one.
+/// A motor with a chosen breaker and wires, a marker with nothing chosen, one without choices, and a nested one.
 void fillMarkers(ZanDwgMarkerList& list) {
   ZanDwgMarker motor = makeMarker(L"MOTOR", L"1");
   motor.record.groups = {

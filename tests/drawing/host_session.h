@@ -1,4 +1,4 @@
-// The simulated host with one empty document, for tests of what asks LISP or prints.
+// The simulated host with one empty document, for tests of code that calls LISP or prints.
 #pragma once
 
 #include "simhost/drawing/drawing_database.h"

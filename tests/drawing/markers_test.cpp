@@ -57,7 +57,7 @@ TEST_CASE("markers stand by order as a number, equal ones as they were found, wi
   CHECK(list.isEmpty());
   list.Finish();
   CHECK(keysInOrder(list) == L"D.1.1 C.1.1 B.1.1 a.1.1 A.2.1 A.3.1");
-  // A second scan of the same list goes on counting, behind what is there.
+  // A second scan of the same list continues the numbers after the existing ones.
   list.Insert(makeMarker(L"A", L"0"));
   list.Finish();
   CHECK(keysInOrder(list) == L"D.1.1 C.1.1 B.1.1 a.1.1 A.2.1 A.3.1 A.4.1");

@@ -1,4 +1,4 @@
-// Annotation presets: from the workbook, by hand, from the drawing and from the project, into the answer.
+// Annotation presets: from the workbook, by hand, from the drawing and from the project, in the result.
 #include "data/project_values.h"
 #include "tests/flows/circuit_site.h"
 #include "text/encoding.h"
@@ -22,7 +22,7 @@ std::string valueStep(const std::string& actions) {
   return stepOf("ZanAttrSelDlg", actions);
 }
 
-/// The annotations of an answer.
+/// The annotations of a result.
 std::string annotations(test::PickerSession& session) {
   return session.eval("(nth 2 (zan_bv_select_circuit))");
 }

@@ -21,7 +21,7 @@ constexpr wchar_t dialogKey[] = L"ZanBrenvolt::ZanDlgCircuit";
 const std::string chooseReversing = R"({"select": "circuits", "path": ["Motors", "Reversing"]}, )";
 const std::string chooseDirect = R"({"select": "circuits", "path": ["Motors", "Direct"]}, )";
 
-/// The answer with the workbook's path shortened.
+/// The result with the workbook's path shortened.
 std::string select(test::PickerSession& session, const CircuitSite& site) {
   return toUtf8(
       replaceAll(fromUtf8(session.eval("(zan_bv_select_circuit)")), fromUtf8(site.workbook()), L"BOOK"));

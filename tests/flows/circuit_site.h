@@ -1,5 +1,5 @@
-// What the circuit selection looks at: a workbook of three circuit types, a history file, a project database, and a
-// session whose LISP knows where they lie.
+// The files of the circuit selection: a workbook of three circuit types, a history file, a project database, and a
+// session whose LISP knows their paths.
 #pragma once
 
 #include "tests/flows/picker_session.h"

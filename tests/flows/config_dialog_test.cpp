@@ -1,4 +1,4 @@
-// Sessions of the configuration dialog, from LISP to the drawing, the history and what LISP is told at the end.
+// Sessions of the configuration dialog, from LISP to the drawing, the history file and the final calls of LISP.
 #include "tests/flows/config_site.h"
 #include "tests/flows/picker_session.h"
 #include "tests/support/golden.h"
@@ -16,7 +16,7 @@ const std::string insertUpToHere = pressing("insertUpToCurrent");
 const std::string insertAll = pressing("insertAll");
 const std::string cancel = pressing("cancel");
 
-/// The session was as the script wants it, and ended with this answer.
+/// The session followed the script, and ended with this value.
 void checkEnd(const ConfigResult& result, const char* answer) {
   CHECK_EQ(result.failure, "");
   CHECK_EQ(result.answer, answer);
@@ -117,7 +117,7 @@ TEST_CASE("nested templates bring units, and go with them when their run is take
       {.markers = "((BRK 1) (CON 2))",
        .steps = {configStep(
            {selecting({"Contactor"}), choosing("Kind", "Nested"), insert,
-            // The heading behind the nested choice waits for it, and the new unit is shown.
+            // The heading after the nested choice is not inserted before it, and the new unit is shown.
             expectingUnits({"Breaker", "Contactor [2]", "  Auxiliary [1]"}), choosing("Count", "Deep"),
             insert, expectingUnits({"Breaker", "Contactor [2]", "  Auxiliary [2]", "    Lamp [1]"}), undo,
             expecting("units", R"("path": ["Contactor", "Auxiliary"])"),

@@ -1,4 +1,4 @@
-// What the configuration dialog tells the managers of its units, and what it does for them.
+// The calls between the configuration dialog and the managers of its units.
 #include "config/widget_manager.h"
 #include "data/circuit_data.h"
 #include "flows/config_names.h"
@@ -21,7 +21,7 @@ namespace {
 const std::string finish = pressing("ok");
 const std::string insert = pressing("insertCurrent");
 
-/// Has one group of one row, and notes what it is told.
+/// Has one group of one row, and records its calls.
 class NotedManager final : public ZanWidgetManager {
 public:
   NotedManager(std::wstring name, std::vector<std::string>& notes) : name_(std::move(name)), notes_(notes) {}
@@ -91,7 +91,7 @@ private:
   std::vector<std::string>& notes_;
 };
 
-/// Runs the dialog with a manager for the first choice of the breaker and one for the motor, whatever its choice.
+/// Runs the dialog with a manager for the first choice of the breaker and one for the motor, for any choice.
 std::vector<std::string> notesOf(const ConfigRun& run, const std::function<void(ZanBrenvolt&)>& lookAt) {
   ConfigSite site(
       {"BRK|Breaker|x|Frame|Small|1|1|(put small)", "||||Large|2|2|(put large)",
@@ -262,7 +262,7 @@ TEST_CASE("a motor or a load from the drawing becomes the circuit in hand, and t
         .steps =
             {configStep({press}), R"({"dialog": "pick", "do": [{"press": "cancel"}]})",
              configStep({expecting("settings/" + std::string(row.name), shows + R"("")"), press}),
-             // The line of the sheet is no component: the prompt comes again.
+             // The line of the sheet is not a component: the prompt is repeated.
              R"({"dialog": "pick", "do": [{"pick": ")" +
                  ConfigSite::evaluate("(intern (entity-handle (car (entities-in-space))))") + R"("}]})",
              R"({"dialog": "pick", "do": [{"pick": ")" + handle + R"("}]})",

@@ -17,7 +17,7 @@
 
 namespace brenvolt::test {
 
-/// @name What the user does, as steps of an answer file
+/// @name The user's actions, as steps of an answer file
 /// @{
 /// The configuration dialog; actions as below.
 [[nodiscard]] std::string configStep(std::initializer_list<std::string> actions);
@@ -27,7 +27,7 @@ namespace brenvolt::test {
 [[nodiscard]] std::string choosing(std::string_view list, std::string_view entry);
 [[nodiscard]] std::string selecting(std::initializer_list<std::string_view> path);
 [[nodiscard]] std::string naming(std::string_view name);
-/// The outline of the tree as the answers' documentation has it.
+/// The outline of the tree in the format of the answers' documentation.
 [[nodiscard]] std::string expectingUnits(std::initializer_list<std::string_view> outline);
 [[nodiscard]] std::string expecting(std::string_view control, std::string_view members);
 /// @}
@@ -38,7 +38,7 @@ struct ConfigRun {
   std::vector<std::string> steps = {};
   std::string historyName = {};
   bool isDirect = false;
-  std::string setup = {}; ///< forms that are run ahead of the template
+  std::string setup = {}; ///< forms that are run before the template
 };
 
 /// What a session leaves.
@@ -46,9 +46,9 @@ struct ConfigResult {
   std::string answer;  ///< of the build; "cancelled" when the run has failed
   std::string drawn;   ///< the texts in the drawing
   std::string drawing; ///< the whole file
-  std::string before;  ///< the whole file ahead of the template
+  std::string before;  ///< the whole file before the template
   std::string markers; ///< that are left
-  std::string saved;   ///< what LISP was told at the end
+  std::string saved;   ///< the data passed to LISP at the end
   std::string printed;
   std::string failure; ///< of the script; steps that were not used count as one
 };
@@ -65,14 +65,14 @@ public:
 
   /// Inserts the template and calls the plug-in's function.
   [[nodiscard]] ConfigResult run(const ConfigRun& run);
-  /// The same, with the build prepared and handed to the test in place of the function.
+  /// The same, with the build prepared and passed to the test in place of the function.
   [[nodiscard]] ConfigResult run(const ConfigRun& run, const std::function<bool(ZanBrenvolt&)>& configure);
 
-  /// What the last of the forms answers in a drawing of their own.
+  /// The value of the last form in a drawing of their own.
   [[nodiscard]] static std::string evaluate(std::string_view forms);
 
   [[nodiscard]] std::filesystem::path history() const { return folder_ / "zan_brenvolt.xml"; }
-  /// The names in the history in their order, parted by "|".
+  /// The names in the history file in their order, separated by "|".
   [[nodiscard]] std::string historyNames() const;
 
 private:

@@ -14,7 +14,7 @@ namespace {
 const std::string choose =
     R"({"select": "circuits", "path": ["Motors", "Direct"]}, {"tick": "useExisting", "to": true}, )";
 
-/// The part of an answer behind the arguments of the build.
+/// The part of a result after the arguments of the build.
 std::string endOf(const std::string& answer) {
   return answer.substr(answer.find(") ") + 2);
 }

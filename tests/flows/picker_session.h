@@ -1,5 +1,5 @@
-// A session in which the pickers run: tables of the test's own or those of the sample site, the plug-in's functions, its
-// texts, and what the user does as steps of an answer file.
+// A session in which the pickers run: tables of the test's own or those of the sample site, the plug-in's functions,
+// its texts, and the user's actions as steps of an answer file.
 #pragma once
 
 #include "tests/support/lisp_session.h"
@@ -24,7 +24,7 @@ public:
   [[nodiscard]] std::filesystem::path file() const { return folder_ / "engineering.db"; }
   /// Runs statements beside the plug-in.
   void run(const std::string& statements) const;
-  /// The rows that a query answers: cells parted by "|", rows by a new line.
+  /// The rows that a query returns: cells separated by "|", rows by a new line.
   [[nodiscard]] std::string rows(const std::string& query) const;
 
 private:
@@ -38,13 +38,13 @@ private:
 
 class PickerSession final {
 public:
-  /// `steps` is the list of an answer file's steps. The code standard is NEC.
+  /// `steps` is the list of an answer file's steps. The electrical code is NEC.
   PickerSession(const std::filesystem::path& database, std::string_view steps);
   PickerSession(const PickerSession&) = delete;
   PickerSession& operator=(const PickerSession&) = delete;
   ~PickerSession();
 
-  /// Like LispSession's; "cancelled: " and the reason when a question had no fitting answer.
+  /// Like LispSession's; "cancelled: " and the reason when a question had no matching answer.
   std::string eval(std::string_view forms);
   [[nodiscard]] LispSession& lisp() { return lisp_; }
   /// A value kept for the user; "-" when there is none.

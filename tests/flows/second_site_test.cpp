@@ -1,6 +1,6 @@
 // A site that differs from the sample in everything: three motors and a load in one template, templates nested before,
-// inside and below them, a title block first, forms that answer 2 and insert nothing, options of one value, tables of
-// another code in metric sizes, scales other than 1. Each way in gives the same circuit.
+// inside and below them, a title block first, forms that return 2 and insert nothing, options of one value, tables of
+// another code in metric sizes, scales other than 1. Each way of building gives the same circuit.
 #include "tests/config/mcc_page.h"
 #include "tests/flows/config_site.h"
 #include "tests/support/golden.h"

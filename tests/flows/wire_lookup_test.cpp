@@ -304,7 +304,7 @@ TEST_CASE("a report goes to workbook, csv and tabbed text, replaced and appended
 
 namespace {
 
-/// A line that carries data of a circuit though it is no block, a placed circuit, and a device without a circuit.
+/// A line with data of a circuit that is not a block, a placed circuit, and a device without a circuit.
 constexpr char drawing[] = R"lisp(
   (define-block "PLACED" '(0.0 0.0) (lambda () (draw-circle '(0.0 0.0) 1.0)))
   (define-block "DEVICE" '(0.0 0.0)

@@ -1,4 +1,4 @@
-// Report files: their lines, what replacing and appending leave behind, and what a failure leaves alone.
+// Report files: their lines, the results of replacing and appending, and what a failure leaves unchanged.
 #include "flows/wire_report_file.h"
 
 #include "platform/xls_reader.h"

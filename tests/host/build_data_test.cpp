@@ -1,4 +1,4 @@
-// The symbol of build data: read by position whatever LISP has put there, written without harm to what it does not own.
+// The symbol of build data: read by position for any value in LISP, written without damage to foreign elements.
 #include "host/build_data.h"
 
 #include "tests/support/lisp_session.h"

@@ -1,4 +1,4 @@
-// Calls into LISP: what is asked, what is taken of each answer, and the lines that trace them.
+// Calls into LISP: their arguments, the used part of each result, and the lines that trace them.
 #include "host/lisp_calls.h"
 
 #include "host/host_api_lisp.h"
@@ -18,7 +18,7 @@ using test::textOf;
 
 namespace {
 
-/// Defines a function that answers `value` and notes its arguments in `asked`, reachable from native code.
+/// Defines a function that returns `value` and records its arguments in `asked`, callable from native code.
 void answerWith(LispSession& lisp, const std::string& name, const std::string& value) {
   lisp.eval("(setq asked nil) (defun " + name + " (&rest all) (setq asked all) " + value + ")");
   exposeFunction(fromUtf8(name));

@@ -112,7 +112,7 @@ TEST_CASE("a variable replaces every equal token") {
       {"(f #misc1 @yes)", "\"f\" nil T"},
       {"(f \"#scl\")", "\"f\" 2.5"},
       {"(f #scls)", "\"f\" \"#scls\""},
-      // The first variable of the name has no list: the search goes on to the second.
+      // The first variable with the name has no list: the search continues with the second.
       {"(f #data 1)", "\"f\" ( ( \"M1\" nil ) ) 1"},
       {"(f (#data) #data)", "\"f\" ( ( ( \"M1\" nil ) ) ) ( ( \"M1\" nil ) )"},
       {"(f @mfg @space)", "\"f\" \"A \"B\" (C)\" <1,2,3>"},

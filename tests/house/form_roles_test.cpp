@@ -1,5 +1,5 @@
-// Flows ask for their controls by role, and forms name them in files that no compiler reads: each role that a flow
-// names is in its form, in a kind that the flow can use, and no form has a control that nobody asks for.
+// Flows find their controls by role, and forms name them in files that no compiler reads: each role that a flow names
+// is in its form, in a kind that the flow can use, and no form has an unused control.
 #include "flows/wire_controls.h"
 #include "simhost/json/json_text.h"
 

@@ -1,4 +1,4 @@
-// The rules of the house that a reader of includes can check: no include runs upwards or sideways, each closed
+// The project's rules that can be checked by reading includes: no include goes upwards or sideways, each closed
 // library has its few readers, every source is listed, no file grows beyond one idea.
 #include "sources.h"
 
@@ -37,9 +37,9 @@ const std::map<std::string, std::set<std::string>> platformReaders = {
     {"platform/xml_encoding.h", {"project"}}, {"platform/workbook_writer.h", {"flows"}},
 };
 
-/// What the folders of the simulated host may see of src/ beside text/ and the host's face. The tool is no part of the
-/// host: it calls services of the plug-in's lower layers directly, and never a flow. `site` builds a site's database, and
-/// asks `data` what its columns hold.
+/// The folders of src/ that the simulated host may use, besides text/ and the host API. The tool is not part of the
+/// host: it calls services of the plug-in's lower layers directly, and never a flow. `site` builds a site's database,
+/// and asks `data` for the contents of its columns.
 const std::map<std::string, std::set<std::string>> simhostReaders = {
     {"lisp", {}},
     {"drawing", {}},

@@ -1,5 +1,5 @@
-// What it costs to compile the house: headers that many sources read pull in little, and headers of libraries that take
-// seconds to compile reach few sources.
+// The cost of compiling: headers that many sources include pull in little, and headers of libraries that take seconds
+// to compile reach few sources.
 #include "sources.h"
 
 #include <doctest/doctest.h>

@@ -1,4 +1,4 @@
-// Reading sources for the rules of the house.
+// Reads sources for the project's rules.
 #include "sources.h"
 
 #include <algorithm>

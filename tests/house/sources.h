@@ -1,4 +1,4 @@
-// The sources of the house and what they include, read as text.
+// The sources of the project and their includes, read as text.
 #pragma once
 
 #include <filesystem>
@@ -10,9 +10,9 @@ namespace house {
 /// All .h and .cpp files below a folder, sorted.
 [[nodiscard]] std::vector<std::filesystem::path> sourcesBelow(const std::filesystem::path& folder);
 [[nodiscard]] std::vector<std::string> linesOf(const std::filesystem::path& file);
-/// What stands in quotes.
+/// The names in quotes.
 [[nodiscard]] std::vector<std::string> projectIncludesOf(const std::filesystem::path& file);
-/// What stands in angle brackets.
+/// The names in angle brackets.
 [[nodiscard]] std::vector<std::string> libraryIncludesOf(const std::filesystem::path& file);
 
 } // namespace house

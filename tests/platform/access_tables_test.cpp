@@ -1,4 +1,4 @@
-// Access files: cells against an independent reader of the same files, and files that somebody damaged.
+// Access files: cells compared with an independent reader of the same files, and damaged files.
 #include "table_test_support.h"
 
 #include "text/compare.h"
@@ -28,7 +28,8 @@ std::vector<std::vector<std::wstring>> parseRows(const std::string& text) {
   return rows;
 }
 
-/// The same cell: equal texts, or two writings of one number, date or blob. The other reader cannot tell NULL from an
+/// The same cell: equal texts, or two writings of one number, date or blob. The other reader cannot distinguish NULL
+/// and
 /// empty text, and dates before 1900 come out of it wrong.
 bool isSameCell(const std::wstring& ours, std::wstring theirs) {
   if (theirs.starts_with(L"1900-01-00")) return ours < L"1900";
@@ -91,7 +92,7 @@ TEST_CASE("the cells that an independent reader gets wrong are right") {
   }
   const auto connection = opened(fromUtf8(file->string()));
   const std::wstring from = L" FROM [types & more] WHERE [ID]=";
-  // NULL and empty texts, a boolean that is never NULL, dates ahead of the first day, single precision as typed.
+  // NULL and empty texts, a boolean that is never NULL, dates before the first day, single precision as typed.
   CHECK(
       rowsOf(*connection, L"SELECT [TEXT_COL],[MEMO_COL],[BOOL_COL],[MONEY_COL]" + from + L"3") ==
       Lines{L"||0|0"});
@@ -153,7 +154,7 @@ TEST_CASE("a damaged Access file gives rows or a message, in bounded time") {
   constexpr int mutations = 40;
   for (int mutation = 0; mutation < mutations; ++mutation) {
     std::string bytes = whole;
-    // Every fourth file is cut, the others have places overwritten, behind the signature that names the kind.
+    // Every fourth file is truncated, the others have overwritten bytes, after the signature that names the kind.
     if (mutation % 4 == 0) bytes.resize(64 + next(bytes.size() - 64));
     for (std::size_t place = 0; place < 40; ++place)
       bytes[24 + next(bytes.size() - 24)] = static_cast<char>(next(256));

@@ -30,7 +30,7 @@ PostgresServer::PostgresServer() : programs_(findPrograms()) {
   const std::string data = folder_.file("data").string();
   const bool isMade =
       run("initdb -D " + data + " -A trust -U brenvolt -E UTF8 --locale=C.UTF-8 --no-sync").has_value();
-  // The output goes to a file: the server keeps it open, and a pipe would never end.
+  // The output is written to a file: the server keeps it open, and a pipe would never end.
   isRunning_ = isMade && run("pg_ctl -D " + data + " -w -l " + data + "/log -o \"-F -k " +
                              folder_.file("").string() + " -h \\\"\\\"\" start >" + data + "/start.log")
                              .has_value();

@@ -105,7 +105,7 @@ TEST_CASE("a command survives what happens around it") {
   REQUIRE(reader.FetchNext() == dbStatus::success);
   // The same text once more while the first is under way.
   CHECK(rowsOf(*connection, L"SELECT [A] FROM [T] ORDER BY [A]") == Lines{L"1", L"2", L"3"});
-  // A write under an open reader: the reader keeps the rows that it asked for.
+  // A write during an open reader: the reader keeps its rows.
   mustRun(*connection, L"DELETE FROM [T]");
   CHECK(reader.FieldAsString(1) == L"1");
   CHECK(reader.FetchNext() == dbStatus::success);
@@ -213,7 +213,7 @@ TEST_CASE("two processes that write at once both succeed, and a reader beside th
   }
   CHECK(rowsOf(*connection, L"SELECT count(*), count(DISTINCT [N]) FROM [T]") == Lines{L"80|80"});
 
-  // While a writer stands in the middle of its transaction a reader sees the rows of before, at once.
+  // While a writer is in the middle of its transaction a reader sees the previous rows, without waiting.
   const auto writer = opened(folder.name("a.db"));
   TableTransaction open(*writer);
   mustRun(*writer, L"DELETE FROM [T]");

@@ -88,7 +88,7 @@ TEST_CASE("delimited text becomes tables whose columns compare as the statements
   CHECK(
       rowsOf(*connection, L"SELECT [Description] FROM [MOTOR] WHERE [ID]=7") ==
       Lines{L"5 HP, \"TEFC\"\nline 2"});
-  // The key goes on counting.
+  // The key continues.
   mustRun(*connection, L"INSERT INTO [MOTOR] ([Type]) VALUES ('Synchronous')");
   CHECK(rowsOf(*connection, L"SELECT [ID] FROM [MOTOR] WHERE [Type]='synchronous'") == Lines{L"10"});
 }

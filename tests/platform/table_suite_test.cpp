@@ -141,7 +141,7 @@ private:
 
 struct Case {
   unsigned needs;
-  /// "$" behind a table's name stands for the engine's suffix.
+  /// "$" after a table's name is replaced by the engine's suffix.
   const wchar_t* statement;
   Lines expected;
 };

@@ -1,4 +1,4 @@
-// What the table tests share: a temporary folder, connections that must open, and answers as lines of text.
+// Shared by the table tests: a temporary folder, connections that must open, and results as lines of text.
 #pragma once
 
 #include "platform/tables.h"
@@ -13,7 +13,7 @@
 
 namespace brenvolt::testing {
 
-/// A folder of its own that goes with the object, its files by name.
+/// A folder that is removed with the object, its files by name.
 class TemporaryFolder final {
 public:
   [[nodiscard]] std::filesystem::path file(std::string_view name) const { return folder_.path() / name; }

@@ -1,4 +1,4 @@
-// Reading workbooks: every kind of cell record, files of other programs, and files that are no workbooks or broken ones.
+// Reading workbooks: every kind of cell record, files of other programs, and files that are damaged or not workbooks.
 #include "workbook_test_support.h"
 
 #include "platform/biff_number_formats.h"
@@ -96,7 +96,7 @@ std::string cellHead(unsigned row, unsigned column, unsigned format = 0) {
 
 RecordStream& addFormulaText(RecordStream& stream, unsigned row, const std::string& text) {
   stream.record(idFormula, cellHead(row, 0) + "\0\0\0\0\0\0\xFF\xFF"s + words({0, 0, 0}));
-  // A shared formula's own record stands between the formula and its text.
+  // A shared formula's own record is between the formula and its text.
   stream.record(idSharedFormula, std::string(10, '\0'));
   return stream.record(idString, text);
 }

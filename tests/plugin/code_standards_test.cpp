@@ -1,4 +1,4 @@
-// The code standards of a site, asked from LISP and by sibling modules.
+// The electrical codes of a site, read from LISP and by other modules.
 #include "plugin/handlers/code_standard_description.h"
 
 #include "host/resources.h"

@@ -1,5 +1,5 @@
-// The dispatcher between LISP and the handlers: answers in their form, clean on every way out, unharmed by whatever
-// LISP passes.
+// The dispatcher between LISP and the handlers: results in their form, clean after every end, unharmed by any
+// arguments of LISP.
 #include "plugin/dispatcher.h"
 
 #include "data/table_names.h"

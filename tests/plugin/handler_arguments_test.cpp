@@ -1,4 +1,4 @@
-// Arguments and answers of the pickers by position.
+// Arguments and results of the pickers by position.
 #include "plugin/handlers/rating_select.h"
 
 #include "tests/support/chain_text.h"

@@ -1,4 +1,4 @@
-// Circuit sheets row by row, with the traps that their columns hold for whoever writes one.
+// Circuit sheets row by row, with the common mistakes of their authors.
 #include "project/circuit_sheet.h"
 
 #include "tests/support/sheets.h"

@@ -1,4 +1,4 @@
-// One change at a time: what it applies to, what it tells, what the journal keeps of it.
+// One change at a time: what it applies to, what it reports, what the journal keeps of it.
 #include "history_site.h"
 #include "platform/file_lock.h"
 #include "project/history_recovery.h"

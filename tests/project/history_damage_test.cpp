@@ -1,4 +1,4 @@
-// Files that are no history any more: nothing of them is lost, and what is whole in them comes back.
+// Damaged history files: nothing of them is lost, and their complete entries are restored.
 #include "history_site.h"
 #include "project/history_recovery.h"
 

@@ -1,4 +1,4 @@
-// Several drawings at once: each has its own LISP, entities and undo, and what runs goes to the current one.
+// Several drawings at once: each has its own LISP, entities and undo, and calls apply to the current one.
 #include "host_fixture.h"
 
 #include "host/host_api_database.h"

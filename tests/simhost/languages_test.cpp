@@ -1,4 +1,4 @@
-// Translations: each one is complete, and what the program fills in stands in it as in English.
+// Translations: each one is complete, with the same placeholders as in English.
 #include "host_fixture.h"
 #include "simhost/host/errors.h"
 #include "simhost/host/files.h"

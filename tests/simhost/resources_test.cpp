@@ -93,7 +93,7 @@ TEST_CASE("texts come from the module on top of the stack, and a missing one lea
 TEST_CASE("English holds every text that the plug-in names") {
   HostFixture host({}, repositoryResources());
   kvDocManagerPtr()->pushResourceModule(kvdsLoadResourceModule(L"ZanBrenvoltRes.dll"));
-  // The numbers as they stand in the plug-in's own list.
+  // The numbers of the plug-in's own list.
   std::string header = simhost::readFile("src/host/resources.h").value();
   header.erase(0, header.find("enum class TextId"));
   int count = 0;
@@ -108,7 +108,7 @@ TEST_CASE("English holds every text that the plug-in names") {
     ++count;
   }
   CHECK(count > 80);
-  // What tells a wire row from a grounding row is the words ahead of the dash.
+  // The text before the dash distinguishes a wire row from a grounding row.
   using brenvolt::loadText;
   using brenvolt::TextId;
   CHECK(loadText(TextId::wireSizeRow).starts_with(L"W%d - "));

@@ -30,7 +30,7 @@ std::vector<simhost::AnswerStep> answers(const std::string& steps) {
 
 constexpr const wchar_t* tableKey = L"ZanBrenvolt.TableNotFound";
 
-/// Shows the alert of a missing table and answers the button.
+/// Shows the alert of a missing table and returns the button.
 int askTable() {
   const KdTaskDialogParameter parameters[] = {{L"tablename", L"{source}"}, {L"source", L"tables.db"}};
   CKdTaskDialog dialog;
@@ -120,7 +120,7 @@ TEST_CASE("a hidden dialog answers the kept button without being shown") {
     CHECK(dictionary->GetResult(tableKey) == kvui::firstCommand);
     CHECK(askTable() == kvui::firstCommand);
     CHECK(host.windows.failure().empty());
-    // What a parameter brings in is not filled again.
+    // Inserted values of parameters are not filled again.
     CHECK(host.windows.recording().find("are missing: {source}\\nSource: tables.db") != std::string::npos);
   }
   HostFixture later({}, keptIn(file));

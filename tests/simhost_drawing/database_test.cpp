@@ -79,7 +79,7 @@ TEST_CASE("an iterator goes on from an entity that is erased beneath it") {
   iterator->step();
   CHECK(iterator->entityId() == drawing.idOf(lines[3]));
 
-  // The last entity goes while the iterator stands on it, then more come.
+  // The last entity is erased while the iterator is on it, then more are added.
   drawing.eraseEntity(lines[3]);
   const std::vector<KvDbHandle> later = addLines(drawing, 2);
   iterator->step();

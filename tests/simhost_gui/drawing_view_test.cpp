@@ -1,4 +1,4 @@
-// The view of a drawing without a window around it: where things lie, what is painted, what is pointed at.
+// The view of a drawing without a window: positions, painting, and picking.
 #include "gui_fixture.h"
 #include "simhost/gui/picture_cache.h"
 

@@ -16,7 +16,7 @@ void needApplication() {
   static char name[] = "simhost_gui_test";
   static char* argv[] = {name, nullptr};
   if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM")) qputenv("QT_QPA_PLATFORM", "offscreen");
-  // Lives to the end of the process: its plug-ins must not go ahead of what they registered.
+  // Lives to the end of the process: its plug-ins must not be unloaded before what they registered.
   static const auto& application = *new QApplication(argc, argv);
   static_cast<void>(application);
 }

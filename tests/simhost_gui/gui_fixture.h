@@ -36,11 +36,11 @@ public:
   [[nodiscard]] DrawingDatabase& drawing() { return site.session().documents().current()->drawing(); }
   /// Runs a LISP text as the prompt does.
   CommandOutcome run(const std::wstring& form) { return window.runner().run(QStringLiteral("LISP"), form); }
-  /// The pixel of the view on which a point of the drawing lies.
+  /// The pixel of the view for a point of the drawing.
   [[nodiscard]] QPoint pixel(double x, double y) {
     return window.view().view().toScreen({x, y, 0.0}).toPoint();
   }
-  /// What a person does at the window with mouse and keys: a window that a dialog blocks gets neither.
+  /// The user's actions at the window with mouse and keys: a window that a dialog blocks gets neither.
   void click(double x, double y);
   void key(Qt::Key key);
 

@@ -24,7 +24,7 @@ namespace {
 constexpr const wchar_t* twoLines =
     L"(progn (draw-line '(0 0) '(100 0)) (undo-count) (draw-line '(0 50) '(100 50)) 2)";
 
-/// What stays open for as long as the actions inside it run: a pick that a command asks for.
+/// Stays open while the actions inside it run: the pick of a command.
 struct OpenPick {
   GuiFixture& gui;
   std::function<void()> inside;
@@ -248,7 +248,7 @@ TEST_CASE("no two commands share a key, and every text of the window has its wor
 
 namespace {
 
-/// Answers a question of the main window by the words of a button, as soon as it is asked.
+/// Answers a question of the main window by the text of a button, as soon as it appears.
 class Answer final {
 public:
   Answer(GuiFixture& gui, HostText button)
@@ -275,7 +275,7 @@ TEST_CASE("a file that somebody else has open, or has written, is not replaced w
   CHECK(OpenFile::userElsewhere(file) != QString()); // its own window has it
   const std::string saved = readFile(file.toStdString()).value();
 
-  // Written by somebody else meanwhile: another time, another size.
+  // Changed by another program meanwhile: another time, another size.
   CHECK(replaceFile(file.toStdString(), saved + " ").empty());
   gui.run(L"(draw-line '(0 9) '(9 9))");
   {
@@ -330,7 +330,7 @@ TEST_CASE("what was not saved is there again after a crash, until the user drops
     CHECK_FALSE(QFile::exists(copy)); // as it was saved: nothing to recover
     gui.window.action(HostText::redo).trigger();
     gui.window.keepCopy();
-    // The window goes without being closed.
+    // The window is destroyed without being closed.
   }
   GuiFixture gui;
   {

@@ -1,5 +1,5 @@
-// From a person's hands to the same bytes: what is done in the main window and its dialogs is recorded, and the tool
-// replays it without a screen on a copy of the site.
+// From the user's actions to the same bytes: actions in the main window and its dialogs are recorded, and the tool
+// replays them without a screen on a copy of the site.
 #include "gui_fixture.h"
 #include "simhost/drawing/drawing_file.h"
 #include "simhost/gui/session_recording.h"
@@ -20,7 +20,7 @@ using brenvolt::SiteCopy;
 
 namespace {
 
-/// A main window over a site of its own whose dialogs are answered from steps, by their widgets.
+/// A main window with its own site whose dialogs are answered from steps, through their widgets.
 class RecordedWindow final {
 public:
   explicit RecordedWindow(const std::string& steps)

@@ -106,7 +106,7 @@ TEST_CASE("a motor is picked from the drawing while the dialog that asks lies ab
 TEST_CASE("a circuit is chosen, placed and built by keys alone, beside the one before it") {
   const brenvolt::SiteCopy site;
   GuiFixture gui({}, "en", site.site());
-  // What a person does at the window on top: the keys go to that window, not to a control.
+  // The user's actions at the topmost window: the keys are sent to that window, not to a control.
   const auto keys = [](QWidget* window, std::initializer_list<Qt::Key> pressed) {
     for (const Qt::Key key : pressed)
       QTest::keyClick(window->windowHandle(), key);

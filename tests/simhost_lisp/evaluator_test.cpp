@@ -1,4 +1,4 @@
-// Special forms, bindings, errors with their place, and the seam to the embedding.
+// Special forms, bindings, errors with their place, and the interface to the embedding.
 #include "lisp_support.h"
 
 #include "simhost/lisp/list.h"

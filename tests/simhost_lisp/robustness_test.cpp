@@ -71,7 +71,7 @@ TEST_CASE("an endless loop ends by step limit or interruption, which no LISP for
     CAPTURE(loop);
     CHECK(evaluated(interpreter, loop).find("the limit of steps is reached") != std::string::npos);
   }
-  // The limit holds for each outermost form anew.
+  // The limit applies to each outermost form.
   CHECK(evaluated(interpreter, "(dotimes (i 6000)) (dotimes (i 6000) i)") == "nil");
   interpreter.setStepLimit(0);
   interpreter.define(L"stop", 0, 0, [](Arguments& arguments) {

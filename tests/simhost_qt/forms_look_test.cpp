@@ -1,4 +1,4 @@
-// Every form as a window: whatever its flow does, a person must be able to read and to reach all of it.
+// Every form as a window: whatever its flow does, a user must be able to read and to reach all of it.
 #include "simhost/qt/column_widths.h"
 #include "simhost/qt/form_layout.h"
 #include "simhost/qt/icons.h"
@@ -72,7 +72,7 @@ public:
   QtDialog dialog;
 };
 
-/// The letter behind "&".
+/// The letter after "&".
 QChar mnemonicOf(const QString& text) {
   for (qsizetype at = 0; at + 1 < text.size(); ++at) {
     if (text[at] != QLatin1Char('&')) continue;
@@ -97,7 +97,7 @@ void checkLook(OpenForm& open) {
     dynamic_cast<KvUiControl&>(view->model().face()).Show(true);
   open.dialog.refresh();
   QCoreApplication::processEvents();
-  // A title bar and a panel of the desktop are left room.
+  // Leaves room for a title bar and a panel of the desktop.
   constexpr QSize room(1280, 690);
   const QSize needed = frame.minimumSizeHint();
   CHECK_LE(needed.width(), room.width());
@@ -208,7 +208,7 @@ TEST_CASE("columns show their texts, fill their table, and leave nothing to a ro
   const Row rows[] = {
       {{{12, 12, 0}, {50, 50, 1}, {50, 50, 1}}, 212, Overflow::scrolls, {12, 100, 100}},
       {{{50, 50, 5}, {50, 50, 6}}, 220, Overflow::squeezes, {100, 120}},
-      // What is wider than its share keeps its text, and a text that was cut gets its room first.
+      // A column wider than its share keeps its text, and a truncated text gets space first.
       {{{150, 150, 1}, {20, 20, 1}, {20, 20, 1}}, 300, Overflow::scrolls, {150, 75, 75}},
       {{{50, 50, 1}, {100, 180, 1}}, 230, Overflow::scrolls, {50, 180}},
       {{{200, 200, 1}, {200, 200, 1}}, 300, Overflow::scrolls, {200, 200}},

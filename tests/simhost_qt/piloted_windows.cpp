@@ -33,7 +33,8 @@ using Json = nlohmann::ordered_json;
 
 namespace {
 
-/// The offscreen platform tells at each window what it cannot do; any other warning is a fault of ours, and ends the
+/// The offscreen platform reports for each window what it cannot do; any other warning is a fault of ours, and ends
+/// the
 /// test.
 void failAtWarnings(QtMsgType type, const QMessageLogContext& context, const QString& message) {
   if (message.startsWith("This plugin does not support") || message.startsWith("QStandardPaths:")) return;
@@ -50,7 +51,7 @@ void startApplication() {
   static int count = 1;
   static char name[] = "windows_test";
   static char* arguments[] = {name, nullptr};
-  // Lives to the end of the process: its plug-ins must not go ahead of what they registered.
+  // Lives to the end of the process: its plug-ins must not be unloaded before what they registered.
   static auto& application = *new QApplication(count, arguments);
   static_cast<void>(application);
   // The same on every machine.
@@ -98,7 +99,7 @@ std::unique_ptr<DialogWindow> PilotedWindows::openDialog(const std::wstring& for
 
 bool PilotedWindows::showMessage(const std::wstring& text) {
   windows_->showMessage(text);
-  // Sessions expect it on the command line, where it goes without a screen.
+  // Sessions expect it on the command line, where it is printed without a screen.
   return false;
 }
 

@@ -1,5 +1,5 @@
-// Real windows whose user is an answer file: the same steps as without a screen, made on the widgets. Each window must
-// show what stands behind it.
+// Real windows driven by an answer file: the same steps as without a screen, made on the widgets. Each window must
+// show its model.
 #pragma once
 
 #include "simhost/qt/qt_windows.h"
@@ -8,10 +8,10 @@
 
 namespace simhost::test {
 
-/// Whose record is kept: the pilot's, in the words of the answer file, or that of the windows, as for a person.
+/// Whose record is kept: the pilot's, in the words of the answer file, or that of the windows, as for a user.
 enum class RecordOf { pilot, person };
 
-/// Answers the windows from steps, by the widgets. As it records, so it goes for dialogs only: picks and messages record
+/// Answers the windows from steps, through the widgets. Its recording covers only dialogs: picks and messages record
 /// themselves.
 class StepPilot final : public WindowPilot {
 public:
@@ -66,7 +66,7 @@ public:
   [[nodiscard]] const std::wstring& failure() const override;
 
 private:
-  /// Asked by the windows, which record what comes of it.
+  /// Called by the windows, which record the result.
   class Picker final : public DrawingPicker {
   public:
     explicit Picker(StepPilot& pilot) : pilot_(pilot) {}

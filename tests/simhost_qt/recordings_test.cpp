@@ -1,4 +1,4 @@
-// What windows record of a person: the same session, though it was never told to them in its words.
+// The windows' recording of a user: the same session, though its answer file was not given to them.
 #include "tests/site/site_tool.h"
 
 #include <doctest/doctest.h>
@@ -11,7 +11,7 @@ using namespace brenvolt;
 
 namespace {
 
-/// Replays a session of the sample site and answers what it left.
+/// Replays a session of the sample site and returns its results.
 struct Replayed {
   Replayed(const ToolFolder& folder, const char* tool, const std::string& session, const std::string& name) {
     REQUIRE(::setenv("BRENVOLT_BIN", tool, 1) == 0);

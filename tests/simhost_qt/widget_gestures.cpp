@@ -32,7 +32,7 @@ void replaceText(QWidget& field, std::wstring_view text) {
   QTest::keyClicks(&field, toQt(text));
 }
 
-/// Clicks a cell where a person would: where it is seen.
+/// Clicks a cell where a user would: where it is visible.
 QPoint centreOf(QAbstractItemView& view, const QModelIndex& index) {
   view.scrollTo(index);
   return view.visualRect(index).intersected(view.viewport()->rect()).center();
@@ -147,7 +147,7 @@ Refusal WidgetGestures::choose(ControlModel& control, int index) {
 }
 
 Refusal WidgetGestures::enter() {
-  // At the opening the cursor stands in the first field, though nobody went there.
+  // At the opening the cursor is in the first field without a gesture.
   if (dialog_.focus() == nullptr) leave();
   key(Qt::Key_Return);
   return dialog_.takeRefusal();

@@ -1,5 +1,5 @@
-// Gestures made on the widgets themselves: clicks, keys and typed letters at the place where a person would make them.
-// What follows comes from the window; here is only checked whether it could be done.
+// Gestures made on the widgets themselves: clicks, keys and typed letters at the position where a user would make
+// them. The effects come from the window; here only the possibility is checked.
 #pragma once
 
 #include "simhost/qt/qt_dialog.h"
@@ -31,7 +31,7 @@ public:
       GridModel& grid, int row, int column, std::wstring_view text, CellAnswer& answer) override;
 
 private:
-  /// The view, or why nobody can get at it: what the rules say and what the widget says must agree.
+  /// The view, or why it cannot be reached: the rules and the widget must agree.
   [[nodiscard]] Refusal find(ControlModel& control, bool isForChange, ControlView*& view);
   [[nodiscard]] Refusal findCell(GridModel& grid, int row, int column, QTableView*& table);
   void key(int key);

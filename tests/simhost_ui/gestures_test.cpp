@@ -149,7 +149,7 @@ TEST_CASE("what a person could not do ends the run and is told with dialog, role
     CHECK(outcome.result == kvui::cancel);
     CHECK(outcome.failure.starts_with("a.json: step 1: "));
     CHECK_MESSAGE(outcome.failure.find(row.reason) != std::string::npos, outcome.failure);
-    // Nobody asks the flow whether to cancel: it could ask the user.
+    // The flow is not asked whether to cancel: it could ask the user.
     CHECK(joined(outcome.events).find("cancel") == std::string::npos);
   }
 }

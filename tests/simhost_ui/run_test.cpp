@@ -1,4 +1,4 @@
-// A whole run of a dialog: time, questions in between, the editor, and recordings that answer the same again.
+// A whole run of a dialog: time, questions in between, the editor, and recordings that can be used as answers.
 #include "simhost/json/json_text.h"
 #include "simhost/ui/scripted_windows.h"
 #include "simhost/ui/virtual_timers.h"

@@ -1,4 +1,4 @@
-// What a workbook, a template or a history can have wrong, and what a person is told.
+// Mistakes in a workbook, a template or a history file, and their messages.
 #include "site_tool.h"
 
 #include <doctest/doctest.h>

@@ -29,7 +29,7 @@ constexpr Road roads[] = {
     {"the last insertion taken back, every page visited", true, false, true},
 };
 
-/// What a build leaves behind.
+/// The results of a build.
 struct Result {
   std::vector<std::string> entities;
   std::string saved;

@@ -1,5 +1,5 @@
-// A site whose tables and project are on a server: what the product sends runs there as it does on its own files, many
-// sessions at once lose and double nothing, and a server that goes away costs a build and nothing else.
+// A site whose tables and project are on a server: the product's statements work there as on its own files, many
+// sessions at once lose and double nothing, and a lost server costs a build and nothing else.
 #include "postgres_server.h"
 #include "site_tool.h"
 #include "tests/support/golden.h"
@@ -61,7 +61,7 @@ public:
     REQUIRE_MESSAGE(run.exitCode == 0, run.errors);
     return run.output;
   }
-  /// The rows of all tables that sessions write, by what tells them apart, as sorted lines.
+  /// The rows of all tables that sessions write, by their keys, as sorted lines.
   [[nodiscard]] std::vector<std::string> written() const {
     std::vector<std::string> lines;
     for (const std::string table : {"BRENVOLT", "COMP", "TERMS", "CATALOGSEL"}) {
@@ -278,7 +278,7 @@ TEST_CASE("sixteen sessions at once leave the rows of their single runs, none lo
 
 namespace {
 
-/// The connection of a role that is no owner, and the site's LISP naming it; `more` runs behind the site's own.
+/// The connection of a role that is not an owner, and the site's LISP naming it; `more` runs after the site's own.
 std::string connectAs(const ServerSite& shared, const std::string& role, const std::string& more = {}) {
   for (const std::string& statement : {"DROP ROLE IF EXISTS " + role, "CREATE ROLE " + role + " LOGIN"})
     static_cast<void>(shared.run({"sql", shared.database(), statement, "--write"}));

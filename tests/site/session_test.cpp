@@ -24,7 +24,7 @@ std::string without(const std::string& text, const std::string& part, std::wstri
   return toUtf8(replaceAll(fromUtf8(text), fromUtf8(part), name));
 }
 
-/// A session that has run; what it worked on lies in the folder "work".
+/// A session that has run; its files are in the folder "work".
 class Replay final {
 public:
   explicit Replay(const std::string& file) {
@@ -32,7 +32,7 @@ public:
         {"replay", "site", file, "--out", folder_.path("out.json"), "--record",
          folder_.path("recording.json"), "--work", folder_.path("work")});
     drawing = folder_.read("out.json");
-    // Paths of a recording lead from where it lies, which is another place each time.
+    // Paths of a recording are relative to its own folder, which is different each time.
     const std::filesystem::path here = std::filesystem::proximate(".", folder_.path("."));
     recording = without(folder_.read("recording.json"), folder_.path("work"), L"WORK");
     recording = without(recording, here.generic_string(), L"REPOSITORY");

@@ -10,7 +10,7 @@ using namespace brenvolt;
 
 namespace {
 
-/// Answers a query on the database of the copied site, after a run that may have to build it anew.
+/// Returns the result of a query on the database of the copied site, after a run that may have to build it again.
 std::string query(const SiteCopy& site, const std::string& statement) {
   const std::string database = site.folder().path("cache.db");
   REQUIRE(

@@ -30,7 +30,7 @@ class SiteCopy final {
 public:
   SiteCopy();
 
-  /// `brenvolt draw` in the copy; the drawing is `out`, and `more` goes behind the arguments.
+  /// `brenvolt draw` in the copy; the drawing is `out`, and `more` follows the arguments.
   [[nodiscard]] ToolRun draw(
       const SampleCircuit& circuit, const std::string& out, const std::vector<std::string>& more = {}) const;
   [[nodiscard]] ToolRun run(const std::vector<std::string>& arguments) const {

@@ -10,7 +10,7 @@
 
 namespace brenvolt::test {
 
-/// The chain that a text stands for. A text that is none ends the test program.
+/// The list for a text. An invalid text ends the test program.
 [[nodiscard]] ResultList chainOf(std::string_view text);
 
 /// The text of a chain, nodes separated by blanks; empty for an empty one.

@@ -16,7 +16,7 @@
 
 namespace brenvolt::test {
 
-/// While it lives, it stands between the program and the disk.
+/// While it lives, it intercepts the calls between the program and the disk.
 class FileFaults final {
 public:
   enum class Kind {
@@ -82,7 +82,7 @@ private:
     return descriptor;
   }
   static ssize_t write(int descriptor, const void* bytes, std::size_t count) {
-    // The half of it gets through: whoever looks only at the first call loses the rest.
+    // The half of it succeeds: code that checks only the first call loses the rest.
     if (strikes()) return -1;
     const ssize_t written = current_->former_.write(descriptor, bytes, count > 1 ? count / 2 : count);
     current_->isSynced_[nameOf(descriptor)] = false;

@@ -1,5 +1,5 @@
-// Whole results against files that a person has looked at. On a difference the actual bytes lie beside the expected
-// ones with the ending ".actual"; `./brenvolt accept` takes them over.
+// Whole results against files that were reviewed. On a difference the actual bytes are written next to the expected
+// ones with the suffix ".actual"; `./brenvolt accept` accepts them.
 #pragma once
 
 #include <filesystem>

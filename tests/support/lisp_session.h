@@ -22,7 +22,7 @@ public:
   /// What the user does at each question of the test, in order.
   explicit LispSession(std::vector<simhost::AnswerStep> steps = {});
 
-  /// Evaluates forms and answers the last value as LISP writes it; the message of a LISP error behind "error: ".
+  /// Evaluates forms and returns the last value as LISP prints it; the message of a LISP error after "error: ".
   std::string eval(std::string_view forms);
   /// What was printed since the last call.
   std::string takePrinted();

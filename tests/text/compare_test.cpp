@@ -1,4 +1,4 @@
-// Comparison of texts: what counts as the same key, and in which order a person reads names.
+// Comparison of texts: which keys are equal, and the order in which users read names.
 #include "text/compare.h"
 #include "text/encoding.h"
 

@@ -1,5 +1,5 @@
-// The classes that the module derives from or tells apart: their type information has to exist for it to load. None of
-// them does anything here.
+// The classes that the module derives from or distinguishes: their type information has to exist for it to load. None
+// of them does anything here.
 #include "host/host_api.h"
 
 KvDbObject::~KvDbObject() = default;

@@ -1,5 +1,5 @@
-// A host without LISP, drawings or windows. It loads the module as any host would and checks what the module tells it:
-// its functions in their order, again for each drawing, each served by the one bound function.
+// A host without LISP, drawings or windows. It loads the module as any host would and checks what the module
+// registers: its functions in their order, again for each drawing, each served by the one bound function.
 #include "host/host_api_documents.h"
 #include "host/host_api_lisp.h"
 

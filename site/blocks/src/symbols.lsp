@@ -1,5 +1,5 @@
 ; The symbols of the site, in the manner of NEMA elementary diagrams. Unit: millimetre on the sheet. A symbol's
-; insertion point is the middle of its top pole; the poles lie 10 apart downwards, and the leads end 6 to the left
+; insertion point is the middle of its top pole; the poles are 10 apart downwards, and the leads end 6 to the left
 ; and right, where the wires begin. (site-draw-symbol NAME) defines one and shows it at
 ; the origin.
 
@@ -32,7 +32,7 @@
     (sy-line inner (pole-y pole) lead (pole-y pole))))
 
 ; The data of a component: tag, descriptions, catalogue part, place. Pins are X4TERM01 at the left of the first pole,
-; X1TERM02 at its right, and so on, each where its wire ends; `numbers` are what stands on the device, in this order,
+; X1TERM02 at its right, and so on, each where its wire ends; `numbers` are the numbers on the device, in this order,
 ; else 1, 2, 3 ...
 (defun sy-component (family poles top bottom &optional numbers)
   (sy-attribute "TAG1" 0 top 2.5)
@@ -163,7 +163,7 @@
   (sy-pins '("T1" "T2" "T3" "T6" "T4" "T5") '(0 0 0 -10 0 -20 13 -34 20 -34 27 -34))
   (sy-ground-pin 33 -15.2))
 
-; A load that is no motor: a box with its name.
+; A load that is not a motor: a box with its name.
 (defun draw-load (poles)
   (let ((bottom (- (last-pole-y poles) 5)) (middle (/ (last-pole-y poles) 2.0)))
     (draw-polyline (list '(6 5) '(34 5) (list 34 bottom) (list 6 bottom)) symbol-layer T)
@@ -196,7 +196,7 @@
   (sy-pin "X4TERM01" -1.2 0 "")
   (sy-pin "X1TERM02" 1.2 0 ""))
 
-; The windings lie above each other: H1 and H4 up, X1 and X2 down.
+; The windings are above each other: H1 and H4 at the top, X1 and X2 at the bottom.
 (defun draw-transformer ()
   (dotimes (turn 4)
     (sy-arc (+ -6 (* turn 4)) 0 2 180 360)

@@ -56,7 +56,7 @@
   (marker "STAR" 34 114 -84))
 (defun draw-motor1-dol () (starter 2 -24 -56))
 
-; A motor's branch behind the feeder: the lines run from x on at y; `letter` parts the two motors.
+; A motor's branch after the feeder: the lines run from x on at y; `letter` distinguishes the two motors.
 (defun motor-branch (letter order x y)
   (let ((code (lambda (name) (string-append name "-" letter))))
     (marker (funcall code "MCTL") order (+ x 16) (+ y 12))
@@ -141,7 +141,7 @@
         '("A" "B") '(-28 -60) '(("04" "05") ("06" "07")))
   (mapc 'dot '(-50 60) '(-28 -28)))
 
-; The rails end at the lowest rung that always is there; the rows of LITE bring them down to the pilot lights.
+; The rails end at the lowest rung that is always there; the rows of LITE extend them to the pilot lights.
 (defun draw-control-reversing ()
   (rails -28 -28)
   (rung '(-50 -28 60 -28))

@@ -1,5 +1,5 @@
-// The order of a whole build: arguments, worksheet, markers, presets; then a direct build runs to its end, and any other
-// one goes through the configuration dialog.
+// The order of a whole build: arguments, worksheet, markers, presets; then a direct build runs to its end, and any
+// other one opens the configuration dialog.
 #include "plugin/handlers/build_circuit.h"
 
 #include "build/driver.h"
@@ -25,8 +25,8 @@ namespace {
 /// How many builds may be inside each other: a form may build a circuit, whose form builds another one.
 constexpr int deepestBuild = 16;
 
-/// A build is under way for as long as the scope lasts, exceptions included. What a build inside another one makes of
-/// the circuit in hand and of the trace flag ends with it: the outer one goes on with its own.
+/// A build is under way for as long as the scope lasts, exceptions included. The changes that an inner build makes to
+/// the current circuit and the trace flag end with it: the outer one continues with its own.
 class UnderWayScope final {
 public:
   UnderWayScope(const ZanBrenvolt& build, CircuitContext circuitOfOuter)
@@ -115,8 +115,8 @@ bool runBuild(ZanBrenvolt& build, Saving* saving) {
 bool buildWith(std::optional<ZanBuildArgs> args, Saving* saving) {
   if (!pumpMessages() || !args) return false;
   const ZanBrenvolt* const parent = processRecord().build;
-  // Without a position of its own, an inner build goes back to the outer one's present state, and not to the
-  // beginning of the drawing.
+  // Without an undo position, an inner build returns to the present state of the outer one, and not to the beginning
+  // of the drawing.
   if (parent != nullptr && args->undoPosition == 0)
     args->undoPosition = ZanUndoManager::position(workingDatabase());
   CircuitContext& circuit = circuitContext();

@@ -5,8 +5,8 @@
 
 namespace brenvolt {
 
-/// A form that calls the function again, directly or not, starts a build inside the one under way. An inner build that
-/// asks cannot run in one whose dialog is open; it says so on the command line and returns nil.
+/// A form that calls the function again, directly or not, starts a build inside the current one. An inner build with a
+/// dialog cannot run while another dialog is open; it reports this on the command line and returns nil.
 [[nodiscard]] ResultList buildCircuit(const ResultList& arguments);
 
 /// `zan_bv_build_and_save`: a direct build whose choices are saved as well. Takes the list of `zan_bv_build_circuit` and

@@ -1,4 +1,4 @@
-// Both ask the option tables; there is no dialog.
+// Both read the option tables; there is no dialog.
 #include "plugin/handlers/code_standard_description.h"
 
 #include "data/option_tables.h"

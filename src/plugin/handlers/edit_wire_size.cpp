@@ -58,8 +58,8 @@ std::optional<EditedWire> sizeDevice(KvEntityName entity, KvWindow* parent) {
   return edited;
 }
 
-/// Asks until a placed circuit or a device is picked; any other entity is passed over without a word, also one that
-/// carries the data of a circuit and is no block.
+/// Asks until a placed circuit or a device is picked; any other entity is skipped silently, also one that carries the
+/// data of a circuit but is not a block.
 std::optional<EditedWire> editPicked(KvWindow* parent) {
   const std::wstring prompt = loadText(TextId::editWireSizePrompt);
   for (;;) {
@@ -83,7 +83,7 @@ ResultList answerOf(const EditedWire& edited) {
   ListBuilder answer;
   answer.beginList();
   answer.beginList().addEntity(edited.entity).addText(edited.wire).addText(fixedThirdElement).endList();
-  // The current is that of the circuit in hand, also for a placed circuit.
+  // The current is that of the current circuit, also for a placed circuit.
   answer.splice(
       rowsToList(sizeComponents(edited.motorType, circuitData().fla, processRecord().acceptedTables)));
   return answer.endList().take();

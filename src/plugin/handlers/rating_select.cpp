@@ -1,4 +1,4 @@
-// Arguments and answers of the pickers as tables. Between them the picker runs.
+// Arguments and results of the pickers as tables. The picker runs between them.
 #include "plugin/handlers/rating_select.h"
 
 #include "data/circuit_data.h"

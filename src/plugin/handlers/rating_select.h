@@ -8,12 +8,12 @@
 
 namespace brenvolt {
 
-/// Which field of the selection is at which place of a picker's arguments and of its answer.
+/// The positions of the selection's fields in a picker's arguments and in its result.
 struct RatingPlaces {
   std::span<const Rating> arguments;
   std::span<const Rating> answer;
 
-  /// An argument of another type leaves its field and the walk goes on; arguments beyond the fields are ignored.
+  /// An argument of another type leaves its field and the walk continues; arguments beyond the fields are ignored.
   [[nodiscard]] RatingSelection read(const ResultList& list) const;
   [[nodiscard]] ResultList listOf(const RatingSelection& selection) const;
 };

@@ -1,5 +1,5 @@
-// The answer of the circuit selection, as the parent product's LISP takes it apart: what the insertion needs, then
-// what `zan_bv_build_circuit` takes as its first arguments, position for position.
+// The value of the circuit selection for the parent product's LISP: the template to insert, then the first arguments
+// of `zan_bv_build_circuit`, in order.
 #include "plugin/handlers/select_circuit.h"
 
 #include "build/host_session.h"

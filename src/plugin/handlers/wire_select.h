@@ -1,5 +1,5 @@
 // `zan_bv_wire_select` and `zan_bv_pf_wire_select`: wire size lookup for a motor's and for a load's circuit, each
-// answering (size parallelNote).
+// returning (size parallelNote).
 #pragma once
 
 #include "host/result_list.h"
