@@ -192,7 +192,7 @@ TEST_CASE("a configuration that could not be saved does not reach the file with 
   const std::filesystem::path file = site.folder() / "zan_brenvolt.xml";
   std::filesystem::permissions(file, std::filesystem::perms::owner_read);
   CHECK_FALSE(build->saveHistory(L"Lost"));
-  CHECK_EQ(build->history().historyName, L"First");
+  CHECK_EQ(build->state().entry.key.name, L"First");
   std::filesystem::permissions(file, std::filesystem::perms::owner_all);
   CHECK(build->saveHistory(L"Second"));
   std::vector<std::wstring> names;
