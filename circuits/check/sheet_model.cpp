@@ -5,12 +5,10 @@
 #include "text/split.h"
 
 #include <algorithm>
-#include <set>
 
 namespace circuits {
 
 using brenvolt::equalsCollating;
-using brenvolt::equalsOrdinalNoCase;
 
 namespace {
 
@@ -77,10 +75,8 @@ std::wstring SheetCode::suffix() const {
 }
 
 const SheetCode* SheetModel::find(std::wstring_view code) const {
-  const auto found = std::ranges::find_if(codes, [code](const SheetCode& each) {
-    return each.hasTitle && !each.isRepeated && equalsOrdinalNoCase(each.code, code);
-  });
-  return found == codes.end() ? nullptr : &*found;
+  const auto found = records.find(brenvolt::toUpper(code));
+  return found == records.end() ? nullptr : &codes[found->second];
 }
 
 SheetModel modelOf(const TableText& sheet) {
@@ -102,9 +98,10 @@ SheetModel modelOf(const TableText& sheet) {
     for (const int column : {sheetcolumn::firstForms, sheetcolumn::secondForms, sheetcolumn::controlForms})
       addForms(code, row, column);
   }
-  std::set<std::wstring> seen;
-  for (SheetCode& code : model.codes)
-    if (code.hasTitle) code.isRepeated = !seen.insert(brenvolt::toUpper(code.code)).second;
+  for (std::size_t i = 0; i < model.codes.size(); ++i) {
+    SheetCode& code = model.codes[i];
+    if (code.hasTitle) code.isRepeated = !model.records.try_emplace(brenvolt::toUpper(code.code), i).second;
+  }
   return model;
 }
 

@@ -4,7 +4,9 @@
 
 #include "circuits/check/table_text.h"
 
+#include <cstddef>
 #include <cstdint>
+#include <map>
 #include <string>
 #include <utility>
 #include <vector>
@@ -64,7 +66,8 @@ struct SheetCode {
 
 struct SheetModel {
   std::wstring name;
-  std::vector<SheetCode> codes; ///< those with a title or with anything below
+  std::vector<SheetCode> codes;                ///< those with a title or with anything below
+  std::map<std::wstring, std::size_t> records; ///< those that a build finds, by upper-case CODE
 
   /// The record that a build finds for a CODE; null when there is none.
   [[nodiscard]] const SheetCode* find(std::wstring_view code) const;

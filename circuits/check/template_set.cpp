@@ -74,6 +74,16 @@ FindingPlace TemplateDrawing::place(const TemplateMarker& marker) const {
   return result;
 }
 
+TemplateSet::TemplateSet(const SiteModel& site) : site_(site) {
+  const auto add = [this](fs::path folder) {
+    if (std::ranges::find(folders_, folder) == folders_.end()) folders_.push_back(std::move(folder));
+  };
+  add(site.folder);
+  add(site.folder / "templates");
+  for (const CircuitEntry& entry : site.entries)
+    add((site.folder / brenvolt::toUtf8(entry.drawing)).parent_path());
+}
+
 const TemplateDrawing& TemplateSet::read(const fs::path& path) {
   const fs::path whole = path.lexically_normal();
   const auto [place, isNew] = drawings_.try_emplace(whole);
@@ -88,15 +98,15 @@ const TemplateDrawing& TemplateSet::read(const fs::path& path) {
   return drawing;
 }
 
-fs::path TemplateSet::find(std::wstring_view name) const {
+fs::path TemplateSet::find(std::wstring_view name) {
   if (name.empty()) return {};
+  const auto [place, isNew] = found_.try_emplace(std::wstring(name));
+  if (!isNew) return place->second;
   const fs::path asked = brenvolt::toUtf8(name);
-  std::vector<fs::path> folders = {site_.folder, site_.folder / "templates"};
-  for (const CircuitEntry& entry : site_.entries)
-    folders.push_back((site_.folder / brenvolt::toUtf8(entry.drawing)).parent_path());
   std::error_code error;
-  for (const fs::path& folder : folders)
-    if (fs::is_regular_file(folder / asked, error)) return (folder / asked).lexically_normal();
+  for (const fs::path& folder : folders_)
+    if (fs::is_regular_file(folder / asked, error))
+      return place->second = (folder / asked).lexically_normal();
   return {};
 }
 

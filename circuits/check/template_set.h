@@ -39,12 +39,12 @@ struct TemplateDrawing {
 
 class TemplateSet final {
 public:
-  explicit TemplateSet(const SiteModel& site) : site_(site) {}
+  explicit TemplateSet(const SiteModel& site);
 
   /// The drawing of a file, read at the first call.
   [[nodiscard]] const TemplateDrawing& read(const std::filesystem::path& path);
   /// The file that a form means by a text: below the site, or beside a template. Empty for none.
-  [[nodiscard]] std::filesystem::path find(std::wstring_view name) const;
+  [[nodiscard]] std::filesystem::path find(std::wstring_view name);
 
   /// A drawing that a build has inserted for a sheet, whatever form named it.
   void addInserted(std::wstring_view sheet, std::filesystem::path path);
@@ -53,6 +53,8 @@ public:
 
 private:
   const SiteModel& site_;
+  std::vector<std::filesystem::path> folders_;          ///< where drawings are looked for, in this order
+  std::map<std::wstring, std::filesystem::path> found_; ///< by name
   std::map<std::filesystem::path, TemplateDrawing> drawings_;
   std::map<std::wstring, std::set<std::filesystem::path>> inserted_; ///< by the sheet's upper-case name
 };

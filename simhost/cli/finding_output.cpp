@@ -29,6 +29,7 @@ Json jsonOf(const circuits::Finding& finding) {
   addText("columnName", place.columnName);
   addText("code", place.code);
   if (place.position) json["position"] = {place.position->first, place.position->second};
+  addText("place", circuits::placeText(place));
   addText("text", finding.text.text);
   if (finding.text.length > 0) {
     json["from"] = finding.text.from;
