@@ -194,7 +194,29 @@ enum class HostText : unsigned {
   startOpen,
   startLeave,
   startSiteTitle,
-  startBrowseProject
+  startBrowseProject,
+
+  checkTitle = 800,
+  checkPanel,
+  checkSite,
+  checkRun,
+  checkStop,
+  checkRunning,
+  checkSeverity,
+  checkRule,
+  checkPlace,
+  checkWhat,
+  checkRemedy,
+  checkAll,
+  checkAllRules,
+  checkError,
+  checkWarning,
+  checkNote,
+  checkEmpty,
+  checkClean,
+  checkCount, ///< how many
+  checkOffer,
+  checkNoFile ///< file
 };
 
 class HostTexts final {

@@ -87,6 +87,7 @@ MainWindow::MainWindow(SiteRun& site, QtWindows& windows, const HostTexts& texts
     : site_(site), windows_(windows), texts_(texts), runner_(site, windows) {
   buildPanels();
   buildStatusBar();
+  buildCheckPanel();
   buildMenus();
   runner_.onBusyChanged = [this] {
     if (runner_.isBusy())
@@ -256,7 +257,7 @@ void MainWindow::buildMenus() {
     }
     if (row.title == HostText::viewMenu) {
       menu->addSeparator();
-      for (const HostText panel : {HostText::circuitPanel, HostText::layerPanel, HostText::promptPanel})
+      for (const HostText panel : {HostText::circuitPanel, HostText::layerPanel, HostText::checkPanel, HostText::promptPanel})
         menu->addAction(actions_.at(panel));
     }
   }

@@ -29,6 +29,7 @@ struct SavedConfiguration;
 
 namespace simhost {
 
+class CheckPanel;
 class CircuitPanel;
 class LayerPanel;
 class OpenFile;
@@ -157,6 +158,11 @@ private:
   void findCircuit();
   void showCircuitMenu(const QPoint& place);
 
+  // The check of the site, main_window_check.cpp.
+  void buildCheckPanel();
+  void checkSite();
+  void openFinding(const QString& file, const QString& place, const std::optional<QPointF>& position);
+
   void undo();
   void redo();
   void zoomExtents();
@@ -216,6 +222,7 @@ private:
   PromptPane* prompt_ = nullptr;
   LayerPanel* layers_ = nullptr;
   CircuitPanel* circuitPanel_ = nullptr;
+  CheckPanel* checkPanel_ = nullptr;
   QLabel* hover_ = nullptr;
   QLabel* place_ = nullptr;
   QToolButton* copyResult_ = nullptr; ///< of the result line of a command
