@@ -2,6 +2,7 @@
 // pictures and window are painted from.
 #include "circuits/export/paper.h"
 
+#include "platform/shared_library.h"
 #include "simhost/drawing/display_list.h"
 #include "simhost/drawing/drawing_file.h"
 #include "simhost/drawing/geometry.h"
@@ -29,6 +30,57 @@ using simhost::DrawingDatabase;
 
 namespace {
 
+/// The library that draws pages.
+class CairoLibrary final : public brenvolt::SharedLibrary {
+public:
+  CairoLibrary() : SharedLibrary(BRENVOLT_CAIRO_LIBRARY) {}
+
+  decltype(&::cairo_arc) arc = find("cairo_arc");
+  decltype(&::cairo_arc_negative) arc_negative = find("cairo_arc_negative");
+  decltype(&::cairo_close_path) close_path = find("cairo_close_path");
+  decltype(&::cairo_create) create = find("cairo_create");
+  decltype(&::cairo_destroy) destroy = find("cairo_destroy");
+  decltype(&::cairo_identity_matrix) identity_matrix = find("cairo_identity_matrix");
+  decltype(&::cairo_line_to) line_to = find("cairo_line_to");
+  decltype(&::cairo_move_to) move_to = find("cairo_move_to");
+  decltype(&::cairo_new_path) new_path = find("cairo_new_path");
+  decltype(&::cairo_new_sub_path) new_sub_path = find("cairo_new_sub_path");
+  decltype(&::cairo_pdf_surface_add_outline) pdf_surface_add_outline = find("cairo_pdf_surface_add_outline");
+  decltype(&::cairo_pdf_surface_create) pdf_surface_create = find("cairo_pdf_surface_create");
+  decltype(&::cairo_pdf_surface_restrict_to_version) pdf_surface_restrict_to_version =
+      find("cairo_pdf_surface_restrict_to_version");
+  decltype(&::cairo_pdf_surface_set_metadata) pdf_surface_set_metadata =
+      find("cairo_pdf_surface_set_metadata");
+  decltype(&::cairo_pdf_surface_set_page_label) pdf_surface_set_page_label =
+      find("cairo_pdf_surface_set_page_label");
+  decltype(&::cairo_pdf_surface_set_size) pdf_surface_set_size = find("cairo_pdf_surface_set_size");
+  decltype(&::cairo_restore) restore = find("cairo_restore");
+  decltype(&::cairo_rotate) rotate = find("cairo_rotate");
+  decltype(&::cairo_save) save = find("cairo_save");
+  decltype(&::cairo_scale) scale = find("cairo_scale");
+  decltype(&::cairo_select_font_face) select_font_face = find("cairo_select_font_face");
+  decltype(&::cairo_set_dash) set_dash = find("cairo_set_dash");
+  decltype(&::cairo_set_font_size) set_font_size = find("cairo_set_font_size");
+  decltype(&::cairo_set_line_width) set_line_width = find("cairo_set_line_width");
+  decltype(&::cairo_set_source_rgb) set_source_rgb = find("cairo_set_source_rgb");
+  decltype(&::cairo_show_page) show_page = find("cairo_show_page");
+  decltype(&::cairo_show_text) show_text = find("cairo_show_text");
+  decltype(&::cairo_status_to_string) status_to_string = find("cairo_status_to_string");
+  decltype(&::cairo_stroke) stroke = find("cairo_stroke");
+  decltype(&::cairo_surface_destroy) surface_destroy = find("cairo_surface_destroy");
+  decltype(&::cairo_surface_finish) surface_finish = find("cairo_surface_finish");
+  decltype(&::cairo_surface_status) surface_status = find("cairo_surface_status");
+  decltype(&::cairo_tag_begin) tag_begin = find("cairo_tag_begin");
+  decltype(&::cairo_tag_end) tag_end = find("cairo_tag_end");
+  decltype(&::cairo_text_extents) text_extents = find("cairo_text_extents");
+  decltype(&::cairo_translate) translate = find("cairo_translate");
+};
+
+const CairoLibrary& cairo() {
+  static const CairoLibrary library;
+  return library;
+}
+
 constexpr double pointsPerMillimetre = 72.0 / 25.4;
 constexpr double thinnestMillimetres = 0.18;
 constexpr const char* fontFamily = "DejaVu Sans";
@@ -37,10 +89,10 @@ constexpr double millimetresPerPixel = 0.25;
 constexpr double marginMillimetres = 10.0;
 
 struct SurfaceRelease {
-  void operator()(cairo_surface_t* surface) const { cairo_surface_destroy(surface); }
+  void operator()(cairo_surface_t* surface) const { cairo().surface_destroy(surface); }
 };
 struct PainterRelease {
-  void operator()(cairo_t* painter) const { cairo_destroy(painter); }
+  void operator()(cairo_t* painter) const { cairo().destroy(painter); }
 };
 
 double paperNumber(const DrawingDatabase& drawing, std::wstring_view name) {
@@ -52,7 +104,7 @@ double paperNumber(const DrawingDatabase& drawing, std::wstring_view name) {
 }
 
 /// What goes into an attribute of a tag, between single quotes.
-std::string quoted(const std::string& text) {
+std::string tagText(const std::string& text) {
   std::string result;
   for (const char character : text) {
     if (character == '\'' || character == '\\') result += '\\';
@@ -64,74 +116,74 @@ std::string quoted(const std::string& text) {
 class Painter final {
 public:
   Painter(const std::string& file, const std::map<std::wstring, std::size_t>& pagesOfTags)
-      : pagesOfTags_(pagesOfTags), surface_(cairo_pdf_surface_create(file.c_str(), 100.0, 100.0)),
-        cairo_(cairo_create(surface_.get())) {
-    cairo_pdf_surface_restrict_to_version(surface_.get(), CAIRO_PDF_VERSION_1_5);
+      : pagesOfTags_(pagesOfTags), surface_(cairo().pdf_surface_create(file.c_str(), 100.0, 100.0)),
+        cairo_(cairo().create(surface_.get())) {
+    cairo().pdf_surface_restrict_to_version(surface_.get(), CAIRO_PDF_VERSION_1_5);
   }
 
   void setTitle(const std::wstring& title) {
-    cairo_pdf_surface_set_metadata(surface_.get(), CAIRO_PDF_METADATA_TITLE, toUtf8(title).c_str());
-    cairo_pdf_surface_set_metadata(surface_.get(), CAIRO_PDF_METADATA_CREATOR, "ZanBrenvolt");
+    cairo().pdf_surface_set_metadata(surface_.get(), CAIRO_PDF_METADATA_TITLE, toUtf8(title).c_str());
+    cairo().pdf_surface_set_metadata(surface_.get(), CAIRO_PDF_METADATA_CREATOR, "ZanBrenvolt");
     // The same set gives the same file: the time of printing is not part of it.
-    cairo_pdf_surface_set_metadata(surface_.get(), CAIRO_PDF_METADATA_CREATE_DATE, "2000-01-01T00:00:00Z");
+    cairo().pdf_surface_set_metadata(surface_.get(), CAIRO_PDF_METADATA_CREATE_DATE, "2000-01-01T00:00:00Z");
   }
 
   /// A page with its bookmark and label; all that follows is in millimetres, y upwards from its lower left corner.
   void beginPage(double width, double height, const std::wstring& label, const std::wstring& bookmark) {
     ++page_;
     height_ = height;
-    cairo_pdf_surface_set_size(surface_.get(), width * pointsPerMillimetre, height * pointsPerMillimetre);
-    cairo_identity_matrix(cairo_.get());
-    cairo_scale(cairo_.get(), pointsPerMillimetre, pointsPerMillimetre);
-    cairo_pdf_surface_set_page_label(surface_.get(), toUtf8(label).c_str());
+    cairo().pdf_surface_set_size(surface_.get(), width * pointsPerMillimetre, height * pointsPerMillimetre);
+    cairo().identity_matrix(cairo_.get());
+    cairo().scale(cairo_.get(), pointsPerMillimetre, pointsPerMillimetre);
+    cairo().pdf_surface_set_page_label(surface_.get(), toUtf8(label).c_str());
     const std::string destination = "page" + std::to_string(page_);
-    cairo_tag_begin(cairo_.get(), CAIRO_TAG_DEST, ("name='" + destination + "' x=0 y=0").c_str());
-    cairo_tag_end(cairo_.get(), CAIRO_TAG_DEST);
-    cairo_pdf_surface_add_outline(
+    cairo().tag_begin(cairo_.get(), CAIRO_TAG_DEST, ("name='" + destination + "' x=0 y=0").c_str());
+    cairo().tag_end(cairo_.get(), CAIRO_TAG_DEST);
+    cairo().pdf_surface_add_outline(
         surface_.get(), CAIRO_PDF_OUTLINE_ROOT, toUtf8(bookmark).c_str(),
         ("dest='" + destination + "'").c_str(), static_cast<cairo_pdf_outline_flags_t>(0));
   }
-  void endPage() { cairo_show_page(cairo_.get()); }
+  void endPage() { cairo().show_page(cairo_.get()); }
 
   [[nodiscard]] std::optional<std::string> finish() {
     cairo_.reset();
-    cairo_surface_finish(surface_.get());
-    const cairo_status_t status = cairo_surface_status(surface_.get());
+    cairo().surface_finish(surface_.get());
+    const cairo_status_t status = cairo().surface_status(surface_.get());
     if (status == CAIRO_STATUS_SUCCESS) return std::nullopt;
-    return cairo_status_to_string(status);
+    return cairo().status_to_string(status);
   }
 
   void paint(const simhost::DisplayItem& item, const KvPoint3d& origin) {
     origin_ = origin;
     const simhost::Colour colour = simhost::readable(item.colour, simhost::Paper::light);
-    cairo_set_source_rgb(cairo_.get(), colour.red / 255.0, colour.green / 255.0, colour.blue / 255.0);
+    cairo().set_source_rgb(cairo_.get(), colour.red / 255.0, colour.green / 255.0, colour.blue / 255.0);
     std::vector<double> dashes;
     for (const double pixels : simhost::dashesOf(item.lineType))
       dashes.push_back(pixels * millimetresPerPixel);
-    cairo_set_dash(cairo_.get(), dashes.data(), static_cast<int>(dashes.size()), 0.0);
-    cairo_set_line_width(cairo_.get(), thinnestMillimetres);
+    cairo().set_dash(cairo_.get(), dashes.data(), static_cast<int>(dashes.size()), 0.0);
+    cairo().set_line_width(cairo_.get(), thinnestMillimetres);
     // A text leaves a current point, from which a line would be drawn to the next shape.
-    cairo_new_path(cairo_.get());
+    cairo().new_path(cairo_.get());
     std::visit([this](const auto& shape) { paintShape(shape); }, item.shape);
   }
 
   /// A line of a list at a place of the page; a tag among the known ones becomes a link.
   void paintCell(double x, double y, double size, const std::wstring& text) {
     origin_ = {};
-    cairo_set_source_rgb(cairo_.get(), 0.0, 0.0, 0.0);
+    cairo().set_source_rgb(cairo_.get(), 0.0, 0.0, 0.0);
     showText(x, y, size, 0.0, text);
   }
   void paintRule(double x1, double x2, double y) {
-    cairo_set_source_rgb(cairo_.get(), 0.6, 0.6, 0.6);
-    cairo_set_line_width(cairo_.get(), thinnestMillimetres);
-    cairo_move_to(cairo_.get(), x1, height_ - y);
-    cairo_line_to(cairo_.get(), x2, height_ - y);
-    cairo_stroke(cairo_.get());
+    cairo().set_source_rgb(cairo_.get(), 0.6, 0.6, 0.6);
+    cairo().set_line_width(cairo_.get(), thinnestMillimetres);
+    cairo().move_to(cairo_.get(), x1, height_ - y);
+    cairo().line_to(cairo_.get(), x2, height_ - y);
+    cairo().stroke(cairo_.get());
   }
   [[nodiscard]] double widthOf(const std::wstring& text, double size) {
     setFont(size);
     cairo_text_extents_t extents;
-    cairo_text_extents(cairo_.get(), toUtf8(text).c_str(), &extents);
+    cairo().text_extents(cairo_.get(), toUtf8(text).c_str(), &extents);
     return extents.x_advance;
   }
 
@@ -140,30 +192,30 @@ private:
   [[nodiscard]] double y(const KvPoint3d& point) const { return height_ - (point.y - origin_.y); }
 
   void paintShape(const simhost::Line& line) {
-    cairo_move_to(cairo_.get(), x(line.from), y(line.from));
-    cairo_line_to(cairo_.get(), x(line.to), y(line.to));
-    cairo_stroke(cairo_.get());
+    cairo().move_to(cairo_.get(), x(line.from), y(line.from));
+    cairo().line_to(cairo_.get(), x(line.to), y(line.to));
+    cairo().stroke(cairo_.get());
   }
   void paintShape(const simhost::Polyline& polyline) {
     for (const KvPoint3d& point : polyline.points)
-      cairo_line_to(cairo_.get(), x(point), y(point));
-    if (polyline.isClosed) cairo_close_path(cairo_.get());
-    cairo_set_line_width(cairo_.get(), std::max(polyline.width, thinnestMillimetres));
-    cairo_stroke(cairo_.get());
+      cairo().line_to(cairo_.get(), x(point), y(point));
+    if (polyline.isClosed) cairo().close_path(cairo_.get());
+    cairo().set_line_width(cairo_.get(), std::max(polyline.width, thinnestMillimetres));
+    cairo().stroke(cairo_.get());
   }
   void paintShape(const simhost::Circle& circle) {
-    cairo_new_sub_path(cairo_.get());
-    cairo_arc(cairo_.get(), x(circle.centre), y(circle.centre), circle.radius, 0.0, 2.0 * std::numbers::pi);
-    cairo_stroke(cairo_.get());
+    cairo().new_sub_path(cairo_.get());
+    cairo().arc(cairo_.get(), x(circle.centre), y(circle.centre), circle.radius, 0.0, 2.0 * std::numbers::pi);
+    cairo().stroke(cairo_.get());
   }
   void paintShape(const simhost::Arc& arc) {
     // y runs downwards here, so the arc is gone through the other way.
     constexpr double radians = std::numbers::pi / 180.0;
-    cairo_new_sub_path(cairo_.get());
-    cairo_arc_negative(
+    cairo().new_sub_path(cairo_.get());
+    cairo().arc_negative(
         cairo_.get(), x(arc.centre), y(arc.centre), arc.radius, -arc.startDegrees * radians,
         -(arc.startDegrees + simhost::turnOf(arc)) * radians);
-    cairo_stroke(cairo_.get());
+    cairo().stroke(cairo_.get());
   }
   void paintShape(const simhost::Text& text) {
     const simhost::TextPlace place = simhost::textPlace(text);
@@ -177,26 +229,26 @@ private:
   void paintShape(const simhost::AttributeDefinition& /*definition*/) {}
 
   void setFont(double size) {
-    cairo_select_font_face(cairo_.get(), fontFamily, CAIRO_FONT_SLANT_NORMAL, CAIRO_FONT_WEIGHT_NORMAL);
-    cairo_set_font_size(cairo_.get(), size);
+    cairo().select_font_face(cairo_.get(), fontFamily, CAIRO_FONT_SLANT_NORMAL, CAIRO_FONT_WEIGHT_NORMAL);
+    cairo().set_font_size(cairo_.get(), size);
   }
 
   void showText(double left, double base, double size, double degrees, const std::wstring& text) {
     if (text.empty()) return;
     setFont(size);
-    cairo_save(cairo_.get());
-    cairo_translate(cairo_.get(), left, height_ - base);
-    cairo_rotate(cairo_.get(), -degrees * std::numbers::pi / 180.0);
-    cairo_move_to(cairo_.get(), 0.0, 0.0);
+    cairo().save(cairo_.get());
+    cairo().translate(cairo_.get(), left, height_ - base);
+    cairo().rotate(cairo_.get(), -degrees * std::numbers::pi / 180.0);
+    cairo().move_to(cairo_.get(), 0.0, 0.0);
     const auto page = pagesOfTags_.find(text);
     const bool isLink = page != pagesOfTags_.end() && page->second != page_;
     if (isLink)
-      cairo_tag_begin(
+      cairo().tag_begin(
           cairo_.get(), CAIRO_TAG_LINK,
-          ("dest='" + quoted("page" + std::to_string(page->second)) + "'").c_str());
-    cairo_show_text(cairo_.get(), toUtf8(text).c_str());
-    if (isLink) cairo_tag_end(cairo_.get(), CAIRO_TAG_LINK);
-    cairo_restore(cairo_.get());
+          ("dest='" + tagText("page" + std::to_string(page->second)) + "'").c_str());
+    cairo().show_text(cairo_.get(), toUtf8(text).c_str());
+    if (isLink) cairo().tag_end(cairo_.get(), CAIRO_TAG_LINK);
+    cairo().restore(cairo_.get());
   }
 
   const std::map<std::wstring, std::size_t>& pagesOfTags_;
@@ -350,6 +402,7 @@ private:
 
 std::optional<std::string> writePdf(
     const std::string& out, const std::vector<PaperSheet>& sheets, const PaperOptions& options) {
+  if (!cairo().fault().empty()) return out + ": " + toUtf8(cairo().fault());
   std::map<std::wstring, std::size_t> pagesOfTags;
   for (std::size_t sheet = 0; sheet < sheets.size(); ++sheet)
     for (const std::wstring& tag : sheets[sheet].tags)
