@@ -35,7 +35,7 @@ ExitCode runPrint(const PrintOptions& options) {
     const LoadedDrawing loaded = loadDrawing(fromUtf8(file));
     if (loaded.drawing == nullptr) throw BadInput(toUtf8(loaded.error));
     circuits::Sheet sheet =
-        circuits::readSheet(*loaded.drawing, std::filesystem::path(file).stem().wstring());
+        circuits::readSheet(*loaded.drawing, brenvolt::fromUtf8(std::filesystem::path(file).stem().string()));
     circuits::PaperSheet page{file, sheet.number, sheet.title, {}};
     for (const circuits::Device& device : sheet.netlist.devices)
       if (!device.tag.empty() && known.insert(device.tag).second) page.tags.push_back(device.tag);
