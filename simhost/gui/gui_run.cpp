@@ -2,6 +2,7 @@
 #include "simhost/gui/gui_run.h"
 
 #include "simhost/cli/command_table.h"
+#include "simhost/cli/exit_code.h"
 #include "simhost/gui/main_window.h"
 #include "simhost/gui/session_recording.h"
 #include "simhost/gui/start_window.h"
@@ -11,7 +12,6 @@
 #include "simhost/qt/picture_file.h"
 #include "simhost/qt/qt_text.h"
 #include "simhost/qt/session_player.h"
-#include "simhost/cli/exit_code.h"
 #include "simhost/site/project_database.h"
 #include "simhost/site/site_run.h"
 #include "simhost/ui/file_names.h"
@@ -240,24 +240,25 @@ int runGui(int argc, char** argv) {
             "DIR",
             {.path = OptionRules::Path::existingFolder}},
            {"--drawing", &options.site.drawing, "Open this drawing instead of an empty one", "FILE"},
-           {"FILE", &options.site.drawing, "The same, as a desktop gives it"},
-           {"--project", &options.site.project, "Keep records of circuits in this project database", "FILE"},
+           {"FILE", &options.site.drawing, "The same, as passed by a desktop"},
+           {"--project", &options.site.project, "Write the records of circuits to this project database",
+            "FILE"},
            {"--language", &options.site.language,
-            "Two letters, else the one chosen before, else the environment's", "CODE"},
-           {"--record", &options.record, "Write what was done, for `brenvolt replay`", "FILE"},
+            "Two letters; default: the one chosen before, or from the environment", "CODE"},
+           {"--record", &options.record, "Record the commands for `brenvolt replay`", "FILE"},
            {"--settings", &options.site.settings, "The user's settings", "FILE"},
            {"--theme",
             &options.theme,
-            "light or dark, else as it was last",
+            "light or dark; default: as used last",
             "NAME",
             {.choices = {"light", "dark"}}},
-           {"--module", &options.site.module, "The plug-in, else ZanBrenvolt.kvx that came with the program",
+           {"--module", &options.site.module, "The plug-in; default: ZanBrenvolt.kvx of the installation",
             "FILE"},
-           {"--screenshot", &options.screenshot, "Write a picture of the window and leave", "FILE"},
-           {"--play", &options.play, "Do in the windows what this session says", "FILE"},
+           {"--screenshot", &options.screenshot, "Write a picture of the window and exit", "FILE"},
+           {"--play", &options.play, "Play this session in the windows", "FILE"},
            {"--pictures",
             &options.pictures,
-            "Write a picture of each window of the session and leave",
+            "Write a picture of each window of the session and exit",
             "DIR",
             {.needs = {"--play"}}}},
       .footer = "Exit codes: 0 done, 1 wrong arguments, 2 unexpected, 3 bad input, no screen or no fonts, 4 "
