@@ -154,7 +154,7 @@ TEST_CASE("a session that cannot be run again says why, and writes nothing but i
   };
   constexpr const char* feed = R"("circuit": "Power feeds", "type": "Single-phase")";
   const Row rows[] = {
-      {nullptr, "", "does not say what has to be run"},
+      {nullptr, "", "the member \"run\" is missing"},
       {"", "", "needs \"circuit\" and \"type\", or \"forms\""},
       {R"("circuit": "Power feeds", "type": "Two-phase")", "", "has no type \"Two-phase\""},
       {R"x("forms": ["(site-circuit)"], "type": "Reversing")x", "", "has \"type\" beside \"forms\""},
@@ -164,8 +164,9 @@ TEST_CASE("a session that cannot be run again says why, and writes nothing but i
       {R"x("commands": [{"forms": ["1"], "ends": "badly"}])x", "", "neither \"cancelled\" nor"},
       {R"x("commands": [{"undo": true}])x", "", "command 1 of the session: nothing to undo"},
       {R"x("commands": [{"open": "none.json"}])x", "", "none.json"},
-      {R"x("commands": [{"forms": ["1"], "ends": "failed"}])x", "", "is done now"},
-      {R"x("commands": [{"forms": ["(car 5)"], "ends": "cancelled"}])x", "", "ends otherwise than recorded"},
+      {R"x("commands": [{"forms": ["1"], "ends": "failed"}])x", "", "succeeded, but did not"},
+      {R"x("commands": [{"forms": ["(car 5)"], "ends": "cancelled"}])x", "",
+       "ends differently than recorded"},
       {R"("forms": ["1"], "project": "none.db")", "", "no such project"},
       {feed, "", "\"ZanDlgConfig\" has no answer"},
       {feed, R"({"dialog": "ZanDlgConfig", "do": [{"press": "insert"}]})", "insert"},
