@@ -13,6 +13,7 @@
 #include <optional>
 #include <set>
 #include <span>
+#include <utility>
 
 namespace circuits {
 
@@ -263,6 +264,8 @@ void checkCell(
 } // namespace
 
 void checkForms(const SiteModel& site, CheckSession* session, Findings& findings) {
+  // Circuits have most of their forms in common: one without a finding is looked at once for the variables it gets.
+  std::set<std::pair<const std::wstring*, std::wstring>> clean;
   for (const SheetModel& model : site.models)
     for (const SheetCode& code : model.codes) {
       if (!code.hasTitle || code.isRepeated) continue;
@@ -272,7 +275,12 @@ void checkForms(const SiteModel& site, CheckSession* session, Findings& findings
             next == code.forms.end() || next->row != form->row || next->column != form->column;
         if (isLast) checkCell(site, model, code, *form, findings);
         const bool isWhole = !form->text.starts_with(L'(') || form->text.ends_with(L')');
-        if (isWhole) FormCheck(site, session, model, code, *form, findings).run();
+        if (!isWhole) continue;
+        const auto [place, isNew] = clean.emplace(variablesOf(code, *form).data(), form->text);
+        if (!isNew) continue;
+        const std::size_t before = findings.count();
+        FormCheck(site, session, model, code, *form, findings).run();
+        if (findings.count() != before) clean.erase(place); // it is named wherever it is
       }
     }
 }
