@@ -386,7 +386,7 @@ TEST_CASE("a slip in a layout is told with form and reason") {
       {R"({"content": {"column": ["name"]}})", "has no place for \"ok\""},
       {R"({"content": {"column": ["name", "name"]}, "buttons": ["ok"]})", "has two places for \"name\""},
       {R"({"content": "size", "buttons": ["ok"]})", "names \"size\", which the form does not have"},
-      {R"({"content": {"rows": ["name"]}, "buttons": ["ok"]})", "a place of no kind"},
+      {R"({"content": {"rows": ["name"]}, "buttons": ["ok"]})", "unknown kind of place"},
       {R"({"content": {"section": "A"}, "buttons": ["ok"]})", "a section without title or \"content\""},
       {R"({"content": {"row": ["name"], "streck": 1}, "buttons": ["ok"]})", "unknown member \"streck\""},
       {R"({"content": {"row": ["name"], "stretch": -1}, "buttons": ["ok"]})",
