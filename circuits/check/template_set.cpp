@@ -135,7 +135,7 @@ std::vector<const TemplateDrawing*> TemplateSet::templatesOf(const SheetModel& s
 
 std::vector<std::wstring> drawingNames(const SheetForm& form) {
   std::vector<std::wstring> names;
-  if (brenvolt::findNoCase(form.text, drawingEnding) == std::wstring::npos) return names;
+  if (form.text.find(drawingEnding.front()) == std::wstring::npos) return names; // most forms name none
   for (const brenvolt::ScriptToken& token : brenvolt::cutTokens(form.text)) {
     const bool isDrawing =
         token.text.size() > drawingEnding.size() &&
