@@ -5,6 +5,7 @@
 #include "simhost/host/files.h"
 #include "simhost/lisp/arguments.h"
 #include "simhost/lisp/printer.h"
+#include "simhost/site/history_function.h"
 #include "simhost/site/site_database.h"
 #include "simhost/site/sql_function.h"
 #include "text/encoding.h"
@@ -80,6 +81,7 @@ void SiteRun::runSite() {
   if (options_.site.empty()) return;
   defineSiteDatabase(interpreter(), options_);
   defineSqlFunctions(interpreter());
+  defineHistoryFunctions(interpreter());
   const std::string file = (std::filesystem::path(options_.site) / "site.lsp").string();
   run(readLisp(file), fromUtf8(file));
   if (!options_.project.empty()) tellProject();

@@ -18,9 +18,20 @@
         (error "template " template " holds no marker")))
     (let ((built (zan_bv_build_circuit args)))
       (if built
-        (progn (fit-control-wires (entities-since before)) (record-circuit template args before))
+        (progn (fit-control-wires (entities-since before)) (record-or-take-back template args before start))
         (undo (- (undo-count) start)))
       built)))
+
+; Drawing, rows and saved configuration are all new or all old: where the rows cannot be written, the circuit goes out of
+; the drawing, and the configuration that its build has saved is again what it was.
+(defun record-or-take-back (template args before start)
+  (let ((is-recorded nil))
+    (unwind-protect
+      (progn (record-circuit template args before) (setq is-recorded T))
+      (unless is-recorded
+        (setq site-rows-project nil)
+        (undo (- (undo-count) start))
+        (when GBL_qn_bv_saved_configuration (apply 'history-take-back GBL_qn_bv_saved_configuration))))))
 
 (defun marker? (entity)
   (and (equal (entity-get entity 'kind) "block-reference")

@@ -5,6 +5,7 @@
 (setq GBL_qn_bv_data (list "" nil 1.0 1.0 1.0 1.0 0)
       GBL_qn_electcodestd "NEC"
       GBL_qn_bv_save_codehdl_combos nil
+      GBL_qn_bv_saved_configuration nil
       GBL_qn_combined_tagloc 0
       GBL_qn_strcase 1)
 

@@ -111,7 +111,9 @@ bool ZanBrenvolt::prepare(BuildKind kind) {
   if (!state_.entry.key.name.empty() && state_.history.OpenHistory(state_.entry.key))
     applyOpenHistory(state_, state_.markers, circuitRows);
   if (input_.presets.active) buildWireAnnotations(state_, state_.markers, circuitRows);
-  if (depth() == 0) putList(lispsymbol::unsizedWires, ResultList());
+  if (depth() == 0)
+    for (const wchar_t* symbol : {lispsymbol::unsizedWires, lispsymbol::savedConfiguration})
+      putList(symbol, ResultList());
   // The pages of the dialog size their wires themselves.
   if (!state_.isInteractive()) sizeUnsizedWires(state_, state_.markers);
 
@@ -210,6 +212,12 @@ bool ZanBrenvolt::saveHistory(std::wstring_view name) {
   try {
     if (state_.history.SaveHistory(entry, state_.markers)) {
       state_.entry = std::move(entry);
+      const HistoryKey& key = state_.entry.key;
+      ListBuilder saved;
+      saved.beginList().addText(input_.args.workbook);
+      for (const std::wstring* text : {&key.circuit, &key.type, &key.name})
+        saved.addText(*text);
+      putList(lispsymbol::savedConfiguration, saved.endList().take());
       return true;
     }
   } catch (const XmlError& error) {

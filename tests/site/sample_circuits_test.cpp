@@ -395,3 +395,25 @@ TEST_CASE("programs that come into one project at the same moment get an index e
                 "--csv"})
           .output == "N,M\n20,20\n");
 }
+
+TEST_CASE("rows that cannot be written cost the circuit, and leave drawing, rows and saved configurations as "
+          "they were") {
+  const SiteCopy site;
+  const std::string project = site.folder().path("project.db");
+  REQUIRE(site.run({"import", project, site.site() + "/project"}).exitCode == 0);
+  REQUIRE(site.run({"sql", project, "DROP TABLE [TERMS]", "--write"}).exitCode == 0);
+  const std::string before = site.history();
+  for (const char* name : {"New", "Pump 10 HP"}) {
+    CAPTURE(std::string(name));
+    const ToolRun run = site.draw(
+        motorDirect, "a.json",
+        {"--preset", "OL=2", "--params", R"("Induction";"5";"HP";"460";"3";"60";"1800";"7.6";"1.25")",
+         "--save-history", name, "--project", project});
+    CHECK(run.exitCode == 3);
+    CHECK_MESSAGE((run.output + run.errors).find("TERMS") != std::string::npos, run.errors);
+    CHECK_FALSE(site.folder().has("a.json"));
+    CHECK(site.history() == before);
+    CHECK(site.run({"sql", project, "SELECT HDL FROM [COMP]", "--csv"}).output == "HDL\n");
+  }
+  CHECK(site.run({"history", "log", "--site", site.site()}).output.find("restored") != std::string::npos);
+}
