@@ -137,12 +137,11 @@ TEST_CASE("a build's answer, a factor by hand, and why there is no proposal") {
        "2000 KCMIL",
        "no size is large enough for 11250 A: a build takes the largest"},
       {"65 > 85 x 0.7, 65 < 100 x 0.7", {"--fla", "52", "--overall-factor", "0.7"}, "3 AWG", ""},
-      {"the size without an impedance shows no drop, so that the limit does not take it out",
+      {"a size without an impedance has no drop to compare with the limit",
        {"--fla", "52", "--length", "900", "--drop-limit", "0.01"},
        "700 KCMIL",
        "the tables have no impedance for 700 KCMIL: its voltage drop is not known, and the limit is not "
-       "applied "
-       "to it"},
+       "applied to it"},
       {"every metric size has one",
        {"--fla", "52", "--standard-code", "IEC", "--length", "900", "--units", "M", "--drop-limit", "0.01"},
        nullptr,
