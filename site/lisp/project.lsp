@@ -27,7 +27,7 @@
 
 ; The indexes that were given to drawings are rows of QN_M with the attribute DRAWING. A project without this table
 ; cannot tell drawings apart: they all have the index 1.
-(setq site-given-index-query "SELECT [ATTR_VAL] FROM [QN_M] WHERE [ATTR_NAME]='DRAWING'")
+(setq site-given-index-query "SELECT [ATTR_VAL] FROM [QN_M] WHERE [ATTR_NAME] LIKE 'DRAWING'")
 (defun given-indexes () (first-column site-given-index-query))
 
 ; What the drawing had before the circuit came: the new entities may have the handles of another drawing's rows.
@@ -45,7 +45,8 @@
   (unless (equal (own-index) index) (set-variable "SITE_DWGIX" index)))
 
 ; One more than the highest in use. Two programs at once get two: SQLite lets one transaction write at a time, and
-; PostgreSQL does as long as the table is locked.
+; PostgreSQL does as long as the table is locked. LIKE and a text made by || need no rule of comparison that a foreign
+; driver lacks.
 (defun next-drawing-index ()
   (let* ((used (apply 'append
                  (mapcar (lambda (table) (first-column (string-append "SELECT DISTINCT DWGIX FROM [" table "]")))
@@ -53,12 +54,17 @@
          (highest (apply 'max (cons 0 (mapcar (lambda (index) (or (string->number (site-text index)) 0)) used))))
          (give (string-append
                  "INSERT INTO [QN_M] ([ATTR_NAME],[ATTR_VAL]) SELECT 'DRAWING',CAST(MAX(N)+1 AS VARCHAR(12)) FROM "
-                 "(SELECT CAST([ATTR_VAL] AS INTEGER) AS N FROM [QN_M] WHERE [ATTR_NAME]='DRAWING' UNION ALL SELECT "
+                 "(SELECT CAST([ATTR_VAL] || '' AS INTEGER) AS N FROM [QN_M] WHERE [ATTR_NAME] LIKE 'DRAWING' "
+                 "UNION ALL SELECT "
                  (number->string (floor highest)) ") AS T"))
-         (lock (if (ignore-errors (sql-query site-project-database "SELECT version()"))
-                 '("LOCK TABLE [QN_M] IN SHARE ROW EXCLUSIVE MODE") nil)))
-    (car (second (sql-execute site-project-database (append lock (list give))
-      "SELECT MAX(CAST([ATTR_VAL] AS INTEGER)) FROM [QN_M] WHERE [ATTR_NAME]='DRAWING'")))))
+         (number "SELECT MAX(CAST([ATTR_VAL] || '' AS INTEGER)) FROM [QN_M] WHERE [ATTR_NAME] LIKE 'DRAWING'")
+         (is-server (eql 0 (string-search-ci "odbc:" site-project-database))))
+    ; A file that is reached by a server's way has no such lock, and needs none.
+    (car (second (or (and is-server
+                          (ignore-errors
+                            (sql-execute site-project-database
+                              (list "LOCK TABLE [QN_M] IN SHARE ROW EXCLUSIVE MODE" give) number)))
+                     (sql-execute site-project-database (list give) number))))))
 
 ; Rows that were written or found for this drawing:
 ;   (table handle look columns values is-in-project drawn saved)

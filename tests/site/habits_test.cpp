@@ -82,7 +82,8 @@ std::string answersOf(const Road& road, const Shape& shape) {
          R"(]}, {"dialog": "ZanBrenvolt.DuplicateCircuitName", "do": [{"press": 1001}]}]})";
 }
 
-/// Lines without what a drawing gives entities by the order in which they come: handles, also where a row names one.
+/// Lines without what a drawing gives entities by the order in which they come: handles, also where a row names one, and
+/// the index that the project gave the drawing.
 std::string withoutHandles(std::string text) {
   for (const std::string_view mark : {"\"handle\":\"", "[=", "h="})
     for (std::size_t at = text.find(mark); at != std::string::npos; at = text.find(mark, at + mark.size())) {
@@ -95,6 +96,7 @@ std::string withoutHandles(std::string text) {
 std::vector<std::string> sortedLines(const std::string& text) {
   std::vector<std::string> lines;
   for (const std::wstring& line : splitKeepingEmpty(fromUtf8(withoutHandles(text)), L'\n')) {
+    if (line.starts_with(L"\"SITE_DWGIX\"")) continue;
     lines.push_back(toUtf8(line));
     if (lines.back().ends_with(',')) lines.back().pop_back();
   }
