@@ -22,6 +22,9 @@ endif()
 set(brenvolt_standard_headers <algorithm> <array> <cstdint> <filesystem> <functional> <map> <memory> <optional> <set>
   <span> <string> <string_view> <unordered_map> <utility> <variant> <vector>)
 
+# Qt's own options are not those of the other targets, so targets with windows share precompiled headers of their own.
+set(brenvolt_window_headers <QApplication> <QDialog> <QMainWindow> <QPainter> <QSettings> <QString> <QWidget>)
+
 # brenvolt_precompile(TARGET FIRST [header ...])
 # The targets that name the same FIRST share precompiled standard headers, and these: they must agree in their options.
 function(brenvolt_precompile target first)
@@ -46,14 +49,18 @@ function(brenvolt_quick_compile target)
   endif()
 endfunction()
 
-# brenvolt_library(NAME SOURCES a.cpp ... [DEPENDS target ...])
-# A folder of the project. src/ and the root are the include roots: "data/wire_sizing.h", "platform/tables.h".
+# brenvolt_library(NAME [WINDOWS] SOURCES a.cpp ... [DEPENDS target ...])
+# WINDOWS is for folders whose sources use Qt. A folder of the project. src/ and the root are the include roots: "data/wire_sizing.h", "platform/tables.h".
 function(brenvolt_library name)
-  cmake_parse_arguments(ARG "" "" "SOURCES;DEPENDS" ${ARGN})
+  cmake_parse_arguments(ARG "WINDOWS" "" "SOURCES;DEPENDS" ${ARGN})
   add_library(${name} STATIC ${ARG_SOURCES})
   target_include_directories(${name} PUBLIC "${CMAKE_SOURCE_DIR}/src" "${CMAKE_SOURCE_DIR}")
   target_link_libraries(${name} PUBLIC brenvolt_flags ${ARG_DEPENDS})
-  brenvolt_precompile(${name} libraries)
+  if(ARG_WINDOWS)
+    brenvolt_precompile(${name} windows ${brenvolt_window_headers})
+  else()
+    brenvolt_precompile(${name} libraries)
+  endif()
   brenvolt_layer(${name})
 endfunction()
 
@@ -107,15 +114,20 @@ function(brenvolt_test_library name)
   target_link_libraries(${name} PUBLIC brenvolt_flags ${ARG_DEPENDS})
 endfunction()
 
-# brenvolt_test(NAME SOURCES a_test.cpp ... [DEPENDS target ...])
-# One test program per folder.
+# brenvolt_test(NAME [WINDOWS] SOURCES a_test.cpp ... [DEPENDS target ...])
+# One test program per folder. WINDOWS is for sources that use Qt.
 function(brenvolt_test name)
-  cmake_parse_arguments(ARG "" "" "SOURCES;DEPENDS" ${ARGN})
+  cmake_parse_arguments(ARG "WINDOWS" "" "SOURCES;DEPENDS" ${ARGN})
   add_executable(${name} ${ARG_SOURCES})
   target_include_directories(${name} PRIVATE "${CMAKE_SOURCE_DIR}/src" "${CMAKE_SOURCE_DIR}")
   target_compile_definitions(${name} PRIVATE DOCTEST_CONFIG_SUPER_FAST_ASSERTS)
   brenvolt_quick_compile(${name})
   target_link_libraries(${name} PRIVATE brenvolt_flags doctest_main ${ARG_DEPENDS})
-  brenvolt_precompile(${name} tests <doctest/doctest.h>)
+  if(ARG_WINDOWS)
+    # Qt's test library defines each program's own folder, so its programs cannot share.
+    brenvolt_precompile(${name} ${name} <doctest/doctest.h> ${brenvolt_window_headers})
+  else()
+    brenvolt_precompile(${name} tests <doctest/doctest.h>)
+  endif()
   brenvolt_add_test(${name} COMMAND ${name})
 endfunction()

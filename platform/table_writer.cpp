@@ -9,10 +9,16 @@ namespace brenvolt::tables {
 
 namespace {
 
+std::string textDeclaration() {
+  std::string text = "TEXT COLLATE ";
+  text.append(textCollation);
+  return text;
+}
+
 std::string declaration(ColumnType type) {
   switch (type) {
   case ColumnType::text:
-    return std::string("TEXT COLLATE ") + textCollation;
+    return textDeclaration();
   case ColumnType::integer:
     return "INTEGER";
   case ColumnType::key:

@@ -11,7 +11,7 @@ namespace {
 
 constexpr std::string_view byteOrderMark = "\xEF\xBB\xBF";
 
-std::string quoted(const std::string& field) {
+std::string csvField(const std::string& field) {
   if (field.find_first_of(",\"\r\n") == std::string::npos) return field;
   std::string text = "\"";
   for (const char c : field)
@@ -64,7 +64,7 @@ std::vector<CsvRecord> parseCsv(std::string_view text, const std::string& file) 
 std::string csvLine(const std::vector<std::string>& fields) {
   std::string line;
   for (std::size_t i = 0; i < fields.size(); ++i)
-    line.append(i == 0 ? "" : ",").append(quoted(fields[i]));
+    line.append(i == 0 ? "" : ",").append(csvField(fields[i]));
   return line + '\n';
 }
 

@@ -8,7 +8,7 @@ namespace simhost {
 namespace {
 
 /// A text in single quotes; each of these shells takes it so.
-std::string quoted(const std::string& text) {
+std::string inSingleQuotes(const std::string& text) {
   std::string result = "'";
   for (const char c : text)
     result += c == '\'' ? std::string("'\\''") : std::string(1, c);
@@ -46,7 +46,8 @@ std::string bashCompletion(const CommandTable& program) {
   std::string values;
   std::string words;
   forEach(program, {}, [&](const std::string& path, const CommandTable& table) {
-    if (!path.empty()) commands += "      " + quoted(path) + ") command=" + quoted(path) + " ;;\n";
+    if (!path.empty())
+      commands += "      " + inSingleQuotes(path) + ") command=" + inSingleQuotes(path) + " ;;\n";
     std::string names;
     for (const CommandTable& command : table.commands)
       names += command.name + " ";
@@ -58,13 +59,13 @@ std::string bashCompletion(const CommandTable& program) {
       names += row.name + " ";
       if (!takesValue(row)) continue;
       const Offer offer = offerFor(row);
-      values += "    " + quoted(path + ":" + row.name) + ") COMPREPLY=($(compgen " +
-                (offer == Offer::choices   ? "-W " + quoted(choicesOf(row))
+      values += "    " + inSingleQuotes(path + ":" + row.name) + ") COMPREPLY=($(compgen " +
+                (offer == Offer::choices   ? "-W " + inSingleQuotes(choicesOf(row))
                  : offer == Offer::folders ? std::string("-d")
                                            : std::string("-f")) +
                 " -- \"$current\")); return ;;\n";
     }
-    words += "    " + quoted(path) + ") words=" + quoted(names + "--help") + " ;;\n";
+    words += "    " + inSingleQuotes(path) + ") words=" + inSingleQuotes(names + "--help") + " ;;\n";
   });
   const std::string function = "_" + program.name;
   return "# Completion of " + program.name + " for bash.\n" + function +
@@ -111,9 +112,9 @@ std::string zshArguments(const CommandTable& table) {
     const bool isRepeatable = std::holds_alternative<std::vector<std::string>*>(row.target) ||
                               std::holds_alternative<std::vector<OrderedWord>*>(row.target);
     if (isWordByPlace(row))
-      arguments += " " + quoted((isRepeatable ? "*:" : ":") + zshText(row.name) + ":" + action);
+      arguments += " " + inSingleQuotes((isRepeatable ? "*:" : ":") + zshText(row.name) + ":" + action);
     else
-      arguments += " " + quoted(
+      arguments += " " + inSingleQuotes(
                              (isRepeatable ? "*" : "") + row.name + "[" + zshText(row.help) + "]" +
                              (takesValue(row) ? value : ""));
   }
@@ -125,7 +126,7 @@ std::string zshCommands(const CommandTable& table, const std::string& indent) {
   std::string names;
   std::string cases;
   for (const CommandTable& command : table.commands) {
-    names += " " + quoted(zshText(command.name) + ":" + command.description);
+    names += " " + inSingleQuotes(zshText(command.name) + ":" + command.description);
     cases += indent + "    " + command.name + ")\n" + zshCommands(command, indent + "      ") + indent +
              "      ;;\n";
   }
@@ -159,16 +160,16 @@ std::string fishCompletion(const CommandTable& program) {
         condition += " " + command.name;
     }
     const std::string start =
-        "complete -c " + program.name + (condition.empty() ? "" : " -n " + quoted(condition));
+        "complete -c " + program.name + (condition.empty() ? "" : " -n " + inSingleQuotes(condition));
     for (const CommandTable& command : table.commands)
-      text += start + " -f -a " + command.name + " -d " + quoted(command.description) + "\n";
+      text += start + " -f -a " + command.name + " -d " + inSingleQuotes(command.description) + "\n";
     for (const OptionRow& row : table.options) {
       if (isWordByPlace(row)) continue;
       const bool isLong = row.name.starts_with("--");
       text += start + (isLong ? " -l " + row.name.substr(2) : " -s " + row.name.substr(1));
       if (takesValue(row))
-        text += offerFor(row) == Offer::choices ? " -x -a " + quoted(choicesOf(row)) : " -r";
-      text += " -d " + quoted(row.help) + "\n";
+        text += offerFor(row) == Offer::choices ? " -x -a " + inSingleQuotes(choicesOf(row)) : " -r";
+      text += " -d " + inSingleQuotes(row.help) + "\n";
     }
   });
   return text;

@@ -11,7 +11,7 @@ namespace brenvolt {
 
 namespace {
 
-std::string quoted(const std::string& word) {
+std::string shellWord(const std::string& word) {
   std::string text = "'";
   for (const char character : word)
     text += character == '\'' ? std::string("'\\''") : std::string(1, character);
@@ -47,14 +47,14 @@ ToolRun ToolFolder::run(
   const char* bin = std::getenv("BRENVOLT_BIN");
   const std::string tool = (std::filesystem::path(bin == nullptr ? "out/bin" : bin) / "brenvolt").string();
   const std::string in = write("tool.in", input);
-  std::string command = "env HOME=" + quoted(folder_.path().string()) +
+  std::string command = "env HOME=" + shellWord(folder_.path().string()) +
                         " XDG_CONFIG_HOME= XDG_STATE_HOME= XDG_CACHE_HOME= BRENVOLT_DB= LC_ALL=C";
   for (const std::string& setting : environment)
-    command += " " + quoted(setting);
-  command += " " + quoted(tool);
+    command += " " + shellWord(setting);
+  command += " " + shellWord(tool);
   for (const std::string& argument : arguments)
-    command += " " + quoted(argument);
-  command += " <" + quoted(in) + " >" + quoted(path("tool.out")) + " 2>" + quoted(path("tool.err"));
+    command += " " + shellWord(argument);
+  command += " <" + shellWord(in) + " >" + shellWord(path("tool.out")) + " 2>" + shellWord(path("tool.err"));
   const int status = std::system(command.c_str());
   return {WIFEXITED(status) ? WEXITSTATUS(status) : -1, read("tool.out"), read("tool.err")};
 }
