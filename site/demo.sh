@@ -1,5 +1,6 @@
 #!/usr/bin/env bash
-# Draws the sample circuits side by side on one drawing: out/demo/ gets the drawing, its pictures and the history file.
+# Draws the sample circuits side by side on one drawing, and a set of 60 from a motor list: out/demo/ gets the drawing, its
+# pictures, the history file, and in set/ the sheets with their lists and one PDF.
 set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")/.."
 tool=${BRENVOLT:-out/bin/brenvolt}
@@ -41,3 +42,9 @@ echo "$count circuits in $drawing"
 "$tool" lisp --site site --drawing "$drawing" -e '(site-summary)'
 echo "saved configurations in $demo/zan_brenvolt.xml:"
 "$tool" history list --site site --workbook "$demo/zan_brenvolt.xls"
+
+# Findings, such as a code without sizing tables, are part of the sample: the set is there all the same.
+"$tool" set build site/lists/pump_station.csv --site site --out "$demo/set" --frame A2 --title "PUMP STATION" \
+  --date 2026-01-31 --revision A || [ $? -eq 5 ]
+"$tool" print "$demo"/set/sheets/*.json --pdf "$demo/set/pump_station.pdf" --title "PUMP STATION" \
+  --list sheets --list motors --list parts --list cables --list terminals --list wires

@@ -23,6 +23,7 @@
 #include <algorithm>
 #include <array>
 #include <cerrno>
+#include <csignal>
 #include <cstdint>
 #include <cstdio>
 #include <exception>
@@ -55,12 +56,35 @@ std::wstring setForm(std::wstring_view variable, const std::wstring& text) {
   return L"(set-variable " + lispText(variable) + L" " + lispText(text) + L")";
 }
 
+/// Of the folders in which the processes of this machine work, up to the number of the process: several machines may
+/// build into one folder.
+std::string workName() {
+  std::array<char, 256> host{};
+  static_cast<void>(::gethostname(host.data(), host.size() - 1));
+  return std::string("work-") + host.data() + "-";
+}
+
+/// A run that was ended leaves its processes' folders.
+void removeFormerWork(const fs::path& folder) {
+  std::error_code error;
+  std::vector<fs::path> left;
+  for (const auto& entry : fs::directory_iterator(folder, error)) {
+    const std::string name = entry.path().filename().string();
+    if (!name.starts_with(workName())) continue;
+    const int process = brenvolt::toInt(fromUtf8(name.substr(workName().size())));
+    if (process > 0 && ::kill(process, 0) != 0 && errno == ESRCH) left.push_back(entry.path());
+  }
+  for (const fs::path& path : left)
+    fs::remove_all(path, error);
+}
+
 class PartBuilder final {
 public:
   PartBuilder(const PartOptions& options, const SetParts& parts, std::size_t builds)
       : options_(options), parts_(parts),
         configurations_(
-            parts.folder().parent_path() / ("work-" + std::to_string(::getpid())), options.settings.workbook),
+            parts.folder().parent_path() / (workName() + std::to_string(::getpid())),
+            options.settings.workbook),
         windows_(refusals(builds), "a set is built without questions"),
         site_(
             {options.settings.site,
@@ -296,6 +320,7 @@ std::vector<PartFailure> buildParts(
   for (const std::size_t place : wanted)
     if (!fs::exists(parts.drawingOf(circuits[place]), error)) missing.push_back(place);
   std::vector<PartFailure> failures;
+  removeFormerWork(parts.folder().parent_path());
   if (missing.empty()) return failures;
   // Once, and not by each process at the same time.
   if (fs::is_directory(fs::path(options.settings.site) / "tables", error))

@@ -409,6 +409,19 @@ private:
     fail(row, SetField::load, L"the table has no such motor or load");
   }
 
+  /// Null where no size is large enough.
+  [[nodiscard]] const brenvolt::WireCandidate* chosenWire(
+      const WireRequest& request, const brenvolt::WireLookupResult& lookup) const {
+    if (settings_.sizing == SetSettings::Sizing::lookup)
+      return lookup.proposed ? &lookup.rows[*lookup.proposed] : nullptr;
+    if (!request.build || !request.build->isLargeEnough) return nullptr;
+    const auto found =
+        std::find_if(lookup.rows.begin(), lookup.rows.end(), [&request](const brenvolt::WireCandidate& row) {
+          return row.size == request.build->size;
+        });
+    return found == lookup.rows.end() ? nullptr : &*found;
+  }
+
   void takeParams(
       const SetRow& row, const Worksheet& sheet, const RatingRecord& record, Standard& standard,
       SetCircuit& circuit) {
@@ -426,6 +439,7 @@ private:
     texts[WireField::length] = row[SetField::length];
     texts[WireField::units] = brenvolt::toUpper(row[SetField::lengthUnits]);
     texts[WireField::raceway] = row[SetField::raceway];
+    texts.isUnattended = settings_.sizing == SetSettings::Sizing::build;
     static_cast<void>(runOf(standard, circuit.standardCode));
     std::vector<simhost::WireFault> faults;
     const std::optional<WireRequest> request = standard.wires->resolve(texts, faults);
@@ -433,17 +447,18 @@ private:
       fail(row, fromUtf8(simhost::wireField(fault.field).name), fromUtf8(fault.reason));
     if (!request) return;
     const WireLookupResult lookup = standard.wires->lookUp(*request);
-    if (!lookup.proposed)
+    const WireCandidate* wire = chosenWire(*request, lookup);
+    if (wire == nullptr)
       return fail(
           row, SetField::load, L"no wire of the tables carries " + fla + L" A under these conditions");
-    const std::wstring& size = lookup.rows[*lookup.proposed].size;
+    const std::wstring& size = wire->size;
     if (request->groundSizes().empty())
       return fail(row, SetField::load, L"the tables name no grounding conductor for " + fla + L" A");
     if (!row[SetField::length].empty())
       circuit.length = row[SetField::length] + L" " + (*request)[WireField::units].text;
     circuit.raceway = (*request)[WireField::raceway].text;
     circuit.ambient = row[SetField::ambient];
-    if (!row[SetField::length].empty()) circuit.drop = percentText(lookup.rows[*lookup.proposed].dropPercent);
+    if (!row[SetField::length].empty()) circuit.drop = percentText(wire->dropPercent);
     circuit.isMotor = sheet.kind == LoadKind::motor;
     circuit.controls = sheet.controls;
     circuit.wireSize = brenvolt::removeBlanks(size);

@@ -58,6 +58,8 @@ struct SetSettings {
   std::string site;
   std::string workbook; ///< full path
   std::string standardCode = simhost::assumedStandard;
+  /// Which wire size is taken: that which the lookup proposes, or that which a build takes unattended.
+  enum class Sizing { lookup, build } sizing = Sizing::lookup;
   /// Runs already, so that tables are read in it; null for a session of the resolver's own.
   simhost::Session* running = nullptr;
 };

@@ -74,6 +74,7 @@ struct SetOptions {
   std::string drawnBy;
   std::string jobs;
   std::string shard;
+  std::string sizing = "lookup";
   bool keepsGoing = false;
   std::string module;
 };
@@ -154,6 +155,10 @@ struct Plan {
 Plan planOf(SetOptions& options) {
   Plan plan;
   plan.settings = {options.site.site, options.site.path(), options.standardCode};
+  if (options.sizing == "build")
+    plan.settings.sizing = SetSettings::Sizing::build;
+  else if (options.sizing != "lookup")
+    throw BadInput("--sizing: \"" + options.sizing + "\" must be lookup or build");
   const ListMapping mapping = mappingOf(options.mapping);
   plan.list = circuits::readSetList(options.list, mapping.columns, mapping.rules);
   plan.circuits = resolveRows(plan.settings, plan.list);
@@ -354,6 +359,7 @@ private:
         {"site", seen(options_.site.site)},
         {"siteDigest", siteDigest(options_.site.site)},
         {"standardCode", options_.standardCode},
+        {"sizing", options_.sizing},
         {"frame", options_.frame},
         {"title", options_.title},
         {"date", options_.date},
@@ -461,6 +467,7 @@ ExitCode runStatus(const SetOptions& options) {
   now.list = reached(text("list"));
   now.mapping = reached(text("mapping"));
   now.standardCode = text("standardCode");
+  now.sizing = set.value("sizing", "lookup");
   now.out = options.out;
   now.keepsGoing = true;
   const Plan plan = planOf(now);
@@ -541,6 +548,11 @@ CommandTable setCommand() {
       {"--out", &options->out, "Folder of the set", "DIR", {.isRequired = true}},
       {"--standard-code", &options->standardCode, "Code standard of rows that name none; NEC without it",
        "CODE"},
+      {"--sizing", &options->sizing,
+       "lookup takes the wire size that the wire lookup proposes, build the one of an unattended build; "
+       "lookup "
+       "without it",
+       "RULE"},
       {"--frame", &options->frame, "Frame of the sheets, a drawing in frames of the site; A3 without it",
        "NAME"},
       {"--mapping",

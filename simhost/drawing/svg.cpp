@@ -45,7 +45,7 @@ std::string escaped(const std::wstring& text) {
 /// Writes marks in pixels, y downwards.
 class Painter final {
 public:
-  explicit Painter(const Box& extents) : extents_(extents) {
+  Painter(const Box& extents, bool isSheet) : extents_(extents), isSheet_(isSheet) {
     const double width = extents.width();
     const double height = extents.height();
     const double longer = std::max(width, height);
@@ -58,8 +58,12 @@ public:
 
   std::string paint(const std::vector<DisplayItem>& marks) {
     const std::string size = "width=\"" + number(width_) + "\" height=\"" + number(height_) + "\"";
-    text_ = "<svg xmlns=\"http://www.w3.org/2000/svg\" " + size + " viewBox=\"0 0 " + number(width_) + " " +
-            number(height_) + "\" font-family=\"DejaVu Sans\" fill=\"none\" stroke-linecap=\"round\" " +
+    // A unit of a sheet is a millimetre: printed, the picture has the sheet's own size.
+    const std::string physical =
+        "width=\"" + number(width_ / scale_) + "mm\" height=\"" + number(height_ / scale_) + "mm\"";
+    text_ = "<svg xmlns=\"http://www.w3.org/2000/svg\" " + (isSheet_ ? physical : size) + " viewBox=\"0 0 " +
+            number(width_) + " " + number(height_) +
+            "\" font-family=\"DejaVu Sans\" fill=\"none\" stroke-linecap=\"round\" " +
             "stroke-linejoin=\"round\">\n<rect " + size + " fill=\"#ffffff\"/>\n";
     for (const DisplayItem& mark : marks) {
       mark_ = &mark;
@@ -136,6 +140,7 @@ private:
   }
 
   Box extents_;
+  bool isSheet_ = false;
   double scale_ = 1.0;
   double width_ = 0.0;
   double height_ = 0.0;
@@ -155,7 +160,7 @@ SvgPicture renderSvg(const DrawingDatabase& drawing, KvDbHandle block) {
   if (items->empty()) extents.includeAround({}, 0.5);
   const bool isFinite = std::isfinite(extents.width()) && std::isfinite(extents.height());
   if (!isFinite) return {"", L"the drawing is too large for a picture"};
-  return {Painter(extents).paint(*items), L""};
+  return {Painter(extents, drawing.variable(L"PAPER_WIDTH") != nullptr).paint(*items), L""};
 }
 
 Fault saveSvg(const DrawingDatabase& drawing, const std::wstring& path) {

@@ -4,12 +4,15 @@
 #include <doctest/doctest.h>
 
 #include <algorithm>
+#include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
 #include <map>
+#include <set>
 #include <sstream>
 #include <string>
+#include <string_view>
 #include <vector>
 
 using namespace brenvolt;
@@ -26,7 +29,13 @@ constexpr const char* goodRows =
     "P-201,Three-phase motors,Star-delta,,40,HP,460,3,1800,260,FT,,,HIGH LIFT,\n"
     "S-501,Single-phase motors,Direct on line,,1.5,HP,230,1,1800,60,FT,,,SUMP,\n"
     "H-601,Power feeds,Three-phase,Heater,15,kW,480,3,,140,FT,,,HEATER,\n"
+    "C-701,Control circuits,Start and stop station,,,,,,,,,,,STATION,\n"
     "M-801,Three-phase motors,Direct on line,,5.5,kW,400,3,1500,40,M,,,DOSING,IEC\n";
+
+std::string toolPath() {
+  const char* bin = std::getenv("BRENVOLT_BIN");
+  return (bin == nullptr ? std::string("out/bin") : std::string(bin)) + "/brenvolt";
+}
 
 /// All files below a folder with their bytes, without what names the folder of the run.
 std::map<std::string, std::string> filesOf(const fs::path& folder) {
@@ -72,6 +81,40 @@ std::vector<std::string> linesOf(const std::string& text) {
   return lines;
 }
 
+std::vector<std::string> cellsOf(const std::string& line) {
+  std::vector<std::string> cells(1);
+  bool isQuoted = false;
+  for (const char character : line) {
+    if (character == '"')
+      isQuoted = !isQuoted;
+    else if (character == ',' && !isQuoted)
+      cells.emplace_back();
+    else
+      cells.back() += character;
+  }
+  return cells;
+}
+
+/// "TAG:NUMBER" of each pin attribute of an entity, which is one line of a drawing file.
+void addPins(const std::string& entity, std::set<std::string>& pins) {
+  if (entity.find("\"kind\":\"block-reference\"") == std::string::npos) return;
+  std::map<std::string, std::string> texts;
+  constexpr std::string_view tagKey = "\"tag\":\"";
+  constexpr std::string_view textKey = "\"text\":\"";
+  for (std::size_t at = entity.find(tagKey); at != std::string::npos; at = entity.find(tagKey, at + 1)) {
+    const std::size_t tag = at + tagKey.size();
+    const std::size_t text = entity.find(textKey, tag) + textKey.size();
+    texts[entity.substr(tag, entity.find('"', tag) - tag)] =
+        entity.substr(text, entity.find('"', text) - text);
+  }
+  std::string owner = texts["TAGSTRIP"];
+  for (const char* tag : {"TAG1", "TAG2"})
+    if (owner.empty()) owner = texts[tag];
+  for (const auto& [tag, text] : texts)
+    if (tag.size() == 8 && tag[0] == 'X' && tag.substr(2, 4) == "TERM")
+      pins.insert(owner + ":" + (texts.contains("TERM01") ? texts.at("TERM01") : text));
+}
+
 } // namespace
 
 TEST_CASE("a set is the same bytes whatever the number of processes or shards, and what is built stays") {
@@ -92,6 +135,14 @@ TEST_CASE("a set is the same bytes whatever the number of processes or shards, a
   // A part that is there is not built again: of a spoilt module nothing is asked.
   CHECK(folder.set("build", "one", {"--module", "/nowhere/module"}).exitCode == one.exitCode);
   CHECK((filesOf(folder.path("one")) == files));
+
+  // Ended in the middle, and gone on with.
+  static_cast<void>(std::system(("timeout -s INT 0.7 '" + toolPath() + "' set build '" +
+                                 folder.path("list.csv") + "' --site '" + folder.site().site() + "' --out '" +
+                                 folder.path("cut") + "' >/dev/null 2>&1")
+                                    .c_str()));
+  CHECK(folder.set("build", "cut").exitCode == one.exitCode);
+  CHECK((filesOf(folder.path("cut")) == files));
 
   CHECK(folder.status("one").exitCode == 0);
   std::string changed = goodRows;
@@ -117,6 +168,35 @@ TEST_CASE(
   CHECK(wires.find('?') == std::string::npos);
   for (const std::string& line : linesOf(wires))
     if (line.find(",GRN,") == std::string::npos) CHECK_MESSAGE(line.front() != ',', line);
+  // Pins as the drawings have them, read without the code that makes the lists.
+  std::set<std::string> pins;
+  for (const auto& [name, text] : files)
+    if (name.starts_with("sheets/"))
+      for (const std::string& entity : linesOf(text))
+        addPins(entity, pins);
+  for (const std::string& line : linesOf(wires)) {
+    const std::vector<std::string> cells = cellsOf(line);
+    if (cells[0] == "number") continue;
+    CHECK_MESSAGE(pins.contains(cells[3]), line);
+    if (!cells[4].empty()) CHECK_MESSAGE(pins.contains(cells[4]), line);
+  }
+  // Counted by hand on the printed sheets: wires with their supply lines and grounding conductor, devices.
+  const auto count = [](const std::string& text, const std::vector<std::string>& words) {
+    const std::vector<std::string> lines = linesOf(text);
+    return std::count_if(lines.begin(), lines.end(), [&words](const std::string& line) {
+      return std::any_of(words.begin(), words.end(), [&line](const std::string& word) {
+        return line.find(word) != std::string::npos;
+      });
+    });
+  };
+  CHECK(count(wires, {"P101-", "P-101:"}) == 32);
+  CHECK(count(wires, {"H601-", "H-601:"}) == 10);
+  CHECK(count(wires, {"C701-"}) == 8);
+  for (const std::string& line : linesOf(files.at("out/lists/sheets.csv")))
+    if (!line.starts_with("sheet,")) {
+      const std::vector<std::string> cells = cellsOf(line);
+      CHECK_MESSAGE((cells[6] == "0" && cells[7] == "0"), line); // nets without a number, with several
+    }
   const std::string& motors = files.at("out/lists/motors.csv");
   for (const char* row :
        {"\nP-101,\"Three-phase motors, Direct on line\",Induction,10,HP,460,3,60,1800,14,\"12AWG, PE "
@@ -137,6 +217,37 @@ TEST_CASE(
   for (std::size_t place = 0; place < terminals.size(); ++place)
     CHECK(terminals[place] == static_cast<int>(place) + 1);
   CHECK(terminals.size() > 12);
+}
+
+TEST_CASE("a set is one PDF: the same bytes each time, with every tag as text") {
+  const SetFolder folder(goodRows);
+  static_cast<void>(folder.set("build", "set"));
+  std::vector<std::string> arguments = {"print"};
+  const auto files = filesOf(folder.path("set"));
+  for (const auto& [name, bytes] : files)
+    if (name.starts_with("sheets/")) arguments.push_back(folder.path("set/" + name));
+  const auto print = [&](const std::string& out) {
+    std::vector<std::string> all = arguments;
+    all.insert(all.end(), {"--pdf", folder.path(out), "--list", "parts", "--list", "wires"});
+    return folder.site().run(all).exitCode;
+  };
+  REQUIRE(print("a.pdf") == 0);
+  REQUIRE(print("b.pdf") == 0);
+  const std::string bytes = folder.site().folder().read("a.pdf");
+  CHECK(bytes.starts_with("%PDF-1."));
+  CHECK(bytes == folder.site().folder().read("b.pdf"));
+  CHECK(folder.site().run({"print", arguments[1], "--pdf", folder.path("none/a.pdf")}).exitCode == 4);
+  if (std::system("pdftotext -v >/dev/null 2>&1") != 0) return; // not on this machine
+  REQUIRE(
+      std::system(("pdftotext '" + folder.path("a.pdf") + "' '" + folder.path("a.txt") + "'").c_str()) == 0);
+  const std::string text = folder.site().folder().read("a.txt");
+  for (const char* kind : {"motors", "cables"})
+    for (const std::string& line : linesOf(files.at(std::string("out/lists/") + kind + ".csv"))) {
+      std::string tag = cellsOf(line)[kind == std::string("motors") ? 0 : 2];
+      if (tag != "tag" && tag != "to") CHECK_MESSAGE(text.find(tag) != std::string::npos, tag);
+    }
+  for (const char* tag : {"DS-P101", "P101-FU13", "C701-PB2", "P-101", "P101-T1", "BLK 12AWG", "001.C"})
+    CHECK_MESSAGE(text.find(tag) != std::string::npos, tag);
 }
 
 TEST_CASE(
@@ -214,4 +325,58 @@ TEST_CASE("all bad cells of a list are reported at once and nothing is built; th
   fs::create_directories(other);
   std::ofstream(other + "/letter.txt") << "mine";
   CHECK(folder.set("build", "other").exitCode == 4);
+}
+
+TEST_CASE("a list is the same list as text, sheet or table; what cannot be one is refused by name") {
+  const SetFolder folder(goodRows);
+  const std::string rows =
+      "tag,circuit,type,load,units,voltage,phase\n"
+      "P-1,Three-phase motors,Direct on line,12,HP,460,3\n"
+      "P-2,Three-phase motors,Delta,10,HP,460,3\nP-2,Three-phase motors,Direct on line,10,HP,460,3\n";
+  fs::create_directories(folder.path("book"));
+  std::ofstream(folder.path("book/Motors.csv")) << rows;
+  std::ofstream(folder.path("m.csv")) << rows;
+  REQUIRE(folder.site().run({"workbook", "pack", folder.path("book"), folder.path("m.xls")}).exitCode == 0);
+  REQUIRE(folder.site().run({"import", folder.path("m.db"), folder.path("book")}).exitCode == 0);
+  const auto faults = [&](const std::string& source) {
+    const ToolRun run = folder.site().run(
+        {"set", "build", folder.path(source), "--site", folder.site().site(), "--out", folder.path("none")});
+    CHECK(run.exitCode == 3);
+    std::string text;
+    for (std::string line : linesOf(run.errors))
+      if (const std::size_t row = line.find(", row "); row != std::string::npos)
+        text += line.substr(row) + "\n";
+    return text.empty() ? run.errors : text;
+  };
+  const std::string expected = faults("m.csv");
+  for (const char* part :
+       {", row 2, column load: the table has no 12 HP",
+        ", row 3, column type: ", ", row 4, column tag: \"P-2\" is the tag of row 3 too"})
+    CHECK_MESSAGE(expected.find(part) != std::string::npos, expected);
+  for (const char* source : {"m.xls", "m.xls:Motors", "m.db", "m.db:Motors"}) {
+    CAPTURE(source);
+    CHECK(faults(source) == expected);
+  }
+  CHECK(faults("m.xls:Pumps").find("has no table or sheet \"Pumps\"") != std::string::npos);
+  std::ofstream(folder.path("m.xlsx")) << "PK";
+  CHECK(faults("m.xlsx").find(".xlsx workbooks cannot be read yet") != std::string::npos);
+  std::string many = "tag,circuit,type\n";
+  for (int row = 0; row < 50'000; ++row)
+    many += "P-" + std::to_string(row) + ",c,t\n";
+  std::ofstream(folder.path("many.csv")) << many;
+  CHECK(faults("many.csv").find("has 50000 rows; a set has at most") != std::string::npos);
+}
+
+TEST_CASE("the line for GNU parallel in the manual builds the same set") {
+  if (std::system("parallel --version >/dev/null 2>&1") != 0) return; // not on this machine
+  const SetFolder folder(goodRows);
+  const ToolRun one = folder.set("build", "one");
+  const std::string common = "'" + folder.path("list.csv") + "' --site '" + folder.site().site() +
+                             "' --out '" + folder.path("many") + "'";
+  REQUIRE(
+      std::system(
+          ("parallel '" + toolPath() + "' set build " + common + " --shard {}/3 ::: $(seq 3) >/dev/null 2>&1")
+              .c_str()) == 0);
+  CHECK(folder.set("join", "many").exitCode == one.exitCode);
+  CHECK((filesOf(folder.path("many")) == filesOf(folder.path("one"))));
 }
