@@ -145,6 +145,12 @@ TEST_CASE("a set is the same bytes whatever the number of processes or shards, a
   CHECK((filesOf(folder.path("cut")) == files));
 
   CHECK(folder.status("one").exitCode == 0);
+  // What somebody has changed is kept until it is given up.
+  std::ofstream(folder.path("cut/sheets/001.json"), std::ios::app) << "\n";
+  CHECK(folder.set("build", "cut").exitCode == 4);
+  CHECK((filesOf(folder.path("cut")) != files));
+  CHECK(folder.set("build", "cut", {"--replace"}).exitCode == one.exitCode);
+  CHECK((filesOf(folder.path("cut")) == files));
   std::string changed = goodRows;
   changed.replace(changed.find("P-102"), 5, "P-112");
   changed.replace(changed.find(",15,kW"), 6, ",20,kW");

@@ -1,0 +1,275 @@
+// Placing, numbering and writing, sheet by sheet.
+#include "simhost/cli/set_maker.h"
+
+#include "circuits/building/row_configurations.h"
+#include "circuits/reports/drawing_reports.h"
+#include "circuits/reports/report_files.h"
+#include "circuits/set/cross_references.h"
+#include "circuits/set/numbering.h"
+#include "circuits/set/sheet_maker.h"
+#include "simhost/drawing/drawing_file.h"
+#include "simhost/drawing/insertion.h"
+#include "simhost/host/errors.h"
+#include "simhost/host/files.h"
+#include "text/encoding.h"
+#include "text/numbers.h"
+#include "text/split.h"
+
+#include <nlohmann/json.hpp>
+
+#include <algorithm>
+#include <cstdio>
+#include <filesystem>
+#include <map>
+#include <string_view>
+#include <system_error>
+#include <utility>
+
+namespace simhost {
+
+namespace {
+
+namespace fs = std::filesystem;
+using brenvolt::fromUtf8;
+using brenvolt::toUtf8;
+using circuits::digestOf;
+using circuits::historyOf;
+using circuits::SetCircuit;
+using circuits::siteDigest;
+using Json = nlohmann::ordered_json;
+
+constexpr double circuitGap = 10.0;
+
+void write(const fs::path& file, std::string_view bytes) {
+  const std::string reason = replaceFile(file, bytes);
+  if (!reason.empty()) throw CannotWrite(reason);
+}
+
+std::unique_ptr<DrawingDatabase> readDrawing(const fs::path& file) {
+  LoadedDrawing loaded = loadDrawing(fromUtf8(file.string()));
+  if (loaded.drawing == nullptr) throw BadInput(toUtf8(loaded.error));
+  return std::move(loaded.drawing);
+}
+
+std::string sheetName(std::size_t number) {
+  std::string text = std::to_string(number);
+  return std::string(text.size() < 3 ? 3 - text.size() : 0, '0') + text;
+}
+
+/// Puts the parts on sheets, writes them and what is made from them.
+class SetMaker final {
+public:
+  SetMaker(const SetOptions& options, const SetPlan& plan)
+      : options_(options), plan_(plan), folder_(options.out),
+        frameFile_((fs::path(options.site.site) / "frames" / (options.frame + ".json")).string()) {
+    std::error_code error;
+    if (!fs::exists(frameFile_, error))
+      throw BadInput(
+          "--frame: the site has no frame \"" + options.frame + "\": " + frameFile_ + " is missing");
+  }
+
+  /// Findings, a sentence each.
+  std::vector<std::string> make(const std::set<std::size_t>& failed) {
+    const Box area = circuits::frameArea(*readDrawing(frameFile_), frameFile_);
+    const circuits::SheetZones zones(*readDrawing(frameFile_));
+    std::vector<Box> extents;
+    for (std::size_t place = 0; place < plan_.circuits.size(); ++place)
+      extents.push_back(
+          failed.contains(place)
+              ? Box()
+              : circuits::shownExtents(*readDrawing(plan_.parts->drawingOf(plan_.circuits[place]))));
+    const std::vector<circuits::SheetPlan> sheets = planned(extents, area);
+    // A device may be shown on sheets that come later: all places first.
+    for (std::size_t sheet = 0; sheet < sheets.size(); ++sheet)
+      for (const auto& [place, offset] : sheets[sheet].circuits) {
+        const auto part = readDrawing(plan_.parts->drawingOf(plan_.circuits[place]));
+        circuits::addSymbolPlaces(
+            places_, *part, circuits::readNetlist(*part), fromUtf8(sheetName(sheet + 1)), zones, offset);
+      }
+    std::vector<std::string> findings;
+    for (const std::size_t place : tooLarge_)
+      findings.push_back(
+          plan_.list.source + ", row " + std::to_string(plan_.circuits[place].row) +
+          ": the circuit is larger than frame " + options_.frame + ": choose a larger --frame");
+    std::vector<circuits::Sheet> read;
+    std::map<std::wstring, int> terminals;
+    Json sheetList = Json::array();
+    for (std::size_t sheet = 0; sheet < sheets.size(); ++sheet) {
+      read.push_back(makeSheet(sheets[sheet], sheet + 1, sheets.size(), terminals));
+      Json tags = Json::array();
+      for (const auto& [place, offset] : sheets[sheet].circuits)
+        tags.push_back(toUtf8(plan_.circuits[place].tag));
+      const std::string file = "sheets/" + sheetName(sheet + 1) + ".json";
+      sheetList.push_back(
+          {{"file", file},
+           {"digest", digestOf(readFile(folder_ / file).value_or(""))},
+           {"circuits", std::move(tags)}});
+    }
+    removeSheetsAfter(sheets.size());
+    writeLists(read, findings);
+    std::vector<const SetCircuit*> circuits;
+    for (const SetCircuit& circuit : plan_.circuits)
+      circuits.push_back(&circuit);
+    // The configurations of the set, beside no workbook of the site's: the site's own stay what they are.
+    const fs::path history = fs::path(plan_.settings.workbook).filename().replace_extension(".xml");
+    const std::string entries = historyOf(circuits, plan_.settings.workbook);
+    write(folder_ / history, entries);
+    writeSet(std::move(sheetList), {{"file", history.string()}, {"digest", digestOf(entries)}});
+    return findings;
+  }
+
+  /// Circuits that are on no sheet.
+  [[nodiscard]] std::size_t leftOut() const { return tooLarge_.size(); }
+
+private:
+  /// By list, or by installation and location, each of which begins a sheet.
+  std::vector<circuits::SheetPlan> planned(const std::vector<Box>& extents, const Box& area) {
+    if (options_.order == "list") return circuits::planSheets(extents, area, circuitGap, tooLarge_);
+    std::map<std::pair<std::wstring, std::wstring>, std::vector<std::size_t>> groups;
+    for (std::size_t place = 0; place < extents.size(); ++place)
+      groups[{plan_.circuits[place].installation, plan_.circuits[place].location}].push_back(place);
+    std::vector<circuits::SheetPlan> sheets;
+    for (const auto& [where, places] : groups) {
+      std::vector<Box> boxes;
+      for (const std::size_t place : places)
+        boxes.push_back(extents[place]);
+      std::vector<std::size_t> tooLarge;
+      for (circuits::SheetPlan& sheet : circuits::planSheets(boxes, area, circuitGap, tooLarge)) {
+        for (auto& [place, offset] : sheet.circuits)
+          place = places[place];
+        sheets.push_back(std::move(sheet));
+      }
+      for (const std::size_t place : tooLarge)
+        tooLarge_.push_back(places[place]);
+    }
+    return sheets;
+  }
+
+  circuits::Sheet makeSheet(
+      const circuits::SheetPlan& sheetPlan, std::size_t number, std::size_t count,
+      std::map<std::wstring, int>& terminals) {
+    const std::unique_ptr<DrawingDatabase> sheet = readDrawing(frameFile_);
+    for (const auto& [place, offset] : sheetPlan.circuits) {
+      const std::unique_ptr<DrawingDatabase> part =
+          readDrawing(plan_.parts->drawingOf(plan_.circuits[place]));
+      DrawingInsertion insertion;
+      insertion.position = offset;
+      if (const Fault fault = drawingInsertionFault(*sheet, sheet->modelSpace(), *part, insertion))
+        throw BadInput(toUtf8(plan_.circuits[place].tag + L": " + *fault));
+      static_cast<void>(insertDrawing(*sheet, sheet->modelSpace(), *part, insertion));
+    }
+    circuits::numberTerminals(*sheet, terminals);
+    circuits::drawReferences(*sheet, places_);
+    const std::string name = sheetName(number);
+    circuits::fillFrame(
+        *sheet, {{L"PROJECT", fromUtf8(options_.title)},
+                 {L"TITLE", titleOf(sheetPlan)},
+                 {L"SHEET", fromUtf8(name)},
+                 {L"SHEETS", brenvolt::formatInt(static_cast<std::int64_t>(count))},
+                 {L"DATE", fromUtf8(options_.date)},
+                 {L"REVISION", fromUtf8(options_.revision)},
+                 {L"DRAWN", fromUtf8(options_.drawnBy)},
+                 {L"CODE", codesOf(sheetPlan)}});
+    write(folder_ / "sheets" / (name + ".json"), drawingToJson(*sheet));
+    return circuits::readSheet(*sheet, fromUtf8(name));
+  }
+
+  [[nodiscard]] std::wstring titleOf(const circuits::SheetPlan& sheet) const {
+    const std::wstring& first = plan_.circuits[sheet.circuits.front().first].tag;
+    const std::wstring& last = plan_.circuits[sheet.circuits.back().first].tag;
+    return first == last ? first : first + L" - " + last;
+  }
+
+  [[nodiscard]] std::wstring codesOf(const circuits::SheetPlan& sheet) const {
+    std::set<std::wstring> codes;
+    for (const auto& [place, offset] : sheet.circuits)
+      codes.insert(plan_.circuits[place].standardCode);
+    return brenvolt::join({codes.begin(), codes.end()}, L", ");
+  }
+
+  /// A set that has become shorter: sheets that this tool wrote and nobody has changed go, others stay and are named.
+  void removeSheetsAfter(std::size_t count) {
+    const Json former = formerSet();
+    if (!former.is_object() || !former.contains("sheets")) return;
+    for (const Json& sheet : former["sheets"]) {
+      const std::string file = sheet.value("file", "");
+      const fs::path path = folder_ / file;
+      if (file.size() < 12 || file <= "sheets/" + sheetName(count) + ".json") continue;
+      if (digestOf(readFile(path).value_or("")) != sheet.value("digest", "")) {
+        std::fprintf(
+            stderr, "brenvolt: %s: is no sheet of the set any more, and was changed by hand: it stays\n",
+            path.string().c_str());
+        continue;
+      }
+      std::error_code error;
+      fs::remove(path, error);
+    }
+  }
+
+  [[nodiscard]] Json formerSet() const {
+    return Json::parse(readFile(folder_ / "set.json").value_or(""), nullptr, false);
+  }
+
+  void writeLists(const std::vector<circuits::Sheet>& sheets, std::vector<std::string>& findings) {
+    std::vector<circuits::Report> reports;
+    for (const std::string& kind : circuits::reportKinds()) {
+      circuits::Report report = circuits::makeReport(*circuits::reportKindOf(kind), sheets);
+      write(
+          folder_ / "out" / "lists" / (kind + ".csv"),
+          circuits::reportText(report, circuits::ReportFormat::csv));
+      for (const std::wstring& note : report.notes)
+        findings.push_back(kind + ": " + toUtf8(note));
+      reports.push_back(std::move(report));
+    }
+    write(folder_ / "out" / "lists" / "all.html", circuits::reportPage(reports));
+  }
+
+  void writeSet(Json sheets, Json history) {
+    Json rows = Json::array();
+    for (const SetCircuit& circuit : plan_.circuits)
+      rows.push_back(toUtf8(circuit.tag) + " " + digestOf(toUtf8(circuit.fingerprint())));
+    const auto seen = [this](const std::string& file) {
+      std::error_code error;
+      const fs::path relative = fs::proximate(file, folder_, error);
+      return error ? file : relative.generic_string();
+    };
+    const Json set = {
+        {"format", setFormat},
+        {"version", 1},
+        {"tool", BRENVOLT_VERSION},
+        {"list", options_.list.starts_with("odbc:") ? options_.list : seen(options_.list)},
+        {"site", seen(options_.site.site)},
+        {"siteDigest", siteDigest(options_.site.site)},
+        {"standardCode", options_.standardCode},
+        {"sizing", options_.sizing},
+        {"frame", options_.frame},
+        {"title", options_.title},
+        {"date", options_.date},
+        {"revision", options_.revision},
+        {"drawnBy", options_.drawnBy},
+        {"mapping", options_.mapping.empty() ? "" : seen(options_.mapping)},
+        {"order", options_.order},
+        {"history", std::move(history)},
+        {"sheets", std::move(sheets)},
+        {"circuits", std::move(rows)}};
+    // A line for each entry: a version control system shows what has changed.
+    write(folder_ / "set.json", set.dump(1) + "\n");
+  }
+
+  std::vector<std::size_t> tooLarge_;
+  circuits::SymbolPlaces places_;
+  const SetOptions& options_;
+  const SetPlan& plan_;
+  fs::path folder_;
+  std::string frameFile_;
+};
+
+} // namespace
+
+MadeSet makeSet(const SetOptions& options, const SetPlan& plan, const std::set<std::size_t>& failed) {
+  SetMaker maker(options, plan);
+  std::vector<std::string> findings = maker.make(failed);
+  return {std::move(findings), maker.leftOut()};
+}
+
+} // namespace simhost
