@@ -256,7 +256,7 @@ void drawOwnReferences(DrawingDatabase& drawing, const std::wstring& circuit) {
   const Sheet sheet = readSheet(drawing, {});
   if (!zones.exist()) return;
   SymbolPlaces places;
-  addSymbolPlaces(places, drawing, sheet.netlist, sheet.number, zones, {});
+  addSymbolPlaces(places, symbolsOf(drawing), sheet.number, zones, {});
   drawReferences(drawing, places, circuit);
 }
 

@@ -98,18 +98,26 @@ std::wstring SheetZones::at(const KvPoint3d& point) const {
          brenvolt::formatInt(static_cast<std::int64_t>(column) + 1);
 }
 
-void addSymbolPlaces(
-    SymbolPlaces& places, const DrawingDatabase& drawing, const Netlist& netlist, const std::wstring& sheet,
-    const SheetZones& zones, const KvPoint3d& offset) {
+std::vector<DeviceSymbols> symbolsOf(const DrawingDatabase& drawing) {
+  const Netlist netlist = readNetlist(drawing);
+  std::vector<DeviceSymbols> devices;
   for (std::size_t device = 0; device < netlist.devices.size(); ++device) {
     if (!hasReferences(netlist.devices[device])) continue;
-    std::vector<std::wstring>& known = places[keyOf(netlist.devices[device])];
-    for (const KvDbHandle symbol : orderedSymbols(netlist, device)) {
-      const KvPoint3d position = positionOf(drawing, symbol);
-      const std::wstring zone = zones.at({position.x + offset.x, position.y + offset.y, 0.0});
-      known.push_back(zone.empty() ? sheet : sheet + L'.' + zone);
-    }
+    devices.push_back({keyOf(netlist.devices[device]), {}});
+    for (const KvDbHandle symbol : orderedSymbols(netlist, device))
+      devices.back().positions.push_back(positionOf(drawing, symbol));
   }
+  return devices;
+}
+
+void addSymbolPlaces(
+    SymbolPlaces& places, const std::vector<DeviceSymbols>& devices, const std::wstring& sheet,
+    const SheetZones& zones, const KvPoint3d& offset) {
+  for (const DeviceSymbols& device : devices)
+    for (const KvPoint3d& position : device.positions) {
+      const std::wstring zone = zones.at({position.x + offset.x, position.y + offset.y, 0.0});
+      places[device.device].push_back(zone.empty() ? sheet : sheet + L'.' + zone);
+    }
 }
 
 void drawReferences(DrawingDatabase& sheet, const SymbolPlaces& places, const std::wstring& circuit) {

@@ -31,10 +31,17 @@ private:
 /// a coil, else the one that carries the part.
 using SymbolPlaces = std::map<std::wstring, std::vector<std::wstring>>;
 
-/// Adds the places of what a drawing shows, moved by `offset` onto a sheet.
+/// A device with several symbols, the one that the others refer to first.
+struct DeviceSymbols {
+  std::wstring device;
+  std::vector<KvPoint3d> positions;
+};
+[[nodiscard]] std::vector<DeviceSymbols> symbolsOf(const simhost::DrawingDatabase& drawing);
+
+/// Adds where these symbols are on a sheet onto which their drawing is moved by `offset`.
 void addSymbolPlaces(
-    SymbolPlaces& places, const simhost::DrawingDatabase& drawing, const Netlist& netlist,
-    const std::wstring& sheet, const SheetZones& zones, const KvPoint3d& offset);
+    SymbolPlaces& places, const std::vector<DeviceSymbols>& devices, const std::wstring& sheet,
+    const SheetZones& zones, const KvPoint3d& offset);
 
 /// The CODE under which the texts are marked.
 inline constexpr std::wstring_view referenceCode = L"XREF";

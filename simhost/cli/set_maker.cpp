@@ -73,19 +73,20 @@ public:
     const Box area = circuits::frameArea(*readDrawing(frameFile_), frameFile_);
     const circuits::SheetZones zones(*readDrawing(frameFile_));
     std::vector<Box> extents;
-    for (std::size_t place = 0; place < plan_.circuits.size(); ++place)
-      extents.push_back(
-          failed.contains(place)
-              ? Box()
-              : circuits::shownExtents(*readDrawing(plan_.parts->drawingOf(plan_.circuits[place]))));
+    std::vector<std::vector<circuits::DeviceSymbols>> symbols;
+    for (std::size_t place = 0; place < plan_.circuits.size(); ++place) {
+      extents.emplace_back();
+      symbols.emplace_back();
+      if (failed.contains(place)) continue;
+      const auto part = readDrawing(plan_.parts->drawingOf(plan_.circuits[place]));
+      extents.back() = circuits::shownExtents(*part);
+      symbols.back() = circuits::symbolsOf(*part);
+    }
     const std::vector<circuits::SheetPlan> sheets = planned(extents, area);
     // A device may be shown on sheets that come later: all places first.
     for (std::size_t sheet = 0; sheet < sheets.size(); ++sheet)
-      for (const auto& [place, offset] : sheets[sheet].circuits) {
-        const auto part = readDrawing(plan_.parts->drawingOf(plan_.circuits[place]));
-        circuits::addSymbolPlaces(
-            places_, *part, circuits::readNetlist(*part), fromUtf8(sheetName(sheet + 1)), zones, offset);
-      }
+      for (const auto& [place, offset] : sheets[sheet].circuits)
+        circuits::addSymbolPlaces(places_, symbols[place], fromUtf8(sheetName(sheet + 1)), zones, offset);
     std::vector<std::string> findings;
     for (const std::size_t place : tooLarge_)
       findings.push_back(
