@@ -276,6 +276,7 @@ void keepRow(
   add(L"raceway", circuit.raceway);
   add(L"ambient", circuit.ambient);
   add(L"drop", circuit.drop);
+  add(L"sizing", circuit.sizing);
   const simhost::CircuitFields& built = drawing.store().circuits().at(id);
   fields.insert(fields.end(), built.begin(), built.end());
   drawing.putCircuit(id, std::move(fields));

@@ -103,8 +103,12 @@ SetCircuit resolved(const RebuildRequest& request, const CircuitObject& circuit,
   SetList list{toUtf8(circuit.name()), {rowOf(circuit)}, {}, {}};
   for (const auto& [key, value] : request.choices)
     choose(list.rows.front(), key, value);
-  std::vector<SetCircuit> built =
-      resolveRows({request.site, request.workbook, simhost::assumedStandard, &session}, list);
+  SetSettings settings;
+  settings.site = request.site;
+  settings.workbook = request.workbook;
+  settings.running = &session;
+  if (circuitField(circuit.fields, L"sizing") == L"build") settings.sizing = SetSettings::Sizing::build;
+  std::vector<SetCircuit> built = resolveRows(settings, list);
   if (built.size() == 1) return std::move(built.front());
   std::string reasons;
   for (const SetFault& fault : list.faults)

@@ -458,6 +458,7 @@ private:
       circuit.length = row[SetField::length] + L" " + (*request)[WireField::units].text;
     circuit.raceway = (*request)[WireField::raceway].text;
     circuit.ambient = row[SetField::ambient];
+    if (settings_.sizing == SetSettings::Sizing::build) circuit.sizing = L"build";
     if (!row[SetField::length].empty()) circuit.drop = percentText(wire->dropPercent);
     circuit.isMotor = sheet.kind == LoadKind::motor;
     circuit.controls = sheet.controls;
@@ -517,7 +518,7 @@ std::wstring SetCircuit::fingerprint() const {
   const auto add = [&all](const std::wstring& text) { all += L'\n' + text; };
   for (const std::wstring* text :
        {&tag, &drawingTemplate, &worksheet, &circuit, &type, &configuration, &preset, &wireSize, &groundSize,
-        &standardCode, &length, &raceway, &installation, &location})
+        &standardCode, &length, &raceway, &ambient, &sizing, &installation, &location})
     add(*text);
   for (const auto& [key, value] : data)
     add(key + L'=' + value);

@@ -45,7 +45,8 @@ struct SetCircuit {
   std::wstring length; ///< with its unit
   std::wstring raceway;
   std::wstring ambient;
-  std::wstring drop; ///< of voltage in its wires, in percent; empty where no length is known
+  std::wstring sizing; ///< "build" for the sizes of an unattended build
+  std::wstring drop;   ///< of voltage in its wires, in percent; empty where no length is known
   std::wstring installation;
   std::wstring location;
   std::vector<std::wstring> descriptions;
