@@ -17,6 +17,7 @@
 #include "text/numbers.h"
 
 #include <poll.h>
+#include <sys/prctl.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -64,6 +65,13 @@ std::string workName() {
   return std::string("work-") + host.data() + "-";
 }
 
+/// A process that has ended but that nobody has asked for its end counts as gone.
+bool isRunning(int process) {
+  if (::kill(process, 0) != 0 && errno == ESRCH) return false;
+  const std::string state = simhost::readFile("/proc/" + std::to_string(process) + "/stat").value_or("");
+  return state.find(") Z ") == std::string::npos;
+}
+
 /// A run that was ended leaves its processes' folders.
 void removeFormerWork(const fs::path& folder) {
   std::error_code error;
@@ -72,7 +80,7 @@ void removeFormerWork(const fs::path& folder) {
     const std::string name = entry.path().filename().string();
     if (!name.starts_with(workName())) continue;
     const int process = brenvolt::toInt(fromUtf8(name.substr(workName().size())));
-    if (process > 0 && ::kill(process, 0) != 0 && errno == ESRCH) left.push_back(entry.path());
+    if (process > 0 && !isRunning(process)) left.push_back(entry.path());
   }
   for (const fs::path& path : left)
     fs::remove_all(path, error);
@@ -169,6 +177,7 @@ Worker startWorker(
   if (process < 0) throw CannotWrite("no further process can be made");
   if (process == 0) {
     ::close(ends[0]);
+    ::prctl(PR_SET_PDEATHSIG, SIGTERM); // nobody waits for parts when the run has been ended
     // What LISP prints belongs to no single circuit's reader.
     if (std::freopen("/dev/null", "w", stdout) == nullptr) ::_exit(1);
     buildShare(circuits, share, parts, options, ends[1]);
@@ -322,6 +331,8 @@ std::vector<PartFailure> buildParts(
     if (!fs::exists(parts.drawingOf(circuits[place]), error)) missing.push_back(place);
   std::vector<PartFailure> failures;
   removeFormerWork(parts.folder().parent_path());
+  // By it a folder is known as that of a set, also when the run is ended before the first part is whole.
+  fs::create_directories(parts.folder(), error);
   if (missing.empty()) return failures;
   // Once, and not by each process at the same time.
   if (fs::is_directory(fs::path(options.settings.site) / "tables", error))
@@ -366,6 +377,7 @@ std::vector<PartFailure> buildParts(
       }
     }
   }
+  removeFormerWork(parts.folder().parent_path());
   if (hasBroken)
     throw CannotWrite("a process that built circuits ended before its time; what is whole has been kept");
   std::sort(failures.begin(), failures.end(), [](const PartFailure& one, const PartFailure& other) {
