@@ -67,6 +67,10 @@ enum class HostText : unsigned {
   circuitReport,
   saveConfiguration,
   findCircuit,
+  propertiesPanel,
+  pageSetup,
+  printPreview,
+  copyPicture,
 
   openTitle = 300,
   saveTitle,
@@ -102,6 +106,15 @@ enum class HostText : unsigned {
   changedElsewhere, ///< file
   reload,
   overwrite,
+  pageSetupTitle,
+  paperSize,
+  paperOrientation,
+  paperScale,
+  portrait,
+  landscape,
+  fitPage,
+  previewTitle,
+  pictureCopied,
 
   busy = 400,
   ready,
@@ -147,6 +160,8 @@ enum class HostText : unsigned {
   configurationReplace,
   reportTitle, ///< circuit
   rebuildSeveral,
+  wireOf,    ///< layer
+  circuitOf, ///< circuit
 
   promptHint = 500,
   layersTitle,
@@ -162,6 +177,9 @@ enum class HostText : unsigned {
   searchRows,
   drawingName,
   drawingDescription,
+  searchTree,
+  insertEverything,
+  insertEverythingTip,
 
   circuitsTitle = 650,
   columnNumber,
@@ -182,6 +200,21 @@ enum class HostText : unsigned {
   circuitTagTwice,             ///< tag
   circuitTypeGone,             ///< circuit, type
   circuitConfigurationChanged, ///< name
+  propertiesTitle,
+  nothingSelected,
+  kindLine,
+  kindPolyline,
+  kindCircle,
+  kindArc,
+  kindText,
+  kindSymbol,
+  propertyKind,
+  propertyLayer,
+  propertySymbol,
+  propertyHandle,
+  propertyCircuit,
+  propertyConfiguration,
+  propertyPlace,
 
   startSite = 700,
   startProject,

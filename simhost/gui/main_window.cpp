@@ -7,6 +7,7 @@
 #include "simhost/gui/layer_panel.h"
 #include "simhost/gui/open_file.h"
 #include "simhost/gui/prompt_pane.h"
+#include "simhost/gui/properties_panel.h"
 #include "simhost/gui/result_line.h"
 #include "simhost/host/session.h"
 #include "simhost/lisp/printer.h"
@@ -109,7 +110,8 @@ MainWindow::MainWindow(SiteRun& site, QtWindows& windows, const HostTexts& texts
   windows_.setSettings(&settings());
   windows_.setWords(
       {texts_(HostText::hideForGood), texts_(HostText::helpTitle), texts_(HostText::noDrawing),
-       texts_(HostText::nothingToSet), texts_(HostText::searchRows)});
+       texts_(HostText::nothingToSet), texts_(HostText::searchTree), texts_(HostText::insertEverything),
+       texts_(HostText::insertEverythingTip), texts_(HostText::searchRows)});
   file_ = toQt(site_.session().documents().current()->fileName());
   const std::filesystem::path& settingsFile = site_.session().options().settingsFile;
   open_ = std::make_unique<OpenFile>(
@@ -143,21 +145,28 @@ void MainWindow::buildPanels() {
   auto* column = new QVBoxLayout(middle);
   column->setContentsMargins(0, 0, 0, 0);
   column->setSpacing(0);
-  banner_ = new QLabel(middle);
+  view_ = new DrawingView(middle);
+  // Over the drawing and not above it: what is picked from stays where it is.
+  auto* overlay = new QVBoxLayout(view_);
+  overlay->setContentsMargins(0, 0, 0, 0);
+  banner_ = new QLabel(view_);
+  banner_->setAttribute(Qt::WA_TransparentForMouseEvents);
+  banner_->setWordWrap(true);
+  overlay->addWidget(banner_);
+  overlay->addStretch();
   banner_->setObjectName(QStringLiteral("banner"));
   banner_->setAutoFillBackground(true);
   banner_->setMargin(6);
   banner_->hide();
-  view_ = new DrawingView(middle);
   view_->setObjectName(QStringLiteral("drawing"));
   view_->setAccessibleName(texts_(HostText::drawingName));
   view_->setAccessibleDescription(texts_(HostText::drawingDescription));
-  column->addWidget(banner_);
   column->addWidget(view_, 1);
   setCentralWidget(middle);
   view_->onPointer = [this](const KvPoint3d& point) { showPointer(point); };
   view_->onSelected = [this] {
     selectCircuitOf(view_->selected());
+    showProperties();
     if (view_->selected()) say(factsText(*view_->selected()));
   };
 
@@ -166,6 +175,7 @@ void MainWindow::buildPanels() {
     view_->scene().setHiddenLayers(hidden);
     view_->sceneChanged();
   };
+  properties_ = new PropertiesPanel(texts_, this);
   circuitPanel_ = new CircuitPanel(texts_, this);
   circuitPanel_->onSelected = [this](const std::wstring& circuit) { showCircuit(circuit); };
   circuitPanel_->onLeft = [this] { view_->setFocus(Qt::OtherFocusReason); };
@@ -182,6 +192,7 @@ void MainWindow::buildPanels() {
   };
   prompt_->onForm = [this](const QString& form) { runForm(QStringLiteral("LISP"), fromQt(form)); };
 
+  QList<QDockWidget*> docks;
   struct Panel {
     HostText title;
     HostText toggle;
@@ -190,9 +201,11 @@ void MainWindow::buildPanels() {
   };
   for (const Panel& panel :
        {Panel{HostText::circuitsTitle, HostText::circuitPanel, circuitPanel_, Qt::RightDockWidgetArea},
+        Panel{HostText::propertiesTitle, HostText::propertiesPanel, properties_, Qt::RightDockWidgetArea},
         Panel{HostText::layersTitle, HostText::layerPanel, layers_, Qt::RightDockWidgetArea},
         Panel{HostText::promptTitle, HostText::promptPanel, prompt_, Qt::BottomDockWidgetArea}}) {
     auto* dock = new QDockWidget(texts_(panel.title), this);
+    docks.append(dock);
     dock->setObjectName(
         panel.content->objectName() + QStringLiteral("Panel") +
         QString::number(static_cast<int>(panel.title)));
@@ -202,10 +215,13 @@ void MainWindow::buildPanels() {
     actions_[panel.toggle] = dock->toggleViewAction();
     actions_[panel.toggle]->setText(texts_(panel.toggle));
   }
+  // What is looked at now and then shares a place.
+  tabifyDockWidget(docks[1], docks[2]);
+  docks[1]->raise();
   // A designer finds LISP folded away, until it is opened; then it stays.
-  findChildren<QDockWidget*>().last()->hide();
-  resizeDocks(findChildren<QDockWidget*>(), {320, 320, 320}, Qt::Horizontal);
-  resizeDocks({findChildren<QDockWidget*>().last()}, {150}, Qt::Vertical);
+  docks.last()->hide();
+  resizeDocks(docks, {320, 320, 320, 320}, Qt::Horizontal);
+  resizeDocks({docks.last()}, {150}, Qt::Vertical);
 }
 
 void MainWindow::buildStatusBar() {
@@ -257,7 +273,9 @@ void MainWindow::buildMenus() {
     }
     if (row.title == HostText::viewMenu) {
       menu->addSeparator();
-      for (const HostText panel : {HostText::circuitPanel, HostText::layerPanel, HostText::checkPanel, HostText::promptPanel})
+      for (const HostText panel :
+           {HostText::circuitPanel, HostText::propertiesPanel, HostText::layerPanel, HostText::checkPanel,
+            HostText::promptPanel})
         menu->addAction(actions_.at(panel));
     }
   }
@@ -362,20 +380,37 @@ void MainWindow::showPointer(const KvPoint3d& point) {
 }
 
 QString MainWindow::factsText(KvDbHandle entity) const {
+  const EntityNode* node = drawing().find(entity);
   const std::optional<EntityFacts> facts = factsOf(drawing(), entity);
-  if (!facts) return {};
-  QString text = toQt(facts->kind);
-  if (!facts->block.empty()) text += QLatin1Char(' ') + toQt(facts->block);
-  QStringList attributes;
-  for (const auto& [tag, value] : facts->attributes)
-    if (!value.empty()) attributes.append(toQt(tag) + QLatin1Char('=') + toQt(value));
-  constexpr qsizetype mostShown = 4;
-  if (attributes.size() > mostShown)
-    attributes = attributes.mid(0, mostShown) + QStringList(QStringLiteral("..."));
-  if (!attributes.isEmpty())
-    text += QStringLiteral(" (") + attributes.join(QStringLiteral(", ")) + QLatin1Char(')');
-  return text + QStringLiteral(", ") + texts_(HostText::layerOf, {toQt(facts->layer)}) +
-         QStringLiteral(", ") + texts_(HostText::handleOf, {toQt(facts->handle)});
+  if (node == nullptr || !facts) return {};
+  const auto attribute = [&facts](std::wstring_view tag) {
+    for (const auto& [name, value] : facts->attributes)
+      if (name == tag) return toQt(value);
+    return QString();
+  };
+  const Layer* layer = drawing().store().findLayer(facts->layer);
+  QString text = attribute(L"TAG1");
+  if (!text.isEmpty()) {
+    for (const wchar_t* more : {L"RATING1", L"DESC1"})
+      if (const QString value = attribute(more); !value.isEmpty()) text += QStringLiteral(", ") + value;
+  } else if (layer != nullptr && layer->wireSettings && node->value.kind() == EntityKind::line) {
+    text = texts_(HostText::wireOf, {toQt(facts->layer)});
+  } else {
+    text = kindWords(texts_, node->value.kind()) + QStringLiteral(", ") +
+           texts_(HostText::layerOf, {toQt(facts->layer)});
+  }
+  const auto origin = provenanceOf(node->value);
+  const circuits::CircuitObject* circuit = origin ? knownCircuit(origin->circuit) : nullptr;
+  if (circuit != nullptr && attribute(L"TAG1") != toQt(circuit->name()))
+    text += QStringLiteral(", ") + texts_(HostText::circuitOf, {toQt(circuit->name())});
+  return text;
+}
+
+void MainWindow::showProperties() {
+  const std::optional<KvDbHandle> entity = view_->selected();
+  const std::optional<EntityFacts> facts = entity ? factsOf(drawing(), *entity) : std::nullopt;
+  const circuits::CircuitObject* circuit = knownCircuit(selectedCircuit_);
+  properties_->setRows(propertyRows(texts_, entity ? drawing().find(*entity) : nullptr, facts, circuit));
 }
 
 void MainWindow::say(const QString& text) {
@@ -432,6 +467,7 @@ void MainWindow::storePlace() {
 
 void MainWindow::closeEvent(QCloseEvent* event) {
   event->ignore();
+  if (windows_.isDialogSeen()) return say(texts_(HostText::busy)); // it waits for its own answer
   if (runner_.isBusy()) {
     // The current run ends when it next processes messages; the window closes when the run has rolled back.
     closesAfterRun_ = true;

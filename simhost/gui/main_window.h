@@ -6,6 +6,7 @@
 #include "simhost/gui/command_runner.h"
 #include "simhost/gui/drawing_view.h"
 #include "simhost/gui/host_texts.h"
+#include "simhost/gui/page_setup.h"
 #include "simhost/qt/qt_windows.h"
 
 #include <QMainWindow>
@@ -34,6 +35,7 @@ class CircuitPanel;
 class LayerPanel;
 class OpenFile;
 class PromptPane;
+class PropertiesPanel;
 class SiteRun;
 struct SiteConfigurations;
 class UserSettings;
@@ -116,6 +118,7 @@ private:
   void say(const QString& text);
   void tell(const CommandOutcome& outcome, HostText command = HostText::none);
   [[nodiscard]] QString factsText(KvDbHandle entity) const;
+  void showProperties();
 
   // Commands, main_window_commands.cpp.
   void start(const CommandRow& row);
@@ -185,7 +188,11 @@ private:
   void saveAs();
   void askExportSvg();
   void askExportPdf();
+  void askPageSetup();
+  void previewPrint();
+  void copyPicture();
   void print();
+  [[nodiscard]] PageSetup pageSetup() const;
   [[nodiscard]] bool takeDrawing(const QString& file);
   /// Whether the file may be opened; the user is asked when it is open elsewhere.
   [[nodiscard]] bool mayOpen(const QString& file);
@@ -223,6 +230,7 @@ private:
   LayerPanel* layers_ = nullptr;
   CircuitPanel* circuitPanel_ = nullptr;
   CheckPanel* checkPanel_ = nullptr;
+  PropertiesPanel* properties_ = nullptr;
   QLabel* hover_ = nullptr;
   QLabel* place_ = nullptr;
   QToolButton* copyResult_ = nullptr; ///< of the result line of a command

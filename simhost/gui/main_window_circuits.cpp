@@ -106,6 +106,7 @@ void MainWindow::selectCircuit(const std::wstring& id) {
   selectedCircuit_ = id;
   view_->selectGroup(id.empty() ? std::vector<KvDbHandle>() : entitiesOfCircuit(drawing(), id));
   circuitPanel_->showCircuit(id);
+  showProperties();
 }
 
 void MainWindow::selectCircuitOf(std::optional<KvDbHandle> entity) {

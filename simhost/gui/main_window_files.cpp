@@ -9,17 +9,23 @@
 #include "simhost/qt/qt_text.h"
 #include "simhost/site/site_run.h"
 
+#include <QClipboard>
 #include <QDateTime>
 #include <QFile>
 #include <QFileDialog>
 #include <QFileInfo>
+#include <QGuiApplication>
+#include <QImage>
 #include <QLocale>
 #include <QMenu>
 #include <QMessageBox>
+#include <QPainter>
 #include <QPrintDialog>
+#include <QPrintPreviewDialog>
 #include <QPrinter>
 #include <QPrinterInfo>
 #include <QPushButton>
+#include <QSvgRenderer>
 
 #include <algorithm>
 #include <limits>
@@ -89,7 +95,9 @@ bool MainWindow::exportSvg(const QString& file) {
 }
 
 bool MainWindow::exportPdf(const QString& file) {
-  return report(savePdf(drawing(), fromQt(file)), HostText::exported, file);
+  return report(
+      savePdf(drawing(), fromQt(file), pageSetup(), QFileInfo(file_).completeBaseName()), HostText::exported,
+      file);
 }
 
 bool MainWindow::report(const Fault& fault, HostText text, const QString& file) {
@@ -144,10 +152,45 @@ QString MainWindow::askSaveName(HostText title, HostText type, const QString& en
 void MainWindow::print() {
   if (QPrinterInfo::availablePrinters().isEmpty()) return say(texts_(HostText::cannotPrint));
   QPrinter printer(QPrinter::HighResolution);
-  printer.setPageOrientation(QPageLayout::Landscape);
+  printer.setPageLayout(pageSetup().layout());
   QPrintDialog dialog(&printer, this);
   if (dialog.exec() != QDialog::Accepted) return;
-  if (!paintPage(drawing(), printer)) say(texts_(HostText::cannotPrint));
+  if (!paintPage(drawing(), printer, pageSetup())) say(texts_(HostText::cannotPrint));
+}
+
+PageSetup MainWindow::pageSetup() const {
+  return PageSetup::of(setting(L"page"));
+}
+
+void MainWindow::askPageSetup() {
+  if (const auto chosen = simhost::askPageSetup(pageSetup(), texts_, this))
+    setSetting(L"page", chosen->text());
+}
+
+void MainWindow::previewPrint() {
+  QPrinter printer(QPrinter::HighResolution);
+  printer.setPageLayout(pageSetup().layout());
+  QPrintPreviewDialog preview(&printer, this);
+  preview.setWindowTitle(texts_(HostText::previewTitle));
+  connect(&preview, &QPrintPreviewDialog::paintRequested, this, [this](QPrinter* page) {
+    static_cast<void>(paintPage(drawing(), *page, pageSetup()));
+  });
+  preview.resize(size());
+  preview.exec();
+}
+
+void MainWindow::copyPicture() {
+  QSvgRenderer renderer(QByteArray::fromStdString(renderSvg(drawing(), drawing().currentSpace()).svg));
+  if (!renderer.isValid()) return say(texts_(HostText::tooManyShapes));
+  constexpr int longSide = 3000; // sharp on a page
+  QImage picture(
+      renderer.defaultSize().scaled(longSide, longSide, Qt::KeepAspectRatio), QImage::Format_RGB32);
+  picture.fill(Qt::white);
+  QPainter painter(&picture);
+  renderer.render(&painter);
+  painter.end();
+  QGuiApplication::clipboard()->setImage(picture);
+  say(texts_(HostText::pictureCopied));
 }
 
 int MainWindow::ask(HostText title, const QString& text, std::initializer_list<HostText> answers) {

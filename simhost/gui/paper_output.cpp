@@ -5,14 +5,12 @@
 #include "simhost/gui/item_painter.h"
 
 #include <QBuffer>
-#include <QPageLayout>
 #include <QPdfWriter>
 
 namespace simhost {
 namespace {
 
 constexpr int pdfDotsPerInch = 1200;
-constexpr double marginMillimetres = 10.0;
 /// Of the thinnest line: what a plotter's fine pen draws.
 constexpr double thinnestMillimetres = 0.25;
 constexpr double millimetresPerInch = 25.4;
@@ -27,7 +25,7 @@ void forgetTime(QByteArray& bytes) {
 
 } // namespace
 
-bool paintPage(const DrawingDatabase& drawing, QPagedPaintDevice& device) {
+bool paintPage(const DrawingDatabase& drawing, QPagedPaintDevice& device, const PageSetup& setup) {
   const std::optional<std::vector<DisplayItem>> items = displayList(drawing, drawing.currentSpace());
   if (!items) return false;
   std::vector<Box> boxes;
@@ -42,13 +40,19 @@ bool paintPage(const DrawingDatabase& drawing, QPagedPaintDevice& device) {
   PaintStyle style;
   style.detail = Detail::full;
   style.thinnest = thinnestMillimetres / millimetresPerInch * device.logicalDpiX();
-  ItemPainter painting(painter, ViewTransform::fitting(extents, page), style);
+  ViewTransform view = ViewTransform::fitting(extents, page);
+  if (setup.unitsPerMillimetre > 0.0) {
+    const double wanted = device.logicalDpiX() / millimetresPerInch / setup.unitsPerMillimetre;
+    view = view.zoomed(wanted / view.scale, QRectF(QPointF(), page).center());
+  }
+  ItemPainter painting(painter, view, style);
   for (std::size_t number = 0; number < items->size(); ++number)
     painting.paint((*items)[number], boxes[number]);
   return true;
 }
 
-Fault savePdf(const DrawingDatabase& drawing, const std::wstring& path) {
+Fault savePdf(
+    const DrawingDatabase& drawing, const std::wstring& path, const PageSetup& setup, const QString& title) {
   QByteArray bytes;
   QBuffer buffer(&bytes);
   buffer.open(QIODevice::WriteOnly);
@@ -56,11 +60,9 @@ Fault savePdf(const DrawingDatabase& drawing, const std::wstring& path) {
     QPdfWriter writer(&buffer);
     writer.setResolution(pdfDotsPerInch);
     writer.setCreator(QStringLiteral("brenvolt-gui"));
-    writer.setPageLayout(QPageLayout(
-        QPageSize(QPageSize::A3), QPageLayout::Landscape,
-        QMarginsF(marginMillimetres, marginMillimetres, marginMillimetres, marginMillimetres),
-        QPageLayout::Millimeter));
-    if (!paintPage(drawing, writer)) return path + L": the drawing has too many shapes for a page";
+    writer.setTitle(title);
+    writer.setPageLayout(setup.layout());
+    if (!paintPage(drawing, writer, setup)) return path + L": the drawing has too many shapes for a page";
   }
   forgetTime(bytes);
   return writeFileWhole(path, std::string_view(bytes.constData(), static_cast<std::size_t>(bytes.size())));

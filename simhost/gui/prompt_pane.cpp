@@ -151,6 +151,7 @@ bool PromptPane::eventFilter(QObject* watched, QEvent* event) {
       recall(1);
       return true;
     case Qt::Key_Tab:
+      if (input_->text().isEmpty()) return false; // nothing to complete: on to the next control
       complete();
       return true;
     default:

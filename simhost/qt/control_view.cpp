@@ -291,16 +291,13 @@ private:
 
 class ButtonView final : public ControlView {
 public:
-  ButtonView(QtDialog& dialog, ButtonModel& model)
+  ButtonView(QtDialog& dialog, ButtonModel& model, const ControlLook& look)
       : ControlView(dialog, model), button_(model), push_(new QPushButton) {
+    if (look.repeats) makeRepeating();
     push_->setFocusPolicy(Qt::TabFocus);
     push_->setAutoDefault(false);
     push_->setDefault(model.form().isDefault);
-    QObject::connect(push_, &QPushButton::clicked, push_, [this] {
-      this->dialog().act({{"press", toUtf8(button_.role())}}, [this](Gestures& gestures, Json&) {
-        return gestures.press(button_);
-      });
-    });
+    QObject::connect(push_, &QPushButton::clicked, push_, [this] { press(); });
   }
   [[nodiscard]] QWidget& widget() const override { return *push_; }
   [[nodiscard]] bool hasOwnLabel() const override { return true; }
@@ -309,9 +306,42 @@ public:
     if (!push_->icon().isNull()) reading["image"] = image_;
     return reading;
   }
+  [[nodiscard]] QAbstractButton* companion() const override { return repeating_; }
 
 private:
+  void press() {
+    dialog().act({{"press", toUtf8(button_.role())}}, [this](Gestures& gestures, Json&) {
+      return gestures.press(button_);
+    });
+  }
+
+  void makeRepeating() {
+    repeating_ = new QPushButton(dialog().words().insertEverything);
+    repeating_->setObjectName(QStringLiteral("repeat"));
+    repeating_->setToolTip(dialog().words().insertEverythingTip);
+    repeating_->setAccessibleDescription(dialog().words().insertEverythingTip);
+    repeating_->setFocusPolicy(Qt::TabFocus);
+    repeating_->setAutoDefault(false);
+    QObject::connect(repeating_, &QPushButton::clicked, repeating_, [this] { pressUntilNothingChanges(); });
+  }
+
+  /// What is inserted may bring units of its own, which wait then.
+  void pressUntilNothingChanges() {
+    const auto treesNow = [this] {
+      std::string texts;
+      for (const ControlModel* control : dialog().controls())
+        if (control->kind() == ControlKind::tree) texts += control->shown().dump();
+      return texts;
+    };
+    std::string before;
+    do {
+      before = treesNow();
+      press();
+    } while (!dialog().isEnded() && button_.isEnabled() && treesNow() != before);
+  }
+
   void show() override {
+    if (repeating_ != nullptr) repeating_->setEnabled(button_.isEnabled() && !isLocked());
     push_->setText(labelText());
     // The style leaves no margin beside a text that is longer than its smallest button.
     const int textWidth = push_->fontMetrics().size(Qt::TextShowMnemonic, push_->text()).width();
@@ -323,6 +353,7 @@ private:
 
   ButtonModel& button_;
   QPushButton* push_;
+  QPushButton* repeating_ = nullptr;
   unsigned image_ = 0;
 };
 
@@ -390,7 +421,7 @@ std::unique_ptr<ControlView> makeView(QtDialog& dialog, ControlModel& model, con
   case ControlKind::radio:
     return std::make_unique<TickView>(dialog, dynamic_cast<TickModel&>(model));
   case ControlKind::button:
-    return std::make_unique<ButtonView>(dialog, dynamic_cast<ButtonModel&>(model));
+    return std::make_unique<ButtonView>(dialog, dynamic_cast<ButtonModel&>(model), look);
   case ControlKind::tree:
     return makeTreeView(dialog, dynamic_cast<TreeModel&>(model), look);
   case ControlKind::grid:

@@ -5,6 +5,7 @@
 #include "simhost/qt/form_layout.h"
 #include "simhost/ui/control_model.h"
 
+#include <QAbstractButton>
 #include <QLabel>
 #include <QPointer>
 #include <QWidget>
@@ -35,6 +36,8 @@ public:
   [[nodiscard]] virtual ControlModel& focusModel() const { return model_; }
   /// A field that filters the rows of the widget; null for none. It is above the widget.
   [[nodiscard]] virtual QWidget* searchField() const { return nullptr; }
+  /// A button beside the widget that belongs to it; null for none.
+  [[nodiscard]] virtual QAbstractButton* companion() const { return nullptr; }
   /// Whether its label is on the widget itself.
   [[nodiscard]] virtual bool hasOwnLabel() const { return false; }
   /// What a user can read in the widgets, with the members of `ControlModel::shown`: comparing the two finds a widget

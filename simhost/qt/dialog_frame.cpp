@@ -53,11 +53,14 @@ DialogFrame::DialogFrame(QtDialog& dialog, QWidget* parent) : QDialog(parent), d
 }
 
 void DialogFrame::build(const FormLayout& layout) {
+  // The other windows stay closed to commands, since one runs; but the drawing is moved and looked at.
+  if (layout.isBeside) setWindowModality(Qt::NonModal);
   splitter_ = LayoutBuilder(dialog_, *this).build(layout);
   QWidget* before = nullptr;
   for (const auto& view : dialog_.views()) {
     watch(*view);
-    for (QWidget* widget : {view->searchField(), &view->focusWidget()}) {
+    for (QWidget* widget :
+         {view->searchField(), &view->focusWidget(), static_cast<QWidget*>(view->companion())}) {
       if (widget == nullptr) continue;
       if (before != nullptr) setTabOrder(before, widget);
       before = widget;

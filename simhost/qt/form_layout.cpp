@@ -50,7 +50,8 @@ public:
       return layout;
     }
     const json written = parseJson(form_.layout);
-    allow(written, {"content", "buttons", "size"});
+    allow(written, {"content", "buttons", "size", "beside"});
+    layout.isBeside = written.value("beside", false);
     if (!written.contains("content")) fail("needs \"content\"");
     layout.content = readNode(written["content"]);
     for (const json& role : listOf(written, "buttons"))
@@ -94,13 +95,14 @@ private:
 
   [[nodiscard]] ControlLook readLook(const FormControl& control) const {
     const json written = parseJson(control.layout);
-    allow(written, {"unit", "empty", "width", "rows", "icons", "picture", "search"});
+    allow(written, {"unit", "empty", "width", "rows", "icons", "picture", "search", "repeats"});
     ControlLook look;
     look.unit = fromUtf8(written.value("unit", std::string()));
     look.empty = fromUtf8(written.value("empty", std::string()));
     look.icons = fromUtf8(written.value("icons", std::string()));
     look.isPicture = written.value("picture", false);
     look.hasSearch = written.value("search", false);
+    look.repeats = written.value("repeats", false);
     look.width = countOf(written, "width");
     look.rows = countOf(written, "rows");
     return look;

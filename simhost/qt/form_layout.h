@@ -25,13 +25,15 @@ struct ControlLook {
   std::wstring empty; ///< the text of a list or a grid without entries
   int width = 0;      ///< minimum width in characters; 0 for the default of the kind
   int rows = 0;       ///< of a list: always open with this number of entries; of a text: its number of lines
-  bool hasSearch = false; ///< a grid has a field that filters its rows
+  bool hasSearch = false; ///< a grid or a tree has a field that filters it
+  bool repeats = false;   ///< a button has another one beside it that presses it until nothing changes
   bool isPicture = false; ///< a text names a drawing, whose picture is shown
   std::wstring icons;     ///< of a tree: which pictures its image numbers mean; empty for none
 };
 
 struct FormLayout {
   LayoutNode content;
+  bool isBeside = false;             ///< the window that shows the drawing can be used while it is open
   std::vector<std::wstring> buttons; ///< in the row that closes the window; the platform puts them in order
   int width = 0;                     ///< at the first opening, 0 for what the controls need
   int height = 0;

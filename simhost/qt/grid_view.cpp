@@ -5,14 +5,13 @@
 #include "simhost/qt/empty_note.h"
 #include "simhost/qt/qt_dialog.h"
 #include "simhost/qt/qt_text.h"
+#include "simhost/qt/search_field.h"
 #include "text/encoding.h"
 
 #include <QAbstractTableModel>
 #include <QApplication>
 #include <QComboBox>
 #include <QHeaderView>
-#include <QKeyEvent>
-#include <QLineEdit>
 #include <QPainter>
 #include <QSignalBlocker>
 #include <QSortFilterProxyModel>
@@ -554,48 +553,6 @@ private:
   int ownWidthsFor_ = 0;      ///< how many columns there were then
 };
 
-/// Narrows a table down as one types. It is no control of the form: the flow sees what is selected afterwards.
-class SearchField final : public QLineEdit {
-public:
-  SearchField(GridTable& table, const QString& words) : table_(table) {
-    setObjectName(QStringLiteral("search"));
-    setPlaceholderText(words);
-    setAccessibleName(words);
-    setClearButtonEnabled(true);
-    connect(this, &QLineEdit::textChanged, this, [this](const QString& text) { table_.search(text); });
-  }
-
-  void watch(QtDialog& dialog) { dialog_ = &dialog; }
-
-protected:
-  void focusInEvent(QFocusEvent* event) override {
-    QLineEdit::focusInEvent(event);
-    // Who types here has left the control before.
-    if (dialog_ != nullptr) dialog_->leaveBy();
-  }
-
-  void keyPressEvent(QKeyEvent* event) override {
-    switch (event->key()) {
-    case Qt::Key_Return:
-    case Qt::Key_Enter:
-    case Qt::Key_Down:
-      table_.selectFirstShown();
-      return;
-    case Qt::Key_Escape:
-      if (text().isEmpty()) break;
-      clear();
-      return;
-    default:
-      break;
-    }
-    QLineEdit::keyPressEvent(event);
-  }
-
-private:
-  GridTable& table_;
-  QtDialog* dialog_ = nullptr;
-};
-
 class GridView final : public ControlView {
 public:
   GridView(QtDialog& dialog, GridModel& model, const ControlLook& look)
@@ -605,8 +562,11 @@ public:
         table_->verticalHeader()->defaultSectionSize() * (rows + 1) + 2 * table_->frameWidth());
     showWhenEmpty(*table_, toQt(look.empty));
     if (!look.hasSearch) return;
-    search_ = new SearchField(*table_, dialog.words().search);
-    search_->watch(dialog);
+    search_ = new SearchField(dialog.words().search);
+    search_->onSearch = [this](const QString& text) { table_->search(text); };
+    search_->onDown = [this] { table_->selectFirstShown(); };
+    // Who types here has left the control before.
+    search_->onEntered = [&dialog] { dialog.leaveBy(); };
   }
   [[nodiscard]] QWidget& widget() const override { return *table_; }
   [[nodiscard]] QWidget* searchField() const override { return search_; }

@@ -115,6 +115,7 @@ void LayoutBuilder::addLabelled(QBoxLayout& box, ControlView& view) {
   if (QWidget* label = labelFor(view)) box.addWidget(label);
   if (QWidget* search = view.searchField()) box.addWidget(search);
   box.addWidget(&view.widget(), view.hasOwnLabel() ? 0 : 1);
+  if (QWidget* companion = view.companion()) box.addWidget(companion);
   if (QWidget* unit = unitFor(view)) box.addWidget(unit);
 }
 
@@ -240,6 +241,17 @@ void LayoutBuilder::setMnemonics() {
         view->setMnemonic(letter);
         break;
       }
+  }
+  for (const auto& view : dialog_.views()) {
+    QAbstractButton* const button = view->companion();
+    if (button == nullptr) continue;
+    QString text = button->text();
+    for (qsizetype at = 0; at < text.size(); ++at) {
+      if (!text[at].isLetter() || taken.contains(text[at].toLower())) continue;
+      taken.insert(text[at].toLower());
+      button->setText(text.insert(at, QLatin1Char('&')));
+      break;
+    }
   }
 }
 

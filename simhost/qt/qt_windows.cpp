@@ -64,6 +64,11 @@ void QtWindows::setMainWindow(QWidget* window) {
   mainFace_ = window == nullptr ? nullptr : std::make_unique<KvWindow>();
 }
 
+bool QtWindows::isDialogSeen() const {
+  return std::any_of(
+      dialogs_.begin(), dialogs_.end(), [](const QtDialog* dialog) { return dialog->frame().isVisible(); });
+}
+
 void QtWindows::beginRun() {
   failure_.clear();
   quitPosted_ = false;

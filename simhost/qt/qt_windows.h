@@ -51,6 +51,8 @@ public:
 
   /// A dialog or a question is open, or hidden while the host has the editor: no other command may begin.
   [[nodiscard]] bool isBusy() const override { return openWindows_ > 0 || !dialogs_.empty(); }
+  /// A dialog stands on the screen and waits for its user.
+  [[nodiscard]] bool isDialogSeen() const;
   void beginRun() override;
   /// All questions, displays and answers so far as the text of an answer file.
   [[nodiscard]] std::string recording() const { return recorder_.text(); }

@@ -4,6 +4,7 @@
 #include "simhost/qt/icons.h"
 #include "simhost/qt/qt_dialog.h"
 #include "simhost/qt/qt_text.h"
+#include "simhost/qt/search_field.h"
 #include "text/encoding.h"
 
 #include <QHeaderView>
@@ -11,6 +12,7 @@
 
 #include <nlohmann/json.hpp>
 
+#include <algorithm>
 #include <functional>
 #include <map>
 
@@ -62,8 +64,14 @@ public:
     });
     // The double click means what the dialog makes of it; folding has its own mark.
     tree_->setExpandsOnDoubleClick(false);
+    if (!look.hasSearch) return;
+    search_ = new SearchField(dialog.words().searchTree);
+    search_->onSearch = [this](const QString& text) { search(text); };
+    search_->onDown = [this] { selectFirstShown(); };
+    search_->onEntered = [&dialog] { dialog.leaveBy(); };
   }
   [[nodiscard]] QWidget& widget() const override { return *tree_; }
+  [[nodiscard]] QWidget* searchField() const override { return search_; }
 
   [[nodiscard]] Json reading() const override {
     Json outline = Json::array();
@@ -100,6 +108,36 @@ private:
       path.insert(path.begin(), isFirst ? Json(toUtf8(items_.TextOf(at))) : Json(place));
     }
     return {{verb, toUtf8(items_.role())}, {"path", std::move(path)}};
+  }
+
+  void search(const QString& text) {
+    const QStringList words = text.split(QLatin1Char(' '), Qt::SkipEmptyParts);
+    // Every word somewhere on the way from the root; what leads to such an item is seen as well.
+    const std::function<bool(QTreeWidgetItem&, const QString&)> narrow = [&](QTreeWidgetItem& item,
+                                                                             const QString& above) {
+      const QString path = above + QLatin1Char('\n') + item.text(0);
+      bool isWanted = std::all_of(words.begin(), words.end(), [&path](const QString& word) {
+        return path.contains(word, Qt::CaseInsensitive);
+      });
+      bool leads = false;
+      for (int row = 0; row < item.childCount(); ++row)
+        leads = narrow(*item.child(row), path) || leads;
+      item.setHidden(!isWanted && !leads);
+      if (leads && !words.isEmpty()) item.setExpanded(true);
+      return isWanted || leads;
+    };
+    for (int row = 0; row < tree_->topLevelItemCount(); ++row)
+      narrow(*tree_->topLevelItem(row), {});
+  }
+
+  /// The first item without any below it, as those are what is chosen.
+  void selectFirstShown() {
+    for (QTreeWidgetItem* item = tree_->topLevelItem(0); item != nullptr; item = tree_->itemBelow(item)) {
+      if (item->isHidden() || item->childCount() > 0) continue;
+      tree_->setFocus(Qt::TabFocusReason);
+      tree_->setCurrentItem(item);
+      return;
+    }
   }
 
   void show() override {
@@ -160,6 +198,7 @@ private:
   TreeModel& items_;
   std::wstring icons_;
   PatientTree* tree_;
+  SearchField* search_ = nullptr;
   std::map<int, QTreeWidgetItem*> shown_;
 };
 

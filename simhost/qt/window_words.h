@@ -11,6 +11,10 @@ struct WindowWords {
   QString help = QStringLiteral("Help");
   QString noDrawing = QStringLiteral("No drawing");
   QString nothingToSet = QStringLiteral("Nothing to set here");
+  QString searchTree = QStringLiteral("Search");
+  QString insertEverything = QStringLiteral("Insert everything");
+  QString insertEverythingTip =
+      QStringLiteral("Insert all units, and those that come with them, until none waits");
   QString search = QStringLiteral("Search, such as 15 460");
 };
 

@@ -88,6 +88,7 @@ TEST_CASE(
   CHECK_FALSE(pumps.gui.window.selectedCircuit().empty());
   CHECK(pumps.gui.window.selectedCircuit() != second);
   CHECK(table.currentItem() == table.topLevelItem(0));
+  CHECK(pumps.gui.window.status().startsWith(QStringLiteral("MTR1, 10 HP")));
   pumps.gui.click(50, -200);
   CHECK(pumps.gui.window.selectedCircuit().empty());
   CHECK(pumps.gui.window.view().group().empty());
