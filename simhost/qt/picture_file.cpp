@@ -1,6 +1,7 @@
 #include "simhost/qt/picture_file.h"
 
-#include "simhost/host/files.h"
+#include "platform/file_replace.h"
+#include "text/encoding.h"
 
 #include <QBuffer>
 #include <QImage>
@@ -13,7 +14,10 @@ std::string writePicture(const QImage& picture, const std::filesystem::path& fil
   QBuffer buffer(&bytes);
   if (!buffer.open(QIODevice::WriteOnly) || !picture.save(&buffer, "PNG", asSmallAsPossible))
     return file.string() + ": the picture cannot be made";
-  return replaceFile(file, bytes.toStdString());
+  // A folder that does not exist is a slip in the path: it is reported and not made.
+  const std::wstring path = brenvolt::fromUtf8(file.string());
+  const auto reason = brenvolt::replaceFile(path, bytes.toStdString());
+  return reason ? file.string() + ": " + brenvolt::toUtf8(*reason) : std::string();
 }
 
 } // namespace simhost
