@@ -52,7 +52,12 @@ private:
   void plan() {
     QTimer::singleShot(0, &here_, [this] {
       plan();
+      // Sending a key works off events, this timer's too: only windows that open may nest, and not many of them.
+      constexpr int deepest = 20;
+      if (depth_ >= deepest) return;
+      ++depth_;
       step();
+      --depth_;
     });
   }
 
@@ -132,6 +137,7 @@ private:
   QElapsedTimer clock_;
   QObject here_;
   int steps_ = 0;
+  int depth_ = 0;
 };
 
 } // namespace
