@@ -40,11 +40,13 @@ ListMapping mappingOf(const std::string& file) {
       throw BadInput(
           file + ": \"" + name +
           "\" must be \"columns\" with an object of names, or \"types\" with a list of rules");
-  for (const auto& [theirs, ours] : json.value("columns", Json::object()).items()) {
+  const Json columns = json.value("columns", Json::object());
+  for (const auto& [theirs, ours] : columns.items()) {
     if (!ours.is_string()) throw BadInput(file + ": columns: \"" + theirs + "\" must name a column");
     mapping.columns[fromUtf8(theirs)] = fromUtf8(ours.get<std::string>());
   }
-  for (const Json& text : json.value("types", Json::array())) {
+  const Json types = json.value("types", Json::array());
+  for (const Json& text : types) {
     std::wstring fault = L"must be a text such as \"hp <= 10 -> Direct on line\"";
     const auto rule =
         text.is_string() ? circuits::TypeRule::parse(fromUtf8(text.get<std::string>()), fault) : std::nullopt;

@@ -52,12 +52,7 @@ private:
   void plan() {
     QTimer::singleShot(0, &here_, [this] {
       plan();
-      // Sending a key works off events, this timer's too: only windows that open may nest, and not many of them.
-      constexpr int deepest = 20;
-      if (depth_ >= deepest) return;
-      ++depth_;
       step();
-      --depth_;
     });
   }
 
@@ -65,16 +60,23 @@ private:
     return std::uniform_int_distribution<std::size_t>(0, limit - 1)(random_);
   }
 
-  /// A window may go while a key or button is down.
-  static void key(QWidget& window, Qt::Key key) {
-    const QPointer<QWindow> handle(window.windowHandle());
-    if (handle != nullptr) QTest::keyPress(handle, key);
-    if (handle != nullptr) QTest::keyRelease(handle, key);
+  // Events are posted: sending one processes the others, the next step among them, and steps would nest without end.
+  static void key(const QWidget& window, Qt::Key key) {
+    QWindow* handle = window.windowHandle();
+    if (handle == nullptr) return;
+    const QString text = key < Qt::Key_Escape ? QString(QChar(static_cast<char16_t>(key))) : QString();
+    for (const QEvent::Type type : {QEvent::KeyPress, QEvent::KeyRelease})
+      QCoreApplication::postEvent(handle, new QKeyEvent(type, key, Qt::NoModifier, text));
   }
-  static void click(QWidget& window, const QPoint& place) {
-    const QPointer<QWindow> handle(window.windowHandle());
-    if (handle != nullptr) QTest::mousePress(handle, Qt::LeftButton, Qt::NoModifier, place);
-    if (handle != nullptr) QTest::mouseRelease(handle, Qt::LeftButton, Qt::NoModifier, place);
+  static void click(const QWidget& window, const QPoint& place) {
+    QWindow* handle = window.windowHandle();
+    if (handle == nullptr) return;
+    const QPointF global = handle->mapToGlobal(place);
+    for (const auto& [type, held] :
+         {std::pair{QEvent::MouseButtonPress, Qt::LeftButton},
+          std::pair{QEvent::MouseButtonRelease, Qt::NoButton}})
+      QCoreApplication::postEvent(
+          handle, new QMouseEvent(type, QPointF(place), global, Qt::LeftButton, held, Qt::NoModifier));
   }
 
   QWidget& top() const {
@@ -87,7 +89,7 @@ private:
 
   void goHome(QWidget& window) {
     if (&window == &gui_.window) {
-      if (!gui_.window.pickPrompt().isEmpty()) gui_.key(Qt::Key_Escape);
+      if (!gui_.window.pickPrompt().isEmpty()) key(window, Qt::Key_Escape);
       return;
     }
     // Yes to leaving, where that is asked; else Escape.
@@ -137,7 +139,6 @@ private:
   QElapsedTimer clock_;
   QObject here_;
   int steps_ = 0;
-  int depth_ = 0;
 };
 
 } // namespace
