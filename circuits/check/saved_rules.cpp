@@ -179,31 +179,31 @@ private:
       const std::wstring& code, const std::wstring& size, const std::wstring& metal,
       const std::wstring& standard) {
     if (size.empty() || metal.empty()) return;
-    bool hasTable = false;
+    bool tableFound = false;
     for (const ElectricalCode& electrical : codes_) {
       const SiteTable* table = tables_.find(L"AMP_" + metal + L"_" + standard + L"_" + electrical.name);
       if (table == nullptr) continue;
-      hasTable = true;
+      tableFound = true;
       const int column = table->text.columnOf(L"SIZE_DESC");
       for (const TableText::Row& row : table->text.rows)
         if (equalsOrdinalNoCase(brenvolt::removeBlanks(row.cell(column)), brenvolt::removeBlanks(size)))
           return;
     }
     findings_.add(
-        hasTable ? L"saved-size-gone" : L"saved-table-gone", placeOf(code),
+        tableFound ? L"saved-size-gone" : L"saved-table-gone", placeOf(code),
         {{L"saved", name_}, {L"size", size}, {L"metal", metal}, {L"standard", standard}});
   }
 
   void checkRating(const std::wstring& code, const std::vector<std::wstring>& setup, const wchar_t* family) {
     const std::wstring type = at(setup, setupplace::type);
     if (type.empty()) return;
-    bool hasTable = false;
+    bool tableFound = false;
     for (const ElectricalCode& electrical : codes_)
       if (const SiteTable* table = tables_.resolve(family, electrical.name)) {
-        hasTable = true;
+        tableFound = true;
         if (hasRating(*table, setup)) return;
       }
-    if (hasTable)
+    if (tableFound)
       findings_.add(
           L"saved-motor-gone", placeOf(code),
           {{L"saved", name_},

@@ -37,7 +37,7 @@ std::wstring keyOf(const Device& device) {
   return device.tag + L'\n' + device.installation + L'\n' + device.location;
 }
 
-KvPoint3d positionOf(const DrawingDatabase& drawing, KvDbHandle symbol) {
+KvPoint3d insertionPoint(const DrawingDatabase& drawing, KvDbHandle symbol) {
   return std::get<simhost::BlockReference>(drawing.find(symbol)->value.shape).position;
 }
 
@@ -105,7 +105,7 @@ std::vector<DeviceSymbols> symbolsOf(const DrawingDatabase& drawing) {
     if (!hasReferences(netlist.devices[device])) continue;
     devices.push_back({keyOf(netlist.devices[device]), {}});
     for (const KvDbHandle symbol : orderedSymbols(netlist, device))
-      devices.back().positions.push_back(positionOf(drawing, symbol));
+      devices.back().positions.push_back(insertionPoint(drawing, symbol));
   }
   return devices;
 }

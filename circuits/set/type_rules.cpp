@@ -55,8 +55,8 @@ std::optional<TypeRule> TypeRule::parse(std::wstring_view text, std::wstring& fa
     const bool isWide = part[sign] != L'=' && sign + 1 < part.size() && part[sign + 1] == L'=';
     Condition condition{
         SetField::load, {}, Comparison::equal, brenvolt::trim(part.substr(sign + (isWide ? 2 : 1)))};
-    if (part[sign] == L'<') condition.comparison = isWide ? Comparison::atMost : Comparison::less;
-    if (part[sign] == L'>') condition.comparison = isWide ? Comparison::atLeast : Comparison::more;
+    if (part[sign] == L'<') condition.comparison = isWide ? Comparison::lessOrEqual : Comparison::less;
+    if (part[sign] == L'>') condition.comparison = isWide ? Comparison::greaterOrEqual : Comparison::more;
     const std::wstring name = brenvolt::trim(part.substr(0, sign));
     bool needsNumber = condition.comparison != Comparison::equal;
     if (const SetFieldRow* field = fieldOf(name)) {
@@ -90,11 +90,11 @@ bool TypeRule::fits(const SetRow& row) const {
     switch (condition.comparison) {
     case Comparison::less:
       return has < wanted;
-    case Comparison::atMost:
+    case Comparison::lessOrEqual:
       return has <= wanted;
     case Comparison::more:
       return has > wanted;
-    case Comparison::atLeast:
+    case Comparison::greaterOrEqual:
       return has >= wanted;
     case Comparison::equal:
       return has == wanted;

@@ -22,7 +22,7 @@ public:
   [[nodiscard]] const std::wstring& type() const { return type_; }
 
 private:
-  enum class Comparison { less, atMost, more, atLeast, equal };
+  enum class Comparison { less, lessOrEqual, more, greaterOrEqual, equal };
   struct Condition {
     SetField field;
     std::wstring units; ///< that the row's load must have; empty for any

@@ -2,8 +2,8 @@
 #pragma once
 
 #include "platform/table_import.h"
-#include "simhost/cli/table_output.h"
 #include "simhost/cli/exit_code.h"
+#include "simhost/cli/table_output.h"
 
 #include <string>
 
