@@ -99,7 +99,7 @@ SetCircuit resolved(const RebuildRequest& request, const CircuitObject& circuit,
   if (circuit.fields.empty())
     throw BadInput(
         toUtf8(circuit.name()) +
-        ": the drawing does not keep what the circuit was built from; build it anew");
+        ": the drawing does not contain the choices of this circuit; erase it and build a new one");
   SetList list{toUtf8(circuit.name()), {rowOf(circuit)}, {}, {}};
   for (const auto& [key, value] : request.choices)
     choose(list.rows.front(), key, value);

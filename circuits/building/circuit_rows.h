@@ -3,22 +3,18 @@
 #pragma once
 
 #include "circuits/set/set_list.h"
+#include "project/entry_content.h"
 #include "simhost/site/engineering_run.h"
 
 #include <cstddef>
-#include <cstdint>
 #include <string>
 #include <utility>
 #include <vector>
 
 namespace circuits {
 
-/// A choice of a group of a CODE.
-struct SetOption {
-  std::wstring group;
-  std::wstring title;
-  std::int32_t value = 0;
-};
+/// The choices of a CODE.
+using SetOption = brenvolt::EntryOption;
 using SetOptionsOfCode = std::pair<std::wstring, std::vector<SetOption>>;
 
 /// One circuit, ready to build.

@@ -127,12 +127,11 @@ fs::path CheckSession::database(std::wstring& error) {
   return copy;
 }
 
-fs::path CheckSession::workbookWith(const std::wstring& savedConfigurations) {
+fs::path CheckSession::workbookWith(std::string_view savedConfigurations) {
   const fs::path copy = folder_ / "zan_brenvolt.xls";
   std::error_code code;
   fs::copy_file(site_.workbook, copy, fs::copy_options::skip_existing, code);
-  const std::string text = brenvolt::toUtf8(savedConfigurations);
-  if (code || !simhost::replaceFile(folder_ / "zan_brenvolt.xml", text).empty()) return {};
+  if (code || !simhost::replaceFile(folder_ / "zan_brenvolt.xml", savedConfigurations).empty()) return {};
   return copy;
 }
 

@@ -51,8 +51,8 @@ public:
   [[nodiscard]] Answer call(std::wstring_view function, std::span<const simhost::lisp::Value> arguments);
   [[nodiscard]] Answer run(std::wstring_view text, std::wstring_view fileName);
 
-  /// A copy of the workbook with these saved configurations beside it; empty when it cannot be made.
-  [[nodiscard]] std::filesystem::path workbookWith(const std::wstring& savedConfigurations);
+  /// A copy of the workbook with this file of saved configurations beside it; empty when it cannot be made.
+  [[nodiscard]] std::filesystem::path workbookWith(std::string_view savedConfigurations);
   /// A copy of the engineering tables that nobody else sees; empty when they cannot be read, and the reason is in `error`.
   [[nodiscard]] std::filesystem::path database(std::wstring& error);
 

@@ -155,10 +155,10 @@ private:
     for (std::size_t i = 0; i < plan.groups().size(); ++i) {
       const ChoiceGroup& group = plan.groups()[i];
       const SheetOption& option = group.options().options[choices[i]];
-      chosen.push_back({group.code->code, group.options().title, option.text, option.value});
+      chosen.push_back({group.code->code, {group.options().title, option.text, option.value}});
     }
-    return session_.workbookWith(savedSample(
-        load_ ? &*load_ : nullptr, controls_, chosen, entry_.circuit, entry_.type, std::wstring(savedName)));
+    return session_.workbookWith(
+        savedSample(load_ ? &*load_ : nullptr, controls_, chosen, {entry_.circuit, entry_.type, savedName}));
   }
 
   bool build(const ChoicePlan& plan, const Choices& choices) {
@@ -239,7 +239,7 @@ private:
         if (form.row == place.row && form.column == place.column &&
             form.text == question.parameter(L"errorFunc"))
           text = {form.cell, form.from, form.text.size()};
-    if (!told_.insert(placeText(place) + error).second) return;
+    if (!reported_.insert(placeText(place) + error).second) return;
     findings_.add(
         isLoop ? L"run-form-loops" : L"run-form-fails", std::move(place), std::move(text),
         {{L"circuit", SiteModel::nameOf(entry_)}, {L"choices", choices_}, {L"error", error}});
@@ -251,7 +251,7 @@ private:
     if (reason.empty()) reason = lastError();
     if (reason.empty()) reason = L"no reason was given";
     if (answer.isLoop) loops_ = true;
-    if (!told_.insert(reason).second) return;
+    if (!reported_.insert(reason).second) return;
     FindingPlace place = site_.place(circuitListSheet, entry_.row, 2);
     std::wstring where = placeText(answer.place);
     findings_.add(
@@ -269,7 +269,7 @@ private:
     if (load_ && load_->isRated)
       for (const SheetCode& code : sheet_.codes)
         if (takesRatings(code)) circuit.rated.insert(toUpper(code.code));
-    checkDrawing(circuit, told_, findings_);
+    checkDrawing(circuit, reported_, findings_);
   }
 
   void addStarts(const TemplateDrawing& each, DrawnCircuit& circuit) const {
@@ -319,7 +319,7 @@ private:
   std::vector<SampleControl> controls_;
   std::wstring choices_;
   std::wstring lastKey_;
-  std::set<std::wstring> told_;
+  std::set<std::wstring> reported_;
   bool hasFailed_ = false; ///< a form of the build at work
   bool loops_ = false;
 };

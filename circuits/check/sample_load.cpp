@@ -5,6 +5,8 @@
 #include "data/wire_table_cache.h"
 #include "data/wire_tables.h"
 #include "platform/tables.h"
+#include "platform/xml_document.h"
+#include "project/history_names.h"
 #include "text/compare.h"
 #include "text/encoding.h"
 #include "text/numbers.h"
@@ -16,6 +18,7 @@
 
 namespace circuits {
 
+namespace xmlname = brenvolt::xmlname;
 using brenvolt::equalsOrdinalNoCase;
 
 namespace {
@@ -75,16 +78,6 @@ void sizeWires(
     sample.groundSize = brenvolt::removeBlanks(grounds.front());
 }
 
-std::wstring escaped(std::wstring_view text) {
-  std::wstring whole = brenvolt::replaceAll(text, L"&", L"&amp;");
-  whole = brenvolt::replaceAll(whole, L"<", L"&lt;");
-  return brenvolt::replaceAll(whole, L"\"", L"&quot;");
-}
-
-std::wstring property(std::wstring_view name, std::wstring_view value) {
-  return L"<Property Name=\"" + escaped(name) + L"\" Value=\"" + escaped(value) + L"\"/>";
-}
-
 } // namespace
 
 std::optional<SampleLoad> sampleLoad(
@@ -123,51 +116,48 @@ std::optional<SampleLoad> sampleLoad(
 
 namespace {
 
-std::wstring setupText(const SampleLoad& load, const SampleControl& control) {
-  const std::wstring row = load.kind == LoadKind::motor ? L"MotorSetup" : L"LOADSetup";
-  std::wstring text = L"<ControlGroup><" + row + L">";
+std::vector<brenvolt::EntryRow> setupOf(const SampleLoad& load, const SampleControl& control) {
+  const bool isMotor = load.kind == LoadKind::motor;
+  brenvolt::HistoryProperties fields;
   for (std::size_t i = 0; i < load.setup.size(); ++i)
-    text += property(L"Field " + brenvolt::formatInt(static_cast<std::int64_t>(i)), load.setup[i]);
-  text += L"</" + row + L">";
-  for (const SampleWire& wire : control.wires) {
-    const std::wstring element = wire.isGround ? L"GroundingWireSetup" : L"WireSetup";
-    text += L"<" + element + L">" + property(L"Size", wire.isGround ? load.groundSize : load.wireSize) +
-            property(L"Layer", wire.layer) + L"</" + element + L">";
-  }
-  return text + L"</ControlGroup>";
+    fields.emplace_back(L"Field " + brenvolt::formatInt(static_cast<std::int64_t>(i)), load.setup[i]);
+  std::vector<brenvolt::EntryRow> rows = {
+      {std::wstring(isMotor ? xmlname::motorSetup : xmlname::loadSetup), std::move(fields)}};
+  for (const SampleWire& wire : control.wires)
+    rows.push_back(
+        {std::wstring(wire.isGround ? xmlname::groundingWireSetup : xmlname::wireSetup),
+         {{L"Size", wire.isGround ? load.groundSize : load.wireSize}, {L"Layer", wire.layer}}});
+  return rows;
 }
 
 } // namespace
 
-std::wstring savedSample(
+std::string savedSample(
     const SampleLoad* load, const std::vector<SampleControl>& controls,
-    const std::vector<SampleChoice>& choices, const std::wstring& circuit, const std::wstring& type,
-    const std::wstring& name) {
-  std::wstring text = L"<BrenvoltHistory Version=\"1.0\"><Circuit Name=\"" + escaped(circuit) +
-                      L"\"><CircuitType Name=\"" + escaped(type) + L"\"><History Name=\"" + escaped(name) +
-                      L"\" ComponentScale=\"1\" CircuitScale=\"1\">";
-  const auto marker =
-      [&text](const std::wstring& code, const std::wstring& place, const std::wstring& content) {
-        text += L"<Marker Code=\"" + escaped(code) + L"\" Tag=\"" + escaped(code) + place + L"\">" + content +
-                L"</Marker>";
-      };
+    const std::vector<SampleChoice>& choices, const brenvolt::HistoryKey& key) {
+  brenvolt::EntryContent entry{key, {}, {}};
   if (load != nullptr)
-    for (const SampleControl& control : controls)
-      marker(
-          control.code, L".1.1", setupText(*load, control)); // the first of its CODE in the template itself
-  std::map<std::wstring, std::wstring> options;              // by CODE
+    for (const SampleControl& control : controls) // the first of its CODE in the template itself
+      entry.markers.push_back({.code = control.code, .options = {}, .rows = setupOf(*load, control)});
+  std::map<std::wstring, std::vector<brenvolt::EntryOption>> options; // by CODE
   for (const SampleChoice& choice : choices)
-    options[choice.code] += L"<SelectOption UI_TITLE=\"" + escaped(choice.group) + L"\" UI_PROMPT=\"" +
-                            escaped(choice.option) + L"\" UI_VAL=\"" + brenvolt::formatInt(choice.value) +
-                            L"\"/>";
+    options[choice.code].push_back(choice.option);
   // How often a CODE comes, and how deep, shows only when the circuit is built.
   constexpr int mostOrdinals = 6;
-  constexpr int mostLevels = 5;
-  for (const auto& [code, content] : options)
+  constexpr int mostDepths = 5;
+  for (const auto& [code, chosen] : options)
     for (int ordinal = 1; ordinal <= mostOrdinals; ++ordinal)
-      for (int level = 1; level <= mostLevels; ++level)
-        marker(code, L"." + brenvolt::formatInt(ordinal) + L"." + brenvolt::formatInt(level), content);
-  return text + L"</History></CircuitType></Circuit></BrenvoltHistory>";
+      for (int depth = 1; depth <= mostDepths; ++depth)
+        entry.markers.push_back(
+            {.code = code, .ordinal = ordinal, .depth = depth, .options = chosen, .rows = {}});
+  brenvolt::HistoryFile file;
+  file.startEmpty({});
+  try {
+    brenvolt::appendEntry(file, entry);
+  } catch (const brenvolt::XmlError&) {
+    file.startEmpty({}); // the rules for the worksheet report such a text
+  }
+  return file.bytes();
 }
 
 } // namespace circuits

@@ -2,8 +2,8 @@
 #pragma once
 
 #include "circuits/check/table_rules.h"
+#include "project/entry_content.h"
 
-#include <cstdint>
 #include <filesystem>
 #include <optional>
 #include <string>
@@ -44,16 +44,13 @@ struct SampleControl {
 /// The choice of a group, for every marker of a CODE.
 struct SampleChoice {
   std::wstring code;
-  std::wstring group;
-  std::wstring option;
-  std::int32_t value = 0;
+  brenvolt::EntryOption option;
 };
 
-/// The text of a file of saved configurations with one, named `name`.
+/// The bytes of a file of saved configurations with one; with none when a text of the site does not fit into such a file.
 /// @param load  null for a circuit without motor or load
-[[nodiscard]] std::wstring savedSample(
+[[nodiscard]] std::string savedSample(
     const SampleLoad* load, const std::vector<SampleControl>& controls,
-    const std::vector<SampleChoice>& choices, const std::wstring& circuit, const std::wstring& type,
-    const std::wstring& name);
+    const std::vector<SampleChoice>& choices, const brenvolt::HistoryKey& key);
 
 } // namespace circuits
