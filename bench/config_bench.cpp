@@ -172,7 +172,8 @@ public:
     args.worksheet = L"S";
     args.circuit = L"Lineup";
     args.type = L"Bench";
-    build_ = std::make_unique<ZanBrenvolt>(std::move(args), circuit_);
+    build_ =
+        std::make_unique<ZanBrenvolt>(std::move(args), LentValues{circuit_, acceptedTables_, lastMarkerId_});
     const ResourceScope resources;
     build_->readBuildData();
     if (!build_->loadCatalog() || !build_->readMarkers() || !build_->prepare(BuildKind::interactive))
@@ -197,6 +198,8 @@ private:
   simhost::Session session_;
   simhost::Document& document_;
   CircuitContext circuit_;
+  AcceptedTables acceptedTables_;
+  std::int32_t lastMarkerId_ = 0;
   std::unique_ptr<ZanBrenvolt> build_;
 };
 

@@ -116,7 +116,7 @@ bool readDelimited(std::string_view bytes, const std::wstring& file, TableText& 
   checkHeader(file, table.columns, findings);
   for (int number = 2; number <= last; ++number) {
     std::vector<std::wstring>& cells = records.rows[static_cast<std::size_t>(number) - 1];
-    if (cells == std::vector<std::wstring>{L""}) continue; // an empty line is no row
+    if (cells == std::vector<std::wstring>{L""}) continue; // an empty line is not a row
     const auto count = [](std::size_t size) { return formatInt(static_cast<std::int64_t>(size)); };
     if (cells.size() != table.columns.size())
       findings.add(

@@ -9,7 +9,7 @@
 
 namespace circuits {
 
-/// Rows are numbered as a spreadsheet does. False when the file is no table at all.
+/// Rows are numbered as a spreadsheet does. False when the file is not a table.
 [[nodiscard]] bool readDelimited(
     std::string_view bytes, const std::wstring& file, TableText& table, Findings& findings);
 

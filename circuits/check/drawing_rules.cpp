@@ -19,7 +19,7 @@ namespace {
 
 /// Two places nearer than this are one, in drawing units.
 constexpr double samePlace = 0.01;
-/// Texts that touch by less than this part of the smaller one's height can be told apart.
+/// Texts that overlap by less than this part of the smaller height are still legible.
 constexpr double allowedOverlap = 0.15;
 
 double distance(const KvPoint3d& a, const KvPoint3d& b) {
@@ -66,8 +66,8 @@ struct Wire {
 
 class DrawingCheck final {
 public:
-  DrawingCheck(const DrawnCircuit& circuit, ToldFindings& told, Findings& findings)
-      : circuit_(circuit), store_(circuit.drawing.store()), told_(told), findings_(findings) {
+  DrawingCheck(const DrawnCircuit& circuit, ReportedFindings& reported, Findings& findings)
+      : circuit_(circuit), store_(circuit.drawing.store()), reported_(reported), findings_(findings) {
     const simhost::BlockNode* space = store_.findBlock(circuit.drawing.currentSpace());
     for (const EntityNode* node = space->first; node != nullptr; node = node->next)
       if (!node->isErased) nodes_.push_back(node);
@@ -112,7 +112,7 @@ private:
   }
 
   void add(std::wstring_view rule, FindingPlace place, RuleValues values) {
-    if (told_.insert(std::wstring(rule) + placeText(place)).second)
+    if (reported_.insert(std::wstring(rule) + placeText(place)).second)
       findings_.add(rule, std::move(place), values);
   }
 
@@ -257,7 +257,7 @@ private:
 
   const DrawnCircuit& circuit_;
   const simhost::DrawingStore& store_;
-  ToldFindings& told_;
+  ReportedFindings& reported_;
   Findings& findings_;
   std::vector<const EntityNode*> nodes_;
   std::vector<DisplayItem> items_;
@@ -269,8 +269,8 @@ private:
 
 } // namespace
 
-void checkDrawing(const DrawnCircuit& circuit, ToldFindings& told, Findings& findings) {
-  DrawingCheck(circuit, told, findings).run();
+void checkDrawing(const DrawnCircuit& circuit, ReportedFindings& reported, Findings& findings) {
+  DrawingCheck(circuit, reported, findings).run();
 }
 
 } // namespace circuits

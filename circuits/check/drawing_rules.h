@@ -20,8 +20,8 @@ struct WireStart {
   std::wstring layer; ///< empty when the template names no format
 };
 
-/// What has been told of a circuit already: other choices would tell it again.
-using ToldFindings = std::set<std::wstring>;
+/// Findings of a circuit that are already reported: other choices would repeat them.
+using ReportedFindings = std::set<std::wstring>;
 
 struct DrawnCircuit {
   const simhost::DrawingDatabase& drawing;
@@ -34,6 +34,6 @@ struct DrawnCircuit {
   std::set<std::wstring> rated;
 };
 
-void checkDrawing(const DrawnCircuit& circuit, ToldFindings& told, Findings& findings);
+void checkDrawing(const DrawnCircuit& circuit, ReportedFindings& reported, Findings& findings);
 
 } // namespace circuits

@@ -76,11 +76,11 @@ void checkMotors(const SiteTable& table, const ElectricalCode& electrical, Findi
     const int column = text.columnOf(choice.column);
     const std::vector<std::wstring> offered = electrical.listOf(choice.setting);
     if (column == 0 || offered.empty()) continue;
-    std::set<std::wstring> told;
+    std::set<std::wstring> reported;
     for (const TableText::Row& row : text.rows) {
       const std::wstring& value = row.cell(column);
       const bool isOffered = value.empty() || std::ranges::find(offered, value) != offered.end();
-      if (!isOffered && told.insert(value).second)
+      if (!isOffered && reported.insert(value).second)
         findings.add(
             L"motor-choice", table.place(row.number, column), {value},
             {{L"value", value}, {L"setting", choice.setting}, {L"options", electrical.options->text.name}});
@@ -114,10 +114,10 @@ private:
       known.insert(toUpper(row.cell(type)));
     if (motors_ == nullptr) return;
     const int motorType = motors_->text.columnOf(L"Type");
-    std::set<std::wstring> told;
+    std::set<std::wstring> reported;
     for (const TableText::Row& row : motors_->text.rows) {
       const std::wstring name = toUpper(row.cell(motorType));
-      if (!name.empty() && !known.contains(name) && told.insert(name).second)
+      if (!name.empty() && !known.contains(name) && reported.insert(name).second)
         findings_.add(
             L"motor-type-unrated", motors_->place(row.number, motorType), {row.cell(motorType)},
             {{L"type", row.cell(motorType)}, {L"table", formulas_.text.name}});

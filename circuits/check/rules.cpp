@@ -258,7 +258,7 @@ constexpr Rule table[] = {
     {L"run-wire-unsized", run, warning,
      L"The wire is on layer {layer}; its size asks for {expected}. Built with {choices}.",
      L"Let the form take the wire's size and layer from #data.", L"a form that draws on a fixed layer"},
-    {L"run-wire-layer", run, warning, L"The layer {layer} is not a wire layer, so its lines are no wires.",
+    {L"run-wire-layer", run, warning, L"The layer {layer} is not a wire layer, so its lines are not wires.",
      L"Give the layer wire settings where the site's LISP makes it.", L"`(layer-define \"BLK_14AWG\")`"},
 
     // Engineering tables: files and columns.

@@ -320,7 +320,7 @@ Report cablesReport(const std::vector<Sheet>& sheets) {
         const Conductor& conductor = list.conductors[*pin.conductor];
         const bool isGround = !list.nets[conductor.net].carriesNumber;
         ++sizes[(isGround ? L"PE " : L"") + conductor.size];
-        // Grounding conductors of several motors hang together and are no way that a cable goes.
+        // The grounding conductors of several motors are connected, so they do not show the way of a cable.
         for (const std::size_t other : conductor.pins)
           if (const Pin& end = list.pins[other]; end.device != place && !isGround)
             from.push_back(list.devices[end.device].tag);

@@ -1,4 +1,4 @@
-// A circuit of a drawing that a subcommand is told by name.
+// The circuit of a drawing that an option of a subcommand names.
 #pragma once
 
 #include "circuits/provenance/circuit_objects.h"

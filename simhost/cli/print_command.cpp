@@ -45,7 +45,7 @@ ExitCode runPrint(const PrintOptions& options) {
   circuits::PaperOptions paper{fromUtf8(options.title), {}};
   for (const std::string& kind : options.lists) {
     const auto known_kind = circuits::reportKindOf(kind);
-    if (!known_kind) throw BadInput("--list: \"" + kind + "\" is no report");
+    if (!known_kind) throw BadInput("--list: \"" + kind + "\" is not a report");
     paper.lists.push_back(circuits::makeReport(*known_kind, sheets));
   }
   if (const auto reason = circuits::writePdf(options.pdf, pages, paper)) throw CannotWrite(*reason);

@@ -89,14 +89,16 @@ private:
     if (!unanswered.empty()) throw BadInput(toUtf8(unanswered));
     const bool isFailed = outcome.kind == CommandOutcome::Kind::failed;
     const bool isDone = outcome.kind == CommandOutcome::Kind::done;
-    const std::string told = isFailed ? toUtf8(outcome.message) : isDone ? "" : "the run was cancelled";
+    const std::string outcomeText = isFailed ? toUtf8(outcome.message)
+                                    : isDone ? ""
+                                             : "the run was cancelled";
     if (command.end != (isFailed ? End::failed : isDone ? End::done : End::cancelled))
       fail(
-          command.end == End::done ? told
+          command.end == End::done ? outcomeText
           : isDone                 ? "succeeded, but did not when it was recorded"
-                                   : "ends differently than recorded: " + told);
+                                   : "ends differently than recorded: " + outcomeText);
     value_ = isDone ? outcome.value : lisp::Value();
-    if (!isDone) std::fprintf(stderr, "brenvolt: as recorded: %s\n", told.c_str());
+    if (!isDone) std::fprintf(stderr, "brenvolt: as recorded: %s\n", outcomeText.c_str());
   }
 
   HostRun& host_;

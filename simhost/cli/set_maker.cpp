@@ -198,7 +198,7 @@ private:
       if (file.size() < 12 || file <= "sheets/" + sheetName(count) + ".json") continue;
       if (digestOf(readFile(path).value_or("")) != sheet.value("digest", "")) {
         std::fprintf(
-            stderr, "brenvolt: %s: is no sheet of the set any more, and was changed by hand: it stays\n",
+            stderr, "brenvolt: %s: not a sheet of the set any more, but changed by hand; it was kept\n",
             path.string().c_str());
         continue;
       }

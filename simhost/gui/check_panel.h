@@ -36,7 +36,7 @@ struct SiteFinding {
 
 class CheckPanel final : public QWidget {
 public:
-  /// An empty folder is no site: nothing can be checked then.
+  /// With an empty folder nothing can be checked.
   CheckPanel(const HostTexts& texts, QString siteFolder, QWidget* parent = nullptr);
   ~CheckPanel() override;
 

@@ -15,7 +15,7 @@ namespace simhost {
 
 class DialogClock final {
 public:
-  /// `due` is called when time is to be advanced. By hand: time advances only as `timers` are told.
+  /// `due` is called when time is to be advanced. Manual: time advances only through `timers`.
   explicit DialogClock(std::function<void()> due);
 
   void start(int timer, int milliseconds);

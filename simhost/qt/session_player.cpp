@@ -25,7 +25,7 @@ using brenvolt::toUtf8;
 
 namespace {
 
-/// The window's inside with a thin line around, so that it is told from a page of its own colour.
+/// The content of the window with a thin border, visible also on a page of the same colour.
 [[nodiscard]] std::string savePicture(QWidget& window, const std::filesystem::path& file) {
   QImage picture = window.grab().toImage().convertToFormat(QImage::Format_RGB888);
   {
