@@ -2,6 +2,7 @@
 
 #include "simhost/drawing/box_index.h"
 #include "simhost/drawing/display_list.h"
+#include "simhost/drawing/distance.h"
 #include "text/compare.h"
 #include "text/split.h"
 
@@ -13,6 +14,7 @@ namespace circuits {
 using brenvolt::equalsOrdinalNoCase;
 using simhost::Box;
 using simhost::DisplayItem;
+using simhost::distanceBetween;
 using simhost::EntityNode;
 
 namespace {
@@ -22,39 +24,13 @@ constexpr double samePlace = 0.01;
 /// Texts that overlap by less than this part of the smaller height are still legible.
 constexpr double allowedOverlap = 0.15;
 
-double distance(const KvPoint3d& a, const KvPoint3d& b) {
-  return std::hypot(a.x - b.x, a.y - b.y);
-}
-
-double distanceToSegment(const KvPoint3d& point, const KvPoint3d& from, const KvPoint3d& to) {
-  const double dx = to.x - from.x;
-  const double dy = to.y - from.y;
-  const double square = dx * dx + dy * dy;
-  if (square == 0.0) return distance(point, from);
-  const double along = std::clamp(((point.x - from.x) * dx + (point.y - from.y) * dy) / square, 0.0, 1.0);
-  return std::hypot(point.x - from.x - along * dx, point.y - from.y - along * dy);
-}
-
-/// How far a place is from what a shape shows; texts connect nothing.
-double distanceTo(const simhost::Shape& shape, const KvPoint3d& point) {
-  constexpr double farAway = 1e9;
-  if (const auto* line = std::get_if<simhost::Line>(&shape))
-    return distanceToSegment(point, line->from, line->to);
-  if (const auto* circle = std::get_if<simhost::Circle>(&shape))
-    return std::min(
-        std::abs(distance(point, circle->centre) - circle->radius), distance(point, circle->centre));
-  if (const auto* arc = std::get_if<simhost::Arc>(&shape))
-    return std::abs(distance(point, arc->centre) - arc->radius);
-  if (const auto* polyline = std::get_if<simhost::Polyline>(&shape)) {
-    double nearest = farAway;
-    for (std::size_t i = 1; i < polyline->points.size(); ++i)
-      nearest = std::min(nearest, distanceToSegment(point, polyline->points[i - 1], polyline->points[i]));
-    if (polyline->isClosed && !polyline->points.empty())
-      nearest =
-          std::min(nearest, distanceToSegment(point, polyline->points.back(), polyline->points.front()));
-    return nearest;
-  }
-  return farAway;
+/// Whether a wire that ends at the point is connected to what a shape shows; texts connect nothing, circles also at their
+/// centre.
+bool isConnected(const simhost::Shape& shape, const KvPoint3d& point) {
+  if (std::holds_alternative<simhost::Text>(shape)) return false;
+  const auto* circle = std::get_if<simhost::Circle>(&shape);
+  return simhost::distanceTo(shape, point) <= samePlace ||
+         (circle != nullptr && distanceBetween(circle->centre, point) <= samePlace);
 }
 
 struct Wire {
@@ -160,7 +136,7 @@ private:
     const Box area = {point.x - samePlace, point.y - samePlace, point.x + samePlace, point.y + samePlace};
     std::vector<const DisplayItem*> near;
     for (const std::uint32_t number : index_.meeting(area))
-      if (distanceTo(items_[number].shape, point) <= samePlace) near.push_back(&items_[number]);
+      if (isConnected(items_[number].shape, point)) near.push_back(&items_[number]);
     return near;
   }
 
@@ -182,7 +158,7 @@ private:
       const Wire* other = wireOf(item->entity);
       if (other == nullptr)
         hasDot = true; // a dot or a symbol: the connection is meant
-      else if (distance(other->from, end) > samePlace && distance(other->to, end) > samePlace)
+      else if (distanceBetween(other->from, end) > samePlace && distanceBetween(other->to, end) > samePlace)
         crossed = other;
     }
     if (!isAttached)
@@ -200,7 +176,7 @@ private:
       const auto* line = std::get_if<simhost::Line>(&node->value.shape);
       if (line == nullptr) continue;
       const bool beginsHere =
-          distance(line->from, point) <= samePlace || distance(line->to, point) <= samePlace;
+          distanceBetween(line->from, point) <= samePlace || distanceBetween(line->to, point) <= samePlace;
       if (!beginsHere) continue;
       if (!equalsOrdinalNoCase(node->value.layer, start.layer)) {
         other = &node->value.layer; // a feeder of another size may end here

@@ -2,6 +2,7 @@
 // wires and pins.
 #include "circuits/netlist/netlist.h"
 
+#include "simhost/drawing/distance.h"
 #include "text/compare.h"
 #include "text/split.h"
 
@@ -17,6 +18,7 @@ namespace circuits {
 
 using simhost::Attribute;
 using simhost::BlockReference;
+using simhost::distanceBetween;
 using simhost::DrawingDatabase;
 using simhost::EntityNode;
 using simhost::Line;
@@ -58,18 +60,8 @@ bool isPinTag(const std::wstring& tag) {
   return tag.size() == 8 && tag[0] == L'X' && tag.compare(2, 4, L"TERM") == 0;
 }
 
-double distance(const KvPoint3d& one, const KvPoint3d& other) {
-  return std::hypot(one.x - other.x, one.y - other.y);
-}
-
 bool isOn(const Line& line, const KvPoint3d& point) {
-  const double dx = line.to.x - line.from.x;
-  const double dy = line.to.y - line.from.y;
-  const double square = dx * dx + dy * dy;
-  if (square == 0.0) return distance(line.from, point) <= tolerance;
-  const double along =
-      std::clamp(((point.x - line.from.x) * dx + (point.y - line.from.y) * dy) / square, 0.0, 1.0);
-  return distance({line.from.x + along * dx, line.from.y + along * dy, 0.0}, point) <= tolerance;
+  return simhost::distanceToSegment(point, line.from, line.to) <= tolerance;
 }
 
 /// Sets that are joined; each knows one of its members as its name.
@@ -262,7 +254,7 @@ private:
     for (const KvDbHandle handle : conductor.wires) {
       const EntityNode& wire = *drawing_.find(handle);
       const Line& line = std::get<Line>(wire.value.shape);
-      lengths[wire.value.layer] += distance(line.from, line.to);
+      lengths[wire.value.layer] += distanceBetween(line.from, line.to);
     }
     conductor.layer =
         std::max_element(lengths.begin(), lengths.end(), [](const auto& one, const auto& other) {
@@ -303,8 +295,8 @@ private:
         if (isReached(pin)) continue;
         if (!last && !reached.empty())
           last = *std::min_element(reached.begin(), reached.end(), [&](std::size_t one, std::size_t other) {
-            return distance(netlist_.pins[one].position, netlist_.pins[pin].position) <
-                   distance(netlist_.pins[other].position, netlist_.pins[pin].position);
+            return distanceBetween(netlist_.pins[one].position, netlist_.pins[pin].position) <
+                   distanceBetween(netlist_.pins[other].position, netlist_.pins[pin].position);
           });
         if (last) conductor.runs.push_back({*last, pin, layer});
         reached.push_back(pin);

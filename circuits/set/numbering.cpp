@@ -1,6 +1,7 @@
 // Changing texts of attributes, in drawing order.
 #include "circuits/set/numbering.h"
 
+#include "simhost/drawing/distance.h"
 #include "text/compare.h"
 #include "text/numbers.h"
 
@@ -42,7 +43,7 @@ bool isContactNumber(const std::wstring& number) {
 }
 
 double lengthOf(const simhost::Line& line) {
-  return std::hypot(line.to.x - line.from.x, line.to.y - line.from.y);
+  return simhost::distanceBetween(line.from, line.to);
 }
 
 bool isLevel(const simhost::Line& line) {

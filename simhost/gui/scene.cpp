@@ -1,79 +1,14 @@
 // Taking a drawing over, and finding in it what a pointer means.
 #include "simhost/gui/scene.h"
 
+#include "simhost/drawing/distance.h"
 #include "simhost/drawing/geometry.h"
 
 #include <algorithm>
 #include <cmath>
-#include <numbers>
 #include <utility>
 
 namespace simhost {
-namespace {
-
-double distanceToSegment(const KvPoint3d& from, const KvPoint3d& to, const KvPoint3d& point) {
-  const double along = to.x - from.x;
-  const double up = to.y - from.y;
-  const double square = along * along + up * up;
-  double place = square > 0.0 ? ((point.x - from.x) * along + (point.y - from.y) * up) / square : 0.0;
-  place = std::clamp(place, 0.0, 1.0);
-  return std::hypot(point.x - from.x - place * along, point.y - from.y - place * up);
-}
-
-struct Distance {
-  const KvPoint3d& point;
-
-  double operator()(const Line& line) const { return distanceToSegment(line.from, line.to, point); }
-
-  double operator()(const Polyline& polyline) const {
-    double nearest = std::numeric_limits<double>::infinity();
-    const std::size_t count = polyline.points.size();
-    for (std::size_t index = polyline.isClosed ? 0 : 1; index < count; ++index) {
-      const KvPoint3d& from = polyline.points[index == 0 ? count - 1 : index - 1];
-      nearest = std::min(nearest, distanceToSegment(from, polyline.points[index], point));
-    }
-    return std::max(0.0, nearest - polyline.width / 2.0);
-  }
-
-  double operator()(const Circle& circle) const {
-    return std::abs(std::hypot(point.x - circle.centre.x, point.y - circle.centre.y) - circle.radius);
-  }
-
-  double operator()(const Arc& arc) const {
-    const double angle =
-        std::atan2(point.y - arc.centre.y, point.x - arc.centre.x) * 180.0 / std::numbers::pi;
-    double behindStart = std::fmod(angle - arc.startDegrees, 360.0);
-    if (behindStart < 0.0) behindStart += 360.0;
-    if (behindStart <= turnOf(arc)) return (*this)(Circle{arc.centre, arc.radius});
-    const KvPoint3d start = pointAt(arc.centre, arc.radius, arc.startDegrees);
-    const KvPoint3d end = pointAt(arc.centre, arc.radius, arc.endDegrees);
-    return std::min(
-        std::hypot(point.x - start.x, point.y - start.y), std::hypot(point.x - end.x, point.y - end.y));
-  }
-
-  double operator()(const Text& text) const {
-    if (text.text.empty()) return std::numeric_limits<double>::infinity();
-    const auto corners = textCorners(text);
-    bool isInside = true;
-    double nearest = std::numeric_limits<double>::infinity();
-    for (std::size_t index = 0; index < corners.size(); ++index) {
-      const KvPoint3d& from = corners[index];
-      const KvPoint3d& to = corners[(index + 1) % corners.size()];
-      nearest = std::min(nearest, distanceToSegment(from, to, point));
-      const double side = (to.x - from.x) * (point.y - from.y) - (to.y - from.y) * (point.x - from.x);
-      isInside = isInside && side >= 0.0;
-    }
-    return isInside ? 0.0 : nearest;
-  }
-
-  double operator()(const BlockReference& /*reference*/) const {
-    return std::numeric_limits<double>::infinity();
-  }
-  double operator()(const Attribute& attribute) const { return (*this)(attribute.text); }
-  double operator()(const AttributeDefinition& definition) const { return (*this)(definition.text); }
-};
-
-} // namespace
 
 bool Scene::load(const DrawingDatabase& drawing, KvDbHandle space) {
   layerNames_.clear();
@@ -144,10 +79,6 @@ std::optional<EntityFacts> factsOf(const DrawingDatabase& drawing, KvDbHandle ha
     if (attribute != nullptr) facts.attributes.emplace_back(attribute->tag, attribute->text.text);
   }
   return facts;
-}
-
-double distanceTo(const Shape& shape, const KvPoint3d& point) {
-  return std::visit(Distance{point}, shape);
 }
 
 } // namespace simhost

@@ -60,7 +60,4 @@ private:
 /// Nothing for a handle of no entity.
 [[nodiscard]] std::optional<EntityFacts> factsOf(const DrawingDatabase& drawing, KvDbHandle handle);
 
-/// How far the point is from what is drawn of the shape, in drawing units; 0 within the box of a text.
-[[nodiscard]] double distanceTo(const Shape& shape, const KvPoint3d& point);
-
 } // namespace simhost

@@ -1,5 +1,6 @@
 // The view of a drawing without a window: positions, painting, and picking.
 #include "gui_fixture.h"
+#include "simhost/drawing/distance.h"
 #include "simhost/gui/picture_cache.h"
 
 #include <doctest/doctest.h>
