@@ -58,6 +58,13 @@ Wires conductorsOf(const ZanAnnotationDataList& rows) {
   return state;
 }
 
+bool lacksGroundingSize(const ZanAnnotationDataList& rows) {
+  const ZanAnnotationDataList* wires = wiresOf(rows);
+  return wires != nullptr && std::ranges::any_of(wires->items(), [](const ZanAnnotationDataList::Item& item) {
+           return item.row && isGrounding(*item.row) && sizeOf(*item.row).empty();
+         });
+}
+
 /// The circuit of a data row. A row without a size system has no wire choices at all, and the usual ones serve.
 ZanCircuitData circuitOf(const ZanAnnotationData& row) {
   ZanCircParams record;
@@ -94,16 +101,27 @@ public:
     if (wires == Wires::sized || (wires == Wires::none && formats_.GetWireCodes(suffix).empty())) return;
     const ZanAnnotationData* data = dataRow(rows);
     const ZanCircuitData circuit = data == nullptr ? ZanCircuitData() : circuitOf(*data);
-    if (const std::optional<WireSizes> sizes = sizesFor(circuit, code))
-      fill(rows, *sizes, suffix);
-    else
+    const std::optional<Sized> sized = sizesFor(circuit, code);
+    if (!sized) {
       ++unsized_;
+      return;
+    }
+    fill(rows, sized->sizes, suffix);
+    const bool isGroundLacking = lacksGroundingSize(rows);
+    if (isGroundLacking) say(TextId::groundingWithoutSize, code);
+    if (!sized->isLargeEnough) say(TextId::wiresTooSmall, code, sized->sizes.conductors);
+    if (isGroundLacking || !sized->isLargeEnough) ++unsized_;
   }
 
   [[nodiscard]] int unsized() const { return unsized_; }
 
 private:
-  std::optional<WireSizes> sizesFor(const ZanCircuitData& circuit, std::wstring_view code) {
+  struct Sized {
+    WireSizes sizes;
+    bool isLargeEnough = true;
+  };
+
+  std::optional<Sized> sizesFor(const ZanCircuitData& circuit, std::wstring_view code) {
     if (!isGiven(circuit.fla)) {
       say(TextId::wiresWithoutCurrent, code);
       return std::nullopt;
@@ -121,9 +139,8 @@ private:
       return std::nullopt;
     }
     WireSizes sizes{removeBlanks(wire->size), removeBlanks(circuit.groundSize)};
-    if (!wire->isLargeEnough) say(TextId::wiresTooSmall, code, sizes.conductors);
     if (sizes.grounding.empty()) sizes.grounding = removeBlanks(autoGroundSize(defaults, circuit));
-    return sizes;
+    return Sized{std::move(sizes), wire->isLargeEnough};
   }
 
   void fill(ZanAnnotationDataList& rows, const WireSizes& sizes, std::wstring_view suffix) const {

@@ -8,8 +8,8 @@
 namespace brenvolt {
 
 /// Fills the sizes in the rows of the markers of a list, and of the circuit as a whole where no marker is a motor or
-/// load. What cannot be sized is reported on the command line and counted in `GBL_qn_bv_unsized_wires`, once for each
-/// motor or load.
+/// load. What cannot be sized, and what no size of the tables is large enough for, is reported on the command line and
+/// counted in `GBL_qn_bv_unsized_wires`, once for each motor or load.
 void sizeUnsizedWires(BuildState& build, ZanDwgMarkerList& list);
 
 /// At the end of the dialog: reports and counts the inserted motors and loads whose pages have wires and no size.
