@@ -186,7 +186,7 @@ public:
     setResourceModule(nullptr);
   }
 
-  /// Runs the dialog; `work` happens between its opening and its end. The drawing is taken back behind it.
+  /// Runs the dialog; `work` happens between its opening and its end. The drawing is taken back after it.
   void configure(std::function<void(BenchDialog&)> work) {
     const ResourceScope resources;
     windows_.work = std::move(work);

@@ -176,7 +176,7 @@ void fillCircuits(DrawingDatabase& drawing, int count) {
   }
 }
 
-/// The panel behind a command that changes the drawing, and the search letter by letter.
+/// The panel after a command that changes the drawing, and the search letter by letter.
 void measureCircuits(MainWindow& window, DrawingDatabase& drawing) {
   constexpr int circuitCount = 200;
   fillCircuits(drawing, circuitCount);

@@ -37,7 +37,7 @@ public:
 
 private:
   test::TemporaryFolder folder_;
-  ZanOleDbConnection connection_; ///< goes ahead of the folder
+  ZanOleDbConnection connection_; ///< is closed before the folder goes
 };
 
 } // namespace brenvolt::bench

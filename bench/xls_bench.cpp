@@ -76,7 +76,7 @@ void readSheets(benchmark::State& state, const std::wstring& path, std::size_t s
   }
 }
 
-/// One run of another program; its peak memory is told in megabytes.
+/// One run of another program, with its peak memory in megabytes.
 void runProcess(benchmark::State& state, const std::string& command) {
   double peakMegabytes = 0.0;
   for ([[maybe_unused]] auto _ : state) {

@@ -14,6 +14,10 @@ if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU" AND NOT CMAKE_CXX_COMPILER_LAUNCHER)
   target_compile_options(brenvolt_flags INTERFACE
     "SHELL:--param ggc-min-expand=300" "SHELL:--param ggc-min-heapsize=524288")
 endif()
+# Of a joined source the compiler does not know that its private types stay in it.
+if(BRENVOLT_JOIN_SOURCES AND CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
+  target_compile_options(brenvolt_flags INTERFACE -Wno-subobject-linkage)
+endif()
 if(BRENVOLT_SANITIZE)
   target_compile_options(brenvolt_flags INTERFACE -fsanitize=address,undefined -fno-sanitize-recover=all -fno-omit-frame-pointer)
   target_link_options(brenvolt_flags INTERFACE -fsanitize=address,undefined)

@@ -19,7 +19,6 @@ namespace {
 constexpr std::array<std::uint8_t, 8> signature = {0xD0, 0xCF, 0x11, 0xE0, 0xA1, 0xB1, 0x1A, 0xE1};
 constexpr std::size_t headerBytes = 512;
 constexpr unsigned smallSectorShift = 6;
-constexpr std::uint32_t endOfChain = 0xFFFFFFFE;
 constexpr std::uint32_t lastRegularSector = 0xFFFFFFFA;
 constexpr std::size_t sectorListInHeader = 109;
 // Sector numbers have 32 bits, but no program that writes workbooks exceeds this size.

@@ -14,6 +14,9 @@
 
 namespace brenvolt {
 
+/// The number after the last sector of a stream.
+inline constexpr std::uint32_t endOfChain = 0xFFFFFFFE;
+
 /// One entry of the container's directory.
 struct Ole2Entry {
   enum class Type : std::uint8_t { unused = 0, storage = 1, stream = 2, root = 5 };

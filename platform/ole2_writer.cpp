@@ -14,7 +14,6 @@ constexpr std::size_t smallSectorBytes = 64;
 constexpr std::size_t smallStreamLimit = 4096;
 constexpr std::size_t numbersInSector = sectorBytes / 4;
 constexpr std::size_t numbersInHeader = 109;
-constexpr std::uint32_t endOfChain = 0xFFFFFFFE;
 constexpr std::uint32_t tableSector = 0xFFFFFFFD;
 constexpr std::uint32_t listSector = 0xFFFFFFFC;
 constexpr std::uint32_t freeSector = 0xFFFFFFFF;

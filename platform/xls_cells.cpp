@@ -30,8 +30,8 @@ double decodeRk(std::uint32_t rk) {
 
 class CellReader final {
 public:
-  CellReader(ByteWindow& window, WorkbookGlobals& globals, std::size_t maximumRows, SheetCells& sheet)
-      : window_(window), globals_(globals), maximumRows_(maximumRows), sheet_(sheet) {}
+  CellReader(ByteWindow& window, WorkbookGlobals& globals, std::size_t rowLimit, SheetCells& sheet)
+      : window_(window), globals_(globals), rowLimit_(rowLimit), sheet_(sheet) {}
 
   bool read(std::uint64_t offset) {
     RecordWalk walk(window_, offset);
@@ -85,7 +85,7 @@ private:
   }
 
   void add(const StoredCell& cell) {
-    if (cell.row < maximumRows_) sheet_.cells.push_back(cell);
+    if (cell.row < rowLimit_) sheet_.cells.push_back(cell);
   }
 
   void addNumber(StoredCell cell, std::uint16_t format, double value) {
@@ -239,7 +239,7 @@ private:
 
   ByteWindow& window_;
   WorkbookGlobals& globals_;
-  std::size_t maximumRows_;
+  std::size_t rowLimit_;
   SheetCells& sheet_;
   bool formulaAwaitsText_ = false;
   StoredCell formula_;
@@ -248,9 +248,9 @@ private:
 } // namespace
 
 bool readSheetCells(
-    ByteWindow& window, WorkbookGlobals& globals, std::uint64_t offset, std::size_t maximumRows,
+    ByteWindow& window, WorkbookGlobals& globals, std::uint64_t offset, std::size_t rowLimit,
     SheetCells& sheet) {
-  if (!CellReader(window, globals, maximumRows, sheet).read(offset)) return false;
+  if (!CellReader(window, globals, rowLimit, sheet).read(offset)) return false;
   sheet.arrange();
   return true;
 }

@@ -22,10 +22,10 @@ struct WorkbookGlobals {
   SharedStrings sharedStrings;
 };
 
-/// Reads the cells of the sheet whose first record is at `offset` into `sheet`, within the first `maximumRows` rows.
+/// Reads the cells of the sheet whose first record is at `offset` into `sheet`, within the first `rowLimit` rows.
 /// Records of charts inside the sheet are skipped. False when the sheet is damaged.
 [[nodiscard]] bool readSheetCells(
-    ByteWindow& window, WorkbookGlobals& globals, std::uint64_t offset, std::size_t maximumRows,
+    ByteWindow& window, WorkbookGlobals& globals, std::uint64_t offset, std::size_t rowLimit,
     SheetCells& sheet);
 
 } // namespace brenvolt::biff

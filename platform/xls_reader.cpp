@@ -187,7 +187,7 @@ std::optional<std::size_t> WorkbookReader::findSheet(std::wstring_view name) con
   return std::nullopt;
 }
 
-std::optional<WorkbookSheet> WorkbookReader::readSheet(std::size_t index, std::size_t maximumRows) {
+std::optional<WorkbookSheet> WorkbookReader::readSheet(std::size_t index, std::size_t rowLimit) {
   if (index >= state_->sheets.size()) {
     state_->fail(L"has no sheet of this number");
     return std::nullopt;
@@ -196,7 +196,7 @@ std::optional<WorkbookSheet> WorkbookReader::readSheet(std::size_t index, std::s
   sheet.cells_->name = state_->sheets[index].name;
   sheet.cells_->epoch = state_->globals.epoch;
   if (!readSheetCells(
-          *state_->window, state_->globals, state_->sheetOffsets[index], maximumRows, *sheet.cells_)) {
+          *state_->window, state_->globals, state_->sheetOffsets[index], rowLimit, *sheet.cells_)) {
     state_->fail(L"the file is damaged in sheet \"" + sheet.cells_->name + L"\"");
     return std::nullopt;
   }

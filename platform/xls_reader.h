@@ -74,8 +74,8 @@ public:
   [[nodiscard]] const std::vector<WorkbookSheetInfo>& sheets() const;
   /// The sheet of this name, ordinal without case, as an index into `sheets()`.
   [[nodiscard]] std::optional<std::size_t> findSheet(std::wstring_view name) const;
-  /// The cells of one sheet in its first `maximumRows` rows; nothing when the sheet is damaged or does not exist.
-  [[nodiscard]] std::optional<WorkbookSheet> readSheet(std::size_t index, std::size_t maximumRows = allRows);
+  /// The cells of one sheet in its first `rowLimit` rows; nothing when the sheet is damaged or does not exist.
+  [[nodiscard]] std::optional<WorkbookSheet> readSheet(std::size_t index, std::size_t rowLimit = allRows);
   [[nodiscard]] const std::wstring& error() const;
 
 private:

@@ -132,7 +132,7 @@ private:
   SiteRun site_;
 };
 
-/// Lines that a process sends: the place of a circuit, and behind a tab why it failed.
+/// Lines that a process sends: the place of a circuit, and after a tab why it failed.
 void buildShare(
     const std::vector<SetCircuit>& circuits, const std::vector<std::size_t>& share, const SetParts& parts,
     const PartOptions& options, int pipe) {

@@ -25,7 +25,7 @@ public:
   /// Reads those of the site. One that cannot be read is a finding.
   Allowances(const SiteModel& site, Findings& findings);
 
-  /// Takes the findings that are allowed out of the list, and answers them.
+  /// Takes the findings that are allowed out of the list, and returns them.
   [[nodiscard]] std::vector<Finding> takeAllowed(std::vector<Finding>& findings);
   /// Allowances that matched nothing, of the kinds that were looked at.
   void addUnused(const std::set<CheckKind>& kinds, Findings& findings) const;

@@ -150,7 +150,7 @@ private:
          {L"given", formatInt(static_cast<std::int64_t>(*given))}});
   }
 
-  /// Values behind the function's name, a list counted as one; nothing for lists that do not close.
+  /// Values after the function's name, a list counted as one; nothing for lists that do not close.
   [[nodiscard]] std::optional<std::size_t> argumentCount() const {
     std::size_t count = 0;
     int depth = 0;

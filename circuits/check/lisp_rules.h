@@ -1,4 +1,4 @@
-// What the plug-in and the tool need of a site's LISP: functions, variables, and answers of the kind that is expected.
+// What the plug-in and the tool need of a site's LISP: functions, variables, and results of the expected kind.
 #pragma once
 
 #include "circuits/check/check_session.h"

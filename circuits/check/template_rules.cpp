@@ -205,7 +205,7 @@ private:
          {L"similar", didYouMean(similarName(marker.code, codes))}});
   }
 
-  /// Wires and everything that takes a motor's data belong behind the marker of their motor.
+  /// Wires and everything that takes a motor's data belong after the marker of their motor.
   void checkMotors(const TemplateDrawing& drawing) {
     std::map<std::wstring, const TemplateMarker*> motors; // by suffix
     for (const TemplateMarker& marker : drawing.markers) {

@@ -27,10 +27,6 @@ constexpr std::array alongWire = {0.5, 0.35, 0.65, 0.2, 0.8};
 /// Candidates that cover the same are taken in their order.
 constexpr double orderPenalty = 0.001;
 
-bool isLevel(const Line& line) {
-  return std::abs(line.to.y - line.from.y) < std::abs(line.to.x - line.from.x);
-}
-
 void addSegment(std::vector<Box>& boxes, const KvPoint3d& from, const KvPoint3d& to) {
   Box box;
   box.includeAround(from, lineReach);

@@ -46,10 +46,6 @@ double lengthOf(const simhost::Line& line) {
   return simhost::distanceBetween(line.from, line.to);
 }
 
-bool isLevel(const simhost::Line& line) {
-  return std::abs(line.to.y - line.from.y) < std::abs(line.to.x - line.from.x);
-}
-
 } // namespace
 
 void numberTerminals(DrawingDatabase& drawing, std::map<std::wstring, int>& last) {
@@ -115,12 +111,13 @@ std::vector<NetLabel> netLabels(
     bool needsNumber = net.number.empty() && net.carriesNumber;
     for (auto& [layer, wires] : layers) {
       std::stable_sort(wires.begin(), wires.end(), [](const auto& one, const auto& other) {
-        return isLevel(one) != isLevel(other) ? isLevel(one) : lengthOf(one) > lengthOf(other);
+        return simhost::isLevel(one) != simhost::isLevel(other) ? simhost::isLevel(one)
+                                                                : lengthOf(one) > lengthOf(other);
       });
       const simhost::Line& first = wires.front();
       NetLabel label{net.number, needsNumber};
       label.place = {(first.from.x + first.to.x) / 2.0, (first.from.y + first.to.y) / 2.0, 0.0};
-      label.isLevel = isLevel(first);
+      label.isLevel = simhost::isLevel(first);
       label.colour = layerColour(layer);
       label.size = layerSize(layer);
       label.wires = std::move(wires);

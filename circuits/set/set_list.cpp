@@ -175,7 +175,7 @@ std::vector<RawRow> readTable(const std::string& source) {
     command->SetCommandText(L"SELECT * FROM [" + fromUtf8(name) + L"]");
     return command->Execute() == brenvolt::dbStatus::success ? std::move(command) : nullptr;
   };
-  // A sheet is addressed with a "$" behind its name.
+  // A sheet is addressed with a "$" after its name.
   std::unique_ptr<brenvolt::ZanOleDbCommand> command = execute(table);
   if (command == nullptr) command = execute(table + "$");
   if (command == nullptr) throw BadInput(source + ": has no table or sheet \"" + table + "\"");

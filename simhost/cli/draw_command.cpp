@@ -67,7 +67,7 @@ void noteFailures(Session& session, std::vector<std::string>& failures) {
        }});
 }
 
-/// From now on the site's LISP reaches the module's function that also saves. `isUnsaved` tells when only that failed.
+/// From now on the site's LISP reaches the module's function that also saves. `isUnsaved` is set when only that failed.
 void saveBuilds(HostRun& host, const std::wstring& name, bool& isUnsaved) {
   const auto build = [&host, name, &isUnsaved](lisp::Arguments& arguments) {
     CircuitRecorder::Build recorded(host.session().circuits(), arguments.values());

@@ -83,4 +83,8 @@ double distanceTo(const Shape& shape, const KvPoint3d& point) {
   return std::visit(Distance{point}, shape);
 }
 
+bool isLevel(const Line& line) {
+  return std::abs(line.to.y - line.from.y) < std::abs(line.to.x - line.from.x);
+}
+
 } // namespace simhost

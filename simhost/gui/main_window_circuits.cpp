@@ -47,10 +47,6 @@ Box outlineAround(const CircuitObject& circuit, const KvPoint3d& base) {
   return {all.left - base.x, all.bottom - base.y, all.right - base.x, all.top - base.y};
 }
 
-std::wstring pointForm(const KvPoint3d& point) {
-  return L"'(" + lisp::printReal(point.x) + L" " + lisp::printReal(point.y) + L" 0.0)";
-}
-
 /// Motor or load data as a build takes them: each field in quotes, so that empty ones count.
 std::wstring fieldsArgument(const CircuitObject& circuit) {
   if (circuit.params.empty()) return {};
@@ -218,7 +214,7 @@ std::optional<std::wstring> MainWindow::buildArguments(const CircuitObject& circ
       L" " + lispText(type->drawingTemplate) + L" (find-file " + lispText(field(L"workbook")) + L")";
   for (const std::wstring& value : {type->worksheet, type->key.circuit, type->key.type, configuration})
     text += L" " + lispText(value);
-  text += L" " + pointForm(point);
+  text += L" " + lisp::printPointForm(point.x, point.y);
   for (const std::wstring& value : {field(L"codes"), fieldsArgument(circuit), circuit.wires})
     text += L" " + lispText(value);
   return text;

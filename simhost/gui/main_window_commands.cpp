@@ -30,10 +30,6 @@ QString captionOf(const QAction& action) {
   return action.iconText();
 }
 
-std::wstring pointForm(const KvPoint3d& point) {
-  return L"'(" + lisp::printReal(point.x) + L" " + lisp::printReal(point.y) + L" 0.0)";
-}
-
 } // namespace
 
 void MainWindow::start(const CommandRow& row) {
@@ -122,7 +118,7 @@ std::optional<lisp::Value> MainWindow::placeCircuit(
   const std::optional<KvPoint3d> point = pickPoint(texts_(HostText::pickPlace), outline);
   if (!point) return std::nullopt;
   const std::uint64_t first = drawing().store().nextHandle().value();
-  lisp::Value value = evaluate(build(pointForm(*point)));
+  lisp::Value value = evaluate(build(lisp::printPointForm(point->x, point->y)));
   if (value.isNil()) return value;
   refreshScene();
   const Box made = extentsSince(first);

@@ -1,4 +1,4 @@
-// Reads language files, and answers the plug-in's requests to its resource module.
+// Reads language files, and serves the plug-in's requests to its resource module.
 #include "simhost/host/resource_module.h"
 
 #include "host/host_api_documents.h"

@@ -165,7 +165,7 @@ Value builtins(Arguments& arguments) {
   return names.take();
 }
 
-constexpr BuiltinEntry entries[] = {
+constexpr BuiltinEntry controlBuiltins[] = {
     {L"not", 1, 1, isNull},
     {L"null", 1, 1, isNull},
     {L"atom", 1, 1, isAtom},
@@ -197,7 +197,7 @@ constexpr BuiltinEntry entries[] = {
 } // namespace
 
 void defineControlBuiltins(Interpreter& interpreter) {
-  defineAll(interpreter, entries);
+  defineAll(interpreter, controlBuiltins);
 }
 
 } // namespace simhost::lisp

@@ -311,7 +311,7 @@ Value substitute(Arguments& arguments) {
   return result.take();
 }
 
-constexpr BuiltinEntry entries[] = {
+constexpr BuiltinEntry listBuiltins[] = {
     {L"car", 1, 1, carAndCdr},
     {L"cdr", 1, 1, carAndCdr},
     {L"caar", 1, 1, carAndCdr},
@@ -362,7 +362,7 @@ constexpr BuiltinEntry entries[] = {
 } // namespace
 
 void defineListBuiltins(Interpreter& interpreter) {
-  defineAll(interpreter, entries);
+  defineAll(interpreter, listBuiltins);
 }
 
 } // namespace simhost::lisp

@@ -166,7 +166,7 @@ Value chain(Arguments& arguments, Relation holds) {
   return Value::truth(true);
 }
 
-Value areEqual(Arguments& arguments) {
+Value areEqualNumbers(Arguments& arguments) {
   return chain(arguments, [](double left, double right) { return left == right; });
 }
 
@@ -181,11 +181,11 @@ Value areDifferent(Arguments& arguments) {
   return Value::truth(true);
 }
 
-Value areRising(Arguments& arguments) {
+Value areRisingNumbers(Arguments& arguments) {
   return chain(arguments, [](double left, double right) { return left < right; });
 }
 
-Value areFalling(Arguments& arguments) {
+Value areFallingNumbers(Arguments& arguments) {
   return chain(arguments, [](double left, double right) { return left > right; });
 }
 
@@ -324,7 +324,7 @@ Value bitOr(Arguments& arguments) {
   return Value::integer(result);
 }
 
-constexpr BuiltinEntry entries[] = {
+constexpr BuiltinEntry numberBuiltins[] = {
     {L"+", 0, anyNumber, add},
     {L"-", 1, anyNumber, subtract},
     {L"*", 0, anyNumber, multiply},
@@ -336,10 +336,10 @@ constexpr BuiltinEntry entries[] = {
     {L"abs", 1, 1, absolute},
     {L"min", 1, anyNumber, smallest},
     {L"max", 1, anyNumber, largest},
-    {L"=", 1, anyNumber, areEqual},
+    {L"=", 1, anyNumber, areEqualNumbers},
     {L"/=", 1, anyNumber, areDifferent},
-    {L"<", 1, anyNumber, areRising},
-    {L">", 1, anyNumber, areFalling},
+    {L"<", 1, anyNumber, areRisingNumbers},
+    {L">", 1, anyNumber, areFallingNumbers},
     {L"<=", 1, anyNumber, areNotFalling},
     {L">=", 1, anyNumber, areNotRising},
     {L"sqrt", 1, 1, squareRoot},
@@ -370,7 +370,7 @@ constexpr BuiltinEntry entries[] = {
 } // namespace
 
 void defineNumberBuiltins(Interpreter& interpreter) {
-  defineAll(interpreter, entries);
+  defineAll(interpreter, numberBuiltins);
   interpreter.setValue(L"pi", Value::real(std::numbers::pi));
 }
 

@@ -130,7 +130,7 @@ Value format(Arguments& arguments) {
   return {};
 }
 
-constexpr BuiltinEntry entries[] = {
+constexpr BuiltinEntry printBuiltins[] = {
     {L"prin1", 1, 1, prin1},
     {L"princ", 1, 1, princ},
     {L"print", 1, 1, print},
@@ -144,7 +144,7 @@ constexpr BuiltinEntry entries[] = {
 } // namespace
 
 void definePrintBuiltins(Interpreter& interpreter) {
-  defineAll(interpreter, entries);
+  defineAll(interpreter, printBuiltins);
 }
 
 } // namespace simhost::lisp

@@ -29,7 +29,7 @@ Value downcase(Arguments& arguments) {
   return Value::string(brenvolt::toLower(arguments.text(0)));
 }
 
-Value length(Arguments& arguments) {
+Value textLength(Arguments& arguments) {
   return Value::integer(static_cast<std::int32_t>(arguments.text(0).size()));
 }
 
@@ -76,23 +76,23 @@ int compareNoCase(const std::wstring& left, const std::wstring& right) {
   return brenvolt::compareOrdinalNoCase(left, right);
 }
 
-Value areEqual(Arguments& arguments) {
+Value areEqualTexts(Arguments& arguments) {
   return chain(arguments, compareExactly, [](int order) { return order == 0; });
 }
 
-Value areEqualNoCase(Arguments& arguments) {
+Value areEqualTextsNoCase(Arguments& arguments) {
   return chain(arguments, compareNoCase, [](int order) { return order == 0; });
 }
 
-Value areRising(Arguments& arguments) {
+Value areRisingTexts(Arguments& arguments) {
   return chain(arguments, compareExactly, [](int order) { return order < 0; });
 }
 
-Value areFalling(Arguments& arguments) {
+Value areFallingTexts(Arguments& arguments) {
   return chain(arguments, compareExactly, [](int order) { return order > 0; });
 }
 
-Value areRisingNoCase(Arguments& arguments) {
+Value areRisingTextsNoCase(Arguments& arguments) {
   return chain(arguments, compareNoCase, [](int order) { return order < 0; });
 }
 
@@ -186,23 +186,23 @@ Value codeCharacter(Arguments& arguments) {
   return Value::string(std::wstring(1, static_cast<wchar_t>(code)));
 }
 
-constexpr BuiltinEntry entries[] = {
+constexpr BuiltinEntry textBuiltins[] = {
     {L"string-append", 0, anyNumber, stringAppend},
     {L"string-upcase", 1, 1, upcase},
     {L"string-downcase", 1, 1, downcase},
-    {L"string-length", 1, 1, length},
+    {L"string-length", 1, 1, textLength},
     {L"substring", 2, 3, substring},
     {L"string-search", 2, 3, search},
     {L"string-search-ci", 2, 3, searchNoCase},
-    {L"string=?", 2, anyNumber, areEqual},
-    {L"string=", 2, anyNumber, areEqual},
-    {L"string-ci=?", 2, anyNumber, areEqualNoCase},
-    {L"string-equal", 2, anyNumber, areEqualNoCase},
-    {L"string<?", 2, anyNumber, areRising},
-    {L"string<", 2, anyNumber, areRising},
-    {L"string>?", 2, anyNumber, areFalling},
-    {L"string>", 2, anyNumber, areFalling},
-    {L"string-ci<?", 2, anyNumber, areRisingNoCase},
+    {L"string=?", 2, anyNumber, areEqualTexts},
+    {L"string=", 2, anyNumber, areEqualTexts},
+    {L"string-ci=?", 2, anyNumber, areEqualTextsNoCase},
+    {L"string-equal", 2, anyNumber, areEqualTextsNoCase},
+    {L"string<?", 2, anyNumber, areRisingTexts},
+    {L"string<", 2, anyNumber, areRisingTexts},
+    {L"string>?", 2, anyNumber, areFallingTexts},
+    {L"string>", 2, anyNumber, areFallingTexts},
+    {L"string-ci<?", 2, anyNumber, areRisingTextsNoCase},
     {L"number->string", 1, 2, numberToString},
     {L"string->number", 1, 2, stringToNumber},
     {L"string-trim", 2, 2, trimBoth},
@@ -217,7 +217,7 @@ constexpr BuiltinEntry entries[] = {
 } // namespace
 
 void defineTextBuiltins(Interpreter& interpreter) {
-  defineAll(interpreter, entries);
+  defineAll(interpreter, textBuiltins);
 }
 
 } // namespace simhost::lisp

@@ -152,4 +152,8 @@ std::wstring printReal(double number) {
   return text;
 }
 
+std::wstring printPointForm(double x, double y) {
+  return L"'(" + printReal(x) + L" " + printReal(y) + L" 0.0)";
+}
+
 } // namespace simhost::lisp

@@ -23,4 +23,7 @@ enum class PrintStyle {
 /// A real as text: the shortest that reads back the same, always with a point or an exponent.
 [[nodiscard]] std::wstring printReal(double number);
 
+/// A point on the plane z = 0 as a form whose value it is.
+[[nodiscard]] std::wstring printPointForm(double x, double y);
+
 } // namespace simhost::lisp

@@ -18,10 +18,6 @@ bool isFraction(std::wstring_view text) {
   return isAbove0(text) && *plainNumber(text) <= 1.0;
 }
 
-bool isOff(std::wstring_view text) {
-  return brenvolt::equalsOrdinalNoCase(text, offText);
-}
-
 std::wstring_view without(std::wstring_view text, std::wstring_view ending) {
   if (text.size() >= ending.size() &&
       brenvolt::equalsOrdinalNoCase(text.substr(text.size() - ending.size()), ending))
@@ -82,6 +78,10 @@ const char* expectation(WireFieldRule rule) {
 }
 
 } // namespace
+
+bool isOff(std::wstring_view text) {
+  return brenvolt::equalsOrdinalNoCase(text, offText);
+}
 
 std::optional<std::string> wireTextFault(WireFieldRule rule, std::wstring_view text) {
   if (keeps(rule, text)) return std::nullopt;

@@ -131,6 +131,7 @@ struct WireTexts {
 };
 
 inline constexpr std::wstring_view offText = L"off";
+[[nodiscard]] bool isOff(std::wstring_view text);
 
 /// Why a text breaks its field's rule; nothing when it does not.
 [[nodiscard]] std::optional<std::string> wireTextFault(WireFieldRule rule, std::wstring_view text);

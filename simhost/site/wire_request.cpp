@@ -28,10 +28,6 @@ namespace {
 constexpr int currentDecimals = 4;
 constexpr std::wstring_view noCode{};
 
-bool isOff(std::wstring_view text) {
-  return brenvolt::equalsOrdinalNoCase(text, offText);
-}
-
 /// The part of a range after "~" ("36~40C" has "40C"), the whole text of any other.
 std::wstring_view upperEnd(std::wstring_view range) {
   const std::size_t tilde = range.find(L'~');

@@ -20,10 +20,6 @@ using Json = nlohmann::ordered_json;
   throw AnswerError(message);
 }
 
-std::string inQuotes(const std::string& text) {
-  return "\"" + text + "\"";
-}
-
 std::optional<int> integerOf(const Json& value) {
   if (!value.is_number_integer()) return std::nullopt;
   const auto number = value.get<std::int64_t>();

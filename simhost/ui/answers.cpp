@@ -89,6 +89,10 @@ private:
 
 } // namespace
 
+std::string inQuotes(const std::string& text) {
+  return "\"" + text + "\"";
+}
+
 int pressedButton(const AnswerAction& action) {
   struct Row {
     const char* name;

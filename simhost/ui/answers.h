@@ -20,6 +20,9 @@ public:
   using std::runtime_error::runtime_error;
 };
 
+/// A text of an answer file as messages cite it.
+[[nodiscard]] std::string inQuotes(const std::string& text);
+
 /// A column of a grid, by number or by the text of its header.
 struct ColumnChoice {
   std::optional<int> number;

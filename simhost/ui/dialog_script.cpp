@@ -20,10 +20,6 @@ using Json = nlohmann::ordered_json;
 
 namespace {
 
-std::string inQuotes(const std::string& text) {
-  return "\"" + text + "\"";
-}
-
 /// The closing buttons by number, as task dialogs have them too.
 std::string buttonNamed(const AnswerAction& press) {
   if (press.number == kvui::ok) return "ok";

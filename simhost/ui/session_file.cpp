@@ -36,7 +36,7 @@ constexpr TextMember textMembers[] = {
     {"project", &SessionRun::project, false},
     {"language", &SessionRun::language, false}};
 
-[[noreturn]] void fail(const std::string& message) {
+[[noreturn]] void failSession(const std::string& message) {
   throw AnswerError("run: " + message);
 }
 
@@ -47,10 +47,10 @@ const TextMember* textMember(const std::string& name) {
 }
 
 std::vector<std::string> readForms(const Json& value) {
-  if (!value.is_array() || value.empty()) fail("\"forms\" must be a list of LISP forms");
+  if (!value.is_array() || value.empty()) failSession("\"forms\" must be a list of LISP forms");
   std::vector<std::string> forms;
   for (const Json& form : value) {
-    if (!form.is_string()) fail("\"forms\" must be a list of LISP forms");
+    if (!form.is_string()) failSession("\"forms\" must be a list of LISP forms");
     forms.push_back(form);
   }
   return forms;
@@ -65,7 +65,7 @@ constexpr EndName endNames[] = {
 
 SessionCommand readCommand(const Json& value) {
   using Kind = SessionCommand::Kind;
-  if (!value.is_object()) fail("a command must be an object");
+  if (!value.is_object()) failSession("a command must be an object");
   SessionCommand command;
   int kinds = 0;
   for (const auto& [name, member] : value.items()) {
@@ -82,17 +82,17 @@ SessionCommand readCommand(const Json& value) {
       const std::string end = member;
       const auto* row = std::find_if(
           std::begin(endNames), std::end(endNames), [&](const EndName& known) { return end == known.name; });
-      if (row == std::end(endNames)) fail("a command \"ends\" neither \"cancelled\" nor \"failed\"");
+      if (row == std::end(endNames)) failSession("a command \"ends\" neither \"cancelled\" nor \"failed\"");
       command.end = row->end;
     } else if (name == "fault" && member.is_string()) {
       command.fault = member;
     } else {
-      fail("a command cannot have \"" + name + "\": " + jsonText(member));
+      failSession("a command cannot have \"" + name + "\": " + jsonText(member));
     }
   }
-  if (kinds != 1) fail("a command has one of \"forms\", \"undo\", \"redo\", \"open\" and \"project\"");
+  if (kinds != 1) failSession("a command has one of \"forms\", \"undo\", \"redo\", \"open\" and \"project\"");
   if (command.kind != Kind::lisp && (command.end != SessionCommand::End::done || !command.fault.empty()))
-    fail("only LISP \"ends\" otherwise than done");
+    failSession("only LISP \"ends\" otherwise than done");
   return command;
 }
 
@@ -117,21 +117,21 @@ Json commandAsJson(const SessionCommand& command) {
 }
 
 void readCommands(const Json& value, SessionRun& run) {
-  if (!value.is_array()) fail("\"commands\" must be a list of commands");
+  if (!value.is_array()) failSession("\"commands\" must be a list of commands");
   for (const Json& command : value)
     run.commands.push_back(readCommand(command));
 }
 
 void readPoint(const Json& value, SessionRun& run) {
   if (!value.is_array() || value.size() != 2 || !value[0].is_number() || !value[1].is_number())
-    fail("\"at\" must be a point of two numbers");
+    failSession("\"at\" must be a point of two numbers");
   run.at = {value[0].get<double>(), value[1].get<double>()};
 }
 
 } // namespace
 
 SessionRun readSessionRun(const Json& value) {
-  if (!value.is_object()) fail("must be an object");
+  if (!value.is_object()) failSession("must be an object");
   SessionRun run;
   for (const auto& [name, member] : value.items()) {
     const TextMember* text = textMember(name);
@@ -142,9 +142,9 @@ SessionRun readSessionRun(const Json& value) {
     } else if (name == "at") {
       readPoint(member, run);
     } else if (text == nullptr) {
-      fail("unknown member \"" + name + "\"");
+      failSession("unknown member \"" + name + "\"");
     } else if (!member.is_string()) {
-      fail("\"" + name + "\" must be a text");
+      failSession("\"" + name + "\" must be a text");
     } else {
       run.*text->field = member;
     }
@@ -154,14 +154,14 @@ SessionRun readSessionRun(const Json& value) {
                                                         : nullptr;
   if (list == nullptr) {
     if (run.circuit.empty() || run.type.empty())
-      fail("needs \"circuit\" and \"type\", or \"forms\" or \"commands\"");
+      failSession("needs \"circuit\" and \"type\", or \"forms\" or \"commands\"");
     return run;
   }
   for (const auto& [name, member] : value.items()) {
     const TextMember* text = textMember(name);
     const bool isSecond = name == "commands" && !run.forms.empty();
     if (name == "at" || isSecond || (text != nullptr && text->isOfCircuit))
-      fail("has \"" + name + "\" beside \"" + list + "\"");
+      failSession("has \"" + name + "\" beside \"" + list + "\"");
   }
   return run;
 }

@@ -77,7 +77,7 @@ void fillCatalog(ZanDwgMarker& marker, const std::vector<PresetRow>& rows) {
   }
 }
 
-/// What the record of a placed circuit says it is; nothing where the fields end ahead of it.
+/// What the record of a placed circuit says it is; nothing where the fields end before it.
 std::wstring_view controlOf(const BuildPresets& presets) {
   return presets.wireNumbers.size() > circparam::controlCode
              ? std::wstring_view(presets.wireNumbers[circparam::controlCode])

@@ -30,7 +30,10 @@ struct MarkerPreset {
 /// The wire numbers of `"a";"b";"";"c"`, empty ones kept: positions count.
 [[nodiscard]] std::vector<std::wstring> parseCodeHandles(std::wstring_view codeHandleText);
 
-/// A wire of a preset: what its record begins with, a second word, and its kind: "3" is a grounding wire.
+inline constexpr std::wstring_view conductorKind = L"1";
+inline constexpr std::wstring_view groundingKind = L"3";
+
+/// A wire of a preset: what its record begins with, a second word, and its kind.
 struct PresetWire {
   std::wstring firstWord;
   std::wstring secondWord;

@@ -20,8 +20,6 @@ namespace brenvolt {
 
 namespace {
 
-constexpr std::wstring_view groundingKind = L"3";
-constexpr std::wstring_view conductorKind = L"1";
 constexpr std::size_t leastFields = circparam::multiplier + 1;
 
 bool isGrounding(const ZanAnnotationData& row) {

@@ -8,9 +8,6 @@ namespace brenvolt {
 
 namespace {
 
-constexpr std::wstring_view conductorKind = L"1";
-constexpr std::wstring_view groundingKind = L"3";
-
 /// One pass over the wires of a preset.
 class WireRows final {
 public:

@@ -14,8 +14,6 @@ namespace brenvolt {
 
 namespace {
 
-constexpr double fullLoadPercent = 100.0;
-constexpr std::wstring_view fullLoadText = L"100";
 constexpr std::wstring_view awg = L"AWG";
 constexpr std::wstring_view kcmil = L"KCMIL";
 

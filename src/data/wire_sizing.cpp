@@ -12,7 +12,6 @@ namespace brenvolt {
 namespace {
 
 constexpr double overloadLimitPercent = 300.0;
-constexpr double fullLoadPercent = 100.0;
 constexpr double hoursPerDay = 24.0;
 constexpr int currentDecimals = 4;
 constexpr double daysPerYear = 365.25;
@@ -145,7 +144,7 @@ void removeOverloaded(std::vector<WireCandidate>& rows, UndersizedRows undersize
     const double percent = toDouble(row.loadPercent);
     if (percent - overloadLimitPercent > numberTolerance) return true;
     if (undersized == UndersizedRows::show) return false;
-    return percent - fullLoadPercent > numberTolerance || row.loadPercent == L"100";
+    return percent - fullLoadPercent > numberTolerance || row.loadPercent == fullLoadText;
   };
   const auto first = std::find_if(rows.begin(), rows.end(), isMarked);
   if (first == rows.end()) return;

@@ -44,6 +44,10 @@ struct DeratingFactors {
 /// ambient factor has no such guard.
 [[nodiscard]] double overallFactor(const DeratingFactors& factors);
 
+/// A load percentage from which the lookup asks whether the overload is meant; the text is that of the cell.
+inline constexpr double fullLoadPercent = 100.0;
+inline constexpr std::wstring_view fullLoadText = L"100";
+
 /// One candidate as the wire lookup shows it. Cells that are not computed are empty.
 struct WireCandidate {
   std::wstring size;

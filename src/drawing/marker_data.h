@@ -1,4 +1,4 @@
-// The LISP symbol that tells scripts the current marker: (index (handle ...) (value ...)).
+// The LISP symbol by which scripts know the current marker: (index (handle ...) (value ...)).
 #pragma once
 
 #include "drawing/markers.h"

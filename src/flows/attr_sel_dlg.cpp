@@ -9,13 +9,13 @@ namespace brenvolt {
 
 namespace {
 
-constexpr wchar_t formName[] = L"ZanAttrSelDlg";
+constexpr wchar_t attributeForm[] = L"ZanAttrSelDlg";
 
 } // namespace
 
 ZanAttrSelDlg::ZanAttrSelDlg(
     std::wstring_view title, std::wstring_view attribute, std::vector<std::wstring> choices, KvWindow* parent)
-    : CKvUiDialog(formName, parent), title_(std::wstring(title) + std::wstring(attribute)),
+    : CKvUiDialog(attributeForm, parent), title_(std::wstring(title) + std::wstring(attribute)),
       choices_(std::move(choices)) {}
 
 bool ZanAttrSelDlg::OnInitDialog() {

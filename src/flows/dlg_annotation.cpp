@@ -13,19 +13,19 @@ namespace brenvolt {
 
 namespace {
 
-constexpr wchar_t formName[] = L"ZanDlgAnnotation";
-constexpr wchar_t dialogName[] = L"ZanBrenvolt::ZanDlgAnnotation";
-constexpr wchar_t helpTopic[] = L"annotation_presets_dialog";
+constexpr wchar_t annotationForm[] = L"ZanDlgAnnotation";
+constexpr wchar_t annotationDialog[] = L"ZanBrenvolt::ZanDlgAnnotation";
+constexpr wchar_t annotationHelpTopic[] = L"annotation_presets_dialog";
 
 } // namespace
 
 ZanDlgAnnotation::ZanDlgAnnotation(
     ZanAnnotationExList::Presets& presets, std::wstring key, std::wstring workbookPath, KvWindow* parent)
-    : CKvUiDialog(formName, parent), presets_(presets), key_(std::move(key)),
+    : CKvUiDialog(annotationForm, parent), presets_(presets), key_(std::move(key)),
       workbookPath_(std::move(workbookPath)) {}
 
 bool ZanDlgAnnotation::OnInitDialog() {
-  SetDialogName(dialogName);
+  SetDialogName(annotationDialog);
   Text(role::presetKey).SetText(key_);
   Text(role::workbook).SetText(workbookPath_);
   Text(role::workbook).SetTooltip(workbookPath_);
@@ -68,7 +68,7 @@ void ZanDlgAnnotation::OnOK() {
 }
 
 void ZanDlgAnnotation::OnHelp() {
-  kvedHelp(helpTopic);
+  kvedHelp(annotationHelpTopic);
 }
 
 } // namespace brenvolt

@@ -20,10 +20,9 @@ namespace brenvolt {
 
 namespace {
 
-constexpr wchar_t formName[] = L"ZanDlgCircuit";
-constexpr wchar_t helpTopic[] = L"circuit_selection_dialog";
+constexpr wchar_t circuitForm[] = L"ZanDlgCircuit";
+constexpr wchar_t circuitHelpTopic[] = L"circuit_selection_dialog";
 constexpr wchar_t deleteHistoryKey[] = L"ZanBrenvolt.DeleteHistory";
-constexpr int tooltipsBelow = 2;
 
 /// The summary's columns follow the row head.
 constexpr int nameColumn = 1;
@@ -46,7 +45,7 @@ constexpr ScaleField scaleFields[] = {
 } // namespace
 
 ZanDlgCircuit::ZanDlgCircuit(BuildData data, ExistingCircuit& existing, KvWindow* parent)
-    : CKvUiDialog(formName, parent), data_(std::move(data)), existing_(existing) {}
+    : CKvUiDialog(circuitForm, parent), data_(std::move(data)), existing_(existing) {}
 
 bool ZanDlgCircuit::OnInitDialog() {
   SetDialogName(circuitDialogName);
@@ -304,7 +303,7 @@ void ZanDlgCircuit::saveHistories() {
 }
 
 void ZanDlgCircuit::OnHelp() {
-  kvedHelp(helpTopic);
+  kvedHelp(circuitHelpTopic);
 }
 
 std::vector<AnnotationRow> ZanDlgCircuit::annotationRows() {

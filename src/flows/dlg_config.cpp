@@ -19,10 +19,9 @@ namespace brenvolt {
 
 namespace {
 
-constexpr wchar_t formName[] = L"ZanDlgConfig";
-constexpr wchar_t dialogName[] = L"ZanBrenvolt::ZanDlgConfig";
-constexpr wchar_t helpTopic[] = L"circuit_configuration_dialog";
-constexpr int tooltipsBelow = 2;
+constexpr wchar_t configForm[] = L"ZanDlgConfig";
+constexpr wchar_t configDialog[] = L"ZanBrenvolt::ZanDlgConfig";
+constexpr wchar_t configHelpTopic[] = L"circuit_configuration_dialog";
 
 struct InsertButton {
   std::wstring_view role;
@@ -72,10 +71,10 @@ private:
 };
 
 ZanDlgConfig::ZanDlgConfig(ZanBrenvolt& build, KvWindow* parent)
-    : CKvUiDialog(formName, parent), build_(build) {}
+    : CKvUiDialog(configForm, parent), build_(build) {}
 
 bool ZanDlgConfig::OnInitDialog() {
-  SetDialogName(dialogName);
+  SetDialogName(configDialog);
   SetTooltips(tooltipResource, tooltipPrefix, tooltipsBelow);
   for (const InsertButton& button : insertButtons)
     Button(button.role).SetImage(static_cast<unsigned>(button.image));
@@ -140,7 +139,7 @@ bool ZanDlgConfig::OnCellChoices(std::wstring_view role, int row, int, std::vect
 }
 
 void ZanDlgConfig::OnHelp() {
-  kvedHelp(helpTopic);
+  kvedHelp(configHelpTopic);
 }
 
 void ZanDlgConfig::Insert(InsertScope scope) {

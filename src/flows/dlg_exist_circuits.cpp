@@ -12,8 +12,8 @@ namespace brenvolt {
 
 namespace {
 
-constexpr wchar_t formName[] = L"ZanDlgExistCircuits";
-constexpr wchar_t dialogName[] = L"ZanBrenvolt::ZanDlgExistCircuits";
+constexpr wchar_t existCircuitsForm[] = L"ZanDlgExistCircuits";
+constexpr wchar_t existCircuitsDialog[] = L"ZanBrenvolt::ZanDlgExistCircuits";
 
 /// A displayed row has nine texts, its circuit's key last. The grid shows the key first, after the row head.
 constexpr std::size_t displayColumns = 9;
@@ -38,11 +38,11 @@ const std::vector<int> columnWidths = {1, 2, 4, 3, 3, 4, 4, 4, 4, 4};
 
 ZanDlgExistCircuits::ZanDlgExistCircuits(
     std::vector<TextRow> rows, std::vector<TextRow> display, TextRow selection, KvWindow* parent)
-    : CKvUiDialog(formName, parent), selection_(std::move(selection)), rows_(std::move(rows)),
+    : CKvUiDialog(existCircuitsForm, parent), selection_(std::move(selection)), rows_(std::move(rows)),
       display_(std::move(display)) {}
 
 bool ZanDlgExistCircuits::OnInitDialog() {
-  SetDialogName(dialogName);
+  SetDialogName(existCircuitsDialog);
   fillGrid();
   const int row = rowOfSelection();
   Grid(role::existingGrid).SelectRow(row);

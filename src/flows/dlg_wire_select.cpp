@@ -17,12 +17,11 @@ namespace brenvolt {
 
 namespace {
 
-constexpr wchar_t formName[] = L"ZanDlgWireSelect";
-constexpr wchar_t dialogName[] = L"ZanBrenvolt::ZanDlgWireSelect";
-constexpr wchar_t helpTopic[] = L"wire_size_lookup_dialog";
+constexpr wchar_t wireSelectForm[] = L"ZanDlgWireSelect";
+constexpr wchar_t wireSelectDialog[] = L"ZanBrenvolt::ZanDlgWireSelect";
+constexpr wchar_t wireSelectHelpTopic[] = L"wire_size_lookup_dialog";
 constexpr wchar_t ampacityExceededKey[] = L"ZanBrenvolt.WirAmpacityExceeded";
 constexpr wchar_t ampacityParameter[] = L"ampacityratio";
-constexpr int tooltipsBelow = 2;
 constexpr int heldBackTimer = 1;
 constexpr int doubleClickTimer = 2;
 // Time enough for the click that moved the focus to arrive as a selection.
@@ -34,11 +33,11 @@ constexpr int doubleClickMilliseconds = 1000; // longer than any desktop sets
 ZanDlgWireSelect::ZanDlgWireSelect(
     ZanDlgWireSelectBaseCtrlMgr& manager, KvWindow* parent, AcceptedTables& acceptedTables,
     std::optional<std::wstring> circuit)
-    : ZanDlgDatabase(formName, parent), manager_(manager), acceptedTables_(acceptedTables),
+    : ZanDlgDatabase(wireSelectForm, parent), manager_(manager), acceptedTables_(acceptedTables),
       circuitName_(std::move(circuit)) {}
 
 bool ZanDlgWireSelect::OnInitDialog() {
-  SetDialogName(dialogName);
+  SetDialogName(wireSelectDialog);
   if (!Connect()) return false;
   grid().SetEditable(false, false);
   // Without a code the lookup has none, and the tables without a code in their names serve.
@@ -84,7 +83,7 @@ void ZanDlgWireSelect::openSpareInputs() {
 }
 
 void ZanDlgWireSelect::OnHelp() {
-  kvedHelp(helpTopic);
+  kvedHelp(wireSelectHelpTopic);
 }
 
 void ZanDlgWireSelect::OnRowSelected(int, int) {

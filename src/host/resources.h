@@ -14,6 +14,8 @@ inline constexpr wchar_t resourceModuleName[] = L"ZanBrenvoltRes.dll";
 /// The location of the dialogs' tooltips, and the prefix of their keys.
 inline constexpr wchar_t tooltipResource[] = L"/ZanDialogTooltipsRes;component/ZanDialogTooltipsRes.xaml";
 inline constexpr wchar_t tooltipPrefix[] = L"ZNBV";
+/// The levels of controls, below the dialog itself, that have tooltips.
+inline constexpr int tooltipsBelow = 2;
 
 /// Images of the resource module on buttons.
 enum class ImageId : unsigned {

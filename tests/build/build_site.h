@@ -21,7 +21,7 @@ namespace brenvolt::test {
 
 class BuildSite final {
 public:
-  /// `executionErrors`: how many failing forms the user is told of; `button`: how each message is answered.
+  /// `executionErrors`: how many failing forms are reported; `button`: how each message is answered.
   explicit BuildSite(int executionErrors = 0, int button = 1);
   BuildSite(const BuildSite&) = delete;
   BuildSite& operator=(const BuildSite&) = delete;

@@ -232,7 +232,7 @@ TEST_CASE("an interactive build runs up to the first choice, and an undone run t
   REQUIRE_EQ(build.units().units().size(), 1);
   build.units().units().front()->pending = true;
   CHECK(build.runLevel());
-  CHECK_EQ(site.eval("ran"), "((1) (\"N1\") (3))"); // N1 waits, the markers behind the choice go with it
+  CHECK_EQ(site.eval("ran"), "((1) (\"N1\") (3))"); // N1 waits, the markers after the choice go with it
   CHECK_EQ(build.level(), 1);
   CHECK(build.canGoBack());
   CHECK(build.state().markers.markers()[1].children() != nullptr);

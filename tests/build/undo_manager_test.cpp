@@ -88,7 +88,7 @@ TEST_CASE("a refusal of the host costs the mark") {
   REQUIRE(undo.bind(&drawingOf(lisp), 100)); // beyond the count: the difference wraps in 16 bits
   lisp.eval(draw);
   undo.mark();
-  lisp.eval("(undo 1)"); // the user went back behind the mark
+  lisp.eval("(undo 1)"); // the user went back before the mark
   CHECK_FALSE(undo.stepBack());
   CHECK_EQ(undo.marks(), 0);
   CHECK_FALSE(undo.hasSteps());

@@ -131,7 +131,7 @@ TEST_CASE("at a terminal a line can be edited and called back, also by the next 
     terminal.type(interrupt);
     CHECK(terminal.shows("interrupted"));
     CHECK(terminal.prompts("> "));
-    terminal.type("(car 5)\n"); // a fault is told and does not end the prompt
+    terminal.type("(car 5)\n"); // a fault is reported and does not end the prompt
     CHECK(terminal.shows("input:1"));
     CHECK(terminal.prompts("> "));
     CHECK_EQ(terminal.leave(), 0);

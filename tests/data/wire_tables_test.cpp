@@ -96,7 +96,7 @@ TEST_CASE("an impedance comes from its cell, from its neighbours, or not at all"
     double r;
   };
   const Row rows[] = {
-      {L"4 AWG", true, 0.157, 1.02}, // a blank behind the semicolon does no harm
+      {L"4 AWG", true, 0.157, 1.02}, // a blank after the semicolon does no harm
       {L"3 AWG", false, 0, 0},       // no semicolon
       {L"2 AWG", false, 0, 0},       // its neighbour is the cell without semicolon
       {L"1 AWG", false, 0, 0},       // not in the table

@@ -104,7 +104,7 @@ TEST_CASE("an if-form is replaced by the branch that its condition names") {
       {L"if (i>10) then 3 else (i*2)+1", 5, 11.0},
       {L"if (i>10) then 3 else (i*2)+1", 11, 4.0},
       {L"2if (i) then 3 else (4)5", 1, 235.0}, // put in place as text
-      {L"if (i>10) then 3else 4", 11, 0.0},    // the character ahead of "else" is dropped
+      {L"if (i>10) then 3else 4", 11, 0.0},    // the character before "else" is dropped
       {L"if (i>1) then if (i>2) then 30 else 20 else 10", 3, 30.0},
       {L"if (i>1) then if (i>2) then 30 else 20 else 10", 2, 20.0},
       {L"if (i>1) then if (i>2) then 30 else 20 else 10", 1, 10.0},

@@ -17,7 +17,7 @@ std::string inFile(const std::string& steps) {
   return R"({"format": "brenvolt-answers", "version": 1, "steps": [)" + steps + "]}";
 }
 
-std::string faultOf(const std::string& bytes) {
+std::string faultOfAnswers(const std::string& bytes) {
   try {
     static_cast<void>(parseAnswers(bytes, "a.json"));
   } catch (const simhost::AnswerError& error) {
@@ -41,12 +41,12 @@ int pick(KvEntityName& entity, KvPoint3d& point) {
 } // namespace
 
 TEST_CASE("a damaged answer file is told with file and step") {
-  CHECK(faultOf("{").starts_with("a.json: invalid JSON"));
-  CHECK(faultOf("[]") == "a.json: must be an object");
-  CHECK(faultOf(R"({"version": 1, "steps": []})").starts_with("a.json: \"format\""));
-  CHECK(faultOf(R"({"format": "brenvolt-answers", "version": 2, "steps": []})")
+  CHECK(faultOfAnswers("{").starts_with("a.json: invalid JSON"));
+  CHECK(faultOfAnswers("[]") == "a.json: must be an object");
+  CHECK(faultOfAnswers(R"({"version": 1, "steps": []})").starts_with("a.json: \"format\""));
+  CHECK(faultOfAnswers(R"({"format": "brenvolt-answers", "version": 2, "steps": []})")
             .starts_with("a.json: \"version\""));
-  CHECK(faultOf(inFile(R"({"dialog": "a"}, {"do": []})")).starts_with("a.json: step 2: "));
+  CHECK(faultOfAnswers(inFile(R"({"dialog": "a"}, {"do": []})")).starts_with("a.json: step 2: "));
   for (const char* step :
        {R"({"dialog": "a", "answer": 1})",
         R"({"dialog": "a", "do": [{}]})",
@@ -72,7 +72,7 @@ TEST_CASE("a damaged answer file is told with file and step") {
         R"({"dialog": "a", "do": [{"expect": "b"}]})",
         R"({"dialog": "a", "do": [{"expect": "b", "enabled": 1}]})",
         R"({"dialog": "a", "do": [{"press": "b", "quick": 1}]})"})
-    CHECK_MESSAGE(faultOf(inFile(step)).starts_with("a.json: step 1: "), step);
+    CHECK_MESSAGE(faultOfAnswers(inFile(step)).starts_with("a.json: step 1: "), step);
 }
 
 TEST_CASE(

@@ -17,10 +17,10 @@ namespace {
 int serve() {
   const Chain arguments(kvedGetArgs());
   switch (kvedGetFunCode()) {
-  case 1: // answers its arguments
+  case 1: // returns its arguments
     kvedRetList(arguments.get());
     return 1;
-  case 2: { // calls LISP "c:back" with its arguments and answers what comes back
+  case 2: { // calls LISP "c:back" with its arguments and returns what comes back
     KvResultBuffer* call = kvutBuildList(kvtype::string, L"c:back", 0);
     call->next = kvedGetArgs();
     KvResultBuffer* result = nullptr;

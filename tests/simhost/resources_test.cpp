@@ -21,7 +21,7 @@ constexpr const char* english =
     "dialog Key\n  title = Title\n  main = Main {name}\n  button 1001 = Go\n  button 2 = Stop\n"
     "  hideable\n";
 
-std::string faultOf(std::string_view bytes, LanguageRole role = LanguageRole::base) {
+std::string faultOfLanguage(std::string_view bytes, LanguageRole role = LanguageRole::base) {
   KvResourceModule module;
   try {
     simhost::readLanguageFile(english, "en.txt", LanguageRole::base, module);
@@ -60,15 +60,15 @@ TEST_CASE("a translation puts its words over the English ones and leaves the res
 }
 
 TEST_CASE("a damaged language file is told with file and line") {
-  CHECK(faultOf("text 1 = a\ntext x = b\n").starts_with("x.txt:2: "));
-  CHECK(faultOf("text 1 = a\n\ntext 1 = b\n").starts_with("x.txt:3: "));
-  CHECK(faultOf("hello\n").starts_with("x.txt:1: "));
-  CHECK(faultOf("button 1 = a\n").starts_with("x.txt:1: "));
-  CHECK(faultOf("text 1 = a\\t\n").starts_with("x.txt:1: "));
-  CHECK(faultOf("text 1 = \xff\n").starts_with("x.txt:0: "));
-  CHECK(faultOf("dialog K\n title = a\n").starts_with("x.txt: the dialog K has no button"));
-  CHECK(faultOf("dialog Other\n", LanguageRole::translation).starts_with("x.txt:1: "));
-  CHECK(faultOf("dialog Key\n button 7 = a\n", LanguageRole::translation).starts_with("x.txt:2: "));
+  CHECK(faultOfLanguage("text 1 = a\ntext x = b\n").starts_with("x.txt:2: "));
+  CHECK(faultOfLanguage("text 1 = a\n\ntext 1 = b\n").starts_with("x.txt:3: "));
+  CHECK(faultOfLanguage("hello\n").starts_with("x.txt:1: "));
+  CHECK(faultOfLanguage("button 1 = a\n").starts_with("x.txt:1: "));
+  CHECK(faultOfLanguage("text 1 = a\\t\n").starts_with("x.txt:1: "));
+  CHECK(faultOfLanguage("text 1 = \xff\n").starts_with("x.txt:0: "));
+  CHECK(faultOfLanguage("dialog K\n title = a\n").starts_with("x.txt: the dialog K has no button"));
+  CHECK(faultOfLanguage("dialog Other\n", LanguageRole::translation).starts_with("x.txt:1: "));
+  CHECK(faultOfLanguage("dialog Key\n button 7 = a\n", LanguageRole::translation).starts_with("x.txt:2: "));
 }
 
 TEST_CASE("texts come from the module on top of the stack, and a missing one leaves the text as it was") {

@@ -25,7 +25,7 @@ namespace {
 
 SiteRunOptions optionsFor(
     const std::string& settings, const std::string& language, const std::string& folder) {
-  needApplication(); // ahead of every widget
+  needApplication(); // before every widget
   SiteRunOptions options;
   options.site = folder;
   options.settings = settings;

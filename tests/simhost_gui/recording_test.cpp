@@ -181,7 +181,7 @@ TEST_CASE(
     gui.click(50, 17);
     return true;
   });
-  std::uint64_t before = 0; // changes of the drawing ahead of the run
+  std::uint64_t before = 0; // changes of the drawing before the run
   bool hasLeft = false;
   const Watch leave([&] {
     const std::uint64_t now = gui.drawing().undoLog().changeCount();

@@ -115,7 +115,7 @@ ToolRun replay(
       {}, environment);
 }
 
-/// What a statement answers, or what it leaves in the tables that the product writes; it is taken back.
+/// What a statement returns, or what it leaves in the tables that the product writes; it is taken back.
 Lines answerOf(ZanOleDbConnection& engine, const std::wstring& statement) {
   const TableTransaction transaction(engine);
   REQUIRE(transaction.isOpen());
