@@ -107,7 +107,7 @@ void directBuild(benchmark::State& state) {
     CircuitContext circuit;
     AcceptedTables acceptedTables;
     std::int32_t lastMarkerId = 0;
-    ZanBrenvolt build(std::move(args), {circuit, acceptedTables, lastMarkerId});
+    ZanBrenvolt build(std::move(args), {circuit, {acceptedTables, nullptr}, lastMarkerId});
     build.readBuildData();
     bool result = build.loadCatalog() && build.readMarkers();
     build.readPresets();

@@ -172,8 +172,8 @@ public:
     args.worksheet = L"S";
     args.circuit = L"Lineup";
     args.type = L"Bench";
-    build_ =
-        std::make_unique<ZanBrenvolt>(std::move(args), LentValues{circuit_, acceptedTables_, lastMarkerId_});
+    build_ = std::make_unique<ZanBrenvolt>(
+        std::move(args), LentValues{circuit_, {acceptedTables_, nullptr}, lastMarkerId_});
     const ResourceScope resources;
     build_->readBuildData();
     if (!build_->loadCatalog() || !build_->readMarkers() || !build_->prepare(BuildKind::interactive))

@@ -41,7 +41,8 @@ struct ZanOleDbConnection::State {
   ZanOleDbErrorInfo error;
 };
 
-ZanOleDbConnection::ZanOleDbConnection() : state_(std::make_unique<State>()) {}
+ZanOleDbConnection::ZanOleDbConnection(TableObserver* observer)
+    : state_(std::make_unique<State>()), observer_(observer) {}
 
 ZanOleDbConnection::~ZanOleDbConnection() = default;
 
@@ -115,21 +116,11 @@ ZanOleDbConnection* ZanOleDbCommand::GetConnection() const {
 void ZanOleDbCommand::SetCommandText(std::wstring_view text) {
   Close();
   text_ = text;
-  buildError_.clear();
-}
-
-void ZanOleDbCommand::SetBuildError(std::wstring message) {
-  Close();
-  buildError_ = std::move(message);
 }
 
 dbStatus ZanOleDbCommand::Execute() {
   Close();
   error_.Clear();
-  if (!buildError_.empty()) {
-    error_.Set(buildError_);
-    return dbStatus::failure;
-  }
   if (connection_ == nullptr) {
     error_.Set(L"the connection is not open");
     return dbStatus::failure;
@@ -267,7 +258,8 @@ void ZanOleDbRecordset::Close() {
 }
 
 // One kind of file recordset exists; its two numbers are how callers ask for it.
-ZanOleDbFileRecordset::ZanOleDbFileRecordset(ConnectType, FileType) {}
+ZanOleDbFileRecordset::ZanOleDbFileRecordset(ConnectType, FileType, TableObserver* observer)
+    : ZanOleDbRecordset(observer) {}
 
 bool ZanOleDbFileRecordset::Open(std::wstring_view filePath) {
   Close();

@@ -58,10 +58,36 @@ public:
       std::wstring_view dataSource, std::wstring_view provider, std::wstring_view extendedProperties);
 };
 
+/// What went wrong with a statement, or with opening a data source.
+struct StatementFailure {
+  std::wstring source;    ///< data source of the connection, without a password; empty when it was not opened
+  std::wstring reason;    ///< the provider's words
+  std::wstring statement; ///< the first one that failed for this reason
+  bool isConnectionLost = false; ///< whether the server was no longer reached
+};
+
+/// A table of the default code that replaces one of another code.
+struct TableFallback {
+  std::wstring wanted;
+  std::wstring used;
+};
+
+/// Receives what the results of a connection do not show: its users continue with what they have, and whoever opened
+/// the connection reports each problem once.
+class TableObserver {
+public:
+  virtual void statementFailed(StatementFailure failure) = 0;
+  virtual void defaultTableUsed(TableFallback fallback) = 0;
+
+protected:
+  ~TableObserver() = default;
+};
+
 /// A connection to one data source. The engine is chosen by the file's content, never by its name.
 class ZanOleDbConnection final {
 public:
-  ZanOleDbConnection();
+  /// The observer must outlive the connection; without one nobody learns of its problems.
+  explicit ZanOleDbConnection(TableObserver* observer = nullptr);
   ~ZanOleDbConnection();
   ZanOleDbConnection(const ZanOleDbConnection&) = delete;
   ZanOleDbConnection& operator=(const ZanOleDbConnection&) = delete;
@@ -75,6 +101,8 @@ public:
   /// The path of the database file (for a server: the connection string without its password). True when connected.
   bool GetDatasource(std::wstring& path) const;
   [[nodiscard]] ZanOleDbErrorInfo& ErrorInfo();
+  /// Null when there is none.
+  [[nodiscard]] TableObserver* observer() const { return observer_; }
 
   /// Runs a statement and returns its rows; nothing on a failure, with the reason in `error`. For the classes of this
   /// header.
@@ -86,6 +114,7 @@ public:
 private:
   struct State;
   std::unique_ptr<State> state_;
+  TableObserver* observer_;
 };
 
 /// One statement on a connection and the rows that it returns. Columns count from 1.
@@ -100,9 +129,6 @@ public:
   void SetConnection(ZanOleDbConnection* connection);
   [[nodiscard]] ZanOleDbConnection* GetConnection() const;
   void SetCommandText(std::wstring_view text);
-  /// Marks the coming statement as one that could not be built (a value held a quote, a name a bracket): `Execute`
-  /// then fails with this message and nothing reaches the engine.
-  void SetBuildError(std::wstring message);
   /// Runs the statement. The first row is reached by the first `FetchNext`.
   dbStatus Execute();
   dbStatus FetchNext();
@@ -134,8 +160,6 @@ private:
 
   std::wstring text_;
   ZanOleDbErrorInfo error_;
-  /// Not empty when the statement could not be built.
-  std::wstring buildError_;
   std::unique_ptr<tables::Statement> statement_;
 };
 
@@ -177,6 +201,7 @@ enum class FileType : int { workbook = 1 };
 /// by its name with "$" appended; the first row is the header.
 class ZanOleDbRecordset : public ZanOleDbCommand {
 public:
+  explicit ZanOleDbRecordset(TableObserver* observer) : own_(observer) {}
   void Close();
 
 protected:
@@ -185,7 +210,7 @@ protected:
 
 class ZanOleDbFileRecordset final : public ZanOleDbRecordset {
 public:
-  ZanOleDbFileRecordset(ConnectType connectType, FileType fileType);
+  ZanOleDbFileRecordset(ConnectType connectType, FileType fileType, TableObserver* observer = nullptr);
   /// Opens the file read-only; false when it cannot be opened, see `ErrorInfo`.
   bool Open(std::wstring_view filePath);
   [[nodiscard]] ZanOleDbConnection& connection() { return own_; }

@@ -38,7 +38,7 @@ private:
   brenvolt::TableWatch watch_;
   bool isChecked_ = false;
   std::string database_;
-  brenvolt::ZanOleDbConnection connection_;
+  brenvolt::ZanOleDbConnection connection_{&watch_};
 };
 
 /// A site's tables with a session around them, whose LISP knows the code standard.

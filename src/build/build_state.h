@@ -7,10 +7,10 @@
 #include "build/undo_manager.h"
 #include "config/config_units.h"
 #include "config/widget_manager_maker.h"
+#include "data/table_watch.h"
 #include "drawing/annotation_rows.h"
 #include "drawing/history.h"
 #include "drawing/markers.h"
-#include "host/alerts.h"
 #include "project/circuit_list.h"
 #include "text/compare.h"
 
@@ -62,7 +62,7 @@ struct BuildResult {
 /// What outlives a build. The handler lends it: nothing below a handler looks for it.
 struct LentValues {
   CircuitContext& circuit; ///< the current circuit
-  AcceptedTables& acceptedTables;
+  LentTables tables;
   std::int32_t& lastMarkerId;
 };
 
@@ -70,12 +70,12 @@ struct LentValues {
 struct BuildState {
   /// Both must outlive the build.
   BuildState(const BuildInput& asked, const LentValues& lent)
-      : input(asked), circuit(lent.circuit), acceptedTables(lent.acceptedTables), markers(lent.lastMarkerId),
-        maker(lent.circuit, lent.acceptedTables) {}
+      : input(asked), circuit(lent.circuit), tables(lent.tables), markers(lent.lastMarkerId),
+        maker(lent.circuit, lent.tables) {}
 
   const BuildInput& input;
   CircuitContext& circuit;
-  AcceptedTables& acceptedTables;
+  LentTables tables;
   std::wstring spaceName; ///< the block that receives the circuit
   BuildKind kind = BuildKind::direct;
   bool hasQuit = false; ///< a quit message was seen: nothing more runs

@@ -100,7 +100,7 @@ bool ZanBrenvolt::readMarkers() {
 
 void ZanBrenvolt::readPresets() {
   applyPresetDefaults(input_.args.presetText, state_.catalog);
-  input_.presets = brenvolt::readPresets(input_.args);
+  input_.presets = brenvolt::readPresets(input_.args, state_.tables.observer);
 }
 
 bool ZanBrenvolt::prepare(BuildKind kind) {

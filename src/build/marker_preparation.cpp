@@ -120,14 +120,14 @@ void applyOpenHistory(BuildState& build, ZanDwgMarkerList& list, CircuitRows cir
   });
 }
 
-BuildPresets readPresets(const ZanBuildArgs& args) {
+BuildPresets readPresets(const ZanBuildArgs& args, TableObserver* observer) {
   BuildPresets presets;
   presets.active = !args.presetText.empty();
   presets.wireNumbers = parseCodeHandles(args.codeHandleText);
   presets.wires = parsePresetWires(args.wireText);
   for (const MarkerPreset& preset : parseMarkerPresets(args.presetText)) {
     std::vector<TextRow> rows;
-    if (!readCatalogRows(args.drawingIndex, L"h=" + preset.handle, rows)) continue;
+    if (!readCatalogRows(args.drawingIndex, L"h=" + preset.handle, observer, rows)) continue;
     for (TextRow& row : rows) {
       if (row.size() < leastCatalogTexts) continue;
       row.pop_back();

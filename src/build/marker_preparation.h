@@ -23,8 +23,9 @@ enum class CircuitRows { leave, fill };
 /// Pushes the opened history into the markers of the list that have options, and those below.
 void applyOpenHistory(BuildState& build, ZanDwgMarkerList& list, CircuitRows circuitRows);
 
-/// Parses the preset fields and looks up their components in the project. Missing ones are skipped.
-[[nodiscard]] BuildPresets readPresets(const ZanBuildArgs& args);
+/// Parses the preset fields and looks up their components in the project. Missing ones are skipped; `observer` may be
+/// null.
+[[nodiscard]] BuildPresets readPresets(const ZanBuildArgs& args, TableObserver* observer);
 
 /// Puts wires and component data of the presets into the markers of the list that have options, and those below.
 void buildWireAnnotations(BuildState& build, ZanDwgMarkerList& list, CircuitRows circuitRows);

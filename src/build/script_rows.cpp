@@ -131,7 +131,7 @@ void MarkerWalk::refreshGroupData(const ZanDwgMarker& marker) {
   const RowsInForce former = std::exchange(inForce_, settings_.at(marker));
   // The components are sized once for each motor.
   if (former.rows == nullptr || former.motor != inForce_.motor)
-    autoRows_ = computeAutoRows(*inForce_.rows, build_.acceptedTables);
+    autoRows_ = computeAutoRows(*inForce_.rows, build_.tables);
 }
 
 bool MarkerWalk::runMarker(const ZanExecRecord& item) {

@@ -92,7 +92,8 @@ void say(TextId text, std::wstring_view code, std::wstring_view size = {}) {
 /// The tables are opened for the first motor that needs them.
 class Sizing final {
 public:
-  explicit Sizing(const ZanWireFormatter& formats) : formats_(formats) {}
+  Sizing(const ZanWireFormatter& formats, TableObserver* observer)
+      : formats_(formats), connection_(observer) {}
 
   void size(ZanAnnotationDataList& rows, std::wstring_view code, std::wstring_view suffix) {
     const Wires wires = conductorsOf(rows);
@@ -202,7 +203,7 @@ void addUnsized(int motors) {
 
 void sizeUnsizedWires(BuildState& build, ZanDwgMarkerList& list) {
   const ZanWireFormatter formats = build.maker.wires().formats(SamePosition::eachCounts);
-  Sizing sizing(formats);
+  Sizing sizing(formats, build.tables.observer);
   bool hasMotors = false;
   ZanDwgMarkerListIterator iterator(&list);
   for (iterator.First(); !iterator.Done(); iterator.Next()) {

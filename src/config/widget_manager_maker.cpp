@@ -56,10 +56,10 @@ bool ZanWidgetManagerMaker::MakeManagers(ZanConfigUnit& unit) {
 
 void ZanWidgetManagerMaker::makeMotorManager(ZanConfigUnit& unit, const ZanOptionGroup& group) {
   unit.control = true;
-  auto manager = std::make_unique<ZanWidgetManagerMcc>(circuits_);
+  auto manager = std::make_unique<ZanWidgetManagerMcc>(circuits_, tables_.observer);
   manager->Initialise(&unit, group);
   // A new circuit asks again about missing tables.
-  acceptedTables_.clear();
+  tables_.accepted.clear();
   unit.BindManager(controlOptionCode, manager.get());
   manager->SetWireFormats(wires_.formats(SamePosition::latestCounts));
   manager->TakeCircuit();
@@ -142,15 +142,15 @@ std::vector<MotorRows> ZanWidgetManagerMaker::CollectSettings() const {
   return motors;
 }
 
-std::vector<ZanAutoSizeRow> sizeComponents(
-    std::wstring_view type, double current, AcceptedTables& acceptedTables) {
+std::vector<ZanAutoSizeRow> sizeComponents(std::wstring_view type, double current, const LentTables& tables) {
   ZanAutoSizeComponent components;
+  if (!components.Open(tables.observer)) return {};
   if (const std::optional<std::wstring> standard = getCodeStandard()) {
     std::wstring source;
     MissingTables missing;
     const bool isOpen = components.findMissing(*standard, source, missing);
     if (isOpen &&
-        alertTables(source, missing.forCode, missing.everywhere, AlertKind::componentTable, acceptedTables))
+        alertTables(source, missing.forCode, missing.everywhere, AlertKind::componentTable, tables.accepted))
       components.useTables(*standard);
   }
   std::vector<ZanAutoSizeRow> rows;
@@ -159,11 +159,11 @@ std::vector<ZanAutoSizeRow> sizeComponents(
 }
 
 std::vector<ZanAutoSizeRow> computeAutoRows(
-    const ZanAnnotationDataList& groupData, AcceptedTables& acceptedTables) {
+    const ZanAnnotationDataList& groupData, const LentTables& tables) {
   const ZanAnnotationData* setup = findRow(groupData, rowname::motorSetup);
   if (!setup) setup = findRow(groupData, rowname::loadSetup);
   if (!setup) return {};
-  return sizeComponents(fieldOf(*setup, typeField), toDouble(fieldOf(*setup, currentField)), acceptedTables);
+  return sizeComponents(fieldOf(*setup, typeField), toDouble(fieldOf(*setup, currentField)), tables);
 }
 
 } // namespace brenvolt

@@ -5,9 +5,9 @@
 #include "config/circuit_in_hand.h"
 #include "config/widget_manager.h"
 #include "data/component_sizing.h"
+#include "data/table_watch.h"
 #include "drawing/annotation_rows.h"
 #include "drawing/template_wires.h"
-#include "host/alerts.h"
 #include "project/code_record.h"
 
 #include <cstdint>
@@ -37,9 +37,8 @@ struct MotorRows {
 
 class ZanWidgetManagerMaker {
 public:
-  /// `circuit` is the current circuit; both must outlive the maker.
-  ZanWidgetManagerMaker(CircuitContext& circuit, AcceptedTables& acceptedTables)
-      : circuits_(circuit), acceptedTables_(acceptedTables) {}
+  /// `circuit` is the current circuit. It and what is lent must outlive the maker.
+  ZanWidgetManagerMaker(CircuitContext& circuit, LentTables tables) : circuits_(circuit), tables_(tables) {}
   ZanWidgetManagerMaker(const ZanWidgetManagerMaker&) = delete;
   ZanWidgetManagerMaker& operator=(const ZanWidgetManagerMaker&) = delete;
   virtual ~ZanWidgetManagerMaker() = default;
@@ -78,7 +77,7 @@ private:
   void forEachMotor(const Visit& visit) const;
 
   CircuitInHand circuits_;
-  AcceptedTables& acceptedTables_;
+  LentTables tables_;
   std::vector<ZanManagerGroup> groups_;
   std::vector<std::unique_ptr<ZanWidgetManager>> retired_; ///< heads that gave way
   TemplateWires wires_;
@@ -87,10 +86,10 @@ private:
 /// The components of a motor type for a current in amperes, by the tables of the current electrical code. The user is
 /// asked about missing tables; if the user stops, the tables' plain names are used.
 [[nodiscard]] std::vector<ZanAutoSizeRow> sizeComponents(
-    std::wstring_view type, double current, AcceptedTables& acceptedTables);
+    std::wstring_view type, double current, const LentTables& tables);
 
 /// The components of the first motor, or else the first load, among the rows. None gives no rows.
 [[nodiscard]] std::vector<ZanAutoSizeRow> computeAutoRows(
-    const ZanAnnotationDataList& groupData, AcceptedTables& acceptedTables);
+    const ZanAnnotationDataList& groupData, const LentTables& tables);
 
 } // namespace brenvolt

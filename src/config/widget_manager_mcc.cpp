@@ -77,8 +77,8 @@ std::optional<MccMode> modeOfUnit(const ZanConfigUnit* unit) {
 
 } // namespace
 
-ZanWidgetManagerMcc::ZanWidgetManagerMcc(CircuitInHand& circuits)
-    : circuits_(circuits), record_(circuits.begin(*this)) {}
+ZanWidgetManagerMcc::ZanWidgetManagerMcc(CircuitInHand& circuits, TableObserver* observer)
+    : circuits_(circuits), record_(circuits.begin(*this)), connection_(observer) {}
 
 ZanWidgetManagerMcc::~ZanWidgetManagerMcc() {
   circuits_.forget(record_);

@@ -25,8 +25,8 @@ namespace brenvolt {
 
 class ZanWidgetManagerMcc : public ZanWidgetManager {
 public:
-  /// `circuits` must outlive the manager.
-  explicit ZanWidgetManagerMcc(CircuitInHand& circuits);
+  /// Both must outlive the manager; `observer`, of the tables that it reads, may be null.
+  ZanWidgetManagerMcc(CircuitInHand& circuits, TableObserver* observer);
   ~ZanWidgetManagerMcc() override;
 
   void OnLookup(ZanGroupCtrl* group) override;

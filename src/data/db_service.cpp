@@ -1,6 +1,5 @@
 #include "data/db_service.h"
 
-#include "data/table_watch.h"
 #include "host/host_api_documents.h"
 #include "host/lisp_calls.h"
 
@@ -23,7 +22,9 @@ std::optional<std::wstring> findEngineeringDatabase() {
 bool openEngineeringDatabase(ZanOleDbConnection& connection, std::wstring_view file) {
   const std::wstring init = ZanOleDbHelper::FormatConnectString(file, databaseProvider, databaseProperties);
   if (connection.OpenFromInitializationString(init, false, true) >= 0) return true;
-  noteOpeningFailure(file, connection.ErrorInfo());
+  const ZanOleDbErrorInfo& error = connection.ErrorInfo();
+  if (connection.observer() != nullptr && !file.empty())
+    connection.observer()->statementFailed({{}, error.Text(), {}, error.IsConnectionLost()});
   return false;
 }
 
@@ -44,9 +45,9 @@ void ZanDbBaseService::SetConnection(ZanOleDbConnection* connection) {
   own_.reset();
 }
 
-bool ZanDbBaseService::Open() {
+bool ZanDbBaseService::Open(TableObserver* observer) {
   if (own_) return true;
-  auto own = std::make_unique<ZanOleDbConnection>();
+  auto own = std::make_unique<ZanOleDbConnection>(observer);
   if (!openEngineeringDatabase(*own)) return false;
   SetConnection(own.get());
   own_ = std::move(own);

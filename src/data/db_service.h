@@ -14,7 +14,8 @@ namespace brenvolt {
 
 /// The path of the engineering database's file from the parent product; nothing when its result is not a text.
 [[nodiscard]] std::optional<std::wstring> findEngineeringDatabase();
-/// Opens the database of a file. False when it cannot be opened, see `connection.ErrorInfo()`.
+/// Opens the database of a file. False when it cannot be opened: `connection.ErrorInfo()` says why, and its observer
+/// learns of it.
 [[nodiscard]] bool openEngineeringDatabase(ZanOleDbConnection& connection, std::wstring_view file);
 /// Opens the engineering database; the parent product's function "(c:zan_bv_figure_mccdb_fnam)" names the file. False
 /// when the result is not a text or the file cannot be opened (see `connection.ErrorInfo()` then).
@@ -31,7 +32,7 @@ public:
   /// Closes a connection of its own and works on this one from now on.
   virtual void SetConnection(ZanOleDbConnection* connection);
   /// Opens a connection of its own unless it has one. On a failure the former connection stays.
-  [[nodiscard]] bool Open();
+  [[nodiscard]] bool Open(TableObserver* observer = nullptr);
   [[nodiscard]] bool CheckTables(
       std::wstring_view metal, std::wstring_view standard, std::wstring_view code, std::wstring& dataSource,
       MissingTables& missing, unsigned mask) const;

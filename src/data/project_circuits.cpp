@@ -1,7 +1,6 @@
 #include "data/project_circuits.h"
 
 #include "data/table_query.h"
-#include "data/table_watch.h"
 #include "host/lisp_calls.h"
 #include "text/compare.h"
 #include "text/split.h"
@@ -44,11 +43,13 @@ ComponentKey componentKey(std::wstring_view drawingIndex, std::wstring_view hand
 
 } // namespace
 
-ProjectDatabase::ProjectDatabase(const std::wstring& path) : file_(ConnectType::file, FileType::workbook) {
+ProjectDatabase::ProjectDatabase(const std::wstring& path, TableObserver* observer)
+    : file_(ConnectType::file, FileType::workbook, observer) {
   // The parent product writes paths with "\\"; here the separator is "/".
   isOpen_ = !path.empty() && file_.Open(replaceAll(path, L"\\", L"/"));
   // A file that is not there is an empty project, a server that is not reached is none.
-  if (!isOpen_ && file_.ErrorInfo().IsConnectionLost()) noteOpeningFailure(path, file_.ErrorInfo());
+  if (!isOpen_ && file_.ErrorInfo().IsConnectionLost() && observer != nullptr)
+    observer->statementFailed({{}, file_.ErrorInfo().Text(), {}, true});
   ZanOleDbTables tables;
   if (isOpen_ && tables.Open(file_.connection(), L"TABLE")) tables.GetTableList(tables_);
 }
@@ -69,9 +70,9 @@ bool ProjectDatabase::hasColumn(const std::wstring& table, std::wstring_view col
   return false;
 }
 
-bool readCircuitRows(const std::wstring& databasePath, std::vector<TextRow>& rows) {
+bool readCircuitRows(const std::wstring& databasePath, TableObserver* observer, std::vector<TextRow>& rows) {
   rows.clear();
-  ProjectDatabase database(databasePath);
+  ProjectDatabase database(databasePath, observer);
   const std::optional<std::wstring> table = database.findTable(circuitTable);
   TableQuery query(database.connection());
   if (!table || !query.run(L"SELECT %s FROM [%s]", {L"*", *table})) return false;
@@ -83,9 +84,10 @@ bool readCircuitRows(const std::wstring& databasePath, std::vector<TextRow>& row
 }
 
 bool readCircuitSummaries(
-    const std::wstring& databasePath, const std::vector<TextRow>& rows, std::vector<TextRow>& summaries) {
+    const std::wstring& databasePath, TableObserver* observer, const std::vector<TextRow>& rows,
+    std::vector<TextRow>& summaries) {
   summaries.clear();
-  ProjectDatabase database(databasePath);
+  ProjectDatabase database(databasePath, observer);
   if (!database.findTable(componentTable)) return true;
   // Read once for all circuits: a query a circuit would walk the components as often as there are circuits.
   std::multimap<ComponentKey, TextRow> components;
@@ -123,11 +125,12 @@ bool readCircuitSummaries(
 }
 
 bool readCatalogRows(
-    std::wstring_view drawingIndex, std::wstring_view handleKey, std::vector<TextRow>& rows) {
+    std::wstring_view drawingIndex, std::wstring_view handleKey, TableObserver* observer,
+    std::vector<TextRow>& rows) {
   rows.clear();
   const std::optional<std::wstring> path = getProjectDatabase();
   if (!path) return false;
-  ProjectDatabase database(*path);
+  ProjectDatabase database(*path, observer);
   TableQuery query(database.connection());
   const std::vector<std::wstring> values = {std::wstring(drawingIndex), std::wstring(handleKey)};
   bool found = false;

@@ -1,5 +1,5 @@
 // The circuits that a project already holds, as the parent product's LISP has written them into the project database.
-// Everything here only reads; a file that cannot be opened counts as an empty project.
+// Everything here only reads; a file that cannot be opened counts as an empty project. Observers may be null.
 #pragma once
 
 #include "platform/tables.h"
@@ -16,7 +16,7 @@ using TextRow = std::vector<std::wstring>;
 /// The project database, open for reading as long as the object lives. A file that cannot be opened has no tables.
 class ProjectDatabase final {
 public:
-  explicit ProjectDatabase(const std::wstring& path);
+  ProjectDatabase(const std::wstring& path, TableObserver* observer);
 
   /// Null when the file could not be opened.
   [[nodiscard]] ZanOleDbConnection* connection() { return isOpen_ ? &file_.connection() : nullptr; }
@@ -37,15 +37,18 @@ inline constexpr std::size_t drawingIndex = 0, handle = 1, text = 2, presetText 
 }
 
 /// The rows of circuits: seven columns, with a circuit text. True when there are any.
-bool readCircuitRows(const std::wstring& databasePath, std::vector<TextRow>& rows);
+bool readCircuitRows(const std::wstring& databasePath, TableObserver* observer, std::vector<TextRow>& rows);
 
 /// The rows as a user sees them: for each component of a circuit nine texts (tag, installation, location, three
 /// descriptions, two fields of the circuit text, the row's key), sorted. False when the components cannot be read.
 bool readCircuitSummaries(
-    const std::wstring& databasePath, const std::vector<TextRow>& rows, std::vector<TextRow>& summaries);
+    const std::wstring& databasePath, TableObserver* observer, const std::vector<TextRow>& rows,
+    std::vector<TextRow>& summaries);
 
 /// The catalogue data of a component and its terminals: twelve texts each, the last one empty.
-bool readCatalogRows(std::wstring_view drawingIndex, std::wstring_view handleKey, std::vector<TextRow>& rows);
+bool readCatalogRows(
+    std::wstring_view drawingIndex, std::wstring_view handleKey, TableObserver* observer,
+    std::vector<TextRow>& rows);
 
 /// The distinct, non-null texts of the first column of a query on one table, found without case. `statement` takes
 /// the column and the table, then `values`. False when the table is missing or the query fails.

@@ -33,11 +33,11 @@ const ValueSource& sourceOf(std::wstring_view attribute) {
 
 } // namespace
 
-std::vector<std::wstring> readProjectValues(std::wstring_view attribute) {
+std::vector<std::wstring> readProjectValues(std::wstring_view attribute, TableObserver* observer) {
   std::vector<std::wstring> values;
   const std::optional<std::wstring> path = getProjectDatabase();
   if (!path || attribute.empty()) return values;
-  ProjectDatabase database(*path);
+  ProjectDatabase database(*path, observer);
   const ValueSource& source = sourceOf(attribute);
   const std::wstring_view column = source.column.empty() ? attribute : source.column;
   for (const std::wstring_view table : source.tables)

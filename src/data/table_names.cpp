@@ -131,8 +131,9 @@ bool ZanDbReaderUtils::ResolveTable(
   if (found == candidates.end()) return false;
   name = *found;
   const bool isOfDefaultCode = found != candidates.begin() && found + 1 == candidates.end();
-  if (isOfDefaultCode && !code.empty() && !equalsOrdinalNoCase(code, defaultCode))
-    noteTableFallback({candidates.front(), name});
+  const bool isReplaced = isOfDefaultCode && !code.empty() && !equalsOrdinalNoCase(code, defaultCode);
+  if (isReplaced && connection_->observer() != nullptr)
+    connection_->observer()->defaultTableUsed({candidates.front(), name});
   return true;
 }
 

@@ -1,6 +1,5 @@
 #include "data/table_query.h"
 
-#include "data/table_watch.h"
 #include "platform/statement_text.h"
 #include "text/encoding.h"
 
@@ -43,18 +42,24 @@ void TableQuery::noteFault() const {
 }
 
 void TableQuery::note(std::wstring reason) const {
+  TableObserver* const observer = connection_->observer();
+  if (observer == nullptr) return;
   std::wstring source;
   connection_->GetDatasource(source);
   const bool isLost = command_.ErrorInfo().IsConnectionLost();
-  noteStatementFailure({std::move(source), std::move(reason), statement_, isLost});
+  observer->statementFailed({std::move(source), std::move(reason), statement_, isLost});
 }
 
 std::optional<double> TableQuery::figure(int column) const {
   const std::optional<double> number = command_.FieldAsFigure(column);
   if (number) return number;
-  const std::wstring text = command_.FieldAsString(column);
-  if (!text.empty()) note(L"column " + columnName(column) + L": \"" + text + L"\" is not a number");
+  if (!command_.FieldAsString(column).empty()) noteBadCell(column, L"is not a number");
   return std::nullopt;
+}
+
+void TableQuery::noteBadCell(int column, std::wstring_view what) const {
+  std::wstring reason = L"column " + columnName(column) + L": \"" + command_.FieldAsString(column) + L"\" ";
+  note(reason.append(what));
 }
 
 std::wstring TableQuery::text(int column) const {

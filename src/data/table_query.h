@@ -20,8 +20,8 @@ enum class Refusal { fault, answer };
 /// as failed and never reaches the engine.
 class TableQuery final {
 public:
-  /// The connection is not owned; null and closed ones make every statement fail. A fault is recorded by the watch, if
-  /// there is one (see `TableWatch`).
+  /// The connection is not owned; null and closed ones make every statement fail. A fault is passed to the
+  /// connection's observer.
   explicit TableQuery(ZanOleDbConnection* connection, Refusal refusal = Refusal::fault);
 
   /// Fills and runs a statement. False on any failure, see `error`.
@@ -38,6 +38,10 @@ public:
   /// The column as a number. Nothing for NULL and for an empty text; nothing for any other text that is not a number,
   /// which is noted as a fault: in a table that was not imported such a cell must not sort or propose as another figure.
   [[nodiscard]] std::optional<double> figure(int column) const;
+  /// Notes a text that is not a number as a fault, where the text itself is passed on.
+  void noteUnlessFigure(int column) const { static_cast<void>(figure(column)); }
+  /// Notes a cell that cannot be used: column, text, and what is wrong with it ("is not a number").
+  void noteBadCell(int column, std::wstring_view what) const;
   [[nodiscard]] int columnCount() const { return command_.GetColumnCount(); }
   [[nodiscard]] std::wstring columnName(int column) const { return command_.GetColumnName(column); }
   [[nodiscard]] const std::wstring& error() const { return error_; }

@@ -3,53 +3,36 @@
 // both cases; the caller that started the work reports each problem once.
 #pragma once
 
+#include "host/alerts.h"
 #include "platform/tables.h"
 
-#include <string>
-#include <string_view>
 #include <vector>
 
 namespace brenvolt {
 
-struct StatementFailure {
-  std::wstring source;    ///< data source of the connection, without a password; empty when it was not opened
-  std::wstring reason;    ///< the provider's words
-  std::wstring statement; ///< the first one that failed for this reason
-  bool isConnectionLost = false; ///< whether the server was no longer reached
-};
-
-/// A table of the default code that replaces one of another code.
-struct TableFallback {
-  std::wstring wanted;
-  std::wstring used;
-};
-
-/// Keeps a failure until the outermost watch ends, one for each source and reason. Without a watch nothing is kept.
-void noteStatementFailure(StatementFailure failure);
-/// The same for a data source that could not be opened; one without a name is none.
-void noteOpeningFailure(std::wstring_view dataSource, const ZanOleDbErrorInfo& error);
-/// The same for a fallback, one for each requested table.
-void noteTableFallback(TableFallback fallback);
-
-/// Whether a server was lost since the outermost watch began. Whoever draws or writes from what was read since then would
-/// work with missing figures.
-[[nodiscard]] bool wasConnectionLost();
-
-/// Collects what is noted in its lifetime. Watches nest, because a called function may call the plug-in again: the
-/// outermost one owns what was collected.
-class TableWatch final {
+/// Collects the problems of all connections that are opened with it.
+class TableWatch final : public TableObserver {
 public:
-  TableWatch();
-  TableWatch(const TableWatch&) = delete;
-  TableWatch& operator=(const TableWatch&) = delete;
-  ~TableWatch();
+  /// One for each source and reason.
+  void statementFailed(StatementFailure failure) override;
+  /// One for each requested table.
+  void defaultTableUsed(TableFallback fallback) override;
 
-  /// What was noted so far, in its order; empty for an inner watch.
-  [[nodiscard]] std::vector<StatementFailure> failures() const;
-  [[nodiscard]] std::vector<TableFallback> fallbacks() const;
+  /// In their order.
+  [[nodiscard]] const std::vector<StatementFailure>& failures() const { return failures_; }
+  [[nodiscard]] const std::vector<TableFallback>& fallbacks() const { return fallbacks_; }
+  /// Whether a server was lost. Whoever draws or writes from what was read since then would work with missing figures.
+  [[nodiscard]] bool wasConnectionLost() const;
 
 private:
-  bool isOutermost_;
+  std::vector<StatementFailure> failures_;
+  std::vector<TableFallback> fallbacks_;
+};
+
+/// What a handler lends to those who open tables.
+struct LentTables {
+  AcceptedTables& accepted; ///< missing tables that the user accepted
+  TableObserver* observer;  ///< of each connection; null when nobody reports
 };
 
 } // namespace brenvolt

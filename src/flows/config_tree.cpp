@@ -14,10 +14,6 @@ std::uint32_t ZanConfigTreeCtrl::CurrentPage() const {
   return item == noItem ? 0 : PageOf(item);
 }
 
-bool ZanConfigTreeCtrl::IsInserted(std::uint32_t page) const {
-  return hasImage(itemOf(page), UnitImage::inserted);
-}
-
 void ZanConfigTreeCtrl::Add(std::uint32_t page, std::uint32_t parentPage, std::wstring_view title) {
   const int parent = parentPage == 0 ? rootItem : itemOf(parentPage);
   items_[page] = tree_.Insert(parent, title, static_cast<int>(UnitImage::waiting), static_cast<int>(page));

@@ -21,7 +21,6 @@ public:
   [[nodiscard]] std::uint32_t PageOf(int item) const { return static_cast<std::uint32_t>(tree_.Data(item)); }
   /// The page of the selected item, 0 without one.
   [[nodiscard]] std::uint32_t CurrentPage() const;
-  [[nodiscard]] bool IsInserted(std::uint32_t page) const;
 
   /// A waiting item of a unit with this page; a parent page of 0 is the root.
   void Add(std::uint32_t page, std::uint32_t parentPage, std::wstring_view title);

@@ -20,9 +20,10 @@ constexpr wchar_t annotationHelpTopic[] = L"annotation_presets_dialog";
 } // namespace
 
 ZanDlgAnnotation::ZanDlgAnnotation(
-    ZanAnnotationExList::Presets& presets, std::wstring key, std::wstring workbookPath, KvWindow* parent)
+    ZanAnnotationExList::Presets& presets, std::wstring key, std::wstring workbookPath,
+    TableObserver* observer, KvWindow* parent)
     : CKvUiDialog(annotationForm, parent), presets_(presets), key_(std::move(key)),
-      workbookPath_(std::move(workbookPath)) {}
+      workbookPath_(std::move(workbookPath)), observer_(observer) {}
 
 bool ZanDlgAnnotation::OnInitDialog() {
   SetDialogName(annotationDialog);
@@ -48,11 +49,14 @@ void ZanDlgAnnotation::OnEvent(const KvUiEvent& event) {
   }
   if (event.kind != KvUiEventKind::clicked) return;
   if (event.role == role::valuesFromDrawing) takeValue(TextId::valuesFromDrawing, readAttributeTexts);
-  if (event.role == role::valuesFromProject) takeValue(TextId::valuesFromProject, readProjectValues);
+  if (event.role == role::valuesFromProject)
+    takeValue(TextId::valuesFromProject, [this](const std::wstring& attribute) {
+      return readProjectValues(attribute, observer_);
+    });
 }
 
 void ZanDlgAnnotation::takeValue(
-    TextId title, std::vector<std::wstring> (*readValues)(std::wstring_view attribute)) {
+    TextId title, const std::function<std::vector<std::wstring>(const std::wstring&)>& readValues) {
   const int row = Grid(role::presetGrid).SelectedRow();
   if (row == 0) return;
   const std::wstring attribute = rows_->attributeOf(row);

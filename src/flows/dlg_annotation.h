@@ -2,11 +2,13 @@
 // taken from the drawing or the project.
 #pragma once
 
+#include "data/table_watch.h"
 #include "flows/annotation_grid_wnd.h"
 #include "host/host_api_ui.h"
 #include "host/resources.h"
 #include "project/annotation_presets.h"
 
+#include <functional>
 #include <optional>
 #include <string>
 #include <vector>
@@ -15,9 +17,11 @@ namespace brenvolt {
 
 class ZanDlgAnnotation final : public CKvUiDialog {
 public:
-  /// `presets` belongs to the workbook's circuit list; OK writes into it.
+  /// `presets` belongs to the workbook's circuit list; OK writes into it. `observer`, of the project's tables, may be
+  /// null.
   ZanDlgAnnotation(
-      ZanAnnotationExList::Presets& presets, std::wstring key, std::wstring workbookPath, KvWindow* parent);
+      ZanAnnotationExList::Presets& presets, std::wstring key, std::wstring workbookPath,
+      TableObserver* observer, KvWindow* parent);
 
 protected:
   bool OnInitDialog() override;
@@ -26,12 +30,14 @@ protected:
   void OnHelp() override;
 
 private:
-  void takeValue(TextId title, std::vector<std::wstring> (*readValues)(std::wstring_view attribute));
+  void takeValue(
+      TextId title, const std::function<std::vector<std::wstring>(const std::wstring&)>& readValues);
   void enableButtons();
 
   ZanAnnotationExList::Presets& presets_;
   const std::wstring key_;
   const std::wstring workbookPath_;
+  TableObserver* const observer_;
   std::optional<ZanAnnotationGridWnd> rows_;
 };
 

@@ -44,8 +44,9 @@ constexpr ScaleField scaleFields[] = {
 
 } // namespace
 
-ZanDlgCircuit::ZanDlgCircuit(BuildData data, ExistingCircuit& existing, KvWindow* parent)
-    : CKvUiDialog(circuitForm, parent), data_(std::move(data)), existing_(existing) {}
+ZanDlgCircuit::ZanDlgCircuit(
+    BuildData data, ExistingCircuit& existing, TableObserver* observer, KvWindow* parent)
+    : CKvUiDialog(circuitForm, parent), data_(std::move(data)), existing_(existing), observer_(observer) {}
 
 bool ZanDlgCircuit::OnInitDialog() {
   SetDialogName(circuitDialogName);
@@ -89,8 +90,8 @@ void ZanDlgCircuit::restorePanes() {
 void ZanDlgCircuit::readProject() {
   const KvWaitCursor waiting;
   if (const std::optional<std::wstring> database = getProjectDatabase()) {
-    readCircuitRows(*database, circuitRows_);
-    readCircuitSummaries(*database, circuitRows_, circuitSummaries_);
+    readCircuitRows(*database, observer_, circuitRows_);
+    readCircuitSummaries(*database, observer_, circuitRows_, circuitSummaries_);
   }
   existing_ = refreshedCircuit(existing_, circuitRows_);
 }
@@ -236,7 +237,7 @@ void ZanDlgCircuit::onPreviewToggled() {
 void ZanDlgCircuit::onChoosePresets() {
   ZanAnnotationExList::Presets* const offered = presets();
   if (offered == nullptr) return;
-  ZanDlgAnnotation dialog(*offered, shown_->presetKey, selection_.workbookPath, window());
+  ZanDlgAnnotation dialog(*offered, shown_->presetKey, selection_.workbookPath, observer_, window());
   if (dialog.DoModal() != kvui::ok) return;
   Tick(role::usePresets).SetChecked(true);
   enableControls();
@@ -312,7 +313,7 @@ std::vector<AnnotationRow> ZanDlgCircuit::annotationRows() {
 }
 
 std::vector<AnnotationRow> ZanDlgCircuit::existingComponentRows() const {
-  return selection_.useExisting ? readComponentRows(existing_) : std::vector<AnnotationRow>();
+  return selection_.useExisting ? readComponentRows(existing_, observer_) : std::vector<AnnotationRow>();
 }
 
 } // namespace brenvolt

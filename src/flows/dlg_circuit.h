@@ -31,8 +31,9 @@ struct CircuitSelection {
 class ZanDlgCircuit final : public CKvUiDialog {
 public:
   /// Starts from the scales and the workbook's name in `data`. `existing` is the circuit of the project that was picked
-  /// before, and takes what is picked here; it must outlive the dialog.
-  ZanDlgCircuit(BuildData data, ExistingCircuit& existing, KvWindow* parent);
+  /// before, and takes what is picked here. Both must outlive the dialog; `observer`, of the project's tables, may be
+  /// null.
+  ZanDlgCircuit(BuildData data, ExistingCircuit& existing, TableObserver* observer, KvWindow* parent);
 
   /// @name Once `DoModal` has returned kvui::ok
   /// @{
@@ -80,6 +81,7 @@ private:
 
   BuildData data_;
   ExistingCircuit& existing_;
+  TableObserver* observer_;
   CircuitSelection selection_;
   ZanCircuitCatalog catalog_;
   ZanXmlHistory history_;

@@ -3,6 +3,7 @@
 #pragma once
 
 #include "data/db_service.h"
+#include "data/table_watch.h"
 #include "host/host_api_ui.h"
 
 #include <string>
@@ -38,15 +39,20 @@ protected:
 
 class ZanDlgDatabase : public ZanGridBase {
 public:
-  using ZanGridBase::ZanGridBase;
+  /// What is lent must outlive the dialog.
+  ZanDlgDatabase(const wchar_t* form, KvWindow* parent, LentTables tables)
+      : ZanGridBase(form, parent), tables_(tables), connection_(tables.observer) {}
 
 protected:
   /// Opens the dialog's connection. A failure is reported to the user; the dialog must then end as cancelled.
   [[nodiscard]] bool Connect();
   /// Owned by the dialog; closed when the dialog is destroyed.
   [[nodiscard]] ZanOleDbConnection& connection() { return connection_; }
+  /// Missing tables that the user accepted.
+  [[nodiscard]] AcceptedTables& acceptedTables() { return tables_.accepted; }
 
 private:
+  LentTables tables_;
   ZanOleDbConnection connection_;
 };
 

@@ -2,8 +2,8 @@
 
 namespace brenvolt {
 
-bool runMotorPicker(KvWindow* parent, AcceptedTables& acceptedTables, RatingSelection& selection) {
-  ZanDlgMotorSelect dialog(parent, acceptedTables, selection);
+bool runMotorPicker(KvWindow* parent, const LentTables& tables, RatingSelection& selection) {
+  ZanDlgMotorSelect dialog(parent, tables, selection);
   if (dialog.DoModal() != kvui::ok) return false;
   selection = dialog.selection();
   return true;

@@ -2,8 +2,8 @@
 
 namespace brenvolt {
 
-bool runLoadPicker(KvWindow* parent, AcceptedTables& acceptedTables, RatingSelection& selection) {
-  ZanDlgPowerFeed dialog(parent, acceptedTables, selection);
+bool runLoadPicker(KvWindow* parent, const LentTables& tables, RatingSelection& selection) {
+  ZanDlgPowerFeed dialog(parent, tables, selection);
   if (dialog.DoModal() != kvui::ok) return false;
   selection = dialog.selection();
   return true;

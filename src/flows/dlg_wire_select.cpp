@@ -31,10 +31,9 @@ constexpr int doubleClickMilliseconds = 1000; // longer than any desktop sets
 } // namespace
 
 ZanDlgWireSelect::ZanDlgWireSelect(
-    ZanDlgWireSelectBaseCtrlMgr& manager, KvWindow* parent, AcceptedTables& acceptedTables,
+    ZanDlgWireSelectBaseCtrlMgr& manager, KvWindow* parent, const LentTables& tables,
     std::optional<std::wstring> circuit)
-    : ZanDlgDatabase(wireSelectForm, parent), manager_(manager), acceptedTables_(acceptedTables),
-      circuitName_(std::move(circuit)) {}
+    : ZanDlgDatabase(wireSelectForm, parent, tables), manager_(manager), circuitName_(std::move(circuit)) {}
 
 bool ZanDlgWireSelect::OnInitDialog() {
   SetDialogName(wireSelectDialog);
@@ -67,7 +66,7 @@ bool ZanDlgWireSelect::begin() {
 bool ZanDlgWireSelect::goesOnWithout(const MissingTables& missing) {
   std::wstring source;
   connection().GetDatasource(source);
-  return alertTables(source, missing.forCode, missing.everywhere, AlertKind::table, acceptedTables_);
+  return alertTables(source, missing.forCode, missing.everywhere, AlertKind::table, acceptedTables());
 }
 
 void ZanDlgWireSelect::OnControlEvent(const KvUiEvent& event) {
@@ -145,9 +144,9 @@ void ZanDlgWireSelect::exportReport() {
 }
 
 std::optional<WireLookupAnswer> runWireLookup(
-    ZanDlgWireSelectBaseCtrlMgr& manager, KvWindow* parent, AcceptedTables& acceptedTables,
+    ZanDlgWireSelectBaseCtrlMgr& manager, KvWindow* parent, const LentTables& tables,
     const std::optional<std::wstring>& circuit) {
-  ZanDlgWireSelect dialog(manager, parent, acceptedTables, circuit);
+  ZanDlgWireSelect dialog(manager, parent, tables, circuit);
   if (dialog.DoModal() != kvui::ok) return std::nullopt;
   return WireLookupAnswer{dialog.size(), dialog.parallelNote()};
 }

@@ -7,7 +7,6 @@
 #include "flows/wire_lookup_view.h"
 #include "flows/wire_report_file.h"
 #include "flows/wire_select_ctrl_mgr.h"
-#include "host/alerts.h"
 
 #include <optional>
 #include <string>
@@ -17,10 +16,10 @@ namespace brenvolt {
 
 class ZanDlgWireSelect final : public ZanDlgDatabase, private WireLookupForm {
 public:
-  /// The caller owns the manager and the accepted tables, which must outlive the dialog. `circuit` is the name for the
+  /// The caller owns the manager and what is lent, which must outlive the dialog. `circuit` is the name for the
   /// report, when the lookup is opened from a configuration.
   ZanDlgWireSelect(
-      ZanDlgWireSelectBaseCtrlMgr& manager, KvWindow* parent, AcceptedTables& acceptedTables,
+      ZanDlgWireSelectBaseCtrlMgr& manager, KvWindow* parent, const LentTables& tables,
       std::optional<std::wstring> circuit);
 
   /// The chosen size without blanks; empty when no row was selected.
@@ -51,7 +50,6 @@ private:
   void exportReport();
 
   ZanDlgWireSelectBaseCtrlMgr& manager_;
-  AcceptedTables& acceptedTables_;
   std::optional<WireTableCache> tables_; ///< on the dialog's connection, once it is open
   std::optional<WireLookup> lookup_;
   std::optional<WireLookupView> view_;
@@ -69,7 +67,7 @@ struct WireLookupAnswer {
 
 /// Runs the lookup; nothing when the user cancels or the tables cannot be opened.
 [[nodiscard]] std::optional<WireLookupAnswer> runWireLookup(
-    ZanDlgWireSelectBaseCtrlMgr& manager, KvWindow* parent, AcceptedTables& acceptedTables,
+    ZanDlgWireSelectBaseCtrlMgr& manager, KvWindow* parent, const LentTables& tables,
     const std::optional<std::wstring>& circuit = std::nullopt);
 
 } // namespace brenvolt

@@ -58,7 +58,7 @@ ExistingCircuit refreshedCircuit(const ExistingCircuit& picked, const std::vecto
   return found == rows.end() ? ExistingCircuit() : *found;
 }
 
-std::vector<AnnotationRow> readComponentRows(const TextRow& circuit) {
+std::vector<AnnotationRow> readComponentRows(const TextRow& circuit, TableObserver* observer) {
   std::vector<AnnotationRow> rows;
   if (circuit.size() != circuitrow::columns) return rows;
   const std::vector<MarkerPreset> presets = parseMarkerPresets(circuit[circuitrow::presetText]);
@@ -66,7 +66,7 @@ std::vector<AnnotationRow> readComponentRows(const TextRow& circuit) {
   const std::optional<std::wstring> path = getProjectDatabase();
   if (!path) return rows;
   const KvWaitCursor waiting;
-  ProjectDatabase database(*path);
+  ProjectDatabase database(*path, observer);
 
   const std::wstring& drawingIndex = circuit[circuitrow::drawingIndex];
   PlaceColumn columns[] = {{L"INST", {}}, {L"LOC", {}}};

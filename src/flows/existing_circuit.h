@@ -22,6 +22,7 @@ using ExistingCircuit = TextRow;
 /// Installation and location of each component that the picked circuit's preset text names: label is the CODE, the
 /// attribute INST or LOC. A component without one value of its own gets the drawing's where tag and location are
 /// combined, else an empty one. Empty without a picked circuit, a component or a project database.
-[[nodiscard]] std::vector<AnnotationRow> readComponentRows(const TextRow& circuit);
+/// `observer` may be null.
+[[nodiscard]] std::vector<AnnotationRow> readComponentRows(const TextRow& circuit, TableObserver* observer);
 
 } // namespace brenvolt

@@ -47,9 +47,8 @@ std::optional<KvDbObjectId> pickEntity(const RatingPickerKind& kind) {
 } // namespace
 
 RatingPicker::RatingPicker(
-    const RatingPickerKind& kind, KvWindow* parent, AcceptedTables& acceptedTables, RatingSelection given)
-    : ZanDlgDatabase(kind.form, parent), kind_(kind), acceptedTables_(acceptedTables),
-      selection_(std::move(given)) {}
+    const RatingPickerKind& kind, KvWindow* parent, const LentTables& tables, RatingSelection given)
+    : ZanDlgDatabase(kind.form, parent, tables), kind_(kind), selection_(std::move(given)) {}
 
 bool RatingPicker::OnInitDialog() {
   SetDialogName(kind_.dialogName);
@@ -74,7 +73,7 @@ bool RatingPicker::openTable() {
   std::wstring dataSource;
   MissingTables missing;
   return service_->CheckTables(dataSource, missing) ||
-         alertTables(dataSource, missing.forCode, missing.everywhere, kind_.missingTable, acceptedTables_);
+         alertTables(dataSource, missing.forCode, missing.everywhere, kind_.missingTable, acceptedTables());
 }
 
 void RatingPicker::fillFilterLists() {

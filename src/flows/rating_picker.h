@@ -22,7 +22,7 @@ public:
 protected:
   /// `given` is what the picker starts from; with nothing given it starts from what was kept for the user.
   RatingPicker(
-      const RatingPickerKind& kind, KvWindow* parent, AcceptedTables& acceptedTables, RatingSelection given);
+      const RatingPickerKind& kind, KvWindow* parent, const LentTables& tables, RatingSelection given);
 
   bool OnInitDialog() final;
   void OnOK() final;
@@ -50,7 +50,6 @@ private:
   void show(const RatingChanges& changes);
 
   const RatingPickerKind& kind_;
-  AcceptedTables& acceptedTables_;
   RatingSelection selection_;
   std::unique_ptr<RatingTableService> service_;
   std::optional<RatingGrid> rows_;

@@ -6,6 +6,7 @@
 #include "host/resources.h"
 #include "host/result_list.h"
 #include "plugin/function_table.h"
+#include "plugin/process_record.h"
 #include "text/format.h"
 
 #include <initializer_list>
@@ -21,10 +22,29 @@ void printLine(TextId line, std::initializer_list<FormatArgument> arguments) {
   kvutPrintf(formatText(loadText(line), arguments).c_str());
 }
 
+/// Watches the tables of a call. A called form may call the module again: what the inner call finds is reported once,
+/// by the outermost one.
+class WatchScope final {
+public:
+  WatchScope() : outer_(processRecord().tableWatch) {
+    if (outer_ == nullptr) processRecord().tableWatch = &watch_;
+  }
+  ~WatchScope() { processRecord().tableWatch = outer_; }
+  WatchScope(const WatchScope&) = delete;
+  WatchScope& operator=(const WatchScope&) = delete;
+
+  /// What this call has to report.
+  [[nodiscard]] const TableWatch& watch() const { return watch_; }
+
+private:
+  TableWatch* outer_;
+  TableWatch watch_;
+};
+
 /// One line for each reason, however many statements failed for it, and for each table that another one stood in for.
 void reportTables(const TableWatch& watch) {
-  const std::vector<StatementFailure> failures = watch.failures();
-  const std::vector<TableFallback> fallbacks = watch.fallbacks();
+  const std::vector<StatementFailure>& failures = watch.failures();
+  const std::vector<TableFallback>& fallbacks = watch.fallbacks();
   if (failures.empty() && fallbacks.empty()) return;
   const ResourceScope resources;
   for (const StatementFailure& failure : failures) {
@@ -43,14 +63,14 @@ void reportTables(const TableWatch& watch) {
 ResultList runHandler(const LispFunction& function, const ResultList& arguments) {
   std::optional<ResourceScope> resources;
   if (function.resources == ResourceUse::pushed) resources.emplace();
-  const TableWatch watch;
+  const WatchScope scope;
   ResultList answer;
   try {
     answer = function.handler(arguments);
   } catch (...) {
     answer = ResultList();
   }
-  reportTables(watch);
+  reportTables(scope.watch());
   return answer;
 }
 

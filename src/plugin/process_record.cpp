@@ -10,6 +10,10 @@ ProcessRecord& processRecord() {
   return record;
 }
 
+LentTables lentTables() {
+  return {processRecord().acceptedTables, processRecord().tableWatch};
+}
+
 void resetProcessRecord() {
   processRecord() = ProcessRecord();
   circuitContext() = CircuitContext();

@@ -2,8 +2,8 @@
 // gets what it needs.
 #pragma once
 
+#include "data/table_watch.h"
 #include "flows/existing_circuit.h"
-#include "host/alerts.h"
 
 #include <cstdint>
 
@@ -18,11 +18,15 @@ struct ProcessRecord {
   AcceptedTables acceptedTables;   ///< missing tables that the user accepted
   ExistingCircuit existingCircuit; ///< the circuit of the project that was picked to start from
   std::int32_t lastMarkerId = 0;
+  TableWatch* tableWatch = nullptr;        ///< of the outermost call; null outside one
   const ZanBrenvolt* build = nullptr;      ///< the innermost build that runs; null outside a build
   const ZanBrenvolt* configured = nullptr; ///< the innermost one whose configuration dialog is open
 };
 
 [[nodiscard]] ProcessRecord& processRecord();
+
+/// What a call lends to those who open tables.
+[[nodiscard]] LentTables lentTables();
 
 /// Gives the process a fresh start, as if the module had just been loaded; tests begin with it, since a process that
 /// runs several has loaded the module once.

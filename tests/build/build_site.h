@@ -39,7 +39,7 @@ public:
   /// A build up to the point where its rows run; null when it ends before it.
   [[nodiscard]] std::unique_ptr<ZanBrenvolt> prepared(ZanBuildArgs args);
   [[nodiscard]] CircuitContext& circuit() { return circuit_; }
-  [[nodiscard]] LentValues lent() { return {circuit_, acceptedTables_, lastMarkerId_}; }
+  [[nodiscard]] LentValues lent() { return {circuit_, {acceptedTables_, nullptr}, lastMarkerId_}; }
 
   /// The CODEs of the markers in the drawing.
   std::string markersLeft() { return eval("(codes-left)"); }

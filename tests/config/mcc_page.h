@@ -92,7 +92,7 @@ public:
 
   ZanConfigUnit unit;
   CircuitInHand circuits{circuitContext()};
-  ZanWidgetManagerMcc manager{circuits};
+  ZanWidgetManagerMcc manager{circuits, nullptr};
 };
 
 /// "label=value" of the groups of a page.

@@ -66,6 +66,11 @@ TEST_CASE("the layer of a wire position follows from its pattern and its numberi
   CHECK_EQ(layerChoices({}, {L"*", L"0"}).front(), L"1-");
   // A name taken by a layer of another numbering is lengthened until it is free.
   CHECK_EQ(layerChoices({{L"3-", L"0"}, {L"3--", L"0"}}, {L"*", L"1"}).front(), L"3---");
+  // A name that no layer has is said to be a default; a layer of the drawing needs no words.
+  const std::wstring tip = loadText(TextId::tipDefaultLayer);
+  REQUIRE_FALSE(tip.empty());
+  CHECK_EQ(wireRows(formatsOf({{L"", L"WT01"}}), {}).at(1).tip, tip);
+  CHECK(wireRows(formatsOf({{L"", L"WT01"}}), layers).at(1).tip.empty());
 }
 
 TEST_CASE("the numbering of a layer is the 25th of its settings, and 1 without one") {

@@ -200,7 +200,7 @@ TEST_CASE("rows go to the history and come back; rows of another title or table 
 TEST_CASE("the head of the group stores the parts and brings them back; without one nothing happens") {
   CircuitContext circuit;
   AcceptedTables acceptedTables;
-  ZanWidgetManagerMaker maker(circuit, acceptedTables);
+  ZanWidgetManagerMaker maker(circuit, {acceptedTables, nullptr});
   PartsPage page;
   auto owned = std::make_unique<ZanWidgetManagerCatalog>(&maker);
   ZanWidgetManagerCatalog& manager = *owned;

@@ -16,7 +16,7 @@ using Params = std::vector<std::pair<std::wstring, std::wstring>>;
 struct MakerScope {
   CircuitContext circuit;
   AcceptedTables acceptedTables;
-  ZanWidgetManagerMaker maker{circuit, acceptedTables};
+  ZanWidgetManagerMaker maker{circuit, {acceptedTables, nullptr}};
   ZanWidgetManagerMaker* operator->() { return &maker; }
 };
 

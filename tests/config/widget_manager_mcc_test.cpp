@@ -119,7 +119,7 @@ TEST_CASE("timers wait for the end of a burst, and for all that a current depend
 
   CircuitContext none;
   CircuitInHand circuits(none);
-  ZanWidgetManagerMcc detached(circuits); // without a window nothing starts
+  ZanWidgetManagerMcc detached(circuits, nullptr); // without a window nothing starts
   CHECK(detached.OnCellChanged(0, 8, L"20"));
   CHECK_FALSE(detached.OnCellChanged(0, 8, L"twenty"));
 }
@@ -173,7 +173,7 @@ TEST_CASE("a database that cannot be opened is told once, and serves as soon as 
   session.eval("(defun c:zan_bv_figure_mccdb_fnam () \"" + late + "\")");
   ZanConfigUnit unit(1);
   CircuitInHand circuits(circuitContext());
-  ZanWidgetManagerMcc manager(circuits);
+  ZanWidgetManagerMcc manager(circuits, nullptr);
   manager.Initialise(&unit, {});
   manager.Refresh();
   std::vector<std::wstring> list = {L"old"};

@@ -19,7 +19,7 @@ TEST_CASE("a list of distinct texts costs four times as much for four times the 
     out.close();
     const std::wstring file = fromUtf8((folder.path() / "project.db").string());
     REQUIRE(importTables(file, {fromUtf8((folder.path() / "csv").string())}).isDone());
-    ProjectDatabase database(file);
+    ProjectDatabase database(file, nullptr);
     TextRow texts;
     const std::clock_t start = std::clock(); // the time of this program, however busy the machine is
     REQUIRE(selectDistinct(database, L"COMP", L"TAGNAME", L"SELECT %s FROM [%s]", {}, texts));
@@ -74,25 +74,25 @@ TEST_CASE("circuits of a project are listed with their components, sorted, and l
        "DWGIX,ATTR_NAME,ATTR_VAL\n7,IEC_LOC,L1\n7,IEC_LOC,L1\n7,IEC_LOC,\n7,IEC_INST,I1\n8,IEC_LOC,L8\n"}});
   const std::wstring path = fromUtf8(project.database());
   std::vector<TextRow> rows;
-  REQUIRE(readCircuitRows(path, rows));
+  REQUIRE(readCircuitRows(path, nullptr, rows));
   CHECK(rows.size() == 3); // one has no circuit text
   std::vector<TextRow> summaries;
-  REQUIRE(readCircuitSummaries(path, rows, summaries));
+  REQUIRE(readCircuitSummaries(path, nullptr, rows, summaries));
   REQUIRE(summaries.size() == 2);
   CHECK(joinedTexts(summaries[0]) == "M-1|I|L|one|||M1|Three|key1");
   CHECK(joinedTexts(summaries[1]) == "M-2|||two|||M1|Three|key1");
-  ProjectDatabase database(path);
+  ProjectDatabase database(path, nullptr);
   const TagLocations locations = readTagLocations(database, L"7");
   CHECK(joinedTexts(locations.locations) == "L1");
   CHECK(joinedTexts(locations.installations) == "I1");
 
   project.host().eval(L"(defun qn_mdb_proj_dbfnam () \"" + path + L"\")");
-  CHECK_FALSE(readCircuitRows(L"/no/such/file", rows));
+  CHECK_FALSE(readCircuitRows(L"/no/such/file", nullptr, rows));
   CHECK(rows.empty());
 }
 
 TEST_CASE("a circuit table of six columns holds no circuits") {
   TableFixture project(TableTexts{{"BRENVOLT", "A,B,C,D,E,F\n7,AB,text,x,y,z\n"}});
   std::vector<TextRow> rows;
-  CHECK_FALSE(readCircuitRows(fromUtf8(project.database()), rows));
+  CHECK_FALSE(readCircuitRows(fromUtf8(project.database()), nullptr, rows));
 }

@@ -5,7 +5,6 @@
 #include "data/motor_choices.h"
 #include "data/rating_tables.h"
 #include "data/table_query.h"
-#include "data/table_watch.h"
 #include "data/wire_tables.h"
 
 using namespace brenvolt;
@@ -126,7 +125,6 @@ TEST_CASE(
     TableQuery query(tables.connection());
     REQUIRE(query.run(statement));
   }
-  const TableWatch watch;
   ZanAutoSizeComponent sizing(tables.connection());
   std::vector<ZanAutoSizeRow> parts;
   sizing.useTables(L"NEC");
@@ -146,7 +144,7 @@ TEST_CASE(
   REQUIRE(reader.ListGround(copper, L"i", L"50", grounds));
   CHECK(joinedTexts(grounds) == "8 AWG|3 AWG");
   std::string reasons;
-  for (const StatementFailure& failure : watch.failures())
+  for (const StatementFailure& failure : tables.watch().failures())
     reasons += toUtf8(failure.reason) + "\n";
   CHECK(
       reasons == "column MAX: \"9O\" is not a number\ncolumn 75C: \"1OO\" is not a number\n"

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "data/engineering_columns.h"
+#include "data/table_watch.h"
 #include "platform/tables.h"
 #include "tests/simhost/host_fixture.h"
 #include "tests/support/temporary_folder.h"
@@ -40,12 +41,14 @@ public:
 
   [[nodiscard]] std::string database() const { return (folder_.path() / "tables.db").string(); }
   [[nodiscard]] ZanOleDbConnection* connection() { return &connection_; }
+  [[nodiscard]] const TableWatch& watch() const { return watch_; }
   [[nodiscard]] simhost::HostFixture& host() { return host_; }
 
 private:
   test::TemporaryFolder folder_;
   simhost::HostFixture host_;
-  ZanOleDbConnection connection_;
+  TableWatch watch_;
+  ZanOleDbConnection connection_{&watch_};
 };
 
 /// Texts with "|" between, for readable comparisons.

@@ -115,8 +115,8 @@ TEST_CASE("the attribute decides which column of which tables is asked") {
   const auto session = site.session("");
   for (const Row& row : rows) {
     CAPTURE(toUtf8(row.attribute));
-    CHECK_EQ(toUtf8(join(readProjectValues(row.attribute), L" ")), row.values);
+    CHECK_EQ(toUtf8(join(readProjectValues(row.attribute, nullptr), L" ")), row.values);
   }
   session->eval("(setq project-database nil)");
-  CHECK(readProjectValues(L"INST").empty());
+  CHECK(readProjectValues(L"INST", nullptr).empty());
 }

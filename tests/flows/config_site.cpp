@@ -169,7 +169,7 @@ ConfigResult ConfigSite::run(const ConfigRun& run, const std::function<bool(ZanB
       args.lastHandleText = fromUtf8(lisp.eval("(intern last)"));
       args.undoPosition = toInt(fromUtf8(lisp.eval("start")));
       ProcessRecord& lent = processRecord();
-      ZanBrenvolt build(std::move(args), {circuitContext(), lent.acceptedTables, lent.lastMarkerId});
+      ZanBrenvolt build(std::move(args), {circuitContext(), lentTables(), lent.lastMarkerId});
       build.readBuildData();
       REQUIRE((build.loadCatalog() && build.readMarkers() && build.prepare(BuildKind::interactive)));
       result.answer = configure(build) ? "T" : "nil";

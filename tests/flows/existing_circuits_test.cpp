@@ -112,7 +112,8 @@ TEST_CASE("component rows need a preset text with handles and tables that can be
     CAPTURE(row.promise);
     const CircuitSite site({}, {{"COMP", row.table}});
     const auto session = site.session("");
-    CHECK_EQ(readComponentRows({L"1", L"h=A1", L"", L"", L"", row.presetText, L"k"}).size(), row.rows);
-    CHECK(readComponentRows({L"1", L"h=A1", L"", L"", L"", row.presetText}).empty());
+    CHECK_EQ(
+        readComponentRows({L"1", L"h=A1", L"", L"", L"", row.presetText, L"k"}, nullptr).size(), row.rows);
+    CHECK(readComponentRows({L"1", L"h=A1", L"", L"", L"", row.presetText}, nullptr).empty());
   }
 }

@@ -39,7 +39,7 @@ struct {
 
 /// What a service does that meets a table of other columns, one of another code and a standard without a name.
 void readBadTables() {
-  ZanOleDbConnection connection;
+  ZanOleDbConnection connection(lentTables().observer);
   REQUIRE(
       connection.OpenFromInitializationString(
           ZanOleDbHelper::FormatConnectString(fromUtf8(probe.database), L"", L""), false, true) >= 0);

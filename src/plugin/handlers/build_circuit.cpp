@@ -90,7 +90,8 @@ bool canRun(const ZanBrenvolt& build) {
 bool buildDirectly(ZanBrenvolt& build, Saving* saving) {
   const bool result = build.prepare(BuildKind::direct);
   // Without its server a build has figures missing: it counts as failed, and the parent product takes it back.
-  if (wasConnectionLost()) return false;
+  const TableWatch* const watch = processRecord().tableWatch;
+  if (watch != nullptr && watch->wasConnectionLost()) return false;
   if (result && saving != nullptr) saving->isDone = build.saveHistory(saving->name);
   if (build.needsFinish()) build.finish();
   return result;
@@ -124,7 +125,7 @@ bool buildWith(std::optional<ZanBuildArgs> args, Saving* saving) {
   // A page stores wire choices only when they are made in this dialog.
   if (!args->directBuild) circuit.circuit.wireChosen = false;
   ProcessRecord& lent = processRecord();
-  ZanBrenvolt build(std::move(*args), {circuit, lent.acceptedTables, lent.lastMarkerId}, parent);
+  ZanBrenvolt build(std::move(*args), {circuit, lentTables(), lent.lastMarkerId}, parent);
   const UnderWayScope scope(build, before);
   return canRun(build) && runBuild(build, saving);
 }

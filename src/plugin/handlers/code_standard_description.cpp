@@ -4,6 +4,7 @@
 #include "data/option_tables.h"
 #include "host/lisp_symbols.h"
 #include "host/resources.h"
+#include "plugin/process_record.h"
 
 namespace brenvolt {
 
@@ -12,7 +13,7 @@ ResultList codeStandardDescription(const ResultList&) {
   if (!code || code->empty()) return {};
   ZanOptTableReader reader;
   std::wstring name;
-  if (!reader.Open() || !reader.ReadFullName(*code, name)) return {};
+  if (!reader.Open(lentTables().observer) || !reader.ReadFullName(*code, name)) return {};
   ListBuilder answer;
   return answer.beginList().addText(name).endList().take();
 }
@@ -20,7 +21,7 @@ ResultList codeStandardDescription(const ResultList&) {
 void readAllCodeStandards(std::map<std::wstring, std::wstring>& standards, bool withCurrent) {
   standards.clear();
   ZanOptTableReader reader;
-  if (!reader.Open()) return;
+  if (!reader.Open(lentTables().observer)) return;
   if (withCurrent) {
     reader.SetCode(getCodeStandard().value_or(std::wstring()));
     const ResourceScope resources;

@@ -34,8 +34,7 @@ struct EditedWire {
 
 std::optional<EditedWire> lookUp(
     ZanDlgWireSelectBaseCtrlMgr& manager, KvEntityName entity, KvWindow* parent) {
-  const std::optional<WireLookupAnswer> chosen =
-      runWireLookup(manager, parent, processRecord().acceptedTables);
+  const std::optional<WireLookupAnswer> chosen = runWireLookup(manager, parent, lentTables());
   if (!chosen) return std::nullopt;
   return EditedWire{entity, chosen->size + chosen->parallelNote, {}};
 }
@@ -50,7 +49,7 @@ std::optional<EditedWire> editPlacedCircuit(
 
 std::optional<EditedWire> sizeDevice(KvEntityName entity, KvWindow* parent) {
   RatingSelection motor = selectionOf(circuitData());
-  if (!runMotorPicker(parent, processRecord().acceptedTables, motor)) return std::nullopt;
+  if (!runMotorPicker(parent, lentTables(), motor)) return std::nullopt;
   storeSelection(motor, circuitData());
   ZanDlgWireSelectCtrlMgr manager(circuitContext());
   std::optional<EditedWire> edited = lookUp(manager, entity, parent);
@@ -84,8 +83,7 @@ ResultList answerOf(const EditedWire& edited) {
   answer.beginList();
   answer.beginList().addEntity(edited.entity).addText(edited.wire).addText(fixedThirdElement).endList();
   // The current is that of the current circuit, also for a placed circuit.
-  answer.splice(
-      rowsToList(sizeComponents(edited.motorType, circuitData().fla, processRecord().acceptedTables)));
+  answer.splice(rowsToList(sizeComponents(edited.motorType, circuitData().fla, lentTables())));
   return answer.endList().take();
 }
 

@@ -36,10 +36,10 @@ const RatingField& fieldOf(Rating rating) {
 
 ResultList pick(
     const ResultList& arguments, const RatingPlaces& places,
-    bool (*runPicker)(KvWindow*, AcceptedTables&, RatingSelection&)) {
+    bool (*runPicker)(KvWindow*, const LentTables&, RatingSelection&)) {
   RatingSelection selection = places.read(arguments);
   const KvAxDocLock lock;
-  if (!runPicker(kvdsForegroundWindow(), processRecord().acceptedTables, selection)) return {};
+  if (!runPicker(kvdsForegroundWindow(), lentTables(), selection)) return {};
   storeSelection(selection, circuitData());
   return places.listOf(selection);
 }

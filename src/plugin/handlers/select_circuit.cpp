@@ -89,7 +89,7 @@ ResultList selectCircuit(const ResultList& arguments) {
   static_cast<void>(readBuildData(data));
   setTrace(data.trace);
   ExistingCircuit& existing = processRecord().existingCircuit;
-  ZanDlgCircuit dialog(std::move(data), existing, kdsw_korvoMainWnd());
+  ZanDlgCircuit dialog(std::move(data), existing, lentTables().observer, kdsw_korvoMainWnd());
   if (dialog.DoModal() != kvui::ok) return ResultList();
   const CircuitSelection& selection = dialog.selection();
   static_cast<void>(writeBuildData(selection.circuit.circuit, dialog.data()));

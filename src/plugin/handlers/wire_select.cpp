@@ -14,7 +14,7 @@ ResultList lookUp(ZanDlgWireSelectBaseCtrlMgr& manager) {
   // Opened out of a configuration dialog, the report names its circuit.
   const ZanBrenvolt* const configured = processRecord().configured;
   const std::optional<WireLookupAnswer> chosen = runWireLookup(
-      manager, kvdsForegroundWindow(), processRecord().acceptedTables,
+      manager, kvdsForegroundWindow(), lentTables(),
       configured == nullptr ? std::nullopt : std::optional(configured->args().circuit));
   if (!chosen) return {};
   ListBuilder answer;
