@@ -11,6 +11,7 @@
 #include "text/compare.h"
 #include "text/encoding.h"
 #include "text/numbers.h"
+#include "text/plain_number.h"
 #include "text/split.h"
 
 #include <unistd.h>
@@ -175,9 +176,11 @@ void keepTerminalNumbers(
 KvPoint3d pointOf(const CircuitObject& circuit) {
   const std::vector<std::wstring> parts =
       brenvolt::splitKeepingEmpty(circuitField(circuit.fields, L"point"), L',');
-  if (parts.size() < 2)
+  const std::optional<double> x = parts.size() < 2 ? std::nullopt : brenvolt::plainNumber(parts[0]);
+  const std::optional<double> y = parts.size() < 2 ? std::nullopt : brenvolt::plainNumber(parts[1]);
+  if (!x || !y)
     throw BadInput(toUtf8(circuit.name()) + ": the drawing does not keep where the circuit was built");
-  return {brenvolt::toDouble(parts[0]), brenvolt::toDouble(parts[1]), 0.0};
+  return {*x, *y, 0.0};
 }
 
 /// What the site knew of the circuit by variables of the drawing when it was built.

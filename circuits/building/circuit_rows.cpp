@@ -9,6 +9,7 @@
 #include "text/compare.h"
 #include "text/encoding.h"
 #include "text/numbers.h"
+#include "text/plain_number.h"
 #include "text/split.h"
 
 #include <algorithm>
@@ -360,9 +361,11 @@ private:
       const std::wstring& wanted = row[column.field];
       if (wanted.empty() || !columnOf(column.rating, kind) || column.field == except) continue;
       const std::wstring has = textOf(record, column.rating, kind);
-      const bool isEqual = setFields()[static_cast<std::size_t>(column.field)].isNumber
-                               ? brenvolt::toDouble(wanted) == brenvolt::toDouble(has)
-                               : brenvolt::equalsOrdinalNoCase(wanted, has);
+      const bool isNumber = setFields()[static_cast<std::size_t>(column.field)].isNumber;
+      // "1/2" of a table is not the 1 of a list.
+      const std::optional<double> figure = isNumber ? brenvolt::plainNumber(has) : std::nullopt;
+      const bool isEqual =
+          figure ? brenvolt::toDouble(wanted) == *figure : brenvolt::equalsOrdinalNoCase(wanted, has);
       if (!isEqual) return false;
     }
     return true;

@@ -3,6 +3,7 @@
 #include "circuits/check/table_rules.h"
 #include "text/compare.h"
 #include "text/numbers.h"
+#include "text/plain_number.h"
 #include "text/split.h"
 
 #include <algorithm>
@@ -105,7 +106,8 @@ private:
       checkValue(setting, *row, list_, item);
     }
     const bool isListed = std::ranges::any_of(all, [&value](const std::wstring& item) {
-      const bool isEqual = numberOf(item) && numberOf(value) && *numberOf(item) == *numberOf(value);
+      const bool isEqual = brenvolt::plainNumber(item) && brenvolt::plainNumber(value) &&
+                           *brenvolt::plainNumber(item) == *brenvolt::plainNumber(value);
       return isEqual || equalsOrdinalNoCase(item, value);
     });
     if (!isListed && setting.content != formula)
@@ -126,7 +128,7 @@ private:
     case words:
       return;
     case number: {
-      const std::optional<double> amount = numberOf(value);
+      const std::optional<double> amount = brenvolt::plainNumber(value);
       if (!amount)
         wrong(L"a number with a decimal point");
       else if (*amount < setting.least || *amount > setting.most)
@@ -137,7 +139,7 @@ private:
     }
     case bracket: {
       const std::wstring_view degrees = std::wstring_view(value).substr(0, value.size() - 1);
-      const bool isBracket = (value.back() == L'C' || value.back() == L'c') && numberOf(degrees);
+      const bool isBracket = (value.back() == L'C' || value.back() == L'c') && brenvolt::plainNumber(degrees);
       if (!isBracket) wrong(L"degrees and C, such as 30C");
       return;
     }
@@ -173,7 +175,7 @@ private:
     double largest = 0.0;
     const int column = grounds->text.columnOf(L"MAX");
     for (const TableText::Row& row : grounds->text.rows)
-      largest = std::max(largest, numberOf(row.cell(column)).value_or(0.0));
+      largest = std::max(largest, brenvolt::plainNumber(row.cell(column)).value_or(0.0));
     const double highest = *std::ranges::max_element(ratings);
     if (column != 0 && highest >= largest)
       findings_.add(
@@ -189,7 +191,7 @@ private:
     const int column = motors == nullptr ? 0 : motors->text.columnOf(L"FLA (A)");
     if (column == 0) return amperes;
     for (const TableText::Row& row : motors->text.rows)
-      if (const std::optional<double> value = numberOf(row.cell(column)); value && *value > 0.0)
+      if (const std::optional<double> value = brenvolt::plainNumber(row.cell(column)); value && *value > 0.0)
         amperes.push_back(*value);
     std::ranges::sort(amperes);
     return amperes;

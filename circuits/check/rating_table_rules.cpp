@@ -4,6 +4,7 @@
 #include "expr/expr_evaluator.h"
 #include "text/compare.h"
 #include "text/numbers.h"
+#include "text/plain_number.h"
 #include "text/split.h"
 
 #include <algorithm>
@@ -29,7 +30,7 @@ Currents currentsOf(const SiteTable* motors) {
   const int current = motors->text.columnOf(L"FLA (A)");
   if (type == 0 || current == 0) return currents;
   for (const TableText::Row& row : motors->text.rows)
-    if (const std::optional<double> value = numberOf(row.cell(current)); value && *value > 0.0)
+    if (const std::optional<double> value = brenvolt::plainNumber(row.cell(current)); value && *value > 0.0)
       currents[toUpper(row.cell(type))].push_back(*value);
   for (auto& [name, values] : currents) {
     std::ranges::sort(values);
@@ -61,7 +62,8 @@ void checkMotors(const SiteTable& table, const ElectricalCode& electrical, Findi
   const TableText& text = table.text;
   const int current = text.columnOf(L"FLA (A)");
   for (const TableText::Row& row : text.rows) {
-    const std::optional<double> amperes = current == 0 ? std::nullopt : numberOf(row.cell(current));
+    const std::optional<double> amperes =
+        current == 0 ? std::nullopt : brenvolt::plainNumber(row.cell(current));
     const bool isEmpty = current > 0 && brenvolt::trimView(row.cell(current)).empty();
     if (isEmpty || (amperes && *amperes <= 0.0))
       findings.add(
@@ -159,7 +161,8 @@ private:
     if (code == 0 || most == 0) return limits;
     for (const TableText::Row& row : steps_->text.rows)
       if (equalsOrdinalNoCase(row.cell(code), component))
-        if (const std::optional<double> limit = numberOf(row.cell(most))) limits.push_back(*limit);
+        if (const std::optional<double> limit = brenvolt::plainNumber(row.cell(most)))
+          limits.push_back(*limit);
     std::ranges::sort(limits);
     return limits;
   }
@@ -193,7 +196,7 @@ void checkStepTable(const SiteTable& steps, Findings& findings) {
   if (code == 0 || most == 0) return;
   std::map<std::wstring, std::vector<std::pair<double, int>>> byCode; // limit and row
   for (const TableText::Row& row : steps.text.rows)
-    if (const std::optional<double> limit = numberOf(row.cell(most)))
+    if (const std::optional<double> limit = brenvolt::plainNumber(row.cell(most)))
       byCode[toUpper(row.cell(code))].emplace_back(*limit, row.number);
   for (auto& [component, limits] : byCode) {
     std::ranges::sort(limits);

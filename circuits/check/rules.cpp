@@ -374,8 +374,8 @@ constexpr Rule table[] = {
     {L"formula-empty", tables, warning, L"The formula is empty, which counts as 1 ampere.",
      L"Write the formula.", L"an empty cell of MOTOR_I_CALC"},
     {L"formula-illegal", tables, error,
-     L"\"{formula}\" is not a formula: for {current} A it cannot be worked out, and the smallest rating is "
-     L"taken.",
+     L"\"{formula}\" is not a formula: for {current} A it cannot be worked out, and the component gets no "
+     L"rating.",
      L"Try it with brenvolt expr.", L"`i*2,5`"},
     {L"formula-slip", tables, error, L"\"{formula}\" is not what it seems: {slip}.",
      L"Try it with brenvolt expr.", L"`2(i)`, `i*`, `i==20`"},

@@ -10,6 +10,7 @@
 #include "text/compare.h"
 #include "text/encoding.h"
 #include "text/numbers.h"
+#include "text/plain_number.h"
 #include "text/split.h"
 
 #include <algorithm>
@@ -38,7 +39,8 @@ const TableText::Row* chooseRow(
   const int current = table.text.columnOf(L"FLA (A)");
   const TableText::Row* first = nullptr;
   for (const TableText::Row& row : table.text.rows) {
-    const bool fits = row.cell(phase) == phases && numberOf(row.cell(current)).value_or(0.0) > 0.0;
+    const bool fits =
+        row.cell(phase) == phases && brenvolt::plainNumber(row.cell(current)).value_or(0.0) > 0.0;
     if (!fits) continue;
     if (row.cell(volts) == voltage) return &row;
     if (first == nullptr) first = &row;

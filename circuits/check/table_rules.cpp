@@ -6,6 +6,7 @@
 #include "data/table_names.h"
 #include "text/compare.h"
 #include "text/numbers.h"
+#include "text/plain_number.h"
 #include "text/split.h"
 
 #include <algorithm>
@@ -177,23 +178,13 @@ private:
 
 } // namespace
 
-std::optional<double> numberOf(std::wstring_view text) {
-  std::wstring_view digits = brenvolt::trimView(text);
-  if (digits.starts_with(L'-') || digits.starts_with(L'+')) digits.remove_prefix(1);
-  const auto points = std::ranges::count(digits, L'.');
-  const bool isNumber = !digits.empty() && points <= 1 && digits != L"." &&
-                        digits.find_first_not_of(L"0123456789.") == digits.npos;
-  if (!isNumber) return std::nullopt;
-  return brenvolt::toDouble(text);
-}
-
 std::optional<double> numberAt(
     const SiteTable& table, const TableText::Row& row, int column, Findings& findings) {
   const std::wstring& text = row.cell(column);
   if (brenvolt::trimView(text).empty()) return std::nullopt;
-  if (const std::optional<double> number = numberOf(text)) return number;
-  const bool hasComma =
-      text.find(L',') != std::wstring::npos && numberOf(brenvolt::replaceAll(text, L",", L".")).has_value();
+  if (const std::optional<double> number = brenvolt::plainNumber(text)) return number;
+  const bool hasComma = text.find(L',') != std::wstring::npos &&
+                        brenvolt::plainNumber(brenvolt::replaceAll(text, L",", L".")).has_value();
   findings.add(
       hasComma ? L"table-decimal-comma" : L"table-number", table.place(row.number, column), {text},
       {{L"text", text}, {L"read", brenvolt::formatTrimmed(brenvolt::toDouble(text))}});

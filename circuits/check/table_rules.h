@@ -36,9 +36,6 @@ void checkOptions(const TableSet& tables, const std::vector<ElectricalCode>& cod
 /// A cell that must be a number: nothing, and a finding, when it is none. An empty cell gives nothing alone.
 [[nodiscard]] std::optional<double> numberAt(
     const SiteTable& table, const TableText::Row& row, int column, Findings& findings);
-/// The cell as a number, nothing when it is none; without a finding.
-[[nodiscard]] std::optional<double> numberOf(std::wstring_view text);
-
 /// A formula in the full-load current, tried for each current; the finding names the first for which it fails.
 /// @return the values, in the order of the currents; empty when the formula is at fault
 [[nodiscard]] std::vector<double> checkFormula(

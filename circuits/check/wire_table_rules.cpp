@@ -5,6 +5,7 @@
 #include "data/wire_lists.h"
 #include "text/compare.h"
 #include "text/numbers.h"
+#include "text/plain_number.h"
 #include "text/split.h"
 
 #include <algorithm>
@@ -35,7 +36,7 @@ enum class Order { rising, falling };
 void checkOrder(const SiteTable& table, int column, Order order, std::wstring_view rule, Findings& findings) {
   std::optional<double> before;
   for (const TableText::Row& row : table.text.rows) {
-    const std::optional<double> value = numberOf(row.cell(column));
+    const std::optional<double> value = brenvolt::plainNumber(row.cell(column));
     if (!value) continue;
     if (before && (order == Order::rising ? *value < *before : *value > *before))
       findings.add(
@@ -55,7 +56,7 @@ void checkAmpacities(const SiteTable& table, Findings& findings) {
     std::optional<double> before;
     std::wstring name;
     for (int column = firstColumn; column <= text.columnCount(); ++column) {
-      const std::optional<double> value = numberOf(row.cell(column));
+      const std::optional<double> value = brenvolt::plainNumber(row.cell(column));
       if (!value) continue;
       const std::wstring& here = text.columns[static_cast<std::size_t>(column) - 1];
       const bool isHotter = brenvolt::toInt(here) > brenvolt::toInt(name);
@@ -96,7 +97,7 @@ void checkInsulations(const SiteTable& table, const SiteTable* ampacities, Findi
     std::optional<double> last;
     bool hasHole = false;
     for (int column = firstBracket; column <= text.columnCount(); ++column) {
-      const std::optional<double> factor = numberOf(row.cell(column));
+      const std::optional<double> factor = brenvolt::plainNumber(row.cell(column));
       if (!factor) {
         hasHole = last.has_value();
         continue;
@@ -155,12 +156,13 @@ private:
         continue;
       }
       const std::vector<std::wstring> parts = brenvolt::splitKeepingEmpty(cell, L';');
-      const bool isPair = parts.size() == 2 && numberOf(parts[0]) && numberOf(parts[1]);
+      const bool isPair =
+          parts.size() == 2 && brenvolt::plainNumber(parts[0]) && brenvolt::plainNumber(parts[1]);
       if (!isPair) {
         findings_.add(L"impedance-cell", place, {cell}, {{L"text", cell}});
         continue;
       }
-      const double resistance = *numberOf(parts[1]);
+      const double resistance = *brenvolt::plainNumber(parts[1]);
       if (before && resistance > *before)
         findings_.add(
             L"impedance-order", place, {cell}, {{L"value", parts[1]}, {L"before", formatTrimmed(*before)}});
@@ -182,14 +184,14 @@ void checkFill(const SiteTable& table, Findings& findings) {
         {{L"count", formatInt(static_cast<std::int64_t>(table.text.rows.size()))}});
   std::optional<double> before;
   for (const TableText::Row& row : table.text.rows) {
-    const std::optional<double> most = numberOf(row.cell(limit));
+    const std::optional<double> most = brenvolt::plainNumber(row.cell(limit));
     if (!most) continue;
     if (before && *most <= *before)
       findings.add(
           L"fill-order", table.place(row.number, limit), {row.cell(limit)},
           {{L"value", row.cell(limit)}, {L"before", formatTrimmed(*before)}});
     before = most;
-    const std::optional<double> value = numberOf(row.cell(factor));
+    const std::optional<double> value = brenvolt::plainNumber(row.cell(factor));
     if (value && (*value <= 0.0 || *value > 1.0))
       findings.add(
           L"factor-value", table.place(row.number, factor), {row.cell(factor)},
@@ -203,7 +205,7 @@ void checkGrounds(const SiteTable& table, Findings& findings) {
   if (limit == 0) return;
   std::set<double> seen;
   for (const TableText::Row& row : table.text.rows) {
-    const std::optional<double> value = numberOf(row.cell(limit));
+    const std::optional<double> value = brenvolt::plainNumber(row.cell(limit));
     if (value && !seen.insert(*value).second)
       findings.add(
           L"ground-limit-twice", table.place(row.number, limit), {row.cell(limit)},

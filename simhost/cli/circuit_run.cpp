@@ -5,10 +5,10 @@
 #include "simhost/host/errors.h"
 #include "simhost/lisp/list.h"
 #include "simhost/lisp/printer.h"
-#include "simhost/site/plain_number.h"
 #include "simhost/site/site_workbook.h"
 #include "text/encoding.h"
 #include "text/numbers.h"
+#include "text/plain_number.h"
 #include "text/split.h"
 
 #include <algorithm>
@@ -115,15 +115,20 @@ brenvolt::ZanCircuitEntry findEntry(const SessionRun& run, const std::string& wo
 
 std::optional<double> scaleOf(const std::string& option, const std::string& text) {
   if (text.empty()) return std::nullopt;
-  const std::optional<double> scale = plainNumber(fromUtf8(text));
+  const std::optional<double> scale = brenvolt::plainNumber(fromUtf8(text));
   if (!scale || !(*scale > 0)) throw BadInput(option + ": \"" + text + "\" must be a number greater than 0");
   return scale;
 }
 
-/// A scale that the file holds; one that is empty or no number leaves that of the site.
-std::optional<double> savedScale(const std::wstring& text) {
-  const double scale = brenvolt::toDouble(text);
-  return scale > 0 ? std::optional(scale) : std::nullopt;
+/// A scale that the file holds; an empty one leaves that of the site. `option` is the one that can replace it.
+std::optional<double> savedScale(const std::string& option, const std::wstring& text, const SessionRun& run) {
+  if (brenvolt::trimView(text).empty()) return std::nullopt;
+  const std::optional<double> scale = brenvolt::plainNumber(text);
+  if (!scale || !(*scale > 0))
+    throw BadInput(
+        "--history: the scale \"" + toUtf8(text) + "\" of \"" + run.history +
+        "\" is not a number greater than 0; give " + option);
+  return scale;
 }
 
 /// The settings of a saved configuration. Without this check a build would silently use the defaults when the name is
@@ -134,8 +139,9 @@ void takeConfiguration(SessionRun& run, const std::string& workbook, CircuitCall
   const brenvolt::HistoryFile file = readHistory(workbook);
   needConfiguration(file, key);
   const brenvolt::HistorySummary summary = file.summary(key).value();
-  if (!call.circuitScale) call.circuitScale = savedScale(summary.circuitScale);
-  if (!call.componentScale) call.componentScale = savedScale(summary.componentScale);
+  if (!call.circuitScale) call.circuitScale = savedScale("--scale", summary.circuitScale, run);
+  if (!call.componentScale)
+    call.componentScale = savedScale("--component-scale", summary.componentScale, run);
   // The fields that go with a preset take the place of the circuit's data, the empty ones too.
   if (run.preset.empty()) return;
   const brenvolt::SavedControl control = brenvolt::savedControl(file, key);

@@ -5,9 +5,9 @@
 #include "simhost/cli/subcommand.h"
 #include "simhost/cli/table_output.h"
 #include "simhost/host/errors.h"
-#include "simhost/site/plain_number.h"
 #include "text/encoding.h"
 #include "text/numbers.h"
+#include "text/plain_number.h"
 
 #include <cstdio>
 #include <memory>
@@ -46,7 +46,7 @@ std::wstring servingCode(EngineeringRun& run) {
 }
 
 ExitCode runComponents(const ComponentsOptions& options) {
-  const std::optional<double> fla = plainNumber(fromUtf8(options.fla));
+  const std::optional<double> fla = brenvolt::plainNumber(fromUtf8(options.fla));
   if (!fla || !brenvolt::isGiven(*fla))
     throw BadInput("--fla: \"" + options.fla + "\" must be a number above 0");
   EngineeringRun run(options.site.site, options.site.standardCode);

@@ -3,9 +3,9 @@
 #include "simhost/cli/subcommand.h"
 #include "simhost/cli/table_output.h"
 #include "simhost/host/errors.h"
-#include "simhost/site/plain_number.h"
 #include "text/encoding.h"
 #include "text/numbers.h"
+#include "text/plain_number.h"
 
 #include <cmath>
 #include <memory>
@@ -20,7 +20,7 @@ struct ExprOptions {
 };
 
 ExitCode runExpr(const ExprOptions& options) {
-  const std::optional<double> variable = plainNumber(brenvolt::fromUtf8(options.variable));
+  const std::optional<double> variable = brenvolt::plainNumber(brenvolt::fromUtf8(options.variable));
   if (!variable) throw BadInput("\"" + options.variable + "\" is not a number");
   double value = 0.0;
   try {

@@ -1,21 +1,21 @@
 // The rules of typed fields.
 #include "simhost/site/wire_fields.h"
 
-#include "simhost/site/plain_number.h"
 #include "text/compare.h"
 #include "text/encoding.h"
 #include "text/numbers.h"
+#include "text/plain_number.h"
 
 namespace simhost {
 
 namespace {
 
 bool isAbove0(std::wstring_view text) {
-  return brenvolt::isGiven(plainNumber(text).value_or(0.0));
+  return brenvolt::isGiven(brenvolt::plainNumber(text).value_or(0.0));
 }
 
 bool isFraction(std::wstring_view text) {
-  return isAbove0(text) && *plainNumber(text) <= 1.0;
+  return isAbove0(text) && *brenvolt::plainNumber(text) <= 1.0;
 }
 
 std::wstring_view without(std::wstring_view text, std::wstring_view ending) {
@@ -32,7 +32,7 @@ bool keeps(WireFieldRule rule, std::wstring_view text) {
   case WireFieldRule::positive:
     return isAbove0(text);
   case WireFieldRule::notNegative:
-    return plainNumber(text).value_or(-1.0) >= 0.0;
+    return brenvolt::plainNumber(text).value_or(-1.0) >= 0.0;
   case WireFieldRule::fraction:
     return isFraction(text);
   case WireFieldRule::fractionOrOff:
@@ -44,9 +44,9 @@ bool keeps(WireFieldRule rule, std::wstring_view text) {
   case WireFieldRule::lengthUnits:
     return brenvolt::equalsOrdinalNoCase(text, L"FT") || brenvolt::equalsOrdinalNoCase(text, L"M");
   case WireFieldRule::degrees:
-    return plainInteger(without(text, L"C")).has_value();
+    return brenvolt::plainInteger(without(text, L"C")).has_value();
   case WireFieldRule::count:
-    return plainInteger(text).value_or(0) > 0;
+    return brenvolt::plainInteger(text).value_or(0) > 0;
   }
   return false;
 }

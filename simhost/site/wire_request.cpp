@@ -349,6 +349,8 @@ std::wstring noteOn(const WireRequest& request, const brenvolt::WireLookupResult
   case brenvolt::Proposal::aboveDropLimit:
     return L"no size for " + current + L" meets the maximum voltage drop of " +
            request[WireField::dropLimit].text + L" percent";
+  case brenvolt::Proposal::noCurrent:
+    return L"there is no current to size for";
   }
   return {};
 }

@@ -3,6 +3,7 @@
 #include "data/table_query.h"
 #include "text/compare.h"
 #include "text/numbers.h"
+#include "text/plain_number.h"
 
 #include <algorithm>
 
@@ -13,7 +14,7 @@ namespace {
 constexpr double fallbackPowerFactor = 0.85;
 
 double numberOr(const WireDefaults& defaults, double stored, std::wstring_view setting) {
-  return isGiven(stored) ? stored : toDouble(defaults.setting(setting).text);
+  return isGiven(stored) ? stored : defaults.figureOf(setting);
 }
 
 /// The ampacity column: stored, of the options' insulation, or of the table's first row.
@@ -40,8 +41,8 @@ WireTableSet tablesOf(const WireDefaults& defaults, const ZanCircuitData& data) 
 double autoFactor(const WireDefaults& defaults, const ZanCircuitData& data) {
   DeratingFactors factors;
   // Without the tick the options' factor still derates: a build always allows for a continuous load.
-  factors.continuous = data.useContinuousLoad ? data.continuousFactor
-                                              : toDouble(defaults.setting(option::continuousLoad).text);
+  factors.continuous =
+      data.useContinuousLoad ? data.continuousFactor : defaults.figureOf(option::continuousLoad);
   if (data.useFill) factors.fill = data.fillFactor;
   if (data.useAmbient) factors.ambient = data.ambientFactor;
   return overallFactor(factors);
@@ -71,8 +72,10 @@ WireValue autoMultiplier(const WireDefaults& defaults, const ZanCircuitData& dat
   WireValue value = defaults.valueOf(
       LookupField::multiplier, isGiven(data.flaMultiplier) ? formatShortest(data.flaMultiplier) : L"");
   // An option that is blank or no number is not a multiplier of 0: that would size any circuit by the smallest wire.
-  if (!isGiven(toDouble(value.text)))
+  if (!plainNumber(value.text) || !isGiven(toDouble(value.text))) {
+    static_cast<void>(defaults.figureOf(wireDefaultOf(LookupField::multiplier).setting));
     value = {std::wstring(wireDefaultOf(LookupField::multiplier).assumed), std::wstring(assumedOrigin)};
+  }
   return value;
 }
 

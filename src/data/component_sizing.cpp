@@ -11,7 +11,7 @@ namespace brenvolt {
 
 bool ZanAutoSizeComponent::findMissing(
     std::wstring_view standard, std::wstring& source, MissingTables& missing) {
-  if (!connection() && !Open()) return false;
+  if (!isConnected()) return false;
   static_cast<void>(CheckTables({}, {}, standard, source, missing, tablemask::components));
   return true;
 }
@@ -32,8 +32,7 @@ void ZanAutoSizeComponent::useTables(std::wstring_view standard) {
 
 bool ZanAutoSizeComponent::size(std::wstring_view type, double current, std::vector<ZanAutoSizeRow>& rows) {
   rows.clear();
-  if (type.empty()) return false;
-  if (!connection() && !Open()) return false;
+  if (type.empty() || !isConnected()) return false;
   TableQuery query(connection());
   if (!query.run(L"SELECT [CODE], [Description] FROM %s", {descriptionTable_})) return false;
   while (query.next()) {
@@ -43,22 +42,24 @@ bool ZanAutoSizeComponent::size(std::wstring_view type, double current, std::vec
     rows.push_back(std::move(row));
   }
   for (ZanAutoSizeRow& row : rows) {
-    evaluate(row, type, current);
-    chooseStep(row);
+    // The smallest step is not the one for a value that is not known: it would protect no motor.
+    if (evaluate(row, type, current) && isGiven(current)) chooseStep(row);
   }
   return !rows.empty();
 }
 
-void ZanAutoSizeComponent::evaluate(ZanAutoSizeRow& row, std::wstring_view type, double current) {
+bool ZanAutoSizeComponent::evaluate(ZanAutoSizeRow& row, std::wstring_view type, double current) {
   TableQuery query(connection());
   if (!query.runForRow(
           L"SELECT [%s] FROM %s WHERE Type='%s'", {row.code, calculationTable_, std::wstring(type)}))
-    return;
+    return false;
   row.expression = query.text(1);
   try {
     row.value = ZanExprEvaluator().Evaluate(row.expression, current);
+    return true;
   } catch (const IllegalExprException&) {
-    row.value = 0.0; // the component has no value; the other components are still sized
+    query.noteBadCell(1, L"is not an expression in the current"); // the other components are still sized
+    return false;
   }
 }
 

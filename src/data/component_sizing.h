@@ -14,8 +14,8 @@ namespace brenvolt {
 struct ZanAutoSizeRow {
   std::wstring code;
   std::wstring description;
-  double value = 0.0;       ///< what the component's expression gives for the current, amperes
-  std::wstring rating;      ///< the first step at or above the value; empty beyond the largest
+  double value = 0.0;  ///< what the component's expression gives for the current, amperes; 0 without one
+  std::wstring rating; ///< the first step at or above the value; empty beyond the largest or without a value
   std::wstring defaultPart; ///< the step's catalogue choice
   std::wstring expression;  ///< where the value came from; empty when the type has none
 };
@@ -32,14 +32,15 @@ public:
   void useTables(std::wstring_view standard);
   /// The rows of a motor type for a current in amperes, in the order of the description table. False without rows:
   /// an empty type, no connection, no description table. A component whose expression is missing or illegal keeps
-  /// the value 0.
+  /// the value 0 and gets no rating; an illegal expression is passed to the connection's observer.
   [[nodiscard]] bool size(std::wstring_view type, double current, std::vector<ZanAutoSizeRow>& rows);
 
   [[nodiscard]] const std::wstring& calculationTable() const { return calculationTable_; }
   [[nodiscard]] const std::wstring& mapTable() const { return mapTable_; }
 
 private:
-  void evaluate(ZanAutoSizeRow& row, std::wstring_view type, double current);
+  /// False when there is no value.
+  [[nodiscard]] bool evaluate(ZanAutoSizeRow& row, std::wstring_view type, double current);
   void chooseStep(ZanAutoSizeRow& row);
 
   std::wstring descriptionTable_ = L"MOTOR_I_DESC";

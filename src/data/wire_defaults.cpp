@@ -1,6 +1,9 @@
 #include "data/wire_defaults.h"
 
 #include "text/numbers.h"
+#include "text/plain_number.h"
+
+#include <utility>
 
 namespace brenvolt {
 
@@ -36,6 +39,17 @@ WireValue WireDefaults::textOr(std::wstring_view text, std::wstring_view setting
 
 WireValue WireDefaults::numberOr(double number, std::wstring_view setting) const {
   return textOr(isGiven(number) ? formatTrimmed(number) : std::wstring(), setting);
+}
+
+double WireDefaults::figureOf(std::wstring_view setting) const {
+  const WireValue value = this->setting(setting);
+  TableObserver* const observer = tables_.connection().observer();
+  if (observer != nullptr && !value.text.empty() && !plainNumber(value.text)) {
+    std::wstring source;
+    tables_.connection().GetDatasource(source);
+    observer->statementFailed({std::move(source), L"\"" + value.text + L"\" is not a number", value.origin});
+  }
+  return toDouble(value.text);
 }
 
 WireValue WireDefaults::valueOf(LookupField field, std::wstring_view text) const {

@@ -63,6 +63,9 @@ public:
   /// A text or a number, or the setting's default when it is not given.
   [[nodiscard]] WireValue textOr(std::wstring_view text, std::wstring_view setting) const;
   [[nodiscard]] WireValue numberOr(double number, std::wstring_view setting) const;
+  /// The default of a setting as a number, 0 where it has none. A text that is not a number is passed to the observer of
+  /// the tables: a build has no field that would show it.
+  [[nodiscard]] double figureOf(std::wstring_view setting) const;
   /// A text, the default of the field's setting, or what is assumed for it.
   [[nodiscard]] WireValue valueOf(LookupField field, std::wstring_view text) const;
 

@@ -36,6 +36,10 @@ void fillDropColumns(
   }
 }
 
+bool hasCurrent(const WireLookupInput& input) {
+  return isGiven(input.total) && (!input.drop || isGiven(dropCircuitOf(input).current));
+}
+
 } // namespace
 
 WireTableFigures readWireFigures(const ZanWireTableReader& reader, const WireTableChoice& choice) {
@@ -83,6 +87,11 @@ WireLookupResult computeWires(const WireTableFigures& figures, const WireLookupI
   removeOverloaded(result.rows, input.undersized);
   const bool isLeft = stillFits();
   if (input.drop && input.drop->limit) removeAboveDropLimit(result.rows, *input.drop->limit);
+  // Every size carries a current of 0: without one the smallest would be taken for a circuit that nobody knows.
+  if (!hasCurrent(input)) {
+    result.proposal = Proposal::noCurrent;
+    return result;
+  }
   result.proposed = proposedRow(result.rows, input.total);
   result.proposal = result.proposed  ? Proposal::fits
                     : !isLargeEnough ? Proposal::noneLargeEnough

@@ -83,12 +83,13 @@ enum class Proposal {
   fits,
   noneLargeEnough,
   leftOut,       ///< what is large enough went with the undersized rows around it
-  aboveDropLimit ///< what is large enough has more drop than the limit
+  aboveDropLimit, ///< what is large enough has more drop than the limit
+  noCurrent       ///< no current is given that a size, or the drop, could be computed for
 };
 
 struct WireLookupResult {
   std::vector<WireCandidate> rows;
-  /// The first row above the total; absent when none is.
+  /// The first row above the total; absent when none is, and when there is no current.
   std::optional<std::size_t> proposed;
   Proposal proposal = Proposal::noneLargeEnough;
 };

@@ -2,6 +2,7 @@
 
 #include "text/compare.h"
 #include "text/numbers.h"
+#include "text/plain_number.h"
 #include "text/split.h"
 
 #include <algorithm>
@@ -46,7 +47,11 @@ int ambientDegrees(std::wstring_view option) {
 std::optional<Impedance> parseImpedance(std::wstring_view cell) {
   const std::size_t semicolon = cell.find(L';');
   if (semicolon == std::wstring_view::npos) return std::nullopt;
-  return Impedance{toDouble(cell.substr(0, semicolon)), toDouble(cell.substr(semicolon + 1))};
+  // A text that only begins with a number is none: "0,2" would be no resistance at all, and so no drop.
+  const std::optional<double> reactance = plainNumber(cell.substr(0, semicolon));
+  const std::optional<double> resistance = plainNumber(cell.substr(semicolon + 1));
+  if (!reactance || !resistance) return std::nullopt;
+  return Impedance{*reactance, *resistance};
 }
 
 SizeNumber splitSize(std::wstring_view size) {

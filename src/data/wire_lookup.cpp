@@ -329,6 +329,7 @@ void WireLookup::recalculate() {
   if (!size.empty())
     for (std::size_t row = 0; row < rows().size(); ++row)
       if (equalsOrdinalNoCase(rows()[row].size, size)) return select(row);
+  if (result_.proposal == Proposal::noCurrent) return select(std::nullopt);
   // No size carries the load: the row's number stays, where the new table has it.
   select(result_.proposed ? result_.proposed : selectedBefore);
 }

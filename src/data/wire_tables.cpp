@@ -7,6 +7,7 @@
 #include "text/split.h"
 
 #include <algorithm>
+#include <cmath>
 #include <optional>
 
 namespace brenvolt {
@@ -133,6 +134,8 @@ bool ZanWireTableReader::ListFill(std::wstring_view code, FactorList& fill) cons
   while (query.next()) {
     fill.ranges.push_back(query.text(1));
     fill.factors.push_back(normaliseFactor(query.text(2)));
+    // Read as a number, such a text would not derate.
+    query.noteUnlessFigure(2);
   }
   makeFillRanges(fill.ranges);
   return true;
@@ -152,6 +155,7 @@ bool ZanWireTableReader::ListAmbient(
   for (int column = firstAmbientColumn; column <= query.columnCount(); ++column) {
     const std::wstring factor = query.text(column);
     if (factor.empty()) continue;
+    query.noteUnlessFigure(column);
     ambient.ranges.push_back(query.columnName(column));
     ambient.factors.push_back(normaliseFactor(factor));
   }
@@ -184,8 +188,9 @@ bool ZanWireTableReader::ReadAmpacityAt(
   if (!query.runForRow(
           L"SELECT [%s] FROM [%s] WHERE [SIZE]='%s'", {std::wstring(column), table, std::wstring(size)}))
     return false;
-  amps = query.number(1);
-  return true;
+  const std::optional<double> figure = query.figure(1);
+  amps = figure.value_or(0.0);
+  return figure.has_value();
 }
 
 bool ZanWireTableReader::ListParallelSizes(
@@ -198,8 +203,10 @@ bool ZanWireTableReader::ListParallelSizes(
   if (!ResolveTable(table, ZanTableKind::ampacity, set)) return false;
   if (!query.runForRow(L"SELECT [%s] FROM [%s] WHERE [SIZE]='%s'", {name, table, std::wstring(size)}))
     return false;
+  const std::optional<double> ampacity = query.figure(1);
+  if (!ampacity) return false;
   // The limit is an integer: 215.5 admits a size of 215.2.
-  const double limit = toInt(query.text(1));
+  const double limit = std::trunc(*ampacity);
   // Compared here, because a database that declares the column as text compares by characters.
   const std::wstring_view statement =
       text == SizeText::description
@@ -277,8 +284,11 @@ std::map<std::wstring, Impedance> ZanWireTableReader::ReadImpedances(
       keys.emplace(query.text(1), query.text(2));
   std::vector<ImpedanceRow> rows;
   if (query.run(L"SELECT [SIZE],[%s] FROM [%s]", {std::wstring(column), std::wstring(impedanceTable)}))
-    while (query.next())
+    while (query.next()) {
       rows.push_back({query.text(1), query.text(2)});
+      if (const std::wstring& cell = rows.back().cell; !cell.empty() && !parseImpedance(cell))
+        query.noteBadCell(2, L"is not a reactance and a resistance such as 0.2;0.6");
+    }
 
   std::map<std::wstring, Impedance> impedances;
   for (const ZanWireRow& size : sizes) {
@@ -288,7 +298,11 @@ std::map<std::wstring, Impedance> ZanWireTableReader::ReadImpedances(
         key == keys.end() ? rows.end() : std::ranges::find(rows, key->second, &ImpedanceRow::size);
     std::optional<Impedance> found;
     if (row == rows.end()) {
-      // The engine may find what differs in its letters only.
+      // The engine may find what differs in its letters or in blanks only; it is not asked for what no row has.
+      const auto mayBeMeant = [&](const ImpedanceRow& each) {
+        return equalsOrdinalNoCase(trimView(each.size), trimView(key->second));
+      };
+      if (key != keys.end() && std::ranges::none_of(rows, mayBeMeant)) continue;
       Impedance single;
       if (ReadImpedance(impedanceTable, ampacityTable, column, size.size, single)) found = single;
     } else {

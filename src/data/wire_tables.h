@@ -64,7 +64,7 @@ public:
       std::size_t& defaultIndex) const;
   /// Sizes with their ampacity in a temperature column, ascending by ampacity.
   bool ReadAmpacity(const WireTableSet& set, std::wstring_view column, std::vector<ZanWireRow>& rows) const;
-  /// The ampacity of one size by its key; 0 without a row.
+  /// The ampacity of one size by its key. False, and 0, when the table has no number for it.
   bool ReadAmpacityAt(
       const WireTableSet& set, std::wstring_view column, std::wstring_view size, double& amps) const;
   enum class SizeText { key, description };

@@ -121,7 +121,9 @@ TEST_CASE(
         L"INSERT INTO [AMP_CU_AWG_NEC] VALUES ('1','1 AWG','130'), ('14','14 AWG','20'), ('8','8 AWG',''), "
         L"('4','4 AWG','85'), ('3','3 AWG','1OO')",
         L"CREATE TABLE [AMPG_CU_AWG_NEC] ([SIZE_DESC] TEXT, [MAX] TEXT)",
-        L"INSERT INTO [AMPG_CU_AWG_NEC] VALUES ('3 AWG','400'), ('8 AWG','60'), ('10 AWG','nan')"}) {
+        L"INSERT INTO [AMPG_CU_AWG_NEC] VALUES ('3 AWG','400'), ('8 AWG','60'), ('10 AWG','nan')",
+        L"CREATE TABLE [FILL_NEC] ([MAX] TEXT, [FACTOR] TEXT)",
+        L"INSERT INTO [FILL_NEC] VALUES ('3','1.0'), ('6','0,8')"}) {
     TableQuery query(tables.connection());
     REQUIRE(query.run(statement));
   }
@@ -143,12 +145,16 @@ TEST_CASE(
   std::vector<std::wstring> grounds;
   REQUIRE(reader.ListGround(copper, L"i", L"50", grounds));
   CHECK(joinedTexts(grounds) == "8 AWG|3 AWG");
+  double amps = 9;
+  CHECK_FALSE(reader.ReadAmpacityAt(copper, L"75C", L"3", amps));
+  FactorList fill;
+  REQUIRE(reader.ListFill(L"NEC", fill));
   std::string reasons;
   for (const StatementFailure& failure : tables.watch().failures())
     reasons += toUtf8(failure.reason) + "\n";
   CHECK(
       reasons == "column MAX: \"9O\" is not a number\ncolumn 75C: \"1OO\" is not a number\n"
-                 "column MAX: \"nan\" is not a number\n");
+                 "column MAX: \"nan\" is not a number\ncolumn FACTOR: \"0,8\" is not a number\n");
 }
 
 TEST_CASE("a component takes the first step at or above its value") {
@@ -171,15 +177,21 @@ TEST_CASE("a component takes the first step at or above its value") {
     REQUIRE(rows.size() == 3);
     CHECK(toUtf8(rows[0].rating) == row.rating);
     CHECK(rows[0].value == doctest::Approx(row.current * 2.5));
-    CHECK(rows[2].value == 0.0); // no expression: its component keeps 0, and the others go on
-    CHECK(rows[2].rating == L"5A");
+    CHECK(
+        rows[2].value ==
+        0.0); // not an expression: its component has neither value nor rating, the others go on
+    CHECK(rows[2].rating.empty());
   }
   std::vector<ZanAutoSizeRow> rows;
   CHECK_FALSE(sizing.size(L"", 40, rows));
+  REQUIRE(sizing.size(L"Induction", 0, rows));
+  CHECK(rows[0].rating.empty());
   REQUIRE(sizing.size(L"Unknown", 40, rows));
-  CHECK(rows[0].rating == L"15A"); // a value of 0 takes the smallest step
+  CHECK(rows[0].rating.empty()); // the smallest step would protect no motor
+  REQUIRE(tables.watch().failures().size() == 1);
+  CHECK(tables.watch().failures()[0].reason == L"column BAD: \"abc\" is not an expression in the current");
   REQUIRE(putRows(L"rows", rows));
-  CHECK(toUtf8(tables.host().eval(L"(car rows)")) == "(\"CB\" \"Breaker\" 0.0 \"15A\" \"P15\")");
+  CHECK(toUtf8(tables.host().eval(L"(car rows)")) == "(\"CB\" \"Breaker\" 0.0 \"\" \"\")");
 }
 
 TEST_CASE("the page of a motor reads the columns by their names, and by place where a name is missing") {

@@ -1,4 +1,5 @@
 // Worked cases of conductor selection that can be checked on paper: the arithmetic is next to each row.
+#include "data/wire_figures.h"
 #include "data/wire_lists.h"
 #include "data/wire_sizing.h"
 
@@ -129,13 +130,16 @@ TEST_CASE("an ampacity that the load meets exactly shows 100, is red, and is pas
   CHECK(sizesOf(rows) == std::vector<std::string>{"1/0 AWG"});
 }
 
-TEST_CASE("without a load every row is free and the first is proposed") {
-  std::vector<WireCandidate> rows = singleRunRows(copper, 1.0);
-  fillLoadPercent(rows, 0);
-  CHECK(rows[0].loadPercent == L"-");
-  removeOverloaded(rows, UndersizedRows::hide);
-  CHECK(rows.size() == copper.size());
-  CHECK(proposedRow(rows, 0) == 0);
+TEST_CASE("without a load every row is free and none is proposed") {
+  WireTableFigures figures;
+  figures.sizes = copper;
+  WireLookupInput input;
+  input.overallFactor = 1.0;
+  input.undersized = UndersizedRows::hide;
+  const WireLookupResult result = computeWires(figures, input);
+  REQUIRE(result.rows.size() == copper.size());
+  CHECK(result.rows[0].loadPercent == L"-");
+  CHECK_FALSE(result.proposed);
 }
 
 TEST_CASE("the overload filter takes the whole stretch from the first to the last marked row") {
@@ -238,7 +242,7 @@ TEST_CASE("impedance is interpolated within one unit word only, and only for a s
       {L"300kcmil", L""},
       {L"500 KCMIL", L"0.128;0.0886"},
       {L"600 KCMIL", L""},
-      {L"12", L"broken"},
+      {L"12", L"0,2;0.6"},
       {L"10", L""},
   };
   struct Row {

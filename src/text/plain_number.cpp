@@ -1,10 +1,10 @@
-// Strict reading of typed numbers.
-#include "simhost/site/plain_number.h"
+// Strict reading of numbers.
+#include "text/plain_number.h"
 
 #include "text/numbers.h"
 #include "text/split.h"
 
-namespace simhost {
+namespace brenvolt {
 
 namespace {
 
@@ -19,20 +19,20 @@ std::wstring_view withoutSign(std::wstring_view text) {
 } // namespace
 
 std::optional<double> plainNumber(std::wstring_view text) {
-  text = brenvolt::trimView(text);
+  text = trimView(text);
   const std::wstring_view number = withoutSign(text);
   if (number.find_first_not_of(L"0123456789.") != std::wstring_view::npos) return std::nullopt;
   if (number.find_first_of(digits) == std::wstring_view::npos) return std::nullopt;
   if (number.find(L'.') != number.rfind(L'.')) return std::nullopt;
-  return brenvolt::toDouble(text);
+  return toDouble(text);
 }
 
 std::optional<int> plainInteger(std::wstring_view text) {
-  text = brenvolt::trimView(text);
+  text = trimView(text);
   const std::wstring_view number = withoutSign(text);
   if (number.empty() || number.size() > mostDigitsOfInteger) return std::nullopt;
   if (number.find_first_not_of(digits) != std::wstring_view::npos) return std::nullopt;
-  return brenvolt::toInt(text);
+  return toInt(text);
 }
 
-} // namespace simhost
+} // namespace brenvolt

@@ -1,10 +1,10 @@
-// Numbers typed at the tool: valid as a whole or refused, while the tables' texts are read leniently.
+// Numbers that are valid as a whole or refused: what a user types, and a cell that is used as a figure.
 #pragma once
 
 #include <optional>
 #include <string_view>
 
-namespace simhost {
+namespace brenvolt {
 
 /// A sign, digits and a point, blanks around it allowed; nothing for any other text.
 [[nodiscard]] std::optional<double> plainNumber(std::wstring_view text);
@@ -12,4 +12,4 @@ namespace simhost {
 /// Digits with an optional sign.
 [[nodiscard]] std::optional<int> plainInteger(std::wstring_view text);
 
-} // namespace simhost
+} // namespace brenvolt
