@@ -217,6 +217,10 @@ bool SqliteDatabase::open(std::string_view utf8Path, Mode mode) {
 }
 
 bool SqliteDatabase::openHandle(const std::string& name, int flags) {
+  // Nobody asks how much memory the library has in use, and counting it takes a lock for each allocation. A program
+  // that has already opened a database, with its own copy of this file, has made the choice.
+  static const int choice = sqlite3_config(SQLITE_CONFIG_MEMSTATUS, 0);
+  static_cast<void>(choice);
   // One connection is used by one thread only, so the library's own locks are left out.
   const int code = sqlite3_open_v2(name.c_str(), &native_->handle, flags | SQLITE_OPEN_NOMUTEX, nullptr);
   sqlite3* handle = native_->handle;

@@ -11,6 +11,7 @@
 #include <filesystem>
 #include <fstream>
 #include <map>
+#include <string_view>
 #include <system_error>
 #include <utility>
 
@@ -20,21 +21,36 @@ namespace {
 
 constexpr const char* writeHelpOption = "--write-help";
 
-/// What --help ends with.
-std::string endOfHelp(const CommandTable& table, const std::string& manualPage) {
-  std::string text = table.footer;
-  for (const std::string& example : table.examples)
-    text += (&example == &table.examples.front() ? "\n\nExamples:\n  " : "\n  ") + example;
-  text += "\n\nManual: man " + manualPage;
-  return table.page.empty() ? text : text + ", docs/" + table.page;
-}
+/// What --help ends with. A table takes what it leaves out from the one above it.
+struct HelpEnd {
+  HelpEnd(const CommandTable& table, const HelpEnd* above)
+      : footer(above != nullptr && table.footer.empty() ? above->footer : table.footer),
+        examples(above != nullptr && table.examples.empty() ? above->examples : table.examples),
+        page(above != nullptr && table.page.empty() ? above->page : table.page) {}
+
+  [[nodiscard]] std::string text(const std::string& manualPage) const {
+    std::string all = footer;
+    for (const std::string& example : examples)
+      all += (&example == &examples.front() ? "\n\nExamples:\n  " : "\n  ") + example;
+    all += "\n\nManual: man " + manualPage;
+    return page.empty() ? all : all + ", docs/" + page;
+  }
+
+  const std::string& footer;
+  const std::vector<std::string>& examples;
+  const std::string& page;
+};
 
 class Parser final {
 public:
-  /// Where the first word names a command, the options of the others are not set up: they cost more than a small task.
-  Parser(const CommandTable& program, const std::string& firstWord)
-      : app_(program.description, program.name), firstWord_(firstWord) {
-    addTo(app_, program, program, program.name);
+  /// Where the first word names a command, the options of the others are not set up, and of its own only those that the
+  /// words can mean: all of them cost more than a small task. --help lists all.
+  Parser(const CommandTable& program, std::vector<std::string_view> words)
+      : app_(program.description, program.name), words_(std::move(words)),
+        asksForHelp_(std::ranges::any_of(words_, [](std::string_view word) {
+          return word.starts_with("-h") || word.starts_with("--help");
+        })) {
+    addTo(app_, program, nullptr, program.name);
     app_.add_option(writeHelpOption, "Write manual pages and shell completions to this folder")
         ->type_name("DIR");
   }
@@ -60,32 +76,44 @@ public:
   }
 
 private:
-  /// `above` gives what the table leaves out: footer, examples, page.
-  void addTo(
-      CLI::App& app, const CommandTable& table, const CommandTable& above, const std::string& manualPage) {
+  void addTo(CLI::App& app, const CommandTable& table, const HelpEnd* above, const std::string& manualPage) {
     tables_[&app] = &table;
-    CommandTable whole = table;
-    if (whole.footer.empty()) whole.footer = above.footer;
-    if (whole.examples.empty()) whole.examples = above.examples;
-    if (whole.page.empty()) whole.page = above.page;
-    app.footer(endOfHelp(whole, manualPage));
+    const HelpEnd help(table, above);
+    if (asksForHelp_) app.footer(help.text(manualPage));
     for (const OptionRow& row : table.options)
-      addOption(app, row);
+      if (canBeMeant(table, row)) addOption(app, row);
     for (const OptionRow& row : table.options) {
+      if (!isGiven(row)) continue;
       CLI::Option* const option = app.get_option(row.name);
       for (const std::string& other : row.rules.excludes)
-        option->excludes(app.get_option(other));
+        if (CLI::Option* const excluded = app.get_option_no_throw(other)) option->excludes(excluded);
       for (const std::string& other : row.rules.needs)
         option->needs(app.get_option(other));
     }
-    const auto isFirstWord = [this](const CommandTable& command) { return command.name == firstWord_; };
+    const auto isFirstWord = [this](const CommandTable& command) {
+      return !words_.empty() && command.name == words_.front();
+    };
     const bool isNamed = &app == &app_ && std::ranges::any_of(table.commands, isFirstWord);
     for (const CommandTable& command : table.commands) {
       CLI::App& added = *app.add_subcommand(command.name, command.description);
       if (!isNamed || isFirstWord(command))
-        addTo(added, command, whole, &app == &app_ ? manualPage + "-" + command.name : manualPage);
+        addTo(added, command, &help, &app == &app_ ? manualPage + "-" + command.name : manualPage);
     }
     if (!table.commands.empty()) app.require_subcommand(1);
+  }
+
+  /// Whether a word may be the row's: "--fla" and "--fla=52", "-e" and "-eTEXT".
+  [[nodiscard]] bool isGiven(const OptionRow& row) const {
+    return asksForHelp_ || isWordByPlace(row) ||
+           std::ranges::any_of(words_, [&row](std::string_view word) { return word.starts_with(row.name); });
+  }
+
+  /// Whether the row matters: it may be given, or is missed when it is not given.
+  [[nodiscard]] bool canBeMeant(const CommandTable& table, const OptionRow& row) const {
+    const auto needsRow = [&](const OptionRow& other) {
+      return std::ranges::find(other.rules.needs, row.name) != other.rules.needs.end() && isGiven(other);
+    };
+    return row.rules.isRequired || isGiven(row) || std::ranges::any_of(table.options, needsRow);
   }
 
   void addOption(CLI::App& app, const OptionRow& row) {
@@ -126,7 +154,8 @@ private:
   }
 
   CLI::App app_;
-  const std::string firstWord_;
+  const std::vector<std::string_view> words_;
+  const bool asksForHelp_;
   std::map<const CLI::App*, const CommandTable*> tables_;
   std::map<const CLI::Option*, const OptionRow*> ordered_;
   std::vector<std::string> unordered_;
@@ -211,7 +240,7 @@ CommandLineResult readCommandLine(
     std::fprintf(stderr, "%s: %s\n", program.name.c_str(), unknown->c_str());
     return {.end = static_cast<int>(ExitCode::wrongArguments)};
   }
-  Parser parser(program, argc > 1 ? argv[1] : "");
+  Parser parser(program, {argv + 1, argv + std::max(argc, 1)});
   parser.app().set_version_flag("--version", version);
   try {
     parser.app().parse(argc, argv);

@@ -154,11 +154,20 @@ std::wstring connectionOf(const lisp::Value& form) {
   return connection;
 }
 
+/// Whether the bytes hold a word of ASCII letters, written in any case.
+bool holdsNoCase(std::string_view bytes, std::wstring_view word) {
+  const auto lower = [](wchar_t c) { return c >= L'A' && c <= L'Z' ? c - L'A' + L'a' : c; };
+  return std::search(bytes.begin(), bytes.end(), word.begin(), word.end(), [&](char byte, wchar_t letter) {
+           return lower(static_cast<unsigned char>(byte)) == lower(letter);
+         }) != bytes.end();
+}
+
 /// The connection that the site's LISP names. The text is read and not run: subcommands on tables need no session with
 /// the site.
 std::string namedConnection(const fs::path& site) {
   const std::optional<std::string> bytes = readFile((site / "site.lsp").string());
-  if (!bytes) return {};
+  // Most sites name none, and their text is not parsed.
+  if (!bytes || !holdsNoCase(*bytes, connectionSymbol)) return {};
   const std::wstring text = fromUtf8(*bytes);
   lisp::SymbolTable symbols;
   lisp::Reader reader(symbols, text, L"site.lsp", 0);
