@@ -10,7 +10,6 @@
 
 #include <doctest/doctest.h>
 
-#include <algorithm>
 #include <utility>
 
 using namespace brenvolt;
@@ -158,78 +157,6 @@ TEST_CASE("groups follow the choices, are locked with their unit, and go back in
       "Load: refresh",    "Part: free",       "Load: lock",
   };
   CHECK_EQ(notes, expected);
-}
-
-TEST_CASE("a motor's unit takes the rows of its own page, whichever page was at work last") {
-  ConfigSite site({"MOT|Pump|x|!MCC_CTRL|Motor|1|1|(put motor)"});
-  std::vector<std::string> notes;
-  NotedManager first(L"First", notes);
-  NotedManager second(L"Second", notes);
-  const ConfigResult result = site.run(
-      {.markers = "((MOT 1) (MOT 2))",
-       .steps = {configStep(
-           {R"({"edit": "settings/First", "row": 1, "to": "one"})", R"({"select": "units", "path": [1]})",
-            R"({"edit": "settings/Second", "row": 1, "to": "two"})",
-            R"({"press": "settings/Second", "button": 0})", R"({"select": "units", "path": [0]})",
-            pressing("insertAll"), finish})}},
-      [&](ZanBrenvolt& build) {
-        const auto& units = build.units().units();
-        REQUIRE_EQ(units.size(), 2);
-        for (const auto& [unit, manager] : {std::pair(units[0].get(), &first), {units[1].get(), &second}}) {
-          manager->SetUnit(unit);
-          unit->control = true;
-          unit->BindManager(controlOptionCode, manager);
-        }
-        const bool isFinished = runConfiguration(build, nullptr);
-        CHECK_EQ(units[0]->controlRows.items().front().row->name, L"one");
-        CHECK_EQ(units[1]->controlRows.items().front().row->name, L"two");
-        return isFinished;
-      });
-  CHECK_EQ(result.failure, "");
-  CHECK_EQ(result.answer, "T");
-}
-
-TEST_CASE("of two options with one value the chosen one is taken, and a page that was only visited changes "
-          "nothing") {
-  ConfigSite site(
-      {"BRK|Breaker|x|Frame|Small|1|1|(put small)", "||||Large|1", "||x|Poles|One|2|3|(put three)",
-       "||x||Two|4", "LMP|Lamp|x|Colour|Red|1|1|(put red)"});
-  struct Row {
-    std::vector<std::string> actions;
-    const wchar_t* frame;
-    std::int32_t code;
-  };
-  const Row rows[] = {
-      {{selecting({"Lamp"}), selecting({"Breaker"})}, L"Small", 7}, // two marks of the worksheet both count
-      {{choosing("Frame", "Large"), selecting({"Lamp"})}, L"Large", 7},
-      {{choosing("Poles", "One"), selecting({"Lamp"}), selecting({"Breaker"}), selecting({"Lamp"})},
-       L"Small",
-       3},
-  };
-  for (const Row& row : rows) {
-    CAPTURE(row.code);
-    std::string actions;
-    for (const std::string& action : row.actions)
-      actions += (actions.empty() ? "" : ", ") + action;
-    const ConfigResult result = site.run(
-        {.markers = "((BRK 1) (LMP 2))",
-         .steps =
-             {configStep({actions, pressing("cancel")}),
-              answerStep("CircuitConfigurationCancel", kvui::yes)}},
-        [&row](ZanBrenvolt& build) {
-          const bool isFinished = runConfiguration(build, nullptr);
-          const ZanCodeRecord& record = build.units().units().front()->options;
-          CHECK_EQ(record.groups.front().selected()->text, row.frame);
-          CHECK_EQ(
-              std::count_if(
-                  record.groups.front().options.begin(), record.groups.front().options.end(),
-                  [](const ZanOption& option) { return option.selected; }),
-              1);
-          CHECK_EQ(record.GetOptionCode(), row.code);
-          return isFinished;
-        });
-    CHECK_EQ(result.failure, "");
-  }
 }
 
 TEST_CASE("a motor or a load from the drawing becomes the circuit in hand, and the editor comes back") {
