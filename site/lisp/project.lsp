@@ -35,18 +35,26 @@
 
 (defun claim-drawing-index ()
   (let ((index site-index-before))
-    (cond ((not (ignore-errors (sql-query site-project-database site-given-index-query))) (keep-index "1"))
+    (cond ((not (tells-drawings-apart?)) (keep-index "1"))
           ((not index) (keep-index (next-drawing-index)))
           ((not (own-index))
             (sql-execute site-project-database
               "INSERT INTO [QN_M] ([ATTR_NAME],[ATTR_VAL]) VALUES ('DRAWING','1')")
             (keep-index index)))))
+(defun on-server? () (eql 0 (string-search-ci "odbc:" site-project-database)))
+; Whether the project has the table of the indexes, as each project on a server does. A file that cannot be read at all
+; is no answer but an error: the drawing would share the index of others.
+(defun tells-drawings-apart? ()
+  (cond ((on-server?) (sql-query site-project-database site-given-index-query))
+        ((ignore-errors (sql-query site-project-database site-given-index-query)))
+        (T (sql-query site-project-database "SELECT HDL FROM [BRENVOLT] WHERE DWGIX=''") nil)))
 (defun keep-index (index)
   (unless (equal (own-index) index) (set-variable "SITE_DWGIX" index)))
 
-; One more than the highest in use. Two programs at once get two: SQLite lets one transaction write at a time, and
-; PostgreSQL does as long as the table is locked. LIKE and a text made by || need no rule of comparison that a foreign
-; driver lacks.
+; One more than the highest in use. Two programs at once get two: SQLite lets one transaction write at a time, on a
+; PostgreSQL server the transactions of this program take turns, and the table is locked against other programs. Any
+; other server has to lock the table: where it refuses, no index is given, since two drawings could get the same one.
+; LIKE and a text made by || need no rule of comparison that a foreign driver lacks.
 (defun next-drawing-index ()
   (let* ((used (apply 'append
                  (mapcar (lambda (table) (first-column (string-append "SELECT DISTINCT DWGIX FROM [" table "]")))
@@ -58,13 +66,17 @@
                  "UNION ALL SELECT "
                  (number->string (floor highest)) ") AS T"))
          (number "SELECT MAX(CAST([ATTR_VAL] || '' AS INTEGER)) FROM [QN_M] WHERE [ATTR_NAME] LIKE 'DRAWING'")
-         (is-server (eql 0 (string-search-ci "odbc:" site-project-database))))
-    ; A file that is reached by a server's way has no such lock, and needs none.
-    (car (second (or (and is-server
-                          (ignore-errors
-                            (sql-execute site-project-database
-                              (list "LOCK TABLE [QN_M] IN SHARE ROW EXCLUSIVE MODE" give) number)))
-                     (sql-execute site-project-database (list give) number))))))
+         (locked (list "LOCK TABLE [QN_M] IN SHARE ROW EXCLUSIVE MODE" give)))
+    (car (second (cond ((not (on-server?)) (sql-execute site-project-database (list give) number))
+                       ((ignore-errors (sql-execute site-project-database locked number)))
+                       ((takes-turns?) (sql-execute site-project-database (list give) number))
+                       ; Again, so that the server's reason reaches the user.
+                       (T (sql-execute site-project-database locked number)))))))
+
+; Whether the server lets one transaction of this program write at a time: a function that only such a server has.
+(defun takes-turns? ()
+  (some (lambda (question) (ignore-errors (sql-query site-project-database question)))
+        '("SELECT sqlite_version() AS V" "SELECT pg_backend_pid() AS V")))
 
 ; Rows that were written or found for this drawing:
 ;   (table handle look columns values is-in-project drawn saved)

@@ -397,6 +397,19 @@ TEST_CASE("programs that come into one project at the same moment get an index e
                 "SELECT COUNT(DISTINCT ATTR_VAL) AS N, COUNT(*) AS M FROM [QN_M] WHERE ATTR_NAME='DRAWING'",
                 "--csv"})
           .output == "N,M\n20,20\n");
+
+  // Through a server's driver. Where one transaction at a time is not certain, a refused lock gives no index.
+  const auto claim = [&](const std::string& before) {
+    return site.run(
+        {"lisp", "--site", site.site(), "-e",
+         "(progn " + before + " (setq site-project-database \"odbc:Driver=SQLite3;Database=" + project +
+             "\") (set-variable \"SITE_DWGIX\" \"\") (need-project) (claim-drawing-index) (own-index))"});
+  };
+  if (const ToolRun run = claim({}); run.errors.find("driver") == std::string::npos)
+    CHECK_MESSAGE(run.output == "\"21\"\n", run.errors);
+  const ToolRun refused = claim("(defun takes-turns? () nil)");
+  CHECK(refused.exitCode == 3);
+  CHECK_MESSAGE(refused.errors.find("LOCK") != std::string::npos, refused.errors);
 }
 
 TEST_CASE("rows that cannot be written cost the circuit, and leave drawing, rows and saved configurations as "
