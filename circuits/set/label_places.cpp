@@ -2,6 +2,7 @@
 #include "circuits/set/label_places.h"
 
 #include "simhost/drawing/display_list.h"
+#include "simhost/drawing/distance.h"
 
 #include <algorithm>
 #include <array>
