@@ -168,7 +168,7 @@ const std::vector<double>& dashesOf(LineType type) {
 Colour readable(Colour colour, Paper paper) {
   const double brightness = 0.299 * colour.red + 0.587 * colour.green + 0.114 * colour.blue;
   constexpr double brightest = 110.0; // on light paper
-  constexpr double darkest = 150.0;   // on dark paper
+  constexpr double darkest = 185.0;   // on dark paper, where thin letters look darker than they are
   if (paper == Paper::light) {
     if (brightness <= brightest) return colour;
     const auto darker = [&](std::uint8_t part) {

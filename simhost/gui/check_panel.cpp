@@ -148,6 +148,7 @@ void CheckPanel::finish(int exitCode) {
 bool CheckPanel::showFindings(const QByteArray& json) {
   const QJsonDocument document = QJsonDocument::fromJson(json);
   if (!document.object().value(QLatin1String("findings")).isArray()) return false;
+  json_ = json;
   findings_.clear();
   for (const QJsonValue& value : document.object().value(QLatin1String("findings")).toArray())
     findings_.push_back(findingOf(value.toObject()));

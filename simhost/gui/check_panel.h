@@ -45,6 +45,8 @@ public:
   [[nodiscard]] bool isRunning() const;
   /// Shows the findings that the tool has printed as JSON; false when it is none.
   bool showFindings(const QByteArray& json);
+  /// What was shown last, empty for nothing.
+  [[nodiscard]] const QByteArray& json() const { return json_; }
   /// The rows that the filters let through.
   [[nodiscard]] std::vector<SiteFinding> shown() const;
 
@@ -68,6 +70,7 @@ private:
   QTreeWidget* table_;
   QProcess* process_;
   bool isStopped_ = false;
+  QByteArray json_;
   std::vector<SiteFinding> findings_;
 };
 

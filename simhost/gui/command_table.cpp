@@ -9,6 +9,7 @@ const std::vector<MainWindow::MenuRow>& MainWindow::menuRows() {
       {HostText::fileMenu,
        {{HostText::newDrawing, "Ctrl+N", "new", Use::idle, false, false, nullptr, &MainWindow::newDrawing},
         {HostText::open, "Ctrl+O", "open", Use::idle, true, false, nullptr, &MainWindow::open},
+        {HostText::openSet, "", "", Use::idle, false, false, nullptr, &MainWindow::askOpenSet},
         {HostText::recentMenu},
         {HostText::save, "Ctrl+S", "save", Use::idle, true, false, nullptr, &MainWindow::save},
         {HostText::saveAs, "Ctrl+Shift+S", "", Use::idle, false, false, nullptr, &MainWindow::saveAs},
@@ -66,6 +67,9 @@ const std::vector<MainWindow::MenuRow>& MainWindow::menuRows() {
         {HostText::closeProject, "", "", Use::site, false, false, nullptr, &MainWindow::closeProject}}},
       {HostText::helpMenu,
        {{HostText::help, "F1", "", Use::always, false, false, nullptr, &MainWindow::showHelp},
+        {HostText::firstCircuit, "", "", Use::always, false, false, nullptr, &MainWindow::showFirstCircuit},
+        {HostText::whatsThis, "Shift+F1", "", Use::always, false, false, nullptr, &MainWindow::explainNext},
+        {},
         {HostText::languageMenu},
         {},
         {HostText::about, "", "", Use::idle, false, false, nullptr, &MainWindow::showAbout}}}};

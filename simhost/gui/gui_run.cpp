@@ -3,9 +3,11 @@
 
 #include "simhost/cli/command_table.h"
 #include "simhost/cli/exit_code.h"
+#include "simhost/gui/drawing_set.h"
 #include "simhost/gui/main_window.h"
 #include "simhost/gui/session_recording.h"
 #include "simhost/gui/start_window.h"
+#include "simhost/gui/window_texts.h"
 #include "simhost/host/errors.h"
 #include "simhost/host/program_files.h"
 #include "simhost/lisp/printer.h"
@@ -19,9 +21,7 @@
 
 #include <QApplication>
 #include <QFontMetrics>
-#include <QLibraryInfo>
 #include <QRawFont>
-#include <QTranslator>
 
 #include <cstdio>
 #include <cstdlib>
@@ -126,7 +126,7 @@ bool askStart(GuiOptions& options, const HostTexts& texts) {
   const auto list = [&settings](const wchar_t* name) {
     return toQt(settings.value(L"SimHost", name).value_or(L"")).split(QLatin1Char('\n'), Qt::SkipEmptyParts);
   };
-  StartOffers offers{list(L"recentSites"), list(L"recentProjects"), list(L"recent")};
+  StartOffers offers{list(L"recentSites"), list(L"recentProjects"), list(L"recent"), list(L"recentSets")};
   // The sample site of the installation, or of the source tree.
   for (const std::filesystem::path& sample :
        {programFolder() / "site", programFolder() / ".." / ".." / "site"}) {
@@ -161,13 +161,6 @@ AnswerFile readPlay(GuiOptions& options) {
   }
 }
 
-/// Qt's own words, in the dialog for files and on the buttons of messages.
-void loadQtWords(QTranslator& translator, const std::string& language) {
-  const QString folder = QLibraryInfo::path(QLibraryInfo::TranslationsPath);
-  if (translator.load(QStringLiteral("qtbase_") + QString::fromStdString(language), folder))
-    QCoreApplication::installTranslator(&translator);
-}
-
 /// Runs the forms of a session in the windows. Throws BadInput with the reason when it cannot go on.
 void playSession(
     MainWindow& window, QtWindows& windows, const AnswerFile& session, const GuiOptions& options) {
@@ -196,16 +189,19 @@ ExitCode show(int argc, char** argv, GuiOptions& options) {
   const AnswerFile session = readPlay(options);
   options.site.language = languageFor(options.site);
   if (!options.site.project.empty()) checkProject(options.site.project);
-  QTranslator translator;
-  loadQtWords(translator, options.site.language);
+  loadQtWords(QString::fromStdString(options.site.language));
   // A replay begins without settings: what this user has hidden or typed before would be missing there.
   if (!options.record.empty()) options.site.unnamedSettings = SiteRunOptions::UnnamedSettings::memory;
-  const HostTexts texts(defaultResourceFolder(), options.site.language);
+  HostTexts texts(defaultResourceFolder(), options.site.language);
   if (isStartedWithNothing(options) && !askStart(options, texts)) return ExitCode::done;
+  // A set is opened with its first sheet.
+  const std::optional<DrawingSet> set = readSet(QString::fromStdString(options.site.drawing));
+  if (set) options.site.drawing = set->sheets.front().file.toStdString();
   QtWindows windows;
   windows.setHelpFolder(dataFolder("docs"));
   SiteRun site(options.site, windows);
   MainWindow window(site, windows, texts);
+  if (set) window.openSet(set->file);
   if (!options.theme.empty()) window.setPaper(options.theme == "dark" ? Paper::dark : Paper::light);
   std::optional<SessionRecording> recording;
   if (!options.record.empty()) recording.emplace(options.record, options.site, windows, window.runner());

@@ -249,13 +249,53 @@ enum class HostText : unsigned {
   checkClean,
   checkCount, ///< how many
   checkOffer,
-  checkNoFile ///< file
+  checkNoFile, ///< file
+
+  helpBack = 900,
+  helpForward,
+  helpContents,
+  helpSearch,
+  helpNothingFound,
+  helpMore,
+  firstCircuit,
+  whatsThis,
+  languageChanged,
+
+  pageFrame = 920,
+  pageNoFrame,
+  pageOwnFrame,
+  pageTitleBlock,
+  pageProject,
+  pageName,
+  pageDrawnBy,
+  pageRevision,
+  pageDate,
+  pageToday,
+  pageCutOff,
+
+  openSet = 940,
+  setPanel,
+  setTitle,
+  setSearch,
+  openSetTitle,
+  sets,
+  notASet,   ///< file
+  setOpened, ///< title, how many sheets
 };
+
+/// The explanation of a command for help on it.
+[[nodiscard]] constexpr HostText helpOf(HostText command) {
+  constexpr unsigned distance = 1000;
+  return static_cast<HostText>(static_cast<unsigned>(command) + distance);
+}
 
 class HostTexts final {
 public:
   /// Throws BadInput for a damaged file, and when the English one is missing.
   HostTexts(const std::filesystem::path& folder, const std::string& language);
+
+  /// From now on in this language; throws as when it is made, and nothing has changed.
+  void choose(const std::string& language) { library_.choose(language); }
 
   /// The words; the number in angle brackets for a text that is nowhere.
   [[nodiscard]] QString operator()(HostText text) const;

@@ -4,15 +4,19 @@
 #include "simhost/gui/circuit_panel.h"
 #include "simhost/gui/command_icons.h"
 #include "simhost/gui/command_table.h"
+#include "simhost/gui/fitting_tool_bar.h"
 #include "simhost/gui/layer_panel.h"
 #include "simhost/gui/open_file.h"
 #include "simhost/gui/prompt_pane.h"
 #include "simhost/gui/properties_panel.h"
 #include "simhost/gui/result_line.h"
+#include "simhost/gui/window_texts.h"
 #include "simhost/host/session.h"
 #include "simhost/lisp/printer.h"
+#include "simhost/qt/context_help.h"
 #include "simhost/qt/host_style.h"
 #include "simhost/qt/qt_text.h"
+#include "simhost/qt/window_places.h"
 #include "simhost/site/saved_configurations.h"
 #include "simhost/site/site_run.h"
 
@@ -84,12 +88,15 @@ QString droppedFile(const QMimeData& data) {
 
 } // namespace
 
-MainWindow::MainWindow(SiteRun& site, QtWindows& windows, const HostTexts& texts)
+MainWindow::MainWindow(SiteRun& site, QtWindows& windows, HostTexts& texts)
     : site_(site), windows_(windows), texts_(texts), runner_(site, windows) {
-  buildPanels();
-  buildStatusBar();
-  buildCheckPanel();
-  buildMenus();
+  buildView();
+  buildParts();
+  help_ = new ContextHelp(this);
+  help_->setMore(texts_(HostText::helpMore));
+  help_->onMore = [this](std::wstring_view topic, QWidget& window) {
+    static_cast<void>(windows_.openManual(topic, &window));
+  };
   runner_.onBusyChanged = [this] {
     if (runner_.isBusy())
       watch_.start(watchMilliseconds);
@@ -108,10 +115,7 @@ MainWindow::MainWindow(SiteRun& site, QtWindows& windows, const HostTexts& texts
   windows_.setMainWindow(this);
   windows_.setPicker(this);
   windows_.setSettings(&settings());
-  windows_.setWords(
-      {texts_(HostText::hideForGood), texts_(HostText::helpTitle), texts_(HostText::noDrawing),
-       texts_(HostText::nothingToSet), texts_(HostText::searchTree), texts_(HostText::insertEverything),
-       texts_(HostText::insertEverythingTip), texts_(HostText::searchRows)});
+  windows_.setWords(windowWords(texts_));
   file_ = toQt(site_.session().documents().current()->fileName());
   const std::filesystem::path& settingsFile = site_.session().options().settingsFile;
   open_ = std::make_unique<OpenFile>(
@@ -140,7 +144,7 @@ MainWindow::~MainWindow() {
   windows_.setSettings(nullptr);
 }
 
-void MainWindow::buildPanels() {
+void MainWindow::buildView() {
   auto* middle = new QWidget(this);
   auto* column = new QVBoxLayout(middle);
   column->setContentsMargins(0, 0, 0, 0);
@@ -159,8 +163,6 @@ void MainWindow::buildPanels() {
   banner_->setMargin(6);
   banner_->hide();
   view_->setObjectName(QStringLiteral("drawing"));
-  view_->setAccessibleName(texts_(HostText::drawingName));
-  view_->setAccessibleDescription(texts_(HostText::drawingDescription));
   column->addWidget(view_, 1);
   setCentralWidget(middle);
   view_->onPointer = [this](const KvPoint3d& point) { showPointer(point); };
@@ -169,7 +171,20 @@ void MainWindow::buildPanels() {
     showProperties();
     if (view_->selected()) say(factsText(*view_->selected()));
   };
+}
 
+/// All that shows words, again when the language changes.
+void MainWindow::buildParts() {
+  buildPanels();
+  buildStatusBar();
+  buildCheckPanel();
+  buildSetPanel();
+  buildMenus();
+}
+
+void MainWindow::buildPanels() {
+  view_->setAccessibleName(texts_(HostText::drawingName));
+  view_->setAccessibleDescription(texts_(HostText::drawingDescription));
   layers_ = new LayerPanel(this);
   layers_->onHiddenChanged = [this](const std::set<std::wstring>& hidden) {
     view_->scene().setHiddenLayers(hidden);
@@ -214,6 +229,8 @@ void MainWindow::buildPanels() {
     addDockWidget(panel.area, dock);
     actions_[panel.toggle] = dock->toggleViewAction();
     actions_[panel.toggle]->setText(texts_(panel.toggle));
+    actions_[panel.toggle]->setWhatsThis(texts_(helpOf(panel.toggle)));
+    panel.content->setWhatsThis(texts_(helpOf(panel.toggle)));
   }
   // What is looked at now and then shares a place.
   tabifyDockWidget(docks[1], docks[2]);
@@ -226,6 +243,7 @@ void MainWindow::buildPanels() {
 
 void MainWindow::buildStatusBar() {
   hover_ = new QLabel(this);
+  hover_->setMinimumWidth(1); // a long text must not make the window wider
   place_ = new QLabel(this);
   place_->setMinimumWidth(fontMetrics().horizontalAdvance(QStringLiteral("-00000.00, -00000.00")));
   place_->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
@@ -242,7 +260,8 @@ void MainWindow::buildStatusBar() {
 }
 
 void MainWindow::buildMenus() {
-  auto* toolbar = addToolBar(texts_(HostText::toolbar));
+  auto* toolbar = new FittingToolBar(texts_(HostText::toolbar), this);
+  addToolBar(toolbar);
   toolbar->setObjectName(QStringLiteral("commands"));
   toolbar->setToolButtonStyle(Qt::ToolButtonTextUnderIcon);
   toolbar->setIconSize({24, 24});
@@ -274,8 +293,8 @@ void MainWindow::buildMenus() {
     if (row.title == HostText::viewMenu) {
       menu->addSeparator();
       for (const HostText panel :
-           {HostText::circuitPanel, HostText::propertiesPanel, HostText::layerPanel, HostText::checkPanel,
-            HostText::promptPanel})
+           {HostText::circuitPanel, HostText::propertiesPanel, HostText::layerPanel, HostText::setPanel,
+            HostText::checkPanel, HostText::promptPanel})
         menu->addAction(actions_.at(panel));
     }
   }
@@ -294,6 +313,7 @@ void MainWindow::addCommand(const CommandRow& row, QWidget& menu) {
   const QString tip = keys.isEmpty() ? caption : caption + QStringLiteral(" (") + keys + QStringLiteral(")");
   action->setProperty("tip", tip); // unchanged while the command is enabled
   action->setToolTip(tip);
+  action->setWhatsThis(texts_(helpOf(row.text)));
   if (*row.icon != '\0') action->setIcon(commandIcon(row.icon, palette().color(QPalette::ButtonText)));
   action->setData(QString::fromLatin1(row.icon));
   connect(action, &QAction::triggered, this, [this, &row] { start(row); });
@@ -455,6 +475,7 @@ bool MainWindow::isChanged() const {
 
 void MainWindow::restorePlace() {
   resize(1280, 720);
+  fitToScreen(*this);
   restoreGeometry(QByteArray::fromBase64(setting(L"geometry").toLatin1()));
   setAcceptDrops(true);
   restoreState(QByteArray::fromBase64(setting(L"state").toLatin1()));
@@ -492,6 +513,8 @@ void MainWindow::dropEvent(QDropEvent* event) {
   if (runner_.isBusy()) return say(texts_(HostText::busy));
   if (file.endsWith(QStringLiteral(".db"), Qt::CaseInsensitive)) {
     openProject(file);
+  } else if (readSet(file)) {
+    openSet(file);
   } else if (!file.isEmpty() && mayLeaveDrawing()) {
     openFile(file);
   }

@@ -4,9 +4,10 @@
 
 #include "circuits/provenance/circuit_objects.h"
 #include "simhost/gui/command_runner.h"
+#include "simhost/gui/drawing_set.h"
 #include "simhost/gui/drawing_view.h"
 #include "simhost/gui/host_texts.h"
-#include "simhost/gui/page_setup.h"
+#include "simhost/gui/paper_output.h"
 #include "simhost/qt/qt_windows.h"
 
 #include <QMainWindow>
@@ -32,10 +33,12 @@ namespace simhost {
 
 class CheckPanel;
 class CircuitPanel;
+class ContextHelp;
 class LayerPanel;
 class OpenFile;
 class PromptPane;
 class PropertiesPanel;
+class SetPanel;
 class SiteRun;
 struct SiteConfigurations;
 class UserSettings;
@@ -44,7 +47,7 @@ class MainWindow final : public QMainWindow, public DrawingPicker {
 public:
   /// All three must outlive it. The site's document is shown. It is the windows' main window and picker while it
   /// lives.
-  MainWindow(SiteRun& site, QtWindows& windows, const HostTexts& texts);
+  MainWindow(SiteRun& site, QtWindows& windows, HostTexts& texts);
   MainWindow(const MainWindow&) = delete;
   MainWindow& operator=(const MainWindow&) = delete;
   ~MainWindow() override;
@@ -77,6 +80,8 @@ public:
   bool saveFile(const QString& file);
   /// Opens a project's database, none for an empty name; false for another file, with the reason reported as above.
   bool openProject(const QString& file);
+  /// Shows the sheets of a set; false, with the reason in the status bar, for another file.
+  bool openSet(const QString& file);
   bool exportSvg(const QString& file);
   bool exportPdf(const QString& file);
   /// Whether the drawing differs from its file.
@@ -103,6 +108,8 @@ private:
   static const std::vector<MenuRow>& menuRows();
 
   // Building up, main_window.cpp.
+  void buildView();
+  void buildParts();
   void buildPanels();
   void buildStatusBar();
   void buildMenus();
@@ -175,7 +182,6 @@ private:
   void toggleGrid();
   void toggleDark();
   void leave();
-  void showHelp();
   void showAbout();
   void answerPick(const EntityPick& pick);
   void cancelPick();
@@ -188,11 +194,7 @@ private:
   void saveAs();
   void askExportSvg();
   void askExportPdf();
-  void askPageSetup();
-  void previewPrint();
   void copyPicture();
-  void print();
-  [[nodiscard]] PageSetup pageSetup() const;
   [[nodiscard]] bool takeDrawing(const QString& file);
   /// Whether the file may be opened; the user is asked when it is open elsewhere.
   [[nodiscard]] bool mayOpen(const QString& file);
@@ -208,12 +210,30 @@ private:
   void remember(const wchar_t* list, const QString& file);
   void fillRecent();
   void fillMenu(QMenu& menu, const wchar_t* list, const std::function<void(const QString&)>& open);
+  // Sets, main_window_sets.cpp.
+  void buildSetPanel();
+  void askOpenSet();
+  // Paper, main_window_paper.cpp.
+  void askPageSetup();
+  void previewPrint();
+  void print();
+  /// Of the drawing in its title block: as the user gave it, else the name of its file.
+  [[nodiscard]] QString pageTitle() const;
+  /// Nothing, with the reason in the status bar, for a frame that cannot be used.
+  [[nodiscard]] std::optional<PaperPage> paperPage();
+  void tellPage(PageResult result);
   // Projects, main_window_projects.cpp.
   void askOpenProject();
   void askNewProject();
   void closeProject();
   void tellFault(const char* reason);
+  // Help and language, main_window_language.cpp.
+  void showHelp();
+  void showFirstCircuit();
+  void explainNext();
   void chooseLanguage(const QString& language);
+  void takeLanguage(const QString& language);
+  void removeParts();
 
   [[nodiscard]] DrawingDatabase& drawing() const;
   [[nodiscard]] UserSettings& settings() const;
@@ -222,15 +242,18 @@ private:
 
   SiteRun& site_;
   QtWindows& windows_;
-  const HostTexts& texts_;
+  HostTexts& texts_;
   CommandRunner runner_;
   DrawingView* view_ = nullptr;
+  ContextHelp* help_ = nullptr;
   QLabel* banner_ = nullptr;
   PromptPane* prompt_ = nullptr;
   LayerPanel* layers_ = nullptr;
   CircuitPanel* circuitPanel_ = nullptr;
   CheckPanel* checkPanel_ = nullptr;
   PropertiesPanel* properties_ = nullptr;
+  SetPanel* setPanel_ = nullptr;
+  std::optional<DrawingSet> set_;
   QLabel* hover_ = nullptr;
   QLabel* place_ = nullptr;
   QToolButton* copyResult_ = nullptr; ///< of the result line of a command

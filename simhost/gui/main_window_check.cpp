@@ -32,6 +32,8 @@ void MainWindow::buildCheckPanel() {
   dock->hide();
   actions_[HostText::checkPanel] = dock->toggleViewAction();
   actions_[HostText::checkPanel]->setText(texts_(HostText::checkPanel));
+  actions_[HostText::checkPanel]->setWhatsThis(texts_(helpOf(HostText::checkPanel)));
+  checkPanel_->setWhatsThis(texts_(helpOf(HostText::checkPanel)));
 
   auto* offer = new QToolButton(this);
   offer->setObjectName(QStringLiteral("offerCheck"));

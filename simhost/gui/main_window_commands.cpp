@@ -211,10 +211,6 @@ void MainWindow::leave() {
   close();
 }
 
-void MainWindow::showHelp() {
-  static_cast<void>(windows_.showHelp(L"main_window"));
-}
-
 void MainWindow::showAbout() {
   QMessageBox::about(this, QStringLiteral("ZanBrenvolt"), texts_(HostText::aboutText));
 }

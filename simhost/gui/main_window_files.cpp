@@ -4,7 +4,7 @@
 #include "simhost/drawing/drawing_file.h"
 #include "simhost/drawing/svg.h"
 #include "simhost/gui/open_file.h"
-#include "simhost/gui/paper_output.h"
+#include "simhost/gui/set_panel.h"
 #include "simhost/host/session.h"
 #include "simhost/qt/qt_text.h"
 #include "simhost/site/site_run.h"
@@ -20,10 +20,6 @@
 #include <QMenu>
 #include <QMessageBox>
 #include <QPainter>
-#include <QPrintDialog>
-#include <QPrintPreviewDialog>
-#include <QPrinter>
-#include <QPrinterInfo>
 #include <QPushButton>
 #include <QSvgRenderer>
 
@@ -57,6 +53,7 @@ bool MainWindow::takeDrawing(const QString& file) {
   refreshScene();
   refreshCircuits();
   view_->zoomExtents();
+  setPanel_->showOpen(file_);
   refreshActions();
   return true;
 }
@@ -94,12 +91,6 @@ bool MainWindow::exportSvg(const QString& file) {
   return report(saveSvg(drawing(), fromQt(file)), HostText::exported, file);
 }
 
-bool MainWindow::exportPdf(const QString& file) {
-  return report(
-      savePdf(drawing(), fromQt(file), pageSetup(), QFileInfo(file_).completeBaseName()), HostText::exported,
-      file);
-}
-
 bool MainWindow::report(const Fault& fault, HostText text, const QString& file) {
   if (fault) site_.session().commandLine().printLine(*fault);
   say(fault ? texts_(HostText::notDone, {toQt(*fault)}) : texts_(text, {file}));
@@ -114,7 +105,10 @@ void MainWindow::open() {
   if (!mayLeaveDrawing()) return;
   const QString file = QFileDialog::getOpenFileName(
       this, texts_(HostText::openTitle), QFileInfo(file_).path(), texts_(HostText::drawings));
-  if (!file.isEmpty()) openFile(file);
+  if (readSet(file))
+    openSet(file);
+  else if (!file.isEmpty())
+    openFile(file);
 }
 
 void MainWindow::save() {
@@ -147,36 +141,6 @@ QString MainWindow::askSaveName(HostText title, HostText type, const QString& en
   dialog.setDefaultSuffix(ending);
   dialog.selectFile(base + QLatin1Char('.') + ending);
   return dialog.exec() == QDialog::Accepted ? dialog.selectedFiles().value(0) : QString();
-}
-
-void MainWindow::print() {
-  if (QPrinterInfo::availablePrinters().isEmpty()) return say(texts_(HostText::cannotPrint));
-  QPrinter printer(QPrinter::HighResolution);
-  printer.setPageLayout(pageSetup().layout());
-  QPrintDialog dialog(&printer, this);
-  if (dialog.exec() != QDialog::Accepted) return;
-  if (!paintPage(drawing(), printer, pageSetup())) say(texts_(HostText::cannotPrint));
-}
-
-PageSetup MainWindow::pageSetup() const {
-  return PageSetup::of(setting(L"page"));
-}
-
-void MainWindow::askPageSetup() {
-  if (const auto chosen = simhost::askPageSetup(pageSetup(), texts_, this))
-    setSetting(L"page", chosen->text());
-}
-
-void MainWindow::previewPrint() {
-  QPrinter printer(QPrinter::HighResolution);
-  printer.setPageLayout(pageSetup().layout());
-  QPrintPreviewDialog preview(&printer, this);
-  preview.setWindowTitle(texts_(HostText::previewTitle));
-  connect(&preview, &QPrintPreviewDialog::paintRequested, this, [this](QPrinter* page) {
-    static_cast<void>(paintPage(drawing(), *page, pageSetup()));
-  });
-  preview.resize(size());
-  preview.exec();
 }
 
 void MainWindow::copyPicture() {
@@ -338,11 +302,6 @@ void MainWindow::fillMenu(QMenu& menu, const wchar_t* list, const std::function<
     menu.addAction(
         QString(file).replace(QLatin1Char('&'), QStringLiteral("&&")), this, [open, file] { open(file); });
   menu.setEnabled(!menu.isEmpty());
-}
-
-void MainWindow::chooseLanguage(const QString& language) {
-  setSetting(L"language", language);
-  say(texts_(HostText::languageLater));
 }
 
 } // namespace simhost

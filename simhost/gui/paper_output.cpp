@@ -1,8 +1,13 @@
 // Pages.
 #include "simhost/gui/paper_output.h"
 
+#include "circuits/set/sheet_maker.h"
 #include "simhost/drawing/drawing_file.h"
 #include "simhost/gui/item_painter.h"
+#include "simhost/host/errors.h"
+#include "simhost/host/files.h"
+#include "simhost/qt/qt_text.h"
+#include "text/encoding.h"
 
 #include <QBuffer>
 #include <QPdfWriter>
@@ -15,44 +20,166 @@ constexpr int pdfDotsPerInch = 1200;
 constexpr double thinnestMillimetres = 0.25;
 constexpr double millimetresPerInch = 25.4;
 
-/// A PDF contains its creation time; its digits are replaced by zeros, which keeps all positions in the file.
-void forgetTime(QByteArray& bytes) {
+/// A PDF holds the time at which it was made: here the day of the page, so that the same page gives the same bytes.
+void setDay(QByteArray& bytes, const QString& date) {
+  QByteArray digits;
+  for (const QChar letter : date)
+    if (letter.isDigit()) digits += letter.toLatin1();
+  constexpr qsizetype dayDigits = 8; // year, month and day
+  if (digits.size() != dayDigits) digits = "20000101";
   const QByteArray label = "/CreationDate (D:";
-  for (qsizetype at = bytes.indexOf(label); at >= 0; at = bytes.indexOf(label, at + 1))
+  for (qsizetype at = bytes.indexOf(label); at >= 0; at = bytes.indexOf(label, at + 1)) {
+    qsizetype place = 0;
     for (qsizetype digit = at + label.size(); digit < bytes.size() && bytes[digit] != ')'; ++digit)
-      if (bytes[digit] >= '0' && bytes[digit] <= '9') bytes[digit] = '0';
+      if (bytes[digit] >= '0' && bytes[digit] <= '9')
+        bytes[digit] = place < dayDigits ? digits[place++] : '0';
+  }
+}
+
+std::optional<double> numberOf(const DrawingDatabase& drawing, std::wstring_view name) {
+  const VariableValue* value = drawing.variable(name);
+  if (value == nullptr) return std::nullopt;
+  if (const double* real = std::get_if<double>(value)) return *real;
+  if (const auto* integer = std::get_if<std::int32_t>(value)) return *integer;
+  return std::nullopt;
+}
+
+/// The paper that a frame says it is for; nothing when it says none.
+std::optional<QSizeF> paperOf(const DrawingDatabase& frame) {
+  const std::optional<double> width = numberOf(frame, L"PAPER_WIDTH");
+  const std::optional<double> height = numberOf(frame, L"PAPER_HEIGHT");
+  if (!width || !height || !(*width > 0.0) || !(*height > 0.0)) return std::nullopt;
+  return QSizeF(*width, *height);
+}
+
+/// The whole paper: the frame has the margins.
+QPageLayout layoutOf(const QSizeF& paper) {
+  const bool isWide = paper.width() > paper.height();
+  return {
+      QPageSize(isWide ? paper.transposed() : paper, QPageSize::Millimeter),
+      isWide ? QPageLayout::Landscape : QPageLayout::Portrait, QMarginsF(), QPageLayout::Millimeter};
+}
+
+/// Shapes with their boxes, ready to be painted.
+struct PageItems {
+  std::vector<DisplayItem> items;
+  std::vector<Box> boxes;
+  Box extents;
+};
+
+std::optional<PageItems> itemsOf(const DrawingDatabase& drawing) {
+  std::optional<std::vector<DisplayItem>> items = displayList(drawing, drawing.currentSpace());
+  if (!items) return std::nullopt;
+  PageItems page{std::move(*items), {}, {}};
+  for (const DisplayItem& item : page.items) {
+    page.boxes.push_back(boxOf(item.shape));
+    page.extents.include(page.boxes.back());
+  }
+  return page;
+}
+
+void paint(QPainter& painter, const PageItems& page, const ViewTransform& view, double pixelsPerMillimetre) {
+  PaintStyle style;
+  style.detail = Detail::full;
+  style.thinnest = thinnestMillimetres * pixelsPerMillimetre;
+  ItemPainter painting(painter, view, style);
+  for (std::size_t number = 0; number < page.items.size(); ++number)
+    painting.paint(page.items[number], page.boxes[number]);
+}
+
+/// Where the drawing goes, in pixels: the page, or the area of its frame.
+QRectF placeOf(const PaperPage& page, const QSize& pixels, double pixelsPerMillimetre) {
+  if (page.frame == nullptr) return QRectF(QPointF(), pixels);
+  const double perUnit = pixelsPerMillimetre;
+  return {
+      page.area.left * perUnit, pixels.height() - page.area.top * perUnit, page.area.width() * perUnit,
+      page.area.height() * perUnit};
+}
+
+/// In the middle of the place.
+ViewTransform viewOf(
+    const Box& extents, const QRectF& place, double unitsPerMillimetre, double pixelsPerMillimetre) {
+  ViewTransform view = ViewTransform::fitting(extents, place.size().toSize());
+  if (unitsPerMillimetre > 0.0)
+    view = view.zoomed(
+        pixelsPerMillimetre / unitsPerMillimetre / view.scale, QRectF(QPointF(), place.size()).center());
+  view.originX += place.left();
+  view.originY += place.top();
+  return view;
+}
+
+bool isInside(const Box& extents, const ViewTransform& view, const QRectF& place) {
+  if (extents.isEmpty()) return true;
+  constexpr double tolerance = 1.0; // pixel
+  const QRectF painted(
+      view.toScreen({extents.left, extents.top, 0.0}), view.toScreen({extents.right, extents.bottom, 0.0}));
+  return place.adjusted(-tolerance, -tolerance, tolerance, tolerance).contains(painted);
 }
 
 } // namespace
 
-bool paintPage(const DrawingDatabase& drawing, QPagedPaintDevice& device, const PageSetup& setup) {
-  const std::optional<std::vector<DisplayItem>> items = displayList(drawing, drawing.currentSpace());
-  if (!items) return false;
-  std::vector<Box> boxes;
-  Box extents;
-  for (const DisplayItem& item : *items) {
-    boxes.push_back(boxOf(item.shape));
-    extents.include(boxes.back());
+bool hasOwnFrame(const DrawingDatabase& drawing) {
+  return paperOf(drawing).has_value();
+}
+
+PaperPage makePage(
+    const DrawingDatabase& drawing, const PageSetup& setup, const std::filesystem::path& frames,
+    const QString& title, const QString& today) {
+  PaperPage page{setup.layout()};
+  page.unitsPerMillimetre = setup.unitsPerMillimetre;
+  page.title = setup.project.isEmpty() ? title : setup.project + QStringLiteral(" - ") + title;
+  page.date = setup.date.isEmpty() ? today : setup.date;
+  if (const std::optional<QSizeF> paper = paperOf(drawing)) {
+    page.layout = layoutOf(*paper);
+    page.isSheet = true;
+    return page;
   }
+  if (setup.frame.isEmpty()) return page;
+  const std::string file = (frames / (setup.frame.toStdString() + ".json")).string();
+  LoadedDrawing loaded = loadDrawing(brenvolt::fromUtf8(file));
+  if (loaded.drawing == nullptr) throw BadInput(brenvolt::toUtf8(loaded.error));
+  page.area = circuits::frameArea(*loaded.drawing, file);
+  const std::optional<QSizeF> paper = paperOf(*loaded.drawing);
+  if (!paper)
+    throw BadInput(
+        file + ": has no numbers in the variables PAPER_WIDTH and PAPER_HEIGHT, which say how large the "
+               "paper is");
+  circuits::fillFrame(
+      *loaded.drawing, {{L"PROJECT", fromQt(setup.project)},
+                        {L"TITLE", fromQt(title)},
+                        {L"DRAWN", fromQt(setup.drawnBy)},
+                        {L"REVISION", fromQt(setup.revision)},
+                        {L"DATE", fromQt(page.date)},
+                        {L"SHEET", L"1"},
+                        {L"SHEETS", L"1"}});
+  page.frame = std::move(loaded.drawing);
+  page.layout = layoutOf(*paper);
+  return page;
+}
+
+PageResult paintPage(const DrawingDatabase& drawing, QPagedPaintDevice& device, const PaperPage& page) {
+  const std::optional<PageItems> shown = itemsOf(drawing);
+  const std::optional<PageItems> frame =
+      page.frame == nullptr ? std::optional<PageItems>(PageItems()) : itemsOf(*page.frame);
   QPainter painter;
-  if (!painter.begin(&device)) return false;
-  const QSize page(device.width(), device.height());
-  PaintStyle style;
-  style.detail = Detail::full;
-  style.thinnest = thinnestMillimetres / millimetresPerInch * device.logicalDpiX();
-  ViewTransform view = ViewTransform::fitting(extents, page);
-  if (setup.unitsPerMillimetre > 0.0) {
-    const double wanted = device.logicalDpiX() / millimetresPerInch / setup.unitsPerMillimetre;
-    view = view.zoomed(wanted / view.scale, QRectF(QPointF(), page).center());
+  if (!shown || !frame || !painter.begin(&device)) return PageResult::notPainted;
+  const QSize pixels(device.width(), device.height());
+  const double perMillimetre = device.logicalDpiX() / millimetresPerInch;
+  const ViewTransform paper{perMillimetre, 0.0, static_cast<double>(pixels.height())};
+  if (page.isSheet) {
+    paint(painter, *shown, paper, perMillimetre);
+    return PageResult::whole;
   }
-  ItemPainter painting(painter, view, style);
-  for (std::size_t number = 0; number < items->size(); ++number)
-    painting.paint((*items)[number], boxes[number]);
-  return true;
+  paint(painter, *frame, paper, perMillimetre);
+  const QRectF place = placeOf(page, pixels, perMillimetre);
+  const ViewTransform view = viewOf(shown->extents, place, page.unitsPerMillimetre, perMillimetre);
+  painter.setClipRect(place);
+  paint(painter, *shown, view, perMillimetre);
+  return isInside(shown->extents, view, place) ? PageResult::whole : PageResult::cutOff;
 }
 
 Fault savePdf(
-    const DrawingDatabase& drawing, const std::wstring& path, const PageSetup& setup, const QString& title) {
+    const DrawingDatabase& drawing, const std::wstring& path, const PaperPage& page, PageResult* result) {
   QByteArray bytes;
   QBuffer buffer(&bytes);
   buffer.open(QIODevice::WriteOnly);
@@ -60,11 +187,13 @@ Fault savePdf(
     QPdfWriter writer(&buffer);
     writer.setResolution(pdfDotsPerInch);
     writer.setCreator(QStringLiteral("brenvolt-gui"));
-    writer.setTitle(title);
-    writer.setPageLayout(setup.layout());
-    if (!paintPage(drawing, writer, setup)) return path + L": the drawing has too many shapes for a page";
+    writer.setTitle(page.title);
+    writer.setPageLayout(page.layout);
+    const PageResult painted = paintPage(drawing, writer, page);
+    if (painted == PageResult::notPainted) return path + L": the drawing has too many shapes for a page";
+    if (result != nullptr) *result = painted;
   }
-  forgetTime(bytes);
+  setDay(bytes, page.date);
   return writeFileWhole(path, std::string_view(bytes.constData(), static_cast<std::size_t>(bytes.size())));
 }
 

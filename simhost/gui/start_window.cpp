@@ -3,10 +3,12 @@
 
 #include "simhost/drawing/drawing_file.h"
 #include "simhost/drawing/svg.h"
+#include "simhost/gui/drawing_set.h"
 #include "simhost/qt/empty_note.h"
 #include "simhost/qt/qt_text.h"
 
 #include <QComboBox>
+#include <QDir>
 #include <QFileDialog>
 #include <QFileInfo>
 #include <QFormLayout>
@@ -66,6 +68,8 @@ StartWindow::StartWindow(const HostTexts& texts, const StartOffers& offers, QWid
   drawings_->setResizeMode(QListView::Adjust);
   drawings_->setMovement(QListView::Static);
   drawings_->setSpacing(8);
+  for (const QString& set : offers.sets)
+    addSet(set);
   for (const QString& drawing : offers.drawings)
     addDrawing(drawing);
   showWhenEmpty(*drawings_, texts_(HostText::startNoDrawings));
@@ -113,6 +117,17 @@ StartWindow::StartWindow(const HostTexts& texts, const StartOffers& offers, QWid
     begin(item->data(Qt::UserRole).toString());
   });
   resize(760, 520);
+}
+
+/// With the picture of its first sheet.
+void StartWindow::addSet(const QString& file) {
+  const std::optional<DrawingSet> set = readSet(file);
+  if (!set) return;
+  const QString name = set->title.isEmpty() ? QFileInfo(file).dir().dirName() : set->title;
+  const QString words = texts_(HostText::setOpened, {name, QString::number(set->sheets.size())});
+  auto* item = new QListWidgetItem(QIcon(pictureOf(set->sheets.front().file)), words, drawings_);
+  item->setData(Qt::UserRole, file);
+  item->setToolTip(file);
 }
 
 void StartWindow::addDrawing(const QString& file) {

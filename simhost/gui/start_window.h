@@ -18,13 +18,14 @@ struct StartOffers {
   QStringList sites;
   QStringList projects;
   QStringList drawings;
+  QStringList sets{};
 };
 
 /// Empty texts mean none: no site, no project, a new drawing.
 struct StartChoice {
   QString site;
   QString project;
-  QString drawing;
+  QString drawing; ///< or the file of a set
 };
 
 class StartWindow final : public QDialog {
@@ -36,6 +37,7 @@ public:
 
 private:
   void begin(const QString& drawing);
+  void addSet(const QString& file);
   void addDrawing(const QString& file);
   void browseSite();
   void browse(QComboBox& list, HostText title, HostText type);

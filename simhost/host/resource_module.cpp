@@ -151,21 +151,37 @@ void readLanguageFile(
   LanguageFile(fileName, role, module).read(bytes);
 }
 
-KvResourceModule* ResourceLibrary::load(std::wstring_view name) {
+std::optional<KvResourceModule> ResourceLibrary::read(
+    std::wstring_view name, const std::string& language) const {
   const std::filesystem::path folder = folder_ / pathOf(name).stem();
   const std::filesystem::path english = folder / "en.txt";
   const std::optional<std::string> bytes = readFile(english);
-  if (!bytes) return nullptr;
-  auto module = std::make_unique<KvResourceModule>();
-  module->name = name;
-  readLanguageFile(*bytes, english.string(), LanguageRole::base, *module);
-  if (language_ != "en") {
-    const std::filesystem::path file = folder / (language_ + ".txt");
+  if (!bytes) return std::nullopt;
+  KvResourceModule module;
+  module.name = name;
+  readLanguageFile(*bytes, english.string(), LanguageRole::base, module);
+  if (language != "en") {
+    const std::filesystem::path file = folder / (language + ".txt");
     if (const std::optional<std::string> words = readFile(file))
-      readLanguageFile(*words, file.string(), LanguageRole::translation, *module);
+      readLanguageFile(*words, file.string(), LanguageRole::translation, module);
   }
-  modules_.push_back(std::move(module));
+  return module;
+}
+
+KvResourceModule* ResourceLibrary::load(std::wstring_view name) {
+  std::optional<KvResourceModule> module = read(name, language_);
+  if (!module) return nullptr;
+  modules_.push_back(std::make_unique<KvResourceModule>(std::move(*module)));
   return modules_.back().get();
+}
+
+void ResourceLibrary::choose(const std::string& language) {
+  std::vector<KvResourceModule> translated;
+  for (const auto& module : modules_)
+    translated.push_back(read(module->name, language).value_or(*module));
+  for (std::size_t place = 0; place < modules_.size(); ++place)
+    *modules_[place] = std::move(translated[place]);
+  language_ = language;
 }
 
 void ResourceLibrary::free(KvResourceModule* module) {

@@ -5,6 +5,7 @@
 #include <filesystem>
 #include <map>
 #include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -52,8 +53,15 @@ public:
   /// its English file is not there. A damaged file throws BadInput.
   [[nodiscard]] KvResourceModule* load(std::wstring_view name);
   void free(KvResourceModule* module);
+  /// All loaded modules get the texts of this language and stay where they are. A damaged file throws BadInput, and
+  /// nothing has changed.
+  void choose(const std::string& language);
 
 private:
+  /// The texts of a module in this language, English for what it lacks; nothing when there is no English file.
+  [[nodiscard]] std::optional<KvResourceModule> read(
+      std::wstring_view name, const std::string& language) const;
+
   std::filesystem::path folder_;
   std::string language_;
   std::vector<std::unique_ptr<KvResourceModule>> modules_;

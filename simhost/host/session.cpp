@@ -84,6 +84,12 @@ Session::~Session() {
   currentSlot() = nullptr;
 }
 
+void Session::chooseLanguage(const std::string& language) {
+  resources_.choose(language);
+  options_.language = language;
+  windows_.setLanguage(language);
+}
+
 Session* Session::current() {
   return currentSlot();
 }

@@ -44,6 +44,8 @@ public:
   [[nodiscard]] static Session* current();
 
   [[nodiscard]] const SessionOptions& options() const { return options_; }
+  /// From now on texts and forms are in this language. Throws BadInput for damaged texts, and nothing has changed.
+  void chooseLanguage(const std::string& language);
   [[nodiscard]] CommandLine& commandLine() { return commandLine_; }
   [[nodiscard]] WindowSystem& windows() { return windows_; }
   [[nodiscard]] DocumentManager& documents() { return documents_; }

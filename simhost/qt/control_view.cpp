@@ -392,6 +392,7 @@ void ControlView::refresh() {
   shown.setEnabled(isEnabled);
   shown.setVisible(model_.isVisible());
   shown.setToolTip(toQt(model_.tooltip()));
+  if (shown.objectName().isEmpty()) shown.setObjectName(toQt(model_.role()));
   focusWidget().setAccessibleName(toQt(model_.label()));
   focusWidget().setAccessibleDescription(toQt(model_.tooltip()));
   for (QLabel* beside : {label_.data(), unit_.data()})

@@ -1,40 +1,55 @@
-// Help: a page of the manual for each topic of a dialog.
+// Help: the manual in a window of its own, with contents, search and the way back.
 #pragma once
 
-#include <QString>
+#include "simhost/qt/manual.h"
+#include "simhost/qt/window_words.h"
+
+#include <QDialog>
 
 #include <filesystem>
-#include <string_view>
 
-class QWidget;
+class QAction;
+class QLineEdit;
+class QTreeWidget;
+class QTreeWidgetItem;
 
 namespace simhost {
 
-struct HelpTopic {
-  std::wstring_view name;
-  const char* page; ///< file in the folder of the manual
-};
-
-/// All topics that dialogs and main window know.
-inline constexpr HelpTopic helpTopics[] = {
-    {L"circuit_selection_dialog", "circuits.md"},
-    {L"circuit_configuration_dialog", "configuration.md"},
-    {L"select_motor_dialog", "pickers.md"},
-    {L"select_load_dialog", "pickers.md"},
-    {L"wire_size_lookup_dialog", "wire-lookup.md"},
-    {L"annotation_presets_dialog", "circuits.md"},
-    {L"main_window", "main-window.md"},
-};
-
-/// The file of a topic; empty for a topic without a page, or when the page is not there.
-[[nodiscard]] std::filesystem::path helpPage(const std::filesystem::path& folder, std::wstring_view topic);
+class ManualBrowser;
 
 /// Object name of the window.
 inline constexpr const char* helpWindowName = "help";
 
-/// Shows a page in a separate window next to `parent` that can be used while a dialog waits. The page begins at the
-/// topic.
-void showHelpPage(
-    const std::filesystem::path& page, std::wstring_view topic, const QString& title, QWidget* parent);
+class HelpWindow final : public QDialog {
+public:
+  HelpWindow(
+      const std::filesystem::path& folder, const QString& language, const WindowWords& words,
+      QWidget* parent);
+
+  /// Shows the page, at the heading of this anchor unless it is empty.
+  void showPage(const QString& page, const QString& anchor = {});
+  /// The page that is shown.
+  [[nodiscard]] QString page() const;
+  /// False for a topic without a page.
+  bool showTopic(std::wstring_view topic);
+
+private:
+  void build(const WindowWords& words);
+  void fill();
+  void open(const QTreeWidgetItem* item);
+  void follow(const QUrl& link);
+
+  Manual manual_;
+  QString nothingFound_;
+  ManualBrowser* text_;
+  QLineEdit* search_;
+  QTreeWidget* list_; ///< the contents, or what a search found
+};
+
+/// Shows a topic in the help window of `parent`, which can be used while a dialog waits; false for a topic without a
+/// page.
+bool showHelpTopic(
+    const std::filesystem::path& folder, const std::string& language, std::wstring_view topic,
+    const WindowWords& words, QWidget* parent);
 
 } // namespace simhost

@@ -4,6 +4,7 @@
 #include "simhost/qt/dialog_frame.h"
 #include "simhost/qt/pages_view.h"
 #include "simhost/qt/qt_text.h"
+#include "simhost/qt/window_places.h"
 #include "text/encoding.h"
 
 #include <QEventLoop>
@@ -147,6 +148,7 @@ void QtDialog::run() {
   {
     // A new window focuses its first control: this is not a gesture of the user.
     const FlagScope showing(isShowing_);
+    fitToScreen(*frame_);
     frame_->show();
     showSplit();
   }

@@ -217,10 +217,11 @@ bool QtWindows::showMessage(const std::wstring& text) {
 
 bool QtWindows::showHelp(const std::wstring& topic) {
   recorder_.note(helpDialog, {{"topic", toUtf8(topic)}});
-  const std::filesystem::path page = helpPage(helpFolder_, topic);
-  if (page.empty()) return false;
-  showHelpPage(page, topic, words_.help, parentOfNext());
-  return true;
+  return showHelpTopic(helpFolder_, language(), topic, words_, parentOfNext());
+}
+
+bool QtWindows::openManual(std::wstring_view topic, QWidget* window) {
+  return showHelpTopic(helpFolder_, language(), topic, words_, window);
 }
 
 KvWindow* QtWindows::mainWindow() {

@@ -67,6 +67,8 @@ public:
   bool showMessage(const std::wstring& text) override;
   /// Shows the page of the topic beside the calling window; false for a topic without a page.
   bool showHelp(const std::wstring& topic) override;
+  /// The same beside `window`, as the user's own look into the manual: no part of a recording.
+  bool openManual(std::wstring_view topic, QWidget* window);
   [[nodiscard]] KvWindow* mainWindow() override;
   [[nodiscard]] KvWindow* foregroundWindow() override;
   [[nodiscard]] KvWindow* promptFrame() override;

@@ -8,6 +8,8 @@
 #include <QGuiApplication>
 #include <QScreen>
 
+#include <algorithm>
+
 namespace simhost {
 
 namespace {
@@ -36,7 +38,20 @@ void restorePlace(UserSettings& settings, QtDialog& dialog) {
   const QRect available = screen->availableGeometry();
   QWidget& frame = dialog.frame();
   frame.resize(kept.size().boundedTo(available.size()).expandedTo(frame.minimumSizeHint()));
-  frame.move(kept.topLeft());
+  // Kept on a larger screen, it may be beside this one.
+  const auto inside = [](int place, int first, int room) {
+    return std::clamp(place, first, first + std::max(room, 0));
+  };
+  frame.move(
+      inside(kept.x(), available.left(), available.width() - frame.width()),
+      inside(kept.y(), available.top(), available.height() - frame.height()));
+}
+
+void fitToScreen(QWidget& window) {
+  // Without a screen there is no size to fit.
+  if (QGuiApplication::platformName() == QStringLiteral("offscreen")) return;
+  constexpr QSize frame(8, 32); // of a usual window manager
+  window.resize(window.size().boundedTo(window.screen()->availableSize() - frame));
 }
 
 void keepPlace(UserSettings& settings, const QtDialog& dialog) {

@@ -16,6 +16,12 @@ struct WindowWords {
   QString insertEverythingTip =
       QStringLiteral("Insert all units, and those that come with them, until none waits");
   QString search = QStringLiteral("Search, such as 15 460");
+  QString helpBack = QStringLiteral("Back");
+  QString helpForward = QStringLiteral("Forward");
+  QString helpContents = QStringLiteral("Contents");
+  QString helpSearch = QStringLiteral("Search the manual");
+  QString nothingFound = QStringLiteral("Nothing found");
+  QString moreInManual = QStringLiteral("More in the manual");
 };
 
 } // namespace simhost
