@@ -54,6 +54,17 @@ for window in "main_window en light" "main_window_dark_de de dark"; do
   gui "$language" "$theme" --drawing motor.json --screenshot "$pictures/$picture.png"
   made+=("$pictures/$picture.png")
 done
+# What only a screen shows: the sessions of the tests make one.
+cd "$OLDPWD"
+SCREENS="manual 1180x760 1 en" bash tests/simhost_gui/screen_sessions.sh "$bin" "$scratch/sessions" \
+  --test-case="the start page*,*with the mouse,the page has*" >/dev/null
+for picture in start:start_01_page place:mouse_05_outline print_preview:paper_06_preview; do
+  mv "$scratch/sessions/manual/${picture#*:}.png" "$pictures/${picture%%:*}.png"
+  made+=("$pictures/${picture%%:*}.png")
+done
+# Each step of each session, on a small screen and on a large one, to be looked at.
+bash tests/simhost_gui/screen_sessions.sh "$bin" "$(dirname "$bin")/sessions" ||
+  echo "sessions failed: see $(dirname "$bin")/sessions" >&2
 # Texts and plain areas need few colours.
 pngquant --speed 1 --force --ext .png 128 -- "${made[@]}"
-printf '%s\n' "${made[@]#"$OLDPWD/"}"
+printf '%s\n' "${made[@]#"$PWD/"}"
