@@ -8,6 +8,7 @@
 #include "text/numbers.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace brenvolt {
 
@@ -142,7 +143,8 @@ std::vector<MotorRows> ZanWidgetManagerMaker::CollectSettings() const {
   return motors;
 }
 
-std::vector<ZanAutoSizeRow> sizeComponents(std::wstring_view type, double current, const LentTables& tables) {
+std::vector<ZanAutoSizeRow> sizeComponents(
+    std::wstring_view type, double current, TypeFormulas formulas, const LentTables& tables) {
   ZanAutoSizeComponent components;
   if (!components.Open(tables.observer)) return {};
   if (const std::optional<std::wstring> standard = getCodeStandard()) {
@@ -155,15 +157,30 @@ std::vector<ZanAutoSizeRow> sizeComponents(std::wstring_view type, double curren
   }
   std::vector<ZanAutoSizeRow> rows;
   if (!components.size(type, current, rows)) rows.clear();
+  const bool isUnknown =
+      !rows.empty() && std::none_of(rows.begin(), rows.end(), [](const ZanAutoSizeRow& row) {
+        return !row.expression.empty();
+      });
+  if (isUnknown && formulas == TypeFormulas::required && tables.observer != nullptr) {
+    std::wstring source;
+    components.connection()->GetDatasource(source);
+    std::wstring reason = components.calculationTable();
+    reason.append(L" has no formulas for motors of the type \"").append(type).append(L"\"");
+    std::wstring statement(L"Type='");
+    statement.append(type).append(L"'");
+    tables.observer->statementFailed({std::move(source), std::move(reason), std::move(statement)});
+  }
   return rows;
 }
 
 std::vector<ZanAutoSizeRow> computeAutoRows(
     const ZanAnnotationDataList& groupData, const LentTables& tables) {
   const ZanAnnotationData* setup = findRow(groupData, rowname::motorSetup);
+  const TypeFormulas formulas = setup ? TypeFormulas::required : TypeFormulas::optional;
   if (!setup) setup = findRow(groupData, rowname::loadSetup);
   if (!setup) return {};
-  return sizeComponents(fieldOf(*setup, typeField), toDouble(fieldOf(*setup, currentField)), tables);
+  return sizeComponents(
+      fieldOf(*setup, typeField), toDouble(fieldOf(*setup, currentField)), formulas, tables);
 }
 
 } // namespace brenvolt

@@ -83,10 +83,14 @@ private:
   TemplateWires wires_;
 };
 
+/// Whether the tables must have formulas for a type. Those of a motor must; a load's type most often has none.
+enum class TypeFormulas { required, optional };
+
 /// The components of a motor type for a current in amperes, by the tables of the current electrical code. The user is
-/// asked about missing tables; if the user stops, the tables' plain names are used.
+/// asked about missing tables; if the user stops, the tables' plain names are used. A type without the formulas that are
+/// required is passed to the observer: its components have no ratings.
 [[nodiscard]] std::vector<ZanAutoSizeRow> sizeComponents(
-    std::wstring_view type, double current, const LentTables& tables);
+    std::wstring_view type, double current, TypeFormulas formulas, const LentTables& tables);
 
 /// The components of the first motor, or else the first load, among the rows. None gives no rows.
 [[nodiscard]] std::vector<ZanAutoSizeRow> computeAutoRows(

@@ -3,6 +3,7 @@
 #include "config/widget_manager_maker.h"
 #include "config/widget_manager_mcc.h"
 #include "tests/config/page_dialog.h"
+#include "tests/data/table_fixture.h"
 #include "text/encoding.h"
 
 #include <doctest/doctest.h>
@@ -257,6 +258,23 @@ TEST_CASE(
     CHECK_EQ(maker->wires().formats(SamePosition::eachCounts).types().size(), 5);
   };
   session.run(dialog);
+}
+
+TEST_CASE("the components of a motor whose type has no formulas have no ratings, which is reported; a load's "
+          "are not") {
+  const TableFixture tables(TableTexts{
+      {"MOTOR_I_DESC_NEC", "CODE,Description\nCB,Breaker\n"},
+      {"MOTOR_I_CALC_NEC", "Type,CB\nInduction,i*2.5\n"},
+      {"MOTOR_I_MAP_NEC", "CODE,MAX,RATING,DEFAULT\nCB,15,15A,P15\n"}});
+  AcceptedTables accepted;
+  TableWatch watch;
+  for (const TypeFormulas formulas : {TypeFormulas::optional, TypeFormulas::required}) {
+    const auto rows = sizeComponents(L"Wound rotor", 5, formulas, {accepted, &watch});
+    REQUIRE_EQ(rows.size(), 1);
+    CHECK(rows[0].rating.empty());
+    CHECK_EQ(watch.failures().size(), formulas == TypeFormulas::required ? 1 : 0);
+  }
+  CHECK_EQ(sizeComponents(L"Induction", 5, TypeFormulas::required, {accepted, &watch})[0].rating, L"15A");
 }
 
 } // namespace brenvolt::test

@@ -83,7 +83,8 @@ ResultList answerOf(const EditedWire& edited) {
   answer.beginList();
   answer.beginList().addEntity(edited.entity).addText(edited.wire).addText(fixedThirdElement).endList();
   // The current is that of the current circuit, also for a placed circuit.
-  answer.splice(rowsToList(sizeComponents(edited.motorType, circuitData().fla, lentTables())));
+  answer.splice(
+      rowsToList(sizeComponents(edited.motorType, circuitData().fla, TypeFormulas::optional, lentTables())));
   return answer.endList().take();
 }
 
