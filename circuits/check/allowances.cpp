@@ -38,16 +38,22 @@ bool matches(std::wstring_view pattern, std::wstring_view text) {
   return pattern.find_first_not_of(L'*', p) == std::wstring_view::npos;
 }
 
-bool isAllowedBy(const Allowance& allowance, const Finding& finding) {
+bool isAllowedBy(
+    const Allowance& allowance, const Finding& finding, const std::vector<FindingWords>& languages) {
   if (allowance.rule != finding.rule->id) return false;
-  if (!allowance.place.empty()) return matches(allowance.place, placeText(finding.place));
+  if (!allowance.place.empty())
+    return std::ranges::any_of(languages, [&](const FindingWords& words) {
+      return matches(allowance.place, placeText(finding.place, words));
+    });
   return finding.place.file == allowance.at.file && finding.place.sheet == allowance.at.sheet &&
          finding.place.row == allowance.at.row;
 }
 
 } // namespace
 
-Allowances::Allowances(const SiteModel& site, Findings& findings) {
+Allowances::Allowances(const SiteModel& site, std::vector<FindingWords> languages, Findings& findings)
+    : languages_(std::move(languages)) {
+  languages_.emplace_back(); // English
   readFile(site, findings);
   readColumns(site, findings);
 }
@@ -113,7 +119,7 @@ std::vector<Finding> Allowances::takeAllowed(std::vector<Finding>& findings) {
   for (Finding& finding : findings) {
     bool isAllowed = false;
     for (Allowance& allowance : all_)
-      if (isAllowedBy(allowance, finding)) isAllowed = allowance.isUsed = true;
+      if (isAllowedBy(allowance, finding, languages_)) isAllowed = allowance.isUsed = true;
     (isAllowed ? allowed : kept).push_back(std::move(finding));
   }
   findings = std::move(kept);

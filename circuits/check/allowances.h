@@ -23,7 +23,8 @@ struct Allowance {
 class Allowances final {
 public:
   /// Reads those of the site. One that cannot be read is a finding.
-  Allowances(const SiteModel& site, Findings& findings);
+  /// @param languages  in which a place may be written, besides English
+  Allowances(const SiteModel& site, std::vector<FindingWords> languages, Findings& findings);
 
   /// Takes the findings that are allowed out of the list, and returns them.
   [[nodiscard]] std::vector<Finding> takeAllowed(std::vector<Finding>& findings);
@@ -35,6 +36,7 @@ private:
   void readColumns(const SiteModel& site, Findings& findings);
   void add(Allowance allowance, Findings& findings);
 
+  std::vector<FindingWords> languages_;
   std::vector<Allowance> all_;
 };
 

@@ -57,7 +57,7 @@ CheckReport checkSite(const CheckOptions& options) {
   checkForms(site, &session, findings);
   checkLisp(site, session, findings);
 
-  const TableSet tables = readTables(site, session, findings);
+  const TableSet tables = readTables(site, session, options.depth, findings);
   const std::vector<ElectricalCode> codes = codesOf(tables, electricalCodeOf(session));
   if (has(CheckKind::tables)) {
     checkTableForms(tables, findings);
@@ -73,7 +73,7 @@ CheckReport checkSite(const CheckOptions& options) {
   checkTemplates(site, templates, findings);
 
   CheckReport report;
-  Allowances allowances(site, findings);
+  Allowances allowances(site, options.languages, findings);
   report.findings = findings.take();
   keepKinds(report.findings, kinds);
   dropConsequences(report.findings);

@@ -9,17 +9,14 @@
 
 namespace circuits {
 
-enum class CheckDepth {
-  quick, ///< without building circuits
-  whole
-};
-
 struct CheckOptions {
   std::filesystem::path site;     ///< folder
   std::filesystem::path workbook; ///< full path
   std::filesystem::path module;   ///< the plug-in, else the one beside the program
   std::set<CheckKind> kinds;      ///< those to look at; none is all
   CheckDepth depth = CheckDepth::whole;
+  /// Languages in which the site may name the places of findings that it accepts, besides English.
+  std::vector<FindingWords> languages{};
 };
 
 struct CheckReport {

@@ -87,7 +87,7 @@ CheckSession::~CheckSession() {
 void CheckSession::replaceOutside() {
   interpreter().define(L"site-database", 0, 0, [this](lisp::Arguments& arguments) {
     std::wstring error;
-    const fs::path file = database(error);
+    const fs::path file = isNameEnough_ ? folder_ / databaseName : database(error);
     if (file.empty()) arguments.fail(error);
     return lisp::Value::string(fromUtf8(file.string()));
   });
@@ -97,6 +97,14 @@ void CheckSession::replaceOutside() {
     static_cast<void>(arguments.text(1));
     return lisp::Value::truth(true);
   });
+}
+
+bool CheckSession::answersDatabase(std::wstring_view function) {
+  isNameEnough_ = true;
+  const Answer answer = call(function, {});
+  isNameEnough_ = false;
+  return answer.value && answer.value->isString() &&
+         answer.value->asString() == fromUtf8((folder_ / databaseName).string());
 }
 
 fs::path CheckSession::database(std::wstring& error) {

@@ -55,6 +55,9 @@ public:
   [[nodiscard]] std::filesystem::path workbookWith(std::string_view savedConfigurations);
   /// A copy of the engineering tables that nobody else sees; empty when they cannot be read, and the reason is in `error`.
   [[nodiscard]] std::filesystem::path database(std::wstring& error);
+  /// Whether a function of the site answers the file of the engineering tables by its name alone. The copy, which takes
+  /// longer than a quick check of most sites, is not made for that.
+  [[nodiscard]] bool answersDatabase(std::wstring_view function);
 
 private:
   void loadSite(Findings& findings);
@@ -70,6 +73,7 @@ private:
   std::wstring printed_;
   std::vector<std::wstring> siteFunctions_;
   bool isComplete_ = true;
+  bool isNameEnough_ = false; ///< site-database answers the name of a file that may not be there
 };
 
 } // namespace circuits

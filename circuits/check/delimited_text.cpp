@@ -89,7 +89,8 @@ bool readDelimited(std::string_view bytes, const std::wstring& file, TableText& 
     findings.add(L"table-encoding", {.file = file}, {{L"row", L"1"}});
     return false;
   }
-  if (const std::optional<std::wstring> whole = brenvolt::fromUtf8Strict(bytes); !whole) {
+  const std::optional<std::wstring> whole = brenvolt::fromUtf8Strict(bytes);
+  if (!whole) {
     std::size_t row = 1;
     std::string_view rest = bytes;
     while (!rest.empty()) { // the first line that is not UTF-8
@@ -102,7 +103,7 @@ bool readDelimited(std::string_view bytes, const std::wstring& file, TableText& 
         L"table-encoding", {.file = file, .row = static_cast<int>(row)},
         {{L"row", formatInt(static_cast<std::int64_t>(row))}});
   }
-  Records records = recordsOf(brenvolt::fromUtf8(bytes));
+  Records records = recordsOf(whole ? *whole : brenvolt::fromUtf8(bytes));
   const auto last = static_cast<int>(records.rows.size());
   if (records.hasOpenQuote) {
     findings.add(L"table-open-quote", {.file = file, .row = last}, {});

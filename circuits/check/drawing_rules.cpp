@@ -73,6 +73,7 @@ public:
       if (!rated_.contains(component))
         add(L"run-no-rating", unrated.place,
             {{L"block", unrated.block}, {L"tag", component.second}, {L"choices", circuit_.choices}});
+    checkParts();
     for (const Wire& wire : wires_)
       for (const KvPoint3d& end : {wire.from, wire.to})
         checkEnd(wire, end);
@@ -123,6 +124,8 @@ private:
     if (brenvolt::trimView(*tag).empty())
       add(L"run-no-tag", at(reference->position, placedBy),
           {{L"block", name}, {L"choices", circuit_.choices}});
+    if (const auto part = attributeOf(node, L"CAT"); part && !placedBy.empty())
+      placed_[brenvolt::toUpper(placedBy)].push_back({at(reference->position, placedBy), name, *tag, *part});
     const std::optional<std::wstring> rating = attributeOf(node, L"RATING1");
     if (!rating || !circuit_.rated.contains(brenvolt::toUpper(placedBy))) return;
     const Component component = {brenvolt::toUpper(placedBy), *tag};
@@ -231,6 +234,28 @@ private:
     std::wstring block;
   };
 
+  /// Each part that was handed to the forms of a CODE is on one of its components, if it placed any.
+  void checkParts() {
+    for (const auto& [code, parts] : circuit_.parts) {
+      const auto placed = placed_.find(code);
+      if (placed == placed_.end()) continue;
+      const std::vector<Placed>& components = placed->second;
+      for (const auto& [table, number] : parts) {
+        const auto has = [&number](const Placed& each) { return equalsOrdinalNoCase(each.part, number); };
+        if (std::ranges::any_of(components, has)) continue;
+        const auto empty = std::ranges::find_if(
+            components, [](const Placed& each) { return brenvolt::trimView(each.part).empty(); });
+        const Placed& shown = empty == components.end() ? components.front() : *empty;
+        add(L"run-no-part", shown.place,
+            {{L"block", shown.block},
+             {L"tag", shown.tag},
+             {L"table", table},
+             {L"part", number},
+             {L"choices", circuit_.choices}});
+      }
+    }
+  }
+
   const DrawnCircuit& circuit_;
   const simhost::DrawingStore& store_;
   ReportedFindings& reported_;
@@ -239,7 +264,15 @@ private:
   std::vector<DisplayItem> items_;
   std::vector<Wire> wires_;
   simhost::BoxIndex index_;
-  std::map<Component, Unrated> unrated_; ///< the first symbol of each without a rating
+  /// A component that can hold a part.
+  struct Placed {
+    FindingPlace place;
+    std::wstring block;
+    std::wstring tag;
+    std::wstring part; ///< catalogue number, may be empty
+  };
+  std::map<std::wstring, std::vector<Placed>> placed_; ///< by CODE, in upper case
+  std::map<Component, Unrated> unrated_;               ///< the first symbol of each without a rating
   std::set<Component> rated_;
 };
 

@@ -8,6 +8,7 @@
 #include <optional>
 #include <set>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace circuits {
@@ -32,6 +33,8 @@ struct DrawnCircuit {
   std::map<std::uint64_t, std::wstring> codes;
   /// CODEs whose components the tables rate, in upper case.
   std::set<std::wstring> rated;
+  /// The parts that were handed to the forms of each CODE, in upper case: table and catalogue number.
+  std::map<std::wstring, std::vector<std::pair<std::wstring, std::wstring>>> parts;
 };
 
 void checkDrawing(const DrawnCircuit& circuit, ReportedFindings& reported, Findings& findings);

@@ -11,7 +11,10 @@
 #include "text/split.h"
 
 #include <algorithm>
+#include <array>
+#include <map>
 #include <set>
+#include <utility>
 
 namespace circuits {
 
@@ -128,11 +131,15 @@ public:
     findControls();
     ChoicePlan plan(sheet_);
     int failures = 0;
+    bool hasParts = false;
     while (const std::optional<Choices> choices = plan.next()) {
       const bool isBuilt = build(plan, *choices);
       plan.note(*choices, witness_.codes());
       if (!isBuilt && ++failures == mostFailures) return;
       if (loops_) return; // each further build would take as long
+      // Lookups know the motor's current from a build, so the first one is done again with parts.
+      if (!std::exchange(hasParts, true) && isBuilt && !chosenParts(plan, *choices).empty())
+        static_cast<void>(build(plan, *choices));
     }
   }
 
@@ -157,8 +164,61 @@ private:
       const SheetOption& option = group.options().options[choices[i]];
       chosen.push_back({group.code->code, {group.options().title, option.text, option.value}});
     }
-    return session_.workbookWith(
-        savedSample(load_ ? &*load_ : nullptr, controls_, chosen, {entry_.circuit, entry_.type, savedName}));
+    parts_ = chosenParts(plan, choices);
+    return session_.workbookWith(savedSample(
+        load_ ? &*load_ : nullptr, controls_, chosen, parts_, {entry_.circuit, entry_.type, savedName}));
+  }
+
+  /// The parts that the site's lookups give for the tables beside the forms of these choices.
+  [[nodiscard]] std::vector<SamplePart> chosenParts(const ChoicePlan& plan, const Choices& choices) {
+    std::map<const SheetCode*, std::int32_t> sums;
+    for (std::size_t i = 0; i < plan.groups().size(); ++i) {
+      const ChoiceGroup& group = plan.groups()[i];
+      sums[group.code] += group.options().options[choices[i]].value;
+    }
+    std::vector<SamplePart> parts;
+    for (const SheetCode& code : sheet_.codes) {
+      const auto sum = sums.find(&code);
+      const std::int32_t wanted = sum == sums.end() ? incompleteCode : sum->second;
+      for (const SheetForm& form : code.forms)
+        if (form.column == sheetcolumn::controlForms && form.forCode == wanted)
+          for (const auto& [table, title] : form.pairs)
+            if (const std::vector<std::wstring>& part = lookUp(form, table); !part.empty())
+              parts.push_back({code.code, table, title, part});
+    }
+    return parts;
+  }
+
+  /// What the form of a part gives for a table; empty for nothing, and for a form that asks for more than the part.
+  const std::vector<std::wstring>& lookUp(const SheetForm& form, const std::wstring& table) {
+    std::vector<std::wstring>& part = partsByLookup_[{form.text, table}];
+    if (!part.empty()) return part;
+    std::vector<std::wstring> words =
+        brenvolt::splitSkippingEmpty(brenvolt::replaceAll(form.text, L"(", L" "), L' ');
+    if (words.empty() || !words.back().ends_with(L")")) return part;
+    words.back().pop_back();
+    std::vector<Value> arguments;
+    for (std::size_t i = 1; i < words.size(); ++i) {
+      const bool isTable = equalsOrdinalNoCase(words[i], L"@table");
+      const bool isEmpty =
+          std::ranges::any_of(std::array{L"@mfg", L"@cat", L"@asm"}, [&](const wchar_t* each) {
+            return equalsOrdinalNoCase(words[i], each);
+          });
+      if (!isTable && !isEmpty) return part;
+      arguments.push_back(Value::string(isTable ? table : std::wstring()));
+    }
+    // A lookup may offer to pick a component; without one it goes by the motor.
+    session_.windows().picksNothing = true;
+    const CheckSession::Answer answer = session_.call(words.front(), arguments);
+    session_.windows().picksNothing = false;
+    if (!answer.value || !answer.value->isCons()) return part;
+    std::vector<std::wstring> values;
+    for (const Value& value : lisp::Elements(*answer.value))
+      values.push_back(value.isString() ? value.asString() : std::wstring());
+    constexpr std::size_t count = 3; // its place among the values
+    if (values.size() < count || values[1].empty()) return part;
+    values.insert(values.begin() + count, L"1");
+    return part = std::move(values);
   }
 
   bool build(const ChoicePlan& plan, const Choices& choices) {
@@ -262,13 +322,15 @@ private:
   }
 
   void checkResult() {
-    DrawnCircuit circuit{session_.document().drawing(), circuitPlace(), choices_, {}, {}, {}};
+    DrawnCircuit circuit{session_.document().drawing(), circuitPlace(), choices_, {}, {}, {}, {}};
     addStarts(drawing_, circuit);
     for (const auto& [reference, code] : witness_.placed())
       circuit.codes[handleOf(reference)] = code;
     if (load_ && load_->isRated)
       for (const SheetCode& code : sheet_.codes)
         if (takesRatings(code)) circuit.rated.insert(toUpper(code.code));
+    for (const SamplePart& part : parts_)
+      circuit.parts[toUpper(part.code)].emplace_back(part.table, part.number());
     checkDrawing(circuit, reported_, findings_);
   }
 
@@ -317,6 +379,9 @@ private:
   Findings& findings_;
   const TemplateDrawing& drawing_;
   std::vector<SampleControl> controls_;
+  std::vector<SamplePart> parts_; ///< of the build at work
+  std::map<std::pair<std::wstring, std::wstring>, std::vector<std::wstring>>
+      partsByLookup_; ///< form and table
   std::wstring choices_;
   std::wstring lastKey_;
   std::set<std::wstring> reported_;

@@ -16,7 +16,8 @@ namespace {
 constexpr std::size_t shownLength = 100;
 
 /// The sentence with its "{name}" filled in. A name without a value is a slip in a rule, and stays visible.
-std::wstring filled(std::wstring_view sentence, RuleValues values) {
+template <typename Values>
+std::wstring filled(std::wstring_view sentence, const Values& values) {
   std::wstring text;
   while (!sentence.empty()) {
     const std::size_t open = sentence.find(L'{');
@@ -24,7 +25,7 @@ std::wstring filled(std::wstring_view sentence, RuleValues values) {
     if (open == std::wstring_view::npos) break;
     const std::size_t close = sentence.find(L'}', open);
     const std::wstring_view name = sentence.substr(open + 1, close - open - 1);
-    const auto* const value =
+    const auto value =
         std::find_if(values.begin(), values.end(), [name](const auto& each) { return each.first == name; });
     if (value == values.end())
       text += sentence.substr(open, close - open + 1);
@@ -67,26 +68,34 @@ MarkedText shownLine(const MarkedText& whole) {
 
 } // namespace
 
-std::wstring placeText(const FindingPlace& place) {
+std::wstring placeText(const FindingPlace& place, const FindingWords& words) {
+  const auto named = [&words](const wchar_t* name, const std::wstring& value) {
+    return words.word(L"place", name) + L" " + value;
+  };
   std::vector<std::wstring> parts;
   if (!place.file.empty()) parts.push_back(place.file);
-  if (!place.sheet.empty()) parts.push_back(L"sheet " + place.sheet);
-  if (place.row > 0) parts.push_back(L"row " + formatInt(place.row));
+  if (!place.sheet.empty()) parts.push_back(named(L"sheet", place.sheet));
+  if (place.row > 0) parts.push_back(named(L"row", formatInt(place.row)));
   if (!place.columnName.empty())
-    parts.push_back(L"column " + place.columnName);
+    parts.push_back(named(L"column", place.columnName));
   else if (place.column > 0)
-    parts.push_back(L"column " + formatInt(place.column));
+    parts.push_back(named(L"column", formatInt(place.column)));
   if (!place.code.empty()) parts.push_back(L"CODE " + place.code);
   if (place.position)
-    parts.push_back(L"at " + coordinate(place.position->first) + L"," + coordinate(place.position->second));
+    parts.push_back(
+        named(L"at", coordinate(place.position->first) + L"," + coordinate(place.position->second)));
   return brenvolt::join(parts, L", ");
 }
 
 void Findings::add(std::wstring_view rule, FindingPlace place, MarkedText text, RuleValues values) {
   const Rule& broken = ruleOf(rule);
   all_.push_back(
-      {&broken, std::move(place), std::move(text), filled(broken.sentence, values),
-       filled(broken.remedy, values)});
+      {&broken,
+       std::move(place),
+       std::move(text),
+       filled(broken.sentence, values),
+       filled(broken.remedy, values),
+       {values.begin(), values.end()}});
 }
 
 bool Findings::has(std::wstring_view rule) const {
@@ -102,22 +111,33 @@ std::vector<Finding> Findings::take() {
   return std::exchange(all_, {});
 }
 
-std::wstring countsText(const std::vector<Finding>& findings) {
+void translate(std::vector<Finding>& findings, const FindingWords& words) {
+  for (Finding& finding : findings) {
+    auto values = finding.values;
+    for (auto& [name, value] : values)
+      value = words.phrase(name, value);
+    finding.what = filled(words.part(*finding.rule, L"sentence"), values);
+    finding.remedy = filled(words.part(*finding.rule, L"remedy"), values);
+  }
+}
+
+std::wstring countsText(const std::vector<Finding>& findings, const FindingWords& words) {
   std::wstring text;
   for (const auto& [severity, one, many] :
-       {std::tuple(Severity::error, L" error", L" errors"),
-        std::tuple(Severity::warning, L" warning", L" warnings"),
-        std::tuple(Severity::note, L" note", L" notes")}) {
+       {std::tuple(Severity::error, L"error", L"errors"),
+        std::tuple(Severity::warning, L"warning", L"warnings"),
+        std::tuple(Severity::note, L"note", L"notes")}) {
     const auto count = std::ranges::count_if(
         findings, [wanted = severity](const Finding& each) { return each.rule->severity == wanted; });
-    text += (text.empty() ? L"" : L", ") + formatInt(count) + (count == 1 ? one : many);
+    text += (text.empty() ? L"" : L", ") + formatInt(count) + L" " +
+            words.word(L"counts", count == 1 ? one : many);
   }
   return text;
 }
 
-std::wstring findingText(const Finding& finding) {
-  std::wstring text = std::wstring(severityName(finding.rule->severity)) + L" " +
-                      std::wstring(finding.rule->id) + L": " + placeText(finding.place) + L"\n";
+std::wstring findingText(const Finding& finding, const FindingWords& words) {
+  std::wstring text = words.word(L"severity", severityName(finding.rule->severity)) + L" " +
+                      std::wstring(finding.rule->id) + L": " + placeText(finding.place, words) + L"\n";
   if (!finding.text.text.empty()) {
     const MarkedText line = shownLine(finding.text);
     text += L"    " + line.text + L"\n";
@@ -125,6 +145,27 @@ std::wstring findingText(const Finding& finding) {
             std::wstring(std::max<std::size_t>(line.length, 1), L'^') + L"\n";
   }
   return text + L"  " + finding.what + L"\n  " + finding.remedy + L"\n";
+}
+
+std::wstring rulesTable(const FindingWords& words) {
+  std::wstring text;
+  for (int number = 0; number < kindCount; ++number) {
+    const auto kind = static_cast<CheckKind>(number);
+    if (std::ranges::none_of(rules(), [kind](const Rule& rule) { return rule.kind == kind; })) continue;
+    text += L"### " + std::wstring(kindName(kind)) +
+            L"\n\n| rule | severity | what is wrong | example | remedy |\n|---|---|---|---|---|\n";
+    for (const Rule& rule : rules()) {
+      if (rule.kind != kind) continue;
+      text += L"| `" + std::wstring(rule.id) + L"` | ";
+      text += words.word(L"severity", severityName(rule.severity)) + L" | ";
+      for (const wchar_t* part : {L"sentence", L"example", L"remedy"})
+        text += brenvolt::replaceAll(words.part(rule, part), L"|", L"\\|") + L" | ";
+      text.back() = L'\n';
+    }
+    text += L"\n";
+  }
+  text.pop_back();
+  return text;
 }
 
 } // namespace circuits

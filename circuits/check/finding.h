@@ -2,7 +2,7 @@
 // and what to do. Every finding is made from the table of rules, so its words are the same wherever it is shown.
 #pragma once
 
-#include "circuits/check/rules.h"
+#include "circuits/check/finding_words.h"
 
 #include <cstddef>
 #include <initializer_list>
@@ -26,7 +26,7 @@ struct FindingPlace {
 };
 
 /// "zan_brenvolt.xls, sheet M3_DOL, row 25, column 8, CODE MS"
-[[nodiscard]] std::wstring placeText(const FindingPlace& place);
+[[nodiscard]] std::wstring placeText(const FindingPlace& place, const FindingWords& words = {});
 
 /// A text with the part of it that is at fault; no length marks the whole text.
 struct MarkedText {
@@ -39,8 +39,9 @@ struct Finding {
   const Rule* rule = nullptr;
   FindingPlace place;
   MarkedText text;
-  std::wstring what;   ///< a sentence
-  std::wstring remedy; ///< a sentence
+  std::wstring what;                                           ///< a sentence
+  std::wstring remedy;                                         ///< a sentence
+  std::vector<std::pair<std::wstring, std::wstring>> values{}; ///< of the placeholders of both
 };
 
 /// Values for the placeholders of a rule's sentences, by name.
@@ -65,9 +66,14 @@ private:
   std::vector<Finding> all_;
 };
 
+/// The same findings with their sentences in another language.
+void translate(std::vector<Finding>& findings, const FindingWords& words);
+
 /// "1 error, 2 warnings, 0 notes"
-[[nodiscard]] std::wstring countsText(const std::vector<Finding>& findings);
+[[nodiscard]] std::wstring countsText(const std::vector<Finding>& findings, const FindingWords& words);
 /// The finding as several lines, the text's fault marked below it.
-[[nodiscard]] std::wstring findingText(const Finding& finding);
+[[nodiscard]] std::wstring findingText(const Finding& finding, const FindingWords& words);
+/// All rules as a table in Markdown, a heading and a table for each kind.
+[[nodiscard]] std::wstring rulesTable(const FindingWords& words);
 
 } // namespace circuits

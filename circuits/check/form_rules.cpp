@@ -10,9 +10,11 @@
 
 #include <algorithm>
 #include <array>
+#include <map>
 #include <optional>
-#include <set>
 #include <span>
+#include <string_view>
+#include <unordered_set>
 #include <utility>
 
 namespace circuits {
@@ -244,16 +246,16 @@ void checkCell(
   const std::size_t end = last.from + last.text.size();
   const std::wstring rest =
       brenvolt::trim(std::wstring_view(last.cell).substr(std::min(end, last.cell.size())));
-  const FindingPlace place = site.place(model, code, last.row, last.column);
   const bool isCut = last.text.starts_with(L'(') && last.text.ends_with(L')');
   const auto opened = std::ranges::count(last.text, L'(');
   const bool isUnbalanced =
       !isCut && last.text.starts_with(L'(') && opened != std::ranges::count(last.text, L')');
+  if (!isUnbalanced && rest.empty()) return;
+  const FindingPlace place = site.place(model, code, last.row, last.column);
   if (isUnbalanced) {
     findings.add(L"form-unbalanced", place, {last.cell, last.from, last.text.size()}, {});
     return;
   }
-  if (rest.empty()) return;
   const std::size_t from = last.cell.find(rest, std::min(end, last.cell.size()));
   const bool begins = rest.starts_with(L'(');
   findings.add(
@@ -265,7 +267,7 @@ void checkCell(
 
 void checkForms(const SiteModel& site, CheckSession* session, Findings& findings) {
   // Circuits have most of their forms in common: one without a finding is looked at once for the variables it gets.
-  std::set<std::pair<const std::wstring*, std::wstring>> clean;
+  std::map<const std::wstring*, std::unordered_set<std::wstring_view>> cleanByVariables;
   for (const SheetModel& model : site.models)
     for (const SheetCode& code : model.codes) {
       if (!code.hasTitle || code.isRepeated) continue;
@@ -276,7 +278,8 @@ void checkForms(const SiteModel& site, CheckSession* session, Findings& findings
         if (isLast) checkCell(site, model, code, *form, findings);
         const bool isWhole = !form->text.starts_with(L'(') || form->text.ends_with(L')');
         if (!isWhole) continue;
-        const auto [place, isNew] = clean.emplace(variablesOf(code, *form).data(), form->text);
+        std::unordered_set<std::wstring_view>& clean = cleanByVariables[variablesOf(code, *form).data()];
+        const auto [place, isNew] = clean.insert(form->text);
         if (!isNew) continue;
         const std::size_t before = findings.count();
         FormCheck(site, session, model, code, *form, findings).run();

@@ -120,12 +120,14 @@ private:
   }
 
   void checkTables() {
+    constexpr const wchar_t* function = L"c:zan_bv_figure_mccdb_fnam";
+    if (find(function) != nullptr && session_.answersDatabase(function)) return;
     std::wstring importError;
     static_cast<void>(session_.database(importError));
-    const auto answer = probe(L"c:zan_bv_figure_mccdb_fnam", {}, session_.shownText(importError));
+    const auto answer = probe(function, {}, session_.shownText(importError));
     const bool isServer = answer && answer->isString() && answer->asString().starts_with(L"odbc:");
     if (answer && !isServer && !isFile(*answer))
-      wrong(L"c:zan_bv_figure_mccdb_fnam", *answer, L"the file of the engineering tables");
+      wrong(function, *answer, L"the file of the engineering tables");
   }
 
   void checkProject() {

@@ -18,7 +18,14 @@ public:
   [[nodiscard]] simhost::TaskAnswer askTask(const simhost::TaskQuestion& question) override {
     return {onTask ? onTask(question) : kvui::cancel, false};
   }
-  [[nodiscard]] simhost::EntityPick pickEntity(const std::wstring&, bool) override { return {}; }
+  /// A pick is answered with nothing instead of a cancel.
+  bool picksNothing = false;
+
+  [[nodiscard]] simhost::EntityPick pickEntity(const std::wstring&, bool) override {
+    simhost::EntityPick pick;
+    if (picksNothing) pick.kind = simhost::EntityPick::Kind::nothing;
+    return pick;
+  }
   [[nodiscard]] simhost::FileAnswer askFile(
       const simhost::FileQuestion&, const simhost::FileEvents&) override {
     return {};

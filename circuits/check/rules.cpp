@@ -246,6 +246,12 @@ constexpr Rule table[] = {
      L"The component {tag} ({block}) has no rating with {choices}, though the tables rate the motor.",
      L"Let the form take the rating from #data2 by a code of MOTOR_I_DESC, or fill RATING1 otherwise.",
      L"`\"BRAKER\"` for the component `BREAKER`"},
+    {L"run-no-part", run, warning,
+     L"The component {tag} ({block}) does not get the part {part} that was chosen from {table}, with "
+     L"{choices}.",
+     L"Let the form that places it take the part of {table} from #data, or correct the table in columns 11 "
+     L"and 12.",
+     L"`DS` in column 11, while the form takes the part of `CB`"},
     {L"run-open-wire", run, warning, L"A wire on layer {layer} ends at nothing here with {choices}.",
      L"Lead it to a symbol or to another wire, or place the marker of a wire where it begins.",
      L"a wire 40 long where the symbol is at 50"},
@@ -499,27 +505,6 @@ const Rule& ruleOf(std::wstring_view id) {
   const Rule* rule = findRule(id);
   BRENVOLT_ASSERT(rule != nullptr, "a check names a rule that is not in the table");
   return *rule;
-}
-
-std::wstring rulesTable() {
-  std::wstring text;
-  for (int number = 0; number < kindCount; ++number) {
-    const auto kind = static_cast<CheckKind>(number);
-    if (std::ranges::none_of(table, [kind](const Rule& rule) { return rule.kind == kind; })) continue;
-    text += L"### " + std::wstring(kindName(kind)) +
-            L"\n\n| rule | severity | what is wrong | example | remedy |\n|---|---|---|---|---|\n";
-    for (const Rule& rule : table) {
-      if (rule.kind != kind) continue;
-      text += L"| `" + std::wstring(rule.id) + L"` | ";
-      text += std::wstring(severityName(rule.severity)) + L" | ";
-      for (const std::wstring_view part : {rule.sentence, rule.example, rule.remedy})
-        text += brenvolt::replaceAll(part, L"|", L"\\|") + L" | ";
-      text.back() = L'\n';
-    }
-    text += L"\n";
-  }
-  text.pop_back();
-  return text;
 }
 
 } // namespace circuits

@@ -23,6 +23,11 @@ enum class CheckKind : std::uint8_t { workbook, forms, templates, run, tables, s
 [[nodiscard]] std::optional<CheckKind> kindOf(std::wstring_view name);
 inline constexpr int kindCount = 8;
 
+enum class CheckDepth : std::uint8_t {
+  quick, ///< without building circuits, and without the database that builds read
+  whole
+};
+
 struct Rule {
   std::wstring_view id;
   CheckKind kind;
@@ -38,8 +43,5 @@ struct Rule {
 [[nodiscard]] const Rule* findRule(std::wstring_view id);
 /// The same for an id of the program: an unknown one is a bug.
 [[nodiscard]] const Rule& ruleOf(std::wstring_view id);
-
-/// All rules as a table in Markdown, a heading and a table for each kind.
-[[nodiscard]] std::wstring rulesTable();
 
 } // namespace circuits

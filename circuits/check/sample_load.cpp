@@ -132,26 +132,45 @@ std::vector<brenvolt::EntryRow> setupOf(const SampleLoad& load, const SampleCont
   return rows;
 }
 
+brenvolt::EntryRow rowOf(const SamplePart& part) {
+  brenvolt::HistoryProperties fields = {{L"TITLE", part.title}, {L"TABLE", part.table}};
+  for (std::size_t i = 0; i < part.values.size(); ++i)
+    fields.emplace_back(L"Field " + brenvolt::formatInt(static_cast<std::int64_t>(i)), part.values[i]);
+  return {std::wstring(xmlname::catalog), std::move(fields)};
+}
+
 } // namespace
 
 std::string savedSample(
     const SampleLoad* load, const std::vector<SampleControl>& controls,
-    const std::vector<SampleChoice>& choices, const brenvolt::HistoryKey& key) {
+    const std::vector<SampleChoice>& choices, const std::vector<SamplePart>& parts,
+    const brenvolt::HistoryKey& key) {
   brenvolt::EntryContent entry{key, {}, {}};
   if (load != nullptr)
     for (const SampleControl& control : controls) // the first of its CODE in the template itself
       entry.markers.push_back({.code = control.code, .options = {}, .rows = setupOf(*load, control)});
-  std::map<std::wstring, std::vector<brenvolt::EntryOption>> options; // by CODE
+  struct Chosen {
+    std::vector<brenvolt::EntryOption> options;
+    std::vector<brenvolt::EntryRow> parts;
+  };
+  std::map<std::wstring, Chosen> chosenByCode;
   for (const SampleChoice& choice : choices)
-    options[choice.code].push_back(choice.option);
+    chosenByCode[choice.code].options.push_back(choice.option);
+  for (const SamplePart& part : parts)
+    chosenByCode[part.code].parts.push_back(rowOf(part));
   // How often a CODE comes, and how deep, shows only when the circuit is built.
   constexpr int mostOrdinals = 6;
   constexpr int mostDepths = 5;
-  for (const auto& [code, chosen] : options)
+  for (const auto& [code, chosen] : chosenByCode)
     for (int ordinal = 1; ordinal <= mostOrdinals; ++ordinal)
       for (int depth = 1; depth <= mostDepths; ++depth)
         entry.markers.push_back(
-            {.code = code, .ordinal = ordinal, .depth = depth, .options = chosen, .rows = {}});
+            {.code = code,
+             .ordinal = ordinal,
+             .depth = depth,
+             .options = chosen.options,
+             .rows = {},
+             .parts = chosen.parts});
   brenvolt::HistoryFile file;
   file.startEmpty({});
   try {

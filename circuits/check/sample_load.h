@@ -47,10 +47,22 @@ struct SampleChoice {
   brenvolt::EntryOption option;
 };
 
+/// A part that the site's lookup gives for a table of a CODE.
+struct SamplePart {
+  std::wstring code;
+  std::wstring table;
+  std::wstring title;
+  std::vector<std::wstring>
+      values; ///< manufacturer, catalogue number, assembly code, count, and what follows
+
+  [[nodiscard]] const std::wstring& number() const { return values[1]; }
+};
+
 /// The bytes of a file of saved configurations with one; with none when a text of the site does not fit into such a file.
 /// @param load  null for a circuit without motor or load
 [[nodiscard]] std::string savedSample(
     const SampleLoad* load, const std::vector<SampleControl>& controls,
-    const std::vector<SampleChoice>& choices, const brenvolt::HistoryKey& key);
+    const std::vector<SampleChoice>& choices, const std::vector<SamplePart>& parts,
+    const brenvolt::HistoryKey& key);
 
 } // namespace circuits

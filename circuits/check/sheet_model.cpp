@@ -75,7 +75,11 @@ std::wstring SheetCode::suffix() const {
 }
 
 const SheetCode* SheetModel::find(std::wstring_view code) const {
-  const auto found = records.find(brenvolt::toUpper(code));
+  return findKey(brenvolt::toUpper(code));
+}
+
+const SheetCode* SheetModel::findKey(const std::wstring& upperCaseCode) const {
+  const auto found = records.find(upperCaseCode);
   return found == records.end() ? nullptr : &codes[found->second];
 }
 

@@ -71,6 +71,7 @@ struct SheetModel {
 
   /// The record that a build finds for a CODE; null when there is none.
   [[nodiscard]] const SheetCode* find(std::wstring_view code) const;
+  [[nodiscard]] const SheetCode* findKey(const std::wstring& upperCaseCode) const;
 };
 
 [[nodiscard]] SheetModel modelOf(const TableText& sheet);

@@ -84,7 +84,9 @@ std::wstring withoutPassword(const std::wstring& source) {
 
 /// The tables that the site's LISP names, empty where they are the site's own.
 std::wstring namedSource(CheckSession& session) {
-  const CheckSession::Answer answer = session.call(L"c:zan_bv_figure_mccdb_fnam", {});
+  constexpr const wchar_t* function = L"c:zan_bv_figure_mccdb_fnam";
+  if (session.answersDatabase(function)) return {};
+  const CheckSession::Answer answer = session.call(function, {});
   if (!answer.value || !answer.value->isString()) return {};
   std::wstring error;
   const std::wstring& source = answer.value->asString();
@@ -134,7 +136,7 @@ std::vector<std::wstring> TableSet::names() const {
   return names;
 }
 
-TableSet readTables(const SiteModel& site, CheckSession& session, Findings& findings) {
+TableSet readTables(const SiteModel& site, CheckSession& session, CheckDepth depth, Findings& findings) {
   const std::size_t before = findings.count();
   TableSet set;
   std::error_code error;
@@ -153,9 +155,10 @@ TableSet readTables(const SiteModel& site, CheckSession& session, Findings& find
     findings.add(L"tables-missing", {.file = L"tables"}, {});
     set.isWhole = false;
   }
-  // A build imports the tables by rules of its own.
+  // A build imports the tables by rules of its own; for a quick check that takes too long.
   std::wstring reason;
-  if (source.empty() && findings.count() == before && session.database(reason).empty())
+  const bool isImported = depth == CheckDepth::whole && source.empty() && findings.count() == before;
+  if (isImported && session.database(reason).empty())
     findings.add(L"table-unreadable", {.file = L"tables"}, {{L"reason", session.shownText(reason)}});
   return set;
 }

@@ -37,6 +37,7 @@ struct TableSet {
 
 /// Reads the tables that the site's LISP names; where it names none, or those of the site, the site's own.
 /// What cannot be read is a finding.
-[[nodiscard]] TableSet readTables(const SiteModel& site, CheckSession& session, Findings& findings);
+[[nodiscard]] TableSet readTables(
+    const SiteModel& site, CheckSession& session, CheckDepth depth, Findings& findings);
 
 } // namespace circuits

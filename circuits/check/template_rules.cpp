@@ -186,15 +186,13 @@ private:
   }
 
   [[nodiscard]] bool hasMarker(const SheetCode& code) const {
-    return std::ranges::any_of(drawings_, [&code](const TemplateDrawing* drawing) {
-      return std::ranges::any_of(drawing->markers, [&code](const TemplateMarker& marker) {
-        return equalsOrdinalNoCase(marker.code, code.code);
-      });
-    });
+    const std::wstring key = toUpper(code.code);
+    return std::ranges::any_of(
+        drawings_, [&key](const TemplateDrawing* drawing) { return drawing->keys.contains(key); });
   }
 
   void checkMarker(const TemplateDrawing& drawing, const TemplateMarker& marker) {
-    if (marker.code.empty() || sheet_.find(marker.code) != nullptr) return;
+    if (marker.code.empty() || sheet_.findKey(marker.key) != nullptr) return;
     std::vector<std::wstring> codes;
     for (const SheetCode& code : sheet_.codes)
       if (!hasMarker(code)) codes.push_back(code.code);
@@ -209,13 +207,12 @@ private:
   void checkMotors(const TemplateDrawing& drawing) {
     std::map<std::wstring, const TemplateMarker*> motors; // by suffix
     for (const TemplateMarker& marker : drawing.markers) {
-      const SheetCode* code = sheet_.find(marker.code);
-      if (code != nullptr && code->controlGroup() != nullptr)
-        motors.try_emplace(toUpper(marker.suffix()), &marker);
+      const SheetCode* code = sheet_.findKey(marker.key);
+      if (code != nullptr && code->controlGroup() != nullptr) motors.try_emplace(marker.suffixKey, &marker);
     }
     if (motors.empty()) return;
     for (const TemplateMarker& marker : drawing.markers) {
-      const auto motor = motors.find(toUpper(marker.suffix()));
+      const auto motor = motors.find(marker.suffixKey);
       if (motor == motors.end()) {
         if (marker.isWire())
           findings_.add(
@@ -224,7 +221,7 @@ private:
         continue;
       }
       const bool isBefore = marker.order && motor->second->order && &marker != motor->second &&
-                            brenvolt::toDouble(*marker.order) <= brenvolt::toDouble(*motor->second->order);
+                            marker.orderNumber <= motor->second->orderNumber;
       if (isBefore && takesData(marker))
         findings_.add(
             L"marker-before-motor", drawing.place(marker), {*marker.order},
@@ -233,7 +230,7 @@ private:
   }
 
   [[nodiscard]] bool takesData(const TemplateMarker& marker) const {
-    const SheetCode* code = sheet_.find(marker.code);
+    const SheetCode* code = sheet_.findKey(marker.key);
     return code != nullptr && std::ranges::any_of(code->forms, [](const SheetForm& form) {
              return form.column != sheetcolumn::controlForms &&
                     brenvolt::findNoCase(form.text, L"#data") != std::wstring::npos;

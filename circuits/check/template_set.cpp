@@ -4,6 +4,7 @@
 #include "simhost/drawing/drawing_file.h"
 #include "text/compare.h"
 #include "text/encoding.h"
+#include "text/numbers.h"
 
 #include <algorithm>
 #include <system_error>
@@ -46,6 +47,9 @@ std::vector<TemplateMarker> markersOf(const simhost::DrawingDatabase& drawing) {
     marker.code = attributeOf(store, *node, L"CODE").value_or(L"");
     marker.order = attributeOf(store, *node, L"ORDER");
     marker.misc1 = attributeOf(store, *node, L"MISC1");
+    marker.key = brenvolt::toUpper(marker.code);
+    marker.suffixKey = brenvolt::toUpper(marker.suffix());
+    marker.orderNumber = brenvolt::toDouble(marker.order.value_or(L""));
     markers.push_back(std::move(marker));
   }
   return markers;
@@ -54,11 +58,11 @@ std::vector<TemplateMarker> markersOf(const simhost::DrawingDatabase& drawing) {
 } // namespace
 
 bool TemplateMarker::isWire() const {
-  return brenvolt::toUpper(code.substr(0, 2)) == L"WT";
+  return key.starts_with(L"WT");
 }
 
 bool TemplateMarker::isGround() const {
-  return isWire() && brenvolt::toUpper(code).find(L'E', 2) != std::wstring::npos;
+  return isWire() && key.find(L'E', 2) != std::wstring::npos;
 }
 
 std::wstring TemplateMarker::suffix() const {
@@ -95,6 +99,8 @@ const TemplateDrawing& TemplateSet::read(const fs::path& path) {
   drawing.error = site_.shownText(loaded.error);
   drawing.drawing = std::move(loaded.drawing);
   if (drawing.drawing != nullptr) drawing.markers = markersOf(*drawing.drawing);
+  for (const TemplateMarker& marker : drawing.markers)
+    drawing.keys.insert(marker.key);
   return drawing;
 }
 
@@ -110,26 +116,31 @@ fs::path TemplateSet::find(std::wstring_view name) {
   return {};
 }
 
+const TemplateDrawing* TemplateSet::named(const std::wstring& name) {
+  const auto [place, isNew] = named_.try_emplace(name, nullptr);
+  if (!isNew) return place->second;
+  const fs::path path = find(name);
+  return place->second = path.empty() ? nullptr : &read(path);
+}
+
 void TemplateSet::addInserted(std::wstring_view sheet, fs::path path) {
   inserted_[brenvolt::toUpper(sheet)].insert(path.lexically_normal());
 }
 
 std::vector<const TemplateDrawing*> TemplateSet::templatesOf(const SheetModel& sheet) {
-  std::vector<fs::path> paths;
-  const auto add = [&paths](const fs::path& path) {
-    if (!path.empty() && std::ranges::find(paths, path) == paths.end()) paths.push_back(path);
+  std::vector<const TemplateDrawing*> drawings;
+  const auto add = [&drawings](const TemplateDrawing* drawing) {
+    if (drawing != nullptr && std::ranges::find(drawings, drawing) == drawings.end())
+      drawings.push_back(drawing);
   };
   for (const CircuitEntry& entry : site_.entries)
-    if (equalsOrdinalNoCase(entry.worksheet, sheet.name)) add(find(entry.drawing));
+    if (equalsOrdinalNoCase(entry.worksheet, sheet.name)) add(named(entry.drawing));
   for (const SheetCode& code : sheet.codes)
     for (const SheetForm& form : code.forms)
       for (const std::wstring& name : drawingNames(form))
-        add(find(name));
+        add(named(name));
   for (const fs::path& path : inserted_[brenvolt::toUpper(sheet.name)])
-    add(path);
-  std::vector<const TemplateDrawing*> drawings;
-  for (const fs::path& path : paths)
-    drawings.push_back(&read(path));
+    add(&read(path));
   return drawings;
 }
 

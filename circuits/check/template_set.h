@@ -21,6 +21,10 @@ struct TemplateMarker {
   std::wstring code;
   std::optional<std::wstring> order; ///< nothing when the reference has no such attribute
   std::optional<std::wstring> misc1;
+  // Derived once: many sheets use one template.
+  std::wstring key;         ///< CODE in upper case
+  std::wstring suffixKey;   ///< the suffix in upper case
+  double orderNumber = 0.0; ///< 0 without ORDER
 
   [[nodiscard]] bool isWire() const;   ///< CODE begins with WT
   [[nodiscard]] bool isGround() const; ///< a wire position of the grounding conductor
@@ -33,6 +37,7 @@ struct TemplateDrawing {
   std::unique_ptr<simhost::DrawingDatabase> drawing; ///< null for one that cannot be read
   std::wstring error;
   std::vector<TemplateMarker> markers; ///< of model space, in drawing order
+  std::set<std::wstring> keys;         ///< of its markers
 
   [[nodiscard]] FindingPlace place(const TemplateMarker& marker) const;
 };
@@ -52,10 +57,14 @@ public:
   [[nodiscard]] std::vector<const TemplateDrawing*> templatesOf(const SheetModel& sheet);
 
 private:
+  /// The drawing of this name; null when the site has none.
+  [[nodiscard]] const TemplateDrawing* named(const std::wstring& name);
+
   const SiteModel& site_;
   std::vector<std::filesystem::path> folders_;          ///< where drawings are looked for, in this order
   std::map<std::wstring, std::filesystem::path> found_; ///< by name
   std::map<std::filesystem::path, TemplateDrawing> drawings_;
+  std::map<std::wstring, const TemplateDrawing*, std::less<>> named_;
   std::map<std::wstring, std::set<std::filesystem::path>> inserted_; ///< by the sheet's upper-case name
 };
 

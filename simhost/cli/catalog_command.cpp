@@ -50,27 +50,31 @@ void printText(const brenvolt::ZanCircuitCatalog& list) {
 }
 
 /// What `check` finds in the workbook, its forms and its templates.
-circuits::CheckReport checkCatalogue(const CatalogOptions& options, const std::string& workbook) {
+circuits::CheckReport checkCatalogue(
+    const CatalogOptions& options, const std::string& workbook, const FindingLanguages& languages) {
   using circuits::CheckKind;
   circuits::CheckOptions check;
   check.site = std::filesystem::absolute(options.site.site).lexically_normal();
   check.workbook = workbook;
   check.kinds = {CheckKind::workbook, CheckKind::forms, CheckKind::templates};
   check.depth = circuits::CheckDepth::quick;
+  check.languages = languages.all();
   return circuits::checkSite(check);
 }
 
 ExitCode runCatalog(const CatalogOptions& options) {
   const std::string workbook = options.site.path();
   const brenvolt::ZanCircuitCatalog list = readCircuitList(workbook);
+  const FindingLanguages languages;
+  const circuits::FindingWords& words = languages.words({});
   circuits::CheckReport report;
-  if (options.isCheck) report = checkCatalogue(options, workbook);
+  if (options.isCheck) report = checkCatalogue(options, workbook, languages);
   if (options.asJson) {
-    const Json all = {{"circuits", circuitsJson(list)}, {"findings", findingsJson(report.findings)}};
+    const Json all = {{"circuits", circuitsJson(list)}, {"findings", findingsJson(report.findings, words)}};
     std::puts(jsonText(all, 2).c_str());
   } else {
     printText(list);
-    if (options.isCheck) printFindings(report);
+    if (options.isCheck) printFindings(report, words);
   }
   return report.findings.empty() ? ExitCode::done : ExitCode::findings;
 }

@@ -24,6 +24,7 @@ struct CheckCommandOptions {
   std::string site;
   std::string workbook;
   std::string module;
+  std::string language;
   std::vector<std::string> only;
   bool isQuick = false;
   bool asJson = false;
@@ -47,17 +48,21 @@ circuits::CheckOptions checkOptions(const CheckCommandOptions& options) {
 }
 
 ExitCode runCheck(const CheckCommandOptions& options) {
+  const FindingLanguages languages;
+  const circuits::FindingWords& words = languages.words(options.language);
   if (options.showsRules) {
-    std::printf("%s", toUtf8(circuits::rulesTable()).c_str());
+    std::printf("%s", toUtf8(circuits::rulesTable(words)).c_str());
     return ExitCode::done;
   }
-  const circuits::CheckReport report = circuits::checkSite(checkOptions(options));
+  circuits::CheckOptions check = checkOptions(options);
+  check.languages = languages.all();
+  const circuits::CheckReport report = circuits::checkSite(check);
   if (options.asJson) {
     const nlohmann::ordered_json all = {
-        {"findings", findingsJson(report.findings)}, {"allowed", findingsJson(report.allowed)}};
+        {"findings", findingsJson(report.findings, words)}, {"allowed", findingsJson(report.allowed, words)}};
     std::puts(jsonText(all, 2).c_str());
   } else {
-    printFindings(report);
+    printFindings(report, words);
   }
   return report.findings.empty() ? ExitCode::done : ExitCode::findings;
 }
@@ -91,6 +96,7 @@ CommandTable checkCommand() {
            {"--quick", &options->isQuick, "Do not build the circuits"},
            {"--json", &options->asJson, "Print as JSON"},
            {"--rules", &options->showsRules, "Print the table of all rules instead"},
+           {"--language", &options->language, "Two letters; default: from the environment", "CODE"},
            {"--module", &options->module, "The plug-in; default: ZanBrenvolt.kvx of the installation",
             "FILE"}},
       .footer = "The exit code is 0 for a site without findings, otherwise 5. Nothing is written.",

@@ -1,10 +1,15 @@
 #include "simhost/cli/finding_output.h"
 
+#include "simhost/host/errors.h"
+#include "simhost/host/program_files.h"
+#include "simhost/host/resource_module.h"
 #include "text/encoding.h"
 
 #include <nlohmann/json.hpp>
 
 #include <cstdio>
+#include <stdexcept>
+#include <utility>
 
 namespace simhost {
 
@@ -13,7 +18,7 @@ using Json = nlohmann::ordered_json;
 
 namespace {
 
-Json jsonOf(const circuits::Finding& finding) {
+Json jsonOf(const circuits::Finding& finding, const circuits::FindingWords& words) {
   const circuits::FindingPlace& place = finding.place;
   Json json = {
       {"severity", toUtf8(circuits::severityName(finding.rule->severity))},
@@ -29,7 +34,7 @@ Json jsonOf(const circuits::Finding& finding) {
   addText("columnName", place.columnName);
   addText("code", place.code);
   if (place.position) json["position"] = {place.position->first, place.position->second};
-  addText("place", circuits::placeText(place));
+  addText("place", circuits::placeText(place, words));
   addText("text", finding.text.text);
   if (finding.text.length > 0) {
     json["from"] = finding.text.from;
@@ -42,18 +47,42 @@ Json jsonOf(const circuits::Finding& finding) {
 
 } // namespace
 
-Json findingsJson(const std::vector<circuits::Finding>& findings) {
+FindingLanguages::FindingLanguages() {
+  try {
+    languages_ = circuits::readFindingWords(dataFolder("resources") / "rules");
+  } catch (const std::runtime_error& error) {
+    throw BadInput(error.what());
+  }
+}
+
+const circuits::FindingWords& FindingLanguages::words(std::string language) const {
+  if (language.empty()) language = languageOfEnvironment();
+  const auto found = languages_.find(language);
+  return found == languages_.end() ? english_ : found->second;
+}
+
+std::vector<circuits::FindingWords> FindingLanguages::all() const {
+  std::vector<circuits::FindingWords> words;
+  for (const auto& [language, each] : languages_)
+    words.push_back(each);
+  return words;
+}
+
+Json findingsJson(std::vector<circuits::Finding> findings, const circuits::FindingWords& words) {
+  circuits::translate(findings, words);
   Json list = Json::array();
   for (const circuits::Finding& finding : findings)
-    list.push_back(jsonOf(finding));
+    list.push_back(jsonOf(finding, words));
   return list;
 }
 
-void printFindings(const circuits::CheckReport& report) {
+void printFindings(circuits::CheckReport report, const circuits::FindingWords& words) {
+  circuits::translate(report.findings, words);
   for (const circuits::Finding& finding : report.findings)
-    std::printf("%s\n", toUtf8(circuits::findingText(finding)).c_str());
-  std::printf("%s", toUtf8(circuits::countsText(report.findings)).c_str());
-  if (!report.allowed.empty()) std::printf("; %zu allowed", report.allowed.size());
+    std::printf("%s\n", toUtf8(circuits::findingText(finding, words)).c_str());
+  std::printf("%s", toUtf8(circuits::countsText(report.findings, words)).c_str());
+  if (!report.allowed.empty())
+    std::printf("; %zu %s", report.allowed.size(), toUtf8(words.word(L"counts", L"allowed")).c_str());
   std::printf("\n");
 }
 

@@ -58,10 +58,10 @@ QString siteFingerprint(const QString& folder) {
   return QString::fromLatin1(QCryptographicHash::hash(all, QCryptographicHash::Sha1).toHex());
 }
 
-CheckPanel::CheckPanel(const HostTexts& texts, QString siteFolder, QWidget* parent)
-    : QWidget(parent), texts_(texts), siteFolder_(std::move(siteFolder)), run_(new QPushButton(this)),
-      severity_(new QComboBox(this)), rule_(new QComboBox(this)), state_(new QLabel(this)),
-      table_(new QTreeWidget(this)), process_(new QProcess(this)) {
+CheckPanel::CheckPanel(const HostTexts& texts, QString siteFolder, QString language, QWidget* parent)
+    : QWidget(parent), texts_(texts), siteFolder_(std::move(siteFolder)), language_(std::move(language)),
+      run_(new QPushButton(this)), severity_(new QComboBox(this)), rule_(new QComboBox(this)),
+      state_(new QLabel(this)), table_(new QTreeWidget(this)), process_(new QProcess(this)) {
   setObjectName(QStringLiteral("check"));
   run_->setObjectName(QStringLiteral("runCheck"));
   run_->setText(texts_(HostText::checkRun));
@@ -130,7 +130,8 @@ void CheckPanel::start() {
   state_->setText(texts_(HostText::checkRunning));
   process_->start(
       QCoreApplication::applicationDirPath() + QStringLiteral("/brenvolt"),
-      {QStringLiteral("check"), siteFolder_, QStringLiteral("--json")});
+      {QStringLiteral("check"), siteFolder_, QStringLiteral("--json"), QStringLiteral("--language"),
+       language_});
 }
 
 void CheckPanel::finish(int exitCode) {

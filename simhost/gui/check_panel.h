@@ -36,8 +36,8 @@ struct SiteFinding {
 
 class CheckPanel final : public QWidget {
 public:
-  /// With an empty folder nothing can be checked.
-  CheckPanel(const HostTexts& texts, QString siteFolder, QWidget* parent = nullptr);
+  /// With an empty folder nothing can be checked. `language`: two letters, of the findings.
+  CheckPanel(const HostTexts& texts, QString siteFolder, QString language, QWidget* parent = nullptr);
   ~CheckPanel() override;
 
   /// Checks in a process of its own, so that the window goes on, and a site that crashes or never ends harms nobody.
@@ -63,6 +63,7 @@ private:
 
   const HostTexts& texts_;
   QString siteFolder_;
+  QString language_;
   QPushButton* run_;
   QComboBox* severity_;
   QComboBox* rule_;

@@ -24,7 +24,8 @@ constexpr double shownAround = 60.0; ///< drawing units on each side of a place
 void MainWindow::buildCheckPanel() {
   const QString folder = QString::fromStdString(site_.session().options().siteFolder.string());
   const QString site = folder.isEmpty() ? QString() : QFileInfo(folder).absoluteFilePath();
-  checkPanel_ = new CheckPanel(texts_, site, this);
+  checkPanel_ =
+      new CheckPanel(texts_, site, QString::fromStdString(site_.session().options().language), this);
   auto* dock = new QDockWidget(texts_(HostText::checkTitle), this);
   dock->setObjectName(QStringLiteral("checkDock"));
   dock->setWidget(checkPanel_);

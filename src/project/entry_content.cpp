@@ -29,6 +29,8 @@ void appendMarker(XmlElement history, const EntryMarker& marker) {
     select.setAttribute(xmlname::uiPrompt, option.title);
     select.setAttribute(xmlname::uiValue, formatInt(option.value));
   }
+  for (const EntryRow& part : marker.parts)
+    appendRow(element, part);
   if (marker.rows.empty()) return;
   const XmlElement group = element.appendChild(xmlname::controlGroup);
   for (const EntryRow& row : marker.rows)

@@ -17,9 +17,9 @@ struct EntryOption {
   std::int32_t value = 0;
 };
 
-/// A row of a motor or load: its data, or one of its wires.
+/// A row of a motor or load, which is its data or one of its wires; or a part of the catalogue.
 struct EntryRow {
-  std::wstring element; ///< one of the setup elements of `xmlname`
+  std::wstring element; ///< one of the setup elements of `xmlname`, or its element of a part
   HistoryProperties properties;
 };
 
@@ -30,6 +30,8 @@ struct EntryMarker {
   int depth = 1;   ///< of the templates, 1 for the circuit's own
   std::vector<EntryOption> options;
   std::vector<EntryRow> rows;
+  std::vector<EntryRow>
+      parts{}; ///< in the order of the worksheet's tables: title, table, then the part's values
 };
 
 struct EntryContent {

@@ -22,6 +22,7 @@ inline constexpr std::wstring_view worksheet = L"Worksheet";
 inline constexpr std::wstring_view marker = L"Marker";
 inline constexpr std::wstring_view code = L"Code";
 inline constexpr std::wstring_view tag = L"Tag";
+inline constexpr std::wstring_view catalog = L"Catalog";
 inline constexpr std::wstring_view selectOption = L"SelectOption";
 inline constexpr std::wstring_view uiTitle = L"UI_TITLE";
 inline constexpr std::wstring_view uiPrompt = L"UI_PROMPT";
