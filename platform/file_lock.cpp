@@ -91,12 +91,14 @@ bool FileLock::open() {
   file_.reset(fileCalls().open(path_.c_str(), O_RDWR | O_CREAT | O_EXCL | O_CLOEXEC, 0666));
   // The leftovers of a killed program must not exclude others, whatever its own settings for new files were.
   if (file_.isOpen()) return ::fchmod(file_.number(), 0666) == 0;
+  // Another machine has replaced what the name stood for: as if the holder had just removed it.
+  if (errno == ESTALE) errno = EAGAIN;
   if (errno != EEXIST) return false;
   file_.reset(::open(path_.c_str(), O_RDWR | O_CLOEXEC | O_NOFOLLOW));
   if (!file_.isOpen() && errno == EACCES)
     file_.reset(::open(path_.c_str(), O_RDONLY | O_CLOEXEC | O_NOFOLLOW));
   // The holder removes the file at its end, possibly between the two attempts.
-  if (!file_.isOpen() && errno == ENOENT) errno = EAGAIN;
+  if (!file_.isOpen() && (errno == ENOENT || errno == ESTALE)) errno = EAGAIN;
   return file_.isOpen();
 }
 
@@ -110,7 +112,7 @@ void FileLock::acquire(std::chrono::milliseconds patience) {
     if (!isOpen && errno != EAGAIN) break;
     const bool isLocked = isOpen && ::flock(file_.number(), LOCK_EX | LOCK_NB) == 0;
     if (isLocked && isNamed(file_.number(), path_)) return;
-    if (isOpen && !isLocked && errno != EWOULDBLOCK && errno != EINTR) break;
+    if (isOpen && !isLocked && errno != EWOULDBLOCK && errno != EINTR && errno != ESTALE) break;
     if (Clock::now() >= end) {
       if (isOpen) holder_ = readHolder();
       fault_ =

@@ -2,11 +2,15 @@
 
 #include "text/encoding.h"
 
+#include <cerrno>
+#include <chrono>
 #include <cstdlib>
 #include <filesystem>
 #include <memory>
 #include <system_error>
+#include <thread>
 
+#include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -43,10 +47,18 @@ std::string parentFolder(const std::string& path) {
   return slash == 0 ? "/" : path.substr(0, slash);
 }
 
+void pauseForStaleName() {
+  std::this_thread::sleep_for(std::chrono::milliseconds(2));
+}
+
 bool isNamed(int descriptor, const std::string& path) {
   struct stat opened {};
   struct stat named {};
-  return ::fstat(descriptor, &opened) == 0 && ::lstat(path.c_str(), &named) == 0 &&
+  // A folder on the network may answer for a name from memory; opening goes to the server.
+  const Descriptor present(::open(path.c_str(), O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC));
+  if (!present.isOpen() && errno != EACCES) return false;
+  const int found = present.isOpen() ? ::fstat(present.number(), &named) : ::lstat(path.c_str(), &named);
+  return found == 0 && ::fstat(descriptor, &opened) == 0 && opened.st_nlink > 0 &&
          opened.st_dev == named.st_dev && opened.st_ino == named.st_ino;
 }
 

@@ -15,6 +15,11 @@ namespace brenvolt {
 /// "." for a name without a folder.
 [[nodiscard]] std::string parentFolder(const std::string& path);
 
+/// How often something is tried again when it fails because another machine has replaced a file of a network folder
+/// (ESTALE), with a short pause before each.
+inline constexpr int staleAttempts = 50;
+void pauseForStaleName();
+
 /// Whether an open file is the one that has this name now.
 [[nodiscard]] bool isNamed(int descriptor, const std::string& path);
 

@@ -78,10 +78,9 @@ void removeLeftovers(const std::string& target) {
 }
 
 /// False when another writer took the file for a leftover between its making and its locking.
-bool isOurs(int descriptor) {
-  struct stat status {};
+bool isOurs(int descriptor, const std::string& name) {
   if (::flock(descriptor, LOCK_EX | LOCK_NB) != 0 && errno == EWOULDBLOCK) return false;
-  return ::fstat(descriptor, &status) == 0 && status.st_nlink > 0;
+  return isNamed(descriptor, name);
 }
 
 /// Access lists and the like; what this file system or this user cannot have stays away.
@@ -109,18 +108,29 @@ bool syncFolder(const std::string& folder) {
   return fileCalls().sync(descriptor.number()) == 0 || errno == EINVAL || errno == ENOTSUP;
 }
 
-std::optional<std::wstring> obstacleAt(const std::string& target) {
+std::optional<std::wstring> obstacleNow(const std::string& target, int& fault) {
+  fault = 0;
   struct stat status {};
   if (::stat(target.c_str(), &status) == 0) {
     if (S_ISDIR(status.st_mode)) return L"is a folder";
     if (!S_ISREG(status.st_mode)) return L"is not a regular file";
     // Who takes every write permission away means everybody, an administrator too.
     if ((status.st_mode & (S_IWUSR | S_IWGRP | S_IWOTH)) == 0) return L"has no write permission";
-    if (::faccessat(AT_FDCWD, target.c_str(), W_OK, AT_EACCESS) != 0) return systemReason(errno);
+    if (::faccessat(AT_FDCWD, target.c_str(), W_OK, AT_EACCESS) != 0) return systemReason(fault = errno);
   }
   if (::faccessat(AT_FDCWD, parentFolder(target).c_str(), W_OK | X_OK, AT_EACCESS) != 0)
-    return L"its folder cannot be written: " + systemReason(errno);
+    return L"its folder cannot be written: " + systemReason(fault = errno);
   return std::nullopt;
+}
+
+std::optional<std::wstring> obstacleAt(const std::string& target) {
+  int fault = 0;
+  std::optional<std::wstring> obstacle = obstacleNow(target, fault);
+  for (int attempt = 0; fault == ESTALE && attempt < staleAttempts; ++attempt) {
+    pauseForStaleName();
+    obstacle = obstacleNow(target, fault);
+  }
+  return obstacle;
 }
 
 } // namespace
@@ -159,7 +169,7 @@ void FileReplacement::openBeside() {
     std::string name = start + std::to_string(attempt) + std::string(besideEnding);
     file_.reset(fileCalls().open(name.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, mode));
     if (!file_.isOpen() && errno != EEXIST) return;
-    if (!file_.isOpen() || !isOurs(file_.number())) continue;
+    if (!file_.isOpen() || !isOurs(file_.number(), name)) continue;
     beside_ = std::move(name);
     content_ = beside_;
     return;

@@ -18,10 +18,12 @@ inline HistoryKey keyOf(const std::wstring& name) {
 
 struct HistorySite {
   TemporaryFolder folder;
+  /// The folder as this program sees it: on a network each machine has its own mount.
+  std::filesystem::path seen = folder.path();
 
-  [[nodiscard]] std::filesystem::path file() const { return folder / "zan_brenvolt.xml"; }
+  [[nodiscard]] std::filesystem::path file() const { return seen / "zan_brenvolt.xml"; }
   [[nodiscard]] std::wstring path() const { return fromUtf8(file().string()); }
-  [[nodiscard]] std::wstring workbook() const { return fromUtf8((folder / "zan_brenvolt.xls").string()); }
+  [[nodiscard]] std::wstring workbook() const { return fromUtf8((seen / "zan_brenvolt.xls").string()); }
 
   /// Saves a configuration that has `value` as its one choice.
   [[nodiscard]] HistoryOutcome save(const std::wstring& name, const std::wstring& value = L"1") const {
