@@ -117,7 +117,9 @@ bool ZanDbReaderUtils::ResolveTable(
   name.clear();
   const std::wstring_view base = TableBaseName(kind);
   if (base.empty()) return false;
-  const std::vector<std::wstring> names = tableList();
+  std::vector<std::wstring> read;
+  if (!keptNames_) read = tableList();
+  const std::vector<std::wstring>& names = keptNames_ ? *keptNames_ : read;
 
   std::vector<std::wstring> candidates = {ComposeTableName(base, metal, standard, code)};
   if (!code.empty()) candidates.push_back(ComposeTableName(base, metal, standard, {}));
@@ -145,7 +147,9 @@ bool ZanDbReaderUtils::CheckTables(
     std::wstring_view metal, std::wstring_view standard, std::wstring_view code, MissingTables& missing,
     unsigned mask) const {
   missing = {};
-  const std::vector<std::wstring> names = tableList();
+  std::vector<std::wstring> read;
+  if (!keptNames_) read = tableList();
+  const std::vector<std::wstring>& names = keptNames_ ? *keptNames_ : read;
   const bool hasFallback = !code.empty() && !equalsOrdinalNoCase(code, defaultCode);
   for (const ZanTableKind kind : kindsOf(mask)) {
     const Family& family = *familyOf(kind);
