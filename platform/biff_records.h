@@ -28,6 +28,7 @@ enum Id : std::uint16_t {
   idRichString = 0x00D6,
   idDbCell = 0x00D7,
   idExtendedFormat = 0x00E0,
+  idMergedCells = 0x00E5,
   idSharedStrings = 0x00FC,
   idLabelShared = 0x00FD,
   idSharedStringIndex = 0x00FF,

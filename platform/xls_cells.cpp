@@ -71,6 +71,8 @@ private:
       return takeFormula(walk.body());
     case idString:
       return takeFormulaText(walk);
+    case idMergedCells:
+      return takeMerged(walk.body());
     default:
       return true;
     }
@@ -99,6 +101,19 @@ private:
     cell.kind = isWorkbookDate(value, cell.style, globals_.epoch) ? Kind::date : Kind::number;
     cell.value = std::bit_cast<std::uint64_t>(value);
     add(cell);
+  }
+
+  bool takeMerged(Bytes body) {
+    constexpr std::size_t areaBytes = 8;
+    if (body.size() < 2) return true;
+    const std::size_t count = std::min(std::size_t{readLe16(body.data())}, (body.size() - 2) / areaBytes);
+    for (std::size_t area = 0; area < count; ++area) {
+      const auto number = [at = body.data() + 2 + area * areaBytes](std::size_t place) {
+        return std::size_t{readLe16(at + 2 * place)};
+      };
+      sheet_.merged.push_back({number(0), number(1), number(2), number(3)});
+    }
+    return true;
   }
 
   bool takeShared(Bytes body) {

@@ -24,6 +24,15 @@ struct WorkbookCell {
   std::wstring text;
 };
 
+/// Cells that are shown as one: only the first of them has a value. Rows and columns count from 0, the last ones are of
+/// them.
+struct MergedCells {
+  std::size_t firstRow = 0;
+  std::size_t lastRow = 0;
+  std::size_t firstColumn = 0;
+  std::size_t lastColumn = 0;
+};
+
 /// How a sheet keeps its cells.
 struct SheetCells;
 
@@ -45,6 +54,7 @@ public:
   [[nodiscard]] double number(std::size_t row, std::size_t column) const;
   [[nodiscard]] std::wstring text(std::size_t row, std::size_t column) const;
   [[nodiscard]] WorkbookCell cell(std::size_t row, std::size_t column) const;
+  [[nodiscard]] const std::vector<MergedCells>& mergedCells() const;
 
 private:
   friend class WorkbookReader;

@@ -132,6 +132,10 @@ std::wstring WorkbookSheet::text(std::size_t row, std::size_t column) const {
   return {};
 }
 
+const std::vector<MergedCells>& WorkbookSheet::mergedCells() const {
+  return cells_->merged;
+}
+
 WorkbookCell WorkbookSheet::cell(std::size_t row, std::size_t column) const {
   return {kind(row, column), number(row, column), text(row, column)};
 }

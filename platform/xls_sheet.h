@@ -31,6 +31,7 @@ struct SheetCells {
   /// Where each row's cells start; one more at the end.
   std::vector<std::uint32_t> rowStarts;
   std::size_t columnCount = 0;
+  std::vector<MergedCells> merged;
 
   /// Brings the cells into order (of two at one place the later one stays) and builds the index.
   void arrange();

@@ -3,6 +3,7 @@
 
 #include "circuits/set/type_rules.h"
 #include "platform/tables.h"
+#include "platform/xls_reader.h"
 #include "simhost/host/errors.h"
 #include "simhost/site/open_database.h"
 #include "simhost/site/site_run.h"
@@ -193,6 +194,27 @@ std::vector<RawRow> readTable(const std::string& source) {
   return rows;
 }
 
+/// Cells that a workbook shows as one: only the first of them has a value, so the other rows would lose theirs unseen.
+void findMergedCells(const std::string& source, SetList& list) {
+  const auto [file, table] = tableOf(source);
+  brenvolt::WorkbookReader reader;
+  if (!file.ends_with(".xls") || !reader.open(fromUtf8(file))) return;
+  const std::optional<std::size_t> index =
+      table.empty() ? std::optional<std::size_t>(0) : reader.findSheet(fromUtf8(table));
+  const auto sheet = index ? reader.readSheet(*index) : std::nullopt;
+  if (!sheet) return;
+  for (const brenvolt::MergedCells& area : sheet->mergedCells()) {
+    const auto number = [](std::size_t row) {
+      return brenvolt::formatInt(static_cast<std::int64_t>(row) + 1);
+    };
+    list.faults.push_back(
+        {area.firstRow + 1, sheet->text(0, area.firstColumn),
+         L"its cell is merged with others, to row " + number(area.lastRow) + L" and column " +
+             number(area.lastColumn) +
+             L" of the sheet, so only the first has a value; give each row its own cell"});
+  }
+}
+
 /// "7,5" is 7.5; "1,000" can be both and is a fault.
 std::optional<std::wstring> numberText(const std::wstring& cell) {
   std::wstring text = cell;
@@ -315,6 +337,7 @@ SetList readSetList(
     rows = cutText(text, separatorOf(text), source);
   } else {
     rows = readTable(source);
+    findMergedCells(source, list);
   }
   if (rows.size() < 2) throw BadInput(source + ": holds no row below its header");
   if (rows.size() > rowLimit)
