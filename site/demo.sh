@@ -44,7 +44,7 @@ echo "saved configurations in $demo/zan_brenvolt.xml:"
 "$tool" history list --site site --workbook "$demo/zan_brenvolt.xls"
 
 # Findings, such as a code without sizing tables, are part of the sample: the set is there all the same.
-"$tool" set build site/lists/pump_station.csv --site site --out "$demo/set" --frame A2 --title "PUMP STATION" \
+"$tool" set build site/lists/pump_station.csv --site site --out "$demo/set" --frame A2 --scale 0.8 --title "PUMP STATION" \
   --date 2026-01-31 --revision A || [ $? -eq 5 ]
 "$tool" print "$demo"/set/sheets/*.json --pdf "$demo/set/pump_station.pdf" --title "PUMP STATION" \
   --list sheets --list motors --list parts --list cables --list terminals --list wires

@@ -2,9 +2,11 @@
 #include "circuits/building/circuit_parts.h"
 
 #include "circuits/building/row_configurations.h"
+#include "circuits/building/worker_processes.h"
 #include "circuits/provenance/circuit_objects.h"
 #include "circuits/set/label_places.h"
 #include "circuits/set/numbering.h"
+#include "circuits/set/part_outline.h"
 #include "simhost/drawing/drawing_file.h"
 #include "simhost/host/errors.h"
 #include "simhost/host/files.h"
@@ -16,9 +18,6 @@
 #include "text/encoding.h"
 #include "text/numbers.h"
 
-#include <poll.h>
-#include <sys/prctl.h>
-#include <sys/wait.h>
 #include <unistd.h>
 
 #include <algorithm>
@@ -26,8 +25,6 @@
 #include <cerrno>
 #include <csignal>
 #include <cstdint>
-#include <cstdio>
-#include <exception>
 #include <memory>
 #include <system_error>
 #include <utility>
@@ -48,6 +45,23 @@ namespace {
 
 /// Called for each net of a circuit; a site without it gets no labels.
 constexpr std::wstring_view labelFunction = L"site-label-net";
+
+/// Called for each end of a wire that meets nothing; a site without it leaves them so.
+constexpr std::wstring_view goesOnFunction = L"site-wire-goes-on";
+
+/// What is drawn meanwhile belongs to the circuit.
+class StampedDrawing final {
+public:
+  StampedDrawing(DrawingDatabase& drawing, simhost::Provenance stamp) : drawing_(drawing) {
+    drawing.setStamp(std::move(stamp));
+  }
+  StampedDrawing(const StampedDrawing&) = delete;
+  StampedDrawing& operator=(const StampedDrawing&) = delete;
+  ~StampedDrawing() { drawing_.setStamp({}); }
+
+private:
+  DrawingDatabase& drawing_;
+};
 
 std::wstring lispText(std::wstring_view text) {
   return lisp::printValue(lisp::Value::string(std::wstring(text)), lisp::PrintStyle::readable);
@@ -88,21 +102,22 @@ void removeFormerWork(const fs::path& folder) {
 
 class PartBuilder final {
 public:
-  PartBuilder(const PartOptions& options, const SetParts& parts, std::size_t builds)
+  PartBuilder(const PartOptions& options, const SetParts& parts)
       : options_(options), parts_(parts),
         configurations_(
             parts.folder().parent_path() / (workName() + std::to_string(::getpid())),
             options.settings.workbook),
-        windows_(refusals(builds), "a set is built without questions"),
-        site_(
-            {options.settings.site,
-             {},
-             {},
-             options.module,
-             options.language,
-             SiteRunOptions::UnnamedSettings::memory,
-             {}},
-            windows_) {}
+        windows_({}, "a set is built without questions"), site_(
+                                                              {options.settings.site,
+                                                               {},
+                                                               {},
+                                                               options.module,
+                                                               options.language,
+                                                               SiteRunOptions::UnnamedSettings::memory,
+                                                               {}},
+                                                              windows_) {
+    refuseForeignTables(site_.session());
+  }
 
   /// Throws BadInput and CannotWrite.
   void build(const SetCircuit& circuit) {
@@ -115,12 +130,16 @@ public:
     numberContacts(drawing);
     labelNets(site_, drawing, objects.front().id);
     keepRow(drawing, objects.front().id, circuit, circuit.tag);
-    const std::string reason =
-        simhost::replaceFile(parts_.drawingOf(circuit), simhost::drawingToJson(drawing));
-    if (!reason.empty()) throw CannotWrite(reason);
+    // The drawing last: a part is there when its drawing is.
+    write(parts_.outlineOf(circuit), outlineText(outlineOf(drawing)));
+    write(parts_.drawingOf(circuit), simhost::drawingToJson(drawing));
   }
 
 private:
+  static void write(const fs::path& file, std::string_view bytes) {
+    const std::string reason = simhost::replaceFile(file, bytes);
+    if (!reason.empty()) throw CannotWrite(reason);
+  }
   [[nodiscard]] std::string lastLine() const {
     return windows_.failure().empty() ? std::string() : ": " + toUtf8(windows_.failure());
   }
@@ -132,80 +151,11 @@ private:
   SiteRun site_;
 };
 
-/// Lines that a process sends: the place of a circuit, and after a tab why it failed.
-void buildShare(
-    const std::vector<SetCircuit>& circuits, const std::vector<std::size_t>& share, const SetParts& parts,
-    const PartOptions& options, int pipe) {
-  const auto send = [pipe](std::string line) {
-    std::replace(line.begin(), line.end(), '\n', ' ');
-    line += '\n';
-    for (std::size_t sent = 0; sent < line.size();) {
-      const ssize_t count = ::write(pipe, line.data() + sent, line.size() - sent);
-      if (count < 0 && errno == EINTR) continue;
-      if (count <= 0) ::_exit(1);
-      sent += static_cast<std::size_t>(count);
-    }
-  };
-  std::unique_ptr<PartBuilder> builder;
-  for (const std::size_t place : share) {
-    std::string reason;
-    try {
-      if (builder == nullptr) builder = std::make_unique<PartBuilder>(options, parts, share.size());
-      builder->build(circuits[place]);
-    } catch (const std::exception& error) {
-      reason = std::string("\t") + error.what();
-      builder.reset(); // a host that failed may not be asked again
-    }
-    send(std::to_string(place) + reason);
-    if (!reason.empty() && !options.keepsGoing) break;
-  }
-}
-
-struct Worker {
-  pid_t process = -1;
-  int pipe = -1;
-  std::string text;
-};
-
-Worker startWorker(
-    const std::vector<SetCircuit>& circuits, const std::vector<std::size_t>& share, const SetParts& parts,
-    const PartOptions& options) {
-  std::array<int, 2> ends{};
-  if (::pipe(ends.data()) != 0) throw CannotWrite("no pipe to a further process can be made");
-  std::fflush(nullptr);
-  const pid_t process = ::fork();
-  if (process < 0) throw CannotWrite("no further process can be made");
-  if (process == 0) {
-    ::close(ends[0]);
-    ::prctl(PR_SET_PDEATHSIG, SIGTERM); // nobody waits for parts when the run has been ended
-    // What LISP prints belongs to no single circuit's reader.
-    if (std::freopen("/dev/null", "w", stdout) == nullptr) ::_exit(1);
-    buildShare(circuits, share, parts, options, ends[1]);
-    ::_exit(0);
-  }
-  ::close(ends[1]);
-  return {process, ends[0], {}};
-}
-
 } // namespace
 
-/// The one question of a build without dialogs: whether tables of another code shall size the components. They shall
-/// not: what has no figure of its own code is reported.
-std::vector<simhost::AnswerStep> refusals(std::size_t builds) {
-  simhost::AnswerStep step;
-  step.dialog = "ZanBrenvolt.MotorITableNotFound";
+void refuseForeignTables(simhost::Session& session) {
   constexpr int stop = 2;
-  simhost::AnswerAction press;
-  press.verb = "press";
-  press.subject = std::to_string(stop);
-  press.number = stop;
-  step.actions.push_back(std::move(press));
-  std::vector<simhost::AnswerStep> steps;
-  for (std::size_t number = 1; number <= builds; ++number) {
-    step.number = number;
-    steps.push_back(step);
-  }
-  return steps;
+  session.answerAlways(L"ZanBrenvolt.MotorITableNotFound", {stop, {}});
 }
 
 namespace {
@@ -221,14 +171,37 @@ std::vector<KvDbHandle> entitiesBehind(const DrawingDatabase& drawing, const sim
 
 } // namespace
 
+namespace {
+
+/// Has the site draw where the circuit's wires go on.
+void endWires(SiteRun& site, DrawingDatabase& drawing, const Netlist& netlist, const std::wstring& circuit) {
+  if (!site.interpreter().findFunction(goesOnFunction)) return;
+  const std::vector<OpenEnd> ends = openEnds(drawing, netlist, circuit);
+  const StampedDrawing stamp(drawing, {circuit, std::wstring(lineEndCode)});
+  for (const OpenEnd& end : ends) {
+    const std::array arguments = {
+        lisp::Value::string(end.number), lisp::makePoint(end.position.x, end.position.y, 0.0),
+        lisp::Value::real(end.degrees), lisp::Value::string(end.colour), lisp::Value::string(end.size)};
+    try {
+      static_cast<void>(site.interpreter().call(goesOnFunction, arguments));
+    } catch (const lisp::LispError& error) {
+      throw BadInput(error.what());
+    }
+  }
+}
+
+} // namespace
+
 void labelNets(SiteRun& site, DrawingDatabase& drawing, const std::wstring& circuit) {
+  const Netlist netlist = readNetlist(drawing);
+  endWires(site, drawing, netlist, circuit);
   if (!site.interpreter().findFunction(labelFunction)) return;
-  const std::vector<NetLabel> labels = netLabels(drawing, readNetlist(drawing), circuit);
+  const std::vector<NetLabel> labels = netLabels(drawing, netlist, circuit);
   std::vector<lisp::Value> used;
   for (const NetLabel& label : labels)
     if (!label.number.empty()) used.push_back(lisp::Value::string(label.number));
   // The labels are part of the circuit: they move and go with it.
-  drawing.setStamp(simhost::Provenance{circuit, std::wstring(labelCode)});
+  const StampedDrawing stamp(drawing, {circuit, std::wstring(labelCode)});
   LabelPlaces places(drawing);
   for (const NetLabel& label : labels) {
     const std::array arguments = {
@@ -245,11 +218,9 @@ void labelNets(SiteRun& site, DrawingDatabase& drawing, const std::wstring& circ
       places.place(entitiesBehind(drawing, last), label.place, label.wires);
       if (label.needsNumber && number.isString()) used.push_back(number);
     } catch (const lisp::LispError& error) {
-      drawing.setStamp({});
       throw BadInput(error.what());
     }
   }
-  drawing.setStamp({});
 }
 
 std::wstring buildForm(const SetCircuit& circuit, const std::string& workbook, const KvPoint3d& at) {
@@ -262,6 +233,9 @@ std::wstring buildForm(const SetCircuit& circuit, const std::string& workbook, c
     form += setForm(
         L"SITE_DESC" + brenvolt::formatInt(static_cast<std::int64_t>(place) + 1),
         circuit.descriptions[place]);
+  form += L"(setq GBL_qn_bv_data (append (sublist GBL_qn_bv_data 0 2) (list " +
+          lisp::printReal(circuit.scale) + L") (sublist GBL_qn_bv_data 3 5) (list " +
+          lisp::printReal(circuit.componentScale) + L") (nthcdr 6 GBL_qn_bv_data)))";
   form += L"(site-build";
   // The row has a configuration of its own.
   const bool startsElsewhere = !circuit.configuration.empty();
@@ -322,6 +296,10 @@ fs::path SetParts::drawingOf(const SetCircuit& circuit) const {
   return folder_ / (digestOf(basis_ + toUtf8(circuit.fingerprint())) + ".json");
 }
 
+fs::path SetParts::outlineOf(const SetCircuit& circuit) const {
+  return drawingOf(circuit).replace_extension(".outline");
+}
+
 std::vector<PartFailure> buildParts(
     const std::vector<SetCircuit>& circuits, const std::vector<std::size_t>& wanted, const SetParts& parts,
     const PartOptions& options) {
@@ -337,49 +315,25 @@ std::vector<PartFailure> buildParts(
   // Once, and not by each process at the same time.
   if (fs::is_directory(fs::path(options.settings.site) / "tables", error))
     static_cast<void>(simhost::siteDatabase(options.settings.site));
-  const std::size_t jobs = std::min(missing.size(), static_cast<std::size_t>(std::max(options.jobs, 1)));
-  std::vector<Worker> workers;
-  for (std::size_t job = 0; job < jobs; ++job) {
-    std::vector<std::size_t> share;
-    for (std::size_t place = job; place < missing.size(); place += jobs)
-      share.push_back(missing[place]);
-    workers.push_back(startWorker(circuits, share, parts, options));
-  }
   std::size_t done = 0;
-  bool hasBroken = false;
-  while (std::any_of(workers.begin(), workers.end(), [](const Worker& worker) { return worker.pipe >= 0; })) {
-    std::vector<pollfd> waits;
-    for (const Worker& worker : workers)
-      waits.push_back({worker.pipe, POLLIN, 0});
-    if (::poll(waits.data(), waits.size(), -1) < 0 && errno != EINTR) break;
-    for (std::size_t index = 0; index < workers.size(); ++index) {
-      Worker& worker = workers[index];
-      if (worker.pipe < 0 || waits[index].revents == 0) continue;
-      std::array<char, 4096> buffer{};
-      const ssize_t count = ::read(worker.pipe, buffer.data(), buffer.size());
-      if (count < 0 && errno == EINTR) continue;
-      if (count <= 0) {
-        ::close(worker.pipe);
-        worker.pipe = -1;
-        int status = 0;
-        ::waitpid(worker.process, &status, 0);
-        if (!WIFEXITED(status) || WEXITSTATUS(status) != 0) hasBroken = true;
-        continue;
-      }
-      worker.text.append(buffer.data(), static_cast<std::size_t>(count));
-      for (std::size_t end = worker.text.find('\n'); end != std::string::npos; end = worker.text.find('\n')) {
-        const std::string line = worker.text.substr(0, end);
-        worker.text.erase(0, end + 1);
-        const std::size_t tab = line.find('\t');
-        if (tab != std::string::npos) failures.push_back({std::stoul(line), line.substr(tab + 1)});
-        ++done;
-        if (options.progress) options.progress(done, missing.size());
-      }
-    }
-  }
+  ProcessWork work;
+  work.processes = options.jobs;
+  work.stopsAtFailure = !options.keepsGoing;
+  work.begin = [&] {
+    const auto builder = std::make_shared<PartBuilder>(options, parts);
+    return [&circuits, builder](std::size_t place) {
+      builder->build(circuits[place]);
+      return std::string();
+    };
+  };
+  work.take = [&](PieceResult result) {
+    std::replace(result.text.begin(), result.text.end(), '\n', ' ');
+    if (result.hasFailed) failures.push_back({result.piece, std::move(result.text)});
+    ++done;
+    if (options.progress) options.progress(done, missing.size());
+  };
+  runProcesses(missing, work);
   removeFormerWork(parts.folder().parent_path());
-  if (hasBroken)
-    throw CannotWrite("a process that built circuits ended before its time; what is whole has been kept");
   std::sort(failures.begin(), failures.end(), [](const PartFailure& one, const PartFailure& other) {
     return one.circuit < other.circuit;
   });

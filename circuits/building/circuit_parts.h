@@ -4,7 +4,6 @@
 
 #include "circuits/building/circuit_rows.h"
 #include "simhost/site/site_run.h"
-#include "simhost/ui/answers.h"
 
 #include <cstddef>
 #include <filesystem>
@@ -22,6 +21,8 @@ public:
   SetParts(std::filesystem::path folder, std::string basis)
       : folder_(std::move(folder)), basis_(std::move(basis)) {}
   [[nodiscard]] std::filesystem::path drawingOf(const SetCircuit& circuit) const;
+  /// What placing needs to know of it; it may be missing, and is made from the drawing then.
+  [[nodiscard]] std::filesystem::path outlineOf(const SetCircuit& circuit) const;
   [[nodiscard]] const std::filesystem::path& folder() const { return folder_; }
 
 private:
@@ -29,9 +30,11 @@ private:
   std::string basis_;
 };
 
-/// The CODE under which labels of nets are marked.
+/// The CODEs under which labels of nets are marked, and symbols where wires go on.
 inline constexpr std::wstring_view labelCode = L"LABEL";
-/// Has the site's LISP number and label the nets of a circuit. Throws BadInput when it fails.
+inline constexpr std::wstring_view lineEndCode = L"SUPPLY";
+/// Has the site's LISP draw where the wires of a circuit go on, and number and label its nets. Throws BadInput when it
+/// fails.
 void labelNets(simhost::SiteRun& site, simhost::DrawingDatabase& drawing, const std::wstring& circuit);
 
 /// Has the drawing keep of the circuit what the list says beside what its build left.
@@ -62,8 +65,9 @@ struct PartOptions {
   std::function<void(std::size_t done, std::size_t all)> progress; ///< may be empty
 };
 
-/// Answers of a build that asks nobody; see the source.
-[[nodiscard]] std::vector<simhost::AnswerStep> refusals(std::size_t builds);
+/// The one question of a build without dialogs: whether tables of another code shall size the components. From now on
+/// they do not, however often a build asks: what has no figure of its own code is reported.
+void refuseForeignTables(simhost::Session& session);
 
 /// Builds the parts that are missing. Without `keepsGoing` nothing more is begun after a failure. Throws CannotWrite
 /// when a process cannot be made or ends by itself.

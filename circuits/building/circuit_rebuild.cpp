@@ -6,8 +6,10 @@
 #include "circuits/reports/drawing_reports.h"
 #include "circuits/set/cross_references.h"
 #include "circuits/set/numbering.h"
+#include "simhost/drawing/circuit_seal.h"
 #include "simhost/host/errors.h"
 #include "simhost/host/session.h"
+#include "simhost/lisp/evaluator.h"
 #include "text/compare.h"
 #include "text/encoding.h"
 #include "text/numbers.h"
@@ -149,6 +151,29 @@ TerminalNumbers numbersOf(const DrawingDatabase& drawing, const std::wstring& id
   return numbers;
 }
 
+/// Where each line of the circuit is before and next, by the line.
+std::map<std::wstring, std::wstring> lineReferencesOf(
+    const DrawingDatabase& drawing, const std::wstring& id) {
+  std::map<std::wstring, std::wstring> references;
+  const Netlist netlist = readNetlist(drawing);
+  for (const auto& [line, symbol] : lineSymbols(netlist))
+    if (const auto origin = simhost::provenanceOf(drawing.find(symbol)->value);
+        origin && origin->circuit == id)
+      references[line] = attributeText(drawing, symbol, lineReferenceTag);
+  return references;
+}
+
+/// The lines come from and go to where they did.
+void keepLineReferences(
+    DrawingDatabase& drawing, const std::wstring& id, const std::map<std::wstring, std::wstring>& former) {
+  const Netlist netlist = readNetlist(drawing);
+  for (const auto& [line, symbol] : lineSymbols(netlist))
+    if (const auto origin = simhost::provenanceOf(drawing.find(symbol)->value);
+        origin && origin->circuit == id)
+      if (const auto known = former.find(line); known != former.end())
+        setAttribute(drawing, symbol, lineReferenceTag, known->second);
+}
+
 std::map<std::wstring, int> highestNumbers(const DrawingDatabase& drawing) {
   std::map<std::wstring, int> highest;
   for (const CircuitObject& circuit : circuitsOf(drawing))
@@ -186,6 +211,9 @@ KvPoint3d pointOf(const CircuitObject& circuit) {
 /// What the site knew of the circuit by variables of the drawing when it was built.
 void takeSiteVariables(SetCircuit& row, const CircuitObject& circuit, const RebuildRequest& request) {
   const auto text = [&circuit](const wchar_t* name) { return circuitField(circuit.fields, name); };
+  for (const auto& [name, scale] :
+       {std::pair{L"scale", &row.scale}, {L"component-scale", &row.componentScale}})
+    if (const double drawn = brenvolt::toDouble(text(name)); drawn > 0.0) *scale = drawn;
   const auto isChosen = [&request](SetField field) {
     const wchar_t* name = setFields()[static_cast<std::size_t>(field)].name;
     return std::any_of(request.choices.begin(), request.choices.end(), [name](const auto& choice) {
@@ -218,6 +246,21 @@ public:
 private:
   DrawingDatabase& drawing_;
   std::vector<std::pair<std::wstring, simhost::VariableValue>> former_;
+};
+
+/// What the parent product says of builds, as it was: the scales of this one are not those of the next.
+class BuildData final {
+public:
+  explicit BuildData(simhost::lisp::Interpreter& interpreter)
+      : interpreter_(interpreter), former_(interpreter.value(name)) {}
+  BuildData(const BuildData&) = delete;
+  BuildData& operator=(const BuildData&) = delete;
+  ~BuildData() { interpreter_.setValue(name, former_); }
+
+private:
+  static constexpr std::wstring_view name = L"GBL_qn_bv_data";
+  simhost::lisp::Interpreter& interpreter_;
+  simhost::lisp::Value former_;
 };
 
 /// All changes of the drawing since, taken back unless they are kept.
@@ -263,8 +306,8 @@ void drawOwnReferences(DrawingDatabase& drawing, const std::wstring& circuit) {
   const Sheet sheet = readSheet(drawing, {});
   if (!zones.exist()) return;
   SymbolPlaces places;
-  addSymbolPlaces(places, symbolsOf(drawing), sheet.number, zones, {});
-  drawReferences(drawing, places, circuit);
+  addSymbolPlaces(places, symbolsOf(drawing, sheet.netlist), sheet.number, zones, {});
+  drawReferences(drawing, sheet.netlist, places, circuit);
 }
 
 DrawingDatabase& drawingOf(simhost::SiteRun& run) {
@@ -273,10 +316,16 @@ DrawingDatabase& drawingOf(simhost::SiteRun& run) {
 
 } // namespace
 
-std::wstring rebuildWarning(const CircuitObject& circuit) {
-  return circuit.name() + L": the circuit is drawn again from its choices and its wires are sized again. "
-                          L"What was changed in it "
-                          L"by hand is lost.";
+std::wstring rebuildWarning(const DrawingDatabase& drawing, const CircuitObject& circuit) {
+  const std::optional<bool> isChanged = simhost::isChangedSinceBuilt(drawing, circuit.id);
+  if (!isChanged)
+    return circuit.name() +
+           L": the circuit was drawn again from its choices. The drawing does not say whether it "
+           L"had been changed by hand; such changes are lost.";
+  if (!*isChanged) return {};
+  return circuit.name() + L": the circuit had been changed since it was built. It was drawn again from its "
+                          L"choices and its wires "
+                          L"were sized again: what was changed by hand is lost.";
 }
 
 void rebuildCircuit(simhost::SiteRun& run, const RebuildRequest& request) {
@@ -285,8 +334,10 @@ void rebuildCircuit(simhost::SiteRun& run, const RebuildRequest& request) {
   SetCircuit row = resolved(request, circuit, run.session());
   takeSiteVariables(row, circuit, request);
   const TerminalNumbers terminals = numbersOf(drawing, circuit.id);
+  const auto lineReferences = lineReferencesOf(drawing, circuit.id);
   const std::map<std::wstring, int> highest = highestNumbers(drawing);
   SiteVariables variables(drawing);
+  const BuildData buildData(run.interpreter());
   AllOrNothing changes(drawing.undoLog());
   eraseCircuit(drawing, circuit);
   run.session().circuits().continueCircuit(circuit.id);
@@ -295,9 +346,11 @@ void rebuildCircuit(simhost::SiteRun& run, const RebuildRequest& request) {
   if (const std::wstring tag = circuitField(circuit.fields, L"tag"); !tag.empty()) {
     labelNets(run, drawing, circuit.id);
     keepTerminalNumbers(drawing, circuit.id, terminals, highest);
+    keepLineReferences(drawing, circuit.id, lineReferences);
     keepRow(drawing, circuit.id, row, tag);
     drawOwnReferences(drawing, circuit.id);
   }
+  simhost::sealCircuit(drawing, circuit.id);
   variables.restore();
   changes.keep();
 }
@@ -317,6 +370,7 @@ std::wstring copyCircuit(
   row.number = count == nullptr ? row.number + 1 : static_cast<std::size_t>(*count) + 1;
   const std::map<std::wstring, int> highest = highestNumbers(drawing);
   const std::vector<CircuitObject> before = circuitsOf(drawing);
+  const BuildData buildData(run.interpreter());
   AllOrNothing changes(drawing.undoLog());
   build(run, request, row, at);
   numberContacts(drawing);
@@ -330,6 +384,7 @@ std::wstring copyCircuit(
     keepRow(drawing, id, row, tag);
     drawOwnReferences(drawing, id);
   }
+  simhost::sealCircuit(drawing, id);
   changes.keep();
   return id;
 }

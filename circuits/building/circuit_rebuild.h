@@ -29,8 +29,9 @@ struct RebuildRequest {
   std::vector<std::pair<std::wstring, std::wstring>> choices{};
 };
 
-/// What the user has to agree to before the circuit is built again.
-[[nodiscard]] std::wstring rebuildWarning(const CircuitObject& circuit);
+/// What is lost when the circuit is built again; empty where it is as it was built.
+[[nodiscard]] std::wstring rebuildWarning(
+    const simhost::DrawingDatabase& drawing, const CircuitObject& circuit);
 
 /// Builds the circuit again in the run's current drawing. It keeps its id, tags and terminal numbers. Throws BadInput
 /// with all reasons, a line each, and the drawing is as before then.

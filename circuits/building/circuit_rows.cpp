@@ -111,6 +111,7 @@ private:
   SetCircuit resolve(const SetRow& row) {
     SetCircuit circuit;
     circuit.row = row.number;
+    circuit.scale = circuit.componentScale = settings_.scale;
     circuit.tag = row[SetField::tag];
     circuit.name = circuit.tag;
     circuit.circuit = row[SetField::circuit];
@@ -530,6 +531,8 @@ std::wstring SetCircuit::fingerprint() const {
       add(code + L'=' + brenvolt::formatInt(option.value));
   for (const std::wstring& text : descriptions)
     add(text);
+  for (const double factor : {scale, componentScale})
+    if (factor != 1.0) add(brenvolt::formatShortest(factor));
   return all;
 }
 

@@ -46,6 +46,8 @@ struct SetCircuit {
   std::wstring installation;
   std::wstring location;
   std::vector<std::wstring> descriptions;
+  double scale = 1.0;          ///< of the circuit
+  double componentScale = 1.0; ///< of its symbols and texts
 
   /// All of it as one text, for a part that is kept until something of it changes.
   [[nodiscard]] std::wstring fingerprint() const;
@@ -57,6 +59,7 @@ struct SetSettings {
   std::string standardCode = simhost::assumedStandard;
   /// Which wire size is taken: that which the lookup proposes, or that which a build takes unattended.
   enum class Sizing { lookup, build } sizing = Sizing::lookup;
+  double scale = 1.0; ///< of circuits and their components
   /// Runs already, so that tables are read in it; null for a session of the resolver's own.
   simhost::Session* running = nullptr;
 };

@@ -22,6 +22,8 @@ namespace circuits {
 
 /// The family of terminals.
 inline constexpr std::wstring_view terminalFamily = L"TRMS";
+/// The family of symbols that stand at the end of a wire and say where it goes on: TAG1 names the supply, the pin its line.
+inline constexpr std::wstring_view sourceFamily = L"SRC";
 /// What the parent product leaves on a motor or load: its data, and its wires.
 inline constexpr std::wstring_view paramsApplication = L"ORL_QN_BV_CIRCPARAMS";
 inline constexpr std::wstring_view wiresApplication = L"ORL_QN_BV_CIRCPARAMS2";

@@ -8,6 +8,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 namespace circuits {
@@ -38,15 +39,28 @@ struct ReportColumn {
 };
 
 /// A cell without a value is something that the drawings do not say.
+using ReportRow = std::vector<std::optional<std::wstring>>;
 struct Report {
   std::wstring title{};
   std::vector<ReportColumn> columns{};
-  std::vector<std::vector<std::optional<std::wstring>>> rows{};
+  std::vector<ReportRow> rows{};
   /// What the reader of the list has to know: what is missing in it and why, a sentence each.
   std::vector<std::wstring> notes{};
 };
 
 [[nodiscard]] Report makeReport(ReportKind kind, const std::vector<Sheet>& sheets);
+
+/// The lists of many drawings, of each of which only its rows are kept.
+class SheetLists final {
+public:
+  /// What all lists need of a sheet, as bytes: another process may have read it.
+  [[nodiscard]] static std::string rowsOf(const Sheet& sheet);
+  void add(std::string rows) { sheets_.push_back(std::move(rows)); }
+  [[nodiscard]] Report report(ReportKind kind) const;
+
+private:
+  std::vector<std::string> sheets_;
+};
 
 /// Columns, their order, and the columns by which rows are sorted; what is empty leaves the report as it is.
 struct ReportLayout {

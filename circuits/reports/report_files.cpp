@@ -7,6 +7,7 @@
 #include <nlohmann/json.hpp>
 
 #include <algorithm>
+#include <utility>
 
 namespace circuits {
 
@@ -78,30 +79,38 @@ std::string htmlText(std::wstring_view text) {
 
 } // namespace
 
-std::string reportPage(const std::vector<Report>& reports) {
-  std::string page =
-      "<!DOCTYPE html>\n<html><head><meta charset=\"utf-8\"><title>" +
-      htmlText(reports.empty() ? L"" : reports.front().title) +
-      "</title>\n<style>body{font-family:sans-serif;font-size:10pt}"
-      "table{border-collapse:collapse}td,th{border:1px solid #888;padding:2px 6px;text-align:left}"
-      "td.n{text-align:right}</style></head><body>\n";
-  for (const Report& report : reports) {
-    page += "<h1>" + htmlText(report.title) + "</h1>\n<table><thead><tr>";
-    for (const ReportColumn& column : report.columns)
-      page += "<th>" + htmlText(column.title) + "</th>";
-    page += "</tr></thead><tbody>\n";
-    for (const auto& row : report.rows) {
-      page += "<tr>";
-      for (std::size_t column = 0; column < row.size(); ++column)
-        page += (report.columns[column].isNumber ? "<td class=\"n\">" : "<td>") +
-                htmlText(row[column].value_or(std::wstring())) + "</td>";
-      page += "</tr>\n";
-    }
-    page += "</tbody></table>\n";
-    for (const std::wstring& note : report.notes)
-      page += "<p>" + htmlText(note) + "</p>\n";
+void ReportPage::add(const Report& report) {
+  if (text_.empty())
+    text_ = "<!DOCTYPE html>\n<html><head><meta charset=\"utf-8\"><title>" + htmlText(report.title) +
+            "</title>\n<style>body{font-family:sans-serif;font-size:10pt}"
+            "table{border-collapse:collapse}td,th{border:1px solid #888;padding:2px 6px;text-align:left}"
+            "td.n{text-align:right}</style></head><body>\n";
+  text_ += "<h1>" + htmlText(report.title) + "</h1>\n<table><thead><tr>";
+  for (const ReportColumn& column : report.columns)
+    text_ += "<th>" + htmlText(column.title) + "</th>";
+  text_ += "</tr></thead><tbody>\n";
+  for (const auto& row : report.rows) {
+    text_ += "<tr>";
+    for (std::size_t column = 0; column < row.size(); ++column)
+      text_ += (report.columns[column].isNumber ? "<td class=\"n\">" : "<td>") +
+               htmlText(row[column].value_or(std::wstring())) + "</td>";
+    text_ += "</tr>\n";
   }
-  return page + "</body></html>\n";
+  text_ += "</tbody></table>\n";
+  for (const std::wstring& note : report.notes)
+    text_ += "<p>" + htmlText(note) + "</p>\n";
+}
+
+std::string ReportPage::text() {
+  text_ += "</body></html>\n";
+  return std::move(text_);
+}
+
+std::string reportPage(const std::vector<Report>& reports) {
+  ReportPage page;
+  for (const Report& report : reports)
+    page.add(report);
+  return page.text();
 }
 
 std::string reportText(const Report& report, ReportFormat format) {

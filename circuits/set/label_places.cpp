@@ -9,6 +9,7 @@
 #include <cmath>
 #include <cstddef>
 #include <limits>
+#include <numbers>
 #include <utility>
 
 namespace circuits {
@@ -27,18 +28,41 @@ constexpr double textGap = 0.8;
 constexpr std::array alongWire = {0.5, 0.35, 0.65, 0.2, 0.8};
 /// Candidates that cover the same are taken in their order.
 constexpr double orderPenalty = 0.001;
+/// A place later among those of a reference is farther from its symbol.
+constexpr double referencePenalty = 0.4;
+/// A text farther from its wire, by its own height and a little: only where nothing nearer is free.
+constexpr double fartherHeights = 1.3;
+constexpr double fartherPenalty = 0.5;
+/// Labels are capitals and digits, which are wider than the mean of letters by this part.
+constexpr std::size_t widerBy = 7;
+constexpr double textMargin = 0.2;
 
-void addSegment(std::vector<Box>& boxes, const KvPoint3d& from, const KvPoint3d& to) {
+/// Above and below they take less than the mean, by this part of their height.
+constexpr double lowerBy = 0.2;
+
+/// What a label takes, with a little air.
+Box roomOf(Text text) {
+  text.text.append(text.text.size() / widerBy, L'0');
+  const Box box = simhost::boxOf(text);
+  const bool isUpright = std::abs(std::cos(text.rotationDegrees * std::numbers::pi / 180.0)) < 0.5;
+  const double less = lowerBy * text.height - textMargin;
+  const double x = isUpright ? less : -textMargin;
+  const double y = isUpright ? -textMargin : less;
+  return {box.left + x, box.bottom + y, box.right - x, box.top - y};
+}
+
+void addSegment(CoveredAreas& areas, const KvPoint3d& from, const KvPoint3d& to) {
   Box box;
   box.includeAround(from, lineReach);
   box.includeAround(to, lineReach);
-  boxes.push_back(box);
+  areas.add(box);
 }
 
 /// A candidate: where the label's block stands, and how its text.
 struct Candidate {
   KvPoint3d onWire;
   Text text;
+  double penalty = 0.0;
 };
 
 /// Along the wires as the site has drawn it, then on the other side; beside an upright wire also level.
@@ -55,10 +79,13 @@ std::vector<Candidate> candidatesFor(
           wire.from.x + part * (wire.to.x - wire.from.x), wire.from.y + part * (wire.to.y - wire.from.y),
           0.0};
       if (isLevel(wire) == isLevelText)
-        for (const KvPoint3d& side : {offset, mirrored}) {
-          candidates.push_back({point, drawn});
-          candidates.back().text.position = {point.x + side.x, point.y + side.y, 0.0};
-        }
+        for (const double farther : {0.0, fartherHeights * drawn.height})
+          for (const KvPoint3d& side : {offset, mirrored}) {
+            candidates.push_back({point, drawn, farther == 0.0 ? 0.0 : fartherPenalty});
+            const double x = isLevelText ? 0.0 : std::copysign(farther, side.x);
+            const double y = isLevelText ? std::copysign(farther, side.y) : 0.0;
+            candidates.back().text.position = {point.x + side.x + x, point.y + side.y + y, 0.0};
+          }
       if (isLevel(wire)) continue;
       for (const auto& [x, justification] :
            {std::pair{-textGap, simhost::Justification::right},
@@ -75,6 +102,63 @@ std::vector<Candidate> candidatesFor(
 
 } // namespace
 
+bool isEmptyText(const simhost::Shape& shape) {
+  const auto* text = std::get_if<Text>(&shape);
+  return text != nullptr && text->text.empty();
+}
+
+namespace {
+
+/// Side of a square, about the length of a text.
+constexpr double squareSide = 16.0;
+/// What is farther out counts as there: no drawing is so large, and the squares stay countable.
+constexpr double farthest = 1e5;
+
+std::int32_t squareOf(double coordinate) {
+  return static_cast<std::int32_t>(std::floor(std::clamp(coordinate, -farthest, farthest) / squareSide));
+}
+
+std::uint64_t keyOf(std::int32_t column, std::int32_t row) {
+  return (static_cast<std::uint64_t>(static_cast<std::uint32_t>(column)) << 32U) |
+         static_cast<std::uint32_t>(row);
+}
+
+} // namespace
+
+template <class Visit>
+void CoveredAreas::forSquares(const Box& box, Visit visit) const {
+  for (std::int32_t column = squareOf(box.left); column <= squareOf(box.right); ++column)
+    for (std::int32_t row = squareOf(box.bottom); row <= squareOf(box.top); ++row)
+      visit(column, row);
+}
+
+void CoveredAreas::add(const Box& box) {
+  if (box.isEmpty()) return;
+  const auto number = static_cast<std::uint32_t>(boxes_.size());
+  boxes_.push_back(box);
+  forSquares(
+      box, [&](std::int32_t column, std::int32_t row) { squares_[keyOf(column, row)].push_back(number); });
+}
+
+double CoveredAreas::in(const Box& area) const {
+  double covered = 0.0;
+  forSquares(area, [&](std::int32_t column, std::int32_t row) {
+    const auto square = squares_.find(keyOf(column, row));
+    if (square == squares_.end()) return;
+    for (const std::uint32_t number : square->second) {
+      const Box& other = boxes_[number];
+      const double left = std::max(area.left, other.left);
+      const double bottom = std::max(area.bottom, other.bottom);
+      // A box that several squares have counts in the one where the common part begins.
+      if (squareOf(left) != column || squareOf(bottom) != row) continue;
+      const double width = std::min(area.right, other.right) - left;
+      const double height = std::min(area.top, other.top) - bottom;
+      if (width > 0.0 && height > 0.0) covered += width * height;
+    }
+  });
+  return covered;
+}
+
 LabelPlaces::LabelPlaces(simhost::DrawingDatabase& drawing) : drawing_(drawing) {
   const auto items = simhost::displayList(drawing, drawing.currentSpace());
   if (!items) return;
@@ -86,20 +170,10 @@ LabelPlaces::LabelPlaces(simhost::DrawingDatabase& drawing) : drawing_(drawing) 
         addSegment(shown_, outline->points[point - 1], outline->points[point]);
       if (outline->isClosed && !outline->points.empty())
         addSegment(shown_, outline->points.back(), outline->points.front());
-    } else {
-      shown_.push_back(simhost::boxOf(item.shape));
+    } else if (!isEmptyText(item.shape)) {
+      shown_.add(simhost::boxOf(item.shape));
     }
   }
-}
-
-double LabelPlaces::covered(const Box& box) const {
-  double area = 0.0;
-  for (const Box& other : shown_) {
-    const double width = std::min(box.right, other.right) - std::max(box.left, other.left);
-    const double height = std::min(box.top, other.top) - std::max(box.bottom, other.bottom);
-    if (width > 0.0 && height > 0.0) area += width * height;
-  }
-  return area;
 }
 
 void LabelPlaces::place(
@@ -122,16 +196,16 @@ void LabelPlaces::placeText(
   Text& shape =
       block == nullptr ? std::get<Text>(value.shape) : std::get<simhost::Attribute>(value.shape).text;
   double least = std::numeric_limits<double>::infinity();
-  Candidate best{drawnAt, shape};
+  Candidate best{drawnAt, shape, 0.0};
   double order = 0.0;
   for (const Candidate& candidate : candidatesFor(shape, drawnAt, wires)) {
-    const double cover = covered(simhost::boxOf(candidate.text)) + order;
+    const double cover = shown_.in(roomOf(candidate.text)) + candidate.penalty + order;
     order += orderPenalty;
     if (cover >= least) continue;
     least = cover;
     best = candidate;
   }
-  shown_.push_back(simhost::boxOf(best.text));
+  shown_.add(roomOf(best.text));
   shape = best.text;
   drawing_.changeEntity(text, std::move(value));
   if (block == nullptr) return;
@@ -145,13 +219,13 @@ Text LabelPlaces::freest(const std::vector<Text>& candidates) {
   double least = std::numeric_limits<double>::infinity();
   double order = 0.0;
   for (const Text& candidate : candidates) {
-    const double cover = covered(simhost::boxOf(candidate)) + order;
-    order += orderPenalty;
+    const double cover = shown_.in(roomOf(candidate)) + order;
+    order += referencePenalty;
     if (cover >= least) continue;
     least = cover;
     best = &candidate;
   }
-  shown_.push_back(simhost::boxOf(*best));
+  shown_.add(roomOf(*best));
   return *best;
 }
 

@@ -5,9 +5,29 @@
 #include "simhost/drawing/box.h"
 #include "simhost/drawing/drawing_database.h"
 
+#include <cstdint>
+#include <unordered_map>
 #include <vector>
 
 namespace circuits {
+
+/// Boxes by the squares of a grid: what lies at a place is found without asking all.
+class CoveredAreas final {
+public:
+  void add(const simhost::Box& box);
+  /// How much of the area the boxes cover; where several do, each counts.
+  [[nodiscard]] double in(const simhost::Box& area) const;
+
+private:
+  template <class Visit>
+  void forSquares(const simhost::Box& box, Visit visit) const;
+
+  std::vector<simhost::Box> boxes_;
+  std::unordered_map<std::uint64_t, std::vector<std::uint32_t>> squares_;
+};
+
+/// An attribute without a text takes no room, though it has a place.
+[[nodiscard]] bool isEmptyText(const simhost::Shape& shape);
 
 class LabelPlaces final {
 public:
@@ -24,13 +44,12 @@ public:
   [[nodiscard]] simhost::Text freest(const std::vector<simhost::Text>& candidates);
 
 private:
-  [[nodiscard]] double covered(const simhost::Box& box) const;
   void placeText(
       KvDbHandle text, const simhost::EntityNode* block, const KvPoint3d& drawnAt,
       const std::vector<simhost::Line>& wires);
 
   simhost::DrawingDatabase& drawing_;
-  std::vector<simhost::Box> shown_;
+  CoveredAreas shown_;
 };
 
 } // namespace circuits

@@ -7,6 +7,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <numbers>
 #include <set>
 #include <utility>
 #include <vector>
@@ -17,6 +18,9 @@ using simhost::DrawingDatabase;
 using simhost::EntityNode;
 
 namespace {
+
+/// How far two points of a drawing may be apart and still be the same, in drawing units.
+constexpr double touchDistance = 0.01;
 
 void setText(DrawingDatabase& drawing, KvDbHandle attribute, const std::wstring& text) {
   simhost::Entity value = drawing.find(attribute)->value;
@@ -48,7 +52,7 @@ double lengthOf(const simhost::Line& line) {
 
 } // namespace
 
-void numberTerminals(DrawingDatabase& drawing, std::map<std::wstring, int>& last) {
+std::vector<std::pair<KvDbHandle, std::wstring>> terminalNumbers(const DrawingDatabase& drawing) {
   std::vector<std::pair<KvDbHandle, std::wstring>> terminals;
   const EntityNode* node = drawing.store().findBlock(drawing.currentSpace())->first;
   for (; node != nullptr; node = node->next) {
@@ -57,8 +61,24 @@ void numberTerminals(DrawingDatabase& drawing, std::map<std::wstring, int>& last
     if (!terminal.isNull())
       terminals.emplace_back(terminal, textOf(drawing, attributeOf(drawing, *node, L"TAGSTRIP")));
   }
-  for (const auto& [terminal, strip] : terminals)
+  return terminals;
+}
+
+void numberTerminals(DrawingDatabase& drawing, std::map<std::wstring, int> last) {
+  for (const auto& [terminal, strip] : terminalNumbers(drawing))
     setText(drawing, terminal, brenvolt::formatInt(++last[strip]));
+}
+
+std::wstring attributeText(const DrawingDatabase& drawing, KvDbHandle symbol, std::wstring_view tag) {
+  const EntityNode* node = drawing.find(symbol);
+  return node == nullptr ? std::wstring() : textOf(drawing, attributeOf(drawing, *node, tag));
+}
+
+void setAttribute(
+    DrawingDatabase& drawing, KvDbHandle symbol, std::wstring_view tag, const std::wstring& text) {
+  const EntityNode* node = drawing.find(symbol);
+  const KvDbHandle attribute = node == nullptr ? KvDbHandle() : attributeOf(drawing, *node, tag);
+  if (!attribute.isNull()) setText(drawing, attribute, text);
 }
 
 void numberContacts(DrawingDatabase& drawing) {
@@ -92,6 +112,46 @@ void numberContacts(DrawingDatabase& drawing) {
       if (isPin) setText(drawing, handle, std::wstring(1, ten) + text[1]);
     }
   }
+}
+
+std::vector<OpenEnd> openEnds(
+    const DrawingDatabase& drawing, const Netlist& netlist, const std::wstring& circuit) {
+  const simhost::BlockNode& space = *drawing.store().findBlock(drawing.currentSpace());
+  // A wire ends where nothing else is: no other wire, and no pin or dot of a block.
+  const auto isFree = [&](const EntityNode& wire, const KvPoint3d& point) {
+    simhost::Box area;
+    area.includeAround(point, touchDistance);
+    for (const EntityNode* other : drawing.store().meeting(space, area)) {
+      if (other == &wire) continue;
+      if (const auto* reference = std::get_if<simhost::BlockReference>(&other->value.shape)) {
+        if (simhost::distanceBetween(reference->position, point) <= touchDistance) return false;
+      } else if (const auto* line = std::get_if<simhost::Line>(&other->value.shape);
+                 line != nullptr && simhost::distanceToSegment(point, line->from, line->to) <= touchDistance)
+        return false;
+    }
+    return true;
+  };
+  std::vector<OpenEnd> ends;
+  for (const Conductor& conductor : netlist.conductors) {
+    const Net& net = netlist.nets[conductor.net];
+    if (net.circuit != circuit) continue;
+    for (const KvDbHandle handle : conductor.wires) {
+      const EntityNode& wire = *drawing.find(handle);
+      const auto& line = std::get<simhost::Line>(wire.value.shape);
+      for (const auto& [end, other] : {std::pair{line.from, line.to}, std::pair{line.to, line.from}}) {
+        const bool hasPin =
+            std::any_of(conductor.pins.begin(), conductor.pins.end(), [&, at = end](std::size_t pin) {
+              return simhost::distanceBetween(netlist.pins[pin].position, at) <= touchDistance;
+            });
+        if (hasPin || !isFree(wire, end)) continue;
+        const double degrees = std::atan2(end.y - other.y, end.x - other.x) * 180.0 / std::numbers::pi;
+        ends.push_back(
+            {net.number, end, std::round(degrees), layerColour(wire.value.layer),
+             layerSize(wire.value.layer)});
+      }
+    }
+  }
+  return ends;
 }
 
 std::vector<NetLabel> netLabels(

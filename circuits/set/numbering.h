@@ -6,17 +6,40 @@
 
 #include <map>
 #include <string>
+#include <string_view>
+#include <utility>
 #include <vector>
 
 namespace circuits {
 
-/// Gives the terminals of each strip the numbers after those that the strip has had, in drawing order. `last` holds the
-/// last number of each strip and is counted on.
-void numberTerminals(simhost::DrawingDatabase& drawing, std::map<std::wstring, int>& last);
+/// The attributes with the numbers of terminals, each with its strip, in drawing order.
+[[nodiscard]] std::vector<std::pair<KvDbHandle, std::wstring>> terminalNumbers(
+    const simhost::DrawingDatabase& drawing);
+/// Gives the terminals of each strip the numbers after the last one that the strip has had, in drawing order.
+void numberTerminals(simhost::DrawingDatabase& drawing, std::map<std::wstring, int> last);
+
+/// The text of an attribute; empty for a symbol without it.
+[[nodiscard]] std::wstring attributeText(
+    const simhost::DrawingDatabase& drawing, KvDbHandle symbol, std::wstring_view tag);
+/// Gives an attribute a text; a symbol without it stays as it is.
+void setAttribute(
+    simhost::DrawingDatabase& drawing, KvDbHandle symbol, std::wstring_view tag, const std::wstring& text);
 
 /// Contacts of one device that bear the same numbers are counted: of 13 and 14 the second one becomes 23 and 24, the
 /// third 33 and 34, in drawing order. Numbers of other forms stay.
 void numberContacts(simhost::DrawingDatabase& drawing);
+
+/// An end of a wire that meets nothing: it goes on elsewhere.
+struct OpenEnd {
+  std::wstring number; ///< of its net, empty where the drawing shows none
+  KvPoint3d position;
+  double degrees = 0.0; ///< of the direction in which the wire leaves
+  std::wstring colour;
+  std::wstring size;
+};
+/// In the order of the circuit's nets.
+[[nodiscard]] std::vector<OpenEnd> openEnds(
+    const simhost::DrawingDatabase& drawing, const Netlist& netlist, const std::wstring& circuit);
 
 /// What a site labels: the wires of one layer of a net.
 struct NetLabel {

@@ -1,6 +1,7 @@
 // Placing by rows: the order of the list is kept, so that a reader finds a circuit where the list has it.
 #include "circuits/set/sheet_maker.h"
 
+#include "circuits/set/label_places.h"
 #include "simhost/drawing/display_list.h"
 #include "simhost/host/errors.h"
 #include "text/compare.h"
@@ -40,7 +41,7 @@ Box shownExtents(const DrawingDatabase& drawing) {
   Box box;
   if (const auto items = simhost::displayList(drawing, drawing.currentSpace()))
     for (const simhost::DisplayItem& item : *items)
-      box.include(simhost::boxOf(item.shape));
+      if (!isEmptyText(item.shape)) box.include(simhost::boxOf(item.shape));
   return box;
 }
 

@@ -29,7 +29,7 @@ struct PrintOptions {
 
 ExitCode runPrint(const PrintOptions& options) {
   std::vector<circuits::PaperSheet> pages;
-  std::vector<circuits::Sheet> sheets;
+  circuits::SheetLists lists;
   std::set<std::wstring> known;
   for (const std::string& file : options.drawings) {
     const LoadedDrawing loaded = loadDrawing(fromUtf8(file));
@@ -40,13 +40,13 @@ ExitCode runPrint(const PrintOptions& options) {
     for (const circuits::Device& device : sheet.netlist.devices)
       if (!device.tag.empty() && known.insert(device.tag).second) page.tags.push_back(device.tag);
     pages.push_back(std::move(page));
-    if (!options.lists.empty()) sheets.push_back(std::move(sheet));
+    if (!options.lists.empty()) lists.add(circuits::SheetLists::rowsOf(sheet));
   }
   circuits::PaperOptions paper{fromUtf8(options.title), {}};
   for (const std::string& kind : options.lists) {
     const auto known_kind = circuits::reportKindOf(kind);
     if (!known_kind) throw BadInput("--list: \"" + kind + "\" is not a report");
-    paper.lists.push_back(circuits::makeReport(*known_kind, sheets));
+    paper.lists.push_back(lists.report(*known_kind));
   }
   if (const auto reason = circuits::writePdf(options.pdf, pages, paper)) throw CannotWrite(*reason);
   std::printf("%zu sheets: %s\n", pages.size(), options.pdf.c_str());

@@ -48,7 +48,7 @@ ExitCode runRebuild(const RebuildOptions& options) {
   circuits::RebuildRequest request{options.site.site, options.site.path(), {}};
   for (const std::string& text : options.changes)
     request.choices.push_back(choiceOf(text));
-  ScriptedWindows windows(circuits::refusals(1), "a circuit is built again without questions");
+  ScriptedWindows windows({}, "a circuit is built again without questions");
   SiteRun site(
       {options.site.site,
        options.drawing,
@@ -58,10 +58,13 @@ ExitCode runRebuild(const RebuildOptions& options) {
        SiteRunOptions::UnnamedSettings::memory,
        {}},
       windows);
+  circuits::refuseForeignTables(site.session());
   DrawingDatabase& drawing = site.session().documents().current()->drawing();
   const std::vector<circuits::CircuitObject> all = circuits::circuitsOf(drawing);
   const circuits::CircuitObject& circuit = chosenCircuit(all, "--circuit", options.circuit, options.drawing);
   request.circuit = circuit.id;
+  const std::wstring warning =
+      options.copyAs.empty() ? circuits::rebuildWarning(drawing, circuit) : std::wstring();
   if (options.copyAs.empty())
     circuits::rebuildCircuit(site, request);
   else
@@ -69,8 +72,7 @@ ExitCode runRebuild(const RebuildOptions& options) {
         circuits::copyCircuit(site, request, fromUtf8(options.copyAs), {options.at[0], options.at[1], 0.0}));
   const std::string& out = options.out.empty() ? options.drawing : options.out;
   if (const Fault fault = saveDrawing(drawing, fromUtf8(out))) throw CannotWrite(toUtf8(*fault));
-  if (options.copyAs.empty())
-    std::fprintf(stderr, "brenvolt: %s\n", toUtf8(circuits::rebuildWarning(circuit)).c_str());
+  if (!warning.empty()) std::fprintf(stderr, "brenvolt: %s\n", toUtf8(warning).c_str());
   return ExitCode::done;
 }
 
@@ -99,9 +101,9 @@ CommandTable rebuildCommand() {
            options->site.rows(),
            {{"--out", &options->out, "Write the changed drawing here instead of over the old one", "FILE"},
             {"--module", &options->module, "The plug-in, else ZanBrenvolt.kvx beside the program", "FILE"}}}),
-      .footer =
-          "What was changed by hand in the circuit is lost; the keys of --set are the columns of a motor "
-          "list and the CODEs of the worksheet.",
+      .footer = "What was changed by hand in the circuit is lost, which is reported; the keys of --set are "
+                "the columns of a motor "
+                "list and the CODEs of the worksheet.",
       .examples =
           {"brenvolt rebuild motor.json --circuit MTR1 --set load=15 --set units=HP --site site",
            "brenvolt rebuild motor.json --circuit MTR1 --set load=10 --copy P-2 --at 0,-250 --site site"},

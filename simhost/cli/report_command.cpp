@@ -58,15 +58,16 @@ circuits::ReportLayout layoutOf(const std::string& site, const std::string& kind
   return layout;
 }
 
-std::vector<circuits::Sheet> readSheets(const std::vector<std::string>& drawings) {
-  std::vector<circuits::Sheet> sheets;
+/// Of each drawing only the rows are kept.
+circuits::SheetLists readLists(const std::vector<std::string>& drawings) {
+  circuits::SheetLists lists;
   for (const std::string& file : drawings) {
     const LoadedDrawing loaded = loadDrawing(fromUtf8(file));
     if (loaded.drawing == nullptr) throw BadInput(toUtf8(loaded.error));
-    sheets.push_back(
-        circuits::readSheet(*loaded.drawing, fromUtf8(std::filesystem::path(file).stem().string())));
+    lists.add(circuits::SheetLists::rowsOf(
+        circuits::readSheet(*loaded.drawing, fromUtf8(std::filesystem::path(file).stem().string()))));
   }
-  return sheets;
+  return lists;
 }
 
 std::string shownText(const Report& report) {
@@ -85,7 +86,7 @@ ExitCode runReport(const ReportOptions& options) {
   if (options.format == "xls" && options.out.empty())
     throw BadInput("--format: xls needs --out with the name of the workbook");
   const circuits::ReportLayout layout = layoutOf(options.site, options.kind);
-  Report report = circuits::makeReport(*kind, readSheets(options.drawings));
+  Report report = readLists(options.drawings).report(*kind);
   if (const auto fault = circuits::applyLayout(report, layout))
     throw BadInput(options.site + "/reports.json: " + options.kind + ": " + *fault);
   for (const std::wstring& note : report.notes)

@@ -66,11 +66,17 @@ std::function<void(std::size_t, std::size_t)> progressLine() {
   };
 }
 
+/// All cores unless the user names a number.
+int processesOf(const SetOptions& options) {
+  return options.jobs.empty() ? static_cast<int>(std::max(std::thread::hardware_concurrency(), 1U))
+                              : wholeNumber("--jobs", options.jobs, 256);
+}
+
 ExitCode finish(const SetOptions& options, const SetPlan& plan, const std::vector<PartFailure>& failures) {
   std::set<std::size_t> failed;
   for (const PartFailure& failure : failures)
     failed.insert(failure.circuit);
-  auto [findings, leftOut] = makeSet(options, plan, failed);
+  auto [findings, leftOut] = makeSet(options, plan, failed, processesOf(options));
   for (const circuits::SetFault& fault : plan.list.faults)
     findings.push_back(circuits::faultText(plan.list, fault));
   for (const PartFailure& failure : failures)
@@ -86,8 +92,7 @@ ExitCode finish(const SetOptions& options, const SetPlan& plan, const std::vecto
 ExitCode runBuild(SetOptions& options) {
   needSetFolder(options.out);
   PartOptions building;
-  const unsigned cores = std::max(std::thread::hardware_concurrency(), 1U);
-  building.jobs = options.jobs.empty() ? static_cast<int>(cores) : wholeNumber("--jobs", options.jobs, 256);
+  building.jobs = processesOf(options);
   std::size_t share = 0;
   std::size_t shares = 1;
   if (!options.shard.empty()) {
@@ -155,6 +160,7 @@ ExitCode runStatus(const SetOptions& options) {
   now.mapping = reached(text("mapping"));
   now.standardCode = text("standardCode");
   now.sizing = set.value("sizing", "lookup");
+  now.scale = set.value("scale", "1");
   now.out = options.out;
   now.keepsGoing = true;
   const SetPlan plan = planSet(now);
@@ -246,11 +252,14 @@ CommandTable setCommand() {
       {"--replace", &options->replacesChanged, "Build over sheets that were changed since they were made"},
       {"--frame", &options->frame, "Frame of the sheets, a drawing in frames of the site; A3 without it",
        "NAME"},
+      {"--scale", &options->scale, "Draw the circuits smaller or larger than their templates; 1 without it",
+       "FACTOR"},
       {"--mapping",
        &options->mapping,
        "What the list's own column names mean, and rules for types, as JSON",
        "FILE",
        {.path = OptionRules::Path::existingFile}},
+      {"--jobs", &options->jobs, "How many processes build; all cores without it", "N"},
       {"--title", &options->title, "Project, for the title block"},
       {"--date", &options->date, "Date, for the title block"},
       {"--revision", &options->revision, "Revision, for the title block"},
@@ -272,8 +281,7 @@ CommandTable setCommand() {
                 {{list},
                  options->site.rows(),
                  common,
-                 {{"--jobs", &options->jobs, "How many processes build; all cores without it", "N"},
-                  {"--shard", &options->shard, "Build only every Nth circuit from the Ith on, and no sheets",
+                 {{"--shard", &options->shard, "Build only every Nth circuit from the Ith on, and no sheets",
                    "I/N"}}}),
             .run = [options] { return runBuild(*options); }},
            {.name = "join",

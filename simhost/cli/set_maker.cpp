@@ -2,11 +2,15 @@
 #include "simhost/cli/set_maker.h"
 
 #include "circuits/building/row_configurations.h"
+#include "circuits/building/worker_processes.h"
 #include "circuits/reports/drawing_reports.h"
+#include "circuits/reports/list_rows.h"
 #include "circuits/reports/report_files.h"
 #include "circuits/set/cross_references.h"
 #include "circuits/set/numbering.h"
+#include "circuits/set/part_outline.h"
 #include "circuits/set/sheet_maker.h"
+#include "simhost/drawing/circuit_seal.h"
 #include "simhost/drawing/drawing_file.h"
 #include "simhost/drawing/insertion.h"
 #include "simhost/host/errors.h"
@@ -21,6 +25,7 @@
 #include <cstdio>
 #include <filesystem>
 #include <map>
+#include <numeric>
 #include <string_view>
 #include <system_error>
 #include <utility>
@@ -51,12 +56,8 @@ std::unique_ptr<DrawingDatabase> readDrawing(const fs::path& file) {
   return std::move(loaded.drawing);
 }
 
-std::string sheetName(std::size_t number) {
-  std::string text = std::to_string(number);
-  return std::string(text.size() < 3 ? 3 - text.size() : 0, '0') + text;
-}
-
-/// Puts the parts on sheets, writes them and what is made from them.
+/// Puts the parts on sheets, writes them and what is made from them. Each sheet is made for itself, so that several
+/// processes can make them.
 class SetMaker final {
 public:
   SetMaker(const SetOptions& options, const SetPlan& plan)
@@ -69,45 +70,26 @@ public:
   }
 
   /// Findings, a sentence each.
-  std::vector<std::string> make(const std::set<std::size_t>& failed) {
-    const Box area = circuits::frameArea(*readDrawing(frameFile_), frameFile_);
-    const circuits::SheetZones zones(*readDrawing(frameFile_));
-    std::vector<Box> extents;
-    std::vector<std::vector<circuits::DeviceSymbols>> symbols;
-    for (std::size_t place = 0; place < plan_.circuits.size(); ++place) {
-      extents.emplace_back();
-      symbols.emplace_back();
-      if (failed.contains(place)) continue;
-      const auto part = readDrawing(plan_.parts->drawingOf(plan_.circuits[place]));
-      extents.back() = circuits::shownExtents(*part);
-      symbols.back() = circuits::symbolsOf(*part);
-    }
-    const std::vector<circuits::SheetPlan> sheets = planned(extents, area);
-    // A device may be shown on sheets that come later: all places first.
-    for (std::size_t sheet = 0; sheet < sheets.size(); ++sheet)
-      for (const auto& [place, offset] : sheets[sheet].circuits)
-        circuits::addSymbolPlaces(places_, symbols[place], fromUtf8(sheetName(sheet + 1)), zones, offset);
+  std::vector<std::string> make(const std::set<std::size_t>& failed, int processes) {
+    plan(failed);
     std::vector<std::string> findings;
     for (const std::size_t place : tooLarge_)
       findings.push_back(
           plan_.list.source + ", row " + std::to_string(plan_.circuits[place].row) +
           ": the circuit is larger than frame " + options_.frame + ": choose a larger --frame");
-    std::vector<circuits::Sheet> read;
-    std::map<std::wstring, int> terminals;
+    const std::vector<MadeSheet> made = makeSheets(processes);
+    circuits::SheetLists lists;
     Json sheetList = Json::array();
-    for (std::size_t sheet = 0; sheet < sheets.size(); ++sheet) {
-      read.push_back(makeSheet(sheets[sheet], sheet + 1, sheets.size(), terminals));
+    for (std::size_t sheet = 0; sheet < sheets_.size(); ++sheet) {
       Json tags = Json::array();
-      for (const auto& [place, offset] : sheets[sheet].circuits)
+      for (const auto& [place, offset] : sheets_[sheet].circuits)
         tags.push_back(toUtf8(plan_.circuits[place].tag));
-      const std::string file = "sheets/" + sheetName(sheet + 1) + ".json";
       sheetList.push_back(
-          {{"file", file},
-           {"digest", digestOf(readFile(folder_ / file).value_or(""))},
-           {"circuits", std::move(tags)}});
+          {{"file", sheetFile(sheet)}, {"digest", made[sheet].digest}, {"circuits", std::move(tags)}});
+      lists.add(made[sheet].rows);
     }
-    removeSheetsAfter(sheets.size());
-    writeLists(read, findings);
+    removeFormerSheets();
+    writeLists(lists, findings);
     std::vector<const SetCircuit*> circuits;
     for (const SetCircuit& circuit : plan_.circuits)
       circuits.push_back(&circuit);
@@ -123,6 +105,64 @@ public:
   [[nodiscard]] std::size_t leftOut() const { return tooLarge_.size(); }
 
 private:
+  struct MadeSheet {
+    std::string digest;
+    std::string rows; ///< of the lists
+  };
+
+  /// Which circuit comes where, and what the sheets have to know of each other.
+  void plan(const std::set<std::size_t>& failed) {
+    const auto frame = readDrawing(frameFile_);
+    const circuits::SheetZones zones(*frame);
+    std::vector<circuits::PartOutline> outlines;
+    std::vector<Box> extents;
+    for (std::size_t place = 0; place < plan_.circuits.size(); ++place) {
+      outlines.push_back(failed.contains(place) ? circuits::PartOutline() : outlineOf(plan_.circuits[place]));
+      extents.push_back(outlines.back().extents);
+    }
+    sheets_ = planned(extents, circuits::frameArea(*frame, frameFile_));
+    std::map<std::wstring, int> terminals;
+    for (std::size_t sheet = 0; sheet < sheets_.size(); ++sheet) {
+      terminalsBefore_.push_back(terminals);
+      const std::wstring name = fromUtf8(sheetName(sheet));
+      for (const auto& [place, offset] : sheets_[sheet].circuits) {
+        const circuits::PartOutline& outline = outlines[place];
+        circuits::addSymbolPlaces(places_, outline.symbols, name, zones, offset);
+        circuits::addLinePlaces(linePlaces_, outline.lineEnds, sheet, name, zones, offset);
+        for (const auto& [strip, count] : outline.terminals)
+          terminals[strip] += count;
+      }
+    }
+  }
+
+  [[nodiscard]] circuits::PartOutline outlineOf(const SetCircuit& circuit) const {
+    const auto text = readFile(plan_.parts->outlineOf(circuit));
+    if (auto outline = circuits::readOutline(text.value_or(""))) return std::move(*outline);
+    return circuits::outlineOf(*readDrawing(plan_.parts->drawingOf(circuit)));
+  }
+
+  std::vector<MadeSheet> makeSheets(int processes) {
+    std::vector<MadeSheet> made(sheets_.size());
+    std::vector<std::size_t> pieces(sheets_.size());
+    std::iota(pieces.begin(), pieces.end(), std::size_t{0});
+    std::string fault;
+    circuits::ProcessWork work;
+    work.processes = processes;
+    work.begin = [this] { return [this](std::size_t sheet) { return makeSheet(sheet); }; };
+    work.take = [&](circuits::PieceResult result) {
+      if (result.hasFailed) {
+        fault = result.text;
+        return;
+      }
+      std::string_view bytes = result.text;
+      made[result.piece].digest = circuits::unpack(bytes);
+      made[result.piece].rows = circuits::unpack(bytes);
+    };
+    circuits::runProcesses(pieces, work);
+    if (!fault.empty()) throw BadInput(fault);
+    return made;
+  }
+
   /// By list, or by installation and location, each of which begins a sheet.
   std::vector<circuits::SheetPlan> planned(const std::vector<Box>& extents, const Box& area) {
     if (options_.order == "list") return circuits::planSheets(extents, area, circuitGap, tooLarge_);
@@ -146,9 +186,9 @@ private:
     return sheets;
   }
 
-  circuits::Sheet makeSheet(
-      const circuits::SheetPlan& sheetPlan, std::size_t number, std::size_t count,
-      std::map<std::wstring, int>& terminals) {
+  /// Writes a sheet; digest and rows as `MadeSheet` has them.
+  [[nodiscard]] std::string makeSheet(std::size_t number) const {
+    const circuits::SheetPlan& sheetPlan = sheets_[number];
     const std::unique_ptr<DrawingDatabase> sheet = readDrawing(frameFile_);
     for (const auto& [place, offset] : sheetPlan.circuits) {
       const std::unique_ptr<DrawingDatabase> part =
@@ -159,20 +199,30 @@ private:
         throw BadInput(toUtf8(plan_.circuits[place].tag + L": " + *fault));
       static_cast<void>(insertDrawing(*sheet, sheet->modelSpace(), *part, insertion));
     }
-    circuits::numberTerminals(*sheet, terminals);
-    circuits::drawReferences(*sheet, places_);
-    const std::string name = sheetName(number);
+    circuits::numberTerminals(*sheet, terminalsBefore_[number]);
+    const std::wstring name = fromUtf8(sheetName(number));
     circuits::fillFrame(
         *sheet, {{L"PROJECT", fromUtf8(options_.title)},
                  {L"TITLE", titleOf(sheetPlan)},
-                 {L"SHEET", fromUtf8(name)},
-                 {L"SHEETS", brenvolt::formatInt(static_cast<std::int64_t>(count))},
+                 {L"SHEET", name},
+                 {L"SHEETS", brenvolt::formatInt(static_cast<std::int64_t>(sheets_.size()))},
                  {L"DATE", fromUtf8(options_.date)},
                  {L"REVISION", fromUtf8(options_.revision)},
                  {L"DRAWN", fromUtf8(options_.drawnBy)},
                  {L"CODE", codesOf(sheetPlan)}});
-    write(folder_ / "sheets" / (name + ".json"), drawingToJson(*sheet));
-    return circuits::readSheet(*sheet, fromUtf8(name));
+    // What follows adds texts only: devices, pins and nets stay as they are read here.
+    const circuits::Sheet read = circuits::readSheet(*sheet, name);
+    circuits::fillLineReferences(*sheet, read.netlist, linePlaces_, number);
+    circuits::drawReferences(*sheet, read.netlist, places_);
+    const CircuitRecords built = sheet->store().circuits();
+    for (const auto& [id, fields] : built)
+      sealCircuit(*sheet, id);
+    const std::string bytes = drawingToJson(*sheet);
+    write(folder_ / sheetFile(number), bytes);
+    std::string result;
+    circuits::pack(result, digestOf(bytes));
+    circuits::pack(result, circuits::SheetLists::rowsOf(read));
+    return result;
   }
 
   [[nodiscard]] std::wstring titleOf(const circuits::SheetPlan& sheet) const {
@@ -188,14 +238,27 @@ private:
     return brenvolt::join({codes.begin(), codes.end()}, L", ");
   }
 
+  /// "001"; all of a set are as long, so that their files are in the order of the sheets.
+  [[nodiscard]] std::string sheetName(std::size_t place) const {
+    const std::string text = std::to_string(place + 1);
+    const std::size_t length = std::max(std::to_string(sheets_.size()).size(), std::size_t{3});
+    return std::string(length - text.size(), '0') + text;
+  }
+  [[nodiscard]] std::string sheetFile(std::size_t place) const {
+    return "sheets/" + sheetName(place) + ".json";
+  }
+
   /// A set that has become shorter: sheets that this tool wrote and nobody has changed go, others stay and are named.
-  void removeSheetsAfter(std::size_t count) {
+  void removeFormerSheets() {
     const Json former = formerSet();
     if (!former.is_object() || !former.contains("sheets")) return;
+    std::set<std::string> present;
+    for (std::size_t sheet = 0; sheet < sheets_.size(); ++sheet)
+      present.insert(sheetFile(sheet));
     for (const Json& sheet : former["sheets"]) {
       const std::string file = sheet.value("file", "");
       const fs::path path = folder_ / file;
-      if (file.size() < 12 || file <= "sheets/" + sheetName(count) + ".json") continue;
+      if (!file.starts_with("sheets/") || present.contains(file)) continue;
       if (digestOf(readFile(path).value_or("")) != sheet.value("digest", "")) {
         std::fprintf(
             stderr, "brenvolt: %s: not a sheet of the set any more, but changed by hand; it was kept\n",
@@ -211,18 +274,18 @@ private:
     return Json::parse(readFile(folder_ / "set.json").value_or(""), nullptr, false);
   }
 
-  void writeLists(const std::vector<circuits::Sheet>& sheets, std::vector<std::string>& findings) {
-    std::vector<circuits::Report> reports;
+  void writeLists(const circuits::SheetLists& lists, std::vector<std::string>& findings) {
+    circuits::ReportPage page;
     for (const std::string& kind : circuits::reportKinds()) {
-      circuits::Report report = circuits::makeReport(*circuits::reportKindOf(kind), sheets);
+      const circuits::Report report = lists.report(*circuits::reportKindOf(kind));
       write(
           folder_ / "out" / "lists" / (kind + ".csv"),
           circuits::reportText(report, circuits::ReportFormat::csv));
       for (const std::wstring& note : report.notes)
         findings.push_back(kind + ": " + toUtf8(note));
-      reports.push_back(std::move(report));
+      page.add(report);
     }
-    write(folder_ / "out" / "lists" / "all.html", circuits::reportPage(reports));
+    write(folder_ / "out" / "lists" / "all.html", page.text());
   }
 
   void writeSet(Json sheets, Json history) {
@@ -244,6 +307,7 @@ private:
         {"standardCode", options_.standardCode},
         {"sizing", options_.sizing},
         {"frame", options_.frame},
+        {"scale", options_.scale},
         {"title", options_.title},
         {"date", options_.date},
         {"revision", options_.revision},
@@ -257,8 +321,11 @@ private:
     write(folder_ / "set.json", set.dump(1) + "\n");
   }
 
+  std::vector<circuits::SheetPlan> sheets_;
   std::vector<std::size_t> tooLarge_;
   circuits::SymbolPlaces places_;
+  circuits::LinePlaces linePlaces_;
+  std::vector<std::map<std::wstring, int>> terminalsBefore_; ///< by sheet, the last number of each strip
   const SetOptions& options_;
   const SetPlan& plan_;
   fs::path folder_;
@@ -267,9 +334,10 @@ private:
 
 } // namespace
 
-MadeSet makeSet(const SetOptions& options, const SetPlan& plan, const std::set<std::size_t>& failed) {
+MadeSet makeSet(
+    const SetOptions& options, const SetPlan& plan, const std::set<std::size_t>& failed, int processes) {
   SetMaker maker(options, plan);
-  std::vector<std::string> findings = maker.make(failed);
+  std::vector<std::string> findings = maker.make(failed, processes);
   return {std::move(findings), maker.leftOut()};
 }
 

@@ -16,8 +16,8 @@ struct MadeSet {
 };
 
 /// Puts the parts on sheets, without those of the failed circuits, and writes sheets, lists, saved configurations and
-/// set.json. Throws BadInput for a frame that cannot be used and CannotWrite.
+/// set.json, the sheets in so many processes. Throws BadInput for a frame that cannot be used and CannotWrite.
 [[nodiscard]] MadeSet makeSet(
-    const SetOptions& options, const SetPlan& plan, const std::set<std::size_t>& failed);
+    const SetOptions& options, const SetPlan& plan, const std::set<std::size_t>& failed, int processes);
 
 } // namespace simhost

@@ -4,6 +4,7 @@
 #include "circuits/set/type_rules.h"
 #include "simhost/host/errors.h"
 #include "simhost/host/files.h"
+#include "simhost/site/plain_number.h"
 #include "simhost/site/site_run.h"
 #include "text/encoding.h"
 
@@ -22,6 +23,9 @@ using circuits::SetSettings;
 using Json = nlohmann::ordered_json;
 
 namespace {
+
+constexpr double smallestScale = 0.2;
+constexpr double largestScale = 5.0;
 
 /// What the mapping file of a firm's lists says.
 struct ListMapping {
@@ -65,12 +69,28 @@ std::string faultsText(const circuits::SetList& list) {
   return text;
 }
 
+namespace {
+
+/// Nothing, or what a run has begun: another one may be making these folders at this moment.
+bool holdsOnlyParts(const fs::path& folder) {
+  std::error_code error;
+  for (const auto& entry : fs::directory_iterator(folder, error))
+    if (entry.path().filename() != "out") return false;
+  for (const auto& entry : fs::directory_iterator(folder / "out", error)) {
+    const std::string name = entry.path().filename().string();
+    if (name != "parts" && !name.starts_with("work-")) return false;
+  }
+  return true;
+}
+
+} // namespace
+
 void needSetFolder(const fs::path& folder) {
   std::error_code error;
   if (!fs::exists(folder, error)) return;
   if (!fs::is_directory(folder, error)) throw CannotWrite(folder.string() + ": is not a folder");
-  if (fs::exists(folder / "set.json", error) || fs::is_empty(folder, error) ||
-      fs::exists(folder / "out" / "parts", error))
+  if (fs::exists(folder / "set.json", error) || fs::exists(folder / "out" / "parts", error) ||
+      holdsOnlyParts(folder))
     return;
   throw CannotWrite(folder.string() + ": holds something else than a set; name an empty or new folder");
 }
@@ -100,6 +120,10 @@ SetPlan planSet(const SetOptions& options) {
     plan.settings.sizing = SetSettings::Sizing::build;
   else if (options.sizing != "lookup")
     throw BadInput("--sizing: \"" + options.sizing + "\" must be lookup or build");
+  const std::optional<double> scale = plainNumber(fromUtf8(options.scale));
+  if (!scale || *scale < smallestScale || *scale > largestScale)
+    throw BadInput("--scale: \"" + options.scale + "\" must be a number from 0.2 to 5, such as 0.8");
+  plan.settings.scale = *scale;
   if (options.order != "list" && options.order != "location")
     throw BadInput("--order: \"" + options.order + "\" must be list or location");
   const ListMapping mapping = mappingOf(options.mapping);

@@ -30,6 +30,7 @@ struct SetOptions {
   std::string shard;
   std::string sizing = "lookup";
   std::string order = "list";
+  std::string scale = "1";
   bool replacesChanged = false;
   bool keepsGoing = false;
   std::string module;

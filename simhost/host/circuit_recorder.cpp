@@ -145,6 +145,10 @@ void CircuitRecorder::begin(DrawingDatabase& drawing, std::span<const Value> arg
       if (part.isNumber()) point += (point.empty() ? L"" : L",") + brenvolt::formatShortest(part.asNumber());
     circuit_->fields.emplace_back(L"point", point);
   }
+  // A circuit that was drawn smaller is built again as small.
+  for (const auto& [place, name] : {std::pair{2U, L"scale"}, std::pair{5U, L"component-scale"}})
+    if (data.size() > place && data[place].isNumber() && data[place].asNumber() != 1.0)
+      circuit_->fields.emplace_back(name, brenvolt::formatShortest(data[place].asNumber()));
 }
 
 const EntityNode* CircuitRecorder::firstOf(const DrawingDatabase& drawing) const {

@@ -174,8 +174,8 @@
     (control-wire (funcall at 12 rise-2) (funcall at 12 0))
     (place-symbol "ZDOT" (funcall at -12 rise-1) scl nil)
     (place-symbol "ZDOT" (funcall at 12 rise-2) scl nil)
-    (vertical-fuse (funcall at -12 10) scl "FU11")
-    (vertical-fuse (funcall at 12 10) scl "FU12")
+    (vertical-fuse (funcall at -12 16) scl "FU11") ; the wires below are as long as their texts need
+    (vertical-fuse (funcall at 12 16) scl "FU12")
     (place-symbol "ZTRANS" xyz scl (append (list (cons "TAG1" (tag-behind "CTR")) (cons "RATING1" (control-voltages data)))
                                            (cdr (part-texts data nil "XF" "XF"))))
     (control-wire (funcall at -50 -9) (funcall at -12 -9))

@@ -13,7 +13,10 @@
 #include <sstream>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
+
+#include <sys/wait.h>
 
 using namespace brenvolt;
 namespace fs = std::filesystem;
@@ -37,14 +40,17 @@ std::string toolPath() {
   return (bin == nullptr ? std::string("out/bin") : std::string(bin)) + "/brenvolt";
 }
 
+std::string readText(const fs::path& file) {
+  std::ifstream in(file, std::ios::binary);
+  return {std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>()};
+}
+
 /// All files below a folder with their bytes, without what names the folder of the run.
 std::map<std::string, std::string> filesOf(const fs::path& folder) {
   std::map<std::string, std::string> files;
   for (const auto& entry : fs::recursive_directory_iterator(folder)) {
     if (!entry.is_regular_file()) continue;
-    std::ifstream in(entry.path(), std::ios::binary);
-    files[entry.path().lexically_relative(folder).generic_string()] =
-        std::string(std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>());
+    files[entry.path().lexically_relative(folder).generic_string()] = readText(entry.path());
   }
   return files;
 }
@@ -184,7 +190,7 @@ TEST_CASE(
     const std::vector<std::string> cells = cellsOf(line);
     if (cells[0] == "number") continue;
     CHECK_MESSAGE(pins.contains(cells[3]), line);
-    if (!cells[4].empty()) CHECK_MESSAGE(pins.contains(cells[4]), line);
+    CHECK_MESSAGE(pins.contains(cells[4]), line);
   }
   // Counted by hand on the printed sheets: wires with their supply lines and grounding conductor, devices.
   const auto count = [](const std::string& text, const std::vector<std::string>& words) {
@@ -198,6 +204,22 @@ TEST_CASE(
   CHECK(count(wires, {"P101-", "P-101:"}) == 32);
   CHECK(count(wires, {"H601-", "H-601:"}) == 10);
   CHECK(count(wires, {"C701-"}) == 8);
+  // Their devices, of the parts list, and their terminals.
+  const auto tags = [&files](const std::string& circuit) {
+    std::set<std::string> found;
+    for (const std::string& line : linesOf(files.at("out/lists/parts.csv"))) {
+      std::istringstream words(cellsOf(line).back());
+      for (std::string word; words >> word;)
+        if (word.find(circuit) != std::string::npos) found.insert(word.substr(0, word.find(',')));
+    }
+    return found.size();
+  };
+  CHECK(tags("P101") == 10);
+  CHECK(tags("H601") == 1);
+  CHECK(tags("C701") == 5);
+  CHECK(count(files.at("out/lists/terminals.csv"), {",P-101:"}) == 3);
+  CHECK(count(files.at("out/lists/terminals.csv"), {",H-601:"}) == 3);
+  CHECK(count(files.at("out/lists/terminals.csv"), {"C701-"}) == 2);
   for (const std::string& line : linesOf(files.at("out/lists/sheets.csv")))
     if (!line.starts_with("sheet,")) {
       const std::vector<std::string> cells = cellsOf(line);
@@ -256,11 +278,17 @@ TEST_CASE("a set is one PDF: the same bytes each time, with every tag as text") 
     CHECK_MESSAGE(text.find(tag) != std::string::npos, std::string(tag));
 }
 
-TEST_CASE(
-    "a circuit built again with its own choices is what it was; one that cannot be built changes nothing") {
+TEST_CASE("a circuit built again with its own choices is what it was; one that cannot be built changes "
+          "nothing; only "
+          "what was changed by hand is warned of") {
   const SetFolder folder(goodRows);
   static_cast<void>(folder.set("build", "set"));
   const std::string sheet = folder.path("set/sheets/001.json");
+  const auto sheetOf = [&](const std::string& tag) {
+    for (const auto& [name, text] : filesOf(folder.path("set/sheets")))
+      if (text.find("\"tag\":\"" + tag + "\"") != std::string::npos) return folder.path("set/sheets/" + name);
+    return std::string();
+  };
   // Its entities come last now, so the lists are compared line by line.
   const auto lists = [&] {
     std::vector<std::string> lines;
@@ -277,9 +305,24 @@ TEST_CASE(
   const auto circuits = [&] { return folder.site().run({"circuits", sheet}).output; };
   const std::vector<std::string> before = lists();
   const std::string where = circuits();
-  REQUIRE(rebuild({"--set", "load=15"}).exitCode == 0);
+  const auto isWarned = [](const ToolRun& run) {
+    REQUIRE(run.exitCode == 0);
+    return run.errors.find("had been changed since it was built") != std::string::npos;
+  };
+  CHECK_FALSE(isWarned(rebuild({"--set", "load=15"})));
   CHECK(lists() != before);
-  REQUIRE(rebuild({"--set", "load=10"}).exitCode == 0);
+  REQUIRE(
+      folder.site()
+          .run(
+              {"lisp", "--drawing", sheet, "--save", sheet, "-e",
+               "(entity-set! (entity-attribute (find-if (lambda (e) (and (equal (entity-get e 'kind) "
+               "\"block-reference\")"
+               " (entity-attribute e \"TAG1\") (string=? (entity-get (entity-attribute e \"TAG1\") 'text) "
+               "\"P-101\")))"
+               " (entities-in-space)) \"DESC1\") 'text \"OTHER\")"})
+          .exitCode == 0);
+  CHECK(isWarned(rebuild({"--set", "load=15"})));
+  CHECK_FALSE(isWarned(rebuild({"--set", "load=10"})));
   CHECK((lists() == before));
   std::vector<std::string> one = linesOf(where);
   std::vector<std::string> other = linesOf(circuits());
@@ -294,6 +337,11 @@ TEST_CASE(
     CHECK_MESSAGE(refused.errors.find(part) != std::string::npos, refused.errors);
   CHECK((filesOf(folder.path("set")) == bytes));
 
+  // A circuit of a code without tables of its own asks each time, and is refused each time.
+  CHECK(
+      folder.site()
+          .run({"rebuild", sheetOf("M-801"), "--circuit", "M-801", "--site", folder.site().site()})
+          .exitCode == 0);
   REQUIRE(rebuild({"--copy", "P-150", "--at", "1000,1000"}).exitCode == 0);
   CHECK(linesOf(circuits()).size() == other.size() + 1);
   CHECK(rebuild({"--copy", "P-150", "--at", "2000,1000"}).exitCode == 3);
@@ -373,16 +421,134 @@ TEST_CASE("a list is the same list as text, sheet or table; what cannot be one i
   CHECK(faults("many.csv").find("has 50000 rows; a set has at most") != std::string::npos);
 }
 
-TEST_CASE("the line for GNU parallel in the manual builds the same set") {
-  if (std::system("parallel --version >/dev/null 2>&1") != 0) return; // not on this machine
+TEST_CASE("formulas of a workbook's list count by their results, and merged cells are reported") {
+  if (std::system("ssconvert --version >/dev/null 2>&1") != 0) return; // not on this machine
+  const SetFolder folder(goodRows);
+  std::string cells;
+  const auto cell = [&cells](int row, int column, const std::string& text) {
+    const char* type = text.find_first_not_of("0123456789") == std::string::npos ? "40" : "60";
+    cells += "<gnm:Cell Row=\"" + std::to_string(row) + "\" Col=\"" + std::to_string(column) + "\"" +
+             (text[0] == '=' ? "" : std::string(" ValueType=\"") + type + "\"") + ">" + text + "</gnm:Cell>";
+  };
+  const std::vector<std::vector<const char*>> rows = {
+      {"tag", "circuit", "type", "load", "units", "voltage", "phase", "location"},
+      {"P-1", "Three-phase motors", "Direct on line", "=5+7", "HP", "460", "3", "MCC-1"},
+      {"P-2", "Three-phase motors", "Direct on line", "=5*2", "HP", "460", "3", ""}};
+  for (std::size_t row = 0; row < rows.size(); ++row)
+    for (std::size_t column = 0; column < rows[row].size(); ++column)
+      if (*rows[row][column] != '\0')
+        cell(static_cast<int>(row), static_cast<int>(column), rows[row][column]);
+  std::ofstream(folder.path("m.gnumeric"))
+      << "<gnm:Workbook "
+         "xmlns:gnm=\"http://www.gnumeric.org/v10.dtd\"><gnm:SheetNameIndex><gnm:SheetName "
+         "gnm:Cols=\"256\" "
+         "gnm:Rows=\"65536\">M</gnm:SheetName></gnm:SheetNameIndex><gnm:Sheets><gnm:Sheet><gnm:Name>M</"
+         "gnm:Name>"
+         "<gnm:Cells>"
+      << cells
+      << "</gnm:Cells><gnm:MergedRegions><gnm:Merge>H2:H3</gnm:Merge></gnm:MergedRegions></gnm:Sheet></"
+         "gnm:Sheets>"
+         "</gnm:Workbook>";
+  REQUIRE(
+      std::system(("cd '" + folder.path("") + "' && ssconvert m.gnumeric m.xls >/dev/null 2>&1").c_str()) ==
+      0);
+  const ToolRun run = folder.site().run(
+      {"set", "build", folder.path("m.xls"), "--site", folder.site().site(), "--out", folder.path("none")});
+  CHECK(run.exitCode == 3);
+  CHECK(run.errors.find(", row 2, column load: the table has no 12 HP") != std::string::npos);
+  CHECK(
+      run.errors.find(", row 2, column location: its cell is merged with others, to row 3") !=
+      std::string::npos);
+  CHECK(std::count(run.errors.begin(), run.errors.end(), '\n') == 2); // 10 HP is there
+}
+
+TEST_CASE("a disk that gets full leaves what is whole, and the next run goes on") {
   const SetFolder folder(goodRows);
   const ToolRun one = folder.set("build", "one");
-  const std::string common = "'" + folder.path("list.csv") + "' --site '" + folder.site().site() +
-                             "' --out '" + folder.path("many") + "'";
-  REQUIRE(
-      std::system(
-          ("parallel '" + toolPath() + "' set build " + common + " --shard {}/3 ::: $(seq 3) >/dev/null 2>&1")
-              .c_str()) == 0);
-  CHECK(folder.set("join", "many").exitCode == one.exitCode);
-  CHECK((filesOf(folder.path("many")) == filesOf(folder.path("one"))));
+  fs::create_directories(folder.path("disk"));
+  const std::string build = "'" + toolPath() + "' set build '" + folder.path("list.csv") + "' --site '" +
+                            folder.site().site() + "' --out '" + folder.path("disk/set") + "' --keep-going";
+  std::ofstream(folder.path("run.sh"))
+      << "mount -t tmpfs -o size=400k none '" << folder.path("disk") << "' || exit 77\n"
+      << build << " 2>'" << folder.path("errors") << "'; echo $? >'" << folder.path("full")
+      << "'\nmount -o remount,size=20m '" << folder.path("disk") << "'\n"
+      << build << "; cp -r '" << folder.path("disk/set") << "' '" << folder.path("kept") << "'\n";
+  if (std::system(("unshare -rm sh '" + folder.path("run.sh") + "' >/dev/null 2>&1").c_str()) != 0 &&
+      !fs::exists(folder.path("full")))
+    return; // this machine lets nobody mount a disk
+  CHECK(folder.site().folder().read("full") == "4\n");
+  CHECK(folder.site().folder().read("errors").find("No space left on device") != std::string::npos);
+  auto kept = filesOf(folder.path("kept"));
+  auto files = filesOf(folder.path("one"));
+  // They name the list as seen from their folders.
+  CHECK((kept.erase("set.json") == 1 && files.erase("set.json") == 1));
+  CHECK((kept == files));
+  CHECK(one.exitCode != 4);
+}
+
+TEST_CASE(
+    "location begins sheets, a smaller scale needs fewer, and an unattended build sizes by its own rule") {
+  const SetFolder folder("P-1,Three-phase motors,Direct on line,,10,HP,460,3,1800,900,FT,,,A,\n"
+                         "P-2,Three-phase motors,Direct on line,,10,HP,460,3,1800,900,FT,,,B,\n");
+  const auto sheets = [&](const std::string& out, const std::vector<std::string>& more) {
+    const ToolRun run = folder.set("build", out, more);
+    CHECK_MESSAGE((run.exitCode == 0 || run.exitCode == 5), run.errors);
+    return linesOf(folder.site().folder().read(out + "/out/lists/sheets.csv")).size() - 1;
+  };
+  CHECK(sheets("a", {}) == 2);
+  CHECK(sheets("b", {"--scale", "0.8"}) == 1);
+  CHECK(folder.set("build", "c", {"--scale", "0"}).exitCode == 3);
+  // The lookup proposes a size for the voltage drop of 900 feet; an unattended build looks at the current alone.
+  sheets("d", {"--sizing", "build"});
+  const std::string motors = folder.site().folder().read("d/out/lists/motors.csv");
+  CHECK(motors.find("12AWG") != std::string::npos);
+  CHECK(motors != folder.site().folder().read("a/out/lists/motors.csv"));
+  folder.writeList("");
+  std::string list = folder.site().folder().read("list.csv");
+  list.insert(0, "location,");
+  list += "L-2,P-1,Three-phase motors,Direct on line,,10,HP,460,3,1800,90,FT,,,A,\n"
+          "L-1,P-2,Three-phase motors,Direct on line,,10,HP,460,3,1800,90,FT,,,B,\n"
+          "L-2,P-3,Power feeds,Three-phase,Heater,15,kW,480,3,,140,FT,,,C,\n";
+  std::ofstream(folder.path("list.csv")) << list;
+  CHECK(sheets("e", {"--order", "location", "--frame", "A1"}) == 2);
+  CHECK(folder.site().folder().read("e/out/lists/sheets.csv").find("\n002,P-1 - P-3,") != std::string::npos);
+  // Where a line goes on: from the first circuit of a location to the next one.
+  CHECK(folder.site().folder().read("e/sheets/002.json").find(">002.") != std::string::npos);
+}
+
+TEST_CASE("the lines for Slurm and GNU parallel in the manual build the same set") {
+  const SetFolder folder(goodRows);
+  const auto expected = [&] {
+    static_cast<void>(folder.set("build", "one"));
+    return filesOf(folder.path("one"));
+  }();
+  fs::rename(folder.path("list.csv"), folder.path("motors.csv"));
+  std::ofstream(folder.path("machines")) << ":\n"; // this one
+  const auto manual = linesOf(readText("docs/set.md"));
+  const std::string cluster = "bash '" + fs::absolute("tests/site/one_machine_cluster.sh").string() + "' '" +
+                              folder.path("cluster") + "' ";
+  for (const auto& [program, before] :
+       {std::pair<std::string, std::string>("sbatch", cluster), {"parallel", ""}}) {
+    CAPTURE(program);
+    const auto line = std::find_if(manual.begin(), manual.end(), [&](const std::string& one) {
+      return one.starts_with("    " + program + " ");
+    });
+    REQUIRE(line != manual.end());
+    if (std::system((program + " --version >/dev/null 2>&1").c_str()) != 0) continue; // not on this machine
+    const int status = std::system(("cd '" + folder.path("") + "' && rm -rf plant && PATH=\"" +
+                                    fs::absolute(toolPath()).parent_path().string() +
+                                    ":$PATH\" && export PATH && " + before + *line + " >/dev/null 2>&1")
+                                       .c_str());
+    constexpr int skipped = 77;
+    if (WEXITSTATUS(status) == skipped) continue;
+    REQUIRE(status == 0);
+    static_cast<void>(folder.site().run(
+        {"set", "join", folder.path("motors.csv"), "--site", folder.site().site(), "--out",
+         folder.path("plant")}));
+    auto files = filesOf(folder.path("plant"));
+    CHECK(files.erase("set.json") == 1); // names its list
+    auto others = expected;
+    others.erase("set.json");
+    CHECK((files == others));
+  }
 }

@@ -263,6 +263,15 @@
 (defun draw-dot ()
   (mapc (lambda (radius) (draw-circle '(0 0) radius symbol-layer)) '(0.7 0.5 0.3 0.1)))
 
+; Where a line comes from its supply: TAG1 names the supply, the pin the line, XREF where the line is before and next.
+(defun draw-supply ()
+  (draw-polyline '((-2.2 0.9) (0 0) (-2.2 -0.9)) symbol-layer T)
+  (sy-attribute "TAG1" -8.5 -0.9 2.0 'right) ; left of the line's name, which the template draws
+  (sy-attribute "XREF" -3 -4.2 1.5 'right)
+  (sy-hidden "FAMILY" "SRC")
+  (mapc 'sy-hidden '("INST" "LOC"))
+  (sy-pin "X4TERM01" 0 0 ""))
+
 ; Mechanical interlock of two contactors, one pole group 40 below the other.
 (defun draw-interlock ()
   (sy-link 0 0 0 -16)
@@ -289,7 +298,7 @@
     ("ZGROUND" draw-ground) ("ZTERM" draw-terminal) ("ZTRANS" draw-transformer)
     ("ZSTOP" draw-stop-button) ("ZSTART" draw-start-button) ("ZSELECT" draw-selector)
     ("ZOPEN" draw-contact-open "CR") ("ZCLOSED" draw-contact-closed "CR") ("ZOLC" draw-contact-closed "OL" ("95" "96"))
-    ("ZCOIL" draw-coil) ("ZLIGHT" draw-pilot-light) ("ZDOT" draw-dot) ("ZLOCK" draw-interlock)
+    ("ZCOIL" draw-coil) ("ZLIGHT" draw-pilot-light) ("ZDOT" draw-dot) ("ZLOCK" draw-interlock) ("ZSUPPLY" draw-supply)
     ("ZWIRENO" draw-wire-number) ("ZAN_BV_MARKER_BLOCK" draw-marker)))
 
 (defun site-draw-symbol (name)
