@@ -21,6 +21,13 @@ std::vector<std::pair<std::wstring, std::wstring>> pairsOf(const TableText::Row&
   return pairs;
 }
 
+std::vector<std::wstring> partsOf(const std::wstring& cell) {
+  std::vector<std::wstring> parts = brenvolt::splitSkippingEmpty(cell, L';');
+  for (std::wstring& part : parts)
+    part = brenvolt::trim(part);
+  return parts;
+}
+
 void addForms(SheetCode& code, const TableText::Row& row, int column) {
   const std::wstring& cell = row.cell(column);
   if (cell.empty()) return;
@@ -86,6 +93,7 @@ const SheetCode* SheetModel::findKey(const std::wstring& upperCaseCode) const {
 SheetModel modelOf(const TableText& sheet) {
   SheetModel model;
   model.name = sheet.name;
+  const int onlyWith = sheet.columnOf(onlyWithColumn);
   for (const TableText::Row& row : sheet.rows) {
     if (const std::wstring& text = row.cell(sheetcolumn::code); !text.empty()) {
       SheetCode& code = model.codes.emplace_back();
@@ -96,7 +104,7 @@ SheetModel modelOf(const TableText& sheet) {
     SheetCode& code = model.codes.back();
     if (!row.cell(sheetcolumn::title).empty()) code.hasTitle = true;
     if (const std::wstring& title = row.cell(sheetcolumn::group); !title.empty())
-      code.groups.push_back({row.number, title, {}});
+      code.groups.push_back({row.number, title, {}, partsOf(onlyWith == 0 ? L"" : row.cell(onlyWith))});
     if (!row.cell(sheetcolumn::option).empty()) addOption(code, row);
     if (!code.hasTitle) continue; // forms without a record are lost
     for (const int column : {sheetcolumn::firstForms, sheetcolumn::secondForms, sheetcolumn::controlForms})

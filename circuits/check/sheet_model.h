@@ -8,6 +8,7 @@
 #include <cstdint>
 #include <map>
 #include <string>
+#include <string_view>
 #include <utility>
 #include <vector>
 
@@ -18,6 +19,8 @@ namespace sheetcolumn {
 inline constexpr int code = 1, title = 2, defaultMark = 3, group = 4, option = 5, value = 6, forCode = 7,
                      firstForms = 8, secondForms = 9, controlForms = 10, firstPair = 11;
 }
+/// The column, by its title, that says with which option of a group above a group is offered. Builds do not read it.
+inline constexpr std::wstring_view onlyWithColumn = L"ONLY WITH";
 /// The option code of a CODE without groups or with a group in which nothing is selected.
 inline constexpr std::int32_t incompleteCode = -1;
 
@@ -32,6 +35,7 @@ struct SheetGroup {
   int row = 0;
   std::wstring title;
   std::vector<SheetOption> options;
+  std::vector<std::wstring> onlyWith{}; ///< options of groups above; empty for no condition
 
   /// The motor or load group, which is never shown.
   [[nodiscard]] bool isControl() const;

@@ -214,7 +214,7 @@ private:
     using namespace sheetcolumn;
     const int count = sheet_.columnCount();
     for (int left = firstPair; left <= count; left += 2) {
-      if (isCheckColumn(left)) break;
+      if (isOwnColumn(left)) break;
       const std::wstring& table = row.cell(left);
       const std::wstring& title = row.cell(left + 1);
       if (table.empty() && title.empty()) continue;
@@ -230,9 +230,25 @@ private:
     }
   }
 
-  bool isCheckColumn(int column) const {
+  /// One that is known by its title, and not of a pair.
+  bool isOwnColumn(int column) const {
     const auto index = static_cast<std::size_t>(column) - 1;
-    return index < sheet_.columns.size() && equalsOrdinalNoCase(sheet_.columns[index], L"CHECK");
+    return index < sheet_.columns.size() && (equalsOrdinalNoCase(sheet_.columns[index], L"CHECK") ||
+                                             equalsOrdinalNoCase(sheet_.columns[index], onlyWithColumn));
+  }
+
+  /// The groups above are those that the user has answered.
+  void checkOnlyWith(const SheetCode& code, const SheetGroup& group) {
+    for (const std::wstring& wanted : group.onlyWith) {
+      bool isKnown = false;
+      for (const SheetGroup* above = code.groups.data(); above != &group; ++above)
+        for (const SheetOption& option : above->options)
+          isKnown = isKnown || equalsOrdinalNoCase(option.text, wanted);
+      if (!isKnown)
+        findings_.add(
+            L"only-with-unknown", site_.place(model_, code, group.row, sheet_.columnOf(onlyWithColumn)),
+            {wanted}, {{L"group", group.title}, {L"option", wanted}, {L"code", code.code}});
+    }
   }
 
   void checkCode(const SheetCode& code) {
@@ -256,6 +272,7 @@ private:
   }
 
   void checkGroup(const SheetCode& code, const SheetGroup& group) {
+    checkOnlyWith(code, group);
     const auto place = [&](int row, int column) { return site_.place(model_, code, row, column); };
     if (group.options.empty()) {
       findings_.add(
