@@ -174,6 +174,7 @@ bool ZanWidgetManagerMcc::OnCellChanged(std::int32_t groupId, std::uint32_t row,
     storeNumber(*mode, field, text);
     return true;
   }
+  followsTable_ = followsTable_ || hasCurrentOfTable(*mode);
   setRating(data_, field, text);
   setRating(circuits_.take(record_).circuit, field, text);
   // A load never looks its current up: it has no row for the speed.
@@ -188,6 +189,7 @@ void ZanWidgetManagerMcc::storeNumber(MccMode mode, std::size_t field, std::wstr
   const bool hasChanged = differs(data_.*ratingFields[field].number, toDouble(text));
   setRating(data_, field, text);
   storeUserValue(circuits_.take(record_), mode, field, text);
+  if (field == flaField) followsTable_ = false;
   // A motor's current and a load's multiplier size the wires also when typed again as they were.
   const bool always = field == (mode == MccMode::motor ? flaField : multiplierField);
   if (always || hasChanged) startTimer(recalculateTimer);
@@ -203,13 +205,15 @@ void ZanWidgetManagerMcc::OnTimer(std::uint32_t timerId) {
 }
 
 std::vector<MotorCondition> ZanWidgetManagerMcc::conditionsBut(
-    MccMode mode, std::size_t skippedRow, const std::vector<ZanGroupRow>& rows) const {
+    MccMode mode, std::size_t skippedRow, const std::vector<ZanGroupRow>& rows,
+    CurrentCondition current) const {
   const std::vector<std::size_t> fields = mccFieldsOf(mode);
   std::vector<MotorCondition> conditions;
   for (std::size_t row = 0; row < std::min(rows.size(), fields.size()); ++row) {
     const std::wstring value = rows[row].value();
     // A load's current is compared with the column of currents, though it is in the row of a motor's speed.
-    if (row != skippedRow && fields[row] < conditionFields && !value.empty())
+    const bool isDropped = current == CurrentCondition::dropped && fields[row] == flaField;
+    if (row != skippedRow && fields[row] < conditionFields && !value.empty() && !isDropped)
       conditions.push_back({columnNames_[fields[row]], value});
   }
   return conditions;
@@ -233,9 +237,15 @@ bool ZanWidgetManagerMcc::GetChoices(
   const FlagScope querying(querying_);
   lastRow_ = row;
   const ZanTableKind table = *mode == MccMode::load ? ZanTableKind::loads : ZanTableKind::motors;
-  std::vector<std::wstring> values = distinctMotorValues(
-      connection_, table, getCodeStandard().value_or(std::wstring()), columnNames_[fields[index]],
-      conditionsBut(*mode, index, rows));
+  const auto valuesBy = [&](const std::vector<MotorCondition>& conditions) {
+    return distinctMotorValues(
+        connection_, table, getCodeStandard().value_or(std::wstring()), columnNames_[fields[index]],
+        conditions);
+  };
+  std::vector<std::wstring> values = valuesBy(conditionsBut(*mode, index, rows));
+  // Of a chosen motor its own current would leave only the value that is there: its neighbours have other currents.
+  if (values.size() <= 1 && fields[index] != flaField)
+    values = valuesBy(conditionsBut(*mode, index, rows, CurrentCondition::dropped));
 
   constexpr std::size_t loadIndex = 1;
   constexpr std::size_t unitsIndex = 2;
@@ -253,6 +263,24 @@ bool ZanWidgetManagerMcc::GetChoices(
   return true;
 }
 
+std::vector<std::wstring> ZanWidgetManagerMcc::currentsOfTable() {
+  std::vector<MotorCondition> conditions;
+  for (std::size_t field = 0; field < flaField; ++field)
+    conditions.push_back({columnNames_[field], data_.*ratingFields[field].text});
+  return distinctMotorValues(
+      connection_, ZanTableKind::motors, getCodeStandard().value_or(std::wstring()), columnNames_[flaField],
+      conditions);
+}
+
+/// Whether the current is that which the table has for the motor, and not one that the user has typed.
+bool ZanWidgetManagerMcc::hasCurrentOfTable(MccMode mode) {
+  if (mode != MccMode::motor || querying_) return false;
+  const std::vector<std::wstring> currents = currentsOfTable();
+  return std::any_of(currents.begin(), currents.end(), [this](const std::wstring& current) {
+    return !differs(toDouble(current), data_.fla);
+  });
+}
+
 void ZanWidgetManagerMcc::lookUpCurrent() {
   ZanGroupCtrl* group = groupAt(mccplace::data);
   if (querying_ || !group) return;
@@ -264,17 +292,22 @@ void ZanWidgetManagerMcc::lookUpCurrent() {
   std::vector<MotorCondition> conditions;
   for (std::size_t row = 0; row < std::min(rows.size(), conditionFields); ++row)
     conditions.push_back({columnNames_[row], rows[row].value()});
-  // The multiplier's column has no name, so the query finds nothing and the current stays as typed: only the lookup
-  // commands change it.
+  // The multiplier's column has no name, so the query finds nothing and a typed current stays: only the lookup commands
+  // change it.
   std::vector<std::wstring> currents = distinctMotorValues(
       connection_, ZanTableKind::motors, getCodeStandard().value_or(std::wstring()),
       columnNames_[multiplierField], conditions);
   std::stable_sort(currents.begin(), currents.end(), [](const std::wstring& left, const std::wstring& right) {
     return toDouble(left) < toDouble(right);
   });
+  // The current of the table is that of another motor now: left as it is, it would give a 15 HP motor the wire of 10 HP.
+  const bool followsTable = followsTable_ && currents.empty();
+  if (followsTable) currents = currentsOfTable();
   if (currents.empty()) return;
+  followsTable_ = false;
   group->WriteValue(flaField, currents.front());
   data_.fla = toDouble(currents.front());
+  if (followsTable) circuits_.take(record_).circuit.fla = data_.fla;
   Recalculate();
 }
 

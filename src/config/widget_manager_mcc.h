@@ -78,8 +78,13 @@ private:
   [[nodiscard]] ZanCircuitData sizedCircuit() const;
   [[nodiscard]] CatalogKey catalogKey(
       std::wstring_view markerCode, std::int32_t code, std::wstring_view table) const;
+  enum class CurrentCondition { kept, dropped };
   [[nodiscard]] std::vector<MotorCondition> conditionsBut(
-      MccMode mode, std::size_t skippedRow, const std::vector<ZanGroupRow>& rows) const;
+      MccMode mode, std::size_t skippedRow, const std::vector<ZanGroupRow>& rows,
+      CurrentCondition current = CurrentCondition::kept) const;
+  /// The currents that the motor table has for the motor of the rows.
+  [[nodiscard]] std::vector<std::wstring> currentsOfTable();
+  [[nodiscard]] bool hasCurrentOfTable(MccMode mode);
   void storeNumber(MccMode mode, std::size_t field, std::wstring_view text);
   void startTimer(std::uint32_t timer);
   void lookUpCurrent();
@@ -106,6 +111,7 @@ private:
   std::array<std::vector<std::wstring>, ratingCount> choiceCache_; ///< by row
   WireSizeColumns wireSizeColumns_;                                ///< stored but not used by any query
   std::uint32_t lastRow_ = 0; ///< of the last `GetChoices`, from 1; 0: the cache is stale
+  bool followsTable_ = false; ///< the current was that of the table before cells were changed
   bool querying_ = false;     ///< a `GetChoices` runs
   MccMode mode_ = MccMode::motor;
 };

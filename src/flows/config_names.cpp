@@ -5,6 +5,7 @@
 #include "text/numbers.h"
 
 #include <algorithm>
+#include <array>
 
 namespace brenvolt {
 
@@ -30,11 +31,21 @@ std::wstring proposeName(std::wstring_view circuit, const std::vector<std::wstri
 }
 
 std::wstring longName(std::wstring_view name, const ZanCircuitData& circuit) {
-  return formatText(
-      L"%s [%s %s %s %s %s %s %s]",
-      {name, std::wstring_view(circuit.type), std::wstring_view(circuit.load),
-       std::wstring_view(circuit.units), std::wstring_view(circuit.voltage), std::wstring_view(circuit.phase),
-       std::wstring_view(circuit.frequency), std::wstring_view(circuit.speed)});
+  const std::array<std::wstring_view, 7> ratings = {circuit.type,    circuit.load,  circuit.units,
+                                                    circuit.voltage, circuit.phase, circuit.frequency,
+                                                    circuit.speed};
+  std::wstring text(name);
+  // A circuit without motor or load: brackets around nothing would say nothing.
+  if (std::all_of(ratings.begin(), ratings.end(), [](std::wstring_view each) { return each.empty(); }))
+    return text;
+  std::wstring brackets = L" [";
+  for (std::size_t place = 0; place < ratings.size(); ++place) {
+    if (place > 0) brackets += L' ';
+    brackets += ratings[place];
+  }
+  brackets += L']';
+  // OK is pressed again after a question, or the name is that of a saved configuration: it has them already.
+  return text.ends_with(brackets) ? text : text + brackets;
 }
 
 } // namespace brenvolt

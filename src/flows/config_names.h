@@ -13,7 +13,8 @@ namespace brenvolt {
 [[nodiscard]] std::wstring proposeName(std::wstring_view circuit, const std::vector<std::wstring>& taken);
 
 /// The name followed by the ratings of a circuit: "name [type load units voltage phase frequency speed]".
-/// What is not given leaves its blank.
+/// What is not given leaves its blank; a name that ends in these brackets has them once, and where no rating is given
+/// there are none.
 [[nodiscard]] std::wstring longName(std::wstring_view name, const ZanCircuitData& circuit);
 
 } // namespace brenvolt

@@ -222,7 +222,6 @@ std::optional<std::wstring> ZanDlgConfig::acceptName() {
       name = ProposeName();
     }
   }
-  // Pressed again, it is appended again: intentional.
   name = longName(name, build_.circuit().circuit);
   edit.SetText(name);
   return name;

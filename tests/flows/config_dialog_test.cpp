@@ -57,7 +57,7 @@ TEST_CASE("units inserted as they stand give the drawing of a direct build, in w
     CHECK_EQ(result.drawn, direct.drawn);
     CHECK_EQ(result.drawing, direct.drawing);
     CHECK_EQ(result.saved, direct.saved);
-    CHECK_EQ(site.historyNames(), "Motor (001) [      ]");
+    CHECK_EQ(site.historyNames(), "Motor (001)");
   }
 }
 
@@ -160,12 +160,12 @@ TEST_CASE("a choice that is changed behind an undo counts in drawing, history an
        .steps =
            {configStep(
                 {expecting("options/Frame", R"("text": "Large")"),
-                 expecting("historyName", R"("text": "Kept [      ]")"), insertAll, finish}),
+                 expecting("historyName", R"("text": "Kept")"), insertAll, finish}),
             answerStep("DuplicateCircuitName", 1001)},
-       .historyName = "Kept [      ]"});
+       .historyName = "Kept"});
   checkEnd(later, "T");
   CHECK_EQ(later.drawn, R"(("large" "plain"))");
-  CHECK_EQ(site.historyNames(), "Kept [      ]");
+  CHECK_EQ(site.historyNames(), "Kept");
 }
 
 TEST_CASE("units that are left are not drawn, but their choices are kept") {
@@ -180,7 +180,7 @@ TEST_CASE("units that are left are not drawn, but their choices are kept") {
   CHECK_EQ(result.drawn, R"(("small"))");
   CHECK_EQ(result.markers, "nil");
   CHECK_EQ(result.saved, R"((("BRK" nil "1") ("CON" nil "") ("LMP" nil "")))");
-  const ConfigResult later = site.run({.historyName = "Half [      ]", .isDirect = true});
+  const ConfigResult later = site.run({.historyName = "Half", .isDirect = true});
   CHECK_EQ(later.drawn, R"(("small" "outer" "one" "head" "red"))");
 }
 
@@ -266,7 +266,7 @@ TEST_CASE("LISP that fails at the very end leaves no marker and a history that f
   CHECK_EQ(result.failure, "");
   CHECK_EQ(result.drawn, R"(("small" "plain" "red"))");
   CHECK_EQ(result.markers, "nil");
-  CHECK_EQ(site.historyNames(), "Kept [      ]");
+  CHECK_EQ(site.historyNames(), "Kept");
 }
 
 TEST_CASE("an undo that the host refuses is told and changes nothing") {
@@ -288,7 +288,7 @@ TEST_CASE("an undo that the host refuses is told and changes nothing") {
 
 TEST_CASE("a configuration needs a name, and a taken one is replaced, made new or thought over") {
   ConfigSite site;
-  const std::string kept = "Kept [      ]";
+  const std::string kept = "Kept";
   const std::string duplicate = "DuplicateCircuitName";
   struct Row {
     const char* promise;
@@ -307,23 +307,23 @@ TEST_CASE("a configuration needs a name, and a taken one is replaced, made new o
        {configStep({insertAll, naming("Kept"), finish})},
        "",
        kept},
-      {"the proposal is free", {configStep({insertAll, finish})}, "", kept + "|Motor (001) [      ]"},
+      {"the proposal is free", {configStep({insertAll, finish})}, "", kept + "|Motor (001)"},
       {"the next one, too",
        {configStep({expecting("historyName", R"~("text": "Motor (002)")~"), insertAll, finish})},
        "",
-       kept + "|Motor (001) [      ]|Motor (002) [      ]"},
+       kept + "|Motor (001)|Motor (002)"},
       {"replaced",
-       {configStep({insertAll, naming("KEPT [      ]"), finish}), answerStep(duplicate, 1001)},
+       {configStep({insertAll, naming("KEPT"), finish}), answerStep(duplicate, 1001)},
        kept,
-       "Motor (001) [      ]|Motor (002) [      ]|KEPT [      ]"},
+       "Motor (001)|Motor (002)|KEPT"},
       {"made new",
        {configStep({insertAll, finish}), answerStep(duplicate, 1002)},
        kept,
-       "Motor (001) [      ]|Motor (002) [      ]|KEPT [      ]|Motor (003) [      ]"},
+       "Motor (001)|Motor (002)|KEPT|Motor (003)"},
       {"thought over",
        {configStep({insertAll, finish}), answerStep(duplicate, 2), configStep({naming("Other"), finish})},
        kept,
-       "Motor (001) [      ]|Motor (002) [      ]|KEPT [      ]|Motor (003) [      ]|Other [      ]"},
+       "Motor (001)|Motor (002)|KEPT|Motor (003)|Other"},
   };
   for (const Row& row : rows) {
     CAPTURE(row.promise);

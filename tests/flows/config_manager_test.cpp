@@ -230,9 +230,11 @@ TEST_CASE(
     CHECK_EQ(toUtf8(proposeName(row.circuit, row.taken)), row.proposal);
 
   ZanCircuitData circuit;
-  CHECK_EQ(longName(L"N", circuit), L"N [      ]");
+  CHECK_EQ(longName(L"N", circuit), L"N");
   circuit.type = L"Induction";
   circuit.units = L"HP";
   circuit.speed = L"1800";
-  CHECK_EQ(longName(L"%s", circuit), L"%s [Induction  HP    1800]");
+  for (const wchar_t* name : {L"%s", L"%s [Induction  HP    1800]"})
+    CHECK_EQ(longName(name, circuit), L"%s [Induction  HP    1800]");
+  CHECK_EQ(longName(L"N [spare]", circuit), L"N [spare] [Induction  HP    1800]");
 }
