@@ -223,7 +223,8 @@ void labelNets(SiteRun& site, DrawingDatabase& drawing, const std::wstring& circ
   }
 }
 
-std::wstring buildForm(const SetCircuit& circuit, const std::string& workbook, const KvPoint3d& at) {
+std::wstring buildForm(
+    const SetCircuit& circuit, const std::string& workbook, const KvPoint3d& at, BuildWay way) {
   std::wstring form = L"(progn (setq GBL_qn_electcodestd " + lispText(circuit.standardCode) + L")";
   form += L"(set-variable \"SITE_CIRCUIT\" " +
           brenvolt::formatInt(static_cast<std::int64_t>(circuit.number) - 1) + L")";
@@ -245,6 +246,7 @@ std::wstring buildForm(const SetCircuit& circuit, const std::string& workbook, c
     form += L" " + lispText(text);
   form += L" '(" + lisp::printReal(at.x) + L" " + lisp::printReal(at.y) + L")";
   form += L" " + lispText(startsElsewhere ? circuit.preset : std::wstring()) + L" \"\" \"\"";
+  if (way == BuildWay::withDialog) form += L" T";
   return form + L"))";
 }
 

@@ -43,8 +43,10 @@ void keepRow(
     const std::wstring& tag);
 
 /// The LISP that draws one circuit at the point; its answer is that of the build.
+enum class BuildWay { direct, withDialog };
 [[nodiscard]] std::wstring buildForm(
-    const SetCircuit& circuit, const std::string& workbook, const KvPoint3d& at);
+    const SetCircuit& circuit, const std::string& workbook, const KvPoint3d& at,
+    BuildWay way = BuildWay::direct);
 
 /// A text of 16 hexadecimal digits that stands for the bytes.
 [[nodiscard]] std::string digestOf(std::string_view bytes);

@@ -208,29 +208,6 @@ KvPoint3d pointOf(const CircuitObject& circuit) {
   return {*x, *y, 0.0};
 }
 
-/// What the site knew of the circuit by variables of the drawing when it was built.
-void takeSiteVariables(SetCircuit& row, const CircuitObject& circuit, const RebuildRequest& request) {
-  const auto text = [&circuit](const wchar_t* name) { return circuitField(circuit.fields, name); };
-  for (const auto& [name, scale] :
-       {std::pair{L"scale", &row.scale}, {L"component-scale", &row.componentScale}})
-    if (const double drawn = brenvolt::toDouble(text(name)); drawn > 0.0) *scale = drawn;
-  const auto isChosen = [&request](SetField field) {
-    const wchar_t* name = setFields()[static_cast<std::size_t>(field)].name;
-    return std::any_of(request.choices.begin(), request.choices.end(), [name](const auto& choice) {
-      return brenvolt::equalsOrdinalNoCase(choice.first, name);
-    });
-  };
-  row.number = static_cast<std::size_t>(std::max(brenvolt::toInt(text(L"SITE_CIRCUIT")), 1));
-  row.tag = text(L"SITE_TAG");
-  if (!isChosen(SetField::installation)) row.installation = text(L"SITE_INST");
-  if (!isChosen(SetField::location)) row.location = text(L"SITE_LOC");
-  constexpr std::array descriptions = {
-      std::pair{SetField::description1, L"SITE_DESC1"}, std::pair{SetField::description2, L"SITE_DESC2"},
-      std::pair{SetField::description3, L"SITE_DESC3"}};
-  for (std::size_t place = 0; place < descriptions.size(); ++place)
-    if (!isChosen(descriptions[place].first)) row.descriptions[place] = text(descriptions[place].second);
-}
-
 /// The site's variables as they were: the circuits that come next are counted as if nothing had been built again.
 class SiteVariables final {
 public:
@@ -294,12 +271,6 @@ void build(simhost::SiteRun& run, const RebuildRequest& request, const SetCircui
     throw BadInput(toUtf8(row.name) + ": the build failed; nothing has been changed");
 }
 
-CircuitObject objectOf(const DrawingDatabase& drawing, const std::wstring& id) {
-  for (CircuitObject& circuit : circuitsOf(drawing))
-    if (circuit.id == id) return std::move(circuit);
-  throw BadInput(toUtf8(id) + ": the drawing has no circuit of this id");
-}
-
 /// On the sheet where it is; a drawing without zones has no places to name.
 void drawOwnReferences(DrawingDatabase& drawing, const std::wstring& circuit) {
   const SheetZones zones(drawing);
@@ -310,11 +281,80 @@ void drawOwnReferences(DrawingDatabase& drawing, const std::wstring& circuit) {
   drawReferences(drawing, sheet.netlist, places, circuit);
 }
 
+/// The next build continues the circuit, and no other one does when it does not come to that.
+class Continued final {
+public:
+  Continued(simhost::CircuitRecorder& recorder, const std::wstring& circuit) : recorder_(recorder) {
+    recorder_.continueCircuit(circuit);
+  }
+  Continued(const Continued&) = delete;
+  Continued& operator=(const Continued&) = delete;
+  ~Continued() { recorder_.continueCircuit({}); }
+
+private:
+  simhost::CircuitRecorder& recorder_;
+};
+
+} // namespace
+
 DrawingDatabase& drawingOf(simhost::SiteRun& run) {
   return run.session().documents().current()->drawing();
 }
 
-} // namespace
+CircuitObject needCircuit(const DrawingDatabase& drawing, const std::wstring& id) {
+  for (CircuitObject& circuit : circuitsOf(drawing))
+    if (circuit.id == id) return std::move(circuit);
+  throw BadInput(toUtf8(id) + ": the drawing has no circuit of this id");
+}
+
+void takeSiteVariables(SetCircuit& row, const CircuitObject& circuit, const RebuildRequest& request) {
+  const auto text = [&circuit](const wchar_t* name) { return circuitField(circuit.fields, name); };
+  for (const auto& [name, scale] :
+       {std::pair{L"scale", &row.scale}, {L"component-scale", &row.componentScale}})
+    if (const double drawn = brenvolt::toDouble(text(name)); drawn > 0.0) *scale = drawn;
+  const auto isChosen = [&request](SetField field) {
+    const wchar_t* name = setFields()[static_cast<std::size_t>(field)].name;
+    return std::any_of(request.choices.begin(), request.choices.end(), [name](const auto& choice) {
+      return brenvolt::equalsOrdinalNoCase(choice.first, name);
+    });
+  };
+  row.number = static_cast<std::size_t>(std::max(brenvolt::toInt(text(L"SITE_CIRCUIT")), 1));
+  row.tag = text(L"SITE_TAG");
+  if (!isChosen(SetField::installation)) row.installation = text(L"SITE_INST");
+  if (!isChosen(SetField::location)) row.location = text(L"SITE_LOC");
+  constexpr std::array descriptions = {
+      std::pair{SetField::description1, L"SITE_DESC1"}, std::pair{SetField::description2, L"SITE_DESC2"},
+      std::pair{SetField::description3, L"SITE_DESC3"}};
+  for (std::size_t place = 0; place < descriptions.size(); ++place)
+    if (!isChosen(descriptions[place].first)) row.descriptions[place] = text(descriptions[place].second);
+}
+
+bool replaceCircuit(
+    simhost::SiteRun& run, const CircuitObject& circuit, SetCircuit row,
+    const std::function<bool(const SetCircuit&, const KvPoint3d&)>& build,
+    const std::function<void(SetCircuit&)>& finishRow) {
+  DrawingDatabase& drawing = drawingOf(run);
+  const TerminalNumbers terminals = numbersOf(drawing, circuit.id);
+  const std::map<std::wstring, int> highest = highestNumbers(drawing);
+  SiteVariables variables(drawing);
+  AllOrNothing changes(drawing.undoLog());
+  eraseCircuit(drawing, circuit);
+  {
+    const Continued continued(run.session().circuits(), circuit.id);
+    if (!build(row, pointOf(circuit))) return false;
+  }
+  numberContacts(drawing);
+  if (const std::wstring tag = circuitField(circuit.fields, L"tag"); !tag.empty()) {
+    labelNets(run, drawing, circuit.id);
+    keepTerminalNumbers(drawing, circuit.id, terminals, highest);
+    finishRow(row);
+    keepRow(drawing, circuit.id, row, tag);
+    drawOwnReferences(drawing, circuit.id);
+  }
+  variables.restore();
+  changes.keep();
+  return true;
+}
 
 std::wstring rebuildWarning(const DrawingDatabase& drawing, const CircuitObject& circuit) {
   const std::optional<bool> isChanged = simhost::isChangedSinceBuilt(drawing, circuit.id);
@@ -329,36 +369,22 @@ std::wstring rebuildWarning(const DrawingDatabase& drawing, const CircuitObject&
 }
 
 void rebuildCircuit(simhost::SiteRun& run, const RebuildRequest& request) {
-  DrawingDatabase& drawing = drawingOf(run);
-  const CircuitObject circuit = objectOf(drawing, request.circuit);
+  const CircuitObject circuit = needCircuit(drawingOf(run), request.circuit);
   SetCircuit row = resolved(request, circuit, run.session());
   takeSiteVariables(row, circuit, request);
-  const TerminalNumbers terminals = numbersOf(drawing, circuit.id);
-  const auto lineReferences = lineReferencesOf(drawing, circuit.id);
-  const std::map<std::wstring, int> highest = highestNumbers(drawing);
-  SiteVariables variables(drawing);
-  const BuildData buildData(run.interpreter());
-  AllOrNothing changes(drawing.undoLog());
-  eraseCircuit(drawing, circuit);
-  run.session().circuits().continueCircuit(circuit.id);
-  build(run, request, row, pointOf(circuit));
-  numberContacts(drawing);
-  if (const std::wstring tag = circuitField(circuit.fields, L"tag"); !tag.empty()) {
-    labelNets(run, drawing, circuit.id);
-    keepTerminalNumbers(drawing, circuit.id, terminals, highest);
-    keepLineReferences(drawing, circuit.id, lineReferences);
-    keepRow(drawing, circuit.id, row, tag);
-    drawOwnReferences(drawing, circuit.id);
-  }
-  simhost::sealCircuit(drawing, circuit.id);
-  variables.restore();
-  changes.keep();
+  static_cast<void>(replaceCircuit(
+      run, circuit, std::move(row),
+      [&](const SetCircuit& built, const KvPoint3d& at) {
+        build(run, request, built, at);
+        return true;
+      },
+      [](SetCircuit&) {}));
 }
 
 std::wstring copyCircuit(
     simhost::SiteRun& run, const RebuildRequest& request, const std::wstring& tag, const KvPoint3d& at) {
   DrawingDatabase& drawing = drawingOf(run);
-  const CircuitObject circuit = objectOf(drawing, request.circuit);
+  const CircuitObject circuit = needCircuit(drawing, request.circuit);
   if (!tag.empty() && !findCircuits(circuitsOf(drawing), tag).empty())
     throw BadInput(toUtf8(tag) + ": the drawing has a circuit of this tag already");
   SetCircuit row = resolved(request, circuit, run.session());

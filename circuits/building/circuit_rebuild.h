@@ -10,9 +10,11 @@
 // A circuit that was moved with `moveCircuit` is built where it is now.
 #pragma once
 
+#include "circuits/building/circuit_rows.h"
 #include "circuits/provenance/circuit_objects.h"
 #include "simhost/site/site_run.h"
 
+#include <functional>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -41,5 +43,21 @@ void rebuildCircuit(simhost::SiteRun& run, const RebuildRequest& request);
 /// for a circuit that has none, whose tags the site counts on. Answers the new circuit's id; errors as above.
 std::wstring copyCircuit(
     simhost::SiteRun& run, const RebuildRequest& request, const std::wstring& tag, const KvPoint3d& at);
+
+// What `circuit_configure` shares.
+
+[[nodiscard]] simhost::DrawingDatabase& drawingOf(simhost::SiteRun& run);
+/// Throws BadInput for an id that the drawing does not have.
+[[nodiscard]] CircuitObject needCircuit(const simhost::DrawingDatabase& drawing, const std::wstring& id);
+/// Gives the row what the site knew of the circuit by variables of the drawing when it was built, except what the request
+/// chooses.
+void takeSiteVariables(SetCircuit& row, const CircuitObject& circuit, const RebuildRequest& request);
+/// Takes the circuit out of the drawing and lets `build` draw it at the same point; id, terminal numbers and the site's
+/// variables are as before. `finishRow` completes what the drawing keeps of a row of a list. False, with the drawing as
+/// before, when `build` returns false; so it is when `build` throws.
+[[nodiscard]] bool replaceCircuit(
+    simhost::SiteRun& run, const CircuitObject& circuit, SetCircuit row,
+    const std::function<bool(const SetCircuit&, const KvPoint3d&)>& build,
+    const std::function<void(SetCircuit&)>& finishRow);
 
 } // namespace circuits

@@ -1,6 +1,7 @@
 // Looking up row by row, with each table and worksheet read once.
 #include "circuits/building/circuit_rows.h"
 
+#include "circuits/building/row_configurations.h"
 #include "data/rating_tables.h"
 #include "simhost/host/errors.h"
 #include "simhost/site/code_standard.h"
@@ -13,6 +14,7 @@
 #include "text/split.h"
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 #include <filesystem>
 #include <map>
@@ -472,39 +474,40 @@ private:
     const auto from = [&](WireField field) { return (*request)[field].text; };
     const bool isContinuous = from(WireField::continuous) != simhost::offText;
     const bool hasLength = !row[SetField::length].empty();
-    circuit.data = {
-        {L"Type", text(Rating::type)},
-        {L"Load", text(Rating::load)},
-        {L"Units", text(Rating::units)},
-        {L"Voltage (V)", voltage},
-        {L"Phase", phase},
-        {L"Frequency (Hz)", text(Rating::frequency)},
-        {L"Speed (RPM)", text(Rating::speed)},
-        {L"Full-load current (A)", fla},
-        {L"Multiplier", from(WireField::multiplier)},
-        {L"Additional current (A)", L"0"},
-        {L"Wire size standard", from(WireField::wireStandard)},
-        {L"Conductor metal", from(WireField::metal)},
-        {L"Insulation", from(WireField::insulation)},
-        {L"Temperature rating", request->choice.temperature},
-        {L"Wire length", hasLength ? from(WireField::length) : L"0"},
-        {L"Length units", hasLength ? from(WireField::units) : L""},
-        {L"Raceway", circuit.raceway},
-        {L"Power factor", hasLength ? from(WireField::powerFactor) : L"0"},
-        {L"Voltage drop limit (%)", L"0"},
-        {L"Continuous load factor", isContinuous ? from(WireField::continuous) : L"0"},
-        {L"Conductors in raceway", L""},
-        {L"Fill correction factor", L"0"},
-        {L"Ambient temperature", row[SetField::ambient]},
-        {L"Ambient correction factor", row[SetField::ambient].empty()
-                                           ? std::wstring(L"0")
-                                           : request->fields.text(LookupField::ambientFactor)},
-        {L"Overall correction factor", brenvolt::formatShortest(request->input.overallFactor)},
-        {L"Parallel conductors", L""},
-        {L"Smallest parallel size", L""},
-        {L"Energy price", L"0"},
-        {L"Grounding conductor size", circuit.groundSize},
-        {L"Control", std::wstring(circuit.isMotor ? motorGroup : loadGroup)}};
+    const std::array<std::wstring, loadSetupNames.size()> setup = {
+        text(Rating::type),
+        text(Rating::load),
+        text(Rating::units),
+        voltage,
+        phase,
+        text(Rating::frequency),
+        text(Rating::speed),
+        fla,
+        from(WireField::multiplier),
+        L"0",
+        from(WireField::wireStandard),
+        from(WireField::metal),
+        from(WireField::insulation),
+        request->choice.temperature,
+        hasLength ? from(WireField::length) : L"0",
+        hasLength ? from(WireField::units) : L"",
+        circuit.raceway,
+        hasLength ? from(WireField::powerFactor) : L"0",
+        L"0",
+        isContinuous ? from(WireField::continuous) : L"0",
+        L"",
+        L"0",
+        row[SetField::ambient],
+        row[SetField::ambient].empty() ? std::wstring(L"0")
+                                       : request->fields.text(LookupField::ambientFactor),
+        brenvolt::formatShortest(request->input.overallFactor),
+        L"",
+        L"",
+        L"0",
+        circuit.groundSize,
+        std::wstring(circuit.isMotor ? motorGroup : loadGroup)};
+    for (std::size_t place = 0; place < setup.size(); ++place)
+      circuit.data.emplace_back(loadSetupNames[place], setup[place]);
   }
 
   const SetSettings& settings_;

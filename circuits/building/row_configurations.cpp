@@ -20,9 +20,6 @@ using brenvolt::EntryRow;
 
 namespace {
 
-/// How deep templates are nested at most; a choice is looked for at the depth at which its marker comes.
-constexpr int deepestTemplate = 3;
-
 EntryRow wireRow(std::wstring_view element, const std::wstring& wire, const std::wstring& size) {
   return {std::wstring(element), {{wire + L" - Size", size}, {wire + L" - Layer", L""}}};
 }
@@ -76,10 +73,13 @@ ConfigurationFolder::~ConfigurationFolder() {
 }
 
 std::string ConfigurationFolder::workbookFor(const SetCircuit& circuit) const {
-  if (!circuit.configuration.empty()) return workbook_;
+  return circuit.configuration.empty() ? workbookWith(historyOf({&circuit}, workbook_)) : workbook_;
+}
+
+std::string ConfigurationFolder::workbookWith(const std::string& history) const {
   const fs::path copy = folder_ / fs::path(workbook_).filename();
   const std::string reason =
-      simhost::replaceFile(fs::path(copy).replace_extension(".xml"), historyOf({&circuit}, workbook_));
+      simhost::replaceFile(folder_ / brenvolt::toUtf8(brenvolt::historyFileName), history);
   if (!reason.empty()) throw simhost::CannotWrite(reason);
   std::error_code error;
   return fs::absolute(copy, error).string();

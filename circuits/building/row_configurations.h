@@ -4,11 +4,49 @@
 
 #include "circuits/building/circuit_rows.h"
 
+#include <array>
 #include <filesystem>
 #include <string>
 #include <vector>
 
 namespace circuits {
+
+/// How deep templates are nested at most; a choice is looked for at the depth at which its marker comes.
+inline constexpr int deepestTemplate = 3;
+
+/// The data of a motor or load in the order in which symbols and saved configurations keep them. They are read by
+/// position; the names are what a list shows.
+inline constexpr std::array loadSetupNames = {
+    L"Type",
+    L"Load",
+    L"Units",
+    L"Voltage (V)",
+    L"Phase",
+    L"Frequency (Hz)",
+    L"Speed (RPM)",
+    L"Full-load current (A)",
+    L"Multiplier",
+    L"Additional current (A)",
+    L"Wire size standard",
+    L"Conductor metal",
+    L"Insulation",
+    L"Temperature rating",
+    L"Wire length",
+    L"Length units",
+    L"Raceway",
+    L"Power factor",
+    L"Voltage drop limit (%)",
+    L"Continuous load factor",
+    L"Conductors in raceway",
+    L"Fill correction factor",
+    L"Ambient temperature",
+    L"Ambient correction factor",
+    L"Overall correction factor",
+    L"Parallel conductors",
+    L"Smallest parallel size",
+    L"Energy price",
+    L"Grounding conductor size",
+    L"Control"};
 
 /// The bytes of a history file with an entry under the tag of each circuit that has data of its own.
 [[nodiscard]] std::string historyOf(
@@ -27,6 +65,8 @@ public:
   /// The workbook from which the circuit is built: the copy with the circuit's configuration beside it, or the site's
   /// own for a circuit that starts from a configuration there.
   [[nodiscard]] std::string workbookFor(const SetCircuit& circuit) const;
+  /// The copy with this history file beside it. Throws CannotWrite.
+  [[nodiscard]] std::string workbookWith(const std::string& history) const;
 
 private:
   std::filesystem::path folder_;

@@ -42,6 +42,7 @@ const QColor overlapColour(0xd0, 0x20, 0x20);
 const QColor hoverColour(0xff, 0x8c, 0x1a);
 const QColor selectionColour(0x1e, 0x90, 0xff);
 const QColor groupColour(0x6a, 0xb4, 0xf5);
+const QColor litColour(0x2e, 0xa0, 0x43);
 
 } // namespace
 
@@ -86,6 +87,12 @@ void DrawingView::setMode(Mode mode) {
 
 void DrawingView::select(std::optional<KvDbHandle> entity) {
   selected_ = entity;
+  update();
+}
+
+void DrawingView::light(std::optional<KvDbHandle> entity) {
+  if (entity == lit_) return;
+  lit_ = entity;
   update();
 }
 
@@ -155,8 +162,9 @@ void DrawingView::paintEvent(QPaintEvent* /*event*/) {
   painter.drawImage(0, 0, picture_.image());
   paintHighlight(painter, groupItems_, groupColour);
   if (selected_) paintHighlight(painter, scene_.itemsOf(*selected_), selectionColour);
+  if (lit_) paintLit(painter);
   const bool isPicking = mode_ == Mode::select || mode_ == Mode::pickEntity;
-  if (hovered_ && isPicking && hovered_ != selected_)
+  if (hovered_ && isPicking && hovered_ != selected_ && isOffered(*hovered_))
     paintHighlight(painter, scene_.itemsOf(*hovered_), hoverColour);
   if (corner_) {
     painter.setPen(QPen(selectionColour, 1.0, Qt::DashLine));
@@ -164,6 +172,28 @@ void DrawingView::paintEvent(QPaintEvent* /*event*/) {
   }
   if (mode_ == Mode::pickPoint) paintPlace(painter);
   if (hasFocus()) HostStyle::paintFocus(painter, picture_.image().rect(), palette());
+}
+
+bool DrawingView::isOffered(KvDbHandle entity) const {
+  return mode_ != Mode::pickEntity || !fits_ || fits_(entity);
+}
+
+/// A ring around it as well: a marker is small, and may lie under wires.
+void DrawingView::paintLit(QPainter& painter) {
+  const std::vector<std::uint32_t> items = scene_.itemsOf(*lit_);
+  paintHighlight(painter, items, litColour);
+  Box box;
+  for (const std::uint32_t item : items)
+    box.include(scene_.box(item));
+  if (box.isEmpty()) return;
+  constexpr double space = 6.0; // pixels
+  const QRectF around =
+      QRectF(view().toScreen({box.left, box.top, 0.0}), view().toScreen({box.right, box.bottom, 0.0}))
+          .normalized()
+          .adjusted(-space, -space, space, space);
+  painter.setPen(QPen(litColour, 2.0 * ratio()));
+  painter.setBrush(Qt::NoBrush);
+  painter.drawRoundedRect(around, space, space);
 }
 
 void DrawingView::paintPlace(QPainter& painter) const {
@@ -357,7 +387,8 @@ void DrawingView::answerTyped() {
 void DrawingView::stepEntity(int step) {
   std::vector<KvDbHandle> entities;
   for (const DisplayItem& item : scene_.items())
-    if (scene_.isShown(item) && (entities.empty() || entities.back() != item.entity))
+    if (scene_.isShown(item) && (entities.empty() || entities.back() != item.entity) &&
+        isOffered(item.entity))
       entities.push_back(item.entity);
   if (entities.empty()) return;
   const auto count = static_cast<std::ptrdiff_t>(entities.size());

@@ -38,11 +38,17 @@ public:
   void setGrid(bool isShown);
   void setMode(Mode mode);
   void select(std::optional<KvDbHandle> entity);
+  /// Marks an entity that something beside the drawing is about.
+  void light(std::optional<KvDbHandle> entity);
+  [[nodiscard]] std::optional<KvDbHandle> lit() const { return lit_; }
   /// What is selected together with an entity, such as its circuit.
   void selectGroup(std::vector<KvDbHandle> entities);
   [[nodiscard]] const std::vector<KvDbHandle>& group() const { return group_; }
   /// Whether the placed circuit may overlap the selected group, as a moved circuit may.
   void setIgnoresGroup(bool ignores) { ignoresGroup_ = ignores; }
+
+  /// In `pickEntity`, which entities light up under the pointer and are stepped over by keys; null for all.
+  void setFilter(std::function<bool(KvDbHandle)> fits) { fits_ = std::move(fits); }
 
   /// What is to be placed, around the point that is picked: drawn at the pointer in `pickPoint`.
   void setOutline(const std::optional<Box>& outline);
@@ -106,6 +112,8 @@ private:
   void answerTyped();
   [[nodiscard]] KvPoint3d snapped(const QPointF& pixel) const;
   void paintPlace(QPainter& painter) const;
+  [[nodiscard]] bool isOffered(KvDbHandle entity) const;
+  void paintLit(QPainter& painter);
   void paintHighlight(QPainter& painter, const std::vector<std::uint32_t>& numbers, const QColor& colour);
   void findGroupItems();
   /// Pixels of the device for one of the window.
@@ -120,6 +128,8 @@ private:
   bool isFitted_ = true; ///< the view still shows the extents, so that a resize keeps doing so
   std::optional<KvDbHandle> hovered_;
   std::optional<KvDbHandle> selected_;
+  std::optional<KvDbHandle> lit_;
+  std::function<bool(KvDbHandle)> fits_;
   std::vector<KvDbHandle> group_;
   std::vector<std::uint32_t> groupItems_; ///< of the scene
   bool ignoresGroup_ = false;

@@ -158,10 +158,14 @@ enum class HostText : unsigned {
   configurationTitle,
   configurationExists, ///< name
   configurationReplace,
-  reportTitle, ///< circuit
-  rebuildSeveral,
-  wireOf,    ///< layer
-  circuitOf, ///< circuit
+  reportTitle,           ///< circuit
+  configurationNotSaved, ///< circuit, reason
+  wireOf,                ///< layer
+  circuitOf,             ///< circuit
+  onlyMotorFits = 450,
+  onlyLoadFits,
+  onlyMotorOrLoadFits,
+  onlyComponentFits,
 
   promptHint = 500,
   layersTitle,
@@ -180,6 +184,24 @@ enum class HostText : unsigned {
   searchTree,
   insertEverything,
   insertEverythingTip,
+  finishedCircuit,
+  markers,
+  configurationTable,
+  configurationTableTip,
+  previewMaking,
+  previewFailed, ///< reason
+  configurationsTitle,
+  configurationSearch,
+  columnConfiguration,
+  columnVoltage,
+  columnPhase,
+  columnSpeed,
+  columnCurrent,
+  columnCircuit,
+  onlyPhase, ///< number
+  onlyWith,  ///< options
+  noSizes,   ///< circuit
+  noSizeYet,
 
   circuitsTitle = 650,
   columnNumber,

@@ -10,6 +10,8 @@
 #include "simhost/gui/prompt_pane.h"
 #include "simhost/gui/properties_panel.h"
 #include "simhost/gui/result_line.h"
+#include "simhost/gui/site_circuits.h"
+#include "simhost/gui/unit_markers.h"
 #include "simhost/gui/window_texts.h"
 #include "simhost/host/session.h"
 #include "simhost/lisp/printer.h"
@@ -90,6 +92,7 @@ QString droppedFile(const QMimeData& data) {
 
 MainWindow::MainWindow(SiteRun& site, QtWindows& windows, HostTexts& texts)
     : site_(site), windows_(windows), texts_(texts), runner_(site, windows) {
+  units_ = std::make_unique<UnitMarkers>(site, windows);
   buildView();
   buildParts();
   help_ = new ContextHelp(this);
@@ -102,6 +105,7 @@ MainWindow::MainWindow(SiteRun& site, QtWindows& windows, HostTexts& texts)
       watch_.start(watchMilliseconds);
     else
       watch_.stop();
+    view_->light(std::nullopt);
     refreshScene();
     refreshCircuits();
     refreshActions();
@@ -110,11 +114,16 @@ MainWindow::MainWindow(SiteRun& site, QtWindows& windows, HostTexts& texts)
   connect(&watch_, &QTimer::timeout, this, [this] {
     refreshScene();
     refreshActions();
+    view_->light(units_->current());
   });
   site_.session().commandLine().setSink([this](std::wstring_view text) { prompt_->print(text); });
   windows_.setMainWindow(this);
   windows_.setPicker(this);
   windows_.setSettings(&settings());
+  if (!site.session().options().siteFolder.empty()) {
+    siteCircuits_ = std::make_unique<SiteCircuits>(site, windows, texts);
+    windows_.setCircuitFacts(siteCircuits_.get());
+  }
   windows_.setWords(windowWords(texts_));
   file_ = toQt(site_.session().documents().current()->fileName());
   const std::filesystem::path& settingsFile = site_.session().options().settingsFile;
@@ -142,6 +151,7 @@ MainWindow::~MainWindow() {
   windows_.setPicker(nullptr);
   windows_.setMainWindow(nullptr);
   windows_.setSettings(nullptr);
+  windows_.setCircuitFacts(nullptr);
 }
 
 void MainWindow::buildView() {
@@ -167,6 +177,8 @@ void MainWindow::buildView() {
   setCentralWidget(middle);
   view_->onPointer = [this](const KvPoint3d& point) { showPointer(point); };
   view_->onSelected = [this] {
+    // A click on a marker is about the dialog beside the drawing, when there is one.
+    if (view_->selected() && units_->select(*view_->selected())) return view_->light(units_->current());
     selectCircuitOf(view_->selected());
     showProperties();
     if (view_->selected()) say(factsText(*view_->selected()));
@@ -193,6 +205,11 @@ void MainWindow::buildPanels() {
   properties_ = new PropertiesPanel(texts_, this);
   circuitPanel_ = new CircuitPanel(texts_, this);
   circuitPanel_->onSelected = [this](const std::wstring& circuit) { showCircuit(circuit); };
+  circuitPanel_->onOpened = [this](const std::wstring& circuit) {
+    if (!actions_.at(HostText::configureCircuit)->isEnabled()) return;
+    showCircuit(circuit);
+    configureCircuit();
+  };
   circuitPanel_->onLeft = [this] { view_->setFocus(Qt::OtherFocusReason); };
   circuitPanel_->onMenu = [this](const QPoint& place) { showCircuitMenu(place); };
   prompt_ = new PromptPane(texts_(HostText::promptHint), this);

@@ -7,7 +7,9 @@
 #include "simhost/gui/drawing_set.h"
 #include "simhost/gui/drawing_view.h"
 #include "simhost/gui/host_texts.h"
+#include "simhost/gui/page_setup.h"
 #include "simhost/gui/paper_output.h"
+#include "simhost/gui/pick_filter.h"
 #include "simhost/qt/qt_windows.h"
 
 #include <QMainWindow>
@@ -39,7 +41,10 @@ class OpenFile;
 class PromptPane;
 class PropertiesPanel;
 class SetPanel;
+class SiteCircuits;
 class SiteRun;
+class UnitMarkers;
+struct OfferedCircuit;
 struct SiteConfigurations;
 class UserSettings;
 
@@ -137,7 +142,9 @@ private:
   /// Asks for the position of a template, lets `build` make the LISP that builds it there, and shows the result.
   [[nodiscard]] std::optional<lisp::Value> placeCircuit(
       const CommandRunner::Evaluate& evaluate, const std::wstring& drawingTemplate,
-      const std::function<std::wstring(const std::wstring& point)>& build);
+      const OfferedCircuit& offered, const std::function<std::wstring(const std::wstring& point)>& build);
+  /// Makes the outline of the current pick that of the finished circuit, as soon as this is known.
+  void refineOutline(const OfferedCircuit& offered);
   [[nodiscard]] std::optional<Box> outlineOf(const std::wstring& drawingTemplate);
   [[nodiscard]] KvPoint3d nextFreePlace(const std::optional<Box>& outline);
   /// What the last command has added to the drawing, seen whole.
@@ -161,6 +168,8 @@ private:
   /// when it cannot be built again.
   [[nodiscard]] std::optional<std::wstring> buildArguments(
       const circuits::CircuitObject& circuit, const KvPoint3d& point);
+  void configureCircuit();
+  void saveConfiguration();
   void moveSelected();
   void copySelected();
   void deleteSelected();
@@ -265,6 +274,8 @@ private:
   bool isAsking_ = false;      ///< about the drawing's file
   UndoLog::State copiedState_; ///< of the copy that is kept
   QTimer copying_;
+  std::unique_ptr<UnitMarkers> units_;
+  std::unique_ptr<SiteCircuits> siteCircuits_;
   QTimer watch_; ///< looks whether the running command has changed the drawing
   std::uint64_t shownChange_ = 0;
   std::uint64_t shownCircuits_ = 0; ///< the change that the list of circuits is of
@@ -276,9 +287,10 @@ private:
   KvPoint3d lastPlace_;                  ///< of the circuit that was placed last
   std::map<std::wstring, Box> outlines_; ///< of templates, as they were built last; around their point
 
-  QEventLoop* pickLoop_ = nullptr; ///< of the current pick
-  EntityPick pick_;                ///< its result
-  std::optional<Box> pickOutline_; ///< of a pick of a place
+  QEventLoop* pickLoop_ = nullptr;    ///< of the current pick
+  PickKind pickKind_ = PickKind::any; ///< of a command that picks without a dialog
+  EntityPick pick_;                   ///< its result
+  std::optional<Box> pickOutline_;    ///< of a pick of a place
   KvPoint3d pickStart_;
   bool isEmptyPickAllowed_ = false;
   bool closesAfterRun_ = false;

@@ -136,10 +136,11 @@ void MainWindow::onCircuit(HostText command, const CircuitSteps& steps) {
   const CommandOutcome outcome =
       runner_.runSteps(name, [&](const CommandRunner::Evaluate& evaluate) -> std::optional<lisp::Value> {
         while (knownCircuit(selectedCircuit_) == nullptr) {
+          pickKind_ = PickKind::circuit;
           const EntityPick pick = pickEntity(fromQt(texts_(HostText::pickCircuit)), false);
+          pickKind_ = PickKind::any;
           if (pick.kind != EntityPick::Kind::entity) return std::nullopt;
           selectCircuitOf(pick.handle);
-          if (selectedCircuit_.empty()) say(texts_(HostText::noCircuitThere));
         }
         const CircuitObject circuit = *knownCircuit(selectedCircuit_);
         UndoLog& log = drawing().undoLog();
@@ -272,8 +273,8 @@ void MainWindow::findCircuit() {
 void MainWindow::showCircuitMenu(const QPoint& place) {
   QMenu menu(this);
   for (const HostText command :
-       {HostText::editWireSize, HostText::moveCircuit, HostText::copyCircuit, HostText::deleteCircuit,
-        HostText::circuitReport})
+       {HostText::configureCircuit, HostText::editWireSize, HostText::moveCircuit, HostText::copyCircuit,
+        HostText::deleteCircuit, HostText::circuitReport, HostText::saveConfiguration})
     menu.addAction(actions_.at(command));
   menu.exec(place);
 }

@@ -1,8 +1,11 @@
 // The main window's commands except those on files, and their picks.
 #include "simhost/drawing/drawing_file.h"
 #include "simhost/gui/command_table.h"
+#include "simhost/gui/configuration_table.h"
 #include "simhost/gui/main_window.h"
+#include "simhost/gui/site_circuits.h"
 #include "simhost/host/session.h"
+#include "simhost/lisp/list.h"
 #include "simhost/lisp/printer.h"
 #include "simhost/qt/qt_text.h"
 #include "simhost/site/saved_configurations.h"
@@ -12,12 +15,12 @@
 
 #include <QAction>
 #include <QEventLoop>
-#include <QInputDialog>
 #include <QLabel>
 #include <QMessageBox>
 
 #include <exception>
 #include <filesystem>
+#include <numeric>
 #include <utility>
 #include <vector>
 
@@ -28,6 +31,27 @@ constexpr double menuZoom = 1.5;
 
 QString captionOf(const QAction& action) {
   return action.iconText();
+}
+
+/// Of a drawing's file; nothing for one that is empty or cannot be read.
+std::optional<Box> extentsOf(const std::wstring& file) {
+  const LoadedDrawing loaded = loadDrawing(file);
+  Scene scene;
+  if (loaded.drawing == nullptr || !scene.load(*loaded.drawing, loaded.drawing->currentSpace()) ||
+      scene.extents().isEmpty())
+    return std::nullopt;
+  return scene.extents();
+}
+
+/// The circuit that the circuit selection returns: (template (workbook worksheet circuit type configuration ...) ...).
+OfferedCircuit offeredBy(const lisp::Value& choice) {
+  const std::vector<lisp::Value> parts = lisp::toVector(choice);
+  const std::vector<lisp::Value> build =
+      parts.size() > 1 ? lisp::toVector(parts[1]) : std::vector<lisp::Value>();
+  const auto text = [&build](std::size_t place) {
+    return place < build.size() && build[place].isString() ? build[place].asString() : std::wstring();
+  };
+  return {text(2), text(3), text(4)};
 }
 
 } // namespace
@@ -50,7 +74,9 @@ void MainWindow::editWireSize() {
   if (const auto control = selectedControl())
     form += L" (handle->entity \"" + formatHandle(*control) + L"\")";
   form += L") (zan_bv_edit_wiresize))";
+  pickKind_ = PickKind::sized;
   runForm(captionOf(*actions_.at(HostText::editWireSize)), form, HostText::editWireSize);
+  pickKind_ = PickKind::any;
 }
 
 void MainWindow::newCircuit() {
@@ -63,6 +89,7 @@ void MainWindow::newCircuit() {
         const lisp::Value drawingTemplate = choice.isCons() ? choice.asCons().car() : lisp::Value();
         return placeCircuit(
             evaluate, drawingTemplate.isString() ? drawingTemplate.asString() : std::wstring(),
+            offeredBy(choice),
             [](const std::wstring& point) { return L"(site-place site-choice " + point + L")"; });
       });
   tell(outcome);
@@ -77,15 +104,10 @@ void MainWindow::buildFromHistory() {
   }
   const std::vector<brenvolt::SavedConfiguration>& saved = found.saved;
   if (saved.empty()) return say(texts_(HostText::noHistory));
-  QStringList names;
-  for (const brenvolt::SavedConfiguration& row : saved)
-    names.append(toQt(row.key.circuit + L" / " + row.key.type + L": " + row.key.name));
-  bool isChosen = false;
-  const QString chosen = QInputDialog::getItem(
-      this, texts_(HostText::historyTitle), texts_(HostText::historyQuestion), names, 0, false, &isChosen);
-  const qsizetype place = names.indexOf(chosen);
-  if (!isChosen || place < 0) return;
-  buildSaved(saved[static_cast<std::size_t>(place)], found.workbook);
+  std::vector<std::size_t> all(saved.size());
+  std::iota(all.begin(), all.end(), std::size_t{0});
+  if (const auto chosen = chooseConfiguration(this, texts_, found, all))
+    buildSaved(saved[*chosen], found.workbook);
 }
 
 void MainWindow::buildSaved(const brenvolt::SavedConfiguration& saved, const std::wstring& workbookPath) {
@@ -104,7 +126,8 @@ void MainWindow::buildSaved(const brenvolt::SavedConfiguration& saved, const std
         form += L" (or (nth 7 GBL_qn_bv_data) " + found + L")";
         for (const std::wstring& value : {saved.worksheet, saved.key.circuit, saved.key.type, saved.key.name})
           form += text(value);
-        return placeCircuit(evaluate, saved.drawingTemplate, [&form](const std::wstring& point) {
+        const OfferedCircuit offered{saved.key.circuit, saved.key.type, saved.key.name};
+        return placeCircuit(evaluate, saved.drawingTemplate, offered, [&form](const std::wstring& point) {
           return form + L" " + point + L" \"\" \"\" \"\")";
         });
       });
@@ -113,9 +136,11 @@ void MainWindow::buildSaved(const brenvolt::SavedConfiguration& saved, const std
 
 std::optional<lisp::Value> MainWindow::placeCircuit(
     const CommandRunner::Evaluate& evaluate, const std::wstring& drawingTemplate,
-    const std::function<std::wstring(const std::wstring& point)>& build) {
+    const OfferedCircuit& offered, const std::function<std::wstring(const std::wstring& point)>& build) {
   const std::optional<Box> outline = outlineOf(drawingTemplate);
+  QTimer::singleShot(0, this, [this, offered] { refineOutline(offered); }); // once the pick has begun
   const std::optional<KvPoint3d> point = pickPoint(texts_(HostText::pickPlace), outline);
+  if (siteCircuits_ != nullptr) siteCircuits_->forgetPicture();
   if (!point) return std::nullopt;
   const std::uint64_t first = drawing().store().nextHandle().value();
   lisp::Value value = evaluate(build(lisp::printPointForm(point->x, point->y)));
@@ -128,7 +153,24 @@ std::optional<lisp::Value> MainWindow::placeCircuit(
   outlines_[drawingTemplate] = {
       made.left - point->x, made.bottom - point->y, made.right - point->x, made.top - point->y};
   view_->showArea(made);
+  const lisp::Symbol* const unsized = site_.interpreter().symbols().find(L"GBL_qn_bv_unsized_wires");
+  if (unsized == nullptr || unsized->value.isNil()) return value;
+  // Its marks are small, and the lines of the build are in a panel that may be hidden.
+  for (const circuits::CircuitObject& circuit : circuits::circuitsOf(drawing()))
+    if (!circuit.entities.empty() && circuit.entities.front().value() >= first)
+      value = lisp::Value::string(fromQt(texts_(HostText::noSizes, {toQt(circuit.name())})));
   return value;
+}
+
+void MainWindow::refineOutline(const OfferedCircuit& offered) {
+  if (siteCircuits_ == nullptr || offered.type.empty()) return;
+  const CircuitFacts::Picture picture =
+      siteCircuits_->picture(offered, [this, offered] { refineOutline(offered); });
+  const std::optional<Box> exact =
+      picture.state == CircuitFacts::Picture::State::made ? extentsOf(picture.drawing) : std::nullopt;
+  if (!exact) return;
+  pickOutline_ = exact;
+  if (view_->mode() == DrawingView::Mode::pickPoint) view_->setOutline(pickOutline_);
 }
 
 Box MainWindow::extentsSince(std::uint64_t firstHandle) {
@@ -143,12 +185,7 @@ std::optional<Box> MainWindow::outlineOf(const std::wstring& drawingTemplate) {
   if (const auto known = outlines_.find(drawingTemplate); known != outlines_.end()) return known->second;
   const std::filesystem::path file = site_.session().findFile(drawingTemplate);
   if (file.empty()) return std::nullopt;
-  const LoadedDrawing loaded = loadDrawing(textOfPath(file));
-  Scene scene;
-  if (loaded.drawing == nullptr || !scene.load(*loaded.drawing, loaded.drawing->currentSpace()) ||
-      scene.extents().isEmpty())
-    return std::nullopt;
-  return scene.extents();
+  return extentsOf(textOfPath(file));
 }
 
 KvPoint3d MainWindow::nextFreePlace(const std::optional<Box>& outline) {
@@ -231,7 +268,12 @@ void MainWindow::runPick(const QString& prompt, const QString& hint, DrawingView
   pickLoop_ = &loop;
   pick_ = {};
   refreshActions();
-  view_->onPick = [this, mode](const KvPoint3d& point, std::optional<KvDbHandle> entity) {
+  const PickKind dialogKind = pickKindOf(windows_.topForm());
+  const PickKind kind = dialogKind == PickKind::any ? pickKind_ : dialogKind;
+  view_->setFilter([this, kind](KvDbHandle entity) { return fits(drawing(), entity, kind); });
+  view_->onPick = [this, mode, kind](const KvPoint3d& point, std::optional<KvDbHandle> entity) {
+    if (entity && mode == DrawingView::Mode::pickEntity && !fits(drawing(), *entity, kind))
+      return say(texts_(reasonOf(kind)));
     if (entity || mode == DrawingView::Mode::pickPoint)
       answerPick({Kind::entity, entity.value_or(KvDbHandle()), point});
     else if (isEmptyPickAllowed_)
@@ -244,6 +286,7 @@ void MainWindow::runPick(const QString& prompt, const QString& hint, DrawingView
   loop.exec();
   pickLoop_ = nullptr;
   view_->onPick = nullptr;
+  view_->setFilter(nullptr);
   view_->onBadCoordinates = nullptr;
   view_->onEnter = nullptr;
   view_->onEscape = nullptr;

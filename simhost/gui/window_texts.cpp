@@ -17,6 +17,14 @@ WindowWords windowWords(const HostTexts& texts) {
   words.searchTree = texts(HostText::searchTree);
   words.insertEverything = texts(HostText::insertEverything);
   words.insertEverythingTip = texts(HostText::insertEverythingTip);
+  words.finishedCircuit = texts(HostText::finishedCircuit);
+  words.markers = texts(HostText::markers);
+  words.phaseColumn = texts(HostText::columnPhase);
+  words.noSizeYet = texts(HostText::noSizeYet);
+  words.onlyWith = texts(HostText::onlyWith);
+  words.onlyPhase = texts(HostText::onlyPhase);
+  words.configurations = texts(HostText::configurationTable);
+  words.configurationsTip = texts(HostText::configurationTableTip);
   words.search = texts(HostText::searchRows);
   words.helpBack = texts(HostText::helpBack);
   words.helpForward = texts(HostText::helpForward);

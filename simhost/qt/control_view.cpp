@@ -1,6 +1,7 @@
 // What all views share, and those of single values: texts, lists, ticks, buttons.
 #include "simhost/qt/control_view.h"
 
+#include "simhost/qt/circuit_facts.h"
 #include "simhost/qt/empty_note.h"
 #include "simhost/qt/grid_view.h"
 #include "simhost/qt/icons.h"
@@ -183,8 +184,10 @@ public:
       });
     }
     QObject::connect(box_, &QComboBox::activated, box_, [this](int index) { choose(index); });
+    if (dialog.circuitFacts() != nullptr && model.role() == L"history") addTable();
   }
   [[nodiscard]] QWidget& widget() const override { return *box_; }
+  [[nodiscard]] QAbstractButton* companion() const override { return table_; }
   [[nodiscard]] Json reading() const override {
     Json choices = Json::array();
     for (int index = 0; index < box_->count(); ++index)
@@ -192,7 +195,35 @@ public:
     return {{"choices", std::move(choices)}, {"text", readingOf(box_->currentText())}};
   }
 
+  /// A list that the choices above leave without a meaning can be read, and says why.
+  void refreshLinked() override {
+    if (list().isEditable() || list().pages() == nullptr || !list().isVisible()) return;
+    const QStringList missing = dialog().missingFor(list());
+    if (missing.isEmpty() && !isUseless_) return;
+    isUseless_ = !missing.isEmpty();
+    box_->setEnabled(!isUseless_ && list().isEnabled() && !isLocked());
+    box_->setToolTip(
+        isUseless_ ? dialog().words().onlyWith.arg(missing.join(QStringLiteral(", ")))
+                   : toQt(list().tooltip()));
+  }
+
 private:
+  /// A button for the saved configurations as a table.
+  void addTable() {
+    table_ = new QPushButton(dialog().words().configurations);
+    table_->setObjectName(QStringLiteral("table"));
+    table_->setToolTip(dialog().words().configurationsTip);
+    table_->setAccessibleDescription(dialog().words().configurationsTip);
+    table_->setFocusPolicy(Qt::TabFocus);
+    table_->setAutoDefault(false);
+    QObject::connect(table_, &QPushButton::clicked, table_, [this] {
+      const QString name =
+          dialog().circuitFacts()->chooseConfiguration(dialog().offeredCircuit(), table_->window());
+      const int index = name.isEmpty() ? -1 : list().indexOf(fromQt(name));
+      if (index >= 0) choose(index);
+    });
+  }
+
   [[nodiscard]] bool opens() {
     dialog().focusBy(*this);
     return !dialog().isEnded() && box_->isEnabled() && box_->isVisible();
@@ -210,9 +241,12 @@ private:
     box_->setCurrentIndex(list().Selected());
     if (list().isEditable() && box_->currentText() != toQt(list().Text()))
       box_->setEditText(toQt(list().Text()));
+    if (table_ != nullptr) table_->setEnabled(list().isEnabled() && list().Count() > 1);
   }
 
   QComboBox* box_;
+  QPushButton* table_ = nullptr;
+  bool isUseless_ = false; ///< nothing that it offers is of use with the choices above
 };
 
 /// A list that is always open.
@@ -297,7 +331,10 @@ public:
     push_->setFocusPolicy(Qt::TabFocus);
     push_->setAutoDefault(false);
     push_->setDefault(model.form().isDefault);
-    QObject::connect(push_, &QPushButton::clicked, push_, [this] { press(); });
+    QObject::connect(push_, &QPushButton::clicked, push_, [this] {
+      if (button_.role() == L"ok") this->dialog().prepareOk();
+      press();
+    });
   }
   [[nodiscard]] QWidget& widget() const override { return *push_; }
   [[nodiscard]] bool hasOwnLabel() const override { return true; }

@@ -46,6 +46,8 @@ public:
 
   /// Shows the present state.
   void refresh();
+  /// Shows what depends on other controls of the dialog; called when any of them has changed.
+  virtual void refreshLinked() {}
   void setLabel(QLabel* label, QLabel* unit);
   [[nodiscard]] QLabel* label() const { return label_; }
   /// The letter that reaches the control; the view puts it into its label.

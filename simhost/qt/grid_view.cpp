@@ -1,6 +1,7 @@
 // Cells of a grid as a table, with editors for texts, drop-downs and ticks.
 #include "simhost/qt/grid_view.h"
 
+#include "simhost/qt/circuit_facts.h"
 #include "simhost/qt/column_widths.h"
 #include "simhost/qt/empty_note.h"
 #include "simhost/qt/qt_dialog.h"
@@ -10,7 +11,9 @@
 
 #include <QAbstractTableModel>
 #include <QApplication>
+#include <QCheckBox>
 #include <QComboBox>
+#include <QHBoxLayout>
 #include <QHeaderView>
 #include <QPainter>
 #include <QSignalBlocker>
@@ -68,7 +71,13 @@ public:
       return kind == KvUiCellKind::tick ? QVariant() : QVariant(text);
     case Qt::EditRole:
       return text;
+    case Qt::FontRole: {
+      QFont font = QApplication::font();
+      font.setItalic(isProposal(row, index.column()));
+      return font.italic() ? QVariant(font) : QVariant();
+    }
     case Qt::ToolTipRole:
+      if (isProposal(row, index.column())) return dialog_.words().noSizeYet;
       // A cut text in full, and below it what the whole grid has to say.
       return QStringList({text, toQt(grid_.tooltip())}).join(QLatin1Char('\n')).trimmed();
     case Qt::CheckStateRole:
@@ -136,9 +145,16 @@ public:
     return grid_.cellKind(index.row() + 1, index.column()) == KvUiCellKind::dropDown;
   }
 
+  /// A layer for a wire whose size, in the row above, is not known yet: it is what the build would take, not a choice.
+  [[nodiscard]] bool isProposal(int row, int column) const {
+    return column == 1 && row > 1 && grid_.ColumnCount() == 2 &&
+           grid_.cellKind(row, 1) == KvUiCellKind::dropDown &&
+           grid_.cellKind(row - 1, 1) == KvUiCellKind::text && grid_.Cell(row - 1, 1).empty();
+  }
+
   /// The column before the first one with a title.
   [[nodiscard]] bool isRowHead(int column) const {
-    return column == 0 && grid_.ColumnCount() > 1 && grid_.Cell(0, 0).empty() && !grid_.Cell(0, 1).empty();
+    return column == 0 && grid_.ColumnCount() > 1 && !grid_.Cell(0, 1).empty();
   }
 
   void refresh() {
@@ -171,11 +187,20 @@ public:
     words_ = text.split(QLatin1Char(' '), Qt::SkipEmptyParts);
     invalidateFilter();
   }
-  [[nodiscard]] bool isSearched() const { return !words_.isEmpty(); }
+  /// Only rows with this text in the column; -1 for all.
+  void fix(int column, const QString& text) {
+    fixedColumn_ = column;
+    fixedText_ = text;
+    invalidateFilter();
+  }
+  [[nodiscard]] bool isSearched() const { return !words_.isEmpty() || fixedColumn_ >= 0; }
 
 protected:
   /// Every word has to begin a cell: "15 460" is 15 HP at 460 V. A word without digits may stand anywhere in a cell.
   [[nodiscard]] bool filterAcceptsRow(int row, const QModelIndex& parent) const override {
+    if (fixedColumn_ >= 0 &&
+        sourceModel()->index(row, fixedColumn_, parent).data(Qt::EditRole).toString() != fixedText_)
+      return false;
     return std::all_of(words_.begin(), words_.end(), [&](const QString& word) {
       const bool isNumber = word.front().isDigit();
       for (int column = 0; column < sourceModel()->columnCount(); ++column) {
@@ -202,6 +227,8 @@ protected:
 
 private:
   QStringList words_;
+  int fixedColumn_ = -1;
+  QString fixedText_;
 };
 
 /// Offers the list of a drop-down cell as it is when it opens.
@@ -351,6 +378,19 @@ public:
     refresh();
   }
 
+  bool showOnly(const QString& header, const QString& text) override {
+    int column = header.isEmpty() ? -1 : grid_.ColumnCount() - 1;
+    while (column >= 0 && toQt(grid_.Cell(0, column)) != header)
+      --column;
+    arrange([&] { rows_->fix(grid_.IsEditable() ? -1 : column, text); });
+    const int selected = grid_.SelectedRow();
+    const bool isRight = column < 0 || selected == 0 || shownIndex(selected, 0).isValid();
+    // What is chosen must be seen.
+    if (!isRight) arrange([&] { rows_->fix(-1, {}); });
+    refresh();
+    return isRight && column >= 0;
+  }
+
   void selectFirstShown() override {
     if (rows_->rowCount() == 0) return;
     setFocus(Qt::TabFocusReason);
@@ -459,6 +499,7 @@ private:
     if (rows_->sortColumn() < 0 && !rows_->isSearched()) return;
     arrange([&] {
       rows_->search({});
+      rows_->fix(-1, {});
       rows_->sort(-1);
     });
     horizontalHeader()->setSortIndicatorShown(false);
@@ -567,23 +608,52 @@ public:
     search_->onDown = [this] { table_->selectFirstShown(); };
     // Who types here has left the control before.
     search_->onEntered = [&dialog] { dialog.leaveBy(); };
+    head_ = search_;
+    const QString phase = dialog.circuitFacts() == nullptr ? QString() : dialog.circuitFacts()->phase();
+    if (!phase.isEmpty()) addPhase(phase);
   }
   [[nodiscard]] QWidget& widget() const override { return *table_; }
-  [[nodiscard]] QWidget* searchField() const override { return search_; }
+  [[nodiscard]] QWidget* searchField() const override { return head_; }
   [[nodiscard]] Json reading() const override { return table_->reading(); }
 
 private:
+  /// Beside the search field: only what fits the circuit that is configured.
+  void addPhase(const QString& phase) {
+    head_ = new QWidget;
+    only_ = new QCheckBox(dialog().words().onlyPhase.arg(phase));
+    only_->setObjectName(QStringLiteral("onlyPhase"));
+    only_->setProperty("phase", phase);
+    auto* line = new QHBoxLayout(head_);
+    line->setContentsMargins(0, 0, 0, 0);
+    line->addWidget(search_, 1);
+    line->addWidget(only_);
+    head_->setFocusProxy(search_);
+    only_->setChecked(true);
+    QObject::connect(only_, &QCheckBox::toggled, only_, [this] { showOnlyPhase(); });
+  }
+
+  void showOnlyPhase() {
+    const QString column = only_->isChecked() ? dialog().words().phaseColumn : QString();
+    const bool isShown = table_->showOnly(column, only_->property("phase").toString());
+    const QSignalBlocker quiet(only_);
+    if (only_->isChecked() && !isShown) only_->setChecked(false);
+  }
+
   void show() override {
     table_->refresh();
     if (search_ == nullptr) return;
+    if (only_ != nullptr && only_->isChecked()) showOnlyPhase();
     // Rows that are typed in are all shown.
     const bool isFree = !dynamic_cast<const GridModel&>(model()).IsEditable();
     if (!isFree) search_->clear();
+    head_->setEnabled(isFree);
     search_->setEnabled(isFree);
   }
 
   GridTable* table_;
   SearchField* search_ = nullptr;
+  QCheckBox* only_ = nullptr;
+  QWidget* head_ = nullptr; ///< above the table
 };
 
 } // namespace

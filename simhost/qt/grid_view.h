@@ -14,6 +14,9 @@ public:
   virtual void refresh() = 0;
   /// Shows only rows that have all the words; all for none.
   virtual void search(const QString& text) = 0;
+  /// Shows only rows with this text under the header, besides; all for an empty header. False, and all are shown, when the
+  /// table has no such column, is edited, or the selected row is not among them.
+  virtual bool showOnly(const QString& header, const QString& text) = 0;
   /// Goes to the first row that is shown, and selects it.
   virtual void selectFirstShown() = 0;
   /// The cells as the table shows them, with the members of `GridModel::describe`.

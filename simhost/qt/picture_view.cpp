@@ -3,15 +3,20 @@
 
 #include "simhost/drawing/drawing_file.h"
 #include "simhost/drawing/svg.h"
+#include "simhost/qt/circuit_facts.h"
 #include "simhost/qt/qt_dialog.h"
 #include "simhost/qt/qt_text.h"
 
 #include <QPainter>
+#include <QPointer>
 #include <QSvgRenderer>
+#include <QTabBar>
+#include <QVBoxLayout>
 
 #include <nlohmann/json.hpp>
 
 #include <algorithm>
+#include <optional>
 #include <utility>
 
 namespace simhost {
@@ -44,6 +49,12 @@ public:
     update();
   }
 
+  void showNote(const QString& note) {
+    renderer_.load(QByteArray());
+    note_ = note;
+    update();
+  }
+
 protected:
   void paintEvent(QPaintEvent*) override {
     QPainter painter(this);
@@ -69,30 +80,67 @@ private:
   QString note_;      ///< why there is no picture
 };
 
+/// The finished circuit, where the windows know it, and the template with its markers as a second view.
 class PictureView final : public ControlView {
 public:
   PictureView(QtDialog& dialog, TextModel& model)
-      : ControlView(dialog, model), text_(model), sheet_(new Sheet(dialog.words().noDrawing)) {}
-  [[nodiscard]] QWidget& widget() const override { return *sheet_; }
+      : ControlView(dialog, model), text_(model), pane_(new QWidget), views_(new QTabBar(pane_)),
+        sheet_(new Sheet(dialog.words().noDrawing)) {
+    auto* column = new QVBoxLayout(pane_);
+    column->setContentsMargins(0, 0, 0, 0);
+    column->setSpacing(0);
+    column->addWidget(views_);
+    column->addWidget(sheet_, 1);
+    views_->setDrawBase(false);
+    views_->addTab(dialog.words().finishedCircuit);
+    views_->addTab(dialog.words().markers);
+    views_->setVisible(facts() != nullptr);
+    pane_->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Expanding);
+    QObject::connect(views_, &QTabBar::currentChanged, pane_, [this] { refreshLinked(); });
+    QObject::connect(pane_, &QObject::destroyed, [facts = facts()] {
+      if (facts != nullptr) facts->forgetPicture();
+    });
+  }
+  [[nodiscard]] QWidget& widget() const override { return *pane_; }
+  [[nodiscard]] QWidget& focusWidget() const override { return *views_; }
   [[nodiscard]] nlohmann::ordered_json reading() const override {
     return {{"text", toQt(shown_).toStdString()}};
   }
 
+  void refreshLinked() override {
+    // What is not seen is neither read nor made.
+    if (!text_.isVisible()) return;
+    if (facts() == nullptr || views_->currentIndex() > 0) return showDrawing(shown_);
+    const OfferedCircuit offered = dialog().offeredCircuit();
+    if (shown_.empty() || offered.type.empty()) return showDrawing({});
+    const CircuitFacts::Picture picture = facts()->picture(offered, [pane = QPointer<QWidget>(pane_), this] {
+      if (pane != nullptr) refreshLinked();
+    });
+    if (picture.state == CircuitFacts::Picture::State::made) return showDrawing(picture.drawing);
+    drawing_.reset();
+    sheet_->showNote(picture.note);
+  }
+
 private:
+  [[nodiscard]] CircuitFacts* facts() const { return dialog().circuitFacts(); }
+
   void show() override {
-    // What is not seen is not read.
-    const std::wstring path = text_.Text();
-    if (path != shown_ || !isLoaded_) {
-      shown_ = path;
-      isLoaded_ = text_.isVisible();
-      if (isLoaded_) sheet_->showFile(path);
-    }
+    shown_ = text_.Text();
+    refreshLinked();
+  }
+
+  void showDrawing(const std::wstring& path) {
+    if (drawing_ == path) return;
+    drawing_ = path;
+    sheet_->showFile(path);
   }
 
   TextModel& text_;
+  QWidget* pane_;
+  QTabBar* views_;
   Sheet* sheet_;
-  std::wstring shown_;
-  bool isLoaded_ = false;
+  std::wstring shown_;                  ///< the template
+  std::optional<std::wstring> drawing_; ///< that is painted
 };
 
 } // namespace

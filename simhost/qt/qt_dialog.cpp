@@ -1,12 +1,15 @@
 // Passes the user's gestures to the flow, and their effects to the screen.
 #include "simhost/qt/qt_dialog.h"
 
+#include "simhost/qt/circuit_facts.h"
 #include "simhost/qt/dialog_frame.h"
 #include "simhost/qt/pages_view.h"
 #include "simhost/qt/qt_text.h"
 #include "simhost/qt/window_places.h"
+#include "simhost/ui/tree_model.h"
 #include "text/encoding.h"
 
+#include <QAbstractButton>
 #include <QEventLoop>
 #include <QSplitter>
 #include <QTimer>
@@ -295,6 +298,55 @@ void QtDialog::act(Json action, const Gesture& gesture) {
   settle();
 }
 
+void QtDialog::prepareOk() {
+  if (!around_.insertsBeforeOk()) return;
+  for (const auto& view : views_)
+    if (QAbstractButton* rest = view->companion();
+        rest != nullptr && view->model().kind() == ControlKind::button)
+      if (rest->isEnabled()) return rest->click();
+}
+
+OfferedCircuit QtDialog::offeredCircuit() const {
+  OfferedCircuit offered;
+  for (const auto& view : views_) {
+    const ControlModel& model = view->model();
+    if (const auto* tree = dynamic_cast<const TreeModel*>(&model); tree != nullptr) {
+      const std::vector<std::wstring> path = tree->path(tree->Selected());
+      if (model.role() == L"circuits" && path.size() > 1) {
+        offered.circuit = path[0];
+        offered.type = path[1];
+      }
+    } else if (const auto* text = dynamic_cast<const TextModel*>(&model); text != nullptr) {
+      if (model.role() == L"circuit") offered.circuit = text->Text();
+      if (model.role() == L"type") offered.type = text->Text();
+    } else if (const auto* list = dynamic_cast<const ListModel*>(&model); list != nullptr) {
+      // The first entry stands for the default choices.
+      if (model.role() == L"history" && list->Selected() > 0)
+        offered.configuration = list->TextAt(list->Selected());
+    }
+  }
+  return offered;
+}
+
+QStringList QtDialog::missingFor(const ListModel& list) const {
+  QString unit;
+  for (const auto& view : views_)
+    if (const auto* tree = dynamic_cast<const TreeModel*>(&view->model()); tree != nullptr)
+      unit = toQt(tree->TextOf(tree->Selected()));
+  if (circuitFacts() == nullptr || list.pages() == nullptr || unit.isEmpty()) return {};
+  const QStringList wanted = circuitFacts()->onlyWith(offeredCircuit(), unit, toQt(list.label()));
+  if (wanted.isEmpty()) return {};
+  for (const auto& view : views_) {
+    const auto* other = dynamic_cast<const ListModel*>(&view->model());
+    if (other == nullptr || other == &list || other->pages() != list.pages() || other->page() != list.page())
+      continue;
+    if (other->Selected() >= 0 &&
+        wanted.contains(toQt(other->TextAt(other->Selected())), Qt::CaseInsensitive))
+      return {};
+  }
+  return wanted;
+}
+
 void QtDialog::focusBy(ControlView& view) {
   ControlModel& control = view.focusModel();
   if (isShowing_ || isActing_ || focus() == &control) return;
@@ -315,6 +367,8 @@ void QtDialog::keyBy(const char* key) {
   Json action = {{"key", name}};
   ControlView* const view = focusedView();
   const bool isForControl = name == "Enter" || name == "Delete";
+  // Enter beside fields and buttons is the default button's.
+  if (name == "Enter" && (focus() == nullptr || focus()->kind() == ControlKind::tree)) prepareOk();
   if (isForControl && view != nullptr) action["in"] = toUtf8(view->model().role());
   act(std::move(action), [&](Gestures& gestures, Json&) -> Refusal {
     if (name == "F1") return gestures.help();
@@ -340,6 +394,9 @@ void QtDialog::refresh() {
   const std::set<ControlModel*> changed = std::exchange(changed_, {});
   for (const auto& view : views_)
     if (changed.contains(&view->model())) view->refresh();
+  if (changed.empty()) return;
+  for (const auto& view : views_)
+    view->refreshLinked();
 }
 
 ControlView* QtDialog::firstView() const {

@@ -12,6 +12,7 @@
 #include "simhost/ui/recorder.h"
 
 #include <QPointer>
+#include <QStringList>
 
 #include <nlohmann/json_fwd.hpp>
 
@@ -25,8 +26,10 @@ class QEventLoop;
 
 namespace simhost {
 
+class CircuitFacts;
 class DialogFrame;
 class PagesView;
+struct OfferedCircuit;
 
 /// What a dialog needs of the windows around it.
 class DialogSurroundings {
@@ -45,6 +48,10 @@ public:
   /// What is done in it is to be recorded.
   [[nodiscard]] virtual bool keepsRecord() const = 0;
   [[nodiscard]] virtual const WindowWords& words() const = 0;
+  /// What is known of circuits that a dialog offers; null for nothing.
+  [[nodiscard]] virtual CircuitFacts* circuitFacts() const = 0;
+  /// OK inserts first what waits.
+  [[nodiscard]] virtual bool insertsBeforeOk() const = 0;
   /// The dialog waits for its pilot.
   virtual void pilot(QtDialog& dialog) = 0;
 };
@@ -75,6 +82,11 @@ public:
   [[nodiscard]] Gestures& gestures() { return gestures_; }
   [[nodiscard]] DialogClock& clock() { return clock_; }
   [[nodiscard]] const WindowWords& words() const { return around_.words(); }
+  [[nodiscard]] CircuitFacts* circuitFacts() const { return around_.circuitFacts(); }
+  /// The options of which one has to be chosen for a list of options to be of use; empty when one is, or none has to.
+  [[nodiscard]] QStringList missingFor(const ListModel& list) const;
+  /// The circuit that is chosen in a dialog that offers circuits; of empty names without one.
+  [[nodiscard]] OfferedCircuit offeredCircuit() const;
   [[nodiscard]] ControlView* viewOf(const ControlModel& model) const;
   [[nodiscard]] const std::vector<std::unique_ptr<ControlView>>& views() const { return views_; }
 
@@ -87,6 +99,8 @@ public:
   void setLastCellAnswer(CellAnswer answer) { lastCellAnswer_ = answer; }
   /// Why the last gesture was refused, returned once; nothing when it was done.
   [[nodiscard]] Refusal takeRefusal() { return std::exchange(lastRefusal_, std::nullopt); }
+  /// Before OK is pressed: inserts what waits, where that is asked for.
+  void prepareOk();
   /// The user focuses a control.
   void focusBy(ControlView& view);
   /// The user leaves all controls.

@@ -1,6 +1,7 @@
 // Questions, messages and picks on a screen.
 #include "simhost/qt/qt_windows.h"
 
+#include "simhost/qt/circuit_facts.h"
 #include "simhost/qt/file_window.h"
 #include "simhost/qt/help_window.h"
 #include "simhost/qt/qt_text.h"
@@ -54,6 +55,7 @@ private:
 };
 
 DrawingPicker::~DrawingPicker() = default;
+CircuitFacts::~CircuitFacts() = default;
 WindowPilot::~WindowPilot() = default;
 
 QtWindows::QtWindows() = default;
@@ -67,6 +69,16 @@ void QtWindows::setMainWindow(QWidget* window) {
 bool QtWindows::isDialogSeen() const {
   return std::any_of(
       dialogs_.begin(), dialogs_.end(), [](const QtDialog* dialog) { return dialog->frame().isVisible(); });
+}
+
+QtDialog* QtWindows::dialogBeside() const {
+  QtDialog* const top = dialogs_.empty() ? nullptr : dialogs_.back();
+  const bool isBeside = top != nullptr && top->frame().isVisible() && !top->frame().isModal();
+  return isBeside ? top : nullptr;
+}
+
+QString QtWindows::topForm() const {
+  return dialogs_.empty() ? QString() : dialogs_.back()->frame().objectName();
 }
 
 void QtWindows::beginRun() {

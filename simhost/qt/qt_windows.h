@@ -17,6 +17,7 @@
 
 namespace simhost {
 
+class CircuitFacts;
 class UserSettings;
 class WindowPilot;
 
@@ -45,6 +46,11 @@ public:
   void setPilot(WindowPilot* pilot) { pilot_ = pilot; }
   /// Whether a dialog driven by a pilot is recorded like a user's, and not by the pilot.
   void setRecordsPerson(bool records) { recordsPerson_ = records; }
+  /// Whether OK of a dialog that inserts units inserts first what waits: where a circuit is there already, leaving a part
+  /// of it out would be a loss.
+  void setInsertsBeforeOk(bool inserts) { insertsBeforeOk_ = inserts; }
+  /// Null: dialogs show what their flows put in. Must outlive its use here.
+  void setCircuitFacts(CircuitFacts* facts) { circuitFacts_ = facts; }
   void setWords(WindowWords words) { words_ = std::move(words); }
   /// Where the pages of help are.
   void setHelpFolder(std::filesystem::path folder) { helpFolder_ = std::move(folder); }
@@ -53,6 +59,10 @@ public:
   [[nodiscard]] bool isBusy() const override { return openWindows_ > 0 || !dialogs_.empty(); }
   /// A dialog stands on the screen and waits for its user.
   [[nodiscard]] bool isDialogSeen() const;
+  /// The topmost dialog, if it is beside the drawing and waits for its user; null for none.
+  [[nodiscard]] QtDialog* dialogBeside() const;
+  /// The name of the topmost dialog's form, also while it is aside; empty for none.
+  [[nodiscard]] QString topForm() const;
   void beginRun() override;
   /// All questions, displays and answers so far as the text of an answer file.
   [[nodiscard]] std::string recording() const { return recorder_.text(); }
@@ -92,6 +102,8 @@ private:
   [[nodiscard]] bool isPiloted() const override { return pilot_ != nullptr; }
   [[nodiscard]] bool keepsRecord() const override { return pilot_ == nullptr || recordsPerson_; }
   [[nodiscard]] const WindowWords& words() const override { return words_; }
+  [[nodiscard]] CircuitFacts* circuitFacts() const override { return circuitFacts_; }
+  [[nodiscard]] bool insertsBeforeOk() const override { return insertsBeforeOk_; }
   void pilot(QtDialog& dialog) override;
   /// Hides all dialogs that are seen, and shows them again: the lowest one first, so that the topmost one is modal.
   [[nodiscard]] std::vector<QtDialog*> putDialogsAside();
@@ -111,6 +123,8 @@ private:
   DrawingPicker* picker_ = nullptr;
   WindowPilot* pilot_ = nullptr;
   bool recordsPerson_ = false;
+  bool insertsBeforeOk_ = false;
+  CircuitFacts* circuitFacts_ = nullptr;
   UserSettings* settings_ = nullptr;
   WindowWords words_;
   std::filesystem::path helpFolder_;

@@ -1,6 +1,7 @@
 // The items of a tree as widgets, by id.
 #include "simhost/qt/tree_view.h"
 
+#include "simhost/qt/circuit_facts.h"
 #include "simhost/qt/icons.h"
 #include "simhost/qt/qt_dialog.h"
 #include "simhost/qt/qt_text.h"
@@ -115,7 +116,8 @@ private:
     // Every word somewhere on the way from the root; what leads to such an item is seen as well.
     const std::function<bool(QTreeWidgetItem&, const QString&)> narrow = [&](QTreeWidgetItem& item,
                                                                              const QString& above) {
-      const QString path = above + QLatin1Char('\n') + item.text(0);
+      QString path = above + QLatin1Char('\n') + item.text(0);
+      if (item.parent() != nullptr && !words.isEmpty()) path += namesBelow(item);
       bool isWanted = std::all_of(words.begin(), words.end(), [&path](const QString& word) {
         return path.contains(word, Qt::CaseInsensitive);
       });
@@ -128,6 +130,14 @@ private:
     };
     for (int row = 0; row < tree_->topLevelItemCount(); ++row)
       narrow(*tree_->topLevelItem(row), {});
+  }
+
+  /// What is saved of the circuit that the item offers is found as well.
+  [[nodiscard]] QString namesBelow(const QTreeWidgetItem& item) const {
+    CircuitFacts* facts = dialog().circuitFacts();
+    if (facts == nullptr || items_.role() != L"circuits") return {};
+    const OfferedCircuit offered{fromQt(item.parent()->text(0)), fromQt(item.text(0)), {}};
+    return QLatin1Char('\n') + facts->configurations(offered).join(QLatin1Char('\n'));
   }
 
   /// The first item without any below it, as those are what is chosen.

@@ -15,6 +15,15 @@ struct WindowWords {
   QString insertEverything = QStringLiteral("Insert everything");
   QString insertEverythingTip =
       QStringLiteral("Insert all units, and those that come with them, until none waits");
+  QString finishedCircuit = QStringLiteral("Finished circuit");
+  QString markers = QStringLiteral("Markers");
+  QString phaseColumn = QStringLiteral("Phase");
+  QString noSizeYet = QStringLiteral("Proposed: the wire has no size yet");
+  QString onlyWith = QStringLiteral("Only with: %1");  ///< with options
+  QString onlyPhase = QStringLiteral("Only %1-phase"); ///< with the number
+  QString configurations = QStringLiteral("Table...");
+  QString configurationsTip =
+      QStringLiteral("Choose from a table of the saved configurations with their data");
   QString search = QStringLiteral("Search, such as 15 460");
   QString helpBack = QStringLiteral("Back");
   QString helpForward = QStringLiteral("Forward");

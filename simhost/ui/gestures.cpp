@@ -155,7 +155,9 @@ Refusal Gestures::enter() {
       dialog_.raise({control->role(), KvUiEventKind::committed, 0, 0, textIn(*control)});
       return std::nullopt;
     }
-    if (control->kind() == ControlKind::grid) return std::nullopt;
+    // Of a table to choose from, the row is accepted; where cells are edited, Enter is theirs.
+    const auto* grid = dynamic_cast<const GridModel*>(control);
+    if (grid != nullptr && grid->IsEditable()) return std::nullopt;
     if (control->kind() == ControlKind::button) return press(*control);
   }
   for (ControlModel* button : dialog_.controls())

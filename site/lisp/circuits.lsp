@@ -48,6 +48,19 @@
             (list preset params (or index "1") wires))
     point))
 
+; Saves the choices of a configuration under another name, as a build of it writes them: the circuit is built and taken
+; back. Nil when that fails.
+(defun site-save-configuration (name template workbook worksheet circuit type history)
+  (let ((start (undo-count)) (before (site-last-handle)) (saved nil))
+    (setq site-current nil)
+    (unwind-protect
+      (progn
+        (insert-drawing (or (find-file template) (error "the site has no template " template)) '(0.0 0.0 0.0) 1.0)
+        (setq saved (car (zan_bv_build_and_save
+                           (list workbook worksheet circuit type history 1 before (undo-count) "" "" "" "") name))))
+      (undo (- (undo-count) start)))
+    saved))
+
 ; As the user does it: choose in the dialog, then place at the point. Nil when the user cancels.
 (defun site-circuit (point)
   (let ((answer (zan_bv_select_circuit)))

@@ -3,15 +3,26 @@
 #include "simhost/drawing/drawing_file.h"
 #include "simhost/gui/circuit_panel.h"
 #include "simhost/host/files.h"
+#include "simhost/site/saved_configurations.h"
+#include "simhost/ui/answers.h"
+#include "tests/simhost_qt/piloted_windows.h"
 #include "tests/site/site_tool.h"
+#include "text/encoding.h"
 
 #include <QApplication>
+#include <QDialog>
+#include <QInputDialog>
 #include <QLineEdit>
+#include <QMessageBox>
+#include <QPushButton>
+#include <QRegularExpression>
 #include <QTest>
 #include <QTreeWidget>
 #include <QWindow>
 
 #include <doctest/doctest.h>
+
+#include <algorithm>
 
 using namespace simhost;
 
@@ -52,6 +63,21 @@ struct TwoPumps {
   void selectRow(int row) { table().setCurrentItem(table().topLevelItem(row)); }
   void trigger(HostText command) { gui.window.action(command).trigger(); }
 };
+
+/// Answers a message box by the words of a button.
+Watch pressing(GuiFixture& gui, HostText words) {
+  return Watch([&gui, words] {
+    auto* box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
+    if (box == nullptr) return false;
+    for (QAbstractButton* button : box->buttons())
+      if (button->text() == gui.texts(words)) {
+        // What costs work is never what Enter does.
+        CHECK(box->defaultButton() != button);
+        button->click();
+      }
+    return true;
+  });
+}
 
 } // namespace
 
@@ -150,4 +176,176 @@ TEST_CASE("a circuit is moved, deleted and copied as a whole, each one step of u
   CHECK(pumps.cell(2, CircuitColumn::load) == pumps.cell(0, CircuitColumn::load));
   CHECK(pumps.cell(2, CircuitColumn::wire) == pumps.cell(0, CircuitColumn::wire));
   undoTo(before);
+}
+
+namespace {
+
+/// Opens the configuration of the selected circuit and answers it with these steps of an answer file.
+void configure(GuiFixture& gui, const std::string& steps) {
+  test::StepPilot pilot(
+      gui.windows,
+      parseAnswers(R"({"format": "brenvolt-answers", "version": 1, "steps": [)" + steps + "]}", "the test"),
+      "the test", test::RecordOf::person);
+  const Watch answer = pressing(gui, HostText::rebuild);
+  gui.window.action(HostText::configureCircuit).trigger();
+  CHECK_MESSAGE(!pilot.steps().hasFailed(), pilot.steps().failure());
+  CHECK(pilot.steps().unused() == 0);
+}
+
+/// The entities without their handles, in no order: what a user sees. Contacts of one device get different numbers when
+/// a circuit is built again, so these are left out.
+QStringList shapes(const std::string& drawing) {
+  static const QRegularExpression unseen(
+      QStringLiteral("\"(handle|block)\":\"[0-9A-F]+\",?|,$|(?<=\"tag\":\"X[0-9]TERM0[0-9]\",)[^}]*"));
+  QStringList lines;
+  for (QString line : QString::fromStdString(drawing).split(QLatin1Char('\n')))
+    if (line.startsWith(QStringLiteral("{\"handle\"")) && line.contains(QStringLiteral("\"kind\"")))
+      lines.append(line.remove(unseen));
+  lines.sort();
+  return lines;
+}
+
+} // namespace
+
+TEST_CASE("every circuit of the site is configured in its place, several motors too") {
+  brenvolt::SiteCopy site;
+  GuiFixture gui{{}, "en", site.site()};
+  GuiFolder folder;
+  const auto drawingText = [&] {
+    const std::string file = folder.path("shown.json");
+    REQUIRE(!saveDrawing(gui.drawing(), std::wstring(file.begin(), file.end())));
+    return readFile(file).value();
+  };
+  auto* table = gui.window.findChild<QTreeWidget*>(QStringLiteral("circuitTable"));
+  const auto saved = savedConfigurations(site.site()).saved;
+  REQUIRE(saved.size() >= 8);
+  for (std::size_t place = 0; place < saved.size(); ++place) {
+    const brenvolt::SavedConfiguration& row = saved[place];
+    CAPTURE(brenvolt::toUtf8(row.key.name));
+    std::wstring form = L"(site-build \"" + row.drawingTemplate + L"\" (find-file \"zan_brenvolt.xls\")";
+    for (const std::wstring& text : {row.worksheet, row.key.circuit, row.key.type, row.key.name})
+      form += L" \"" + text + L"\"";
+    form += L" '(0 " + std::to_wstring(-600 * static_cast<int>(place)) + L" 0) \"\" \"\" \"\")";
+    REQUIRE(gui.run(form).kind == CommandOutcome::Kind::done);
+    table->setCurrentItem(table->topLevelItem(static_cast<int>(place)));
+    const std::wstring id = gui.window.selectedCircuit();
+    const std::string before = drawingText();
+    configure(gui, R"({"dialog": "ZanDlgConfig", "do": [ {"press": "cancel"} ]},
+                      {"dialog": "ZanBrenvolt.CircuitConfigurationCancel", "do": [ {"press": 6} ]})");
+    CHECK(bool(shapes(drawingText()) == shapes(before)));
+    // OK inserts what waits: nothing of a circuit that is there is left out.
+    configure(gui, R"({"dialog": "ZanDlgConfig", "do": [ {"press": "ok"} ]},
+                      {"dialog": "ZanBrenvolt.DuplicateCircuitName", "do": [ {"press": 1002} ]})");
+    CAPTURE(gui.window.status().toStdString());
+    CHECK(gui.window.selectedCircuit() == id);
+    CHECK(bool(shapes(drawingText()) == shapes(before)));
+    gui.window.action(HostText::undo).trigger();
+    CHECK(bool(shapes(drawingText()) == shapes(before)));
+    gui.window.action(HostText::redo).trigger();
+  }
+  // What the dialogs saved is among the site's saved configurations, beside those that were there.
+  CHECK(savedConfigurations(site.site()).saved.size() == 2 * saved.size());
+}
+
+TEST_CASE("the configuration shows what the drawing has, and what is saved of it is built alike") {
+  TwoPumps pumps;
+  pumps.selectRow(0);
+  // Another size than that of the configuration that it was built from.
+  pumps.gui.run(L"(let ((motor (find-if (lambda (one) (entity-data one \"ORL_QN_BV_CIRCPARAMS\")) "
+                L"(entities-in-space))))"
+                L" (apply-wire-size motor \"8AWG\" nil))");
+  pumps.selectRow(0);
+  REQUIRE(pumps.cell(0, CircuitColumn::wire).startsWith(QStringLiteral("8AWG")));
+  const Watch name([] {
+    auto* box = qobject_cast<QInputDialog*>(QApplication::activeModalWidget());
+    if (box == nullptr) return false;
+    box->setTextValue(QStringLiteral("Thick wires"));
+    box->accept();
+    return true;
+  });
+  const std::string before = pumps.drawingText();
+  pumps.trigger(HostText::saveConfiguration);
+  CAPTURE(pumps.gui.window.status().toStdString());
+  CHECK(bool(pumps.drawingText() == before));
+  REQUIRE(
+      pumps.gui
+          .run(L"(site-build \"templates/motor3_dol.json\" (find-file \"zan_brenvolt.xls\") \"M3_DOL\""
+               L" \"Three-phase motors\" \"Direct on line\" \"Thick wires\" '(600 0 0) \"\" \"\" \"\")")
+          .kind == CommandOutcome::Kind::done);
+  CHECK(pumps.cell(2, CircuitColumn::wire) == pumps.cell(0, CircuitColumn::wire));
+  CHECK(pumps.cell(2, CircuitColumn::load) == pumps.cell(0, CircuitColumn::load));
+
+  pumps.selectRow(0);
+  configure(pumps.gui, R"({"dialog": "ZanDlgConfig", "do": [
+                 {"select": "units", "path": ["Motor and wires"]},
+                 {"expect": "settings/Wires", "row": "W1 - Size", "texts": ["W1 - Size", "8AWG"]},
+                 {"press": "ok"} ]},
+               {"dialog": "ZanBrenvolt.DuplicateCircuitName", "do": [ {"press": 1002} ]})");
+  CHECK(pumps.cell(0, CircuitColumn::wire).startsWith(QStringLiteral("8AWG")));
+}
+
+TEST_CASE("the marker of the current unit is lit, and a click on a marker shows its unit") {
+  brenvolt::SiteCopy site;
+  GuiFixture gui{{}, "en", site.site()};
+  DrawingView& view = gui.window.view();
+  std::optional<KvDbHandle> lit;
+  int step = 0;
+  const Watch user([&] {
+    if (auto* question = qobject_cast<QDialog*>(QApplication::activeModalWidget())) {
+      constexpr const char* leaves = "6";
+      question->findChild<QAbstractButton*>(QLatin1String(leaves))->click();
+      return true;
+    }
+    QtDialog* dialog = gui.windows.dialogBeside();
+    auto* tree = dialog == nullptr ? nullptr : dialog->frame().findChild<QTreeWidget*>();
+    if (tree == nullptr) return false;
+    const auto item = [tree](const char* title) {
+      return tree->findItems(QString::fromUtf8(title), Qt::MatchExactly | Qt::MatchRecursive).value(0);
+    };
+    switch (step) {
+    case 0:
+      tree->setCurrentItem(item("Overload relay"));
+      break;
+    case 1:
+      if (!view.lit()) return false;
+      lit = view.lit();
+      CHECK(factsOf(gui.drawing(), *lit)->attributes.front().second == L"OL");
+      tree->setCurrentItem(item("Contactor"));
+      break;
+    case 2: {
+      if (view.lit() == lit) return false;
+      const KvPoint3d at = std::get<BlockReference>(gui.drawing().find(*lit)->value.shape).position;
+      view.zoomTo({at.x - 10, at.y - 10, at.x + 10, at.y + 10});
+      gui.click(at.x + 1.5, at.y);
+      CHECK(tree->currentItem() == item("Overload relay"));
+      CHECK(view.lit() == lit);
+      break;
+    }
+    case 3: {
+      // Nothing moves away from under the pointer when units come in.
+      const auto places = [&] {
+        std::vector<QRect> rects;
+        for (const auto& each : dialog->views())
+          if (each->model().pages() == nullptr)
+            rects.emplace_back(each->widget().mapTo(&dialog->frame(), QPoint()), each->widget().size());
+        return rects;
+      };
+      const std::vector<QRect> before = places();
+      for (const auto& each : dialog->views())
+        if (each->model().role() == L"insertAll") dynamic_cast<QPushButton&>(each->widget()).click();
+      QCoreApplication::processEvents();
+      CHECK(bool(places() == before));
+      break;
+    }
+    case 4:
+      later([dialog] { dialog->frame().close(); }); // its question needs this watch
+      break;
+    }
+    ++step;
+    return false;
+  });
+  gui.run(L"(site-build \"templates/motor3_dol.json\" (find-file \"zan_brenvolt.xls\") \"M3_DOL\""
+          L" \"Three-phase motors\" \"Direct on line\" \"\" '(0 0 0) \"\" \"\" \"\" T)");
+  CHECK(step == 5);
+  CHECK_FALSE(view.lit());
 }

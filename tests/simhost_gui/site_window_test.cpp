@@ -1,12 +1,15 @@
 // The main window over the sample site: commands that place circuits, and those that open dialogs of the plug-in.
 #include "gui_fixture.h"
+#include "simhost/drawing/drawing_file.h"
+#include "simhost/gui/site_circuits.h"
 #include "simhost/site/saved_configurations.h"
 #include "simhost/ui/answers.h"
 #include "tests/simhost_qt/piloted_windows.h"
 #include "tests/site/site_tool.h"
 
 #include <QApplication>
-#include <QInputDialog>
+#include <QDialog>
+#include <QLineEdit>
 #include <QTest>
 #include <QTreeWidget>
 #include <QWindow>
@@ -29,11 +32,22 @@ TEST_CASE("a saved configuration is placed where the user clicks, and undone as 
 
   GuiFixture gui({}, "en", "site");
   const Watch choose([&] {
-    auto* dialog = qobject_cast<QInputDialog*>(QApplication::activeModalWidget());
-    if (dialog == nullptr) return false;
-    const QStringList offered = dialog->comboBoxItems();
-    CHECK(offered.size() == static_cast<qsizetype>(saved.size()));
-    dialog->setTextValue(offered[pump - saved.begin()]);
+    auto* dialog = qobject_cast<QDialog*>(QApplication::activeModalWidget());
+    auto* table =
+        dialog == nullptr ? nullptr : dialog->findChild<QTreeWidget*>(QStringLiteral("configurationTable"));
+    if (table == nullptr) return false;
+    CHECK(table->topLevelItemCount() == static_cast<int>(saved.size()));
+    constexpr int load = 1;
+    table->sortByColumn(load, Qt::AscendingOrder);
+    QStringList loads;
+    for (int row = 0; row < table->topLevelItemCount(); ++row)
+      loads.append(table->topLevelItem(row)->text(load));
+    CHECK(loads.indexOf(QStringLiteral("5 HP")) < loads.indexOf(QStringLiteral("15 kW"))); // as numbers
+    auto* search = dialog->findChild<QLineEdit*>(QStringLiteral("search"));
+    search->setText(QStringLiteral("pump 10 direct"));
+    QTest::keyClick(search, Qt::Key_Return);
+    REQUIRE(table->currentItem() != nullptr);
+    CHECK(table->currentItem()->text(0) == QStringLiteral("Pump 10 HP"));
     dialog->accept();
     return true;
   });
@@ -51,6 +65,36 @@ TEST_CASE("a saved configuration is placed where the user clicks, and undone as 
   CHECK(gui.window.view().scene().items().empty());
   gui.window.action(HostText::redo).trigger();
   CHECK(gui.window.view().scene().items().size() > 50);
+}
+
+TEST_CASE(
+    "the finished circuit is drawn in the background, and what the worksheet says of its groups is known") {
+  GuiFixture gui({}, "en", "site");
+  SiteCircuits circuits(gui.site, gui.windows, gui.texts);
+  using State = CircuitFacts::Picture::State;
+  const auto pictureOf = [&circuits](const OfferedCircuit& circuit) {
+    bool isReady = false;
+    const CircuitFacts::Picture first = circuits.picture(circuit, [&isReady] { isReady = true; });
+    CHECK(first.state == State::making);
+    constexpr int longest = 60'000;
+    CHECK(QTest::qWaitFor([&isReady] { return isReady; }, longest));
+    return circuits.picture(circuit, {});
+  };
+  const OfferedCircuit pump{L"Three-phase motors", L"Direct on line", L"Pump 10 HP"};
+  const CircuitFacts::Picture made = pictureOf(pump);
+  REQUIRE(made.state == State::made);
+  CHECK(loadDrawing(made.drawing).drawing->store().circuits().size() == 1);
+  CHECK(circuits.picture(pump, {}).drawing == made.drawing);
+  const CircuitFacts::Picture none = pictureOf({L"Three-phase motors", L"No such type", L""});
+  CHECK(none.state == State::failed);
+  CHECK(none.note.contains(QStringLiteral("No such type")));
+
+  CHECK(circuits.configurations(pump).contains(QStringLiteral("Pump 10 HP")));
+  const auto fuses = [&](const char* group) {
+    return circuits.onlyWith(pump, QStringLiteral("Disconnecting means"), QString::fromLatin1(group));
+  };
+  CHECK(fuses("Fuses") == QStringList{QStringLiteral("Fusible switch")});
+  CHECK(fuses("Disconnecting means").isEmpty());
 }
 
 TEST_CASE("a motor is picked from the drawing while the dialog that asks lies above another one") {

@@ -1,0 +1,244 @@
+#include "circuits/building/placed_choices.h"
+
+#include "circuits/building/row_configurations.h"
+#include "circuits/netlist/netlist.h"
+#include "project/entry_content.h"
+#include "project/history_names.h"
+#include "text/compare.h"
+#include "text/numbers.h"
+#include "text/split.h"
+
+#include <algorithm>
+#include <optional>
+#include <utility>
+#include <vector>
+
+namespace circuits {
+
+namespace xmlname = brenvolt::xmlname;
+using brenvolt::EntryMarker;
+using brenvolt::EntryRow;
+using brenvolt::XmlElement;
+using simhost::EntityNode;
+
+namespace {
+
+/// By the group of a worksheet that asks for it.
+constexpr std::wstring_view motorGroup = L"!MCC_CTRL";
+constexpr std::wstring_view loadGroup = L"!PF_CTRL";
+/// In a wire's row: its kind is that of the grounding conductor.
+constexpr std::wstring_view groundKind = L"3";
+
+std::wstring firstText(const EntityNode& node, std::wstring_view application) {
+  const std::vector<std::wstring>* texts = simhost::findData(node.value, application);
+  return texts == nullptr || texts->empty() ? std::wstring() : texts->front();
+}
+
+/// `(("10AWG" "BLK_10AWG" "1")...)` as its texts, three for each wire.
+std::vector<std::wstring> quotedTexts(std::wstring_view list) {
+  std::vector<std::wstring> texts;
+  std::optional<std::wstring> open;
+  for (std::size_t at = 0; at < list.size(); ++at) {
+    if (list[at] == L'"') {
+      if (open) texts.push_back(std::move(*open));
+      open = open ? std::optional<std::wstring>() : std::wstring();
+    } else if (open) {
+      if (list[at] == L'\\' && at + 1 < list.size()) ++at;
+      *open += list[at];
+    }
+  }
+  return texts;
+}
+
+EntryRow wireRow(std::wstring_view element, const std::wstring& wire, std::wstring size, std::wstring layer) {
+  return {
+      std::wstring(element), {{wire + L" - Size", std::move(size)}, {wire + L" - Layer", std::move(layer)}}};
+}
+
+/// The data of one motor or load with its wires; none where none was chosen.
+std::vector<EntryRow> rowsOf(const EntityNode& node, std::wstring_view params) {
+  std::vector<std::wstring> values = brenvolt::splitKeepingEmpty(std::wstring(params), L';');
+  for (std::wstring& value : values)
+    value = brenvolt::trim(value);
+  values.resize(loadSetupNames.size());
+  if (values.front().empty()) return {};
+  const bool isLoad = values.back() == loadGroup;
+  std::vector<EntryRow> rows = {{std::wstring(isLoad ? xmlname::loadSetup : xmlname::motorSetup), {}}};
+  for (std::size_t place = 0; place < values.size(); ++place)
+    rows.front().properties.emplace_back(loadSetupNames[place], std::move(values[place]));
+  const std::vector<std::wstring> wires = quotedTexts(firstText(node, wiresApplication));
+  int number = 0;
+  for (std::size_t at = 0; at + 2 < wires.size(); at += 3)
+    if (wires[at + 2] == groundKind)
+      rows.push_back(wireRow(xmlname::groundingWireSetup, L"W01E", wires[at], wires[at + 1]));
+    else
+      rows.push_back(
+          wireRow(xmlname::wireSetup, L"W" + brenvolt::formatInt(++number), wires[at], wires[at + 1]));
+  return rows;
+}
+
+bool asksForLoad(const CodeRecords& records, const std::wstring& code) {
+  const auto record = records.find(brenvolt::toUpper(code));
+  return record != records.end() &&
+         std::any_of(record->second.groups.begin(), record->second.groups.end(), [](const auto& group) {
+           return group.title.starts_with(motorGroup) || group.title.starts_with(loadGroup);
+         });
+}
+
+/// The rows of each CODE that asks for a motor or load. A symbol belongs to the last such CODE that has drawn before it,
+/// as a build gives a marker the data of the last motor before it; one that comes first, to the first CODE.
+std::map<std::wstring, std::vector<EntryRow>> loadsByCode(
+    const CodeRecords& records, const std::vector<std::wstring>& controls,
+    const simhost::DrawingDatabase& drawing, const CircuitObject& circuit) {
+  std::map<std::wstring, std::vector<EntryRow>> loads;
+  if (controls.empty()) return loads;
+  std::wstring current = controls.front();
+  std::vector<EntryRow> last;
+  for (const KvDbHandle handle : circuit.entities) {
+    const EntityNode* node = drawing.find(handle);
+    const auto origin = node == nullptr ? std::nullopt : simhost::provenanceOf(node->value);
+    if (!origin) continue;
+    if (asksForLoad(records, origin->code)) current = brenvolt::toUpper(origin->code);
+    const std::wstring params = firstText(*node, paramsApplication);
+    if (params.empty()) continue;
+    last = rowsOf(*node, params);
+    loads.try_emplace(current, last);
+  }
+  // One motor that several CODEs ask for.
+  for (const std::wstring& code : controls)
+    loads.try_emplace(code, last);
+  return loads;
+}
+
+struct CodeChoice {
+  std::wstring code;
+  std::vector<std::wstring> values; ///< one for each group, "-" or empty for none
+};
+
+std::vector<CodeChoice> choicesOf(const CircuitObject& circuit) {
+  std::vector<CodeChoice> choices;
+  for (const std::wstring& part :
+       brenvolt::splitSkippingEmpty(simhost::circuitField(circuit.fields, L"codes"), L';')) {
+    const std::size_t equals = part.find(L'=');
+    const std::wstring values = equals == std::wstring::npos ? std::wstring() : part.substr(equals + 1);
+    choices.push_back({part.substr(0, equals), brenvolt::splitKeepingEmpty(values, L',')});
+  }
+  return choices;
+}
+
+/// A value that the worksheet no longer has is left out: the dialog shows the default then.
+std::vector<brenvolt::EntryOption> optionsOf(const CodeRecords& records, const CodeChoice& choice) {
+  std::vector<brenvolt::EntryOption> options;
+  const auto record = records.find(brenvolt::toUpper(choice.code));
+  if (record == records.end()) return options;
+  const auto& groups = record->second.groups;
+  for (std::size_t place = 0; place < std::min(groups.size(), choice.values.size()); ++place)
+    for (const brenvolt::ZanOption& option : groups[place].options)
+      if (brenvolt::formatInt(option.value) == choice.values[place]) {
+        options.push_back({groups[place].title, option.text, option.value});
+        break;
+      }
+  return options;
+}
+
+std::vector<EntryMarker> markersOf(
+    const CodeRecords& records, const simhost::DrawingDatabase& drawing, const CircuitObject& circuit) {
+  const std::vector<CodeChoice> choices = choicesOf(circuit);
+  std::vector<std::wstring> controls;
+  for (const CodeChoice& choice : choices)
+    if (asksForLoad(records, choice.code)) controls.push_back(brenvolt::toUpper(choice.code));
+  const auto loads = loadsByCode(records, controls, drawing, circuit);
+  std::vector<EntryMarker> markers;
+  std::map<std::wstring, int> ordinals;
+  for (const CodeChoice& choice : choices) {
+    const int ordinal = ++ordinals[brenvolt::toUpper(choice.code)];
+    const auto load = loads.find(brenvolt::toUpper(choice.code));
+    for (int depth = 1; depth <= deepestTemplate; ++depth)
+      markers.push_back(
+          {choice.code, ordinal, depth, optionsOf(records, choice),
+           load == loads.end() ? std::vector<EntryRow>() : load->second});
+  }
+  return markers;
+}
+
+std::wstring valuesOf(XmlElement marker) {
+  std::wstring values;
+  for (const XmlElement option : marker.children(xmlname::selectOption))
+    values += option.attribute(xmlname::uiValue) + L',';
+  return values;
+}
+
+/// Takes over from the former entry what the drawing does not say.
+void keepRest(XmlElement made, XmlElement former) {
+  for (const std::wstring_view scale : {xmlname::componentScale, xmlname::circuitScale})
+    made.setAttribute(scale, former.attribute(scale));
+  const std::vector<XmlElement> markers = made.children(xmlname::marker);
+  for (const XmlElement old : former.children(xmlname::marker)) {
+    const auto same = std::find_if(markers.begin(), markers.end(), [&old](const XmlElement& marker) {
+      return brenvolt::equalsOrdinalNoCase(marker.attribute(xmlname::tag), old.attribute(xmlname::tag));
+    });
+    if (same == markers.end()) {
+      made.appendCopy(old);
+    } else if (valuesOf(*same) == valuesOf(old)) {
+      XmlElement marker = *same;
+      for (const XmlElement part : old.children(L"Catalog"))
+        marker.appendCopy(part);
+    }
+  }
+}
+
+/// The data of the first motor or load of a marker.
+std::wstring loadOf(XmlElement marker) {
+  std::wstring values;
+  const XmlElement group = marker.firstChild(xmlname::controlGroup);
+  for (const std::wstring_view setup : {xmlname::motorSetup, xmlname::loadSetup})
+    for (const XmlElement property : group.firstChild(setup).children(xmlname::property))
+      values += property.attribute(xmlname::value) + L';';
+  return values;
+}
+
+bool saysTheSame(XmlElement made, XmlElement former) {
+  const std::vector<XmlElement> markers = made.children(xmlname::marker);
+  for (const XmlElement old : former.children(xmlname::marker)) {
+    const auto same = std::find_if(markers.begin(), markers.end(), [&old](const XmlElement& marker) {
+      return brenvolt::equalsOrdinalNoCase(marker.attribute(xmlname::tag), old.attribute(xmlname::tag));
+    });
+    if (same == markers.end() || valuesOf(*same) != valuesOf(old) || loadOf(*same) != loadOf(old))
+      return false;
+  }
+  return true;
+}
+
+} // namespace
+
+std::wstring savedAs(
+    const brenvolt::HistoryFile& file, const CodeRecords& records, const simhost::DrawingDatabase& drawing,
+    const CircuitObject& circuit) {
+  const auto field = [&circuit](std::wstring_view name) {
+    return simhost::circuitField(circuit.fields, name);
+  };
+  const brenvolt::HistoryKey key{field(L"circuit"), field(L"type"), L"placed"};
+  brenvolt::HistoryFile scratch;
+  scratch.startEmpty({});
+  brenvolt::appendEntry(scratch, {key, field(L"worksheet"), markersOf(records, drawing, circuit)});
+  std::wstring found;
+  for (const std::wstring& name : file.names(key.circuit, key.type))
+    if (saysTheSame(scratch.find(key).history, file.find({key.circuit, key.type, name}).history))
+      found = name;
+  return found;
+}
+
+void putPlacedChoices(
+    brenvolt::HistoryFile& file, const brenvolt::HistoryKey& key, const CodeRecords& records,
+    const simhost::DrawingDatabase& drawing, const CircuitObject& circuit) {
+  brenvolt::HistoryFile scratch;
+  scratch.startEmpty({});
+  brenvolt::appendEntry(
+      scratch,
+      {key, simhost::circuitField(circuit.fields, L"worksheet"), markersOf(records, drawing, circuit)});
+  const XmlElement made = scratch.find(key).history;
+  if (const XmlElement former = file.find(key).history; !former.isNull()) keepRest(made, former);
+  file.put(key, made);
+}
+
+} // namespace circuits

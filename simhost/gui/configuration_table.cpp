@@ -1,0 +1,140 @@
+#include "simhost/gui/configuration_table.h"
+
+#include "simhost/qt/empty_note.h"
+#include "simhost/qt/qt_text.h"
+#include "simhost/qt/search_field.h"
+
+#include <QDialog>
+#include <QDialogButtonBox>
+#include <QHeaderView>
+#include <QPushButton>
+#include <QTreeWidget>
+#include <QVBoxLayout>
+
+#include <algorithm>
+#include <array>
+
+namespace simhost {
+namespace {
+
+constexpr int placeRole = Qt::UserRole; ///< in the first column
+
+/// A column of motor or load data: its place in what a configuration keeps, and that of its unit.
+struct DataColumn {
+  HostText title;
+  std::size_t field;
+  std::optional<std::size_t> unit;
+};
+constexpr std::array dataColumns = {
+    DataColumn{HostText::columnLoad, 1, 2}, DataColumn{HostText::columnVoltage, 3, {}},
+    DataColumn{HostText::columnPhase, 4, {}}, DataColumn{HostText::columnSpeed, 6, {}},
+    DataColumn{HostText::columnCurrent, 7, {}}};
+
+/// Sorted by the number at its beginning, where both have one.
+class Row final : public QTreeWidgetItem {
+public:
+  using QTreeWidgetItem::QTreeWidgetItem;
+  bool operator<(const QTreeWidgetItem& other) const override {
+    const int column = treeWidget()->sortColumn();
+    const auto number = [column](const QTreeWidgetItem& row, bool& isNumber) {
+      return row.text(column).section(QLatin1Char(' '), 0, 0).toDouble(&isNumber);
+    };
+    bool isOne = false;
+    bool isOther = false;
+    const double one = number(*this, isOne);
+    const double two = number(other, isOther);
+    if (isOne && isOther) return one < two;
+    return text(column).localeAwareCompare(other.text(column)) < 0;
+  }
+};
+
+QStringList cellsOf(const SiteConfigurations& site, std::size_t place) {
+  const brenvolt::HistoryKey& key = site.saved[place].key;
+  const brenvolt::SavedControl& control = site.controls[place];
+  const auto field = [&control](std::size_t number) {
+    return number < control.fields.size() ? toQt(control.fields[number]) : QString();
+  };
+  QStringList cells = {toQt(key.name)};
+  for (const DataColumn& column : dataColumns) {
+    QString text = field(column.field);
+    if (column.unit && !text.isEmpty()) text += QLatin1Char(' ') + field(*column.unit);
+    cells.append(text);
+  }
+  const auto wire = std::find_if(
+      control.wires.begin(), control.wires.end(), [](const auto& each) { return !each.isGrounding; });
+  cells.append(wire == control.wires.end() ? QString() : toQt(wire->size));
+  cells.append(toQt(key.circuit));
+  cells.append(toQt(key.type));
+  return cells;
+}
+
+void search(QTreeWidget& table, const QString& text) {
+  const QStringList words = text.split(QLatin1Char(' '), Qt::SkipEmptyParts);
+  for (int row = 0; row < table.topLevelItemCount(); ++row) {
+    QTreeWidgetItem& item = *table.topLevelItem(row);
+    QString all;
+    for (int column = 0; column < table.columnCount(); ++column)
+      all += item.text(column) + QLatin1Char('\n');
+    item.setHidden(std::any_of(words.begin(), words.end(), [&all](const QString& word) {
+      return !all.contains(word, Qt::CaseInsensitive);
+    }));
+  }
+}
+
+} // namespace
+
+std::optional<std::size_t> chooseConfiguration(
+    QWidget* parent, const HostTexts& texts, const SiteConfigurations& site,
+    const std::vector<std::size_t>& rows) {
+  QDialog dialog(parent);
+  dialog.setObjectName(QStringLiteral("configurations"));
+  dialog.setWindowTitle(texts(HostText::configurationsTitle));
+  auto* field = new SearchField(texts(HostText::configurationSearch));
+  auto* table = new QTreeWidget;
+  table->setObjectName(QStringLiteral("configurationTable"));
+  table->setAccessibleName(texts(HostText::configurationsTitle));
+  table->setRootIsDecorated(false);
+  table->setAllColumnsShowFocus(true);
+  table->setTabKeyNavigation(false);
+  QStringList titles = {texts(HostText::columnConfiguration)};
+  for (const DataColumn& column : dataColumns)
+    titles.append(texts(column.title));
+  titles.append({texts(HostText::columnWire), texts(HostText::columnCircuit), texts(HostText::columnType)});
+  table->setHeaderLabels(titles);
+  for (const std::size_t place : rows) {
+    auto* row = new Row(table, cellsOf(site, place));
+    row->setData(0, placeRole, QVariant::fromValue<qulonglong>(place));
+  }
+  table->setSortingEnabled(true);
+  table->sortByColumn(-1, Qt::AscendingOrder); // as the file has them, until a header is clicked
+  for (int column = 0; column < table->columnCount(); ++column)
+    table->resizeColumnToContents(column);
+  showWhenEmpty(*table, texts(HostText::noHistory));
+  auto* buttons = new QDialogButtonBox(QDialogButtonBox::Ok | QDialogButtonBox::Cancel);
+  auto* column = new QVBoxLayout(&dialog);
+  column->addWidget(field);
+  column->addWidget(table, 1);
+  column->addWidget(buttons);
+  QPushButton* const ok = buttons->button(QDialogButtonBox::Ok);
+  ok->setEnabled(false);
+  QObject::connect(buttons, &QDialogButtonBox::accepted, &dialog, &QDialog::accept);
+  QObject::connect(buttons, &QDialogButtonBox::rejected, &dialog, &QDialog::reject);
+  QObject::connect(table, &QTreeWidget::currentItemChanged, ok, [ok](const QTreeWidgetItem* item) {
+    ok->setEnabled(item != nullptr);
+  });
+  QObject::connect(table, &QTreeWidget::itemActivated, &dialog, &QDialog::accept);
+  field->onSearch = [table](const QString& text) { search(*table, text); };
+  field->onDown = [table] {
+    for (int row = 0; row < table->topLevelItemCount(); ++row)
+      if (QTreeWidgetItem* item = table->topLevelItem(row); !item->isHidden()) {
+        table->setCurrentItem(item);
+        return table->setFocus(Qt::TabFocusReason);
+      }
+  };
+  constexpr int beside = 80;
+  dialog.resize(table->header()->length() + beside, 420);
+  if (dialog.exec() != QDialog::Accepted || table->currentItem() == nullptr) return std::nullopt;
+  return static_cast<std::size_t>(table->currentItem()->data(0, placeRole).toULongLong());
+}
+
+} // namespace simhost
