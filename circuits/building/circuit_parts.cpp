@@ -176,9 +176,9 @@ namespace {
 /// Has the site draw where the circuit's wires go on.
 void endWires(SiteRun& site, DrawingDatabase& drawing, const Netlist& netlist, const std::wstring& circuit) {
   if (!site.interpreter().findFunction(goesOnFunction)) return;
-  const std::vector<OpenEnd> ends = openEnds(drawing, netlist, circuit);
+  const std::vector<FreeEnd> ends = freeEnds(drawing, netlist, circuit);
   const StampedDrawing stamp(drawing, {circuit, std::wstring(lineEndCode)});
-  for (const OpenEnd& end : ends) {
+  for (const FreeEnd& end : ends) {
     const std::array arguments = {
         lisp::Value::string(end.number), lisp::makePoint(end.position.x, end.position.y, 0.0),
         lisp::Value::real(end.degrees), lisp::Value::string(end.colour), lisp::Value::string(end.size)};

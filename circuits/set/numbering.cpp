@@ -114,7 +114,7 @@ void numberContacts(DrawingDatabase& drawing) {
   }
 }
 
-std::vector<OpenEnd> openEnds(
+std::vector<FreeEnd> freeEnds(
     const DrawingDatabase& drawing, const Netlist& netlist, const std::wstring& circuit) {
   const simhost::BlockNode& space = *drawing.store().findBlock(drawing.currentSpace());
   // A wire ends where nothing else is: no other wire, and no pin or dot of a block.
@@ -131,7 +131,7 @@ std::vector<OpenEnd> openEnds(
     }
     return true;
   };
-  std::vector<OpenEnd> ends;
+  std::vector<FreeEnd> ends;
   for (const Conductor& conductor : netlist.conductors) {
     const Net& net = netlist.nets[conductor.net];
     if (net.circuit != circuit) continue;

@@ -30,7 +30,7 @@ void setAttribute(
 void numberContacts(simhost::DrawingDatabase& drawing);
 
 /// An end of a wire that meets nothing: it goes on elsewhere.
-struct OpenEnd {
+struct FreeEnd {
   std::wstring number; ///< of its net, empty where the drawing shows none
   KvPoint3d position;
   double degrees = 0.0; ///< of the direction in which the wire leaves
@@ -38,7 +38,7 @@ struct OpenEnd {
   std::wstring size;
 };
 /// In the order of the circuit's nets.
-[[nodiscard]] std::vector<OpenEnd> openEnds(
+[[nodiscard]] std::vector<FreeEnd> freeEnds(
     const simhost::DrawingDatabase& drawing, const Netlist& netlist, const std::wstring& circuit);
 
 /// What a site labels: the wires of one layer of a net.

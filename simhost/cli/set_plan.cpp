@@ -4,9 +4,9 @@
 #include "circuits/set/type_rules.h"
 #include "simhost/host/errors.h"
 #include "simhost/host/files.h"
-#include "simhost/site/plain_number.h"
 #include "simhost/site/site_run.h"
 #include "text/encoding.h"
+#include "text/plain_number.h"
 
 #include <nlohmann/json.hpp>
 
@@ -120,7 +120,7 @@ SetPlan planSet(const SetOptions& options) {
     plan.settings.sizing = SetSettings::Sizing::build;
   else if (options.sizing != "lookup")
     throw BadInput("--sizing: \"" + options.sizing + "\" must be lookup or build");
-  const std::optional<double> scale = plainNumber(fromUtf8(options.scale));
+  const std::optional<double> scale = brenvolt::plainNumber(fromUtf8(options.scale));
   if (!scale || *scale < smallestScale || *scale > largestScale)
     throw BadInput("--scale: \"" + options.scale + "\" must be a number from 0.2 to 5, such as 0.8");
   plan.settings.scale = *scale;
