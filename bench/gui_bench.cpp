@@ -8,6 +8,7 @@
 #include "simhost/host/session.h"
 #include "simhost/site/site_run.h"
 
+#include <QAction>
 #include <QApplication>
 #include <QLineEdit>
 #include <QTimer>
@@ -264,6 +265,7 @@ void measureSet(MainWindow& window) {
         middleOf(times.elapsed), middleOf(times.processor),
         *std::max_element(times.processor.begin(), times.processor.end()));
   }
+  window.action(HostText::newDrawing).trigger(); // lets go of the last sheet
   std::filesystem::remove_all(folder);
 }
 

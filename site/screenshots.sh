@@ -65,6 +65,8 @@ done
 # Each step of each session, on a small screen and on a large one, to be looked at.
 bash tests/simhost_gui/screen_sessions.sh "$bin" "$(dirname "$bin")/sessions" ||
   echo "sessions failed: see $(dirname "$bin")/sessions" >&2
+cp "$(dirname "$bin")/sessions/small/mouse_09_selected.png" "$pictures/main_window_small_de.png"
+made+=("$pictures/main_window_small_de.png")
 # Texts and plain areas need few colours.
 pngquant --speed 1 --force --ext .png 128 -- "${made[@]}"
 printf '%s\n' "${made[@]#"$PWD/"}"

@@ -140,6 +140,7 @@ void ScreenSession::move(const QWidget& widget, const QPoint& place) {
 }
 
 void ScreenSession::keys(const QStringList& names) {
+  if (names.isEmpty()) return; // where the keyboard already is
   QProcess::execute(
       pointerTool,
       QStringList{QStringLiteral("key"), QStringLiteral("--delay"), QStringLiteral("40")} + names);
