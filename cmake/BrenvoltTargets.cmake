@@ -68,6 +68,12 @@ function(brenvolt_library name)
   brenvolt_layer(${name})
 endfunction()
 
+# brenvolt_compile_apart(SOURCE ...)
+# Sources of this folder that use short names, which others have for something else, are not joined with them.
+function(brenvolt_compile_apart)
+  set_source_files_properties(${ARGN} PROPERTIES SKIP_UNITY_BUILD_INCLUSION ON)
+endfunction()
+
 # brenvolt_loaded_library(SOURCE MACRO NAME PREFIX)
 # The library NAME, found by pkg-config as PREFIX, is loaded by a source of this folder when it is first needed: linked,
 # every start of a program would pay for it. MACRO becomes the name that the dynamic loader looks for. The package needs

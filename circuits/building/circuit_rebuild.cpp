@@ -335,8 +335,10 @@ bool replaceCircuit(
     const std::function<void(SetCircuit&)>& finishRow) {
   DrawingDatabase& drawing = drawingOf(run);
   const TerminalNumbers terminals = numbersOf(drawing, circuit.id);
+  const auto lineReferences = lineReferencesOf(drawing, circuit.id);
   const std::map<std::wstring, int> highest = highestNumbers(drawing);
   SiteVariables variables(drawing);
+  const BuildData buildData(run.interpreter());
   AllOrNothing changes(drawing.undoLog());
   eraseCircuit(drawing, circuit);
   {
@@ -347,10 +349,12 @@ bool replaceCircuit(
   if (const std::wstring tag = circuitField(circuit.fields, L"tag"); !tag.empty()) {
     labelNets(run, drawing, circuit.id);
     keepTerminalNumbers(drawing, circuit.id, terminals, highest);
+    keepLineReferences(drawing, circuit.id, lineReferences);
     finishRow(row);
     keepRow(drawing, circuit.id, row, tag);
     drawOwnReferences(drawing, circuit.id);
   }
+  simhost::sealCircuit(drawing, circuit.id);
   variables.restore();
   changes.keep();
   return true;

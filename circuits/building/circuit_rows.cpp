@@ -38,8 +38,6 @@ using simhost::WireRequests;
 namespace {
 
 /// The groups of a worksheet by which a motor or a load is asked for begin so.
-constexpr std::wstring_view motorGroup = L"!MCC_CTRL";
-constexpr std::wstring_view loadGroup = L"!PF_CTRL";
 
 /// The rating that a field of the list means.
 struct RatingColumn {
@@ -180,9 +178,9 @@ private:
     sheet.records = reader.records();
     for (const auto& [code, record] : sheet.records)
       for (const brenvolt::ZanOptionGroup& group : record.groups) {
-        const LoadKind kind = group.title.starts_with(motorGroup)  ? LoadKind::motor
-                              : group.title.starts_with(loadGroup) ? LoadKind::load
-                                                                   : LoadKind::none;
+        const LoadKind kind = group.title.starts_with(brenvolt::motorControlTitle)  ? LoadKind::motor
+                              : group.title.starts_with(brenvolt::loadControlTitle) ? LoadKind::load
+                                                                                    : LoadKind::none;
         if (kind == LoadKind::none) continue;
         sheet.kind = kind;
         if (group.options.empty()) continue;
@@ -505,7 +503,7 @@ private:
         L"",
         L"0",
         circuit.groundSize,
-        std::wstring(circuit.isMotor ? motorGroup : loadGroup)};
+        std::wstring(circuit.isMotor ? brenvolt::motorControlTitle : brenvolt::loadControlTitle)};
     for (std::size_t place = 0; place < setup.size(); ++place)
       circuit.data.emplace_back(loadSetupNames[place], setup[place]);
   }

@@ -24,8 +24,6 @@ using simhost::EntityNode;
 namespace {
 
 /// By the group of a worksheet that asks for it.
-constexpr std::wstring_view motorGroup = L"!MCC_CTRL";
-constexpr std::wstring_view loadGroup = L"!PF_CTRL";
 /// In a wire's row: its kind is that of the grounding conductor.
 constexpr std::wstring_view groundKind = L"3";
 
@@ -62,7 +60,7 @@ std::vector<EntryRow> rowsOf(const EntityNode& node, std::wstring_view params) {
     value = brenvolt::trim(value);
   values.resize(loadSetupNames.size());
   if (values.front().empty()) return {};
-  const bool isLoad = values.back() == loadGroup;
+  const bool isLoad = values.back() == brenvolt::loadControlTitle;
   std::vector<EntryRow> rows = {{std::wstring(isLoad ? xmlname::loadSetup : xmlname::motorSetup), {}}};
   for (std::size_t place = 0; place < values.size(); ++place)
     rows.front().properties.emplace_back(loadSetupNames[place], std::move(values[place]));
@@ -81,7 +79,8 @@ bool asksForLoad(const CodeRecords& records, const std::wstring& code) {
   const auto record = records.find(brenvolt::toUpper(code));
   return record != records.end() &&
          std::any_of(record->second.groups.begin(), record->second.groups.end(), [](const auto& group) {
-           return group.title.starts_with(motorGroup) || group.title.starts_with(loadGroup);
+           return group.title.starts_with(brenvolt::motorControlTitle) ||
+                  group.title.starts_with(brenvolt::loadControlTitle);
          });
 }
 

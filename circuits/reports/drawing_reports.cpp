@@ -17,13 +17,6 @@ namespace circuits {
 
 namespace {
 
-/// Each text once, as people sort them.
-std::wstring sortedOnce(std::vector<std::wstring> texts) {
-  std::sort(texts.begin(), texts.end(), comesBefore);
-  texts.erase(std::unique(texts.begin(), texts.end()), texts.end());
-  return brenvolt::join(texts, L", ");
-}
-
 struct PartLine {
   std::vector<std::wstring> tags;
   std::size_t quantity = 0;
@@ -58,7 +51,7 @@ void joinParts(Report& report, std::array<std::size_t, 3>& missing) {
     if (!key[catalogue - nameCells]) missing[0] += line.quantity;
     ReportRow row = {brenvolt::formatInt(static_cast<std::int64_t>(line.quantity))};
     row.insert(row.end(), key.begin(), key.end());
-    row.emplace_back(sortedOnce(std::move(line.tags)));
+    row.emplace_back(brenvolt::join(sortedOnce(std::move(line.tags)), L", "));
     report.rows.push_back(std::move(row));
   }
 }

@@ -31,17 +31,6 @@ Cell count(std::size_t number) {
   return brenvolt::formatInt(static_cast<std::int64_t>(number));
 }
 
-std::wstring joined(const std::vector<std::wstring>& texts, std::wstring_view separator) {
-  return brenvolt::join(texts, separator);
-}
-
-/// Each text once, as people sort them.
-std::vector<std::wstring> sortedOnce(std::vector<std::wstring> texts) {
-  std::sort(texts.begin(), texts.end(), comesBefore);
-  texts.erase(std::unique(texts.begin(), texts.end()), texts.end());
-  return texts;
-}
-
 /// A row for each device and for each terminal: what it is and how it is named. What makes devices of several sheets one
 /// is in the first cells.
 ListRows partRows(const Sheet& sheet) {
@@ -120,7 +109,7 @@ std::wstring otherEnds(const Netlist& list, const Pin& pin) {
   if (!pin.conductor) return {};
   for (const std::size_t place : list.conductors[*pin.conductor].pins)
     if (const Pin& other = list.pins[place]; &other != &pin) names.push_back(pinName(list, other));
-  return joined(names, L", ");
+  return brenvolt::join(names, L", ");
 }
 
 /// The other terminals of the strip that one wire connects with this one.
@@ -130,7 +119,7 @@ std::wstring jumpersOf(const Netlist& list, const Pin& pin) {
   for (const std::size_t place : list.conductors[*pin.conductor].pins)
     if (const Pin& other = list.pins[place]; other.device == pin.device && other.symbol != pin.symbol)
       numbers.push_back(other.number);
-  return joined(sortedOnce(std::move(numbers)), L", ");
+  return brenvolt::join(sortedOnce(std::move(numbers)), L", ");
 }
 
 ListRows terminalRows(const Sheet& sheet) {
@@ -167,7 +156,7 @@ std::wstring protectionOf(const Sheet& sheet, const std::wstring& circuit) {
     if (!circuit.empty() && device.circuit == circuit && protectionFamilies.contains(device.family) &&
         !device.rating.empty())
       texts.push_back(device.tag + L' ' + device.rating);
-  return joined(sortedOnce(std::move(texts)), L", ");
+  return brenvolt::join(sortedOnce(std::move(texts)), L", ");
 }
 
 ListRows motorRows(const Sheet& sheet) {
@@ -220,8 +209,8 @@ ListRows cableRows(const Sheet& sheet) {
     Cell length = circuitText(sheet, device, L"length");
     if (!length) ++result.missing[0];
     result.rows.push_back(
-        {cableName(device), known(joined(sortedOnce(std::move(from)), L", ")), known(device.tag),
-         known(joined(texts, L", ")), std::move(length), circuitText(sheet, device, L"raceway"),
+        {cableName(device), known(brenvolt::join(sortedOnce(std::move(from)), L", ")), known(device.tag),
+         known(brenvolt::join(texts, L", ")), std::move(length), circuitText(sheet, device, L"raceway"),
          sheet.number});
   }
   return result;
@@ -240,11 +229,17 @@ ListRows sheetRows(const Sheet& sheet) {
       {sheet.number, known(sheet.title), sheet.file, count(sheet.circuits.size()),
        count(sheet.netlist.devices.size()), count(sheet.netlist.nets.size()),
        nets([](const Net& net) { return net.number.empty() && net.carriesNumber; }),
-       nets([](const Net& net) { return !net.others.empty(); }), joined(names, L", ")});
+       nets([](const Net& net) { return !net.others.empty(); }), brenvolt::join(names, L", ")});
   return result;
 }
 
 } // namespace
+
+std::vector<std::wstring> sortedOnce(std::vector<std::wstring> texts) {
+  std::sort(texts.begin(), texts.end(), comesBefore);
+  texts.erase(std::unique(texts.begin(), texts.end()), texts.end());
+  return texts;
+}
 
 const std::array<LoadField, 8>& loadFields() {
   static const std::array<LoadField, 8> fields = {

@@ -20,6 +20,9 @@ struct ListRows {
 };
 [[nodiscard]] ListRows rowsOf(ReportKind kind, const Sheet& sheet);
 
+/// Each text once, as people sort them.
+[[nodiscard]] std::vector<std::wstring> sortedOnce(std::vector<std::wstring> texts);
+
 /// Adds a text with its length before it, so that it may hold anything.
 void pack(std::string& bytes, std::string_view text);
 /// Takes what `pack` has added from the front of the bytes.

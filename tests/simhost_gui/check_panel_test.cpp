@@ -63,7 +63,7 @@ void check(GuiFixture& gui) {
 TEST_CASE("findings are filtered by severity and rule, and a double click or Enter opens the place") {
   needApplication();
   const HostTexts texts(defaultResourceFolder(), "en");
-  CheckPanel panel(texts, {});
+  CheckPanel panel(texts, {}, {});
   CHECK_FALSE(panel.showFindings("no JSON"));
   REQUIRE(panel.showFindings(R"({"findings": [
     {"severity": "error", "rule": "a", "place": "w.xls, row 2", "file": "w.xls", "what": "A.", "remedy": "B."},

@@ -58,6 +58,8 @@ private:
   bool isOnTop(const QtDialog&) const override { return true; }
   bool isPiloted() const override { return false; }
   bool keepsRecord() const override { return false; }
+  simhost::CircuitFacts* circuitFacts() const override { return nullptr; }
+  bool insertsBeforeOk() const override { return false; }
   const simhost::WindowWords& words() const override { return words_; }
   void pilot(QtDialog&) override {}
 
