@@ -81,6 +81,12 @@ void search(QTreeWidget& table, const QString& text) {
   }
 }
 
+QTreeWidgetItem* firstFound(const QTreeWidget& table) {
+  for (int row = 0; row < table.topLevelItemCount(); ++row)
+    if (QTreeWidgetItem* item = table.topLevelItem(row); !item->isHidden()) return item;
+  return nullptr;
+}
+
 } // namespace
 
 std::optional<std::size_t> chooseConfiguration(
@@ -123,14 +129,15 @@ std::optional<std::size_t> chooseConfiguration(
     ok->setEnabled(item != nullptr);
   });
   QObject::connect(table, &QTreeWidget::itemActivated, &dialog, &QDialog::accept);
-  field->onSearch = [table](const QString& text) { search(*table, text); };
-  field->onDown = [table] {
-    for (int row = 0; row < table->topLevelItemCount(); ++row)
-      if (QTreeWidgetItem* item = table->topLevelItem(row); !item->isHidden()) {
-        table->setCurrentItem(item);
-        return table->setFocus(Qt::TabFocusReason);
-      }
+  field->onSearch = [table](const QString& text) {
+    search(*table, text);
+    table->setCurrentItem(firstFound(*table));
   };
+  field->onDown = [table] {
+    if (table->currentItem() != nullptr) table->setFocus(Qt::TabFocusReason);
+  };
+  table->setCurrentItem(firstFound(*table)); // Enter takes what is seen as selected
+  table->setFocus();
   constexpr int beside = 80;
   dialog.resize(table->header()->length() + beside, 420);
   if (dialog.exec() != QDialog::Accepted || table->currentItem() == nullptr) return std::nullopt;

@@ -170,9 +170,7 @@ enum class HostText : unsigned {
   promptHint = 500,
   layersTitle,
   promptTitle,
-  historyTitle,
-  historyQuestion,
-  noHistory,
+  noHistory = 505,
 
   hideForGood = 600,
   helpTitle,

@@ -95,6 +95,8 @@ public:
     views_->addTab(dialog.words().finishedCircuit);
     views_->addTab(dialog.words().markers);
     views_->setVisible(facts() != nullptr);
+    views_->setFocusPolicy(
+        facts() != nullptr ? Qt::TabFocus : Qt::NoFocus); // one view leaves nothing to choose
     pane_->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Expanding);
     QObject::connect(views_, &QTabBar::currentChanged, pane_, [this] { refreshLinked(); });
     QObject::connect(pane_, &QObject::destroyed, [facts = facts()] {

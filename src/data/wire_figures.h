@@ -82,7 +82,7 @@ struct WireLookupInput {
 enum class Proposal {
   fits,
   noneLargeEnough,
-  leftOut,       ///< what is large enough went with the undersized rows around it
+  leftOut,        ///< what is large enough went with the undersized rows around it
   aboveDropLimit, ///< what is large enough has more drop than the limit
   noCurrent       ///< no current is given that a size, or the drop, could be computed for
 };

@@ -55,6 +55,7 @@ void checkWhole(const QWidget& window) {
   constexpr int tolerance = 2;
   const QRect screen = window.screen()->geometry().adjusted(-tolerance, -tolerance, tolerance, tolerance);
   const QRect place = window.isMaximized() ? window.geometry() : window.frameGeometry();
+  if (place.isEmpty()) return; // it is just being closed
   CHECK_MESSAGE(
       screen.contains(place), "partly beside the screen: ", place.left(), ", ", place.top(), " to ",
       place.right(), ", ", place.bottom());

@@ -328,11 +328,11 @@ TEST_SUITE("screen") {
         });
     desk.steps.step(
         QStringLiteral("history"),
-        [&] { return ScreenSession::hasWindow(QLatin1Char('^') + title(HostText::historyTitle)); },
+        [&] { return ScreenSession::hasWindow(QLatin1Char('^') + title(HostText::configurationsTitle)); },
         [] { ScreenSession::keys({QStringLiteral("Return")}); });
     desk.steps.step(
         QStringLiteral("place"),
-        [&] { return !ScreenSession::hasWindow(QLatin1Char('^') + title(HostText::historyTitle)); },
+        [&] { return !ScreenSession::hasWindow(QLatin1Char('^') + title(HostText::configurationsTitle)); },
         [] { ScreenSession::keys({QStringLiteral("Return")}); });
     desk.steps.step(
         QStringLiteral("drawn"), [&] { return ScreenSession::hasWindow(QStringLiteral("^plan.json\\*")); },
