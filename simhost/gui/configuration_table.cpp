@@ -3,6 +3,7 @@
 #include "simhost/qt/empty_note.h"
 #include "simhost/qt/qt_text.h"
 #include "simhost/qt/search_field.h"
+#include "simhost/qt/window_places.h"
 
 #include <QDialog>
 #include <QDialogButtonBox>
@@ -140,6 +141,7 @@ std::optional<std::size_t> chooseConfiguration(
   table->setFocus();
   constexpr int beside = 80;
   dialog.resize(table->header()->length() + beside, 420);
+  fitToScreen(dialog);
   if (dialog.exec() != QDialog::Accepted || table->currentItem() == nullptr) return std::nullopt;
   return static_cast<std::size_t>(table->currentItem()->data(0, placeRole).toULongLong());
 }
