@@ -62,11 +62,11 @@ void Allowances::add(Allowance allowance, Findings& findings) {
   std::wstring fault;
   const Rule* rule = findRule(allowance.rule);
   if (rule == nullptr)
-    fault = L"there is no rule " + allowance.rule;
+    fault = L"unknown rule " + allowance.rule;
   else if (rule->kind == CheckKind::allow)
     fault = L"findings about allowances cannot be allowed";
   else if (allowance.reason.empty())
-    fault = L"there is no reason";
+    fault = L"the reason is missing";
   if (fault.empty()) {
     all_.push_back(std::move(allowance));
     return;

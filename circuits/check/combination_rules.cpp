@@ -115,7 +115,7 @@ private:
 
   static std::wstring reachedText(const Sums& sums) {
     constexpr std::size_t most = 8;
-    if (sums.empty()) return L"only a blank code, since there is no group";
+    if (sums.empty()) return L"only a blank code, because the record has no group";
     std::wstring text;
     std::size_t count = 0;
     for (const auto& [sum, made] : sums) {

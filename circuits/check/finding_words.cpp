@@ -60,7 +60,7 @@ FindingWords::FindingWords(std::string_view bytes, const std::string& fileName) 
     if (line.starts_with(L"rule ")) {
       rule = findRule(rest(L"rule "));
       placeholder.clear();
-      if (rule == nullptr) fail("there is no rule \"" + brenvolt::toUtf8(rest(L"rule ")) + "\"");
+      if (rule == nullptr) fail("unknown rule \"" + brenvolt::toUtf8(rest(L"rule ")) + "\"");
       continue;
     }
     if (line.starts_with(L"phrase ") && line.find(L"->") == std::wstring::npos) {

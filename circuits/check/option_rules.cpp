@@ -50,7 +50,7 @@ constexpr Setting settings[] = {
     {L"KWH_COST_UNITS", words, 0, noLimit, L"costs have no currency"},
     {L"PARALLEL_MAX_CNT", number, 1, 100, L"no parallel conductors are offered"},
     {L"PARALLEL_MIN_SIZE", sizes, 0, noLimit, L"no parallel conductors are offered"},
-    {L"AMPG_MAX", formula, 0, noLimit, L"there is no grounding size"},
+    {L"AMPG_MAX", formula, 0, noLimit, L"no grounding conductor is found"},
     {L"T_AMBIENT", bracket, 0, noLimit, L"the lowest temperature is taken"},
     {L"C_LOAD", number, 0.1, 1, L"wires of builds are not derated"},
 };

@@ -344,7 +344,7 @@ constexpr Rule table[] = {
     {L"impedance-cell", tables, error, L"\"{text}\" is not \"reactance;resistance\" in ohms per kilometre.",
      L"Write two numbers with a semicolon, or leave the cell empty to have it interpolated.", L"`0.177,6.6`"},
     {L"impedance-alone", tables, error,
-     L"The cell of {size} is empty, and there is no size of the same unit to interpolate from.",
+     L"The cell of {size} is empty, and no other size of the same unit has a value to interpolate from.",
      L"Fill the cell.", L"a column without any value"},
     {L"impedance-order", tables, warning,
      L"The resistance {value} is above that of the size above it, {before}.",
@@ -364,7 +364,7 @@ constexpr Rule table[] = {
     {L"ground-order", tables, warning, L"The limit {value} is below the one of the size above it, {before}.",
      L"Correct it, or the order of the rows.", L"100, 60"},
     {L"ground-end", tables, warning,
-     L"The rating reaches {value}, and {table} ends at {largest}: there is no grounding conductor for it.",
+     L"The rating reaches {value}, and {table} ends at {largest}: no grounding conductor is found for it.",
      L"Add larger sizes, or correct the formula.", L"`i*250`"},
 
     // Engineering tables: motors and components.
@@ -439,7 +439,7 @@ constexpr Rule table[] = {
     {L"saved-part-gone", saved, warning, L"{saved} holds a part for \"{title}\", a group that is gone.",
      L"Build it and save it again.", L"a pair of columns 11 and 12 that was renamed"},
     {L"saved-table-gone", saved, error,
-     L"{saved} holds a wire of {metal} in {standard}, for which there is no table.",
+     L"{saved} holds a wire of {metal} in {standard}, which has no table.",
      L"Add the table, or build it and save it again.", L"a metal that was taken out"},
     {L"saved-size-gone", saved, error,
      L"{saved} holds the size {size}, which the tables of {metal} no longer have.",

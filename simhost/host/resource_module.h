@@ -58,7 +58,7 @@ public:
   void choose(const std::string& language);
 
 private:
-  /// The texts of a module in this language, English for what it lacks; nothing when there is no English file.
+  /// The texts of a module in this language, English for what it lacks; nothing without an English file.
   [[nodiscard]] std::optional<KvResourceModule> read(
       std::wstring_view name, const std::string& language) const;
 

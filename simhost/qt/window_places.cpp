@@ -48,7 +48,7 @@ void restorePlace(UserSettings& settings, QtDialog& dialog) {
 }
 
 void fitToScreen(QWidget& window) {
-  // Without a screen there is no size to fit.
+  // Off the screen, no size limits a window.
   if (QGuiApplication::platformName() == QStringLiteral("offscreen")) return;
   constexpr QSize frame(8, 32); // of a usual window manager
   window.resize(window.size().boundedTo(window.screen()->availableSize() - frame));

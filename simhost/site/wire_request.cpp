@@ -350,7 +350,7 @@ std::wstring noteOn(const WireRequest& request, const brenvolt::WireLookupResult
     return L"no size for " + current + L" meets the maximum voltage drop of " +
            request[WireField::dropLimit].text + L" percent";
   case brenvolt::Proposal::noCurrent:
-    return L"there is no current to size for";
+    return L"the current to size for is missing";
   }
   return {};
 }
