@@ -4,10 +4,11 @@
 #include "circuits/reports/drawing_reports.h"
 #include "simhost/qt/empty_note.h"
 #include "simhost/qt/qt_text.h"
+#include "simhost/qt/search_field.h"
+#include "simhost/qt/search_rows.h"
 
 #include <QHeaderView>
 #include <QKeyEvent>
-#include <QLineEdit>
 #include <QSignalBlocker>
 #include <QTreeWidget>
 #include <QVBoxLayout>
@@ -36,18 +37,13 @@ public:
 } // namespace
 
 CircuitPanel::CircuitPanel(const HostTexts& texts, QWidget* parent)
-    : QWidget(parent), texts_(texts), search_(new QLineEdit(this)), table_(new QTreeWidget(this)) {
+    : QWidget(parent), texts_(texts), search_(new SearchField(texts(HostText::circuitSearch))),
+      table_(new QTreeWidget(this)) {
   setObjectName(QStringLiteral("circuits"));
   search_->setObjectName(QStringLiteral("circuitSearch"));
-  search_->setPlaceholderText(texts_(HostText::circuitSearch));
-  search_->setAccessibleName(texts_(HostText::circuitSearch));
-  search_->setClearButtonEnabled(true);
   table_->setObjectName(QStringLiteral("circuitTable"));
   table_->setAccessibleName(texts_(HostText::circuitsTitle));
-  table_->setRootIsDecorated(false);
-  table_->setUniformRowHeights(true);
-  table_->setAllColumnsShowFocus(true);
-  table_->setTabKeyNavigation(false);
+  makeRowList(*table_);
   table_->setContextMenuPolicy(Qt::CustomContextMenu);
   QStringList titles;
   for (const HostText title : columnTitles)
@@ -63,7 +59,8 @@ CircuitPanel::CircuitPanel(const HostTexts& texts, QWidget* parent)
   column->addWidget(table_, 1);
   search_->installEventFilter(this);
   table_->installEventFilter(this);
-  connect(search_, &QLineEdit::textChanged, this, [this] { filter(); });
+  searchRows(
+      *search_, *table_, [](const QTreeWidgetItem& row) { return row.data(0, searchRole).toString(); });
   connect(table_, &QTreeWidget::currentItemChanged, this, [this] {
     if (onSelected) onSelected(selected());
   });
@@ -99,7 +96,7 @@ void CircuitPanel::setCircuits(const std::vector<CircuitRow>& rows) {
   table_->setSortingEnabled(true);
   for (int column = 0; column < table_->columnCount(); ++column)
     table_->resizeColumnToContents(column);
-  filter();
+  search_->onSearch(search_->text());
   showCircuit(current);
 }
 
@@ -127,37 +124,13 @@ void CircuitPanel::startSearch() {
 }
 
 /// Every word has to be found, in any column: "p-1 15" is circuit P-101 of 15 HP.
-void CircuitPanel::filter() {
-  const QStringList words = search_->text().split(QLatin1Char(' '), Qt::SkipEmptyParts);
-  for (int row = 0; row < table_->topLevelItemCount(); ++row) {
-    QTreeWidgetItem* item = table_->topLevelItem(row);
-    const QString text = item->data(0, searchRole).toString();
-    bool isWanted = true;
-    for (const QString& word : words)
-      isWanted = isWanted && text.contains(word, Qt::CaseInsensitive);
-    item->setHidden(!isWanted);
-  }
-}
-
 bool CircuitPanel::eventFilter(QObject* object, QEvent* event) {
   if (event->type() != QEvent::KeyPress) return QWidget::eventFilter(object, event);
   const auto& key = *static_cast<QKeyEvent*>(event);
   const bool isEnter = key.key() == Qt::Key_Return || key.key() == Qt::Key_Enter;
-  if (object == search_ && (isEnter || key.key() == Qt::Key_Down)) {
-    // From what was typed to what was found.
-    table_->setFocus(Qt::TabFocusReason);
-    for (int row = 0; row < table_->topLevelItemCount(); ++row)
-      if (!table_->topLevelItem(row)->isHidden()) {
-        table_->setCurrentItem(table_->topLevelItem(row));
-        break;
-      }
-    return true;
-  }
-  if (object == search_ && key.key() == Qt::Key_Escape && !search_->text().isEmpty()) {
-    search_->clear();
-    return true;
-  }
-  if (key.key() == Qt::Key_Escape && onLeft) {
+  // The first Escape in the field clears it.
+  const bool clears = object == search_ && !search_->text().isEmpty();
+  if (key.key() == Qt::Key_Escape && !clears && onLeft) {
     onLeft();
     return true;
   }

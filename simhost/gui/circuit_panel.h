@@ -9,11 +9,12 @@
 #include <string>
 #include <vector>
 
-class QLineEdit;
 class QTreeWidget;
 class QTreeWidgetItem;
 
 namespace simhost {
+
+class SearchField;
 
 class CircuitPanel final : public QWidget {
 public:
@@ -41,10 +42,8 @@ protected:
   bool eventFilter(QObject* object, QEvent* event) override;
 
 private:
-  void filter();
-
   const HostTexts& texts_;
-  QLineEdit* search_;
+  SearchField* search_;
   QTreeWidget* table_;
 };
 

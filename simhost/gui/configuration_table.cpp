@@ -3,6 +3,7 @@
 #include "simhost/qt/empty_note.h"
 #include "simhost/qt/qt_text.h"
 #include "simhost/qt/search_field.h"
+#include "simhost/qt/search_rows.h"
 #include "simhost/qt/window_places.h"
 
 #include <QDialog>
@@ -69,25 +70,6 @@ QStringList cellsOf(const SiteConfigurations& site, std::size_t place) {
   return cells;
 }
 
-void search(QTreeWidget& table, const QString& text) {
-  const QStringList words = text.split(QLatin1Char(' '), Qt::SkipEmptyParts);
-  for (int row = 0; row < table.topLevelItemCount(); ++row) {
-    QTreeWidgetItem& item = *table.topLevelItem(row);
-    QString all;
-    for (int column = 0; column < table.columnCount(); ++column)
-      all += item.text(column) + QLatin1Char('\n');
-    item.setHidden(std::any_of(words.begin(), words.end(), [&all](const QString& word) {
-      return !all.contains(word, Qt::CaseInsensitive);
-    }));
-  }
-}
-
-QTreeWidgetItem* firstFound(const QTreeWidget& table) {
-  for (int row = 0; row < table.topLevelItemCount(); ++row)
-    if (QTreeWidgetItem* item = table.topLevelItem(row); !item->isHidden()) return item;
-  return nullptr;
-}
-
 } // namespace
 
 std::optional<std::size_t> chooseConfiguration(
@@ -100,9 +82,7 @@ std::optional<std::size_t> chooseConfiguration(
   auto* table = new QTreeWidget;
   table->setObjectName(QStringLiteral("configurationTable"));
   table->setAccessibleName(texts(HostText::configurationsTitle));
-  table->setRootIsDecorated(false);
-  table->setAllColumnsShowFocus(true);
-  table->setTabKeyNavigation(false);
+  makeRowList(*table);
   QStringList titles = {texts(HostText::columnConfiguration)};
   for (const DataColumn& column : dataColumns)
     titles.append(texts(column.title));
@@ -130,13 +110,9 @@ std::optional<std::size_t> chooseConfiguration(
     ok->setEnabled(item != nullptr);
   });
   QObject::connect(table, &QTreeWidget::itemActivated, &dialog, &QDialog::accept);
-  field->onSearch = [table](const QString& text) {
-    search(*table, text);
-    table->setCurrentItem(firstFound(*table));
-  };
-  field->onDown = [table] {
-    if (table->currentItem() != nullptr) table->setFocus(Qt::TabFocusReason);
-  };
+  searchRows(*field, *table);
+  QObject::connect(
+      field, &QLineEdit::textChanged, table, [table] { table->setCurrentItem(firstFound(*table)); });
   table->setCurrentItem(firstFound(*table)); // Enter takes what is seen as selected
   table->setFocus();
   constexpr int beside = 80;

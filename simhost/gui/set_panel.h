@@ -8,10 +8,11 @@
 
 #include <functional>
 
-class QLineEdit;
 class QTreeWidget;
 
 namespace simhost {
+
+class SearchField;
 
 class SetPanel final : public QWidget {
 public:
@@ -23,14 +24,10 @@ public:
 
   std::function<void(const QString& file)> onOpen;
 
-protected:
-  bool eventFilter(QObject* object, QEvent* event) override;
-
 private:
-  void filter();
   void openCurrent();
 
-  QLineEdit* search_;
+  SearchField* search_;
   QTreeWidget* table_;
 };
 

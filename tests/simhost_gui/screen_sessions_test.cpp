@@ -62,6 +62,26 @@ struct Desk {
       ScreenSession::click(*found);
     });
   }
+  /// "Insert everything", used by `start`, until nothing waits; then `finish` uses OK.
+  void insertEverything(
+      const std::function<void(QWidget& all)>& start, const std::function<void(QWidget& ok)>& finish) {
+    const QString dialog = QStringLiteral("ZanDlgConfig");
+    const auto button = [](const QWidget& window, const char* name) {
+      return window.findChild<QAbstractButton*>(QLatin1String(name));
+    };
+    steps.inWindow(dialog, QStringLiteral("units"), [button, start](QWidget& window) {
+      REQUIRE(button(window, "repeat") != nullptr);
+      start(*button(window, "repeat"));
+    });
+    steps.step(
+        QStringLiteral("inserted"),
+        [button, dialog] {
+          const QWidget* window = activeWindowNamed(dialog);
+          const auto* all = window == nullptr ? nullptr : button(*window, "repeat");
+          return all != nullptr && !all->isEnabled();
+        },
+        [button, dialog, finish] { finish(*button(*activeWindowNamed(dialog), "ok")); });
+  }
   void buildPump() {
     gui.run(L"(site-build \"templates/motor3_dol.json\" (find-file \"zan_brenvolt.xls\") \"M3_DOL\""
             L" \"Three-phase motors\" \"Direct on line\" \"Pump 10 HP\" '(0 0 0) \"\" \"\" \"\")");
@@ -161,23 +181,8 @@ TEST_SUITE("screen") {
     desk.atPick(QStringLiteral("outline"), [&] {
       ScreenSession::click(desk.gui.window.view(), desk.gui.window.view().rect().center());
     });
-    desk.steps.inWindow(QStringLiteral("ZanDlgConfig"), QStringLiteral("units"), [](QWidget& window) {
-      auto* all = window.findChild<QAbstractButton*>(QStringLiteral("repeat"));
-      REQUIRE(all != nullptr);
-      ScreenSession::click(*all);
-    });
-    desk.steps.step(
-        QStringLiteral("inserted"),
-        [] {
-          const QWidget* window = activeWindowNamed(QStringLiteral("ZanDlgConfig"));
-          const auto* all =
-              window == nullptr ? nullptr : window->findChild<QAbstractButton*>(QStringLiteral("repeat"));
-          return all != nullptr && !all->isEnabled();
-        },
-        [] {
-          ScreenSession::click(*activeWindowNamed(QStringLiteral("ZanDlgConfig"))
-                                    ->findChild<QAbstractButton*>(QStringLiteral("ok")));
-        });
+    const auto press = [](QWidget& button) { ScreenSession::click(button); };
+    desk.insertEverything(press, press);
     desk.atMain(QStringLiteral("built"), [&] {
       auto* table = desk.gui.window.findChild<QTreeWidget*>(QStringLiteral("circuitTable"));
       ScreenSession::click(*table, cellOf(*table, table->model()->index(0, 1)));
@@ -208,25 +213,10 @@ TEST_SUITE("screen") {
       ScreenSession::type(QStringLiteral("20,-5"));
       ScreenSession::keys({QStringLiteral("Return")});
     });
-    desk.steps.inWindow(QStringLiteral("ZanDlgConfig"), QStringLiteral("units"), [](QWidget& window) {
-      auto* all = window.findChild<QAbstractButton*>(QStringLiteral("repeat"));
-      REQUIRE(all != nullptr);
-      ScreenSession::keys(tabsTo(*all) + QStringList{QStringLiteral("space")});
-    });
-    desk.steps.step(
-        QStringLiteral("inserted"),
-        [] {
-          const QWidget* window = activeWindowNamed(QStringLiteral("ZanDlgConfig"));
-          const auto* all =
-              window == nullptr ? nullptr : window->findChild<QAbstractButton*>(QStringLiteral("repeat"));
-          return all != nullptr && !all->isEnabled();
-        },
-        [] {
-          const QWidget* window = activeWindowNamed(QStringLiteral("ZanDlgConfig"));
-          ScreenSession::keys(
-              tabsTo(*window->findChild<QAbstractButton*>(QStringLiteral("ok"))) +
-              QStringList{QStringLiteral("space")});
-        });
+    const auto press = [](QWidget& button) {
+      ScreenSession::keys(tabsTo(button) + QStringList{QStringLiteral("space")});
+    };
+    desk.insertEverything(press, press);
     desk.atMain(QStringLiteral("built"), [] { ScreenSession::keys({QStringLiteral("ctrl+m")}); });
     desk.steps.inWindow(QStringLiteral("ZanDlgMotorSelect"), QStringLiteral("motors"), [](QWidget& window) {
       const QLineEdit* search = nullptr;
