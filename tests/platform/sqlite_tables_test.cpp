@@ -8,8 +8,6 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
-#include <chrono>
-
 using namespace brenvolt;
 using namespace brenvolt::testing;
 
@@ -209,13 +207,11 @@ TEST_CASE("two processes that write at once both succeed, and a reader beside th
   }
   CHECK(rowsOf(*connection, L"SELECT count(*), count(DISTINCT [N]) FROM [T]") == Lines{L"80|80"});
 
-  // While a writer is in the middle of its transaction a reader sees the previous rows, without waiting.
+  // While a writer is in the middle of its transaction a reader sees the previous rows; to wait for it would be to fail.
   const auto writer = opened(folder.name("a.db"));
   TableTransaction open(*writer);
   mustRun(*writer, L"DELETE FROM [T]");
-  const auto start = std::chrono::steady_clock::now();
   CHECK(rowsOf(*connection, L"SELECT count(*) FROM [T]") == Lines{L"80"});
-  CHECK(std::chrono::steady_clock::now() - start < std::chrono::seconds(1));
 }
 
 TEST_CASE(
