@@ -84,8 +84,10 @@ TemplateSet::TemplateSet(const SiteModel& site) : site_(site) {
   };
   add(site.folder);
   add(site.folder / "templates");
-  for (const CircuitEntry& entry : site.entries)
+  for (const CircuitEntry& entry : site.entries) {
     add((site.folder / brenvolt::toUtf8(entry.drawing)).parent_path());
+    ofCircuits_[brenvolt::toUpper(entry.worksheet)].push_back(entry.drawing);
+  }
 }
 
 const TemplateDrawing& TemplateSet::read(const fs::path& path) {
@@ -133,20 +135,24 @@ std::vector<const TemplateDrawing*> TemplateSet::templatesOf(const SheetModel& s
     if (drawing != nullptr && std::ranges::find(drawings, drawing) == drawings.end())
       drawings.push_back(drawing);
   };
-  for (const CircuitEntry& entry : site_.entries)
-    if (equalsOrdinalNoCase(entry.worksheet, sheet.name)) add(named(entry.drawing));
+  const std::wstring key = brenvolt::toUpper(sheet.name);
+  for (const std::wstring& name : ofCircuits_[key])
+    add(named(name));
   for (const SheetCode& code : sheet.codes)
     for (const SheetForm& form : code.forms)
       for (const std::wstring& name : drawingNames(form))
         add(named(name));
-  for (const fs::path& path : inserted_[brenvolt::toUpper(sheet.name)])
+  for (const fs::path& path : inserted_[key])
     add(&read(path));
   return drawings;
 }
 
 std::vector<std::wstring> drawingNames(const SheetForm& form) {
   std::vector<std::wstring> names;
-  if (form.text.find(drawingEnding.front()) == std::wstring::npos) return names; // most forms name none
+  const std::size_t point = form.text.find(drawingEnding.front());
+  if (point == std::wstring::npos ||
+      brenvolt::findNoCase(form.text, drawingEnding, point) == std::wstring::npos)
+    return names; // most forms name none
   for (const brenvolt::ScriptToken& token : brenvolt::cutTokens(form.text)) {
     const bool isDrawing =
         token.text.size() > drawingEnding.size() &&

@@ -65,7 +65,9 @@ private:
   std::map<std::wstring, std::filesystem::path> found_; ///< by name
   std::map<std::filesystem::path, TemplateDrawing> drawings_;
   std::map<std::wstring, const TemplateDrawing*, std::less<>> named_;
-  std::map<std::wstring, std::set<std::filesystem::path>> inserted_; ///< by the sheet's upper-case name
+  // By the sheet's upper-case name:
+  std::map<std::wstring, std::vector<std::wstring>> ofCircuits_; ///< templates of its circuits
+  std::map<std::wstring, std::set<std::filesystem::path>> inserted_;
 };
 
 /// The drawings that the texts of a form name, as they are written.

@@ -60,26 +60,25 @@ void checkCircuitList(const SiteModel& site, Findings& findings) {
         findings.add(
             L"circuit-twice", site.place(circuitListSheet, row.number, 1), {name},
             {{L"circuit", name}, {L"row", formatInt(place->second)}});
-  for (auto entry = site.entries.begin(); entry != site.entries.end(); ++entry) {
-    checkFields(site, *entry, findings);
-    const auto first = std::find_if(site.entries.begin(), entry, [&entry](const CircuitEntry& above) {
-      return equalsCollating(above.circuit, entry->circuit) && equalsCollating(above.type, entry->type);
-    });
-    if (first != entry)
+  using RowsByType = std::map<std::wstring_view, int, CollatingLess>;
+  std::map<std::wstring_view, RowsByType, CollatingLess> types; // by circuit, to the row of each type
+  for (const CircuitEntry& entry : site.entries) {
+    checkFields(site, entry, findings);
+    const auto [first, isNew] = types[entry.circuit].try_emplace(entry.type, entry.row);
+    if (!isNew)
       findings.add(
-          L"type-twice", site.place(circuitListSheet, entry->row, 2), {entry->type},
-          {{L"type", SiteModel::nameOf(*entry)}, {L"row", formatInt(first->row)}});
+          L"type-twice", site.place(circuitListSheet, entry.row, 2), {entry.type},
+          {{L"type", SiteModel::nameOf(entry)}, {L"row", formatInt(first->second)}});
   }
 }
 
 void checkUnusedSheets(const SiteModel& site, Findings& findings) {
+  if (site.entries.empty()) return;
+  std::set<std::wstring> used = {brenvolt::toUpper(circuitListSheet), brenvolt::toUpper(presetSheet)};
+  for (const CircuitEntry& entry : site.entries)
+    used.insert(brenvolt::toUpper(entry.worksheet));
   for (const TableText& sheet : site.sheets) {
-    const bool isUsed = equalsOrdinalNoCase(sheet.name, circuitListSheet) ||
-                        equalsOrdinalNoCase(sheet.name, presetSheet) ||
-                        std::ranges::any_of(site.entries, [&sheet](const CircuitEntry& entry) {
-                          return equalsOrdinalNoCase(entry.worksheet, sheet.name);
-                        });
-    if (!isUsed && !site.entries.empty())
+    if (!used.contains(brenvolt::toUpper(sheet.name)))
       findings.add(L"sheet-unused", site.place(sheet.name), {{L"sheet", sheet.name}});
   }
 }
