@@ -80,10 +80,16 @@ std::optional<std::wstring_view> wholeTableOf(const std::vector<StatementToken>&
 LoadedEngine::LoadedEngine(std::unique_ptr<TableSource> source, const std::wstring& path)
     : source_(std::move(source)), refusal_(
                                       path + L": this kind of file is only read; \"brenvolt import OUT.db " +
-                                      path + L"\" makes a database of it that can be written") {
-  const bool isOpen = memory_.openInMemory();
-  BRENVOLT_ASSERT(isOpen, "a database in memory can always be made");
-  memory_.refuseWrites(refusal_);
+                                      path + L"\" makes a database of it that can be written") {}
+
+SqliteEngine& LoadedEngine::memory() {
+  if (!memory_) {
+    memory_.emplace();
+    const bool isOpen = memory_->openInMemory();
+    BRENVOLT_ASSERT(isOpen, "a database in memory can always be made");
+    memory_->refuseWrites(refusal_);
+  }
+  return *memory_;
 }
 
 const std::wstring* LoadedEngine::find(std::wstring_view table) const {
@@ -101,7 +107,7 @@ bool LoadedEngine::tableNames(std::vector<std::wstring>& names, ZanOleDbErrorInf
 bool LoadedEngine::columnNames(
     const std::wstring& table, std::vector<std::wstring>& names, ZanOleDbErrorInfo& error) {
   if (!loaded_.contains(table) && !load(table, error)) return false;
-  return memory_.columnNames(table, names, error);
+  return memory().columnNames(table, names, error);
 }
 
 std::unique_ptr<Statement> LoadedEngine::execute(const std::wstring& text, ZanOleDbErrorInfo& error) {
@@ -124,16 +130,16 @@ std::unique_ptr<Statement> LoadedEngine::execute(const std::wstring& text, ZanOl
     const std::wstring* table = token.isName() ? find(token.name()) : nullptr;
     if (table != nullptr && !loaded_.contains(*table) && !load(*table, error)) return nullptr;
   }
-  return memory_.execute(text, error);
+  return memory().execute(text, error);
 }
 
 bool LoadedEngine::load(const std::wstring& table, ZanOleDbErrorInfo& error) {
-  memory_.database().run("BEGIN");
-  TableWriter writer(memory_.database(), table);
+  memory().database().run("BEGIN");
+  TableWriter writer(memory().database(), table);
   MemoryTable receiver(writer);
   std::wstring reason;
   const bool done = source_->read(table, receiver, reason);
-  memory_.database().run(done ? "COMMIT" : "ROLLBACK");
+  memory().database().run(done ? "COMMIT" : "ROLLBACK");
   if (done) {
     loaded_.insert(table);
   } else {

@@ -6,6 +6,7 @@
 #include "platform/table_source.h"
 
 #include <memory>
+#include <optional>
 #include <set>
 #include <string>
 #include <vector>
@@ -29,10 +30,12 @@ public:
 private:
   [[nodiscard]] const std::wstring* find(std::wstring_view table) const;
   bool load(const std::wstring& table, ZanOleDbErrorInfo& error);
+  /// The database in memory, made when a statement first needs it: reading whole tables does not.
+  [[nodiscard]] SqliteEngine& memory();
 
   std::unique_ptr<TableSource> source_;
   std::wstring refusal_;
-  SqliteEngine memory_;
+  std::optional<SqliteEngine> memory_;
   std::set<std::wstring> loaded_;
 };
 

@@ -204,7 +204,7 @@ bool SqliteDatabase::open(std::string_view utf8Path, Mode mode) {
                                                : SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE;
   const std::string name = mode == Mode::memory ? ":memory:" : std::string(utf8Path);
   if (!openHandle(name, access)) return false;
-  if (readCatalogue()) return true;
+  if (mode == Mode::memory || readCatalogue()) return true; // a new database has nothing to read
   const bool isFile = mode == Mode::read || mode == Mode::readWrite;
   if (isFile && isUnwritablePlace(sqlite3_errcode(native_->handle))) {
     close();
