@@ -246,8 +246,8 @@ void measureSet(MainWindow& window) {
   };
   const Step steps[] = {
       {"opening the set",
-       [&](int) { window.openSet(QString::fromStdString((folder / "set.json").string())); }, 5},
-      {"opening a sheet", [&](int run) { window.openFile(sheetFile(run)); }, 5},
+       [&](int) { window.sets().open(QString::fromStdString((folder / "set.json").string())); }, 5},
+      {"opening a sheet", [&](int run) { window.files().open(sheetFile(run)); }, 5},
       {"a letter of the search", [&](int run) { search->setText(QStringLiteral("P-123").left(run + 1)); },
        5}};
   for (const Step& step : steps) {

@@ -1,11 +1,13 @@
-// The commands of the main window: their places in the menus, their keys, when they can be used, and what they do.
+// The commands of the main window: their places in the menus, their keys, and when they can be used.
 #pragma once
 
-#include "simhost/gui/main_window.h"
+#include "simhost/gui/host_texts.h"
+
+#include <vector>
 
 namespace simhost {
 
-struct MainWindow::CommandRow {
+struct CommandRow {
   /// `idle`: not while a command runs. `site`: idle, and only with a site. `always`: also during a pick.
   enum class Use { always, idle, site };
 
@@ -15,13 +17,14 @@ struct MainWindow::CommandRow {
   Use use = Use::always;
   bool isOnToolbar = false;
   bool isTick = false;
-  const wchar_t* form = nullptr;          ///< LISP to run, or
-  void (MainWindow::*action)() = nullptr; ///< what to do
+  const wchar_t* form = nullptr; ///< LISP to run; null for a command that the window binds
 };
 
-struct MainWindow::MenuRow {
+struct MenuRow {
   HostText title;
   std::vector<CommandRow> commands;
 };
+
+[[nodiscard]] const std::vector<MenuRow>& menuRows();
 
 } // namespace simhost

@@ -177,7 +177,7 @@ void playSession(
     if (!player.failure().empty()) throw BadInput(brenvolt::toUtf8(player.failure()));
     if (outcome.kind == CommandOutcome::Kind::failed) throw BadInput(brenvolt::toUtf8(outcome.message));
   }
-  windows.setPicker(&window);
+  windows.setPicker(&window.picks());
 }
 
 ExitCode show(int argc, char** argv, GuiOptions& options) {
@@ -201,7 +201,7 @@ ExitCode show(int argc, char** argv, GuiOptions& options) {
   windows.setHelpFolder(dataFolder("docs"));
   SiteRun site(options.site, windows);
   MainWindow window(site, windows, texts);
-  if (set) window.openSet(set->file);
+  if (set) window.sets().open(set->file);
   if (!options.theme.empty()) window.setPaper(options.theme == "dark" ? Paper::dark : Paper::light);
   std::optional<SessionRecording> recording;
   if (!options.record.empty()) recording.emplace(options.record, options.site, windows, window.runner());
@@ -216,7 +216,7 @@ ExitCode show(int argc, char** argv, GuiOptions& options) {
     return ExitCode::done;
   }
   if (!options.pictures.empty()) return ExitCode::done;
-  window.askAboutFile();
+  window.files().askAtStart();
   QApplication::exec();
   if (recording) recording->write();
   return ExitCode::done;

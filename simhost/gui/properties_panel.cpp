@@ -49,6 +49,33 @@ QString kindWords(const HostTexts& texts, EntityKind kind) {
   return {};
 }
 
+QString entityLine(
+    const HostTexts& texts, const DrawingDatabase& drawing, KvDbHandle handle,
+    const circuits::CircuitObject* circuit) {
+  const EntityNode* node = drawing.find(handle);
+  const std::optional<EntityFacts> facts = factsOf(drawing, handle);
+  if (node == nullptr || !facts) return {};
+  const auto attribute = [&facts](std::wstring_view tag) {
+    for (const auto& [name, value] : facts->attributes)
+      if (name == tag) return toQt(value);
+    return QString();
+  };
+  const Layer* layer = drawing.store().findLayer(facts->layer);
+  QString text = attribute(L"TAG1");
+  if (!text.isEmpty()) {
+    for (const wchar_t* more : {L"RATING1", L"DESC1"})
+      if (const QString value = attribute(more); !value.isEmpty()) text += QStringLiteral(", ") + value;
+  } else if (layer != nullptr && layer->wireSettings && node->value.kind() == EntityKind::line) {
+    text = texts(HostText::wireOf, {toQt(facts->layer)});
+  } else {
+    text = kindWords(texts, node->value.kind()) + QStringLiteral(", ") +
+           texts(HostText::layerOf, {toQt(facts->layer)});
+  }
+  if (circuit != nullptr && attribute(L"TAG1") != toQt(circuit->name()))
+    text += QStringLiteral(", ") + texts(HostText::circuitOf, {toQt(circuit->name())});
+  return text;
+}
+
 PropertyRows propertyRows(
     const HostTexts& texts, const EntityNode* entity, const std::optional<EntityFacts>& facts,
     const circuits::CircuitObject* circuit) {

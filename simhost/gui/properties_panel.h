@@ -26,6 +26,12 @@ public:
 /// "Line", "Symbol" and so on.
 [[nodiscard]] QString kindWords(const HostTexts& texts, EntityKind kind);
 
+/// An entity in a line, as it is shown when the pointer is over it: its tag with what it is, else kind and layer; and its
+/// circuit, which may be missing. Empty for a handle of no entity.
+[[nodiscard]] QString entityLine(
+    const HostTexts& texts, const DrawingDatabase& drawing, KvDbHandle handle,
+    const circuits::CircuitObject* circuit);
+
 /// Each may be missing.
 [[nodiscard]] PropertyRows propertyRows(
     const HostTexts& texts, const EntityNode* entity, const std::optional<EntityFacts>& facts,

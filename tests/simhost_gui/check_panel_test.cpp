@@ -98,7 +98,7 @@ TEST_CASE("the check is offered until the site is found clean as it is") {
     table.setCurrentItem(table.topLevelItem(0));
     emit table.itemActivated(table.currentItem(), 0);
     CHECK(gui.window.windowTitle().startsWith(QStringLiteral("main.json")));
-    CHECK(gui.window.status().startsWith(QStringLiteral("templates/main.json, sheet MAIN")));
+    CHECK(gui.window.status().text().startsWith(QStringLiteral("templates/main.json, sheet MAIN")));
     site.move("[0,30]", "[0,40]");
     check(gui);
     CHECK(table.topLevelItemCount() == 0);

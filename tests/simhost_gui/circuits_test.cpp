@@ -102,8 +102,8 @@ TEST_CASE(
   CHECK_FALSE(table.topLevelItem(1)->isHidden());
   // Enter goes from what was typed to what was found, which is selected and seen.
   pumps.gui.key(Qt::Key_Return);
-  const std::wstring second = pumps.gui.window.selectedCircuit();
-  CHECK(second == pumps.gui.window.circuitPanel().selected());
+  const std::wstring second = pumps.gui.window.circuits().id();
+  CHECK(second == pumps.gui.window.panels().circuits().selected());
   CHECK_FALSE(second.empty());
   CHECK(pumps.gui.window.view().group().size() > 20);
   search->clear();
@@ -111,12 +111,12 @@ TEST_CASE(
   // A click on any entity selects its circuit; on what was drawn by hand, none.
   pumps.gui.window.view().zoomExtents();
   pumps.gui.click(160, -10); // the rim of the first motor
-  CHECK_FALSE(pumps.gui.window.selectedCircuit().empty());
-  CHECK(pumps.gui.window.selectedCircuit() != second);
+  CHECK_FALSE(pumps.gui.window.circuits().id().empty());
+  CHECK(pumps.gui.window.circuits().id() != second);
   CHECK(table.currentItem() == table.topLevelItem(0));
-  CHECK(pumps.gui.window.status().startsWith(QStringLiteral("MTR1, 10 HP")));
+  CHECK(pumps.gui.window.status().text().startsWith(QStringLiteral("MTR1, 10 HP")));
   pumps.gui.click(50, -200);
-  CHECK(pumps.gui.window.selectedCircuit().empty());
+  CHECK(pumps.gui.window.circuits().id().empty());
   CHECK(pumps.gui.window.view().group().empty());
 }
 
@@ -128,9 +128,9 @@ TEST_CASE("a circuit is moved, deleted and copied as a whole, each one step of u
     CHECK(bool(pumps.drawingText() == text));
   };
   pumps.selectRow(1);
-  const std::wstring id = pumps.gui.window.selectedCircuit();
+  const std::wstring id = pumps.gui.window.circuits().id();
   const Watch place([&] {
-    if (pumps.gui.window.pickPrompt().isEmpty()) return false;
+    if (pumps.gui.window.picks().prompt().isEmpty()) return false;
     CHECK_FALSE(pumps.gui.window.view().overlaps({305, 0, 0})); // it may lie where it was
     for (const char letter : std::string("300,-500"))
       QTest::keyClick(pumps.gui.window.windowHandle(), letter);
@@ -138,7 +138,7 @@ TEST_CASE("a circuit is moved, deleted and copied as a whole, each one step of u
     return true;
   });
   pumps.trigger(HostText::moveCircuit);
-  CHECK(pumps.gui.window.selectedCircuit() == id);
+  CHECK(pumps.gui.window.circuits().id() == id);
   CHECK(circuitField(pumps.gui.drawing().store().circuits().at(id), L"point") == L"300,-500,0");
   CHECK(pumps.gui.window.view().scene().extents().bottom < -500.0);
   undoTo(before);
@@ -148,12 +148,12 @@ TEST_CASE("a circuit is moved, deleted and copied as a whole, each one step of u
   pumps.gui.click(50, -200);
   int clicks = 0;
   const Watch pick([&] {
-    if (pumps.gui.window.pickPrompt().isEmpty()) return false;
+    if (pumps.gui.window.picks().prompt().isEmpty()) return false;
     if (clicks++ == 0) {
       pumps.gui.click(50, -200);
       return false;
     }
-    CHECK(pumps.gui.window.status() == pumps.gui.texts(HostText::noCircuitThere));
+    CHECK(pumps.gui.window.status().text() == pumps.gui.texts(HostText::noCircuitThere));
     pumps.gui.click(160, -10);
     return true;
   });
@@ -164,12 +164,12 @@ TEST_CASE("a circuit is moved, deleted and copied as a whole, each one step of u
 
   pumps.selectRow(0);
   const Watch beside([&] {
-    if (pumps.gui.window.pickPrompt().isEmpty()) return false;
+    if (pumps.gui.window.picks().prompt().isEmpty()) return false;
     pumps.gui.key(Qt::Key_Return);
     return true;
   });
   pumps.trigger(HostText::copyCircuit);
-  CAPTURE(pumps.gui.window.status().toStdString());
+  CAPTURE(pumps.gui.window.status().text().toStdString());
   REQUIRE(pumps.table().topLevelItemCount() == 3);
   for (int row = 0; row < 3; ++row)
     CHECK(pumps.cell(row, CircuitColumn::state) == QStringLiteral("Built")); // no tag is there twice
@@ -228,7 +228,7 @@ TEST_CASE("every circuit of the site is configured in its place, several motors 
     form += L" '(0 " + std::to_wstring(-600 * static_cast<int>(place)) + L" 0) \"\" \"\" \"\")";
     REQUIRE(gui.run(form).kind == CommandOutcome::Kind::done);
     table->setCurrentItem(table->topLevelItem(static_cast<int>(place)));
-    const std::wstring id = gui.window.selectedCircuit();
+    const std::wstring id = gui.window.circuits().id();
     const std::string before = drawingText();
     configure(gui, R"({"dialog": "ZanDlgConfig", "do": [ {"press": "cancel"} ]},
                       {"dialog": "ZanBrenvolt.CircuitConfigurationCancel", "do": [ {"press": 6} ]})");
@@ -236,8 +236,8 @@ TEST_CASE("every circuit of the site is configured in its place, several motors 
     // OK inserts what waits: nothing of a circuit that is there is left out.
     configure(gui, R"({"dialog": "ZanDlgConfig", "do": [ {"press": "ok"} ]},
                       {"dialog": "ZanBrenvolt.DuplicateCircuitName", "do": [ {"press": 1002} ]})");
-    CAPTURE(gui.window.status().toStdString());
-    CHECK(gui.window.selectedCircuit() == id);
+    CAPTURE(gui.window.status().text().toStdString());
+    CHECK(gui.window.circuits().id() == id);
     CHECK(bool(shapes(drawingText()) == shapes(before)));
     gui.window.action(HostText::undo).trigger();
     CHECK(bool(shapes(drawingText()) == shapes(before)));
@@ -265,7 +265,7 @@ TEST_CASE("the configuration shows what the drawing has, and what is saved of it
   });
   const std::string before = pumps.drawingText();
   pumps.trigger(HostText::saveConfiguration);
-  CAPTURE(pumps.gui.window.status().toStdString());
+  CAPTURE(pumps.gui.window.status().text().toStdString());
   CHECK(bool(pumps.drawingText() == before));
   REQUIRE(
       pumps.gui

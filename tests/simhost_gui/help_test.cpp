@@ -143,7 +143,7 @@ TEST_CASE("the language of the windows changes at once, and work in progress sta
     CHECK(gui.window.findChild<QLineEdit*>(QStringLiteral("circuitSearch"))->text() == QStringLiteral("P-1"));
     CHECK_FALSE(gui.window.action(HostText::grid).isChecked());
     CHECK(gui.window.action(HostText::undo).isEnabled());
-    CHECK(gui.window.prompt().isVisible());
+    CHECK(gui.window.panels().prompt().isVisible());
     CHECK(gui.windows.language() == code);
   }
   gui.window.action(HostText::undo).trigger();

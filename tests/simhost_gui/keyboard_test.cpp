@@ -135,7 +135,7 @@ TEST_CASE("a drawing that is dropped on the window is opened") {
   GuiFixture gui;
   gui.run(L"(draw-line '(0 0) '(9 0))");
   const QString file = QString::fromStdString(folder.path("plan.json"));
-  REQUIRE(gui.window.saveFile(file));
+  REQUIRE(gui.window.files().saveTo(file));
   gui.window.action(HostText::newDrawing).trigger();
   CHECK(gui.window.view().scene().items().empty());
   const auto drop = [&](const QString& name) {

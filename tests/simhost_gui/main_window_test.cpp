@@ -33,7 +33,7 @@ struct OpenPick {
   CommandOutcome run(const std::wstring& form = L"(pick-entity \"Select a motor: \")") {
     later([this] {
       inside();
-      if (!gui.window.pickPrompt().isEmpty()) gui.key(Qt::Key_Escape);
+      if (!gui.window.picks().prompt().isEmpty()) gui.key(Qt::Key_Escape);
     });
     return gui.run(form);
   }
@@ -76,7 +76,7 @@ TEST_CASE("what lies under the pointer is told, and a click selects it") {
   GuiFixture gui;
   gui.run(L"(progn (draw-line '(0 0) '(100 0) \"WIRES\") (draw-line '(0 50) '(100 50)))");
   QTest::mouseMove(&gui.window.view(), gui.pixel(50, 0));
-  const QString told = gui.window.hoverText();
+  const QString told = gui.window.status().hoverText();
   CHECK(told == QStringLiteral("Line, layer WIRES"));
   gui.click(50, 0);
   REQUIRE(gui.window.view().selected());
@@ -84,7 +84,7 @@ TEST_CASE("what lies under the pointer is told, and a click selects it") {
   const QString handle = QString::fromStdWString(formatHandle(*gui.window.view().selected()));
   CHECK(properties->findItems(handle, Qt::MatchExactly, 1).size() == 1);
   QTest::mouseMove(&gui.window.view(), gui.pixel(50, 25));
-  CHECK(gui.window.hoverText().isEmpty());
+  CHECK(gui.window.status().hoverText().isEmpty());
   gui.key(Qt::Key_Escape);
   CHECK_FALSE(gui.window.view().selected());
 }
@@ -94,7 +94,7 @@ TEST_CASE("a pick answers the entity and the point, nothing or a cancel") {
   gui.run(L"(draw-line '(0 0) '(100 0))");
   gui.run(L"(draw-line '(0 50) '(100 50))");
   OpenPick pick{gui, [&gui] {
-                  CHECK(gui.window.pickPrompt().contains(QStringLiteral("Select a motor:")));
+                  CHECK(gui.window.picks().prompt().contains(QStringLiteral("Select a motor:")));
                   gui.click(50, 50);
                 }};
   const CommandOutcome picked = pick.run(
@@ -102,7 +102,7 @@ TEST_CASE("a pick answers the entity and the point, nothing or a cancel") {
   INFO(doctest::String(QString::fromStdWString(picked.message).toUtf8().constData()));
   REQUIRE(picked.kind == Kind::done);
   CHECK_FALSE(picked.value.isNil());
-  CHECK(gui.window.pickPrompt().isEmpty());
+  CHECK(gui.window.picks().prompt().isEmpty());
 
   CHECK(OpenPick{gui, [&gui] { gui.key(Qt::Key_Return); }}.run().value.isNil());
   CHECK(OpenPick{gui, [&gui] { gui.key(Qt::Key_Return); }}.run().kind == Kind::done);
@@ -113,16 +113,16 @@ TEST_CASE("a pick answers the entity and the point, nothing or a cancel") {
   later([&] {
     gui.click(50, 25);
     gui.key(Qt::Key_Return);
-    isAskedAgain = !gui.window.pickPrompt().isEmpty();
+    isAskedAgain = !gui.window.picks().prompt().isEmpty();
     gui.click(50, 0);
   });
-  const EntityPick must = gui.window.pickEntity(L"Which?", false);
+  const EntityPick must = gui.window.picks().pickEntity(L"Which?", false);
   CHECK(isAskedAgain);
   CHECK(must.kind == EntityPick::Kind::entity);
   CHECK(must.point.x == doctest::Approx(50.0).epsilon(0.02));
 
   later([&gui] { gui.click(20, 30); });
-  const std::optional<KvPoint3d> point = gui.window.pickPoint(QStringLiteral("Where?"));
+  const std::optional<KvPoint3d> point = gui.window.placing().pickPlace(QStringLiteral("Where?"));
   REQUIRE(point);
   CHECK(point->y == doctest::Approx(30.0).epsilon(0.02));
 }
@@ -140,9 +140,9 @@ TEST_CASE("while a command runs the others are off, and a second one is refused"
           CHECK_FALSE(window.action(command).isEnabled());
         CHECK(window.action(HostText::zoomExtents).isEnabled());
         CHECK(gui.run(L"(draw-line '(0 0) '(1 1))").kind == Kind::refused);
-        window.prompt().onForm(QStringLiteral("(draw-line '(0 0) '(1 1))"));
-        CHECK(window.status() == gui.texts(HostText::busy));
-        CHECK_FALSE(window.openFile(QStringLiteral("other.json")));
+        window.panels().prompt().onForm(QStringLiteral("(draw-line '(0 0) '(1 1))"));
+        CHECK(window.status().text() == gui.texts(HostText::busy));
+        CHECK_FALSE(window.files().open(QStringLiteral("other.json")));
         CHECK(window.runner().undo().isEmpty());
       }}
       .run();
@@ -173,53 +173,53 @@ TEST_CASE("a drawing that cannot be read leaves the open one as it is") {
   GuiFixture gui;
   const QString file = QString::fromStdString(folder.path("plan.json"));
   gui.run(twoLines);
-  CHECK(gui.window.isChanged());
-  REQUIRE(gui.window.saveFile(file));
-  CHECK_FALSE(gui.window.isChanged());
+  CHECK(gui.window.files().isChanged());
+  REQUIRE(gui.window.files().saveTo(file));
+  CHECK_FALSE(gui.window.files().isChanged());
   // Undo comes back to what was saved, another change that follows does not.
   gui.run(L"(draw-line '(0 5) '(9 5))");
-  CHECK(gui.window.isChanged());
+  CHECK(gui.window.files().isChanged());
   gui.window.action(HostText::undo).trigger();
   CHECK_FALSE(gui.window.isWindowModified());
   gui.window.action(HostText::undo).trigger();
   CHECK(gui.window.isWindowModified());
   gui.run(twoLines);
-  CHECK(gui.window.isChanged());
-  REQUIRE(gui.window.saveFile(file));
+  CHECK(gui.window.files().isChanged());
+  REQUIRE(gui.window.files().saveTo(file));
   CHECK(replaceFile(folder.path("bad.json"), "{\"format\": 1}").empty());
-  CHECK_FALSE(gui.window.openFile(QString::fromStdString(folder.path("bad.json"))));
-  CHECK(gui.window.status().contains(QStringLiteral("bad.json")));
+  CHECK_FALSE(gui.window.files().open(QString::fromStdString(folder.path("bad.json"))));
+  CHECK(gui.window.status().text().contains(QStringLiteral("bad.json")));
   CHECK(gui.window.view().scene().items().size() == 2);
   gui.run(L"(draw-line '(0 7) '(9 7))");
-  REQUIRE(gui.window.openFile(file));
+  REQUIRE(gui.window.files().open(file));
   CHECK(gui.window.view().scene().items().size() == 2);
   CHECK_FALSE(gui.window.action(HostText::undo).isEnabled());
-  CHECK_FALSE(gui.window.saveFile(QString::fromStdString(folder.path("no/such/folder.json"))));
+  CHECK_FALSE(gui.window.files().saveTo(QString::fromStdString(folder.path("no/such/folder.json"))));
 }
 
 TEST_CASE("exports are the drawing's own picture, and the same page each time") {
   const GuiFolder folder;
   GuiFixture gui;
   gui.run(twoLines);
-  REQUIRE(gui.window.exportSvg(QString::fromStdString(folder.path("a.svg"))));
+  REQUIRE(gui.window.paper().exportSvg(QString::fromStdString(folder.path("a.svg"))));
   CHECK(readFile(folder.path("a.svg")) == renderSvg(gui.drawing(), gui.drawing().modelSpace()).svg);
-  REQUIRE(gui.window.exportPdf(QString::fromStdString(folder.path("a.pdf"))));
+  REQUIRE(gui.window.paper().exportPdf(QString::fromStdString(folder.path("a.pdf"))));
   QTest::qWait(1100); // the clock has gone on by a second
-  REQUIRE(gui.window.exportPdf(QString::fromStdString(folder.path("b.pdf"))));
+  REQUIRE(gui.window.paper().exportPdf(QString::fromStdString(folder.path("b.pdf"))));
   const std::optional<std::string> page = readFile(folder.path("a.pdf"));
   REQUIRE(page);
   CHECK(page->starts_with("%PDF-"));
   CHECK(page->size() > 1000);
   CHECK(page == readFile(folder.path("b.pdf")));
   gui.run(L"(draw-circle '(50 25) 10)");
-  REQUIRE(gui.window.exportPdf(QString::fromStdString(folder.path("b.pdf"))));
+  REQUIRE(gui.window.paper().exportPdf(QString::fromStdString(folder.path("b.pdf"))));
   CHECK(page != readFile(folder.path("b.pdf")));
 }
 
 TEST_CASE("a layer without its tick is neither seen nor picked") {
   GuiFixture gui;
   gui.run(L"(progn (draw-line '(0 0) '(100 0) \"WIRES\") (draw-line '(0 50) '(100 50)))");
-  LayerPanel& layers = gui.window.layers();
+  LayerPanel& layers = gui.window.panels().layers();
   const QList<QListWidgetItem*> rows = layers.findItems(QStringLiteral("WIRES"), Qt::MatchExactly);
   REQUIRE(rows.size() == 1);
   rows.first()->setCheckState(Qt::Unchecked);
@@ -273,7 +273,7 @@ TEST_CASE("a file that somebody else has open, or has written, is not replaced w
   const QString file = QString::fromStdString(folder.path("plan.json"));
   GuiFixture gui;
   gui.run(twoLines);
-  REQUIRE(gui.window.saveFile(file));
+  REQUIRE(gui.window.files().saveTo(file));
   CHECK(OpenFile::userElsewhere(file) != QString()); // its own window has it
   const std::string saved = readFile(file.toStdString()).value();
 
@@ -284,12 +284,12 @@ TEST_CASE("a file that somebody else has open, or has written, is not replaced w
     const Answer keep(gui, HostText::keepEditing);
     gui.window.action(HostText::save).trigger();
     CHECK(readFile(file.toStdString()) == saved + " ");
-    CHECK(gui.window.isChanged());
+    CHECK(gui.window.files().isChanged());
   }
   {
     const Answer overwrite(gui, HostText::overwrite);
     gui.window.action(HostText::save).trigger();
-    CHECK_FALSE(gui.window.isChanged());
+    CHECK_FALSE(gui.window.files().isChanged());
     CHECK(readFile(file.toStdString()) != saved + " ");
   }
   gui.window.action(HostText::save).trigger(); // no further question
@@ -299,7 +299,7 @@ TEST_CASE("a file that somebody else has open, or has written, is not replaced w
     const Answer reload(gui, HostText::reload);
     gui.window.action(HostText::save).trigger();
     CHECK(gui.window.view().scene().items().size() == 2);
-    CHECK_FALSE(gui.window.isChanged());
+    CHECK_FALSE(gui.window.files().isChanged());
   }
 
   // Another window, here that of another owner of the lock.
@@ -309,10 +309,10 @@ TEST_CASE("a file that somebody else has open, or has written, is not replaced w
   elsewhere.take(other);
   {
     const Answer leave(gui, HostText::keepEditing);
-    CHECK_FALSE(gui.window.openFile(other));
+    CHECK_FALSE(gui.window.files().open(other));
   }
   const Answer readOnly(gui, HostText::openReadOnly);
-  REQUIRE(gui.window.openFile(other));
+  REQUIRE(gui.window.files().open(other));
   CHECK(gui.window.windowTitle().contains(gui.texts(HostText::readOnly)));
 }
 
@@ -323,29 +323,29 @@ TEST_CASE("what was not saved is there again after a crash, until the user drops
   {
     GuiFixture gui;
     gui.run(twoLines);
-    REQUIRE(gui.window.saveFile(file));
+    REQUIRE(gui.window.files().saveTo(file));
     gui.run(L"(draw-line '(0 9) '(9 9))");
-    gui.window.keepCopy();
+    gui.window.files().keepCopy();
     CHECK(QFile::exists(copy));
     gui.window.action(HostText::undo).trigger();
-    gui.window.keepCopy();
+    gui.window.files().keepCopy();
     CHECK_FALSE(QFile::exists(copy)); // as it was saved: nothing to recover
     gui.window.action(HostText::redo).trigger();
-    gui.window.keepCopy();
+    gui.window.files().keepCopy();
     // The window is destroyed without being closed.
   }
   GuiFixture gui;
   {
     const Answer recover(gui, HostText::recover);
-    REQUIRE(gui.window.openFile(file));
+    REQUIRE(gui.window.files().open(file));
   }
   CHECK(gui.window.view().scene().items().size() == 3);
-  CHECK(gui.window.isChanged());
+  CHECK(gui.window.files().isChanged());
   CHECK(QFile::exists(copy));
-  REQUIRE(gui.window.saveFile(file));
+  REQUIRE(gui.window.files().saveTo(file));
   CHECK_FALSE(QFile::exists(copy));
   gui.run(L"(draw-line '(0 11) '(9 11))");
-  gui.window.keepCopy();
+  gui.window.files().keepCopy();
   const Answer discard(gui, HostText::discard);
   gui.window.close();
   CHECK_FALSE(gui.window.isVisible());
@@ -359,7 +359,7 @@ TEST_CASE("the start page begins with a recent drawing, its site and project, by
   {
     GuiFixture gui;
     gui.run(twoLines);
-    REQUIRE(gui.window.saveFile(drawing));
+    REQUIRE(gui.window.files().saveTo(drawing));
   }
   const HostTexts texts("resources", "en");
   StartWindow start(

@@ -89,7 +89,7 @@ private:
 
   void goHome(QWidget& window) {
     if (&window == &gui_.window) {
-      if (!gui_.window.pickPrompt().isEmpty()) key(window, Qt::Key_Escape);
+      if (!gui_.window.picks().prompt().isEmpty()) key(window, Qt::Key_Escape);
       return;
     }
     // Yes to leaving, where that is asked; else Escape.

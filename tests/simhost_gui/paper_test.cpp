@@ -57,14 +57,14 @@ TEST_CASE("a set is opened as a list of its sheets, and a sheet is found by a ta
   GuiFixture gui;
   gui.run(L"(draw-line '(0 0) '(9 0))");
   for (const char* sheet : {"001.json", "002.json"})
-    REQUIRE(gui.window.saveFile(QString::fromStdString(folder.path(sheet))));
+    REQUIRE(gui.window.files().saveTo(QString::fromStdString(folder.path(sheet))));
   const QString file = QString::fromStdString(folder.path("set.json"));
-  CHECK_FALSE(gui.window.openSet(file));
+  CHECK_FALSE(gui.window.sets().open(file));
   REQUIRE(replaceFile(file.toStdString(), R"({"format": "brenvolt-set", "title": "PUMPS", "sheets": [
     {"file": "001.json", "circuits": ["P-101", "P-102"]}, {"file": "002.json", "circuits": ["P-201"]}]})")
               .empty());
-  REQUIRE(gui.window.openSet(file));
-  CHECK(gui.window.status().contains(QStringLiteral("PUMPS")));
+  REQUIRE(gui.window.sets().open(file));
+  CHECK(gui.window.status().text().contains(QStringLiteral("PUMPS")));
   auto* search = gui.window.findChild<QLineEdit*>(QStringLiteral("setSearch"));
   QTest::keyClicks(search, QStringLiteral("p-201"));
   QTest::keyClick(search, Qt::Key_Return);

@@ -28,7 +28,7 @@ TEST_CASE("lines come back with the arrow keys, and in the next window") {
   const std::string settings = folder.path("settings.json");
   {
     GuiFixture gui(settings);
-    PromptPane& pane = gui.window.prompt();
+    PromptPane& pane = gui.window.panels().prompt();
     enter(pane, "(+ 1 2)");
     enter(pane, "(+ 1 2)"); // the same again is one line of the history
     enter(pane, "(list \"a\\nb\")");
@@ -45,7 +45,7 @@ TEST_CASE("lines come back with the arrow keys, and in the next window") {
     CHECK(lineOf(pane).text() == QStringLiteral("(new"));
   }
   GuiFixture next(settings);
-  CHECK(next.window.prompt().history().last() == QStringLiteral("(list \"a\\nb\")"));
+  CHECK(next.window.panels().prompt().history().last() == QStringLiteral("(list \"a\\nb\")"));
 }
 
 TEST_CASE("a form is run when its last parenthesis closes") {
@@ -66,7 +66,7 @@ TEST_CASE("a form is run when its last parenthesis closes") {
 TEST_CASE("completion offers names that begin with the word, without case") {
   GuiFixture gui;
   gui.run(L"(defun my-special-function (x) x)");
-  PromptPane& pane = gui.window.prompt();
+  PromptPane& pane = gui.window.panels().prompt();
   lineOf(pane).setText(QStringLiteral("(list (MY-spec"));
   CHECK(pane.candidates() == QStringList{QStringLiteral("my-special-function")});
   QTest::keyClick(&lineOf(pane), Qt::Key_Tab);

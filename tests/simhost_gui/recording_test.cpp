@@ -35,7 +35,7 @@ public:
   [[nodiscard]] std::string path(const char* name) const { return site.folder().path(name); }
   void trigger(HostText command) { gui.window.action(command).trigger(); }
   void type(const char* form) {
-    auto* line = gui.window.prompt().findChild<QLineEdit*>(QStringLiteral("prompt"));
+    auto* line = gui.window.panels().prompt().findChild<QLineEdit*>(QStringLiteral("prompt"));
     QTest::keyClicks(line, QString::fromUtf8(form));
     QTest::keyClick(line, Qt::Key_Return);
   }
@@ -90,7 +90,7 @@ TEST_CASE("what was recorded in the windows is replayed without them to the same
     {"dialog": "ZanDlgMotorSelect", "do": [ {"close": "frame"} ]})");
   GuiFixture& gui = session.gui;
   const Watch place([&] {
-    if (gui.window.pickPrompt().isEmpty()) return false;
+    if (gui.window.picks().prompt().isEmpty()) return false;
     gui.click(100, 50);
     return true;
   });
@@ -106,7 +106,7 @@ TEST_CASE("what was recorded in the windows is replayed without them to the same
   session.trigger(HostText::undo);
   session.trigger(HostText::redo);
   const Watch escape([&] {
-    if (gui.window.pickPrompt().isEmpty()) return false;
+    if (gui.window.picks().prompt().isEmpty()) return false;
     gui.key(Qt::Key_Escape);
     return true;
   });
@@ -115,13 +115,13 @@ TEST_CASE("what was recorded in the windows is replayed without them to the same
 
   // A drawing that is saved over after it was opened.
   const QString plan = QString::fromStdString(session.path("plan.json"));
-  REQUIRE(gui.window.saveFile(plan));
+  REQUIRE(gui.window.files().saveTo(plan));
   session.trigger(HostText::newDrawing);
   session.type("(draw-line '(0 3) '(9 3))");
   CHECK(session.itemCount() == 1);
-  REQUIRE(gui.window.openFile(plan));
+  REQUIRE(gui.window.files().open(plan));
   session.type("(draw-line '(0 5) '(9 5))");
-  REQUIRE(gui.window.saveFile(plan));
+  REQUIRE(gui.window.files().saveTo(plan));
   CHECK(session.itemCount() == circuit + 3);
   session.replay("brenvolt: as recorded: input:1: CAR: argument 1 must be a list, not 5, in (CAR 5)\n"
                  "brenvolt: as recorded: the run was cancelled\n");
@@ -139,9 +139,9 @@ TEST_CASE("a circuit of the project is taken over, and its records come and go w
   GuiFixture& gui = session.gui;
   const std::string project = session.path("project.db");
   REQUIRE(session.site.run({"import", project, "tests/site/sessions/takeover/project"}).exitCode == 0);
-  CHECK_FALSE(gui.window.openProject(QStringLiteral("README.md")));
-  REQUIRE(gui.window.openFile(QStringLiteral("tests/site/golden/feed2.json")));
-  REQUIRE(gui.window.openProject(QString::fromStdString(project)));
+  CHECK_FALSE(gui.window.projects().open(QStringLiteral("README.md")));
+  REQUIRE(gui.window.files().open(QStringLiteral("tests/site/golden/feed2.json")));
+  REQUIRE(gui.window.projects().open(QString::fromStdString(project)));
   CHECK(gui.window.windowTitle().contains(QStringLiteral("project")));
   const auto records = [&](const char* table) {
     return session.site
@@ -152,7 +152,7 @@ TEST_CASE("a circuit of the project is taken over, and its records come and go w
   const std::string before = all();
   const std::uint64_t saved = gui.drawing().undoLog().changeCount();
   const Watch place([&] {
-    if (gui.window.pickPrompt().isEmpty()) return false;
+    if (gui.window.picks().prompt().isEmpty()) return false;
     gui.click(100, 10);
     return true;
   });
@@ -177,7 +177,7 @@ TEST_CASE(
   GuiFixture& gui = session.gui;
   session.type("(draw-circle '(50 25) 10)");
   const Watch place([&] {
-    if (gui.window.pickPrompt().isEmpty()) return false;
+    if (gui.window.picks().prompt().isEmpty()) return false;
     gui.click(50, 17);
     return true;
   });

@@ -47,13 +47,13 @@ struct Desk {
         what,
         [this] {
           return QApplication::activeWindow() == &gui.window && !gui.window.runner().isBusy() &&
-                 gui.window.pickPrompt().isEmpty();
+                 gui.window.picks().prompt().isEmpty();
         },
         action);
   }
   void atPick(const QString& what, const std::function<void()>& action) {
     steps.step(
-        what, [this] { return !gui.window.pickPrompt().isEmpty(); }, action);
+        what, [this] { return !gui.window.picks().prompt().isEmpty(); }, action);
   }
   void press(const QString& window, const QString& button, const QString& what) {
     steps.inWindow(window, what, [button](QWidget& open) {
@@ -190,7 +190,7 @@ TEST_SUITE("screen") {
     desk.atMain(QStringLiteral("selected"), [] {});
     CHECK(desk.steps.run());
     CHECK(desk.circuits() == 1);
-    CHECK_FALSE(desk.gui.window.selectedCircuit().empty());
+    CHECK_FALSE(desk.gui.window.circuits().id().empty());
   }
 
   TEST_CASE("a circuit is chosen, placed and configured, and a motor is found, by keys alone") {
@@ -243,7 +243,8 @@ TEST_SUITE("screen") {
     CHECK(desk.steps.run());
     CHECK(desk.circuits() == 1);
     CHECK_MESSAGE(
-        desk.gui.window.status().contains(QStringLiteral("15")), desk.gui.window.status().toStdString());
+        desk.gui.window.status().text().contains(QStringLiteral("15")),
+        desk.gui.window.status().text().toStdString());
   }
 
   TEST_CASE("another wire size is applied, and what is selected is described in the user's words") {
@@ -264,8 +265,8 @@ TEST_SUITE("screen") {
     });
     desk.atMain(QStringLiteral("applied"), [&] {
       CHECK_MESSAGE(
-          desk.gui.window.status().contains(QStringLiteral("AWG -> ")),
-          desk.gui.window.status().toStdString());
+          desk.gui.window.status().text().contains(QStringLiteral("AWG -> ")),
+          desk.gui.window.status().text().toStdString());
       ScreenSession::keys({QStringLiteral("ctrl+z")});
     });
     desk.atMain(QStringLiteral("undone"), [&] {
@@ -273,7 +274,7 @@ TEST_SUITE("screen") {
       ScreenSession::click(desk.gui.window.view(), desk.gui.pixel(160, -10));
     });
     desk.atMain(QStringLiteral("properties"), [&] {
-      CHECK_FALSE(desk.gui.window.hoverText().contains(QStringLiteral("block-reference")));
+      CHECK_FALSE(desk.gui.window.status().hoverText().contains(QStringLiteral("block-reference")));
       CHECK(desk.gui.window.findChild<QTreeWidget*>(QStringLiteral("properties"))->topLevelItemCount() > 2);
     });
     CHECK(desk.steps.run());
@@ -286,7 +287,7 @@ TEST_SUITE("screen") {
     const GuiFolder folder;
     const QString file = QString::fromStdString(folder.path("plan.json"));
     desk.gui.run(L"(draw-line '(0 0) '(100 50))");
-    REQUIRE(desk.gui.window.saveFile(file));
+    REQUIRE(desk.gui.window.files().saveTo(file));
     QProcess other;
     const auto saved = [&] { return readFile(file.toStdString()).value_or(""); };
     std::string before;
@@ -312,7 +313,7 @@ TEST_SUITE("screen") {
         [&] {
           // This one draws on and saves; then the other one does.
           desk.gui.run(L"(draw-line '(0 0) '(50 100))");
-          CHECK(desk.gui.window.saveFile(file));
+          CHECK(desk.gui.window.files().saveTo(file));
           before = saved();
           ScreenSession::keys({QStringLiteral("ctrl+b")});
         });
@@ -450,11 +451,11 @@ TEST_SUITE("screen") {
       steps.step(
           QStringLiteral("window"), [&] { return QApplication::activeWindow() == &gui.window; },
           [&] {
-            CHECK(gui.window.prompt().isVisible() == !isFirst);
+            CHECK(gui.window.panels().prompt().isVisible() == !isFirst);
             if (isFirst) QTimer::singleShot(0, [&] { gui.window.action(HostText::promptPanel).trigger(); });
           });
       steps.step(
-          QStringLiteral("prompt"), [&] { return gui.window.prompt().isVisible(); },
+          QStringLiteral("prompt"), [&] { return gui.window.panels().prompt().isVisible(); },
           [&] {
             ScreenSession::click(*gui.window.findChild<QLineEdit*>(QStringLiteral("prompt")));
             ScreenSession::type(QStringLiteral("(+ 1 2)"));

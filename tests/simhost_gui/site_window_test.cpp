@@ -52,13 +52,13 @@ TEST_CASE("a saved configuration is placed where the user clicks, and undone as 
     return true;
   });
   const Watch place([&] {
-    if (gui.window.pickPrompt().isEmpty()) return false;
+    if (gui.window.picks().prompt().isEmpty()) return false;
     CHECK_FALSE(gui.window.action(HostText::newCircuit).isEnabled());
     gui.click(100, 50);
     return true;
   });
   gui.window.action(HostText::buildFromHistory).trigger();
-  INFO(gui.window.status().toStdString());
+  INFO(gui.window.status().text().toStdString());
   CHECK(gui.window.view().scene().items().size() > 50);
   CHECK(gui.window.action(HostText::undo).isEnabled());
   gui.window.action(HostText::undo).trigger();
@@ -124,23 +124,23 @@ TEST_CASE("a motor is picked from the drawing while the dialog that asks lies ab
   int picks = 0;
   int looks = 0;
   const Watch hands([&] {
-    if (gui.window.pickPrompt().isEmpty()) return false;
+    if (gui.window.picks().prompt().isEmpty()) return false;
     constexpr int patience = 200;
     if (++looks > patience) { // blocked by a dialog: nothing that a person does would end it
       gui.window.close();
       return true;
     }
     const bool isPlace = picks == 0;
-    const QString prompt = gui.window.pickPrompt();
+    const QString prompt = gui.window.picks().prompt();
     if (isPlace)
       gui.click(50, 50);
     else
       gui.click(160, -10); // the rim of the motor
-    if (gui.window.pickPrompt() == prompt) return false;
+    if (gui.window.picks().prompt() == prompt) return false;
     return ++picks == 2;
   });
   gui.window.action(HostText::newCircuit).trigger();
-  INFO(gui.window.status().toStdString());
+  INFO(gui.window.status().text().toStdString());
   CHECK(picks == 2);
   CHECK_FALSE(pilot.steps().hasFailed());
   CHECK(pilot.steps().unused() == 0);
@@ -167,14 +167,14 @@ TEST_CASE("a circuit is chosen, placed and built by keys alone, beside the one b
     return true;
   });
   const Watch place([&] {
-    if (gui.window.pickPrompt().isEmpty()) return false;
+    if (gui.window.picks().prompt().isEmpty()) return false;
     for (const char letter : std::string("20,-5.5"))
       QTest::keyClick(gui.window.windowHandle(), letter);
     gui.key(Qt::Key_Return);
     return true;
   });
   QTest::keyClick(gui.window.windowHandle(), Qt::Key_T, Qt::ControlModifier);
-  INFO(gui.window.status().toStdString());
+  INFO(gui.window.status().text().toStdString());
   REQUIRE(gui.window.view().scene().items().size() > 50);
   // A second one: what was chosen last is chosen again, so Enter is enough.
   const std::size_t first = gui.window.view().scene().items().size();
@@ -186,7 +186,7 @@ TEST_CASE("a circuit is chosen, placed and built by keys alone, beside the one b
     return true;
   });
   const Watch placeAgain([&] {
-    if (gui.window.pickPrompt().isEmpty()) return false;
+    if (gui.window.picks().prompt().isEmpty()) return false;
     gui.key(Qt::Key_Return);
     return true;
   });
@@ -203,7 +203,7 @@ TEST_CASE("a circuit is chosen, placed and built by keys alone, beside the one b
     keys(&gui.window, {Qt::Key_Down, Qt::Key_Right, Qt::Key_Return});
   });
   const std::optional<KvPoint3d> next =
-      gui.window.pickPoint(QStringLiteral("Where?"), Box{0.0, -30.0, 150.0, 20.0});
+      gui.window.placing().pickPlace(QStringLiteral("Where?"), Box{0.0, -30.0, 150.0, 20.0});
   REQUIRE(next);
   CHECK(proposed.y == -5.5);
   CHECK(proposed.x > 100.0);
@@ -211,7 +211,7 @@ TEST_CASE("a circuit is chosen, placed and built by keys alone, beside the one b
   CHECK(next->y == -10.5);
   // And a component is picked by keys.
   const Watch pick([&] {
-    if (gui.window.pickPrompt().isEmpty()) return false;
+    if (gui.window.picks().prompt().isEmpty()) return false;
     keys(&gui.window, {Qt::Key_Right, Qt::Key_Right, Qt::Key_Return});
     return true;
   });
@@ -223,7 +223,7 @@ TEST_CASE("a circuit is chosen, placed and built by keys alone, beside the one b
 TEST_CASE("another wire size is applied to the selected motor's circuit, and taken back as one step") {
   const brenvolt::SiteCopy site;
   GuiFixture gui({}, "en", site.site());
-  REQUIRE(gui.window.openFile(QStringLiteral("tests/site/golden/motor3_two.json")));
+  REQUIRE(gui.window.files().open(QStringLiteral("tests/site/golden/motor3_two.json")));
   test::StepPilot pilot(
       gui.windows,
       parseAnswers(
@@ -244,7 +244,7 @@ TEST_CASE("another wire size is applied to the selected motor's circuit, and tak
   const CommandOutcome handle = gui.run(L"(entity-handle m)");
   gui.window.view().select(parseHandle(handle.value.asString()));
   gui.window.action(HostText::editWireSize).trigger();
-  const std::string told = gui.window.status().toStdString();
+  const std::string told = gui.window.status().text().toStdString();
   CHECK_MESSAGE(told.starts_with("MTR1A: 10AWG -> "), told);
   CHECK(pilot.steps().unused() == 0);
   std::map<std::wstring, int> after = wires();
@@ -266,8 +266,8 @@ TEST_CASE("while a dialog of the plug-in is open no second command begins") {
     QWidget* open = QApplication::activeModalWidget();
     if (open == nullptr || !open->isVisible()) return false;
     CHECK_FALSE(gui.window.action(HostText::wireMotor).isEnabled());
-    gui.window.prompt().onForm(QStringLiteral("(zan_bv_wire_select)"));
-    wasRefused = gui.window.status() == gui.texts(HostText::busy);
+    gui.window.panels().prompt().onForm(QStringLiteral("(zan_bv_wire_select)"));
+    wasRefused = gui.window.status().text() == gui.texts(HostText::busy);
     open->close();
     return true;
   });

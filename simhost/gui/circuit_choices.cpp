@@ -1,8 +1,10 @@
-// The main window's commands on the choices of a placed circuit: opened in the configuration dialog, or saved.
+// The commands on the choices of a placed circuit: opened in the configuration dialog, or saved.
 #include "circuits/building/circuit_configure.h"
-#include "simhost/gui/main_window.h"
+#include "simhost/gui/circuit_commands.h"
+#include "simhost/gui/circuit_selection.h"
 #include "simhost/host/session.h"
 #include "simhost/qt/qt_text.h"
+#include "simhost/qt/qt_windows.h"
 #include "simhost/site/saved_configurations.h"
 #include "simhost/site/site_run.h"
 #include "text/compare.h"
@@ -58,54 +60,57 @@ bool isTaken(const SiteConfigurations& site, const CircuitObject& circuit, const
 
 } // namespace
 
-void MainWindow::configureCircuit() {
-  onCircuit(
-      HostText::configureCircuit,
+void CircuitCommands::configure() {
+  run(HostText::configureCircuit,
       [this](const auto&, const CircuitObject& circuit) -> std::optional<QString> {
         const QString name = toQt(circuit.name());
-        if (circuit.fields.empty()) return texts_(HostText::circuitHasNoRecord, {name});
-        const SiteConfigurations* site = siteConfigurations();
+        if (circuit.fields.empty()) return services_.texts(HostText::circuitHasNoRecord, {name});
+        const SiteConfigurations* site = selection_.siteConfigurations();
         constexpr const wchar_t* known = L"rebuildIsKnown";
         if (site == nullptr) return std::nullopt;
-        if (setting(known) != QStringLiteral("1")) {
-          const Consent consent = askToBuildAgain(this, texts_, name);
+        if (services_.settings.value(known) != QStringLiteral("1")) {
+          const Consent consent = askToBuildAgain(&services_.window, services_.texts, name);
           if (consent == Consent::refused) return std::nullopt;
-          if (consent == Consent::givenForGood) setSetting(known, QStringLiteral("1"));
+          if (consent == Consent::givenForGood) services_.settings.setValue(known, QStringLiteral("1"));
         }
-        const InsertingOk inserting(windows_);
+        const InsertingOk inserting(services_.windows);
         const circuits::ConfigureResult result = circuits::configureCircuit(
-            site_,
-            {site_.session().options().siteFolder.string(), brenvolt::toUtf8(site->workbook), circuit.id});
+            services_.site, {services_.site.session().options().siteFolder.string(),
+                             brenvolt::toUtf8(site->workbook), circuit.id});
         if (!result.isBuilt) return std::nullopt;
         if (!result.notSaved.empty())
-          return texts_(HostText::configurationNotSaved, {name, QString::fromUtf8(result.notSaved.c_str())});
-        return texts_(HostText::circuitRebuilt, {name});
+          return services_.texts(
+              HostText::configurationNotSaved, {name, QString::fromUtf8(result.notSaved.c_str())});
+        return services_.texts(HostText::circuitRebuilt, {name});
       });
 }
 
-void MainWindow::saveConfiguration() {
-  onCircuit(
-      HostText::saveConfiguration,
+void CircuitCommands::saveConfiguration() {
+  run(HostText::saveConfiguration,
       [this](const auto&, const CircuitObject& circuit) -> std::optional<QString> {
-        if (circuit.fields.empty()) return texts_(HostText::circuitHasNoRecord, {toQt(circuit.name())});
-        const SiteConfigurations* site = siteConfigurations();
+        if (circuit.fields.empty())
+          return services_.texts(HostText::circuitHasNoRecord, {toQt(circuit.name())});
+        const SiteConfigurations* site = selection_.siteConfigurations();
         if (site == nullptr) return std::nullopt;
         bool isNamed = false;
-        const QString name =
-            QInputDialog::getText(
-                this, texts_(HostText::configurationTitle), texts_(HostText::configurationName),
-                QLineEdit::Normal, toQt(circuit.name()), &isNamed)
-                .trimmed();
+        const QString name = QInputDialog::getText(
+                                 &services_.window, services_.texts(HostText::configurationTitle),
+                                 services_.texts(HostText::configurationName), QLineEdit::Normal,
+                                 toQt(circuit.name()), &isNamed)
+                                 .trimmed();
         if (!isNamed || name.isEmpty()) return std::nullopt;
         if (isTaken(*site, circuit, fromQt(name)) &&
-            ask(HostText::configurationTitle, texts_(HostText::configurationExists, {name}),
+            askQuestion(
+                services_, HostText::configurationTitle,
+                services_.texts(HostText::configurationExists, {name}),
                 {HostText::keepEditing, HostText::configurationReplace}) != 1)
           return std::nullopt;
         circuits::saveConfiguration(
-            site_,
-            {site_.session().options().siteFolder.string(), brenvolt::toUtf8(site->workbook), circuit.id},
+            services_.site,
+            {services_.site.session().options().siteFolder.string(), brenvolt::toUtf8(site->workbook),
+             circuit.id},
             fromQt(name));
-        return texts_(HostText::configurationSaved, {name});
+        return services_.texts(HostText::configurationSaved, {name});
       });
 }
 
