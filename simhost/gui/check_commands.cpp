@@ -65,7 +65,7 @@ void CheckCommands::openFinding(const SiteFinding& finding) {
   const std::optional<QPointF> at = finding.position;
   if (!files_.mayLeave() || !files_.open(file)) return;
   if (at)
-    view_.zoomTo(
+    view_.port().zoomTo(
         {at->x() - shownAround, at->y() - shownAround, at->x() + shownAround, at->y() + shownAround});
   services_.status.say(place);
 }

@@ -147,11 +147,11 @@ void CircuitCommands::move() {
   run(HostText::moveCircuit,
       [this](const auto& evaluate, const CircuitObject& circuit) -> std::optional<QString> {
         const KvPoint3d base = basePointOf(circuit);
-        view_.setIgnoresGroup(true); // where it is now is free when it has moved
+        view_.place().setIgnoresGroup(true); // where it is now is free when it has moved
         const QString name = toQt(circuit.name());
         const std::optional<KvPoint3d> point = picks_.pickPoint(
             services_.texts(HostText::placeCircuitQuestion, {name}), outlineAround(circuit, base), base);
-        view_.setIgnoresGroup(false);
+        view_.place().setIgnoresGroup(false);
         if (!point) return std::nullopt;
         evaluate(
             L"(circuit-move " + lispText(circuit.id) + L" " + lisp::printReal(point->x - base.x) + L" " +
@@ -176,7 +176,7 @@ void CircuitCommands::copy() {
         for (const CircuitObject& made : circuits::circuitsOf(services_.drawing()))
           if (!made.entities.empty() && made.entities.front().value() >= first) {
             selection_.select(made.id);
-            view_.showArea(made.extents);
+            view_.port().show(made.extents);
             return services_.texts(HostText::circuitCopied, {name, toQt(made.name())});
           }
         return std::nullopt;

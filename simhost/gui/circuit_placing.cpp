@@ -126,7 +126,7 @@ std::optional<lisp::Value> CircuitPlacing::place(
   // From now on the outline is that of a whole circuit of this template.
   outlines_[drawingTemplate] = {
       made.left - point->x, made.bottom - point->y, made.right - point->x, made.top - point->y};
-  view_.showArea(made);
+  view_.port().show(made);
   const lisp::Symbol* const unsized = services_.site.interpreter().symbols().find(L"GBL_qn_bv_unsized_wires");
   if (unsized == nullptr || unsized->value.isNil()) return value;
   // Its marks are small, and the lines of the build are in a panel that may be hidden.
@@ -168,8 +168,9 @@ KvPoint3d CircuitPlacing::nextFreePlace(const std::optional<Box>& outline) {
   // Beside the circuit placed last; to the right of everything there is always space.
   constexpr double step = 5.0;
   Box wanted = *outline;
-  view_.setOutline(Box{wanted.left - step, wanted.bottom - step, wanted.right + step, wanted.top + step});
-  while (view_.overlaps(place) && place.x + wanted.left <= taken.right + 2 * step)
+  view_.place().setOutline(
+      Box{wanted.left - step, wanted.bottom - step, wanted.right + step, wanted.top + step});
+  while (view_.place().overlaps(place) && place.x + wanted.left <= taken.right + 2 * step)
     place.x += step;
   return place;
 }

@@ -29,8 +29,8 @@ const CircuitObject* CircuitSelection::circuitOf(KvDbHandle entity) const {
 }
 
 std::optional<KvDbHandle> CircuitSelection::control() const {
-  if (view_.selected()) return view_.selected();
-  for (const KvDbHandle handle : view_.group())
+  if (view_.marks().selected()) return view_.marks().selected();
+  for (const KvDbHandle handle : view_.marks().group())
     if (const EntityNode* node = services_.drawing().find(handle))
       if (findData(node->value, L"ORL_QN_BV_CIRCPARAMS") != nullptr) return handle;
   return std::nullopt;
@@ -60,7 +60,8 @@ void CircuitSelection::refresh() {
 
 void CircuitSelection::select(const std::wstring& id) {
   selected_ = id;
-  view_.selectGroup(id.empty() ? std::vector<KvDbHandle>() : entitiesOfCircuit(services_.drawing(), id));
+  view_.marks().selectGroup(
+      id.empty() ? std::vector<KvDbHandle>() : entitiesOfCircuit(services_.drawing(), id));
   onSelected();
 }
 
@@ -72,10 +73,10 @@ void CircuitSelection::selectOf(std::optional<KvDbHandle> entity) {
 
 void CircuitSelection::show(const std::wstring& id) {
   const CircuitObject* circuit = known(id);
-  view_.select(std::nullopt);
+  view_.marks().select(std::nullopt);
   select(circuit == nullptr ? std::wstring() : id);
   if (circuit == nullptr) return;
-  view_.showArea(circuit->extents);
+  view_.port().show(circuit->extents);
   const QString type = toQt(circuitField(circuit->fields, L"type"));
   services_.status.say(services_.texts(HostText::circuitFacts, {toQt(circuit->name()), type}));
 }

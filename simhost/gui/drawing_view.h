@@ -1,11 +1,11 @@
-// The part of the main window that shows the drawing: moving about in it, pointing at entities, and the picks that
-// prompts ask for.
+// The part of the main window that shows the drawing. It passes mouse and keys to what moves the view, marks entities and
+// points at places, and to the pick that is open.
 #pragma once
 
-#include "simhost/gui/picture_cache.h"
-#include "simhost/gui/scene.h"
+#include "simhost/gui/entity_marks.h"
+#include "simhost/gui/place_pointer.h"
+#include "simhost/gui/viewport.h"
 
-#include <QTimer>
 #include <QWidget>
 
 #include <functional>
@@ -26,50 +26,15 @@ public:
   explicit DrawingView(QWidget* parent = nullptr);
 
   [[nodiscard]] Scene& scene() { return scene_; }
-  [[nodiscard]] const ViewTransform& view() const { return picture_.view(); }
+  [[nodiscard]] const ViewTransform& view() const { return port_.view(); }
+  [[nodiscard]] Viewport& port() { return port_; }
+  [[nodiscard]] EntityMarks& marks() { return marks_; }
+  [[nodiscard]] PlacePointer& place() { return place_; }
   [[nodiscard]] Mode mode() const { return mode_; }
-  [[nodiscard]] std::optional<KvDbHandle> hovered() const { return hovered_; }
-  [[nodiscard]] std::optional<KvDbHandle> selected() const { return selected_; }
 
   /// The scene has other content now.
   void sceneChanged();
-  void setPaper(Paper paper);
-  [[nodiscard]] Paper paper() const { return paper_; }
-  void setGrid(bool isShown);
   void setMode(Mode mode);
-  void select(std::optional<KvDbHandle> entity);
-  /// Marks an entity that something beside the drawing is about.
-  void light(std::optional<KvDbHandle> entity);
-  [[nodiscard]] std::optional<KvDbHandle> lit() const { return lit_; }
-  /// What is selected together with an entity, such as its circuit.
-  void selectGroup(std::vector<KvDbHandle> entities);
-  [[nodiscard]] const std::vector<KvDbHandle>& group() const { return group_; }
-  /// Whether the placed circuit may overlap the selected group, as a moved circuit may.
-  void setIgnoresGroup(bool ignores) { ignoresGroup_ = ignores; }
-
-  /// In `pickEntity`, which entities light up under the pointer and are stepped over by keys; null for all.
-  void setFilter(std::function<bool(KvDbHandle)> fits) { fits_ = std::move(fits); }
-
-  /// What is to be placed, around the point that is picked: drawn at the pointer in `pickPoint`.
-  void setOutline(const std::optional<Box>& outline);
-  /// Moves the pointer of `pickPoint` there, and the view so that it is seen.
-  void proposePoint(const KvPoint3d& point);
-  /// The point that `pickPoint` would return now.
-  [[nodiscard]] KvPoint3d pointed() const;
-  /// Whether the outline with its point here overlaps something of the drawing.
-  [[nodiscard]] bool overlaps(const KvPoint3d& point) const;
-  /// What has been typed of coordinates, empty for nothing.
-  [[nodiscard]] const QString& typed() const { return typed_; }
-  /// Shows the area unless all of it is seen already.
-  void showArea(const Box& area);
-
-  void zoomExtents();
-  /// Around the middle of the view.
-  void zoomBy(double factor);
-  void zoomTo(const Box& area);
-  void panBy(const QPoint& pixels);
-  /// Paints to the end instead of by and by.
-  void finishPainting();
 
   /// The pointer has moved: where it is in the drawing. What it is over has been found by then.
   std::function<void(const KvPoint3d& point)> onPointer;
@@ -95,51 +60,25 @@ protected:
   void leaveEvent(QEvent* event) override;
 
 private:
-  void setView(const ViewTransform& view);
-  void refresh();
-  void paintOn();
   void updateCursor();
+  /// In pixels of the device, as all places here.
   void point(const QPointF& pixel);
   void click(const QPointF& pixel);
   void finishZoomWindow(const QPointF& pixel);
   /// Keys that move or end a pick; false for any other.
   [[nodiscard]] bool pickKey(const QKeyEvent& event);
-  [[nodiscard]] bool pointKey(const QKeyEvent& event);
-  void moveTo(const KvPoint3d& point);
-  /// The outline with its point here; the point alone without one.
-  [[nodiscard]] Box outlineAt(const KvPoint3d& point) const;
   void stepEntity(int step);
-  void answerTyped();
-  [[nodiscard]] KvPoint3d snapped(const QPointF& pixel) const;
-  void paintPlace(QPainter& painter) const;
-  [[nodiscard]] bool isOffered(KvDbHandle entity) const;
-  void paintLit(QPainter& painter);
-  void paintHighlight(QPainter& painter, const std::vector<std::uint32_t>& numbers, const QColor& colour);
-  void findGroupItems();
-  /// Pixels of the device for one of the window.
-  [[nodiscard]] double ratio() const { return devicePixelRatioF(); }
+  void pick(const KvPoint3d& point, std::optional<KvDbHandle> entity) const;
+  void escape();
 
   Scene scene_;
-  PictureCache picture_{scene_};
-  QTimer painting_; ///< runs while pieces of the picture are missing
-  Paper paper_ = Paper::light;
+  Viewport port_{scene_};
+  EntityMarks marks_{scene_};
+  PlacePointer place_{scene_, marks_, port_};
   Mode mode_ = Mode::select;
   Mode modeBehindWindow_ = Mode::select; ///< what comes back after a zoom window
-  bool isFitted_ = true; ///< the view still shows the extents, so that a resize keeps doing so
-  std::optional<KvDbHandle> hovered_;
-  std::optional<KvDbHandle> selected_;
-  std::optional<KvDbHandle> lit_;
-  std::function<bool(KvDbHandle)> fits_;
-  std::vector<KvDbHandle> group_;
-  std::vector<std::uint32_t> groupItems_; ///< of the scene
-  bool ignoresGroup_ = false;
-  std::optional<QPointF> dragStart_; ///< last place of a drag that pans
-  std::optional<QPointF> corner_;    ///< first corner of a zoom window
-  QPointF pointer_;
-  std::optional<KvPoint3d>
-      moved_; ///< where keys have moved the pointer of a pick, which no pixel says as exactly
-  std::optional<Box> outline_;
-  QString typed_;
+  std::optional<QPointF> dragStart_;     ///< last place of a drag that pans
+  std::optional<QPointF> corner_;        ///< first corner of a zoom window
   bool isSpaceDown_ = false;
 };
 

@@ -209,8 +209,8 @@ ExitCode show(int argc, char** argv, GuiOptions& options) {
   if (session.run) playSession(window, windows, session, options);
   if (!options.screenshot.empty()) {
     QCoreApplication::processEvents();
-    window.view().zoomExtents();
-    window.view().finishPainting();
+    window.view().port().fit();
+    window.view().port().finishPainting();
     const std::string reason = writePicture(window.grab().toImage(), options.screenshot);
     if (!reason.empty()) throw CannotWrite(reason);
     return ExitCode::done;

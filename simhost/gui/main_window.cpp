@@ -113,15 +113,15 @@ void MainWindow::buildView() {
   view_->onPointer = [this](const KvPoint3d& point) {
     status_.showPlace(point);
     if (view_->mode() == DrawingView::Mode::pickPoint)
-      status_.say(view_->overlaps(point) ? texts_(HostText::overlaps) : QString());
-    const std::optional<KvDbHandle> entity = view_->hovered();
+      status_.say(view_->place().overlaps(point) ? texts_(HostText::overlaps) : QString());
+    const std::optional<KvDbHandle> entity = view_->marks().hovered();
     status_.showHover(
         entity ? entityLine(texts_, services_.drawing(), *entity, selection_.circuitOf(*entity)) : QString());
   };
   view_->onSelected = [this] {
-    const std::optional<KvDbHandle> entity = view_->selected();
+    const std::optional<KvDbHandle> entity = view_->marks().selected();
     // A click on a marker is about the dialog beside the drawing, when there is one.
-    if (entity && units_.select(*entity)) return view_->light(units_.current());
+    if (entity && units_.select(*entity)) return view_->marks().light(units_.current());
     selection_.selectOf(entity);
     if (entity) status_.say(entityLine(texts_, services_.drawing(), *entity, selection_.circuitOf(*entity)));
   };
@@ -136,28 +136,28 @@ void MainWindow::connectParts() {
       watch_.start(watchMilliseconds);
     else
       watch_.stop();
-    view_->light(std::nullopt);
+    view_->marks().light(std::nullopt);
     refreshAll();
     if (!runner_.isBusy() && closesAfterRun_) QTimer::singleShot(0, this, [this] { close(); });
   };
   watch_.callOnTimeout([this] {
     shown_.refresh();
     refreshActions();
-    view_->light(units_.current());
+    view_->marks().light(units_.current());
   });
   shown_.onChanged = [this] {
     panels_.layers().setLayers(
-        services_.drawing().store().layers(), view_->scene().hiddenLayers(), view_->paper());
+        services_.drawing().store().layers(), view_->scene().hiddenLayers(), view_->port().paper());
     refreshTitle();
   };
   files_.onState = [this] { refreshTitle(); };
   files_.onTaken = [this] {
     shown_.invalidate();
     selection_.invalidate();
-    view_->select(std::nullopt);
+    view_->marks().select(std::nullopt);
     selection_.select({});
     refreshAll();
-    view_->zoomExtents();
+    view_->port().fit();
     sets_.showOpenSheet();
   };
   selection_.onListed = [this](const std::vector<CircuitRow>& rows) { panels_.circuits().setCircuits(rows); };
@@ -229,7 +229,7 @@ void MainWindow::connectPanels() {
 
 void MainWindow::setPaper(Paper paper) {
   applyTheme(paper);
-  view_->setPaper(paper);
+  view_->port().setPaper(paper);
   panels_.layers().setLayers(services_.drawing().store().layers(), view_->scene().hiddenLayers(), paper);
   action(HostText::darkPaper).setChecked(paper == Paper::dark);
   QPalette shown = palette();
@@ -261,7 +261,7 @@ void MainWindow::refreshActions() {
 }
 
 void MainWindow::showProperties() {
-  const std::optional<KvDbHandle> entity = view_->selected();
+  const std::optional<KvDbHandle> entity = view_->marks().selected();
   const std::optional<EntityFacts> facts = entity ? factsOf(services_.drawing(), *entity) : std::nullopt;
   panels_.properties().setRows(propertyRows(
       texts_, entity ? services_.drawing().find(*entity) : nullptr, facts, selection_.selected()));

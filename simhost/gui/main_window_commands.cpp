@@ -45,14 +45,14 @@ void MainWindow::bindCommands() {
   bind(HostText::redo, [=, this] { showStep(runner_.redo(), HostText::nothingToRedo, HostText::redone); });
   bind(HostText::copyPicture, [this] { paper_.copyPicture(); });
 
-  bind(HostText::zoomExtents, [this] { view_->zoomExtents(); });
+  bind(HostText::zoomExtents, [this] { view_->port().fit(); });
   bind(HostText::zoomWindow, [this] {
     view_->setMode(DrawingView::Mode::zoomWindow);
     status_.say(texts_(HostText::corner));
   });
-  bind(HostText::zoomIn, [this] { view_->zoomBy(menuZoom); });
-  bind(HostText::zoomOut, [this] { view_->zoomBy(1.0 / menuZoom); });
-  bind(HostText::grid, [this] { view_->setGrid(action(HostText::grid).isChecked()); });
+  bind(HostText::zoomIn, [this] { view_->port().zoomBy(menuZoom); });
+  bind(HostText::zoomOut, [this] { view_->port().zoomBy(1.0 / menuZoom); });
+  bind(HostText::grid, [this] { view_->port().setGrid(action(HostText::grid).isChecked()); });
   bind(HostText::darkPaper, [this] {
     const bool isDark = action(HostText::darkPaper).isChecked();
     setPaper(isDark ? Paper::dark : Paper::light);

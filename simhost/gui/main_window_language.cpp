@@ -79,7 +79,7 @@ void MainWindow::takeLanguage(const QString& language) {
   selection_.invalidate();
   refreshAll();
   showProperties();
-  setPaper(view_->paper());
+  setPaper(view_->port().paper());
   view_->setFocus();
   if (!page.isEmpty()) {
     static_cast<void>(windows_.showHelp(L"main_window"));

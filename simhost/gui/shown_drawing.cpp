@@ -12,7 +12,8 @@ void ShownDrawing::refresh() {
   shownChange_ = change;
   if (!view_.scene().load(drawing, drawing.currentSpace()))
     services_.status.say(services_.texts(HostText::tooManyShapes));
-  if (view_.selected() && drawing.find(*view_.selected()) == nullptr) view_.select(std::nullopt);
+  if (view_.marks().selected() && drawing.find(*view_.marks().selected()) == nullptr)
+    view_.marks().select(std::nullopt);
   view_.sceneChanged();
   if (onChanged) onChanged();
 }

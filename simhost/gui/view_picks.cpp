@@ -35,7 +35,7 @@ std::optional<KvPoint3d> ViewPicks::pickPoint(
 
 void ViewPicks::setOutline(const Box& outline) {
   outline_ = outline;
-  if (view_.mode() == DrawingView::Mode::pickPoint) view_.setOutline(outline_);
+  if (view_.mode() == DrawingView::Mode::pickPoint) view_.place().setOutline(outline_);
 }
 
 void ViewPicks::run(const QString& prompt, const QString& hint, DrawingView::Mode mode) {
@@ -44,8 +44,8 @@ void ViewPicks::run(const QString& prompt, const QString& hint, DrawingView::Mod
   banner_.show();
   view_.setMode(mode);
   if (mode == DrawingView::Mode::pickPoint) {
-    view_.setOutline(outline_);
-    view_.proposePoint(start_);
+    view_.place().setOutline(outline_);
+    view_.place().propose(start_);
   }
   view_.setFocus();
   services_.window.activateWindow();
@@ -56,7 +56,8 @@ void ViewPicks::run(const QString& prompt, const QString& hint, DrawingView::Mod
   onChanged();
   const PickKind dialogKind = pickKindOf(services_.windows.topForm());
   const PickKind kind = dialogKind == PickKind::any ? kind_ : dialogKind;
-  view_.setFilter([this, kind](KvDbHandle entity) { return fits(services_.drawing(), entity, kind); });
+  view_.marks().setFilter(
+      [this, kind](KvDbHandle entity) { return fits(services_.drawing(), entity, kind); });
   view_.onPick = [this, mode, kind](const KvPoint3d& point, std::optional<KvDbHandle> entity) {
     if (entity && mode == DrawingView::Mode::pickEntity && !fits(services_.drawing(), *entity, kind))
       return services_.status.say(services_.texts(reasonOf(kind)));
@@ -72,7 +73,7 @@ void ViewPicks::run(const QString& prompt, const QString& hint, DrawingView::Mod
   loop.exec();
   loop_ = nullptr;
   view_.onPick = nullptr;
-  view_.setFilter(nullptr);
+  view_.marks().setFilter(nullptr);
   view_.onBadCoordinates = nullptr;
   view_.onEnter = nullptr;
   view_.onEscape = nullptr;

@@ -44,7 +44,7 @@ struct TwoPumps {
       REQUIRE(gui.run(form).kind == CommandOutcome::Kind::done);
     }
     gui.run(L"(draw-line '(0 -200) '(100 -200))");
-    gui.window.view().zoomExtents();
+    gui.window.view().port().fit();
   }
 
   QTreeWidget& table() { return *gui.window.findChild<QTreeWidget*>(QStringLiteral("circuitTable")); }
@@ -105,11 +105,11 @@ TEST_CASE(
   const std::wstring second = pumps.gui.window.circuits().id();
   CHECK(second == pumps.gui.window.panels().circuits().selected());
   CHECK_FALSE(second.empty());
-  CHECK(pumps.gui.window.view().group().size() > 20);
+  CHECK(pumps.gui.window.view().marks().group().size() > 20);
   search->clear();
 
   // A click on any entity selects its circuit; on what was drawn by hand, none.
-  pumps.gui.window.view().zoomExtents();
+  pumps.gui.window.view().port().fit();
   pumps.gui.click(160, -10); // the rim of the first motor
   CHECK_FALSE(pumps.gui.window.circuits().id().empty());
   CHECK(pumps.gui.window.circuits().id() != second);
@@ -117,7 +117,7 @@ TEST_CASE(
   CHECK(pumps.gui.window.status().text().startsWith(QStringLiteral("MTR1, 10 HP")));
   pumps.gui.click(50, -200);
   CHECK(pumps.gui.window.circuits().id().empty());
-  CHECK(pumps.gui.window.view().group().empty());
+  CHECK(pumps.gui.window.view().marks().group().empty());
 }
 
 TEST_CASE("a circuit is moved, deleted and copied as a whole, each one step of undo") {
@@ -131,7 +131,7 @@ TEST_CASE("a circuit is moved, deleted and copied as a whole, each one step of u
   const std::wstring id = pumps.gui.window.circuits().id();
   const Watch place([&] {
     if (pumps.gui.window.picks().prompt().isEmpty()) return false;
-    CHECK_FALSE(pumps.gui.window.view().overlaps({305, 0, 0})); // it may lie where it was
+    CHECK_FALSE(pumps.gui.window.view().place().overlaps({305, 0, 0})); // it may lie where it was
     for (const char letter : std::string("300,-500"))
       QTest::keyClick(pumps.gui.window.windowHandle(), letter);
     pumps.gui.key(Qt::Key_Return);
@@ -144,7 +144,7 @@ TEST_CASE("a circuit is moved, deleted and copied as a whole, each one step of u
   undoTo(before);
 
   // Without a selection the command asks, and says why something is none.
-  pumps.gui.window.view().zoomExtents();
+  pumps.gui.window.view().port().fit();
   pumps.gui.click(50, -200);
   int clicks = 0;
   const Watch pick([&] {
@@ -307,18 +307,18 @@ TEST_CASE("the marker of the current unit is lit, and a click on a marker shows 
       tree->setCurrentItem(item("Overload relay"));
       break;
     case 1:
-      if (!view.lit()) return false;
-      lit = view.lit();
+      if (!view.marks().lit()) return false;
+      lit = view.marks().lit();
       CHECK(factsOf(gui.drawing(), *lit)->attributes.front().second == L"OL");
       tree->setCurrentItem(item("Contactor"));
       break;
     case 2: {
-      if (view.lit() == lit) return false;
+      if (view.marks().lit() == lit) return false;
       const KvPoint3d at = std::get<BlockReference>(gui.drawing().find(*lit)->value.shape).position;
-      view.zoomTo({at.x - 10, at.y - 10, at.x + 10, at.y + 10});
+      view.port().zoomTo({at.x - 10, at.y - 10, at.x + 10, at.y + 10});
       gui.click(at.x + 1.5, at.y);
       CHECK(tree->currentItem() == item("Overload relay"));
-      CHECK(view.lit() == lit);
+      CHECK(view.marks().lit() == lit);
       break;
     }
     case 3: {
@@ -347,5 +347,5 @@ TEST_CASE("the marker of the current unit is lit, and a click on a marker shows 
   gui.run(L"(site-build \"templates/motor3_dol.json\" (find-file \"zan_brenvolt.xls\") \"M3_DOL\""
           L" \"Three-phase motors\" \"Direct on line\" \"\" '(0 0 0) \"\" \"\" \"\" T)");
   CHECK(step == 5);
-  CHECK_FALSE(view.lit());
+  CHECK_FALSE(view.marks().lit());
 }

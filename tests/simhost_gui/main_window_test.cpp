@@ -79,14 +79,14 @@ TEST_CASE("what lies under the pointer is told, and a click selects it") {
   const QString told = gui.window.status().hoverText();
   CHECK(told == QStringLiteral("Line, layer WIRES"));
   gui.click(50, 0);
-  REQUIRE(gui.window.view().selected());
+  REQUIRE(gui.window.view().marks().selected());
   auto* properties = gui.window.findChild<QTreeWidget*>(QStringLiteral("properties"));
-  const QString handle = QString::fromStdWString(formatHandle(*gui.window.view().selected()));
+  const QString handle = QString::fromStdWString(formatHandle(*gui.window.view().marks().selected()));
   CHECK(properties->findItems(handle, Qt::MatchExactly, 1).size() == 1);
   QTest::mouseMove(&gui.window.view(), gui.pixel(50, 25));
   CHECK(gui.window.status().hoverText().isEmpty());
   gui.key(Qt::Key_Escape);
-  CHECK_FALSE(gui.window.view().selected());
+  CHECK_FALSE(gui.window.view().marks().selected());
 }
 
 TEST_CASE("a pick answers the entity and the point, nothing or a cancel") {
@@ -224,13 +224,13 @@ TEST_CASE("a layer without its tick is neither seen nor picked") {
   REQUIRE(rows.size() == 1);
   rows.first()->setCheckState(Qt::Unchecked);
   gui.click(50, 0);
-  CHECK_FALSE(gui.window.view().selected());
+  CHECK_FALSE(gui.window.view().marks().selected());
   gui.run(L"(draw-line '(0 25) '(100 25))"); // the layer stays off when the drawing changes
   gui.click(50, 0);
-  CHECK_FALSE(gui.window.view().selected());
+  CHECK_FALSE(gui.window.view().marks().selected());
   layers.findItems(QStringLiteral("WIRES"), Qt::MatchExactly).first()->setCheckState(Qt::Checked);
   gui.click(50, 0);
-  CHECK(gui.window.view().selected().has_value());
+  CHECK(gui.window.view().marks().selected().has_value());
 }
 
 TEST_CASE("no two commands share a key, and every text of the window has its words") {

@@ -85,7 +85,7 @@ struct Desk {
   void buildPump() {
     gui.run(L"(site-build \"templates/motor3_dol.json\" (find-file \"zan_brenvolt.xls\") \"M3_DOL\""
             L" \"Three-phase motors\" \"Direct on line\" \"Pump 10 HP\" '(0 0 0) \"\" \"\" \"\")");
-    gui.window.view().zoomExtents();
+    gui.window.view().port().fit();
   }
   [[nodiscard]] int circuits() {
     return gui.window.findChild<QTreeWidget*>(QStringLiteral("circuitTable"))->topLevelItemCount();

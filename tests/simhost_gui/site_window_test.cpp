@@ -197,9 +197,9 @@ TEST_CASE("a circuit is chosen, placed and built by keys alone, beside the one b
   CHECK(gui.window.view().rect().contains(gui.pixel(120.0, -5.5)));
   KvPoint3d proposed;
   later([&] {
-    proposed = gui.window.view().pointed();
-    CHECK_FALSE(gui.window.view().overlaps(proposed));
-    CHECK(gui.window.view().overlaps({20.0, -5.5, 0.0}));
+    proposed = gui.window.view().place().point();
+    CHECK_FALSE(gui.window.view().place().overlaps(proposed));
+    CHECK(gui.window.view().place().overlaps({20.0, -5.5, 0.0}));
     keys(&gui.window, {Qt::Key_Down, Qt::Key_Right, Qt::Key_Return});
   });
   const std::optional<KvPoint3d> next =
@@ -242,7 +242,7 @@ TEST_CASE("another wire size is applied to the selected motor's circuit, and tak
   REQUIRE(before.at(L"BLK_10AWG") == 15);
   gui.run(L"(setq m (find-if (lambda (e) (entity-data e \"ORL_QN_BV_CIRCPARAMS\")) (entities-in-space)))");
   const CommandOutcome handle = gui.run(L"(entity-handle m)");
-  gui.window.view().select(parseHandle(handle.value.asString()));
+  gui.window.view().marks().select(parseHandle(handle.value.asString()));
   gui.window.action(HostText::editWireSize).trigger();
   const std::string told = gui.window.status().text().toStdString();
   CHECK_MESSAGE(told.starts_with("MTR1A: 10AWG -> "), told);
