@@ -6,24 +6,6 @@
 
 using namespace brenvolt;
 
-TEST_CASE("a list of distinct texts has each text once, in the order found") {
-  const test::TemporaryFolder folder;
-  std::filesystem::create_directory(folder.path() / "csv");
-  std::ofstream out(folder.path() / "csv/COMP.csv");
-  out << "TAGNAME\n";
-  for (int text = 0; text < 3000; ++text)
-    out << "M" << text << "\nM" << text / 2 << "\n";
-  out.close();
-  const std::wstring file = fromUtf8((folder.path() / "project.db").string());
-  REQUIRE(importTables(file, {fromUtf8((folder.path() / "csv").string())}).isDone());
-  ProjectDatabase database(file, nullptr);
-  TextRow texts;
-  REQUIRE(selectDistinct(database, L"COMP", L"TAGNAME", L"SELECT %s FROM [%s]", {}, texts));
-  REQUIRE(texts.size() == 3000);
-  CHECK(texts[0] == L"M0");
-  CHECK(texts[2999] == L"M2999");
-}
-
 TEST_CASE("the fields of a record shift over empty ones, and lose their quotes") {
   const ZanCircParams record = parseCircParams(L"\"Induction\";\"40\";;\"460\"; ", L"");
   CHECK(record.get(0) == L"Induction");

@@ -19,13 +19,6 @@ TableTexts named(std::initializer_list<const char*> names) {
 
 } // namespace
 
-TEST_CASE("a name joins family, metal, standard and code, and leaves out what is empty") {
-  CHECK(ZanDbReaderUtils::ComposeTableName(L"AMP", L"CU", L"AWG", L"NEC") == L"AMP_CU_AWG_NEC");
-  CHECK(ZanDbReaderUtils::ComposeTableName(L"OPT", L"", L"", L"NEC") == L"OPT_NEC");
-  CHECK(ZanDbReaderUtils::ComposeTableName(L"", L"CU", L"AWG", L"NEC").empty());
-  CHECK(ZanDbReaderUtils::TableBaseName(static_cast<ZanTableKind>(12)).empty());
-}
-
 TEST_CASE("a table is the code's own, else the one for all codes, else that of NEC") {
   struct Row {
     std::initializer_list<const char*> tables;
@@ -150,18 +143,4 @@ TEST_CASE("all standards are listed by full name, and a current one without tabl
   CHECK_FALSE(reader.ReadFullName(L"CSA", name));
   CHECK(reader.ReadFullName(L"IEC", name));
   CHECK(name == L"International");
-}
-
-TEST_CASE("a service opens the database that LISP names, and keeps what it had when that fails") {
-  TableFixture tables(TableTexts{{"OPT_NEC", "CODE,DEFAULT,LIST\nFULLNAME,National,\n"}});
-  ZanOptTableReader reader;
-  REQUIRE(reader.Open());
-  std::wstring name;
-  CHECK(reader.ReadFullName(reader.code(), name));
-  CHECK(name == L"National");
-
-  tables.host().eval(L"(defun c:zan_bv_figure_mccdb_fnam () 5)");
-  ZanOptTableReader other(tables.connection());
-  CHECK_FALSE(other.Open());
-  CHECK(other.connection() == tables.connection());
 }

@@ -172,46 +172,6 @@ TEST_CASE("nothing is read without a connection, a table or a column") {
   }
 }
 
-TEST_CASE("a lookup fills all columns from the shown numbers, filters and proposes") {
-  TableFixture tables(wireTexts());
-  const ZanWireTableReader reader(tables.connection());
-  const WireTableFigures figures = readWireFigures(reader, {copper, L"75C", L"PVC", L""});
-  WireLookupInput input;
-  input.fla = 52;
-  input.total = shownCurrent(52 * 1.25);
-  input.overallFactor = 0.8;
-  input.voltage = 460;
-  input.phase = L"3";
-  input.drop = DropFields{250, L"FT", 0.85, L"3"};
-  input.cost = CostFields{0.08, L"$"};
-  WireLookupResult result = computeWires(figures, input);
-  REQUIRE(result.rows.size() == 4);
-  REQUIRE(result.proposed == 0);
-  // 85 x 0.8; 65 / 68; 1.732 x 250 x 0.0003048 x 52 x (1.02 x 0.85 + 0.157 x 0.526783); / 460;
-  // 1.732 x drop x 52 / 1000; x 24 x 365.25 x 0.08
-  CHECK(result.rows[0].ampacity == L"68");
-  CHECK(result.rows[0].loadPercent == L"95.59");
-  CHECK(result.rows[0].drop == L"6.52");
-  CHECK(result.rows[0].dropPercent == L"1.42");
-  CHECK(result.rows[0].loss == L"0.59");
-  CHECK(result.rows[0].yearlyCost == L"$ 413.76");
-  CHECK(result.rows[1].drop == L"-"); // a cell that is no impedance
-  CHECK(sizesWithoutDrop(result.rows).front() == result.rows[1].size);
-
-  input.drop->powerFactor = 1.1;
-  CHECK(computeWires(figures, input).rows[0].drop == L"-");
-  input.drop->powerFactor = 0.85;
-  input.voltage = 0;
-  CHECK(computeWires(figures, input).rows[0].dropPercent == L"-");
-  input.voltage = 460;
-  input.drop->limit = L"1%";
-  CHECK(computeWires(figures, input).rows[0].size == L"3 AWG"); // 1.42 % is filtered
-  // An odd phase counts as one phase, odd units as metres.
-  CHECK(isSinglePhaseText(L"2"));
-  CHECK(isMetresText(L"yards"));
-  CHECK_FALSE(isMetresText(L"ft"));
-}
-
 TEST_CASE("the sizing of a build takes the first size that carries, by its own rules") {
   TableFixture tables(wireTexts());
   WireTableCache cache(*tables.connection());
