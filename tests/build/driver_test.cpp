@@ -4,7 +4,6 @@
 #include "host/resources.h"
 #include "platform/table_import.h"
 #include "tests/build/build_site.h"
-#include "tests/support/golden.h"
 #include "tests/support/temporary_folder.h"
 #include "text/encoding.h"
 
@@ -32,21 +31,6 @@ bool buildAndFinish(BuildSite& site, ZanBrenvolt& build) {
 }
 
 } // namespace
-
-TEST_CASE("a direct build hands over its codes in order and leaves no marker") {
-  BuildSite site;
-  site.writeSheet(sheet);
-  site.eval("(setq GBL_qn_bv_save_codehdl_combos '((\"SWITCH\" \"1A\")))");
-  site.eval(markers);
-  const auto build = site.prepared(site.arguments());
-  REQUIRE(build);
-  CHECK(buildAndFinish(site, *build));
-  CHECK_EQ(site.eval("ran"), "((\"two\" nil))"); // the group of SWITCH has no selection
-  CHECK_EQ(
-      site.eval("saved"),
-      "((\"MOTOR-1\" nil \"2\") (\"SWITCH\" nil \"-1\") (\"unused\" nil \"\") (\"UNUSED\" nil \"\"))");
-  CHECK_EQ(site.markersLeft(), "nil");
-}
 
 TEST_CASE("presets bring wires to the control marker and to all behind it") {
   BuildSite site;
@@ -112,52 +96,6 @@ TEST_CASE("a motor that comes without wire sizes is sized as a build sizes, or w
     const std::string printed = site.lisp().takePrinted();
     CHECK_MESSAGE(printed.find(row.printed) != std::string::npos, printed);
     CHECK((row.printed[0] != '\0' || printed.find("marker MOTOR-1") == std::string::npos));
-  }
-}
-
-TEST_CASE("an interactive build makes a manager for each unit with control rules, a direct one makes none") {
-  for (const BuildKind kind : {BuildKind::direct, BuildKind::interactive}) {
-    BuildSite site;
-    site.writeSheet(sheet);
-    site.eval(markers);
-    ZanBuildArgs args = site.arguments();
-    args.directBuild = kind == BuildKind::direct;
-    const auto build = site.prepared(args);
-    REQUIRE(build);
-    CHECK(build->prepare(kind));
-    std::string units;
-    for (const auto& unit : build->units().units())
-      units += toUtf8(unit->code) + (unit->control ? " control " : " ") +
-               std::to_string(unit->managers().size()) + "; ";
-    CHECK_EQ(units, kind == BuildKind::direct ? "" : "MOTOR-1 control 1; SWITCH 1; ");
-  }
-}
-
-TEST_CASE("a build from a saved history repeats the choices of the build that saved it") {
-  for (const wchar_t* name : {L"", L"Kept", L"Unknown"}) {
-    CAPTURE(toUtf8(name));
-    BuildSite site;
-    site.writeSheet(sheet);
-    site.eval(markers);
-    {
-      ZanBuildArgs args = site.arguments();
-      args.presetText = L"MOTOR-1=1;SWITCH=1";
-      const auto first = site.prepared(args);
-      REQUIRE(first);
-      CHECK(buildAndFinish(site, *first));
-      CHECK(first->saveHistory(L"Kept"));
-    }
-    CHECK_EQ(test::bytesOf(site.folder() / "zan_brenvolt.xml").substr(0, 2), "\xFF\xFE");
-
-    site.eval(markers);
-    ZanBuildArgs args = site.arguments();
-    args.historyName = name;
-    const auto second = site.prepared(args);
-    REQUIRE(second);
-    CHECK(buildAndFinish(site, *second));
-    const bool isKept = std::wstring_view(name) == L"Kept";
-    CHECK_EQ(
-        test::describeSelections(second->state()), isKept ? "MOTOR-1=1 SWITCH=1" : "MOTOR-1=2 SWITCH=-1");
   }
 }
 
@@ -233,23 +171,4 @@ TEST_CASE("a run that the host refuses to undo goes back with the run before") {
   build->truncateTo(1);
   CHECK(outer->children()->isEmpty());
   CHECK(build->state().markers.markers().front().children() == nullptr);
-}
-
-TEST_CASE("scales and trace come from the product's symbol, defaults without it") {
-  BuildSite site;
-  ZanBrenvolt build(site.arguments(), site.lent());
-  site.eval("(setq GBL_qn_bv_data '(\"c\" (3.0 4.0) 1.5 4.0 3.0 2.0 1))");
-  build.readBuildData();
-  CHECK_EQ(build.args().scaleA, 1.5);
-  CHECK_EQ(build.args().scaleB, 2.0);
-  CHECK_EQ(build.args().insertPoint.y, 4.0);
-  CHECK_EQ(build.state().entry.componentScale, L"2.000000");
-  CHECK_EQ(build.state().entry.circuitScale, L"1.500000");
-  CHECK(build.args().trace);
-
-  site.eval("(setq GBL_qn_bv_data nil)");
-  ZanBrenvolt next(site.arguments(), site.lent());
-  next.readBuildData();
-  CHECK_EQ(next.state().entry.componentScale, L"1.000000");
-  CHECK_FALSE(next.args().trace);
 }

@@ -74,17 +74,3 @@ TEST_CASE("a scan that cannot begin finds nothing") {
   scan.place.spaceName = L"*Model_Space";
   CHECK(scan.run(scan.list));
 }
-
-TEST_CASE("the markers of a nested template carry its level and the number of the run that brought them") {
-  Scan scan;
-  scan.site.eval("(mark \"A\" \"1\")");
-  REQUIRE(scan.run(scan.list));
-  ZanDwgMarker& parent = scan.list.markers().front();
-  scan.place.level = 2;
-  scan.place.run = 1;
-  scan.site.eval("(mark \"B\" \"1\")");
-  REQUIRE(scan.run(parent.EnsureChildren()));
-  CHECK_EQ(describe(*parent.children()), "B.1.2");
-  CHECK_EQ(parent.run, 0);
-  CHECK_EQ(parent.children()->markers().front().run, 1);
-}

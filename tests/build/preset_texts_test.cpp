@@ -105,69 +105,40 @@ TEST_CASE("wires take the positions of their pass, and the last one is repeated 
   three.AddMarker(L"WT02E", L"");
   three.AddMarker(L"WT01-A", L"_WIRETYPE=A_@S@;");
   const ZanWireFormatter none;
-  const PresetWire phase{L"2", L"", L"1"};
-  const PresetWire neutral{L"4", L"", L"2"};
-  const PresetWire earth{L"6", L"", L"3"};
   struct Row {
     const char* promise;
     const ZanWireFormatter& formatter;
-    std::vector<PresetWire> wires;
+    const char* wires; ///< p: a phase of size 2, n: a neutral of 4, e: an earth wire of 6
     const wchar_t* suffix;
     WirePass pass;
     const wchar_t* layerValue;
     const char* rows;
   };
+  using enum WirePass;
   const Row rows[] = {
-      {"conductors take no place for earth wires",
-       three,
-       {phase, earth, neutral},
-       L"",
-       WirePass::conductors,
-       L"",
+      {"conductors take no place for earth wires", three, "pen", L"", conductors, L"",
        "((2 WT01_2 1/5003) (4 WT02_4 2/5003) (4 WT03_4 1/5003))"},
-      {"more wires than positions",
-       three,
-       {phase, phase, phase, phase},
-       L"",
-       WirePass::conductors,
-       L"",
+      {"more wires than positions", three, "pppp", L"", conductors, L"",
        "((2 WT01_2 1/5003) (2 WT02_2 1/5003) (2 WT03_2 1/5003))"},
-      {"no wires at all",
-       three,
-       {},
-       L"",
-       WirePass::conductors,
-       L"",
-       "(( WT01_ 1/5003) ( WT02_ 1/5003) ( WT03_ 1/5003))"},
-      {"an empty layer value empties what is repeated",
-       three,
-       {earth},
-       L"",
-       WirePass::grounding,
-       L"",
+      {"no wires", three, "", L"", conductors, L"", "(( WT01_ 1/5003) ( WT02_ 1/5003) ( WT03_ 1/5003))"},
+      {"an empty layer value empties what is repeated", three, "e", L"", grounding, L"",
        "((6 A_6 3/5003) ( A_ 3/5003))"},
-      {"another keeps it", three, {earth}, L"", WirePass::grounding, L"6", "((6 A_6 3/5003) (6 A_6 3/5003))"},
-      {"positions of another suffix do not count",
-       three,
-       {phase, phase},
-       L"-A",
-       WirePass::conductors,
-       L"",
-       "((2 A_2 1/5003))"},
-      {"no positions: no conductors", none, {phase}, L"", WirePass::conductors, L"x", "()"},
-      {"no positions: the earth wire alone",
-       none,
-       {phase, earth},
-       L"",
-       WirePass::grounding,
-       L"x",
-       "((6 nil 3/5003))"},
-      {"no positions, no earth wire", none, {phase}, L"", WirePass::grounding, L"x", "(( nil 3/5003))"},
+      {"another keeps it", three, "e", L"", grounding, L"6", "((6 A_6 3/5003) (6 A_6 3/5003))"},
+      {"positions of another suffix do not count", three, "pp", L"-A", conductors, L"", "((2 A_2 1/5003))"},
+      {"no positions: no conductors", none, "p", L"", conductors, L"x", "()"},
+      {"no positions: the earth wire alone", none, "pe", L"", grounding, L"x", "((6 nil 3/5003))"},
+      {"no positions, no earth wire", none, "p", L"", grounding, L"x", "(( nil 3/5003))"},
   };
   for (const Row& row : rows) {
     CAPTURE(row.promise);
+    std::vector<PresetWire> wires;
+    for (const char kind : std::string(row.wires))
+      wires.push_back(
+          kind == 'p'   ? PresetWire{L"2", L"", L"1"}
+          : kind == 'n' ? PresetWire{L"4", L"", L"2"}
+                        : PresetWire{L"6", L"", L"3"});
     ZanAnnotationDataList list;
-    expandWires(row.wires, row.formatter, row.suffix, row.pass, row.layerValue, list);
+    expandWires(wires, row.formatter, row.suffix, row.pass, row.layerValue, list);
     CHECK_EQ(test::describeRows(list), row.rows);
   }
 }

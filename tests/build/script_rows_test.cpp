@@ -59,17 +59,6 @@ TEST_CASE("forms get the variables of their marker, and symbols hold the same") 
   CHECK_EQ(site.markersLeft(), "(\"GONE\")");
 }
 
-TEST_CASE("a form without a value gets nil for it, and MISC1 as text") {
-  BuildSite site;
-  const Built built = run(
-      site, {"M1|Motor||||||(note #misc1 #data #data2 word 1.5 -2 100000 \"a b\" nil T (list 1 (list 2)))"},
-      "(mark \"M1\" \"1\" \"free (text\") (mark \"M1\" \"2\")");
-  CHECK(built.result);
-  CHECK_EQ(
-      site.eval("ran"), "((\"free (text\" nil nil \"word\" 1.5 -2 100000 \"a b\" nil T (1 (2))) "
-                        "(nil nil nil \"word\" 1.5 -2 100000 \"a b\" nil T (1 (2))))");
-}
-
 TEST_CASE("markers without rows note their choice; codes that LISP keeps stay with it") {
   BuildSite site;
   site.eval("(setq GBL_qn_bv_save_codehdl_combos '((\"m2\" \"1A\")))");

@@ -46,42 +46,6 @@ TEST_CASE("each step goes back to its mark, the last mark first") {
   CHECK_EQ(lisp.eval(count), "1");
 }
 
-TEST_CASE("a rollback takes what LISP drew ahead of the build as well") {
-  LispSession lisp;
-  KvDbDatabase& drawing = drawingOf(lisp);
-  lisp.eval(draw);
-  const std::int32_t start = ZanUndoManager::position(&drawing);
-  lisp.eval(draw);
-  ZanUndoManager undo;
-  REQUIRE(undo.bind(&drawing, start));
-  undo.mark();
-  lisp.eval("(draw-line '(0 0) '(1 1))"); // in a group that is still open
-  CHECK(undo.rollback());
-  CHECK_EQ(lisp.eval(count), "1");
-  CHECK_EQ(undo.marks(), 0);
-  CHECK(undo.hasSteps()); // the marks' places stay
-}
-
-TEST_CASE("the first database stays bound, later calls change the start alone") {
-  LispSession lisp;
-  ZanUndoManager undo;
-  CHECK_FALSE(undo.bind(nullptr, 5));
-  CHECK_FALSE(undo.stepBack());
-  CHECK_FALSE(undo.rollback());
-  undo.mark(); // counts without a database, and leaves no place to go back to
-  CHECK_EQ(undo.marks(), 1);
-  CHECK_FALSE(undo.hasSteps());
-
-  CHECK(undo.bind(&drawingOf(lisp), 5));
-  CHECK(undo.bind(nullptr, 0));
-  lisp.eval(draw);
-  CHECK(undo.rollback());
-  CHECK_EQ(lisp.eval(count), "0");
-  undo.unbind();
-  CHECK_FALSE(undo.rollback());
-  CHECK_EQ(ZanUndoManager::position(nullptr), 0);
-}
-
 TEST_CASE("a refusal of the host costs the mark") {
   LispSession lisp;
   ZanUndoManager undo;
