@@ -39,24 +39,3 @@ TEST_CASE("nothing to show is nil, and a type without a LISP form fails the whol
   list.AddList(nested);
   CHECK(describe(list.ToLisp()) == L"<null>");
 }
-
-TEST_CASE("copies of a list are deep, and a list can be appended to itself") {
-  ZanAnnotationDataList wires;
-  wires.AddRow(makeRow(L"WireSetup", {{L"W1", L"12AWG"}}));
-  ZanAnnotationDataList original;
-  original.AddRow(makeRow(L"MotorSetup", {{L"Type", L"A"}}));
-  original.AddList(wires);
-  wires.Clear();
-
-  ZanAnnotationDataList copy = original;
-  CHECK(copy == original);
-  original.Append(original);
-  original.items()[0].row->fields[0].value = L"B";
-  CHECK(describe(copy) == L"(MotorSetup[Type=A] (WireSetup[W1=12AWG]))");
-  CHECK(
-      describe(original) ==
-      L"(MotorSetup[Type=B] (WireSetup[W1=12AWG]) MotorSetup[Type=A] (WireSetup[W1=12AWG]))");
-
-  original.Assign(*original.items()[1].list);
-  CHECK(describe(original) == L"(WireSetup[W1=12AWG])");
-}

@@ -1,7 +1,6 @@
 #include "drawing/history_apply.h"
 
 #include "drawing_support.h"
-#include "host_session.h"
 #include "tests/support/golden.h"
 #include "tests/support/temporary_folder.h"
 #include "text/encoding.h"
@@ -87,15 +86,6 @@ TEST_CASE("saved choices are taken where the worksheet still offers them") {
     CHECK(describe(marked.marker.catalog) == ownCatalog);
     CHECK(describe(marked.marker.controls) == ownControls);
   }
-}
-
-TEST_CASE("a marker without an entry keeps its defaults") {
-  OpenedHistory opened(L"<Catalog>" + property(L"MFG", L"saved") + L"</Catalog>", L"MOTOR.2.1");
-  Marked marked;
-  ZanAnnotationDataList circuit;
-  CHECK_FALSE(applyHistoryToMarker(opened.history, marked.marker, opened.wireTypes, &circuit));
-  CHECK(describe(marked.marker.catalog) == ownCatalog);
-  CHECK(circuit.isEmpty());
 }
 
 TEST_CASE("catalog rows come back with their title hidden; sets without properties count as none") {

@@ -2,7 +2,7 @@
 
 #include "drawing_support.h"
 #include "host/lisp_symbols.h"
-#include "host_session.h"
+#include "tests/simhost/host_fixture.h"
 
 using namespace brenvolt;
 using namespace brenvolt::test;
@@ -16,7 +16,7 @@ std::wstring symbolText() {
 } // namespace
 
 TEST_CASE("a run begins with index 0, all handles in tree order and no value") {
-  HostSession host;
+  simhost::HostFixture host;
   ZanDwgMarkerList list;
   list.Insert(makeMarker(L"B", L"2", 1, 0x1F));
   list.Insert(makeMarker(L"A", L"1", 1, 0xABC));
@@ -56,18 +56,18 @@ TEST_CASE("each marker's index and values are put into the symbol") {
   };
   for (const auto& row : rows) {
     CAPTURE(std::wstring(row.before));
-    HostSession host;
+    simhost::HostFixture host;
     ZanDwgMarkerList none;
     REQUIRE(PublishMarkerData(none));
-    host.evaluate(std::wstring(L"(setq GBL_qn_bv_marker_data ") + row.before + L")");
+    host.eval(std::wstring(L"(setq GBL_qn_bv_marker_data ") + row.before + L")");
     CHECK(SetMarkerData(row.index, row.values) == row.done);
     CHECK(symbolText() == row.after);
-    CHECK(host.printed().empty());
+    CHECK(host.printed.empty());
   }
 }
 
 TEST_CASE("what a script changes between two markers stays changed") {
-  HostSession host;
+  simhost::HostFixture host;
   ZanDwgMarkerList list;
   list.Insert(makeMarker(L"A", L"1", 1, 0xABC));
   list.Finish();
@@ -77,25 +77,25 @@ TEST_CASE("what a script changes between two markers stays changed") {
   CHECK(symbolText() == L"(s2 (\"ABC\") (\"9\"))");
   CHECK(SetMarkerData(3, {}));
   CHECK(symbolText() == L"(s3 (\"ABC\") (\"9\"))");
-  host.evaluate(L"(setq GBL_qn_bv_marker_data '(0 (\"B\" \"C\") (\"-1\") 5))");
+  host.eval(L"(setq GBL_qn_bv_marker_data '(0 (\"B\" \"C\") (\"-1\") 5))");
   CHECK(SetMarkerData(4, {7}));
   CHECK(symbolText() == L"(s4 (\"B\" \"C\") (\"7\") s5)");
   CHECK(SetMarkerData(5, {6}));
   CHECK(symbolText() == L"(s5 (\"B\" \"C\") (\"6\") s5)");
-  host.evaluate(L"(setq GBL_qn_bv_marker_data nil)");
+  host.eval(L"(setq GBL_qn_bv_marker_data nil)");
   CHECK_FALSE(SetMarkerData(6, {5}));
 }
 
 TEST_CASE("a list that a script has kept stays as it was") {
-  HostSession host;
+  simhost::HostFixture host;
   ZanDwgMarkerList none;
   CHECK_FALSE(SetMarkerData(3, {8})); // no run has begun
   REQUIRE(PublishMarkerData(none));
-  host.evaluate(L"(setq GBL_qn_bv_marker_data '(0 (\"A\") (\"-1\")) kept GBL_qn_bv_marker_data)");
+  host.eval(L"(setq GBL_qn_bv_marker_data '(0 (\"A\") (\"-1\")) kept GBL_qn_bv_marker_data)");
   CHECK(SetMarkerData(3, {8}));
   CHECK(describe(getSymbol(L"kept")) == L"(s0 (\"A\") (\"-1\"))");
-  host.session().documents().allowLisp(false);
+  host.session.documents().allowLisp(false);
   CHECK_FALSE(SetMarkerData(4, {9}));
-  host.session().documents().allowLisp(true);
+  host.session.documents().allowLisp(true);
   CHECK(symbolText() == L"(s3 (\"A\") (\"8\"))");
 }

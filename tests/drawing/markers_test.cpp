@@ -48,21 +48,6 @@ std::wstring codesOf(const ZanDwgMarkerList& list, const std::vector<ZanExecReco
 
 } // namespace
 
-TEST_CASE("markers stand by order as a number, equal ones as they were found, with ordinals by code") {
-  ZanDwgMarkerList list;
-  const std::pair<const wchar_t*, const wchar_t*> found[] = {{L"A", L"10"}, {L"B", L"2"},   {L"a", L"2.0"},
-                                                             {L"C", L"x"},  {L"A", L"1e1"}, {L"D", L"-1"}};
-  for (const auto& [code, order] : found)
-    list.Insert(makeMarker(code, order));
-  CHECK(list.isEmpty());
-  list.Finish();
-  CHECK(keysInOrder(list) == L"D.1.1 C.1.1 B.1.1 a.1.1 A.2.1 A.3.1");
-  // A second scan of the same list continues the numbers after the existing ones.
-  list.Insert(makeMarker(L"A", L"0"));
-  list.Finish();
-  CHECK(keysInOrder(list) == L"D.1.1 C.1.1 B.1.1 a.1.1 A.2.1 A.3.1 A.4.1");
-}
-
 TEST_CASE("a walk goes depth first and sees children that come during it") {
   ZanDwgMarkerList list;
   CHECK_FALSE(ZanDwgMarkerListIterator(&list).First());
@@ -81,28 +66,6 @@ TEST_CASE("a walk goes depth first and sees children that come during it") {
     if (walk.Current()->code == L"E") addChildren(*walk.Current(), {L"F"});
   }
   CHECK(codes == L"ABCDEF");
-}
-
-TEST_CASE("the tree finds markers of every list until they are dropped") {
-  ZanDwgMarkerList list;
-  list.Insert(makeMarker(L"A", L"1", 1, 0x2A));
-  list.Finish();
-  ZanDwgMarker& top = list.markers()[0];
-  ZanDwgMarkerList& children = top.EnsureChildren();
-  children.Insert(makeMarker(L"B", L"1", 2, 0x2B));
-  children.Finish();
-  const std::int32_t childId = children.markers()[0].id;
-
-  CHECK(list.findById(top.id) == &top);
-  CHECK(list.findById(childId)->code == L"B");
-  CHECK(children.findById(top.id) == &top);
-  CHECK(list.holdsHandle(KvDbHandle(0x2B)));
-  CHECK(&top.EnsureChildren() == &children);
-
-  top.DropChildren();
-  CHECK(list.findById(childId) == nullptr);
-  CHECK_FALSE(list.holdsHandle(KvDbHandle(0x2B)));
-  CHECK(list.holdsHandle(KvDbHandle(0x2A)));
 }
 
 TEST_CASE("stretches of the tree are collected from id to id") {
@@ -161,30 +124,4 @@ TEST_CASE("records are attached once, and a template of another workbook is told
   CHECK(AttachRecords(list, lookup)); // a later scan of the list keeps what was selected
   CHECK(execRecordOf(list.markers()[1]).rows.at(0)->text == L"(y)");
   CHECK(execRecordOf(list.markers()[0]).rows.empty());
-}
-
-TEST_CASE("undoing a run drops the child lists that it brought, however deep") {
-  ZanDwgMarkerList list;
-  list.Insert(makeMarker(L"A"));
-  list.Insert(makeMarker(L"B"));
-  list.Finish();
-  addChildren(list.markers()[0], {L"A1"}, 1);
-  ZanDwgMarkerList& ofB = addChildren(list.markers()[1], {L"B1"}, 2);
-  addChildren(ofB.markers()[0], {L"B2"}, 3);
-
-  DropChildrenOfRun(list, 0);
-  CHECK(keysInOrder(list) == L"A.1.1 A1.1.2 B.1.1 B1.1.2 B2.1.3");
-  DropChildrenOfRun(list, 3);
-  CHECK(keysInOrder(list) == L"A.1.1 A1.1.2 B.1.1 B1.1.2");
-  DropChildrenOfRun(list, 1);
-  CHECK(keysInOrder(list) == L"A.1.1 B.1.1 B1.1.2");
-}
-
-TEST_CASE("options are looked for in one list or in all below") {
-  ZanDwgMarkerList list;
-  list.Insert(makeMarker(L"A"));
-  list.Finish();
-  addChildren(list.markers()[0], {L"B"}).markers()[0].record.groups = {makeGroup(L"G", {})};
-  CHECK_FALSE(HasOptions(list, false));
-  CHECK(HasOptions(list, true));
 }

@@ -69,14 +69,6 @@ TEST_CASE("a marker met again changes nothing, a merge compares nothing") {
   CHECK(formatter.numbers().size() == 2);
 }
 
-TEST_CASE("a position answers its pattern and numbering, with fallbacks") {
-  const ZanWireFormatter formatter = motorTemplate();
-  CHECK(formatter.GetWireFormat(L"wt02") == WireFormat{L"RED_*", L"0"});
-  CHECK(formatter.GetWireFormat(L"WT01") == WireFormat{L"BLACK_*", L"1"});
-  CHECK(formatter.GetWireFormat(L"WT03") == WireFormat{L"*", L"1"});
-  CHECK(formatter.GetWireFormat(L"WT09") == WireFormat{L"*", L"1"});
-}
-
 TEST_CASE("layer names follow from the sizes, the position's own before all others") {
   const ZanWireFormatter formatter = motorTemplate();
   using Names = std::vector<std::wstring>;
