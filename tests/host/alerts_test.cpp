@@ -140,12 +140,6 @@ TEST_CASE("an alert without its text stops the reader; the database alert is the
   CHECK(host.session().windows().failure().empty());
 }
 
-TEST_CASE("the database alert is shown, whatever its answer") {
-  AlertHost host({press("ZanBrenvolt.DatabaseError", 1)});
-  alertDatabaseError(nullptr);
-  CHECK_EQ(host.shown(), Texts{"no database"});
-}
-
 TEST_CASE("texts come from the plug-in's resources while the scope lasts") {
   AlertHost host({});
   CHECK(loadText(TextId::newConfiguration) == L"New");

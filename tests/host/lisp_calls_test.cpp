@@ -46,17 +46,6 @@ TEST_CASE("a function is reachable once it is exposed, unless it is a command") 
   CHECK_EQ(exposeFunction(std::wstring(200, L'x')), kvstatus::rejected);
 }
 
-TEST_CASE("a text is evaluated, a LISP error is a status") {
-  LispSession lisp;
-  ResultList answer;
-  CHECK_EQ(evalString(L"(list 1 \"a\")", answer), kvstatus::normal);
-  CHECK_EQ(textOf(answer), "( 1 \"a\" )");
-  CHECK_EQ(evalString(L"nil", answer), kvstatus::normal);
-  CHECK(answer.isEmpty());
-  CHECK_EQ(evalString(L"(zan_no_such_function)", answer), kvstatus::failed);
-  CHECK(answer.isEmpty());
-}
-
 TEST_CASE("without a document nothing is evaluated") {
   LispSession lisp;
   lisp.host().documents().close(*lisp.host().documents().current());

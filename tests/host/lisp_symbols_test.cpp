@@ -12,19 +12,6 @@ using test::chainOf;
 using test::LispSession;
 using test::textOf;
 
-TEST_CASE("values arrive in LISP as they were put") {
-  LispSession lisp;
-  CHECK(putPoint(L"#xyz", {1, 2, 3}));
-  CHECK(putReal(L"#scl", 2.5));
-  const ResultList list = chainOf("( \"a\" ( 1 ) nil )");
-  CHECK(putList(L"#data", list));
-  CHECK_EQ(lisp.eval("(list #xyz #scl #data)"), "((1.0 2.0) 2.5 (\"a\" (1) nil))");
-  CHECK_EQ(textOf(list), "( \"a\" ( 1 ) nil )");
-  CHECK_FALSE(putReal(L"", 1.0));
-  CHECK_FALSE(putList(L"#data", chainOf("( 1")));
-  CHECK_EQ(lisp.eval("#data"), "(\"a\" (1) nil)");
-}
-
 TEST_CASE("the code standard is a text or nothing, a switch is the short integer 1") {
   struct Row {
     const char* value;

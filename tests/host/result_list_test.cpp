@@ -33,28 +33,6 @@ std::string walk(ListReader& reader) {
 
 } // namespace
 
-TEST_CASE("a list is built node by node, with other lists linked in") {
-  ListBuilder builder;
-  builder.beginList().addText(L"a b").addReal(1.5).addShort(-3).addLong(100000).addNil().addT();
-  builder.addPoint2d({1, 2, 9}).addPoint3d({1, 2, 3}).addEntity({7});
-  builder.splice(chainOf("( \"x\" )")).splice(ResultList()).addText(L"").endList();
-  CHECK_EQ(textOf(builder.take()), "( \"a b\" 1.5 -3 100000L nil T <1,2> <1,2,3> #7 ( \"x\" ) \"\" )");
-  CHECK(builder.take().isEmpty());
-}
-
-TEST_CASE("a handle owns its chain alone") {
-  ResultList first = chainOf("( 1 \"a\" )");
-  const ResultList copy = first.clone();
-  ResultList second = std::move(first);
-  CHECK(first.isEmpty()); // NOLINT(bugprone-use-after-move)
-  second = chainOf("2");
-  CHECK_EQ(textOf(copy), "( 1 \"a\" )");
-  CHECK_EQ(textOf(second), "2");
-  second = ResultList();
-  CHECK(second.isEmpty());
-  CHECK(ResultList().clone().isEmpty());
-}
-
 TEST_CASE("a value is read as its own type only") {
   struct Row {
     const char* node;
@@ -87,25 +65,6 @@ TEST_CASE("a value is read as its own type only") {
     CHECK_EQ(reader.isNil(), row.nil);
     CHECK_EQ(reader.isList(), row.list);
   }
-}
-
-TEST_CASE("group nodes give their text or their integer") {
-  const ResultList list = chainOf("1:\"a\" 4:\"b\" 90:100000 290:1 1000:\"c\" 1001:\"d\" \"e\" 1.5");
-  std::string seen;
-  for (ListReader reader(list); !reader.atEnd(); reader.skipElement()) {
-    if (const auto text = reader.groupText()) seen += static_cast<char>(text->front());
-    if (const auto number = reader.groupInteger()) seen += std::to_string(*number);
-    seen += ' ';
-  }
-  CHECK_EQ(seen, "a b 100000 1 c d e  ");
-}
-
-TEST_CASE("a 2D point lies at height 0") {
-  const ResultList list = chainOf("<4,5> <4,5,6>");
-  ListReader reader(list);
-  CHECK(reader.point() == KvPoint3d{4, 5, 0});
-  reader.skipElement();
-  CHECK(reader.point() == KvPoint3d{4, 5, 6});
 }
 
 TEST_CASE("any chain can be walked, also one whose list marks do not match") {
