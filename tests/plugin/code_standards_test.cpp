@@ -2,17 +2,16 @@
 #include "plugin/handlers/code_standard_description.h"
 
 #include "host/resources.h"
+#include "platform/table_import.h"
 #include "plugin/function_table.h"
 #include "simhost/host/resource_module.h"
+#include "tests/support/golden.h"
 #include "tests/support/lisp_session.h"
+#include "tests/support/temporary_folder.h"
 #include "text/encoding.h"
 
 #include <doctest/doctest.h>
-#include <sqlite3.h>
 
-#include <unistd.h>
-
-#include <filesystem>
 #include <map>
 #include <string>
 
@@ -23,34 +22,20 @@ namespace {
 /// An engineering database with option tables, which LISP names while the object lives.
 class StandardsDatabase final {
 public:
-  explicit StandardsDatabase(test::LispSession& lisp)
-      : file_(
-            std::filesystem::temp_directory_path() /
-            ("brenvolt_standards_" + std::to_string(getpid()) + ".db")) {
-    std::filesystem::remove(file_);
-    sqlite3* database = nullptr;
-    REQUIRE_EQ(sqlite3_open(file_.c_str(), &database), SQLITE_OK);
-    for (const std::string table : {"OPT", "OPT_NEC", "OPT_IEC", "OPTIONS"}) {
-      const std::string name = table == "OPT_IEC"   ? "'IEC 60364'"
-                               : table == "OPT_NEC" ? "'National Code'"
-                                                    : "NULL";
-      std::string statement = "CREATE TABLE [" + table;
-      statement.append("] ([CODE] TEXT COLLATE NOCASE, [DEFAULT] TEXT, [LIST] TEXT); INSERT INTO [")
-          .append(table)
-          .append("] VALUES ('FULLNAME', ")
-          .append(name)
-          .append(", NULL), ('PHASE', '3', '1;3')");
-      CHECK_EQ(sqlite3_exec(database, statement.c_str(), nullptr, nullptr, nullptr), SQLITE_OK);
-    }
-    sqlite3_close(database);
-    lisp.eval("(defun c:zan_bv_figure_mccdb_fnam () \"" + file_.string() + "\")");
+  explicit StandardsDatabase(test::LispSession& lisp) {
+    std::filesystem::create_directory(folder_ / "csv");
+    for (const auto& [table, name] :
+         {std::pair{"OPT", ""}, {"OPT_NEC", "National Code"}, {"OPT_IEC", "IEC 60364"}, {"OPTIONS", ""}})
+      test::writeBytes(
+          folder_ / ("csv/" + std::string(table) + ".csv"),
+          "CODE,DEFAULT,LIST\nFULLNAME," + std::string(name) + ",\nPHASE,3,1;3\n");
+    const std::string file = (folder_ / "tables.db").string();
+    REQUIRE(importTables(fromUtf8(file), {fromUtf8((folder_ / "csv").string())}).isDone());
+    lisp.eval("(defun c:zan_bv_figure_mccdb_fnam () \"" + file + "\")");
   }
-  StandardsDatabase(const StandardsDatabase&) = delete;
-  StandardsDatabase& operator=(const StandardsDatabase&) = delete;
-  ~StandardsDatabase() { std::filesystem::remove(file_); }
 
 private:
-  std::filesystem::path file_;
+  test::TemporaryFolder folder_;
 };
 
 } // namespace

@@ -145,23 +145,6 @@ TEST_CASE(
   setResourceModule(nullptr);
 }
 
-TEST_CASE("each function of the table has its own code, the one beside the eight public ones too") {
-  std::string table;
-  for (const LispFunction& function : functionTable()) {
-    table += toUtf8(function.name) + ' ' + std::to_string(function.code) + '\n';
-    CHECK_EQ(findFunction(function.code), &function);
-    CHECK_EQ(function.resources == ResourceUse::none, function.code == 104);
-    CHECK_EQ(function.answer == AnswerForm::truth, function.code == 101);
-  }
-  CHECK_EQ(
-      table, "zan_bv_select_circuit 100\nzan_bv_build_circuit 101\nzan_bv_motor_select 102\n"
-             "zan_bv_power_feed_select 106\nzan_bv_wire_select 103\nzan_bv_code_std_desc 104\n"
-             "zan_bv_edit_wiresize 107\nzan_bv_pf_wire_select 105\nzan_bv_build_and_save 108\n");
-  CHECK_EQ(findFunction(99), nullptr);
-  CHECK_EQ(findFunction(109), nullptr);
-  CHECK_EQ(findFunction(-1), nullptr);
-}
-
 TEST_CASE("arguments of wrong types harm no function") {
   const char* arguments[] = {
       "",
