@@ -1,11 +1,11 @@
 // Trees are written as "CODE/ORDER(children)"; a code in small letters is a marker without options.
 #include "config/config_marker_bridge.h"
 
-#include "config_support.h"
 #include "text/compare.h"
 
+#include <doctest/doctest.h>
+
 using namespace brenvolt;
-using namespace brenvolt::test;
 
 namespace {
 
@@ -117,35 +117,6 @@ TEST_CASE("units nest as their markers do, past markers without options") {
     CHECK(describe(fixture.duplicates) == row.duplicates);
     CHECK(fixture.managersMadeFor.size() == made);
   }
-}
-
-TEST_CASE_FIXTURE(Fixture, "a unit is a copy of its marker, made before its managers are") {
-  TreeText(L"A").readInto(markers);
-  ZanDwgMarker& source = markers.markers()[0];
-  source.order = L"07";
-  source.run = 4;
-  source.catalog.AddRow(ZanAnnotationData(L"Catalog"));
-  source.controls.AddRow(ZanAnnotationData(L"MotorSetup"));
-  bool seenWhole = false;
-  making.makeManagers = [&](ZanConfigUnit& unit) { seenWhole = unit.catalogRows == source.catalog; };
-  BuildConfigUnits(markers, units, making);
-  const ZanConfigUnit& made = unit(L"A");
-  CHECK(seenWhole);
-  CHECK(made.markerId == source.id);
-  CHECK(made.order == L"07");
-  CHECK(made.ownerStep == 4);
-  CHECK(made.options == source.record);
-  CHECK(made.controlRows == source.controls);
-}
-
-TEST_CASE_FIXTURE(Fixture, "a tree that has grown brings only its new units") {
-  build(L"A b C");
-  unit(L"A").pending = true;
-  TreeText(L"D e(F)").readInto(markers.markers()[1].EnsureChildren(), 2);
-  RefreshConfigUnits(markers, units, making);
-  CHECK(describe(units) == L"A(D(F)) C");
-  CHECK(unit(L"A").pending);
-  CHECK(managersMadeFor == std::vector<std::wstring>{L"A", L"C", L"D", L"F"});
 }
 
 TEST_CASE_FIXTURE(Fixture, "pending units go into their markers, with the markers that belong to them") {

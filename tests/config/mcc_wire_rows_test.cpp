@@ -131,17 +131,6 @@ TEST_CASE("a size goes to the wires of the unit's suffix, under the labels that 
   }
 }
 
-TEST_CASE("the labels of the texts tell grounding wires from conductors") {
-  const TextSession session;
-  const std::vector<ZanGroupRow> rows = wireRows(formatsOf({{L"BLK", L"WT01"}, {L"GRN", L"WT01E"}}), {});
-  REQUIRE_EQ(rows.size(), 4);
-  CHECK_EQ(rows[0].label, L"W1 - Size");
-  for (std::size_t row = 0; row < rows.size(); ++row) {
-    CAPTURE(row);
-    CHECK_EQ(isGroundingLabel(rows[row].label), row >= 2);
-  }
-}
-
 TEST_CASE("wires come back as they were stored, grounding ones as the grounding size asks") {
   const TextSession session;
   const ZanWireFormatter formats =

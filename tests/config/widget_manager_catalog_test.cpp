@@ -55,26 +55,6 @@ struct PartsPage {
   std::vector<std::string> closing; ///< the values of both groups when the dialog was closed
 };
 
-/// Keeps what it is given to store, and returns what a test puts into it.
-class KeepingHead final : public ZanWidgetManager {
-public:
-  void SaveCatalog(std::wstring_view markerCode, std::int32_t code, const ManagerResults& results) override {
-    saved = results;
-    asked = toUtf8(markerCode) + "/" + std::to_string(code);
-  }
-  void LoadCatalog(
-      std::wstring_view markerCode, std::int32_t code, const std::vector<std::wstring>& tables,
-      ManagerResults& results) override {
-    asked = toUtf8(markerCode) + "/" + std::to_string(code);
-    for (const std::wstring& table : tables)
-      asked += " " + toUtf8(table);
-    results = stored;
-  }
-  ManagerResults saved;
-  ManagerResults stored;
-  std::string asked;
-};
-
 } // namespace
 
 TEST_CASE("the answer of a lookup fills a group from its first row on") {
@@ -115,42 +95,6 @@ TEST_CASE("the command learns table and first rows, and has the editor to itself
   page.run();
   CHECK_EQ(page.session.eval("asked"), R"(("CB" "ARDEN" "" "A 1"))");
   CHECK_EQ(page.dialog.calls, std::vector<std::string>{"editor host", "editor dialog"});
-}
-
-TEST_CASE("a group that is not the manager's, or without a command, looks nothing up") {
-  PartsPage page(R"({"doubleClick": "settings.2.0", "row": 1}, {"expect": "settings.2.0", "buttons": 0})");
-  ZanWidgetManagerCatalog silent(nullptr);
-  silent.Configure(&page.unit, partRule(L""));
-  page.act = [&](ZanSettingsWnd& window) {
-    page.manager.OnLookup(nullptr);
-    window.MakeGroups(1, 3);
-    ZanGroupCtrl* foreign = page.at(window, 2);
-    for (const std::int32_t id : {2, -1}) {
-      ZanGroupSpec spec;
-      spec.id = id;
-      foreign->Configure(spec, page.manager);
-      page.manager.OnLookup(foreign);
-    }
-    silent.AttachWindow(&window);
-  };
-  page.run();
-  CHECK_EQ(page.session.eval("asked"), "nil");
-  CHECK(page.dialog.calls.empty());
-}
-
-TEST_CASE("a row whose text is missing is left out, and the count keeps its place") {
-  PartsPage page(R"({"press": "settings.1.0.button.0"})");
-  KvResourceModule fewWords;
-  simhost::readLanguageFile(
-      "text 10018 = Number\ntext 10019 = Assembly\ntext 10021 = Type\ntext 10022 = Rating\n", "words",
-      simhost::LanguageRole::base, fewWords);
-  setResourceModule(&fewWords);
-  page.session.eval(R"((setq answer '("a" "b" "c" "d")))");
-  page.dialog.onOk = [&page](ZanSettingsWnd& window) {
-    CHECK_EQ(describeGroup(page.at(window, 0)), "Number=a | Assembly=b | Type=c | Rating=1");
-    CHECK_EQ(toUtf8(page.at(window, 1)->spec().title), "Breaker");
-  };
-  page.run();
 }
 
 TEST_CASE("rows go to the history and come back; rows of another title or table are dropped") {
@@ -195,65 +139,6 @@ TEST_CASE("rows go to the history and come back; rows of another title or table 
     page.run();
     CHECK_EQ(page.closing, std::vector<std::string>{each.first, each.second});
   }
-}
-
-TEST_CASE("the head of the group stores the parts and brings them back; without one nothing happens") {
-  CircuitContext circuit;
-  AcceptedTables acceptedTables;
-  ZanWidgetManagerMaker maker(circuit, {acceptedTables, nullptr});
-  PartsPage page;
-  auto owned = std::make_unique<ZanWidgetManagerCatalog>(&maker);
-  ZanWidgetManagerCatalog& manager = *owned;
-  manager.Configure(&page.unit, partRule());
-  maker.AddMember(std::move(owned));
-
-  page.act = [&](ZanSettingsWnd& window) {
-    manager.AttachWindow(&window);
-    ZanGroupCtrl* group = window.GroupAt(manager.GetPage(), 1);
-    group->WriteValues({L"ARDEN"});
-    manager.SaveSelection(L"M1", 3, manager.ExportRows().value());
-    manager.LoadSelection(L"M1", 3);
-    CHECK_EQ(group->ReadRows().front().value(), L"ARDEN");
-
-    auto head = std::make_unique<KeepingHead>();
-    KeepingHead& keeper = *head;
-    maker.AddHead(std::move(head));
-    manager.SaveSelection(L"M1", 3, manager.ExportRows().value());
-    CHECK_EQ(keeper.asked, "M1/3");
-    REQUIRE_EQ(keeper.saved.size(), 2);
-    CHECK_EQ(keeper.saved[1].first, L"CB");
-    CHECK_EQ(keeper.saved[1].second.front(), L"ARDEN");
-
-    // Stored values without a row in the unit are unchanged.
-    manager.SaveSelection(L"M1", 3, {});
-    CHECK(keeper.saved.empty());
-
-    keeper.stored = {{L"cb", {L"ELTON", L"Z"}}, {L"", {L"nameless"}}, {L"MTR", {L"foreign"}}};
-    manager.LoadSelection(L"M1", 4);
-    CHECK_EQ(keeper.asked, "M1/4 FU CB");
-    CHECK_EQ(group->ReadRows()[0].value(), L"ELTON");
-    CHECK_EQ(group->ReadRows()[1].value(), L"Z");
-    CHECK_EQ(window.GroupAt(manager.GetPage(), 0)->ReadRows()[0].value(), L"");
-  };
-  page.run();
-}
-
-TEST_CASE("locked groups take no text") {
-  PartsPage page(
-      R"({"expect": "settings.1.0", "enabled": false}, {"expect": "settings.1.1", "editable": false})");
-  page.act = [&page](ZanSettingsWnd&) { page.manager.SetLocked(true); };
-  page.run();
-  page.manager.SetLocked(false); // its window is gone
-}
-
-TEST_CASE("freed groups take text again") {
-  PartsPage page(R"({"edit": "settings.1.0", "row": 1, "to": "ARDEN"})");
-  page.act = [&page](ZanSettingsWnd&) {
-    page.manager.SetLocked(true);
-    page.manager.SetLocked(false);
-  };
-  page.run();
-  CHECK_EQ(page.closing[0], "ARDEN||||||||||");
 }
 
 } // namespace brenvolt::test

@@ -45,42 +45,6 @@ ZanCodeRecord partRecord() {
   return record;
 }
 
-/// A head whose export is one row that holds its name.
-class NamedHead final : public ZanWidgetManager {
-public:
-  NamedHead(std::wstring name, ZanConfigUnit& unit) : name_(std::move(name)) {
-    unit.BindManager(controlOptionCode, this);
-    SetUnit(&unit);
-  }
-  [[nodiscard]] bool HasWindow() const override { return hasPage; }
-  [[nodiscard]] std::optional<ZanAnnotationDataList> ExportRows() const override {
-    if (!hasPage) return std::nullopt;
-    ZanAnnotationDataList rows;
-    rows.AddRow(ZanAnnotationData(name_));
-    return rows;
-  }
-  bool hasPage = true;
-
-private:
-  std::wstring name_;
-};
-
-/// "name@marker" of each head.
-std::string describe(const std::vector<MotorRows>& motors) {
-  std::string text;
-  for (const MotorRows& motor : motors)
-    text += (text.empty() ? "" : " ") + toUtf8(motor.rows.items().front().row->name) + "@" +
-            std::to_string(motor.markerId);
-  return text;
-}
-
-NamedHead& addHead(MakerScope& maker, const wchar_t* name, ZanConfigUnit& unit) {
-  auto head = std::make_unique<NamedHead>(name, unit);
-  NamedHead& added = *head;
-  maker->AddHead(std::move(head));
-  return added;
-}
-
 } // namespace
 
 TEST_CASE("rules with the same text and tables share a manager; rules without tables have none") {
@@ -172,20 +136,24 @@ TEST_CASE("a motor that was undone takes no parts over and makes room for the ne
   CHECK_EQ(maker->FindHead(partOfAgain.FindManager(1)), again.FindManager(controlOptionCode));
 }
 
-TEST_CASE("each head that has a page and a unit gives its rows, in order") {
-  MakerScope maker;
-  std::vector<std::unique_ptr<ZanConfigUnit>> units;
-  std::vector<NamedHead*> heads;
-  for (const wchar_t* name : {L"a", L"b", L"c"}) {
-    units.push_back(std::make_unique<ZanConfigUnit>(static_cast<std::int32_t>(units.size()) + 5));
-    heads.push_back(&addHead(maker, name, *units.back()));
+TEST_CASE("unit and manager forget each other, whichever dies first") {
+  struct Manager final : ZanWidgetManager {
+    using ZanWidgetManager::unit;
+  };
+  Manager outlives;
+  {
+    ZanConfigUnit unit(1);
+    outlives.SetUnit(&unit);
+    unit.BindManager(controlOptionCode, &outlives);
+    {
+      Manager dies;
+      unit.BindManager(1, &dies);
+    }
+    CHECK_EQ(unit.FindManager(1), nullptr);
+    CHECK_EQ(unit.managers().size(), 1);
   }
-  CHECK_EQ(describe(maker->CollectSettings()), "a@5 b@6 c@7");
-  heads[0]->hasPage = false;
-  units[1].reset(); // the run that brought it is undone
-  CHECK_EQ(describe(maker->CollectSettings()), "c@7");
-  units.clear();
-  CHECK(maker->CollectSettings().empty());
+  CHECK_EQ(outlives.unit(), nullptr);
+  CHECK(outlives.GetUnitCode().empty());
 }
 
 TEST_CASE("each motor keeps its own circuit, and the one at work has it in hand") {

@@ -287,66 +287,6 @@ TEST_CASE("a load is looked up by its own rows, and the command finds the circui
   CHECK(shown.wires.starts_with("W1 - Size=12AWG"));
 }
 
-TEST_CASE("a pick fills the rows and sizes the wires, and a cancelled one changes nothing") {
-  const auto pick = [](std::optional<std::vector<std::wstring>> values) {
-    return runPage(
-        R"j({"press": "settings.1.0.button.1"})j", MccMode::load,
-        [&values](PageSession&, PageDialog& dialog) {
-          dialog.picked = values;
-          circuitData().fla = 16.0; // the dialog puts what was picked into the circuit in hand
-        });
-  };
-  const ShownPage picked = pick({{L"Heater", L"2", L"kW", L"120", L"1", L"60", L"16", L"1.25"}});
-  CHECK(picked.data.find("Full-load current (A)=16 | Multiplier=1.25") != std::string::npos);
-  CHECK(picked.wires.starts_with("W1 - Size=12AWG"));
-  CHECK(pick(std::nullopt).wires.starts_with("W1 - Size= |"));
-}
-
-TEST_CASE("what a page exports, a new page of the same unit shows") {
-  const auto exported = [](MccMode mode, const ZanAnnotationDataList& start) {
-    ZanAnnotationDataList rows;
-    const ShownPage shown = runPage("", mode, {}, [&](MccPage& page, ZanSettingsWnd&) {
-      page.manager.ImportRows(start);
-      rows = page.manager.ExportRows().value();
-    });
-    return std::pair(rows, shown);
-  };
-  for (const MccMode mode : {MccMode::motor, MccMode::load}) {
-    CAPTURE(static_cast<int>(mode));
-    const auto [empty, emptyShown] = exported(mode, {});
-    REQUIRE_EQ(empty.size(), 2);
-    ZanAnnotationData data = *empty.items()[0].row;
-    REQUIRE_EQ(data.fields.size(), 30); // a load's row has the speed's place too
-    CHECK_EQ(data.fields[6].name, L"Speed (RPM)");
-    CHECK_EQ(data.fields[29].value, mode == MccMode::motor ? motorControlTitle : loadControlTitle);
-
-    const wchar_t* const values[] = {L"T", L"10", L"HP", L"460", L"3", L"60", L"1800", L"14.5", L"1.25"};
-    for (std::size_t field = 0; field < ratingCount; ++field)
-      if (mode == MccMode::motor || field != speedField) data.fields[field].value = values[field];
-    ZanAnnotationDataList wires = *empty.items()[1].list;
-    wires.items()[0].row->fields[0].value = L"8AWG";
-    wires.items()[1].row->fields[1].value = L"RED_8AWG";
-    ZanAnnotationDataList start;
-    start.AddRow(data);
-    start.AddList(wires);
-
-    const auto [rows, shown] = exported(mode, start);
-    const auto [again, shownAgain] = exported(mode, rows);
-    CHECK(again == rows);
-    CHECK_EQ(shownAgain.data, shown.data);
-    CHECK(rows.items()[0].row->fields[7].value == L"14.5");
-    CHECK(shown.data.find("Full-load current (A)=14.5 | Multiplier=1.25") != std::string::npos);
-    CHECK(shown.wires.starts_with("W1 - Size=8AWG"));
-    CHECK(shown.wires.find("W2 - Layer=RED_8AWG") != std::string::npos);
-    CHECK_EQ(circuitData().fla, 14.5);
-
-    ZanAnnotationDataList odd; // a nested list where the data should be, and a row that is cut short
-    odd.AddList({});
-    odd.AddRow(ZanAnnotationData(L"x"));
-    CHECK_EQ(exported(mode, odd).second.data, emptyShown.data);
-  }
-}
-
 TEST_CASE("wire choices that came with a unit go out again as long as none is made, and the grounding size "
           "counts") {
   struct Row {
@@ -438,16 +378,4 @@ TEST_CASE("no timer changes the current that was typed") {
   });
   CHECK(shown.data.find("Full-load current (A)=9.9") != std::string::npos);
   CHECK(shown.wires.starts_with("W1 - Size=14AWG")); // timer 105 sized them
-}
-
-TEST_CASE("a locked page cannot be changed, and a freed one can") {
-  runPage(
-      R"j({"expect": "settings.1.0", "editable": false}, {"expect": "settings.1.1", "enabled": false})j",
-      MccMode::motor, {}, [](MccPage& page, ZanSettingsWnd&) { page.manager.SetLocked(true); });
-  runPage(
-      R"j({"edit": "settings.1.0", "row": 8, "to": "5"})j", MccMode::motor, {},
-      [](MccPage& page, ZanSettingsWnd&) {
-        page.manager.SetLocked(true);
-        page.manager.SetLocked(false);
-      });
 }
