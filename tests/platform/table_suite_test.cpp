@@ -272,29 +272,6 @@ TEST_CASE("every engine that can be written keeps what is committed and nothing 
   }
 }
 
-TEST_CASE("an imported Access file gives the same texts through the server interface") {
-  const auto file = foreignFile("mdb/gen_jet4.mdb");
-  if (!file) {
-    MESSAGE("skipped: no foreign Access file");
-    return;
-  }
-  const TemporaryFolder folder;
-  REQUIRE(importTables(folder.name("a.db"), {fromUtf8(file->string())}).isDone());
-  const auto embedded = opened(folder.name("a.db"));
-  ZanOleDbConnection server;
-  if (server.OpenFromInitializationString(
-          connectString(L"odbc:Driver=SQLite3;Database=" + folder.name("a.db")), false, true) < 0) {
-    MESSAGE("skipped: " << toUtf8(server.ErrorInfo().GetErrorInfo(false)));
-    return;
-  }
-  for (const wchar_t* statement :
-       {L"SELECT * FROM [types & more]", L"SELECT DISTINCT [TEXT_COL] FROM [TYPES & MORE]",
-        L"SELECT [ID] FROM [TYPES & MORE] WHERE [TEXT_COL]='DBL' ORDER BY [Voltage (V)]"}) {
-    CAPTURE(toUtf8(statement));
-    CHECK(shown(rowsOf(server, statement)) == shown(rowsOf(*embedded, statement)));
-  }
-}
-
 TEST_CASE("a server that cannot be reached is told without the password, and no file is made") {
   const TemporaryFolder folder;
   const std::wstring message = openingError(

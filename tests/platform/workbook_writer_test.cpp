@@ -168,11 +168,6 @@ TEST_CASE("a new workbook reads back with the same cells, here and elsewhere") {
   CHECK(verdictOf("ssconvert", folder, path) != Verdict::different);
 }
 
-TEST_CASE("the same cells give the same bytes") {
-  std::wstring error;
-  CHECK(buildWorkbook({mixedSheet()}, error) == buildWorkbook({mixedSheet()}, error));
-}
-
 TEST_CASE("what the format cannot hold is refused with its place") {
   struct Row {
     std::vector<BookSheet> sheets;

@@ -172,35 +172,21 @@ TEST_CASE("workbooks of other programs read as those programs show them") {
   const auto folder = foreignFolder();
   if (!folder) return;
   const auto read = [&](const char* name) { return cellsOfFile(fromUtf8((*folder / name).string())); };
-  const Cells common = {
-      L"Sheet One!0,1 number 12",
-      L"Sheet One!1,1 number 12.5",
-      L"Sheet One!2,1 number -7",
-      L"Sheet One!3,5 text far",
-      L"Sheet One!4,1 number 123456789",
-      L"Sheet One!5,1 boolean TRUE",
-      L"Sheet One!6,1 boolean FALSE",
-      L"Sheet One!7,1 date 2024-03-01",
-      L"Sheet One!8,1 date 2024-03-01 12:30:15",
-      L"Sheet One!9,1 date 12:30:00",
-      L"Sheet One!10,1 number 0.25",
-      L"Sheet One!11,1 number 1234.5",
-      L"Sheet One!12,1 number 12",
-      L"Sheet One!14,1 text Größe Ω 日本 😀",
-      L"Sheet One!15,1 text 0012",
-      L"Sheet One!20,1 number 0.3",
-      L"Sheet One!21,1 number 28",
-      L"Sheet One!22,1 number 536870911",
-      L"Größe Ω!0,0 text s2",
-      L"Größe Ω!5,3 number 1",
-  };
+  const Cells common = {L"0,1 number 12",     L"1,1 number 12.5",          L"2,1 number -7",
+                        L"3,5 text far",      L"4,1 number 123456789",     L"5,1 boolean TRUE",
+                        L"6,1 boolean FALSE", L"7,1 date 2024-03-01",      L"8,1 date 2024-03-01 12:30:15",
+                        L"9,1 date 12:30:00", L"10,1 number 0.25",         L"11,1 number 1234.5",
+                        L"12,1 number 12",    L"14,1 text Größe Ω 日本 😀", L"15,1 text 0012",
+                        L"20,1 number 0.3",   L"21,1 number 28",           L"22,1 number 536870911"};
   for (const char* name : {"own_gnumeric_types.xls", "own_libreoffice_types.xls", "own_xlwt_types.xls"}) {
     const Cells cells = read(name);
     for (const std::wstring& cell : common) {
       CAPTURE(name);
       CAPTURE(toUtf8(cell));
-      CHECK(std::count(cells.begin(), cells.end(), cell) == 1);
+      CHECK(std::count(cells.begin(), cells.end(), L"Sheet One!" + cell) == 1);
     }
+    for (const wchar_t* cell : {L"Größe Ω!0,0 text s2", L"Größe Ω!5,3 number 1"})
+      CHECK(std::count(cells.begin(), cells.end(), cell) == 1);
   }
   const Cells bare = read("own_writer_emptystring.xls");
   for (const wchar_t* cell :
