@@ -99,19 +99,6 @@ TEST_CASE("a sheet that cannot be used says why, and a circuit's sheet has no st
   }
 }
 
-TEST_CASE("a missing or damaged workbook is told and not read") {
-  test::TemporaryFolder folder;
-  test::writeBytes(folder / "damaged.xls", "no workbook at all");
-  for (const char* name : {"missing.xls", "damaged.xls"}) {
-    CAPTURE(name);
-    ZanCircuitCatalog catalog(fromUtf8((folder / name).string()));
-    CHECK_FALSE(catalog.readCircuits());
-    CHECK_FALSE(catalog.readAnnotationCodes());
-    CHECK_FALSE(catalog.readWorksheet(L"M"));
-    CHECK_FALSE(catalog.error().empty());
-  }
-}
-
 TEST_CASE("annotation codes carry their key down; a value switches a preset on") {
   Book book({sheetOf(
       L"ANNO_CODE", {"key|label|tag|description|value|extra", "K1|Tag|TAG1|The tag||e1",

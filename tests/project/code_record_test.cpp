@@ -62,14 +62,3 @@ TEST_CASE("rows run by exact code, and a first list without a match silences the
     CHECK(texts == row.texts);
   }
 }
-
-TEST_CASE("an unknown value leaves a selection, a known one takes the first option of it") {
-  ZanOptionGroup group =
-      makeGroup(L"G", {{L"a", 1, true}, {L"b", 2, false}, {L"b again", 2, false}, {L"c", 3, true}});
-  CHECK_FALSE(group.selectValue(9));
-  CHECK(group.selected()->text == L"a");
-  CHECK(group.selectValue(2));
-  CHECK(group.selected()->text == L"b");
-  CHECK_FALSE(group.options[2].selected);
-  CHECK_FALSE(group.options[3].selected);
-}
