@@ -9,24 +9,16 @@
 #include <fstream>
 #include <sstream>
 
+using brenvolt::linesOf;
 using brenvolt::ToolFolder;
 using brenvolt::ToolRun;
 namespace fs = std::filesystem;
 
 namespace {
 
-std::vector<std::string> linesOf(const std::string& text) {
-  std::vector<std::string> lines;
-  std::istringstream in(text);
-  for (std::string line; std::getline(in, line);)
-    lines.push_back(line);
-  return lines;
-}
-
 /// Runs a shell command in the folder of a test, where the tool is found by name. The output is written to "out".
 int shell(const ToolFolder& folder, const std::string& line) {
-  const char* bin = std::getenv("BRENVOLT_BIN");
-  const std::string tools = fs::absolute(bin == nullptr ? "out/bin" : bin).string();
+  const std::string tools = fs::path(brenvolt::toolPath()).parent_path().string();
   folder.write("line.sh", "cd '" + folder.path("") + "'\n" + line + "\n");
   const std::string command = "HOME='" + folder.path("") + "' XDG_CACHE_HOME= XDG_CONFIG_HOME= PATH='" +
                               tools + "':\"$PATH\" bash '" + folder.path("line.sh") + "' >'" +

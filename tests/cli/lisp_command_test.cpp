@@ -34,22 +34,6 @@ TEST_CASE("files and forms run in the order given") {
   CHECK(run.exitCode == 0);
 }
 
-TEST_CASE("the eight functions of the plug-in are there, and wrong arguments do no harm") {
-  const ToolFolder folder;
-  const ToolRun run = folder.run(
-      {"lisp", "-e",
-       "(list (zan_bv_build_circuit) (zan_bv_build_circuit '(1 2)) (zan_bv_build_circuit \"a\" 1.5 nil "
-       "'((1))) "
-       "(zan_bv_code_std_desc 1 2 3) (zan_bv_edit_wiresize \"text\"))"});
-  CHECK(run.output == "(nil nil nil nil nil)\n");
-  CHECK(run.exitCode == 0);
-  const ToolRun names = folder.run(
-      {"lisp", "-e",
-       "(mapcar 'functionp (list #'zan_bv_select_circuit #'zan_bv_motor_select #'zan_bv_wire_select "
-       "#'zan_bv_pf_wire_select #'zan_bv_power_feed_select))"});
-  CHECK_MESSAGE(names.output == "(T T T T T)\n", names.errors);
-}
-
 TEST_CASE("with the trace flag on, each form of a build tells itself ahead and behind") {
   const ToolFolder folder;
   const std::string here = std::filesystem::current_path().string();
@@ -119,29 +103,6 @@ TEST_CASE("wrong arguments give code 1, a file that cannot be written code 4, he
   CHECK(run.exitCode == 4);
   CHECK(contains(run.errors, "cannot write " + folder.path("file/d.json")));
   CHECK(run.output.empty());
-}
-
-TEST_CASE("a drawing goes through the tool unchanged") {
-  const ToolFolder folder;
-  CHECK(folder.run({"lisp", "--save", folder.path("a.json"), "-e", "1"}).exitCode == 0);
-  const ToolRun run = folder.run(
-      {"lisp", "--drawing", folder.path("a.json"), "--save", folder.path("b.json"), "--svg",
-       folder.path("b.svg"), "-e", "1"});
-  CHECK(run.exitCode == 0);
-  CHECK_FALSE(folder.read("a.json").empty());
-  CHECK(folder.read("a.json") == folder.read("b.json"));
-  CHECK(contains(folder.read("b.svg"), "<svg"));
-}
-
-TEST_CASE("a site's LISP runs first and finds the site's files") {
-  const ToolFolder folder;
-  folder.write("site/site.lsp", "(defun c:zan_find_file (name mode) (find-file name)) (load \"more.lsp\")");
-  folder.write("site/more.lsp", "(setq more T)");
-  const std::string data = folder.write("site/data.txt", "x");
-  const ToolRun run = folder.run(
-      {"lisp", "--site", folder.path("site"), "-e",
-       "(list more (c:zan_find_file \"data.txt\" 3) (find-file \"no\"))"});
-  CHECK_MESSAGE(run.output == "(T \"" + data + "\" nil)\n", run.errors);
 }
 
 TEST_CASE("a question without an answer names the dialog, ends the run and stands in the recording") {

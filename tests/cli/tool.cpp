@@ -20,6 +20,19 @@ std::string shellWord(const std::string& word) {
 
 } // namespace
 
+std::string toolPath() {
+  const char* bin = std::getenv("BRENVOLT_BIN");
+  return (std::filesystem::absolute(bin == nullptr ? "out/bin" : bin) / "brenvolt").string();
+}
+
+std::vector<std::string> linesOf(const std::string& text) {
+  std::vector<std::string> lines;
+  std::istringstream in(text);
+  for (std::string line; std::getline(in, line);)
+    lines.push_back(line);
+  return lines;
+}
+
 std::string ToolFolder::path(const std::string& name) const {
   return (folder_ / name).string();
 }
@@ -44,14 +57,12 @@ bool ToolFolder::has(const std::string& name) const {
 ToolRun ToolFolder::run(
     const std::vector<std::string>& arguments, std::string_view input,
     const std::vector<std::string>& environment) const {
-  const char* bin = std::getenv("BRENVOLT_BIN");
-  const std::string tool = (std::filesystem::path(bin == nullptr ? "out/bin" : bin) / "brenvolt").string();
   const std::string in = write("tool.in", input);
   std::string command = "env HOME=" + shellWord(folder_.path().string()) +
                         " XDG_CONFIG_HOME= XDG_STATE_HOME= XDG_CACHE_HOME= BRENVOLT_DB= LC_ALL=C";
   for (const std::string& setting : environment)
     command += " " + shellWord(setting);
-  command += " " + shellWord(tool);
+  command += " " + shellWord(toolPath());
   for (const std::string& argument : arguments)
     command += " " + shellWord(argument);
   command += " <" + shellWord(in) + " >" + shellWord(path("tool.out")) + " 2>" + shellWord(path("tool.err"));

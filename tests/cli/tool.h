@@ -15,6 +15,10 @@ struct ToolRun {
   std::string errors;
 };
 
+/// The tool as it was built, by its whole path.
+[[nodiscard]] std::string toolPath();
+[[nodiscard]] std::vector<std::string> linesOf(const std::string& text);
+
 /// A folder of its own for one test; every run of the tool has its home there, so that no settings of a user matter.
 class ToolFolder final {
 public:

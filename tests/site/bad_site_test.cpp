@@ -13,22 +13,6 @@ constexpr SampleCircuit motorDirect = {"", "Three-phase motors", "Direct on line
 
 } // namespace
 
-TEST_CASE("catalog --check tells what check finds in workbook, forms and templates") {
-  const SiteCopy site;
-  site.changeSheet("ZAN_CIRCS", ",M3_REV,", ",M3_REVERSE,");
-  site.changeSheet(
-      "M3_DOL", "(site_wire #xyz #scl 1 132 #data #misc1)", "(site_wire #xyz #scl 1 132 #data #misc1");
-  for (const std::vector<std::string>& words :
-       {std::vector<std::string>{"catalog", "--site", site.site(), "--check"}, {"check", site.site()}}) {
-    const ToolRun run = site.run(words);
-    CHECK(run.exitCode == 5);
-    for (const char* finding :
-         {"sheet-missing: zan_brenvolt.xls, sheet ZAN_CIRCS, row 3, column 4",
-          "form-unbalanced: zan_brenvolt.xls, sheet M3_DOL, row 4, column 8, CODE WT01"})
-      CHECK_MESSAGE(run.output.find(finding) != std::string::npos, run.output);
-  }
-}
-
 TEST_CASE("a sheet of eight columns is refused, by the check and by a build") {
   const SiteCopy site;
   site.writeSheet(
@@ -154,14 +138,4 @@ TEST_CASE("what a circuit cannot be drawn with is told ahead of the build, and n
   CHECK(run.exitCode == 3);
   CHECK_MESSAGE(run.errors.find("MOTOR_NEC.csv") != std::string::npos, run.errors);
   CHECK(site.history() == before);
-}
-
-TEST_CASE("names that the workbook does not hold, and a command line without a target") {
-  const SiteCopy site;
-  CHECK(site.draw({"", "Pumps", "Direct on line", ""}, "a.json").exitCode == 3);
-  const ToolRun run = site.draw({"", "Power feeds", "Two-phase", ""}, "a.json");
-  CHECK(run.exitCode == 3);
-  CHECK(run.errors.find("has no type \"Two-phase\"") != std::string::npos);
-  CHECK(site.run({"draw", "--site", site.site(), "--circuit", "a", "--type", "b"}).exitCode == 1);
-  CHECK(site.run({"catalog", "--site", site.folder().path("none")}).exitCode == 3);
 }

@@ -82,35 +82,10 @@ std::string answersOf(const Road& road, const Shape& shape) {
          R"(]}, {"dialog": "ZanBrenvolt.DuplicateCircuitName", "do": [{"press": 1001}]}]})";
 }
 
-/// Lines without what a drawing gives entities by the order in which they come: handles, also where a row names one, and
-/// the index that the project gave the drawing.
-std::string withoutHandles(std::string text) {
-  for (const std::string_view mark : {"\"handle\":\"", "[=", "h="})
-    for (std::size_t at = text.find(mark); at != std::string::npos; at = text.find(mark, at + mark.size())) {
-      const std::size_t first = at + mark.size();
-      text.erase(first, std::min(text.find_first_not_of("0123456789ABCDEF", first), text.size()) - first);
-    }
-  return text;
-}
-
-std::vector<std::string> sortedLines(const std::string& text) {
-  std::vector<std::string> lines;
-  for (const std::wstring& line : splitKeepingEmpty(fromUtf8(withoutHandles(text)), L'\n')) {
-    if (line.starts_with(L"\"SITE_DWGIX\"")) continue;
-    lines.push_back(toUtf8(line));
-    if (lines.back().ends_with(',')) lines.back().pop_back();
-  }
-  std::sort(lines.begin(), lines.end());
-  return lines;
-}
-
 /// A copy of the site with a project.
 class Works final {
 public:
-  Works() {
-    const ToolRun import = site_.run({"import", project(), site_.site() + "/project"});
-    REQUIRE_MESSAGE(import.exitCode == 0, import.errors);
-  }
+  Works() : project_(site_.newProject()) {}
 
   /// Indentation is the file's, not the entry's.
   [[nodiscard]] std::string saved(const SampleCircuit& sample) const {
@@ -125,26 +100,22 @@ public:
   }
   [[nodiscard]] Result build(
       const SampleCircuit& sample, std::vector<std::string> more, const std::string& answers = {}) const {
-    more.insert(more.end(), {"--project", project()});
+    more.insert(more.end(), {"--project", project_});
     if (!answers.empty())
       more.insert(more.end(), {"--answers", site_.folder().write("answers.json", answers)});
-    const ToolRun run = site_.draw(sample, "out.json", more);
-    REQUIRE_MESSAGE(run.exitCode == 0, run.errors);
-    Result result{sortedLines(site_.folder().read("out.json")), saved(sample), {}};
+    Result result{sortedLines(site_.drawn(sample, "out.json", more)), {}, {}};
+    result.saved = saved(sample);
     for (const char* statement :
-         {"SELECT DWGIX,CODES FROM [BRENVOLT]", "SELECT * FROM [COMP]", "SELECT * FROM [TERMS]"}) {
-      const ToolRun rows = site_.run({"sql", project(), statement, "--csv"});
-      REQUIRE_MESSAGE(rows.exitCode == 0, rows.errors);
-      for (const std::string& line : sortedLines(rows.output))
+         {"SELECT DWGIX,CODES FROM [BRENVOLT]", "SELECT * FROM [COMP]", "SELECT * FROM [TERMS]"})
+      for (const std::string& line : sortedLines(site_.query(project_, statement)))
         result.rows += line + "\n";
-    }
     return result;
   }
 
   /// A column of the circuit's record, as a rebuild takes it.
   [[nodiscard]] std::string recorded(const std::string& column) const {
     const std::string json =
-        site_.run({"sql", project(), "SELECT " + column + " AS C FROM [BRENVOLT]", "--json"}).output;
+        site_.run({"sql", project_, "SELECT " + column + " AS C FROM [BRENVOLT]", "--json"}).output;
     const std::wstring text = fromUtf8(json.substr(json.find("\"C\":") + 4));
     std::wstring value;
     for (std::size_t at = text.find(L'"') + 1; at < text.size() && text[at] != L'"'; ++at)
@@ -153,9 +124,8 @@ public:
   }
 
 private:
-  [[nodiscard]] std::string project() const { return site_.folder().path("project.db"); }
-
   SiteCopy site_;
+  std::string project_;
 };
 
 } // namespace

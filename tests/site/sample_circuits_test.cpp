@@ -32,19 +32,15 @@ TEST_CASE("each sample circuit gives its golden drawing and history, and its own
   for (const SampleCircuit& sample : sampleCircuits()) {
     CAPTURE(std::string(sample.name));
     const SiteCopy site;
-    const ToolRun first =
-        site.draw(sample, "a.json", {"--history", sample.history, "--save-history", "Kept"});
-    REQUIRE_MESSAGE(first.exitCode == 0, first.errors);
-    const std::string drawing = site.folder().read("a.json");
+    const std::string drawing =
+        site.drawn(sample, "a.json", {"--history", sample.history, "--save-history", "Kept"});
     const std::string golden = std::string("tests/site/golden/") + sample.name;
     CHECK(test::matchesGolden(golden + ".json", drawing));
     CHECK(test::matchesGolden(golden + ".history.xml", historyEntry(site.history(), "Kept")));
 
-    REQUIRE(site.draw(sample, "b.json", {"--history", sample.history}).exitCode == 0);
-    CHECK_MESSAGE((site.folder().read("b.json") == drawing), "the same build");
-    REQUIRE(site.draw(sample, "c.json", {"--history", "Kept"}).exitCode == 0);
+    CHECK_MESSAGE((site.drawn(sample, "b.json", {"--history", sample.history}) == drawing), "the same build");
     // The drawing keeps the name of the configuration that it was built from.
-    std::string fromSaved = site.folder().read("c.json");
+    std::string fromSaved = site.drawn(sample, "c.json", {"--history", "Kept"});
     const std::string kept = "\"configuration\":\"Kept\"";
     REQUIRE(fromSaved.find(kept) != std::string::npos);
     fromSaved.replace(
@@ -58,14 +54,13 @@ TEST_CASE(
   const SiteCopy site;
   for (const SampleCircuit& sample : sampleCircuits()) {
     CAPTURE(std::string(sample.name));
-    REQUIRE(site.draw(sample, "a.json", {"--history", sample.history}).exitCode == 0);
+    site.drawn(sample, "a.json", {"--history", sample.history});
     const std::string drawing = site.folder().path("a.json");
-    const ToolRun wires = site.run({"report", "wires", drawing, "--format", "csv"});
-    REQUIRE_MESSAGE(wires.exitCode == 0, wires.errors);
-    CHECK(std::count(wires.output.begin(), wires.output.end(), '\n') > 4);
-    CHECK(wires.output.find('?') == std::string::npos);
-    const ToolRun sheets = site.run({"report", "sheets", drawing, "--format", "json"});
-    CHECK_MESSAGE(sheets.output.find("\"doubled\": 0") != std::string::npos, sheets.output);
+    const std::string wires = site.done({"report", "wires", drawing, "--format", "csv"});
+    CHECK(std::count(wires.begin(), wires.end(), '\n') > 4);
+    CHECK(wires.find('?') == std::string::npos);
+    const std::string sheets = site.run({"report", "sheets", drawing, "--format", "json"}).output;
+    CHECK_MESSAGE(sheets.find("\"doubled\": 0") != std::string::npos, sheets);
   }
 }
 
@@ -73,12 +68,9 @@ TEST_CASE(
     "a circuit is an object: all that its build drew is listed, moved and erased as one, and nothing else") {
   const SiteCopy site;
   const std::string drawing = site.folder().path("a.json");
-  REQUIRE(site.draw(motorDirect, "a.json", {"--history", motorDirect.history}).exitCode == 0);
+  site.drawn(motorDirect, "a.json", {"--history", motorDirect.history});
   const auto lisp = [&](const char* form) {
-    const ToolRun run =
-        site.run({"lisp", "--site", site.site(), "--drawing", drawing, "--save", drawing, "-e", form});
-    REQUIRE_MESSAGE(run.exitCode == 0, run.errors);
-    return run.output;
+    return site.done({"lisp", "--site", site.site(), "--drawing", drawing, "--save", drawing, "-e", form});
   };
   // Drawn by hand: of no circuit. Built in the same drawing: another one.
   static_cast<void>(lisp("(draw-line '(0 0) '(1 1))"));
@@ -89,18 +81,17 @@ TEST_CASE(
       "(entities-in-space))))";
   const std::string before = lisp(count);
   CHECK(before.ends_with(" 1)\n"));
-  const ToolRun list = site.run({"circuits", drawing, "--csv"});
-  REQUIRE_MESSAGE(list.exitCode == 0, list.errors);
+  const std::string list = site.done({"circuits", drawing, "--csv"});
   for (const char* part :
        {"\n9,MTR1,Three-phase motors,Direct on line,zan_brenvolt.xls,M3_DOL,Pump 10 HP,\"0,0,0\"",
         "DISC=10,1", ",MTR2,"})
-    CHECK_MESSAGE(list.output.find(part) != std::string::npos, list.output);
+    CHECK_MESSAGE(list.find(part) != std::string::npos, list);
 
   const std::string there = site.run({"report", "wires", drawing, "--format", "csv"}).output;
   CHECK(site.run({"circuits", drawing, "--move", "MTR1", "--by", "10,-20"}).exitCode == 0);
   CHECK(site.folder().read("a.json").find("\"point\":\"10,-20,0\"") != std::string::npos);
   CHECK(site.run({"circuits", drawing, "--move", "9", "--by", "-10,20"}).exitCode == 0);
-  CHECK(site.run({"circuits", drawing, "--csv"}).output == list.output);
+  CHECK(site.run({"circuits", drawing, "--csv"}).output == list);
   CHECK(site.run({"report", "wires", drawing, "--format", "csv"}).output == there);
 
   CHECK(site.run({"circuits", drawing, "--erase", "MTR3"}).exitCode == 3);
@@ -113,12 +104,11 @@ TEST_CASE(
 TEST_CASE(
     "a motor of another code is drawn directly, its parts once the default component tables are accepted") {
   const SiteCopy site;
-  const ToolRun motor = site.draw(
+  const std::string motor = site.drawn(
       motorDirect, "a.json",
       {"--standard-code", "IEC", "--default-tables", "--preset", "MCTL=0", "--params",
        R"("Induction";"5.5";"kW";"400";"3";"50";"1500";"11.5";"1.0")"});
-  REQUIRE_MESSAGE(motor.exitCode == 0, motor.errors);
-  CHECK(site.folder().read("a.json").find("5.5 kW  400 V") != std::string::npos);
+  CHECK(motor.find("5.5 kW  400 V") != std::string::npos);
 
   std::vector<std::string> sized = {"--standard-code", "IEC", "--history", motorDirect.history};
   const ToolRun asked = site.draw(motorDirect, "b.json", sized);
@@ -158,14 +148,12 @@ TEST_CASE("data and wires of a placed circuit reach layers, texts and entity dat
   constexpr const char* params = R"("Induction";"10";"HP";"460";"3";"60";"1800";"14";"1.25")";
   constexpr const char* wires =
       R"x((("10AWG" "x" "1") ("10AWG" "x" "1") ("8AWG" "x" "1") ("10AWG" "x" "3")))x";
-  const ToolRun run =
-      site.draw(motorDirect, "a.json", {"--preset", "MCTL=0", "--params", params, "--wires", wires});
-  REQUIRE_MESSAGE(run.exitCode == 0, run.errors);
-  const std::string drawing = site.folder().read("a.json");
+  const std::string drawing =
+      site.drawn(motorDirect, "a.json", {"--preset", "MCTL=0", "--params", params, "--wires", wires});
   for (const char* part : {"BLK_10AWG", "BLK_8AWG", "GRN_10AWG", "INDUCTION  10 HP  460 V  3 PH"})
     CHECK_MESSAGE(drawing.find(part) != std::string::npos, std::string(part));
 
-  const ToolRun data = site.run(
+  const std::string data = site.done(
       {"lisp", "--drawing", site.folder().path("a.json"), "-e",
        "(let ((motor (find-if (lambda (e) (equal (entity-get e 'block) \"ZMOTOR3\")) (remove-if-not (lambda "
        "(e) "
@@ -173,9 +161,8 @@ TEST_CASE("data and wires of a placed circuit reach layers, texts and entity dat
        "(string-split (car "
        "(entity-data motor \"ORL_QN_BV_CIRCPARAMS\")) \";\")) (car (entity-data motor "
        "\"ORL_QN_BV_CIRCPARAMS2\"))))"});
-  REQUIRE_MESSAGE(data.exitCode == 0, data.errors);
   CHECK(
-      data.output ==
+      data ==
       R"x((31 "((\"10AWG\" \"BLK_10AWG\" \"1\")(\"10AWG\" \"BLK_10AWG\" \"1\")(\"8AWG\" \"BLK_8AWG\" \"1\")(\"10AWG\" \"GRN_10AWG\" \"3\"))"))x"
       "\n");
 }
@@ -203,14 +190,10 @@ TEST_CASE("a motor without wire sizes is drawn with those that a build takes, or
 
 TEST_CASE("a circuit goes into a drawing that holds another one, at its own place and with its own tags") {
   const SiteCopy site;
-  REQUIRE(site.draw(motorDirect, "a.json", {"--history", motorDirect.history}).exitCode == 0);
-  REQUIRE(
-      site.draw(
-              motorDirect, "b.json",
-              {"--history", motorDirect.history, "--drawing", site.folder().path("a.json"), "--at",
-               "215,-10"})
-          .exitCode == 0);
-  const std::string drawing = site.folder().read("b.json");
+  site.drawn(motorDirect, "a.json", {"--history", motorDirect.history});
+  const std::string drawing = site.drawn(
+      motorDirect, "b.json",
+      {"--history", motorDirect.history, "--drawing", site.folder().path("a.json"), "--at", "215,-10"});
   CHECK(placed(drawing, "ZMOTOR3") == 2);
   for (const char* part : {"\"text\":\"MTR1\"", "\"text\":\"MTR2\"", "\"position\":[347,-10]"})
     CHECK_MESSAGE(drawing.find(part) != std::string::npos, std::string(part));
@@ -218,12 +201,8 @@ TEST_CASE("a circuit goes into a drawing that holds another one, at its own plac
 
 TEST_CASE("a circuit leaves its row, its components and its terminals in the project database") {
   const SiteCopy site;
-  const std::string project = site.folder().path("project.db");
-  const ToolRun import = site.run({"import", project, site.site() + "/project"});
-  REQUIRE_MESSAGE(import.exitCode == 0, import.errors);
-  REQUIRE(
-      site.draw(motorDirect, "a.json", {"--history", motorDirect.history, "--project", project}).exitCode ==
-      0);
+  const std::string project = site.newProject();
+  site.drawn(motorDirect, "a.json", {"--history", motorDirect.history, "--project", project});
   struct Query {
     const char* statement;
     const char* rows;
@@ -238,31 +217,25 @@ TEST_CASE("a circuit leaves its row, its components and its terminals in the pro
            Query{"SELECT HDL FROM [COMP] WHERE FAMILY='CB'", "HDL\nh=9F\n"},
            Query{"SELECT TAGNAME,RATING1 FROM [COMP] WHERE FAMILY='CB'", "TAGNAME,RATING1\nCB1,35A\n"},
            Query{"SELECT TAGSTRIP,TERM FROM [TERMS]", "TAGSTRIP,TERM\nTB1,1\nTB1,2\nTB1,3\n"},
-       }) {
-    const ToolRun run = site.run({"sql", project, query.statement, "--csv"});
-    CHECK(run.exitCode == 0);
-    CHECK(run.output == query.rows);
-  }
+       })
+    CHECK_EQ(site.query(project, query.statement), query.rows);
 }
 
 TEST_CASE(
     "the project's rows say what the drawing says, and a circuit that is taken over keeps all its parts") {
   const SiteCopy site;
-  const std::string project = site.folder().path("project.db");
-  REQUIRE(site.run({"import", project, site.site() + "/project"}).exitCode == 0);
+  const std::string project = site.newProject();
   const std::string drawing = site.folder().path("a.json");
-  REQUIRE(
-      site.draw(
-              motorDirect, "a.json",
-              {"--preset", "DISC=20,1", "--params",
-               R"("Induction";"10";"HP";"460";"3";"60";"1800";"14";"1.25")", "--project", project})
-          .exitCode == 0);
+  site.drawn(
+      motorDirect, "a.json",
+      {"--preset", "DISC=20,1", "--params", R"("Induction";"10";"HP";"460";"3";"60";"1800";"14";"1.25")",
+       "--project", project});
   const auto query = [&](const std::string& statement) {
-    const std::string output = site.run({"sql", project, statement, "--csv"}).output;
+    const std::string output = site.query(project, statement);
     return output.substr(output.find('\n') + 1);
   };
   const auto lisp = [&](const std::string& form) {
-    return site.run(
+    return site.done(
         {"lisp", "--site", site.site(), "--drawing", drawing, "-e",
          "(setq site-project-database \"" + project + "\")", "-e", "(read-project-rows)", "-e", form});
   };
@@ -271,14 +244,13 @@ TEST_CASE(
       " (remove-if-not (lambda (e) (equal (entity-get e 'kind) \"block-reference\"))"
       " (entities-in-space))))";
   // Parts that a user gives the switch and its fuses later, one with a quote in its text.
-  const ToolRun parts = lisp(
+  lisp(
       "(progn " + family +
       " (fill-attributes (of \"DS\") '((\"MFG\" . \"Nordhaven\") (\"CAT\" . \"DS-3060\") (\"RATING1\" . "
       "\"60A\")))"
       " (fill-attributes (of \"FU\") '((\"MFG\" . \"Fusewell\") (\"CAT\" . \"FT-030\") (\"DESC1\" . "
       "\"pump's\")))"
       " (site-sync-records))");
-  REQUIRE_MESSAGE(parts.exitCode == 0, parts.errors);
   CHECK(
       query("SELECT CAT,DESC1 FROM [COMP] WHERE FAMILY IN ('DS','FU') AND MFG<>'' AND CAT<>'CC-5' ORDER BY "
             "FAMILY") == "DS-3060,\nFT-030,pump's\n");
@@ -294,22 +266,16 @@ TEST_CASE(
       text.erase(at, 1);
     return text;
   };
-  REQUIRE(
-      site.draw(
-              motorDirect, "b.json",
-              {"--preset", unquoted(record), "--params", unquoted(query("SELECT PARAMS FROM [BRENVOLT]")),
-               "--wires", unquoted(query("SELECT WIRES FROM [BRENVOLT]")), "--project", project})
-          .exitCode == 0);
-  const std::string again = site.folder().read("b.json");
+  const std::string again = site.drawn(
+      motorDirect, "b.json",
+      {"--preset", unquoted(record), "--params", unquoted(query("SELECT PARAMS FROM [BRENVOLT]")), "--wires",
+       unquoted(query("SELECT WIRES FROM [BRENVOLT]")), "--project", project});
   for (const char* text : {"\"DS-3060\"", "\"FT-030\"", "\"60A\""})
     CHECK_MESSAGE(again.find(text) != std::string::npos, std::string(text));
 
-  // An erased circuit takes its rows with it; what is not in the drawing is somebody else's.
-  REQUIRE(
-      site.run({"sql", project, "INSERT INTO [COMP] (DWGIX,HDL) VALUES ('1','h=FFFF')", "--write"})
-          .exitCode == 0);
-  const ToolRun erased = lisp("(progn (mapc 'entity-erase (entities-in-space)) (site-sync-records))");
-  REQUIRE_MESSAGE(erased.exitCode == 0, erased.errors);
+  // An erased circuit takes its rows with it; what is not in the drawing belongs to others.
+  site.done({"sql", project, "INSERT INTO [COMP] (DWGIX,HDL) VALUES ('1','h=FFFF')", "--write"});
+  lisp("(progn (mapc 'entity-erase (entities-in-space)) (site-sync-records))");
   CHECK(query("SELECT HDL FROM [BRENVOLT] WHERE DWGIX='1'").empty());
   CHECK(query("SELECT HDL FROM [TERMS] WHERE DWGIX='1'").empty());
   CHECK(query("SELECT HDL FROM [COMP] WHERE DWGIX='1'") == "h=FFFF\n");
@@ -318,21 +284,15 @@ TEST_CASE(
 
 TEST_CASE("drawings of one project have an index of their own, and keep each other's rows") {
   const SiteCopy site;
-  const std::string project = site.folder().path("project.db");
-  REQUIRE(site.run({"import", project, site.site() + "/project"}).exitCode == 0);
+  const std::string project = site.newProject();
   const auto draw = [&](const std::string& out, std::vector<std::string> more) {
     more.insert(more.end(), {"--history", motorDirect.history, "--project", project});
-    const ToolRun run = site.draw(motorDirect, out, more);
-    REQUIRE_MESSAGE(run.exitCode == 0, run.errors);
+    site.drawn(motorDirect, out, more);
   };
   const auto motors = [&] {
-    return site
-        .run(
-            {"sql", project,
-             "SELECT DWGIX,TAGNAME FROM [COMP] WHERE FAMILY='MO' OR TAGNAME LIKE 'MTR%' "
-             "ORDER BY DWGIX,TAGNAME",
-             "--csv"})
-        .output;
+    return site.query(
+        project,
+        "SELECT DWGIX,TAGNAME FROM [COMP] WHERE FAMILY='MO' OR TAGNAME LIKE 'MTR%' ORDER BY DWGIX,TAGNAME");
   };
   draw("a.json", {});
   draw("b.json", {}); // the same handles as in a.json
@@ -341,7 +301,7 @@ TEST_CASE("drawings of one project have an index of their own, and keep each oth
   CHECK(motors() == "DWGIX,TAGNAME\n1,MTR1\n2,MTR1\n2,MTR2\n");
 
   // A tag that is changed in the drawing reaches the rows of that drawing alone.
-  const ToolRun renamed = site.run(
+  site.done(
       {"lisp", "--site", site.site(), "--drawing", site.folder().path("a.json"), "-e",
        "(progn (setq site-project-database \"" + project +
            "\") (read-project-rows)"
@@ -350,25 +310,19 @@ TEST_CASE("drawings of one project have an index of their own, and keep each oth
            " (remove-if-not (lambda (e) (equal (entity-get e 'kind) \"block-reference\")) "
            "(entities-in-space)))"
            " '((\"TAG1\" . \"P7\"))) (site-sync-records))"});
-  REQUIRE_MESSAGE(renamed.exitCode == 0, renamed.errors);
-  CHECK(
-      site.run({"sql", project, "SELECT DWGIX FROM [COMP] WHERE TAGNAME='P7'", "--csv"}).output ==
-      "DWGIX\n1\n");
+  CHECK(site.query(project, "SELECT DWGIX FROM [COMP] WHERE TAGNAME='P7'") == "DWGIX\n1\n");
   CHECK(motors().find("2,MTR1\n2,MTR2\n") != std::string::npos);
 
   // A drawing of an earlier release has no index: the first one keeps 1, as long as no drawing was given it.
   const std::string old = site.folder().path("old.db");
   REQUIRE(site.run({"import", old, site.site() + "/project"}).exitCode == 0);
   const auto indexIn = [&](const char* file, const std::string& forget) {
-    const ToolRun run = site.run(
+    return site.done(
         {"lisp", "--site", site.site(), "--drawing", site.folder().path(file), "-e",
          "(progn (setq site-project-database \"" + old + "\")" + forget +
              " (need-project) (claim-drawing-index) (own-index))"});
-    REQUIRE_MESSAGE(run.exitCode == 0, run.errors);
-    return run.output;
   };
-  REQUIRE(
-      site.run({"sql", old, "INSERT INTO [COMP] (DWGIX,HDL) SELECT '1','h=9F'", "--write"}).exitCode == 0);
+  site.done({"sql", old, "INSERT INTO [COMP] (DWGIX,HDL) SELECT '1','h=9F'", "--write"});
   const std::string forget = " (set-variable \"SITE_DWGIX\" \"\")";
   CHECK(indexIn("a.json", forget) == "\"1\"\n");
   CHECK(indexIn("b.json", forget) == "\"2\"\n");
@@ -377,8 +331,7 @@ TEST_CASE("drawings of one project have an index of their own, and keep each oth
 
 TEST_CASE("programs that come into one project at the same moment get an index each") {
   const SiteCopy site;
-  const std::string project = site.folder().path("project.db");
-  REQUIRE(site.run({"import", project, site.site() + "/project"}).exitCode == 0);
+  const std::string project = site.newProject();
   std::vector<pid_t> programs;
   for (int program = 0; program < 4; ++program)
     programs.push_back(test::startProcess([&] {
@@ -393,10 +346,10 @@ TEST_CASE("programs that come into one project at the same moment get an index e
   for (const pid_t program : programs)
     CHECK(test::waitFor(program) == 0);
   CHECK(
-      site.run({"sql", project,
-                "SELECT COUNT(DISTINCT ATTR_VAL) AS N, COUNT(*) AS M FROM [QN_M] WHERE ATTR_NAME='DRAWING'",
-                "--csv"})
-          .output == "N,M\n20,20\n");
+      site.query(
+          project,
+          "SELECT COUNT(DISTINCT ATTR_VAL) AS N, COUNT(*) AS M FROM [QN_M] WHERE ATTR_NAME='DRAWING'") ==
+      "N,M\n20,20\n");
 
   // Through a server's driver. Where one transaction at a time is not certain, a refused lock gives no index.
   const auto claim = [&](const std::string& before) {
@@ -415,8 +368,7 @@ TEST_CASE("programs that come into one project at the same moment get an index e
 TEST_CASE("rows that cannot be written cost the circuit, and leave drawing, rows and saved configurations as "
           "they were") {
   const SiteCopy site;
-  const std::string project = site.folder().path("project.db");
-  REQUIRE(site.run({"import", project, site.site() + "/project"}).exitCode == 0);
+  const std::string project = site.newProject();
   REQUIRE(site.run({"sql", project, "DROP TABLE [TERMS]", "--write"}).exitCode == 0);
   // Indentation is the file's, not the entry's.
   const auto entries = [&site] {
@@ -436,7 +388,7 @@ TEST_CASE("rows that cannot be written cost the circuit, and leave drawing, rows
     CHECK_MESSAGE((run.output + run.errors).find("TERMS") != std::string::npos, run.errors);
     CHECK_FALSE(site.folder().has("a.json"));
     CHECK(entries() == before);
-    CHECK(site.run({"sql", project, "SELECT HDL FROM [COMP]", "--csv"}).output == "HDL\n");
+    CHECK(site.query(project, "SELECT HDL FROM [COMP]") == "HDL\n");
   }
   CHECK(site.run({"history", "log", "--site", site.site()}).output.find("restored") != std::string::npos);
 }

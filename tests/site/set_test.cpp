@@ -1,5 +1,6 @@
 // Sets of drawings from a list, as a designer makes them.
 #include "site_tool.h"
+#include "tests/support/golden.h"
 
 #include <doctest/doctest.h>
 
@@ -7,7 +8,6 @@
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
-#include <iterator>
 #include <map>
 #include <set>
 #include <sstream>
@@ -35,14 +35,10 @@ constexpr const char* goodRows =
     "C-701,Control circuits,Start and stop station,,,,,,,,,,,STATION,\n"
     "M-801,Three-phase motors,Direct on line,,5.5,kW,400,3,1500,40,M,,,DOSING,IEC\n";
 
-std::string toolPath() {
-  const char* bin = std::getenv("BRENVOLT_BIN");
-  return (bin == nullptr ? std::string("out/bin") : std::string(bin)) + "/brenvolt";
-}
-
-std::string readText(const fs::path& file) {
-  std::ifstream in(file, std::ios::binary);
-  return {std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>()};
+bool hasProgram(const std::string& call) {
+  if (std::system((call + " >/dev/null 2>&1").c_str()) == 0) return true;
+  MESSAGE("skipped: no " << call.substr(0, call.find(' ')));
+  return false;
 }
 
 /// All files below a folder with their bytes, without what names the folder of the run.
@@ -50,7 +46,7 @@ std::map<std::string, std::string> filesOf(const fs::path& folder) {
   std::map<std::string, std::string> files;
   for (const auto& entry : fs::recursive_directory_iterator(folder)) {
     if (!entry.is_regular_file()) continue;
-    files[entry.path().lexically_relative(folder).generic_string()] = readText(entry.path());
+    files[entry.path().lexically_relative(folder).generic_string()] = test::bytesOf(entry.path());
   }
   return files;
 }
@@ -78,14 +74,6 @@ public:
 private:
   SiteCopy site_;
 };
-
-std::vector<std::string> linesOf(const std::string& text) {
-  std::vector<std::string> lines;
-  std::istringstream in(text);
-  for (std::string line; std::getline(in, line);)
-    lines.push_back(line);
-  return lines;
-}
 
 std::vector<std::string> cellsOf(const std::string& line) {
   std::vector<std::string> cells(1);
@@ -265,7 +253,7 @@ TEST_CASE("a set is one PDF: the same bytes each time, with every tag as text") 
   CHECK(bytes.starts_with("%PDF-1."));
   CHECK(bytes == folder.site().folder().read("b.pdf"));
   CHECK(folder.site().run({"print", arguments[1], "--pdf", folder.path("none/a.pdf")}).exitCode == 4);
-  if (std::system("pdftotext -v >/dev/null 2>&1") != 0) return; // not on this machine
+  if (!hasProgram("pdftotext -v")) return;
   REQUIRE(
       std::system(("pdftotext '" + folder.path("a.pdf") + "' '" + folder.path("a.txt") + "'").c_str()) == 0);
   const std::string text = folder.site().folder().read("a.txt");
@@ -422,7 +410,7 @@ TEST_CASE("a list is the same list as text, sheet or table; what cannot be one i
 }
 
 TEST_CASE("formulas of a workbook's list count by their results, and merged cells are reported") {
-  if (std::system("ssconvert --version >/dev/null 2>&1") != 0) return; // not on this machine
+  if (!hasProgram("ssconvert --version")) return;
   const SetFolder folder(goodRows);
   std::string cells;
   const auto cell = [&cells](int row, int column, const std::string& text) {
@@ -474,8 +462,10 @@ TEST_CASE("a disk that gets full leaves what is whole, and the next run goes on"
       << "'\nmount -o remount,size=20m '" << folder.path("disk") << "'\n"
       << build << "; cp -r '" << folder.path("disk/set") << "' '" << folder.path("kept") << "'\n";
   if (std::system(("unshare -rm sh '" + folder.path("run.sh") + "' >/dev/null 2>&1").c_str()) != 0 &&
-      !fs::exists(folder.path("full")))
-    return; // this machine lets nobody mount a disk
+      !fs::exists(folder.path("full"))) {
+    MESSAGE("skipped: no disk can be mounted");
+    return;
+  }
   CHECK(folder.site().folder().read("full") == "4\n");
   CHECK(folder.site().folder().read("errors").find("No space left on device") != std::string::npos);
   auto kept = filesOf(folder.path("kept"));
@@ -524,7 +514,7 @@ TEST_CASE("the lines for Slurm and GNU parallel in the manual build the same set
   }();
   fs::rename(folder.path("list.csv"), folder.path("motors.csv"));
   std::ofstream(folder.path("machines")) << ":\n"; // this one
-  const auto manual = linesOf(readText("docs/set.md"));
+  const auto manual = linesOf(test::bytesOf("docs/set.md"));
   const std::string cluster = "bash '" + fs::absolute("tests/site/one_machine_cluster.sh").string() + "' '" +
                               folder.path("cluster") + "' ";
   for (const auto& [program, before] :
@@ -534,9 +524,9 @@ TEST_CASE("the lines for Slurm and GNU parallel in the manual build the same set
       return one.starts_with("    " + program + " ");
     });
     REQUIRE(line != manual.end());
-    if (std::system((program + " --version >/dev/null 2>&1").c_str()) != 0) continue; // not on this machine
+    if (!hasProgram(program + " --version")) continue;
     const int status = std::system(("cd '" + folder.path("") + "' && rm -rf plant && PATH=\"" +
-                                    fs::absolute(toolPath()).parent_path().string() +
+                                    fs::path(toolPath()).parent_path().string() +
                                     ":$PATH\" && export PATH && " + before + *line + " >/dev/null 2>&1")
                                        .c_str());
     constexpr int skipped = 77;

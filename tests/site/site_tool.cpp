@@ -5,6 +5,7 @@
 
 #include <doctest/doctest.h>
 
+#include <algorithm>
 #include <filesystem>
 
 namespace brenvolt {
@@ -24,6 +25,16 @@ constexpr SampleCircuit samples[] = {
     {"control_station", "Control circuits", "Start and stop station", "Station"},
 };
 
+/// Handles, also where a row names one, and the index that the project gave the drawing, are left out.
+std::string withoutHandles(std::string text) {
+  for (const std::string_view mark : {"\"handle\":\"", "[=", "h="})
+    for (std::size_t at = text.find(mark); at != std::string::npos; at = text.find(mark, at + mark.size())) {
+      const std::size_t first = at + mark.size();
+      text.erase(first, std::min(text.find_first_not_of("0123456789ABCDEF", first), text.size()) - first);
+    }
+  return text;
+}
+
 } // namespace
 
 std::span<const SampleCircuit> sampleCircuits() {
@@ -42,6 +53,25 @@ ToolRun SiteCopy::draw(
   return folder_.run(arguments);
 }
 
+std::string SiteCopy::done(const std::vector<std::string>& arguments) const {
+  const ToolRun run = folder_.run(arguments);
+  REQUIRE_MESSAGE(run.exitCode == 0, run.errors);
+  return run.output;
+}
+
+std::string SiteCopy::drawn(
+    const SampleCircuit& circuit, const std::string& out, const std::vector<std::string>& more) const {
+  const ToolRun run = draw(circuit, out, more);
+  REQUIRE_MESSAGE(run.exitCode == 0, run.errors);
+  return folder_.read(out);
+}
+
+std::string SiteCopy::newProject() const {
+  const std::string project = folder_.path("project.db");
+  done({"import", project, site() + "/project"});
+  return project;
+}
+
 void SiteCopy::changeSheet(
     const std::string& sheet, std::string_view part, std::string_view replacement) const {
   std::string text = folder_.read("site/workbook/" + sheet + ".csv");
@@ -56,18 +86,12 @@ void SiteCopy::writeSheet(const std::string& sheet, std::string_view csv) const 
 }
 
 void SiteCopy::pack() const {
-  REQUIRE(
-      run({"workbook", "pack", folder_.path("site/workbook"), folder_.path("site/zan_brenvolt.xls")})
-          .exitCode == 0);
+  done({"workbook", "pack", folder_.path("site/workbook"), folder_.path("site/zan_brenvolt.xls")});
 }
 
 std::string historyText(const std::string& bytes, const std::string& folder) {
   REQUIRE(bytes.substr(0, 2) == "\xFF\xFE");
-  std::wstring text;
-  for (std::size_t i = 2; i + 1 < bytes.size(); i += 2)
-    text += static_cast<wchar_t>(
-        static_cast<unsigned char>(bytes[i]) | static_cast<unsigned char>(bytes[i + 1]) << 8);
-  return toUtf8(replaceAll(text, fromUtf8(folder), L"SITE"));
+  return toUtf8(replaceAll(fromUtf16Le(bytes.substr(2)), fromUtf8(folder), L"SITE"));
 }
 
 std::string historyEntry(const std::string& history, const std::string& name) {
@@ -76,6 +100,17 @@ std::string historyEntry(const std::string& history, const std::string& name) {
   if (start == std::string::npos) return {};
   const std::string entry = history.substr(start, history.find(end, start) + end.size() - start);
   return toUtf8(replaceAll(fromUtf8(entry), L"><", L">\n<")) + "\n";
+}
+
+std::vector<std::string> sortedLines(const std::string& text) {
+  std::vector<std::string> lines;
+  for (const std::wstring& line : splitKeepingEmpty(fromUtf8(withoutHandles(text)), L'\n')) {
+    if (line.starts_with(L"\"SITE_DWGIX\"")) continue;
+    lines.push_back(toUtf8(line));
+    if (lines.back().ends_with(',')) lines.back().pop_back();
+  }
+  std::sort(lines.begin(), lines.end());
+  return lines;
 }
 
 } // namespace brenvolt

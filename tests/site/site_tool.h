@@ -26,6 +26,9 @@ struct SampleCircuit {
 /// The entry of this name, an element a line; empty when there is none.
 [[nodiscard]] std::string historyEntry(const std::string& history, const std::string& name);
 
+/// Lines of a drawing or of rows, sorted, without what a drawing gives entities by the order in which they come.
+[[nodiscard]] std::vector<std::string> sortedLines(const std::string& text);
+
 class SiteCopy final {
 public:
   SiteCopy();
@@ -35,6 +38,16 @@ public:
       const SampleCircuit& circuit, const std::string& out, const std::vector<std::string>& more = {}) const;
   [[nodiscard]] ToolRun run(const std::vector<std::string>& arguments) const {
     return folder_.run(arguments);
+  }
+  /// The same two where the run must succeed: what it prints, and the drawing's text.
+  std::string done(const std::vector<std::string>& arguments) const;
+  std::string drawn(
+      const SampleCircuit& circuit, const std::string& out, const std::vector<std::string>& more = {}) const;
+  /// The path of a new project database.
+  [[nodiscard]] std::string newProject() const;
+  /// The rows that a statement returns, as CSV with a header.
+  [[nodiscard]] std::string query(const std::string& database, const std::string& statement) const {
+    return done({"sql", database, statement, "--csv"});
   }
   /// Replaces a part of a sheet's CSV, which must be there, and packs the workbook again.
   void changeSheet(const std::string& sheet, std::string_view part, std::string_view replacement) const;

@@ -29,11 +29,9 @@ int compareFiles(const fs::path& expected, const fs::path& actual, const std::st
 
 TEST_CASE("symbols, templates and workbook are what their sources make, none missing and none too many") {
   const ToolFolder folder;
-  const char* bin = std::getenv("BRENVOLT_BIN");
-  const std::string tool = (bin == nullptr ? fs::path("out/bin") : fs::path(bin)) / "brenvolt";
   REQUIRE(
-      std::system(("BRENVOLT='" + tool + "' bash site/rebuild.sh '" + folder.path("new") + "'").c_str()) ==
-      0);
+      std::system(
+          ("BRENVOLT='" + toolPath() + "' bash site/rebuild.sh '" + folder.path("new") + "'").c_str()) == 0);
   for (const char* part : {"blocks", "templates"})
     CHECK(
         compareFiles(fs::path("site") / part, folder.path("new/") + part, ".json") ==
@@ -45,27 +43,6 @@ TEST_CASE("an unpacked workbook gives the sheets that it was packed from") {
   const ToolFolder folder;
   REQUIRE(folder.run({"workbook", "unpack", "site/zan_brenvolt.xls", folder.path("sheets")}).exitCode == 0);
   CHECK(compareFiles("site/workbook", folder.path("sheets"), ".csv") >= 8);
-}
-
-TEST_CASE("the sample workbook is without findings") {
-  const ToolFolder folder;
-  const ToolRun run = folder.run({"catalog", "--site", "site", "--check"});
-  CHECK_MESSAGE(run.exitCode == 0, run.errors);
-}
-
-TEST_CASE("saved configurations are listed, shown and deleted by name without case") {
-  const SiteCopy site;
-  const auto named = [&site](const char* verb, const char* name) {
-    return site.run(
-        {"history", verb, "--site", site.site(), "--circuit", "three-phase motors", "--type", "star-delta",
-         name});
-  };
-  CHECK(named("show", "fan 40 hp").output.find("Load: 40\nUnits: HP\n") != std::string::npos);
-  CHECK(named("delete", "Fan 40 HP").exitCode == 0);
-  CHECK(named("show", "Fan 40 HP").exitCode == 3);
-  const ToolRun list = site.run({"history", "list", "--site", site.site()});
-  CHECK(list.output.find("Pump 10 HP") != std::string::npos);
-  CHECK(list.output.find("Fan 40 HP") == std::string::npos);
 }
 
 TEST_CASE("a folder that is no workbook is refused with its name") {
