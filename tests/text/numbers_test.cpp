@@ -8,6 +8,8 @@
 #include <limits>
 #include <random>
 #include <string>
+#include <utility>
+#include <vector>
 
 using namespace brenvolt;
 
@@ -18,75 +20,54 @@ constexpr double infinite = std::numeric_limits<double>::infinity();
 
 TEST_CASE("the leading number of a text is read and the rest is passed over") {
   struct Row {
-    std::wstring text;
     double value;
+    std::vector<std::wstring> texts;
   };
+  const std::wstring nines(400, L'9');
+  const std::wstring zeros(400, L'0');
   const Row rows[] = {
-      {L"", 0.0},
-      {L"abc", 0.0},
-      {L"28", 28.0},
-      {L" \t\r\n-12.50 A", -12.5},
-      {L"+3", 3.0},
-      {L"5.", 5.0},
-      {L".5", 0.5},
-      {L"-.5x", -0.5},
-      {L".", 0.0},
-      {L"-", 0.0},
-      {L"--5", 0.0},
-      {L"+-5", 0.0},
-      {L"- 5", 0.0},
-      {L"1.2.3", 1.2},
-      {L"1,5", 1.0},
-      {L"1-2", 1.0},
-      {L"2e3", 2000.0},
-      {L"2E-3V", 0.002},
-      {L"2e", 2.0},
-      {L"2e+", 2.0},
-      {L"2exp", 2.0},
-      {L".e5", 0.0},
-      {L"0x1F", 0.0},
-      {L"nan", 0.0},
-      {L"inf", 0.0},
-      {L"-infinity", 0.0},
-      {L"1e999", largest},
-      {L"-1e999", -largest},
-      {L"1e99999999999999999999", largest},
-      {L"1e-999", 0.0},
-      {L"-1e-99999999999999999999", 0.0},
-      {L"0e99999999999999999999", 0.0},
-      {std::wstring(400, L'9'), largest},
-      {L"0." + std::wstring(400, L'0') + L"1", 0.0},
-      {L"0." + std::wstring(400, L'0') + L"1e401", 1.0},
-      {L"1" + std::wstring(400, L'0') + L"e-400", 1.0},
-      {L"\u0661\u0662", 0.0}, // digits of another script
+      // The last one has digits of another script.
+      {0.0,
+       {L"", L"abc", L".", L"-", L"--5", L"+-5", L"- 5", L".e5", L"0x1F", L"nan", L"inf", L"-infinity",
+        L"1e-999", L"-1e-99999999999999999999", L"0e99999999999999999999", L"0." + zeros + L"1",
+        L"\u0661\u0662"}},
+      {28.0, {L"28"}},
+      {-12.5, {L" \t\r\n-12.50 A"}},
+      {3.0, {L"+3"}},
+      {5.0, {L"5."}},
+      {0.5, {L".5"}},
+      {-0.5, {L"-.5x"}},
+      {1.2, {L"1.2.3"}},
+      {1.0, {L"1,5", L"1-2", L"0." + zeros + L"1e401", L"1" + zeros + L"e-400"}},
+      {2000.0, {L"2e3"}},
+      {0.002, {L"2E-3V"}},
+      {2.0, {L"2e", L"2e+", L"2exp"}},
+      {largest, {L"1e999", L"1e99999999999999999999", nines}},
+      {-largest, {L"-1e999"}},
   };
-  for (const Row& row : rows) {
-    CAPTURE(toUtf8(row.text));
-    CHECK(toDouble(row.text) == row.value);
-  }
+  for (const Row& row : rows)
+    for (const std::wstring& text : row.texts) {
+      CAPTURE(toUtf8(text));
+      CHECK(toDouble(text) == row.value);
+    }
   CHECK_FALSE(std::signbit(toDouble(L"-0")));
 }
 
 TEST_CASE("an integer is read up to its last digit and kept within 32 bits") {
-  struct Row {
-    const wchar_t* text;
-    std::int32_t value;
-  };
-  const Row rows[] = {
-      {L"", 0},
-      {L" 42mm", 42},
-      {L"-7.9", -7},
-      {L"+3", 3},
-      {L"--3", 0},
-      {L"x1", 0},
-      {L"2147483648", 2147483647},
-      {L"-2147483649", -2147483647 - 1},
-      {L"99999999999999999999999", 2147483647},
-      {L"-99999999999999999999999", -2147483647 - 1},
-  };
-  for (const Row& row : rows) {
-    CAPTURE(toUtf8(row.text));
-    CHECK(toInt(row.text) == row.value);
+  constexpr std::int32_t most = 2147483647;
+  for (const auto& [text, value] :
+       {std::pair{L"", 0},
+        {L" 42mm", 42},
+        {L"-7.9", -7},
+        {L"+3", 3},
+        {L"--3", 0},
+        {L"x1", 0},
+        {L"2147483648", most},
+        {L"-2147483649", -most - 1},
+        {L"99999999999999999999999", most},
+        {L"-99999999999999999999999", -most - 1}}) {
+    CAPTURE(toUtf8(text));
+    CHECK(toInt(text) == value);
   }
 }
 
@@ -120,25 +101,19 @@ TEST_CASE("trailing zeros go only behind a point") {
 }
 
 TEST_CASE("the shortest text of a number is the one a person writes") {
-  struct Row {
-    double value;
-    const wchar_t* text;
-  };
-  const Row rows[] = {
-      {28.0, L"28"},
-      {0.75, L"0.75"},
-      {0.1, L"0.1"},
-      {-0.0, L"0"},
-      {0.00001, L"0.00001"},
-      {1e-15, L"0.000000000000001"},
-      {123456789012345.0, L"123456789012345"},
-      {1e15, L"1e+15"},
-      {1e300, L"1e+300"},
-      {6.2831853, L"6.2831853"},
-      {infinite, L""},
-  };
-  for (const Row& row : rows)
-    CHECK(formatShortest(row.value) == row.text);
+  for (const auto& [value, text] :
+       {std::pair{28.0, L"28"},
+        {0.75, L"0.75"},
+        {0.1, L"0.1"},
+        {-0.0, L"0"},
+        {0.00001, L"0.00001"},
+        {1e-15, L"0.000000000000001"},
+        {123456789012345.0, L"123456789012345"},
+        {1e15, L"1e+15"},
+        {1e300, L"1e+300"},
+        {6.2831853, L"6.2831853"},
+        {infinite, L""}})
+    CHECK(formatShortest(value) == text);
 }
 
 TEST_CASE("the shortest text of a number reads back as the same number") {
