@@ -1,12 +1,13 @@
 #include "drawing_fixtures.h"
 #include "simhost/drawing/drawing_file.h"
 #include "simhost/drawing/insertion.h"
+#include "tests/support/golden.h"
+#include "tests/support/temporary_folder.h"
 #include "text/encoding.h"
 
 #include <doctest/doctest.h>
 
 #include <filesystem>
-#include <fstream>
 #include <iterator>
 #include <string>
 
@@ -25,11 +26,6 @@ std::string fullDrawing() {
   DrawingDatabase drawing;
   fillWithEverything(drawing);
   return drawingToJson(drawing);
-}
-
-std::string bytesOf(const std::filesystem::path& path) {
-  std::ifstream file(path, std::ios::binary);
-  return {std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
 }
 
 } // namespace
@@ -174,24 +170,21 @@ TEST_CASE("a file that was cut off or has a byte changed never harms") {
 }
 
 TEST_CASE("saving replaces a file whole or leaves it as it was") {
-  const std::filesystem::path folder = std::filesystem::temp_directory_path() / "brenvolt_drawing_file_test";
-  std::filesystem::remove_all(folder);
-  std::filesystem::create_directories(folder);
-  const std::filesystem::path path = folder / "a.json";
+  const brenvolt::test::TemporaryFolder folder;
+  const auto wide = [&folder](const char* name) { return brenvolt::fromUtf8((folder / name).string()); };
   DrawingDatabase drawing;
-  REQUIRE_FALSE(saveDrawing(drawing, path.wstring()));
+  REQUIRE_FALSE(saveDrawing(drawing, wide("a.json")));
   fillWithEverything(drawing);
-  REQUIRE_FALSE(saveDrawing(drawing, path.wstring()));
-  CHECK(bytesOf(path) == drawingToJson(drawing));
-  CHECK(loadDrawing(path.wstring()).drawing != nullptr);
-  CHECK(saveDrawing(drawing, (folder / "none" / "a.json").wstring()));
-  std::filesystem::create_directories(folder / "b.json" / "kept");
-  CHECK(saveDrawing(drawing, (folder / "b.json").wstring()));
-  CHECK(
-      std::distance(std::filesystem::directory_iterator(folder), std::filesystem::directory_iterator()) == 2);
-  const LoadedDrawing missing = loadDrawing((folder / "none.json").wstring());
-  CHECK(missing.drawing == nullptr);
-  CHECK(missing.error == (folder / "none.json").wstring() + L": cannot read the file");
-  CHECK(loadDrawing(folder.wstring()).error == folder.wstring() + L": cannot read the file");
-  std::filesystem::remove_all(folder);
+  REQUIRE_FALSE(saveDrawing(drawing, wide("a.json")));
+  CHECK(brenvolt::test::bytesOf(folder / "a.json") == drawingToJson(drawing));
+  CHECK(loadDrawing(wide("a.json")).drawing != nullptr);
+  CHECK(saveDrawing(drawing, wide("none/a.json")));
+  std::filesystem::create_directories(folder / "b.json/kept");
+  CHECK(saveDrawing(drawing, wide("b.json")));
+  CHECK(std::distance(std::filesystem::directory_iterator(folder.path()), {}) == 2);
+  for (const char* name : {"none.json", ""}) {
+    const LoadedDrawing missing = loadDrawing(wide(name));
+    CHECK(missing.drawing == nullptr);
+    CHECK(missing.error == wide(name) + L": cannot read the file");
+  }
 }

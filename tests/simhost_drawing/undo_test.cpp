@@ -165,24 +165,6 @@ TEST_CASE("what is near is found at every scale of coordinates") {
   }
 }
 
-TEST_CASE("a position that was told can be returned to, also in the middle of a group") {
-  DrawingDatabase drawing;
-  UndoLog& log = drawing.undoLog();
-  const KvDbHandle space = drawing.modelSpace();
-  UndoGroup evaluation(log);
-  drawing.addEntity(space, makeLine(0, 0, 1, 1));
-  const int atSelection = log.undoCount();
-  drawing.addEntity(space, makeLine(0, 0, 2, 2));
-  const int mark = log.undoCount();
-  const std::string marked = drawingToJson(drawing);
-  drawing.addEntity(space, makeLine(0, 0, 3, 3));
-  drawing.addEntity(space, makeLine(0, 0, 4, 4));
-  REQUIRE(log.undo(log.undoCount() - mark) == 0);
-  CHECK(drawingToJson(drawing) == marked);
-  REQUIRE(log.undo(log.undoCount() - atSelection) == 0);
-  CHECK(drawing.store().findBlock(space)->entityCount == 1);
-}
-
 TEST_CASE("a group is one record and a group without a change is none") {
   DrawingDatabase drawing;
   UndoLog& log = drawing.undoLog();

@@ -147,27 +147,6 @@ TEST_CASE("the embedding defines, calls and replaces functions") {
   CHECK_FALSE(interpreter.findFunction(L"zan_area").has_value());
 }
 
-TEST_CASE("a callback reads and sets variables as the running program sees them") {
-  Interpreter interpreter;
-  interpreter.define(L"native", 0, 0, [](Arguments& arguments) {
-    Value seen = arguments.interpreter().value(L"#xyz");
-    arguments.interpreter().setValue(L"#data", makePoint(1, 2.5, 0));
-    return seen;
-  });
-  CHECK(
-      evaluated(interpreter, "(setq #xyz 1) (defun f (#xyz) (native)) (list (f 2) #data)") ==
-      "(2 (1.0 2.5 0.0))");
-}
-
-TEST_CASE("entity names and objects of the embedding are handed around") {
-  Interpreter interpreter;
-  interpreter.setValue(L"ent", Value::entity(0x1A));
-  interpreter.setValue(L"thing", Value::opaque(std::make_shared<int>(7), L"Selection: 3"));
-  CHECK(
-      evaluated(interpreter, "(list ent thing (equal ent ent) (type-of ent))") ==
-      "(<Entity: 1A> <Selection: 3> T ENTITY)");
-}
-
 TEST_CASE("what the embedding throws passes through every form, and clean-up forms still run") {
   Interpreter interpreter;
   interpreter.define(L"cancel", 0, 0, [](Arguments&) -> Value { throw Cancelled(); });
