@@ -121,8 +121,7 @@ TEST_CASE("a damaged file is told with its place and reason") {
   }
 }
 
-TEST_CASE(
-    "circuits and their marks are saved, and a copy into another drawing is a circuit of its own there") {
+TEST_CASE("circuits and their marks are saved, and a copy is a circuit of its own") {
   DrawingDatabase source;
   source.putCircuit(L"4", {{L"type", L"Direct"}, {L"codes", L"DISC=1;"}});
   source.setStamp(Provenance{L"4", L"DISC"});

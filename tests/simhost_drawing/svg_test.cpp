@@ -2,15 +2,13 @@
 #include "simhost/drawing/box_index.h"
 #include "simhost/drawing/display_list.h"
 #include "simhost/drawing/svg.h"
-#include "text/encoding.h"
+#include "tests/support/golden.h"
 
 #include <doctest/doctest.h>
 
 #include <cstdint>
-#include <fstream>
 #include <limits>
 #include <optional>
-#include <sstream>
 #include <string>
 #include <vector>
 
@@ -22,16 +20,10 @@ TEST_CASE("the picture of a motor branch is the golden one") {
   drawMotorBranch(drawing);
   const SvgPicture picture = renderSvg(drawing, drawing.modelSpace());
   REQUIRE(picture.error.empty());
-  const std::string golden = "tests/simhost_drawing/golden/motor_branch.svg";
-  std::ostringstream expected;
-  expected << std::ifstream(golden, std::ios::binary).rdbuf();
-  const bool isSame = picture.svg == expected.str();
-  if (!isSame) std::ofstream(golden + ".actual", std::ios::binary) << picture.svg;
-  CHECK_MESSAGE(isSame, "compare with ", golden, ".actual; to accept it, move it over the golden file");
+  CHECK(brenvolt::test::matchesGolden("tests/simhost_drawing/golden/motor_branch.svg", picture.svg));
 }
 
-TEST_CASE("an empty space is an empty sheet, and neither the smallest extents nor damaged texts break the "
-          "picture") {
+TEST_CASE("an empty space is an empty sheet; tiny extents and damaged texts break no picture") {
   DrawingDatabase drawing;
   CHECK(renderSvg(drawing, drawing.paperSpace()).svg.find("</svg>") != std::string::npos);
   drawing.addEntity(drawing.paperSpace(), makeLine(0, 0, 1e-320, 0));
