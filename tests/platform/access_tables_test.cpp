@@ -9,7 +9,6 @@
 #include <doctest/doctest.h>
 
 #include <cmath>
-#include <set>
 
 using namespace brenvolt;
 using namespace brenvolt::testing;

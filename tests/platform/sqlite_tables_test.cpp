@@ -178,8 +178,7 @@ TEST_CASE("two processes that write at once both succeed, and a reader beside th
   CHECK(rowsOf(*connection, L"SELECT count(*) FROM [T]") == Lines{L"80"});
 }
 
-TEST_CASE(
-    "what is read together comes from one state of the file, and the next reading has what came meanwhile") {
+TEST_CASE("what is read together comes from one state of the file") {
   const TemporaryFolder folder;
   makeSqlite(
       folder.file("a.db"),

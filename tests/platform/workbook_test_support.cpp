@@ -4,7 +4,6 @@
 #include "platform/little_endian.h"
 #include "platform/ole2_writer.h"
 #include "platform/workbook_book.h"
-#include "text/encoding.h"
 
 #include <doctest/doctest.h>
 

@@ -19,30 +19,17 @@ using namespace workbook_test;
 using namespace std::string_literals;
 
 TEST_CASE("a number format that shows a date or a time is known as such") {
-  struct Row {
-    const wchar_t* format;
-    NumberStyle style;
-  };
-  const Row rows[] = {
-      {L"General", NumberStyle::number},
-      {L"0.00E+00", NumberStyle::number},
-      {L"#,##0.00 [$EUR];[Red]-#,##0.00", NumberStyle::number},
-      {L"0 \"days\"", NumberStyle::number},
-      {L"0\\d", NumberStyle::number},
-      {L"_-* #,##0_-;_-@_-", NumberStyle::number},
-      {L"yyyy\\-mm\\-dd;@", NumberStyle::date},
-      {L"[$-409]d-mmm-yy", NumberStyle::date},
-      {L"mm", NumberStyle::date},
-      {L"dd.mm.yyyy hh:mm", NumberStyle::dateAndTime},
-      {L"hh:mm AM/PM", NumberStyle::time},
-      {L"mm:ss.0", NumberStyle::time},
-      {L"[h]:mm:ss", NumberStyle::elapsedTime},
-      {L"[Red]\"unclosed", NumberStyle::number},
-  };
-  for (const Row& row : rows) {
-    CAPTURE(toUtf8(row.format));
-    CHECK(numberStyleOf(row.format) == row.style);
-  }
+  const std::pair<NumberStyle, std::vector<const wchar_t*>> rows[] = {
+      {NumberStyle::number,
+       {L"General", L"0.00E+00", L"#,##0.00 [$EUR];[Red]-#,##0.00", L"0 \"days\"", L"0\\d",
+        L"_-* #,##0_-;_-@_-", L"[Red]\"unclosed"}},
+      {NumberStyle::date, {L"yyyy\\-mm\\-dd;@", L"[$-409]d-mmm-yy", L"mm"}},
+      {NumberStyle::dateAndTime, {L"dd.mm.yyyy hh:mm"}},
+      {NumberStyle::time, {L"hh:mm AM/PM", L"mm:ss.0"}},
+      {NumberStyle::elapsedTime, {L"[h]:mm:ss"}}};
+  for (const auto& [style, formats] : rows)
+    for (const wchar_t* format : formats)
+      CHECK_MESSAGE(numberStyleOf(format) == style, toUtf8(format));
   CHECK(builtInNumberStyle(14) == NumberStyle::date);
   CHECK(builtInNumberStyle(22) == NumberStyle::dateAndTime);
   CHECK(builtInNumberStyle(46) == NumberStyle::elapsedTime);

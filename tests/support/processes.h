@@ -1,7 +1,6 @@
 // Work in processes of its own: what happens when several programs are at it, and when one is killed.
 #pragma once
 
-#include <csignal>
 #include <sys/wait.h>
 #include <unistd.h>
 
