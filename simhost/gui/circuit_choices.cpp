@@ -40,10 +40,12 @@ Consent askToBuildAgain(QWidget* parent, const HostTexts& texts, const QString& 
 /// In a scope, OK of the configuration dialog inserts what waits.
 class InsertingOk final {
 public:
-  explicit InsertingOk(QtWindows& windows) : windows_(windows) { windows_.setInsertsBeforeOk(true); }
+  explicit InsertingOk(QtWindows& windows) : windows_(windows) {
+    windows_.dialogs().setInsertsBeforeOk(true);
+  }
   InsertingOk(const InsertingOk&) = delete;
   InsertingOk& operator=(const InsertingOk&) = delete;
-  ~InsertingOk() { windows_.setInsertsBeforeOk(false); }
+  ~InsertingOk() { windows_.dialogs().setInsertsBeforeOk(false); }
 
 private:
   QtWindows& windows_;

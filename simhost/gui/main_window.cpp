@@ -55,8 +55,8 @@ MainWindow::MainWindow(SiteRun& site, QtWindows& windows, HostTexts& texts)
       status_(site, texts), services_{site, windows, texts, runner_, settings_, status_, *this},
       view_(new DrawingView(this)), banner_(new QLabel(view_)), help_(new ContextHelp(this)),
       siteCircuits_(circuitsOfSite(site, windows, texts)), units_(site, windows), shown_(services_, *view_),
-      files_(services_), selection_(services_, *view_, files_), picks_(services_, *view_, *banner_),
-      placing_(services_, *view_, shown_, picks_, siteCircuits_.get()),
+      files_(services_), selection_(services_, *view_, files_),
+      picks_(services_, *view_, *banner_), placing_(services_, *view_, shown_, picks_, siteCircuits_.get()),
       circuitCommands_(services_, *view_, files_, selection_, picks_, placing_), paper_(services_, files_),
       projects_(services_), sets_(services_, files_), check_(services_, *view_, files_),
       panels_(services_, *this), menus_(services_, *this) {
@@ -67,9 +67,9 @@ MainWindow::MainWindow(SiteRun& site, QtWindows& windows, HostTexts& texts)
   site_.session().commandLine().setSink([this](std::wstring_view text) { panels_.prompt().print(text); });
   windows_.setMainWindow(this);
   windows_.setPicker(&picks_);
-  windows_.setSettings(&site_.session().settings());
-  windows_.setCircuitFacts(siteCircuits_.get());
-  windows_.setWords(windowWords(texts_));
+  windows_.dialogs().setSettings(&site_.session().settings());
+  windows_.dialogs().setCircuitFacts(siteCircuits_.get());
+  windows_.dialogs().setWords(windowWords(texts_));
   if (const auto& folder = site_.session().options().siteFolder; !folder.empty())
     settings_.remember(L"recentSites", QString::fromStdString(folder.string()));
   refreshAll();
@@ -87,8 +87,8 @@ MainWindow::~MainWindow() {
   site_.session().commandLine().setSink([](std::wstring_view) {});
   windows_.setPicker(nullptr);
   windows_.setMainWindow(nullptr);
-  windows_.setSettings(nullptr);
-  windows_.setCircuitFacts(nullptr);
+  windows_.dialogs().setSettings(nullptr);
+  windows_.dialogs().setCircuitFacts(nullptr);
 }
 
 void MainWindow::buildView() {
@@ -269,7 +269,7 @@ void MainWindow::showProperties() {
 
 void MainWindow::closeEvent(QCloseEvent* event) {
   event->ignore();
-  if (windows_.isDialogSeen()) return status_.sayBusy(); // it waits for its own answer
+  if (windows_.dialogs().isDialogSeen()) return status_.sayBusy(); // it waits for its own answer
   if (runner_.isBusy()) {
     // The current run ends when it next processes messages; the window closes when the run has rolled back.
     closesAfterRun_ = true;

@@ -57,7 +57,7 @@ void MainWindow::takeLanguage(const QString& language) {
     return status_.showFault(QString::fromUtf8(error.what()));
   }
   loadQtWords(language);
-  windows_.setWords(windowWords(texts_));
+  windows_.dialogs().setWords(windowWords(texts_));
   const QByteArray places = saveState();
   const std::map<QString, QString> typed = typedTexts(*this);
   const QByteArray findings = panels_.check().json();

@@ -165,7 +165,7 @@ QStringList SiteCircuits::onlyWith(const OfferedCircuit& circuit, const QString&
 }
 
 QString SiteCircuits::phase() {
-  if (windows_.topForm() != QStringLiteral("ZanDlgConfig")) return {};
+  if (windows_.dialogs().topForm() != QStringLiteral("ZanDlgConfig")) return {};
   const DrawingDatabase& drawing = site_.session().documents().current()->drawing();
   std::map<std::wstring, std::set<std::wstring>> wires; // by what follows the number: "-A" of motor A
   for (const std::wstring& code : markerCodes(drawing))

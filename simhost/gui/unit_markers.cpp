@@ -57,13 +57,13 @@ std::vector<std::wstring> markerCodes(const DrawingDatabase& drawing) {
 }
 
 QTreeWidget* UnitMarkers::tree() const {
-  const QtDialog* dialog = windows_.dialogBeside();
+  const QtDialog* dialog = windows_.dialogs().beside();
   return dialog == nullptr ? nullptr : dialog->frame().findChild<QTreeWidget*>();
 }
 
 /// Of a control of the dialog; empty without it.
 std::wstring UnitMarkers::shownText(std::wstring_view role) const {
-  const QtDialog* dialog = windows_.dialogBeside();
+  const QtDialog* dialog = windows_.dialogs().beside();
   if (dialog == nullptr) return {};
   for (const auto& view : dialog->views())
     if (const auto* text = dynamic_cast<const TextModel*>(&view->model()); text != nullptr)

@@ -54,7 +54,7 @@ void ViewPicks::run(const QString& prompt, const QString& hint, DrawingView::Mod
   loop_ = &loop;
   pick_ = {};
   onChanged();
-  const PickKind dialogKind = pickKindOf(services_.windows.topForm());
+  const PickKind dialogKind = pickKindOf(services_.windows.dialogs().topForm());
   const PickKind kind = dialogKind == PickKind::any ? kind_ : dialogKind;
   view_.marks().setFilter(
       [this, kind](KvDbHandle entity) { return fits(services_.drawing(), entity, kind); });

@@ -1,10 +1,10 @@
 // What all views share, and those of single values: texts, lists, ticks, buttons.
 #include "simhost/qt/control_view.h"
 
-#include "simhost/qt/circuit_facts.h"
 #include "simhost/qt/empty_note.h"
 #include "simhost/qt/grid_view.h"
 #include "simhost/qt/icons.h"
+#include "simhost/qt/offered_circuit.h"
 #include "simhost/qt/pages_view.h"
 #include "simhost/qt/picture_view.h"
 #include "simhost/qt/qt_dialog.h"
@@ -198,7 +198,7 @@ public:
   /// A list that the choices above leave without a meaning can be read, and says why.
   void refreshLinked() override {
     if (list().isEditable() || list().pages() == nullptr || !list().isVisible()) return;
-    const QStringList missing = dialog().missingFor(list());
+    const QStringList missing = missingFor(dialog().views(), dialog().circuitFacts(), list());
     if (missing.isEmpty() && !isUseless_) return;
     isUseless_ = !missing.isEmpty();
     box_->setEnabled(!isUseless_ && list().isEnabled() && !isLocked());
@@ -218,7 +218,7 @@ private:
     table_->setAutoDefault(false);
     QObject::connect(table_, &QPushButton::clicked, table_, [this] {
       const QString name =
-          dialog().circuitFacts()->chooseConfiguration(dialog().offeredCircuit(), table_->window());
+          dialog().circuitFacts()->chooseConfiguration(offeredCircuit(dialog().views()), table_->window());
       const int index = name.isEmpty() ? -1 : list().indexOf(fromQt(name));
       if (index >= 0) choose(index);
     });

@@ -3,13 +3,20 @@
 
 #include "simhost/qt/layout_builder.h"
 #include "simhost/qt/qt_dialog.h"
+#include "text/encoding.h"
 
 #include <QAbstractItemView>
 #include <QCloseEvent>
 #include <QKeyEvent>
 #include <QMouseEvent>
+#include <QSplitter>
 
+#include <nlohmann/json.hpp>
+
+#include <algorithm>
 #include <iterator>
+#include <numeric>
+#include <utility>
 
 namespace simhost {
 
@@ -84,24 +91,24 @@ ControlView* DialogFrame::watched(const QObject* widget) const {
 }
 
 void DialogFrame::reject() {
-  dialog_.closeBy();
+  closeByFrame();
 }
 
 void DialogFrame::closeEvent(QCloseEvent* event) {
   // Only the flow closes it.
   event->ignore();
-  dialog_.closeBy();
+  closeByFrame();
 }
 
 bool DialogFrame::handleKey(QKeyEvent& event, const ControlView* view) {
   if (event.modifiers() & ~Qt::KeypadModifier) return false;
   if (event.key() == Qt::Key_Delete && view != nullptr && takesDelete(*view)) {
-    dialog_.keyBy("Delete");
+    pressKey("Delete");
     return true;
   }
   for (const DialogKey& row : dialogKeys)
     if (event.key() == row.key) {
-      dialog_.keyBy(row.name);
+      pressKey(row.name);
       return true;
     }
   return false;
@@ -131,6 +138,53 @@ void DialogFrame::keyPressEvent(QKeyEvent* event) {
 void DialogFrame::mousePressEvent(QMouseEvent* event) {
   QDialog::mousePressEvent(event);
   dialog_.leaveBy();
+}
+
+ControlView* DialogFrame::focusedView() const {
+  for (const QWidget* widget = focusWidget(); widget != nullptr; widget = widget->parentWidget())
+    if (ControlView* view = watched(widget)) return view;
+  return nullptr;
+}
+
+/// Before the window is laid out, a splitter would divide what it is given in proportion to a size that it never has.
+void DialogFrame::showBar() {
+  const int wanted = std::exchange(wantedBar_, 0);
+  if (splitter_ == nullptr || wanted == 0) return;
+  QList<int> sizes = splitter_->sizes();
+  const int sum = std::accumulate(sizes.begin(), sizes.end(), 0);
+  sizes[0] = std::min(wanted, sum - 1);
+  for (qsizetype pane = 1; pane < sizes.size(); ++pane)
+    sizes[pane] = std::max((sum - sizes[0]) / static_cast<int>(sizes.size() - 1), 1);
+  splitter_->setSizes(sizes);
+}
+
+void DialogFrame::setBar(int place) {
+  wantedBar_ = place;
+  if (isVisible()) showBar();
+}
+
+void DialogFrame::pressKey(const char* key) {
+  const std::string name = key;
+  nlohmann::ordered_json action = {{"key", name}};
+  ControlView* const view = focusedView();
+  const bool isForControl = name == "Enter" || name == "Delete";
+  // Enter beside fields and buttons is the default button's.
+  if (name == "Enter" && (dialog_.focus() == nullptr || dialog_.focus()->kind() == ControlKind::tree))
+    dialog_.prepareOk();
+  if (isForControl && view != nullptr) action["in"] = brenvolt::toUtf8(view->model().role());
+  dialog_.act(std::move(action), [&](Gestures& gestures, nlohmann::ordered_json&) -> Refusal {
+    if (name == "F1") return gestures.help();
+    if (name == "Escape") return gestures.close();
+    if (view != nullptr)
+      if (Refusal refusal = gestures.focus(view->focusModel())) return refusal;
+    if (dialog_.isEnded()) return std::nullopt;
+    return name == "Enter" ? gestures.enter() : gestures.deleteKey();
+  });
+}
+
+void DialogFrame::closeByFrame() {
+  dialog_.act(
+      {{"close", "frame"}}, [](Gestures& gestures, nlohmann::ordered_json&) { return gestures.close(); });
 }
 
 } // namespace simhost

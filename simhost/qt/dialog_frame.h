@@ -24,7 +24,12 @@ public:
   void watch(ControlView& view);
   void unwatch(ControlView& view);
   [[nodiscard]] ControlView* watched(const QObject* widget) const;
+  /// The control that has the focus of this window, null for none.
+  [[nodiscard]] ControlView* focusedView() const;
   [[nodiscard]] QSplitter* splitter() const { return splitter_; }
+  /// Puts the divider of the window there, as soon as the window has a size.
+  void setBar(int place);
+  void showBar();
 
   void reject() override;
   bool eventFilter(QObject* watched, QEvent* event) override;
@@ -37,10 +42,14 @@ protected:
 private:
   /// True when the key means something to the dialog.
   bool handleKey(QKeyEvent& event, const ControlView* view);
+  /// A key with a meaning in the dialog: one of those that an answer file knows.
+  void pressKey(const char* key);
+  void closeByFrame();
 
   QtDialog& dialog_;
   std::map<const QObject*, ControlView*> views_;
   QSplitter* splitter_ = nullptr; ///< of the layout, null without one
+  int wantedBar_ = 0;             ///< position of the divider once the window has a size, 0 for none
 };
 
 } // namespace simhost

@@ -63,7 +63,7 @@ QSize LayoutBuilder::firstSize(const FormLayout& layout) const {
 }
 
 ControlView& LayoutBuilder::viewOf(const std::wstring& role) const {
-  ControlView* view = dialog_.viewOf(*dialog_.find(role));
+  ControlView* view = dialog_.views().of(*dialog_.find(role));
   return *view;
 }
 

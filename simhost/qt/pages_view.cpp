@@ -103,7 +103,7 @@ private:
     stack_->setCurrentWidget(page.area);
     // Whether a page is locked is seen on its controls.
     for (ControlModel* control : pages_.controlsOf(id))
-      if (ControlView* view = dialog().viewOf(*control)) view->refresh();
+      if (ControlView* view = dialog().views().of(*control)) view->refresh();
   }
 
   PagesModel& pages_;

@@ -3,7 +3,7 @@
 
 #include "simhost/drawing/drawing_file.h"
 #include "simhost/drawing/svg.h"
-#include "simhost/qt/circuit_facts.h"
+#include "simhost/qt/offered_circuit.h"
 #include "simhost/qt/qt_dialog.h"
 #include "simhost/qt/qt_text.h"
 
@@ -113,7 +113,7 @@ public:
     // What is not seen is neither read nor made.
     if (!text_.isVisible()) return;
     if (facts() == nullptr || views_->currentIndex() > 0) return showDrawing(shown_);
-    const OfferedCircuit offered = dialog().offeredCircuit();
+    const OfferedCircuit offered = simhost::offeredCircuit(dialog().views());
     if (shown_.empty() || offered.type.empty()) return showDrawing({});
     const CircuitFacts::Picture picture = facts()->picture(offered, [pane = QPointer<QWidget>(pane_), this] {
       if (pane != nullptr) refreshLinked();

@@ -2,24 +2,20 @@
 // they are shown, and a user makes the gestures. The actions are recorded as an answer file.
 #pragma once
 
-#include "simhost/qt/control_view.h"
+#include "simhost/qt/action_record.h"
 #include "simhost/qt/dialog_clock.h"
 #include "simhost/qt/form_layout.h"
 #include "simhost/qt/held_exception.h"
+#include "simhost/qt/view_set.h"
 #include "simhost/qt/window_words.h"
 #include "simhost/ui/dialog_model.h"
 #include "simhost/ui/gestures.h"
-#include "simhost/ui/recorder.h"
 
 #include <QPointer>
-#include <QStringList>
-
 #include <nlohmann/json_fwd.hpp>
 
 #include <functional>
-#include <map>
 #include <memory>
-#include <set>
 #include <utility>
 
 class QEventLoop;
@@ -28,8 +24,6 @@ namespace simhost {
 
 class CircuitFacts;
 class DialogFrame;
-class PagesView;
-struct OfferedCircuit;
 
 /// What a dialog needs of the windows around it.
 class DialogSurroundings {
@@ -83,12 +77,7 @@ public:
   [[nodiscard]] DialogClock& clock() { return clock_; }
   [[nodiscard]] const WindowWords& words() const { return around_.words(); }
   [[nodiscard]] CircuitFacts* circuitFacts() const { return around_.circuitFacts(); }
-  /// The options of which one has to be chosen for a list of options to be of use; empty when one is, or none has to.
-  [[nodiscard]] QStringList missingFor(const ListModel& list) const;
-  /// The circuit that is chosen in a dialog that offers circuits; of empty names without one.
-  [[nodiscard]] OfferedCircuit offeredCircuit() const;
-  [[nodiscard]] ControlView* viewOf(const ControlModel& model) const;
-  [[nodiscard]] const std::vector<std::unique_ptr<ControlView>>& views() const { return views_; }
+  [[nodiscard]] const ViewSet& views() const { return views_; }
 
   /// One action of the user. `action` is its form in an answer file; the gesture may add to it. Does nothing while the
   /// flow works on another one, or when the dialog cannot be reached.
@@ -105,49 +94,34 @@ public:
   void focusBy(ControlView& view);
   /// The user leaves all controls.
   void leaveBy();
-  /// A key with a meaning in the dialog: one of those that an answer file knows.
-  void keyBy(const char* key);
 
   /// For the recording: the user quits the program while the dialog is open, which then ends without a question.
   void noteLeft();
 
   /// Shows all that has changed.
   void refresh();
-  /// Hides the window of a dialog that runs on, and shows it again.
-  void putAside();
+  /// Shows the window of a dialog that runs on and was hidden.
   void showAgain();
   /// Ends the wait when the dialog is ended.
   void settle();
 
 private:
-  friend class DialogFrame;
-  [[nodiscard]] ControlView* focusedView() const;
-  void note(Json action);
   /// Runs code of the flow. If it throws, the dialog ends, `run` rethrows, and the result is false.
   [[nodiscard]] bool work(const std::function<void()>& body);
   void passTime();
-  /// The control that has the focus first.
-  [[nodiscard]] ControlView* firstView() const;
   void showFocus();
-  void closeBy();
-  void showSplit();
 
   DialogSurroundings& around_;
   Gestures gestures_;
-  DialogRecord record_;
   DialogClock clock_;
+  ActionRecord record_;
   FormLayout layout_;
   std::unique_ptr<DialogFrame> frame_;
-  std::vector<std::unique_ptr<ControlView>> views_;
-  std::vector<std::unique_ptr<ControlView>> forgotten_; ///< until the gesture is over that took them away
-  std::map<const ControlModel*, ControlView*> viewOf_;
-  std::set<ControlModel*> changed_;
+  ViewSet views_;
   HeldException thrown_;
   Refusal lastRefusal_;
   CellAnswer lastCellAnswer_ = CellAnswer::taken;
-  std::unique_ptr<Json> lastAction_; ///< with what later gestures may be joined
-  QEventLoop* loop_ = nullptr;       ///< while it runs
-  int wantedBar_ = 0;                ///< position of the divider once the window has a size, 0 for none
+  QEventLoop* loop_ = nullptr; ///< while it runs
   bool isActing_ = false;
   bool isShowing_ = false; ///< changes of widgets now are not actions of the user
   bool isRefreshPosted_ = false;

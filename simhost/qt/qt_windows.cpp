@@ -7,20 +7,16 @@
 #include "simhost/qt/qt_text.h"
 #include "simhost/qt/task_box.h"
 #include "simhost/qt/window_pilot.h"
-#include "simhost/qt/window_places.h"
 #include "simhost/ui/answers.h"
 #include "text/encoding.h"
 
 #include <QApplication>
-#include <QGuiApplication>
 #include <QMessageBox>
 #include <QTimer>
 
 #include <nlohmann/json.hpp>
 
-#include <algorithm>
 #include <cstdio>
-#include <utility>
 
 namespace simhost {
 
@@ -37,23 +33,6 @@ std::string handleText(KvDbHandle handle) {
 
 } // namespace
 
-class QtWindows::OpenScope final {
-public:
-  explicit OpenScope(QtWindows& windows) : windows_(windows) {
-    ++windows_.openWindows_;
-    windows_.suspendWaitCursor();
-  }
-  OpenScope(const OpenScope&) = delete;
-  OpenScope& operator=(const OpenScope&) = delete;
-  ~OpenScope() {
-    --windows_.openWindows_;
-    windows_.resumeWaitCursor();
-  }
-
-private:
-  QtWindows& windows_;
-};
-
 DrawingPicker::~DrawingPicker() = default;
 CircuitFacts::~CircuitFacts() = default;
 WindowPilot::~WindowPilot() = default;
@@ -66,21 +45,6 @@ void QtWindows::setMainWindow(QWidget* window) {
   mainFace_ = window == nullptr ? nullptr : std::make_unique<KvWindow>();
 }
 
-bool QtWindows::isDialogSeen() const {
-  return std::any_of(
-      dialogs_.begin(), dialogs_.end(), [](const QtDialog* dialog) { return dialog->frame().isVisible(); });
-}
-
-QtDialog* QtWindows::dialogBeside() const {
-  QtDialog* const top = dialogs_.empty() ? nullptr : dialogs_.back();
-  const bool isBeside = top != nullptr && top->frame().isVisible() && !top->frame().isModal();
-  return isBeside ? top : nullptr;
-}
-
-QString QtWindows::topForm() const {
-  return dialogs_.empty() ? QString() : dialogs_.back()->frame().objectName();
-}
-
 void QtWindows::beginRun() {
   failure_.clear();
   quitPosted_ = false;
@@ -91,9 +55,10 @@ TaskAnswer QtWindows::askTask(const TaskQuestion& question) {
   const std::size_t step = recorder_.begin(toUtf8(question.key), shownOf(question));
   if (!failure_.empty()) return {};
 
-  const OpenScope open(*this);
-  TaskBox box(question, words_, parentOfNext());
-  if (pilot_ != nullptr) QTimer::singleShot(0, &box, [&] { pilot_->drive(box, question); });
+  const DialogStack::QuestionScope open(dialogs_);
+  TaskBox box(question, dialogs_.words(), parentOfNext());
+  if (WindowPilot* const pilot = dialogs_.pilot())
+    QTimer::singleShot(0, &box, [&, pilot] { pilot->drive(box, question); });
   box.exec();
   const TaskAnswer answer = box.answer();
   Json& actions = recorder_.step(step)["do"];
@@ -106,11 +71,11 @@ EntityPick QtWindows::pickEntity(const std::wstring& prompt, bool emptyIsAllowed
   const std::size_t step = recorder_.begin(pickDialog, {{"prompt", toUtf8(prompt)}});
   EntityPick pick;
   if (picker_ != nullptr && failure_.empty()) {
-    const OpenScope open(*this);
+    const DialogStack::QuestionScope open(dialogs_);
     // A dialog that asks without lending the editor must not cover the drawing either.
-    const std::vector<QtDialog*> aside = putDialogsAside();
+    const std::vector<QtDialog*> aside = dialogs_.putAside();
     pick = picker_->pickEntity(prompt, emptyIsAllowed);
-    showAgain(aside);
+    dialogs_.showAgain(aside);
   }
   Json action = {{"press", "cancel"}};
   if (pick.kind == EntityPick::Kind::nothing) action = {{"pick", nullptr}};
@@ -127,7 +92,7 @@ FileAnswer QtWindows::askFile(const FileQuestion& question, const FileEvents& ev
   record.open(shownOf(question));
   if (!failure_.empty()) return {};
 
-  const OpenScope open(*this);
+  const DialogStack::QuestionScope open(dialogs_);
   const FileWindow* asked = nullptr;
   const auto path = [&] { return toUtf8(asked->answer().path); };
   FileWindow window(
@@ -146,7 +111,8 @@ FileAnswer QtWindows::askFile(const FileQuestion& question, const FileEvents& ev
        }},
       parentOfNext());
   asked = &window;
-  if (pilot_ != nullptr) QTimer::singleShot(0, &window, [&] { pilot_->drive(window, record); });
+  if (WindowPilot* const pilot = dialogs_.pilot())
+    QTimer::singleShot(0, &window, [&, pilot] { pilot->drive(window, record); });
   window.exec();
   window.throwOn();
   if (!window.answer().isOk) record.addAction({{"press", "cancel"}});
@@ -157,8 +123,8 @@ std::unique_ptr<DialogWindow> QtWindows::openDialog(const std::wstring& form, CK
   if (!failure_.empty()) return nullptr;
   try {
     const Form loaded = loadForm(formFolder(), form, language());
-    DialogSurroundings& around = *this;
-    return std::make_unique<QtDialog>(loaded, readLayout(loaded), dialog, around, recorder_, parentOfNext());
+    return std::make_unique<QtDialog>(
+        loaded, readLayout(loaded), dialog, dialogs_, recorder_, parentOfNext());
   } catch (const FormError& error) {
     recorder_.note(toUtf8(form), {{"fault", error.what()}});
     failure_ = brenvolt::fromUtf8(error.what());
@@ -166,74 +132,31 @@ std::unique_ptr<DialogWindow> QtWindows::openDialog(const std::wstring& form, CK
   }
 }
 
-void QtWindows::dialogOpens(QtDialog& dialog) {
-  dialogs_.push_back(&dialog);
-  suspendWaitCursor();
-  if (settings_ != nullptr) restorePlace(*settings_, dialog);
-}
-
-void QtWindows::dialogCloses(QtDialog& dialog) {
-  std::erase(dialogs_, &dialog);
-  resumeWaitCursor();
-  aside_.erase(&dialog);
-  if (settings_ != nullptr) keepPlace(*settings_, dialog);
-}
-
-void QtWindows::dialogLends(QtDialog& dialog) {
-  aside_[&dialog] = putDialogsAside();
-}
-
-void QtWindows::dialogTakesBack(QtDialog& dialog) {
-  showAgain(std::exchange(aside_[&dialog], {}));
-}
-
-std::vector<QtDialog*> QtWindows::putDialogsAside() {
-  std::vector<QtDialog*> aside;
-  for (QtDialog* dialog : dialogs_)
-    if (dialog->frame().isVisible()) aside.push_back(dialog);
-  for (auto dialog = aside.rbegin(); dialog != aside.rend(); ++dialog)
-    (*dialog)->putAside();
-  return aside;
-}
-
-void QtWindows::showAgain(const std::vector<QtDialog*>& dialogs) {
-  for (QtDialog* dialog : dialogs)
-    if (std::find(dialogs_.begin(), dialogs_.end(), dialog) != dialogs_.end()) dialog->showAgain();
-}
-
-bool QtWindows::isOnTop(const QtDialog& dialog) const {
-  return openWindows_ == 0 && !dialogs_.empty() && dialogs_.back() == &dialog;
-}
-
-void QtWindows::pilot(QtDialog& dialog) {
-  pilot_->drive(dialog);
-}
-
 QWidget* QtWindows::parentOfNext() const {
-  for (auto dialog = dialogs_.rbegin(); dialog != dialogs_.rend(); ++dialog)
-    if ((*dialog)->frame().isVisible()) return &(*dialog)->frame();
-  return mainWindow_.data();
+  QWidget* const top = dialogs_.topWidget();
+  return top != nullptr ? top : mainWindow_.data();
 }
 
 bool QtWindows::showMessage(const std::wstring& text) {
   recorder_.note(messageDialog, {{"text", toUtf8(text)}});
-  const OpenScope open(*this);
+  const DialogStack::QuestionScope open(dialogs_);
   QMessageBox box(
       QMessageBox::Information, QCoreApplication::applicationName(), toQt(text), QMessageBox::Ok,
       parentOfNext());
   box.setTextFormat(Qt::PlainText);
-  if (pilot_ != nullptr) QTimer::singleShot(0, &box, [&] { pilot_->drive(box); });
+  if (WindowPilot* const pilot = dialogs_.pilot())
+    QTimer::singleShot(0, &box, [&, pilot] { pilot->drive(box); });
   box.exec();
   return true;
 }
 
 bool QtWindows::showHelp(const std::wstring& topic) {
   recorder_.note(helpDialog, {{"topic", toUtf8(topic)}});
-  return showHelpTopic(helpFolder_, language(), topic, words_, parentOfNext());
+  return showHelpTopic(helpFolder_, language(), topic, dialogs_.words(), parentOfNext());
 }
 
 bool QtWindows::openManual(std::wstring_view topic, QWidget* window) {
-  return showHelpTopic(helpFolder_, language(), topic, words_, window);
+  return showHelpTopic(helpFolder_, language(), topic, dialogs_.words(), window);
 }
 
 KvWindow* QtWindows::mainWindow() {
@@ -241,7 +164,7 @@ KvWindow* QtWindows::mainWindow() {
 }
 
 KvWindow* QtWindows::foregroundWindow() {
-  return dialogs_.empty() ? mainWindow() : dialogs_.back();
+  return dialogs_.top() == nullptr ? mainWindow() : dialogs_.top();
 }
 
 KvWindow* QtWindows::promptFrame() {
@@ -249,29 +172,11 @@ KvWindow* QtWindows::promptFrame() {
 }
 
 void QtWindows::showWaitCursor(bool isShown) {
-  waiting_ += isShown ? 1 : -1;
-  applyCursor();
-}
-
-void QtWindows::suspendWaitCursor() {
-  waitingBelow_.push_back(std::exchange(waiting_, 0));
-  applyCursor();
-}
-
-void QtWindows::resumeWaitCursor() {
-  waiting_ += waitingBelow_.back();
-  waitingBelow_.pop_back();
-  applyCursor();
-}
-
-void QtWindows::applyCursor() const {
-  const bool isShown = QGuiApplication::overrideCursor() != nullptr;
-  if (waiting_ > 0 && !isShown) QGuiApplication::setOverrideCursor(Qt::WaitCursor);
-  if (waiting_ <= 0 && isShown) QGuiApplication::restoreOverrideCursor();
+  dialogs_.cursor().show(isShown);
 }
 
 void QtWindows::postQuit() {
-  if (!quitPosted_ && !dialogs_.empty()) dialogs_.back()->noteLeft();
+  if (!quitPosted_ && dialogs_.top() != nullptr) dialogs_.top()->noteLeft();
   quitPosted_ = true;
 }
 

@@ -41,12 +41,12 @@ namespace {
 SessionPlayer::SessionPlayer(
     QtWindows& windows, std::vector<AnswerStep> steps, std::string source, Options options)
     : windows_(windows), steps_(std::move(steps), std::move(source)), options_(std::move(options)) {
-  windows_.setPilot(this);
+  windows_.dialogs().setPilot(this);
   windows_.setPicker(this);
 }
 
 SessionPlayer::~SessionPlayer() {
-  windows_.setPilot(nullptr);
+  windows_.dialogs().setPilot(nullptr);
   windows_.setPicker(nullptr);
 }
 

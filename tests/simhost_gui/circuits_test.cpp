@@ -296,7 +296,7 @@ TEST_CASE("the marker of the current unit is lit, and a click on a marker shows 
       question->findChild<QAbstractButton*>(QLatin1String(leaves))->click();
       return true;
     }
-    QtDialog* dialog = gui.windows.dialogBeside();
+    QtDialog* dialog = gui.windows.dialogs().beside();
     auto* tree = dialog == nullptr ? nullptr : dialog->frame().findChild<QTreeWidget*>();
     if (tree == nullptr) return false;
     const auto item = [tree](const char* title) {

@@ -164,7 +164,7 @@ TEST_CASE(
       for (const simhost::FormControl& control : form.controls) {
         const std::string role = toUtf8(control.role);
         CAPTURE(role);
-        const ControlView* view = open.dialog.viewOf(*open.dialog.find(control.role));
+        const ControlView* view = open.dialog.views().of(*open.dialog.find(control.role));
         REQUIRE(view != nullptr);
         order.push_back(&view->focusWidget());
         const QWidget& widget = view->focusWidget();
@@ -229,7 +229,7 @@ TEST_CASE("a cell with a list has an arrow before it is opened, and the icon of 
   const auto picture = [&](KvUiCellKind kind) {
     grid.SetCellKind(1, 1, kind);
     open.dialog.refresh();
-    auto& table = dynamic_cast<QTableView&>(open.dialog.viewOf(*open.dialog.find(L"presets"))->widget());
+    auto& table = dynamic_cast<QTableView&>(open.dialog.views().of(*open.dialog.find(L"presets"))->widget());
     return table.viewport()->grab(table.visualRect(table.model()->index(0, 1))).toImage();
   };
   const QImage text = picture(KvUiCellKind::text);
@@ -261,7 +261,7 @@ TEST_CASE("rows are sorted and searched on the screen only: a selection is the r
     for (int column = 0; column < 2; ++column)
       grid.SetCell(row, column, cells[static_cast<std::size_t>(row)][static_cast<std::size_t>(column)]);
   open.dialog.refresh();
-  const ControlView& view = *open.dialog.viewOf(control);
+  const ControlView& view = *open.dialog.views().of(control);
   auto& table = dynamic_cast<QTableView&>(view.widget());
   const auto shown = [&] {
     QStringList rows;
@@ -312,7 +312,7 @@ TEST_CASE("Tab leaves a grid from a cell's editor too, and the row stays the one
   for (int row = 1; row <= 3; ++row)
     grid.SetCellKind(row, 1, KvUiCellKind::text);
   open.dialog.refresh();
-  auto& table = dynamic_cast<QTableView&>(open.dialog.viewOf(control)->widget());
+  auto& table = dynamic_cast<QTableView&>(open.dialog.views().of(control)->widget());
   QWindow* const window = open.dialog.frame().windowHandle();
   int text = 0;
   for (const Qt::KeyboardModifiers back : {Qt::NoModifier, Qt::ShiftModifier}) {

@@ -63,8 +63,8 @@ void startApplication() {
 
 StepPilot::StepPilot(QtWindows& windows, std::vector<AnswerStep> steps, std::string source, RecordOf record)
     : windows_(windows), steps_(std::move(steps), std::move(source)), record_(record) {
-  windows_.setPilot(this);
-  windows_.setRecordsPerson(record == RecordOf::person);
+  windows_.dialogs().setPilot(this);
+  windows_.dialogs().setRecordsPerson(record == RecordOf::person);
 }
 
 PilotedWindows::PilotedWindows(std::vector<AnswerStep> steps, std::string source, RecordOf record)

@@ -50,7 +50,7 @@ QTreeWidgetItem* findItem(QTreeWidgetItem* parent, int id) {
 } // namespace
 
 Refusal WidgetGestures::find(ControlModel& control, bool isForChange, ControlView*& view) {
-  view = dialog_.viewOf(control);
+  view = dialog_.views().of(control);
   if (view == nullptr) return "no widget shows it";
   const QWidget& widget = view->focusWidget();
   Refusal refusal = isForChange ? reachForChange(control) : reach(control);
@@ -187,7 +187,7 @@ Refusal WidgetGestures::selectItem(TreeModel& tree, int item) {
 Refusal WidgetGestures::doubleClickItem(TreeModel& tree, int item) {
   if (Refusal refusal = selectItem(tree, item)) return refusal;
   if (dialog_.isEnded()) return std::nullopt;
-  auto& shown = dynamic_cast<QTreeWidget&>(dialog_.viewOf(tree)->widget());
+  auto& shown = dynamic_cast<QTreeWidget&>(dialog_.views().of(tree)->widget());
   const QRect place = shown.visualItemRect(findItem(shown.invisibleRootItem(), item));
   QTest::mouseDClick(shown.viewport(), Qt::LeftButton, {}, QPoint(place.left() + 20, place.center().y()));
   return dialog_.takeRefusal();
