@@ -1,11 +1,10 @@
-// Painting with Cairo, which embeds fonts as subsets and keeps texts as texts. The marks come from the display list that
-// pictures and window are painted from.
+// Pages kept by Cairo, which embeds fonts as subsets and keeps texts as texts. Sheets are painted by the walk that paints
+// every picture of a drawing.
 #include "circuits/export/paper.h"
 
 #include "platform/shared_library.h"
-#include "simhost/drawing/display_list.h"
 #include "simhost/drawing/drawing_file.h"
-#include "simhost/drawing/geometry.h"
+#include "simhost/drawing/picture_painter.h"
 #include "simhost/host/errors.h"
 #include "text/encoding.h"
 
@@ -27,6 +26,8 @@ using brenvolt::fromUtf8;
 using brenvolt::toUtf8;
 using simhost::Box;
 using simhost::DrawingDatabase;
+using simhost::PicturePoint;
+using simhost::Stroke;
 
 namespace {
 
@@ -44,7 +45,6 @@ public:
   decltype(&::cairo_line_to) line_to = find("cairo_line_to");
   decltype(&::cairo_move_to) move_to = find("cairo_move_to");
   decltype(&::cairo_new_path) new_path = find("cairo_new_path");
-  decltype(&::cairo_new_sub_path) new_sub_path = find("cairo_new_sub_path");
   decltype(&::cairo_pdf_surface_add_outline) pdf_surface_add_outline = find("cairo_pdf_surface_add_outline");
   decltype(&::cairo_pdf_surface_create) pdf_surface_create = find("cairo_pdf_surface_create");
   decltype(&::cairo_pdf_surface_restrict_to_version) pdf_surface_restrict_to_version =
@@ -61,8 +61,10 @@ public:
   decltype(&::cairo_select_font_face) select_font_face = find("cairo_select_font_face");
   decltype(&::cairo_set_dash) set_dash = find("cairo_set_dash");
   decltype(&::cairo_set_font_size) set_font_size = find("cairo_set_font_size");
+  decltype(&::cairo_set_line_cap) set_line_cap = find("cairo_set_line_cap");
+  decltype(&::cairo_set_line_join) set_line_join = find("cairo_set_line_join");
   decltype(&::cairo_set_line_width) set_line_width = find("cairo_set_line_width");
-  decltype(&::cairo_set_source_rgb) set_source_rgb = find("cairo_set_source_rgb");
+  decltype(&::cairo_set_source_rgba) set_source_rgba = find("cairo_set_source_rgba");
   decltype(&::cairo_show_page) show_page = find("cairo_show_page");
   decltype(&::cairo_show_text) show_text = find("cairo_show_text");
   decltype(&::cairo_status_to_string) status_to_string = find("cairo_status_to_string");
@@ -82,10 +84,7 @@ const CairoLibrary& cairo() {
 }
 
 constexpr double pointsPerMillimetre = 72.0 / 25.4;
-constexpr double thinnestMillimetres = 0.18;
-constexpr const char* fontFamily = "DejaVu Sans";
-/// A dash of the display list is so many pixels; on paper a pixel is a quarter of a millimetre.
-constexpr double millimetresPerPixel = 0.25;
+constexpr double ruleMillimetres = 0.18; ///< lines of lists
 constexpr double marginMillimetres = 10.0;
 
 struct SurfaceRelease {
@@ -113,12 +112,15 @@ std::string tagText(const std::string& text) {
   return result;
 }
 
-class Painter final {
+/// A PDF with pages for sheets and for lists.
+class PdfPages final : public simhost::PictureSink {
 public:
-  Painter(const std::string& file, const std::map<std::wstring, std::size_t>& pagesOfTags)
+  PdfPages(const std::string& file, const std::map<std::wstring, std::size_t>& pagesOfTags)
       : pagesOfTags_(pagesOfTags), surface_(cairo().pdf_surface_create(file.c_str(), 100.0, 100.0)),
         cairo_(cairo().create(surface_.get())) {
     cairo().pdf_surface_restrict_to_version(surface_.get(), CAIRO_PDF_VERSION_1_5);
+    cairo().set_line_cap(cairo_.get(), CAIRO_LINE_CAP_ROUND);
+    cairo().set_line_join(cairo_.get(), CAIRO_LINE_JOIN_ROUND);
   }
 
   void setTitle(const std::wstring& title) {
@@ -128,7 +130,8 @@ public:
     cairo().pdf_surface_set_metadata(surface_.get(), CAIRO_PDF_METADATA_CREATE_DATE, "2000-01-01T00:00:00Z");
   }
 
-  /// A page with its bookmark and label; all that follows is in millimetres, y upwards from its lower left corner.
+  /// A page with its bookmark and label; all that follows is in millimetres. Lists count y upwards from its lower left
+  /// corner.
   void beginPage(double width, double height, const std::wstring& label, const std::wstring& bookmark) {
     ++page_;
     height_ = height;
@@ -153,32 +156,41 @@ public:
     return cairo().status_to_string(status);
   }
 
-  void paint(const simhost::DisplayItem& item, const KvPoint3d& origin) {
-    origin_ = origin;
-    const simhost::Colour colour = simhost::readable(item.colour, simhost::Paper::light);
-    cairo().set_source_rgb(cairo_.get(), colour.red / 255.0, colour.green / 255.0, colour.blue / 255.0);
-    std::vector<double> dashes;
-    for (const double pixels : simhost::dashesOf(item.lineType))
-      dashes.push_back(pixels * millimetresPerPixel);
-    cairo().set_dash(cairo_.get(), dashes.data(), static_cast<int>(dashes.size()), 0.0);
-    cairo().set_line_width(cairo_.get(), thinnestMillimetres);
-    // A text leaves a current point, from which a line would be drawn to the next shape.
-    cairo().new_path(cairo_.get());
-    std::visit([this](const auto& shape) { paintShape(shape); }, item.shape);
+  // Of a picture in millimetres, y downwards from the page's upper left corner.
+  void line(const PicturePoint& from, const PicturePoint& to, const Stroke& stroke) override {
+    cairo().move_to(cairo_.get(), from.x, from.y);
+    cairo().line_to(cairo_.get(), to.x, to.y);
+    draw(stroke);
+  }
+  void path(const std::vector<PicturePoint>& points, bool isClosed, const Stroke& stroke) override {
+    for (const PicturePoint& point : points)
+      cairo().line_to(cairo_.get(), point.x, point.y);
+    if (isClosed) cairo().close_path(cairo_.get());
+    draw(stroke);
+  }
+  void circle(const PicturePoint& centre, double radius, const Stroke& stroke) override {
+    cairo().arc(cairo_.get(), centre.x, centre.y, radius, 0.0, 2.0 * std::numbers::pi);
+    draw(stroke);
+  }
+  void arc(const simhost::PictureArc& arc, const Stroke& stroke) override {
+    // y runs downwards here, so the arc is gone through the other way.
+    cairo().arc_negative(
+        cairo_.get(), arc.centre.x, arc.centre.y, arc.radius, -arc.startDegrees * radians,
+        -(arc.startDegrees + arc.turnDegrees) * radians);
+    draw(stroke);
+  }
+  void text(const simhost::PictureText& text) override {
+    setColour(text.colour);
+    showText(text);
   }
 
   /// A line of a list at a place of the page; a tag among the known ones becomes a link.
-  void paintCell(double x, double y, double size, const std::wstring& text) {
-    origin_ = {};
-    cairo().set_source_rgb(cairo_.get(), 0.0, 0.0, 0.0);
-    showText(x, y, size, 0.0, text);
+  void paintCell(double x, double y, double size, const std::wstring& cell) {
+    if (!cell.empty()) text({cell, {x, height_ - y}, size, 0.0, 0.0, {}});
   }
   void paintRule(double x1, double x2, double y) {
-    cairo().set_source_rgb(cairo_.get(), 0.6, 0.6, 0.6);
-    cairo().set_line_width(cairo_.get(), thinnestMillimetres);
-    cairo().move_to(cairo_.get(), x1, height_ - y);
-    cairo().line_to(cairo_.get(), x2, height_ - y);
-    cairo().stroke(cairo_.get());
+    constexpr std::uint8_t grey = 0x99;
+    line({x1, height_ - y}, {x2, height_ - y}, {{grey, grey, grey}, ruleMillimetres});
   }
   [[nodiscard]] double widthOf(const std::wstring& text, double size) {
     setFont(size);
@@ -188,78 +200,60 @@ public:
   }
 
 private:
-  [[nodiscard]] double x(const KvPoint3d& point) const { return point.x - origin_.x; }
-  [[nodiscard]] double y(const KvPoint3d& point) const { return height_ - (point.y - origin_.y); }
+  static constexpr double radians = std::numbers::pi / 180.0;
 
-  void paintShape(const simhost::Line& line) {
-    cairo().move_to(cairo_.get(), x(line.from), y(line.from));
-    cairo().line_to(cairo_.get(), x(line.to), y(line.to));
+  void setColour(simhost::Colour colour, double opacity = 1.0) {
+    constexpr double brightest = 255.0;
+    cairo().set_source_rgba(
+        cairo_.get(), colour.red / brightest, colour.green / brightest, colour.blue / brightest, opacity);
+  }
+
+  /// Along the path that has been made.
+  void draw(const Stroke& stroke) {
+    setColour(stroke.colour, stroke.opacity);
+    const std::vector<double> none;
+    const std::vector<double>& dashes = stroke.dashes == nullptr ? none : *stroke.dashes;
+    cairo().set_dash(cairo_.get(), dashes.data(), static_cast<int>(dashes.size()), 0.0);
+    cairo().set_line_width(cairo_.get(), stroke.width);
     cairo().stroke(cairo_.get());
+    cairo().new_path(cairo_.get());
   }
-  void paintShape(const simhost::Polyline& polyline) {
-    for (const KvPoint3d& point : polyline.points)
-      cairo().line_to(cairo_.get(), x(point), y(point));
-    if (polyline.isClosed) cairo().close_path(cairo_.get());
-    cairo().set_line_width(cairo_.get(), std::max(polyline.width, thinnestMillimetres));
-    cairo().stroke(cairo_.get());
-  }
-  void paintShape(const simhost::Circle& circle) {
-    cairo().new_sub_path(cairo_.get());
-    cairo().arc(cairo_.get(), x(circle.centre), y(circle.centre), circle.radius, 0.0, 2.0 * std::numbers::pi);
-    cairo().stroke(cairo_.get());
-  }
-  void paintShape(const simhost::Arc& arc) {
-    // y runs downwards here, so the arc is gone through the other way.
-    constexpr double radians = std::numbers::pi / 180.0;
-    cairo().new_sub_path(cairo_.get());
-    cairo().arc_negative(
-        cairo_.get(), x(arc.centre), y(arc.centre), arc.radius, -arc.startDegrees * radians,
-        -(arc.startDegrees + simhost::turnOf(arc)) * radians);
-    cairo().stroke(cairo_.get());
-  }
-  void paintShape(const simhost::Text& text) {
-    const simhost::TextPlace place = simhost::textPlace(text);
-    const double width = widthOf(text.text, place.fontSize);
-    const KvPoint3d start = simhost::pointAt(place.position, -width * place.anchor, text.rotationDegrees);
-    showText(start.x - origin_.x, start.y - origin_.y, place.fontSize, text.rotationDegrees, text.text);
-  }
-  // The display list has resolved these.
-  void paintShape(const simhost::BlockReference& /*reference*/) {}
-  void paintShape(const simhost::Attribute& /*attribute*/) {}
-  void paintShape(const simhost::AttributeDefinition& /*definition*/) {}
 
   void setFont(double size) {
-    cairo().select_font_face(cairo_.get(), fontFamily, CAIRO_FONT_SLANT_NORMAL, CAIRO_FONT_WEIGHT_NORMAL);
+    cairo().select_font_face(
+        cairo_.get(), simhost::pictureFont, CAIRO_FONT_SLANT_NORMAL, CAIRO_FONT_WEIGHT_NORMAL);
     cairo().set_font_size(cairo_.get(), size);
   }
 
-  void showText(double left, double base, double size, double degrees, const std::wstring& text) {
-    if (text.empty()) return;
-    setFont(size);
+  void showText(const simhost::PictureText& text) {
+    const std::wstring shown(text.text);
+    const double start = text.anchor > 0.0 ? -text.anchor * widthOf(shown, text.size) : 0.0;
+    setFont(text.size);
     cairo().save(cairo_.get());
-    cairo().translate(cairo_.get(), left, height_ - base);
-    cairo().rotate(cairo_.get(), -degrees * std::numbers::pi / 180.0);
-    cairo().move_to(cairo_.get(), 0.0, 0.0);
-    const auto page = pagesOfTags_.find(text);
+    cairo().translate(cairo_.get(), text.position.x, text.position.y);
+    cairo().rotate(cairo_.get(), -text.rotationDegrees * radians);
+    cairo().move_to(cairo_.get(), start, 0.0);
+    const auto page = pagesOfTags_.find(shown);
     const bool isLink = page != pagesOfTags_.end() && page->second != page_;
     if (isLink)
       cairo().tag_begin(
           cairo_.get(), CAIRO_TAG_LINK,
           ("dest='" + tagText("page" + std::to_string(page->second)) + "'").c_str());
-    cairo().show_text(cairo_.get(), toUtf8(text).c_str());
+    cairo().show_text(cairo_.get(), toUtf8(shown).c_str());
     if (isLink) cairo().tag_end(cairo_.get(), CAIRO_TAG_LINK);
     cairo().restore(cairo_.get());
+    // A text leaves a current point, from which a line would be drawn to the next shape.
+    cairo().new_path(cairo_.get());
   }
 
   const std::map<std::wstring, std::size_t>& pagesOfTags_;
   std::unique_ptr<cairo_surface_t, SurfaceRelease> surface_;
   std::unique_ptr<cairo_t, PainterRelease> cairo_;
   std::size_t page_ = 0;
-  double height_ = 0.0;
-  KvPoint3d origin_;
+  double height_ = 0.0; ///< of the page
 };
 
-void paintSheet(Painter& painter, const PaperSheet& sheet) {
+void paintSheet(PdfPages& pages, const PaperSheet& sheet) {
   const simhost::LoadedDrawing loaded = simhost::loadDrawing(fromUtf8(sheet.file));
   if (loaded.drawing == nullptr) throw simhost::BadInput(toUtf8(loaded.error));
   const DrawingDatabase& drawing = *loaded.drawing;
@@ -282,17 +276,20 @@ void paintSheet(Painter& painter, const PaperSheet& sheet) {
   // The largest page that readers take is 200 inches.
   if (std::max(width, height) > 5080.0)
     throw simhost::BadInput(sheet.file + ": is larger than a page can be, 5080 mm; put it on sheets");
-  painter.beginPage(
+  pages.beginPage(
       width, height, sheet.number, sheet.title.empty() ? sheet.number : sheet.number + L"  " + sheet.title);
+  simhost::PictureStyle style;
+  style.pixel = simhost::pixelMillimetres;
+  simhost::PicturePainter painter(pages, {1.0, {origin.x, origin.y + height, 0.0}}, style);
   for (const simhost::DisplayItem& item : *items)
-    painter.paint(item, origin);
-  painter.endPage();
+    painter.paint(item);
+  pages.endPage();
 }
 
 /// A list on pages of A4, landscape: columns as wide as their longest text, cut where the page ends.
 class ListPages final {
 public:
-  ListPages(Painter& painter, const Report& report) : painter_(painter), report_(report) {}
+  ListPages(PdfPages& pages, const Report& report) : pages_(pages), report_(report) {}
 
   void paint() {
     beginPage();
@@ -304,22 +301,22 @@ public:
     }
     for (const std::wstring& note : report_.notes) {
       if (y_ < bottom_) nextPage();
-      painter_.paintCell(left_, y_, size_, note);
+      pages_.paintCell(left_, y_, size_, note);
       y_ -= lineHeight_;
     }
-    painter_.endPage();
+    pages_.endPage();
   }
 
 private:
   void beginPage() {
     ++page_;
     const std::wstring number = report_.title + L" " + std::to_wstring(page_);
-    painter_.beginPage(pageWidth_, pageHeight_, number, number);
-    painter_.paintCell(left_, pageHeight_ - 16.0, 5.0, report_.title);
+    pages_.beginPage(pageWidth_, pageHeight_, number, number);
+    pages_.paintCell(left_, pageHeight_ - 16.0, 5.0, report_.title);
     y_ = pageHeight_ - 26.0;
   }
   void nextPage() {
-    painter_.endPage();
+    pages_.endPage();
     beginPage();
     heading();
   }
@@ -327,9 +324,9 @@ private:
   void measure() {
     double all = 0.0;
     for (std::size_t column = 0; column < report_.columns.size(); ++column) {
-      double width = painter_.widthOf(report_.columns[column].title, size_);
+      double width = pages_.widthOf(report_.columns[column].title, size_);
       for (const auto& row : report_.rows)
-        width = std::max(width, painter_.widthOf(row[column].value_or(std::wstring()), size_));
+        width = std::max(width, pages_.widthOf(row[column].value_or(std::wstring()), size_));
       widths_.push_back(width + gap_);
       all += widths_.back();
     }
@@ -348,7 +345,7 @@ private:
     for (const ReportColumn& column : report_.columns)
       titles.emplace_back(column.title);
     line(titles);
-    painter_.paintRule(left_, pageWidth_ - left_, y_ + lineHeight_ - 1.2);
+    pages_.paintRule(left_, pageWidth_ - left_, y_ + lineHeight_ - 1.2);
   }
 
   void line(const std::vector<std::optional<std::wstring>>& cells) {
@@ -363,7 +360,7 @@ private:
       double x = left_;
       for (std::size_t column = 0; column < rests.size(); ++column) {
         const std::wstring part = fitting(rests[column], widths_[column] - gap_);
-        painter_.paintCell(x, y_, size_, part);
+        pages_.paintCell(x, y_, size_, part);
         rests[column].erase(0, part.size());
         isLeft = isLeft || !rests[column].empty();
         x += widths_[column];
@@ -374,9 +371,9 @@ private:
 
   /// The longest beginning of the text that fits, up to a blank where there is one; a character at least.
   [[nodiscard]] std::wstring fitting(const std::wstring& text, double width) {
-    if (painter_.widthOf(text, size_) <= width + 0.01) return text;
+    if (pages_.widthOf(text, size_) <= width + 0.01) return text;
     std::size_t length = 1;
-    while (length < text.size() && painter_.widthOf(text.substr(0, length + 1), size_) <= width)
+    while (length < text.size() && pages_.widthOf(text.substr(0, length + 1), size_) <= width)
       ++length;
     const std::size_t blank = text.rfind(L' ', length);
     return text.substr(
@@ -391,7 +388,7 @@ private:
   static constexpr double lineHeight_ = 4.4;
   static constexpr double gap_ = 3.0;
 
-  Painter& painter_;
+  PdfPages& pages_;
   const Report& report_;
   std::vector<double> widths_;
   double y_ = 0.0;
@@ -411,13 +408,13 @@ std::optional<std::string> writePdf(
   const std::string beside = out + ".part";
   std::error_code error;
   try {
-    Painter painter(beside, pagesOfTags);
-    painter.setTitle(options.title);
+    PdfPages pages(beside, pagesOfTags);
+    pages.setTitle(options.title);
     for (const PaperSheet& sheet : sheets)
-      paintSheet(painter, sheet);
+      paintSheet(pages, sheet);
     for (const Report& list : options.lists)
-      ListPages(painter, list).paint();
-    if (const auto reason = painter.finish()) {
+      ListPages(pages, list).paint();
+    if (const auto reason = pages.finish()) {
       std::filesystem::remove(beside, error);
       return out + ": " + *reason;
     }

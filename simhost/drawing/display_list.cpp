@@ -160,7 +160,7 @@ std::array<KvPoint3d, 4> textCorners(const Text& text) {
 }
 
 const std::vector<double>& dashesOf(LineType type) {
-  static const std::array<std::vector<double>, 4> dashes{
+  static const std::array<std::vector<double>, lineTypeCount> dashes{
       std::vector<double>{}, {9.0, 5.0}, {1.5, 4.0}, {10.0, 4.0, 1.5, 4.0}};
   return dashes[static_cast<std::size_t>(type)];
 }

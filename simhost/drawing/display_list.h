@@ -1,5 +1,5 @@
 // What of a drawing is to be seen, in the order in which it is drawn: block references resolved, each shape with the
-// look that its layer gives it. Every picture of a drawing, as a file or on a screen, is painted from this one list.
+// look that its layer gives it. Every picture of a drawing is painted from this one list (picture_painter.h).
 #pragma once
 
 #include "simhost/drawing/box.h"
@@ -43,6 +43,7 @@ struct TextPlace {
 /// The corners of the box that a text is taken to fill, in their turn.
 [[nodiscard]] std::array<KvPoint3d, 4> textCorners(const Text& text);
 
+inline constexpr std::size_t lineTypeCount = 4;
 /// What dashed lines are made of: lengths in pixels of dash, gap, dash, gap; none for a continuous line.
 [[nodiscard]] const std::vector<double>& dashesOf(LineType type);
 

@@ -1,9 +1,8 @@
-// Painting a display list in pixels.
+// An SVG as the place where a picture is kept.
 #include "simhost/drawing/svg.h"
 
-#include "simhost/drawing/display_list.h"
 #include "simhost/drawing/drawing_file.h"
-#include "simhost/drawing/geometry.h"
+#include "simhost/drawing/picture_painter.h"
 #include "text/encoding.h"
 #include "text/numbers.h"
 
@@ -21,7 +20,7 @@ std::string number(double value) {
   return brenvolt::toUtf8(brenvolt::formatTrimmed(value == 0.0 ? 0.0 : value, 2));
 }
 
-std::string escaped(const std::wstring& text) {
+std::string escaped(std::wstring_view text) {
   std::wstring result;
   for (const wchar_t character : text) {
     switch (character) {
@@ -34,119 +33,95 @@ std::string escaped(const std::wstring& text) {
     case L'>':
       result += L"&gt;";
       break;
+    case 0xfffe:
+    case 0xffff:
+      result += L' '; // not allowed in XML
+      break;
     default:
-      // Control characters are not allowed in XML; line ends and tabs have no width in a drawing's text.
-      result += character < L' ' || character == 0xfffe || character == 0xffff ? L' ' : character;
+      result += character;
     }
   }
   return brenvolt::toUtf8(result);
 }
 
-/// Writes marks in pixels, y downwards.
-class Painter final {
+/// Elements of an SVG, in pixels.
+class SvgSink final : public PictureSink {
 public:
-  Painter(const Box& extents, bool isSheet) : extents_(extents), isSheet_(isSheet) {
-    const double width = extents.width();
-    const double height = extents.height();
-    const double longer = std::max(width, height);
-    // A drawing without extents, or with extents too small to be divided by, is shown as it is.
-    const double fitting = (longerSidePixels - 2.0 * marginPixels) / longer;
-    scale_ = longer > 0.0 && std::isfinite(fitting) ? fitting : 1.0;
-    width_ = width * scale_ + 2.0 * marginPixels;
-    height_ = height * scale_ + 2.0 * marginPixels;
+  void line(const PicturePoint& from, const PicturePoint& to, const Stroke& stroke) override {
+    text_ += "<path d=\"M" + pair(from) + " L" + pair(to) + "\"" + attributes(stroke) + "/>\n";
   }
 
-  std::string paint(const std::vector<DisplayItem>& marks) {
-    const std::string size = "width=\"" + number(width_) + "\" height=\"" + number(height_) + "\"";
-    // A unit of a sheet is a millimetre: printed, the picture has the sheet's own size.
-    const std::string physical =
-        "width=\"" + number(width_ / scale_) + "mm\" height=\"" + number(height_ / scale_) + "mm\"";
-    text_ = "<svg xmlns=\"http://www.w3.org/2000/svg\" " + (isSheet_ ? physical : size) + " viewBox=\"0 0 " +
-            number(width_) + " " + number(height_) +
-            "\" font-family=\"DejaVu Sans\" fill=\"none\" stroke-linecap=\"round\" " +
-            "stroke-linejoin=\"round\">\n<rect " + size + " fill=\"#ffffff\"/>\n";
-    for (const DisplayItem& mark : marks) {
-      mark_ = &mark;
-      std::visit(*this, mark.shape);
-    }
-    return text_ + "</svg>\n";
-  }
-
-  void operator()(const Line& line) {
-    text_ += "<path d=\"M" + point(line.from) + " L" + point(line.to) + "\"" + stroke(0.0) + "/>\n";
-  }
-
-  void operator()(const Polyline& polyline) {
+  void path(const std::vector<PicturePoint>& points, bool isClosed, const Stroke& stroke) override {
     text_ += "<path d=\"";
-    for (std::size_t index = 0; index < polyline.points.size(); ++index) {
-      text_ += (index == 0 ? "M" : " L") + point(polyline.points[index]);
-    }
-    text_ += std::string(polyline.isClosed ? " Z\"" : "\"") + stroke(polyline.width) + "/>\n";
+    for (std::size_t index = 0; index < points.size(); ++index)
+      text_ += (index == 0 ? "M" : " L") + pair(points[index]);
+    text_ += std::string(isClosed ? " Z\"" : "\"") + attributes(stroke) + "/>\n";
   }
 
-  void operator()(const Circle& circle) {
-    text_ += "<circle cx=\"" + number(x(circle.centre)) + "\" cy=\"" + number(y(circle.centre)) + "\" r=\"" +
-             number(circle.radius * scale_) + "\"" + stroke(0.0) + "/>\n";
+  void circle(const PicturePoint& centre, double radius, const Stroke& stroke) override {
+    text_ += "<circle cx=\"" + number(centre.x) + "\" cy=\"" + number(centre.y) + "\" r=\"" + number(radius) +
+             "\"" + attributes(stroke) + "/>\n";
   }
 
-  void operator()(const Arc& arc) {
-    const double turn = turnOf(arc);
-    if (turn >= 360.0) {
-      (*this)(Circle{arc.centre, arc.radius});
-      return;
-    }
-    const std::string radius = number(arc.radius * scale_);
-    text_ += "<path d=\"M" + point(pointAt(arc.centre, arc.radius, arc.startDegrees)) + " A" + radius + " " +
-             radius + " 0 " + (turn > 180.0 ? "1" : "0") + " 0 " +
-             point(pointAt(arc.centre, arc.radius, arc.endDegrees)) + "\"" + stroke(0.0) + "/>\n";
+  void arc(const PictureArc& arc, const Stroke& stroke) override {
+    const std::string radius = number(arc.radius);
+    text_ += "<path d=\"M" + pair(arc.from) + " A" + radius + " " + radius + " 0 " +
+             (arc.turnDegrees > 180.0 ? "1" : "0") + " 0 " + pair(arc.to) + "\"" + attributes(stroke) +
+             "/>\n";
   }
 
-  void operator()(const Text& text) {
-    if (text.text.empty()) return;
-    const TextPlace place = textPlace(text);
-    const KvPoint3d& position = place.position;
-    text_ += "<text x=\"" + number(x(position)) + "\" y=\"" + number(y(position)) + "\" font-size=\"" +
-             number(place.fontSize * scale_) + "\"";
-    if (place.anchor > 0.0) text_ += place.anchor < 1.0 ? " text-anchor=\"middle\"" : " text-anchor=\"end\"";
-    if (text.rotationDegrees != 0.0) {
-      text_ += " transform=\"rotate(" + number(-text.rotationDegrees) + " " + point(position) + ")\"";
-    }
-    text_ += " fill=\"" + colour() + "\" xml:space=\"preserve\">" + escaped(text.text) + "</text>\n";
+  void text(const PictureText& text) override {
+    text_ += "<text x=\"" + number(text.position.x) + "\" y=\"" + number(text.position.y) +
+             "\" font-size=\"" + number(text.size) + "\"";
+    if (text.anchor > 0.0) text_ += text.anchor < 1.0 ? " text-anchor=\"middle\"" : " text-anchor=\"end\"";
+    if (text.rotationDegrees != 0.0)
+      text_ += " transform=\"rotate(" + number(-text.rotationDegrees) + " " + pair(text.position) + ")\"";
+    text_ += " fill=\"" + brenvolt::toUtf8(formatColour(text.colour)) + "\" xml:space=\"preserve\">" +
+             escaped(text.text) + "</text>\n";
   }
 
-  void operator()(const BlockReference& /*reference*/) {}
-  void operator()(const Attribute& /*attribute*/) {}
-  void operator()(const AttributeDefinition& /*definition*/) {}
+  [[nodiscard]] const std::string& elements() const { return text_; }
 
 private:
-  [[nodiscard]] double x(const KvPoint3d& point) const {
-    return (point.x - extents_.left) * scale_ + marginPixels;
-  }
-  [[nodiscard]] double y(const KvPoint3d& point) const {
-    return (extents_.top - point.y) * scale_ + marginPixels;
-  }
-  [[nodiscard]] std::string point(const KvPoint3d& at) const { return number(x(at)) + " " + number(y(at)); }
-  [[nodiscard]] std::string colour() const {
-    return brenvolt::toUtf8(formatColour(readable(mark_->colour, Paper::light)));
-  }
-  [[nodiscard]] std::string stroke(double width) const {
-    std::string text = " stroke=\"" + colour() + "\" stroke-width=\"" +
-                       number(std::max(thinnestPixels, width * scale_)) + "\"";
+  [[nodiscard]] static std::string pair(const PicturePoint& at) { return number(at.x) + " " + number(at.y); }
+  [[nodiscard]] static std::string attributes(const Stroke& stroke) {
+    std::string text = " stroke=\"" + brenvolt::toUtf8(formatColour(stroke.colour)) + "\" stroke-width=\"" +
+                       number(stroke.width) + "\"";
     std::string dashes;
-    for (const double length : dashesOf(mark_->lineType))
-      dashes += (dashes.empty() ? "" : " ") + number(length);
+    if (stroke.dashes != nullptr)
+      for (const double length : *stroke.dashes)
+        dashes += (dashes.empty() ? "" : " ") + number(length);
     if (!dashes.empty()) text += " stroke-dasharray=\"" + dashes + "\"";
+    if (stroke.opacity < 1.0) text += " stroke-opacity=\"" + number(stroke.opacity) + "\"";
     return text;
   }
 
-  Box extents_;
-  bool isSheet_ = false;
-  double scale_ = 1.0;
-  double width_ = 0.0;
-  double height_ = 0.0;
   std::string text_;
-  const DisplayItem* mark_ = nullptr;
 };
+
+/// The whole file. `isSheet`: a unit of the drawing is a millimetre; printed, the picture has the sheet's own size.
+std::string svgOf(const std::vector<DisplayItem>& items, const Box& extents, bool isSheet) {
+  const double longer = std::max(extents.width(), extents.height());
+  // A drawing without extents, or with extents too small to be divided by, is shown as it is.
+  const double fitting = (longerSidePixels - 2.0 * marginPixels) / longer;
+  const double scale = longer > 0.0 && std::isfinite(fitting) ? fitting : 1.0;
+  const double width = extents.width() * scale + 2.0 * marginPixels;
+  const double height = extents.height() * scale + 2.0 * marginPixels;
+  SvgSink sink;
+  PicturePainter painter(
+      sink, {scale, {extents.left, extents.top, 0.0}, marginPixels, marginPixels}, PictureStyle());
+  for (const DisplayItem& item : items)
+    painter.paint(item);
+  const std::string size = "width=\"" + number(width) + "\" height=\"" + number(height) + "\"";
+  const std::string physical =
+      "width=\"" + number(width / scale) + "mm\" height=\"" + number(height / scale) + "mm\"";
+  std::string text = "<svg xmlns=\"http://www.w3.org/2000/svg\" " + (isSheet ? physical : size) +
+                     " viewBox=\"0 0 " + number(width) + " " + number(height) + "\" font-family=\"" +
+                     pictureFont + "\" fill=\"none\" stroke-linecap=\"round\" " +
+                     "stroke-linejoin=\"round\">\n<rect " + size + " fill=\"#ffffff\"/>\n";
+  text += sink.elements();
+  return text + "</svg>\n";
+}
 
 } // namespace
 
@@ -160,7 +135,7 @@ SvgPicture renderSvg(const DrawingDatabase& drawing, KvDbHandle block) {
   if (items->empty()) extents.includeAround({}, 0.5);
   const bool isFinite = std::isfinite(extents.width()) && std::isfinite(extents.height());
   if (!isFinite) return {"", L"the drawing is too large for a picture"};
-  return {Painter(extents, drawing.variable(L"PAPER_WIDTH") != nullptr).paint(*items), L""};
+  return {svgOf(*items, extents, drawing.variable(L"PAPER_WIDTH") != nullptr), L""};
 }
 
 Fault saveSvg(const DrawingDatabase& drawing, const std::wstring& path) {

@@ -7,10 +7,10 @@
 namespace simhost {
 namespace {
 
-const QColor hoverColour(0xff, 0x8c, 0x1a);
-const QColor selectionColour(0x1e, 0x90, 0xff);
-const QColor groupColour(0x6a, 0xb4, 0xf5);
-const QColor litColour(0x2e, 0xa0, 0x43);
+constexpr Colour hoverColour{0xff, 0x8c, 0x1a};
+constexpr Colour selectionColour{0x1e, 0x90, 0xff};
+constexpr Colour groupColour{0x6a, 0xb4, 0xf5};
+constexpr Colour litColour{0x2e, 0xa0, 0x43};
 
 bool comesFirst(KvDbHandle one, KvDbHandle other) {
   return one.value() < other.value();
@@ -109,20 +109,22 @@ void EntityMarks::paintLit(QPainter& painter, const ViewTransform& view, Paper p
       QRectF(view.toScreen({box.left, box.top, 0.0}), view.toScreen({box.right, box.bottom, 0.0}))
           .normalized()
           .adjusted(-space, -space, space, space);
-  painter.setPen(QPen(litColour, 2.0 * ratio));
+  painter.setPen(QPen(colourOf(litColour), 2.0 * ratio));
   painter.setBrush(Qt::NoBrush);
   painter.drawRoundedRect(around, space, space);
 }
 
 void EntityMarks::paintItems(
     QPainter& painter, const ViewTransform& view, Paper paper, const std::vector<std::uint32_t>& numbers,
-    const QColor& colour) const {
-  PaintStyle style;
+    Colour colour) const {
+  PictureStyle style;
   style.paper = paper;
+  style.detail = Detail::screen;
   style.highlight = colour;
-  ItemPainter items(painter, view, style);
+  PainterSink sink(painter);
+  PicturePainter picture(sink, view.place(), style);
   for (const std::uint32_t number : numbers)
-    items.paint(scene_.items()[number], scene_.box(number));
+    picture.paint(scene_.items()[number], scene_.box(number));
 }
 
 } // namespace simhost

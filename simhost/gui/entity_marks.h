@@ -2,8 +2,9 @@
 // circuit), or lit by a dialog; and how they are marked in the view.
 #pragma once
 
-#include "simhost/gui/item_painter.h"
+#include "simhost/gui/painter_sink.h"
 #include "simhost/gui/scene.h"
+#include "simhost/gui/view_transform.h"
 
 #include <functional>
 #include <optional>
@@ -53,7 +54,7 @@ private:
   void paintLit(QPainter& painter, const ViewTransform& view, Paper paper, double ratio) const;
   void paintItems(
       QPainter& painter, const ViewTransform& view, Paper paper, const std::vector<std::uint32_t>& numbers,
-      const QColor& colour) const;
+      Colour colour) const;
 
   const Scene& scene_;
   std::optional<KvDbHandle> hovered_;

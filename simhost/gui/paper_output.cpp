@@ -3,7 +3,8 @@
 
 #include "circuits/set/sheet_maker.h"
 #include "simhost/drawing/drawing_file.h"
-#include "simhost/gui/item_painter.h"
+#include "simhost/gui/painter_sink.h"
+#include "simhost/gui/view_transform.h"
 #include "simhost/host/errors.h"
 #include "simhost/host/files.h"
 #include "simhost/qt/qt_text.h"
@@ -16,8 +17,6 @@ namespace simhost {
 namespace {
 
 constexpr int pdfDotsPerInch = 1200;
-/// Of the thinnest line: what a plotter's fine pen draws.
-constexpr double thinnestMillimetres = 0.25;
 constexpr double millimetresPerInch = 25.4;
 
 /// A PDF holds the time at which it was made: here the day of the page, so that the same page gives the same bytes.
@@ -60,31 +59,28 @@ QPageLayout layoutOf(const QSizeF& paper) {
       isWide ? QPageLayout::Landscape : QPageLayout::Portrait, QMarginsF(), QPageLayout::Millimeter};
 }
 
-/// Shapes with their boxes, ready to be painted.
+/// Shapes with the box around all of them.
 struct PageItems {
   std::vector<DisplayItem> items;
-  std::vector<Box> boxes;
   Box extents;
 };
 
 std::optional<PageItems> itemsOf(const DrawingDatabase& drawing) {
   std::optional<std::vector<DisplayItem>> items = displayList(drawing, drawing.currentSpace());
   if (!items) return std::nullopt;
-  PageItems page{std::move(*items), {}, {}};
-  for (const DisplayItem& item : page.items) {
-    page.boxes.push_back(boxOf(item.shape));
-    page.extents.include(page.boxes.back());
-  }
+  PageItems page{std::move(*items), {}};
+  for (const DisplayItem& item : page.items)
+    page.extents.include(boxOf(item.shape));
   return page;
 }
 
 void paint(QPainter& painter, const PageItems& page, const ViewTransform& view, double pixelsPerMillimetre) {
-  PaintStyle style;
-  style.detail = Detail::full;
-  style.thinnest = thinnestMillimetres * pixelsPerMillimetre;
-  ItemPainter painting(painter, view, style);
-  for (std::size_t number = 0; number < page.items.size(); ++number)
-    painting.paint(page.items[number], page.boxes[number]);
+  PainterSink sink(painter);
+  PictureStyle style;
+  style.pixel = pixelMillimetres * pixelsPerMillimetre;
+  PicturePainter picture(sink, view.place(), style);
+  for (const DisplayItem& item : page.items)
+    picture.paint(item);
 }
 
 /// Where the drawing goes, in pixels: the page, or the area of its frame.

@@ -122,9 +122,10 @@ void PictureCache::paintPiece(const QRect& piece) {
   painter.fillRect(piece, paperColour(paper_));
   if (hasGrid_) paintGrid(painter, piece);
   const QRectF reached = QRectF(piece).adjusted(-lineReach, -lineReach, lineReach, lineReach);
-  ItemPainter items(painter, view_, {paper_, Detail::screen});
+  PainterSink sink(painter);
+  PicturePainter picture(sink, view_.place(), {paper_, Detail::screen});
   for (const std::uint32_t number : scene_.itemsIn(view_.toDrawing(reached)))
-    items.paint(scene_.items()[number], scene_.box(number));
+    picture.paint(scene_.items()[number], scene_.box(number));
 }
 
 void PictureCache::paintGrid(QPainter& painter, const QRect& piece) const {

@@ -3,7 +3,7 @@
 // becomes visible, and the screen does not freeze for large drawings.
 #pragma once
 
-#include "simhost/gui/item_painter.h"
+#include "simhost/gui/painter_sink.h"
 #include "simhost/gui/scene.h"
 #include "simhost/gui/view_transform.h"
 

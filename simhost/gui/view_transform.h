@@ -1,7 +1,7 @@
 // The position of the drawing on the screen: pixels grow to the right and downwards, the drawing's y upwards.
 #pragma once
 
-#include "simhost/drawing/display_list.h"
+#include "simhost/drawing/picture_painter.h"
 
 #include <QPoint>
 #include <QPointF>
@@ -31,6 +31,8 @@ struct ViewTransform {
     box.include(toDrawing(pixels.topRight()));
     return box;
   }
+  /// The same for what paints pictures.
+  [[nodiscard]] PicturePlace place() const { return {scale, {}, originX, originY}; }
   [[nodiscard]] ViewTransform moved(const QPoint& pixels) const {
     return {scale, originX + pixels.x(), originY + pixels.y()};
   }
