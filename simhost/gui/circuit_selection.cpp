@@ -5,12 +5,10 @@
 #include "simhost/drawing/circuit_edit.h"
 #include "simhost/gui/drawing_files.h"
 #include "simhost/gui/drawing_view.h"
-#include "simhost/host/session.h"
+#include "simhost/gui/site_circuits.h"
 #include "simhost/qt/qt_text.h"
-#include "simhost/site/site_run.h"
 
 #include <algorithm>
-#include <exception>
 
 namespace simhost {
 
@@ -36,15 +34,8 @@ std::optional<KvDbHandle> CircuitSelection::control() const {
   return std::nullopt;
 }
 
-const SiteConfigurations* CircuitSelection::siteConfigurations() {
-  const std::filesystem::path& folder = services_.site.session().options().siteFolder;
-  if (folder.empty()) return nullptr;
-  try {
-    configurations_ = std::make_unique<SiteConfigurations>(savedConfigurations(folder.string()));
-  } catch (const std::exception&) {
-    configurations_.reset(); // what needs them says why
-  }
-  return configurations_.get();
+const SiteConfigurations* CircuitSelection::siteConfigurations() const {
+  return siteCircuits_ == nullptr ? nullptr : siteCircuits_->saved(); // what needs them says why
 }
 
 void CircuitSelection::refresh() {

@@ -9,12 +9,15 @@ namespace simhost {
 
 class DrawingFiles;
 class DrawingView;
+class SiteCircuits;
 
 class CircuitSelection final {
 public:
-  /// All must outlive it.
-  CircuitSelection(const WindowServices& services, DrawingView& view, const DrawingFiles& files)
-      : services_(services), view_(view), files_(files) {}
+  /// All must outlive it. `siteCircuits`: null without a site.
+  CircuitSelection(
+      const WindowServices& services, DrawingView& view, const DrawingFiles& files,
+      SiteCircuits* siteCircuits)
+      : services_(services), view_(view), files_(files), siteCircuits_(siteCircuits) {}
   CircuitSelection(const CircuitSelection&) = delete;
   CircuitSelection& operator=(const CircuitSelection&) = delete;
 
@@ -27,8 +30,8 @@ public:
   [[nodiscard]] const circuits::CircuitObject* circuitOf(KvDbHandle entity) const;
   /// The entity whose wires are edited: the selected one, else the motor or load of the selected circuit.
   [[nodiscard]] std::optional<KvDbHandle> control() const;
-  /// Read again with each call; null without a site, or when it cannot be read.
-  [[nodiscard]] const SiteConfigurations* siteConfigurations();
+  /// Those of the site's files as they are now; null without a site, or when it cannot be read.
+  [[nodiscard]] const SiteConfigurations* siteConfigurations() const;
 
   /// Lists the circuits again if the drawing has changed and no command runs.
   void refresh();
@@ -46,10 +49,10 @@ private:
   WindowServices services_;
   DrawingView& view_;
   const DrawingFiles& files_;
+  SiteCircuits* siteCircuits_;
   std::vector<circuits::CircuitObject> circuits_;
   std::optional<std::uint64_t> listedChange_; ///< the change of the drawing that the list is of
   std::wstring selected_;
-  std::unique_ptr<SiteConfigurations> configurations_;
 };
 
 } // namespace simhost

@@ -55,7 +55,7 @@ MainWindow::MainWindow(SiteRun& site, QtWindows& windows, HostTexts& texts)
       status_(site, texts), services_{site, windows, texts, runner_, settings_, status_, *this},
       view_(new DrawingView(this)), banner_(new QLabel(view_)), help_(new ContextHelp(this)),
       siteCircuits_(circuitsOfSite(site, windows, texts)), units_(site, windows), shown_(services_, *view_),
-      files_(services_), selection_(services_, *view_, files_),
+      files_(services_), selection_(services_, *view_, files_, siteCircuits_.get()),
       picks_(services_, *view_, *banner_), placing_(services_, *view_, shown_, picks_, siteCircuits_.get()),
       circuitCommands_(services_, *view_, files_, selection_, picks_, placing_), paper_(services_, files_),
       projects_(services_), sets_(services_, files_), check_(services_, *view_, files_),

@@ -35,6 +35,8 @@ public:
   [[nodiscard]] QString phase() override;
   [[nodiscard]] QStringList configurations(const OfferedCircuit& circuit) override;
   [[nodiscard]] QString chooseConfiguration(const OfferedCircuit& circuit, QWidget* parent) override;
+  /// All that are saved, read again when their files have changed; null when they cannot be read.
+  [[nodiscard]] const SiteConfigurations* saved();
 
 private:
   [[nodiscard]] QString siteFolder() const;
@@ -42,7 +44,6 @@ private:
   [[nodiscard]] QString keyOf(const OfferedCircuit& circuit);
   void start();
   void finish(bool isDone);
-  [[nodiscard]] const SiteConfigurations* saved();
 
   SiteRun& site_;
   QtWindows& windows_;

@@ -28,9 +28,10 @@ void searchRows(SearchField& field, QTreeWidget& table, const RowText& textOf) {
     for (int row = 0; row < table.topLevelItemCount(); ++row) {
       QTreeWidgetItem& item = *table.topLevelItem(row);
       const QString all = textOf(item);
-      item.setHidden(std::any_of(words.begin(), words.end(), [&all](const QString& word) {
+      const bool isHidden = std::any_of(words.begin(), words.end(), [&all](const QString& word) {
         return !all.contains(word, Qt::CaseInsensitive);
-      }));
+      });
+      if (isHidden != item.isHidden()) item.setHidden(isHidden);
     }
   };
   field.onDown = [&table] {
