@@ -3,7 +3,7 @@
 
 #include "simhost/drawing/file_format.h"
 #include "simhost/drawing/json_fields.h"
-#include "simhost/json/json_text.h"
+#include "simhost/json/json_tree.h"
 #include "text/encoding.h"
 #include "text/numbers.h"
 
@@ -16,14 +16,13 @@
 #include <utility>
 
 namespace simhost {
+
+using Kind = JsonNode::Kind;
+
 namespace {
 
 [[noreturn]] void failAt(const std::wstring& place, std::wstring_view reason) {
   throw DrawingFileError{place + L": " + std::wstring(reason)};
-}
-
-void check(const std::wstring& place, const Fault& fault) {
-  if (fault) failAt(place, *fault);
 }
 
 Colour colourField(JsonFields& fields) {
@@ -32,59 +31,58 @@ Colour colourField(JsonFields& fields) {
   return *colour;
 }
 
-KvDbHandle handleField(JsonFields& fields, const char* name) {
+KvDbHandle handleField(JsonFields& fields, std::string_view name) {
   const std::optional<KvDbHandle> handle = parseHandle(fields.text(name));
   if (!handle) fields.fail(L"the field " + brenvolt::fromUtf8(name) + L" must be a hexadecimal number");
   return *handle;
 }
 
-WireSetting readWireSetting(const Json& item, const JsonFields& fields) {
-  if (!item.is_array() || item.size() != 2 || !item[0].is_number_integer()) {
+WireSetting readWireSetting(const JsonNode& item, const JsonFields& fields) {
+  if (item.kind != Kind::list || item.count != 2 || item.first->kind != Kind::integer) {
     fields.fail(L"a wire setting must be a code and a value");
   }
-  const double code = item[0].get<double>();
+  const double code = item.first->number;
+  const JsonNode& value = *item.first->next;
   WireSetting setting{code >= 1 && code <= 290 ? static_cast<int>(code) : 0, {}};
-  if (!item[1].is_number()) {
-    setting.value = fields.textOf(item[1], field::wireSettings);
+  if (!value.isNumber()) {
+    setting.value = fields.textOf(value, field::wireSettings);
     return setting;
   }
-  const double number = item[1].get<double>();
-  const bool fits = item[1].is_number_integer() && number >= std::numeric_limits<std::int32_t>::min() &&
-                    number <= std::numeric_limits<std::int32_t>::max();
+  const bool fits = value.kind == Kind::integer && value.number >= std::numeric_limits<std::int32_t>::min() &&
+                    value.number <= std::numeric_limits<std::int32_t>::max();
   if (!fits) fields.fail(L"a number of a wire setting must be a 32-bit integer");
-  setting.value = static_cast<std::int32_t>(number);
+  setting.value = static_cast<std::int32_t>(value.number);
   return setting;
 }
 
-Layer readLayer(const Json& item, std::size_t position) {
-  JsonFields fields(item, L"layer " + brenvolt::formatInt(static_cast<std::int64_t>(position)));
+Layer readLayer(const JsonNode& item, std::int64_t position) {
+  JsonFields fields(item, {L"layer", position});
   Layer layer{fields.text(field::name)};
-  fields.setPlace(L"layer \"" + layer.name + L"\"");
+  fields.setPlace({.word = L"layer", .name = layer.name});
   layer.colour = colourField(fields);
   const std::optional<LineType> lineType = lineTypeOf(fields.text(field::lineType));
   if (!lineType) fields.fail(L"the line type is unknown");
   layer.lineType = *lineType;
   if (fields.find(field::wireSettings) != nullptr) {
     layer.wireSettings.emplace();
-    for (const Json& setting : fields.array(field::wireSettings)) {
-      layer.wireSettings->push_back(readWireSetting(setting, fields));
-    }
+    for (const JsonNode* setting = fields.array(field::wireSettings).first; setting != nullptr;
+         setting = setting->next)
+      layer.wireSettings->push_back(readWireSetting(*setting, fields));
   }
   fields.finish();
-  check(fields.place(), DrawingDatabase::layerFault(layer));
+  fields.check(DrawingDatabase::layerFault(layer));
   return layer;
 }
 
-VariableValue readVariable(const Json& value, const std::wstring& place) {
-  if (value.is_string()) return brenvolt::fromUtf8(value.get_ref<const std::string&>());
-  if (value.is_number_float()) return value.get<double>();
-  if (!value.is_number_integer()) failAt(place, L"a text or a number is expected");
-  const double number = value.get<double>();
-  if (number < std::numeric_limits<std::int32_t>::min() ||
-      number > std::numeric_limits<std::int32_t>::max()) {
+VariableValue readVariable(const JsonNode& value, const std::wstring& place) {
+  if (value.kind == Kind::text) return brenvolt::fromUtf8(value.text);
+  if (value.kind == Kind::real) return value.number;
+  if (value.kind != Kind::integer) failAt(place, L"a text or a number is expected");
+  if (value.number < std::numeric_limits<std::int32_t>::min() ||
+      value.number > std::numeric_limits<std::int32_t>::max()) {
     failAt(place, L"an integer must have 32 bits");
   }
-  return static_cast<std::int32_t>(number);
+  return static_cast<std::int32_t>(value.number);
 }
 
 Text readText(JsonFields& fields) {
@@ -104,9 +102,10 @@ Shape readShape(EntityKind kind, JsonFields& fields, const DrawingStore& store) 
     return Line{fields.point(field::from), fields.point(field::to)};
   case EntityKind::polyline: {
     Polyline polyline;
-    for (const Json& point : fields.array(field::points)) {
-      polyline.points.push_back(fields.pointOf(point, field::points));
-    }
+    const JsonNode& points = fields.array(field::points);
+    polyline.points.reserve(points.count);
+    for (const JsonNode* point = points.first; point != nullptr; point = point->next)
+      polyline.points.push_back(fields.pointOf(*point, field::points));
     polyline.isClosed = fields.flag(field::closed, false);
     polyline.width = fields.real(field::width, 0.0);
     return polyline;
@@ -139,15 +138,15 @@ Shape readShape(EntityKind kind, JsonFields& fields, const DrawingStore& store) 
 
 std::vector<ApplicationData> readData(JsonFields& fields) {
   std::vector<ApplicationData> data;
-  const Json* object = fields.find(field::data);
+  const JsonNode* object = fields.find(field::data);
   if (object == nullptr) return data;
-  if (!object->is_object()) fields.fail(L"the field data must be an object");
-  for (const auto& [application, texts] : object->items()) {
-    if (!texts.is_array()) fields.fail(L"entity data must be lists of texts");
-    ApplicationData one{brenvolt::fromUtf8(application), {}};
-    for (const Json& text : texts) {
-      one.texts.push_back(fields.textOf(text, field::data));
-    }
+  if (object->kind != Kind::object) fields.fail(L"the field data must be an object");
+  for (const JsonNode* texts = object->first; texts != nullptr; texts = texts->next) {
+    if (texts->kind != Kind::list) fields.fail(L"entity data must be lists of texts");
+    ApplicationData one{brenvolt::fromUtf8(texts->key), {}};
+    one.texts.reserve(texts->count);
+    for (const JsonNode* text = texts->first; text != nullptr; text = text->next)
+      one.texts.push_back(fields.textOf(*text, field::data));
     data.push_back(std::move(one));
   }
   return data;
@@ -164,13 +163,14 @@ std::wstring lineOf(std::string_view json, std::size_t byte) {
 /// Builds a drawing with the handles of a file.
 class DrawingReader final {
 public:
-  std::unique_ptr<DrawingDatabase> read(const Json& json) {
-    JsonFields fields(json, L"drawing");
-    const Json* format = fields.find(field::format);
-    if (format == nullptr || *format != formatName) fields.fail(L"not a drawing file");
-    const Json& version = fields.get(field::version);
-    if (!version.is_number_integer()) fields.fail(L"the version must be a number");
-    if (version.get<double>() != formatVersion) fields.fail(L"the version of the file is not supported");
+  std::unique_ptr<DrawingDatabase> read(const JsonNode& json) {
+    JsonFields fields(json, {L"drawing"});
+    const JsonNode* format = fields.find(field::format);
+    if (format == nullptr || format->kind != Kind::text || format->text != formatName)
+      fields.fail(L"not a drawing file");
+    const JsonNode& version = fields.get(field::version);
+    if (version.kind != Kind::integer) fields.fail(L"the version must be a number");
+    if (version.number != formatVersion) fields.fail(L"the version of the file is not supported");
     nextHandle_ = handleField(fields, field::nextHandle);
     // Far above any drawing's count, and far enough below the limit to go on drawing.
     if (nextHandle_.value() > DrawingDatabase::handleLimit / 2)
@@ -179,36 +179,36 @@ public:
     drawing_->undoLog_.setOff(true);
     readVariables(fields.get(field::variables));
     readLayers(fields.array(field::layers));
-    if (const Json* circuits = fields.find(field::circuits)) readCircuits(*circuits);
-    const Json& blocks = fields.array(field::blocks);
+    if (const JsonNode* circuits = fields.find(field::circuits)) readCircuits(*circuits);
+    const JsonNode& blocks = fields.array(field::blocks);
     fields.finish();
     // All blocks first: references name them.
-    for (const Json& block : blocks) {
-      readBlock(block);
-    }
-    for (std::size_t index = 0; index < blocks.size(); ++index) {
-      readEntities(blocks[index], *blocks_[index]);
-    }
+    for (const JsonNode* block = blocks.first; block != nullptr; block = block->next)
+      readBlock(*block);
+    auto block = blocks_.begin();
+    for (const JsonNode* item = blocks.first; item != nullptr; item = item->next)
+      readEntities(*item->find(field::entities), **block++);
     drawing_->store_.setNextHandle(nextHandle_);
     drawing_->undoLog_.setOff(false);
     return std::move(drawing_);
   }
 
 private:
-  void readVariables(const Json& object) {
-    if (!object.is_object()) failAt(L"drawing", L"the field variables must be an object");
-    for (const auto& [key, item] : object.items()) {
-      const std::wstring name = brenvolt::fromUtf8(key);
+  void readVariables(const JsonNode& object) {
+    if (object.kind != Kind::object) failAt(L"drawing", L"the field variables must be an object");
+    for (const JsonNode* item = object.first; item != nullptr; item = item->next) {
+      const std::wstring name = brenvolt::fromUtf8(item->key);
       const std::wstring place = L"variable \"" + name + L"\"";
-      VariableValue value = readVariable(item, place);
-      check(place, DrawingDatabase::variableFault(name, value));
+      VariableValue value = readVariable(*item, place);
+      if (const Fault fault = DrawingDatabase::variableFault(name, value)) failAt(place, *fault);
       drawing_->setVariable(name, std::move(value));
     }
   }
 
-  void readLayers(const Json& layers) {
-    for (std::size_t index = 0; index < layers.size(); ++index) {
-      Layer layer = readLayer(layers[index], index + 1);
+  void readLayers(const JsonNode& layers) {
+    std::int64_t position = 0;
+    for (const JsonNode* item = layers.first; item != nullptr; item = item->next) {
+      Layer layer = readLayer(*item, ++position);
       // Layer "0" is there from the start; it may come in any place of the list.
       const bool isDefault = layer.name == defaultLayer;
       if (!isDefault && drawing_->store_.findLayer(layer.name) != nullptr) {
@@ -218,34 +218,34 @@ private:
     }
   }
 
-  void readCircuits(const Json& circuits) {
-    if (!circuits.is_array()) failAt(L"drawing", L"the field circuits must be a list");
+  void readCircuits(const JsonNode& circuits) {
+    if (circuits.kind != Kind::list) failAt(L"drawing", L"the field circuits must be a list");
     std::int64_t position = 0;
-    for (const Json& item : circuits) {
-      JsonFields fields(item, L"circuit " + brenvolt::formatInt(++position));
+    for (const JsonNode* item = circuits.first; item != nullptr; item = item->next) {
+      JsonFields fields(*item, {L"circuit", ++position});
       const std::optional<KvDbHandle> id = parseHandle(fields.text(field::id));
       if (!id) fields.fail(L"the field id must be a hexadecimal number");
       const std::wstring name = formatHandle(*id);
       if (drawing_->store_.circuits().contains(name)) fields.fail(L"its id is used twice");
       CircuitFields texts;
-      for (const auto& [key, value] : item.items())
-        if (key != field::id) texts.emplace_back(brenvolt::fromUtf8(key), fields.textOf(value, key.c_str()));
+      for (const JsonNode* value = item->first; value != nullptr; value = value->next)
+        if (value->key != field::id)
+          texts.emplace_back(brenvolt::fromUtf8(value->key), fields.textOf(*value, value->key));
       if (texts.empty()) fields.fail(L"it says nothing");
       drawing_->putCircuit(name, std::move(texts));
     }
   }
 
-  void takeHandle(KvDbHandle handle, const std::wstring& place) {
+  void checkHandle(KvDbHandle handle, const JsonFields& fields) const {
     KvDbObjectId taken;
-    if (drawing_->objectIdOf(handle, taken) == KvDbStatus::ok) failAt(place, L"the handle is used twice");
-    if (handle >= nextHandle_) failAt(place, L"the handle is not below nextHandle");
-    drawing_->store_.setNextHandle(handle);
+    if (drawing_->objectIdOf(handle, taken) == KvDbStatus::ok) fields.fail(L"the handle is used twice");
+    if (handle >= nextHandle_) fields.fail(L"the handle is not below nextHandle");
   }
 
-  void readBlock(const Json& item) {
-    JsonFields fields(item, L"block " + brenvolt::formatInt(static_cast<std::int64_t>(blocks_.size()) + 1));
+  void readBlock(const JsonNode& item) {
+    JsonFields fields(item, {L"block", static_cast<std::int64_t>(blocks_.size()) + 1});
     const std::wstring name = fields.text(field::name);
-    fields.setPlace(L"block \"" + name + L"\"");
+    fields.setPlace({.word = L"block", .name = name});
     const KvDbHandle handle = handleField(fields, field::handle);
     const KvPoint3d basePoint = fields.point(field::base);
     static_cast<void>(fields.array(field::entities));
@@ -260,48 +260,67 @@ private:
       blocks_.push_back(space);
       return;
     }
-    check(fields.place(), drawing_->blockFault(name, basePoint));
-    takeHandle(handle, fields.place());
+    fields.check(drawing_->blockFault(name, basePoint));
+    checkHandle(handle, fields);
+    drawing_->store_.setNextHandle(handle);
     drawing_->addBlock(name, basePoint);
     blocks_.push_back(drawing_->store_.findBlock(handle));
   }
 
-  void readEntities(const Json& item, const BlockNode& block) {
-    std::size_t position = 0;
-    for (const Json& entity : item[field::entities]) {
-      const std::wstring place = L"block \"" + block.name + L"\", entity ";
-      readEntity(entity, block.handle, place, ++position);
-    }
+  void readEntities(const JsonNode& entities, const BlockNode& block) {
+    const JsonPlace place{.word = L"block", .name = block.name};
+    std::int64_t position = 0;
+    for (const JsonNode* entity = entities.first; entity != nullptr; entity = entity->next)
+      readEntity(*entity, block.handle, {L"entity", L"entity number", &place}, ++position);
   }
 
-  void readEntity(const Json& item, KvDbHandle owner, const std::wstring& place, std::size_t position) {
-    JsonFields fields(item, place + L"number " + brenvolt::formatInt(static_cast<std::int64_t>(position)));
+  /// The name of a layer that is defined, in its first spelling. Neighbours are often on the same one.
+  std::wstring layerField(JsonFields& fields) {
+    const JsonNode& name = fields.get(field::layer);
+    if (layer_ == nullptr || name.kind != Kind::text || name.text != layerText_) {
+      const std::wstring text = fields.textOf(name, field::layer);
+      layer_ = drawing_->store_.findLayer(text);
+      if (layer_ == nullptr) fields.fail(L"the layer \"" + text + L"\" is not defined");
+      layerText_ = name.text;
+    }
+    return layer_->name;
+  }
+
+  /// How an entity is named in messages, by its handle and by its number.
+  struct EntityWords {
+    std::wstring_view byHandle;
+    std::wstring_view byNumber;
+    const JsonPlace* in;
+  };
+
+  void readEntity(const JsonNode& item, KvDbHandle owner, const EntityWords& words, std::int64_t position) {
+    JsonFields fields(item, {.word = words.byNumber, .number = position, .in = words.in});
     const KvDbHandle handle = handleField(fields, field::handle);
-    fields.setPlace(place + formatHandle(handle));
+    fields.setPlace({.word = words.byHandle, .handle = handle, .in = words.in});
     const std::optional<EntityKind> kind = entityKindOf(fields.text(field::kind));
     if (!kind) fields.fail(L"the kind is unknown");
-    Entity entity{readShape(*kind, fields, drawing_->store_), fields.text(field::layer)};
-    if (drawing_->store_.findLayer(entity.layer) == nullptr) {
-      fields.fail(L"the layer \"" + entity.layer + L"\" is not defined");
-    }
+    Entity entity{readShape(*kind, fields, drawing_->store_), layerField(fields)};
     if (fields.find(field::colour) != nullptr) entity.colour = colourField(fields);
     entity.data = readData(fields);
-    const bool hasAttributes =
-        *kind == EntityKind::blockReference && fields.find(field::attributes) != nullptr;
+    const JsonNode* attributes =
+        *kind == EntityKind::blockReference ? fields.find(field::attributes) : nullptr;
+    if (attributes != nullptr) attributes = &fields.array(field::attributes);
     fields.finish();
-    check(fields.place(), drawing_->entityFault(owner, entity));
-    takeHandle(handle, fields.place());
-    drawing_->addEntity(owner, std::move(entity));
-    if (!hasAttributes) return;
-    std::size_t attributePosition = 0;
-    for (const Json& attribute : fields.array(field::attributes)) {
-      readEntity(attribute, handle, fields.place() + L", attribute ", ++attributePosition);
-    }
+    fields.check(drawing_->entityFault(owner, entity));
+    checkHandle(handle, fields);
+    drawing_->store_.attach(std::make_unique<EntityNode>(EntityNode{handle, owner, std::move(entity)}));
+    if (attributes == nullptr) return;
+    std::int64_t attributePosition = 0;
+    for (const JsonNode* attribute = attributes->first; attribute != nullptr; attribute = attribute->next)
+      readEntity(
+          *attribute, handle, {L"attribute", L"attribute number", &fields.place()}, ++attributePosition);
   }
 
   std::unique_ptr<DrawingDatabase> drawing_ = std::make_unique<DrawingDatabase>();
   KvDbHandle nextHandle_;
   std::vector<const BlockNode*> blocks_; ///< in the order of the file
+  const Layer* layer_ = nullptr;         ///< of the last entity
+  std::string_view layerText_;           ///< and its name in the file
 };
 
 LoadedDrawing drawingFromJson(std::string_view json, std::wstring_view name) {
@@ -309,12 +328,12 @@ LoadedDrawing drawingFromJson(std::string_view json, std::wstring_view name) {
     return LoadedDrawing{nullptr, std::wstring(name) + L": " + text};
   };
   try {
-    return {DrawingReader().read(parseJson(json)), L""};
+    return {DrawingReader().read(JsonTree(json).root()), L""};
   } catch (const DrawingFileError& error) {
     return failure(error.text);
-  } catch (const Json::parse_error& error) {
+  } catch (const nlohmann::json::parse_error& error) {
     return failure(lineOf(json, error.byte) + L": this is no JSON text");
-  } catch (const Json::exception&) {
+  } catch (const nlohmann::json::exception&) {
     return failure(L"a number is too large");
   }
 }

@@ -3,62 +3,93 @@
 
 #include "platform/file_replace.h"
 #include "simhost/drawing/file_format.h"
-#include "simhost/json/json_text.h"
 #include "text/encoding.h"
-#include "text/numbers.h"
+#include "text/shortest_number.h"
 
-#include <nlohmann/json.hpp>
-
-#include <cstdio>
+#include <array>
+#include <cstdint>
+#include <string>
 
 namespace simhost {
 namespace {
 
-std::string quoteText(std::wstring_view text) {
-  return jsonText(nlohmann::ordered_json(brenvolt::toUtf8(text)));
+/// A text in quotes, with the escapes that JSON requires and no others.
+void addQuoted(std::string& bytes, std::string_view text) {
+  bytes += '"';
+  for (const char character : text) {
+    if (static_cast<unsigned char>(character) >= 0x20 && character != '"' && character != '\\') {
+      bytes += character;
+      continue;
+    }
+    constexpr std::string_view escaped = "\"\\\b\f\n\r\t";
+    constexpr std::string_view letters = "\"\\bfnrt";
+    bytes += '\\';
+    if (const std::size_t place = escaped.find(character); place != std::string_view::npos) {
+      bytes += letters[place];
+    } else {
+      constexpr std::string_view digits = "0123456789abcdef";
+      bytes += "u00";
+      bytes += digits[static_cast<unsigned char>(character) >> 4U];
+      bytes += digits[static_cast<unsigned char>(character) & 15U];
+    }
+  }
+  bytes += '"';
 }
 
-std::string number(double value) {
-  // Minus zero would come back as another text than it went.
-  return brenvolt::toUtf8(brenvolt::formatShortest(value == 0.0 ? 0.0 : value));
+void addText(std::string& bytes, std::wstring_view text) {
+  addQuoted(bytes, brenvolt::toUtf8(text));
 }
 
-std::string pointText(const KvPoint3d& point) {
-  std::string text = "[" + number(point.x) + "," + number(point.y);
-  if (point.z != 0.0) text += "," + number(point.z);
-  return text + "]";
+void addPoint(std::string& bytes, const KvPoint3d& point) {
+  bytes += '[';
+  brenvolt::appendShortest(bytes, point.x);
+  bytes += ',';
+  brenvolt::appendShortest(bytes, point.y);
+  if (point.z != 0.0) {
+    bytes += ',';
+    brenvolt::appendShortest(bytes, point.z);
+  }
+  bytes += ']';
 }
 
-/// Items between brackets on one line, in the order in which they come.
+/// Items between brackets on one line, at the end of the file's text, in the order in which they come.
 class LineBuilder final {
 public:
-  LineBuilder(char open, char close) : text_(1, open), close_(close) {}
+  LineBuilder(std::string& bytes, char open, char close) : bytes_(bytes), close_(close) { bytes_ += open; }
 
-  void item(std::string_view value) {
-    if (text_.size() > 1) text_ += ',';
-    text_ += value;
+  /// Where the next item is written.
+  std::string& item() {
+    if (!isFirst_) bytes_ += ',';
+    isFirst_ = false;
+    return bytes_;
   }
-  void field(std::string_view key, std::string_view value) {
-    item("\"" + std::string(key) + "\":" + std::string(value));
+  /// Where the value of the field is written.
+  std::string& field(std::string_view key) {
+    std::string& bytes = item();
+    bytes += '"';
+    bytes += key;
+    bytes += "\":";
+    return bytes;
   }
-  void text(std::string_view key, std::wstring_view value) { field(key, quoteText(value)); }
-  void real(std::string_view key, double value) { field(key, number(value)); }
-  void point(std::string_view key, const KvPoint3d& value) { field(key, pointText(value)); }
-  void flag(std::string_view key, bool value) { field(key, value ? "true" : "false"); }
+  void text(std::string_view key, std::wstring_view value) { addText(field(key), value); }
+  void real(std::string_view key, double value) { brenvolt::appendShortest(field(key), value); }
+  void point(std::string_view key, const KvPoint3d& value) { addPoint(field(key), value); }
+  void flag(std::string_view key, bool value) { field(key) += value ? "true" : "false"; }
 
-  [[nodiscard]] std::string done() const { return text_ + close_; }
+  void end() { bytes_ += close_; }
 
 private:
-  std::string text_;
+  std::string& bytes_;
   char close_;
+  bool isFirst_ = true;
 };
 
-LineBuilder object() {
-  return {'{', '}'};
+LineBuilder object(std::string& bytes) {
+  return {bytes, '{', '}'};
 }
 
-LineBuilder array() {
-  return {'[', ']'};
+LineBuilder array(std::string& bytes) {
+  return {bytes, '[', ']'};
 }
 
 /// The fields of each kind of shape; those that hold their usual value are left out.
@@ -72,11 +103,10 @@ public:
   }
 
   void operator()(const Polyline& polyline) const {
-    LineBuilder points = array();
-    for (const KvPoint3d& point : polyline.points) {
-      points.item(pointText(point));
-    }
-    line_.field(field::points, points.done());
+    LineBuilder points = array(line_.field(field::points));
+    for (const KvPoint3d& point : polyline.points)
+      addPoint(points.item(), point);
+    points.end();
     if (polyline.isClosed) line_.flag(field::closed, true);
     if (polyline.width != 0.0) line_.real(field::width, polyline.width);
   }
@@ -128,143 +158,154 @@ private:
   const DrawingStore& store_;
 };
 
-std::string dataText(const std::vector<ApplicationData>& data) {
-  LineBuilder applications = object();
+void addData(std::string& bytes, const std::vector<ApplicationData>& data) {
+  LineBuilder applications = object(bytes);
   for (const ApplicationData& one : data) {
-    LineBuilder texts = array();
-    for (const std::wstring& text : one.texts) {
-      texts.item(quoteText(text));
-    }
-    applications.item(quoteText(one.application) + ":" + texts.done());
+    std::string& place = applications.item();
+    addText(place, one.application);
+    place += ':';
+    LineBuilder texts = array(place);
+    for (const std::wstring& text : one.texts)
+      addText(texts.item(), text);
+    texts.end();
   }
-  return applications.done();
+  applications.end();
 }
 
-std::string entityText(const EntityNode& entity, const DrawingStore& store) {
-  LineBuilder line = object();
+void addEntity(std::string& bytes, const EntityNode& entity, const DrawingStore& store) {
+  LineBuilder line = object(bytes);
   line.text(field::handle, formatHandle(entity.handle));
   line.text(field::kind, entityKindName(entity.value.kind()));
   line.text(field::layer, entity.value.layer);
   if (entity.value.colour) line.text(field::colour, formatColour(*entity.value.colour));
   std::visit(ShapeWriter(line, store), entity.value.shape);
-  if (!entity.value.data.empty()) line.field(field::data, dataText(entity.value.data));
-  LineBuilder attributes = array();
-  bool hasAttributes = false;
+  if (!entity.value.data.empty()) addData(line.field(field::data), entity.value.data);
+  std::optional<LineBuilder> attributes;
   for (const KvDbHandle handle : entity.attributes) {
     const EntityNode* attribute = store.findEntity(handle);
     if (attribute->isErased) continue;
-    attributes.item(entityText(*attribute, store));
-    hasAttributes = true;
+    if (!attributes) attributes.emplace(array(line.field(field::attributes)));
+    addEntity(attributes->item(), *attribute, store);
   }
-  if (hasAttributes) line.field(field::attributes, attributes.done());
-  return line.done();
+  if (attributes) attributes->end();
+  line.end();
 }
 
-std::string layerText(const Layer& layer) {
-  LineBuilder line = object();
+void addLayer(std::string& bytes, const Layer& layer) {
+  LineBuilder line = object(bytes);
   line.text(field::name, layer.name);
   line.text(field::colour, formatColour(layer.colour));
   line.text(field::lineType, lineTypeName(layer.lineType));
   if (layer.wireSettings) {
-    LineBuilder settings = array();
+    LineBuilder settings = array(line.field(field::wireSettings));
     for (const WireSetting& setting : *layer.wireSettings) {
-      LineBuilder pair = array();
-      pair.item(number(setting.code));
-      const auto* integer = std::get_if<std::int32_t>(&setting.value);
-      pair.item(integer != nullptr ? number(*integer) : quoteText(std::get<std::wstring>(setting.value)));
-      settings.item(pair.done());
+      LineBuilder pair = array(settings.item());
+      brenvolt::appendShortest(pair.item(), setting.code);
+      if (const auto* integer = std::get_if<std::int32_t>(&setting.value))
+        brenvolt::appendShortest(pair.item(), *integer);
+      else
+        addText(pair.item(), std::get<std::wstring>(setting.value));
+      pair.end();
     }
-    line.field(field::wireSettings, settings.done());
+    settings.end();
   }
-  return line.done();
+  line.end();
 }
 
-std::string circuitText(const std::wstring& id, const CircuitFields& fields) {
-  LineBuilder line = object();
+void addCircuit(std::string& bytes, const std::wstring& id, const CircuitFields& fields) {
+  LineBuilder line = object(bytes);
   line.text(field::id, id);
-  for (const auto& [name, value] : fields)
-    line.item(quoteText(name) + ":" + quoteText(value));
-  return line.done();
+  for (const auto& [name, value] : fields) {
+    addText(line.item(), name);
+    bytes += ':';
+    addText(bytes, value);
+  }
+  line.end();
 }
 
 /// Integers are written without a point and reals always with one (or an exponent), which keeps the two apart.
-std::string variableText(const VariableValue& value) {
-  if (const auto* text = std::get_if<std::wstring>(&value)) return quoteText(*text);
-  if (const auto* integer = std::get_if<std::int32_t>(&value)) return number(*integer);
-  std::string real = number(std::get<double>(value));
-  if (real.find_first_of(".e") == std::string::npos) real += ".0";
-  return real;
+void addVariable(std::string& bytes, const VariableValue& value) {
+  if (const auto* text = std::get_if<std::wstring>(&value)) return addText(bytes, *text);
+  if (const auto* integer = std::get_if<std::int32_t>(&value))
+    return brenvolt::appendShortest(bytes, *integer);
+  const std::size_t start = bytes.size();
+  brenvolt::appendShortest(bytes, std::get<double>(value));
+  if (bytes.find_first_of(".e", start) == std::string::npos) bytes += ".0";
 }
 
 /// Lines between brackets, one item a line.
 class BlockBuilder final {
 public:
-  explicit BlockBuilder(std::string& text) : text_(text) {}
+  explicit BlockBuilder(std::string& bytes) : bytes_(bytes) {}
 
-  void item(std::string_view line) {
-    text_ += isFirst_ ? "\n" : ",\n";
-    text_ += line;
+  std::string& item() {
+    bytes_ += isFirst_ ? "\n" : ",\n";
     isFirst_ = false;
+    return bytes_;
   }
   void end(std::string_view closing) {
-    if (!isFirst_) text_ += '\n';
-    text_ += closing;
+    if (!isFirst_) bytes_ += '\n';
+    bytes_ += closing;
   }
 
 private:
-  std::string& text_;
+  std::string& bytes_;
   bool isFirst_ = true;
 };
 
-std::string key(std::string_view name) {
-  return "\"" + std::string(name) + "\":";
+std::string& addKey(std::string& bytes, std::string_view name) {
+  bytes += '"';
+  bytes += name;
+  return bytes += "\":";
 }
 
 } // namespace
 
 std::string drawingToJson(const DrawingDatabase& drawing) {
   const DrawingStore& store = drawing.store();
-  std::string text = "{\n";
-  text += key(field::format) + "\"" + std::string(formatName) + "\",\n";
-  text += key(field::version) + std::to_string(formatVersion) + ",\n";
-  text += key(field::nextHandle) + quoteText(formatHandle(store.nextHandle())) + ",\n";
-  text += key(field::variables) + "{";
-  BlockBuilder variables(text);
+  std::string bytes = "{\n";
+  addQuoted(addKey(bytes, field::format), formatName);
+  bytes += ",\n";
+  brenvolt::appendShortest(addKey(bytes, field::version), formatVersion);
+  bytes += ",\n";
+  addText(addKey(bytes, field::nextHandle), formatHandle(store.nextHandle()));
+  bytes += ",\n";
+  addKey(bytes, field::variables) += '{';
+  BlockBuilder variables(bytes);
   for (const auto& [name, value] : store.variables()) {
-    variables.item(quoteText(name) + ":" + variableText(value));
+    addText(variables.item(), name);
+    bytes += ':';
+    addVariable(bytes, value);
   }
   variables.end("},\n");
-  text += key(field::layers) + "[";
-  BlockBuilder layers(text);
-  for (const Layer& layer : store.layers()) {
-    layers.item(layerText(layer));
-  }
+  addKey(bytes, field::layers) += '[';
+  BlockBuilder layers(bytes);
+  for (const Layer& layer : store.layers())
+    addLayer(layers.item(), layer);
   layers.end("],\n");
   if (!store.circuits().empty()) {
-    text += key(field::circuits) + "[";
-    BlockBuilder circuits(text);
+    addKey(bytes, field::circuits) += '[';
+    BlockBuilder circuits(bytes);
     for (const auto& [id, fields] : store.circuits())
-      circuits.item(circuitText(id, fields));
+      addCircuit(circuits.item(), id, fields);
     circuits.end("],\n");
   }
-  text += key(field::blocks) + "[";
-  BlockBuilder blocks(text);
+  addKey(bytes, field::blocks) += '[';
+  BlockBuilder blocks(bytes);
   for (const auto& block : store.blocks()) {
-    LineBuilder head = object();
+    LineBuilder head = object(blocks.item());
     head.text(field::handle, formatHandle(block->handle));
     head.text(field::name, block->name);
     head.point(field::base, block->basePoint);
-    std::string opening = head.done();
-    opening.back() = ',';
-    blocks.item(opening + key(field::entities) + "[");
-    BlockBuilder entities(text);
-    for (const EntityNode* entity = block->first; entity != nullptr; entity = entity->next) {
-      entities.item(entityText(*entity, store));
-    }
+    head.field(field::entities) += '[';
+    BlockBuilder entities(bytes);
+    for (const EntityNode* entity = block->first; entity != nullptr; entity = entity->next)
+      addEntity(entities.item(), *entity, store);
     entities.end("]}");
   }
   blocks.end("]\n");
-  return text + "}\n";
+  bytes += "}\n";
+  return bytes;
 }
 
 Fault saveDrawing(const DrawingDatabase& drawing, const std::wstring& path) {

@@ -2,92 +2,105 @@
 #include "simhost/drawing/json_fields.h"
 
 #include "text/encoding.h"
-
-#include <nlohmann/json.hpp>
-
-#include <utility>
+#include "text/numbers.h"
 
 namespace simhost {
 
-JsonFields::JsonFields(const Json& object, std::wstring place) : object_(object), place_(std::move(place)) {
-  if (!object_.is_object()) fail(L"an object is expected");
+using Kind = JsonNode::Kind;
+
+std::wstring JsonPlace::text() const {
+  std::wstring place = in == nullptr ? std::wstring() : in->text() + L", ";
+  place += word;
+  if (!name.empty()) return place + L" \"" + std::wstring(name) + L'"';
+  if (!handle.isNull()) return place + L' ' + formatHandle(handle);
+  return number == 0 ? place : place + L' ' + brenvolt::formatInt(number);
+}
+
+JsonFields::JsonFields(const JsonNode& object, JsonPlace place) : object_(object), place_(place) {
+  if (object_.kind != Kind::object) fail(L"an object is expected");
 }
 
 void JsonFields::fail(std::wstring_view reason) const {
-  throw DrawingFileError{place_ + L": " + std::wstring(reason)};
+  throw DrawingFileError{place_.text() + L": " + std::wstring(reason)};
 }
 
-const Json* JsonFields::find(const char* name) {
-  asked_.insert(name);
-  const auto found = object_.find(name);
-  return found == object_.end() ? nullptr : &*found;
+const JsonNode* JsonFields::find(std::string_view name) {
+  std::uint64_t bit = 1;
+  for (const JsonNode* item = object_.first; item != nullptr; item = item->next, bit <<= 1U) {
+    if (item->key != name) continue;
+    asked_ |= bit;
+    return item;
+  }
+  return nullptr;
 }
 
-const Json& JsonFields::get(const char* name) {
-  const Json* value = find(name);
+const JsonNode& JsonFields::get(std::string_view name) {
+  const JsonNode* value = find(name);
   if (value == nullptr) fail(L"the field " + brenvolt::fromUtf8(name) + L" is missing");
   return *value;
 }
 
-const Json& JsonFields::array(const char* name) {
-  const Json& value = get(name);
-  if (!value.is_array()) failField(name, L"a list");
+const JsonNode& JsonFields::array(std::string_view name) {
+  const JsonNode& value = get(name);
+  if (value.kind != Kind::list) failField(name, L"a list");
   return value;
 }
 
-std::wstring JsonFields::text(const char* name) {
+std::wstring JsonFields::text(std::string_view name) {
   return textOf(get(name), name);
 }
 
-std::wstring JsonFields::text(const char* name, std::wstring_view usual) {
-  const Json* value = find(name);
+std::wstring JsonFields::text(std::string_view name, std::wstring_view usual) {
+  const JsonNode* value = find(name);
   return value == nullptr ? std::wstring(usual) : textOf(*value, name);
 }
 
-double JsonFields::real(const char* name) {
-  const Json& value = get(name);
-  if (!value.is_number()) failField(name, L"a number");
-  return value.get<double>();
+double JsonFields::real(std::string_view name) {
+  const JsonNode& value = get(name);
+  if (!value.isNumber()) failField(name, L"a number");
+  return value.number;
 }
 
-double JsonFields::real(const char* name, double usual) {
+double JsonFields::real(std::string_view name, double usual) {
   return find(name) == nullptr ? usual : real(name);
 }
 
-bool JsonFields::flag(const char* name, bool usual) {
-  const Json* value = find(name);
+bool JsonFields::flag(std::string_view name, bool usual) {
+  const JsonNode* value = find(name);
   if (value == nullptr) return usual;
-  if (!value->is_boolean()) failField(name, L"true or false");
-  return value->get<bool>();
+  if (value->kind != Kind::boolean) failField(name, L"true or false");
+  return value->isTrue;
 }
 
-KvPoint3d JsonFields::point(const char* name) {
+KvPoint3d JsonFields::point(std::string_view name) {
   return pointOf(get(name), name);
 }
 
-KvPoint3d JsonFields::pointOf(const Json& value, const char* name) const {
-  const bool isPoint = value.is_array() && (value.size() == 2 || value.size() == 3);
-  if (!isPoint) failField(name, L"a point of two or three numbers");
-  for (const Json& number : value) {
-    if (!number.is_number()) failField(name, L"a point of two or three numbers");
+KvPoint3d JsonFields::pointOf(const JsonNode& value, std::string_view name) const {
+  double numbers[3] = {};
+  bool isPoint = value.kind == Kind::list && (value.count == 2 || value.count == 3);
+  double* number = numbers;
+  for (const JsonNode* item = value.first; isPoint && item != nullptr; item = item->next) {
+    isPoint = item->isNumber();
+    *number++ = item->number;
   }
-  KvPoint3d point{value[0].get<double>(), value[1].get<double>(), 0.0};
-  if (value.size() == 3) point.z = value[2].get<double>();
-  return point;
+  if (!isPoint) failField(name, L"a point of two or three numbers");
+  return {numbers[0], numbers[1], numbers[2]};
 }
 
-std::wstring JsonFields::textOf(const Json& value, const char* name) const {
-  if (!value.is_string()) failField(name, L"a text");
-  return brenvolt::fromUtf8(value.get_ref<const std::string&>());
+std::wstring JsonFields::textOf(const JsonNode& value, std::string_view name) const {
+  if (value.kind != Kind::text) failField(name, L"a text");
+  return brenvolt::fromUtf8(value.text);
 }
 
 void JsonFields::finish() const {
-  for (const auto& [name, value] : object_.items()) {
-    if (asked_.find(name) == asked_.end()) fail(L"the field " + brenvolt::fromUtf8(name) + L" is unknown");
-  }
+  // No object of a drawing has as many fields as there are bits: what comes after them is unknown.
+  std::uint64_t bit = 1;
+  for (const JsonNode* item = object_.first; item != nullptr; item = item->next, bit <<= 1U)
+    if ((asked_ & bit) == 0) fail(L"the field " + brenvolt::fromUtf8(item->key) + L" is unknown");
 }
 
-void JsonFields::failField(const char* name, std::wstring_view expectation) const {
+void JsonFields::failField(std::string_view name, std::wstring_view expectation) const {
   fail(L"the field " + brenvolt::fromUtf8(name) + L" must be " + std::wstring(expectation));
 }
 

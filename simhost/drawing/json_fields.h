@@ -2,12 +2,10 @@
 // misspelt field is not lost silently.
 #pragma once
 
-#include "simhost/drawing/entity.h"
+#include "simhost/drawing/drawing_database.h"
+#include "simhost/json/json_tree.h"
 
-#include <nlohmann/json_fwd.hpp>
-
-#include <optional>
-#include <set>
+#include <cstdint>
 #include <string>
 #include <string_view>
 
@@ -18,40 +16,53 @@ struct DrawingFileError final {
   std::wstring text;
 };
 
-using Json = nlohmann::ordered_json;
+/// Where in a file something is; made into words only for a message. The parent and the name must outlive it.
+struct JsonPlace final {
+  std::wstring_view word;   ///< "layer"
+  std::int64_t number = 0;  ///< as the user counts; 0 for none
+  std::wstring_view name{}; ///< known instead of the number
+  KvDbHandle handle{};      ///< likewise
+  const JsonPlace* in = nullptr;
+
+  [[nodiscard]] std::wstring text() const;
+};
 
 class JsonFields final {
 public:
   /// `place` opens every message. The object must outlive this; anything but an object is an error.
-  JsonFields(const Json& object, std::wstring place);
+  JsonFields(const JsonNode& object, JsonPlace place);
 
-  [[nodiscard]] const std::wstring& place() const { return place_; }
+  [[nodiscard]] const JsonPlace& place() const { return place_; }
   /// Adds to the place once it is known better.
-  void setPlace(std::wstring place) { place_ = std::move(place); }
+  void setPlace(JsonPlace place) { place_ = place; }
   [[noreturn]] void fail(std::wstring_view reason) const;
+  /// Fails with the fault, if it is one.
+  void check(const Fault& fault) const {
+    if (fault) fail(*fault);
+  }
 
-  [[nodiscard]] const Json* find(const char* name);
-  [[nodiscard]] const Json& get(const char* name);
-  [[nodiscard]] const Json& array(const char* name);
+  [[nodiscard]] const JsonNode* find(std::string_view name);
+  [[nodiscard]] const JsonNode& get(std::string_view name);
+  [[nodiscard]] const JsonNode& array(std::string_view name);
 
-  [[nodiscard]] std::wstring text(const char* name);
-  [[nodiscard]] std::wstring text(const char* name, std::wstring_view usual);
-  [[nodiscard]] double real(const char* name);
-  [[nodiscard]] double real(const char* name, double usual);
-  [[nodiscard]] bool flag(const char* name, bool usual);
-  [[nodiscard]] KvPoint3d point(const char* name);
-  [[nodiscard]] KvPoint3d pointOf(const Json& value, const char* name) const;
-  [[nodiscard]] std::wstring textOf(const Json& value, const char* name) const;
+  [[nodiscard]] std::wstring text(std::string_view name);
+  [[nodiscard]] std::wstring text(std::string_view name, std::wstring_view usual);
+  [[nodiscard]] double real(std::string_view name);
+  [[nodiscard]] double real(std::string_view name, double usual);
+  [[nodiscard]] bool flag(std::string_view name, bool usual);
+  [[nodiscard]] KvPoint3d point(std::string_view name);
+  [[nodiscard]] KvPoint3d pointOf(const JsonNode& value, std::string_view name) const;
+  [[nodiscard]] std::wstring textOf(const JsonNode& value, std::string_view name) const;
 
   /// Reports the first field that was not read.
   void finish() const;
 
 private:
-  [[noreturn]] void failField(const char* name, std::wstring_view expectation) const;
+  [[noreturn]] void failField(std::string_view name, std::wstring_view expectation) const;
 
-  const Json& object_;
-  std::wstring place_;
-  std::set<std::string_view> asked_;
+  const JsonNode& object_;
+  JsonPlace place_;
+  std::uint64_t asked_ = 0; ///< a bit for each of the first fields that was asked for
 };
 
 } // namespace simhost

@@ -1,5 +1,7 @@
 #include "text/encoding.h"
 
+#include <algorithm>
+#include <cstddef>
 #include <cstdint>
 
 namespace brenvolt {
@@ -113,12 +115,22 @@ void appendUnitLe(std::string& bytes, char32_t unit) {
   bytes.push_back(static_cast<char>((unit >> 8) & 0xFF));
 }
 
+/// How many units from the start on are ASCII, the same in both encodings: most texts are all of it.
+template <class Text>
+std::size_t plainLength(Text text) {
+  const auto end = std::find_if(
+      text.begin(), text.end(), [](auto unit) { return static_cast<std::uint32_t>(unit) >= 0x80; });
+  return static_cast<std::size_t>(end - text.begin());
+}
+
 } // namespace
 
 std::string toUtf8(std::wstring_view text) {
   std::string bytes;
   bytes.reserve(text.size());
-  for (std::size_t position = 0; position < text.size();) {
+  const std::size_t plain = plainLength(text);
+  bytes.assign(text.begin(), text.begin() + static_cast<std::ptrdiff_t>(plain));
+  for (std::size_t position = plain; position < text.size();) {
     appendUtf8(bytes, nextCodePoint(text, position));
   }
   return bytes;
@@ -127,7 +139,9 @@ std::string toUtf8(std::wstring_view text) {
 std::wstring fromUtf8(std::string_view bytes) {
   std::wstring text;
   text.reserve(bytes.size());
-  for (std::size_t position = 0; position < bytes.size();) {
+  const std::size_t plain = plainLength(bytes);
+  text.assign(bytes.begin(), bytes.begin() + static_cast<std::ptrdiff_t>(plain));
+  for (std::size_t position = plain; position < bytes.size();) {
     appendWide(text, nextUtf8(bytes, position).value_or(replacement));
   }
   return text;

@@ -1,5 +1,6 @@
 #include "text/numbers.h"
 
+#include "text/shortest_number.h"
 #include "text/split.h"
 
 #include <algorithm>
@@ -109,16 +110,22 @@ std::wstring formatInt(std::int64_t value) {
   return widen(std::to_string(value));
 }
 
-std::wstring formatShortest(double value) {
-  if (!std::isfinite(value)) return {};
-  if (value == 0.0) return L"0";
+void appendShortest(std::string& bytes, double value) {
+  if (!std::isfinite(value)) return;
+  if (value == 0.0) value = 0.0; // without a sign
   const double size = std::abs(value);
-  const bool isPlain = size >= plainFrom && size < plainBelow;
+  const bool isPlain = size == 0.0 || (size >= plainFrom && size < plainBelow);
   char buffer[64];
   const auto written = std::to_chars(
       buffer, buffer + sizeof buffer, value,
       isPlain ? std::chars_format::fixed : std::chars_format::scientific);
-  return widen({buffer, written.ptr});
+  bytes.append(buffer, written.ptr);
+}
+
+std::wstring formatShortest(double value) {
+  std::string bytes;
+  appendShortest(bytes, value);
+  return widen(bytes);
 }
 
 std::wstring trimNumber(std::wstring_view text) {
