@@ -346,23 +346,39 @@ private:
       titles.emplace_back(column.title);
     line(titles);
     pages_.paintRule(left_, pageWidth_ - left_, y_ + lineHeight_ - 1.2);
+    firstRow_ = y_;
   }
 
-  void line(const std::vector<std::optional<std::wstring>>& cells) {
-    // A text that its column cannot hold goes on below: nothing of a list is cut off.
+  using Lines = std::vector<std::vector<std::wstring>>;
+
+  /// A text that its column cannot hold goes on below: nothing of a list is cut off.
+  [[nodiscard]] Lines linesOf(const std::vector<std::optional<std::wstring>>& cells) {
     std::vector<std::wstring> rests;
     for (const auto& cell : cells)
       rests.push_back(cell.value_or(std::wstring()));
-    bool isLeft = true;
-    while (isLeft) {
-      if (y_ < bottom_) nextPage();
+    Lines lines;
+    for (bool isLeft = true; isLeft;) {
       isLeft = false;
-      double x = left_;
+      std::vector<std::wstring>& parts = lines.emplace_back();
       for (std::size_t column = 0; column < rests.size(); ++column) {
-        const std::wstring part = fitting(rests[column], widths_[column] - gap_);
-        pages_.paintCell(x, y_, size_, part);
-        rests[column].erase(0, part.size());
+        parts.push_back(fitting(rests[column], widths_[column] - gap_));
+        rests[column].erase(0, parts.back().size());
         isLeft = isLeft || !rests[column].empty();
+      }
+    }
+    return lines;
+  }
+
+  void line(const std::vector<std::optional<std::wstring>>& cells) {
+    const Lines lines = linesOf(cells);
+    // A row stays on one page, unless it is longer than that.
+    const double height = static_cast<double>(lines.size() - 1) * lineHeight_;
+    if (y_ < firstRow_ && y_ - height < bottom_ && height < firstRow_ - bottom_) nextPage();
+    for (const std::vector<std::wstring>& parts : lines) {
+      if (y_ < bottom_) nextPage();
+      double x = left_;
+      for (std::size_t column = 0; column < parts.size(); ++column) {
+        pages_.paintCell(x, y_, size_, parts[column]);
         x += widths_[column];
       }
       y_ -= lineHeight_;
@@ -392,6 +408,7 @@ private:
   const Report& report_;
   std::vector<double> widths_;
   double y_ = 0.0;
+  double firstRow_ = -1.0; ///< of the page, below the heading
   int page_ = 0;
 };
 
