@@ -113,9 +113,9 @@
 (defun site_lower_contactor (xyz scl poles name data data2)
   (site_contactor (offset xyz 0 (* scl -40)) scl poles name data data2))
 
-; The mechanical interlock with a contactor 40 below the marker's.
+; The mechanical interlock with a contactor 40 below the marker's, right of that contactor's tag.
 (defun site_interlock (xyz scl)
-  (place-symbol "ZLOCK" (offset xyz (* scl 5) (* scl -22)) scl nil)
+  (place-symbol "ZLOCK" (offset xyz (* scl 8) (* scl -22)) scl nil)
   T)
 
 ; kind: heaters or electronic.
@@ -164,7 +164,19 @@
 
 (defun control-wire (from to) (draw-wire from to (wire-layer site-control-layer)))
 
-(defun control-voltages (data) (if (string=? (data-text data 3) "400") "400-230 V" "480-120 V"))
+; Of the control transformer, from the rated voltage of the motor: the supply of a motor for 460 V has 480 V.
+(setq site-control-voltages
+  '(("115" "120-120 V") ("200" "208-120 V") ("208" "208-120 V") ("230" "240-120 V") ("240" "240-120 V") ("400" "400-230 V")
+    ("460" "480-120 V") ("480" "480-120 V") ("575" "600-120 V")))
+(defun control-voltages (data)
+  (or (second (assoc (data-text data 3) site-control-voltages)) (string-append (data-text data 3) "-120 V")))
+
+; A transformer that nobody has chosen is the maker's usual one for these voltages: CT-150, CT-150-240.
+(defun transformer-texts (data voltages)
+  (append (list (cons "TAG1" (tag-behind "CTR")) (cons "RATING1" voltages))
+          (cdr (part-texts data nil "XF" "XF"))
+          (unless (or (data-part data "XF") (string=? voltages "480-120 V"))
+            (list (cons "MFG" "Carrick") (cons "CAT" (string-append "CT-150-" (first (string-split voltages "-"))))))))
 
 ; The control transformer with its fuses. It is fed from the first and second line above it: rise-1 and rise-2 are
 ; their distances above the marker. Its secondary feeds the rails, left and right of it at 50 and 60.
@@ -176,8 +188,7 @@
     (place-symbol "ZDOT" (funcall at 12 rise-2) scl nil)
     (vertical-fuse (funcall at -12 16) scl "FU11") ; the wires below are as long as their texts need
     (vertical-fuse (funcall at 12 16) scl "FU12")
-    (place-symbol "ZTRANS" xyz scl (append (list (cons "TAG1" (tag-behind "CTR")) (cons "RATING1" (control-voltages data)))
-                                           (cdr (part-texts data nil "XF" "XF"))))
+    (place-symbol "ZTRANS" xyz scl (transformer-texts data (control-voltages data)))
     (control-wire (funcall at -50 -9) (funcall at -12 -9))
     (control-wire (funcall at 12 -9) (funcall at 60 -9))
     (place-in-wires "ZFUSE1" (funcall at -30 -9) scl 1 lead (list (cons "TAG1" (tag-behind "FU13"))))
@@ -193,13 +204,13 @@
 ; Rails fed from a panel elsewhere.
 (defun site_control_source (xyz scl left right)
   (let ((at (lambda (x y) (offset xyz (* scl x) (* scl y)))))
-    (control-wire (funcall at -50 -9) (funcall at -20 -9))
-    (control-wire (funcall at 20 -9) (funcall at 60 -9))
-    (place-in-wires "ZFUSE1" (funcall at -35 -9) scl 1 lead (list (cons "TAG1" (tag-behind "FU13"))))
-    (place-symbol "ZTERM" (funcall at -20 -9) scl '(("TAGSTRIP" . "TB3") ("TERM01" . "1")))
-    (place-symbol "ZTERM" (funcall at 20 -9) scl '(("TAGSTRIP" . "TB3") ("TERM01" . "2")))
-    (draw-text (funcall at -17 -9.8) left (* 2.2 scl) "DESCRIPTIONS" 'left)
-    (draw-text (funcall at 17 -9.8) right (* 2.2 scl) "DESCRIPTIONS" 'right))
+    (control-wire (funcall at -50 -9) (funcall at -14 -9)) ; on both sides of the fuse as long as a wire number
+    (control-wire (funcall at 26 -9) (funcall at 60 -9))
+    (place-in-wires "ZFUSE1" (funcall at -32 -9) scl 1 lead (list (cons "TAG1" (tag-behind "FU13"))))
+    (place-symbol "ZTERM" (funcall at -14 -9) scl '(("TAGSTRIP" . "TB3") ("TERM01" . "1")))
+    (place-symbol "ZTERM" (funcall at 26 -9) scl '(("TAGSTRIP" . "TB3") ("TERM01" . "2")))
+    (draw-text (funcall at -11 -9.8) left (* 2.2 scl) "DESCRIPTIONS" 'left)
+    (draw-text (funcall at 23 -9.8) right (* 2.2 scl) "DESCRIPTIONS" 'right))
   T)
 
 ; A device in a rung, dx and dy from the marker: symbol, tag after the circuit's number, description.

@@ -275,7 +275,7 @@
 ; Mechanical interlock of two contactors, one pole group 40 below the other.
 (defun draw-interlock ()
   (sy-link 0 0 0 -16)
-  (draw-polyline '((-2 -12.5) (2 -12.5) (0 -8.5)) symbol-layer T))
+  (draw-polyline '((-1.3 -9.4) (1.3 -9.4) (0 -6.8)) symbol-layer T))
 
 (defun draw-wire-number () (sy-attribute "WIRENO" 0 0.8 1.8))
 
