@@ -7,6 +7,7 @@
 #include "circuits/set/label_places.h"
 #include "circuits/set/numbering.h"
 #include "circuits/set/part_outline.h"
+#include "platform/file_cache.h"
 #include "simhost/drawing/drawing_file.h"
 #include "simhost/host/errors.h"
 #include "simhost/host/files.h"
@@ -130,15 +131,19 @@ public:
     numberContacts(drawing);
     labelNets(site_, drawing, objects.front().id);
     keepRow(drawing, objects.front().id, circuit, circuit.tag);
-    // The drawing last: a part is there when its drawing is.
-    write(parts_.outlineOf(circuit), outlineText(outlineOf(drawing)));
-    write(parts_.drawingOf(circuit), simhost::drawingToJson(drawing));
+    const std::string bytes = simhost::drawingToJson(drawing);
+    PartOutline outline = outlineOf(drawing);
+    outline.drawing = {bytes.size(), digestOf(bytes)};
+    // The outline last: by it a part is known as whole.
+    write(parts_.drawingOf(circuit), bytes);
+    write(parts_.outlineOf(circuit), outlineText(outline));
   }
 
 private:
-  static void write(const fs::path& file, std::string_view bytes) {
-    const std::string reason = simhost::replaceFile(file, bytes);
-    if (!reason.empty()) throw CannotWrite(reason);
+  void write(const fs::path& file, std::string_view bytes) const {
+    const auto reason =
+        brenvolt::replaceCachedFile(file.string(), (configurations_.folder() / "part.new").string(), bytes);
+    if (reason) throw CannotWrite(file.string() + ": " + toUtf8(*reason));
   }
   [[nodiscard]] std::string lastLine() const {
     return windows_.failure().empty() ? std::string() : ": " + toUtf8(windows_.failure());
@@ -267,16 +272,23 @@ void keepRow(
   drawing.putCircuit(id, std::move(fields));
 }
 
-std::string digestOf(std::string_view bytes) {
-  // FNV-1a, 64 bits: names, no secrets.
-  std::uint64_t hash = 14695981039346656037U;
+void ByteDigest::add(std::string_view bytes) {
   for (const char byte : bytes)
-    hash = (hash ^ static_cast<unsigned char>(byte)) * 1099511628211U;
+    hash_ = (hash_ ^ static_cast<unsigned char>(byte)) * 1099511628211U;
+}
+
+std::string ByteDigest::text() const {
   constexpr std::string_view digits = "0123456789abcdef";
   std::string text;
   for (int shift = 60; shift >= 0; shift -= 4)
-    text += digits[(hash >> static_cast<unsigned>(shift)) & 15U];
+    text += digits[(hash_ >> static_cast<unsigned>(shift)) & 15U];
   return text;
+}
+
+std::string digestOf(std::string_view bytes) {
+  ByteDigest digest;
+  digest.add(bytes);
+  return digest.text();
 }
 
 std::string siteDigest(const std::string& site) {
@@ -302,13 +314,36 @@ fs::path SetParts::outlineOf(const SetCircuit& circuit) const {
   return drawingOf(circuit).replace_extension(".outline");
 }
 
+namespace {
+
+std::optional<PartOutline> readPartOutline(const fs::path& file) {
+  return readOutline(simhost::readFile(file).value_or(""));
+}
+
+} // namespace
+
+bool SetParts::have(const SetCircuit& circuit) const {
+  const std::optional<PartOutline> outline = readPartOutline(outlineOf(circuit));
+  std::error_code error;
+  return outline && fs::file_size(drawingOf(circuit), error) == outline->drawing.length && !error;
+}
+
+std::string SetParts::readDrawing(const SetCircuit& circuit) const {
+  const fs::path file = drawingOf(circuit);
+  std::optional<std::string> bytes = simhost::readFile(file);
+  const std::optional<PartOutline> outline = readPartOutline(outlineOf(circuit));
+  if (!bytes || !outline || digestOf(*bytes) != outline->drawing.digest)
+    throw BadInput(file.string() + ": is damaged: delete it, and build the set again");
+  return std::move(*bytes);
+}
+
 std::vector<PartFailure> buildParts(
     const std::vector<SetCircuit>& circuits, const std::vector<std::size_t>& wanted, const SetParts& parts,
     const PartOptions& options) {
   std::vector<std::size_t> missing;
   std::error_code error;
   for (const std::size_t place : wanted)
-    if (!fs::exists(parts.drawingOf(circuits[place]), error)) missing.push_back(place);
+    if (!parts.have(circuits[place])) missing.push_back(place);
   std::vector<PartFailure> failures;
   removeFormerWork(parts.folder().parent_path());
   // By it a folder is known as that of a set, also when the run is ended before the first part is whole.

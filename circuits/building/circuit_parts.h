@@ -6,6 +6,7 @@
 #include "simhost/site/site_run.h"
 
 #include <cstddef>
+#include <cstdint>
 #include <filesystem>
 #include <functional>
 #include <string>
@@ -21,8 +22,12 @@ public:
   SetParts(std::filesystem::path folder, std::string basis)
       : folder_(std::move(folder)), basis_(std::move(basis)) {}
   [[nodiscard]] std::filesystem::path drawingOf(const SetCircuit& circuit) const;
-  /// What placing needs to know of it; it may be missing, and is made from the drawing then.
+  /// What placing needs to know of it, and how long the drawing is and its digest. It is written last.
   [[nodiscard]] std::filesystem::path outlineOf(const SetCircuit& circuit) const;
+  /// Whether both are there and whole, as far as can be said without reading the drawing.
+  [[nodiscard]] bool have(const SetCircuit& circuit) const;
+  /// Throws BadInput for a part that is missing or is not as it was written: a power failure can shorten one.
+  [[nodiscard]] std::string readDrawing(const SetCircuit& circuit) const;
   [[nodiscard]] const std::filesystem::path& folder() const { return folder_; }
 
 private:
@@ -48,7 +53,16 @@ enum class BuildWay { direct, withDialog };
     const SetCircuit& circuit, const std::string& workbook, const KvPoint3d& at,
     BuildWay way = BuildWay::direct);
 
-/// A text of 16 hexadecimal digits that stands for the bytes.
+/// A text of 16 hexadecimal digits for bytes that come piece by piece.
+class ByteDigest final {
+public:
+  void add(std::string_view bytes);
+  [[nodiscard]] std::string text() const;
+
+private:
+  std::uint64_t hash_ = 14695981039346656037U; // FNV-1a, 64 bits: names, no secrets
+};
+/// The same for bytes that are there as a whole.
 [[nodiscard]] std::string digestOf(std::string_view bytes);
 /// What of a site a built circuit depends on: its LISP, workbook, tables, templates, blocks and saved configurations.
 [[nodiscard]] std::string siteDigest(const std::string& site);

@@ -17,6 +17,7 @@
 #include <array>
 #include <cmath>
 #include <filesystem>
+#include <iterator>
 #include <map>
 #include <memory>
 #include <optional>
@@ -472,7 +473,7 @@ private:
     const auto from = [&](WireField field) { return (*request)[field].text; };
     const bool isContinuous = from(WireField::continuous) != simhost::offText;
     const bool hasLength = !row[SetField::length].empty();
-    const std::array<std::wstring, loadSetupNames.size()> setup = {
+    std::array<std::wstring, loadSetupNames.size()> setup = {
         text(Rating::type),
         text(Rating::load),
         text(Rating::units),
@@ -504,8 +505,7 @@ private:
         L"0",
         circuit.groundSize,
         std::wstring(circuit.isMotor ? brenvolt::motorControlTitle : brenvolt::loadControlTitle)};
-    for (std::size_t place = 0; place < setup.size(); ++place)
-      circuit.data.emplace_back(loadSetupNames[place], setup[place]);
+    circuit.data.assign(std::make_move_iterator(setup.begin()), std::make_move_iterator(setup.end()));
   }
 
   const SetSettings& settings_;
@@ -525,8 +525,8 @@ std::wstring SetCircuit::fingerprint() const {
        {&tag, &drawingTemplate, &worksheet, &circuit, &type, &configuration, &preset, &wireSize, &groundSize,
         &standardCode, &length, &raceway, &ambient, &sizing, &installation, &location})
     add(*text);
-  for (const auto& [key, value] : data)
-    add(key + L'=' + value);
+  for (std::size_t place = 0; place < data.size(); ++place)
+    add(loadSetupNames[place] + (L'=' + data[place]));
   for (const auto& [code, choices] : options)
     for (const SetOption& option : choices)
       add(code + L'=' + brenvolt::formatInt(option.value));

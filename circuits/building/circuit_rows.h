@@ -30,8 +30,8 @@ struct SetCircuit {
   std::wstring configuration; ///< saved one to start from; empty for none
   std::wstring preset;        ///< of one that starts from a configuration: choices beside it
   bool isMotor = false;
-  std::vector<std::pair<std::wstring, std::wstring>>
-      data{}; ///< of the motor or load, by name; empty without one
+  std::vector<std::wstring>
+      data{}; ///< of the motor or load, in the order of `loadSetupNames`; empty without one
   std::wstring wireSize;
   std::wstring groundSize;
   int conductors = 0;

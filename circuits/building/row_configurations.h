@@ -6,7 +6,9 @@
 
 #include <array>
 #include <filesystem>
+#include <functional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace circuits {
@@ -48,9 +50,11 @@ inline constexpr std::array loadSetupNames = {
     L"Grounding conductor size",
     L"Control"};
 
-/// The bytes of a history file with an entry under the tag of each circuit that has data of its own.
-[[nodiscard]] std::string historyOf(
-    const std::vector<const SetCircuit*>& circuits, const std::string& workbook);
+/// A history file with an entry under the tag of each circuit that has data of its own, piece by piece: a long list's
+/// file would fill the memory.
+void writeHistory(
+    const std::vector<SetCircuit>& circuits, const std::string& workbook,
+    const std::function<void(std::string_view)>& write);
 
 /// A folder with a copy of the workbook, whose history file holds one configuration at a time.
 class ConfigurationFolder final {
@@ -62,6 +66,8 @@ public:
   /// Removes it.
   ~ConfigurationFolder();
 
+  /// For files of this process alone.
+  [[nodiscard]] const std::filesystem::path& folder() const { return folder_; }
   /// The workbook from which the circuit is built: the copy with the circuit's configuration beside it, or the site's
   /// own for a circuit that starts from a configuration there.
   [[nodiscard]] std::string workbookFor(const SetCircuit& circuit) const;

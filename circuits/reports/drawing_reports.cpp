@@ -10,51 +10,65 @@
 #include <array>
 #include <iterator>
 #include <map>
-#include <tuple>
+#include <set>
 #include <utility>
 
 namespace circuits {
 
 namespace {
 
-struct PartLine {
-  std::vector<std::wstring> tags;
-  std::size_t quantity = 0;
-};
-
 /// From the rows of devices to those of orders. A device that is shown on several sheets is one part, with the catalogue
-/// number of the sheet that has it.
-void joinParts(Report& report, std::array<std::size_t, 3>& missing) {
-  constexpr std::size_t nameCells = 3;
-  constexpr std::size_t family = 3;
-  constexpr std::size_t catalogue = 5;
-  using Key = std::vector<std::optional<std::wstring>>;
-  std::map<Key, ReportRow> devices;
-  std::map<Key, PartLine> lines;
-  const auto add = [&lines](const ReportRow& device, const std::wstring& tag) {
-    PartLine& line = lines[Key(device.begin() + nameCells, device.end())];
-    ++line.quantity;
-    line.tags.push_back(tag);
-  };
-  for (ReportRow& device : report.rows) {
-    if (device[family] == terminalFamily || !device[0]) {
-      add(device, device[0].value_or(L"?"));
-      continue;
+/// number of the sheet that has it. Of a device only its name is kept, and which part it is.
+class PartLines final {
+public:
+  void add(const std::vector<ReportRow>& devices) {
+    for (const ReportRow& device : devices) {
+      Line& line = *lines_.try_emplace(Key(device.begin() + nameCells, device.end())).first;
+      if (device[family] == terminalFamily || !device[0]) {
+        count(line, device[0].value_or(L"?"));
+        continue;
+      }
+      std::wstring name = *device[0];
+      for (std::size_t cell = 1; cell < nameCells; ++cell)
+        name += L'\n' + device[cell].value_or(std::wstring());
+      const auto [place, isNew] = devices_.try_emplace(std::move(name), &line);
+      if (!isNew && !place->second->first[catalogue]) place->second = &line;
     }
-    const auto [place, isNew] = devices.try_emplace(Key(device.begin(), device.begin() + nameCells), device);
-    if (!isNew && !place->second[catalogue]) place->second = std::move(device);
   }
-  for (const auto& [key, device] : devices)
-    add(device, *device[0]);
-  report.rows.clear();
-  for (auto& [key, line] : lines) {
-    if (!key[catalogue - nameCells]) missing[0] += line.quantity;
-    ReportRow row = {brenvolt::formatInt(static_cast<std::int64_t>(line.quantity))};
-    row.insert(row.end(), key.begin(), key.end());
-    row.emplace_back(brenvolt::join(sortedOnce(std::move(line.tags)), L", "));
-    report.rows.push_back(std::move(row));
+
+  void finish(Report& report, std::array<std::size_t, 3>& missing) {
+    for (const auto& [name, line] : devices_)
+      count(*line, name.substr(0, name.find(L'\n')));
+    for (const auto& [key, part] : lines_) {
+      if (part.quantity == 0) continue; // all its devices have a number on another sheet
+      if (!key[catalogue]) missing[0] += part.quantity;
+      ReportRow row = {brenvolt::formatInt(static_cast<std::int64_t>(part.quantity))};
+      row.insert(row.end(), key.begin(), key.end());
+      row.emplace_back(brenvolt::join(sortedOnce({part.tags.begin(), part.tags.end()}), L", "));
+      report.rows.push_back(std::move(row));
+    }
   }
-}
+
+private:
+  static constexpr std::size_t nameCells = 3;
+  static constexpr std::size_t family = 3;
+  static constexpr std::size_t catalogue = 2; ///< behind the cells of the name
+
+  struct Part {
+    std::set<std::wstring> tags{};
+    std::size_t quantity = 0;
+  };
+  using Key = std::vector<std::optional<std::wstring>>;
+  using Line = std::pair<const Key, Part>;
+
+  static void count(Line& line, const std::wstring& tag) {
+    ++line.second.quantity;
+    line.second.tags.insert(tag);
+  }
+
+  std::map<Key, Part> lines_;
+  std::map<std::wstring, Line*> devices_;
+};
 
 void joinTerminals(Report& report, std::array<std::size_t, 3>& missing) {
   std::stable_sort(report.rows.begin(), report.rows.end(), [](const ReportRow& one, const ReportRow& other) {
@@ -104,7 +118,7 @@ const std::array<KindRow, 6>& kinds() {
             {"assembly", L"Assembly"},
             {"rating", L"Rating"},
             {"tags", L"Tags"}}},
-          joinParts,
+          nullptr,
           {L" devices have no catalogue number: no part was chosen for them."}},
       KindRow{
           "wires",
@@ -199,11 +213,22 @@ public:
   explicit ReportMaker(ReportKind kind)
       : kind_(kinds()[static_cast<std::size_t>(kind)]), report_(kind_.heading) {}
   void add(ListRows list) {
-    std::move(list.rows.begin(), list.rows.end(), std::back_inserter(report_.rows));
+    if (kind_.kind == ReportKind::parts)
+      parts_.add(list.rows);
+    else
+      std::move(list.rows.begin(), list.rows.end(), std::back_inserter(report_.rows));
     for (std::size_t place = 0; place < missing_.size(); ++place)
       missing_[place] += list.missing[place];
   }
+  /// Whether all rows have to be there before the first can be given on.
+  [[nodiscard]] bool joins() const { return kind_.kind == ReportKind::parts || kind_.join != nullptr; }
+  /// Gives the rows on and forgets them.
+  void passOn(const std::function<void(const Report&)>& take) {
+    take(report_);
+    report_.rows.clear();
+  }
   Report finish() {
+    if (kind_.kind == ReportKind::parts) parts_.finish(report_, missing_);
     if (kind_.join != nullptr) kind_.join(report_, missing_);
     for (std::size_t place = 0; place < missing_.size(); ++place)
       if (missing_[place] != 0)
@@ -215,6 +240,7 @@ public:
 private:
   const KindRow& kind_;
   Report report_;
+  PartLines parts_;
   std::array<std::size_t, 3> missing_{};
 };
 
@@ -260,13 +286,26 @@ std::string SheetLists::rowsOf(const Sheet& sheet) {
 }
 
 Report SheetLists::report(ReportKind kind) const {
+  Report report;
+  inPieces(kind, [&report](const Report& piece) {
+    std::vector<ReportRow> rows = std::move(report.rows);
+    rows.insert(rows.end(), piece.rows.begin(), piece.rows.end());
+    report = {piece.title, piece.columns, std::move(rows), piece.notes};
+  });
+  return report;
+}
+
+void SheetLists::inPieces(ReportKind kind, const std::function<void(const Report&)>& take) const {
   ReportMaker maker(kind);
-  for (std::string_view bytes : sheets_) {
+  for (std::size_t sheet = 0; sheet < sheets_.size(); ++sheet) {
+    const std::string text = sheets_.get(sheet);
+    std::string_view bytes = text;
     for (std::size_t place = 0; place < static_cast<std::size_t>(kind); ++place)
       static_cast<void>(unpack(bytes));
     maker.add(unpacked(unpack(bytes)));
+    if (!maker.joins()) maker.passOn(take);
   }
-  return maker.finish();
+  take(maker.finish());
 }
 
 std::optional<std::string> applyLayout(Report& report, const ReportLayout& layout) {

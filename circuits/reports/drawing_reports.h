@@ -4,7 +4,9 @@
 
 #include "circuits/netlist/netlist.h"
 #include "circuits/provenance/circuit_objects.h"
+#include "circuits/reports/spool.h"
 
+#include <functional>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -50,16 +52,22 @@ struct Report {
 
 [[nodiscard]] Report makeReport(ReportKind kind, const std::vector<Sheet>& sheets);
 
-/// The lists of many drawings, of each of which only its rows are kept.
+/// The lists of many drawings, of each of which only its rows are kept, on the disk.
 class SheetLists final {
 public:
   /// What all lists need of a sheet, as bytes: another process may have read it.
   [[nodiscard]] static std::string rowsOf(const Sheet& sheet);
-  void add(std::string rows) { sheets_.push_back(std::move(rows)); }
+  /// Of the sheet with this number, from 0; they can come in any order.
+  void put(std::size_t sheet, std::string_view rows) { sheets_.put(sheet, rows); }
+  void add(std::string_view rows) { sheets_.put(sheets_.size(), rows); }
+
   [[nodiscard]] Report report(ReportKind kind) const;
+  /// The same list piece by piece, each with title and columns and its own rows, the last one with the notes: a long
+  /// list that needs no sorting is never in memory as a whole.
+  void inPieces(ReportKind kind, const std::function<void(const Report&)>& take) const;
 
 private:
-  std::vector<std::string> sheets_;
+  Spool sheets_;
 };
 
 /// Columns, their order, and the columns by which rows are sorted; what is empty leaves the report as it is.

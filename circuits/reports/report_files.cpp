@@ -26,19 +26,6 @@ std::string csvField(const std::wstring& text) {
   return quoted + '"';
 }
 
-std::string asCsv(const Report& report) {
-  std::string text;
-  for (std::size_t column = 0; column < report.columns.size(); ++column)
-    text += (column == 0 ? "" : ",") + report.columns[column].key;
-  text += '\n';
-  for (const auto& row : report.rows) {
-    for (std::size_t column = 0; column < row.size(); ++column)
-      text += (column == 0 ? "" : ",") + csvField(row[column].value_or(std::wstring()));
-    text += '\n';
-  }
-  return text;
-}
-
 std::string asJson(const Report& report) {
   using Json = nlohmann::ordered_json;
   Json rows = Json::array();
@@ -79,8 +66,31 @@ std::string htmlText(std::wstring_view text) {
 
 } // namespace
 
+std::string csvHeading(const Report& report) {
+  std::string text;
+  for (std::size_t column = 0; column < report.columns.size(); ++column)
+    text += (column == 0 ? "" : ",") + report.columns[column].key;
+  return text += '\n';
+}
+
+std::string csvRows(const Report& report) {
+  std::string text;
+  for (const auto& row : report.rows) {
+    for (std::size_t column = 0; column < row.size(); ++column)
+      text += (column == 0 ? "" : ",") + csvField(row[column].value_or(std::wstring()));
+    text += '\n';
+  }
+  return text;
+}
+
 void ReportPage::add(const Report& report) {
-  if (text_.empty())
+  begin(report);
+  addRows(report);
+  end(report);
+}
+
+void ReportPage::begin(const Report& report) {
+  if (!std::exchange(isBegun_, true))
     text_ = "<!DOCTYPE html>\n<html><head><meta charset=\"utf-8\"><title>" + htmlText(report.title) +
             "</title>\n<style>body{font-family:sans-serif;font-size:10pt}"
             "table{border-collapse:collapse}td,th{border:1px solid #888;padding:2px 6px;text-align:left}"
@@ -89,6 +99,9 @@ void ReportPage::add(const Report& report) {
   for (const ReportColumn& column : report.columns)
     text_ += "<th>" + htmlText(column.title) + "</th>";
   text_ += "</tr></thead><tbody>\n";
+}
+
+void ReportPage::addRows(const Report& report) {
   for (const auto& row : report.rows) {
     text_ += "<tr>";
     for (std::size_t column = 0; column < row.size(); ++column)
@@ -96,27 +109,25 @@ void ReportPage::add(const Report& report) {
                htmlText(row[column].value_or(std::wstring())) + "</td>";
     text_ += "</tr>\n";
   }
+}
+
+void ReportPage::end(const Report& report) {
   text_ += "</tbody></table>\n";
   for (const std::wstring& note : report.notes)
     text_ += "<p>" + htmlText(note) + "</p>\n";
-}
-
-std::string ReportPage::text() {
-  text_ += "</body></html>\n";
-  return std::move(text_);
 }
 
 std::string reportPage(const std::vector<Report>& reports) {
   ReportPage page;
   for (const Report& report : reports)
     page.add(report);
-  return page.text();
+  return page.take() + ReportPage::ending();
 }
 
 std::string reportText(const Report& report, ReportFormat format) {
   switch (format) {
   case ReportFormat::csv:
-    return asCsv(report);
+    return csvHeading(report) + csvRows(report);
   case ReportFormat::json:
     return asJson(report);
   case ReportFormat::html:

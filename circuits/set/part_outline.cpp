@@ -19,7 +19,7 @@ using Json = nlohmann::ordered_json;
 namespace {
 
 /// Of the form of the text; another one is not read, and the outline is made again.
-constexpr int outlineVersion = 1;
+constexpr int outlineVersion = 2;
 
 Json pointsOf(const std::wstring& name, const std::vector<KvPoint3d>& points) {
   Json row = Json::array({toUtf8(name)});
@@ -42,7 +42,7 @@ std::pair<std::wstring, std::vector<KvPoint3d>> readPoints(const Json& row) {
 
 PartOutline outlineOf(const simhost::DrawingDatabase& drawing) {
   const Netlist netlist = readNetlist(drawing);
-  PartOutline outline{shownExtents(drawing), symbolsOf(drawing, netlist), lineEndsOf(netlist), {}};
+  PartOutline outline{shownExtents(drawing), symbolsOf(drawing, netlist), lineEndsOf(netlist)};
   outline.extents.include(lineReferenceRoom(drawing, netlist));
   for (const auto& [terminal, strip] : terminalNumbers(drawing))
     ++outline.terminals[strip];
@@ -62,6 +62,7 @@ std::string outlineText(const PartOutline& outline) {
   json["terminals"] = Json::object();
   for (const auto& [strip, count] : outline.terminals)
     json["terminals"][toUtf8(strip)] = count;
+  json["drawing"] = {outline.drawing.length, outline.drawing.digest};
   return json.dump() + "\n";
 }
 
@@ -84,6 +85,8 @@ std::optional<PartOutline> readOutline(std::string_view text) {
     }
     for (const auto& [strip, count] : json.at("terminals").items())
       outline.terminals[fromUtf8(strip)] = count.get<int>();
+    outline.drawing = {
+        json.at("drawing").at(0).get<std::size_t>(), json.at("drawing").at(1).get<std::string>()};
     return outline;
   } catch (const std::exception&) {
     return std::nullopt; // half a file of a run that was ended

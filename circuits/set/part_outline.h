@@ -5,6 +5,7 @@
 #include "circuits/set/cross_references.h"
 #include "simhost/drawing/box.h"
 
+#include <cstddef>
 #include <map>
 #include <optional>
 #include <string>
@@ -13,11 +14,18 @@
 
 namespace circuits {
 
+/// By which a drawing is known as the one that was written.
+struct DrawingMark {
+  std::size_t length = 0; ///< in bytes
+  std::string digest{};
+};
+
 struct PartOutline {
   simhost::Box extents{}; ///< of what the drawing shows; empty for nothing
   std::vector<DeviceSymbols> symbols{};
   std::vector<LineEnd> lineEnds{};
   std::map<std::wstring, int> terminals{}; ///< how many there are of each strip
+  DrawingMark drawing{};
 };
 
 [[nodiscard]] PartOutline outlineOf(const simhost::DrawingDatabase& drawing);

@@ -54,7 +54,7 @@ constexpr std::array<SetFieldRow, setFieldCount> fields = {{
 }};
 
 /// A longer list is a mistake, such as a whole database taken for one.
-constexpr std::size_t rowLimit = 20'000;
+constexpr std::size_t rowLimit = 100'000;
 
 struct RawRow {
   std::size_t number = 0;
@@ -340,10 +340,10 @@ SetList readSetList(
     findMergedCells(source, list);
   }
   if (rows.size() < 2) throw BadInput(source + ": holds no row below its header");
-  if (rows.size() > rowLimit)
+  if (rows.size() - 1 > rowLimit)
     throw BadInput(
         source + ": has " + std::to_string(rows.size() - 1) + " rows; a set has at most " +
-        std::to_string(rowLimit - 1) + ", so part the list");
+        std::to_string(rowLimit) + ": divide the list");
   RowReader(list, aliases, !rules.empty()).read(rows);
   applyTypeRules(list, rules);
   return list;

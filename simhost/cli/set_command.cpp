@@ -134,9 +134,8 @@ ExitCode runJoin(SetOptions& options) {
   needUnchangedSet(options);
   const SetPlan plan = planSet(options);
   std::string missing;
-  std::error_code error;
   for (const SetCircuit& circuit : plan.circuits)
-    if (!fs::exists(plan.parts->drawingOf(circuit), error))
+    if (!plan.parts->have(circuit))
       missing += (missing.empty() ? "" : "\n") + plan.list.source + ", row " + std::to_string(circuit.row) +
                  ": its part is not in " + plan.parts->folder().string() +
                  ": build its shard, or build without --shard";

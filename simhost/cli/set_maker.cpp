@@ -10,6 +10,7 @@
 #include "circuits/set/numbering.h"
 #include "circuits/set/part_outline.h"
 #include "circuits/set/sheet_maker.h"
+#include "platform/file_replace.h"
 #include "simhost/drawing/circuit_seal.h"
 #include "simhost/drawing/drawing_file.h"
 #include "simhost/drawing/insertion.h"
@@ -38,7 +39,6 @@ namespace fs = std::filesystem;
 using brenvolt::fromUtf8;
 using brenvolt::toUtf8;
 using circuits::digestOf;
-using circuits::historyOf;
 using circuits::SetCircuit;
 using circuits::siteDigest;
 using Json = nlohmann::ordered_json;
@@ -53,8 +53,38 @@ void write(const fs::path& file, std::string_view bytes) {
 std::unique_ptr<DrawingDatabase> readDrawing(const fs::path& file) {
   LoadedDrawing loaded = loadDrawing(fromUtf8(file.string()));
   if (loaded.drawing == nullptr) throw BadInput(toUtf8(loaded.error));
+  // Nobody takes back what is drawn on a sheet before it is written.
+  loaded.drawing->undoLog().setOff(true);
   return std::move(loaded.drawing);
 }
+
+/// A file that is written piece by piece, and replaces the old one when it is whole.
+class GrowingFile final {
+public:
+  explicit GrowingFile(fs::path file) : file_(std::move(file)), content_(nameWithFolder(file_)) {}
+
+  void write(std::string_view bytes) {
+    content_.write(bytes);
+    digest_.add(bytes);
+  }
+  /// The digest of the whole.
+  std::string finish() {
+    if (const auto fault = content_.commit())
+      throw CannotWrite(file_.string() + ": cannot be written: " + toUtf8(fault->reason));
+    return digest_.text();
+  }
+
+private:
+  static std::wstring nameWithFolder(const fs::path& file) {
+    std::error_code error;
+    fs::create_directories(file.parent_path(), error);
+    return fromUtf8(file.string());
+  }
+
+  fs::path file_;
+  brenvolt::FileReplacement content_;
+  circuits::ByteDigest digest_;
+};
 
 /// Puts the parts on sheets, writes them and what is made from them. Each sheet is made for itself, so that several
 /// processes can make them.
@@ -77,27 +107,26 @@ public:
       findings.push_back(
           plan_.list.source + ", row " + std::to_string(plan_.circuits[place].row) +
           ": the circuit is larger than frame " + options_.frame + ": choose a larger --frame");
-    const std::vector<MadeSheet> made = makeSheets(processes);
     circuits::SheetLists lists;
+    const std::vector<std::string> digests = makeSheets(processes, lists);
     Json sheetList = Json::array();
     for (std::size_t sheet = 0; sheet < sheets_.size(); ++sheet) {
       Json tags = Json::array();
       for (const auto& [place, offset] : sheets_[sheet].circuits)
         tags.push_back(toUtf8(plan_.circuits[place].tag));
       sheetList.push_back(
-          {{"file", sheetFile(sheet)}, {"digest", made[sheet].digest}, {"circuits", std::move(tags)}});
-      lists.add(made[sheet].rows);
+          {{"file", sheetFile(sheet)}, {"digest", digests[sheet]}, {"circuits", std::move(tags)}});
     }
     removeFormerSheets();
     writeLists(lists, findings);
-    std::vector<const SetCircuit*> circuits;
-    for (const SetCircuit& circuit : plan_.circuits)
-      circuits.push_back(&circuit);
     // The configurations of the set, beside no workbook of the site's: the site's own stay what they are.
-    const fs::path history = fs::path(plan_.settings.workbook).filename().replace_extension(".xml");
-    const std::string entries = historyOf(circuits, plan_.settings.workbook);
-    write(folder_ / history, entries);
-    writeSet(std::move(sheetList), {{"file", history.string()}, {"digest", digestOf(entries)}});
+    const fs::path name = fs::path(plan_.settings.workbook).filename().replace_extension(".xml");
+    GrowingFile history(folder_ / name);
+    circuits::writeHistory(plan_.circuits, plan_.settings.workbook, [&history](std::string_view bytes) {
+      history.write(bytes);
+    });
+    const std::string digest = history.finish();
+    writeSet(std::move(sheetList), {{"file", name.string()}, {"digest", digest}});
     return findings;
   }
 
@@ -105,28 +134,21 @@ public:
   [[nodiscard]] std::size_t leftOut() const { return tooLarge_.size(); }
 
 private:
-  struct MadeSheet {
-    std::string digest;
-    std::string rows; ///< of the lists
-  };
-
   /// Which circuit comes where, and what the sheets have to know of each other.
   void plan(const std::set<std::size_t>& failed) {
     const auto frame = readDrawing(frameFile_);
     const circuits::SheetZones zones(*frame);
-    std::vector<circuits::PartOutline> outlines;
     std::vector<Box> extents;
-    for (std::size_t place = 0; place < plan_.circuits.size(); ++place) {
-      outlines.push_back(failed.contains(place) ? circuits::PartOutline() : outlineOf(plan_.circuits[place]));
-      extents.push_back(outlines.back().extents);
-    }
+    for (std::size_t place = 0; place < plan_.circuits.size(); ++place)
+      extents.push_back(failed.contains(place) ? Box() : outlineOf(plan_.circuits[place]).extents);
     sheets_ = planned(extents, circuits::frameArea(*frame, frameFile_));
     std::map<std::wstring, int> terminals;
     for (std::size_t sheet = 0; sheet < sheets_.size(); ++sheet) {
       terminalsBefore_.push_back(terminals);
       const std::wstring name = fromUtf8(sheetName(sheet));
       for (const auto& [place, offset] : sheets_[sheet].circuits) {
-        const circuits::PartOutline& outline = outlines[place];
+        // Read once more: the outlines of all circuits are more than a long list leaves room for.
+        const circuits::PartOutline outline = outlineOf(plan_.circuits[place]);
         circuits::addSymbolPlaces(places_, outline.symbols, name, zones, offset);
         circuits::addLinePlaces(linePlaces_, outline.lineEnds, sheet, name, zones, offset);
         for (const auto& [strip, count] : outline.terminals)
@@ -136,13 +158,14 @@ private:
   }
 
   [[nodiscard]] circuits::PartOutline outlineOf(const SetCircuit& circuit) const {
-    const auto text = readFile(plan_.parts->outlineOf(circuit));
-    if (auto outline = circuits::readOutline(text.value_or(""))) return std::move(*outline);
-    return circuits::outlineOf(*readDrawing(plan_.parts->drawingOf(circuit)));
+    const fs::path file = plan_.parts->outlineOf(circuit);
+    if (auto outline = circuits::readOutline(readFile(file).value_or(""))) return std::move(*outline);
+    throw BadInput(file.string() + ": is damaged: delete it, and build the set again");
   }
 
-  std::vector<MadeSheet> makeSheets(int processes) {
-    std::vector<MadeSheet> made(sheets_.size());
+  /// Their digests; their rows go to the lists.
+  std::vector<std::string> makeSheets(int processes, circuits::SheetLists& lists) {
+    std::vector<std::string> digests(sheets_.size());
     std::vector<std::size_t> pieces(sheets_.size());
     std::iota(pieces.begin(), pieces.end(), std::size_t{0});
     std::string fault;
@@ -155,12 +178,12 @@ private:
         return;
       }
       std::string_view bytes = result.text;
-      made[result.piece].digest = circuits::unpack(bytes);
-      made[result.piece].rows = circuits::unpack(bytes);
+      digests[result.piece] = circuits::unpack(bytes);
+      lists.put(result.piece, circuits::unpack(bytes));
     };
     circuits::runProcesses(pieces, work);
     if (!fault.empty()) throw BadInput(fault);
-    return made;
+    return digests;
   }
 
   /// By list, or by installation and location, each of which begins a sheet.
@@ -186,13 +209,19 @@ private:
     return sheets;
   }
 
-  /// Writes a sheet; digest and rows as `MadeSheet` has them.
+  [[nodiscard]] std::unique_ptr<DrawingDatabase> readPart(const SetCircuit& circuit) const {
+    LoadedDrawing loaded = drawingFromJson(
+        plan_.parts->readDrawing(circuit), fromUtf8(plan_.parts->drawingOf(circuit).string()));
+    if (loaded.drawing == nullptr) throw BadInput(toUtf8(loaded.error));
+    return std::move(loaded.drawing);
+  }
+
+  /// Writes a sheet; its digest and what the lists need of it, packed.
   [[nodiscard]] std::string makeSheet(std::size_t number) const {
     const circuits::SheetPlan& sheetPlan = sheets_[number];
     const std::unique_ptr<DrawingDatabase> sheet = readDrawing(frameFile_);
     for (const auto& [place, offset] : sheetPlan.circuits) {
-      const std::unique_ptr<DrawingDatabase> part =
-          readDrawing(plan_.parts->drawingOf(plan_.circuits[place]));
+      const std::unique_ptr<DrawingDatabase> part = readPart(plan_.circuits[place]);
       DrawingInsertion insertion;
       insertion.position = offset;
       if (const Fault fault = drawingInsertionFault(*sheet, sheet->modelSpace(), *part, insertion))
@@ -275,17 +304,30 @@ private:
   }
 
   void writeLists(const circuits::SheetLists& lists, std::vector<std::string>& findings) {
+    const fs::path folder = folder_ / "out" / "lists";
+    GrowingFile all(folder / "all.html");
     circuits::ReportPage page;
     for (const std::string& kind : circuits::reportKinds()) {
-      const circuits::Report report = lists.report(*circuits::reportKindOf(kind));
-      write(
-          folder_ / "out" / "lists" / (kind + ".csv"),
-          circuits::reportText(report, circuits::ReportFormat::csv));
-      for (const std::wstring& note : report.notes)
+      GrowingFile list(folder / (kind + ".csv"));
+      bool isFirst = true;
+      circuits::Report last;
+      lists.inPieces(*circuits::reportKindOf(kind), [&](const circuits::Report& piece) {
+        if (std::exchange(isFirst, false)) {
+          list.write(circuits::csvHeading(piece));
+          page.begin(piece);
+        }
+        list.write(circuits::csvRows(piece));
+        page.addRows(piece);
+        all.write(page.take());
+        last.notes = piece.notes;
+      });
+      for (const std::wstring& note : last.notes)
         findings.push_back(kind + ": " + toUtf8(note));
-      page.add(report);
+      page.end(last);
+      static_cast<void>(list.finish());
     }
-    write(folder_ / "out" / "lists" / "all.html", page.text());
+    all.write(page.take() + circuits::ReportPage::ending());
+    static_cast<void>(all.finish());
   }
 
   void writeSet(Json sheets, Json history) {

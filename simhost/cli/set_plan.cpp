@@ -129,6 +129,7 @@ SetPlan planSet(const SetOptions& options) {
   const ListMapping mapping = mappingOf(options.mapping);
   plan.list = circuits::readSetList(options.list, mapping.columns, mapping.rules);
   plan.circuits = circuits::resolveRows(plan.settings, plan.list);
+  plan.list.rows = {}; // everything that is needed of them is in the circuits
   for (const std::wstring& note : plan.list.notes)
     std::fprintf(stderr, "brenvolt: %s: %s\n", options.list.c_str(), toUtf8(note).c_str());
   if (!plan.list.faults.empty() && !options.keepsGoing) throw BadInput(faultsText(plan.list));
