@@ -4,6 +4,8 @@
 #include "simhost/drawing/geometry.h"
 #include "simhost/drawing/insertion.h"
 
+#include <optional>
+
 namespace simhost {
 
 namespace {
@@ -22,11 +24,22 @@ std::vector<KvDbHandle> withAttributes(const DrawingDatabase& drawing, std::wstr
 } // namespace
 
 std::vector<KvDbHandle> entitiesOfCircuit(const DrawingDatabase& drawing, std::wstring_view circuit) {
+  const auto isOfCircuit = [circuit](const EntityNode& node) {
+    const auto origin = provenanceOf(node.value);
+    return origin && origin->circuit == circuit;
+  };
+  // The id is the handle of the first entity, so the search of the last circuit of a large drawing is short. Of a circuit
+  // that was built again that entity is gone.
+  const std::optional<KvDbHandle> id = parseHandle(circuit);
+  const EntityNode* first = id ? drawing.find(*id) : nullptr;
+  if (first != nullptr && !isOfCircuit(*first)) first = nullptr;
   std::vector<KvDbHandle> entities;
-  for (const KvDbHandle space : {drawing.modelSpace(), drawing.paperSpace()})
-    for (const EntityNode* node = drawing.store().findBlock(space)->first; node != nullptr; node = node->next)
-      if (const auto origin = provenanceOf(node->value); origin && origin->circuit == circuit)
-        entities.push_back(node->handle);
+  for (const KvDbHandle space : {drawing.modelSpace(), drawing.paperSpace()}) {
+    const bool isFirstHere = first != nullptr && first->owner == space;
+    const EntityNode* node = isFirstHere ? first : drawing.store().findBlock(space)->first;
+    for (; node != nullptr; node = node->next)
+      if (isOfCircuit(*node)) entities.push_back(node->handle);
+  }
   return entities;
 }
 

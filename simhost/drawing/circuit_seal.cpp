@@ -1,4 +1,4 @@
-// All that shows of each entity goes into one number, points as seen from the circuit's own.
+// All that shows of an entity goes into one number, points as seen from the circuit's own.
 #include "simhost/drawing/circuit_seal.h"
 
 #include "simhost/drawing/circuit_edit.h"
@@ -33,13 +33,7 @@ public:
     for (const KvDbHandle attribute : node.attributes)
       if (const EntityNode* text = drawing_.find(attribute)) add(*text);
   }
-  /// 16 hexadecimal digits.
-  [[nodiscard]] std::wstring text() const {
-    std::wstring digits;
-    for (int shift = 60; shift >= 0; shift -= 4)
-      digits += L"0123456789abcdef"[(hash_ >> static_cast<unsigned>(shift)) & 15U];
-    return digits;
-  }
+  [[nodiscard]] std::uint64_t value() const { return hash_; }
 
 private:
   void add(std::uint64_t number) {
@@ -111,10 +105,17 @@ std::wstring digestOf(const DrawingDatabase& drawing, const std::wstring& circui
       brenvolt::splitKeepingEmpty(circuitField(drawing.store().circuits().at(circuit), L"point"), L',');
   KvPoint3d origin{};
   if (point.size() > 1) origin = {brenvolt::toDouble(point[0]), brenvolt::toDouble(point[1]), 0.0};
-  Digest digest(drawing, origin);
-  for (const KvDbHandle handle : entitiesOfCircuit(drawing, circuit))
+  // A sum, since the order of entities shows nowhere: the dialog draws in another one than a direct build.
+  std::uint64_t all = 0;
+  for (const KvDbHandle handle : entitiesOfCircuit(drawing, circuit)) {
+    Digest digest(drawing, origin);
     digest.add(*drawing.find(handle));
-  return digest.text();
+    all += digest.value();
+  }
+  std::wstring digits;
+  for (int shift = 60; shift >= 0; shift -= 4)
+    digits += L"0123456789abcdef"[(all >> static_cast<unsigned>(shift)) & 15U];
+  return digits;
 }
 
 } // namespace

@@ -1,6 +1,7 @@
 // Derives the origin of entities from a build's arguments, the marker data in LISP and the drawing.
 #include "simhost/host/circuit_recorder.h"
 
+#include "simhost/drawing/circuit_seal.h"
 #include "simhost/host/session.h"
 #include "simhost/lisp/list.h"
 #include "text/compare.h"
@@ -169,6 +170,13 @@ void CircuitRecorder::finish(DrawingDatabase& drawing) {
     drawing.changeEntity(handle, std::move(value));
   }
   drawing.putCircuit(circuit_->id, circuit_->fields);
+  built_.emplace_back(circuit_->space, circuit_->id);
+}
+
+void CircuitRecorder::sealBuilt() {
+  if (circuit_) return; // a build goes on around this evaluation
+  for (const auto& [space, circuit] : std::exchange(built_, {}))
+    if (DrawingDatabase* drawing = DrawingDatabase::of(space)) sealCircuit(*drawing, circuit);
 }
 
 Provenance CircuitRecorder::stampNow(const DrawingDatabase& drawing) {

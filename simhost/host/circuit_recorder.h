@@ -12,6 +12,8 @@
 #include <optional>
 #include <span>
 #include <string>
+#include <utility>
+#include <vector>
 
 namespace simhost {
 
@@ -28,6 +30,10 @@ public:
 
   /// The next build continues the circuit with this id instead of beginning one.
   void continueCircuit(std::wstring id) { continued_ = std::move(id); }
+
+  /// Keeps of each circuit that was built since the last call how it looks, to recognise later changes by hand. Called
+  /// at the end of an evaluation: what a site's LISP does after a build is not such a change.
+  void sealBuilt();
 
   /// One build. One inside of another draws for the circuit of the outer one.
   class Build final {
@@ -84,6 +90,8 @@ private:
   Session& session_;
   std::optional<Circuit> circuit_;
   std::wstring continued_;
+  std::vector<std::pair<KvDbObjectId, std::wstring>>
+      built_; ///< circuits without a seal yet, with their space
 };
 
 } // namespace simhost

@@ -41,6 +41,7 @@ CommandOutcome CommandSteps::runSteps(const std::wstring& name, const Steps& ste
     return value;
   };
   CommandOutcome outcome = guarded([&] { return steps(evaluate); });
+  site_.session().circuits().sealBuilt();
   log.closeGroup();
   // Nobody is left to look at half a circuit; the LISP that would take it back does not run any more.
   if (windows_.hasLeft() && log.undoCount() > before) static_cast<void>(log.undo(log.undoCount() - before));

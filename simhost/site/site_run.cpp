@@ -133,12 +133,29 @@ void SiteRun::close(Document& document, Document& next) {
   session_.documents().activate(&next);
 }
 
+namespace {
+
+/// Seals what was built, also when the evaluation fails after the build.
+class Seals final {
+public:
+  explicit Seals(CircuitRecorder& circuits) : circuits_(circuits) {}
+  Seals(const Seals&) = delete;
+  Seals& operator=(const Seals&) = delete;
+  ~Seals() { circuits_.sealBuilt(); }
+
+private:
+  CircuitRecorder& circuits_;
+};
+
+} // namespace
+
 /// One undo step for everything that happens in it.
 template <class Work>
 lisp::Value SiteRun::guarded(Work work) {
   const auto fail = [](const std::string& message) { throw BadInput(message); };
   try {
     const UndoGroup group(session_.documents().current()->drawing().undoLog());
+    const Seals seals(session_.circuits());
     lisp::Value value = work();
     if (session_.isCancelled()) throw lisp::Cancelled();
     return value;

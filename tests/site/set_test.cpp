@@ -330,6 +330,27 @@ TEST_CASE("a circuit built again with its own choices is what it was; one that c
   std::sort(other.begin(), other.end());
   CHECK((one == other)); // ids, places and numbers of entities
 
+  // What `draw` builds is known as it was built, too.
+  const std::string drawn = folder.path("drawn.json");
+  const std::string site = folder.site().site();
+  REQUIRE(
+      folder.site()
+          .run(
+              {"draw", "--site", site, "--circuit", "Three-phase motors", "--type", "Reversing", "--history",
+               "Hoist 5 HP", "--out", drawn})
+          .exitCode == 0);
+  const auto rebuildDrawn = [&] {
+    return folder.site().run({"rebuild", drawn, "--circuit", "MTR1", "--set", "load=15", "--site", site});
+  };
+  const ToolRun untouched = rebuildDrawn();
+  REQUIRE_MESSAGE(untouched.exitCode == 0, untouched.errors);
+  CHECK_MESSAGE(untouched.errors.find("by hand") == std::string::npos, untouched.errors);
+  REQUIRE(
+      folder.site()
+          .run({"lisp", "--drawing", drawn, "--save", drawn, "-e", "(entity-erase (entity-last))"})
+          .exitCode == 0);
+  CHECK(isWarned(rebuildDrawn()));
+
   const auto bytes = filesOf(folder.path("set"));
   const ToolRun refused = rebuild({"--set", "load=12", "--set", "NONE=1"});
   CHECK(refused.exitCode == 3);
