@@ -43,30 +43,6 @@ std::string rowOf(const RatingTableService& service, const wchar_t* id) {
 
 } // namespace
 
-TEST_CASE("motors are filtered by the columns that are active, and read in the columns that are selected") {
-  TableFixture tables(TableTexts{{"MOTOR_NEC", motors}});
-  const ZanDlgMotorSelectDbService service(tables.connection());
-  CHECK(service.columnNames().at(motorTable().columnOf(Rating::type)) == L"type");
-  CHECK(service.columnNames().size() == 10);
-  std::vector<RatingRecord> records;
-  ZanTableFilter filter =
-      selecting({motorTable().columnOf(Rating::fla), motorTable().columnOf(Rating::load)});
-  keep(filter, motorTable().columnOf(Rating::voltage), L"460");
-  keep(filter, motorTable().columnOf(Rating::type), L"INDUCTION"); // text without case
-  REQUIRE(service.Query(filter, records));
-  REQUIRE(records.size() == 1);
-  CHECK(records[0][motorTable().columnOf(Rating::fla)] == L"52");
-  CHECK(records[0][motorTable().columnOf(Rating::type)].empty()); // not selected
-
-  keep(filter, motorTable().columnOf(Rating::type), L"Ind'uction");
-  CHECK_FALSE(service.Query(filter, records));
-  CHECK(records.size() == 1);                            // as it was
-  CHECK_FALSE(service.Query(ZanTableFilter(), records)); // nothing selected is no statement
-  std::vector<std::wstring> values;
-  CHECK(service.ListColumnValues(motorTable().columnOf(Rating::voltage), values));
-  CHECK(joinedTexts(values) == "230|460");
-}
-
 TEST_CASE("a saved motor takes hidden columns from their filters, and the list shifts over them") {
   TableFixture tables(TableTexts{{"MOTOR_NEC", motors}});
   const ZanDlgMotorSelectDbService service(tables.connection());
@@ -108,8 +84,7 @@ TEST_CASE("a table without a wanted column, and no table at all, give no rows") 
   CHECK_FALSE(missing.Query(selecting({loadTable().columnOf(Rating::type)}), records));
 }
 
-TEST_CASE(
-    "steps compare as numbers where a database declares them as text, and a cell that is none is reported") {
+TEST_CASE("steps compare as numbers where they are declared as text; a cell that is none is reported") {
   TableFixture tables(TableTexts{
       {"MOTOR_I_DESC_NEC", "CODE,Description\nCB,Breaker\n"},
       {"MOTOR_I_CALC_NEC", "Type,CB\nInduction,i*2.5\n"}});

@@ -4,11 +4,8 @@
 #include "data/wire_sizing.h"
 
 #include "text/encoding.h"
-#include "text/numbers.h"
 
 #include <doctest/doctest.h>
-
-#include <cmath>
 
 using namespace brenvolt;
 

@@ -153,25 +153,6 @@ TEST_CASE("grounding follows the formula of the options") {
   CHECK(sizes.empty());
 }
 
-TEST_CASE("nothing is read without a connection, a table or a column") {
-  TableFixture tables(TableTexts{
-      {"OPT_NEC", "CODE,DEFAULT,LIST\n"}, {"AMP_CU_AWG_NEC", "SIZE,SIZE_DESC,75C\n4,4 AWG,some\n"}});
-  ZanOleDbConnection closed;
-  for (ZanOleDbConnection* connection :
-       {tables.connection(), &closed, static_cast<ZanOleDbConnection*>(nullptr)}) {
-    const ZanWireTableReader reader(connection);
-    std::vector<std::wstring> texts = {L"before"};
-    std::vector<ZanWireRow> rows;
-    FactorList fill;
-    CHECK_FALSE(reader.ListInsulations(copper, texts));
-    CHECK_FALSE(reader.ListFill(L"NEC", fill));
-    CHECK_FALSE(reader.ReadAmpacity(copper, L"90C", rows));
-    CHECK_FALSE(reader.ListRacewayColumns(copper, texts));
-    CHECK_FALSE(reader.ListGround(copper, L"1", L"1", texts));
-    CHECK(readWireFigures(reader, {copper, L"90C", L"PVC", L""}).sizes.empty());
-  }
-}
-
 TEST_CASE("the sizing of a build takes the first size that carries, by its own rules") {
   TableFixture tables(wireTexts());
   WireTableCache cache(*tables.connection());

@@ -1,4 +1,5 @@
 #include "drawing_support.h"
+#include "tests/support/chain_text.h"
 
 using namespace brenvolt;
 using namespace brenvolt::test;
@@ -14,7 +15,7 @@ TEST_CASE("each field becomes the LISP value of its type") {
   row.Add(L"no number", kvtype::real, L"g", false);
   row.Add(L"unseen", kvtype::string, L"h", true);
   CHECK(row.Count() == 8);
-  CHECK(describe(row.ToLisp()) == L"(r12.5 s7 \"CB-40\" l100000 nil T r0)");
+  CHECK_EQ(textOf(row.ToLisp()), "( 12.5 7 \"CB-40\" 100000L nil T 0.0 )");
 }
 
 TEST_CASE("nothing to show is nil, and a type without a LISP form fails the whole") {
@@ -24,18 +25,18 @@ TEST_CASE("nothing to show is nil, and a type without a LISP form fails the whol
   unknown.AddText(L"first", L"a");
   unknown.Add(L"second", kvtype::point3d, L"b", false);
 
-  CHECK(describe(ZanAnnotationData().ToLisp()) == L"nil");
-  CHECK(describe(hidden.ToLisp()) == L"nil");
-  CHECK(describe(unknown.ToLisp()) == L"<null>");
-  CHECK(describe(ZanAnnotationDataList().ToLisp()) == L"nil");
+  CHECK_EQ(textOf(ZanAnnotationData().ToLisp()), "nil");
+  CHECK_EQ(textOf(hidden.ToLisp()), "nil");
+  CHECK_EQ(textOf(unknown.ToLisp()), "");
+  CHECK_EQ(textOf(ZanAnnotationDataList().ToLisp()), "nil");
 
   ZanAnnotationDataList list;
   list.AddRow(makeRow(L"MotorSetup", {{L"Type", L"ARDEN"}}));
   list.AddRow(hidden);
   list.AddList({});
-  CHECK(describe(list.ToLisp()) == L"((\"ARDEN\") nil nil)");
+  CHECK_EQ(textOf(list.ToLisp()), "( ( \"ARDEN\" ) nil nil )");
   ZanAnnotationDataList nested;
   nested.AddRow(unknown);
   list.AddList(nested);
-  CHECK(describe(list.ToLisp()) == L"<null>");
+  CHECK_EQ(textOf(list.ToLisp()), "");
 }

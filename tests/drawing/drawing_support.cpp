@@ -25,44 +25,6 @@ std::wstring describe(const ZanAnnotationDataList& list) {
   return text + L")";
 }
 
-std::wstring describe(const ResultList& list) {
-  if (list.isEmpty()) return L"<null>";
-  std::wstring text;
-  for (const KvResultBuffer* node = list.get(); node != nullptr; node = node->next) {
-    const bool opens = text.empty() || text.back() == L'(';
-    if (!opens && node->type != kvtype::listEnd) text += L' ';
-    switch (node->type) {
-    case kvtype::listBegin:
-      text += L'(';
-      break;
-    case kvtype::listEnd:
-      text += L')';
-      break;
-    case kvtype::string:
-      text += L'"' + std::wstring(node->value.string) + L'"';
-      break;
-    case kvtype::real:
-      text += L"r" + formatShortest(node->value.real);
-      break;
-    case kvtype::shortInteger:
-      text += L"s" + formatInt(node->value.shortInteger);
-      break;
-    case kvtype::longInteger:
-      text += L"l" + formatInt(node->value.longInteger);
-      break;
-    case kvtype::nil:
-      text += L"nil";
-      break;
-    case kvtype::t:
-      text += L"T";
-      break;
-    default:
-      text += L"?";
-    }
-  }
-  return text;
-}
-
 ZanDwgMarker makeMarker(const wchar_t* code, const wchar_t* order, int level, unsigned handle) {
   ZanDwgMarker marker;
   marker.code = code;

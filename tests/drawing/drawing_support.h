@@ -16,9 +16,6 @@ namespace brenvolt::test {
 [[nodiscard]] std::wstring describe(const ZanAnnotationData& row);
 [[nodiscard]] std::wstring describe(const ZanAnnotationDataList& list);
 
-/// A list as LISP prints it; "<null>" for no list at all.
-[[nodiscard]] std::wstring describe(const ResultList& list);
-
 [[nodiscard]] ZanDwgMarker makeMarker(
     const wchar_t* code, const wchar_t* order = L"1", int level = 1, unsigned handle = 0);
 

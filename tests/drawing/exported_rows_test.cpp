@@ -72,17 +72,3 @@ TEST_CASE("the wire choices are exported in their order, the parts that are swit
   circuit.useDropLimit = false;
   CHECK(exportedValues(circuit) == L"0|AWG|CU|THHN|75C|120|FT|Steel|0.85|0|0||0||0|0.752|||0.123456|10AWG|");
 }
-
-TEST_CASE(
-    "without a chosen wire the fields that were stored are exported, and nothing of an earlier circuit") {
-  ZanCircuitData circuit = chosenWire();
-  circuit.wireChosen = false;
-  CHECK(exportedValues(circuit) == L"0|||||0|||0|0|0||0||0|0|||0||");
-  StoredWireFields stored;
-  std::wstring expected;
-  for (std::size_t field = 0; field < exportedRowCount; ++field) {
-    stored.push_back(std::wstring(1, static_cast<wchar_t>(L'a' + field)));
-    expected += stored.back() + L"|";
-  }
-  CHECK(exportedValues(circuit, stored) == expected);
-}

@@ -96,7 +96,7 @@ TEST_CASE_FIXTURE(Fixture, "a file that a person indented, or saved as UTF-8, is
   const std::wstring utf8File =
       L"<?xml version=\"1.0\" encoding=\"UTF-16\"?>\n<BrenvoltHistory Context=\"x\" Version=\"2.0\">\n"
       L"  <Circuit Name=\"motor\"><CircuitType Name=\"DIRECT ON LINE\">\n    <History Name=\"Old\" "
-      L"ComponentScale=\"\" CircuitScale=\"3\"/></CircuitType></Circuit></BrenvoltHistory>\n";
+      L"ComponentScale=\"\" CircuitScale=\"3\"/><!-- why --></CircuitType></Circuit></BrenvoltHistory>\n";
   for (const bool wide : {true, false}) {
     const std::wstring declared = wide ? utf8File : utf8File.substr(utf8File.find(L'\n'));
     writeBytes(file(), wide ? "\xFF\xFE" + toUtf16Le(declared) : toUtf8(declared));
@@ -105,7 +105,7 @@ TEST_CASE_FIXTURE(Fixture, "a file that a person indented, or saved as UTF-8, is
     CHECK(text().starts_with(
         L"<?xml version=\"1.0\" encoding=\"UTF-16\"?>\r\n<BrenvoltHistory Context=\"x\" Version=\"2.0\">"
         L"<Circuit Name=\"motor\"><CircuitType Name=\"DIRECT ON LINE\"><History Name=\"Old\" "
-        L"ComponentScale=\"\" CircuitScale=\"3\"/><History Name=\"New\""));
+        L"ComponentScale=\"\" CircuitScale=\"3\"/><!-- why --><History Name=\"New\""));
   }
   CHECK_FALSE(fs::exists(folder / "zan_brenvolt.damaged-1.xml"));
 }

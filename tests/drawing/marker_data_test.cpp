@@ -1,19 +1,10 @@
 #include "drawing/marker_data.h"
 
 #include "drawing_support.h"
-#include "host/lisp_symbols.h"
 #include "tests/simhost/host_fixture.h"
 
 using namespace brenvolt;
 using namespace brenvolt::test;
-
-namespace {
-
-std::wstring symbolText() {
-  return describe(getSymbol(lispsymbol::markerData));
-}
-
-} // namespace
 
 TEST_CASE("a run begins with index 0, all handles in tree order and no value") {
   simhost::HostFixture host;
@@ -26,12 +17,12 @@ TEST_CASE("a run begins with index 0, all handles in tree order and no value") {
   below.Finish();
 
   CHECK(PublishMarkerData(list));
-  CHECK(symbolText() == L"(s0 (\"ABC\" \"2\" \"1F\") (\"-1\"))");
+  CHECK(host.eval(L"GBL_qn_bv_marker_data") == L"(0 (\"ABC\" \"2\" \"1F\") (\"-1\"))");
 
   list.Insert(makeMarker(L"D")); // no handle
   list.Finish();
   CHECK_FALSE(PublishMarkerData(list));
-  CHECK(symbolText() == L"(s0 (\"ABC\" \"2\" \"1F\") (\"-1\"))");
+  CHECK(host.eval(L"GBL_qn_bv_marker_data") == L"(0 (\"ABC\" \"2\" \"1F\") (\"-1\"))");
 }
 
 TEST_CASE("each marker's index and values are put into the symbol") {
@@ -42,17 +33,17 @@ TEST_CASE("each marker's index and values are put into the symbol") {
     bool done;
     const wchar_t* after;
   } rows[] = {
-      {L"'(0 (\"A\" \"B\") (\"-1\"))", 5, {1, -1, 20}, true, L"(s5 (\"A\" \"B\") (\"1\" \"-1\" \"20\"))"},
-      {L"'(0 (\"A\") (\"7\"))", 2, {}, true, L"(s2 (\"A\") (\"7\"))"},
-      {L"'(0 (\"A\") (\"7\") \"more\")", 2, {3}, true, L"(s2 (\"A\") (\"3\") \"more\")"},
-      {L"'(0 nil (\"7\"))", 1, {3}, true, L"(s1 nil (\"3\"))"},
-      {L"'(4 (\"A\"))", 1, {3}, true, L"(s1 (\"A\"))"},
-      {L"'(4)", 1, {3}, true, L"(s1 s0)"},
-      {L"'(4)", 1, {}, true, L"(s1)"},
+      {L"'(0 (\"A\" \"B\") (\"-1\"))", 5, {1, -1, 20}, true, L"(5 (\"A\" \"B\") (\"1\" \"-1\" \"20\"))"},
+      {L"'(0 (\"A\") (\"7\"))", 2, {}, true, L"(2 (\"A\") (\"7\"))"},
+      {L"'(0 (\"A\") (\"7\") \"more\")", 2, {3}, true, L"(2 (\"A\") (\"3\") \"more\")"},
+      {L"'(0 nil (\"7\"))", 1, {3}, true, L"(1 nil (\"3\"))"},
+      {L"'(4 (\"A\"))", 1, {3}, true, L"(1 (\"A\"))"},
+      {L"'(4)", 1, {3}, true, L"(1 0)"},
+      {L"'(4)", 1, {}, true, L"(1)"},
       {L"'(\"x\" (\"A\"))", 1, {3}, false, L"(\"x\" (\"A\"))"},
-      {L"'(1.5 (\"A\"))", 1, {3}, false, L"(r1.5 (\"A\"))"},
+      {L"'(1.5 (\"A\"))", 1, {3}, false, L"(1.5 (\"A\"))"},
       {L"\"text\"", 1, {3}, false, L"\"text\""},
-      {L"nil", 1, {3}, false, L"<null>"},
+      {L"nil", 1, {3}, false, L"nil"},
   };
   for (const auto& row : rows) {
     CAPTURE(std::wstring(row.before));
@@ -61,7 +52,7 @@ TEST_CASE("each marker's index and values are put into the symbol") {
     REQUIRE(PublishMarkerData(none));
     host.eval(std::wstring(L"(setq GBL_qn_bv_marker_data ") + row.before + L")");
     CHECK(SetMarkerData(row.index, row.values) == row.done);
-    CHECK(symbolText() == row.after);
+    CHECK(host.eval(L"GBL_qn_bv_marker_data") == row.after);
     CHECK(host.printed.empty());
   }
 }
@@ -74,14 +65,14 @@ TEST_CASE("what a script changes between two markers stays changed") {
   REQUIRE(PublishMarkerData(list));
   CHECK(SetMarkerData(1, {8}));
   CHECK(SetMarkerData(2, {9}));
-  CHECK(symbolText() == L"(s2 (\"ABC\") (\"9\"))");
+  CHECK(host.eval(L"GBL_qn_bv_marker_data") == L"(2 (\"ABC\") (\"9\"))");
   CHECK(SetMarkerData(3, {}));
-  CHECK(symbolText() == L"(s3 (\"ABC\") (\"9\"))");
+  CHECK(host.eval(L"GBL_qn_bv_marker_data") == L"(3 (\"ABC\") (\"9\"))");
   host.eval(L"(setq GBL_qn_bv_marker_data '(0 (\"B\" \"C\") (\"-1\") 5))");
   CHECK(SetMarkerData(4, {7}));
-  CHECK(symbolText() == L"(s4 (\"B\" \"C\") (\"7\") s5)");
+  CHECK(host.eval(L"GBL_qn_bv_marker_data") == L"(4 (\"B\" \"C\") (\"7\") 5)");
   CHECK(SetMarkerData(5, {6}));
-  CHECK(symbolText() == L"(s5 (\"B\" \"C\") (\"6\") s5)");
+  CHECK(host.eval(L"GBL_qn_bv_marker_data") == L"(5 (\"B\" \"C\") (\"6\") 5)");
   host.eval(L"(setq GBL_qn_bv_marker_data nil)");
   CHECK_FALSE(SetMarkerData(6, {5}));
 }
@@ -93,9 +84,9 @@ TEST_CASE("a list that a script has kept stays as it was") {
   REQUIRE(PublishMarkerData(none));
   host.eval(L"(setq GBL_qn_bv_marker_data '(0 (\"A\") (\"-1\")) kept GBL_qn_bv_marker_data)");
   CHECK(SetMarkerData(3, {8}));
-  CHECK(describe(getSymbol(L"kept")) == L"(s0 (\"A\") (\"-1\"))");
+  CHECK(host.eval(L"kept") == L"(0 (\"A\") (\"-1\"))");
   host.session.documents().allowLisp(false);
   CHECK_FALSE(SetMarkerData(4, {9}));
   host.session.documents().allowLisp(true);
-  CHECK(symbolText() == L"(s3 (\"A\") (\"8\"))");
+  CHECK(host.eval(L"GBL_qn_bv_marker_data") == L"(3 (\"A\") (\"8\"))");
 }

@@ -5,13 +5,11 @@
 #include "simhost/host/resource_module.h"
 #include "simhost/json/json_text.h"
 #include "tests/support/lisp_session.h"
-#include "text/encoding.h"
 
 #include <doctest/doctest.h>
 #include <nlohmann/json.hpp>
 
 #include <memory>
-#include <stdexcept>
 #include <string>
 #include <vector>
 
@@ -94,24 +92,6 @@ TEST_CASE("a table that the user has accepted is not reported again") {
   CHECK_EQ(host.shown().size(), 2);
 }
 
-TEST_CASE("any other button stops the reader, and the table is reported the next time") {
-  AlertHost host({press(tableKey, 1002), press(tableKey, kvui::cancel), press(tableKey, 1001)});
-  CHECK_FALSE(alertTables(L"db", {L"A"}, {}, AlertKind::table, host.accepted));
-  CHECK_FALSE(alertTables(L"db", {L"A"}, {}, AlertKind::table, host.accepted));
-  CHECK(alertTables(L"db", {L"A"}, {}, AlertKind::table, host.accepted));
-  CHECK_EQ(host.shown().size(), 3);
-}
-
-TEST_CASE("the kind of reader decides the alert") {
-  AlertHost host(
-      {press("ZanBrenvolt.MotorTableNotFound", 1001), press("ZanBrenvolt.LoadTableNotFound", 1001),
-       press("ZanBrenvolt.MotorITableNotFound", 1001)});
-  CHECK(alertTables(L"db", {L"A"}, {}, AlertKind::motorTable, host.accepted));
-  CHECK(alertTables(L"db", {L"B"}, {}, AlertKind::loadTable, host.accepted));
-  CHECK(alertTables(L"db", {L"C"}, {}, AlertKind::componentTable, host.accepted));
-  CHECK_EQ(host.shown(), Texts{"motor A", "load B", "component C"});
-}
-
 TEST_CASE("a missing default table always stops, with its own alert alone") {
   AlertHost host(
       {press("ZanBrenvolt.DefaultTableNotFound", 2), press("ZanBrenvolt.DefaultTableNotFound", 2)});
@@ -138,20 +118,4 @@ TEST_CASE("an alert without its text stops the reader; the database alert is the
   alertDatabaseError(nullptr);
   CHECK(host.shown().empty());
   CHECK(host.session().windows().failure().empty());
-}
-
-TEST_CASE("texts come from the plug-in's resources while the scope lasts") {
-  AlertHost host({});
-  CHECK(loadText(TextId::newConfiguration) == L"New");
-  CHECK(loadText(TextId::motorGroup).empty());
-  CHECK_FALSE(findText(TextId::motorGroup));
-  const auto& documents = host.session().host().documents();
-  CHECK_EQ(documents.resourceDepth(), 1);
-  try {
-    const ResourceScope inner;
-    CHECK_EQ(documents.resourceDepth(), 2);
-    throw std::runtime_error("on the way out");
-  } catch (const std::runtime_error&) {
-    CHECK_EQ(documents.resourceDepth(), 1);
-  }
 }

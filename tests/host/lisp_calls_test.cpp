@@ -138,31 +138,13 @@ TEST_CASE("a form runs with its variables; nil is an answer, an error is none") 
   }
 }
 
-TEST_CASE("each traced call prints a line ahead of it and one behind it") {
+TEST_CASE("a traced call prints a line before it and one after it, whatever signs its text has") {
   LispSession lisp;
-  answerWith(lisp, "zan_form", "(princ \"working\")");
-  answerWith(lisp, "qn_mdb_proj_dbfnam", "\"p\"");
-  const std::vector<ZanScriptVariable> none;
-  ResultList answer;
   lisp.takePrinted();
-  CHECK(runForm(L"(zan_form 5)", none, answer));
-  CHECK_EQ(lisp.takePrinted(), "working");
-
   setTrace(true);
-  CHECK(runForm(L"(zan_form 5)", none, answer));
-  CHECK_EQ(lisp.takePrinted(), "\nEXEC IN: (zan_form 5)working\nEXEC OUT: (zan_form 5)");
-  CHECK_FALSE(runForm(L"()", none, answer));
-  CHECK(getProjectDatabase());
-  CHECK_EQ(lisp.takePrinted(), "");
   static_cast<void>(findFile(L"100%s.xls"));
+  setTrace(false);
   CHECK_EQ(
       lisp.takePrinted(),
       "\nEXEC IN: (c:zan_find_file \"100%s.xls\" 3)\nEXEC OUT: (c:zan_find_file \"100%s.xls\" 3)");
-  static_cast<void>(getActiveWireTypes());
-  static_cast<void>(getWireTypeSettings(L"RED"));
-  CHECK_EQ(
-      lisp.takePrinted(), "\nEXEC IN: (zan_get_active_dwg_wiretype)\nEXEC OUT: (zan_get_active_dwg_wiretype)"
-                          "\nEXEC IN: (zan_get_activedrawing_wiretype_settings)\nEXEC OUT: "
-                          "(zan_get_activedrawing_wiretype_settings)");
-  setTrace(false);
 }

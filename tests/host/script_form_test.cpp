@@ -6,7 +6,6 @@
 
 #include <doctest/doctest.h>
 
-#include <array>
 #include <string>
 #include <vector>
 

@@ -75,8 +75,7 @@ TEST_CASE("a damaged answer file is told with file and step") {
     CHECK_MESSAGE(faultOfAnswers(inFile(step)).starts_with("a.json: step 1: "), step);
 }
 
-TEST_CASE(
-    "picks are answered by handle, by nothing and by a cancel, and the recording answers the same again") {
+TEST_CASE("picks take a handle, nothing or a cancel, and the recording answers the same again") {
   std::string recording;
   const auto run = [&recording](const std::string& file) {
     HostFixture host(parseAnswers(file, "a.json"));
@@ -132,41 +131,4 @@ TEST_CASE("a step for another dialog names both, and everything asked later is c
   CHECK(failure == L"answers: step 1: answers \"Some.Key\", but \"pick\" asks");
   CHECK(pick(entity, point) == kvstatus::cancel);
   CHECK(host.windows.failure() == failure);
-}
-
-TEST_CASE("a form that the window system does not know ends the run with its name") {
-  class Dialog final : public CKvUiDialog {
-  public:
-    Dialog() : CKvUiDialog(L"no_such_form", nullptr) {}
-  };
-  HostFixture host;
-  Dialog dialog;
-  CHECK(dialog.DoModal() == kvui::cancel);
-  CHECK(host.windows.failure().find(L"no_such_form") != std::wstring::npos);
-}
-
-TEST_CASE("a file dialog stays open until its flow takes the name") {
-  class Dialog final : public CKvUiFileDialog {
-  public:
-    Dialog() : CKvUiFileDialog(true, L"xls", L"a.xls", L"/tmp", L"Workbook|*.xls|Text|*.csv|", nullptr) {}
-    int refused = 0;
-
-  protected:
-    bool OnFileNameOK() override { return GetFileName() != L"taken.csv" || ++refused > 1; }
-    void OnTypeChange() override {
-      if (GetFilterIndex() == 2) SetFileName(L"taken.csv");
-    }
-  };
-  HostFixture host(parseAnswers(
-      inFile(
-          R"({"dialog": "file", "do": [{"set": "type", "to": 2}, {"press": "ok"}, {"set": "path", "to": "b.csv"},
-                {"press": "ok"}]})"),
-      "a.json"));
-  Dialog dialog;
-  CHECK(dialog.DoModal() == kvui::ok);
-  CHECK(dialog.refused == 1);
-  CHECK(dialog.GetPathName() == L"/tmp/b.csv");
-  CHECK(dialog.GetFolder() == L"/tmp");
-  CHECK(dialog.GetFilterIndex() == 2);
-  CHECK(host.windows.failure().empty());
 }

@@ -10,7 +10,6 @@
 #include <algorithm>
 #include <filesystem>
 #include <optional>
-#include <set>
 #include <string>
 #include <vector>
 

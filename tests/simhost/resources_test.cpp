@@ -71,25 +71,6 @@ TEST_CASE("a damaged language file is told with file and line") {
   CHECK(faultOfLanguage("dialog Key\n button 7 = a\n", LanguageRole::translation).starts_with("x.txt:2: "));
 }
 
-TEST_CASE("texts come from the module on top of the stack, and a missing one leaves the text as it was") {
-  HostFixture host({}, repositoryResources());
-  KvResourceModule* module = kvdsLoadResourceModule(L"ZanBrenvoltRes.dll");
-  REQUIRE(module != nullptr);
-  std::wstring text = L"former";
-  CHECK_FALSE(kvdsLoadString(10039, text));
-  kvDocManagerPtr()->pushResourceModule(module);
-  CHECK_FALSE(kvdsLoadString(1, text));
-  CHECK(text == L"former");
-  CHECK(kvdsLoadString(10039, text));
-  CHECK(text == L"New configuration");
-  kvDocManagerPtr()->pushResourceModule(nullptr);
-  CHECK_FALSE(kvdsLoadString(10039, text));
-  kvDocManagerPtr()->popResourceModule();
-  CHECK(kvDocManagerPtr()->resourceDepth() == 1);
-  CHECK(kvdsLoadString(10039, text));
-  CHECK(kvdsLoadResourceModule(L"NoSuchRes.dll") == nullptr);
-}
-
 TEST_CASE("English holds every text that the plug-in names") {
   HostFixture host({}, repositoryResources());
   kvDocManagerPtr()->pushResourceModule(kvdsLoadResourceModule(L"ZanBrenvoltRes.dll"));
@@ -115,19 +96,4 @@ TEST_CASE("English holds every text that the plug-in names") {
   CHECK(loadText(TextId::wireLayerRow).starts_with(L"W%d - "));
   CHECK(loadText(TextId::groundSizeRow).starts_with(L"W0%dE - "));
   CHECK(loadText(TextId::groundLayerRow).starts_with(L"W0%dE - "));
-}
-
-TEST_CASE("the table alerts offer to continue and to stop") {
-  HostFixture host({}, repositoryResources());
-  const KvResourceModule* module = kvdsLoadResourceModule(L"ZanBrenvoltRes.dll");
-  REQUIRE(module != nullptr);
-  for (const wchar_t* key :
-       {L"ZanBrenvolt.TableNotFound", L"ZanBrenvolt.MotorTableNotFound", L"ZanBrenvolt.LoadTableNotFound",
-        L"ZanBrenvolt.MotorITableNotFound"}) {
-    const simhost::DialogText& dialog = module->dialogs.at(key);
-    CHECK(dialog.buttons.front().id == kvui::firstCommand);
-    CHECK(dialog.buttons.size() == 2);
-    CHECK(dialog.text.find(L"{tablename}") != std::wstring::npos);
-    CHECK(dialog.text.find(L"{source}") != std::wstring::npos);
-  }
 }

@@ -138,16 +138,3 @@ TEST_CASE("an unknown key does not load, and a question without an answer ends t
   CHECK(host.windows.failure().find(tableKey) != std::wstring::npos);
   CHECK(host.session.isCancelled());
 }
-
-TEST_CASE("a settings path that is no file is left alone, and the values hold for the run") {
-  const TemporaryFolder folder;
-  const std::filesystem::path place = folder.path() / "place";
-  std::filesystem::create_directory(place);
-  HostFixture host({}, keptIn(place));
-  CHECK(kvdsWriteUserValue(L"Dlg", L"Last", L"x"));
-  std::wstring value;
-  CHECK(kvdsReadUserValue(L"Dlg", L"Last", value));
-  CHECK_EQ(value, L"x");
-  CHECK(std::filesystem::is_directory(place));
-  CHECK(host.printed.find(L"not a file") != std::wstring::npos);
-}

@@ -69,32 +69,6 @@ TEST_CASE("a list keeps its selection on its entry and tells its edit field apar
   });
 }
 
-TEST_CASE("radio buttons exclude each other, ticks do not") {
-  eventsOf([](EverythingDialog& flow) {
-    flow.Tick(L"existing").SetChecked(true);
-    CHECK_FALSE(flow.Tick(L"new").IsChecked());
-    flow.Tick(L"drop").SetChecked(true);
-    CHECK(flow.Tick(L"existing").IsChecked());
-  });
-}
-
-TEST_CASE("tree items keep their ids for good and go with all below them") {
-  eventsOf([](EverythingDialog& flow) {
-    KvUiTree& tree = flow.Tree(L"units");
-    CHECK(tree.FirstChild(0) == 1);
-    CHECK(tree.FirstChild(1) == 2);
-    CHECK(tree.Next(1) == 3);
-    CHECK(tree.Parent(2) == 1);
-    CHECK(tree.Data(3) == 9);
-    tree.Select(2);
-    tree.Remove(1);
-    CHECK(tree.Selected() == 0);
-    CHECK(tree.TextOf(2) == L"");
-    CHECK(tree.FirstChild(0) == 3);
-    CHECK(tree.Insert(0, L"New", 0, 0) == 4);
-  });
-}
-
 TEST_CASE("a grid keeps what fits when its size changes, and its selection on its row") {
   eventsOf([](EverythingDialog& flow) {
     KvUiGrid& grid = flow.Grid(L"sizes");
@@ -109,24 +83,5 @@ TEST_CASE("a grid keeps what fits when its size changes, and its selection on it
     CHECK(grid.Cell(2, 2) == L"");
     grid.SetSize(2, 4);
     CHECK(grid.Cell(2, 2) == L"");
-  });
-}
-
-TEST_CASE("what stands on pages is found by its place until its page goes") {
-  eventsOf([](EverythingDialog& flow) {
-    KvUiPages& pages = flow.Pages(L"options");
-    CHECK(flow.HasControl(L"options.1.0"));
-    CHECK(pages.ListAt(1, 0) == &flow.List(L"options.1.0"));
-    CHECK(pages.GroupAt(1, 0) == nullptr);
-    CHECK(pages.ListAt(1, 1) == nullptr);
-    pages.ShowPage(0);
-    pages.ShowPage(9);
-    CHECK(pages.ShownPage() == 1);
-    KvUiList& held = *pages.ListAt(1, 0);
-    pages.RemovePage(1);
-    CHECK(pages.ShownPage() == 0);
-    CHECK_FALSE(flow.HasControl(L"options.1.0"));
-    CHECK(held.Count() == 2);
-    CHECK(pages.AddPage(0) == 3);
   });
 }

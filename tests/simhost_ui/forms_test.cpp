@@ -59,12 +59,6 @@ TEST_CASE("a damaged form is told with file and control") {
   }
 }
 
-TEST_CASE("a layout may stand in a form and is passed over") {
-  const Form form =
-      parseForm(inFile(R"({"role": "a", "kind": "text", "layout": {"row": 1}})"), "a", "a.json");
-  CHECK(form.controls.size() == 1);
-}
-
 TEST_CASE("every form of the program can be read and can be left") {
   for (const auto& file : std::filesystem::directory_iterator("resources/forms")) {
     if (file.path().extension() != ".json") continue;

@@ -1,7 +1,6 @@
 // A whole run of a dialog: time, questions in between, the editor, and recordings that can be used as answers.
 #include "simhost/json/json_text.h"
 #include "simhost/ui/scripted_windows.h"
-#include "simhost/ui/virtual_timers.h"
 #include "test_dialogs.h"
 
 #include <doctest/doctest.h>
@@ -14,7 +13,6 @@
 using simhost::EverythingDialog;
 using simhost::Outcome;
 using simhost::runActions;
-using simhost::runFile;
 using simhost::runSteps;
 using Json = nlohmann::ordered_json;
 
@@ -50,31 +48,6 @@ void askForValue(EverythingDialog& dialog) {
 }
 
 } // namespace
-
-TEST_CASE("timers fire in the order in which they are due, as often as time allows") {
-  simhost::VirtualTimers timers;
-  Lines fired;
-  const auto fire = [&](int timer) {
-    fired.push_back(std::to_string(timer));
-    if (timer == 3) timers.kill(3);
-    if (timer == 1 && fired.size() == 1) timers.start(4, 50);
-    return true;
-  };
-  timers.start(1, 100);
-  timers.start(2, 250);
-  timers.start(3, 100);
-  CHECK(timers.untilAllDue() == 250);
-  CHECK(timers.pass(250, fire));
-  CHECK(fired == Lines{"1", "3", "4", "1", "4", "2", "4"});
-  timers.kill(1);
-  timers.kill(4);
-  fired.clear();
-  timers.start(2, 10); // anew: not due at 500 any more
-  CHECK(timers.pass(9, fire));
-  CHECK(fired.empty());
-  timers.start(5, 0);
-  CHECK_FALSE(timers.pass(1000000, fire));
-}
 
 TEST_CASE("a slow user sees each timer fire, a quick one none") {
   const auto prepare = [](EverythingDialog& dialog) {
@@ -121,8 +94,7 @@ TEST_CASE("a question in between is answered by the next step, and the dialog go
   CHECK(open.failure == "a.json: step 1: leaves \"everything\" open, and step 2 answers \"pick\"");
 }
 
-TEST_CASE(
-    "a file dialog goes on behind a question about the name, and its recording answers the same again") {
+TEST_CASE("a file dialog goes on after a question about the name, and its recording answers again") {
   class FileDialog final : public CKvUiFileDialog {
   public:
     FileDialog() : CKvUiFileDialog(true, L"xls", L"a.xls", L"/tmp", L"Workbook|*.xls|Text|*.csv|", nullptr) {}
@@ -208,44 +180,6 @@ TEST_CASE("a dialog inside another one's place ends with it") {
   CHECK(outcome.failure == "");
   CHECK(outcome.result == kvui::yes);
   CHECK(inner == kvui::cancel);
-}
-
-TEST_CASE("a recording answers the same again and tells what was shown") {
-  const Outcome first = runSteps(
-      R"({"dialog": "everything", "do": [
-            {"set": "length", "to": "7"}, {"edit": "sizes", "row": 2, "column": "Ampacity", "to": "26"},
-            {"edit": "sizes", "row": 2, "column": "Ampacity", "to": "x", "refused": true},
-            {"select": "units", "path": ["Pilot"]}, {"press": "report"}]},
-         {"dialog": "value_list", "do": [{"choose": "values", "index": 0}, {"press": "ok"}]},
-         {"dialog": "everything", "do": [{"wait": 10}, {"press": "ok"}]})",
-      askForValue);
-  REQUIRE(first.failure == "");
-  const Outcome again = runFile(first.recording, askForValue);
-  CHECK(again.failure == "");
-  CHECK(again.unusedSteps == 0);
-  CHECK(again.events == first.events);
-  CHECK(again.recording == first.recording);
-
-  const Json steps = simhost::parseJson(first.recording)["steps"];
-  REQUIRE(steps.size() == 3);
-  const Json& shown = steps[0]["shown"];
-  CHECK(shown["title"] == "Everything");
-  const Json& controls = shown["controls"];
-  CHECK(controls["voltage"] == Json({{"choices", {"230", "460", "575"}}, {"text", "460"}}));
-  CHECK(
-      controls["units"] == Json({{"items", {"Motor", "  Overload", "Pilot [2]"}}, {"path", Json::array()}}));
-  CHECK(controls["extra"] == Json({{"enabled", false}, {"text", ""}}));
-  CHECK(controls["sizes"]["rows"]["2"] == Json({"", "12 AWG", "25", "0"}));
-  CHECK(controls["options.2.0"]["buttons"] == Json({"Look up", "Pick"}));
-  CHECK_FALSE(controls.contains("ok"));
-  const Json& actions = steps[0]["do"];
-  CHECK(actions[0]["then"] == Json({{"length", {{"text", "7"}}}}));
-  // Of the grid only the row that reads otherwise.
-  CHECK(
-      actions[1]["then"] ==
-      Json({{"sizes", {{"rows", {{"2", {"", "12 AWG", "26", "0"}}}}, {"selectedRow", 2}}}}));
-  CHECK_FALSE(actions[2].contains("then"));
-  CHECK(actions[4]["then"] == Json({{"length", {{"text", "M1"}}}}));
 }
 
 TEST_CASE("a recording of a failed run tells where and why, and is refused as answers") {
