@@ -54,35 +54,6 @@ std::wstring describe(const ZanConfigUnitList& list) {
   return text;
 }
 
-std::wstring codesOf(const ZanDwgMarkerList& list, const std::vector<ZanExecRecord>& items) {
-  std::wstring codes;
-  for (const ZanExecRecord& item : items)
-    codes += list.findById(item.markerId)->code + L" ";
-  return codes;
-}
-
-struct Fixture {
-  ZanDwgMarkerList markers;
-  ZanConfigUnitList units;
-  ZanConfigUnitList duplicates;
-  std::vector<std::wstring> managersMadeFor;
-  UnitMaking making{[this](ZanConfigUnit& unit) { managersMadeFor.push_back(unit.code); }, duplicates};
-
-  void build(const wchar_t* tree) {
-    TreeText(tree).readInto(markers);
-    BuildConfigUnits(markers, units, making);
-  }
-  ZanConfigUnit& unit(const wchar_t* code) {
-    ZanConfigUnitListIterator walk(&units);
-    for (walk.First(); !walk.IsDone() && walk.Current()->code != code;)
-      walk.Next();
-    REQUIRE(walk.Current() != nullptr);
-    return *walk.Current();
-  }
-  std::wstring& firstOption(const wchar_t* code) { return unit(code).options.groups[0].options[0].text; }
-  ZanDwgMarker& marker(const wchar_t* code) { return *markers.findById(unit(code).markerId); }
-};
-
 } // namespace
 
 TEST_CASE("units nest as their markers do, past markers without options") {
@@ -105,47 +76,21 @@ TEST_CASE("units nest as their markers do, past markers without options") {
   };
   for (const auto& row : rows) {
     CAPTURE(std::string(row.markers, row.markers + std::wcslen(row.markers)));
-    Fixture fixture;
-    fixture.build(row.markers);
-    CHECK(describe(fixture.units) == row.units);
-    CHECK(describe(fixture.duplicates) == row.duplicates);
+    ZanDwgMarkerList markers;
+    ZanConfigUnitList units;
+    ZanConfigUnitList duplicates;
+    int made = 0;
+    const UnitMaking making{[&made](ZanConfigUnit&) { ++made; }, duplicates};
+    TreeText(row.markers).readInto(markers);
+    BuildConfigUnits(markers, units, making);
+    CHECK(describe(units) == row.units);
+    CHECK(describe(duplicates) == row.duplicates);
 
     // A tree that has not grown is the same afterwards, and no manager is made again.
-    const std::size_t made = fixture.managersMadeFor.size();
-    RefreshConfigUnits(fixture.markers, fixture.units, fixture.making);
-    CHECK(describe(fixture.units) == row.units);
-    CHECK(describe(fixture.duplicates) == row.duplicates);
-    CHECK(fixture.managersMadeFor.size() == made);
+    const int before = made;
+    RefreshConfigUnits(markers, units, making);
+    CHECK(describe(units) == row.units);
+    CHECK(describe(duplicates) == row.duplicates);
+    CHECK(made == before);
   }
-}
-
-TEST_CASE_FIXTURE(Fixture, "pending units go into their markers, with the markers that belong to them") {
-  build(L"A b c D(E f) g");
-  unit(L"A").pending = true;
-  firstOption(L"A") = L"chosen";
-  unit(L"E").pending = true;
-  unit(L"E").controlRows.AddRow(ZanAnnotationData(L"MotorSetup"));
-  firstOption(L"D") = L"not taken";
-
-  std::vector<ZanExecRecord> items;
-  ApplyConfigUnits(markers, units, 3, items);
-  CHECK(codesOf(markers, items) == L"A b c E f ");
-  CHECK(unit(L"A").insertStep == 3);
-  CHECK(unit(L"D").insertStep == 0);
-  CHECK(marker(L"A").record.groups[0].options[0].text == L"chosen");
-  CHECK(marker(L"E").controls == unit(L"E").controlRows);
-  CHECK(marker(L"D").record.groups[0].options[0].text == L"x");
-}
-
-TEST_CASE_FIXTURE(Fixture, "units below a marker without options find their markers all the same") {
-  build(L"A b(C d E)");
-  REQUIRE(describe(units) == L"A(C E)");
-  unit(L"C").pending = true;
-  std::vector<ZanExecRecord> items;
-  ApplyConfigUnits(markers, units, 1, items);
-  CHECK(codesOf(markers, items) == L"C d ");
-
-  firstOption(L"C") = L"again";
-  CopyUnitsToMarkers(markers, units);
-  CHECK(marker(L"C").record.groups[0].options[0].text == L"again");
 }

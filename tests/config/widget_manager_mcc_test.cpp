@@ -249,8 +249,7 @@ TEST_CASE("a lookup command may answer anything") {
   }
 }
 
-TEST_CASE(
-    "the wire lookup has the current that a lookup of the motor brought, and the circuit's data is fixed") {
+TEST_CASE("the wire lookup has the current that a lookup brought, and the data of the circuit is fixed") {
   const ShownPage shown = runPage(
       R"j({"press": "settings.1.0.button.0"}, {"press": "settings.1.1.button.0", "quick": true})j",
       MccMode::motor, [](PageSession& session, PageDialog&) {
@@ -287,8 +286,7 @@ TEST_CASE("a load is looked up by its own rows, and the command finds the circui
   CHECK(shown.wires.starts_with("W1 - Size=12AWG"));
 }
 
-TEST_CASE("wire choices that came with a unit go out again as long as none is made, and the grounding size "
-          "counts") {
+TEST_CASE("wire choices that came with a unit go out again as long as none is made") {
   struct Row {
     const char* promise;
     const wchar_t* stored;    ///< grounding size among the motor's fields
@@ -323,31 +321,6 @@ TEST_CASE("wire choices that came with a unit go out again as long as none is ma
     CHECK_EQ(exported, row.exported);
     CHECK(shown.wires.ends_with(row.layer));
   }
-}
-
-TEST_CASE(
-    "parts are kept under the motor that the page last exported, up to the first group that is cut short") {
-  const std::vector<std::wstring> tables = {L"CB", L"FU", L"DS"};
-  ManagerResults loaded;
-  ManagerResults withoutMotor;
-  runPage("", MccMode::load, {}, [&](MccPage& page, ZanSettingsWnd&) {
-    ZanWidgetManagerMcc& manager = page.manager;
-    manager.SaveCatalog(L"CB01", 7, {{L"CB", {L"ACME", L"CB-0"}}});
-    manager.LoadCatalog(L"CB01", 7, tables, withoutMotor);
-    ZanAnnotationData data(rowname::loadSetup);
-    for (const wchar_t* value : {L"Heater", L"2", L"kW", L"120", L"1", L"60"})
-      data.AddText(value, L"");
-    ZanAnnotationDataList rows;
-    rows.AddRow(data);
-    manager.ImportRows(rows);
-    manager.SaveCatalog(
-        L"CB01", 7, {{L"CB", {L"ACME", L"CB-30", L"", L"2"}}, {L"FU", {L"short"}}, {L"DS", {L"ACME", L"D"}}});
-    manager.LoadCatalog(L"CB01", 7, tables, loaded);
-  });
-  CHECK(withoutMotor.empty());
-  REQUIRE_EQ(loaded.size(), 1);
-  CHECK_EQ(loaded[0].first, L"CB");
-  CHECK_EQ(joined(loaded[0].second).substr(0, 13), "ACME CB-30  2");
 }
 
 TEST_CASE("parts that cannot be stored are told, and what stands behind them is not stored") {
