@@ -81,6 +81,7 @@ TEST_CASE("a nested list is one element until it is entered") {
   CHECK_EQ(textOf(reader.copyElement()), "( 1 ( 2 ) )");
   CHECK(reader.integer() == 3);
   CHECK(reader.leaveList());
+  CHECK_FALSE(reader.leaveList());
   CHECK_EQ(textOf(reader.copyElement()), "4");
   CHECK(reader.copyElement().isEmpty());
   CHECK_FALSE(reader.skipElement());

@@ -83,8 +83,7 @@ int serveProbe() {
 
 } // namespace
 
-TEST_CASE(
-    "a handler's result is answered in its form, and the resource stack is as before on every way out") {
+TEST_CASE("a result is returned in its form, and the resource stack is as before on every way out") {
   struct Row {
     const char* behaviour;
     AnswerForm form;
@@ -116,8 +115,7 @@ TEST_CASE(
   setResourceModule(nullptr);
 }
 
-TEST_CASE(
-    "failed statements and tables of another code are reported once, at the end of the call that began") {
+TEST_CASE("failed statements and tables of another code are reported once, when the call ends") {
   const test::TemporaryFolder folder;
   std::filesystem::create_directory(folder.path() / "csv");
   std::ofstream(folder.path() / "csv/MOTOR_I_MAP_NEC.csv") << "CODE,MAX\nCB,15\n";
