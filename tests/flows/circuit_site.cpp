@@ -3,23 +3,7 @@
 #include "tests/support/golden.h"
 #include "tests/support/sheets.h"
 
-#include <utility>
-
 namespace brenvolt::test {
-
-namespace {
-
-/// UTF-16 as the history file is written: two bytes a character.
-std::string wideBytes(const std::string& ascii) {
-  std::string bytes = "\xFF\xFE";
-  for (const char character : ascii) {
-    bytes += character;
-    bytes += '\0';
-  }
-  return bytes;
-}
-
-} // namespace
 
 CircuitSite::CircuitSite(const SheetTexts& sheets, const std::map<std::string, std::string>& project)
     : project_(project) {
@@ -58,15 +42,11 @@ std::map<std::string, std::string> CircuitSite::usualProject() {
 }
 
 std::string CircuitSite::history() const {
-  std::string text;
-  const std::string bytes = bytesOf(folder_ / "zan_brenvolt.xml");
-  for (std::size_t at = 2; at < bytes.size(); at += 2)
-    text += bytes[at];
-  return text;
+  return toUtf8(fromUtf16Le(bytesOf(folder_ / "zan_brenvolt.xml").substr(2)));
 }
 
 void CircuitSite::writeHistory(const std::string& xml) const {
-  writeBytes(folder_ / "zan_brenvolt.xml", wideBytes(xml));
+  writeBytes(folder_ / "zan_brenvolt.xml", "\xFF\xFE" + toUtf16Le(fromUtf8(xml)));
 }
 
 std::string CircuitSite::usualHistory() {
@@ -92,10 +72,6 @@ std::unique_ptr<PickerSession> CircuitSite::session(const std::string& steps) co
 
 std::string circuitStep(const std::string& actions) {
   return stepOf("ZanDlgCircuit", actions);
-}
-
-std::string stepOf(const std::string& dialog, const std::string& actions) {
-  return R"~({"dialog": ")~" + dialog + R"~(", "do": [)~" + actions + "]}";
 }
 
 } // namespace brenvolt::test

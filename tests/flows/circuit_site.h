@@ -4,11 +4,9 @@
 
 #include "tests/flows/picker_session.h"
 
-#include <filesystem>
 #include <map>
 #include <memory>
 #include <string>
-#include <string_view>
 #include <utility>
 #include <vector>
 
@@ -40,8 +38,7 @@ private:
   PickerTables project_;
 };
 
-/// A step of the dialog, or of another one.
+/// A step of the dialog.
 [[nodiscard]] std::string circuitStep(const std::string& actions);
-[[nodiscard]] std::string stepOf(const std::string& dialog, const std::string& actions);
 
 } // namespace brenvolt::test

@@ -61,8 +61,7 @@ TEST_CASE("units inserted as they stand give the drawing of a direct build, in w
   }
 }
 
-TEST_CASE("a form may build another circuit, which asks when no dialog is open, and leaves the outer one as "
-          "it was") {
+TEST_CASE("a form may build another circuit, which leaves the outer one as it was") {
   const std::vector<std::string> sheet = {
       "OUT|Outer|x|How|Ask|1|1|(build-inner nil)", "||||Build|2|2|(build-inner T)",
       "LMP|Lamp|x|Colour|Red|1|1|(put red)", "END|End||||||(put end)"};
@@ -132,15 +131,6 @@ TEST_CASE("nested templates bring units, and go with them when their run is take
   CHECK_EQ(result.markers, "nil");
   CHECK_EQ(
       result.saved, R"((("AUX" nil "2") ("BRK" nil "1") ("CON" nil "2") ("HEAD" nil "") ("LMP" nil "2")))");
-}
-
-TEST_CASE("a nested template without markers is drawn and brings no unit") {
-  const ConfigResult result = ConfigSite().run(
-      {.markers = "((CON 1))",
-       .steps = {
-           configStep({choosing("Kind", "Empty"), insert, expectingUnits({"Contactor [2]"}), finish})}});
-  checkEnd(result, "T");
-  CHECK_NE(result.drawing.find("circle"), std::string::npos);
 }
 
 TEST_CASE("a choice that is changed behind an undo counts in drawing, history and codes") {
@@ -228,19 +218,6 @@ TEST_CASE("a quit in the middle ends the build and leaves what has been inserted
       {.steps = {configStep({insert, selecting({"Lamp"}), choosing("Colour", "Quit"), insert})}});
   checkEnd(result, "nil");
   CHECK_EQ(result.drawn, R"(("small"))");
-}
-
-TEST_CASE("a run that fails can be taken back, and waits to be inserted again") {
-  const ConfigResult result = ConfigSite().run(
-      {.steps = {
-           configStep({selecting({"Lamp"}), choosing("Colour", "Broken"), insert}),
-           answerStep("ExecutionError", 1),
-           configStep(
-               {expectingUnits({"Breaker", "Contactor", "Lamp [1]"}),
-                expecting("options/Colour", R"("locked": true)"), undo, choosing("Colour", "Red"), insertAll,
-                finish})}});
-  checkEnd(result, "T");
-  CHECK_EQ(result.drawn, R"(("small" "plain" "red"))");
 }
 
 TEST_CASE("what a failed run has drawn keeps its choices until the run is taken back as a whole") {

@@ -211,8 +211,7 @@ TEST_CASE("a motor or a load from the drawing becomes the circuit in hand, and t
   }
 }
 
-TEST_CASE(
-    "names: the first free number is proposed, and the long form keeps the blank of what is not given") {
+TEST_CASE("names: the first free number is proposed, and the long form keeps the blank of a gap") {
   struct Row {
     const wchar_t* circuit;
     std::vector<std::wstring> taken;

@@ -67,6 +67,16 @@ std::string PickerTables::rows(const std::string& query) const {
   return text;
 }
 
+std::string stepOf(const std::string& dialog, const std::string& actions) {
+  return R"~({"dialog": ")~" + dialog + R"~(", "do": [)~" + actions + "]}";
+}
+
+std::string stepsOfFile(const std::filesystem::path& file) {
+  const std::string text = bytesOf(file);
+  const std::size_t list = text.find('[');
+  return text.substr(list, text.rfind(']') - list + 1);
+}
+
 std::map<std::string, std::string> fewMotorsAndLoads() {
   return {
       {"MOTOR_NEC",

@@ -33,6 +33,12 @@ private:
   TemporaryFolder folder_;
 };
 
+/// A step of an answer file: a dialog with actions.
+[[nodiscard]] std::string stepOf(const std::string& dialog, const std::string& actions);
+
+/// The steps of an answer file, in their brackets.
+[[nodiscard]] std::string stepsOfFile(const std::filesystem::path& file);
+
 /// A motor and a load table of a few rows, and options.
 [[nodiscard]] std::map<std::string, std::string> fewMotorsAndLoads();
 

@@ -4,7 +4,6 @@
 #include "host/host_api_lisp.h"
 #include "tests/flows/picker_session.h"
 #include "tests/support/golden.h"
-#include "text/encoding.h"
 
 #include <doctest/doctest.h>
 
@@ -14,18 +13,15 @@ using namespace brenvolt;
 using test::fewMotorsAndLoads;
 using test::PickerSession;
 using test::PickerTables;
+using test::stepOf;
 
 namespace {
 
 constexpr wchar_t motorKey[] = L"ZanBrenvolt::ZanDlgMotorSelect";
 constexpr wchar_t loadKey[] = L"ZanBrenvolt::ZanDlgPowerFeed";
 
-/// One dialog that is closed by `button` after the actions.
-std::string step(const std::string& dialog, const std::string& actions) {
-  return R"~({"dialog": ")~" + dialog + R"~(", "do": [)~" + actions + "]}";
-}
 std::string motorStep(const std::string& actions) {
-  return step("ZanDlgMotorSelect", actions);
+  return stepOf("ZanDlgMotorSelect", actions);
 }
 
 } // namespace
@@ -49,9 +45,7 @@ TEST_CASE("one session fits the sample tables and a few rows, whose recording is
   for (const Row& row : rows) {
     CAPTURE(row.call);
     const std::string name = std::string(row.name) + ".json";
-    const std::string file = test::bytesOf(here / "answers" / name);
-    const std::size_t list = file.find('[');
-    const std::string steps = file.substr(list, file.rfind(']') - list + 1);
+    const std::string steps = test::stepsOfFile(here / "answers" / name);
     CHECK_EQ(PickerSession(site.file(), steps).eval(row.call), row.onSite);
     PickerSession session(few.file(), steps);
     CHECK_EQ(session.eval(row.call), row.onFew);
@@ -183,7 +177,7 @@ TEST_CASE("values that were kept in part or are no numbers have their own defaul
     const std::string expectations = R"~({"expect": "current", "text": ")~" + std::string(row.current) +
                                      R"~("}, {"expect": "multiplier", "text": ")~" + row.multiplier +
                                      R"~("}, {"press": "cancel"})~";
-    PickerSession session(tables.file(), "[" + step(row.dialog, expectations) + "]");
+    PickerSession session(tables.file(), "[" + stepOf(row.dialog, expectations) + "]");
     for (const auto& [name, value] : row.kept)
       session.lisp().host().settings().setValue(row.key, name, value);
     CHECK_EQ(session.eval(row.call), "nil");
@@ -279,8 +273,8 @@ TEST_CASE("ratings are taken from the drawing, asked for until a motor is picked
     other = drawn.eval("(entity-handle other)");
     motor = drawn.eval("(entity-handle motor)");
   }
-  const auto pick = [](const std::string& handle) { return step("pick", R"~({"pick": )~" + handle + "}"); };
-  const std::string cancel = step("pick", R"~({"press": "cancel"})~");
+  const auto pick = [](const std::string& handle) { return stepOf("pick", R"~({"pick": )~" + handle + "}"); };
+  const std::string cancel = stepOf("pick", R"~({"press": "cancel"})~");
 
   struct Row {
     const char* promise;
@@ -324,9 +318,9 @@ TEST_CASE("a load is taken by the mark of its record, and kept under names of it
   }
   PickerSession session(
       tables.file(),
-      "[" + step("ZanDlgPowerFeed", R"~({"set": "multiplier", "to": "1.5"}, {"press": "pick"})~") + "," +
-          step("pick", R"~({"pick": )~" + load + "}") + "," +
-          step("ZanDlgPowerFeed", R"~({"expect": "phaseFilter", "text": "3"},
+      "[" + stepOf("ZanDlgPowerFeed", R"~({"set": "multiplier", "to": "1.5"}, {"press": "pick"})~") + "," +
+          stepOf("pick", R"~({"pick": )~" + load + "}") + "," +
+          stepOf("ZanDlgPowerFeed", R"~({"expect": "phaseFilter", "text": "3"},
                            {"expect": "multiplier", "text": "1.5"}, {"press": "ok"})~") +
           "]");
   session.eval(drawing);
@@ -344,7 +338,7 @@ TEST_CASE("a load is taken by the mark of its record, and kept under names of it
 
 TEST_CASE("without a table of the code the user decides, without a database nothing starts") {
   const PickerTables tables(fewMotorsAndLoads());
-  const std::string accept = step("ZanBrenvolt.LoadTableNotFound", R"~({"press": 1001})~");
+  const std::string accept = stepOf("ZanBrenvolt.LoadTableNotFound", R"~({"press": 1001})~");
   struct Row {
     const char* promise;
     std::string steps;
@@ -352,15 +346,15 @@ TEST_CASE("without a table of the code the user decides, without a database noth
     const char* answer;
   };
   const Row rows[] = {
-      {"declined", step("ZanBrenvolt.MotorTableNotFound", R"~({"press": 2})~"), "(zan_bv_motor_select)",
+      {"declined", stepOf("ZanBrenvolt.MotorTableNotFound", R"~({"press": 2})~"), "(zan_bv_motor_select)",
        "nil"},
       {"accepted, once for the process: the default table serves",
-       accept + "," + step("ZanDlgPowerFeed", R"~({"expect": "table", "text": "FEED_NEC"},
+       accept + "," + stepOf("ZanDlgPowerFeed", R"~({"expect": "table", "text": "FEED_NEC"},
                 {"expect": "dialog", "title": "Select Load"}, {"select": "grid", "row": 1}, {"press": "ok"})~") +
-           "," + step("ZanDlgPowerFeed", R"~({"press": "cancel"})~"),
+           "," + stepOf("ZanDlgPowerFeed", R"~({"press": "cancel"})~"),
        "(list (zan_bv_power_feed_select) (zan_bv_power_feed_select))",
        R"~((("Heater" "1" "kW" "120" "1" "60" 8.33 1.15) nil))~"},
-      {"no database", step("ZanBrenvolt.DatabaseError", R"~({"press": "ok"})~"),
+      {"no database", stepOf("ZanBrenvolt.DatabaseError", R"~({"press": "ok"})~"),
        "(progn (defun c:zan_bv_figure_mccdb_fnam () nil) (zan_bv_motor_select))", "nil"},
   };
   for (const Row& row : rows) {
@@ -375,7 +369,7 @@ TEST_CASE("a table that no fallback serves, accepted all the same, gives an empt
   const PickerTables tables({{"FEED_NEC", fewMotorsAndLoads()["FEED_NEC"]}});
   PickerSession session(
       tables.file(),
-      "[" + step("ZanBrenvolt.MotorTableNotFound", R"~({"press": 1001})~") + "," +
+      "[" + stepOf("ZanBrenvolt.MotorTableNotFound", R"~({"press": 1001})~") + "," +
           motorStep(R"~({"expect": "typeFilter", "choices": ["All"]}, {"expect": "grid", "rows": 0},
                            {"set": "total", "to": "10"}, {"press": "ok"})~") +
           "]");
@@ -396,7 +390,8 @@ int countLocks() {
 
 TEST_CASE("the document is locked while a picker is open") {
   const PickerTables tables(fewMotorsAndLoads());
-  PickerSession session(tables.file(), "[" + step("ZanBrenvolt.DatabaseError", R"~({"press": "ok"})~") + "]");
+  PickerSession session(
+      tables.file(), "[" + stepOf("ZanBrenvolt.DatabaseError", R"~({"press": "ok"})~") + "]");
   REQUIRE_EQ(kvedDefun(L"count_locks", 900), kvstatus::normal);
   REQUIRE_EQ(kvedRegFunc(countLocks, 900), kvstatus::normal);
   session.eval("(defun c:zan_bv_figure_mccdb_fnam () (count_locks))");

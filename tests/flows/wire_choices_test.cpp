@@ -49,12 +49,3 @@ TEST_CASE("a placed circuit brings its numbers and texts; ticks come from the ci
   CHECK(choices.useVoltageDrop);
   CHECK(choices.isOpen(OpenField::voltage));
 }
-
-TEST_CASE("a load has its own multiplier and power factor") {
-  CircuitContext context;
-  context.circuit.flaMultiplier = 1.25;
-  context.circuit.powerFactor = 0.85;
-  context.load = {1.0, -1.0};
-  CHECK_EQ(loadChoices(context).flaMultiplier, 1.0);
-  CHECK_EQ(loadChoices(context).powerFactor, -1.0);
-}

@@ -3,7 +3,6 @@
 #include "tests/flows/picker_session.h"
 #include "tests/support/golden.h"
 #include "tests/support/temporary_folder.h"
-#include "text/encoding.h"
 
 #include <doctest/doctest.h>
 
@@ -13,6 +12,7 @@
 using namespace brenvolt;
 using test::PickerSession;
 using test::PickerTables;
+using test::stepOf;
 
 namespace {
 
@@ -23,11 +23,8 @@ const std::filesystem::path& siteTables() {
   return file;
 }
 
-std::string step(const std::string& dialog, const std::string& actions) {
-  return R"({"dialog": ")" + dialog + R"(", "do": [)" + actions + "]}";
-}
 std::string lookupStep(const std::string& actions) {
-  return step("ZanDlgWireSelect", actions);
+  return stepOf("ZanDlgWireSelect", actions);
 }
 
 /// A motor's circuit, as a motor picker leaves it.
@@ -61,12 +58,9 @@ constexpr char wire[] = "(zan_bv_wire_select)";
 } // namespace
 
 TEST_CASE("a whole session on the sample tables, as a person sees it") {
-  const std::filesystem::path here = "tests/flows";
-  const std::string file = test::bytesOf(here / "answers" / "wire_select.json");
-  const std::size_t list = file.find('[');
-  PickerSession session(siteTables(), file.substr(list, file.rfind(']') - list + 1));
+  PickerSession session(siteTables(), test::stepsOfFile("tests/flows/answers/wire_select.json"));
   CHECK_EQ(session.eval(wire), R"(("8AWG" ""))");
-  CHECK(test::matchesGolden(here / "golden" / "wire_select.json", session.recording()));
+  CHECK(test::matchesGolden("tests/flows/golden/wire_select.json", session.recording()));
 }
 
 TEST_CASE("fields, changes and answers of the lookup") {
@@ -143,6 +137,15 @@ TEST_CASE("fields, changes and answers of the lookup") {
           {"expect": "ambientRange", "text": "41~45C"}, {"expect": "ambientFactor", "text": "0.71"},
           {"press": "ok"})",
        R"(("4AWG" ""))"},
+      {"the circuit's own ambient range opens with its factor", wire,
+       [] {
+         putMotor();
+         circuitData().useAmbient = true;
+         circuitData().ambientRange = L"41~45C";
+       },
+       R"({"expect": "ambientCorrection", "checked": true}, {"expect": "ambientRange", "text": "41~45C"},
+          {"expect": "ambientFactor", "text": "0.82"}, {"press": "ok"})",
+       R"(("8AWG" ""))"},
   };
   for (const SessionRow& row : rows)
     runRow(row);
@@ -157,7 +160,7 @@ TEST_CASE("a field that is left by a click into the table: the click means the s
     const char* answer;
   };
   const std::string typed = R"({"type": "current", "to": "200"}, )";
-  const std::string question = step("ZanBrenvolt.WirAmpacityExceeded", R"({"press": 2})") + ",";
+  const std::string question = stepOf("ZanBrenvolt.WirAmpacityExceeded", R"({"press": 2})") + ",";
   const Row rows[] = {
       {"the size is gone: nothing is selected, and the table is that of the fields", 10.0,
        leftBy(typed + R"do({"select": "grid", "row": {"Size": "14 AWG"}},
@@ -236,9 +239,9 @@ TEST_CASE("an overloaded size is taken only after a question") {
   const std::string select = R"({"select": "grid", "row": {"Size": "12 AWG"}})";
   PickerSession session(
       siteTables(), "[" + lookupStep(select + R"(, {"press": "ok"})") + "," +
-                        step("ZanBrenvolt.WirAmpacityExceeded", R"({"press": 2})") + "," +
+                        stepOf("ZanBrenvolt.WirAmpacityExceeded", R"({"press": 2})") + "," +
                         lookupStep(R"({"doubleClick": "grid", "row": {"Size": "12 AWG"}})") + "," +
-                        step("ZanBrenvolt.WirAmpacityExceeded", R"({"press": 1001})") + "]");
+                        stepOf("ZanBrenvolt.WirAmpacityExceeded", R"({"press": 1001})") + "]");
   putMotor();
   CHECK_EQ(session.eval(wire), R"(("12AWG" ""))");
 }
@@ -246,12 +249,12 @@ TEST_CASE("an overloaded size is taken only after a question") {
 TEST_CASE("no database, a declined alert: the lookup does not open") {
   {
     PickerSession session(
-        "no/such/folder/tables.db", "[" + step("ZanBrenvolt.DatabaseError", R"({"press": "ok"})") + "]");
+        "no/such/folder/tables.db", "[" + stepOf("ZanBrenvolt.DatabaseError", R"({"press": "ok"})") + "]");
     CHECK_EQ(session.eval(wire), "nil");
   }
   PickerSession session(
-      siteTables(), "[" + step("ZanBrenvolt.TableNotFound", R"({"press": 2})") + "," +
-                        step("ZanBrenvolt.TableNotFound", R"({"press": 1001})") + "," +
+      siteTables(), "[" + stepOf("ZanBrenvolt.TableNotFound", R"({"press": 2})") + "," +
+                        stepOf("ZanBrenvolt.TableNotFound", R"({"press": 1001})") + "," +
                         lookupStep(R"({"press": "cancel"})") + "]");
   session.eval("(setq GBL_qn_electcodestd \"CEC\")");
   CHECK_EQ(session.eval("(list (zan_bv_wire_select) (zan_bv_wire_select))"), "(nil nil)");
@@ -261,7 +264,7 @@ TEST_CASE("a standard whose tables are missing leaves the lists as they were") {
   PickerSession session(
       siteTables(),
       "[" + lookupStep(R"({"choose": "wireStandard", "to": "MM2"})") + "," +
-          step("ZanBrenvolt.TableNotFound", R"({"press": 2})") + "," +
+          stepOf("ZanBrenvolt.TableNotFound", R"({"press": 2})") + "," +
           lookupStep(
               R"({"expect": "wireMetal", "text": "CU", "choices": ["AL", "CU"]}, {"press": "cancel"})") +
           "]");
@@ -272,9 +275,11 @@ TEST_CASE("a standard whose tables are missing leaves the lists as they were") {
 TEST_CASE("a report goes to workbook, csv and tabbed text, replaced and appended to") {
   const test::TemporaryFolder folder;
   const auto report = [&folder](const std::string& name) { return (folder / name).string(); };
-  const auto save = [](const std::string& actions) { return step("file", actions + R"(, {"press": "ok"})"); };
+  const auto save = [](const std::string& actions) {
+    return stepOf("file", actions + R"(, {"press": "ok"})");
+  };
   const auto ask = [](int button) {
-    return step("ZanBrenvolt.WireSizeLookupSaveAs", R"({"press": )" + std::to_string(button) + "}");
+    return stepOf("ZanBrenvolt.WireSizeLookupSaveAs", R"({"press": )" + std::to_string(button) + "}");
   };
   const auto path = [&report](const std::string& name) {
     return R"({"set": "path", "to": ")" + report(name) + R"("})";
@@ -322,7 +327,7 @@ constexpr char drawing[] = R"lisp(
   (entity-data-set! placed "ORL_QN_BV_CIRCPARAMS2" "((\"4AWG(2)\" \"BLK\" \"1\")(\"8AWG\" nil \"3\"))"))lisp";
 
 std::string pickStep(const std::string& handle) {
-  return step("pick", R"({"pick": ")" + handle + R"("})");
+  return stepOf("pick", R"({"pick": ")" + handle + R"("})");
 }
 
 } // namespace
@@ -348,8 +353,7 @@ TEST_CASE("a placed circuit is edited from its record and answers its components
   CHECK_EQ(session.eval("(zan_bv_edit_wiresize \"text\")"), "nil");
 }
 
-TEST_CASE(
-    "a pick goes on past other entities to a placed circuit, or to a device that asks for its motor first") {
+TEST_CASE("a pick goes on to a placed circuit, or to a device that asks for its motor first") {
   std::string line;
   std::string placed;
   std::string device;
@@ -366,7 +370,7 @@ TEST_CASE(
   }
   const std::string ok = R"({"press": "ok"})";
   const std::string cancel = R"({"press": "cancel"})";
-  const std::string motor = step("ZanDlgMotorSelect", R"({"select": "grid", "row": 1},)" + ok) + ",";
+  const std::string motor = stepOf("ZanDlgMotorSelect", R"({"select": "grid", "row": 1},)" + ok) + ",";
   struct Row {
     std::string steps;
     const char* prepare;
@@ -378,9 +382,9 @@ TEST_CASE(
            lookupStep(R"({"tick": "parallel", "to": true}, {"choose": "parallelCount", "to": "2"},)" + ok),
        "", R"x((PLACED "4AWG(2)" 7))x"},
       {placed + lookupStep(ok), "(setq GBL_qn_electcodestd nil)", R"((PLACED "4AWG" 0))"},
-      {device + step("ZanDlgMotorSelect", cancel), "", "nil"},
+      {device + stepOf("ZanDlgMotorSelect", cancel), "", "nil"},
       {device + motor + lookupStep(cancel), "", "nil"},
-      {line + step("pick", cancel), "", "nil"},
+      {line + stepOf("pick", cancel), "", "nil"},
   };
   for (const Row& row : rows) {
     CAPTURE(row.steps);
