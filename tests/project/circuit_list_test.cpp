@@ -1,7 +1,6 @@
 // Workbooks as files: the catalogue, the annotation codes, and sheets that cannot be used.
 #include "project/circuit_list.h"
 
-#include "tests/support/golden.h"
 #include "tests/support/sheets.h"
 #include "tests/support/temporary_folder.h"
 #include "text/numbers.h"
