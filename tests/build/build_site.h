@@ -12,7 +12,6 @@
 #include "tests/support/temporary_folder.h"
 
 #include <memory>
-#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>

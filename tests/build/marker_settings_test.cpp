@@ -81,8 +81,7 @@ std::string motorsOf(const Tree& tree, const MarkerSettings::RowsOfMotor& rows) 
 
 } // namespace
 
-TEST_CASE(
-    "markers get the rows of the motor that their order has reached, in a direct build and in the dialog") {
+TEST_CASE("markers get the rows of the motor that their order has reached, in every way of building") {
   struct Row {
     const char* promise;
     const wchar_t* tree;

@@ -4,7 +4,6 @@
 #include "simhost/drawing/drawing_database.h"
 
 #include <string>
-#include <string_view>
 #include <utility>
 #include <vector>
 

@@ -3,13 +3,12 @@
 #include "circuits/set/sheet_maker.h"
 #include "circuits/set/type_rules.h"
 #include "simhost/host/errors.h"
+#include "tests/support/golden.h"
+#include "tests/support/temporary_folder.h"
 
 #include <doctest/doctest.h>
 
 #include <algorithm>
-#include <cstdlib>
-#include <filesystem>
-#include <fstream>
 #include <string>
 
 using namespace circuits;
@@ -17,21 +16,11 @@ using simhost::Box;
 
 namespace {
 
-class ListFile final {
-public:
-  explicit ListFile(const std::string& bytes) {
-    std::string name = (std::filesystem::temp_directory_path() / "brenvolt_list_XXXXXX").string();
-    REQUIRE(::mkdtemp(name.data()) != nullptr);
-    folder_ = name;
-    std::ofstream(path(), std::ios::binary) << bytes;
-  }
-  ListFile(const ListFile&) = delete;
-  ListFile& operator=(const ListFile&) = delete;
-  ~ListFile() { std::filesystem::remove_all(folder_); }
-  [[nodiscard]] std::string path() const { return (folder_ / "l.csv").string(); }
+struct ListFile {
+  explicit ListFile(const std::string& bytes) { brenvolt::test::writeBytes(path(), bytes); }
+  [[nodiscard]] std::string path() const { return (folder / "l.csv").string(); }
 
-private:
-  std::filesystem::path folder_;
+  brenvolt::test::TemporaryFolder folder;
 };
 
 /// Tag, load and description of each row, then the faults, without the file's folder.

@@ -173,8 +173,7 @@ void killWriters(const FileKind& kind, int kills) {
 
 } // namespace
 
-TEST_CASE(
-    "a program that is killed while it writes leaves the old file or the whole new one, of every kind") {
+TEST_CASE("a program that is killed while it writes leaves the old or the new file, of every kind") {
   for (const FileKind& kind : kinds)
     killWriters(kind, std::getenv("BRENVOLT_PROVE") != nullptr ? 1000 : 12);
 }

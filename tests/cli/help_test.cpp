@@ -7,8 +7,8 @@
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
-#include <sstream>
 
+using brenvolt::checkHolds;
 using brenvolt::linesOf;
 using brenvolt::ToolFolder;
 using brenvolt::ToolRun;
@@ -93,7 +93,7 @@ TEST_CASE("a wrong name of a subcommand or an option brings the nearest right on
     CAPTURE(row.report);
     const ToolRun run = folder.run(row.words);
     CHECK_EQ(run.exitCode, 1);
-    CHECK_MESSAGE(run.errors.find(row.report) != std::string::npos, run.errors);
+    checkHolds(run.errors, {row.report});
   }
   // Behind "--" everything is a value.
   CHECK_EQ(folder.run({"expr", "--", "--i", "5"}).output, "5\n");
@@ -109,7 +109,7 @@ TEST_CASE("manual pages are free of faults, and the help of each option is on th
         std::string option;
         for (const char c : line.substr(2, line.find_first_of(" ,", 2) - 2))
           option += c == '-' ? "\\-" : std::string(1, c);
-        CHECK_MESSAGE(page.find(option) != std::string::npos, line);
+        checkHolds(page, {option});
       }
   }
   if (!hasProgram(folder, "groff")) return;

@@ -105,33 +105,6 @@ TEST_CASE("wrong arguments give code 1, a file that cannot be written code 4, he
   CHECK(run.output.empty());
 }
 
-TEST_CASE("a question without an answer names the dialog, ends the run and stands in the recording") {
-  const ToolFolder folder;
-  const std::vector<std::string> form = {
-      "-e", "(progn (pick-entity \"Select: \") (princ \"went on\"))", "--record", folder.path("record.json")};
-  std::vector<std::string> arguments = {"lisp", "--save", folder.path("d.json")};
-  arguments.insert(arguments.end(), form.begin(), form.end());
-  const ToolRun run = folder.run(arguments);
-  CHECK(run.exitCode == 3);
-  CHECK_MESSAGE(contains(run.errors, "\"pick\" has no answer"), run.errors);
-  CHECK_FALSE(contains(run.output, "went on"));
-  CHECK_FALSE(folder.has("d.json"));
-  CHECK(contains(folder.read("record.json"), "\"dialog\": \"pick\""));
-
-  const std::string answers = folder.write(
-      "answers.json",
-      R"({"format": "brenvolt-answers", "version": 1, "steps": [{"dialog": "pick", "do": [{"pick": null}]}]})");
-  arguments = {"lisp", "--answers", answers};
-  arguments.insert(arguments.end(), form.begin(), form.end());
-  const ToolRun answered = folder.run(arguments);
-  CHECK_MESSAGE(answered.exitCode == 0, answered.errors);
-  CHECK(answered.output == "went on\n\"went on\"\n");
-  // A recording can be used as the answers of the same run.
-  arguments[2] = folder.write("again.json", folder.read("record.json"));
-  CHECK(folder.run(arguments).exitCode == 0);
-  CHECK(folder.read("record.json") == folder.read("again.json"));
-}
-
 TEST_CASE("the prompt reads forms from a pipe, goes on behind an error and ends with its code") {
   const ToolFolder folder;
   const ToolRun run = folder.run({"lisp"}, "(+ 1 ; one (\n 2)\n(string-append \"a(\" \"b\")\n\n'x\n");

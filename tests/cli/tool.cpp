@@ -1,6 +1,7 @@
 // Starts the tool through the shell, with its streams in files.
 #include "tool.h"
 
+#include <doctest/doctest.h>
 #include <sys/wait.h>
 
 #include <cstdlib>
@@ -31,6 +32,11 @@ std::vector<std::string> linesOf(const std::string& text) {
   for (std::string line; std::getline(in, line);)
     lines.push_back(line);
   return lines;
+}
+
+void checkHolds(const std::string& text, std::initializer_list<std::string> parts) {
+  for (const std::string& part : parts)
+    CHECK_MESSAGE(text.find(part) != std::string::npos, "lacks \"", part, "\": ", text);
 }
 
 std::string ToolFolder::path(const std::string& name) const {

@@ -3,6 +3,7 @@
 
 #include "tests/support/temporary_folder.h"
 
+#include <initializer_list>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -18,6 +19,9 @@ struct ToolRun {
 /// The tool as it was built, by its whole path.
 [[nodiscard]] std::string toolPath();
 [[nodiscard]] std::vector<std::string> linesOf(const std::string& text);
+
+/// Checks that each part is in the text, which is shown otherwise.
+void checkHolds(const std::string& text, std::initializer_list<std::string> parts);
 
 /// A folder of its own for one test; every run of the tool has its home there, so that no settings of a user matter.
 class ToolFolder final {

@@ -9,7 +9,6 @@
 #include <doctest/doctest.h>
 
 #include <algorithm>
-#include <filesystem>
 #include <map>
 #include <set>
 #include <string>
@@ -340,17 +339,16 @@ TEST_CASE("a reader's change is refused in the server's words, and nothing of th
   CHECK(shared.run({"motors", "--site", shared.site().site()}).exitCode == 0);
   const ToolRun edit = shared.run({"sql", asReader, "DELETE FROM [MOTOR_NEC]", "--write"});
   CHECK(edit.exitCode == 3);
-  CHECK_MESSAGE(edit.errors.find("permission denied for table MOTOR_NEC") != std::string::npos, edit.errors);
+  checkHolds(edit.errors, {"permission denied for table MOTOR_NEC"});
   const ToolRun drawn = shared.site().draw(motor, "out.json", {"--history", motor.history});
   CHECK(drawn.exitCode == 3);
-  CHECK_MESSAGE(drawn.errors.find("permission denied") != std::string::npos, drawn.errors);
+  checkHolds(drawn.errors, {"permission denied"});
   CHECK_FALSE(shared.site().folder().has("out.json"));
   CHECK(shared.written().empty());
   CHECK(shared.chosenParts().size() == 1);
 }
 
-TEST_CASE(
-    "a server that goes away in the middle of a build costs that build, and the next one reaches it again") {
+TEST_CASE("a server that goes away costs the build, and the next one reaches it again") {
   if (isSkipped()) return;
   const ServerSite shared("brenvolt_lost");
   // The second time that the build asks for its tables, the server has ended the role's sessions and lets it in no more.
@@ -372,8 +370,7 @@ TEST_CASE(
           .exitCode == 0);
   const ToolRun lost = shared.site().draw(motor, "out.json", {"--history", motor.history});
   CHECK(lost.exitCode == 3);
-  CHECK_MESSAGE(
-      (lost.output + lost.errors).find("not permitted to log in") != std::string::npos, lost.output);
+  checkHolds(lost.output + lost.errors, {"not permitted to log in"});
   CHECK_FALSE(shared.site().folder().has("out.json"));
   CHECK(shared.written().empty());
 

@@ -3,7 +3,6 @@
 
 #include <doctest/doctest.h>
 
-#include <filesystem>
 #include <string>
 
 using namespace brenvolt;
