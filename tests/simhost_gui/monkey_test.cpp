@@ -39,14 +39,16 @@ public:
     plan();
   }
 
-  [[nodiscard]] int steps() const { return steps_; }
   [[nodiscard]] bool isHome() const {
-    return clock_.elapsed() > playTime_ && !gui_.window.runner().isBusy() &&
-           QApplication::activeModalWidget() == nullptr && QApplication::activePopupWidget() == nullptr;
+    return isOver() && !gui_.window.runner().isBusy() && QApplication::activeModalWidget() == nullptr &&
+           QApplication::activePopupWidget() == nullptr;
   }
-  [[nodiscard]] bool isLost() const { return clock_.elapsed() > playTime_ + 30'000; }
+  [[nodiscard]] bool isLost() const { return clock_.elapsed() > playTime_ + 300'000; }
 
 private:
+  /// On a slow machine it takes the time that some steps need.
+  [[nodiscard]] bool isOver() const { return clock_.elapsed() > playTime_ && steps_ > leastSteps; }
+
   /// The next step is planned first: one that opens a window comes back when that is closed, and a timer does not call what
   /// still runs.
   void plan() {
@@ -103,7 +105,7 @@ private:
   void step() {
     ++steps_;
     QWidget& window = top();
-    if (clock_.elapsed() > playTime_) return goHome(window);
+    if (isOver()) return goHome(window);
     static constexpr Qt::Key keys[] = {Qt::Key_Tab,  Qt::Key_Return, Qt::Key_Escape, Qt::Key_Down,
                                        Qt::Key_Up,   Qt::Key_Right,  Qt::Key_Left,   Qt::Key_Space,
                                        Qt::Key_Home, Qt::Key_End,    Qt::Key_1,      Qt::Key_0,
@@ -133,6 +135,7 @@ private:
     }
   }
 
+  static constexpr int leastSteps = 50;
   GuiFixture& gui_;
   std::mt19937 random_;
   int playTime_;
@@ -163,7 +166,6 @@ TEST_CASE("random keys, clicks and commands end nothing, and undo to the start r
       Monkey monkey(gui, seed, patience * 1000);
       while (!monkey.isHome() && !monkey.isLost())
         QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents, 50);
-      CHECK_GT(monkey.steps(), 50);
       REQUIRE_FALSE(monkey.isLost());
     }
     REQUIRE_FALSE(gui.window.runner().isBusy());

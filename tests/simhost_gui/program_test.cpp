@@ -27,7 +27,7 @@ ProgramRun run(const std::string& environment, const std::string& arguments) {
   const std::string program = std::string(folder == nullptr ? "out/bin" : folder) + "/brenvolt-gui";
   ProgramRun result;
   FILE* pipe =
-      ::popen(("timeout 60 env " + environment + " '" + program + "' " + arguments + " 2>&1").c_str(), "r");
+      ::popen(("timeout 600 env " + environment + " '" + program + "' " + arguments + " 2>&1").c_str(), "r");
   REQUIRE(pipe != nullptr);
   std::array<char, 512> bytes{};
   while (std::fgets(bytes.data(), static_cast<int>(bytes.size()), pipe) != nullptr)

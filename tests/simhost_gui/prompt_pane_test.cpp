@@ -29,6 +29,8 @@ TEST_CASE("lines come back with the arrow keys, and in the next window") {
   {
     GuiFixture gui(settings);
     PromptPane& pane = gui.window.panels().prompt();
+    CHECK_FALSE(pane.isVisible());
+    gui.window.action(HostText::promptPanel).trigger();
     enter(pane, "(+ 1 2)");
     enter(pane, "(+ 1 2)"); // the same again is one line of the history
     enter(pane, "(list \"a\\nb\")");
@@ -43,8 +45,10 @@ TEST_CASE("lines come back with the arrow keys, and in the next window") {
     QTest::keyClick(&lineOf(pane), Qt::Key_Down);
     QTest::keyClick(&lineOf(pane), Qt::Key_Down);
     CHECK(lineOf(pane).text() == QStringLiteral("(new"));
+    gui.window.close();
   }
   GuiFixture next(settings);
+  CHECK(next.window.panels().prompt().isVisible());
   CHECK(next.window.panels().prompt().history().last() == QStringLiteral("(list \"a\\nb\")"));
 }
 

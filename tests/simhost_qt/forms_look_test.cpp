@@ -150,8 +150,7 @@ TEST_CASE("each form fits a small screen, and nothing on it is cut off or covere
   QApplication::setFont(plain);
 }
 
-TEST_CASE(
-    "each control has a label that leads to it, a letter of its own, and its turn in the order of the form") {
+TEST_CASE("each control has a label that leads to it, a letter of its own, and its turn") {
   simhost::test::startApplication();
   for (const char* language : {"en", "de"})
     for (const std::wstring& name : formNames()) {

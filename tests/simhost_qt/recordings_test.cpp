@@ -31,8 +31,7 @@ struct Replayed {
 
 } // namespace
 
-TEST_CASE(
-    "what a person does in the windows is recorded, and gives the same drawing and history without them") {
+TEST_CASE("what a person does in the windows is recorded, and gives the same without them") {
   int count = 0;
   for (const auto& entry : std::filesystem::directory_iterator("tests/site/sessions")) {
     CAPTURE(entry.path().filename().string());
