@@ -53,28 +53,6 @@ TEST_CASE("a drawing reads back as it was written, handles and order included") 
       loaded.drawing->addEntity(drawing.modelSpace(), makeLine(0, 0, 1, 1)) == drawing.store().nextHandle());
 }
 
-TEST_CASE("a file has one line for each entity, layer and variable") {
-  DrawingDatabase drawing;
-  drawing.putLayer({L"W", {255, 0, 0}, LineType::dashed, std::vector<WireSetting>{{1, L"x"}, {290, 1}}});
-  const KvDbHandle block = drawing.addBlock(L"B", {1.0, 0.0, 0.0});
-  const KvDbHandle placed = drawing.addEntity(drawing.modelSpace(), makeReference(block, 0.25, -3));
-  drawing.addEntity(placed, makeAttribute(L"TAG", L"\"Q\u00e4\""));
-  CHECK(
-      drawingToJson(drawing) ==
-      "{\n\"format\":\"brenvolt-drawing\",\n\"version\":1,\n\"nextHandle\":\"7\",\n"
-      "\"variables\":{\n\"TILEMODE\":1\n},\n\"layers\":[\n"
-      "{\"name\":\"0\",\"colour\":\"#000000\",\"lineType\":\"continuous\"},\n"
-      "{\"name\":\"W\",\"colour\":\"#ff0000\",\"lineType\":\"dashed\","
-      "\"wireSettings\":[[1,\"x\"],[290,1]]}\n],\n\"blocks\":[\n"
-      "{\"handle\":\"2\",\"name\":\"*Model_Space\",\"base\":[0,0],\"entities\":[\n"
-      "{\"handle\":\"5\",\"kind\":\"block-reference\",\"layer\":\"0\",\"block\":\"B\","
-      "\"position\":[0.25,-3],\"attributes\":[{\"handle\":\"6\",\"kind\":\"attribute\","
-      "\"layer\":\"0\",\"tag\":\"TAG\",\"position\":[0,0],\"text\":\"\\\"Q\u00e4\\\"\","
-      "\"height\":2.5}]}\n]},\n"
-      "{\"handle\":\"3\",\"name\":\"*Paper_Space\",\"base\":[0,0],\"entities\":[]},\n"
-      "{\"handle\":\"4\",\"name\":\"B\",\"base\":[1,0],\"entities\":[]}\n]\n}\n");
-}
-
 TEST_CASE("a damaged file is told with its place and reason") {
   const std::string good = fullDrawing();
   const struct {

@@ -1,6 +1,5 @@
 #include "drawing_fixtures.h"
 #include "simhost/drawing/drawing_file.h"
-#include "simhost/drawing/geometry.h"
 #include "simhost/drawing/insertion.h"
 
 #include <doctest/doctest.h>
@@ -124,14 +123,4 @@ TEST_CASE("layers can be renamed on the way and a drawing can come in as a block
   insertion = {};
   insertion.layer = [](const std::wstring& /*layer*/) { return L""; };
   CHECK(faultWith(insertion));
-}
-
-TEST_CASE("nested placements are the same as one after the other") {
-  const Placement inner({1.0, 2.0, 0.0}, {5.0, 5.0, 0.0}, 2.0, 90.0);
-  const Placement outer({0.0, 0.0, 0.0}, {-3.0, 7.0, 0.0}, -1.5, 270.0);
-  const KvPoint3d point{4.0, 9.0, 0.0};
-  CHECK(outer.of(inner).apply(point) == outer.apply(inner.apply(point)));
-  CHECK(inner.apply({1.0, 2.0, 0.0}) == KvPoint3d{5.0, 5.0, 0.0});
-  CHECK(inner.apply({2.0, 2.0, 0.0}) == KvPoint3d{5.0, 7.0, 0.0});
-  CHECK(outer.angle(30.0) == 120.0);
 }

@@ -165,21 +165,6 @@ TEST_CASE("what is near is found at every scale of coordinates") {
   }
 }
 
-TEST_CASE("a group is one record and a group without a change is none") {
-  DrawingDatabase drawing;
-  UndoLog& log = drawing.undoLog();
-  {
-    UndoGroup group(log);
-    drawing.setVariable(L"TILEMODE", 1); // as it is already
-  }
-  CHECK(log.undoCount() == 0);
-  {
-    UndoGroup group(log);
-    fillWithEverything(drawing);
-  }
-  CHECK(log.undoCount() == 1);
-}
-
 TEST_CASE("an undo that is refused changes nothing") {
   DrawingDatabase drawing;
   UndoLog& log = drawing.undoLog();

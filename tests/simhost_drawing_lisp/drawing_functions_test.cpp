@@ -105,32 +105,6 @@ TEST_CASE("what is drawn can be asked for again") {
   }
 }
 
-TEST_CASE("a template drawing comes in with scale and position") {
-  Bench source;
-  source.run(motorBlock);
-  source.run(R"((insert-block "Motor" '(1 2)) (draw-line '(0 0) '(1 1) "Wires"))");
-  Bench bench;
-  bench.templateJson = drawingToJson(*source.drawing);
-  CHECK(
-      bench.run(R"((mapcar (lambda (e) (entity-get e 'kind)) (insert-drawing "template" '(100 0) 2)))") ==
-      R"(("block-reference" "line"))");
-  CHECK(bench.run("(entity-get (entity-last) 'to)") == "(102.0 2.0 0.0)");
-  CHECK(bench.run("(wire-layers)") == R"(("Wires"))");
-  CHECK(
-      bench.run(R"((insert-drawing "none" '(0 0)))") == "error: INSERT-DRAWING: none: cannot read the file");
-}
-
-TEST_CASE("undo from LISP goes back to a position that was asked for") {
-  Bench bench;
-  const std::string before = drawingToJson(*bench.drawing);
-  bench.run("(setq start (undo-count)) (draw-line '(0 0) '(1 1)) (setq mid (undo-count)) (draw-line '(0 0) "
-            "'(2 2))");
-  CHECK(bench.run("(progn (undo (- (undo-count) mid)) (length (entities-in-space)))") == "1");
-  CHECK(bench.run("(progn (undo (- (undo-count) start)) (entity-last))") == "nil");
-  CHECK(drawingToJson(*bench.drawing) == before);
-  CHECK(bench.run("(list (redo 2) (length (entities-in-space)) (undo 9))") == "(T 2 nil)");
-}
-
 TEST_CASE("a block whose drawing fails is not defined, and what was drawn is one step of undo") {
   Bench bench;
   const std::string before = drawingToJson(*bench.drawing);
