@@ -92,6 +92,59 @@ TEST_CASE("a motor or load group among the options makes a control unit, but not
   }
 }
 
+TEST_CASE("catalogue managers belong to the head made before them, the first ones to the first head") {
+  LispSession session;
+  MakerScope maker;
+  std::vector<std::unique_ptr<ZanConfigUnit>> units;
+  for (const char kind : std::string("ppMpMp")) {
+    units.push_back(std::make_unique<ZanConfigUnit>(static_cast<std::int32_t>(units.size())));
+    units.back()->options = kind == 'M' ? controlRecord(L"!MCC_CTRL") : partRecord();
+    if (kind == 'M') CHECK_EQ(maker->FindHead(units[0]->FindManager(1)) == nullptr, units.size() == 3);
+    REQUIRE(maker->MakeManagers(*units.back()));
+  }
+  const auto headOf = [&](std::size_t unit) { return maker->FindHead(units[unit]->FindManager(1)); };
+  const ZanWidgetManager* first = units[2]->FindManager(controlOptionCode);
+  const ZanWidgetManager* second = units[4]->FindManager(controlOptionCode);
+  CHECK_EQ(headOf(0), first);
+  CHECK_EQ(headOf(1), first);
+  CHECK_EQ(headOf(3), first);
+  CHECK_EQ(headOf(5), second);
+  CHECK_EQ(maker->FindHead(first), nullptr);
+}
+
+TEST_CASE("each motor keeps its own circuit, and the one at work has it in hand") {
+  LispSession session;
+  MakerScope maker;
+  const auto makeMotor = [&maker](std::int32_t id) {
+    auto unit = std::make_unique<ZanConfigUnit>(id);
+    unit->options = controlRecord(L"!MCC_CTRL");
+    REQUIRE(maker->MakeManagers(*unit));
+    return unit;
+  };
+  const auto motorOf = [](const ZanConfigUnit& unit) {
+    return dynamic_cast<ZanWidgetManagerMcc*>(unit.FindManager(controlOptionCode));
+  };
+  auto first = makeMotor(1);
+  maker.circuit.circuit.fla = 1.0;
+  maker.circuit.circuit.groundSize = L"10AWG"; // as a wire lookup of the first page leaves it
+  maker.circuit.circuit.wireChosen = true;
+  maker.acceptedTables[L"MOTOR_I_MAP"] = 1;
+  auto second = makeMotor(2);
+  CHECK(maker.acceptedTables.empty()); // a new circuit asks again
+  CHECK_FALSE(maker.circuit.circuit.wireChosen); // nothing of the first one's wires
+  CHECK(maker.circuit.circuit.groundSize.empty());
+  REQUIRE(motorOf(*second)->OnCellChanged(0, 8, L"28"));
+  CHECK_EQ(maker.circuit.circuit.fla, 28.0);
+  REQUIRE(motorOf(*first)->OnCellChanged(0, 9, L"1.25"));
+  CHECK_EQ(maker.circuit.circuit.fla, 1.0);
+  CHECK_EQ(maker.circuit.circuit.groundSize, L"10AWG");
+  CHECK_EQ(motorOf(*second)->circuit().circuit.fla, 28.0);
+  // The run of the active one is undone: the other one is the circuit.
+  first.reset();
+  maker->TakeBackRun(1);
+  CHECK_EQ(maker.circuit.circuit.fla, 28.0);
+}
+
 TEST_CASE("a motor that was undone takes no parts over and makes room for the next one") {
   LispSession session;
   MakerScope maker;

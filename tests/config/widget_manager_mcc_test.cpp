@@ -323,6 +323,30 @@ TEST_CASE("wire choices that came with a unit go out again as long as none is ma
   }
 }
 
+TEST_CASE("parts are kept under the motor last exported, up to the first group that is cut short") {
+  const std::vector<std::wstring> tables = {L"CB", L"FU", L"DS"};
+  ManagerResults loaded;
+  ManagerResults withoutMotor;
+  runPage("", MccMode::load, {}, [&](MccPage& page, ZanSettingsWnd&) {
+    ZanWidgetManagerMcc& manager = page.manager;
+    manager.SaveCatalog(L"CB01", 7, {{L"CB", {L"ACME", L"CB-0"}}});
+    manager.LoadCatalog(L"CB01", 7, tables, withoutMotor);
+    ZanAnnotationData data(rowname::loadSetup);
+    for (const wchar_t* value : {L"Heater", L"2", L"kW", L"120", L"1", L"60"})
+      data.AddText(value, L"");
+    ZanAnnotationDataList rows;
+    rows.AddRow(data);
+    manager.ImportRows(rows);
+    manager.SaveCatalog(
+        L"CB01", 7, {{L"CB", {L"ACME", L"CB-30", L"", L"2"}}, {L"FU", {L"short"}}, {L"DS", {L"ACME", L"D"}}});
+    manager.LoadCatalog(L"CB01", 7, tables, loaded);
+  });
+  CHECK(withoutMotor.empty());
+  REQUIRE_EQ(loaded.size(), 1);
+  CHECK_EQ(loaded[0].first, L"CB");
+  CHECK_EQ(joined(loaded[0].second).substr(0, 13), "ACME CB-30  2");
+}
+
 TEST_CASE("parts that cannot be stored are told, and what stands behind them is not stored") {
   const SiteTables tables;
   TextSession session;
