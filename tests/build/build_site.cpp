@@ -50,16 +50,16 @@ constexpr std::string_view dialogs =
     "text 22435 = marker %s: its grounding conductor has no size\n"
     "text 22440 = %s %s %s %s %s\n";
 
-std::vector<simhost::AnswerStep> answers(int executionErrors, int button) {
+std::vector<simhost::AnswerStep> answers(int executionErrors) {
   std::vector<simhost::AnswerStep> steps(
-      static_cast<std::size_t>(executionErrors), press("ZanBrenvolt.ExecutionError", button));
+      static_cast<std::size_t>(executionErrors), press("ZanBrenvolt.ExecutionError", kvui::ok));
   steps.push_back(press("ZanBrenvolt.CircuitTemplateDrawing", 1));
   return steps;
 }
 
 } // namespace
 
-BuildSite::BuildSite(int executionErrors, int button) : lisp_(answers(executionErrors, button)) {
+BuildSite::BuildSite(int executionErrors) : lisp_(answers(executionErrors)) {
   simhost::readLanguageFile(dialogs, "words", simhost::LanguageRole::base, resources_);
   setResourceModule(&resources_);
   eval(product);

@@ -20,8 +20,8 @@ namespace brenvolt::test {
 
 class BuildSite final {
 public:
-  /// `executionErrors`: how many failing forms are reported; `button`: how each message is answered.
-  explicit BuildSite(int executionErrors = 0, int button = 1);
+  /// `executionErrors`: how many failing forms are reported.
+  explicit BuildSite(int executionErrors = 0);
   BuildSite(const BuildSite&) = delete;
   BuildSite& operator=(const BuildSite&) = delete;
   ~BuildSite();

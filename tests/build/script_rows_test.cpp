@@ -109,18 +109,6 @@ TEST_CASE("a failing form is told and the next one runs; the last row decides ov
       "failed: (broken 1) in zan_brenvolt.xls S 2 8 M1: BROKEN takes 0 arguments, not 1");
 }
 
-TEST_CASE("asked to go on, a build runs the other markers after a failure, and has failed nevertheless") {
-  BuildSite site(2, kvui::firstCommand);
-  const Built built =
-      run(site,
-          {"M1|Motor||||||(nest \"M2\")", "M2|Lamp||||||(broken 1)", "M3|Coil||||||(broken 2)",
-           "M9|Last||||||(note 9)"},
-          "(mark \"M1\" \"1\") (mark \"M3\" \"2\") (mark \"M9\" \"3\")");
-  CHECK_FALSE(built.result);
-  CHECK_EQ(site.eval("ran"), "((\"M2\") (9))");
-  CHECK_EQ(site.markersLeft(), "nil");
-}
-
 TEST_CASE("a marker that an earlier form erased is passed over") {
   BuildSite site;
   const Built built =
