@@ -5,18 +5,25 @@
 #include "simhost/gui/circuit_panel.h"
 #include "simhost/gui/start_window.h"
 #include "simhost/host/files.h"
+#include "simhost/qt/help_window.h"
 #include "tests/site/site_tool.h"
 
 #include <QApplication>
 #include <QComboBox>
+#include <QDockWidget>
 #include <QElapsedTimer>
+#include <QLabel>
 #include <QLineEdit>
+#include <QMenu>
 #include <QProcess>
 #include <QPushButton>
+#include <QStatusBar>
 #include <QTableView>
+#include <QTextBrowser>
 #include <QToolBar>
 #include <QToolTip>
 #include <QTreeWidget>
+#include <QWhatsThis>
 
 #include <doctest/doctest.h>
 
@@ -248,6 +255,39 @@ TEST_SUITE("screen") {
         desk.gui.window.status().text().toStdString());
   }
 
+  TEST_CASE("another wire size is applied, and what is selected is described in the user's words") {
+    needApplication();
+    if (!hasScreen()) return;
+    Desk desk(QStringLiteral("wire"));
+    desk.buildPump();
+    desk.atMain(QStringLiteral("circuit"), [&] {
+      auto* table = desk.gui.window.findChild<QTreeWidget*>(QStringLiteral("circuitTable"));
+      ScreenSession::click(*table, cellOf(*table, table->model()->index(0, 1)));
+    });
+    desk.atMain(QStringLiteral("selected"), [] { ScreenSession::keys({QStringLiteral("ctrl+i")}); });
+    desk.steps.inWindow(QStringLiteral("ZanDlgWireSelect"), QStringLiteral("sizes"), [](QWidget& window) {
+      auto* table = window.findChild<QTableView*>();
+      REQUIRE(table != nullptr);
+      const int row = table->currentIndex().row() + 1;
+      ScreenSession::click(*table, cellOf(*table, table->model()->index(row, 1)), 2);
+    });
+    desk.atMain(QStringLiteral("applied"), [&] {
+      CHECK_MESSAGE(
+          desk.gui.window.status().text().contains(QStringLiteral("AWG -> ")),
+          desk.gui.window.status().text().toStdString());
+      ScreenSession::keys({QStringLiteral("ctrl+z")});
+    });
+    desk.atMain(QStringLiteral("undone"), [&] {
+      ScreenSession::move(desk.gui.window.view(), desk.gui.pixel(160, -10) - QPoint(3, 3));
+      ScreenSession::click(desk.gui.window.view(), desk.gui.pixel(160, -10));
+    });
+    desk.atMain(QStringLiteral("properties"), [&] {
+      CHECK_FALSE(desk.gui.window.status().hoverText().contains(QStringLiteral("block-reference")));
+      CHECK(desk.gui.window.findChild<QTreeWidget*>(QStringLiteral("properties"))->topLevelItemCount() > 2);
+    });
+    CHECK(desk.steps.run());
+  }
+
   TEST_CASE("a second window on a drawing says so, and none of the two overwrites the other in silence") {
     needApplication();
     if (!hasScreen()) return;
@@ -353,5 +393,88 @@ TEST_SUITE("screen") {
     });
     desk.atMain(QStringLiteral("end"), [] {});
     CHECK(desk.steps.run());
+  }
+
+  TEST_CASE(
+      "help has contents, search and a way back; a control explains itself; the language changes at once") {
+    needApplication();
+    if (!hasScreen()) return;
+    Desk desk(QStringLiteral("help"));
+    const QString helpName = QLatin1String(helpWindowName);
+    desk.atMain(QStringLiteral("window"), [] { ScreenSession::keys({QStringLiteral("F1")}); });
+    desk.steps.inWindow(helpName, QStringLiteral("page"), [](QWidget& window) {
+      ScreenSession::click(*window.findChild<QLineEdit*>(QStringLiteral("helpSearch")));
+      ScreenSession::type(QStringLiteral("Multiplier"));
+      ScreenSession::keys({QStringLiteral("Return")});
+    });
+    QString found;
+    desk.steps.step(
+        QStringLiteral("found"),
+        [&] {
+          auto* help = dynamic_cast<HelpWindow*>(activeWindowNamed(QLatin1String(helpWindowName)));
+          return help != nullptr && help->page() != QStringLiteral("main-window.md");
+        },
+        [&] {
+          found = dynamic_cast<HelpWindow*>(activeWindowNamed(helpName))->page();
+          ScreenSession::keys({QStringLiteral("alt+Left")});
+        });
+    desk.steps.step(
+        QStringLiteral("back"),
+        [&] {
+          auto* help = dynamic_cast<HelpWindow*>(activeWindowNamed(helpName));
+          return help != nullptr && help->page() == QStringLiteral("main-window.md");
+        },
+        [] { ScreenSession::keys({QStringLiteral("Escape")}); });
+    desk.atMain(QStringLiteral("pointer"), [&] {
+      ScreenSession::move(desk.buttonOf(HostText::motor), {6, 6});
+      ScreenSession::keys({QStringLiteral("shift+F1")});
+    });
+    desk.steps.step(
+        QStringLiteral("explained"), [] { return QApplication::activePopupWidget() != nullptr; },
+        [] { ScreenSession::keys({QStringLiteral("Escape")}); });
+    const QString before = desk.gui.texts(HostText::newCircuit);
+    desk.atMain(QStringLiteral("language"), [&] {
+      const QString other =
+          languageOfSession() == "de" ? QStringLiteral("English") : QStringLiteral("Deutsch");
+      for (const QMenu* menu : desk.gui.window.findChildren<QMenu*>())
+        for (QAction* action : menu->actions())
+          if (action->text().contains(other)) return action->trigger();
+    });
+    desk.steps.step(
+        QStringLiteral("changed"),
+        [&] { return desk.gui.window.action(HostText::newCircuit).text() != before; }, [] {});
+    CHECK(desk.steps.run());
+    CHECK_FALSE(found.isEmpty());
+  }
+
+  TEST_CASE("the LISP panel is folded away until it is opened, and stays where the user put it") {
+    needApplication();
+    if (!hasScreen()) return;
+    const GuiFolder folder;
+    const std::string settings = folder.path("settings.json");
+    for (const bool isFirst : {true, false}) {
+      GuiFixture gui(settings, languageOfSession());
+      gui.window.showMaximized();
+      ScreenSession steps(isFirst ? QStringLiteral("lisp") : QStringLiteral("lisp_again"));
+      steps.step(
+          QStringLiteral("window"), [&] { return QApplication::activeWindow() == &gui.window; },
+          [&] {
+            CHECK(gui.window.panels().prompt().isVisible() == !isFirst);
+            if (isFirst) QTimer::singleShot(0, [&] { gui.window.action(HostText::promptPanel).trigger(); });
+          });
+      steps.step(
+          QStringLiteral("prompt"), [&] { return gui.window.panels().prompt().isVisible(); },
+          [&] {
+            ScreenSession::click(*gui.window.findChild<QLineEdit*>(QStringLiteral("prompt")));
+            ScreenSession::type(QStringLiteral("(+ 1 2)"));
+            ScreenSession::keys({QStringLiteral("Return")});
+          });
+      steps.step(
+          QStringLiteral("answer"),
+          [&] { return gui.window.findChild<QLineEdit*>(QStringLiteral("prompt"))->text().isEmpty(); },
+          [] {});
+      CHECK(steps.run());
+      gui.window.close();
+    }
   }
 }
