@@ -1,34 +1,64 @@
 ; Edit wire size: the plug-in returns a size, which is applied here to the circuit in the drawing.
 
-; Asks for a placed motor, load or device, or takes the given one, and for its wire size. The wires, the record of the
-; circuit and the proposed ratings in its line are updated as one step. Returns a line that reports the changes, nil
-; when the user cancels.
+; Asks for a placed motor, load or device, or takes the given one, and for its wire size. Wires, grounding conductor,
+; texts, the record of the circuit and the proposed ratings in its line are updated as one step. Returns a line that
+; reports the changes, nil when the user cancels.
 (defun site-edit-wire-size (&optional entity)
   (let ((answer (if (and entity (entity-data entity "ORL_QN_BV_CIRCPARAMS"))
                   (zan_bv_edit_wiresize entity)
                   (zan_bv_edit_wiresize))))
-    (when answer (apply-wire-size (first (first answer)) (second (first answer)) (second answer)))))
+    (when answer
+      (apply-wire-size (first (first answer)) (second (first answer)) (second answer) (zan_bv_wire_fields)))))
 
-; `size` may carry the count of conductors per phase: "6AWG(2)".
-(defun apply-wire-size (entity size ratings)
+; `size` may carry the count of conductors per phase: "6AWG(2)". `fields` are those of the record as the lookup left
+; them, nil to keep what the record has.
+(defun apply-wire-size (entity size ratings &optional fields)
   (let* ((plain (car (string-split size "(")))
          (rows (recorded-wires entity))
-         (layers (if rows (mapcar 'second (remove-if 'ground-row? rows)) (layers-at entity)))
-         (wires (circuit-wires entity layers))
-         (former (cond (rows (site-text (first (conductor-of rows)))) (wires (layer-size (car layers))) (T "")))
-         (made (mapcar (lambda (layer) (cons layer (resized-layer layer former plain))) layers)))
+         (layers (if rows (mapcar 'second rows) (layers-at entity)))
+         (former (cond (rows (site-text (first (conductor-of rows))))
+                       (T (layer-size (or (car (remove-if 'ground-layer? layers)) "")))))
+         (ground (find-if 'ground-row? rows))
+         (former-ground (if ground (site-text (first ground)) ""))
+         (chosen-ground (if (and ground fields) (nth 28 fields) ""))
+         (plain-ground (if (string=? chosen-ground "") former-ground chosen-ground))
+         (wires (circuit-wires entity (remove-if 'ground-layer? layers)))
+         (ground-wires (circuit-wires entity (remove-if-not 'ground-layer? layers)))
+         (made (mapcar (lambda (layer)
+                         (cons layer (if (ground-layer? layer)
+                                       (resized-layer layer former-ground plain-ground)
+                                       (resized-layer layer former plain))))
+                       layers)))
     (unless wires (error "no wire of the circuit was found at " (entity-name-of entity)))
-    (mapc (lambda (wire) (entity-set! wire 'layer (cdr (assoc (entity-get wire 'layer) made)))) wires)
-    (when rows (record-wire-size entity rows plain made))
+    (mapc (lambda (wire) (rename-label wire (cdr (assoc (entity-get wire 'layer) made)) (entity-get entity 'scale)))
+          (append wires ground-wires))
+    (mapc (lambda (wire) (entity-set! wire 'layer (cdr (assoc (entity-get wire 'layer) made))))
+          (append wires ground-wires))
+    (when rows (record-wire-size entity rows plain plain-ground made))
+    (when (and rows fields) (record-fields entity fields))
     (string-join
-      (append (list (string-append (entity-name-of entity) ": " (shown-size former) " -> " (shown-size size)))
-              (let ((ground (find-if 'ground-row? rows)))
-                (if ground (list (string-append "PE " (shown-size (site-text (first ground))))) nil))
+      (append (list (string-append (entity-name-of entity) ": " (shown-change former size)))
+              (ground-change ground former-ground chosen-ground fields)
               (list (string-append (number->string (length wires)) " wires"))
               (apply-ratings (components-on wires entity) ratings))
       ", ")))
 
-(defun shown-size (size) (if (string=? size "") "no size" size))
+; A grounding conductor that no table has a size for keeps the one it has.
+(defun ground-change (ground former chosen fields)
+  (cond ((not ground) nil)
+        ((not fields) (list (string-append "PE " (shown-size former))))
+        ((string=? chosen "") (list (string-append "PE stays " (shown-size former) ", no size in the tables is enough")))
+        ((string=? chosen former) (list (string-append "PE " (shown-size former))))
+        (T (list (string-append "PE " (shown-change former chosen))))))
+(defun shown-change (former size) (string-append (shown-size former) " -> " (shown-size size)))
+
+; 3AWG as 3 AWG, 6AWG(2) as 6 AWG (2).
+(defun shown-size (size)
+  (let ((at 0) (end (string-length size)))
+    (while (and (< at end) (string-search (substring size at (+ at 1)) "0123456789./")) (setq at (+ at 1)))
+    (cond ((string=? size "") "no size")
+          ((or (= at 0) (= at end)) size)
+          (T (string-join (string-split (string-append (substring size 0 at) " " (substring size at)) "(") " (")))))
 (defun entity-name-of (entity)
   (let ((tag (cdr (assoc "TAG1" (entity-attributes entity)))))
     (if (or (not tag) (string=? tag "")) (entity-handle entity) tag)))
@@ -39,15 +69,49 @@
     (if text (veval-str+ (string-append "'" text)) nil)))
 (defun conductor-of (rows) (car (remove-if 'ground-row? rows)))
 
-(defun record-wire-size (entity rows size made)
-  (let ((changed (mapcar (lambda (row)
-                           (if (ground-row? row) row
-                             (list size (or (cdr (assoc (second row) made)) (second row)) (third row))))
-                         rows)))
-    (entity-data-set! entity "ORL_QN_BV_CIRCPARAMS2"
-      (string-append "("
-        (string-join (mapcar (lambda (row) (format nil "(~S ~S ~S)" (first row) (second row) (third row))) changed) "")
-        ")"))))
+(defun record-wire-size (entity rows size ground made)
+  (entity-data-set! entity "ORL_QN_BV_CIRCPARAMS2"
+    (string-append "("
+      (string-join
+        (mapcar (lambda (row)
+                  (format nil "(~S ~S ~S)" (if (ground-row? row) ground size)
+                          (or (cdr (assoc (second row) made)) (second row)) (third row)))
+                rows)
+        "")
+      ")")))
+
+; What the lookup owns of the record: voltage and phase, and everything from the current to the grounding conductor.
+; The texts that show it follow.
+(defun lookup-field? (index) (or (= index 3) (= index 4) (and (>= index 7) (<= index 28))))
+(defun record-fields (entity fields)
+  (let* ((old (mapcar (lambda (field) (string-trim " " field))
+                      (string-split (car (entity-data entity "ORL_QN_BV_CIRCPARAMS")) ";")))
+         (index -1)
+         (new (mapcar (lambda (field) (setq index (+ index 1)) (if (lookup-field? index) (nth index fields) field))
+                      old)))
+    (entity-data-set! entity "ORL_QN_BV_CIRCPARAMS"
+      (string-join (mapcar (lambda (field) (if (string=? field "") " " field)) new) ";"))
+    (unless (string=? (data-supply (list old)) (data-supply (list new)))
+      (mapc (lambda (part)
+              (when (and (equal (entity-get part 'kind) "text")
+                         (string=? (entity-get part 'text) (motor-line (list old))))
+                (entity-set! part 'text (motor-line (list new)))))
+            (circuit-entities (or (entity-circuit entity) "")))
+      (when (entity-attribute entity "DESC2")
+        (fill-attributes entity (list (cons "DESC2" (data-supply-line (list new) 3 " V"))))))))
+
+; The text beside a wire, colour and size, as a set writes it.
+(defun rename-label (wire layer scale)
+  (let* ((beside (* 3.5 (or scale 1.0))) (from (entity-get wire 'from)) (to (entity-get wire 'to))
+         (low (list (- (min (car from) (car to)) beside) (- (min (cadr from) (cadr to)) beside)))
+         (high (list (+ (max (car from) (car to)) beside) (+ (max (cadr from) (cadr to)) beside))))
+    (mapc (lambda (text)
+            (when (and (equal (entity-get text 'kind) "text") (equal (entity-get text 'layer) "WIRE_SIZES")
+                       (string=? (entity-get text 'text) (wire-label (entity-get wire 'layer))))
+              (entity-set! text 'text (wire-label layer))))
+          (entities-in-box low high))))
+(defun wire-label (layer) (string-join (string-split layer "_") " "))
+(defun ground-layer? (layer) (eql 0 (string-search-ci "GRN" layer)))
 
 ; BLK_14AWG for another size. A layer that does not name the size is one that the user chose, and stays.
 (defun resized-layer (layer former size)
@@ -135,7 +199,7 @@
              (some (lambda (wire) (some (lambda (point) (same-point? point side)) (ends-of wire))) wires))))
     (entities-in-space)))
 
-; Codes of auto-sizing by the family of a component. The symbol does not say which kind of fuse it is.
+; Codes of auto-sizing by the family of a component.
 (setq site-rating-codes '(("CB" "BREAKER") ("DS" "DISC") ("MS" "CONTACTOR") ("OL" "OVERLOAD")))
 
 ; A component without a chosen part takes the rating that is proposed now; one with a part keeps it, and a different
@@ -147,10 +211,22 @@
                      (code (cadr (assoc (cdr (assoc "FAMILY" texts)) site-rating-codes)))
                      (row (and code (assoc code ratings)))
                      (now (site-text (cdr (assoc "RATING1" texts))))
-                     (proposed (if (and row (plusp (nth 2 row))) (site-text (nth 3 row)) "")))
-                (cond ((or (string=? proposed "") (string=? proposed now)) nil)
+                     (proposed (if code (sized-rating ratings code) "")))
+                (cond ((equal (cdr (assoc "FAMILY" texts)) "FU") (fuse-proposal symbol now ratings))
+                      ((or (string=? proposed "") (string=? proposed now)) nil)
                       ((string=? (site-text (cdr (assoc "MFG" texts))) "")
                        (fill-attributes symbol (list (cons "RATING1" proposed) (cons "CAT" (site-text (nth 4 row)))))
                        (string-append (entity-name-of symbol) " " now " -> " proposed))
                       (T (string-append (entity-name-of symbol) " stays " now ", " proposed " is proposed")))))
             components)))
+
+; The symbol does not say which kind of fuse it is: it keeps its rating, and unless that is proposed for one kind, the
+; proposals of all kinds are reported.
+(defun fuse-proposal (symbol now ratings)
+  (let ((rows (remove-if-not (lambda (row) (and (eql 0 (string-search "FUSE" (site-text (first row)))) (plusp (nth 2 row))))
+                             ratings)))
+    (if (or (not rows) (some (lambda (row) (string=? now (site-text (nth 3 row)))) rows)) nil
+      (string-append (entity-name-of symbol) " stays " now ", "
+        (string-join (mapcar (lambda (row) (string-append (site-text (nth 3 row)) " (" (site-text (second row)) ")")) rows)
+                     " or ")
+        " is proposed"))))

@@ -13,9 +13,10 @@
   ; A saved configuration has its current without a lookup, and parts are selected by it.
   (when (string->number (data-text data 7)) (setq site-current (string->number (data-text data 7))))
   (unless (string=? (data-power data) "")
-    (draw-text xyz (string-append (string-upcase (data-text data 0)) "  " (data-power data) "  " (data-supply data))
-               (* 2.5 scl) "DESCRIPTIONS"))
+    (draw-text xyz (motor-line data) (* 2.5 scl) "DESCRIPTIONS"))
   T)
+(defun motor-line (data)
+  (string-append (string-upcase (data-text data 0)) "  " (data-power data) "  " (data-supply data)))
 
 ; Wires
 

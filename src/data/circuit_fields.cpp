@@ -54,4 +54,13 @@ void readCircuitFields(const ZanCircParams& record, ZanCircuitData& circuit) {
     circuit.*row.field = toDouble(record.get(row.place));
 }
 
+ZanCircParams writeCircuitFields(const ZanCircuitData& circuit) {
+  ZanCircParams record;
+  for (const RecordText& row : recordTexts)
+    record.set(row.place, circuit.*row.field);
+  for (const RecordNumber& row : recordNumbers)
+    if (isGiven(circuit.*row.field)) record.set(row.place, formatTrimmed(circuit.*row.field));
+  return record;
+}
+
 } // namespace brenvolt

@@ -10,4 +10,7 @@ namespace brenvolt {
 /// Takes voltage, phase and everything from the current on; a text that is not a number counts as not given.
 void readCircuitFields(const ZanCircParams& record, ZanCircuitData& circuit);
 
+/// The same fields of a record, as texts; blank where the circuit has none.
+[[nodiscard]] ZanCircParams writeCircuitFields(const ZanCircuitData& circuit);
+
 } // namespace brenvolt

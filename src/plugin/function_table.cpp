@@ -28,6 +28,7 @@ constexpr LispFunction functions[] = {
     {L"zan_bv_pf_wire_select", 105, AnswerForm::list, ResourceUse::pushed, powerFeedWireSelect},
     // Beside the eight that the parent product knows.
     {L"zan_bv_build_and_save", 108, AnswerForm::list, ResourceUse::pushed, buildAndSave},
+    {L"zan_bv_wire_fields", 109, AnswerForm::list, ResourceUse::none, wireFields},
 };
 
 constexpr const wchar_t* exposedFunctions[] = {L"qn_mdb_proj_dbfnam", L"qn_bv_save_codehdl"};

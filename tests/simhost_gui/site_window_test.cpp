@@ -6,6 +6,7 @@
 #include "simhost/ui/answers.h"
 #include "tests/simhost_qt/piloted_windows.h"
 #include "tests/site/site_tool.h"
+#include "text/encoding.h"
 
 #include <QApplication>
 #include <QDialog>
@@ -21,7 +22,8 @@
 
 using namespace simhost;
 
-TEST_CASE("a saved configuration is placed where the user clicks, and undone as a whole") {
+TEST_CASE("a saved configuration is found in the table and placed by keys, and the next circuit is proposed "
+          "beside it") {
   const std::vector<brenvolt::SavedConfiguration> saved = savedConfigurations("site").saved;
   REQUIRE(saved.size() >= 5);
   const auto pump = std::find_if(saved.begin(), saved.end(), [](const brenvolt::SavedConfiguration& row) {
@@ -55,17 +57,41 @@ TEST_CASE("a saved configuration is placed where the user clicks, and undone as 
   const Watch place([&] {
     if (gui.window.picks().prompt().isEmpty()) return false;
     CHECK_FALSE(gui.window.action(HostText::newCircuit).isEnabled());
-    gui.click(100, 50);
+    for (const char letter : std::string("20,-5.5"))
+      QTest::keyClick(gui.window.windowHandle(), letter);
+    gui.key(Qt::Key_Return);
     return true;
   });
   gui.window.action(HostText::buildFromHistory).trigger();
   INFO(gui.window.status().text().toStdString());
-  CHECK(gui.window.view().scene().items().size() > 50);
-  CHECK(gui.window.action(HostText::undo).isEnabled());
-  gui.window.action(HostText::undo).trigger();
-  CHECK(gui.window.view().scene().items().empty());
-  gui.window.action(HostText::redo).trigger();
-  CHECK(gui.window.view().scene().items().size() > 50);
+  REQUIRE(gui.window.view().scene().items().size() > 50);
+  // The view shows the new circuit, and the next one is proposed in a row with it.
+  CHECK(gui.window.view().rect().contains(gui.pixel(120.0, -5.5)));
+  const auto keys = [&gui](std::initializer_list<Qt::Key> pressed) {
+    for (const Qt::Key key : pressed)
+      gui.key(key);
+  };
+  KvPoint3d proposed;
+  later([&] {
+    proposed = gui.window.view().place().point();
+    CHECK_FALSE(gui.window.view().place().overlaps(proposed));
+    CHECK(gui.window.view().place().overlaps({20.0, -5.5, 0.0}));
+    keys({Qt::Key_Down, Qt::Key_Right, Qt::Key_Return});
+  });
+  const std::optional<KvPoint3d> next =
+      gui.window.placing().pickPlace(QStringLiteral("Where?"), Box{0.0, -30.0, 150.0, 20.0});
+  REQUIRE(next);
+  CHECK(proposed.y == -5.5);
+  CHECK(proposed.x > 100.0);
+  CHECK(next->x == proposed.x + 5.0);
+  CHECK(next->y == -10.5);
+  // And a component is picked by keys.
+  const Watch pick([&] {
+    if (gui.window.picks().prompt().isEmpty()) return false;
+    keys({Qt::Key_Right, Qt::Key_Right, Qt::Key_Return});
+    return true;
+  });
+  CHECK_FALSE(gui.run(L"(pick-entity \"Which?\")").value.isNil());
 }
 
 TEST_CASE(
@@ -149,79 +175,6 @@ TEST_CASE("a motor is picked from the drawing while the dialog that asks lies ab
   CHECK(gui.window.view().scene().items().size() == before);
 }
 
-TEST_CASE("a circuit is chosen, placed and built by keys alone, beside the one before it") {
-  const brenvolt::SiteCopy site;
-  GuiFixture gui({}, "en", site.site());
-  // The user's actions at the topmost window: the keys are sent to that window, not to a control.
-  const auto keys = [](QWidget* window, std::initializer_list<Qt::Key> pressed) {
-    for (const Qt::Key key : pressed)
-      QTest::keyClick(window->windowHandle(), key);
-  };
-  const Watch choose([&] {
-    QWidget* open = QApplication::activeModalWidget();
-    const bool isThere = open != nullptr && open->objectName() == QStringLiteral("ZanDlgCircuit");
-    if (!isThere || !open->isActiveWindow()) return false;
-    auto* tree = open->findChild<QTreeWidget*>();
-    for (int tab = 0; tab < 30 && !tree->hasFocus(); ++tab)
-      keys(open, {Qt::Key_Tab});
-    CHECK(tree->hasFocus());
-    keys(open, {Qt::Key_Home, Qt::Key_Right, Qt::Key_Down, Qt::Key_Return});
-    return true;
-  });
-  const Watch place([&] {
-    if (gui.window.picks().prompt().isEmpty()) return false;
-    for (const char letter : std::string("20,-5.5"))
-      QTest::keyClick(gui.window.windowHandle(), letter);
-    gui.key(Qt::Key_Return);
-    return true;
-  });
-  QTest::keyClick(gui.window.windowHandle(), Qt::Key_T, Qt::ControlModifier);
-  INFO(gui.window.status().text().toStdString());
-  REQUIRE(gui.window.view().scene().items().size() > 50);
-  // A second one: what was chosen last is chosen again, so Enter is enough.
-  const std::size_t first = gui.window.view().scene().items().size();
-  const Watch again([&] {
-    QWidget* open = QApplication::activeModalWidget();
-    const bool isThere = open != nullptr && open->objectName() == QStringLiteral("ZanDlgCircuit");
-    if (!isThere || !open->isActiveWindow()) return false;
-    keys(open, {Qt::Key_Return});
-    return true;
-  });
-  const Watch placeAgain([&] {
-    if (gui.window.picks().prompt().isEmpty()) return false;
-    gui.key(Qt::Key_Return);
-    return true;
-  });
-  QTest::keyClick(gui.window.windowHandle(), Qt::Key_T, Qt::ControlModifier);
-  CHECK(gui.window.view().scene().items().size() > first + 50);
-  gui.window.action(HostText::undo).trigger();
-  // The view shows the new circuit, and the next one is proposed in a row with it.
-  CHECK(gui.window.view().rect().contains(gui.pixel(120.0, -5.5)));
-  KvPoint3d proposed;
-  later([&] {
-    proposed = gui.window.view().place().point();
-    CHECK_FALSE(gui.window.view().place().overlaps(proposed));
-    CHECK(gui.window.view().place().overlaps({20.0, -5.5, 0.0}));
-    keys(&gui.window, {Qt::Key_Down, Qt::Key_Right, Qt::Key_Return});
-  });
-  const std::optional<KvPoint3d> next =
-      gui.window.placing().pickPlace(QStringLiteral("Where?"), Box{0.0, -30.0, 150.0, 20.0});
-  REQUIRE(next);
-  CHECK(proposed.y == -5.5);
-  CHECK(proposed.x > 100.0);
-  CHECK(next->x == proposed.x + 5.0);
-  CHECK(next->y == -10.5);
-  // And a component is picked by keys.
-  const Watch pick([&] {
-    if (gui.window.picks().prompt().isEmpty()) return false;
-    keys(&gui.window, {Qt::Key_Right, Qt::Key_Right, Qt::Key_Return});
-    return true;
-  });
-  const CommandOutcome outcome = gui.run(L"(pick-entity \"Which?\")");
-  CHECK(outcome.kind == CommandOutcome::Kind::done);
-  CHECK_FALSE(outcome.value.isNil());
-}
-
 TEST_CASE("another wire size is applied to the selected motor's circuit, and taken back as one step") {
   const brenvolt::SiteCopy site;
   GuiFixture gui({}, "en", site.site());
@@ -230,7 +183,8 @@ TEST_CASE("another wire size is applied to the selected motor's circuit, and tak
       gui.windows,
       parseAnswers(
           R"({"format": "brenvolt-answers", "version": 1, "steps": [
-        {"dialog": "ZanDlgWireSelect", "do": [ {"select": "grid", "row": 2}, {"press": "ok"} ]} ]})",
+        {"dialog": "ZanDlgWireSelect", "do": [
+          {"set": "current", "to": "45"}, {"select": "grid", "row": 6}, {"press": "ok"} ]} ]})",
           "the test"),
       "the test", test::RecordOf::person);
   const auto wires = [&] {
@@ -240,19 +194,43 @@ TEST_CASE("another wire size is applied to the selected motor's circuit, and tak
       ++count[scene.layerNames()[item.layer]];
     return count;
   };
+  // A size text as a set writes it, on a wire of the motor.
+  gui.run(
+      L"(setq m (find-if (lambda (e) (entity-data e \"ORL_QN_BV_CIRCPARAMS\")) (entities-in-space))"
+      L"      w (find-if (lambda (e) (equal (entity-get e 'layer) \"BLK_10AWG\")) (lines-on (wire-layers))))"
+      L"(site-label-net \"\" nil (entity-get w 'from) T \"BLK\" \"10AWG\" nil)");
+  const auto texts = [&] {
+    const CommandOutcome shown =
+        gui.run(L"(format nil \"~A, ~A, ~S, ~A\" (entity-get (entity-last) 'text)"
+                L" (sublist (string-split (car (entity-data m \"ORL_QN_BV_CIRCPARAMS\")) \";\") 7 9)"
+                L" (recorded-wires m)"
+                L" (length (remove-if-not (lambda (e) (and (equal (entity-get e 'kind) \"text\")"
+                L"   (string-search \"FLA 45 A\" (entity-get e 'text)))) (entities-in-space))))");
+    return brenvolt::toUtf8(shown.value.asString());
+  };
+  const std::string textsBefore = texts();
   const std::map<std::wstring, int> before = wires();
   REQUIRE(before.at(L"BLK_10AWG") == 15);
-  gui.run(L"(setq m (find-if (lambda (e) (entity-data e \"ORL_QN_BV_CIRCPARAMS\")) (entities-in-space)))");
   const CommandOutcome handle = gui.run(L"(entity-handle m)");
   gui.window.view().marks().select(parseHandle(handle.value.asString()));
   gui.window.action(HostText::editWireSize).trigger();
-  const std::string told = gui.window.status().text().toStdString();
-  CHECK_MESSAGE(told.starts_with("MTR1A: 10AWG -> "), told);
+  // The grounding conductor is sized for the same current, by the rule of the lookup.
+  CHECK_EQ(
+      gui.window.status().text().toStdString(),
+      "MTR1A: 10 AWG -> 3 AWG, PE 10 AWG -> 6 AWG, 15 wires, CB1A 35A -> 125A, 1MA SIZE 1 -> SIZE 3, "
+      "1OLA 10-18A -> 40-65A");
+  // Record and texts too: the next lookup begins where this one ended.
+  CHECK_EQ(
+      texts(),
+      R"(BLK 3AWG, (45 1.25), (("3AWG" "BLK_3AWG" "1") ("3AWG" "BLK_3AWG" "1") ("3AWG" "BLK_3AWG" "1") )"
+      R"(("6AWG" "GRN_6AWG" "3")), 1)");
   CHECK(pilot.steps().unused() == 0);
   std::map<std::wstring, int> after = wires();
   CHECK(after[L"BLK_10AWG"] == 0);
+  CHECK(after[L"GRN_10AWG"] == before.at(L"GRN_10AWG") - 2);
   CHECK(after[L"BLK_14AWG"] == before.at(L"BLK_14AWG")); // the other motor
   CHECK(after[L"BLK_8AWG"] == before.at(L"BLK_8AWG"));   // the feeder
   gui.window.action(HostText::undo).trigger();
+  CHECK_EQ(texts(), textsBefore);
   CHECK(wires() == before);
 }

@@ -50,9 +50,9 @@ Function* find(void* module, const char* name) {
 }
 
 const std::vector<std::wstring> expected = {
-    L"zan_bv_select_circuit",    L"zan_bv_build_circuit",  L"zan_bv_motor_select",
-    L"zan_bv_power_feed_select", L"zan_bv_wire_select",    L"zan_bv_code_std_desc",
-    L"zan_bv_edit_wiresize",     L"zan_bv_pf_wire_select", L"zan_bv_build_and_save"};
+    L"zan_bv_select_circuit", L"zan_bv_build_circuit", L"zan_bv_motor_select",  L"zan_bv_power_feed_select",
+    L"zan_bv_wire_select",    L"zan_bv_code_std_desc", L"zan_bv_edit_wiresize", L"zan_bv_pf_wire_select",
+    L"zan_bv_build_and_save", L"zan_bv_wire_fields"};
 
 } // namespace
 
@@ -120,7 +120,7 @@ int main(int argc, char** argv) {
   ok &= check(entry(kvmessage::moduleLoad, &services) == 0, "the entry answers 0");
   ok &= check(host.unlocked == &services, "the module may be unloaded");
   ok &= check(host.names == expected, "the functions in the order of the table");
-  ok &= check(host.functions.size() == 8 && !host.functions.contains(103), "a refused name is not bound");
+  ok &= check(host.functions.size() == 9 && !host.functions.contains(103), "a refused name is not bound");
   host.names.clear();
   ok &= check(
       entry(kvmessage::drawingLoad, &services) == 0 && host.names == expected, "again for each drawing");
@@ -133,7 +133,7 @@ int main(int argc, char** argv) {
   host.calledCode = 107;
   ok &=
       check(host.functions.at(107)() == 1 && host.nilAnswers == 1, "without a frame nothing is edited: nil");
-  for (const int code : {99, 109, -1}) {
+  for (const int code : {99, 110, -1}) {
     host.calledCode = code;
     ok &= check(host.functions.at(100)() == 0, "an unknown code is not served");
   }
