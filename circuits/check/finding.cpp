@@ -152,8 +152,10 @@ std::wstring rulesTable(const FindingWords& words) {
   for (int number = 0; number < kindCount; ++number) {
     const auto kind = static_cast<CheckKind>(number);
     if (std::ranges::none_of(rules(), [kind](const Rule& rule) { return rule.kind == kind; })) continue;
-    text += L"### " + std::wstring(kindName(kind)) +
-            L"\n\n| rule | severity | what is wrong | example | remedy |\n|---|---|---|---|---|\n";
+    text += L"### " + std::wstring(kindName(kind)) + L"\n\n|";
+    for (const wchar_t* title : {L"rule", L"severity", L"what is wrong", L"example", L"remedy"})
+      text += L" " + words.word(L"title", title) + L" |";
+    text += L"\n|---|---|---|---|---|\n";
     for (const Rule& rule : rules()) {
       if (rule.kind != kind) continue;
       text += L"| `" + std::wstring(rule.id) + L"` | ";

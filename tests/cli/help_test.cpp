@@ -1,9 +1,11 @@
 // What the tool says about itself: help whose examples run, manual pages, completions, and the nearest name to a wrong
 // one.
+#include "tests/support/golden.h"
 #include "tool.h"
 
 #include <doctest/doctest.h>
 
+#include <algorithm>
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
@@ -71,6 +73,23 @@ TEST_CASE("the help of each subcommand ends with two examples that run, and with
     REQUIRE(help.back().starts_with(page));
     CHECK(fs::exists("docs/" + help.back().substr(page.size())));
   }
+}
+
+TEST_CASE("a translated page has only examples of its English page, and its LISP runs") {
+  const ToolFolder folder;
+  const auto page = [](const fs::path& file) { return linesOf(brenvolt::test::bytesOf(file.string())); };
+  int forms = 0;
+  for (const auto& entry : fs::directory_iterator("docs/de")) {
+    const std::vector<std::string> english = page("docs" / entry.path().filename());
+    for (const std::string& line : page(entry.path())) {
+      CAPTURE(line);
+      if (line.starts_with("    ")) CHECK(std::find(english.begin(), english.end(), line) != english.end());
+      if (entry.path().filename() != "lisp.md" || !line.starts_with("| `(")) continue;
+      CHECK(folder.run({"lisp", "--site", "site", "-e", line.substr(3, line.find("` |") - 3)}).exitCode == 0);
+      ++forms;
+    }
+  }
+  CHECK(forms > 5);
 }
 
 TEST_CASE("a wrong name of a subcommand or an option brings the nearest right one") {
