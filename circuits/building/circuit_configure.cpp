@@ -203,9 +203,8 @@ void saveConfiguration(simhost::SiteRun& run, const RebuildRequest& request, con
   for (const std::wstring& text :
        {row.drawingTemplate, fromUtf8(placed.workbook()), row.worksheet, row.circuit, row.type, row.name})
     form += L" " + lispText(text);
+  // The build is taken back: it is no step of the user's.
   const bool isSaved = !run.run(form + L")", L"save configuration").isNil();
-  // The build that was undone is not there to be done again.
-  drawingOf(run).undoLog().forgetUndone();
   if (!isSaved) throw BadInput(toUtf8(name) + ": the configuration could not be saved");
   if (const std::string reason = placed.keepSaved(name); !reason.empty()) throw BadInput(reason);
 }

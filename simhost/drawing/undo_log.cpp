@@ -145,12 +145,21 @@ void UndoLog::setOff(bool isOff) {
   undone_.clear();
 }
 
+bool UndoLog::KeptRedo::restore() {
+  if (log_.state() != state_) return false;
+  if (undone_) log_.undone_ = std::move(*undone_);
+  undone_.reset();
+  return true;
+}
+
 void UndoLog::note(Change change) {
   ++changeCount_;
   if (isOff_) {
     ++unlogged_;
     return;
   }
+  // Records fit only the state that they were undone from.
+  if (kept_ != nullptr && !kept_->undone_ && state() == kept_->state_) kept_->undone_ = std::move(undone_);
   undone_.clear();
   if (!isOpen_) done_.push_back({++lastId_});
   isOpen_ = true;

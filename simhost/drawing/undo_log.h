@@ -82,6 +82,7 @@ public:
   int redo(int records);
   /// Nothing can come back any more: what was undone was no step of the user's.
   void forgetUndone() { undone_.clear(); }
+  class KeptRedo;
 
   /// Switching off forgets all records: without the changes made meanwhile they could not be played any more.
   void setOff(bool isOff);
@@ -136,6 +137,26 @@ private:
   std::uint64_t replayCount_ = 0;
   std::uint64_t lastId_ = 0;
   std::uint64_t unlogged_ = 0;
+  KeptRedo* kept_ = nullptr; ///< of the command that runs
+};
+
+/// One command. When it leaves the drawing as it was, what could come back before it can come back again.
+class UndoLog::KeptRedo final {
+public:
+  explicit KeptRedo(UndoLog& log) : log_(log), state_(log.state()) { log_.kept_ = this; }
+  KeptRedo(const KeptRedo&) = delete;
+  KeptRedo& operator=(const KeptRedo&) = delete;
+  ~KeptRedo() { log_.kept_ = nullptr; }
+
+  /// False, and nothing is done, when the drawing is not as it was.
+  bool restore();
+
+private:
+  friend class UndoLog;
+
+  UndoLog& log_;
+  State state_;
+  std::optional<std::vector<Record>> undone_; ///< what the first change of the command would have dropped
 };
 
 /// Makes what a scope changes a record of its own.

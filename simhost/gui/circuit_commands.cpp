@@ -8,6 +8,7 @@
 #include "simhost/gui/drawing_files.h"
 #include "simhost/gui/drawing_view.h"
 #include "simhost/gui/report_window.h"
+#include "simhost/gui/scaled_form.h"
 #include "simhost/gui/view_picks.h"
 #include "simhost/host/session.h"
 #include "simhost/lisp/printer.h"
@@ -53,6 +54,12 @@ std::wstring fieldsArgument(const CircuitObject& circuit) {
   for (std::wstring& field : fields)
     field = brenvolt::trim(field);
   return L"\"" + brenvolt::join(fields, L"\";\"") + L"\"";
+}
+
+/// The record of a circuit has only scales other than 1.
+std::wstring scaleOf(const CircuitObject& circuit, std::wstring_view name) {
+  const std::wstring text = circuitField(circuit.fields, name);
+  return text.empty() ? L"1" : text;
 }
 
 /// The site's variables as they were when it was built, as a list of pairs.
@@ -170,8 +177,10 @@ void CircuitCommands::copy() {
             services_.texts(HostText::placeCircuitQuestion, {name}), outlineAround(circuit, base));
         if (!point) return std::nullopt;
         const std::uint64_t first = services_.drawing().store().nextHandle().value();
-        const lisp::Value built =
-            evaluate(L"(site-build-copy " + variablesForm(circuit) + *buildArguments(circuit, *point) + L")");
+        const lisp::Value built = evaluate(atScale(
+            services_.site.interpreter(),
+            L"(site-build-copy " + variablesForm(circuit) + *buildArguments(circuit, *point) + L")",
+            scaleOf(circuit, L"scale"), scaleOf(circuit, L"component-scale")));
         if (built.isNil()) return std::nullopt;
         for (const CircuitObject& made : circuits::circuitsOf(services_.drawing()))
           if (!made.entities.empty() && made.entities.front().value() >= first) {

@@ -5,6 +5,7 @@
 #include "simhost/drawing/drawing_file.h"
 #include "simhost/gui/configuration_table.h"
 #include "simhost/gui/drawing_view.h"
+#include "simhost/gui/scaled_form.h"
 #include "simhost/gui/shown_drawing.h"
 #include "simhost/gui/site_circuits.h"
 #include "simhost/gui/view_picks.h"
@@ -100,8 +101,9 @@ void CircuitPlacing::buildSaved(const brenvolt::SavedConfiguration& saved, const
         for (const std::wstring& value : {saved.worksheet, saved.key.circuit, saved.key.type, saved.key.name})
           form += text(value);
         const OfferedCircuit offered{saved.key.circuit, saved.key.type, saved.key.name};
-        return place(evaluate, saved.drawingTemplate, offered, [&form](const std::wstring& point) {
-          return form + L" " + point + L" \"\" \"\" \"\")";
+        return place(evaluate, saved.drawingTemplate, offered, [&](const std::wstring& point) {
+          const std::wstring build = form + L" " + point + L" \"\" \"\" \"\")";
+          return atScale(services_.site.interpreter(), build, saved.circuitScale, saved.componentScale);
         });
       });
   services_.status.showOutcome(outcome);

@@ -301,6 +301,8 @@ enum class HostText : unsigned {
   sets,
   notASet,   ///< file
   setOpened, ///< title, how many sheets
+
+  drawnByUnit = 950,
 };
 
 /// The explanation of a command for help on it.

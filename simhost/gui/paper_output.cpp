@@ -9,9 +9,12 @@
 #include "simhost/host/files.h"
 #include "simhost/qt/qt_text.h"
 #include "text/encoding.h"
+#include "text/split.h"
 
 #include <QBuffer>
 #include <QPdfWriter>
+
+#include <set>
 
 namespace simhost {
 namespace {
@@ -112,6 +115,17 @@ bool isInside(const Box& extents, const ViewTransform& view, const QRectF& place
   return place.adjusted(-tolerance, -tolerance, tolerance, tolerance).contains(painted);
 }
 
+/// The electrical codes of the circuits, as a set writes them.
+std::wstring codesOf(const DrawingDatabase& drawing, const std::wstring& ofSession) {
+  std::set<std::wstring> codes;
+  for (const auto& [id, fields] : drawing.store().circuits()) {
+    const std::wstring own = circuitField(fields, L"standard-code");
+    codes.insert(own.empty() ? ofSession : own);
+  }
+  if (codes.empty()) return ofSession;
+  return brenvolt::join({codes.begin(), codes.end()}, L", ");
+}
+
 } // namespace
 
 bool hasOwnFrame(const DrawingDatabase& drawing) {
@@ -120,7 +134,7 @@ bool hasOwnFrame(const DrawingDatabase& drawing) {
 
 PaperPage makePage(
     const DrawingDatabase& drawing, const PageSetup& setup, const std::filesystem::path& frames,
-    const QString& title, const QString& today) {
+    const QString& title, const QString& today, const QString& code) {
   PaperPage page{setup.layout()};
   page.unitsPerMillimetre = setup.unitsPerMillimetre;
   page.title = setup.project.isEmpty() ? title : setup.project + QStringLiteral(" - ") + title;
@@ -146,6 +160,7 @@ PaperPage makePage(
                         {L"DRAWN", fromQt(setup.drawnBy)},
                         {L"REVISION", fromQt(setup.revision)},
                         {L"DATE", fromQt(page.date)},
+                        {L"CODE", codesOf(drawing, fromQt(code))},
                         {L"SHEET", L"1"},
                         {L"SHEETS", L"1"}});
   page.frame = std::move(loaded.drawing);

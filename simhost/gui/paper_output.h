@@ -26,10 +26,11 @@ struct PaperPage {
 /// Whether a drawing has a frame of its own.
 [[nodiscard]] bool hasOwnFrame(const DrawingDatabase& drawing);
 
-/// `frames`: the site's folder of frames. `today` fills an empty date. Throws BadInput for a frame that cannot be used.
+/// `frames`: the site's folder of frames. `today` fills an empty date. `code`: the electrical code of the session, for
+/// circuits that do not say theirs. Throws BadInput for a frame that cannot be used.
 [[nodiscard]] PaperPage makePage(
     const DrawingDatabase& drawing, const PageSetup& setup, const std::filesystem::path& frames,
-    const QString& title, const QString& today);
+    const QString& title, const QString& today, const QString& code);
 
 enum class PageResult {
   whole,

@@ -1,8 +1,9 @@
 #include "simhost/gui/site_circuits.h"
 
+#include "simhost/drawing/provenance.h"
 #include "simhost/gui/check_panel.h"
 #include "simhost/gui/configuration_table.h"
-#include "simhost/gui/unit_markers.h"
+#include "simhost/gui/scene.h"
 #include "simhost/host/session.h"
 #include "simhost/qt/qt_text.h"
 #include "simhost/qt/qt_windows.h"
@@ -41,10 +42,24 @@ const brenvolt::SavedConfiguration* typeOf(const SiteConfigurations& site, const
   return nullptr;
 }
 
+/// Tag, rating and part; empty for what has neither rating nor part.
+QString componentLine(const EntityFacts& facts) {
+  const auto text = [&facts](std::wstring_view wanted) {
+    for (const auto& [tag, value] : facts.attributes)
+      if (brenvolt::equalsOrdinalNoCase(tag, wanted)) return toQt(value);
+    return QString();
+  };
+  const QString part = (text(L"MFG") + QLatin1Char(' ') + text(L"CAT")).trimmed();
+  if (text(L"RATING1").isEmpty() && part.isEmpty()) return {};
+  QStringList words = {text(L"TAG1"), text(L"RATING1"), part};
+  words.removeAll(QString());
+  return words.join(QStringLiteral("   "));
+}
+
 } // namespace
 
 SiteCircuits::SiteCircuits(SiteRun& site, QtWindows& windows, const HostTexts& texts)
-    : site_(site), windows_(windows), texts_(texts) {
+    : site_(site), windows_(windows), texts_(texts), units_(site, windows) {
   delay_.setSingleShot(true);
   delay_.setInterval(delayMilliseconds);
   connect(&delay_, &QTimer::timeout, this, [this] { start(); });
@@ -176,6 +191,26 @@ QString SiteCircuits::phase() {
     counts.insert(numbers.size());
   if (counts == std::set<std::size_t>{3}) return QStringLiteral("3");
   return counts == std::set<std::size_t>{2} ? QStringLiteral("1") : QString();
+}
+
+QString SiteCircuits::drawnByUnit() {
+  const std::set<std::wstring> codes = units_.currentCodes();
+  if (codes.empty()) return {};
+  const DrawingDatabase& drawing = site_.session().documents().current()->drawing();
+  // The circuit that is built now is the one drawn last.
+  std::wstring circuit;
+  QStringList lines;
+  for (const EntityNode* node = drawing.store().findBlock(drawing.currentSpace())->first; node != nullptr;
+       node = node->next) {
+    const auto origin = provenanceOf(node->value);
+    if (!origin || !codes.contains(brenvolt::toUpper(origin->code))) continue;
+    if (origin->circuit != std::exchange(circuit, origin->circuit)) lines.clear();
+    if (const std::optional<EntityFacts> facts = factsOf(drawing, node->handle))
+      if (QString line = componentLine(*facts); !line.isEmpty()) lines.append(std::move(line));
+  }
+  if (lines.isEmpty()) return {};
+  lines.prepend(texts_(HostText::drawnByUnit));
+  return lines.join(QLatin1Char('\n'));
 }
 
 QStringList SiteCircuits::configurations(const OfferedCircuit& circuit) {

@@ -4,6 +4,7 @@
 
 #include "circuits/check/sheet_titles.h"
 #include "simhost/gui/host_texts.h"
+#include "simhost/gui/unit_markers.h"
 #include "simhost/qt/circuit_facts.h"
 #include "simhost/site/saved_configurations.h"
 
@@ -28,11 +29,13 @@ public:
   ~SiteCircuits() override;
 
   [[nodiscard]] Picture picture(const OfferedCircuit& circuit, std::function<void()> ready) override;
+  [[nodiscard]] bool isMaking() const override { return !wantedKey_.isEmpty(); }
   void forgetPicture() override;
   [[nodiscard]] QStringList onlyWith(
       const OfferedCircuit& circuit, const QString& unit, const QString& group) override;
   /// By the wires that each motor or load of the template has.
   [[nodiscard]] QString phase() override;
+  [[nodiscard]] QString drawnByUnit() override;
   [[nodiscard]] QStringList configurations(const OfferedCircuit& circuit) override;
   [[nodiscard]] QString chooseConfiguration(const OfferedCircuit& circuit, QWidget* parent) override;
   /// All that are saved, read again when their files have changed; null when they cannot be read.
@@ -48,6 +51,7 @@ private:
   SiteRun& site_;
   QtWindows& windows_;
   const HostTexts& texts_;
+  UnitMarkers units_;
   QTemporaryDir folder_;
   QProcess process_;
   QTimer delay_; ///< whoever goes through a list does not wait for each of it

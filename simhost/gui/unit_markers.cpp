@@ -122,6 +122,17 @@ std::optional<KvDbHandle> UnitMarkers::current() {
   return shownMarker_;
 }
 
+std::set<std::wstring> UnitMarkers::currentCodes() {
+  const QTreeWidget* const units = tree();
+  const QTreeWidgetItem* item = units == nullptr ? nullptr : units->currentItem();
+  if (item == nullptr) return {};
+  readTitles();
+  std::set<std::wstring> codes;
+  for (const auto& [code, title] : titles_)
+    if (title == item->text(0)) codes.insert(code);
+  return codes;
+}
+
 bool UnitMarkers::select(KvDbHandle entity) {
   QTreeWidget* const units = tree();
   const DrawingDatabase& drawing = site_.session().documents().current()->drawing();

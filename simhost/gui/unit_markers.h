@@ -10,6 +10,7 @@
 #include <cstdint>
 #include <map>
 #include <optional>
+#include <set>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -35,6 +36,9 @@ public:
 
   /// The marker of the unit that the dialog shows; nothing without dialog or marker.
   [[nodiscard]] std::optional<KvDbHandle> current();
+  /// The upper-case CODEs with the title of the unit that the dialog shows, also when its marker is gone because it is
+  /// inserted.
+  [[nodiscard]] std::set<std::wstring> currentCodes();
   /// Shows the unit of a marker in the dialog. False, and nothing is done, for any other entity.
   bool select(KvDbHandle entity);
 

@@ -37,6 +37,8 @@ public:
   /// The finished circuit as a drawing. When it is not made yet, that begins now, in place of one that is being made, and
   /// `ready` is called when asking again is of use.
   [[nodiscard]] virtual Picture picture(const OfferedCircuit& circuit, std::function<void()> ready) = 0;
+  /// Whether a picture that somebody waits for is not made yet.
+  [[nodiscard]] virtual bool isMaking() const = 0;
   /// Nobody waits for a picture any more.
   virtual void forgetPicture() = 0;
 
@@ -47,6 +49,10 @@ public:
 
   /// How many phases the circuit has that a build draws now, as tables write it; empty where that is not known.
   [[nodiscard]] virtual QString phase() = 0;
+
+  /// What the unit that the configuration dialog shows has drawn: a line for each component with its rating and part.
+  /// Empty while the unit is not inserted.
+  [[nodiscard]] virtual QString drawnByUnit() = 0;
 
   /// The names of the saved configurations of a type.
   [[nodiscard]] virtual QStringList configurations(const OfferedCircuit& circuit) = 0;

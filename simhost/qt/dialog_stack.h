@@ -61,6 +61,7 @@ public:
   void setInsertsBeforeOk(bool inserts) { insertsBeforeOk_ = inserts; }
   /// Null: dialogs show what their flows put in. Must outlive its use here.
   void setCircuitFacts(CircuitFacts* facts) { circuitFacts_ = facts; }
+  [[nodiscard]] CircuitFacts* circuitFacts() const override { return circuitFacts_; }
   void setWords(WindowWords words) { words_ = std::move(words); }
 
   /// Hides all dialogs that are seen, and shows them again: the lowest one first, so that the topmost one is modal.
@@ -75,7 +76,6 @@ private:
   [[nodiscard]] bool isOnTop(const QtDialog& dialog) const override;
   [[nodiscard]] bool isPiloted() const override { return pilot_ != nullptr; }
   [[nodiscard]] bool keepsRecord() const override { return pilot_ == nullptr || recordsPerson_; }
-  [[nodiscard]] CircuitFacts* circuitFacts() const override { return circuitFacts_; }
   [[nodiscard]] bool insertsBeforeOk() const override { return insertsBeforeOk_; }
   void pilot(QtDialog& dialog) override;
 

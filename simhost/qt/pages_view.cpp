@@ -1,6 +1,7 @@
 // Pages as a stack, lists with their labels above, groups with their header buttons.
 #include "simhost/qt/pages_view.h"
 
+#include "simhost/qt/circuit_facts.h"
 #include "simhost/qt/grid_view.h"
 #include "simhost/qt/icons.h"
 #include "simhost/qt/qt_dialog.h"
@@ -51,17 +52,31 @@ public:
     const bool isGroup = dynamic_cast<GroupModel*>(&view.model()) != nullptr;
     if (!isGroup) {
       auto* label = new QLabel;
-      page.column->insertWidget(page.column->count() - 1, label);
+      page.column->insertWidget(page.column->count() - belowControls, label);
       view.setLabel(label, nullptr);
     }
-    page.column->insertWidget(page.column->count() - 1, &view.widget());
+    page.column->insertWidget(page.column->count() - belowControls, &view.widget());
+  }
+
+  /// Ratings and parts that a build finds by itself are in no table of the page: they are shown below.
+  void refreshLinked() override {
+    CircuitFacts* facts = dialog().circuitFacts();
+    const int id = pages_.ShownPage();
+    if (facts == nullptr || id == 0 || pages_.role() != L"settings") return;
+    Page& page = pageOf(id);
+    const QString drawn = facts->drawnByUnit();
+    page.drawn->setText(drawn);
+    page.drawn->setVisible(!drawn.isEmpty());
+    page.note->setVisible(pages_.controlsOf(id).empty() && drawn.isEmpty());
   }
 
 private:
+  static constexpr int belowControls = 2; ///< the stretch, and what the unit has drawn
   struct Page {
     QScrollArea* area = nullptr;
     QVBoxLayout* column = nullptr;
-    QLabel* note = nullptr; ///< in place of controls, while there are none
+    QLabel* note = nullptr;  ///< in place of controls, while there are none
+    QLabel* drawn = nullptr; ///< what the unit has drawn
   };
 
   Page& pageOf(int id) {
@@ -78,6 +93,13 @@ private:
     page.note->setWordWrap(true);
     page.column->addWidget(page.note);
     page.column->addStretch();
+    page.drawn = new QLabel;
+    page.drawn->setObjectName(QStringLiteral("drawnByUnit"));
+    page.drawn->setTextFormat(Qt::PlainText);
+    page.drawn->setWordWrap(true);
+    page.drawn->setTextInteractionFlags(Qt::TextSelectableByMouse);
+    page.drawn->hide();
+    page.column->addWidget(page.drawn);
     page.area->setWidget(inside);
     stack_->addWidget(page.area);
     return page;

@@ -8,6 +8,7 @@
 #include "simhost/qt/window_places.h"
 #include "text/encoding.h"
 
+#include <QApplication>
 #include <QEventLoop>
 #include <QSplitter>
 #include <QTimer>
@@ -22,6 +23,8 @@ namespace simhost {
 using brenvolt::toUtf8;
 
 namespace {
+
+constexpr int keyboardMilliseconds = 200;
 
 /// Sets a flag for a scope.
 class FlagScope final {
@@ -103,6 +106,10 @@ void QtDialog::showAgain() {
   }
   frame_->raise();
   frame_->activateWindow();
+  // Hidden and shown again at once, a window may be left without the keyboard by the window manager.
+  QTimer::singleShot(keyboardMilliseconds, frame_.get(), [this] {
+    if (frame_->isVisible() && QApplication::activeWindow() == nullptr) frame_->activateWindow();
+  });
 }
 
 void QtDialog::run() {

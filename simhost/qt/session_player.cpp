@@ -1,6 +1,7 @@
 // Steps become gestures on the models of the widgets, which show the effects.
 #include "simhost/qt/session_player.h"
 
+#include "simhost/qt/circuit_facts.h"
 #include "simhost/qt/file_window.h"
 #include "simhost/qt/help_window.h"
 #include "simhost/qt/picture_file.h"
@@ -11,6 +12,7 @@
 #include <QAbstractButton>
 #include <QApplication>
 #include <QComboBox>
+#include <QElapsedTimer>
 #include <QEventLoop>
 #include <QLineEdit>
 #include <QMessageBox>
@@ -56,6 +58,7 @@ void SessionPlayer::show(QWidget& window, const std::string& name) {
   QTimer::singleShot(options_.pause, &loop, [&loop] { loop.quit(); });
   loop.exec();
   if (options_.pictures.empty()) return;
+  waitForPreview();
   const auto take = [this](QWidget& shown, const std::string& as) {
     const std::filesystem::path file = options_.pictures / (as + ".png");
     if (const std::string reason = savePicture(shown, file); !reason.empty()) steps_.fail(reason);
@@ -64,6 +67,22 @@ void SessionPlayer::show(QWidget& window, const std::string& name) {
   for (QWidget* other : QApplication::topLevelWidgets())
     if (other->isVisible() && other->objectName() == QLatin1String(helpWindowName))
       take(*other, helpWindowName);
+}
+
+// A preview is drawn by a process in the background: a picture shows it, and not the note in its place.
+void SessionPlayer::waitForPreview() {
+  constexpr int longestMilliseconds = 60'000;
+  constexpr int stepMilliseconds = 20;
+  const CircuitFacts* facts = windows_.dialogs().circuitFacts();
+  QElapsedTimer waited;
+  waited.start();
+  while (facts != nullptr && facts->isMaking()) {
+    if (waited.hasExpired(longestMilliseconds))
+      return steps_.fail("the picture of the finished circuit was not made");
+    QEventLoop loop;
+    QTimer::singleShot(stepMilliseconds, &loop, [&loop] { loop.quit(); });
+    loop.exec();
+  }
 }
 
 std::string SessionPlayer::nameOfNext(const std::string& kind) {

@@ -38,6 +38,7 @@ private:
 
   /// Pauses for the observer, then takes the picture, which replaces an earlier one with the same name.
   void show(QWidget& window, const std::string& name);
+  void waitForPreview();
   /// The name of the next window of a kind.
   [[nodiscard]] std::string nameOfNext(const std::string& kind);
   void tellFailure();

@@ -30,6 +30,7 @@ CommandOutcome CommandSteps::runSteps(const std::wstring& name, const Steps& ste
   log.closeGroup();
   const int before = log.undoCount();
   const std::uint64_t changesBefore = log.changeCount();
+  UndoLog::KeptRedo redo(log);
   SessionCommand command;
   bool endsInForm = false;
   const Evaluate evaluate = [&](const std::wstring& form) {
@@ -51,9 +52,11 @@ CommandOutcome CommandSteps::runSteps(const std::wstring& name, const Steps& ste
     done_.push_back({name, before, after});
     undone_.clear();
   } else if (after == before && log.changeCount() != changesBefore) {
-    // Undone by itself, like a cancelled circuit: not a step that redo may restore.
-    log.forgetUndone();
-    undone_.clear();
+    // Undone by itself, like a cancelled circuit: not a step that redo may restore, but those before it are.
+    if (!redo.restore()) {
+      log.forgetUndone();
+      undone_.clear();
+    }
   }
   if (endsInForm) {
     const bool isFailed = outcome.kind == CommandOutcome::Kind::failed;

@@ -35,8 +35,14 @@ std::vector<SavedConfiguration> savedConfigurations(
   for (const HistoryKey& key : history.keys()) {
     const auto circuit = circuits.circuits().find(key.circuit);
     const ZanCircuitEntry* const entry = circuits.findEntry(key.circuit, key.type);
-    if (entry != nullptr)
-      found.push_back({{circuit->first, entry->type, key.name}, entry->drawingTemplate, entry->worksheet});
+    if (entry == nullptr) continue;
+    SavedConfiguration saved{
+        {circuit->first, entry->type, key.name}, entry->drawingTemplate, entry->worksheet};
+    if (const std::optional<HistorySummary> summary = history.summary(key)) {
+      saved.circuitScale = summary->circuitScale;
+      saved.componentScale = summary->componentScale;
+    }
+    found.push_back(std::move(saved));
   }
   return found;
 }

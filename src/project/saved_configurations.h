@@ -14,6 +14,8 @@ struct SavedConfiguration {
   HistoryKey key; ///< circuit and type as the workbook writes them
   std::wstring drawingTemplate;
   std::wstring worksheet;
+  std::wstring circuitScale{}; ///< decimal texts
+  std::wstring componentScale{};
 };
 
 /// Those whose circuit and type the workbook has, in the order of the history file.

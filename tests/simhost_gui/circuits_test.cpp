@@ -81,45 +81,6 @@ Watch pressing(GuiFixture& gui, HostText words) {
 
 } // namespace
 
-TEST_CASE(
-    "the panel lists the circuits, finds them as one types, and goes with the selection in the drawing") {
-  TwoPumps pumps;
-  QTreeWidget& table = pumps.table();
-  REQUIRE(table.topLevelItemCount() == 2);
-  CHECK(pumps.cell(0, CircuitColumn::type) == QStringLiteral("Three-phase motors, Direct on line"));
-  CHECK(pumps.cell(0, CircuitColumn::load) == QStringLiteral("10 HP, 460 V"));
-  CHECK(pumps.cell(0, CircuitColumn::wire).startsWith(QStringLiteral("10AWG")));
-  CHECK(pumps.cell(0, CircuitColumn::state) == QStringLiteral("Built"));
-  CHECK(pumps.cell(0, CircuitColumn::tag) != pumps.cell(1, CircuitColumn::tag));
-
-  pumps.gui.window.action(HostText::findCircuit).trigger();
-  auto* search = pumps.gui.window.findChild<QLineEdit*>(QStringLiteral("circuitSearch"));
-  const QString tag = pumps.cell(1, CircuitColumn::tag);
-  for (const QChar letter : QStringLiteral("10 hp ") + tag)
-    QTest::keyClick(pumps.gui.window.windowHandle(), letter.toLatin1());
-  CHECK(search->text() == QStringLiteral("10 hp ") + tag);
-  CHECK(table.topLevelItem(0)->isHidden());
-  CHECK_FALSE(table.topLevelItem(1)->isHidden());
-  // Enter goes from what was typed to what was found, which is selected and seen.
-  pumps.gui.key(Qt::Key_Return);
-  const std::wstring second = pumps.gui.window.circuits().id();
-  CHECK(second == pumps.gui.window.panels().circuits().selected());
-  CHECK_FALSE(second.empty());
-  CHECK(pumps.gui.window.view().marks().group().size() > 20);
-  search->clear();
-
-  // A click on any entity selects its circuit; on what was drawn by hand, none.
-  pumps.gui.window.view().port().fit();
-  pumps.gui.click(160, -10); // the rim of the first motor
-  CHECK_FALSE(pumps.gui.window.circuits().id().empty());
-  CHECK(pumps.gui.window.circuits().id() != second);
-  CHECK(table.currentItem() == table.topLevelItem(0));
-  CHECK(pumps.gui.window.status().text().startsWith(QStringLiteral("MTR1, 10 HP")));
-  pumps.gui.click(50, -200);
-  CHECK(pumps.gui.window.circuits().id().empty());
-  CHECK(pumps.gui.window.view().marks().group().empty());
-}
-
 TEST_CASE("a circuit is moved, deleted and copied as a whole, each one step of undo") {
   TwoPumps pumps;
   const std::string before = pumps.drawingText();
@@ -162,6 +123,8 @@ TEST_CASE("a circuit is moved, deleted and copied as a whole, each one step of u
   undoTo(before);
   CHECK(pumps.table().topLevelItemCount() == 2);
 
+  pumps.gui.run(
+      L"(setq GBL_qn_bv_data (append (sublist GBL_qn_bv_data 0 2) '(0.5) (nthcdr 3 GBL_qn_bv_data)))");
   pumps.selectRow(0);
   const Watch beside([&] {
     if (pumps.gui.window.picks().prompt().isEmpty()) return false;
@@ -175,6 +138,12 @@ TEST_CASE("a circuit is moved, deleted and copied as a whole, each one step of u
     CHECK(pumps.cell(row, CircuitColumn::state) == QStringLiteral("Built")); // no tag is there twice
   CHECK(pumps.cell(2, CircuitColumn::load) == pumps.cell(0, CircuitColumn::load));
   CHECK(pumps.cell(2, CircuitColumn::wire) == pumps.cell(0, CircuitColumn::wire));
+  // At its own scale, whatever that of the session is now.
+  const auto heightOf = [&pumps](int row) {
+    pumps.selectRow(row);
+    return circuits::circuitsOf(pumps.gui.drawing())[static_cast<std::size_t>(row)].extents.height();
+  };
+  CHECK(heightOf(2) == doctest::Approx(heightOf(0)));
   undoTo(before);
 }
 
@@ -263,10 +232,18 @@ TEST_CASE("the configuration shows what the drawing has, and what is saved of it
     box->accept();
     return true;
   });
+  pumps.gui.run(L"(draw-line '(0 0) '(9 9))");
+  pumps.trigger(HostText::undo);
+  pumps.selectRow(0);
   const std::string before = pumps.drawingText();
   pumps.trigger(HostText::saveConfiguration);
   CAPTURE(pumps.gui.window.status().text().toStdString());
   CHECK(bool(pumps.drawingText() == before));
+  // What was undone can still be done again.
+  CHECK(pumps.gui.window.action(HostText::redo).isEnabled());
+  pumps.trigger(HostText::redo);
+  CHECK_FALSE(bool(pumps.drawingText() == before));
+  pumps.trigger(HostText::undo);
   REQUIRE(
       pumps.gui
           .run(L"(site-build \"templates/motor3_dol.json\" (find-file \"zan_brenvolt.xls\") \"M3_DOL\""

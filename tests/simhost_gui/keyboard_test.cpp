@@ -62,6 +62,8 @@ TEST_CASE(
   const Set questions[] = {
       {HostText::openReadOnly, HostText::openAnyway, HostText::keepEditing},
       {HostText::recover, HostText::dropCopy},
+      {HostText::rebuild, HostText::keepEditing, HostText::hideForGood},
+      {HostText::keepEditing, HostText::configurationReplace},
       {HostText::saveAs, HostText::reload, HostText::overwrite, HostText::keepEditing},
       {HostText::save, HostText::discard, HostText::keepEditing}};
   for (const char* language : {"en", "de"}) {

@@ -21,13 +21,14 @@ TEST_CASE("a page has the paper, the frame and the texts of its setup, and says 
   CHECK(PageSetup::of(QStringLiteral("A1 landscape 0")).size == QPageSize::A1); // as earlier releases kept it
   const auto page = [&] {
     return makePage(
-        gui.drawing(), setup, "site/frames", QStringLiteral("PLAN"), QStringLiteral("2031-01-02"));
+        gui.drawing(), setup, "site/frames", QStringLiteral("PLAN"), QStringLiteral("2031-01-02"),
+        QStringLiteral("NEC"));
   };
   const PaperPage framed = page();
   CHECK(framed.layout.fullRect(QPageLayout::Millimeter).size().toSize() == QSize(420, 297));
   CHECK(framed.title == QStringLiteral("PUMPS - PLAN"));
   std::string texts = drawingToJson(*framed.frame);
-  for (const char* text : {"PUMPS", "PLAN", "JD", "2030-05-06"})
+  for (const char* text : {"PUMPS", "PLAN", "JD", "2030-05-06", "NEC"})
     CHECK_MESSAGE(texts.find(text) != std::string::npos, text);
   struct Row {
     double unitsPerMillimetre;
