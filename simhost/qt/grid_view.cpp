@@ -147,9 +147,14 @@ public:
 
   /// A layer for a wire whose size, in the row above, is not known yet: it is what the build would take, not a choice.
   [[nodiscard]] bool isProposal(int row, int column) const {
-    return column == 1 && row > 1 && grid_.ColumnCount() == 2 &&
-           grid_.cellKind(row, 1) == KvUiCellKind::dropDown &&
-           grid_.cellKind(row - 1, 1) == KvUiCellKind::text && grid_.Cell(row - 1, 1).empty();
+    if (column != 1 || row < 2 || grid_.ColumnCount() != 2 || !grid_.Cell(row - 1, 1).empty()) return false;
+    // "W1 - Size" and "W1 - Layer"; also where the layer has no list.
+    const auto wireOf = [this](int at) {
+      const std::wstring label(grid_.Cell(at, 0));
+      const std::size_t end = label.find(L" - ");
+      return end == std::wstring::npos ? std::wstring() : label.substr(0, end);
+    };
+    return !grid_.Cell(row, 1).empty() && !wireOf(row).empty() && wireOf(row) == wireOf(row - 1);
   }
 
   /// The column before the first one with a title.
