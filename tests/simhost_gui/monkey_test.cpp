@@ -111,10 +111,27 @@ private:
                                        Qt::Key_Home, Qt::Key_End,    Qt::Key_1,      Qt::Key_0,
                                        Qt::Key_A,    Qt::Key_F2,     Qt::Key_Delete};
     static constexpr HostText commands[] = {
-        HostText::newCircuit,   HostText::motor,         HostText::load,        HostText::wireMotor,
-        HostText::undo,         HostText::redo,          HostText::moveCircuit, HostText::copyCircuit,
-        HostText::findCircuit,  HostText::deleteCircuit, HostText::zoomExtents, HostText::darkPaper,
-        HostText::editWireSize, HostText::circuitReport, HostText::zoomWindow};
+        HostText::newCircuit,
+        HostText::motor,
+        HostText::load,
+        HostText::wireMotor,
+        HostText::undo,
+        HostText::redo,
+        HostText::moveCircuit,
+        HostText::copyCircuit,
+        HostText::findCircuit,
+        HostText::deleteCircuit,
+        HostText::zoomExtents,
+        HostText::darkPaper,
+        HostText::editWireSize,
+        HostText::circuitReport,
+        HostText::zoomWindow,
+        HostText::configureCircuit,
+        HostText::pageSetup,
+        HostText::printPreview,
+        HostText::whatsThis,
+        HostText::saveConfiguration,
+        HostText::buildFromHistory};
     const bool isMain = &window == &gui_.window;
     switch (below(8)) {
     case 0:
@@ -162,6 +179,12 @@ TEST_CASE("random keys, clicks and commands end nothing, and undo to the start r
     gui.window.action(HostText::undo).trigger();
     const std::string before = shownText(gui, folder);
     gui.window.action(HostText::redo).trigger();
+    // A list of sheets beside it, of which none can be opened; questions about the drawing save it here.
+    REQUIRE(gui.window.files().saveTo(QString::fromStdString(folder.path("works.json"))));
+    REQUIRE(replaceFile(folder.path("set.json"), R"({"format": "brenvolt-set", "title": "WORKS", "sheets": [
+      {"file": "001.json", "circuits": ["P-101"]}, {"file": "002.json", "circuits": ["P-102"]}]})")
+                .empty());
+    REQUIRE(gui.window.sets().open(QString::fromStdString(folder.path("set.json"))));
     {
       Monkey monkey(gui, seed, patience * 1000);
       while (!monkey.isHome() && !monkey.isLost())

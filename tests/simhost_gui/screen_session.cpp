@@ -32,6 +32,17 @@ QStringList pixelOf(const QWidget& widget, const QPoint& place) {
   return {QString::number(qRound(pixel.x())), QString::number(qRound(pixel.y()))};
 }
 
+/// After a lost step: what is open keeps the test from its end. Yes to leaving, where that is asked.
+void leaveDialogs() {
+  for (QWidget* window : QApplication::topLevelWidgets()) {
+    if (!window->isVisible() || !window->inherits("QDialog")) continue;
+    auto* leaves = window->findChild<QAbstractButton*>(QStringLiteral("6"));
+    if (leaves != nullptr) return leaves->click();
+    if (window->isModal() || QApplication::activeModalWidget() == nullptr)
+      return static_cast<void>(window->close());
+  }
+}
+
 } // namespace
 
 bool hasScreen() {
@@ -92,7 +103,9 @@ bool ScreenSession::run() {
   QTimer look;
   int rounds = 0;
   look.callOnTimeout([&] {
-    if (next == steps_.size() || isLost) return;
+    // From another timer: this one rests while the question that a dialog asks is open.
+    if (isLost) return QTimer::singleShot(0, leaveDialogs);
+    if (next == steps_.size()) return;
     const Step& now = steps_[next];
     // Two looks apart: what is shown has been painted by then.
     rounds = now.isReady() ? rounds + 1 : 0;
@@ -100,9 +113,10 @@ bool ScreenSession::run() {
       isLost = waiting.elapsed() > patienceMilliseconds;
       if (!isLost) return;
       keepPicture(QStringLiteral("lost"), next);
-      FAIL_CHECK("step \"", now.what.toStdString(), "\" does not get ready");
-      for (QWidget* window : QApplication::topLevelWidgets())
-        if (window->isModal()) window->close();
+      const QWidget* active = QApplication::activeWindow();
+      FAIL_CHECK(
+          "step \"", now.what.toStdString(), "\" does not get ready; active is ",
+          active == nullptr ? std::string("no window") : active->objectName().toStdString());
       return;
     }
     for (const QWidget* window : QApplication::topLevelWidgets())

@@ -1,21 +1,18 @@
 // A designer's work at a screen, one session for each thing that a user comes for. On a machine without a screen these say
 // "skipped"; screen_sessions.sh makes one.
-#include "gui_fixture.h"
-#include "screen_session.h"
+#include "desk.h"
 #include "simhost/gui/circuit_panel.h"
 #include "simhost/gui/start_window.h"
 #include "simhost/host/files.h"
 #include "simhost/qt/help_window.h"
-#include "tests/site/site_tool.h"
 
-#include <QApplication>
+#include <QClipboard>
 #include <QComboBox>
 #include <QDockWidget>
 #include <QElapsedTimer>
 #include <QLabel>
 #include <QLineEdit>
 #include <QMenu>
-#include <QProcess>
 #include <QPushButton>
 #include <QStatusBar>
 #include <QTableView>
@@ -28,102 +25,6 @@
 #include <doctest/doctest.h>
 
 using namespace simhost;
-
-namespace {
-
-std::string languageOfSession() {
-  return qEnvironmentVariable("SESSION_LANGUAGE", QStringLiteral("en")).toStdString();
-}
-
-/// The main window over a copy of the sample site, as large as the screen.
-struct Desk {
-  explicit Desk(const QString& session) : gui({}, languageOfSession(), site.site()), steps(session) {
-    gui.windows.setHelpFolder("docs");
-    gui.window.showMaximized();
-  }
-
-  /// When no command runs and no other window is open.
-  void atMain(const QString& what, const std::function<void()>& action) {
-    steps.step(
-        what,
-        [this] {
-          return QApplication::activeWindow() == &gui.window && !gui.window.runner().isBusy() &&
-                 gui.window.picks().prompt().isEmpty();
-        },
-        action);
-  }
-  void atPick(const QString& what, const std::function<void()>& action) {
-    steps.step(
-        what, [this] { return !gui.window.picks().prompt().isEmpty(); }, action);
-  }
-  void press(const QString& window, const QString& button, const QString& what) {
-    steps.inWindow(window, what, [button](QWidget& open) {
-      auto* found = open.findChild<QAbstractButton*>(button);
-      REQUIRE(found != nullptr);
-      ScreenSession::click(*found);
-    });
-  }
-  /// "Insert everything", used by `start`, until nothing waits; then `finish` uses OK.
-  void insertEverything(
-      const std::function<void(QWidget& all)>& start, const std::function<void(QWidget& ok)>& finish) {
-    const QString dialog = QStringLiteral("ZanDlgConfig");
-    const auto button = [](const QWidget& window, const char* name) {
-      return window.findChild<QAbstractButton*>(QLatin1String(name));
-    };
-    steps.inWindow(dialog, QStringLiteral("units"), [button, start](QWidget& window) {
-      REQUIRE(button(window, "repeat") != nullptr);
-      start(*button(window, "repeat"));
-    });
-    steps.step(
-        QStringLiteral("inserted"),
-        [button, dialog] {
-          const QWidget* window = activeWindowNamed(dialog);
-          const auto* all = window == nullptr ? nullptr : button(*window, "repeat");
-          return all != nullptr && !all->isEnabled();
-        },
-        [button, dialog, finish] { finish(*button(*activeWindowNamed(dialog), "ok")); });
-  }
-  void buildPump() {
-    gui.run(L"(site-build \"templates/motor3_dol.json\" (find-file \"zan_brenvolt.xls\") \"M3_DOL\""
-            L" \"Three-phase motors\" \"Direct on line\" \"Pump 10 HP\" '(0 0 0) \"\" \"\" \"\")");
-    gui.window.view().port().fit();
-  }
-  [[nodiscard]] int circuits() {
-    return gui.window.findChild<QTreeWidget*>(QStringLiteral("circuitTable"))->topLevelItemCount();
-  }
-  [[nodiscard]] QWidget& buttonOf(HostText command) {
-    return *gui.window.findChild<QToolBar*>(QStringLiteral("commands"))
-                ->widgetForAction(&gui.window.action(command));
-  }
-
-  const brenvolt::SiteCopy site;
-  GuiFixture gui;
-  ScreenSession steps;
-};
-
-/// The Tab keys that lead from the control with the keyboard to this one.
-QStringList tabsTo(const QWidget& target) {
-  QStringList way;
-  for (const QWidget* at = QApplication::focusWidget(); at != &target && way.size() < 40;) {
-    do
-      at = at->nextInFocusChain();
-    while (!(at->focusPolicy() & Qt::TabFocus) || !at->isVisible() || !at->isEnabled());
-    way.append(QStringLiteral("Tab"));
-  }
-  return way;
-}
-
-/// Alt and the letter of a caption.
-QString letterKeys(const QString& caption) {
-  return QStringLiteral("alt+") + caption[caption.indexOf(QLatin1Char('&')) + 1].toLower();
-}
-
-template <class View>
-QPoint cellOf(View& view, const QModelIndex& index) {
-  return view.viewport()->mapTo(&view, view.visualRect(index).center());
-}
-
-} // namespace
 
 TEST_SUITE("screen") {
   TEST_CASE("the start page opens a site with a new drawing, and a command that is disabled says why") {
@@ -284,8 +185,31 @@ TEST_SUITE("screen") {
     desk.atMain(QStringLiteral("properties"), [&] {
       CHECK_FALSE(desk.gui.window.status().hoverText().contains(QStringLiteral("block-reference")));
       CHECK(desk.gui.window.findChild<QTreeWidget*>(QStringLiteral("properties"))->topLevelItemCount() > 2);
+      ScreenSession::keys({QStringLiteral("Escape"), QStringLiteral("ctrl+i")});
+    });
+    // Without a selection it asks; what does not fit says why, and what fits is taken.
+    desk.atPick(QStringLiteral("pick"), [&] {
+      ScreenSession::click(desk.gui.window.view(), desk.gui.pixel(50, 18)); // the motor's data, a text
+    });
+    desk.steps.step(
+        QStringLiteral("refused"),
+        [&] { return desk.gui.window.status().text() == desk.gui.texts(HostText::onlyComponentFits); },
+        [&] { ScreenSession::click(desk.gui.window.view(), desk.gui.pixel(160, -10)); });
+    desk.steps.inWindow(QStringLiteral("ZanDlgWireSelect"), QStringLiteral("again"), [](QWidget&) {
+      ScreenSession::keys({QStringLiteral("Escape")});
+    });
+    // The result of a lookup is a line that can be copied.
+    desk.atMain(QStringLiteral("left"), [] { ScreenSession::keys({QStringLiteral("ctrl+m")}); });
+    desk.press(QStringLiteral("ZanDlgMotorSelect"), QStringLiteral("ok"), QStringLiteral("motors"));
+    desk.atMain(QStringLiteral("line"), [&] {
+      for (const auto* button : desk.gui.window.findChildren<QAbstractButton*>())
+        if (button->isVisible() && button->text() == desk.gui.texts(HostText::copyResult))
+          ScreenSession::click(*button);
     });
     CHECK(desk.steps.run());
+    const QString copied = QGuiApplication::clipboard()->text();
+    CHECK_MESSAGE(copied == desk.gui.window.status().text(), copied.toStdString());
+    CHECK(copied.startsWith(desk.gui.texts(HostText::motorResult, {QString()})));
   }
 
   TEST_CASE("a second window on a drawing says so, and none of the two overwrites the other in silence") {
@@ -296,46 +220,24 @@ TEST_SUITE("screen") {
     const QString file = QString::fromStdString(folder.path("plan.json"));
     desk.gui.run(L"(draw-line '(0 0) '(100 50))");
     REQUIRE(desk.gui.window.files().saveTo(file));
-    QProcess other;
     const auto saved = [&] { return readFile(file.toStdString()).value_or(""); };
     std::string before;
     const auto title = [&desk](HostText text) { return desk.gui.texts(text); };
-    desk.atMain(QStringLiteral("first"), [&] {
-      other.start(
-          QCoreApplication::applicationDirPath() + QStringLiteral("/brenvolt-gui"),
-          {QStringLiteral("--site"), QString::fromStdString(desk.site.site()), QStringLiteral("--drawing"),
-           file, QStringLiteral("--language"), QString::fromStdString(languageOfSession()),
-           QStringLiteral("--settings"), QString::fromStdString(folder.path("other_settings.json"))});
+    desk.atMain(QStringLiteral("first"), [&] { desk.startOther(file, folder); });
+    desk.atTitle(QStringLiteral("asked"), title(HostText::openElsewhereTitle), [&] {
+      ScreenSession::keys({letterKeys(title(HostText::openAnyway))});
     });
     desk.steps.step(
-        QStringLiteral("asked"),
-        [&] { return ScreenSession::hasWindow(title(HostText::openElsewhereTitle)); },
-        [&] { ScreenSession::keys({letterKeys(title(HostText::openAnyway))}); });
-    const QString otherTitle = QStringLiteral("^plan.json");
-    desk.steps.step(
-        QStringLiteral("both"),
-        [&] {
-          return ScreenSession::hasWindow(otherTitle) &&
-                 !ScreenSession::hasWindow(title(HostText::openElsewhereTitle));
-        },
-        [&] {
-          // This one draws on and saves; then the other one does.
-          desk.gui.run(L"(draw-line '(0 0) '(50 100))");
-          CHECK(desk.gui.window.files().saveTo(file));
-          before = saved();
-          ScreenSession::keys({QStringLiteral("ctrl+b")});
-        });
-    desk.steps.step(
-        QStringLiteral("history"),
-        [&] { return ScreenSession::hasWindow(QLatin1Char('^') + title(HostText::configurationsTitle)); },
-        [] { ScreenSession::keys({QStringLiteral("Return")}); });
-    desk.steps.step(
-        QStringLiteral("place"),
-        [&] { return !ScreenSession::hasWindow(QLatin1Char('^') + title(HostText::configurationsTitle)); },
-        [] { ScreenSession::keys({QStringLiteral("Return")}); });
-    desk.steps.step(
-        QStringLiteral("drawn"), [&] { return ScreenSession::hasWindow(QStringLiteral("^plan.json\\*")); },
-        [] {});
+        QStringLiteral("answered"),
+        [&] { return !ScreenSession::hasWindow(title(HostText::openElsewhereTitle)); }, [] {});
+    desk.buildInOther(QStringLiteral("both"), QStringLiteral("plan.json"), [&] {
+      // This one draws on and saves; then the other one does.
+      desk.gui.run(L"(draw-line '(0 0) '(50 100))");
+      CHECK(desk.gui.window.files().saveTo(file));
+      before = saved();
+      ScreenSession::keys({QStringLiteral("ctrl+b")});
+    });
+    desk.atTitle(QStringLiteral("drawn"), QStringLiteral("plan.json\\*"), [] {});
     desk.steps.step(
         QStringLiteral("changed"),
         [&] {
@@ -349,8 +251,7 @@ TEST_SUITE("screen") {
         [&] { return !ScreenSession::hasWindow(title(HostText::changedElsewhereTitle)); }, [] {});
     CHECK(desk.steps.run());
     CHECK(saved() == before);
-    other.kill();
-    other.waitForFinished();
+    desk.killOther();
   }
 
   TEST_CASE("the page has the frame of the site, and the preview shows it") {
@@ -431,6 +332,15 @@ TEST_SUITE("screen") {
     });
     desk.steps.step(
         QStringLiteral("explained"), [] { return QApplication::activePopupWidget() != nullptr; },
+        [] { ScreenSession::keys({QStringLiteral("Escape")}); });
+    desk.atMain(QStringLiteral("what"), [&] {
+      QTimer::singleShot(0, [&] { desk.gui.window.action(HostText::whatsThis).trigger(); });
+    });
+    desk.steps.step(
+        QStringLiteral("next click"), [] { return QWhatsThis::inWhatsThisMode(); },
+        [&] { ScreenSession::click(desk.buttonOf(HostText::motor)); });
+    desk.steps.step(
+        QStringLiteral("this"), [] { return QApplication::activePopupWidget() != nullptr; },
         [] { ScreenSession::keys({QStringLiteral("Escape")}); });
     const QString before = desk.gui.texts(HostText::newCircuit);
     desk.atMain(QStringLiteral("language"), [&] {
