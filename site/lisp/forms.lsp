@@ -21,19 +21,20 @@
 ; Wires
 
 ; A motor's wire for which no size is known is drawn as the site's size and marked, so that nobody takes it for sized.
-(defun mark-unsized (xyz scl index data)
-  (when (string=? (site-text (car (conductor-row data index))) "")
+; Its grounding conductor likewise.
+(defun mark-unsized (xyz scl row)
+  (when (string=? (site-text (car row)) "")
     (draw-text (offset xyz 0 (* scl 1.0)) "NO WIRE SIZE" (* scl 2.0) "DESCRIPTIONS")))
 
 (defun site_wire (xyz scl index length data misc1)
-  (mark-unsized xyz scl index data)
+  (mark-unsized xyz scl (conductor-row data index))
   (draw-wire xyz (offset xyz (* scl length) 0) (row-layer (conductor-row data index) misc1 "BLK_@SIZE@"))
   T)
 
 ; A wire through points given as dx dy dx dy ... from the marker, with a dot where it leaves another one. A path
 ; that does not begin at the marker branches off a wire that has its mark.
 (defun site_wire_path (xyz scl index data misc1 steps)
-  (when (and (zerop (first steps)) (zerop (second steps))) (mark-unsized xyz scl index data))
+  (when (and (zerop (first steps)) (zerop (second steps))) (mark-unsized xyz scl (conductor-row data index)))
   (draw-path xyz scl steps (row-layer (conductor-row data index) misc1 "BLK_@SIZE@"))
   T)
 
@@ -50,6 +51,7 @@
 
 ; Along the circuit to the frame of the motor or load.
 (defun site_ground_wire (xyz scl dx dy data misc1)
+  (mark-unsized xyz scl (ground-row data))
   (draw-path xyz scl (list 0 0 dx 0 dx dy) (row-layer (ground-row data) misc1 "GRN_@SIZE@"))
   T)
 
@@ -64,6 +66,7 @@
 
 ; As site_ground_wire, through points given as dx dy dx dy ... from the marker.
 (defun site_ground_path (xyz scl data misc1 steps)
+  (mark-unsized xyz scl (ground-row data))
   (draw-path xyz scl steps (row-layer (ground-row data) misc1 "GRN_@SIZE@"))
   T)
 

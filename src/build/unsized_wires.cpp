@@ -41,29 +41,37 @@ const ZanAnnotationDataList* wiresOf(const ZanAnnotationDataList& rows) {
   return rows.size() > 1 ? rows.items()[1].list.get() : nullptr;
 }
 
-enum class Wires { none, unsized, sized };
+/// What the wires of a motor or load lack. A row counts by itself: one conductor with a size does not size the others,
+/// and none sizes the grounding conductor.
+struct WireGaps {
+  bool hasConductors = false;
+  bool hasGrounding = false;
+  bool areConductorsUnsized = false; ///< at least one of them
+  bool isGroundingUnsized = false;
+  std::wstring conductorSize; ///< of the first conductor that has one
+};
 
-/// The state of a motor's conductors; its grounding conductor does not count.
-Wires conductorsOf(const ZanAnnotationDataList& rows) {
+WireGaps gapsOf(const ZanAnnotationDataList& rows) {
+  WireGaps gaps;
   const ZanAnnotationDataList* wires = wiresOf(rows);
-  if (wires == nullptr) return Wires::none;
-  Wires state = Wires::none;
+  if (wires == nullptr) return gaps;
   for (const ZanAnnotationDataList::Item& item : wires->items()) {
-    if (!item.row || isGrounding(*item.row)) continue;
-    if (!sizeOf(*item.row).empty()) return Wires::sized;
-    state = Wires::unsized;
+    if (!item.row) continue;
+    const std::wstring size = sizeOf(*item.row);
+    if (isGrounding(*item.row)) {
+      gaps.hasGrounding = true;
+      gaps.isGroundingUnsized = gaps.isGroundingUnsized || size.empty();
+      continue;
+    }
+    gaps.hasConductors = true;
+    gaps.areConductorsUnsized = gaps.areConductorsUnsized || size.empty();
+    if (gaps.conductorSize.empty()) gaps.conductorSize = size;
   }
-  return state;
+  return gaps;
 }
 
-bool lacksGroundingSize(const ZanAnnotationDataList& rows) {
-  const ZanAnnotationDataList* wires = wiresOf(rows);
-  return wires != nullptr && std::ranges::any_of(wires->items(), [](const ZanAnnotationDataList::Item& item) {
-           return item.row && isGrounding(*item.row) && sizeOf(*item.row).empty();
-         });
-}
-
-/// The circuit of a data row. A row without a size system has no wire choices at all, and the usual ones serve.
+/// The circuit of a data row. A row without a size system has no wire choices, and the usual ones serve; its grounding
+/// size counts nevertheless.
 ZanCircuitData circuitOf(const ZanAnnotationData& row) {
   ZanCircParams record;
   for (std::size_t field = 0; field < row.fields.size() && field < circparam::controlCode; ++field)
@@ -76,6 +84,7 @@ ZanCircuitData circuitOf(const ZanAnnotationData& row) {
     usual.phase = stored.phase;
     usual.fla = stored.fla;
     usual.flaMultiplier = stored.flaMultiplier;
+    usual.groundSize = stored.groundSize;
     return usual;
   }
   stored.useVoltageDrop = isGiven(stored.length);
@@ -96,17 +105,20 @@ public:
       : formats_(formats), connection_(observer) {}
 
   void size(ZanAnnotationDataList& rows, std::wstring_view code, std::wstring_view suffix) {
-    const Wires wires = conductorsOf(rows);
-    if (wires == Wires::sized || (wires == Wires::none && formats_.GetWireCodes(suffix).empty())) return;
+    WireGaps gaps = gapsOf(rows);
+    // Positions of the template that no row has are drawn as well.
+    if (!gaps.hasConductors) gaps.areConductorsUnsized = !formats_.GetWireCodes(suffix).empty();
+    if (!gaps.hasGrounding) gaps.isGroundingUnsized = !formats_.GetGroundCodes(suffix).empty();
+    if (!gaps.areConductorsUnsized && !gaps.isGroundingUnsized) return;
     const ZanAnnotationData* data = dataRow(rows);
     const ZanCircuitData circuit = data == nullptr ? ZanCircuitData() : circuitOf(*data);
-    const std::optional<Sized> sized = sizesFor(circuit, code);
+    const std::optional<Sized> sized = sizesFor(circuit, code, gaps);
     if (!sized) {
       ++unsized_;
       return;
     }
     fill(rows, sized->sizes, suffix);
-    const bool isGroundLacking = lacksGroundingSize(rows);
+    const bool isGroundLacking = gapsOf(rows).isGroundingUnsized;
     if (isGroundLacking) say(TextId::groundingWithoutSize, code);
     if (!sized->isLargeEnough) say(TextId::wiresTooSmall, code, sized->sizes.conductors);
     if (isGroundLacking || !sized->isLargeEnough) ++unsized_;
@@ -120,26 +132,35 @@ private:
     bool isLargeEnough = true;
   };
 
-  std::optional<Sized> sizesFor(const ZanCircuitData& circuit, std::wstring_view code) {
+  /// Nothing, with a report, where a size cannot be computed.
+  std::optional<Sized> sizesFor(const ZanCircuitData& circuit, std::wstring_view code, const WireGaps& gaps) {
+    Sized sized{{gaps.conductorSize, removeBlanks(circuit.groundSize)}};
+    if (!gaps.areConductorsUnsized && !sized.sizes.grounding.empty()) return sized;
     if (!isGiven(circuit.fla)) {
-      say(TextId::wiresWithoutCurrent, code);
+      say(gaps.areConductorsUnsized ? TextId::wiresWithoutCurrent : TextId::groundingWithoutCurrent, code);
       return std::nullopt;
     }
+    const TextId noTables =
+        gaps.areConductorsUnsized ? TextId::wiresWithoutTables : TextId::groundingWithoutTables;
     if (!tables_ && openEngineeringDatabase(connection_)) tables_.emplace(connection_);
     const std::wstring standard = getCodeStandard().value_or(std::wstring());
     if (!tables_ || !tables_->hasOptions(standard)) {
-      say(TextId::wiresWithoutTables, code);
+      say(noTables, code);
       return std::nullopt;
     }
     const WireDefaults defaults(*tables_, standard);
-    const std::optional<AutoWire> wire = autoWire(defaults, circuit, autoDesignCurrent(defaults, circuit));
-    if (!wire) {
-      say(TextId::wiresWithoutTables, code);
-      return std::nullopt;
+    if (gaps.areConductorsUnsized) {
+      const std::optional<AutoWire> wire = autoWire(defaults, circuit, autoDesignCurrent(defaults, circuit));
+      if (!wire) {
+        say(noTables, code);
+        return std::nullopt;
+      }
+      sized.sizes.conductors = removeBlanks(wire->size);
+      sized.isLargeEnough = wire->isLargeEnough;
     }
-    WireSizes sizes{removeBlanks(wire->size), removeBlanks(circuit.groundSize)};
-    if (sizes.grounding.empty()) sizes.grounding = removeBlanks(autoGroundSize(defaults, circuit));
-    return Sized{std::move(sizes), wire->isLargeEnough};
+    if (sized.sizes.grounding.empty())
+      sized.sizes.grounding = removeBlanks(autoGroundSize(defaults, circuit));
+    return sized;
   }
 
   void fill(ZanAnnotationDataList& rows, const WireSizes& sizes, std::wstring_view suffix) const {
@@ -159,13 +180,17 @@ private:
               isGround ? groundCode(number, suffix) : wireCode(number, suffix));
         wires.AddRow(std::move(row));
       }
+    const std::vector<PresetWire> presets = {
+        {sizes.conductors, {}, std::wstring(conductorKind)},
+        {sizes.grounding, {}, std::wstring(groundingKind)}};
     if (conductors == 0) {
-      const std::vector<PresetWire> one = {{sizes.conductors, {}, std::wstring(conductorKind)}};
       ZanAnnotationDataList all;
-      expandWires(one, formats_, suffix, WirePass::conductors, sizes.grounding, all);
+      expandWires(presets, formats_, suffix, WirePass::conductors, sizes.grounding, all);
       all.Append(wires);
       wires = std::move(all);
     }
+    if (grounds == 0 && !formats_.GetGroundCodes(suffix).empty())
+      expandWires(presets, formats_, suffix, WirePass::grounding, sizes.grounding, wires);
     ZanAnnotationDataList sized;
     sized.AddRow(*rows.items().front().row);
     sized.AddList(std::move(wires));
@@ -219,12 +244,18 @@ void sizeUnsizedWires(BuildState& build, ZanDwgMarkerList& list) {
 }
 
 void reportUnsizedWires(const BuildState& build) {
+  const ZanWireFormatter formats = build.maker.wires().formats(SamePosition::eachCounts);
   int unsized = 0;
   for (const MotorRows& motor : build.maker.CollectSettings()) {
     const ZanConfigUnit* unit =
         build.units.Find(static_cast<std::uint32_t>(motor.markerId), FindUnitBy::marker);
-    if (unit == nullptr || !unit->inserted || conductorsOf(motor.rows) != Wires::unsized) continue;
-    say(TextId::wiresNotChosen, unit->code);
+    if (unit == nullptr || !unit->inserted) continue;
+    const WireGaps gaps = gapsOf(motor.rows);
+    // A page stores a grounding conductor also where the template has no position for one.
+    const bool lacksGrounding =
+        gaps.isGroundingUnsized && !formats.GetGroundCodes(wireSuffix(unit->code)).empty();
+    if (!gaps.areConductorsUnsized && !lacksGrounding) continue;
+    say(gaps.areConductorsUnsized ? TextId::wiresNotChosen : TextId::groundingNotChosen, unit->code);
     ++unsized;
   }
   addUnsized(unsized);

@@ -1,6 +1,7 @@
 // Ensures that no wire of a motor or load is drawn without a size in silence. A direct build sizes wires without sizes
 // by the rules of an unattended build: a saved configuration or a preset may contain the data without the wires, or
-// neither. In the dialog the user sizes them.
+// neither. Each conductor and the grounding conductor count by themselves: sizes that are there stay, and do not hide one
+// that is missing. In the dialog the user sizes them.
 #pragma once
 
 #include "build/build_state.h"

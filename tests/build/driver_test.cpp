@@ -71,6 +71,18 @@ TEST_CASE("a motor that comes without wire sizes is sized as a build sizes, or w
        R"(("2000KCMIL" ""))", "the largest, 2000KCMIL, is taken", "1.0"},
       {"no grounding size either", LR"("Induction";"10";"HP";"460";"3";"60";"1800";"9000";"1.25")", L"", true,
        R"(("2000KCMIL" ""))", "its grounding conductor has no size", "1.0"},
+      {"conductors with a size do not size the grounding conductor: 65 x 2.5 = 162.5 < 200",
+       LR"("Induction";"50";"HP";"460";"3";"60";"1800";"65";"1.25")", LR"((("2AWG" "x" "1")))", true,
+       R"(("2AWG" "6AWG"))", "", "nil"},
+      {"its size can be that of the data",
+       LR"("";"";"";"";"";"";"";"";"";"";"";"";"";"";"";"";"";"";"";"";"";"";"";"";"";"";"";"";"4AWG")",
+       LR"((("2AWG" "x" "1")))", false, R"(("2AWG" "4AWG"))", "", "nil"},
+      {"nor is it sized without a current", L"", LR"((("2AWG" "x" "1")))", true, R"(("2AWG" ""))",
+       "grounding, its full-load current is not known", "1.0"},
+      {"nor without tables", motor, LR"((("2AWG" "x" "1")))", false, R"(("2AWG" ""))",
+       "grounding, the tables of wire sizes cannot be read", "1.0"},
+      {"one conductor with a size does not size the next", motor, LR"((("8AWG" "x" "1") ("" "" "1")))", true,
+       R"(("8AWG" "12AWG" "10AWG"))", "", "nil"},
       {"no current", LR"("Induction";"10";"HP";"460";"3";"60";"1800";"";"1.25")", L"", true, R"(("" ""))",
        "its full-load current is not known", "1.0"},
       {"no tables", motor, L"", false, R"(("" ""))", "the tables of wire sizes cannot be read", "1.0"},
@@ -81,6 +93,9 @@ TEST_CASE("a motor that comes without wire sizes is sized as a build sizes, or w
     BuildSite site;
     site.writeSheet(sheet);
     site.eval(markers);
+    // A second conductor.
+    if (std::wstring_view(row.wires).find(L"(\"\"") != std::wstring_view::npos)
+      site.eval("(mark \"WT02-1\" \"8\" \"_WIRETYPE=M_@S@;\")");
     site.eval(
         "(setq GBL_qn_electcodestd \"NEC\") (defun c:zan_bv_figure_mccdb_fnam () \"" +
         (row.hasTables ? database : folder.path().string() + "/none.db") + "\")");
