@@ -242,9 +242,10 @@ std::wstring buildForm(
   form += L"(setq GBL_qn_bv_data (append (sublist GBL_qn_bv_data 0 2) (list " +
           lisp::printReal(circuit.scale) + L") (sublist GBL_qn_bv_data 3 5) (list " +
           lisp::printReal(circuit.componentScale) + L") (nthcdr 6 GBL_qn_bv_data)))";
-  form += L"(site-build";
-  // The row has a configuration of its own.
+  // The row has a configuration of its own, and its option columns change that.
   const bool startsElsewhere = !circuit.configuration.empty();
+  if (startsElsewhere && !circuit.preset.empty()) form += L"(setq GBL_qn_bv_preset_over_history 1)";
+  form += L"(site-build";
   for (const std::wstring& text :
        {circuit.drawingTemplate, fromUtf8(workbook), circuit.worksheet, circuit.circuit, circuit.type,
         startsElsewhere ? circuit.configuration : circuit.name})

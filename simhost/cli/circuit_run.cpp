@@ -24,6 +24,7 @@ using brenvolt::toUtf8;
 
 /// Where the parent product's symbol holds the scales.
 constexpr const wchar_t* buildDataSymbol = L"GBL_qn_bv_data";
+constexpr const wchar_t* presetOverHistorySymbol = L"GBL_qn_bv_preset_over_history";
 constexpr std::size_t circuitScalePlace = 2;
 constexpr std::size_t componentScalePlace = 5;
 
@@ -142,11 +143,11 @@ void takeConfiguration(SessionRun& run, const std::string& workbook, CircuitCall
   if (!call.circuitScale) call.circuitScale = savedScale("--scale", summary.circuitScale, run);
   if (!call.componentScale)
     call.componentScale = savedScale("--component-scale", summary.componentScale, run);
-  // The fields that go with a preset take the place of the circuit's data, the empty ones too.
-  if (run.preset.empty()) return;
-  const brenvolt::SavedControl control = brenvolt::savedControl(file, key);
-  if (run.params.empty()) run.params = toUtf8(control.fieldsText());
-  if (run.wires.empty()) run.wires = toUtf8(control.wiresText());
+  call.isPresetOverHistory = !run.preset.empty();
+  // The build keeps motor or load and wires where the run has neither; a new motor gets wires of its own. New wires go
+  // with the data of the configuration.
+  if (run.params.empty() && !run.wires.empty())
+    run.params = toUtf8(brenvolt::savedControl(file, key).fieldsText());
 }
 
 lisp::Value textValue(std::wstring_view text) {
@@ -198,6 +199,7 @@ CircuitCall circuitCall(const SessionRun& asked, const std::string& workbook, Ci
 
 lisp::Value callSite(HostRun& host, const CircuitCall& call) {
   setScales(host.interpreter(), call);
+  if (call.isPresetOverHistory) host.interpreter().setValue(presetOverHistorySymbol, lisp::Value::integer(1));
   return host.call(L"site-build", call.arguments);
 }
 

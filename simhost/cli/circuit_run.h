@@ -17,10 +17,11 @@ struct CircuitCall {
   std::vector<lisp::Value> arguments;
   std::optional<double> circuitScale;   ///< none: that of the site
   std::optional<double> componentScale; ///< none: that of the site
+  bool isPresetOverHistory = false;     ///< the preset changes choices of a saved configuration
 };
 
-/// The call for the circuit of `run`. A saved configuration has its scales, and with a preset also its motor or load
-/// data and its wires, unless the run has its own. Throws BadInput when the workbook does not hold the circuit, when
+/// The call for the circuit of `run`. A preset changes the choices of a saved configuration, whose scales and whose motor
+/// or load with its wires stay unless the run has its own; a motor of the run without wires is sized. Throws BadInput when the workbook does not hold the circuit, when
 /// its worksheet cannot be read, and for a history, a preset or a scale that cannot be used: a build says no word of
 /// these. @param workbook  full path
 [[nodiscard]] CircuitCall circuitCall(const SessionRun& run, const std::string& workbook, CircuitBuild build);

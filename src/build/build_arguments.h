@@ -30,11 +30,13 @@ struct ZanBuildArgs {
   std::wstring codeHandleText;
   std::wstring drawingIndex;
   std::wstring wireText;
+  /// The preset fields hold also where the saved configuration says something else; an empty one leaves what it says.
+  bool isPresetOverHistory = false;
 };
 
 /// Parses the arguments: one list, or separate items, by position. Nothing when workbook, worksheet or handle are of a
-/// wrong type, or workbook or worksheet are empty; any other wrong type is passed over. The scales, trace flag and
-/// point are not among the arguments.
+/// wrong type, or workbook or worksheet are empty; any other wrong type is passed over. The scales, trace flag,
+/// point and the rank of the preset are not among the arguments.
 [[nodiscard]] std::optional<ZanBuildArgs> parseBuildArguments(const ResultList& arguments);
 
 } // namespace brenvolt

@@ -73,6 +73,9 @@ void ZanBrenvolt::readBuildData() {
     args.insertPoint = data.point;
     args.trace = data.trace;
   }
+  // Without the symbol a saved configuration counts more than the preset: existing LISP relies on it.
+  args.isPresetOverHistory = isSwitchedOn(lispsymbol::presetOverHistory);
+  if (args.isPresetOverHistory) putList(lispsymbol::presetOverHistory, ResultList());
   state_.history.context = args.workbook;
   state_.entry = {
       {args.circuit, args.type, args.historyName},

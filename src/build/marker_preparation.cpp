@@ -84,12 +84,28 @@ std::wstring_view controlOf(const BuildPresets& presets) {
              : std::wstring_view();
 }
 
+/// Whether the marker keeps the motor or load of the saved configuration, because the preset has none.
+bool keepsSavedControl(const BuildState& build, const ZanAnnotationDataList& saved) {
+  return build.input.args.isPresetOverHistory && build.input.presets.wireNumbers.empty() &&
+         build.input.presets.wires.empty() && !saved.isEmpty();
+}
+
+/// Puts the options of the preset in the place of those of the saved configuration. Parts were chosen for the options
+/// that were saved: others would get parts that do not fit.
+void putPresetOverHistory(const ZanBuildArgs& args, ZanDwgMarker& marker) {
+  if (!args.isPresetOverHistory) return;
+  const std::int32_t saved = marker.record.GetOptionCode();
+  applyPresetOptions(args.presetText, marker.code, marker.record);
+  if (marker.record.GetOptionCode() != saved) marker.catalog.Clear();
+}
+
 /// The first control marker of the build fixes the suffix of the wires and takes them as its own.
 void takeControlWires(BuildState& build, ZanDwgMarker& marker, CircuitRows circuitRows) {
   const ZanOptionGroup* const control = marker.record.controlGroup();
   if (build.controlMarkerSeen || control == nullptr) return;
   build.controlMarkerSeen = true;
   build.controlSuffix = wireSuffix(marker.code);
+  if (keepsSavedControl(build, marker.controls)) return;
   marker.controls = presetGroupData(build, build.controlSuffix, control->title);
   if (!build.controlSuffix.empty() && circuitRows == CircuitRows::fill) build.circuitData = marker.controls;
 }
@@ -116,7 +132,8 @@ void applyOpenHistory(BuildState& build, ZanDwgMarkerList& list, CircuitRows cir
   if (!build.history.hasOpenHistory()) return;
   ZanAnnotationDataList* circuitControls = circuitRows == CircuitRows::fill ? &build.circuitData : nullptr;
   forEachMarkerWithOptions(list, [&](ZanDwgMarker& marker) {
-    applyHistoryToMarker(build.history, marker, getActiveWireTypes, circuitControls);
+    if (applyHistoryToMarker(build.history, marker, getActiveWireTypes, circuitControls))
+      putPresetOverHistory(build.input.args, marker);
   });
 }
 
@@ -138,7 +155,7 @@ BuildPresets readPresets(const ZanBuildArgs& args, TableObserver* observer) {
 }
 
 void buildWireAnnotations(BuildState& build, ZanDwgMarkerList& list, CircuitRows circuitRows) {
-  if (circuitRows == CircuitRows::fill)
+  if (circuitRows == CircuitRows::fill && !keepsSavedControl(build, build.circuitData))
     build.circuitData = presetGroupData(build, {}, controlOf(build.input.presets));
   forEachMarkerWithOptions(list, [&](ZanDwgMarker& marker) {
     takeControlWires(build, marker, circuitRows);

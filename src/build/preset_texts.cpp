@@ -1,5 +1,6 @@
 #include "build/preset_texts.h"
 
+#include "text/compare.h"
 #include "text/numbers.h"
 #include "text/split.h"
 
@@ -47,6 +48,20 @@ void selectOrKeep(ZanOptionGroup& group, std::int32_t value) {
     option.selected = &option == &stays;
 }
 
+void select(ZanCodeRecord& record, const std::vector<std::int32_t>& values) {
+  for (std::size_t i = 0; i < record.groups.size() && i < values.size(); ++i)
+    selectOrKeep(record.groups[i], values[i]);
+}
+
+/// Calls `visit` with the CODE and the values of each part that has one "=".
+template <class Visit>
+void forEachPresetPart(std::wstring_view presetText, Visit&& visit) {
+  for (const std::wstring& part : splitSkippingEmpty(withoutBracketed(presetText), L';')) {
+    const std::vector<std::wstring> sides = splitKeepingEmpty(part, L'=');
+    if (sides.size() == 2) visit(trimView(sides[0]), integersOf(sides[1]));
+  }
+}
+
 std::wstring unquoted(std::wstring_view text) {
   return trim(text, L"\"");
 }
@@ -54,15 +69,15 @@ std::wstring unquoted(std::wstring_view text) {
 } // namespace
 
 void applyPresetDefaults(std::wstring_view presetText, ZanCircuitCatalog& catalog) {
-  for (const std::wstring& part : splitSkippingEmpty(withoutBracketed(presetText), L';')) {
-    const std::vector<std::wstring> sides = splitKeepingEmpty(part, L'=');
-    if (sides.size() != 2) continue;
-    ZanCodeRecord* record = catalog.findRecord(trimView(sides[0]));
-    if (!record) continue;
-    const std::vector<std::int32_t> values = integersOf(sides[1]);
-    for (std::size_t i = 0; i < record->groups.size() && i < values.size(); ++i)
-      selectOrKeep(record->groups[i], values[i]);
-  }
+  forEachPresetPart(presetText, [&catalog](std::wstring_view code, const std::vector<std::int32_t>& values) {
+    if (ZanCodeRecord* const record = catalog.findRecord(code)) select(*record, values);
+  });
+}
+
+void applyPresetOptions(std::wstring_view presetText, std::wstring_view code, ZanCodeRecord& record) {
+  forEachPresetPart(presetText, [&](std::wstring_view each, const std::vector<std::int32_t>& values) {
+    if (equalsOrdinalNoCase(each, code)) select(record, values);
+  });
 }
 
 std::vector<MarkerPreset> parseMarkerPresets(std::wstring_view presetText) {

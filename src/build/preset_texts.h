@@ -16,6 +16,9 @@ namespace brenvolt {
 /// takes its first. Text in brackets, "[...]", is skipped with them; a part must hold exactly one "=".
 void applyPresetDefaults(std::wstring_view presetText, ZanCircuitCatalog& catalog);
 
+/// The same for the record of one CODE.
+void applyPresetOptions(std::wstring_view presetText, std::wstring_view code, ZanCodeRecord& record);
+
 /// One part "CODE[=HANDLE]=1,2" of a preset text: a placed component whose data the marker takes over.
 struct MarkerPreset {
   std::wstring code;

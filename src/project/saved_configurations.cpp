@@ -51,14 +51,6 @@ std::wstring SavedControl::fieldsText() const {
   return fields.empty() ? std::wstring() : inQuotes(join(fields, L"\";\""));
 }
 
-std::wstring SavedControl::wiresText() const {
-  std::wstring text;
-  for (const Wire& wire : wires)
-    text += L"(" + inQuotes(wire.size) + L" " + inQuotes(wire.layer) +
-            (wire.isGrounding ? L" \"3\")" : L" \"1\")");
-  return text.empty() ? text : L"(" + text + L")";
-}
-
 SavedControl savedControl(const HistoryFile& history, const HistoryKey& key) {
   SavedControl control;
   for (const XmlElement& marker : history.find(key).history.children(xmlname::marker)) {

@@ -36,8 +36,6 @@ struct SavedControl {
 
   /// `"a";"";"c"`; empty without fields.
   [[nodiscard]] std::wstring fieldsText() const;
-  /// `(("10AWG" "BLK_10AWG" "1")...)`; empty without wires.
-  [[nodiscard]] std::wstring wiresText() const;
 };
 [[nodiscard]] SavedControl savedControl(const HistoryFile& history, const HistoryKey& key);
 

@@ -5,7 +5,6 @@
 #include <doctest/doctest.h>
 
 #include <filesystem>
-#include <sstream>
 
 using namespace brenvolt;
 
@@ -13,13 +12,10 @@ namespace {
 
 constexpr SampleCircuit motor = {"", "Three-phase motors", "Direct on line", "Pump 10 HP"};
 
-/// The lines of a drawing that hold a text.
-std::string linesWith(const std::string& drawing, const std::string& part) {
-  std::istringstream in(drawing);
-  std::string found;
-  for (std::string line; std::getline(in, line);)
-    if (line.find(part) != std::string::npos) found += line.substr(line.find(part)) + "\n";
-  return found;
+/// The first text of entity data of an application.
+std::string recordOf(const std::string& drawing, const std::string& application) {
+  const std::size_t begin = drawing.find('"' + application + '"');
+  return begin == std::string::npos ? "" : drawing.substr(begin, drawing.find("\"]", begin) - begin);
 }
 
 } // namespace
@@ -39,17 +35,32 @@ TEST_CASE("every wrong value of a preset is named at once, and fields of a rebui
     CHECK(site.draw(motor, "a.json", {"--scale", scale}).exitCode == 3);
 }
 
-TEST_CASE("a saved configuration keeps its motor and its wires when a preset changes an option") {
+TEST_CASE("a preset changes the choices of a saved configuration; the rest of it stays, or is the motor that "
+          "is given") {
   const SiteCopy site;
-  REQUIRE(site.draw(motor, "a.json", {"--history", motor.history}).exitCode == 0);
-  const ToolRun run = site.draw(motor, "b.json", {"--history", motor.history, "--preset", "DISC=10,1"});
-  REQUIRE_MESSAGE(run.exitCode == 0, run.errors);
-  const std::string a = site.folder().read("a.json");
-  const std::string b = site.folder().read("b.json");
-  const std::string motorData = linesWith(a, "ORL_QN_BV_CIRCPARAMS\"");
-  CHECK(motorData.find("Induction;10;HP;460") != std::string::npos);
-  CHECK(linesWith(b, "ORL_QN_BV_CIRCPARAMS\"") == motorData);
-  CHECK(linesWith(b, "ORL_QN_BV_CIRCPARAMS2\"") == linesWith(a, "ORL_QN_BV_CIRCPARAMS2\""));
+  const auto draw = [&site](std::vector<std::string> words) {
+    words.insert(words.end(), {"--history", motor.history, "--save-history", "Mine"});
+    const ToolRun run = site.draw(motor, "a.json", words);
+    REQUIRE_MESSAGE(run.exitCode == 0, run.errors);
+    return site.folder().read("a.json") + site.run({"history", "show", "--site", site.site(), "--circuit",
+                                                    motor.circuit, "--type", motor.type, "Mine"})
+                                              .output;
+  };
+  const std::string before = draw({});
+  checkHolds(
+      before, {"Disconnecting means: Circuit breaker", "Overload relay: Thermal", "Induction;10;HP;460"});
+  const std::string after = draw({"--preset", "DISC=20,1;OL=2"});
+  checkHolds(
+      after, {"Disconnecting means: Fusible switch", "Overload relay: Electronic", "ZDISC3", "ZSSOL3",
+              "Pilot lights: Running and stopped"});
+  for (const char* record : {"ORL_QN_BV_CIRCPARAMS", "ORL_QN_BV_CIRCPARAMS2"}) {
+    CHECK(recordOf(after, record).find("10") != std::string::npos);
+    CHECK(recordOf(after, record) == recordOf(before, record));
+  }
+  const std::string larger =
+      draw({"--preset", "OL=2", "--params", R"("Induction";"50";"HP";"460";"3";"60";"1800";"65";"1.25")"});
+  checkHolds(larger, {"BLK_2AWG", "GRN_6AWG"});
+  CHECK(larger.find("BLK_10AWG") == std::string::npos);
 }
 
 TEST_CASE("a saved configuration is drawn in its own scales, unless others are given") {
