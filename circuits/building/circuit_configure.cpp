@@ -14,7 +14,6 @@
 #include "text/compare.h"
 #include "text/encoding.h"
 #include "text/numbers.h"
-#include "text/split.h"
 
 #include <unistd.h>
 
@@ -141,22 +140,6 @@ private:
   ConfigurationFolder folder_;
   std::string workbook_;
 };
-
-/// What the list says of wires follows the dialog; a voltage drop is known only while motor and wires are the same.
-void takeWireFacts(SetCircuit& row, const CircuitObject& before, const CircuitObject& now) {
-  const std::vector<std::wstring> params = brenvolt::splitKeepingEmpty(now.params, L';');
-  const auto text = [&](std::wstring_view name) {
-    const auto place = std::find(loadSetupNames.begin(), loadSetupNames.end(), name);
-    const auto at = static_cast<std::size_t>(place - loadSetupNames.begin());
-    return at < params.size() ? brenvolt::trim(params[at]) : std::wstring();
-  };
-  if (brenvolt::toDouble(text(L"Wire length")) > 0.0)
-    row.length = text(L"Wire length") + L" " + text(L"Length units");
-  row.raceway = text(L"Raceway");
-  row.ambient = text(L"Ambient temperature");
-  if (before.params == now.params && before.wires == now.wires)
-    row.drop = circuitField(before.fields, L"drop");
-}
 
 std::wstring savedName(simhost::SiteRun& run) {
   const std::vector<lisp::Value> saved = lisp::toVector(run.interpreter().value(savedSymbol));

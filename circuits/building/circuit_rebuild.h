@@ -3,7 +3,7 @@
 // undo:
 //
 //   steps.runSteps(L"Build again", [&](const CommandSteps::Evaluate&) -> std::optional<lisp::Value> {
-//     circuits::rebuildCircuit(run, {site, workbook, circuit.id, {{L"load", L"15"}, {L"DISC", L"Circuit breaker"}}});
+//     circuits::rebuildCircuit(run, {site, workbook, circuit.id, {}, {{L"load", L"15"}, {L"DISC", L"Circuit breaker"}}});
 //     return lisp::Value::truth(true);
 //   });
 //
@@ -26,6 +26,8 @@ struct RebuildRequest {
   std::string site;     ///< folder
   std::string workbook; ///< full path
   std::wstring circuit; ///< id
+  /// The tag of the motor or load that the choices mean, where the circuit has several; another text means none.
+  std::wstring load{};
   /// Column of a motor list or CODE of the worksheet, and the cell: "load" "15", "DISC" "20,1", "DISC" "Circuit
   /// breaker". What is not named stays as the circuit has it.
   std::vector<std::pair<std::wstring, std::wstring>> choices{};
@@ -35,7 +37,8 @@ struct RebuildRequest {
 [[nodiscard]] std::wstring rebuildWarning(
     const simhost::DrawingDatabase& drawing, const CircuitObject& circuit);
 
-/// Builds the circuit again in the run's current drawing. It keeps its id, tags and terminal numbers. Throws BadInput
+/// Builds the circuit again in the run's current drawing. It keeps its id, tags and terminal numbers, and its motors their
+/// data and wires, except those of the motor that the choices change. Throws BadInput
 /// with all reasons, a line each, and the drawing is as before then.
 void rebuildCircuit(simhost::SiteRun& run, const RebuildRequest& request);
 
@@ -52,6 +55,9 @@ std::wstring copyCircuit(
 /// Gives the row what the site knew of the circuit by variables of the drawing when it was built, except what the request
 /// chooses.
 void takeSiteVariables(SetCircuit& row, const CircuitObject& circuit, const RebuildRequest& request);
+/// What the drawing keeps of a row's wires, after the circuit as it is now; a voltage drop is known only while motors and
+/// wires are the same.
+void takeWireFacts(SetCircuit& row, const CircuitObject& before, const CircuitObject& now);
 /// Takes the circuit out of the drawing and lets `build` draw it at the same point; id, terminal numbers and the site's
 /// variables are as before. `finishRow` completes what the drawing keeps of a row of a list. False, with the drawing as
 /// before, when `build` returns false; so it is when `build` throws.

@@ -344,6 +344,7 @@ private:
       if (isGiven) fail(row, SetField::load, L"a circuit of this type has no motor or load");
       return;
     }
+    if (row.keepsLoad) return;
     if (!circuit.configuration.empty()) {
       if (isGiven) fail(row, SetField::load, L"comes from the configuration: leave one of both empty");
       return;
@@ -435,7 +436,10 @@ private:
     const std::wstring voltage = text(Rating::voltage);
     const std::wstring phase = text(Rating::phase);
     const std::wstring fla = text(Rating::fla);
-    simhost::WireTexts texts;
+    const bool isUnattended = settings_.sizing == SetSettings::Sizing::build;
+    simhost::WireTexts texts = settings_.wires;
+    for (const simhost::WireFieldRow& field : simhost::wireFields)
+      if (isUnattended && !field.isForBuild) texts[field.field].clear();
     texts[WireField::standardCode] = circuit.standardCode;
     texts[WireField::fla] = fla;
     texts[WireField::voltage] = voltage;
@@ -444,7 +448,7 @@ private:
     texts[WireField::length] = row[SetField::length];
     texts[WireField::units] = brenvolt::toUpper(row[SetField::lengthUnits]);
     texts[WireField::raceway] = row[SetField::raceway];
-    texts.isUnattended = settings_.sizing == SetSettings::Sizing::build;
+    texts.isUnattended = isUnattended;
     static_cast<void>(runOf(standard, circuit.standardCode));
     std::vector<simhost::WireFault> faults;
     const std::optional<WireRequest> request = standard.wires->resolve(texts, faults);
@@ -473,6 +477,11 @@ private:
     const auto from = [&](WireField field) { return (*request)[field].text; };
     const bool isContinuous = from(WireField::continuous) != simhost::offText;
     const bool hasLength = !row[SetField::length].empty();
+    const auto given = [this](WireField field) {
+      const std::wstring& said = settings_.wires[field];
+      return said.empty() ? std::wstring(L"0") : said;
+    };
+    const bool hasFill = request->fields.isTicked(LookupField::fillTick);
     std::array<std::wstring, loadSetupNames.size()> setup = {
         text(Rating::type),
         text(Rating::load),
@@ -483,7 +492,7 @@ private:
         text(Rating::speed),
         fla,
         from(WireField::multiplier),
-        L"0",
+        given(WireField::extra),
         from(WireField::wireStandard),
         from(WireField::metal),
         from(WireField::insulation),
@@ -492,17 +501,17 @@ private:
         hasLength ? from(WireField::units) : L"",
         circuit.raceway,
         hasLength ? from(WireField::powerFactor) : L"0",
-        L"0",
+        given(WireField::dropLimit),
         isContinuous ? from(WireField::continuous) : L"0",
-        L"",
-        L"0",
+        hasFill ? request->fields.text(LookupField::fillRange) : L"",
+        hasFill ? request->fields.text(LookupField::fillFactor) : L"0",
         row[SetField::ambient],
         row[SetField::ambient].empty() ? std::wstring(L"0")
                                        : request->fields.text(LookupField::ambientFactor),
         brenvolt::formatShortest(request->input.overallFactor),
         L"",
         L"",
-        L"0",
+        given(WireField::energyPrice),
         circuit.groundSize,
         std::wstring(circuit.isMotor ? brenvolt::motorControlTitle : brenvolt::loadControlTitle)};
     circuit.data.assign(std::make_move_iterator(setup.begin()), std::make_move_iterator(setup.end()));

@@ -5,6 +5,7 @@
 #include "circuits/set/set_list.h"
 #include "project/entry_content.h"
 #include "simhost/site/engineering_run.h"
+#include "simhost/site/wire_fields.h"
 
 #include <cstddef>
 #include <string>
@@ -59,6 +60,8 @@ struct SetSettings {
   std::string standardCode = simhost::assumedStandard;
   /// Which wire size is taken: that which the lookup proposes, or that which a build takes unattended.
   enum class Sizing { lookup, build } sizing = Sizing::lookup;
+  /// How the wires of each row's motor or load are chosen, beside what the row says; empty for the site's options.
+  simhost::WireTexts wires{};
   double scale = 1.0; ///< of circuits and their components
   /// Runs already, so that tables are read in it; null for a session of the resolver's own.
   simhost::Session* running = nullptr;

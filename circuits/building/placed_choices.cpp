@@ -2,7 +2,6 @@
 
 #include "circuits/building/row_configurations.h"
 #include "circuits/netlist/netlist.h"
-#include "project/entry_content.h"
 #include "project/history_names.h"
 #include "text/compare.h"
 #include "text/numbers.h"
@@ -23,29 +22,12 @@ using simhost::EntityNode;
 
 namespace {
 
-/// By the group of a worksheet that asks for it.
 /// In a wire's row: its kind is that of the grounding conductor.
 constexpr std::wstring_view groundKind = L"3";
 
 std::wstring firstText(const EntityNode& node, std::wstring_view application) {
   const std::vector<std::wstring>* texts = simhost::findData(node.value, application);
   return texts == nullptr || texts->empty() ? std::wstring() : texts->front();
-}
-
-/// `(("10AWG" "BLK_10AWG" "1")...)` as its texts, three for each wire.
-std::vector<std::wstring> quotedTexts(std::wstring_view list) {
-  std::vector<std::wstring> texts;
-  std::optional<std::wstring> open;
-  for (std::size_t at = 0; at < list.size(); ++at) {
-    if (list[at] == L'"') {
-      if (open) texts.push_back(std::move(*open));
-      open = open ? std::optional<std::wstring>() : std::wstring();
-    } else if (open) {
-      if (list[at] == L'\\' && at + 1 < list.size()) ++at;
-      *open += list[at];
-    }
-  }
-  return texts;
 }
 
 EntryRow wireRow(std::wstring_view element, const std::wstring& wire, std::wstring size, std::wstring layer) {
@@ -64,7 +46,7 @@ std::vector<EntryRow> rowsOf(const EntityNode& node, std::wstring_view params) {
   std::vector<EntryRow> rows = {{std::wstring(isLoad ? xmlname::loadSetup : xmlname::motorSetup), {}}};
   for (std::size_t place = 0; place < values.size(); ++place)
     rows.front().properties.emplace_back(loadSetupNames[place], std::move(values[place]));
-  const std::vector<std::wstring> wires = quotedTexts(firstText(node, wiresApplication));
+  const std::vector<std::wstring> wires = wireTexts(firstText(node, wiresApplication));
   int number = 0;
   for (std::size_t at = 0; at + 2 < wires.size(); at += 3)
     if (wires[at + 2] == groundKind)
@@ -88,11 +70,11 @@ bool asksForLoad(const CodeRecords& records, const std::wstring& code) {
 /// as a build gives a marker the data of the last motor before it; one that comes first, to the first CODE.
 std::map<std::wstring, std::vector<EntryRow>> loadsByCode(
     const CodeRecords& records, const std::vector<std::wstring>& controls,
-    const simhost::DrawingDatabase& drawing, const CircuitObject& circuit) {
+    const simhost::DrawingDatabase& drawing, const CircuitObject& circuit, const ChangedChoices& changes) {
   std::map<std::wstring, std::vector<EntryRow>> loads;
   if (controls.empty()) return loads;
   std::wstring current = controls.front();
-  std::vector<EntryRow> last;
+  std::vector<EntryRow> last = changes.newLoad;
   for (const KvDbHandle handle : circuit.entities) {
     const EntityNode* node = drawing.find(handle);
     const auto origin = node == nullptr ? std::nullopt : simhost::provenanceOf(node->value);
@@ -100,7 +82,8 @@ std::map<std::wstring, std::vector<EntryRow>> loadsByCode(
     if (asksForLoad(records, origin->code)) current = brenvolt::toUpper(origin->code);
     const std::wstring params = firstText(*node, paramsApplication);
     if (params.empty()) continue;
-    last = rowsOf(*node, params);
+    const auto changed = changes.loads.find(handle.value());
+    last = changed == changes.loads.end() ? rowsOf(*node, params) : changed->second;
     loads.try_emplace(current, last);
   }
   // One motor that several CODEs ask for.
@@ -140,21 +123,57 @@ std::vector<brenvolt::EntryOption> optionsOf(const CodeRecords& records, const C
   return options;
 }
 
+/// A group that is not chosen otherwise keeps its option.
+std::vector<brenvolt::EntryOption> merged(
+    std::vector<brenvolt::EntryOption> options, const std::vector<brenvolt::EntryOption>& chosen) {
+  for (const brenvolt::EntryOption& option : chosen) {
+    const auto same = std::find_if(
+        options.begin(), options.end(), [&option](const auto& other) { return other.group == option.group; });
+    if (same == options.end())
+      options.push_back(option);
+    else
+      *same = option;
+  }
+  return options;
+}
+
+/// The record's choices, and after them those that the record does not have: a circuit of another type has other CODEs.
+std::vector<CodeChoice> allChoices(
+    const CodeRecords& records, const CircuitObject& circuit, const ChangedChoices& changes) {
+  std::vector<CodeChoice> choices = choicesOf(circuit);
+  const auto add = [&choices](const std::wstring& code) {
+    if (std::none_of(choices.begin(), choices.end(), [&code](const CodeChoice& choice) {
+          return brenvolt::equalsOrdinalNoCase(choice.code, code);
+        }))
+      choices.push_back({code, {}});
+  };
+  for (const auto& [code, options] : changes.options)
+    add(code);
+  for (const auto& [code, record] : records)
+    if (asksForLoad(records, code)) add(code);
+  return choices;
+}
+
 std::vector<EntryMarker> markersOf(
-    const CodeRecords& records, const simhost::DrawingDatabase& drawing, const CircuitObject& circuit) {
-  const std::vector<CodeChoice> choices = choicesOf(circuit);
+    const CodeRecords& records, const simhost::DrawingDatabase& drawing, const CircuitObject& circuit,
+    const ChangedChoices& changes = {}) {
+  const std::vector<CodeChoice> choices = allChoices(records, circuit, changes);
   std::vector<std::wstring> controls;
   for (const CodeChoice& choice : choices)
     if (asksForLoad(records, choice.code)) controls.push_back(brenvolt::toUpper(choice.code));
-  const auto loads = loadsByCode(records, controls, drawing, circuit);
+  const auto loads = loadsByCode(records, controls, drawing, circuit, changes);
   std::vector<EntryMarker> markers;
   std::map<std::wstring, int> ordinals;
   for (const CodeChoice& choice : choices) {
     const int ordinal = ++ordinals[brenvolt::toUpper(choice.code)];
     const auto load = loads.find(brenvolt::toUpper(choice.code));
+    std::vector<brenvolt::EntryOption> options = optionsOf(records, choice);
+    if (const auto changed = changes.options.find(brenvolt::toUpper(choice.code));
+        changed != changes.options.end())
+      options = merged(std::move(options), changed->second);
     for (int depth = 1; depth <= deepestTemplate; ++depth)
       markers.push_back(
-          {choice.code, ordinal, depth, optionsOf(records, choice),
+          {choice.code, ordinal, depth, options,
            load == loads.end() ? std::vector<EntryRow>() : load->second});
   }
   return markers;
@@ -210,6 +229,29 @@ bool saysTheSame(XmlElement made, XmlElement former) {
 
 } // namespace
 
+std::wstring setupText(const std::wstring& params, std::wstring_view name) {
+  const std::vector<std::wstring> values = brenvolt::splitKeepingEmpty(params, L';');
+  const auto place = std::find(loadSetupNames.begin(), loadSetupNames.end(), name);
+  const auto at = static_cast<std::size_t>(place - loadSetupNames.begin());
+  return at < values.size() ? brenvolt::trim(values[at]) : std::wstring();
+}
+
+/// `(("10AWG" "BLK_10AWG" "1")...)` as its texts, three for each wire.
+std::vector<std::wstring> wireTexts(std::wstring_view wires) {
+  std::vector<std::wstring> texts;
+  std::optional<std::wstring> open;
+  for (std::size_t at = 0; at < wires.size(); ++at) {
+    if (wires[at] == L'"') {
+      if (open) texts.push_back(std::move(*open));
+      open = open ? std::optional<std::wstring>() : std::wstring();
+    } else if (open) {
+      if (wires[at] == L'\\' && at + 1 < wires.size()) ++at;
+      *open += wires[at];
+    }
+  }
+  return texts;
+}
+
 std::wstring savedAs(
     const brenvolt::HistoryFile& file, const CodeRecords& records, const simhost::DrawingDatabase& drawing,
     const CircuitObject& circuit) {
@@ -229,12 +271,12 @@ std::wstring savedAs(
 
 void putPlacedChoices(
     brenvolt::HistoryFile& file, const brenvolt::HistoryKey& key, const CodeRecords& records,
-    const simhost::DrawingDatabase& drawing, const CircuitObject& circuit) {
+    const simhost::DrawingDatabase& drawing, const CircuitObject& circuit, const ChangedChoices& changes) {
   brenvolt::HistoryFile scratch;
   scratch.startEmpty({});
   brenvolt::appendEntry(
-      scratch,
-      {key, simhost::circuitField(circuit.fields, L"worksheet"), markersOf(records, drawing, circuit)});
+      scratch, {key, simhost::circuitField(circuit.fields, L"worksheet"),
+                markersOf(records, drawing, circuit, changes)});
   const XmlElement made = scratch.find(key).history;
   if (const XmlElement former = file.find(key).history; !former.isNull()) keepRest(made, former);
   file.put(key, made);

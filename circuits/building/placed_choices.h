@@ -5,21 +5,40 @@
 
 #include "circuits/provenance/circuit_objects.h"
 #include "project/code_record.h"
+#include "project/entry_content.h"
 #include "project/history_file.h"
 
+#include <cstdint>
 #include <map>
 #include <string>
+#include <string_view>
+#include <vector>
 
 namespace circuits {
 
 /// The records of the circuit's worksheet by CODE.
 using CodeRecords = std::map<std::wstring, brenvolt::ZanCodeRecord>;
 
+/// What is chosen otherwise than the drawing has it.
+struct ChangedChoices {
+  std::map<std::wstring, std::vector<brenvolt::EntryOption>>
+      options{}; ///< by CODE in upper case; other groups stay
+  std::map<std::uint64_t, std::vector<brenvolt::EntryRow>> loads{}; ///< by symbol of the motor or load
+  /// Of a circuit whose drawing has no data of a motor or load.
+  std::vector<brenvolt::EntryRow> newLoad{};
+};
+
+/// A field of a motor's or load's data by its name in `loadSetupNames`; empty where the data does not have it.
+[[nodiscard]] std::wstring setupText(const std::wstring& params, std::wstring_view name);
+/// The texts of its wires, three for each: size, layer, kind.
+[[nodiscard]] std::vector<std::wstring> wireTexts(std::wstring_view wires);
+
 /// Puts the circuit's choices into the file under `key`. What an entry of this key says beside them stays where its
 /// options are those of the circuit: scales, chosen parts. Throws `brenvolt::XmlError` for a text that XML does not allow.
 void putPlacedChoices(
     brenvolt::HistoryFile& file, const brenvolt::HistoryKey& key, const CodeRecords& records,
-    const simhost::DrawingDatabase& drawing, const CircuitObject& circuit);
+    const simhost::DrawingDatabase& drawing, const CircuitObject& circuit,
+    const ChangedChoices& changes = {});
 
 /// The name of the last entry that says the same of options and loads as the drawing does of the circuit; empty for
 /// none.

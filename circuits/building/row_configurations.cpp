@@ -169,4 +169,8 @@ std::string ConfigurationFolder::workbookWith(const std::string& history) const 
   return fs::absolute(copy, error).string();
 }
 
+std::vector<EntryRow> loadRows(const SetCircuit& circuit) {
+  return rowsOf(circuit);
+}
+
 } // namespace circuits

@@ -4,6 +4,8 @@
 
 #include "circuits/building/circuit_rows.h"
 
+#include "project/entry_content.h"
+
 #include <array>
 #include <filesystem>
 #include <functional>
@@ -55,6 +57,9 @@ inline constexpr std::array loadSetupNames = {
 void writeHistory(
     const std::vector<SetCircuit>& circuits, const std::string& workbook,
     const std::function<void(std::string_view)>& write);
+
+/// The data of a circuit's motor or load and its wires, as a configuration keeps them; none for a circuit without either.
+[[nodiscard]] std::vector<brenvolt::EntryRow> loadRows(const SetCircuit& circuit);
 
 /// A folder with a copy of the workbook, whose history file holds one configuration at a time.
 class ConfigurationFolder final {

@@ -40,6 +40,23 @@ bool isComponent(const DrawingDatabase& drawing, const EntityNode& node) {
   return !attributeOf(drawing, node, L"FAMILY").empty();
 }
 
+/// Symbols of one tag are one motor or load.
+void addLoad(CircuitObject& circuit, const DrawingDatabase& drawing, const EntityNode& node) {
+  CircuitLoad load{
+      tagOf(drawing, node),
+      firstText(node.value, paramsApplication),
+      firstText(node.value, wiresApplication),
+      {node.handle}};
+  if (load.params.empty()) return;
+  const auto known =
+      std::find_if(circuit.loads.begin(), circuit.loads.end(), [&load](const CircuitLoad& other) {
+        return !load.tag.empty() && other.tag == load.tag;
+      });
+  if (known == circuit.loads.end()) return circuit.loads.push_back(std::move(load));
+  known->symbols.push_back(node.handle);
+  if (known->wires.empty()) known->wires = std::move(load.wires);
+}
+
 void measure(
     const DrawingDatabase& drawing, KvDbHandle space, const std::map<std::uint64_t, std::size_t>& places,
     std::vector<CircuitObject>& circuits) {
@@ -80,16 +97,18 @@ std::vector<CircuitObject> circuitsOf(const DrawingDatabase& drawing) {
           !tag.empty() && isComponent(drawing, *node) &&
           std::find(circuit.tags.begin(), circuit.tags.end(), tag) == circuit.tags.end())
         circuit.tags.push_back(std::move(tag));
-      // Of several motors the first represents the circuit.
-      if (circuit.params.empty()) {
-        circuit.params = firstText(node->value, paramsApplication);
-        if (!circuit.params.empty()) circuit.loadTag = tagOf(drawing, *node);
-      }
-      if (circuit.wires.empty()) circuit.wires = firstText(node->value, wiresApplication);
+      addLoad(circuit, drawing, *node);
       places[node->handle.value()] = place->second;
     }
     if (!places.empty()) measure(drawing, space, places, circuits);
   }
+  for (CircuitObject& circuit : circuits)
+    if (!circuit.loads.empty()) {
+      const CircuitLoad& first = circuit.loads.front();
+      circuit.loadTag = first.tag;
+      circuit.params = first.params;
+      circuit.wires = first.wires;
+    }
   return circuits;
 }
 

@@ -12,16 +12,26 @@
 
 namespace circuits {
 
+/// A motor or load of a circuit, as its symbols carry it.
+struct CircuitLoad {
+  std::wstring tag{};
+  std::wstring params{}; ///< its data, as fields between ";"
+  std::wstring wires{};  ///< as a list of texts
+  std::vector<KvDbHandle> symbols{};
+};
+
 struct CircuitObject {
   std::wstring id{};
   simhost::CircuitFields fields{};    ///< what the drawing keeps of its build; empty when it keeps nothing
   std::vector<std::wstring> tags{};   ///< of its components, each once, in drawing order
   std::vector<KvDbHandle> entities{}; ///< in drawing order, attributes not counted
   std::map<std::wstring, int>
-      byCode{};           ///< how many of them each CODE drew; the empty CODE is the template's own
-  std::wstring loadTag{}; ///< of the motor or load that has the data
-  std::wstring params{};  ///< motor or load data, as fields between ";"; empty without any
-  std::wstring wires{};   ///< its wires, as a list of texts; likewise
+      byCode{};                     ///< how many of them each CODE drew; the empty CODE is the template's own
+  std::vector<CircuitLoad> loads{}; ///< each once, in drawing order
+  // Of the first load that has data, by which lists name the circuit.
+  std::wstring loadTag{};
+  std::wstring params{};
+  std::wstring wires{};
   simhost::Box extents{}; ///< of all that it shows
 
   /// The tag in the list that it was built from, else that of its motor or load, else the first one.

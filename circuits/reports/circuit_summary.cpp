@@ -25,20 +25,35 @@ std::vector<std::wstring> quotedTexts(const std::wstring& wires) {
 }
 
 /// Of the fields of a motor or load: type, load, its unit, voltage.
-std::vector<std::wstring> loadFieldsOf(const CircuitObject& circuit) {
-  std::vector<std::wstring> fields = brenvolt::splitKeepingEmpty(circuit.params, L';');
+std::vector<std::wstring> loadFieldsOf(const CircuitLoad& load) {
+  std::vector<std::wstring> fields = brenvolt::splitKeepingEmpty(load.params, L';');
   for (std::wstring& field : fields)
     field = brenvolt::trim(field);
   fields.resize(4);
   return fields;
 }
 
-std::wstring loadText(const CircuitObject& circuit) {
-  const std::vector<std::wstring> fields = loadFieldsOf(circuit);
+std::wstring loadText(const CircuitLoad& load) {
+  const std::vector<std::wstring> fields = loadFieldsOf(load);
   if (fields[1].empty()) return fields[0];
   std::wstring text = fields[1] + (fields[2].empty() ? L"" : L" ") + fields[2];
   if (!fields[3].empty()) text += L", " + fields[3] + L" V";
   return text;
+}
+
+/// Of all its motors and loads.
+std::wstring loadText(const CircuitObject& circuit) {
+  std::vector<std::wstring> texts;
+  for (const CircuitLoad& load : circuit.loads)
+    texts.push_back(loadText(load));
+  return brenvolt::join(texts, L"; ");
+}
+
+std::wstring wiresOf(const CircuitObject& circuit) {
+  std::wstring wires;
+  for (const CircuitLoad& load : circuit.loads)
+    wires += load.wires;
+  return wires;
 }
 
 bool hasUnsizedWire(const std::wstring& wires) {
@@ -62,12 +77,11 @@ std::vector<CircuitFinding> findingsOf(
     const CircuitObject& circuit, const std::map<std::wstring, int>& counts) {
   std::vector<CircuitFinding> findings;
   if (circuit.fields.empty()) findings.push_back({CircuitFault::noRecord});
-  if (!circuit.params.empty()) {
-    if (loadFieldsOf(circuit)[1].empty())
-      findings.push_back({CircuitFault::noLoadData, circuit.loadTag});
-    else if (hasUnsizedWire(circuit.wires))
-      findings.push_back({CircuitFault::noWireSize, circuit.loadTag});
-  }
+  for (const CircuitLoad& load : circuit.loads)
+    if (loadFieldsOf(load)[1].empty())
+      findings.push_back({CircuitFault::noLoadData, load.tag});
+    else if (hasUnsizedWire(load.wires))
+      findings.push_back({CircuitFault::noWireSize, load.tag});
   for (const std::wstring& tag : circuit.tags)
     if (!tag.empty() && counts.at(brenvolt::toUpper(tag)) > 1)
       findings.push_back({CircuitFault::tagTwice, tag});
@@ -87,7 +101,7 @@ std::vector<CircuitSummary> summariesOf(const std::vector<CircuitObject>& circui
     if (number.empty()) number = brenvolt::formatInt(static_cast<std::int64_t>(summaries.size() + 1));
     summaries.push_back(
         {circuit.id, std::move(number), circuit.name(), field(L"circuit"), field(L"type"), loadText(circuit),
-         wireSizesOf(circuit.wires), findingsOf(circuit, counts)});
+         wireSizesOf(wiresOf(circuit)), findingsOf(circuit, counts)});
   }
   return summaries;
 }

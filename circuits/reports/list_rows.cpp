@@ -60,6 +60,15 @@ Cell circuitText(const Sheet& sheet, const Device& device, std::wstring_view nam
   return circuit == nullptr ? Cell() : known(simhost::circuitField(circuit->fields, name));
 }
 
+/// The cable of a motor or load by its own data; of several motors of a circuit each has its own.
+Cell cableLength(const Sheet& sheet, const Device& device) {
+  constexpr std::size_t lengthPlace = 14;
+  const std::vector<std::wstring> fields = brenvolt::splitKeepingEmpty(device.params, L';');
+  if (fields.size() > lengthPlace + 1 && brenvolt::toDouble(fields[lengthPlace]) > 0.0)
+    return brenvolt::trim(fields[lengthPlace]) + L' ' + brenvolt::trim(fields[lengthPlace + 1]);
+  return circuitText(sheet, device, L"length");
+}
+
 /// The motor or load at one of the pins; null for none.
 const Device* fedDevice(const Netlist& list, const std::vector<std::size_t>& pins) {
   for (const std::size_t pin : pins)
@@ -97,7 +106,7 @@ ListRows wireRows(const Sheet& sheet) {
       // The length of a list's row is that of the cable to its motor or load.
       const Device* fed = fedDevice(list, {run.from, run.to});
       add(net, run.layer, run.from, pinName(list, list.pins[run.to]),
-          fed == nullptr ? Cell() : circuitText(sheet, *fed, L"length"));
+          fed == nullptr ? Cell() : cableLength(sheet, *fed));
     }
   }
   return result;
@@ -164,8 +173,7 @@ ListRows motorRows(const Sheet& sheet) {
   for (const Device& device : sheet.netlist.devices) {
     if (!fedFamilies.contains(device.family)) continue;
     const CircuitObject* circuit = circuitOf(sheet, device);
-    const std::vector<std::wstring> fields =
-        circuit == nullptr ? std::vector<std::wstring>() : brenvolt::splitKeepingEmpty(circuit->params, L';');
+    const std::vector<std::wstring> fields = brenvolt::splitKeepingEmpty(device.params, L';');
     ReportRow row = {
         known(device.tag), circuit == nullptr ? Cell()
                                               : known(
@@ -175,7 +183,7 @@ ListRows motorRows(const Sheet& sheet) {
       row.push_back(field.place < fields.size() ? known(brenvolt::trim(fields[field.place])) : Cell());
     if (!row[3]) ++result.missing[0];
     row.push_back(known(wireSizesOf(device.wires)));
-    row.push_back(circuitText(sheet, device, L"length"));
+    row.push_back(cableLength(sheet, device));
     row.push_back(circuitText(sheet, device, L"drop"));
     row.push_back(known(protectionOf(sheet, device.circuit)));
     row.emplace_back(sheet.number);
@@ -206,7 +214,7 @@ ListRows cableRows(const Sheet& sheet) {
     std::vector<std::wstring> texts;
     for (const auto& [size, number] : sizes)
       texts.push_back(brenvolt::formatInt(number) + L" x " + size);
-    Cell length = circuitText(sheet, device, L"length");
+    Cell length = cableLength(sheet, device);
     if (!length) ++result.missing[0];
     result.rows.push_back(
         {cableName(device), known(brenvolt::join(sortedOnce(std::move(from)), L", ")), known(device.tag),

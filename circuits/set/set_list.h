@@ -51,6 +51,8 @@ struct SetRow {
   std::size_t number = 0; ///< as the user counts: the header is row 1
   std::array<std::wstring, setFieldCount> texts{};
   std::vector<std::pair<std::wstring, std::wstring>> codes{}; ///< CODE and the cell, where that is not empty
+  /// Of a circuit that is built again with the motor or load that its drawing has.
+  bool keepsLoad = false;
 
   [[nodiscard]] const std::wstring& operator[](SetField field) const {
     return texts[static_cast<std::size_t>(field)];

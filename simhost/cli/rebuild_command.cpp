@@ -45,7 +45,7 @@ std::pair<std::wstring, std::wstring> choiceOf(const std::string& text) {
 }
 
 ExitCode runRebuild(const RebuildOptions& options) {
-  circuits::RebuildRequest request{options.site.site, options.site.path(), {}};
+  circuits::RebuildRequest request{options.site.site, options.site.path(), {}, fromUtf8(options.circuit), {}};
   for (const std::string& text : options.changes)
     request.choices.push_back(choiceOf(text));
   ScriptedWindows windows({}, "a circuit is built again without questions");

@@ -364,6 +364,39 @@ TEST_CASE("a circuit built again is what it was; one that cannot be built change
       std::string::npos);
 }
 
+TEST_CASE(
+    "a circuit that is built again keeps each motor's data and wires, except of the motor that is named") {
+  const SiteCopy site;
+  const std::string drawing = site.folder().path("drawing.json");
+  const auto draw = [&](const char* type, const char* history) {
+    site.done(
+        {"draw", "--site", site.site(), "--circuit", "Three-phase motors", "--type", type, "--history",
+         history, "--out", drawing});
+  };
+  const auto rebuild = [&](const char* circuit, const char* choice) {
+    return site.run({"rebuild", drawing, "--circuit", circuit, "--set", choice, "--site", site.site()});
+  };
+  /// Tag, load and wires of each motor.
+  const auto motors = [&] {
+    std::string text;
+    for (const std::string& line : linesOf(site.done({"report", "motors", drawing, "--format", "csv"})))
+      if (const std::vector<std::string> cells = cellsOf(line); cells.front() != "tag")
+        text += cells[0] + " " + cells[3] + " " + cells[10] + "; ";
+    return text;
+  };
+  draw("Two motors, one feeder", "Two pumps 10 and 5 HP");
+  CHECK(motors() == "MTR1A 10 10AWG, PE 10AWG; MTR1B 5 14AWG, PE 14AWG; ");
+  CHECK(rebuild("MTR1A", "FEED=4").exitCode == 0);
+  CHECK(motors() == "MTR1A 10 10AWG, PE 10AWG; MTR1B 5 14AWG, PE 14AWG; ");
+  CHECK(rebuild("MTR1B", "load=20").exitCode == 0);
+  CHECK(motors() == "MTR1A 10 10AWG, PE 10AWG; MTR1B 20 10AWG, PE 8AWG; ");
+  CHECK(rebuild("9", "load=15").errors.find("MTR1A, MTR1B") != std::string::npos);
+  draw("Direct on line", "Pump 10 HP");
+  CHECK(rebuild("MTR1", "OL=2").exitCode == 0);
+  CHECK(motors() == "MTR1 10 10AWG, PE 10AWG; ");
+  CHECK(test::bytesOf(drawing).find(";THHN;") != std::string::npos);
+}
+
 TEST_CASE("all bad cells of a list are reported at once; the good rows are built where asked for") {
   const SetFolder folder(
       std::string(goodRows) + "P-901,Three-phase motors,Direct on line,,12,HP,460,3,1800,,,,,,\n"
