@@ -110,6 +110,11 @@ private:
     return value.isString() && fs::is_regular_file(brenvolt::toUtf8(value.asString()), error);
   }
 
+  /// Tables and projects are kept in a file or, named by an ODBC connection string, on a server.
+  static bool isDatabase(const Value& value) {
+    return isFile(value) || (value.isString() && value.asString().starts_with(L"odbc:"));
+  }
+
   void checkFindFile() {
     const std::wstring name = brenvolt::fromUtf8(site_.workbook.filename().string());
     const auto answer = probe(L"c:zan_find_file", {Value::string(name), Value::integer(3)});
@@ -125,14 +130,12 @@ private:
     std::wstring importError;
     static_cast<void>(session_.database(importError));
     const auto answer = probe(function, {}, session_.shownText(importError));
-    const bool isServer = answer && answer->isString() && answer->asString().starts_with(L"odbc:");
-    if (answer && !isServer && !isFile(*answer))
-      wrong(function, *answer, L"the file of the engineering tables");
+    if (answer && !isDatabase(*answer)) wrong(function, *answer, L"the file of the engineering tables");
   }
 
   void checkProject() {
     const auto answer = probe(L"qn_mdb_proj_dbfnam", {Value()});
-    if (answer && !answer->isNil() && !isFile(*answer))
+    if (answer && !answer->isNil() && !isDatabase(*answer))
       wrong(L"qn_mdb_proj_dbfnam", *answer, L"the file of the project, or nil for none");
   }
 

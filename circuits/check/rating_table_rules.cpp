@@ -1,6 +1,7 @@
 // Motors, loads and the formulas and steps that rate their components.
 #include "circuits/check/similar_name.h"
 #include "circuits/check/table_rules.h"
+#include "data/table_names.h"
 #include "expr/expr_evaluator.h"
 #include "text/compare.h"
 #include "text/numbers.h"
@@ -90,13 +91,23 @@ void checkMotors(const SiteTable& table, const ElectricalCode& electrical, Findi
   }
 }
 
+/// The tables by which a code rates its motors. Codes that borrow share some of them.
+struct RatingTables {
+  const SiteTable* motors;
+  const SiteTable* formulas;
+  const SiteTable* descriptions;
+  const SiteTable* steps;
+  auto operator<=>(const RatingTables&) const = default;
+};
+
+/// Cells of formulas that are reported: the motors of another code would only repeat it.
+using FaultyFormulas = std::set<const std::wstring*>;
+
 class ComponentCheck final {
 public:
-  ComponentCheck(
-      const SiteTable& formulas, const SiteTable* descriptions, const SiteTable* steps,
-      const SiteTable* motors, Findings& findings)
-      : formulas_(formulas), descriptions_(descriptions), steps_(steps), motors_(motors), findings_(findings),
-        currents_(currentsOf(motors)) {}
+  ComponentCheck(const RatingTables& tables, FaultyFormulas& faulty, Findings& findings)
+      : formulas_(*tables.formulas), descriptions_(tables.descriptions), steps_(tables.steps),
+        motors_(tables.motors), faulty_(faulty), findings_(findings), currents_(currentsOf(tables.motors)) {}
 
   void run() {
     const int type = formulas_.text.columnOf(L"Type");
@@ -144,10 +155,12 @@ private:
           L"component-without-steps", table.place(row.number, code), {component},
           {{L"component", component}, {L"table", steps_->text.name}});
     for (const TableText::Row& formula : formulas_.text.rows) {
+      if (faulty_.contains(&formula.cell(column))) continue;
       const auto currents = currents_.find(toUpper(formula.cell(type)));
       const std::vector<double> values = checkFormula(
           formulas_.place(formula.number, column), formula.cell(column),
           currents == currents_.end() ? std::vector<double>() : currents->second, findings_);
+      if (values.empty()) faulty_.insert(&formula.cell(column));
       if (!values.empty() && !limits.empty()) checkSteps(formula, column, component, values, limits.back());
     }
   }
@@ -175,6 +188,7 @@ private:
       findings_.add(
           L"steps-end", formulas_.place(row.number, column), {row.cell(column)},
           {{L"component", component},
+           {L"table", motors_ == nullptr ? formulas_.text.name : motors_->text.name},
            {L"value", formatTrimmed(highest)},
            {L"largest", formatTrimmed(largest)}});
   }
@@ -183,6 +197,7 @@ private:
   const SiteTable* descriptions_;
   const SiteTable* steps_;
   const SiteTable* motors_;
+  FaultyFormulas& faulty_;
   Findings& findings_;
   Currents currents_;
 };
@@ -250,17 +265,26 @@ std::vector<double> checkFormula(
 
 void checkRatingTables(const TableSet& tables, const std::vector<ElectricalCode>& codes, Findings& findings) {
   std::set<const SiteTable*> checked; // borrowed tables serve several codes
+  const auto isOwn = [](const SiteTable& table, std::wstring_view family, const ElectricalCode& electrical) {
+    return equalsOrdinalNoCase(
+        table.text.name, brenvolt::ZanDbReaderUtils::ComposeTableName(family, {}, {}, electrical.name));
+  };
+  // Motors and loads have the voltages of the code that owns them, not of one that borrows them.
+  for (const bool ofOwners : {true, false})
+    for (const ElectricalCode& electrical : codes)
+      for (const wchar_t* family : {L"MOTOR", L"FEED"}) {
+        const SiteTable* table = tables.resolve(family, electrical.name);
+        if (table != nullptr && isOwn(*table, family, electrical) == ofOwners && checked.insert(table).second)
+          checkMotors(*table, electrical, findings);
+      }
+  std::set<RatingTables> rated; // formulas are checked with the motors of every code that they serve
+  FaultyFormulas faulty;
   for (const ElectricalCode& electrical : codes) {
-    const SiteTable* motors = tables.resolve(L"MOTOR", electrical.name);
-    const SiteTable* loads = tables.resolve(L"FEED", electrical.name);
-    for (const SiteTable* table : {motors, loads})
-      if (table != nullptr && checked.insert(table).second) checkMotors(*table, electrical, findings);
-    const SiteTable* formulas = tables.resolve(L"MOTOR_I_CALC", electrical.name);
-    const SiteTable* steps = tables.resolve(L"MOTOR_I_MAP", electrical.name);
-    if (formulas != nullptr && checked.insert(formulas).second)
-      ComponentCheck(*formulas, tables.resolve(L"MOTOR_I_DESC", electrical.name), steps, motors, findings)
-          .run();
-    if (steps != nullptr && checked.insert(steps).second) checkStepTable(*steps, findings);
+    const RatingTables each = {
+        tables.resolve(L"MOTOR", electrical.name), tables.resolve(L"MOTOR_I_CALC", electrical.name),
+        tables.resolve(L"MOTOR_I_DESC", electrical.name), tables.resolve(L"MOTOR_I_MAP", electrical.name)};
+    if (each.formulas != nullptr && rated.insert(each).second) ComponentCheck(each, faulty, findings).run();
+    if (each.steps != nullptr && checked.insert(each.steps).second) checkStepTable(*each.steps, findings);
   }
 }
 

@@ -317,8 +317,7 @@ constexpr Rule table[] = {
     {L"table-missing", tables, error,
      L"There is no table {table}, nor one to borrow: the code {code} lacks {use}.", L"Add the table.",
      L"no `FILL_NEC`"},
-    {L"size-missing", tables, error, L"The size {size} is not in {table}: {consequence}.",
-     L"Add a row for it; in XL&R empty cells are interpolated between the sizes beside.",
+    {L"size-missing", tables, error, L"The size {size} is not in {table}: {consequence}.", L"Add {added}.",
      L"`700` in AMP and not in XL&R"},
 
     // Engineering tables: wires.
@@ -391,7 +390,7 @@ constexpr Rule table[] = {
     {L"formula-value", tables, error, L"\"{formula}\" gives {value} for {current} A.",
      L"Try it with brenvolt expr.", L"`0-i`"},
     {L"steps-end", tables, warning,
-     L"{component} reaches {value} A for the motors of the table, and its ratings end at {largest} A: the "
+     L"{component} reaches {value} A for the motors of {table}, and its ratings end at {largest} A: the "
      L"largest motors have none.",
      L"Add larger ratings.", L"a 40 A breaker as the last, and a motor of 30 A"},
     {L"steps-gap", tables, warning, L"The ratings of {component} jump from {from} to {to} A.",
@@ -438,8 +437,7 @@ constexpr Rule table[] = {
      L"Give the options their old values, or build it and save it again.", L"values of two options swapped"},
     {L"saved-part-gone", saved, warning, L"{saved} holds a part for \"{title}\", a group that is gone.",
      L"Build it and save it again.", L"a pair of columns 11 and 12 that was renamed"},
-    {L"saved-table-gone", saved, error,
-     L"{saved} holds a wire of {metal} in {standard}, which has no table.",
+    {L"saved-table-gone", saved, error, L"{saved} holds a wire of {metal} in {standard}, which has no table.",
      L"Add the table, or build it and save it again.", L"a metal that was taken out"},
     {L"saved-size-gone", saved, error,
      L"{saved} holds the size {size}, which the tables of {metal} no longer have.",

@@ -79,6 +79,8 @@ private:
       name_ = circuit + L" / " + typeName + L", \"" + saved.attribute(L"Name") + L"\"";
       if (!names.insert(saved.attribute(L"Name")).second)
         findings_.add(L"saved-twice", place_, {{L"saved", name_}});
+      // A workbook of which no circuit could be read has lost none: what was saved must not be deleted for it.
+      if (site_.entries.empty()) continue;
       if (entry == site_.entries.end()) {
         std::vector<std::wstring> known;
         for (const CircuitEntry& each : site_.entries)
@@ -189,6 +191,7 @@ private:
         if (equalsOrdinalNoCase(brenvolt::removeBlanks(row.cell(column)), brenvolt::removeBlanks(size)))
           return;
     }
+    if (!tableFound && !tables_.isWhole) return; // it may be in a table that cannot be read
     findings_.add(
         tableFound ? L"saved-size-gone" : L"saved-table-gone", placeOf(code),
         {{L"saved", name_}, {L"size", size}, {L"metal", metal}, {L"standard", standard}});

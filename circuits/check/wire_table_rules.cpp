@@ -251,6 +251,9 @@ public:
   }
 
 private:
+  /// Impedances alone are interpolated between the sizes beside.
+  static bool isFilledIn(const SiteTable& table) { return toUpper(table.text.name).starts_with(L"XL&R"); }
+
   void need(
       const SiteTable& table, int column, const SiteTable& other, const wchar_t* otherColumn,
       const wchar_t* consequence) {
@@ -265,7 +268,12 @@ private:
       const wchar_t* consequence) {
     findings_.add(
         L"size-missing", table.place(row.number, column), {row.cell(column)},
-        {{L"size", row.cell(column)}, {L"table", other.text.name}, {L"consequence", consequence}});
+        {{L"size", row.cell(column)},
+         {L"table", other.text.name},
+         {L"consequence", consequence},
+         {L"added", isFilledIn(other)
+                        ? L"a row for it; its empty cells are interpolated between the sizes beside"
+                        : L"a row for it"}});
   }
 
   const TableSet& tables_;

@@ -158,6 +158,45 @@ TEST_CASE("each rule finds what it is for, and says so in the same words") {
     CHECK_MESSAGE(covered.contains(rule), "no broken site for the rule ", rule);
 }
 
+TEST_CASE("what is beside a fault neither hides it nor makes a false one") {
+  const std::string saved =
+      "<BrenvoltHistory Version=\"1.0\"><Circuit Name=\"Motors\"><CircuitType Name=\"Direct\">"
+      "<History Name=\"Pump\"/></CircuitType></Circuit></BrenvoltHistory>";
+  const std::string motors = test::bytesOf("tests/check/base/tables/MOTOR_NEC.csv");
+  using Kind = Change::Kind;
+  const struct {
+    std::string name;
+    std::vector<Change> changes;
+    std::vector<std::string> found;
+    std::vector<std::string> absent;
+  } rows[] = {
+      {"a code that borrows the formulas",
+       {{Kind::append, "tables/OPT_DIN.csv", "", "CODE,DEFAULT,LIST"},
+        {Kind::append, "tables/MOTOR_DIN.csv", "", motors.substr(0, motors.rfind('\n'))},
+        {Kind::replace, "tables/MOTOR_NEC.csv", "2,Induction", "2,Inducton"},
+        {Kind::replace, "tables/MOTOR_NEC.csv", "7.6", "76"}},
+       {" motor-type-unrated: ", "190 A for the motors of MOTOR_NEC"},
+       {"motors of MOTOR_DIN"}},
+      {"a project on a server",
+       {{Kind::replace, "site.lsp", "(project) nil", "(project) \"odbc:DSN=plant\""}},
+       {"0 errors, 0 warnings"},
+       {}},
+      {"a workbook that is cut off",
+       {{Kind::clear, "zan_brenvolt.xls", "", "not a workbook"},
+        {Kind::append, "zan_brenvolt.xml", "", saved}},
+       {" workbook-unreadable: "},
+       {"saved-circuit-gone"}},
+  };
+  for (const auto& row : rows) {
+    CAPTURE(row.name);
+    const std::string output = ChangedSite(row.changes).check({"--quick"}).output;
+    for (const std::string& found : row.found)
+      checkHolds(output, {found});
+    for (const std::string& absent : row.absent)
+      CHECK_MESSAGE(output.find(absent) == std::string::npos, output);
+  }
+}
+
 TEST_CASE("every rule and every text that fills one is in German, with nothing left of the English one") {
   std::istringstream english(ToolFolder().run({"check", "--rules"}).output);
   std::istringstream german(ToolFolder().run({"check", "--rules", "--language", "de"}).output);
