@@ -5,9 +5,12 @@
 #include "text/compare.h"
 #include "text/encoding.h"
 #include "text/numbers.h"
+#include "text/plain_number.h"
 #include "text/split.h"
 
 #include <algorithm>
+#include <cmath>
+#include <optional>
 #include <set>
 #include <system_error>
 
@@ -23,7 +26,8 @@ constexpr const char* savedFile = "zan_brenvolt.xml";
 
 /// Places in the row of a motor or load; their names vary with the language, so places count.
 namespace setupplace {
-constexpr std::size_t type = 0, load = 1, units = 2, voltage = 3, standard = 10, metal = 11;
+constexpr std::size_t type = 0, load = 1, units = 2, voltage = 3, phase = 4, frequency = 5, speed = 6,
+                      current = 7, standard = 10, metal = 11;
 }
 
 std::vector<std::wstring> valuesOf(const XmlElement& row) {
@@ -149,17 +153,25 @@ private:
           {{L"saved", name_}, {L"group", title}, {L"option", text}, {L"today", option->text}});
   }
 
+  /// A part is handed to the forms by the table and the title of its group. Which parts a table holds is known to the
+  /// site's lookups alone, so its number is not looked up.
   void checkPart(const SheetCode& record, const XmlElement& part) {
+    std::wstring title;
+    std::wstring table;
     for (const XmlElement& property : part.children(L"Property")) {
-      if (!equalsCollating(property.attribute(L"Name"), L"TITLE")) continue;
-      const std::wstring title = property.attribute(L"Value");
-      const bool isThere = std::ranges::any_of(record.forms, [&title](const SheetForm& form) {
-        return std::ranges::any_of(
-            form.pairs, [&title](const auto& pair) { return equalsCollating(pair.second, title); });
-      });
-      if (!isThere)
-        findings_.add(L"saved-part-gone", placeOf(record.code), {{L"saved", name_}, {L"title", title}});
+      if (equalsCollating(property.attribute(L"Name"), L"TITLE")) title = property.attribute(L"Value");
+      if (equalsCollating(property.attribute(L"Name"), L"TABLE")) table = property.attribute(L"Value");
     }
+    const bool isThere = std::ranges::any_of(record.forms, [&](const SheetForm& form) {
+      return std::ranges::any_of(form.pairs, [&](const auto& pair) {
+        return equalsCollating(pair.second, title) &&
+               (table.empty() || equalsOrdinalNoCase(pair.first, table));
+      });
+    });
+    if (!isThere && !title.empty())
+      findings_.add(
+          L"saved-part-gone", placeOf(record.code),
+          {{L"saved", name_}, {L"title", title}, {L"table", table.empty() ? L"?" : table}});
   }
 
   void checkSetup(const std::wstring& code, const XmlElement& group) {
@@ -171,64 +183,91 @@ private:
       }
     const std::wstring metal = at(setup, setupplace::metal);
     const std::wstring standard = at(setup, setupplace::standard);
-    for (const wchar_t* kind : {L"WireSetup", L"GroundingWireSetup"})
-      for (const XmlElement& wire : group.children(kind))
-        checkSize(code, at(valuesOf(wire), 0), metal, standard);
+    struct Wires {
+      const wchar_t* kind;
+      const wchar_t* family; ///< its tables hold their sizes
+    };
+    for (const Wires& wires : {Wires{L"WireSetup", L"AMP_"}, Wires{L"GroundingWireSetup", L"AMPG_"}})
+      for (const XmlElement& wire : group.children(wires.kind))
+        checkSize(code, wires.family, at(valuesOf(wire), 0), metal, standard);
   }
 
   /// In any code's table: a configuration does not say for which one it was made.
   void checkSize(
-      const std::wstring& code, const std::wstring& size, const std::wstring& metal,
+      const std::wstring& code, const wchar_t* family, const std::wstring& size, const std::wstring& metal,
       const std::wstring& standard) {
     if (size.empty() || metal.empty()) return;
-    bool tableFound = false;
+    const SiteTable* searched = nullptr;
     for (const ElectricalCode& electrical : codes_) {
-      const SiteTable* table = tables_.find(L"AMP_" + metal + L"_" + standard + L"_" + electrical.name);
+      const SiteTable* table = tables_.find(family + metal + L"_" + standard + L"_" + electrical.name);
       if (table == nullptr) continue;
-      tableFound = true;
+      searched = table;
       const int column = table->text.columnOf(L"SIZE_DESC");
       for (const TableText::Row& row : table->text.rows)
         if (equalsOrdinalNoCase(brenvolt::removeBlanks(row.cell(column)), brenvolt::removeBlanks(size)))
           return;
     }
-    if (!tableFound && !tables_.isWhole) return; // it may be in a table that cannot be read
-    findings_.add(
-        tableFound ? L"saved-size-gone" : L"saved-table-gone", placeOf(code),
-        {{L"saved", name_}, {L"size", size}, {L"metal", metal}, {L"standard", standard}});
+    if (searched != nullptr)
+      findings_.add(
+          L"saved-size-gone", placeOf(code),
+          {{L"saved", name_}, {L"size", size}, {L"table", searched->text.name}});
+    else if (tables_.isWhole) // else it may be in a table that cannot be read
+      findings_.add(
+          L"saved-table-gone", placeOf(code),
+          {{L"saved", name_}, {L"metal", metal}, {L"standard", standard}});
   }
 
   void checkRating(const std::wstring& code, const std::vector<std::wstring>& setup, const wchar_t* family) {
     const std::wstring type = at(setup, setupplace::type);
     if (type.empty()) return;
     bool tableFound = false;
-    for (const ElectricalCode& electrical : codes_)
-      if (const SiteTable* table = tables_.resolve(family, electrical.name)) {
-        tableFound = true;
-        if (hasRating(*table, setup)) return;
+    std::wstring today; // what the tables have for the motor, when it is another current
+    for (const ElectricalCode& electrical : codes_) {
+      const SiteTable* table = tables_.resolve(family, electrical.name);
+      if (table == nullptr) continue;
+      tableFound = true;
+      const int column = table->text.columnOf(L"FLA (A)");
+      for (const TableText::Row& row : table->text.rows) {
+        if (!isSame(*table, row, setup)) continue;
+        if (column == 0 || isEqual(row.cell(column), at(setup, setupplace::current))) return;
+        today = row.cell(column);
       }
-    if (tableFound)
+    }
+    const std::wstring motor = type + L" " + at(setup, setupplace::load) + L" " +
+                               at(setup, setupplace::units) + L", " + at(setup, setupplace::voltage) + L" V";
+    if (!today.empty())
       findings_.add(
-          L"saved-motor-gone", placeOf(code),
+          L"saved-current-changed", placeOf(code),
           {{L"saved", name_},
-           {L"motor", type + L" " + at(setup, setupplace::load) + L" " + at(setup, setupplace::units) +
-                          L", " + at(setup, setupplace::voltage) + L" V"}});
+           {L"motor", motor},
+           {L"current", at(setup, setupplace::current)},
+           {L"today", today}});
+    else if (tableFound)
+      findings_.add(L"saved-motor-gone", placeOf(code), {{L"saved", name_}, {L"motor", motor}});
   }
 
-  static bool hasRating(const SiteTable& table, const std::vector<std::wstring>& setup) {
+  /// Whether two cells say the same; a configuration that holds nothing contradicts nothing.
+  static bool isEqual(const std::wstring& cell, const std::wstring& saved) {
+    const std::optional<double> number = brenvolt::plainNumber(cell);
+    const std::optional<double> other = brenvolt::plainNumber(saved);
+    if (number && other) return std::abs(*number - *other) <= brenvolt::numberTolerance;
+    return saved.empty() || equalsOrdinalNoCase(cell, saved);
+  }
+
+  static bool isSame(
+      const SiteTable& table, const TableText::Row& row, const std::vector<std::wstring>& setup) {
     struct Field {
       const wchar_t* column;
       std::size_t place;
     };
     constexpr Field fields[] = {
-        {L"Type", setupplace::type},
-        {L"Load", setupplace::load},
-        {L"Units", setupplace::units},
-        {L"Voltage (V)", setupplace::voltage}};
-    return std::ranges::any_of(table.text.rows, [&](const TableText::Row& row) {
-      return std::ranges::all_of(fields, [&](const Field& field) {
-        const int column = table.text.columnOf(field.column);
-        return column == 0 || equalsOrdinalNoCase(row.cell(column), at(setup, field.place));
-      });
+        {L"Type", setupplace::type},        {L"Load", setupplace::load},
+        {L"Units", setupplace::units},      {L"Voltage (V)", setupplace::voltage},
+        {L"Phase", setupplace::phase},      {L"Frequency (HZ)", setupplace::frequency},
+        {L"Speed (RPM)", setupplace::speed}};
+    return std::ranges::all_of(fields, [&](const Field& field) {
+      const int column = table.text.columnOf(field.column);
+      return column == 0 || isEqual(row.cell(column), at(setup, field.place));
     });
   }
 
