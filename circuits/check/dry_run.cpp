@@ -131,15 +131,27 @@ public:
     findControls();
     ChoicePlan plan(sheet_);
     int failures = 0;
-    bool hasParts = false;
+    struct Tried {
+      Choices choices;
+      std::set<std::wstring> codes; ///< that it ran
+    };
+    std::vector<Tried> tried;
     while (const std::optional<Choices> choices = plan.next()) {
       const bool isBuilt = build(plan, *choices);
       plan.note(*choices, witness_.codes());
       if (!isBuilt && ++failures == mostFailures) return;
       if (loops_) return; // each further build would take as long
-      // Lookups know the motor's current from a build, so the first one is done again with parts.
-      if (!std::exchange(hasParts, true) && isBuilt && !chosenParts(plan, *choices).empty())
-        static_cast<void>(build(plan, *choices));
+      if (isBuilt) tried.push_back({*choices, witness_.codes()});
+    }
+    // What no other choice has built with its part.
+    for (const Tried& each : tried) {
+      const std::vector<ChosenPart> parts = chosenParts(plan, each.choices);
+      const bool isNew = std::ranges::any_of(parts, [&](const ChosenPart& part) {
+        return !part.part.values.empty() && each.codes.contains(toUpper(part.part.code)) &&
+               !withPart_.contains(part.form());
+      });
+      if (isNew && !build(plan, each.choices) && ++failures == mostFailures) return;
+      if (loops_) return;
     }
   }
 
@@ -156,6 +168,15 @@ private:
     }
   }
 
+  using PartForm = std::pair<const SheetForm*, std::wstring>; ///< form and table of a part
+  /// A part for the forms of a CODE that one code runs.
+  struct ChosenPart {
+    const SheetForm* lookup;
+    SamplePart part;
+    bool isGiven = false;
+    [[nodiscard]] PartForm form() const { return {lookup, part.table}; }
+  };
+
   /// A saved configuration brings motor or load, wires and choices into the build, as it does for a user.
   [[nodiscard]] fs::path workbookWith(const ChoicePlan& plan, const Choices& choices) {
     std::vector<SampleChoice> chosen;
@@ -164,27 +185,33 @@ private:
       const SheetOption& option = group.options().options[choices[i]];
       chosen.push_back({group.code->code, {group.options().title, option.text, option.value}});
     }
+    // A part has a rating, which would hide that the tables give none: each form is first built without.
     parts_ = chosenParts(plan, choices);
+    std::vector<SamplePart> given;
+    for (ChosenPart& each : parts_) {
+      each.isGiven = withoutPart_.contains(each.form()) && !each.part.values.empty();
+      if (each.isGiven) given.push_back(each.part);
+    }
     return session_.workbookWith(savedSample(
-        load_ ? &*load_ : nullptr, controls_, chosen, parts_, {entry_.circuit, entry_.type, savedName}));
+        load_ ? &*load_ : nullptr, controls_, chosen, given, {entry_.circuit, entry_.type, savedName}));
   }
 
-  /// The parts that the site's lookups give for the tables beside the forms of these choices.
-  [[nodiscard]] std::vector<SamplePart> chosenParts(const ChoicePlan& plan, const Choices& choices) {
+  /// The parts that the site's lookups give for the tables beside the forms of these choices; without values where they
+  /// give none, as before the first build, from which they know the motor's current.
+  [[nodiscard]] std::vector<ChosenPart> chosenParts(const ChoicePlan& plan, const Choices& choices) {
     std::map<const SheetCode*, std::int32_t> sums;
     for (std::size_t i = 0; i < plan.groups().size(); ++i) {
       const ChoiceGroup& group = plan.groups()[i];
       sums[group.code] += group.options().options[choices[i]].value;
     }
-    std::vector<SamplePart> parts;
+    std::vector<ChosenPart> parts;
     for (const SheetCode& code : sheet_.codes) {
       const auto sum = sums.find(&code);
       const std::int32_t wanted = sum == sums.end() ? incompleteCode : sum->second;
       for (const SheetForm& form : code.forms)
         if (form.column == sheetcolumn::controlForms && form.forCode == wanted)
           for (const auto& [table, title] : form.pairs)
-            if (const std::vector<std::wstring>& part = lookUp(form, table); !part.empty())
-              parts.push_back({code.code, table, title, part});
+            parts.push_back({&form, {code.code, table, title, lookUp(form, table)}, false});
     }
     return parts;
   }
@@ -248,6 +275,9 @@ private:
     const CheckSession::Answer answer = session_.call(L"site-build", arguments);
     session_.windows().onTask = nullptr;
     const bool isBuilt = answer.value && !answer.value->isNil();
+    for (const ChosenPart& each : parts_)
+      if (witness_.codes().contains(toUpper(each.part.code)))
+        (each.isGiven ? withPart_ : withoutPart_).insert(each.form());
     noteEnd(answer, isBuilt);
     for (const std::wstring& name : witness_.inserted())
       if (const fs::path file = session_.host().findFile(name); !file.empty())
@@ -329,8 +359,9 @@ private:
     if (load_ && load_->isRated)
       for (const SheetCode& code : sheet_.codes)
         if (takesRatings(code)) circuit.rated.insert(toUpper(code.code));
-    for (const SamplePart& part : parts_)
-      circuit.parts[toUpper(part.code)].emplace_back(part.table, part.number());
+    for (const ChosenPart& each : parts_)
+      if (each.isGiven)
+        circuit.parts[toUpper(each.part.code)].emplace_back(each.part.table, each.part.number());
     checkDrawing(circuit, reported_, findings_);
   }
 
@@ -379,7 +410,9 @@ private:
   Findings& findings_;
   const TemplateDrawing& drawing_;
   std::vector<SampleControl> controls_;
-  std::vector<SamplePart> parts_; ///< of the build at work
+  std::vector<ChosenPart> parts_;  ///< of the build at work
+  std::set<PartForm> withoutPart_; ///< what is built without its part
+  std::set<PartForm> withPart_;
   std::map<std::pair<std::wstring, std::wstring>, std::vector<std::wstring>>
       partsByLookup_; ///< form and table
   std::wstring choices_;
