@@ -1,5 +1,6 @@
 #include "circuits/check/drawing_rules.h"
 
+#include "circuits/netlist/netlist.h"
 #include "simhost/drawing/box_index.h"
 #include "simhost/drawing/display_list.h"
 #include "simhost/drawing/distance.h"
@@ -8,6 +9,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <tuple>
 
 namespace circuits {
 
@@ -80,6 +82,7 @@ public:
     for (const WireStart& start : circuit_.starts)
       checkStart(start);
     checkTexts();
+    checkBridges();
   }
 
 private:
@@ -225,6 +228,108 @@ private:
               {{L"first", texts[i].text->text},
                {L"second", texts[j].text->text},
                {L"choices", circuit_.choices}});
+  }
+
+  /// Conductors that begin at a wire position of a motor, each with the position without the motor's letter. Those of
+  /// two motors begin at one supply.
+  [[nodiscard]] std::map<std::size_t, std::wstring> linesOf(const Netlist& netlist) {
+    std::map<std::size_t, std::wstring> lines;
+    for (const WireStart& start : circuit_.starts) {
+      if (start.layer.empty()) continue;
+      const KvPoint3d point{start.x, start.y, 0.0};
+      const std::wstring name = brenvolt::toUpper(start.code.substr(0, start.code.find(L'-')));
+      for (std::size_t i = 0; i < netlist.conductors.size(); ++i) {
+        const bool beginsHere =
+            std::ranges::any_of(netlist.conductors[i].wires, [&](const KvDbHandle handle) {
+              const Wire* wire = wireOf(handle);
+              return wire != nullptr && (distanceBetween(wire->from, point) <= samePlace ||
+                                         distanceBetween(wire->to, point) <= samePlace);
+            });
+        if (!beginsHere) continue;
+        const auto [line, isNew] = lines.try_emplace(i, name);
+        if (!isNew && line->second != name)
+          add(L"run-lines-joined", at(point, start.code),
+              {{L"first", line->second}, {L"second", name}, {L"choices", circuit_.choices}});
+      }
+    }
+    return lines;
+  }
+
+  /// The two ends of each pole of the components: pins on different sides, level with each other.
+  struct Pole {
+    const Pin* from;
+    const Pin* to;
+  };
+  [[nodiscard]] static std::vector<Pole> polesOf(const Netlist& netlist) {
+    std::map<std::uint64_t, std::vector<const Pin*>> bySymbol;
+    for (const Pin& pin : netlist.pins) {
+      const std::wstring& family = netlist.devices[pin.device].family;
+      // Both sides of a terminal are one, and a source has one side.
+      if (pin.conductor && family != terminalFamily && family != sourceFamily)
+        bySymbol[pin.symbol.value()].push_back(&pin);
+    }
+    std::vector<Pole> poles;
+    for (const auto& [symbol, pins] : bySymbol)
+      for (std::size_t i = 0; i < pins.size(); ++i)
+        for (std::size_t j = i + 1; j < pins.size(); ++j) {
+          const KvPoint3d& one = pins[i]->position;
+          const KvPoint3d& other = pins[j]->position;
+          const bool isLevel =
+              std::abs(one.x - other.x) <= samePlace || std::abs(one.y - other.y) <= samePlace;
+          if (pins[i]->side != pins[j]->side && isLevel) poles.push_back({pins[i], pins[j]});
+        }
+    return poles;
+  }
+
+  /// A wire that joins both ends of a pole makes the component useless. One that joins two poles shorts the lines on
+  /// them. Jumpers between pins that no lines reach, as those
+  /// of a transformer, are meant.
+  void checkBridges() {
+    const Netlist netlist = readNetlist(circuit_.drawing);
+    std::map<std::size_t, std::wstring> lines = linesOf(netlist);
+    const std::vector<Pole> poles = polesOf(netlist);
+    for (const Pole& pole : poles)
+      if (pole.from->conductor == pole.to->conductor)
+        add(L"run-bridged", at(pole.from->position),
+            {{L"tag", netlist.devices[pole.from->device].tag}, {L"choices", circuit_.choices}});
+    // A line goes on through the poles. Where several meet, as after reversing contactors, it keeps its first name.
+    for (bool hasGrown = true; hasGrown;) {
+      hasGrown = false;
+      for (const Pole& pole : poles)
+        for (const auto& [from, to] :
+             {std::pair(*pole.from->conductor, *pole.to->conductor),
+              std::pair(*pole.to->conductor, *pole.from->conductor)})
+          if (const auto line = lines.find(from); line != lines.end())
+            hasGrown = lines.try_emplace(to, std::wstring(line->second)).second || hasGrown;
+    }
+    for (std::size_t i = 0; i < poles.size(); ++i)
+      for (std::size_t j = i + 1; j < poles.size() && poles[j].from->symbol == poles[i].from->symbol; ++j)
+        checkPoles(netlist, lines, poles[i], poles[j]);
+  }
+
+  void checkPoles(
+      const Netlist& netlist, const std::map<std::size_t, std::wstring>& lines, const Pole& one,
+      const Pole& other) {
+    const auto lineOf = [&lines](const Pin* pin) {
+      const auto line = lines.find(*pin->conductor);
+      return line == lines.end() ? std::wstring() : line->second;
+    };
+    for (const auto& [pin, end, otherPin, otherEnd] :
+         {std::tuple(one.from, one.to, other.from, other.to),
+          std::tuple(one.to, one.from, other.to, other.from)}) {
+      const std::wstring first = lineOf(pin);
+      const std::wstring second = lineOf(otherPin);
+      if (first.empty() || second.empty() || first == second || end->conductor != otherEnd->conductor)
+        continue;
+      // Behind a star contactor the lines meet, and nothing else is there.
+      const bool isStarPoint =
+          std::ranges::all_of(netlist.conductors[*end->conductor].pins, [&](const std::size_t place) {
+            return netlist.pins[place].symbol == end->symbol;
+          });
+      if (isStarPoint) continue;
+      add(L"run-lines-joined", at(end->position),
+          {{L"first", first}, {L"second", second}, {L"choices", circuit_.choices}});
+    }
   }
 
   /// CODE and tag: several symbols may show one component, and one of them says its rating.

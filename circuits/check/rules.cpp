@@ -262,6 +262,11 @@ constexpr Rule table[] = {
      L"A wire on layer {layer} ends on one on layer {other} without a dot, so it is not clear whether they "
      L"are joined; with {choices}.",
      L"Place a dot, or lead the wire elsewhere.", L"a wire that ends in the middle of another one"},
+    {L"run-bridged", run, error,
+     L"A wire joins both ends of a pole of {tag}, so it switches nothing, with {choices}.",
+     L"End the wires at the terminals of the component.", L"a wire that goes on below a breaker"},
+    {L"run-lines-joined", run, error, L"A wire joins the lines {first} and {second} here with {choices}.",
+     L"Lead the wire elsewhere: it is a short circuit.", L"a wire across the poles of a breaker"},
     {L"run-texts-overlap", run, warning, L"\"{first}\" and \"{second}\" are on each other with {choices}.",
      L"Move one of them.", L"two texts at one point"},
     {L"run-wire-unsized", run, warning,
