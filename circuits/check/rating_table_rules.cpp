@@ -205,10 +205,27 @@ private:
 /// A step more than this many times the one below rates what lies between far too high.
 constexpr double widestStep = 3.5;
 
+/// The amperes of a rating that is no more than a number and its unit, such as "20A".
+std::optional<double> amperesOf(std::wstring_view rating) {
+  rating = brenvolt::trimView(rating);
+  if (!rating.ends_with(L'A')) return std::nullopt;
+  rating.remove_suffix(1);
+  return brenvolt::plainNumber(brenvolt::trim(rating));
+}
+
 void checkStepTable(const SiteTable& steps, Findings& findings) {
   const int code = steps.text.columnOf(L"CODE");
   const int most = steps.text.columnOf(L"MAX");
   if (code == 0 || most == 0) return;
+  if (const int rating = steps.text.columnOf(L"RATING"); rating != 0)
+    for (const TableText::Row& row : steps.text.rows) {
+      const std::optional<double> limit = brenvolt::plainNumber(row.cell(most));
+      const std::optional<double> amperes = amperesOf(row.cell(rating));
+      if (limit && amperes && *amperes < *limit - brenvolt::numberTolerance)
+        findings.add(
+            L"steps-rating", steps.place(row.number, rating), {row.cell(rating)},
+            {{L"component", row.cell(code)}, {L"rating", row.cell(rating)}, {L"limit", row.cell(most)}});
+    }
   std::map<std::wstring, std::vector<std::pair<double, int>>> byCode; // limit and row
   for (const TableText::Row& row : steps.text.rows)
     if (const std::optional<double> limit = brenvolt::plainNumber(row.cell(most)))

@@ -34,6 +34,8 @@ struct Family {
   std::vector<const wchar_t*> unique;
   /// From this column on all hold numbers; 0 for none.
   int numbersFrom = 0;
+  /// Whether the rows come with use.
+  bool mayBeEmpty = false;
 };
 
 /// The longer name first where one begins with the other.
@@ -73,6 +75,34 @@ const std::vector<Family>& families() {
         {L"Frequency (HZ)", maybeNumber},
         {L"Description"}},
        {L"Type", L"Load", L"Units", L"Voltage (V)", L"Phase", L"Frequency (HZ)"}},
+      // The columns that name a saved part, and those of the part.
+      {L"CATALOGSEL",
+       {{L"MARKER"},
+        {L"UI_SEL", maybeNumber},
+        {L"LKUPTABLE"},
+        {L"TYPE"},
+        {L"Load"},
+        {L"Units"},
+        {L"Voltage (V)"},
+        {L"PHASE"},
+        {L"Frequency (Hz)"},
+        {L"Speed (RPM)"},
+        {L"MFG"},
+        {L"CAT"},
+        {L"ASSYCODE"},
+        {L"RCOUNT"},
+        {L"CATALOGTYPE"},
+        {L"RATING1"},
+        {L"RATING2"},
+        {L"RATING3"},
+        {L"RATING4"},
+        {L"RATING5"},
+        {L"RATING6"}},
+       {},
+       0,
+       true},
+      // Area and diameter are known by their places.
+      {L"WIRESIZE", {{L"SIZE", filledText}, {L"STANDARD"}}, {L"SIZE", L"STANDARD"}, 3},
       {L"OPT", {{L"CODE", filledText}, {L"DEFAULT"}, {L"LIST"}}, {L"CODE"}},
   };
   return all;
@@ -88,8 +118,6 @@ const Family* familyOf(std::wstring_view table) {
 
 /// Only a name near that of a family is at fault: a database may hold tables for other programs.
 void checkName(const SiteTable& table, Findings& findings) {
-  static const std::set<std::wstring> others = {L"CATALOGSEL", L"WIRESIZE"};
-  if (others.contains(toUpper(table.text.name))) return;
   std::vector<std::wstring> names;
   for (const Family& family : families())
     names.emplace(names.begin(), family.name); // the shorter of two equally near names
@@ -105,7 +133,8 @@ public:
       : table_(table), text_(table.text), family_(family), findings_(findings) {}
 
   void run() {
-    if (text_.rows.empty()) findings_.add(L"table-without-rows", table_.place(), {{L"table", text_.name}});
+    if (text_.rows.empty() && !family_.mayBeEmpty)
+      findings_.add(L"table-without-rows", table_.place(), {{L"table", text_.name}});
     for (const Column& column : family_.columns)
       checkColumn(column);
     if (family_.numbersFrom > 0)
@@ -149,6 +178,7 @@ private:
   }
 
   void checkUnique() {
+    if (family_.unique.empty()) return;
     std::vector<int> columns;
     std::wstring names;
     for (const wchar_t* name : family_.unique) {
@@ -239,6 +269,17 @@ std::vector<ElectricalCode> codesOf(const TableSet& tables, std::wstring_view co
   return codes;
 }
 
+namespace {
+
+/// What a user can choose: the list of a setting, else its default alone.
+std::vector<std::wstring> choicesOf(const ElectricalCode& electrical, std::wstring_view setting) {
+  std::vector<std::wstring> choices = electrical.listOf(setting);
+  if (choices.empty()) choices = {electrical.defaultOf(setting)};
+  return choices;
+}
+
+} // namespace
+
 void checkFamilies(const TableSet& tables, const std::vector<ElectricalCode>& codes, Findings& findings) {
   struct Need {
     const wchar_t* family;
@@ -275,17 +316,22 @@ void checkFamilies(const TableSet& tables, const std::vector<ElectricalCode>& co
           L"table-missing", place, {{L"table", own}, {L"code", electrical.name}, {L"use", need.use}});
   };
   for (const ElectricalCode& electrical : codes) {
-    std::vector<std::wstring> metals = electrical.listOf(L"W_METAL");
-    if (metals.empty() && !electrical.defaultOf(L"W_METAL").empty())
-      metals = {electrical.defaultOf(L"W_METAL")};
+    std::vector<std::wstring> metals = choicesOf(electrical, L"W_METAL");
+    std::erase(metals, std::wstring());
     for (const Need& need : needs) {
       if (need.of == code)
         check(electrical, need, {}, {});
       else
         for (const std::wstring& metal : metals)
-          check(electrical, need, metal, electrical.defaultOf(L"W_STD"));
+          for (const std::wstring& standard : choicesOf(electrical, L"W_STD"))
+            check(electrical, need, metal, standard);
     }
   }
+  // One for all codes; without it no part that a user chose is kept.
+  if (!codes.empty() && tables.isWhole && tables.find(L"CATALOGSEL") == nullptr)
+    findings.add(
+        L"table-missing", {.file = L"tables"},
+        {{L"table", L"CATALOGSEL"}, {L"code", codes.front().name}, {L"use", L"the parts that users choose"}});
 }
 
 } // namespace circuits

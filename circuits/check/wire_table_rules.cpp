@@ -46,11 +46,30 @@ void checkOrder(const SiteTable& table, int column, Order order, std::wstring_vi
   }
 }
 
+/// A size without an ampacity between two that have one: the next larger wire is taken in silence.
+void checkHoles(const SiteTable& table, int column, Findings& findings) {
+  std::vector<const TableText::Row*> empty;
+  bool hasBegun = false;
+  for (const TableText::Row& row : table.text.rows) {
+    if (brenvolt::trimView(row.cell(column)).empty()) {
+      if (hasBegun) empty.push_back(&row);
+      continue;
+    }
+    for (const TableText::Row* hole : empty)
+      findings.add(
+          L"ampacity-hole", table.place(hole->number, column), {hole->cell(1)}, {{L"size", hole->cell(1)}});
+    empty.clear();
+    hasBegun = true;
+  }
+}
+
 void checkAmpacities(const SiteTable& table, Findings& findings) {
   const TableText& text = table.text;
   constexpr int firstColumn = 3;
-  for (int column = firstColumn; column <= text.columnCount(); ++column)
+  for (int column = firstColumn; column <= text.columnCount(); ++column) {
     checkOrder(table, column, Order::rising, L"ampacity-order", findings);
+    checkHoles(table, column, findings);
+  }
   // A conductor that may get hotter carries at least as much.
   for (const TableText::Row& row : text.rows) {
     std::optional<double> before;
@@ -70,9 +89,9 @@ void checkAmpacities(const SiteTable& table, Findings& findings) {
   }
 }
 
-/// "30C": digits and a unit letter.
+/// "30C": digits and the letter, as the setting T_AMBIENT writes them.
 bool isBracket(std::wstring_view name) {
-  if (name.size() < 2) return false;
+  if (name.size() < 2 || (name.back() != L'C' && name.back() != L'c')) return false;
   const std::wstring_view digits = name.substr(0, name.size() - 1);
   return digits.find_first_not_of(L"0123456789") == digits.npos;
 }
@@ -238,19 +257,36 @@ public:
     if (size == 0 || description == 0) return;
     if (impedances != nullptr)
       need(ampacities_, size, *impedances, L"SIZE", L"its voltage drop cannot be computed");
-    if (const SiteTable* sizes = tables_.find(L"WIRESIZE"))
+    if (const SiteTable* sizes = tables_.find(L"WIRESIZE")) {
+      const std::set<std::wstring> known = wireSizes(*sizes);
       for (const TableText::Row& row : ampacities_.text.rows) {
-        const std::set<std::wstring> known = sizesOf(*sizes, L"SIZE");
         const bool isKnown = known.contains(toUpper(brenvolt::removeBlanks(row.cell(description)))) ||
                              known.contains(toUpper(brenvolt::removeBlanks(row.cell(size))));
-        if (!isKnown) tell(ampacities_, row, description, *sizes, L"area and diameter are not known");
+        if (!isKnown)
+          findings_.add(
+              L"area-missing", ampacities_.place(row.number, description), {row.cell(description)},
+              {{L"size", row.cell(description)}, {L"table", sizes->text.name}});
       }
+    }
     if (grounds == nullptr) return;
     if (const int ground = grounds->text.columnOf(L"SIZE_DESC"); ground != 0)
       need(*grounds, ground, ampacities_, L"SIZE_DESC", L"such a conductor cannot be chosen");
   }
 
 private:
+  /// Those of WIRESIZE in the table's size system: 10 means another wire in AWG than in mm2.
+  [[nodiscard]] std::set<std::wstring> wireSizes(const SiteTable& table) const {
+    const int size = table.text.columnOf(L"SIZE");
+    const int standard = table.text.columnOf(L"STANDARD");
+    const std::wstring own = toUpper(ampacities_.text.name) + L"_";
+    std::set<std::wstring> sizes;
+    if (size == 0) return sizes;
+    for (const TableText::Row& row : table.text.rows)
+      if (standard == 0 || own.find(L"_" + toUpper(row.cell(standard)) + L"_") != std::wstring::npos)
+        sizes.insert(toUpper(brenvolt::removeBlanks(row.cell(size))));
+    return sizes;
+  }
+
   /// Impedances alone are interpolated between the sizes beside.
   static bool isFilledIn(const SiteTable& table) { return toUpper(table.text.name).starts_with(L"XL&R"); }
 
