@@ -130,7 +130,7 @@ TEST_CASE("each motor keeps its own circuit, and the one at work has it in hand"
   maker.circuit.circuit.wireChosen = true;
   maker.acceptedTables[L"MOTOR_I_MAP"] = 1;
   auto second = makeMotor(2);
-  CHECK(maker.acceptedTables.empty()); // a new circuit asks again
+  CHECK(maker.acceptedTables.empty());           // a new circuit asks again
   CHECK_FALSE(maker.circuit.circuit.wireChosen); // nothing of the first one's wires
   CHECK(maker.circuit.circuit.groundSize.empty());
   REQUIRE(motorOf(*second)->OnCellChanged(0, 8, L"28"));
