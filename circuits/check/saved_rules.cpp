@@ -58,6 +58,8 @@ public:
     brenvolt::XmlDocument document;
     std::wstring reason;
     if (!document.load(brenvolt::fromUtf8(path_.string()), reason)) {
+      while (reason.ends_with(L'.'))
+        reason.pop_back(); // the sentence of the finding has its own
       findings_.add(L"saved-unreadable", place_, {{L"reason", site_.shownText(reason)}});
       return;
     }

@@ -114,6 +114,34 @@ brenvolt::ZanCircuitEntry findEntry(const SessionRun& run, const std::string& wo
   return entry;
 }
 
+/// A current is read up to the first character that is not part of a number: 65,5 would become 65.
+void needNumbers(const std::string& params) {
+  struct Number {
+    std::size_t place;
+    const char* name;
+  };
+  constexpr Number numbers[] = {{7, "full-load current"}, {8, "multiplier"}, {9, "additional current"}};
+  // As the build separates them: a text may contain a semicolon.
+  constexpr std::wstring_view separator = L"\";\"";
+  std::vector<std::wstring> fields;
+  std::wstring rest = brenvolt::trim(fromUtf8(params));
+  if (rest.starts_with(L'"')) rest = rest.substr(1);
+  if (rest.ends_with(L'"')) rest.pop_back();
+  for (std::size_t end = rest.find(separator); end != std::wstring::npos; end = rest.find(separator)) {
+    fields.push_back(rest.substr(0, end));
+    rest = rest.substr(end + separator.size());
+  }
+  fields.push_back(rest);
+  for (const Number& number : numbers) {
+    if (number.place >= fields.size()) continue;
+    const std::wstring field = brenvolt::trim(fields[number.place]);
+    if (field.empty() || brenvolt::plainNumber(field).value_or(-1.0) >= 0.0) continue;
+    throw BadInput(
+        "--params: field " + std::to_string(number.place + 1) + " (" + number.name + "): \"" + toUtf8(field) +
+        "\" must be a number that is not negative, with a decimal point");
+  }
+}
+
 std::optional<double> scaleOf(const std::string& option, const std::string& text) {
   if (text.empty()) return std::nullopt;
   const std::optional<double> scale = brenvolt::plainNumber(fromUtf8(text));
@@ -177,6 +205,7 @@ void setScales(lisp::Interpreter& interpreter, const CircuitCall& call) {
 
 CircuitCall circuitCall(const SessionRun& asked, const std::string& workbook, CircuitBuild build) {
   SessionRun run = asked;
+  needNumbers(run.params);
   const brenvolt::ZanCircuitEntry entry = findEntry(run, workbook);
   CircuitCall call;
   call.circuitScale = scaleOf("--scale", run.scale);

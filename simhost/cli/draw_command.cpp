@@ -128,9 +128,11 @@ ExitCode runDraw(DrawOptions& options) {
   if (!isBuilt) throw BadInput(name + (asks ? ": the build failed or was cancelled" : ": the build failed"));
   host.writeResults();
   std::printf("%s: %s\n", name.c_str(), options.host.save.c_str());
-  // The module has said at which markers.
-  const lisp::Symbol* const unsized = host.interpreter().symbols().find(L"GBL_qn_bv_unsized_wires");
-  return unsized == nullptr || unsized->value.isNil() ? ExitCode::done : ExitCode::findings;
+  // The module has said at which markers, and which tables.
+  for (const wchar_t* symbol : {L"GBL_qn_bv_unsized_wires", L"GBL_qn_bv_table_problems"})
+    if (const lisp::Symbol* const count = host.interpreter().symbols().find(symbol))
+      if (!count->value.isNil()) return ExitCode::findings;
+  return ExitCode::done;
 }
 
 } // namespace
@@ -195,9 +197,10 @@ CommandTable drawCommand() {
       .name = "draw",
       .description = "draw a circuit of the site's workbook",
       .options = joinedRows({options->site.rows(), rows}),
-      .footer = "A build that fails or is cancelled writes nothing, and the reason is reported. A circuit "
-                "whose wires could not "
-                "be sized is drawn with a mark at them; the exit code is then 5.",
+      .footer =
+          "A build that fails or is cancelled writes nothing, and the reason is reported. A circuit "
+          "whose wires could not be sized is drawn with a mark at them, and one whose ratings the tables "
+          "do not give is drawn without these; the exit code is then 5.",
       .examples =
           {R"(brenvolt draw --site site --circuit "Three-phase motors" --type "Direct on line" --history "Pump 10 HP" --out motor.json)",
            R"(brenvolt draw --site site --circuit "Three-phase motors" --type "Direct on line" --history "Pump 10 HP" --preset "OL=2" --out pump.json --svg pump.svg)"},

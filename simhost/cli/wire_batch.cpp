@@ -38,8 +38,8 @@ public:
     readHeader();
   }
 
-  std::string size(WireRequests& requests) {
-    std::string result = csvLine(resultHeader());
+  SizedList size(WireRequests& requests) {
+    SizedList result{csvLine(resultHeader())};
     for (const CsvRecord& record : std::span(records_).subspan(1))
       sizeOne(requests, record, result);
     throwFaults();
@@ -85,7 +85,7 @@ private:
     return names;
   }
 
-  void sizeOne(WireRequests& requests, const CsvRecord& record, std::string& result) {
+  void sizeOne(WireRequests& requests, const CsvRecord& record, SizedList& result) {
     const std::string place = file_ + ", row " + std::to_string(record.line);
     if (record.fields.size() != header().size()) {
       faults_.push_back(
@@ -104,7 +104,9 @@ private:
       faults_.push_back(place + ", column " + wireField(fault.field).name + ": " + fault.reason);
     // Once a cell is bad no result is written, and only further bad cells are of interest.
     if (!request || !faults_.empty()) return;
-    result += csvLine(resultOf(record, *request, requests.lookUp(*request)));
+    const brenvolt::WireLookupResult lookup = requests.lookUp(*request);
+    result.isComplete = result.isComplete && isSized(*request, lookup);
+    result.text += csvLine(resultOf(record, *request, lookup));
   }
 
   static std::vector<std::string> resultOf(
@@ -137,7 +139,7 @@ private:
 
 } // namespace
 
-std::string sizeWires(WireRequests& requests, const std::string& file, const WireTexts& common) {
+SizedList sizeWires(WireRequests& requests, const std::string& file, const WireTexts& common) {
   return WireList(file, common).size(requests);
 }
 

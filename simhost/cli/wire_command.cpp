@@ -127,10 +127,10 @@ std::string jsonAnswer(
 }
 
 ExitCode runBatch(WireRequests& requests, const WireOptions& options) {
-  const std::string result = sizeWires(requests, options.batch, textsOf(options));
-  const std::string reason = replaceFile(options.out, result);
+  const SizedList result = sizeWires(requests, options.batch, textsOf(options));
+  const std::string reason = replaceFile(options.out, result.text);
   if (!reason.empty()) throw CannotWrite(reason);
-  return ExitCode::done;
+  return result.isComplete ? ExitCode::done : ExitCode::findings;
 }
 
 ExitCode runCircuit(
@@ -151,14 +151,15 @@ ExitCode runCircuit(
   if (options.isExplained && result.proposed)
     explanation = explainWire(
         *request, result, *result.proposed, requests.facts(*request, result.rows[*result.proposed].size));
+  const ExitCode code = isSized(*request, result) ? ExitCode::done : ExitCode::findings;
   const OutputForm form = options.output.form();
   if (form == OutputForm::json) {
     printOut(jsonAnswer(*request, result, explanation, options.isExplained));
-    return ExitCode::done;
+    return code;
   }
   printOut(formatTable(tableOf(*request, result), form));
   if (form == OutputForm::text) printOut(closingLines(*request, result) + explanationText(explanation));
-  return ExitCode::done;
+  return code;
 }
 
 ExitCode runWire(const WireOptions& options) {
@@ -211,7 +212,7 @@ CommandTable wireCommand() {
            results}),
       .footer = "--fla, --voltage and --phase are required. A word in brackets is the setting of the option "
                 "table that provides the default. With --batch the other options apply to every circuit "
-                "whose cell is empty.",
+                "whose cell is empty. The exit code is 5 if a circuit has no size that fits.",
       .examples =
           {"brenvolt wire --site site --fla 52 --voltage 460 --phase 3",
            "brenvolt wire --site site --fla 52 --voltage 460 --phase 3 --length 250 --explain"},

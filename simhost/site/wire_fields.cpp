@@ -35,6 +35,12 @@ bool keeps(WireFieldRule rule, std::wstring_view text) {
     return brenvolt::plainNumber(text).value_or(-1.0) >= 0.0;
   case WireFieldRule::fraction:
     return isFraction(text);
+  case WireFieldRule::multiplier: {
+    const double number = brenvolt::plainNumber(text).value_or(0.0);
+    return number >= 1.0 && number <= 3.0;
+  }
+  case WireFieldRule::factor:
+    return isAbove0(text) && brenvolt::plainNumber(text).value_or(0.0) <= 2.0;
   case WireFieldRule::fractionOrOff:
     return isOff(text) || isFraction(text);
   case WireFieldRule::percentOrOff:
@@ -61,6 +67,10 @@ const char* expectation(WireFieldRule rule) {
     return "must be a number that is not negative";
   case WireFieldRule::fraction:
     return "must be a number above 0 and at most 1";
+  case WireFieldRule::multiplier:
+    return "must be a number from 1 to 3, such as 1.25";
+  case WireFieldRule::factor:
+    return "must be a number above 0 and at most 2, such as 0.8 for 80 %";
   case WireFieldRule::fractionOrOff:
     return "must be a number above 0 and at most 1, or off";
   case WireFieldRule::percentOrOff:

@@ -43,6 +43,8 @@ enum class WireFieldRule {
   positive,      ///< a number above 0
   notNegative,   ///< a number
   fraction,      ///< above 0, at most 1
+  multiplier,    ///< 1 to 3: a smaller one would size a wire for less than the load current
+  factor,        ///< above 0, at most 2: cold surroundings allow more than the table
   fractionOrOff, ///< the same, or "off"
   percentOrOff,  ///< a number above 0 with or without "%", or "off"
   phase,         ///< 1 or 3
@@ -71,7 +73,7 @@ inline constexpr std::array<WireFieldRow, wireFieldCount> wireFields = {{
      noLookupField},
     {WireField::fla, "fla", "A", "Full-load current in amperes", WireFieldRule::positive,
      brenvolt::LookupField::current, true, true},
-    {WireField::multiplier, "multiplier", "M", "Multiplier of the current", WireFieldRule::positive,
+    {WireField::multiplier, "multiplier", "M", "Multiplier of the current", WireFieldRule::multiplier,
      brenvolt::LookupField::multiplier},
     {WireField::extra, "extra", "A", "Additional current in amperes", WireFieldRule::notNegative,
      brenvolt::LookupField::extraCurrent, false},
@@ -103,7 +105,7 @@ inline constexpr std::array<WireFieldRow, wireFieldCount> wireFields = {{
     {WireField::continuous, "continuous", "F", "Continuous-load factor, or off", WireFieldRule::fractionOrOff,
      brenvolt::LookupField::continuousFactor},
     {WireField::overallFactor, "overall-factor", "F",
-     "Combined factor, replaces the one computed from the other factors", WireFieldRule::positive,
+     "Combined factor, replaces the one computed from the other factors", WireFieldRule::factor,
      brenvolt::LookupField::overallFactor, false},
     {WireField::energyPrice, "energy-price", "P", "Price per kilowatt hour", WireFieldRule::notNegative,
      brenvolt::LookupField::energyPrice, false},

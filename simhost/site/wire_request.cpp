@@ -332,6 +332,10 @@ private:
   WireRequest request_;
 };
 
+bool isSized(const WireRequest& request, const brenvolt::WireLookupResult& result) {
+  return noteOn(request, result).empty() && (request.groundTable.empty() || !request.groundSizes().empty());
+}
+
 std::wstring noteOn(const WireRequest& request, const brenvolt::WireLookupResult& result) {
   const std::wstring current = brenvolt::formatTrimmed(request.input.total, currentDecimals) + L" A";
   switch (result.proposal) {

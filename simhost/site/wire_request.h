@@ -42,6 +42,9 @@ struct WireRequest {
   }
 };
 
+/// Whether there is a size that fits, and a grounding conductor where the site has a table of them.
+[[nodiscard]] bool isSized(const WireRequest& request, const brenvolt::WireLookupResult& result);
+
 /// Why a result has no size that fits; empty when it has one.
 [[nodiscard]] std::wstring noteOn(const WireRequest& request, const brenvolt::WireLookupResult& result);
 

@@ -115,7 +115,8 @@ bool ZanBrenvolt::prepare(BuildKind kind) {
     applyOpenHistory(state_, state_.markers, circuitRows);
   if (input_.presets.active) buildWireAnnotations(state_, state_.markers, circuitRows);
   if (depth() == 0)
-    for (const wchar_t* symbol : {lispsymbol::unsizedWires, lispsymbol::savedConfiguration})
+    for (const wchar_t* symbol :
+         {lispsymbol::unsizedWires, lispsymbol::savedConfiguration, lispsymbol::tableProblems})
       putList(symbol, ResultList());
   // The pages of the dialog size their wires themselves.
   if (!state_.isInteractive()) sizeUnsizedWires(state_, state_.markers);

@@ -3,6 +3,7 @@
 
 #include "data/table_watch.h"
 #include "host/host_api_lisp.h"
+#include "host/lisp_symbols.h"
 #include "host/resources.h"
 #include "host/result_list.h"
 #include "plugin/function_table.h"
@@ -46,6 +47,8 @@ void reportTables(const TableWatch& watch) {
   const std::vector<StatementFailure>& failures = watch.failures();
   const std::vector<TableFallback>& fallbacks = watch.fallbacks();
   if (failures.empty() && fallbacks.empty()) return;
+  // A drawing that lacks a figure is not complete: whoever started the build must be able to see it.
+  if (!failures.empty()) putReal(lispsymbol::tableProblems, static_cast<double>(failures.size()));
   const ResourceScope resources;
   for (const StatementFailure& failure : failures) {
     if (failure.source.empty()) {

@@ -157,6 +157,11 @@ TEST_CASE("a build's answer, a factor by hand, and why there is no proposal") {
     CHECK(found["proposed"] == (row.proposed == nullptr ? nlohmann::json() : nlohmann::json(row.proposed)));
     CHECK(found.value("note", "") == row.note);
   }
+  CHECK(folder.run(wireCircuit()).exitCode == 0);
+  for (const char* way : {"--unattended", "--hide-undersized"})
+    CHECK(
+        folder.run({"wire", "--site", "site", "--voltage", "460", "--phase", "3", "--fla", "9000", way})
+            .exitCode == 5);
   const ToolRun refused = folder.run(wireCircuit({"--unattended", "--extra", "5", "--parallel", "3"}));
   CHECK(refused.exitCode == 3);
   CHECK(contains(refused.errors, "--extra: is not used when a build sizes a wire\n--parallel:"));
@@ -179,6 +184,8 @@ TEST_CASE("every fault of a circuit is named by its option") {
        "is not a column of XL&R_CU_AWG_NEC, which has PVC, AL, STEEL"},
       {{"--length", "10", "--units", "feet"}, "--units: \"feet\" must be FT or M"},
       {{"--standard-code", "NOPE"}, "--standard-code: no tables of \"NOPE\" exist; choose one of IEC, NEC"},
+      {{"--overall-factor", "80"}, "--overall-factor: \"80\" must be a number above 0 and at most 2"},
+      {{"--multiplier", "0.01"}, "--multiplier: \"0.01\" must be a number from 1 to 3"},
       {{"--ambient", "90C"}, "has no factor for 90 degrees"},
       {{"--parallel", "4", "--min-size", "9/0"}, "AMP_CU_AWG_NEC has no row with SIZE = 9/0"},
   };
@@ -202,7 +209,7 @@ TEST_CASE("a list of circuits is sized as its circuits one by one, and every bad
   const std::string list = folder.write(
       "list.csv", "tag,fla,voltage,phase,length\nM1,52,460,3,250\n\"M,2\",12.5,230,1,\nM3,9000,460,3,\n");
   const std::string out = folder.path("result.csv");
-  REQUIRE(folder.run({"wire", "--site", "site", "--batch", list, "--out", out}).exitCode == 0);
+  REQUIRE(folder.run({"wire", "--site", "site", "--batch", list, "--out", out}).exitCode == 5);
   CHECK(
       folder.read("result.csv") ==
       "tag,fla,voltage,phase,length,size,count,fill-range,ampacity,load-percent,drop,drop-percent,loss,"

@@ -67,7 +67,7 @@ Circuit randomCircuit(Dice& dice) {
   say(Option::voltage, LookupField::voltage,
       dice.of(std::initializer_list<std::wstring_view>{L"230", L"460"}));
   say(Option::phase, LookupField::phase, dice.of(std::initializer_list<std::wstring_view>{L"1", L"3"}));
-  if (dice.often()) say(Option::multiplier, LookupField::multiplier, dice.number(200));
+  if (dice.often()) say(Option::multiplier, LookupField::multiplier, L'1' + dice.number(99).substr(1));
   if (dice.often()) say(Option::extra, LookupField::extraCurrent, dice.number(5000));
   circuit.texts[Option::metal] = dice.of(std::initializer_list<std::wstring_view>{L"CU", L"AL"});
   circuit.conductor.push_back({LookupField::metal, circuit.texts[Option::metal]});

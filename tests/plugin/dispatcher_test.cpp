@@ -132,11 +132,11 @@ TEST_CASE("failed statements and tables of another code are reported once, when 
     CHECK_EQ(lisp.eval("(zan_probe)"), "T");
     CHECK_EQ(
         lisp.takePrinted(),
-        "\nTables cannot be read: " + probe.database +
-            ": no such column: MIN\nStatement: SELECT [MIN] FROM [MOTOR_I_MAP_NEC] ORDER BY [MAX]\n"
-            "\nTables cannot be read: " +
+        "\nFigures are missing, because the tables do not give them: " + probe.database +
+            ": no such column: MIN\nQuery: SELECT [MIN] FROM [MOTOR_I_MAP_NEC] ORDER BY [MAX]\n"
+            "\nFigures are missing, because the tables do not give them: " +
             probe.database +
-            ": no such column: NO\nStatement: SELECT [NO] FROM [MOTOR_I_MAP_NEC] ORDER BY [MAX]\n"
+            ": no such column: NO\nQuery: SELECT [NO] FROM [MOTOR_I_MAP_NEC] ORDER BY [MAX]\n"
             "\nTable MOTOR_I_MAP_IEC is missing; MOTOR_I_MAP_NEC is used instead.\n"
             "\nTable MOTOR_I_MAP_iec is missing; MOTOR_I_MAP_NEC is used instead.\n");
   }

@@ -31,6 +31,18 @@ TEST_CASE("every wrong value of a preset is named at once, and fields of a rebui
   CHECK(run.errors.find("OL=") == std::string::npos);
   CHECK(site.draw(motor, "a.json", {"--params", "\"a\""}).exitCode == 1);
   CHECK(site.draw(motor, "a.json", {"--wires", "((\"a\" \"b\" \"1\"))"}).exitCode == 1);
+  const auto drawn = [&site](const std::string& type, const std::string& current) {
+    return site.draw(
+        motor, "b.json",
+        {"--preset", "OL=1", "--params",
+         '"' + type + R"(";"10";"HP";"460";"3";"60";"1800";")" + current + "\";\"1.25\""});
+  };
+  CHECK(drawn("Induction", "65,5").exitCode == 3);
+  const ToolRun unknown = drawn("Inducton", "14");
+  CHECK(unknown.exitCode == 5);
+  CHECK(
+      (unknown.errors + unknown.output).find("has no formulas for motors of the type \"Inducton\"") !=
+      std::string::npos);
   for (const char* scale : {"0", "-1", "x", "nan"})
     CHECK(site.draw(motor, "a.json", {"--scale", scale}).exitCode == 3);
 }
