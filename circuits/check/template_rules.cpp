@@ -40,6 +40,9 @@ public:
     for (const TemplateMarker& marker : drawing_.markers) {
       checkAttributes(marker);
       if (marker.misc1) checkSettings(marker, *marker.misc1);
+      const bool isUnset = marker.misc1 && brenvolt::trimView(*marker.misc1).empty();
+      if (marker.isWire() && isUnset)
+        findings_.add(L"wire-format-missing", drawing_.place(marker), {{L"wire", marker.code}});
     }
     checkRepeated();
     checkOrders();
