@@ -247,10 +247,13 @@ private:
   }
 
   [[nodiscard]] SetCircuit resolved(const CircuitLoad* load, bool isMeant, bool isOtherCode) const {
-    SetList list{toUtf8(circuit_.name()), {rowOf(circuit_, load)}, {}, {}};
+    SetList list{toUtf8(circuit_.name()), {rowOf(circuit_, load)}, {}};
     SetRow& row = list.rows.front();
     for (const auto& [key, value] : choices_)
-      if (isMeant || !isLoadColumn(key)) choose(row, key, value);
+      if (isMeant || !isLoadColumn(key)) {
+        if (!columnOf(key)) list.codeColumns[brenvolt::toUpper(key)] = key;
+        choose(row, key, value);
+      }
     row.keepsLoad = load == nullptr && !isMeant;
     SetSettings settings;
     settings.site = request_.site;

@@ -2,6 +2,7 @@
 #include "circuits/building/circuit_rows.h"
 
 #include "circuits/building/row_configurations.h"
+#include "circuits/building/template_phases.h"
 #include "data/rating_tables.h"
 #include "simhost/host/errors.h"
 #include "simhost/site/code_standard.h"
@@ -209,14 +210,38 @@ private:
       if (equals == std::wstring::npos)
         fail(row, SetField::options, L"\"" + brenvolt::trim(part) + L"\" must be CODE=1,2");
       else
-        takeOption(row, SetField::options, sheet, code, part.substr(equals + 1), circuit);
+        takeOption(row, L"options", sheet, code, part.substr(equals + 1), circuit);
     }
     for (const auto& [code, cell] : row.codes)
-      takeOption(row, SetField::options, sheet, code, cell, circuit);
+      if (isUnknownColumn(code))
+        badRows_.insert(row.number);
+      else
+        takeOption(row, columnName(code), sheet, code, cell, circuit);
+  }
+
+  /// The column of a CODE as the list writes it.
+  [[nodiscard]] std::wstring columnName(const std::wstring& code) const {
+    const auto written = list_.codeColumns.find(code);
+    return written == list_.codeColumns.end() ? code : written->second;
+  }
+
+  /// A column that is neither a field nor a CODE of any worksheet of the workbook is a mistake of the header, and is
+  /// reported there once.
+  bool isUnknownColumn(const std::wstring& code) {
+    const auto [place, isNew] = unknownColumns_.try_emplace(code, false);
+    if (!isNew) return place->second;
+    for (const auto& [name, known] : catalogue_.circuits())
+      for (const brenvolt::ZanCircuitEntry& entry : known.entries)
+        if (worksheetOf(entry.worksheet).records.contains(code)) return false;
+    list_.faults.push_back(
+        {list_.header, columnName(code),
+         L"is neither a CODE of the workbook nor a column of a list, which has " +
+             names(setFields(), [](const SetFieldRow& field) { return std::wstring(field.name); })});
+    return place->second = true;
   }
 
   void takeOption(
-      const SetRow& row, SetField field, const Worksheet& sheet, const std::wstring& code,
+      const SetRow& row, std::wstring_view field, const Worksheet& sheet, const std::wstring& code,
       const std::wstring& text, SetCircuit& circuit) {
     const auto record = sheet.records.find(code);
     if (record == sheet.records.end()) {
@@ -338,7 +363,31 @@ private:
     return column ? record[*column] : std::wstring();
   }
 
-  void takeLoad(const SetRow& row, const Worksheet& sheet, SetCircuit& circuit) {
+  const std::optional<std::wstring>& phasesOf(const std::wstring& drawing) {
+    const auto [place, isNew] = phases_.try_emplace(drawing);
+    if (isNew) place->second = templatePhases(settings_.site, drawing);
+    return place->second;
+  }
+
+  /// A circuit draws all its wire positions, so a motor or load of fewer phases would leave one without a size, and one
+  /// of more phases would lack a wire.
+  void takeLoad(const SetRow& given, const Worksheet& sheet, SetCircuit& circuit) {
+    SetRow row = given;
+    std::wstring& phase = row.texts[static_cast<std::size_t>(SetField::phase)];
+    const std::optional<std::wstring>& phases = phasesOf(circuit.drawingTemplate);
+    if (phases && circuit.configuration.empty() && sheet.kind != LoadKind::none) {
+      if (!phase.empty() && phase != *phases)
+        return fail(
+            row, SetField::phase,
+            L"\"" + phase + L"\" does not fit: a circuit of this type has the wires of " + *phases +
+                (*phases == L"1" ? L" phase" : L" phases") +
+                L"; choose another type, or another motor or load");
+      phase = *phases;
+    }
+    findLoad(row, sheet, circuit);
+  }
+
+  void findLoad(const SetRow& row, const Worksheet& sheet, SetCircuit& circuit) {
     const bool isGiven = !row[SetField::load].empty();
     if (sheet.kind == LoadKind::none) {
       if (isGiven) fail(row, SetField::load, L"a circuit of this type has no motor or load");
@@ -457,10 +506,18 @@ private:
     if (!request) return;
     const WireLookupResult lookup = standard.wires->lookUp(*request);
     const WireCandidate* wire = chosenWire(*request, lookup);
+    if (wire == nullptr && lookup.proposal == Proposal::aboveDropLimit)
+      return fail(row, SetField::length, simhost::noteOn(*request, lookup));
     if (wire == nullptr)
       return fail(
           row, SetField::load, L"no wire of the tables carries " + fla + L" A under these conditions");
     const std::wstring& size = wire->size;
+    // A drop that is not known is not a small one: a size without impedance is never taken unseen.
+    if (!row[SetField::length].empty() && !isUnattended && wire->lacksImpedance)
+      return fail(
+          row, SetField::length,
+          simhost::noteOn(*request, lookup) + L"; add its impedance to the table, or start from a saved "
+                                              L"configuration with a size of your choice");
     if (request->groundSizes().empty())
       return fail(row, SetField::load, L"the tables name no grounding conductor for " + fla + L" A");
     if (!row[SetField::length].empty())
@@ -522,6 +579,8 @@ private:
   brenvolt::ZanCircuitCatalog catalogue_;
   std::set<std::size_t> badRows_;
   std::map<std::wstring, Worksheet> worksheets_;
+  std::map<std::wstring, bool> unknownColumns_;
+  std::map<std::wstring, std::optional<std::wstring>> phases_; ///< by template
   std::map<std::wstring, Standard> standards_;
 };
 

@@ -255,6 +255,7 @@ private:
 
   void readHeader(const RawRow& header) {
     std::set<std::wstring> seen;
+    list_.header = header.number;
     for (const std::wstring& cell : header.cells) {
       std::wstring name = brenvolt::trim(cell);
       for (const auto& [alias, meaning] : aliases_)
@@ -264,6 +265,7 @@ private:
         if (brenvolt::equalsOrdinalNoCase(field.name, name)) column = {&field, {}};
       if (!name.empty() && !seen.insert(brenvolt::toUpper(name)).second)
         fail(header.number, cell, L"a column of this meaning is there twice");
+      if (!column.code.empty()) list_.codeColumns[column.code] = brenvolt::trim(cell);
       columns_.push_back(std::move(column));
     }
     for (const SetField needed : {SetField::tag, SetField::circuit, SetField::type})
@@ -328,7 +330,7 @@ const std::array<SetFieldRow, setFieldCount>& setFields() {
 
 SetList readSetList(
     const std::string& source, const ColumnAliases& aliases, const std::vector<TypeRule>& rules) {
-  SetList list{source, {}, {}, {}};
+  SetList list{source, {}, {}};
   if (source.ends_with(".xlsx") || source.find(".xlsx:") != std::string::npos)
     throw BadInput(source + ": .xlsx workbooks cannot be read yet; save the list as .xls or .csv");
   std::vector<RawRow> rows;

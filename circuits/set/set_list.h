@@ -70,7 +70,10 @@ struct SetList {
   std::string source; ///< as the user named it
   std::vector<SetRow> rows;
   std::vector<SetFault> faults;
-  std::vector<std::wstring> notes; ///< what was understood in a way that the user may want to know
+  std::vector<std::wstring> notes{}; ///< what was understood in a way that the user may want to know
+  std::size_t header = 1;            ///< its row
+  std::map<std::wstring, std::wstring>
+      codeColumns{}; ///< CODE in upper case, and its column as the list writes it
 };
 
 class TypeRule;

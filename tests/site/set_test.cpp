@@ -346,9 +346,10 @@ TEST_CASE("a circuit built again is what it was; one that cannot be built change
   CHECK(isWarned(rebuildDrawn()));
 
   const auto bytes = filesOf(folder.path("set"));
+  CHECK(rebuild({"--set", "lod=12"}).errors.find("lod: is neither a CODE") != std::string::npos);
   const ToolRun refused = rebuild({"--set", "load=12", "--set", "NONE=1"});
   CHECK(refused.exitCode == 3);
-  checkHolds(refused.errors, {"has no CODE NONE", "its neighbours are 10 and 15"});
+  checkHolds(refused.errors, {"NONE: is neither a CODE", "its neighbours are 10 and 15"});
   CHECK((filesOf(folder.path("set")) == bytes));
 
   // A circuit of a code without tables of its own asks each time, and is refused each time.
@@ -405,7 +406,11 @@ TEST_CASE("all bad cells of a list are reported at once; the good rows are built
                               "P-904,Three-phase motors,Direct on line,,10,HP,470,3,1800,,,,,,\n"
                               "P-905,Three-phase motors,Direct on line,,10,HP,460,3,1800,,,DISC=40,Fuse,,\n"
                               "P-906,Three-phase motors,Direct on line,,,,,,,,,,,,\n"
-                              "P-907,Three-phase motors,Direct on line,,10,HP,460,3,1800,,,,,,DIN\n");
+                              "P-907,Three-phase motors,Direct on line,,10,HP,460,3,1800,,,,,,DIN\n"
+                              "P-908,Three-phase motors,Direct on line,,10,HP,230,1,1800,120,FT,,,,\n"
+                              "P-909,Single-phase motors,Direct on line,,10,HP,230,3,1800,120,FT,,,,\n"
+                              "P-910,Single-phase motors,Direct on line,,25,HP,230,,1800,120,FT,,,,\n"
+                              "P-911,Three-phase motors,Direct on line,,50,HP,230,3,1800,1500,FT,,,,\n");
   const ToolRun run = folder.set("build", "set");
   CHECK(run.exitCode == 3);
   checkHolds(
@@ -415,8 +420,12 @@ TEST_CASE("all bad cells of a list are reported at once; the good rows are built
        "Reversing",
        "row 12, column circuit: the workbook has no circuit \"Motors\"",
        "row 13, column voltage: the table has no 470 for this load; it has ",
-       "row 14, column options: CODE DISC has no option \"40\"", "CODE DISC has no option \"Fuse\"",
-       "row 15, column load: is missing", "row 16, column standard-code: "});
+       "row 14, column options: CODE DISC has no option \"40\"",
+       "row 14, column DISC: CODE DISC has no option \"Fuse\"", "row 15, column load: is missing",
+       "row 16, column standard-code: ", "row 17, column phase: \"1\" does not fit",
+       "row 18, column phase: \"3\" does not fit",
+       "row 19, column load: the table has no 25 HP; its neighbours are 10",
+       "row 20, column length: the tables have no impedance for 700 KCMIL"});
   CHECK_FALSE(fs::exists(folder.path("set/sheets")));
   CHECK(folder.set("build", "set", {"--keep-going"}).exitCode == 5);
   CHECK(fs::exists(folder.path("set/sheets/001.json")));
@@ -456,6 +465,12 @@ TEST_CASE("a list is the same list as text, sheet or table; what cannot be one i
     CAPTURE(source);
     CHECK(faults(source) == expected);
   }
+  std::ofstream(folder.path("column.csv")) << "tag,circuit,type,load,units,voltage,phase,sped\n"
+                                              "P-1,Three-phase motors,Direct on line,10,HP,460,3,1800\n"
+                                              "P-2,Three-phase motors,Direct on line,10,HP,460,3,1800\n";
+  const std::string misspelt = faults("column.csv");
+  CHECK(misspelt.starts_with(", row 1, column sped: is neither"));
+  CHECK(misspelt.find(", speed, ") != std::string::npos);
   CHECK(faults("m.xls:Pumps").find("has no table or sheet \"Pumps\"") != std::string::npos);
   std::ofstream(folder.path("m.xlsx")) << "PK";
   CHECK(faults("m.xlsx").find(".xlsx workbooks cannot be read yet") != std::string::npos);
