@@ -9,6 +9,7 @@
 #include <doctest/doctest.h>
 
 #include <algorithm>
+#include <regex>
 
 using namespace brenvolt;
 using namespace brenvolt::test;
@@ -115,6 +116,12 @@ std::string motors(const std::string& drawn) {
   return text;
 }
 
+/// The same without what is in the rows of grounding conductors.
+std::string withoutGrounding(const std::string& drawn) {
+  static const std::regex groundingRow(R"(\([^()]* 3\))");
+  return std::regex_replace(drawn, groundingRow, "(grounding)");
+}
+
 } // namespace
 
 TEST_CASE("three motors, a load and templates nested everywhere: each way in gives the same circuit") {
@@ -195,7 +202,10 @@ TEST_CASE("three motors, a load and templates nested everywhere: each way in giv
          .setup = setupOf(tables)});
     CHECK_EQ(result.failure, "");
     CHECK_EQ(result.answer, "T");
-    CHECK_EQ(texts(result), drawn);
+    // This user sized conductors only, which is reported; a direct build asks nobody and sizes the grounding conductors.
+    const std::string again = texts(result);
+    CHECK_EQ(isDirect ? withoutGrounding(again) : again, isDirect ? withoutGrounding(drawn) : drawn);
+    if (isDirect) CHECK_EQ(again.find(R"((\"\" )"), std::string::npos);
     CHECK_EQ(result.saved, first.saved);
     CHECK_EQ(result.markers, first.markers);
     CHECK_EQ(savedBy(site), saved);
