@@ -38,7 +38,8 @@ public:
   CommandOutcome run(const std::wstring& form) { return window.runner().run(QStringLiteral("LISP"), form); }
   /// The pixel of the view for a point of the drawing.
   [[nodiscard]] QPoint pixel(double x, double y) {
-    return window.view().view().toScreen({x, y, 0.0}).toPoint();
+    // The view counts in pixels of the device.
+    return (window.view().view().toScreen({x, y, 0.0}) / window.view().devicePixelRatioF()).toPoint();
   }
   /// The user's actions at the window with mouse and keys: a window that a dialog blocks gets neither.
   void click(double x, double y);
