@@ -25,6 +25,7 @@ using brenvolt::toUtf8;
 namespace {
 
 constexpr int keyboardMilliseconds = 200;
+constexpr int keyboardTries = 7;
 
 /// Sets a flag for a scope.
 class FlagScope final {
@@ -106,9 +107,22 @@ void QtDialog::showAgain() {
   }
   frame_->raise();
   frame_->activateWindow();
-  // Hidden and shown again at once, a window may be left without the keyboard by the window manager.
-  QTimer::singleShot(keyboardMilliseconds, frame_.get(), [this] {
-    if (frame_->isVisible() && QApplication::activeWindow() == nullptr) frame_->activateWindow();
+  takeKeyboard(keyboardTries);
+}
+
+// Hidden and shown again at once, a window may be left without the keyboard by the window manager, or be unknown to it:
+// it is asked for again, and the window shown once more in between, until one of the program's windows has the keyboard.
+void QtDialog::takeKeyboard(int tries) {
+  QTimer::singleShot(keyboardMilliseconds, frame_.get(), [this, tries] {
+    if (tries == 0 || !frame_->isVisible() || QApplication::activeWindow() != nullptr) return;
+    if (tries % 2 == 0) {
+      const FlagScope showing(isShowing_);
+      frame_->hide();
+      frame_->show();
+    }
+    frame_->raise();
+    frame_->activateWindow();
+    takeKeyboard(tries - 1);
   });
 }
 

@@ -110,6 +110,8 @@ private:
   [[nodiscard]] bool work(const std::function<void()>& body);
   void passTime();
   void showFocus();
+  /// Asks for the keyboard until a window of the program has it, so many times.
+  void takeKeyboard(int tries);
 
   DialogSurroundings& around_;
   Gestures gestures_;
