@@ -9,7 +9,6 @@
 #include <doctest/doctest.h>
 
 #include <algorithm>
-#include <regex>
 
 using namespace brenvolt;
 using namespace brenvolt::test;
@@ -118,8 +117,14 @@ std::string motors(const std::string& drawn) {
 
 /// The same without what is in the rows of grounding conductors.
 std::string withoutGrounding(const std::string& drawn) {
-  static const std::regex groundingRow(R"(\([^()]* 3\))");
-  return std::regex_replace(drawn, groundingRow, "(grounding)");
+  constexpr std::string_view rowEnd = " 3)";
+  std::string text;
+  std::size_t begin = 0;
+  for (std::size_t end = drawn.find(rowEnd); end != std::string::npos; end = drawn.find(rowEnd, begin)) {
+    text.append(drawn, begin, drawn.rfind('(', end) - begin);
+    begin = end + rowEnd.size();
+  }
+  return text.append(drawn, begin);
 }
 
 } // namespace
