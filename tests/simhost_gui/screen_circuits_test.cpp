@@ -150,7 +150,8 @@ TEST_SUITE("screen") {
         [&] {
           const auto* tree = inActive<QTreeWidget>("ZanDlgCircuit");
           return tree != nullptr && tree->currentItem() != nullptr &&
-                 tree->currentItem()->parent() != nullptr && !desk.gui.windows.dialogs().circuitFacts()->isMaking() &&
+                 tree->currentItem()->parent() != nullptr &&
+                 !desk.gui.windows.dialogs().circuitFacts()->isMaking() &&
                  showsDrawing(*activeWindowNamed(QStringLiteral("ZanDlgCircuit")));
         },
         [] {
