@@ -346,7 +346,7 @@ TEST_CASE("a circuit built again is what it was; one that cannot be built change
   CHECK(isWarned(rebuildDrawn()));
 
   const auto bytes = filesOf(folder.path("set"));
-  CHECK(rebuild({"--set", "lod=12"}).errors.find("lod: is neither a CODE") != std::string::npos);
+  CHECK(rebuild({"--set", "lfd=12"}).errors.find("lfd: is neither a CODE") != std::string::npos);
   const ToolRun refused = rebuild({"--set", "load=12", "--set", "NONE=1"});
   CHECK(refused.exitCode == 3);
   checkHolds(refused.errors, {"NONE: is neither a CODE", "its neighbours are 10 and 15"});
