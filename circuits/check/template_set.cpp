@@ -4,7 +4,6 @@
 #include "simhost/drawing/drawing_file.h"
 #include "text/compare.h"
 #include "text/encoding.h"
-#include "text/numbers.h"
 
 #include <algorithm>
 #include <system_error>
@@ -16,59 +15,9 @@ using brenvolt::equalsOrdinalNoCase;
 
 namespace {
 
-constexpr std::wstring_view markerBlock = L"ZAN_BV_MARKER_BLOCK";
 constexpr std::wstring_view drawingEnding = L".json";
 
-std::optional<std::wstring> attributeOf(
-    const simhost::DrawingStore& store, const simhost::EntityNode& reference, std::wstring_view tag) {
-  for (const KvDbHandle handle : reference.attributes) {
-    const simhost::EntityNode* node = store.findEntity(handle);
-    if (node == nullptr || node->isErased) continue;
-    const auto* attribute = std::get_if<simhost::Attribute>(&node->value.shape);
-    if (attribute != nullptr && equalsOrdinalNoCase(attribute->tag, tag)) return attribute->text.text;
-  }
-  return std::nullopt;
-}
-
-std::vector<TemplateMarker> markersOf(const simhost::DrawingDatabase& drawing) {
-  std::vector<TemplateMarker> markers;
-  const simhost::DrawingStore& store = drawing.store();
-  const simhost::BlockNode* space = store.findBlock(drawing.modelSpace());
-  for (const simhost::EntityNode* node = space->first; node != nullptr; node = node->next) {
-    if (node->isErased) continue;
-    const auto* reference = std::get_if<simhost::BlockReference>(&node->value.shape);
-    if (reference == nullptr) continue;
-    const simhost::BlockNode* block = store.findBlock(reference->block);
-    if (block == nullptr || !equalsOrdinalNoCase(block->name, markerBlock)) continue;
-    TemplateMarker marker;
-    marker.handle = node->handle;
-    marker.x = reference->position.x;
-    marker.y = reference->position.y;
-    marker.code = attributeOf(store, *node, L"CODE").value_or(L"");
-    marker.order = attributeOf(store, *node, L"ORDER");
-    marker.misc1 = attributeOf(store, *node, L"MISC1");
-    marker.key = brenvolt::toUpper(marker.code);
-    marker.suffixKey = brenvolt::toUpper(marker.suffix());
-    marker.orderNumber = brenvolt::toDouble(marker.order.value_or(L""));
-    markers.push_back(std::move(marker));
-  }
-  return markers;
-}
-
 } // namespace
-
-bool TemplateMarker::isWire() const {
-  return key.starts_with(L"WT");
-}
-
-bool TemplateMarker::isGround() const {
-  return isWire() && key.find(L'E', 2) != std::wstring::npos;
-}
-
-std::wstring TemplateMarker::suffix() const {
-  const std::size_t dash = code.rfind(L'-');
-  return dash == std::wstring::npos ? std::wstring() : code.substr(dash);
-}
 
 FindingPlace TemplateDrawing::place(const TemplateMarker& marker) const {
   FindingPlace result;
@@ -100,7 +49,7 @@ const TemplateDrawing& TemplateSet::read(const fs::path& path) {
   simhost::LoadedDrawing loaded = simhost::loadDrawing(brenvolt::fromUtf8(whole.string()));
   drawing.error = site_.shownText(loaded.error);
   drawing.drawing = std::move(loaded.drawing);
-  if (drawing.drawing != nullptr) drawing.markers = markersOf(*drawing.drawing);
+  if (drawing.drawing != nullptr) drawing.markers = templateMarkers(*drawing.drawing);
   for (const TemplateMarker& marker : drawing.markers)
     drawing.keys.insert(marker.key);
   return drawing;

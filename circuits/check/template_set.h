@@ -2,34 +2,17 @@
 #pragma once
 
 #include "circuits/check/site_model.h"
+#include "circuits/netlist/template_markers.h"
 #include "simhost/drawing/drawing_database.h"
 
 #include <filesystem>
 #include <map>
 #include <memory>
-#include <optional>
 #include <set>
 #include <string>
 #include <vector>
 
 namespace circuits {
-
-struct TemplateMarker {
-  KvDbHandle handle;
-  double x = 0.0;
-  double y = 0.0;
-  std::wstring code;
-  std::optional<std::wstring> order; ///< nothing when the reference has no such attribute
-  std::optional<std::wstring> misc1;
-  // Derived once: many sheets use one template.
-  std::wstring key;         ///< CODE in upper case
-  std::wstring suffixKey;   ///< the suffix in upper case
-  double orderNumber = 0.0; ///< 0 without ORDER
-
-  [[nodiscard]] bool isWire() const;   ///< CODE begins with WT
-  [[nodiscard]] bool isGround() const; ///< a wire position of the grounding conductor
-  [[nodiscard]] std::wstring suffix() const;
-};
 
 struct TemplateDrawing {
   std::filesystem::path path;

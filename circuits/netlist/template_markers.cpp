@@ -1,0 +1,66 @@
+#include "circuits/netlist/template_markers.h"
+
+#include "text/compare.h"
+#include "text/numbers.h"
+
+namespace circuits {
+
+using brenvolt::equalsOrdinalNoCase;
+
+namespace {
+
+constexpr std::wstring_view markerBlock = L"ZAN_BV_MARKER_BLOCK";
+
+std::optional<std::wstring> attributeOf(
+    const simhost::DrawingStore& store, const simhost::EntityNode& reference, std::wstring_view tag) {
+  for (const KvDbHandle handle : reference.attributes) {
+    const simhost::EntityNode* node = store.findEntity(handle);
+    if (node == nullptr || node->isErased) continue;
+    const auto* attribute = std::get_if<simhost::Attribute>(&node->value.shape);
+    if (attribute != nullptr && equalsOrdinalNoCase(attribute->tag, tag)) return attribute->text.text;
+  }
+  return std::nullopt;
+}
+
+} // namespace
+
+bool TemplateMarker::isWire() const {
+  return key.starts_with(L"WT");
+}
+
+bool TemplateMarker::isGround() const {
+  // WT01E or WT01E-A; WT01-E is a conductor of the motor E.
+  return isWire() && key.substr(0, key.rfind(L'-')).find(L'E', 2) != std::wstring::npos;
+}
+
+std::wstring TemplateMarker::suffix() const {
+  const std::size_t dash = code.rfind(L'-');
+  return dash == std::wstring::npos ? std::wstring() : code.substr(dash);
+}
+
+std::vector<TemplateMarker> templateMarkers(const simhost::DrawingDatabase& drawing) {
+  std::vector<TemplateMarker> markers;
+  const simhost::DrawingStore& store = drawing.store();
+  const simhost::BlockNode* space = store.findBlock(drawing.modelSpace());
+  for (const simhost::EntityNode* node = space->first; node != nullptr; node = node->next) {
+    if (node->isErased) continue;
+    const auto* reference = std::get_if<simhost::BlockReference>(&node->value.shape);
+    if (reference == nullptr) continue;
+    const simhost::BlockNode* block = store.findBlock(reference->block);
+    if (block == nullptr || !equalsOrdinalNoCase(block->name, markerBlock)) continue;
+    TemplateMarker marker;
+    marker.handle = node->handle;
+    marker.x = reference->position.x;
+    marker.y = reference->position.y;
+    marker.code = attributeOf(store, *node, L"CODE").value_or(L"");
+    marker.order = attributeOf(store, *node, L"ORDER");
+    marker.misc1 = attributeOf(store, *node, L"MISC1");
+    marker.key = brenvolt::toUpper(marker.code);
+    marker.suffixKey = brenvolt::toUpper(marker.suffix());
+    marker.orderNumber = brenvolt::toDouble(marker.order.value_or(L""));
+    markers.push_back(std::move(marker));
+  }
+  return markers;
+}
+
+} // namespace circuits
