@@ -126,7 +126,8 @@ void measureStart() {
     times.elapsed.push_back(milliseconds(start));
     times.processor.push_back(childMilliseconds() - processor);
   }
-  // The picture's file is as small as it can be, which takes about as long as the window: it is no part of a start.
+  // The picture's file is as small as it can be, which takes about as long as the window: it does not count as part of
+  // the start.
   const QImage shown(QString::fromStdString(picture));
   const Clock::time_point start = Clock::now();
   const double processor = processorMilliseconds();

@@ -186,7 +186,7 @@ void saveConfiguration(simhost::SiteRun& run, const RebuildRequest& request, con
   for (const std::wstring& text :
        {row.drawingTemplate, fromUtf8(placed.workbook()), row.worksheet, row.circuit, row.type, row.name})
     form += L" " + lispText(text);
-  // The build is taken back: it is no step of the user's.
+  // The build is taken back: it is not one of the user's steps.
   const bool isSaved = !run.run(form + L")", L"save configuration").isNil();
   if (!isSaved) throw BadInput(toUtf8(name) + ": the configuration could not be saved");
   if (const std::string reason = placed.keepSaved(name); !reason.empty()) throw BadInput(reason);

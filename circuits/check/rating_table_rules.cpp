@@ -205,7 +205,7 @@ private:
 /// A step more than this many times the one below rates what lies between far too high.
 constexpr double widestStep = 3.5;
 
-/// The amperes of a rating that is no more than a number and its unit, such as "20A".
+/// The amperes of a rating that is only a number and its unit, such as "20A".
 std::optional<double> amperesOf(std::wstring_view rating) {
   rating = brenvolt::trimView(rating);
   if (!rating.ends_with(L'A')) return std::nullopt;

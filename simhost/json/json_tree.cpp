@@ -30,7 +30,7 @@ public:
   Parser(JsonTree& tree, std::string_view text)
       : tree_(tree), at_(text.data()), end_(text.data() + text.size()) {}
 
-  /// False for what is no JSON.
+  /// False for what is not JSON.
   bool read() {
     if (std::string_view(at_, end_).starts_with(byteOrderMark)) at_ += byteOrderMark.size();
     if (!readValue({})) return false;
