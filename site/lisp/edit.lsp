@@ -22,10 +22,11 @@
          (former-ground (if ground (site-text (first ground)) ""))
          (chosen-ground (if (and ground fields) (nth 28 fields) ""))
          (plain-ground (if (string=? chosen-ground "") former-ground chosen-ground))
-         (wires (circuit-wires entity (remove-if 'ground-layer? layers)))
-         (ground-wires (circuit-wires entity (remove-if-not 'ground-layer? layers)))
+         (grounds (ground-layers rows layers))
+         (wires (circuit-wires entity (remove-if (lambda (layer) (member layer grounds)) layers)))
+         (ground-wires (circuit-wires entity grounds))
          (made (mapcar (lambda (layer)
-                         (cons layer (if (ground-layer? layer)
+                         (cons layer (if (member layer grounds)
                                        (resized-layer layer former-ground plain-ground)
                                        (resized-layer layer former plain))))
                        layers)))
@@ -112,6 +113,12 @@
           (entities-in-box low high))))
 (defun wire-label (layer) (string-join (string-split layer "_") " "))
 (defun ground-layer? (layer) (eql 0 (string-search-ci "GRN" layer)))
+; By the record where there is one, whatever the firm's layers are called.
+(defun ground-layers (rows layers)
+  (let ((others (mapcar 'second (remove-if 'ground-row? rows))))
+    (if rows
+      (remove-if (lambda (layer) (member layer others)) (mapcar 'second (remove-if-not 'ground-row? rows)))
+      (remove-if-not 'ground-layer? layers))))
 
 ; BLK_14AWG for another size. A layer that does not name the size is one that the user chose, and stays.
 (defun resized-layer (layer former size)
