@@ -14,7 +14,7 @@ std::optional<std::wstring> replaceCachedFile(
     const std::string& path, const std::string& beside, std::string_view bytes) {
   constexpr mode_t permissions = 0666;
   const int file = fileCalls().open(beside.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, permissions);
-  if (file < 0) return systemReason(errno);
+  if (file < 0) return L"cannot be written: " + systemReason(errno);
   // A network folder may refuse only at the end.
   const bool isWritten = writeAll(file, bytes);
   int reason = errno;

@@ -10,6 +10,7 @@
 #include "simhost/host/errors.h"
 #include "simhost/lisp/list.h"
 #include "simhost/lisp/printer.h"
+#include "simhost/site/code_standard.h"
 #include "simhost/site/site_workbook.h"
 #include "text/compare.h"
 #include "text/encoding.h"
@@ -35,7 +36,6 @@ using simhost::circuitField;
 
 namespace {
 
-constexpr std::wstring_view standardSymbol = L"GBL_qn_electcodestd";
 constexpr std::wstring_view savedSymbol = L"GBL_qn_bv_saved_configuration";
 
 /// What a build of the circuit from its own choices takes.
@@ -101,18 +101,14 @@ private:
     takeSiteVariables(row_, object_, request_);
     row_.standardCode = field(L"standard-code");
     // A circuit that no list brought: by the electrical code of the session.
-    if (const lisp::Value code = run_.interpreter().value(standardSymbol);
-        row_.standardCode.empty() && code.isString())
-      row_.standardCode = code.asString();
+    if (row_.standardCode.empty()) row_.standardCode = simhost::sessionStandard(run_.interpreter());
     row_.sizing = field(L"sizing");
   }
 
   /// Under the name that its choices were saved under or taken from, while the site has one of this name; else under the
   /// circuit's own name, and never under that of another configuration.
   void writeChoices() {
-    HistoryFile history;
-    if (history.read(brenvolt::historyPathOf(fromUtf8(request_.workbook))) != HistoryFile::State::accepted)
-      history.startEmpty(fromUtf8(std::filesystem::path(request_.workbook).filename().string()));
+    HistoryFile history = siteHistory(request_.workbook);
     const auto isThere = [&](const std::wstring& name) {
       return !name.empty() && !history.find({row_.circuit, row_.type, name}).history.isNull();
     };
@@ -124,11 +120,7 @@ private:
       for (int number = 2; isThere(row_.name); ++number)
         row_.name = name + L" (" + brenvolt::formatInt(number) + L")";
     }
-    try {
-      putPlacedChoices(history, {row_.circuit, row_.type, row_.name}, records_, drawingOf(run_), object_);
-    } catch (const brenvolt::XmlError& error) {
-      throw BadInput(toUtf8(row_.name) + ": its choices cannot be read: " + error.what());
-    }
+    putPlacedChoices(history, {row_.circuit, row_.type, row_.name}, records_, drawingOf(run_), object_);
     workbook_ = folder_.workbookWith(history.bytes());
   }
 
@@ -186,7 +178,7 @@ void saveConfiguration(simhost::SiteRun& run, const RebuildRequest& request, con
   for (const std::wstring& text :
        {row.drawingTemplate, fromUtf8(placed.workbook()), row.worksheet, row.circuit, row.type, row.name})
     form += L" " + lispText(text);
-  // The build is taken back: it is not one of the user's steps.
+  // The site's LISP takes the build back; CommandSteps keeps it out of redo.
   const bool isSaved = !run.run(form + L")", L"save configuration").isNil();
   if (!isSaved) throw BadInput(toUtf8(name) + ": the configuration could not be saved");
   if (const std::string reason = placed.keepSaved(name); !reason.empty()) throw BadInput(reason);

@@ -244,7 +244,8 @@ std::wstring buildForm(
           lisp::printReal(circuit.componentScale) + L") (nthcdr 6 GBL_qn_bv_data)))";
   // The row has a configuration of its own, and its option columns change that.
   const bool startsElsewhere = !circuit.configuration.empty();
-  if (startsElsewhere && !circuit.preset.empty()) form += L"(setq GBL_qn_bv_preset_over_history 1)";
+  form += L"(setq GBL_qn_bv_preset_over_history ";
+  form += startsElsewhere && !circuit.preset.empty() ? L"1)" : L"nil)";
   form += L"(site-build";
   for (const std::wstring& text :
        {circuit.drawingTemplate, fromUtf8(workbook), circuit.worksheet, circuit.circuit, circuit.type,

@@ -10,54 +10,31 @@
 // A circuit that was moved with `moveCircuit` is built where it is now.
 #pragma once
 
-#include "circuits/building/circuit_rows.h"
-#include "circuits/provenance/circuit_objects.h"
-#include "simhost/site/site_run.h"
+#include "circuits/building/rebuild_plan.h"
 
 #include <functional>
 #include <string>
-#include <string_view>
-#include <utility>
-#include <vector>
 
 namespace circuits {
-
-struct RebuildRequest {
-  std::string site;     ///< folder
-  std::string workbook; ///< full path
-  std::wstring circuit; ///< id
-  /// The tag of the motor or load that the choices mean, where the circuit has several; another text means none.
-  std::wstring load{};
-  /// Column of a motor list or CODE of the worksheet, and the cell: "load" "15", "DISC" "20,1", "DISC" "Circuit
-  /// breaker". What is not named stays as the circuit has it.
-  std::vector<std::pair<std::wstring, std::wstring>> choices{};
-};
 
 /// What is lost when the circuit is built again; empty where it is as it was built.
 [[nodiscard]] std::wstring rebuildWarning(
     const simhost::DrawingDatabase& drawing, const CircuitObject& circuit);
 
 /// Builds the circuit again in the run's current drawing. It keeps its id, tags and terminal numbers, and its motors their
-/// data and wires, except those of the motor that the choices change. Throws BadInput
-/// with all reasons, a line each, and the drawing is as before then.
+/// data and wires, except those of the motor that the choices change. Throws BadInput with all reasons, a line each, and the
+/// drawing is as before then.
 void rebuildCircuit(simhost::SiteRun& run, const RebuildRequest& request);
 
 /// Builds the circuit once more, as a new one, with the choices of the request. `tag`: as a motor list names it; empty
-/// for a circuit that has none, whose tags the site counts on. Answers the new circuit's id; errors as above.
+/// for a circuit that has none, whose tags the site counts on. Returns the new circuit's id; errors as above.
 std::wstring copyCircuit(
     simhost::SiteRun& run, const RebuildRequest& request, const std::wstring& tag, const KvPoint3d& at);
 
 // What `circuit_configure` shares.
 
-[[nodiscard]] simhost::DrawingDatabase& drawingOf(simhost::SiteRun& run);
 /// Throws BadInput for an id that the drawing does not have.
 [[nodiscard]] CircuitObject needCircuit(const simhost::DrawingDatabase& drawing, const std::wstring& id);
-/// Gives the row what the site knew of the circuit by variables of the drawing when it was built, except what the request
-/// chooses.
-void takeSiteVariables(SetCircuit& row, const CircuitObject& circuit, const RebuildRequest& request);
-/// What the drawing keeps of a row's wires, after the circuit as it is now; a voltage drop is known only while motors and
-/// wires are the same.
-void takeWireFacts(SetCircuit& row, const CircuitObject& before, const CircuitObject& now);
 /// Takes the circuit out of the drawing and lets `build` draw it at the same point; id, terminal numbers and the site's
 /// variables are as before. `finishRow` completes what the drawing keeps of a row of a list. False, with the drawing as
 /// before, when `build` returns false; so it is when `build` throws.

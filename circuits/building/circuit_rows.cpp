@@ -3,6 +3,7 @@
 
 #include "circuits/building/row_configurations.h"
 #include "circuits/building/template_phases.h"
+#include "circuits/provenance/load_data.h"
 #include "data/rating_tables.h"
 #include "simhost/host/errors.h"
 #include "simhost/site/code_standard.h"
@@ -256,9 +257,11 @@ private:
       const std::wstring word = brenvolt::trim(words[place]);
       const brenvolt::ZanOption* value = valueOf(record->second, place, word, areTitles);
       if (value == nullptr) {
+        const std::wstring names = optionNames(record->second);
         fail(
             row, field,
-            L"CODE " + code + L" has no option \"" + word + L"\": it has " + optionNames(record->second));
+            L"CODE " + code + L" has no option \"" + word + L"\"" +
+                (names.empty() ? L"; it asks for nothing" : L": it has " + names));
         return;
       }
       values += (values.empty() ? L"" : L",") + brenvolt::formatInt(value->value);
@@ -371,19 +374,22 @@ private:
 
   /// A circuit draws all its wire positions, so a motor or load of fewer phases would leave one without a size, and one
   /// of more phases would lack a wire.
-  void takeLoad(const SetRow& given, const Worksheet& sheet, SetCircuit& circuit) {
-    SetRow row = given;
-    std::wstring& phase = row.texts[static_cast<std::size_t>(SetField::phase)];
+  void takeLoad(const SetRow& row, const Worksheet& sheet, SetCircuit& circuit) {
     const std::optional<std::wstring>& phases = phasesOf(circuit.drawingTemplate);
-    if (phases && circuit.configuration.empty() && sheet.kind != LoadKind::none) {
-      if (!phase.empty() && phase != *phases)
-        return fail(
-            row, SetField::phase,
-            L"\"" + phase + L"\" does not fit: a circuit of this type has the wires of " + *phases +
-                (*phases == L"1" ? L" phase" : L" phases") +
-                L"; choose another type, or another motor or load");
-      phase = *phases;
+    const std::wstring& phase = row[SetField::phase];
+    if (!phases || !circuit.configuration.empty() || sheet.kind == LoadKind::none)
+      return findLoad(row, sheet, circuit);
+    if (phase.empty()) {
+      SetRow fitting = row;
+      fitting.texts[static_cast<std::size_t>(SetField::phase)] = *phases;
+      return findLoad(fitting, sheet, circuit);
     }
+    if (brenvolt::toDouble(phase) != brenvolt::toDouble(*phases))
+      return fail(
+          row, SetField::phase,
+          L"\"" + phase + L"\" does not fit: a circuit of this type has the wires of " + *phases +
+              (*phases == L"1" ? L" phase" : L" phases") +
+              L"; choose another type, or another motor or load");
     findLoad(row, sheet, circuit);
   }
 

@@ -2,12 +2,16 @@
 
 #include "circuits/building/row_configurations.h"
 #include "circuits/netlist/netlist.h"
+#include "circuits/provenance/load_data.h"
 #include "project/history_names.h"
+#include "simhost/host/errors.h"
 #include "text/compare.h"
+#include "text/encoding.h"
 #include "text/numbers.h"
 #include "text/split.h"
 
 #include <algorithm>
+#include <filesystem>
 #include <optional>
 #include <utility>
 #include <vector>
@@ -21,9 +25,6 @@ using brenvolt::XmlElement;
 using simhost::EntityNode;
 
 namespace {
-
-/// In a wire's row: its kind is that of the grounding conductor.
-constexpr std::wstring_view groundKind = L"3";
 
 std::wstring firstText(const EntityNode& node, std::wstring_view application) {
   const std::vector<std::wstring>* texts = simhost::findData(node.value, application);
@@ -229,27 +230,18 @@ bool saysTheSame(XmlElement made, XmlElement former) {
 
 } // namespace
 
-std::wstring setupText(const std::wstring& params, std::wstring_view name) {
-  const std::vector<std::wstring> values = brenvolt::splitKeepingEmpty(params, L';');
-  const auto place = std::find(loadSetupNames.begin(), loadSetupNames.end(), name);
-  const auto at = static_cast<std::size_t>(place - loadSetupNames.begin());
-  return at < values.size() ? brenvolt::trim(values[at]) : std::wstring();
+brenvolt::HistoryFile siteHistory(const std::string& workbook) {
+  brenvolt::HistoryFile history;
+  if (history.read(brenvolt::historyPathOf(brenvolt::fromUtf8(workbook))) !=
+      brenvolt::HistoryFile::State::accepted)
+    return emptyHistory(workbook);
+  return history;
 }
 
-/// `(("10AWG" "BLK_10AWG" "1")...)` as its texts, three for each wire.
-std::vector<std::wstring> wireTexts(std::wstring_view wires) {
-  std::vector<std::wstring> texts;
-  std::optional<std::wstring> open;
-  for (std::size_t at = 0; at < wires.size(); ++at) {
-    if (wires[at] == L'"') {
-      if (open) texts.push_back(std::move(*open));
-      open = open ? std::optional<std::wstring>() : std::wstring();
-    } else if (open) {
-      if (wires[at] == L'\\' && at + 1 < wires.size()) ++at;
-      *open += wires[at];
-    }
-  }
-  return texts;
+brenvolt::HistoryFile emptyHistory(const std::string& workbook) {
+  brenvolt::HistoryFile history;
+  history.startEmpty(brenvolt::fromUtf8(std::filesystem::path(workbook).filename().string()));
+  return history;
 }
 
 std::wstring savedAs(
@@ -274,9 +266,13 @@ void putPlacedChoices(
     const simhost::DrawingDatabase& drawing, const CircuitObject& circuit, const ChangedChoices& changes) {
   brenvolt::HistoryFile scratch;
   scratch.startEmpty({});
-  brenvolt::appendEntry(
-      scratch, {key, simhost::circuitField(circuit.fields, L"worksheet"),
-                markersOf(records, drawing, circuit, changes)});
+  try {
+    brenvolt::appendEntry(
+        scratch, {key, simhost::circuitField(circuit.fields, L"worksheet"),
+                  markersOf(records, drawing, circuit, changes)});
+  } catch (const brenvolt::XmlError& error) {
+    throw simhost::BadInput(brenvolt::toUtf8(key.name) + ": its choices cannot be saved: " + error.what());
+  }
   const XmlElement made = scratch.find(key).history;
   if (const XmlElement former = file.find(key).history; !former.isNull()) keepRest(made, former);
   file.put(key, made);

@@ -28,13 +28,12 @@ struct ChangedChoices {
   std::vector<brenvolt::EntryRow> newLoad{};
 };
 
-/// A field of a motor's or load's data by its name in `loadSetupNames`; empty where the data does not have it.
-[[nodiscard]] std::wstring setupText(const std::wstring& params, std::wstring_view name);
-/// The texts of its wires, three for each: size, layer, kind.
-[[nodiscard]] std::vector<std::wstring> wireTexts(std::wstring_view wires);
+/// The saved configurations beside the workbook; none where the file cannot be used.
+[[nodiscard]] brenvolt::HistoryFile siteHistory(const std::string& workbook);
+[[nodiscard]] brenvolt::HistoryFile emptyHistory(const std::string& workbook);
 
 /// Puts the circuit's choices into the file under `key`. What an entry of this key says beside them stays where its
-/// options are those of the circuit: scales, chosen parts. Throws `brenvolt::XmlError` for a text that XML does not allow.
+/// options are those of the circuit: scales, chosen parts. Throws BadInput for a text that XML does not allow.
 void putPlacedChoices(
     brenvolt::HistoryFile& file, const brenvolt::HistoryKey& key, const CodeRecords& records,
     const simhost::DrawingDatabase& drawing, const CircuitObject& circuit,

@@ -1,6 +1,7 @@
 // Writing the entries; reading and merging of history files is the plug-in's own affair.
 #include "circuits/building/row_configurations.h"
 
+#include "circuits/provenance/load_data.h"
 #include "platform/file_cache.h"
 #include "platform/xml_document.h"
 #include "project/history_names.h"

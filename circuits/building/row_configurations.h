@@ -6,7 +6,6 @@
 
 #include "project/entry_content.h"
 
-#include <array>
 #include <filesystem>
 #include <functional>
 #include <string>
@@ -17,40 +16,6 @@ namespace circuits {
 
 /// How deep templates are nested at most; a choice is looked for at the depth at which its marker comes.
 inline constexpr int deepestTemplate = 3;
-
-/// The data of a motor or load in the order in which symbols and saved configurations keep them. They are read by
-/// position; the names are what a list shows.
-inline constexpr std::array loadSetupNames = {
-    L"Type",
-    L"Load",
-    L"Units",
-    L"Voltage (V)",
-    L"Phase",
-    L"Frequency (Hz)",
-    L"Speed (RPM)",
-    L"Full-load current (A)",
-    L"Multiplier",
-    L"Additional current (A)",
-    L"Wire size standard",
-    L"Conductor metal",
-    L"Insulation",
-    L"Temperature rating",
-    L"Wire length",
-    L"Length units",
-    L"Raceway",
-    L"Power factor",
-    L"Voltage drop limit (%)",
-    L"Continuous load factor",
-    L"Conductors in raceway",
-    L"Fill correction factor",
-    L"Ambient temperature",
-    L"Ambient correction factor",
-    L"Overall correction factor",
-    L"Parallel conductors",
-    L"Smallest parallel size",
-    L"Energy price",
-    L"Grounding conductor size",
-    L"Control"};
 
 /// A history file with an entry under the tag of each circuit that has data of its own, piece by piece: a long list's
 /// file would fill the memory.

@@ -9,6 +9,7 @@
 #include "circuits/check/table_rules.h"
 #include "circuits/check/template_rules.h"
 #include "circuits/check/workbook_rules.h"
+#include "simhost/site/code_standard.h"
 
 #include <algorithm>
 #include <tuple>
@@ -58,7 +59,7 @@ CheckReport checkSite(const CheckOptions& options) {
   checkLisp(site, session, findings);
 
   const TableSet tables = readTables(site, session, options.depth, findings);
-  const std::vector<ElectricalCode> codes = codesOf(tables, electricalCodeOf(session));
+  const std::vector<ElectricalCode> codes = codesOf(tables, simhost::sessionStandard(session.interpreter()));
   if (has(CheckKind::tables)) {
     checkTableForms(tables, findings);
     checkFamilies(tables, codes, findings);

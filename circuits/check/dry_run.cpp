@@ -5,6 +5,7 @@
 #include "circuits/check/sample_load.h"
 #include "simhost/lisp/arguments.h"
 #include "simhost/lisp/list.h"
+#include "simhost/site/code_standard.h"
 #include "text/compare.h"
 #include "text/encoding.h"
 #include "text/numbers.h"
@@ -447,8 +448,7 @@ void runCircuits(
     const std::vector<ElectricalCode>& codes, TemplateSet& templates, Findings& findings) {
   if (!session.isComplete() || !session.interpreter().findFunction(L"site-build")) return;
   BuildWitness witness(session);
-  const Value code = session.interpreter().value(L"GBL_qn_electcodestd");
-  const std::wstring codeName = code.isString() ? code.asString() : std::wstring();
+  const std::wstring codeName = simhost::sessionStandard(session.interpreter());
   const auto electrical = std::ranges::find_if(
       codes, [&codeName](const ElectricalCode& each) { return equalsOrdinalNoCase(each.name, codeName); });
   for (const CircuitEntry& entry : site.entries) {

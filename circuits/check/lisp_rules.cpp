@@ -4,6 +4,7 @@
 #include "simhost/drawing/drawing_database.h"
 #include "simhost/lisp/list.h"
 #include "simhost/lisp/printer.h"
+#include "simhost/site/code_standard.h"
 #include "text/compare.h"
 #include "text/encoding.h"
 
@@ -172,11 +173,11 @@ private:
   }
 
   void checkCode() {
-    const Value code = session_.interpreter().value(L"GBL_qn_electcodestd");
+    const Value code = session_.interpreter().value(simhost::codeStandardSymbol);
     if (!code.isString() || code.asString().empty())
       findings_.add(
           L"lisp-variable", {.file = siteFile},
-          {{L"variable", L"GBL_qn_electcodestd"},
+          {{L"variable", std::wstring(simhost::codeStandardSymbol)},
            {L"value", shown(code)},
            {L"expected", L"the name of an electrical code, such as \"NEC\""}});
   }
@@ -206,11 +207,6 @@ private:
 
 void checkLisp(const SiteModel& site, CheckSession& session, Findings& findings) {
   if (session.isComplete()) LispCheck(site, session, findings).run();
-}
-
-std::wstring electricalCodeOf(CheckSession& session) {
-  const Value code = session.interpreter().value(L"GBL_qn_electcodestd");
-  return code.isString() ? code.asString() : std::wstring();
 }
 
 } // namespace circuits

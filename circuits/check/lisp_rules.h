@@ -8,7 +8,4 @@ namespace circuits {
 /// Does nothing for LISP that did not load whole: what it lacks then says nothing.
 void checkLisp(const SiteModel& site, CheckSession& session, Findings& findings);
 
-/// The electrical code that the site's LISP sets, empty for none.
-[[nodiscard]] std::wstring electricalCodeOf(CheckSession& session);
-
 } // namespace circuits

@@ -1,6 +1,7 @@
 // Putting the texts together, and looking for what is wrong.
 #include "circuits/reports/circuit_summary.h"
 
+#include "circuits/provenance/load_data.h"
 #include "text/compare.h"
 #include "text/numbers.h"
 #include "text/split.h"
@@ -12,32 +13,13 @@ namespace circuits {
 
 namespace {
 
-/// The texts of a list ("10AWG" "BLK_10AWG" "1")("8AWG" "GRN_8AWG" "3"): size, layer, kind of each wire.
-std::vector<std::wstring> quotedTexts(const std::wstring& wires) {
-  std::vector<std::wstring> texts;
-  for (std::size_t start = wires.find(L'"'); start != std::wstring::npos;) {
-    const std::size_t end = wires.find(L'"', start + 1);
-    if (end == std::wstring::npos) break;
-    texts.push_back(wires.substr(start + 1, end - start - 1));
-    start = wires.find(L'"', end + 1);
-  }
-  return texts;
-}
-
-/// Of the fields of a motor or load: type, load, its unit, voltage.
-std::vector<std::wstring> loadFieldsOf(const CircuitLoad& load) {
-  std::vector<std::wstring> fields = brenvolt::splitKeepingEmpty(load.params, L';');
-  for (std::wstring& field : fields)
-    field = brenvolt::trim(field);
-  fields.resize(4);
-  return fields;
-}
-
 std::wstring loadText(const CircuitLoad& load) {
-  const std::vector<std::wstring> fields = loadFieldsOf(load);
-  if (fields[1].empty()) return fields[0];
-  std::wstring text = fields[1] + (fields[2].empty() ? L"" : L" ") + fields[2];
-  if (!fields[3].empty()) text += L", " + fields[3] + L" V";
+  const auto field = [&load](std::wstring_view name) { return setupText(load.params, name); };
+  const std::wstring figure = field(L"Load");
+  if (figure.empty()) return field(L"Type");
+  std::wstring text = figure;
+  if (const std::wstring units = field(L"Units"); !units.empty()) text += L' ' + units;
+  if (const std::wstring voltage = field(L"Voltage (V)"); !voltage.empty()) text += L", " + voltage + L" V";
   return text;
 }
 
@@ -57,7 +39,7 @@ std::wstring wiresOf(const CircuitObject& circuit) {
 }
 
 bool hasUnsizedWire(const std::wstring& wires) {
-  const std::vector<std::wstring> texts = quotedTexts(wires);
+  const std::vector<std::wstring> texts = wireTexts(wires);
   if (texts.size() < 3) return true;
   for (std::size_t wire = 0; wire + 2 < texts.size(); wire += 3)
     if (brenvolt::trimView(texts[wire]).empty()) return true;
@@ -78,7 +60,7 @@ std::vector<CircuitFinding> findingsOf(
   std::vector<CircuitFinding> findings;
   if (circuit.fields.empty()) findings.push_back({CircuitFault::noRecord});
   for (const CircuitLoad& load : circuit.loads)
-    if (loadFieldsOf(load)[1].empty())
+    if (setupText(load.params, L"Load").empty())
       findings.push_back({CircuitFault::noLoadData, load.tag});
     else if (hasUnsizedWire(load.wires))
       findings.push_back({CircuitFault::noWireSize, load.tag});
@@ -108,9 +90,9 @@ std::vector<CircuitSummary> summariesOf(const std::vector<CircuitObject>& circui
 
 std::wstring wireSizesOf(const std::wstring& wires) {
   std::vector<std::wstring> sizes;
-  const std::vector<std::wstring> texts = quotedTexts(wires);
+  const std::vector<std::wstring> texts = wireTexts(wires);
   for (std::size_t wire = 0; wire + 2 < texts.size(); wire += 3) {
-    const std::wstring size = (texts[wire + 2] == L"3" ? L"PE " : L"") + texts[wire];
+    const std::wstring size = (texts[wire + 2] == groundKind ? L"PE " : L"") + texts[wire];
     if (std::find(sizes.begin(), sizes.end(), size) == sizes.end()) sizes.push_back(size);
   }
   return brenvolt::join(sizes, L", ");

@@ -211,24 +211,26 @@ std::optional<std::size_t> columnOf(const Report& report, const std::string& key
 class ReportMaker final {
 public:
   explicit ReportMaker(ReportKind kind)
-      : kind_(kinds()[static_cast<std::size_t>(kind)]), report_(kind_.heading) {}
+      : kind_(kinds()[static_cast<std::size_t>(kind)]), report_(kind_.heading) {
+    if (kind == ReportKind::parts) parts_.emplace();
+  }
   void add(ListRows list) {
-    if (kind_.kind == ReportKind::parts)
-      parts_.add(list.rows);
+    if (parts_)
+      parts_->add(list.rows);
     else
       std::move(list.rows.begin(), list.rows.end(), std::back_inserter(report_.rows));
     for (std::size_t place = 0; place < missing_.size(); ++place)
       missing_[place] += list.missing[place];
   }
   /// Whether all rows have to be there before the first can be given on.
-  [[nodiscard]] bool joins() const { return kind_.kind == ReportKind::parts || kind_.join != nullptr; }
+  [[nodiscard]] bool joins() const { return parts_ || kind_.join != nullptr; }
   /// Gives the rows on and forgets them.
   void passOn(const std::function<void(const Report&)>& take) {
     take(report_);
     report_.rows.clear();
   }
   Report finish() {
-    if (kind_.kind == ReportKind::parts) parts_.finish(report_, missing_);
+    if (parts_) parts_->finish(report_, missing_);
     if (kind_.join != nullptr) kind_.join(report_, missing_);
     for (std::size_t place = 0; place < missing_.size(); ++place)
       if (missing_[place] != 0)
@@ -240,7 +242,7 @@ public:
 private:
   const KindRow& kind_;
   Report report_;
-  PartLines parts_;
+  std::optional<PartLines> parts_; ///< of a parts list
   std::array<std::size_t, 3> missing_{};
 };
 

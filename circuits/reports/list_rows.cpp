@@ -1,6 +1,7 @@
 // Each list as one function from a sheet to its rows.
 #include "circuits/reports/list_rows.h"
 
+#include "circuits/provenance/load_data.h"
 #include "circuits/reports/circuit_summary.h"
 #include "text/encoding.h"
 #include "text/numbers.h"
@@ -62,10 +63,8 @@ Cell circuitText(const Sheet& sheet, const Device& device, std::wstring_view nam
 
 /// The cable of a motor or load by its own data; of several motors of a circuit each has its own.
 Cell cableLength(const Sheet& sheet, const Device& device) {
-  constexpr std::size_t lengthPlace = 14;
-  const std::vector<std::wstring> fields = brenvolt::splitKeepingEmpty(device.params, L';');
-  if (fields.size() > lengthPlace + 1 && brenvolt::toDouble(fields[lengthPlace]) > 0.0)
-    return brenvolt::trim(fields[lengthPlace]) + L' ' + brenvolt::trim(fields[lengthPlace + 1]);
+  if (const std::wstring length = setupText(device.params, L"Wire length"); brenvolt::toDouble(length) > 0.0)
+    return length + L' ' + setupText(device.params, L"Length units");
   return circuitText(sheet, device, L"length");
 }
 

@@ -18,7 +18,7 @@ using Json = nlohmann::ordered_json;
 
 namespace {
 
-/// Of the form of the text; another one is not read, and the outline is made again.
+/// Of the form of the text; a part with an outline of another one is built again.
 constexpr int outlineVersion = 2;
 
 Json pointsOf(const std::wstring& name, const std::vector<KvPoint3d>& points) {

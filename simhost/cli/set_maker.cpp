@@ -63,15 +63,10 @@ class GrowingFile final {
 public:
   explicit GrowingFile(fs::path file) : file_(std::move(file)), content_(nameWithFolder(file_)) {}
 
-  void write(std::string_view bytes) {
-    content_.write(bytes);
-    digest_.add(bytes);
-  }
-  /// The digest of the whole.
-  std::string finish() {
+  void write(std::string_view bytes) { content_.write(bytes); }
+  void finish() {
     if (const auto fault = content_.commit())
       throw CannotWrite(file_.string() + ": cannot be written: " + toUtf8(fault->reason));
-    return digest_.text();
   }
 
 private:
@@ -83,7 +78,6 @@ private:
 
   fs::path file_;
   brenvolt::FileReplacement content_;
-  circuits::ByteDigest digest_;
 };
 
 /// Puts the parts on sheets, writes them and what is made from them. Each sheet is made for itself, so that several
@@ -122,11 +116,13 @@ public:
     // The configurations of the set, beside no workbook of the site's: the site's own stay what they are.
     const fs::path name = fs::path(plan_.settings.workbook).filename().replace_extension(".xml");
     GrowingFile history(folder_ / name);
-    circuits::writeHistory(plan_.circuits, plan_.settings.workbook, [&history](std::string_view bytes) {
+    circuits::ByteDigest digest;
+    circuits::writeHistory(plan_.circuits, plan_.settings.workbook, [&](std::string_view bytes) {
       history.write(bytes);
+      digest.add(bytes);
     });
-    const std::string digest = history.finish();
-    writeSet(std::move(sheetList), {{"file", name.string()}, {"digest", digest}});
+    history.finish();
+    writeSet(std::move(sheetList), {{"file", name.string()}, {"digest", digest.text()}});
     return findings;
   }
 
@@ -324,10 +320,10 @@ private:
       for (const std::wstring& note : last.notes)
         findings.push_back(kind + ": " + toUtf8(note));
       page.end(last);
-      static_cast<void>(list.finish());
+      list.finish();
     }
     all.write(page.take() + circuits::ReportPage::ending());
-    static_cast<void>(all.finish());
+    all.finish();
   }
 
   void writeSet(Json sheets, Json history) {

@@ -2,6 +2,7 @@
 #include "simhost/site/code_standard.h"
 
 #include "data/table_names.h"
+#include "simhost/lisp/evaluator.h"
 #include "text/compare.h"
 #include "text/encoding.h"
 
@@ -9,6 +10,11 @@
 #include <vector>
 
 namespace simhost {
+
+std::wstring sessionStandard(const lisp::Interpreter& interpreter) {
+  const lisp::Value code = interpreter.value(codeStandardSymbol);
+  return code.isString() ? code.asString() : std::wstring();
+}
 
 std::optional<std::string> codeStandardFault(
     brenvolt::ZanOleDbConnection& connection, const std::wstring& code) {

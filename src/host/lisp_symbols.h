@@ -19,7 +19,8 @@ inline constexpr wchar_t combinedTagLocation[] = L"GBL_qn_combined_tagloc";
 inline constexpr wchar_t upperCaseTexts[] = L"GBL_qn_strcase";
 /// How many motors and loads of the last direct build have wires without a size, as a real; nil for none.
 inline constexpr wchar_t unsizedWires[] = L"GBL_qn_bv_unsized_wires";
-/// How many problems with tables the last build has reported, as a real; nil for none.
+/// How many problems with tables have been reported since the last build began, those of calls after it included, as a
+/// real; nil for none.
 inline constexpr wchar_t tableProblems[] = L"GBL_qn_bv_table_problems";
 /// 1: the preset, fields and wires of the next build hold also where its saved configuration says something else.
 inline constexpr wchar_t presetOverHistory[] = L"GBL_qn_bv_preset_over_history";

@@ -17,9 +17,8 @@ std::vector<std::wstring> valuesOf(XmlElement row) {
 void addWires(
     XmlElement group, std::wstring_view rowName, bool isGrounding, std::vector<SavedControl::Wire>& wires) {
   for (const XmlElement& row : group.children(rowName)) {
-    std::vector<std::wstring> values = valuesOf(row);
-    values.resize(2);
-    wires.push_back({values[0], values[1], isGrounding});
+    const std::vector<std::wstring> values = valuesOf(row);
+    wires.push_back({values.empty() ? std::wstring() : values.front(), isGrounding});
   }
 }
 

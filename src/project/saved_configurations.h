@@ -22,12 +22,11 @@ struct SavedConfiguration {
 [[nodiscard]] std::vector<SavedConfiguration> savedConfigurations(
     const ZanCircuitCatalog& circuits, const HistoryFile& history);
 
-/// The motor or load data and the wires of a saved configuration, as a build takes them with a preset. Of several
-/// motors those of the first: a preset carries no more.
+/// The motor or load data and the wires of a saved configuration, of several motors those of the first: a preset
+/// carries no more.
 struct SavedControl {
   struct Wire {
     std::wstring size;
-    std::wstring layer;
     bool isGrounding = false;
   };
 

@@ -396,6 +396,26 @@ TEST_CASE(
   CHECK(rebuild("MTR1", "OL=2").exitCode == 0);
   CHECK(motors() == "MTR1 10 10AWG, PE 10AWG; ");
   CHECK(test::bytesOf(drawing).find(";THHN;") != std::string::npos);
+
+  // Another type: with its motor, and with the options that mean the same there.
+  CHECK(
+      rebuild("MTR1", "circuit=Single-phase motors").errors.find("\"3\" does not fit") != std::string::npos);
+  CHECK(rebuild("MTR1", "type=Star-delta").exitCode == 0);
+  CHECK(motors() == "MTR1 10 10AWG, PE 10AWG; ");
+  draw("Two motors, one feeder", "Two pumps 10 and 5 HP");
+  CHECK(rebuild("MTR1A", "type=Reversing").errors.find("keeps its type") != std::string::npos);
+
+  // A row with a configuration and an option.
+  const ToolRun built = site.run(
+      {"set", "build",
+       site.folder().write(
+           "list.csv", "tag,circuit,type,configuration,DISC\n"
+                       "P-1,Three-phase motors,Direct on line,Pump 10 HP,Fusible switch\n"),
+       "--site", site.site(), "--out", site.folder().path("set")});
+  CHECK_MESSAGE(built.exitCode == 5, built.errors); // the cable has no length
+  const std::string sheet = site.folder().path("set/sheets/001.json");
+  checkHolds(
+      site.done({"report", "motors", sheet, "--format", "csv"}), {"P-1,", ",10,HP,460,3,", "FU-P1 25A"});
 }
 
 TEST_CASE("all bad cells of a list are reported at once; the good rows are built where asked for") {
