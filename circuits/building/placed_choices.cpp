@@ -187,18 +187,43 @@ std::wstring valuesOf(XmlElement marker) {
   return values;
 }
 
-/// Takes over from the former entry what the drawing does not say.
+/// What says which motor or load it is: type to speed.
+constexpr std::size_t ratedFields = 7;
+
+/// The data of the first motor or load of a marker, up to so many fields.
+std::wstring loadOf(XmlElement marker, std::size_t fields) {
+  std::wstring values;
+  const XmlElement group = marker.firstChild(xmlname::controlGroup);
+  for (const std::wstring_view setup : {xmlname::motorSetup, xmlname::loadSetup}) {
+    const std::vector<XmlElement> properties = group.firstChild(setup).children(xmlname::property);
+    for (std::size_t place = 0; place < std::min(fields, properties.size()); ++place)
+      values += properties[place].attribute(xmlname::value) + L';';
+  }
+  return values;
+}
+
+std::vector<XmlElement>::const_iterator findSame(const std::vector<XmlElement>& markers, XmlElement marker) {
+  return std::find_if(markers.begin(), markers.end(), [&marker](const XmlElement& each) {
+    return brenvolt::equalsOrdinalNoCase(each.attribute(xmlname::tag), marker.attribute(xmlname::tag));
+  });
+}
+
+/// Takes over from the former entry what the drawing does not say. Parts were chosen for its motors and loads: another
+/// one gets those that the tables propose for it.
 void keepRest(XmlElement made, XmlElement former) {
   for (const std::wstring_view scale : {xmlname::componentScale, xmlname::circuitScale})
     made.setAttribute(scale, former.attribute(scale));
   const std::vector<XmlElement> markers = made.children(xmlname::marker);
-  for (const XmlElement old : former.children(xmlname::marker)) {
-    const auto same = std::find_if(markers.begin(), markers.end(), [&old](const XmlElement& marker) {
-      return brenvolt::equalsOrdinalNoCase(marker.attribute(xmlname::tag), old.attribute(xmlname::tag));
-    });
+  const std::vector<XmlElement> olds = former.children(xmlname::marker);
+  const bool areSameLoads = std::all_of(olds.begin(), olds.end(), [&markers](const XmlElement& old) {
+    const auto same = findSame(markers, old);
+    return same == markers.end() || loadOf(*same, ratedFields) == loadOf(old, ratedFields);
+  });
+  for (const XmlElement old : olds) {
+    const auto same = findSame(markers, old);
     if (same == markers.end()) {
       made.appendCopy(old);
-    } else if (valuesOf(*same) == valuesOf(old)) {
+    } else if (areSameLoads && valuesOf(*same) == valuesOf(old)) {
       XmlElement marker = *same;
       for (const XmlElement part : old.children(L"Catalog"))
         marker.appendCopy(part);
@@ -206,23 +231,12 @@ void keepRest(XmlElement made, XmlElement former) {
   }
 }
 
-/// The data of the first motor or load of a marker.
-std::wstring loadOf(XmlElement marker) {
-  std::wstring values;
-  const XmlElement group = marker.firstChild(xmlname::controlGroup);
-  for (const std::wstring_view setup : {xmlname::motorSetup, xmlname::loadSetup})
-    for (const XmlElement property : group.firstChild(setup).children(xmlname::property))
-      values += property.attribute(xmlname::value) + L';';
-  return values;
-}
-
 bool saysTheSame(XmlElement made, XmlElement former) {
   const std::vector<XmlElement> markers = made.children(xmlname::marker);
   for (const XmlElement old : former.children(xmlname::marker)) {
-    const auto same = std::find_if(markers.begin(), markers.end(), [&old](const XmlElement& marker) {
-      return brenvolt::equalsOrdinalNoCase(marker.attribute(xmlname::tag), old.attribute(xmlname::tag));
-    });
-    if (same == markers.end() || valuesOf(*same) != valuesOf(old) || loadOf(*same) != loadOf(old))
+    const auto same = findSame(markers, old);
+    if (same == markers.end() || valuesOf(*same) != valuesOf(old) ||
+        loadOf(*same, loadSetupNames.size()) != loadOf(old, loadSetupNames.size()))
       return false;
   }
   return true;

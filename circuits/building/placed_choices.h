@@ -32,8 +32,8 @@ struct ChangedChoices {
 [[nodiscard]] brenvolt::HistoryFile siteHistory(const std::string& workbook);
 [[nodiscard]] brenvolt::HistoryFile emptyHistory(const std::string& workbook);
 
-/// Puts the circuit's choices into the file under `key`. What an entry of this key says beside them stays where its
-/// options are those of the circuit: scales, chosen parts. Throws BadInput for a text that XML does not allow.
+/// Puts the circuit's choices into the file under `key`. What an entry of this key says beside them stays: scales, and
+/// the parts that were chosen for the same motors, loads and options. Throws BadInput for a text that XML does not allow.
 void putPlacedChoices(
     brenvolt::HistoryFile& file, const brenvolt::HistoryKey& key, const CodeRecords& records,
     const simhost::DrawingDatabase& drawing, const CircuitObject& circuit,

@@ -97,6 +97,8 @@ struct BuildState {
       circuitData; ///< what the circuit carries as a whole, for markers that have none of their own
   std::wstring controlSuffix;     ///< tail of the control marker's CODE, from its last "-" on
   bool controlMarkerSeen = false; ///< the first one fixes the suffix
+  /// The preset's motor or load is another one than that of the saved configuration, whose parts were chosen for it.
+  bool hasOtherLoad = false;
 
   BuildResult result;
 

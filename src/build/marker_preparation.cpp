@@ -10,6 +10,7 @@
 #include "host/host_api_documents.h"
 #include "host/lisp_calls.h"
 #include "text/compare.h"
+#include "text/split.h"
 
 namespace brenvolt {
 
@@ -90,6 +91,25 @@ bool keepsSavedControl(const BuildState& build, const ZanAnnotationDataList& sav
          build.input.presets.wires.empty() && !saved.isEmpty();
 }
 
+/// Which motor or load it is; what follows depends on it.
+constexpr std::size_t ratedFields = circparam::speed + 1;
+
+/// Whether saved rows have a motor or load, and it is not that of the preset.
+bool isOtherLoad(const ZanAnnotationDataList& saved, const std::vector<std::wstring>& asked) {
+  for (const ZanAnnotationDataList::Item& item : saved.items()) {
+    if (item.row == nullptr ||
+        (item.row->name != rowname::motorSetup && item.row->name != rowname::loadSetup))
+      continue;
+    const std::vector<ZanAnnotationField>& fields = item.row->fields;
+    for (std::size_t place = 0; place < ratedFields; ++place) {
+      const std::wstring had = place < fields.size() ? trim(fields[place].value) : std::wstring();
+      const std::wstring has = place < asked.size() ? trim(asked[place]) : std::wstring();
+      if (!equalsOrdinalNoCase(had, has)) return true;
+    }
+  }
+  return false;
+}
+
 /// Puts the options of the preset in the place of those of the saved configuration. Parts were chosen for the options
 /// that were saved: others would get parts that do not fit.
 void putPresetOverHistory(const ZanBuildArgs& args, ZanDwgMarker& marker) {
@@ -135,6 +155,13 @@ void applyOpenHistory(BuildState& build, ZanDwgMarkerList& list, CircuitRows cir
     if (applyHistoryToMarker(build.history, marker, getActiveWireTypes, circuitControls))
       putPresetOverHistory(build.input.args, marker);
   });
+  const std::vector<std::wstring>& asked = build.input.presets.wireNumbers;
+  if (!build.input.args.isPresetOverHistory || asked.empty()) return;
+  forEachMarkerWithOptions(list, [&](const ZanDwgMarker& marker) {
+    build.hasOtherLoad = build.hasOtherLoad || isOtherLoad(marker.controls, asked);
+  });
+  if (build.hasOtherLoad)
+    forEachMarkerWithOptions(list, [](ZanDwgMarker& marker) { marker.catalog.Clear(); });
 }
 
 BuildPresets readPresets(const ZanBuildArgs& args, TableObserver* observer) {

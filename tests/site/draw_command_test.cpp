@@ -1,6 +1,7 @@
 // What `brenvolt draw` takes over, refuses and saves.
 #include "site_tool.h"
 #include "tests/support/golden.h"
+#include "text/encoding.h"
 
 #include <doctest/doctest.h>
 
@@ -73,6 +74,28 @@ TEST_CASE("a preset changes the choices of a saved configuration; the rest of it
       draw({"--preset", "OL=2", "--params", R"("Induction";"50";"HP";"460";"3";"60";"1800";"65";"1.25")"});
   checkHolds(larger, {"BLK_2AWG", "GRN_6AWG"});
   CHECK(larger.find("BLK_10AWG") == std::string::npos);
+
+  // A part that was chosen for the saved motor is none for another one.
+  std::string bytes = site.folder().read("site/zan_brenvolt.xml");
+  const std::size_t marker = bytes.find(toUtf16Le(L"<Marker Code=\"DISC\""));
+  REQUIRE(marker != std::string::npos);
+  bytes.insert(
+      bytes.find(toUtf16Le(L"<SelectOption"), marker),
+      toUtf16Le(L"<Catalog><Property Name=\"TITLE\" Value=\"Circuit breaker\"/>"
+                L"<Property Name=\"TABLE\" Value=\"CB\"/><Property Name=\"MFG\" Value=\"OWN\"/>"
+                L"<Property Name=\"CAT\" Value=\"CB-OWN\"/></Catalog>"));
+  static_cast<void>(site.folder().write("site/zan_brenvolt.xml", bytes));
+  const auto isChosen = [](const std::string& text) { return text.find("CB-OWN") != std::string::npos; };
+  CHECK(isChosen(draw({"--preset", "OL=2"})));
+  CHECK_FALSE(isChosen(
+      draw({"--preset", "OL=2", "--params", R"("Induction";"50";"HP";"460";"3";"60";"1800";"65";"1.25")"})));
+  draw({});
+  for (const auto& [choice, isKept] : {std::pair{"OL=2", true}, std::pair{"load=50", false}}) {
+    site.done(
+        {"rebuild", site.folder().path("a.json"), "--circuit", "MTR1", "--set", choice, "--site",
+         site.site()});
+    CHECK(isChosen(site.folder().read("a.json")) == isKept);
+  }
 }
 
 TEST_CASE("a saved configuration is drawn in its own scales, unless others are given") {
