@@ -344,7 +344,8 @@ std::wstring noteOn(const WireRequest& request, const brenvolt::WireLookupResult
     return L"the tables have no impedance for " + result.rows[*result.proposed].size +
            L": its voltage drop is not known, and the limit is not applied to it";
   case brenvolt::Proposal::noneLargeEnough:
-    if (request.build) return L"no size is large enough for " + current + L": a build takes the largest";
+    if (request.build)
+      return L"no size is large enough for " + current + L": a build draws its wires without a size";
     if (request.input.parallel)
       return L"no set of at most " + request[WireField::parallel].text + L" conductors carries " + current;
     return L"no size is large enough for the design current of " + current;

@@ -120,8 +120,8 @@ public:
     fill(rows, sized->sizes, suffix);
     const bool isGroundLacking = gapsOf(rows).isGroundingUnsized;
     if (isGroundLacking) say(TextId::groundingWithoutSize, code);
-    if (!sized->isLargeEnough) say(TextId::wiresTooSmall, code, sized->sizes.conductors);
-    if (isGroundLacking || !sized->isLargeEnough) ++unsized_;
+    if (!sized->largest.empty()) say(TextId::wiresTooSmall, code, sized->largest);
+    if (isGroundLacking || !sized->largest.empty()) ++unsized_;
   }
 
   [[nodiscard]] int unsized() const { return unsized_; }
@@ -129,12 +129,12 @@ public:
 private:
   struct Sized {
     WireSizes sizes;
-    bool isLargeEnough = true;
+    std::wstring largest; ///< of the tables, where it is too small: it is not drawn then
   };
 
   /// Nothing, with a report, where a size cannot be computed.
   std::optional<Sized> sizesFor(const ZanCircuitData& circuit, std::wstring_view code, const WireGaps& gaps) {
-    Sized sized{{gaps.conductorSize, removeBlanks(circuit.groundSize)}};
+    Sized sized{{gaps.conductorSize, removeBlanks(circuit.groundSize)}, {}};
     if (!gaps.areConductorsUnsized && !sized.sizes.grounding.empty()) return sized;
     if (!isGiven(circuit.fla)) {
       say(gaps.areConductorsUnsized ? TextId::wiresWithoutCurrent : TextId::groundingWithoutCurrent, code);
@@ -155,8 +155,7 @@ private:
         say(noTables, code);
         return std::nullopt;
       }
-      sized.sizes.conductors = removeBlanks(wire->size);
-      sized.isLargeEnough = wire->isLargeEnough;
+      (wire->isLargeEnough ? sized.sizes.conductors : sized.largest) = removeBlanks(wire->size);
     }
     if (sized.sizes.grounding.empty())
       sized.sizes.grounding = removeBlanks(autoGroundSize(defaults, circuit));
@@ -174,7 +173,7 @@ private:
         const bool isGround = isGrounding(row);
         int& number = isGround ? grounds : conductors;
         ++number;
-        if (sizeOf(row).empty())
+        if (sizeOf(row).empty() && !(isGround ? sizes.grounding : sizes.conductors).empty())
           setSize(
               row, isGround ? sizes.grounding : sizes.conductors, sizes,
               isGround ? groundCode(number, suffix) : wireCode(number, suffix));
@@ -183,7 +182,7 @@ private:
     const std::vector<PresetWire> presets = {
         {sizes.conductors, {}, std::wstring(conductorKind)},
         {sizes.grounding, {}, std::wstring(groundingKind)}};
-    if (conductors == 0) {
+    if (conductors == 0 && !sizes.conductors.empty()) {
       ZanAnnotationDataList all;
       expandWires(presets, formats_, suffix, WirePass::conductors, sizes.grounding, all);
       all.Append(wires);

@@ -196,7 +196,7 @@ enum class TextId : unsigned {
   // Wires of a build.
   wiresWithoutCurrent = 22430,     ///< "%s": the marker's CODE
   wiresWithoutTables = 22431,      ///< "%s": the marker's CODE
-  wiresTooSmall = 22432,           ///< "%s", "%s": the marker's CODE, the size
+  wiresTooSmall = 22432,           ///< "%s", "%s": the marker's CODE, the largest size
   wiresNotChosen = 22433,          ///< "%s": the marker's CODE
   tipDefaultLayer = 22434,         ///< what the layer names "3-" and "1-" of a wire are
   groundingWithoutSize = 22435,    ///< "%s": the marker's CODE

@@ -135,7 +135,7 @@ TEST_CASE("a build's answer, a factor by hand, and why there is no proposal") {
       {"the largest for want of a larger one",
        {"--fla", "9000", "--unattended"},
        "2000 KCMIL",
-       "no size is large enough for 11250 A: a build takes the largest"},
+       "no size is large enough for 11250 A: a build draws its wires without a size"},
       {"65 > 85 x 0.7, 65 < 100 x 0.7", {"--fla", "52", "--overall-factor", "0.7"}, "3 AWG", ""},
       {"a size without an impedance has no drop to compare with the limit",
        {"--fla", "52", "--length", "900", "--drop-limit", "0.01"},
