@@ -18,7 +18,9 @@
         (error "template " template " holds no marker")))
     (let ((built (zan_bv_build_circuit args)))
       (if built
-        (progn (fit-control-wires (entities-since before)) (record-or-take-back template args before start))
+        (progn (fit-control-wires (entities-since before))
+               (whiten-grounded-wires (entities-since before))
+               (record-or-take-back template args before start))
         (undo (- (undo-count) start)))
       built)))
 

@@ -135,7 +135,6 @@
   (remove-if-not (lambda (entity) (and (equal (entity-get entity 'kind) "line")
                                        (member (entity-get entity 'layer) layers)))
                  (entities-in-space)))
-(defun ends-of (wire) (list (entity-get wire 'from) (entity-get wire 'to)))
 
 ; The area of the symbol, where its wires end: 40 to the right, 40 down.
 (defun at-symbol? (point symbol)
@@ -147,7 +146,7 @@
 ; A device without a record: the wire layers that lead to it, without those of controls.
 (defun layers-at (entity)
   (let ((found nil))
-    (dolist (wire (lines-on (remove-if (lambda (layer) (string=? layer site-control-layer)) (wire-layers))))
+    (dolist (wire (lines-on (remove-if (lambda (layer) (member layer (list site-control-layer site-grounded-layer))) (wire-layers))))
       (when (and (wire-at-symbol? wire entity) (not (member (entity-get wire 'layer) found)))
         (setq found (cons (entity-get wire 'layer) found))))
     found))
@@ -180,9 +179,7 @@
 
 (defun wires-meet? (a b scale over-junctions)
   (or (some (lambda (p) (some (lambda (q) (ends-meet? p q a b scale)) (ends-of b))) (ends-of a))
-      (and over-junctions
-           (or (some (lambda (p) (on-segment? p (entity-get b 'from) (entity-get b 'to))) (ends-of a))
-               (some (lambda (q) (on-segment? q (entity-get a 'from) (entity-get a 'to))) (ends-of b))))))
+      (and over-junctions (wires-touch? a b))))
 ; One point, or the two sides of a symbol in a straight line.
 (defun ends-meet? (p q a b scale)
   (or (same-point? p q)

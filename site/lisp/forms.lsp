@@ -212,7 +212,8 @@
     (control-wire (funcall at 26 -9) (funcall at 60 -9))
     (place-in-wires "ZFUSE1" (funcall at -32 -9) scl 1 lead (list (cons "TAG1" (tag-behind "FU13"))))
     (place-symbol "ZTERM" (funcall at -14 -9) scl '(("TAGSTRIP" . "TB3") ("TERM01" . "1")))
-    (place-symbol "ZTERM" (funcall at 26 -9) scl '(("TAGSTRIP" . "TB3") ("TERM01" . "2")))
+    (place-symbol "ZTERM" (funcall at 26 -9) scl
+      (list (cons "TAGSTRIP" (first site-neutral-terminal)) (cons "TERM01" (second site-neutral-terminal))))
     (draw-text (funcall at -11 -9.8) left (* 2.2 scl) "DESCRIPTIONS" 'left)
     (draw-text (funcall at 23 -9.8) right (* 2.2 scl) "DESCRIPTIONS" 'right))
   T)

@@ -2,6 +2,8 @@
 
 (setq site-default-size "14AWG"
       site-control-layer "RED_14AWG"
+      site-grounded-layer "WHT_14AWG"
+      site-neutral-terminal '("TB3" "2")
       site-metric-control-layer "RED_1.5mm2"
       site-wire-tolerance 0.001
       site-wire-reach 1.0) ; farther from a point no wire counts as running through it
@@ -49,6 +51,38 @@
             (when (and (equal (entity-get entity 'kind) "line") (string=? (entity-get entity 'layer) site-control-layer))
               (entity-set! entity 'layer (wire-layer site-metric-control-layer))))
           entities)))
+
+; The grounded side of a control circuit is white: what the ground of its transformer or the neutral of its supply
+; reaches without a device between them. A metric code has no such colour of its own.
+(defun whiten-grounded-wires (entities)
+  (unless (metric-code?)
+    (let* ((points (grounded-points entities))
+           (rest-wires (remove-if-not
+                         (lambda (entity) (and (equal (entity-get entity 'kind) "line")
+                                               (string=? (entity-get entity 'layer) site-control-layer)))
+                         entities))
+           (front (remove-if-not
+                    (lambda (wire) (some (lambda (point) (some (lambda (end) (same-point? end point)) (ends-of wire))) points))
+                    rest-wires)))
+      (while front
+        (setq rest-wires (remove-if (lambda (wire) (member wire front)) rest-wires))
+        (mapc (lambda (wire) (entity-set! wire 'layer (wire-layer site-grounded-layer))) front)
+        (setq front (remove-if-not (lambda (wire) (some (lambda (white) (wires-touch? wire white)) front)) rest-wires))))))
+(defun grounded-points (entities)
+  (mapcar (lambda (symbol) (entity-get symbol 'position))
+    (remove-if-not
+      (lambda (entity)
+        (and (equal (entity-get entity 'kind) "block-reference")
+             (or (string-ci=? (entity-get entity 'block) "ZGROUND")
+                 (let ((texts (entity-attributes entity)))
+                   (and (equal (first site-neutral-terminal) (cdr (assoc "TAGSTRIP" texts)))
+                        (equal (second site-neutral-terminal) (cdr (assoc "TERM01" texts))))))))
+      entities)))
+; An end of one is on the other.
+(defun wires-touch? (a b)
+  (or (some (lambda (p) (on-segment? p (entity-get b 'from) (entity-get b 'to))) (ends-of a))
+      (some (lambda (q) (on-segment? q (entity-get a 'from) (entity-get a 'to))) (ends-of b))))
+(defun ends-of (wire) (list (entity-get wire 'from) (entity-get wire 'to)))
 
 (defun draw-wire (from to layer) (draw-line from to layer))
 
