@@ -289,7 +289,8 @@ void paintSheet(PdfPages& pages, const PaperSheet& sheet) {
 /// A list on pages of A4, landscape: columns as wide as their longest text, cut where the page ends.
 class ListPages final {
 public:
-  ListPages(PdfPages& pages, const Report& report) : pages_(pages), report_(report) {}
+  ListPages(PdfPages& pages, const Report& report, const std::wstring& project)
+      : pages_(pages), report_(report), project_(project) {}
 
   void paint() {
     beginPage();
@@ -313,6 +314,9 @@ private:
     const std::wstring number = report_.title + L" " + std::to_wstring(page_);
     pages_.beginPage(pageWidth_, pageHeight_, number, number);
     pages_.paintCell(left_, pageHeight_ - 16.0, 5.0, report_.title);
+    const std::wstring corner =
+        project_ + (project_.empty() ? L"" : L",  ") + L"page " + std::to_wstring(page_);
+    pages_.paintCell(pageWidth_ - left_ - pages_.widthOf(corner, size_), pageHeight_ - 16.0, size_, corner);
     y_ = pageHeight_ - 26.0;
   }
   void nextPage() {
@@ -406,6 +410,7 @@ private:
 
   PdfPages& pages_;
   const Report& report_;
+  const std::wstring& project_;
   std::vector<double> widths_;
   double y_ = 0.0;
   double firstRow_ = -1.0; ///< of the page, below the heading
@@ -430,7 +435,7 @@ std::optional<std::string> writePdf(
     for (const PaperSheet& sheet : sheets)
       paintSheet(pages, sheet);
     for (const Report& list : options.lists)
-      ListPages(pages, list).paint();
+      ListPages(pages, list, options.project).paint();
     if (const auto reason = pages.finish()) {
       std::filesystem::remove(beside, error);
       return out + ": " + *reason;

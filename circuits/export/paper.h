@@ -21,6 +21,7 @@ struct PaperSheet {
 
 struct PaperOptions {
   std::wstring title;
+  std::wstring project;      ///< shown on the pages of the lists
   std::vector<Report> lists; ///< as pages at the end
 };
 

@@ -248,6 +248,10 @@ private:
 
 } // namespace
 
+std::wstring projectName(const simhost::DrawingDatabase& drawing) {
+  return titleText(drawing, L"PROJECT");
+}
+
 std::wstring sheetNumber(const simhost::DrawingDatabase& drawing, const std::wstring& file) {
   std::wstring number = titleText(drawing, L"SHEET");
   return number.empty() ? file : number;

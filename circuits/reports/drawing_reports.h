@@ -24,6 +24,8 @@ struct Sheet {
   std::vector<CircuitObject> circuits{};
 };
 
+/// As the title block says; empty without one.
+[[nodiscard]] std::wstring projectName(const simhost::DrawingDatabase& drawing);
 /// What the title block says, else the name given.
 [[nodiscard]] std::wstring sheetNumber(const simhost::DrawingDatabase& drawing, const std::wstring& file);
 /// `file`: how the drawing is named where the sheet has no number of its own.

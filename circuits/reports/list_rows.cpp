@@ -158,12 +158,26 @@ ListRows terminalRows(const Sheet& sheet) {
   return result;
 }
 
+/// Of more than one pole: what protects a branch has two at least, a fuse of a control circuit has one.
+bool hasSeveralPoles(const Netlist& list, std::size_t device) {
+  constexpr auto leastPins = 4;
+  return std::count_if(list.pins.begin(), list.pins.end(), [device](const Pin& pin) {
+           return pin.device == device;
+         }) >= leastPins;
+}
+
+/// A protection whose rating is not known is named all the same: an empty cell would say that nothing protects.
 std::wstring protectionOf(const Sheet& sheet, const std::wstring& circuit) {
   std::vector<std::wstring> texts;
-  for (const Device& device : sheet.netlist.devices)
-    if (!circuit.empty() && device.circuit == circuit && protectionFamilies.contains(device.family) &&
-        !device.rating.empty())
+  const Netlist& list = sheet.netlist;
+  for (std::size_t place = 0; place < list.devices.size(); ++place) {
+    const Device& device = list.devices[place];
+    if (circuit.empty() || device.circuit != circuit || !protectionFamilies.contains(device.family)) continue;
+    if (!device.rating.empty())
       texts.push_back(device.tag + L' ' + device.rating);
+    else if (hasSeveralPoles(list, place))
+      texts.push_back(device.tag + L" (no rating)");
+  }
   return brenvolt::join(sortedOnce(std::move(texts)), L", ");
 }
 

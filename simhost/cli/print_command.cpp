@@ -31,18 +31,19 @@ ExitCode runPrint(const PrintOptions& options) {
   std::vector<circuits::PaperSheet> pages;
   circuits::SheetLists lists;
   std::set<std::wstring> known;
+  circuits::PaperOptions paper{fromUtf8(options.title), {}, {}};
   for (const std::string& file : options.drawings) {
     const LoadedDrawing loaded = loadDrawing(fromUtf8(file));
     if (loaded.drawing == nullptr) throw BadInput(toUtf8(loaded.error));
     circuits::Sheet sheet =
         circuits::readSheet(*loaded.drawing, brenvolt::fromUtf8(std::filesystem::path(file).stem().string()));
+    if (paper.project.empty()) paper.project = circuits::projectName(*loaded.drawing);
     circuits::PaperSheet page{file, sheet.number, sheet.title, {}};
     for (const circuits::Device& device : sheet.netlist.devices)
       if (!device.tag.empty() && known.insert(device.tag).second) page.tags.push_back(device.tag);
     pages.push_back(std::move(page));
     if (!options.lists.empty()) lists.add(circuits::SheetLists::rowsOf(sheet));
   }
-  circuits::PaperOptions paper{fromUtf8(options.title), {}};
   for (const std::string& kind : options.lists) {
     const auto known_kind = circuits::reportKindOf(kind);
     if (!known_kind) throw BadInput("--list: \"" + kind + "\" is not a report");
