@@ -12,7 +12,6 @@
 #include "simhost/lisp/evaluator.h"
 #include "text/encoding.h"
 #include "text/numbers.h"
-#include "text/plain_number.h"
 #include "text/split.h"
 
 #include <unistd.h>
@@ -111,13 +110,8 @@ void keepTerminalNumbers(
 }
 
 KvPoint3d pointOf(const CircuitObject& circuit) {
-  const std::vector<std::wstring> parts =
-      brenvolt::splitKeepingEmpty(circuitField(circuit.fields, L"point"), L',');
-  const std::optional<double> x = parts.size() < 2 ? std::nullopt : brenvolt::plainNumber(parts[0]);
-  const std::optional<double> y = parts.size() < 2 ? std::nullopt : brenvolt::plainNumber(parts[1]);
-  if (!x || !y)
-    throw BadInput(toUtf8(circuit.name()) + ": the drawing does not keep where the circuit was built");
-  return {*x, *y, 0.0};
+  if (const std::optional<KvPoint3d> point = simhost::circuitPoint(circuit.fields)) return *point;
+  throw BadInput(toUtf8(circuit.name()) + ": the drawing does not keep where the circuit was built");
 }
 
 /// The site's variables as they were: the circuits that come next are counted as if nothing had been built again.

@@ -2,9 +2,6 @@
 #include "simhost/drawing/circuit_seal.h"
 
 #include "simhost/drawing/circuit_edit.h"
-#include "text/numbers.h"
-#include "text/split.h"
-
 #include <algorithm>
 #include <cmath>
 #include <cstdint>
@@ -101,10 +98,7 @@ private:
 };
 
 std::wstring digestOf(const DrawingDatabase& drawing, const std::wstring& circuit) {
-  const std::vector<std::wstring> point =
-      brenvolt::splitKeepingEmpty(circuitField(drawing.store().circuits().at(circuit), L"point"), L',');
-  KvPoint3d origin{};
-  if (point.size() > 1) origin = {brenvolt::toDouble(point[0]), brenvolt::toDouble(point[1]), 0.0};
+  const KvPoint3d origin = circuitPoint(drawing.store().circuits().at(circuit)).value_or(KvPoint3d{});
   // A sum, since the order of entities shows nowhere: the dialog draws in another one than a direct build.
   std::uint64_t all = 0;
   for (const KvDbHandle handle : entitiesOfCircuit(drawing, circuit)) {

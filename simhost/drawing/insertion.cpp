@@ -6,7 +6,6 @@
 #include "text/assertion.h"
 #include "text/compare.h"
 #include "text/numbers.h"
-#include "text/split.h"
 
 #include <cmath>
 #include <map>
@@ -158,12 +157,12 @@ private:
 CircuitFields placedCircuit(CircuitFields fields, const Placement& placement) {
   for (auto& [name, text] : fields) {
     if (name != L"point") continue;
-    const std::vector<std::wstring> parts = brenvolt::splitKeepingEmpty(text, L',');
-    if (parts.size() < 2) continue;
-    const KvPoint3d point =
-        placement.apply({brenvolt::toDouble(parts[0]), brenvolt::toDouble(parts[1]), 0.0});
-    text = brenvolt::formatShortest(point.x) + L',' + brenvolt::formatShortest(point.y);
-    if (parts.size() > 2) text += L',' + parts[2];
+    const std::optional<KvPoint3d> former = circuitPoint(fields);
+    if (!former) continue;
+    const KvPoint3d point = placement.apply(*former);
+    const std::size_t height = text.find(L',', text.find(L',') + 1);
+    const std::wstring rest = height == std::wstring::npos ? std::wstring() : text.substr(height);
+    text = brenvolt::formatShortest(point.x) + L',' + brenvolt::formatShortest(point.y) + rest;
   }
   return fields;
 }

@@ -31,5 +31,7 @@ using CircuitFields = std::vector<std::pair<std::wstring, std::wstring>>;
 using CircuitRecords = std::map<std::wstring, CircuitFields>; ///< by id
 /// Empty when there is none of the name.
 [[nodiscard]] std::wstring circuitField(const CircuitFields& fields, std::wstring_view name);
+/// The point that the circuit was built at, on the plane of the drawing; nothing where none is kept.
+[[nodiscard]] std::optional<KvPoint3d> circuitPoint(const CircuitFields& fields);
 
 } // namespace simhost

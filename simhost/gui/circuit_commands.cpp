@@ -35,10 +35,7 @@ std::wstring lispText(std::wstring_view text) {
 }
 
 KvPoint3d basePointOf(const CircuitObject& circuit) {
-  const std::vector<std::wstring> parts =
-      brenvolt::splitKeepingEmpty(circuitField(circuit.fields, L"point"), L',');
-  if (parts.size() < 2) return {circuit.extents.left, circuit.extents.bottom, 0.0};
-  return {brenvolt::toDouble(parts[0]), brenvolt::toDouble(parts[1]), 0.0};
+  return circuitPoint(circuit.fields).value_or(KvPoint3d{circuit.extents.left, circuit.extents.bottom, 0.0});
 }
 
 /// Its outline around the point that it was built at.

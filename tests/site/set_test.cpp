@@ -336,6 +336,8 @@ TEST_CASE("a circuit built again is what it was; one that cannot be built change
   const auto rebuildDrawn = [&] {
     return folder.site().run({"rebuild", drawn, "--circuit", "MTR1", "--set", "load=15", "--site", site});
   };
+  for (const char* by : {"0.1,0", "0.2,0", "-0.3,0"}) // leaves it at 5.6e-17
+    static_cast<void>(folder.site().done({"circuits", drawn, "--move", "MTR1", "--by", by}));
   const ToolRun untouched = rebuildDrawn();
   REQUIRE_MESSAGE(untouched.exitCode == 0, untouched.errors);
   CHECK_MESSAGE(untouched.errors.find("by hand") == std::string::npos, untouched.errors);
