@@ -9,7 +9,6 @@
 #include <algorithm>
 #include <charconv>
 #include <cmath>
-#include <cstdlib>
 #include <map>
 #include <system_error>
 #include <vector>
@@ -129,8 +128,12 @@ private:
       if (!takeDigits(digits + (hasSign ? 2 : 1))) return false;
     }
     const auto [stop, error] = std::from_chars(at_, digits, node.number);
-    // Out of range are the tiny ones too, and those have a value.
-    if (error != std::errc()) node.number = std::strtod(std::string(at_, digits).c_str(), nullptr);
+    // Out of range are the tiny ones too, and those have a value: the library knows it, whatever the locale is.
+    if (error != std::errc()) {
+      const nlohmann::ordered_json value = tryParseJson({at_, digits});
+      if (!value.is_number()) return false;
+      node.number = value.get<double>();
+    }
     at_ = digits;
     constexpr double integersBelow = 18446744073709551616.0; // 64 bits
     if (std::abs(node.number) >= integersBelow) node.kind = Kind::real;
@@ -174,12 +177,14 @@ private:
     std::map<std::string_view, const JsonNode*> values;
     for (const JsonNode* item = object.first; item != nullptr; item = item->next)
       values[item->key] = item;
+    object.count = values.size();
     JsonNode* last = nullptr;
-    for (JsonNode& node : tree_.nodes_) {
-      const auto value = values.find(node.key);
-      if (value == values.end() || value->second != &node) continue;
-      (last == nullptr ? object.first : last->next) = &node;
-      last = &node;
+    for (const JsonNode* item = object.first; item != nullptr; item = item->next) {
+      if (values.at(item->key) != item) continue;
+      JsonNode& kept = tree_.nodes_.emplace_back(*item);
+      kept.next = nullptr;
+      (last == nullptr ? object.first : last->next) = &kept;
+      last = &kept;
     }
   }
 

@@ -20,11 +20,13 @@ Json valueOf(const JsonNode& node) {
   if (node.kind == JsonNode::Kind::text) value = std::string(node.text);
   if (node.kind == JsonNode::Kind::list) value = Json::array();
   if (node.kind == JsonNode::Kind::object) value = Json::object();
-  for (const JsonNode* item = node.first; item != nullptr; item = item->next)
+  std::size_t count = 0;
+  for (const JsonNode* item = node.first; item != nullptr; item = item->next, ++count)
     if (value.is_array())
       value.push_back(valueOf(*item));
     else
       value[std::string(item->key)] = valueOf(*item);
+  CHECK(node.count == count);
   return value;
 }
 
