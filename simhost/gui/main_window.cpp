@@ -42,9 +42,10 @@ QString droppedFile(const QMimeData& data) {
   return isKnown ? file : QString();
 }
 
-std::unique_ptr<SiteCircuits> circuitsOfSite(SiteRun& site, QtWindows& windows, const HostTexts& texts) {
+std::unique_ptr<SiteCircuits> circuitsOfSite(
+    SiteRun& site, QtWindows& windows, UnitMarkers& units, const HostTexts& texts) {
   if (site.session().options().siteFolder.empty()) return nullptr;
-  return std::make_unique<SiteCircuits>(site, windows, texts);
+  return std::make_unique<SiteCircuits>(site, windows, units, texts);
 }
 
 } // namespace
@@ -54,9 +55,10 @@ MainWindow::MainWindow(SiteRun& site, QtWindows& windows, HostTexts& texts)
       settings_(site.session().settings()),
       status_(site, texts), services_{site, windows, texts, runner_, settings_, status_, *this},
       view_(new DrawingView(this)), banner_(new QLabel(view_)), help_(new ContextHelp(this)),
-      siteCircuits_(circuitsOfSite(site, windows, texts)), units_(site, windows), shown_(services_, *view_),
-      files_(services_), selection_(services_, *view_, files_, siteCircuits_.get()),
-      picks_(services_, *view_, *banner_), placing_(services_, *view_, shown_, picks_, siteCircuits_.get()),
+      units_(site, windows), siteCircuits_(circuitsOfSite(site, windows, units_, texts)),
+      shown_(services_, *view_), files_(services_),
+      selection_(services_, *view_, files_, siteCircuits_.get()), picks_(services_, *view_, *banner_),
+      placing_(services_, *view_, shown_, picks_, siteCircuits_.get()),
       circuitCommands_(services_, *view_, files_, selection_, picks_, placing_), paper_(services_, files_),
       projects_(services_), sets_(services_, files_), check_(services_, *view_, files_),
       panels_(services_, *this), menus_(services_, *this) {

@@ -90,8 +90,8 @@ private:
   DrawingView* view_;
   QLabel* banner_;
   ContextHelp* help_;
-  std::unique_ptr<SiteCircuits> siteCircuits_; ///< null without a site
   UnitMarkers units_;
+  std::unique_ptr<SiteCircuits> siteCircuits_; ///< null without a site
   ShownDrawing shown_;
   DrawingFiles files_;
   CircuitSelection selection_;

@@ -55,11 +55,7 @@ QString entityLine(
   const EntityNode* node = drawing.find(handle);
   const std::optional<EntityFacts> facts = factsOf(drawing, handle);
   if (node == nullptr || !facts) return {};
-  const auto attribute = [&facts](std::wstring_view tag) {
-    for (const auto& [name, value] : facts->attributes)
-      if (name == tag) return toQt(value);
-    return QString();
-  };
+  const auto attribute = [&facts](std::wstring_view tag) { return toQt(facts->attribute(tag)); };
   const Layer* layer = drawing.store().findLayer(facts->layer);
   QString text = attribute(L"TAG1");
   if (!text.isEmpty()) {

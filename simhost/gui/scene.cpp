@@ -3,12 +3,19 @@
 
 #include "simhost/drawing/distance.h"
 #include "simhost/drawing/geometry.h"
+#include "text/compare.h"
 
 #include <algorithm>
 #include <cmath>
 #include <utility>
 
 namespace simhost {
+
+std::wstring EntityFacts::attribute(std::wstring_view tag) const {
+  for (const auto& [known, value] : attributes)
+    if (brenvolt::equalsOrdinalNoCase(known, tag)) return value;
+  return {};
+}
 
 bool Scene::load(const DrawingDatabase& drawing, KvDbHandle space) {
   layerNames_.clear();

@@ -20,6 +20,9 @@ struct EntityFacts {
   std::wstring block; ///< of a block reference
   /// Tag and value, hidden ones included.
   std::vector<std::pair<std::wstring, std::wstring>> attributes;
+
+  /// The value of a tag, whose case does not count; empty without one.
+  [[nodiscard]] std::wstring attribute(std::wstring_view tag) const;
 };
 
 class Scene final {

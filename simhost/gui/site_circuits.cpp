@@ -44,11 +44,7 @@ const brenvolt::SavedConfiguration* typeOf(const SiteConfigurations& site, const
 
 /// Tag, rating and part; empty for what has neither rating nor part.
 QString componentLine(const EntityFacts& facts) {
-  const auto text = [&facts](std::wstring_view wanted) {
-    for (const auto& [tag, value] : facts.attributes)
-      if (brenvolt::equalsOrdinalNoCase(tag, wanted)) return toQt(value);
-    return QString();
-  };
+  const auto text = [&facts](std::wstring_view tag) { return toQt(facts.attribute(tag)); };
   const QString part = (text(L"MFG") + QLatin1Char(' ') + text(L"CAT")).trimmed();
   if (text(L"RATING1").isEmpty() && part.isEmpty()) return {};
   QStringList words = {text(L"TAG1"), text(L"RATING1"), part};
@@ -58,8 +54,8 @@ QString componentLine(const EntityFacts& facts) {
 
 } // namespace
 
-SiteCircuits::SiteCircuits(SiteRun& site, QtWindows& windows, const HostTexts& texts)
-    : site_(site), windows_(windows), texts_(texts), units_(site, windows) {
+SiteCircuits::SiteCircuits(SiteRun& site, QtWindows& windows, UnitMarkers& units, const HostTexts& texts)
+    : site_(site), windows_(windows), units_(units), texts_(texts) {
   delay_.setSingleShot(true);
   delay_.setInterval(delayMilliseconds);
   connect(&delay_, &QTimer::timeout, this, [this] { start(); });
@@ -195,16 +191,14 @@ QString SiteCircuits::phase() {
 
 QString SiteCircuits::drawnByUnit() {
   const std::set<std::wstring> codes = units_.currentCodes();
-  if (codes.empty()) return {};
+  const std::wstring circuit = site_.session().circuits().current();
+  if (codes.empty() || circuit.empty()) return {};
   const DrawingDatabase& drawing = site_.session().documents().current()->drawing();
-  // The circuit that is built now is the one drawn last.
-  std::wstring circuit;
   QStringList lines;
   for (const EntityNode* node = drawing.store().findBlock(drawing.currentSpace())->first; node != nullptr;
        node = node->next) {
     const auto origin = provenanceOf(node->value);
-    if (!origin || !codes.contains(brenvolt::toUpper(origin->code))) continue;
-    if (origin->circuit != std::exchange(circuit, origin->circuit)) lines.clear();
+    if (!origin || origin->circuit != circuit || !codes.contains(brenvolt::toUpper(origin->code))) continue;
     if (const std::optional<EntityFacts> facts = factsOf(drawing, node->handle))
       if (QString line = componentLine(*facts); !line.isEmpty()) lines.append(std::move(line));
   }

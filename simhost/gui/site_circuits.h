@@ -24,8 +24,8 @@ class SiteRun;
 
 class SiteCircuits final : public QObject, public CircuitFacts {
 public:
-  /// All three must outlive it.
-  SiteCircuits(SiteRun& site, QtWindows& windows, const HostTexts& texts);
+  /// All must outlive it.
+  SiteCircuits(SiteRun& site, QtWindows& windows, UnitMarkers& units, const HostTexts& texts);
   ~SiteCircuits() override;
 
   [[nodiscard]] Picture picture(const OfferedCircuit& circuit, std::function<void()> ready) override;
@@ -50,8 +50,8 @@ private:
 
   SiteRun& site_;
   QtWindows& windows_;
+  UnitMarkers& units_;
   const HostTexts& texts_;
-  UnitMarkers units_;
   QTemporaryDir folder_;
   QProcess process_;
   QTimer delay_; ///< whoever goes through a list does not wait for each of it

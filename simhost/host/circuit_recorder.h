@@ -31,6 +31,9 @@ public:
   /// The next build continues the circuit with this id instead of beginning one.
   void continueCircuit(std::wstring id) { continued_ = std::move(id); }
 
+  /// The id of the circuit that a build draws now; empty outside of a build.
+  [[nodiscard]] std::wstring current() const { return circuit_ ? circuit_->id : std::wstring(); }
+
   /// Keeps of each circuit that was built since the last call how it looks, to recognise later changes by hand. Called
   /// at the end of an evaluation: what a site's LISP does after a build is not such a change.
   void sealBuilt();

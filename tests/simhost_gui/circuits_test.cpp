@@ -12,6 +12,7 @@
 #include <QApplication>
 #include <QDialog>
 #include <QInputDialog>
+#include <QLabel>
 #include <QLineEdit>
 #include <QMessageBox>
 #include <QPushButton>
@@ -291,6 +292,9 @@ TEST_CASE("the marker of the current unit is lit, and a click on a marker shows 
       break;
     case 2: {
       if (view.marks().lit() == lit) return false;
+      // Nothing of the unit is drawn yet, whatever the circuit before has.
+      for (const auto* drawn : dialog->frame().findChildren<QLabel*>(QStringLiteral("drawnByUnit")))
+        CHECK_FALSE(drawn->isVisible());
       const KvPoint3d at = std::get<BlockReference>(gui.drawing().find(*lit)->value.shape).position;
       view.port().zoomTo({at.x - 10, at.y - 10, at.x + 10, at.y + 10});
       gui.click(at.x + 1.5, at.y);
@@ -321,8 +325,12 @@ TEST_CASE("the marker of the current unit is lit, and a click on a marker shows 
     ++step;
     return false;
   });
-  gui.run(L"(site-build \"templates/motor3_dol.json\" (find-file \"zan_brenvolt.xls\") \"M3_DOL\""
-          L" \"Three-phase motors\" \"Direct on line\" \"\" '(0 0 0) \"\" \"\" \"\" T)");
+  for (const wchar_t* way :
+       {L"\"Pump 10 HP\" '(300 0 0) \"\" \"\" \"\")", L"\"\" '(0 0 0) \"\" \"\" \"\" T)"})
+    gui.run(
+        std::wstring(L"(site-build \"templates/motor3_dol.json\" (find-file \"zan_brenvolt.xls\") \"M3_DOL\""
+                     L" \"Three-phase motors\" \"Direct on line\" ") +
+        way);
   CHECK(step == 5);
   CHECK_FALSE(view.marks().lit());
 }

@@ -97,7 +97,8 @@ TEST_CASE("a saved configuration is found in the table and placed by keys, and t
 TEST_CASE(
     "the finished circuit is drawn in the background, and what the worksheet says of its groups is known") {
   GuiFixture gui({}, "en", "site");
-  SiteCircuits circuits(gui.site, gui.windows, gui.texts);
+  UnitMarkers units(gui.site, gui.windows);
+  SiteCircuits circuits(gui.site, gui.windows, units, gui.texts);
   using State = CircuitFacts::Picture::State;
   const auto pictureOf = [&circuits](const OfferedCircuit& circuit) {
     bool isReady = false;
