@@ -73,10 +73,9 @@ bool DrawingFiles::open(const QString& file) {
     services_.status.sayBusy();
     return false;
   }
-  if (!mayOpen(file)) return false;
-  const bool isReadOnly = isReadOnly_;
-  if (!take(file)) return false;
-  isReadOnly_ = isReadOnly;
+  const std::optional<bool> isReadOnly = mayOpen(file);
+  if (!isReadOnly || !take(file)) return false;
+  isReadOnly_ = *isReadOnly;
   onState();
   recoverCopy();
   services_.settings.remember(L"recent", file);
@@ -134,17 +133,17 @@ int DrawingFiles::ask(HostText title, const QString& text, std::initializer_list
   return answer;
 }
 
-bool DrawingFiles::mayOpen(const QString& file) {
-  isReadOnly_ = false;
-  if (QFileInfo(file).absoluteFilePath() == QFileInfo(file_).absoluteFilePath()) return true;
+std::optional<bool> DrawingFiles::mayOpen(const QString& file) {
+  // Again: by the answer that the user has given already.
+  if (!file_.isEmpty() && QFileInfo(file).absoluteFilePath() == QFileInfo(file_).absoluteFilePath())
+    return isReadOnly_;
   const QString user = OpenFile::userElsewhere(file);
-  if (user.isEmpty()) return true;
+  if (user.isEmpty()) return false;
   const int answer =
       ask(HostText::openElsewhereTitle,
           services_.texts(HostText::openElsewhere, {QFileInfo(file).fileName(), user}),
           {HostText::openReadOnly, HostText::openAnyway, HostText::keepEditing});
-  isReadOnly_ = answer == 0;
-  return answer == 0 || answer == 1;
+  return answer == 0 || answer == 1 ? std::optional(answer == 0) : std::nullopt;
 }
 
 void DrawingFiles::askAtStart() {
@@ -161,17 +160,14 @@ void DrawingFiles::askAtStart() {
 }
 
 void DrawingFiles::recoverCopy() {
+  open_.bringBackCopy();
   const QFileInfo copy(open_.copy());
   if (open_.copy().isEmpty() || !copy.exists()) return;
   const QString time = QLocale().toString(copy.lastModified(), QLocale::ShortFormat);
   const int answer =
       ask(HostText::recoverTitle, services_.texts(HostText::recoverQuestion, {name(), time}),
           {HostText::recover, HostText::dropCopy});
-  // Escape decides nothing: the program asks about the copy again next time; this run uses another name.
-  if (answer < 0) {
-    QFile::rename(open_.copy(), open_.copy() + QLatin1Char('~'));
-    return;
-  }
+  if (answer < 0) return; // decides nothing: the program asks about the copy again next time
   open_.claimCopy();
   if (answer == 1) return open_.removeCopy();
   try {
@@ -186,7 +182,7 @@ void DrawingFiles::recoverCopy() {
 
 void DrawingFiles::keepCopy() {
   const UndoLog::State state = services_.drawing().undoLog().state();
-  // Unsaved work of an earlier run is not overwritten while the user is asked about it.
+  // While the user is asked about unsaved work of an earlier run, it stays where it is.
   if (open_.copy().isEmpty() || services_.runner.isBusy() || isAsking_) return;
   if (!isChanged()) {
     // Undone to what the file holds: nothing to recover.
@@ -195,8 +191,8 @@ void DrawingFiles::keepCopy() {
     return;
   }
   if (state == copiedState_ && QFileInfo::exists(open_.copy())) return;
+  if (!open_.mayWriteCopy()) return;
   copiedState_ = state;
-  open_.claimCopy();
   if (const Fault fault = saveDrawing(services_.drawing(), fromQt(open_.copy())))
     services_.site.session().commandLine().printLine(*fault);
 }

@@ -8,6 +8,8 @@
 
 #include <QTimer>
 
+#include <optional>
+
 namespace simhost {
 
 class DrawingFiles final {
@@ -54,8 +56,9 @@ public:
 
 private:
   [[nodiscard]] bool take(const QString& file);
-  /// Whether the file may be opened; the user is asked when it is open elsewhere.
-  [[nodiscard]] bool mayOpen(const QString& file);
+  /// Whether the file is opened to be read only; nothing when it is not opened. The user is asked when it is open
+  /// elsewhere.
+  [[nodiscard]] std::optional<bool> mayOpen(const QString& file);
   /// Recovers unsaved work of an earlier run, if the user agrees.
   void recoverCopy();
   /// Whether the file may be written; the user is asked when another program has changed it.

@@ -19,6 +19,10 @@ QString beside(const QString& file, const char* ending) {
   return info.absoluteDir().filePath(QLatin1Char('.') + info.fileName() + QLatin1String(ending));
 }
 
+QString asideOf(const QString& copy) {
+  return copy + QLatin1Char('~');
+}
+
 std::unique_ptr<QLockFile> lockOf(const QString& file) {
   auto lock = std::make_unique<QLockFile>(beside(file, ".lock"));
   // Somebody may work in a window for days: only the end of its process frees the file.
@@ -80,6 +84,18 @@ void OpenFile::noteSaved() {
 
 bool OpenFile::isChangedElsewhere() const {
   return !file_.isEmpty() && brenvolt::fileStamp(fromQt(file_)) != stamp_;
+}
+
+bool OpenFile::mayWriteCopy() {
+  if (copy_.isEmpty()) return false;
+  if (!ownsCopy_ && QFile::exists(copy_) && !QFile::rename(copy_, asideOf(copy_))) return false;
+  ownsCopy_ = true;
+  return true;
+}
+
+void OpenFile::bringBackCopy() {
+  if (!copy_.isEmpty() && !ownsCopy_ && QFile::exists(asideOf(copy_)) && !QFile::exists(copy_))
+    QFile::rename(asideOf(copy_), copy_);
 }
 
 void OpenFile::removeCopy() {

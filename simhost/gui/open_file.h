@@ -36,8 +36,13 @@ public:
   [[nodiscard]] const QString& file() const { return file_; }
   /// Where this drawing's copy is kept; empty for nowhere.
   [[nodiscard]] const QString& copy() const { return copy_; }
-  /// The copy is this window's: it has written it, or the user has decided what becomes of it.
+  /// The copy is this window's: the user has decided what becomes of it.
   void claimCopy() { ownsCopy_ = true; }
+  /// Whether this window may write the copy, which is its own from now on. One of an earlier run that the user has not
+  /// decided about is put aside for that; where there is one aside already, false: neither is overwritten.
+  [[nodiscard]] bool mayWriteCopy();
+  /// What was put aside is the copy again, unless there is another one.
+  void bringBackCopy();
   /// Removes this window's copy; unsaved work of an earlier run stays until the user has been asked.
   void removeCopy();
 

@@ -317,6 +317,8 @@ TEST_CASE("a file that somebody else has open, or has written, is not replaced w
   }
   const Answer readOnly(gui, HostText::openReadOnly);
   REQUIRE(gui.window.files().open(other));
+  CHECK_FALSE(gui.window.files().open(QStringLiteral("README.md"))); // what is open stays as it was opened
+  CHECK(gui.window.files().isReadOnly());
   CHECK(gui.window.windowTitle().contains(gui.texts(HostText::readOnly)));
 }
 
@@ -337,6 +339,19 @@ TEST_CASE("what was not saved is there again after a crash, until the user drops
     gui.window.action(HostText::redo).trigger();
     gui.window.files().keepCopy();
     // The window is destroyed without being closed.
+  }
+  {
+    // A run that decides nothing about it, and has a copy of its own.
+    GuiFixture gui;
+    const Watch leave([] {
+      auto* box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
+      if (box != nullptr) box->reject();
+      return box != nullptr;
+    });
+    REQUIRE(gui.window.files().open(file));
+    gui.run(L"(draw-line '(0 13) '(9 13))");
+    gui.window.files().keepCopy();
+    gui.window.files().removeCopy();
   }
   GuiFixture gui;
   {
