@@ -67,11 +67,12 @@ void DrawingView::paintEvent(QPaintEvent* /*event*/) {
   const bool isPicking = mode_ == Mode::select || mode_ == Mode::pickEntity;
   marks_.paint(painter, view(), port_.paper(), ratio, isPicking);
   if (corner_) {
-    painter.setPen(QPen(windowColour, 1.0, Qt::DashLine));
+    painter.setPen(QPen(windowColour, ratio, Qt::DashLine));
     painter.drawRect(QRectF(*corner_, place_.pixel()).normalized());
   }
   if (mode_ == Mode::pickPoint) place_.paint(painter);
-  if (hasFocus()) HostStyle::paintFocus(painter, port_.image().rect(), palette());
+  painter.resetTransform();
+  if (hasFocus()) HostStyle::paintFocus(painter, rect(), palette());
 }
 
 void DrawingView::resizeEvent(QResizeEvent* event) {

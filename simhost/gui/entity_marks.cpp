@@ -92,19 +92,19 @@ std::optional<Box> EntityMarks::step(int step) {
 
 void EntityMarks::paint(
     QPainter& painter, const ViewTransform& view, Paper paper, double ratio, bool showsHover) const {
-  paintItems(painter, view, paper, groupItems_, groupColour);
-  if (selected_) paintItems(painter, view, paper, scene_.itemsOf(*selected_), selectionColour);
+  paintItems(painter, view, paper, ratio, groupItems_, groupColour);
+  if (selected_) paintItems(painter, view, paper, ratio, scene_.itemsOf(*selected_), selectionColour);
   if (lit_) paintLit(painter, view, paper, ratio);
   if (showsHover && hovered_ && hovered_ != selected_ && isOffered(*hovered_))
-    paintItems(painter, view, paper, scene_.itemsOf(*hovered_), hoverColour);
+    paintItems(painter, view, paper, ratio, scene_.itemsOf(*hovered_), hoverColour);
 }
 
 /// A ring around it as well: a marker is small, and may be under wires.
 void EntityMarks::paintLit(QPainter& painter, const ViewTransform& view, Paper paper, double ratio) const {
-  paintItems(painter, view, paper, scene_.itemsOf(*lit_), litColour);
+  paintItems(painter, view, paper, ratio, scene_.itemsOf(*lit_), litColour);
   const Box box = boxOf(*lit_);
   if (box.isEmpty()) return;
-  constexpr double space = 6.0; // pixels
+  const double space = 6.0 * ratio;
   const QRectF around =
       QRectF(view.toScreen({box.left, box.top, 0.0}), view.toScreen({box.right, box.bottom, 0.0}))
           .normalized()
@@ -115,11 +115,12 @@ void EntityMarks::paintLit(QPainter& painter, const ViewTransform& view, Paper p
 }
 
 void EntityMarks::paintItems(
-    QPainter& painter, const ViewTransform& view, Paper paper, const std::vector<std::uint32_t>& numbers,
-    Colour colour) const {
+    QPainter& painter, const ViewTransform& view, Paper paper, double ratio,
+    const std::vector<std::uint32_t>& numbers, Colour colour) const {
   PictureStyle style;
   style.paper = paper;
   style.detail = Detail::screen;
+  style.pixel = ratio;
   style.highlight = colour;
   PainterSink sink(painter);
   PicturePainter picture(sink, view.place(), style);

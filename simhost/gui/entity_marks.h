@@ -53,8 +53,8 @@ private:
   void findGroupItems();
   void paintLit(QPainter& painter, const ViewTransform& view, Paper paper, double ratio) const;
   void paintItems(
-      QPainter& painter, const ViewTransform& view, Paper paper, const std::vector<std::uint32_t>& numbers,
-      Colour colour) const;
+      QPainter& painter, const ViewTransform& view, Paper paper, double ratio,
+      const std::vector<std::uint32_t>& numbers, Colour colour) const;
 
   const Scene& scene_;
   std::optional<KvDbHandle> hovered_;

@@ -4,12 +4,13 @@
 #include <algorithm>
 #include <cmath>
 #include <cstring>
+#include <utility>
 
 namespace simhost {
 namespace {
 
 constexpr int pieceSize = 256;
-/// Around a piece: how far a line reaches beyond its points.
+/// Around a piece: how far a line reaches beyond its points, in pixels of the window.
 constexpr double lineReach = 4.0;
 constexpr double smallestGridPixels = 14.0;
 constexpr int strongEvery = 5;
@@ -44,7 +45,8 @@ double gridStep(double scale) {
   return power * 10.0;
 }
 
-void PictureCache::resize(const QSize& size) {
+void PictureCache::resize(const QSize& size, double ratio) {
+  if (std::exchange(ratio_, ratio) != ratio) invalidate();
   if (size == image_.size()) return;
   QImage larger(size.expandedTo({1, 1}), QImage::Format_RGB32);
   larger.fill(paperColour(paper_));
@@ -121,21 +123,22 @@ void PictureCache::paintPiece(const QRect& piece) {
   painter.setClipRect(piece);
   painter.fillRect(piece, paperColour(paper_));
   if (hasGrid_) paintGrid(painter, piece);
-  const QRectF reached = QRectF(piece).adjusted(-lineReach, -lineReach, lineReach, lineReach);
+  const double reach = lineReach * ratio_;
+  const QRectF reached = QRectF(piece).adjusted(-reach, -reach, reach, reach);
   PainterSink sink(painter);
-  PicturePainter picture(sink, view_.place(), {paper_, Detail::screen});
+  PicturePainter picture(sink, view_.place(), {paper_, Detail::screen, ratio_});
   for (const std::uint32_t number : scene_.itemsIn(view_.toDrawing(reached)))
     picture.paint(scene_.items()[number], scene_.box(number));
 }
 
 void PictureCache::paintGrid(QPainter& painter, const QRect& piece) const {
-  const double step = gridStep(view_.scale);
+  const double step = gridStep(view_.scale / ratio_);
   const Box area = view_.toDrawing(QRectF(piece));
   const QColor weak = paper_ == Paper::light ? QColor(0xf0, 0xf2, 0xf4) : QColor(0x27, 0x2b, 0x31);
   const QColor strong = paper_ == Paper::light ? QColor(0xe0, 0xe4, 0xe8) : QColor(0x32, 0x37, 0x3e);
   painter.setRenderHint(QPainter::Antialiasing, false);
   for (const bool isStrong : {false, true}) {
-    painter.setPen(isStrong ? strong : weak);
+    painter.setPen(QPen(isStrong ? strong : weak, ratio_));
     const auto isAsked = [isStrong](double line) {
       return (std::fmod(std::abs(line), strongEvery) < 0.5) == isStrong;
     };

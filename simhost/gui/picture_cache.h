@@ -19,8 +19,8 @@ public:
   /// The scene must outlive it.
   explicit PictureCache(const Scene& scene) : scene_(scene) {}
 
-  /// In pixels of the device. What is kept stays where it is.
-  void resize(const QSize& size);
+  /// In pixels of the device, `ratio` of them for a pixel of the window. What is kept stays where it is.
+  void resize(const QSize& size, double ratio = 1.0);
   void setPaper(Paper paper);
   void setGrid(bool isShown);
   /// Call when the scene has changed: everything is painted again, the old picture is shown meanwhile.
@@ -48,6 +48,7 @@ private:
   QImage image_;
   QRegion dirty_;
   ViewTransform view_;
+  double ratio_ = 1.0;
   Paper paper_ = Paper::light;
   bool hasGrid_ = true;
 };

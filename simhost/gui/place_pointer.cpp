@@ -152,10 +152,11 @@ PlacePointer::Key PlacePointer::enter() {
 
 void PlacePointer::paint(QPainter& painter) const {
   const ViewTransform& view = port_.view();
+  const double ratio = port_.ratio();
   const KvPoint3d place = point();
   const QPointF at = view.toScreen(place);
   const QColor colour = overlaps(place) ? overlapColour : freeColour;
-  painter.setPen(QPen(colour, 1.0));
+  painter.setPen(QPen(colour, ratio));
   painter.drawLine(QPointF(0.0, at.y()), QPointF(port_.image().width(), at.y()));
   painter.drawLine(QPointF(at.x(), 0.0), QPointF(at.x(), port_.image().height()));
   if (outline_) {
@@ -163,7 +164,7 @@ void PlacePointer::paint(QPainter& painter) const {
     const QPointF high = view.toScreen({place.x + outline_->right, place.y + outline_->top, 0.0});
     const QRectF area = QRectF(low, high).normalized();
     QColor fill = colour;
-    painter.setPen(QPen(fill, 2.0, Qt::DashLine));
+    painter.setPen(QPen(fill, 2.0 * ratio, Qt::DashLine));
     fill.setAlpha(0x22);
     painter.fillRect(area, fill);
     painter.drawRect(area);
@@ -171,8 +172,12 @@ void PlacePointer::paint(QPainter& painter) const {
   const auto number = [](double value) { return QString::number(value, 'f', 2); };
   const QString shown =
       typed_.isEmpty() ? number(place.x) + QStringLiteral(", ") + number(place.y) : typed_ + QLatin1Char('_');
-  painter.setPen(QPen(colour, 1.0));
-  painter.drawText(at + QPointF(8.0, -8.0), shown);
+  painter.setPen(QPen(colour, ratio));
+  painter.save();
+  painter.translate(at);
+  painter.scale(ratio, ratio); // the font is that of the window
+  painter.drawText(QPointF(8.0, -8.0), shown);
+  painter.restore();
 }
 
 } // namespace simhost

@@ -30,7 +30,7 @@ void Viewport::setGrid(bool isShown) {
 
 void Viewport::resize(const QSize& size, double ratio) {
   ratio_ = ratio;
-  picture_.resize((QSizeF(size) * ratio).toSize());
+  picture_.resize((QSizeF(size) * ratio).toSize(), ratio);
   if (isFitted_) return fit();
   refresh();
 }

@@ -110,6 +110,11 @@ TEST_CASE("a picture painted piece by piece is the one painted at once") {
   CHECK(turns > 5);
   CHECK(difference(whole.image(), pieces.image()) < 0.0005);
   CHECK(inkedPixels(whole.image()) > 3000);
+  PictureCache dense(scene); // of a screen with twice the pixels: lines as wide as on the other one
+  dense.resize({1800, 1400}, 2.0);
+  dense.setView(ViewTransform::fitting(scene.extents(), {1800, 1400}));
+  dense.finish();
+  CHECK(inkedPixels(dense.image()) > 3 * inkedPixels(whole.image()));
 
   scene.setHiddenLayers({L"WIRES"});
   pieces.invalidate();
