@@ -6,8 +6,8 @@
 #include "text/encoding.h"
 #include "text/shortest_number.h"
 
-#include <array>
 #include <cstdint>
+#include <optional>
 #include <string>
 
 namespace simhost {

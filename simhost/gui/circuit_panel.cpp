@@ -123,7 +123,6 @@ void CircuitPanel::startSearch() {
   search_->selectAll();
 }
 
-/// Every word has to be found, in any column: "p-1 15" is circuit P-101 of 15 HP.
 bool CircuitPanel::eventFilter(QObject* object, QEvent* event) {
   if (event->type() != QEvent::KeyPress) return QWidget::eventFilter(object, event);
   const auto& key = *static_cast<QKeyEvent*>(event);

@@ -7,6 +7,7 @@
 #include "simhost/host/session.h"
 #include "simhost/qt/qt_text.h"
 #include "simhost/qt/window_places.h"
+#include "simhost/site/code_standard.h"
 #include "simhost/site/site_run.h"
 
 #include <QClipboard>
@@ -39,7 +40,7 @@ QString PaperCommands::title() const {
 
 std::optional<PaperPage> PaperCommands::page() const {
   const QString today = QDate::currentDate().toString(Qt::ISODate);
-  const lisp::Value code = services_.site.interpreter().value(L"GBL_qn_electcodestd");
+  const lisp::Value code = services_.site.interpreter().value(codeStandardSymbol);
   try {
     return makePage(
         services_.drawing(), PageSetup::of(services_.settings.value(L"page")),

@@ -7,7 +7,7 @@ namespace simhost {
 
 void ShownDrawing::refresh() {
   const DrawingDatabase& drawing = services_.drawing();
-  const std::uint64_t change = services_.drawing().undoLog().changeCount();
+  const std::uint64_t change = drawing.undoLog().changeCount();
   if (change == shownChange_) return;
   shownChange_ = change;
   if (!view_.scene().load(drawing, drawing.currentSpace()))

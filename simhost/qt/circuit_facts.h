@@ -37,7 +37,7 @@ public:
   /// The finished circuit as a drawing. When it is not made yet, that begins now, in place of one that is being made, and
   /// `ready` is called when asking again is of use.
   [[nodiscard]] virtual Picture picture(const OfferedCircuit& circuit, std::function<void()> ready) = 0;
-  /// Whether a picture that somebody waits for is not made yet.
+  /// Whether a picture is asked for and not made yet.
   [[nodiscard]] virtual bool isMaking() const = 0;
   /// Nobody waits for a picture any more.
   virtual void forgetPicture() = 0;

@@ -1,3 +1,4 @@
+// Every word has to be found, in any column: "p-1 15" is circuit P-101 of 15 HP.
 #include "simhost/qt/search_rows.h"
 
 #include "simhost/qt/search_field.h"
