@@ -10,13 +10,14 @@
 #include "simhost/host/errors.h"
 #include "simhost/host/session.h"
 #include "simhost/lisp/evaluator.h"
+#include "simhost/site/code_standard.h"
 #include "text/encoding.h"
 #include "text/numbers.h"
-#include "text/split.h"
 
 #include <unistd.h>
 
 #include <algorithm>
+#include <array>
 #include <filesystem>
 #include <map>
 #include <optional>
@@ -122,28 +123,50 @@ public:
       if (name.starts_with(L"SITE_")) former_.emplace_back(name, value);
   }
   void restore() {
+    // One that the build was the first to set is empty, which is the same as not set.
+    std::vector<std::wstring> added;
+    for (const auto& [name, value] : drawing_.store().variables())
+      if (name.starts_with(L"SITE_") && isNew(name)) added.push_back(name);
+    for (const std::wstring& name : added)
+      if (name != circuitNumber) drawing_.setVariable(name, std::wstring());
     for (const auto& [name, value] : former_)
       drawing_.setVariable(name, value);
   }
+  /// All but the number of the last circuit: there is one more.
+  void restoreAfterNewCircuit() {
+    std::erase_if(former_, [](const auto& variable) { return variable.first == circuitNumber; });
+    restore();
+  }
 
 private:
+  [[nodiscard]] bool isNew(const std::wstring& name) const {
+    return std::none_of(
+        former_.begin(), former_.end(), [&name](const auto& variable) { return variable.first == name; });
+  }
+
+  static constexpr std::wstring_view circuitNumber = L"SITE_CIRCUIT";
   DrawingDatabase& drawing_;
   std::vector<std::pair<std::wstring, simhost::VariableValue>> former_;
 };
 
-/// What the parent product says of builds, as it was: the scales of this one are not those of the next.
+/// What the parent product says of builds, as it was: scales and electrical code of this one are not those of the next.
 class BuildData final {
 public:
-  explicit BuildData(simhost::lisp::Interpreter& interpreter)
-      : interpreter_(interpreter), former_(interpreter.value(name)) {}
+  explicit BuildData(simhost::lisp::Interpreter& interpreter) : interpreter_(interpreter) {
+    for (std::size_t place = 0; place < names.size(); ++place)
+      former_[place] = interpreter.value(names[place]);
+  }
   BuildData(const BuildData&) = delete;
   BuildData& operator=(const BuildData&) = delete;
-  ~BuildData() { interpreter_.setValue(name, former_); }
+  ~BuildData() {
+    for (std::size_t place = 0; place < names.size(); ++place)
+      interpreter_.setValue(names[place], former_[place]);
+  }
 
 private:
-  static constexpr std::wstring_view name = L"GBL_qn_bv_data";
+  static constexpr std::array<std::wstring_view, 2> names = {L"GBL_qn_bv_data", simhost::codeStandardSymbol};
   simhost::lisp::Interpreter& interpreter_;
-  simhost::lisp::Value former_;
+  std::array<simhost::lisp::Value, names.size()> former_;
 };
 
 /// All changes of the drawing since, taken back unless they are kept.
@@ -177,6 +200,17 @@ void build(
   const ConfigurationFolder configurations(folder, request.workbook);
   if (run.run(buildForm(row, configurations.workbookWith(history), at), L"rebuild").isNil())
     throw BadInput(toUtf8(row.name) + ": the build failed; nothing has been changed");
+}
+
+/// The build read its choices from a history file of its own, under a name that the site may give to another configuration.
+void keepConfiguration(DrawingDatabase& drawing, const std::wstring& id, const CircuitObject& former) {
+  constexpr std::wstring_view name = L"configuration";
+  simhost::CircuitFields fields = drawing.store().circuits().at(id);
+  const std::wstring known = circuitField(former.fields, name);
+  for (auto& [key, text] : fields)
+    if (key == name) text = known;
+  std::erase_if(fields, [&](const auto& field) { return field.first == name && known.empty(); });
+  drawing.putCircuit(id, std::move(fields));
 }
 
 /// On the sheet where it is; a drawing without zones has no places to name.
@@ -260,6 +294,7 @@ void rebuildCircuit(simhost::SiteRun& run, const RebuildRequest& request) {
       run, circuit, plan.row,
       [&](const SetCircuit& built, const KvPoint3d& at) {
         build(run, request, built, plan.history, at);
+        keepConfiguration(drawingOf(run), request.circuit, circuit);
         return true;
       },
       [&](SetCircuit& row) {
@@ -281,6 +316,7 @@ std::wstring copyCircuit(
   row.number = count == nullptr ? row.number + 1 : static_cast<std::size_t>(*count) + 1;
   const std::map<std::wstring, int> highest = highestNumbers(drawing);
   const std::vector<CircuitObject> before = circuitsOf(drawing);
+  SiteVariables variables(drawing);
   const BuildData buildData(run.interpreter());
   AllOrNothing changes(drawing.undoLog());
   build(run, request, row, plan.history, at);
@@ -289,6 +325,7 @@ std::wstring copyCircuit(
   for (const CircuitObject& one : circuitsOf(drawing))
     if (std::none_of(before.begin(), before.end(), [&one](const auto& other) { return other.id == one.id; }))
       id = one.id;
+  if (tag.empty()) keepConfiguration(drawing, id, circuit);
   if (!tag.empty()) {
     labelNets(run, drawing, id);
     keepTerminalNumbers(drawing, id, {}, highest);
@@ -296,6 +333,7 @@ std::wstring copyCircuit(
     drawOwnReferences(drawing, id);
   }
   simhost::sealCircuit(drawing, id);
+  variables.restoreAfterNewCircuit();
   changes.keep();
   return id;
 }

@@ -1,14 +1,10 @@
 // The commands on the choices of a placed circuit: opened in the configuration dialog, or saved.
 #include "circuits/building/circuit_configure.h"
+#include "simhost/drawing/circuit_seal.h"
 #include "simhost/gui/circuit_commands.h"
-#include "simhost/gui/circuit_selection.h"
-#include "simhost/host/session.h"
 #include "simhost/qt/qt_text.h"
 #include "simhost/qt/qt_windows.h"
-#include "simhost/site/saved_configurations.h"
-#include "simhost/site/site_run.h"
 #include "text/compare.h"
-#include "text/encoding.h"
 
 #include <QCheckBox>
 #include <QInputDialog>
@@ -51,34 +47,25 @@ private:
   QtWindows& windows_;
 };
 
-bool isTaken(const SiteConfigurations& site, const CircuitObject& circuit, const std::wstring& name) {
-  const auto field = [&circuit](std::wstring_view key) { return circuitField(circuit.fields, key); };
-  return std::any_of(site.saved.begin(), site.saved.end(), [&](const brenvolt::SavedConfiguration& row) {
-    return brenvolt::equalsOrdinalNoCase(row.key.circuit, field(L"circuit")) &&
-           brenvolt::equalsOrdinalNoCase(row.key.type, field(L"type")) &&
-           brenvolt::equalsOrdinalNoCase(row.key.name, name);
-  });
-}
-
 } // namespace
 
 void CircuitCommands::configure() {
-  run(HostText::configureCircuit,
+  runUnrecorded(
+      HostText::configureCircuit,
       [this](const auto&, const CircuitObject& circuit) -> std::optional<QString> {
         const QString name = toQt(circuit.name());
         if (circuit.fields.empty()) return services_.texts(HostText::circuitHasNoRecord, {name});
-        const SiteConfigurations* site = selection_.siteConfigurations();
+        const circuits::RebuildRequest request = requestFor(circuit, savedConfigurations(siteFolder()));
         constexpr const wchar_t* known = L"rebuildIsKnown";
-        if (site == nullptr) return std::nullopt;
-        if (services_.settings.value(known) != QStringLiteral("1")) {
+        // A circuit that is as it was built has nothing to lose.
+        const bool isAsBuilt = isChangedSinceBuilt(services_.drawing(), circuit.id) == std::optional(false);
+        if (!isAsBuilt && services_.settings.value(known) != QStringLiteral("1")) {
           const Consent consent = askToBuildAgain(&services_.window, services_.texts, name);
           if (consent == Consent::refused) return std::nullopt;
           if (consent == Consent::givenForGood) services_.settings.setValue(known, QStringLiteral("1"));
         }
         const InsertingOk inserting(services_.windows);
-        const circuits::ConfigureResult result = circuits::configureCircuit(
-            services_.site, {services_.site.session().options().siteFolder.string(),
-                             brenvolt::toUtf8(site->workbook), circuit.id});
+        const circuits::ConfigureResult result = circuits::configureCircuit(services_.site, request);
         if (!result.isBuilt) return std::nullopt;
         if (!result.notSaved.empty())
           return services_.texts(
@@ -88,12 +75,12 @@ void CircuitCommands::configure() {
 }
 
 void CircuitCommands::saveConfiguration() {
-  run(HostText::saveConfiguration,
+  runUnrecorded(
+      HostText::saveConfiguration,
       [this](const auto&, const CircuitObject& circuit) -> std::optional<QString> {
         if (circuit.fields.empty())
           return services_.texts(HostText::circuitHasNoRecord, {toQt(circuit.name())});
-        const SiteConfigurations* site = selection_.siteConfigurations();
-        if (site == nullptr) return std::nullopt;
+        const SiteConfigurations site = savedConfigurations(siteFolder());
         bool isNamed = false;
         const QString name = QInputDialog::getText(
                                  &services_.window, services_.texts(HostText::configurationTitle),
@@ -101,17 +88,15 @@ void CircuitCommands::saveConfiguration() {
                                  toQt(circuit.name()), &isNamed)
                                  .trimmed();
         if (!isNamed || name.isEmpty()) return std::nullopt;
-        if (isTaken(*site, circuit, fromQt(name)) &&
-            askQuestion(
-                services_, HostText::configurationTitle,
-                services_.texts(HostText::configurationExists, {name}),
-                {HostText::keepEditing, HostText::configurationReplace}) != 1)
+        const bool isTaken = std::any_of(site.saved.begin(), site.saved.end(), [&](const auto& row) {
+          return isOfType(row.key, circuit) && brenvolt::equalsOrdinalNoCase(row.key.name, fromQt(name));
+        });
+        if (isTaken && askQuestion(
+                           services_, HostText::configurationTitle,
+                           services_.texts(HostText::configurationExists, {name}),
+                           {HostText::keepEditing, HostText::configurationReplace}) != 1)
           return std::nullopt;
-        circuits::saveConfiguration(
-            services_.site,
-            {services_.site.session().options().siteFolder.string(), brenvolt::toUtf8(site->workbook),
-             circuit.id},
-            fromQt(name));
+        circuits::saveConfiguration(services_.site, requestFor(circuit, site), fromQt(name));
         return services_.texts(HostText::configurationSaved, {name});
       });
 }

@@ -1,14 +1,12 @@
-// Building, moving and reporting through the site's LISP.
+// Moving, copying, deleting and reporting.
 #include "simhost/gui/circuit_commands.h"
 
 #include "circuits/reports/drawing_reports.h"
-#include "simhost/drawing/drawing_file.h"
 #include "simhost/gui/circuit_placing.h"
 #include "simhost/gui/circuit_selection.h"
 #include "simhost/gui/drawing_files.h"
 #include "simhost/gui/drawing_view.h"
 #include "simhost/gui/report_window.h"
-#include "simhost/gui/scaled_form.h"
 #include "simhost/gui/view_picks.h"
 #include "simhost/host/session.h"
 #include "simhost/lisp/printer.h"
@@ -16,19 +14,14 @@
 #include "simhost/site/saved_configurations.h"
 #include "simhost/site/site_run.h"
 #include "text/compare.h"
-#include "text/numbers.h"
-#include "text/split.h"
+#include "text/encoding.h"
 
 #include <algorithm>
-#include <exception>
 
 namespace simhost {
 namespace {
 
 using circuits::CircuitObject;
-
-/// Variables of a drawing that are its site's own begin so; a build keeps them with the circuit.
-constexpr std::wstring_view siteVariables = L"SITE_";
 
 std::wstring lispText(std::wstring_view text) {
   return lisp::printValue(lisp::Value::string(std::wstring(text)), lisp::PrintStyle::readable);
@@ -42,32 +35,6 @@ KvPoint3d basePointOf(const CircuitObject& circuit) {
 Box outlineAround(const CircuitObject& circuit, const KvPoint3d& base) {
   const Box& all = circuit.extents;
   return {all.left - base.x, all.bottom - base.y, all.right - base.x, all.top - base.y};
-}
-
-/// Motor or load data as a build takes them: each field in quotes, so that empty ones count.
-std::wstring fieldsArgument(const CircuitObject& circuit) {
-  if (circuit.params.empty()) return {};
-  std::vector<std::wstring> fields = brenvolt::splitKeepingEmpty(circuit.params, L';');
-  for (std::wstring& field : fields)
-    field = brenvolt::trim(field);
-  return L"\"" + brenvolt::join(fields, L"\";\"") + L"\"";
-}
-
-/// The record of a circuit has only scales other than 1.
-std::wstring scaleOf(const CircuitObject& circuit, std::wstring_view name) {
-  const std::wstring text = circuitField(circuit.fields, name);
-  return text.empty() ? L"1" : text;
-}
-
-/// The site's variables as they were when it was built, as a list of pairs.
-std::wstring variablesForm(const CircuitObject& circuit) {
-  std::wstring pairs;
-  for (const auto& [name, text] : circuit.fields)
-    if (name.starts_with(siteVariables)) {
-      const bool isNumber = brenvolt::formatInt(brenvolt::toInt(text)) == text;
-      pairs += L"(" + lispText(name) + L" . " + (isNumber ? text : lispText(text)) + L")";
-    }
-  return pairs.empty() ? std::wstring(L"nil") : L"'(" + pairs + L")";
 }
 
 } // namespace
@@ -101,6 +68,25 @@ void CircuitCommands::run(HostText command, const Steps& steps) {
   services_.status.showOutcome(outcome, command);
 }
 
+void CircuitCommands::runUnrecorded(HostText command, const Steps& steps) {
+  if (!services_.runner.isRecorded()) return run(command, steps);
+  services_.status.showFault(services_.texts(HostText::notRecorded, {captionOf(services_.texts, command)}));
+}
+
+std::string CircuitCommands::siteFolder() const {
+  return services_.site.session().options().siteFolder.string();
+}
+
+circuits::RebuildRequest CircuitCommands::requestFor(
+    const CircuitObject& circuit, const SiteConfigurations& site) const {
+  return {siteFolder(), brenvolt::toUtf8(site.workbook), circuit.id};
+}
+
+bool CircuitCommands::isOfType(const brenvolt::HistoryKey& key, const CircuitObject& circuit) {
+  return brenvolt::equalsOrdinalNoCase(key.circuit, circuitField(circuit.fields, L"circuit")) &&
+         brenvolt::equalsOrdinalNoCase(key.type, circuitField(circuit.fields, L"type"));
+}
+
 void CircuitCommands::editWireSize() {
   // The site applies the result. A site without this function only shows it.
   std::wstring form = L"(if (fboundp 'site-edit-wire-size) (site-edit-wire-size";
@@ -109,42 +95,6 @@ void CircuitCommands::editWireSize() {
   form += L") (zan_bv_edit_wiresize))";
   const ViewPicks::KindScope kind(picks_, PickKind::sized);
   runForm(services_, captionOf(services_.texts, HostText::editWireSize), form, HostText::editWireSize);
-}
-
-std::optional<std::wstring> CircuitCommands::buildArguments(
-    const CircuitObject& circuit, const KvPoint3d& point) {
-  const QString name = toQt(circuit.name());
-  const auto field = [&circuit](std::wstring_view key) { return circuitField(circuit.fields, key); };
-  if (circuit.fields.empty()) {
-    services_.status.say(services_.texts(HostText::circuitHasNoRecord, {name}));
-    return std::nullopt;
-  }
-  const SiteConfigurations* site = selection_.siteConfigurations();
-  const auto isOfCircuit = [&](const brenvolt::SavedConfiguration& row) {
-    return brenvolt::equalsOrdinalNoCase(row.key.circuit, field(L"circuit")) &&
-           brenvolt::equalsOrdinalNoCase(row.key.type, field(L"type"));
-  };
-  const auto type = site == nullptr ? std::vector<brenvolt::SavedConfiguration>::const_iterator()
-                                    : std::find_if(site->types.begin(), site->types.end(), isOfCircuit);
-  if (site == nullptr || type == site->types.end()) {
-    services_.status.say(
-        services_.texts(HostText::circuitHasNoType, {name, toQt(field(L"circuit")), toQt(field(L"type"))}));
-    return std::nullopt;
-  }
-  // A configuration deleted meanwhile is not a reason to lose the circuit.
-  std::wstring configuration = field(L"configuration");
-  if (std::none_of(site->saved.begin(), site->saved.end(), [&](const auto& row) {
-        return isOfCircuit(row) && row.key.name == configuration;
-      }))
-    configuration.clear();
-  std::wstring text =
-      L" " + lispText(type->drawingTemplate) + L" (find-file " + lispText(field(L"workbook")) + L")";
-  for (const std::wstring& value : {type->worksheet, type->key.circuit, type->key.type, configuration})
-    text += L" " + lispText(value);
-  text += L" " + lisp::printPointForm(point.x, point.y);
-  for (const std::wstring& value : {field(L"codes"), fieldsArgument(circuit), circuit.wires})
-    text += L" " + lispText(value);
-  return text;
 }
 
 void CircuitCommands::move() {
@@ -165,27 +115,27 @@ void CircuitCommands::move() {
 }
 
 void CircuitCommands::copy() {
-  run(HostText::copyCircuit,
-      [this](const auto& evaluate, const CircuitObject& circuit) -> std::optional<QString> {
-        const KvPoint3d base = basePointOf(circuit);
-        if (!buildArguments(circuit, base)) return services_.status.text();
+  runUnrecorded(
+      HostText::copyCircuit, [this](const auto&, const CircuitObject& circuit) -> std::optional<QString> {
         const QString name = toQt(circuit.name());
+        if (circuit.fields.empty()) return services_.texts(HostText::circuitHasNoRecord, {name});
+        const SiteConfigurations site = savedConfigurations(siteFolder());
+        if (std::none_of(site.types.begin(), site.types.end(), [&circuit](const auto& type) {
+              return isOfType(type.key, circuit);
+            }))
+          return services_.texts(
+              HostText::circuitHasNoType, {name, toQt(circuitField(circuit.fields, L"circuit")),
+                                           toQt(circuitField(circuit.fields, L"type"))});
         const std::optional<KvPoint3d> point = placing_.pickPlace(
-            services_.texts(HostText::placeCircuitQuestion, {name}), outlineAround(circuit, base));
+            services_.texts(HostText::placeCircuitQuestion, {name}),
+            outlineAround(circuit, basePointOf(circuit)));
         if (!point) return std::nullopt;
-        const std::uint64_t first = services_.drawing().store().nextHandle().value();
-        const lisp::Value built = evaluate(atScale(
-            services_.site.interpreter(),
-            L"(site-build-copy " + variablesForm(circuit) + *buildArguments(circuit, *point) + L")",
-            scaleOf(circuit, L"scale"), scaleOf(circuit, L"component-scale")));
-        if (built.isNil()) return std::nullopt;
-        for (const CircuitObject& made : circuits::circuitsOf(services_.drawing()))
-          if (!made.entities.empty() && made.entities.front().value() >= first) {
-            selection_.select(made.id);
-            view_.port().show(made.extents);
-            return services_.texts(HostText::circuitCopied, {name, toQt(made.name())});
-          }
-        return std::nullopt;
+        // Without a tag: the site counts on, as for any circuit that is placed here.
+        const std::wstring id = circuits::copyCircuit(services_.site, requestFor(circuit, site), {}, *point);
+        const CircuitObject made = circuits::needCircuit(services_.drawing(), id);
+        selection_.select(id);
+        view_.port().show(made.extents);
+        return services_.texts(HostText::circuitCopied, {name, toQt(made.name())});
       });
 }
 

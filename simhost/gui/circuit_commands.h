@@ -2,8 +2,9 @@
 // drawing as it was.
 #pragma once
 
-#include "circuits/provenance/circuit_objects.h"
+#include "circuits/building/circuit_rebuild.h"
 #include "simhost/gui/window_services.h"
+#include "simhost/site/saved_configurations.h"
 
 namespace simhost {
 
@@ -40,10 +41,12 @@ private:
       const CommandRunner::Evaluate& evaluate, const circuits::CircuitObject& circuit)>;
   /// Runs a command on the selected circuit, or on one that the user picks.
   void run(HostText command, const Steps& steps);
-  /// What a build of the site takes to build it there with its choices; nothing, with the reason in the status line,
-  /// when it cannot be built again.
-  [[nodiscard]] std::optional<std::wstring> buildArguments(
-      const circuits::CircuitObject& circuit, const KvPoint3d& point);
+  /// As `run`, for what a recording cannot contain: its steps are no LISP of the site. Refused during a recording.
+  void runUnrecorded(HostText command, const Steps& steps);
+  [[nodiscard]] std::string siteFolder() const;
+  [[nodiscard]] circuits::RebuildRequest requestFor(
+      const circuits::CircuitObject& circuit, const SiteConfigurations& site) const;
+  [[nodiscard]] static bool isOfType(const brenvolt::HistoryKey& key, const circuits::CircuitObject& circuit);
 
   WindowServices services_;
   DrawingView& view_;

@@ -35,7 +35,7 @@ std::optional<KvDbHandle> CircuitSelection::control() const {
 }
 
 const SiteConfigurations* CircuitSelection::siteConfigurations() const {
-  return siteCircuits_ == nullptr ? nullptr : siteCircuits_->saved(); // what needs them says why
+  return siteCircuits_ == nullptr ? nullptr : siteCircuits_->saved();
 }
 
 void CircuitSelection::refresh() {

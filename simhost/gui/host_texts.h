@@ -162,6 +162,7 @@ enum class HostText : unsigned {
   configurationNotSaved, ///< circuit, reason
   wireOf,                ///< layer
   circuitOf,             ///< circuit
+  notRecorded,           ///< command
   onlyMotorFits = 450,
   onlyLoadFits,
   onlyMotorOrLoadFits,

@@ -1,4 +1,4 @@
-// A circuit is built again, or copied, at the scale that it was drawn or saved at, whatever the scale of the session is.
+// A circuit is built at the scale that it was saved at, whatever the scale of the session is.
 #pragma once
 
 #include "simhost/lisp/evaluator.h"

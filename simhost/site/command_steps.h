@@ -34,6 +34,9 @@ public:
   /// A command runs or one of its windows is open.
   [[nodiscard]] bool isBusy() const;
 
+  /// Whether what is done is recorded.
+  [[nodiscard]] bool isRecorded() const { return static_cast<bool>(onCommand); }
+
   /// Runs a LISP text as a command of this name.
   CommandOutcome run(const std::wstring& name, const std::wstring& form);
   /// A command of several forms: `steps` calls `evaluate` for each, and its result is the command's value. Nothing

@@ -79,20 +79,3 @@
   (when existing
     (list (nth 6 existing) (nth 4 existing) (if (string=? (first existing) "1") (nth 1 existing) "")
           (nth 5 existing))))
-
-; Circuits that are there already
-
-; Another circuit of the same choices: it has the next number, and no tag that a list gave to the first one.
-(defun site-build-copy (variables &rest build)
-  (let* ((copied (mapcar (lambda (pair) (if (string=? (car pair) "SITE_TAG") (cons "SITE_TAG" "") pair))
-                         (remove-if (lambda (pair) (string=? (car pair) "SITE_CIRCUIT")) variables)))
-         (former (variables-now copied)))
-    (set-variables copied)
-    (let ((built (apply 'site-build build)))
-      (set-variables former)
-      built)))
-
-(defun variables-now (variables)
-  (mapcar (lambda (pair) (cons (car pair) (or (get-variable (car pair)) ""))) variables))
-(defun set-variables (variables)
-  (mapc (lambda (pair) (set-variable (car pair) (cdr pair))) variables))

@@ -24,6 +24,7 @@
 #include <doctest/doctest.h>
 
 #include <algorithm>
+#include <filesystem>
 
 using namespace simhost;
 
@@ -66,10 +67,11 @@ struct TwoPumps {
 };
 
 /// Answers a message box by the words of a button.
-Watch pressing(GuiFixture& gui, HostText words) {
-  return Watch([&gui, words] {
+Watch pressing(GuiFixture& gui, HostText words, bool& isAsked) {
+  return Watch([&gui, words, &isAsked] {
     auto* box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
     if (box == nullptr) return false;
+    isAsked = true;
     for (QAbstractButton* button : box->buttons())
       if (button->text() == gui.texts(words)) {
         // What costs work is never what Enter does.
@@ -148,18 +150,55 @@ TEST_CASE("a circuit is moved, deleted and copied as a whole, each one step of u
   undoTo(before);
 }
 
+TEST_CASE("a copy has the choices that the drawing keeps of each motor, with tags of its own") {
+  brenvolt::SiteCopy site;
+  GuiFixture gui{{}, "en", site.site()};
+  const CommandOutcome built = gui.run(
+      L"(progn (set-variable \"SITE_TAG\" \"P-1\") (set-variable \"SITE_LOC\" \"Hall\")"
+      L" (site-build \"templates/motor3_two.json\" (find-file \"zan_brenvolt.xls\") \"M3_DUO\""
+      L" \"Three-phase motors\" \"Two motors, one feeder\" \"Two pumps 10 and 5 HP\" '(0 0 0) \"\" \"\" \"\")"
+      L" (set-variable \"SITE_TAG\" \"P-2\") (set-variable \"SITE_LOC\" \"Yard\"))");
+  REQUIRE(built.kind == CommandOutcome::Kind::done);
+  std::filesystem::remove(site.folder().path("site/zan_brenvolt.xml"));
+  gui.window.circuits().select(circuits::circuitsOf(gui.drawing()).front().id);
+  const Watch place([&] {
+    if (gui.window.picks().prompt().isEmpty()) return false;
+    gui.key(Qt::Key_Return);
+    return true;
+  });
+  gui.window.action(HostText::copyCircuit).trigger();
+  CAPTURE(gui.window.status().text().toStdString());
+  const auto made = circuits::circuitsOf(gui.drawing());
+  REQUIRE(made.size() == 2);
+  REQUIRE(made[1].loads.size() == 2);
+  CHECK(made[0].loads[0].params != made[0].loads[1].params);
+  for (const std::size_t motor : {0U, 1U}) {
+    CHECK(made[1].loads[motor].params == made[0].loads[motor].params);
+    CHECK(made[1].loads[motor].wires == made[0].loads[motor].wires);
+    CHECK(made[1].loads[motor].tag != made[0].loads[motor].tag);
+  }
+  CHECK(circuitField(made[1].fields, L"SITE_LOC") == L"Hall");
+  CHECK(circuitField(made[1].fields, L"SITE_CIRCUIT") == L"2");
+  CHECK(circuitField(made[1].fields, L"SITE_TAG").empty());
+  CHECK(std::get<std::wstring>(*gui.drawing().variable(L"SITE_TAG")) == L"P-2");
+  CHECK(std::get<std::wstring>(*gui.drawing().variable(L"SITE_LOC")) == L"Yard");
+}
+
 namespace {
 
-/// Opens the configuration of the selected circuit and answers it with these steps of an answer file.
-void configure(GuiFixture& gui, const std::string& steps) {
+/// Opens the configuration of the selected circuit and answers it with these steps of an answer file. Whether the program
+/// asks first about manual changes.
+bool configure(GuiFixture& gui, const std::string& steps) {
   test::StepPilot pilot(
       gui.windows,
       parseAnswers(R"({"format": "brenvolt-answers", "version": 1, "steps": [)" + steps + "]}", "the test"),
       "the test", test::RecordOf::person);
-  const Watch answer = pressing(gui, HostText::rebuild);
+  bool isAsked = false;
+  const Watch answer = pressing(gui, HostText::rebuild, isAsked);
   gui.window.action(HostText::configureCircuit).trigger();
   CHECK_MESSAGE(!pilot.steps().hasFailed(), pilot.steps().failure());
   CHECK(pilot.steps().unused() == 0);
+  return isAsked;
 }
 
 /// The entities without their handles, in no order: what a user sees. Contacts of one device get different numbers when
@@ -200,12 +239,12 @@ TEST_CASE("every circuit of the site is configured in its place, several motors 
     table->setCurrentItem(table->topLevelItem(static_cast<int>(place)));
     const std::wstring id = gui.window.circuits().id();
     const std::string before = drawingText();
-    configure(gui, R"({"dialog": "ZanDlgConfig", "do": [ {"press": "cancel"} ]},
-                      {"dialog": "ZanBrenvolt.CircuitConfigurationCancel", "do": [ {"press": 6} ]})");
+    CHECK_FALSE(configure(gui, R"({"dialog": "ZanDlgConfig", "do": [ {"press": "cancel"} ]},
+                          {"dialog": "ZanBrenvolt.CircuitConfigurationCancel", "do": [ {"press": 6} ]})"));
     CHECK(bool(shapes(drawingText()) == shapes(before)));
     // OK inserts what waits: nothing of a circuit that is there is left out.
-    configure(gui, R"({"dialog": "ZanDlgConfig", "do": [ {"press": "ok"} ]},
-                      {"dialog": "ZanBrenvolt.DuplicateCircuitName", "do": [ {"press": 1002} ]})");
+    CHECK_FALSE(configure(gui, R"({"dialog": "ZanDlgConfig", "do": [ {"press": "ok"} ]},
+                          {"dialog": "ZanBrenvolt.DuplicateCircuitName", "do": [ {"press": 1002} ]})"));
     CAPTURE(gui.window.status().text().toStdString());
     CHECK(gui.window.circuits().id() == id);
     CHECK(bool(shapes(drawingText()) == shapes(before)));
@@ -254,12 +293,20 @@ TEST_CASE("the configuration shows what the drawing has, and what is saved of it
   CHECK(pumps.cell(2, CircuitColumn::load) == pumps.cell(0, CircuitColumn::load));
 
   pumps.selectRow(0);
-  configure(pumps.gui, R"({"dialog": "ZanDlgConfig", "do": [
+  CHECK(configure(pumps.gui, R"({"dialog": "ZanDlgConfig", "do": [
                  {"select": "units", "path": ["Motor and wires"]},
                  {"expect": "settings/Wires", "row": "W1 - Size", "texts": ["W1 - Size", "8AWG"]},
                  {"press": "ok"} ]},
-               {"dialog": "ZanBrenvolt.DuplicateCircuitName", "do": [ {"press": 1002} ]})");
+               {"dialog": "ZanBrenvolt.DuplicateCircuitName", "do": [ {"press": 1002} ]})"));
   CHECK(pumps.cell(0, CircuitColumn::wire).startsWith(QStringLiteral("8AWG")));
+
+  // Without the workbook none of these can be done, and the reason is not a change of mind.
+  REQUIRE(replaceFile(pumps.site.folder().path("site/zan_brenvolt.xls"), "not a workbook").empty());
+  for (const HostText command :
+       {HostText::configureCircuit, HostText::copyCircuit, HostText::saveConfiguration}) {
+    pumps.trigger(command);
+    CHECK(pumps.gui.window.status().text().contains(QStringLiteral("zan_brenvolt.xls")));
+  }
 }
 
 TEST_CASE("the marker of the current unit is lit, and a click on a marker shows its unit") {

@@ -113,6 +113,12 @@ TEST_CASE("what was recorded in the windows is replayed without them to the same
   session.type("(progn (draw-line '(0 7) '(9 7)) (pick-entity \"Which?\") (draw-line '(0 8) '(9 8)))");
   CHECK(session.itemCount() == circuit + 2);
 
+  // What a replay could not repeat is not done.
+  for (const HostText command :
+       {HostText::configureCircuit, HostText::copyCircuit, HostText::saveConfiguration}) {
+    session.trigger(command);
+    CHECK(gui.window.status().text().contains(QStringLiteral("--record")));
+  }
   // A drawing that is saved over after it was opened.
   const QString plan = QString::fromStdString(session.path("plan.json"));
   REQUIRE(gui.window.files().saveTo(plan));
