@@ -152,10 +152,11 @@ void CircuitCommands::report() {
   run(HostText::circuitReport, [this](const auto&, const CircuitObject& circuit) -> std::optional<QString> {
     circuits::Sheet sheet = circuits::readSheet(services_.drawing(), fromQt(files_.baseName()));
     std::erase_if(sheet.netlist.devices, [&](const auto& device) { return device.circuit != circuit.id; });
+    using circuits::ReportKind;
     showReport(
-        services_.texts(HostText::reportTitle, {toQt(circuit.name())}),
-        {circuits::makeReport(circuits::ReportKind::motors, {sheet}),
-         circuits::makeReport(circuits::ReportKind::parts, {sheet})},
+        services_.texts, services_.texts(HostText::reportTitle, {toQt(circuit.name())}),
+        {{circuits::makeReport(ReportKind::motors, {sheet}), HostText::reportLoads, HostText::reportNoLoad},
+         {circuits::makeReport(ReportKind::parts, {sheet}), HostText::reportParts, HostText::reportNoPart}},
         &services_.window);
     return services_.texts(HostText::ready);
   });

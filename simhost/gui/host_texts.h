@@ -304,6 +304,33 @@ enum class HostText : unsigned {
   setOpened, ///< title, how many sheets
 
   drawnByUnit = 950,
+
+  reportLoads = 960,
+  reportParts,
+  reportNoLoad, ///< how many
+  reportNoPart, ///< how many
+  reportTag,
+  reportCircuit,
+  reportType,
+  reportLoad,
+  reportUnits,
+  reportVoltage,
+  reportPhase,
+  reportFrequency,
+  reportSpeed,
+  reportCurrent,
+  reportWires,
+  reportLength,
+  reportDrop,
+  reportProtection,
+  reportSheet,
+  reportQuantity,
+  reportFamily,
+  reportMaker,
+  reportCatalogue,
+  reportAssembly,
+  reportRating,
+  reportTags,
 };
 
 /// The explanation of a command for help on it.

@@ -8,14 +8,47 @@
 #include <QTextBrowser>
 #include <QVBoxLayout>
 
+#include <array>
+#include <string_view>
+
 namespace simhost {
 namespace {
 
-QString tableOf(const circuits::Report& list) {
+struct ColumnText {
+  std::string_view key;
+  HostText text;
+};
+constexpr std::array columnTexts = {
+    ColumnText{"tag", HostText::reportTag},
+    ColumnText{"circuit", HostText::reportCircuit},
+    ColumnText{"type", HostText::reportType},
+    ColumnText{"load", HostText::reportLoad},
+    ColumnText{"units", HostText::reportUnits},
+    ColumnText{"voltage", HostText::reportVoltage},
+    ColumnText{"phase", HostText::reportPhase},
+    ColumnText{"frequency", HostText::reportFrequency},
+    ColumnText{"speed", HostText::reportSpeed},
+    ColumnText{"current", HostText::reportCurrent},
+    ColumnText{"wires", HostText::reportWires},
+    ColumnText{"length", HostText::reportLength},
+    ColumnText{"drop", HostText::reportDrop},
+    ColumnText{"protection", HostText::reportProtection},
+    ColumnText{"sheet", HostText::reportSheet},
+    ColumnText{"quantity", HostText::reportQuantity},
+    ColumnText{"family", HostText::reportFamily},
+    ColumnText{"maker", HostText::reportMaker},
+    ColumnText{"catalogue", HostText::reportCatalogue},
+    ColumnText{"assembly", HostText::reportAssembly},
+    ColumnText{"rating", HostText::reportRating},
+    ColumnText{"tags", HostText::reportTags},
+};
+
+QString tableOf(const HostTexts& texts, const ShownList& shown) {
+  const circuits::Report& list = shown.list;
   QString page = QStringLiteral("<h3>%1</h3><table border='1' cellspacing='0' cellpadding='4'><tr>")
-                     .arg(toQt(list.title).toHtmlEscaped());
+                     .arg(texts(shown.title).toHtmlEscaped());
   for (const circuits::ReportColumn& column : list.columns)
-    page += QStringLiteral("<th>%1</th>").arg(toQt(column.title).toHtmlEscaped());
+    page += QStringLiteral("<th>%1</th>").arg(columnTitle(texts, column).toHtmlEscaped());
   page += QStringLiteral("</tr>");
   for (const auto& row : list.rows) {
     page += QStringLiteral("<tr>");
@@ -24,21 +57,29 @@ QString tableOf(const circuits::Report& list) {
     page += QStringLiteral("</tr>");
   }
   page += QStringLiteral("</table>");
-  for (const std::wstring& note : list.notes)
-    page += QStringLiteral("<p>%1</p>").arg(toQt(note).toHtmlEscaped());
+  for (const std::wstring& note : list.notes) // begins with the number that is missing
+    page += QStringLiteral("<p>%1</p>")
+                .arg(texts(shown.note, {toQt(note).section(QLatin1Char(' '), 0, 0)}).toHtmlEscaped());
   return page;
 }
 
 } // namespace
 
-void showReport(const QString& title, const std::vector<circuits::Report>& lists, QWidget* parent) {
+QString columnTitle(const HostTexts& texts, const circuits::ReportColumn& column) {
+  for (const ColumnText& row : columnTexts)
+    if (row.key == column.key) return texts(row.text);
+  return toQt(column.title);
+}
+
+void showReport(
+    const HostTexts& texts, const QString& title, const std::vector<ShownList>& lists, QWidget* parent) {
   QDialog window(parent);
   window.setObjectName(QStringLiteral("report"));
   window.setWindowTitle(title);
   auto* text = new QTextBrowser;
   QString page;
-  for (const circuits::Report& list : lists)
-    if (!list.rows.empty()) page += tableOf(list);
+  for (const ShownList& shown : lists)
+    if (!shown.list.rows.empty()) page += tableOf(texts, shown);
   text->setHtml(page);
   text->setAccessibleName(title);
   auto* buttons = new QDialogButtonBox(QDialogButtonBox::Close);

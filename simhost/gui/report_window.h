@@ -2,6 +2,7 @@
 #pragma once
 
 #include "circuits/reports/drawing_reports.h"
+#include "simhost/gui/host_texts.h"
 
 #include <QString>
 
@@ -11,7 +12,17 @@ class QWidget;
 
 namespace simhost {
 
+struct ShownList {
+  circuits::Report list;
+  HostText title; ///< in place of the list's own, which is English
+  HostText note;  ///< likewise, of the number that is missing
+};
+
+/// The words of a column.
+[[nodiscard]] QString columnTitle(const HostTexts& texts, const circuits::ReportColumn& column);
+
 /// Opens the window and returns when the user has closed it. Lists without rows are left out.
-void showReport(const QString& title, const std::vector<circuits::Report>& lists, QWidget* parent);
+void showReport(
+    const HostTexts& texts, const QString& title, const std::vector<ShownList>& lists, QWidget* parent);
 
 } // namespace simhost

@@ -4,9 +4,11 @@
 #include "simhost/gui/layer_panel.h"
 #include "simhost/gui/open_file.h"
 #include "simhost/gui/prompt_pane.h"
+#include "simhost/gui/report_window.h"
 #include "simhost/gui/start_window.h"
 #include "simhost/host/files.h"
 #include "simhost/lisp/printer.h"
+#include "simhost/qt/qt_text.h"
 
 #include <QAbstractButton>
 #include <QApplication>
@@ -249,6 +251,11 @@ TEST_CASE("no two commands share a key, and every text of the window has its wor
       keys.append(key);
     }
     CHECK(keys.size() > 15);
+    for (const auto kind : {circuits::ReportKind::motors, circuits::ReportKind::parts})
+      for (const circuits::ReportColumn& column : circuits::makeReport(kind, {}).columns) {
+        CHECK_FALSE(columnTitle(gui.texts, column).startsWith(QLatin1Char('<')));
+        CHECK((columnTitle(gui.texts, column) == toQt(column.title)) == (language == std::string("en")));
+      }
   }
 }
 
