@@ -114,27 +114,6 @@ TEST_CASE("a motor that comes without wire sizes is sized as a build sizes, or w
   }
 }
 
-TEST_CASE("a build ends ahead of its rows without sheet, marker or fitting template") {
-  BuildSite site;
-  site.writeSheet(sheet);
-  CHECK(site.prepared(site.arguments()) == nullptr); // no marker
-  site.eval("(mark \"FOREIGN\" \"1\")");
-  ZanBuildArgs args = site.arguments();
-  args.worksheet = L"MISSING";
-  CHECK(site.prepared(args) == nullptr);
-  args.worksheet = L"S";
-  args.lastHandleText = L"FFFF";
-  CHECK(site.prepared(args) == nullptr);
-  CHECK(site.shown().empty());
-
-  const auto build = site.prepared(site.arguments());
-  REQUIRE(build);
-  CHECK_FALSE(buildAndFinish(site, *build));
-  CHECK_EQ(site.shown(), std::vector<std::string>{"foreign template"});
-  CHECK_EQ(site.eval("saved"), "nil");
-  CHECK_EQ(site.markersLeft(), "(\"FOREIGN\")");
-}
-
 TEST_CASE("a configuration that could not be saved does not reach the file with a later one") {
   BuildSite site;
   site.writeSheet(sheet);

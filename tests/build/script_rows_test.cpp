@@ -43,7 +43,11 @@ TEST_CASE("forms get the variables of their marker, and symbols hold the same") 
       run(site,
           {"M1|Motor||Start|A|7|7|(note #xyz #MISC1 #scl #data #data2)|(look)", "||x||B|8|8|(look)",
            "|||Brake|On|20", "||x||Off|0", "M2|Lamp||||||(look)"},
-          "(mark \"M1\" \"1\" \"free text\") (mark \"M2\" \"2\") (mark \"GONE\" \"3\")");
+          "(mark \"M1\" \"1\" \"free text\") (mark \"M2\" \"2\") (mark \"GONE\" \"3\")"
+          // Neither a marker without a CODE nor another block counts.
+          "(mark \"\" \"1\") (define-block \"OTHER\" '(0 0) (lambda ()"
+          "  (draw-attribute-definition \"CODE\" '(0 0) \"\" 1.0)))"
+          "(insert-block \"OTHER\" '(0 0) 1.0 0.0 \"0\" '((\"CODE\" . \"M2\")))");
   CHECK(built.result);
   CHECK_EQ(site.eval("ran"), "nil"); // option code 8: the row of 7 stays out
   CHECK_EQ(site.eval("(length seen)"), "2");
@@ -56,7 +60,7 @@ TEST_CASE("forms get the variables of their marker, and symbols hold the same") 
   CHECK_EQ(site.eval("(caddr (cadddr (cadr seen)))"), "(\"8\" \"0\")"); // no values: the third element stays
   CHECK_EQ(built.executed(), "");
   CHECK_EQ(built.selections(), "M1=8,0 M2=");
-  CHECK_EQ(site.markersLeft(), "(\"GONE\")");
+  CHECK_EQ(site.markersLeft(), "(\"GONE\" \"\")");
 }
 
 TEST_CASE("markers without rows note their choice; codes that LISP keeps stay with it") {
@@ -221,4 +225,9 @@ TEST_CASE("an interactive build runs up to the first choice, and an undone run t
   CHECK_EQ(site.markersLeft(), "(\"M2\" \"M3\")");
   build.forgetUnit(L"m2");
   CHECK_EQ(built.selections(), "M1= M3=");
+  build.units().units().front()->pending = true;
+  CHECK(build.runLevel());
+  CHECK(build.rollback());
+  CHECK_EQ(build.level(), 0);
+  CHECK_EQ(site.markersLeft(), "nil");
 }

@@ -1,5 +1,4 @@
 // A check of whatever is left of a site: it ends, says what it finds, and leaves every file as it was.
-#include "table_test_support.h"
 #include "tool.h"
 
 #include <doctest/doctest.h>
@@ -152,35 +151,4 @@ TEST_CASE("tables in a database, and on a server, are checked by the rules of th
   }
   CHECK_MESSAGE(rulesOf(ofServer) == expected, ofServer.output);
   CHECK(ofServer.output.find("secret") == std::string::npos);
-}
-
-namespace {
-
-/// The site with its tables in another place.
-void nameTables(const SiteFolder& site, const std::string& source) {
-  site.write(
-      "site.lsp", site.read("site.lsp") + "\n(defun c:zan_bv_figure_mccdb_fnam () \"" + source + "\")\n");
-}
-
-} // namespace
-
-TEST_CASE("an Access file with the tables may be damaged: the check ends with findings") {
-  const auto file = testing::foreignFile("mdb/testV1997.mdb");
-  if (!file) {
-    MESSAGE("skipped: no foreign Access file");
-    return;
-  }
-  const std::string whole = testing::readFile(*file);
-  std::mt19937 random(7);
-  for (int i = 0; i < 8; ++i) {
-    CAPTURE(i);
-    const SiteFolder site("tests/check/base");
-    // The signature, which says what the file is, stays.
-    site.write("tables.mdb", i == 0 ? whole : whole.substr(0, 64) + damaged(whole.substr(64), random));
-    nameTables(site, site.path("tables.mdb"));
-    const auto before = site.state();
-    const ToolRun run = site.check({"--only", "tables"});
-    CHECK_MESSAGE(run.exitCode == 5, run.errors); // it holds other tables than a site's
-    CHECK(site.state() == before);
-  }
 }

@@ -11,11 +11,6 @@ using namespace brenvolt;
 
 namespace {
 
-/// Columns in another order and case, and an unknown one.
-constexpr const char* motors =
-    "ID,type,Phase,Voltage (V),Speed (RPM),Load,Units,FLA (A),Frequency (HZ),Description,Maker\n"
-    "1,Induction,3,460,1800,40,HP,52,60,forty,A\n2,Induction,3,230,1800,40,HP,104,60,low,B\n"
-    "3,Synchronous,1,460,3600,5,HP,,60,,C\n";
 constexpr const char* loads = "ID,Type,Phase,Voltage (V),Load,Units,FLA (A),Frequency "
                               "(HZ),Description\n1,Heater,1,240,5,kW,20.8,60,warm\n";
 
@@ -42,23 +37,6 @@ std::string rowOf(const RatingTableService& service, const wchar_t* id) {
 }
 
 } // namespace
-
-TEST_CASE("a saved motor takes hidden columns from their filters, and the list shifts over them") {
-  TableFixture tables(TableTexts{{"MOTOR_NEC", motors}});
-  const ZanDlgMotorSelectDbService service(tables.connection());
-  ZanTableFilter filter;
-  keep(filter, motorTable().columnOf(Rating::voltage), L"575");
-  std::wstring refusal;
-  // Type, Load, Units, Phase, Frequency, Speed, FLA, Description: Voltage is not in the grid.
-  REQUIRE(service.Save(0, {L"New", L"7", L"HP", L"3", L"60", L"1200", L"9", L"it's"}, filter, refusal));
-  CHECK(rowOf(service, L"4") == "4|New|7|HP|575|3|60|1200|9|it's");
-  REQUIRE(service.Save(4, {L"Newer", L"8", L"HP", L"3", L"50", L"1500", L"10", L"x"}, filter, refusal));
-  CHECK(rowOf(service, L"4") == "4|Newer|8|HP|575|3|50|1500|10|x");
-  CHECK_FALSE(service.Save(4, {}, filter, refusal));
-  CHECK(refusal.empty());
-  CHECK_FALSE(service.Save(4, {L"Ne'er"}, filter, refusal)); // a quote in a value would end the statement
-  CHECK_FALSE(refusal.empty());
-}
 
 TEST_CASE("a load's voltage shifts over the phase, which is before it") {
   TableFixture tables(TableTexts{{"FEED_NEC", loads}});

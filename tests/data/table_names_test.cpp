@@ -116,31 +116,3 @@ TEST_CASE("options are found in any case, the first row of a setting wins, lists
   CHECK(list.empty());
   CHECK(reader.GetFlaMultiplier() == 1.25);
 }
-
-TEST_CASE("all standards are listed by full name, and a current one without tables is not lost") {
-  TableFixture tables(
-      TableTexts{
-          {"OPT", "CODE,DEFAULT,LIST\nFULLNAME,Plain,\n"},
-          {"OPT_NEC", "CODE,DEFAULT,LIST\nFULLNAME,,\n"},
-          {"OPT_IEC", "CODE,DEFAULT,LIST\nFULLNAME,International,\n"},
-          {"OPTIONS", "CODE,DEFAULT,LIST\nFULLNAME,Stray,\n"},
-          {"OPT_CSA", "CODE,DEFAULT,LIST\nVOLTS,480,\n"}},
-      "JIC");
-  ZanOptTableReader reader(tables.connection());
-  reader.SetMissingTableText(L"(%s is missing)");
-  std::map<std::wstring, std::wstring> standards;
-  REQUIRE(reader.ReadAllStandards(standards, true));
-  const std::map<std::wstring, std::wstring> expected = {
-      {L"Plain", L""},
-      {L"NEC", L"NEC"},
-      {L"International", L"IEC"},
-      {L"Stray", L""},
-      {L"JIC (OPT_JIC is missing)", L"JIC"}};
-  CHECK(standards == expected);
-  REQUIRE(reader.ReadAllStandards(standards, false));
-  CHECK(standards.size() == 4);
-  std::wstring name = L"kept";
-  CHECK_FALSE(reader.ReadFullName(L"CSA", name));
-  CHECK(reader.ReadFullName(L"IEC", name));
-  CHECK(name == L"International");
-}

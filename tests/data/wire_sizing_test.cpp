@@ -32,26 +32,6 @@ const std::vector<ZanWireRow> copper = {{L"14 AWG", 20}, {L"10 AWG", 35}, {L"4 A
 
 } // namespace
 
-TEST_CASE("continuous and fill do not stack, ambient does") {
-  struct Row {
-    const char* why = nullptr;
-    DeratingFactors factors;
-    double overall = 0.0;
-  };
-  const Row rows[] = {
-      {"nothing on", {}, 1.0},
-      {"0.8 alone", {0.8, {}, {}}, 0.8},
-      {"the smaller of 0.8 and 0.7, not 0.56", {0.8, 0.7, {}}, 0.7},
-      {"0.7 x 0.91", {0.8, 0.7, 0.91}, 0.7 * 0.91},
-      {"a factor of 0 counts as 1", {0.0, 0.0, {}}, 1.0},
-      {"but not for ambient", {0.8, {}, 0.0}, 0.0},
-  };
-  for (const Row& row : rows) {
-    CAPTURE(row.why);
-    CHECK(overallFactor(row.factors) == doctest::Approx(row.overall));
-  }
-}
-
 TEST_CASE("the voltage drop follows the formula in feet, metres, one and three phases") {
   struct Row {
     const char* arithmetic = nullptr;
@@ -157,37 +137,6 @@ TEST_CASE("parallel runs list one row for each fill range that carries the load"
   CHECK(parallelRows({{L"1/0 AWG", 150}}, fill, {350, 4, 85, 1}).size() == 1);
   CHECK(parallelRows({{L"none", 0}}, fill, {350, 4, 0, 0}).empty());
   CHECK(parallelRows(copper, fill, {0, 4, 85, 0}).empty());
-}
-
-TEST_CASE("fill limits become ranges") {
-  struct Row {
-    std::vector<std::wstring> limits;
-    std::vector<std::wstring> ranges;
-  };
-  const Row rows[] = {
-      {{L"3", L"6", L"9", L"20", L"30", L"40", L"41"},
-       {L"1~3", L"4~6", L"7~9", L"10~20", L"21~30", L"31~40", L">40"}},
-      {{L"3", L"6"}, {L"1~3", L">3"}},
-      {{L"3"}, {L"1~3"}},
-      {{}, {}},
-  };
-  for (const Row& row : rows) {
-    std::vector<std::wstring> ranges = row.limits;
-    makeFillRanges(ranges);
-    CHECK(ranges == row.ranges);
-  }
-}
-
-TEST_CASE("ambient brackets become ranges and the ambient temperature selects one") {
-  struct Row {
-    int ambient;
-    std::size_t selected;
-  };
-  for (const Row& row : {Row{0, 0}, Row{25, 0}, Row{26, 1}, Row{30, 1}, Row{31, 2}, Row{99, 2}}) {
-    std::vector<std::wstring> brackets = {L"25C", L"30C", L"35C"};
-    CHECK(makeAmbientRanges(brackets, row.ambient) == row.selected);
-    CHECK(brackets == std::vector<std::wstring>{L"0~25C", L"26~30C", L"31~35C"});
-  }
 }
 
 TEST_CASE("impedance is interpolated within one unit word only, and only for a size with a row of its own") {

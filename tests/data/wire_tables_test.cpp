@@ -63,6 +63,9 @@ TEST_CASE("lists come from the catalogue and the tables in their order") {
   CHECK(reader.ListFill(L"NEC", fill));
   CHECK(joinedTexts(fill.ranges) == "1~3|4~6|>6");
   CHECK(joinedTexts(fill.factors) == "1.0|0.8|0.7");
+  std::vector<std::wstring> one = {L"3"};
+  makeFillRanges(one);
+  CHECK(joinedTexts(one) == "1~3");
   std::vector<ZanWireRow> rows;
   CHECK(reader.ReadAmpacity(copper, L"75C", rows));
   CHECK(sizesOf(rows) == "4 AWG=85|3 AWG=100|2 AWG=115|1 AWG=130"); // as numbers, without the empty cell

@@ -32,9 +32,9 @@ SheetTexts CircuitSite::usualSheets() {
 std::map<std::string, std::string> CircuitSite::usualProject() {
   return {
       {"BRENVOLT", "DWGIX,HDL,CIRCUIT,A,B,CODES,KEY\n"
-                   "1,h=A1,t;w;s;Motors;Direct;;1;0;0,,,M1=B1=1;M2=B2=2;K=C3=1,1-A1\n"
+                   "1,h=A1,t;w;s;\" Motors \";Direct;;1;0;0,,,M1=B1=1;M2=B2=2;K=C3=1,1-A1\n"
                    "1,h=A2,t;w;s;Feeds;Heater;;1;0;0,p,q,,1-A2\n"},
-      {"COMP", "DWGIX,HDL,TAGNAME,INST,LOC,DESC1,DESC2,DESC3\n1,h=A1,1M,PLANT,MCC1,PUMP,,\n1,h=A2,1H,,,,,\n"
+      {"COMP", "DWGIX,HDL,TAGNAME,INST,LOC,DESC1,DESC2,DESC3\n1,h=A1,1M,PLANT,MCC1,PUMP,,\n1,H=a2,1H,,,,,\n"
                "1,h=B1,1CB,HALL,MCC7,,,\n1,h=B2,1OL,HALL,MCC8,,,\n1,h=B2,1OLC,HALL,MCC9,,,\n"},
       {"TERMS", "DWGIX,HDL,TAGSTRIP,INST,LOC\n1,h=B1,TB1,,\n"},
       {"QN_M", "DWGIX,ATTR_NAME,ATTR_VAL\n1,IEC_INST,SITE\n1,IEC_LOC,ROOM\n"},

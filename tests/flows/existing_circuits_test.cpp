@@ -50,7 +50,7 @@ TEST_CASE("an existing circuit is picked by a row, and taken with or without its
       "," +
       stepOf("ZanDlgExistCircuits", R"({"expect": "existing", "selectedRow": 2}, {"press": "cancel"})") +
       "," + circuitStep(R"({"press": "ok"})") + "," + circuitStep(R"({"press": "ok"})"));
-  const std::string row = R"("1" "h=A1" "t;w;s;Motors;Direct;;1;0;0" "" "" "M1=B1=1;M2=B2=2;K=C3=1")";
+  const std::string row = R"("1" "h=A1" "t;w;s;\" Motors \";Direct;;1;0;0" "" "" "M1=B1=1;M2=B2=2;K=C3=1")";
   const std::string rows = R"((("M1" "INST" "HALL" "") ("M1" "LOC" "MCC7" "") ("M2" "INST" "HALL" "") )"
                            R"(("M2" "LOC" "" "") ("K" "INST" "" "") ("K" "LOC" "" "")))";
   CHECK_EQ(endOf(session->eval("(zan_bv_select_circuit)")), rows + " (\"1\" " + row + "))");

@@ -56,41 +56,6 @@ TEST_CASE("the data source survives every character a path can hold") {
   }
 }
 
-TEST_CASE("insert and delete by column keep NULL apart from empty and stop what could not be quoted") {
-  const TemporaryFolder folder;
-  makeSqlite(folder.file("a.db"), {"CREATE TABLE CATALOGSEL(HDL TEXT, CODE TEXT, CNT INTEGER)"});
-  const auto connection = opened(folder.name("a.db"));
-  ZanOleDbDDLCommand command(*connection);
-  command.SetTable(L"[CATALOGSEL]");
-  command.EmptyAsNull(true);
-  const auto insert = [&](const wchar_t* handle, const wchar_t* code, const wchar_t* count) {
-    command.AddColumn(L"[HDL]", L"='%s'", handle);
-    command.AddColumn(L"CODE", L"'%s'", code);
-    command.AddColumn(L"CNT", L"=%d", count);
-    return command.Insert();
-  };
-  CHECK(insert(L"1F", L"", L"3"));
-  CHECK(insert(L"2F", L"it''s", L"4"));
-  CHECK_FALSE(insert(L"it's", L"x", L"5"));
-  CHECK(command.ErrorInfo().HasErrorInfo());
-  CHECK_FALSE(insert(L"3F", L"x", L"5); DROP TABLE CATALOGSEL"));
-  command.EmptyAsNull(false);
-  CHECK(insert(L"4F", L"", L"6"));
-  CHECK_FALSE(command.ErrorInfo().HasErrorInfo());
-  const std::wstring all = L"SELECT * FROM [CATALOGSEL] ORDER BY [HDL]";
-  CHECK(rowsOf(*connection, all) == Lines{L"1F|<null>|3", L"2F|it's|4", L"4F||6"});
-
-  command.AddSearchCol(L"A] OR [HDL", L"='%s'", L"1F");
-  CHECK_FALSE(command.Delete());
-  command.EmptyAsNull(true);
-  command.AddSearchCol(L"HDL", L"='%s'", L"1f");
-  command.AddSearchCol(L"CODE", L"='%s'", L"");
-  CHECK(command.Delete());
-  command.AddSearchCol(L"CNT", L"=%d", L"6");
-  CHECK(command.Delete());
-  CHECK(shown(rowsOf(*connection, all)) == shown({L"1F|<null>|3", L"2F|it's|4"}));
-}
-
 TEST_CASE("a command survives what happens around it") {
   const TemporaryFolder folder;
   makeSqlite(folder.file("a.db"), {"CREATE TABLE T(A INTEGER)", "INSERT INTO T VALUES(1),(2),(3)"});

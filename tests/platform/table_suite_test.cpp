@@ -264,10 +264,22 @@ TEST_CASE("every engine that can be written keeps what is committed and nothing 
     command.AddColumn(L"[ID]", L"=%d", L"8");
     command.AddColumn(L"Name", L"='%s'", L"");
     CHECK(command.Insert());
+    command.AddColumn(L"Name", L"='%s'", L"it's");
+    CHECK_FALSE(command.Insert());
+    CHECK(command.ErrorInfo().HasErrorInfo());
     command.AddSearchCol(L"Name", L"='%s'", L"NEU");
     CHECK(command.Delete());
+    CHECK_FALSE(command.ErrorInfo().HasErrorInfo());
+    command.AddColumn(L"Name", L"='%s'", L"it''s");
+    CHECK(command.Insert());
     CHECK(
-        rowsOf(connection, L"SELECT [ID], [Name] FROM [Typed] ORDER BY [ID]") == Lines{L"5|y", L"8|<null>"});
+        rowsOf(connection, L"SELECT [ID], [Name] FROM [Typed] ORDER BY [Name]") ==
+        Lines{L"8|<null>", L"<null>|it's", L"5|y"});
+    command.AddSearchCol(L"[Name]", L"='%s'", L"");
+    CHECK(command.Delete());
+    command.AddSearchCol(L"A] OR [ID", L"=%d", L"5");
+    CHECK_FALSE(command.Delete());
+    CHECK(rowsOf(connection, L"SELECT [ID] FROM [Typed] ORDER BY [Name]") == Lines{L"<null>", L"5"});
     CHECK(rowsOf(connection, L"INSERT INTO [Typed] ([NO_SUCH]) VALUES (1)").front().starts_with(L"error: "));
   }
 }

@@ -356,35 +356,4 @@ TEST_SUITE("screen") {
     CHECK(desk.steps.run());
     CHECK_FALSE(found.isEmpty());
   }
-
-  TEST_CASE("the LISP panel is folded away until it is opened, and stays where the user put it") {
-    needApplication();
-    if (!hasScreen()) return;
-    const GuiFolder folder;
-    const std::string settings = folder.path("settings.json");
-    for (const bool isFirst : {true, false}) {
-      GuiFixture gui(settings, languageOfSession());
-      gui.window.showMaximized();
-      ScreenSession steps(isFirst ? QStringLiteral("lisp") : QStringLiteral("lisp_again"));
-      steps.step(
-          QStringLiteral("window"), [&] { return QApplication::activeWindow() == &gui.window; },
-          [&] {
-            CHECK(gui.window.panels().prompt().isVisible() == !isFirst);
-            if (isFirst) QTimer::singleShot(0, [&] { gui.window.action(HostText::promptPanel).trigger(); });
-          });
-      steps.step(
-          QStringLiteral("prompt"), [&] { return gui.window.panels().prompt().isVisible(); },
-          [&] {
-            ScreenSession::click(*gui.window.findChild<QLineEdit*>(QStringLiteral("prompt")));
-            ScreenSession::type(QStringLiteral("(+ 1 2)"));
-            ScreenSession::keys({QStringLiteral("Return")});
-          });
-      steps.step(
-          QStringLiteral("answer"),
-          [&] { return gui.window.findChild<QLineEdit*>(QStringLiteral("prompt"))->text().isEmpty(); },
-          [] {});
-      CHECK(steps.run());
-      gui.window.close();
-    }
-  }
 }

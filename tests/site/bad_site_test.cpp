@@ -13,16 +13,6 @@ constexpr SampleCircuit motorDirect = {"", "Three-phase motors", "Direct on line
 
 } // namespace
 
-TEST_CASE("a sheet of eight columns is refused, by the check and by a build") {
-  const SiteCopy site;
-  site.writeSheet(
-      "M3_DOL", "CODE,TITLE,X,GROUP,OPTION,VALUE,FOR,FORMS\nTITLE,Title,,,,,,(site_dot #xyz #scl 0 0)\n");
-  CHECK(site.run({"catalog", "--site", site.site(), "--check"}).exitCode == 5);
-  const ToolRun run = site.draw(motorDirect, "a.json");
-  CHECK(run.exitCode == 3);
-  checkHolds(run.errors, {"sheet M3_DOL has 8 columns"});
-}
-
 TEST_CASE("a build that fails writes nothing and says why") {
   struct Row {
     const char* part;
@@ -96,18 +86,6 @@ TEST_CASE("a form that erases its own marker does no harm") {
   static_cast<void>(site.folder().write("site/lisp/forms.lsp", forms));
   const ToolRun run = site.draw(motorDirect, "a.json", {"--history", "Pump 10 HP"});
   CHECK_MESSAGE(run.exitCode == 0, run.errors);
-}
-
-TEST_CASE("a damaged or foreign history is told to who asks for it, and kept beside the new one by a save") {
-  for (const char* bytes : {"no history at all", "<?xml version=\"1.0\"?><Other/>"}) {
-    const SiteCopy site;
-    static_cast<void>(site.folder().write("site/zan_brenvolt.xml", bytes));
-    CHECK(site.run({"history", "list", "--site", site.site()}).exitCode == 3);
-    CHECK(site.draw(motorDirect, "a.json", {"--history", "Pump 10 HP"}).exitCode == 3);
-    REQUIRE(site.draw(motorDirect, "a.json", {"--save-history", "New"}).exitCode == 5); // no motor
-    CHECK(site.folder().read("site/zan_brenvolt.damaged-1.xml") == bytes);
-    CHECK(site.history().find("<History Name=\"New\"") != std::string::npos);
-  }
 }
 
 TEST_CASE("what a circuit cannot be drawn with is told ahead of the build, and nothing is saved") {

@@ -182,16 +182,6 @@ TEST_CASE("a motor without wire sizes is drawn with those that a build takes, or
   CHECK(site.folder().read("a.json").find("NO WIRE SIZE") != std::string::npos);
 }
 
-TEST_CASE("a circuit goes into a drawing that holds another one, at its own place and with its own tags") {
-  const SiteCopy site;
-  site.drawn(motorDirect, "a.json", {"--history", motorDirect.history});
-  const std::string drawing = site.drawn(
-      motorDirect, "b.json",
-      {"--history", motorDirect.history, "--drawing", site.folder().path("a.json"), "--at", "215,-10"});
-  CHECK(placed(drawing, "ZMOTOR3") == 2);
-  checkHolds(drawing, {"\"text\":\"MTR1\"", "\"text\":\"MTR2\"", "\"position\":[347,-10]"});
-}
-
 TEST_CASE("a circuit leaves its row, its components and its terminals in the project database") {
   const SiteCopy site;
   const std::string project = site.newProject();
