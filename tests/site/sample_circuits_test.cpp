@@ -82,7 +82,7 @@ TEST_CASE("a circuit is an object: what its build drew is listed, moved and eras
   const std::string list = site.done({"circuits", drawing, "--csv"});
   checkHolds(
       list, {"\n9,MTR1,Three-phase motors,Direct on line,zan_brenvolt.xls,M3_DOL,Pump 10 HP,\"0,0,0\"",
-             "DISC=10,1", ",MTR2,"});
+             "DISC=10,1", ",MTR2,", "\"300,0,0\""});
 
   const std::string there = site.run({"report", "wires", drawing, "--format", "csv"}).output;
   CHECK(site.run({"circuits", drawing, "--move", "MTR1", "--by", "10,-20"}).exitCode == 0);
