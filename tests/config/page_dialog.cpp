@@ -1,7 +1,7 @@
 #include "tests/config/page_dialog.h"
 
 #include "host/resources.h"
-#include "simhost/ui/answers.h"
+#include "tests/support/answer_steps.h"
 #include "text/encoding.h"
 
 #include <doctest/doctest.h>
@@ -11,10 +11,9 @@ namespace brenvolt::test {
 namespace {
 
 std::vector<simhost::AnswerStep> stepOf(std::string_view actions) {
-  std::string text = R"({"format": "brenvolt-answers", "version": 1, "steps": [{"dialog": "page", "do": [)";
-  text += actions;
-  text += actions.empty() ? R"({"press": "ok"}]}]})" : R"(, {"press": "ok"}]}]})";
-  return simhost::parseAnswers(text, "the test");
+  return answerSteps(
+      R"({"dialog": "page", "do": [)" + std::string(actions) + (actions.empty() ? "" : ", ") +
+      R"({"press": "ok"}]})");
 }
 
 } // namespace

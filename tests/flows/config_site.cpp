@@ -6,7 +6,7 @@
 #include "plugin/process_record.h"
 #include "simhost/drawing/drawing_file.h"
 #include "simhost/lisp/errors.h"
-#include "simhost/ui/answers.h"
+#include "tests/support/answer_steps.h"
 #include "tests/support/sheets.h"
 #include "text/numbers.h"
 
@@ -54,8 +54,7 @@ std::vector<simhost::AnswerStep> parse(const std::vector<std::string>& steps) {
   std::string list;
   for (const std::string& step : steps)
     list += (list.empty() ? "" : ",\n") + step;
-  return simhost::parseAnswers(
-      R"({"format": "brenvolt-answers", "version": 1, "steps": [)" + list + "]}", "the test");
+  return answerSteps(list);
 }
 
 /// What forms can do to the host.

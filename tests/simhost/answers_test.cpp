@@ -3,19 +3,17 @@
 #include "host/host_api_ui.h"
 #include "host_fixture.h"
 #include "simhost/ui/answers.h"
+#include "tests/support/answer_steps.h"
 
 #include <doctest/doctest.h>
 
 #include <string>
 
+using brenvolt::test::answerFile;
 using simhost::HostFixture;
 using simhost::parseAnswers;
 
 namespace {
-
-std::string inFile(const std::string& steps) {
-  return R"({"format": "brenvolt-answers", "version": 1, "steps": [)" + steps + "]}";
-}
 
 std::string faultOfAnswers(const std::string& bytes) {
   try {
@@ -46,7 +44,7 @@ TEST_CASE("a damaged answer file is told with file and step") {
   CHECK(faultOfAnswers(R"({"version": 1, "steps": []})").starts_with("a.json: \"format\""));
   CHECK(faultOfAnswers(R"({"format": "brenvolt-answers", "version": 2, "steps": []})")
             .starts_with("a.json: \"version\""));
-  CHECK(faultOfAnswers(inFile(R"({"dialog": "a"}, {"do": []})")).starts_with("a.json: step 2: "));
+  CHECK(faultOfAnswers(answerFile(R"({"dialog": "a"}, {"do": []})")).starts_with("a.json: step 2: "));
   for (const char* step :
        {R"({"dialog": "a", "answer": 1})",
         R"({"dialog": "a", "do": [{}]})",
@@ -72,7 +70,7 @@ TEST_CASE("a damaged answer file is told with file and step") {
         R"({"dialog": "a", "do": [{"expect": "b"}]})",
         R"({"dialog": "a", "do": [{"expect": "b", "enabled": 1}]})",
         R"({"dialog": "a", "do": [{"press": "b", "quick": 1}]})"})
-    CHECK_MESSAGE(faultOfAnswers(inFile(step)).starts_with("a.json: step 1: "), step);
+    CHECK_MESSAGE(faultOfAnswers(answerFile(step)).starts_with("a.json: step 1: "), step);
 }
 
 TEST_CASE("picks take a handle, nothing or a cancel, and the recording answers the same again") {
@@ -99,7 +97,7 @@ TEST_CASE("picks take a handle, nothing or a cancel, and the recording answers t
     HostFixture host;
     handle = addLine(host);
   }
-  run(inFile(R"({"dialog": "pick", "do": [{"pick": ")" + handle + R"(", "point": [1.5, 2]}]},
+  run(answerFile(R"({"dialog": "pick", "do": [{"pick": ")" + handle + R"(", "point": [1.5, 2]}]},
          {"dialog": "pick", "do": [{"pick": null}]},
          {"dialog": "pick", "do": [{"pick": "FFFF"}]},
          {"dialog": "pick", "do": [{"press": "cancel"}]})"));
@@ -110,7 +108,7 @@ TEST_CASE("picks take a handle, nothing or a cancel, and the recording answers t
 }
 
 TEST_CASE("an empty answer is refused where the prompt forbids it") {
-  HostFixture host(parseAnswers(inFile(R"({"dialog": "pick", "do": [{"pick": null}]})"), "a.json"));
+  HostFixture host(parseAnswers(answerFile(R"({"dialog": "pick", "do": [{"pick": null}]})"), "a.json"));
   KvEntityName entity{};
   KvPoint3d point;
   kvedInitGet(1, nullptr);
@@ -121,7 +119,7 @@ TEST_CASE("an empty answer is refused where the prompt forbids it") {
 
 TEST_CASE("a step for another dialog names both, and everything asked later is cancelled") {
   HostFixture host(parseAnswers(
-      inFile(
+      answerFile(
           R"({"dialog": "Some.Key", "do": [{"press": "ok"}]}, {"dialog": "pick", "do": [{"pick": null}]})"),
       "a.json"));
   KvEntityName entity{};

@@ -3,7 +3,7 @@
 #include "host/host_api_ui.h"
 #include "host_fixture.h"
 #include "simhost/host/files.h"
-#include "simhost/ui/answers.h"
+#include "tests/support/answer_steps.h"
 #include "tests/support/temporary_folder.h"
 
 #include <doctest/doctest.h>
@@ -21,11 +21,6 @@ simhost::SessionOptions keptIn(const std::filesystem::path& file) {
   options.resourceFolder = "resources";
   options.settingsFile = file;
   return options;
-}
-
-std::vector<simhost::AnswerStep> answers(const std::string& steps) {
-  return simhost::parseAnswers(
-      R"({"format": "brenvolt-answers", "version": 1, "steps": [)" + steps + "]}", "answers");
 }
 
 constexpr const wchar_t* tableKey = L"ZanBrenvolt.TableNotFound";
@@ -109,7 +104,7 @@ TEST_CASE("a hidden dialog answers the kept button without being shown") {
   const std::filesystem::path file = folder.path() / "settings.json";
   {
     HostFixture host(
-        answers(
+        brenvolt::test::answerSteps(
             R"({"dialog": "ZanBrenvolt.TableNotFound", "do": [{"tick": "hide", "to": true}, {"press": 1001}]})"),
         keptIn(file));
     pushResources();

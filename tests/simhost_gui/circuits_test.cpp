@@ -1,10 +1,8 @@
 // Circuits as a user works with them in the main window: the panel, the selection, and commands on a whole circuit.
 #include "gui_fixture.h"
-#include "simhost/drawing/drawing_file.h"
 #include "simhost/gui/circuit_panel.h"
 #include "simhost/host/files.h"
 #include "simhost/site/saved_configurations.h"
-#include "simhost/ui/answers.h"
 #include "tests/simhost_qt/piloted_windows.h"
 #include "tests/site/site_tool.h"
 #include "text/encoding.h"
@@ -34,17 +32,10 @@ namespace {
 struct TwoPumps {
   brenvolt::SiteCopy site;
   GuiFixture gui{{}, "en", site.site()};
-  GuiFolder folder;
 
   TwoPumps() {
-    for (const wchar_t* x : {L"0", L"300"}) {
-      const std::wstring form =
-          std::wstring(
-              L"(site-build \"templates/motor3_dol.json\" (find-file \"zan_brenvolt.xls\") \"M3_DOL\""
-              L" \"Three-phase motors\" \"Direct on line\" \"Pump 10 HP\" '(") +
-          x + L" 0 0) \"\" \"\" \"\")";
-      REQUIRE(gui.run(form).kind == CommandOutcome::Kind::done);
-    }
+    for (const wchar_t* place : {L"0 0 0", L"300 0 0"})
+      REQUIRE(gui.buildPump(place).kind == CommandOutcome::Kind::done);
     gui.run(L"(draw-line '(0 -200) '(100 -200))");
     gui.window.view().port().fit();
   }
@@ -52,15 +43,6 @@ struct TwoPumps {
   QTreeWidget& table() { return *gui.window.findChild<QTreeWidget*>(QStringLiteral("circuitTable")); }
   [[nodiscard]] QString cell(int row, CircuitColumn column) {
     return table().topLevelItem(row)->text(static_cast<int>(column));
-  }
-  std::string drawingText() {
-    const std::string file = folder.path("shown.json");
-    REQUIRE(!saveDrawing(gui.drawing(), std::wstring(file.begin(), file.end())));
-    std::string text = readFile(file).value();
-    // Handles are never given twice, so the next one goes on even where everything is as it was.
-    const std::size_t next = text.find("\"nextHandle\"");
-    REQUIRE(next != std::string::npos);
-    return text.erase(next, text.find(',', next) - next);
   }
   void selectRow(int row) { table().setCurrentItem(table().topLevelItem(row)); }
   void trigger(HostText command) { gui.window.action(command).trigger(); }
@@ -86,10 +68,10 @@ Watch pressing(GuiFixture& gui, HostText words, bool& isAsked) {
 
 TEST_CASE("a circuit is moved, deleted and copied as a whole, each one step of undo") {
   TwoPumps pumps;
-  const std::string before = pumps.drawingText();
+  const std::string before = pumps.gui.shownText();
   const auto undoTo = [&](const std::string& text) {
     pumps.trigger(HostText::undo);
-    CHECK(bool(pumps.drawingText() == text));
+    CHECK(bool(pumps.gui.shownText() == text));
   };
   pumps.selectRow(1);
   const std::wstring id = pumps.gui.window.circuits().id();
@@ -189,10 +171,7 @@ namespace {
 /// Opens the configuration of the selected circuit and answers it with these steps of an answer file. Whether the program
 /// asks first about manual changes.
 bool configure(GuiFixture& gui, const std::string& steps) {
-  test::StepPilot pilot(
-      gui.windows,
-      parseAnswers(R"({"format": "brenvolt-answers", "version": 1, "steps": [)" + steps + "]}", "the test"),
-      "the test", test::RecordOf::person);
+  test::StepPilot pilot(gui.windows, steps);
   bool isAsked = false;
   const Watch answer = pressing(gui, HostText::rebuild, isAsked);
   gui.window.action(HostText::configureCircuit).trigger();
@@ -219,12 +198,6 @@ QStringList shapes(const std::string& drawing) {
 TEST_CASE("every circuit of the site is configured in its place, several motors too") {
   brenvolt::SiteCopy site;
   GuiFixture gui{{}, "en", site.site()};
-  GuiFolder folder;
-  const auto drawingText = [&] {
-    const std::string file = folder.path("shown.json");
-    REQUIRE(!saveDrawing(gui.drawing(), std::wstring(file.begin(), file.end())));
-    return readFile(file).value();
-  };
   auto* table = gui.window.findChild<QTreeWidget*>(QStringLiteral("circuitTable"));
   const auto saved = savedConfigurations(site.site()).saved;
   REQUIRE(saved.size() >= 8);
@@ -238,18 +211,18 @@ TEST_CASE("every circuit of the site is configured in its place, several motors 
     REQUIRE(gui.run(form).kind == CommandOutcome::Kind::done);
     table->setCurrentItem(table->topLevelItem(static_cast<int>(place)));
     const std::wstring id = gui.window.circuits().id();
-    const std::string before = drawingText();
+    const std::string before = gui.shownText();
     CHECK_FALSE(configure(gui, R"({"dialog": "ZanDlgConfig", "do": [ {"press": "cancel"} ]},
                           {"dialog": "ZanBrenvolt.CircuitConfigurationCancel", "do": [ {"press": 6} ]})"));
-    CHECK(bool(shapes(drawingText()) == shapes(before)));
+    CHECK(bool(shapes(gui.shownText()) == shapes(before)));
     // OK inserts what waits: nothing of a circuit that is there is left out.
     CHECK_FALSE(configure(gui, R"({"dialog": "ZanDlgConfig", "do": [ {"press": "ok"} ]},
                           {"dialog": "ZanBrenvolt.DuplicateCircuitName", "do": [ {"press": 1002} ]})"));
     CAPTURE(gui.window.status().text().toStdString());
     CHECK(gui.window.circuits().id() == id);
-    CHECK(bool(shapes(drawingText()) == shapes(before)));
+    CHECK(bool(shapes(gui.shownText()) == shapes(before)));
     gui.window.action(HostText::undo).trigger();
-    CHECK(bool(shapes(drawingText()) == shapes(before)));
+    CHECK(bool(shapes(gui.shownText()) == shapes(before)));
     gui.window.action(HostText::redo).trigger();
   }
   // What the dialogs saved is among the site's saved configurations, beside those that were there.
@@ -275,20 +248,16 @@ TEST_CASE("the configuration shows what the drawing has, and what is saved of it
   pumps.gui.run(L"(draw-line '(0 0) '(9 9))");
   pumps.trigger(HostText::undo);
   pumps.selectRow(0);
-  const std::string before = pumps.drawingText();
+  const std::string before = pumps.gui.shownText();
   pumps.trigger(HostText::saveConfiguration);
   CAPTURE(pumps.gui.window.status().text().toStdString());
-  CHECK(bool(pumps.drawingText() == before));
+  CHECK(bool(pumps.gui.shownText() == before));
   // What was undone can still be done again.
   CHECK(pumps.gui.window.action(HostText::redo).isEnabled());
   pumps.trigger(HostText::redo);
-  CHECK_FALSE(bool(pumps.drawingText() == before));
+  CHECK_FALSE(bool(pumps.gui.shownText() == before));
   pumps.trigger(HostText::undo);
-  REQUIRE(
-      pumps.gui
-          .run(L"(site-build \"templates/motor3_dol.json\" (find-file \"zan_brenvolt.xls\") \"M3_DOL\""
-               L" \"Three-phase motors\" \"Direct on line\" \"Thick wires\" '(600 0 0) \"\" \"\" \"\")")
-          .kind == CommandOutcome::Kind::done);
+  REQUIRE(pumps.gui.buildPump(L"600 0 0", L"Thick wires").kind == CommandOutcome::Kind::done);
   CHECK(pumps.cell(2, CircuitColumn::wire) == pumps.cell(0, CircuitColumn::wire));
   CHECK(pumps.cell(2, CircuitColumn::load) == pumps.cell(0, CircuitColumn::load));
 
@@ -372,12 +341,8 @@ TEST_CASE("the marker of the current unit is lit, and a click on a marker shows 
     ++step;
     return false;
   });
-  for (const wchar_t* way :
-       {L"\"Pump 10 HP\" '(300 0 0) \"\" \"\" \"\")", L"\"\" '(0 0 0) \"\" \"\" \"\" T)"})
-    gui.run(
-        std::wstring(L"(site-build \"templates/motor3_dol.json\" (find-file \"zan_brenvolt.xls\") \"M3_DOL\""
-                     L" \"Three-phase motors\" \"Direct on line\" ") +
-        way);
+  gui.buildPump(L"300 0 0");
+  gui.buildPump(L"0 0 0", L"");
   CHECK(step == 5);
   CHECK_FALSE(view.marks().lit());
 }

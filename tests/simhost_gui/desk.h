@@ -68,10 +68,7 @@ struct Desk {
         [button, dialog, finish] { finish(*button(*activeWindowNamed(dialog), "ok")); });
   }
   void buildPump(const std::wstring& place = L"0 0 0", const std::wstring& configuration = L"Pump 10 HP") {
-    gui.run(
-        L"(site-build \"templates/motor3_dol.json\" (find-file \"zan_brenvolt.xls\") \"M3_DOL\""
-        L" \"Three-phase motors\" \"Direct on line\" \"" +
-        configuration + L"\" '(" + place + L") \"\" \"\" \"\")");
+    gui.buildPump(place, configuration);
     gui.window.view().port().fit();
   }
   [[nodiscard]] QTreeWidget& table() {

@@ -1,6 +1,8 @@
 // Setting a window up.
 #include "gui_fixture.h"
 
+#include "simhost/drawing/drawing_file.h"
+
 #include <QApplication>
 #include <QTest>
 #include <QTimer>
@@ -42,6 +44,19 @@ GuiFixture::GuiFixture(const std::string& settings, const std::string& language,
   window.resize(1000, 700);
   window.show();
   QTest::qWait(1);
+}
+
+CommandOutcome GuiFixture::buildPump(const std::wstring& place, const std::wstring& configuration) {
+  return run(
+      L"(site-build \"templates/motor3_dol.json\" (find-file \"zan_brenvolt.xls\") \"M3_DOL\""
+      L" \"Three-phase motors\" \"Direct on line\" \"" +
+      configuration + L"\" '(" + place + L") \"\" \"\" \"\"" + (configuration.empty() ? L" T)" : L")"));
+}
+
+std::string GuiFixture::shownText() {
+  std::string text = drawingToJson(drawing());
+  const std::size_t next = text.find("\"nextHandle\"");
+  return text.erase(next, text.find(',', next) - next);
 }
 
 void GuiFixture::click(double x, double y) {

@@ -36,6 +36,11 @@ public:
   [[nodiscard]] DrawingDatabase& drawing() { return site.session().documents().current()->drawing(); }
   /// Runs a LISP text as the prompt does.
   CommandOutcome run(const std::wstring& form) { return window.runner().run(QStringLiteral("LISP"), form); }
+  /// Builds a circuit of the sample site with a saved configuration, or in its dialog without one.
+  CommandOutcome buildPump(
+      const std::wstring& place = L"0 0 0", const std::wstring& configuration = L"Pump 10 HP");
+  /// What is drawn, without the handles of the future: none is given twice, also where everything is as it was.
+  [[nodiscard]] std::string shownText();
   /// The pixel of the view for a point of the drawing.
   [[nodiscard]] QPoint pixel(double x, double y) {
     // The view counts in pixels of the device.

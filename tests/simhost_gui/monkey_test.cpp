@@ -1,7 +1,6 @@
 // A user who does anything at all: random keys, clicks and commands. Nothing may end the program or stop it, and undo to the
 // start brings back the first drawing.
 #include "gui_fixture.h"
-#include "simhost/drawing/drawing_file.h"
 #include "simhost/host/files.h"
 #include "tests/site/site_tool.h"
 
@@ -20,15 +19,6 @@
 using namespace simhost;
 
 namespace {
-
-/// What is drawn: everything but handles of the future.
-std::string shownText(GuiFixture& gui, const GuiFolder& folder) {
-  const std::string file = folder.path("monkey.json");
-  if (saveDrawing(gui.drawing(), std::wstring(file.begin(), file.end()))) return {};
-  std::string text = readFile(file).value_or("");
-  const std::size_t next = text.find("\"nextHandle\"");
-  return next == std::string::npos ? text : text.erase(next, text.find(',', next) - next);
-}
 
 class Monkey final {
 public:
@@ -174,10 +164,9 @@ TEST_CASE("random keys, clicks and commands end nothing, and undo to the start r
     const brenvolt::SiteCopy site;
     const GuiFolder folder;
     GuiFixture gui({}, "en", site.site());
-    gui.run(L"(site-build \"templates/motor3_dol.json\" (find-file \"zan_brenvolt.xls\") \"M3_DOL\""
-            L" \"Three-phase motors\" \"Direct on line\" \"Pump 10 HP\" '(0 0 0) \"\" \"\" \"\")");
+    gui.buildPump();
     gui.window.action(HostText::undo).trigger();
-    const std::string before = shownText(gui, folder);
+    const std::string before = gui.shownText();
     gui.window.action(HostText::redo).trigger();
     // A list of sheets beside it, of which none can be opened; questions about the drawing save it here.
     REQUIRE(gui.window.files().saveTo(QString::fromStdString(folder.path("works.json"))));
@@ -194,6 +183,6 @@ TEST_CASE("random keys, clicks and commands end nothing, and undo to the start r
     REQUIRE_FALSE(gui.window.runner().isBusy());
     while (gui.window.action(HostText::undo).isEnabled())
       gui.window.action(HostText::undo).trigger();
-    CHECK(bool(shownText(gui, folder) == before));
+    CHECK(bool(gui.shownText() == before));
   }
 }

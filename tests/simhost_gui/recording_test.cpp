@@ -3,7 +3,6 @@
 #include "gui_fixture.h"
 #include "simhost/drawing/drawing_file.h"
 #include "simhost/gui/session_recording.h"
-#include "simhost/ui/answers.h"
 #include "tests/simhost_qt/piloted_windows.h"
 #include "tests/site/site_tool.h"
 
@@ -24,12 +23,7 @@ namespace {
 class RecordedWindow final {
 public:
   explicit RecordedWindow(const std::string& steps)
-      : gui({}, "en", site.site()),
-        pilot(
-            gui.windows,
-            parseAnswers(
-                R"({"format": "brenvolt-answers", "version": 1, "steps": [)" + steps + "]}", "the test"),
-            "the test", test::RecordOf::person),
+      : gui({}, "en", site.site()), pilot(gui.windows, steps),
         recording(path("session.json"), start(), gui.windows, gui.window.runner()) {}
 
   [[nodiscard]] std::string path(const char* name) const { return site.folder().path(name); }

@@ -3,7 +3,6 @@
 #include "simhost/drawing/drawing_file.h"
 #include "simhost/gui/site_circuits.h"
 #include "simhost/site/saved_configurations.h"
-#include "simhost/ui/answers.h"
 #include "tests/simhost_qt/piloted_windows.h"
 #include "tests/site/site_tool.h"
 #include "text/encoding.h"
@@ -128,10 +127,7 @@ TEST_CASE(
 TEST_CASE("a motor is picked from the drawing while the dialog that asks lies above another one") {
   const brenvolt::SiteCopy site;
   GuiFixture gui({}, "en", site.site());
-  test::StepPilot pilot(
-      gui.windows,
-      parseAnswers(
-          R"({"format": "brenvolt-answers", "version": 1, "steps": [
+  test::StepPilot pilot(gui.windows, R"(
         {"dialog": "ZanDlgCircuit", "do": [
           {"select": "circuits", "path": ["Three-phase motors", "Direct on line"]}, {"press": "configure"} ]},
         {"dialog": "ZanDlgConfig", "do": [
@@ -140,14 +136,9 @@ TEST_CASE("a motor is picked from the drawing while the dialog that asks lies ab
           {"press": "pick"}, {"expect": "total", "text": "17.5"}, {"press": "ok"} ]},
         {"dialog": "ZanDlgConfig", "do": [
           {"expect": "settings/Motor", "row": "Load", "texts": ["Load", "10"]}, {"press": "cancel"} ]},
-        {"dialog": "ZanBrenvolt.CircuitConfigurationCancel", "do": [ {"press": 6} ]} ]})",
-          "the test"),
-      "the test", test::RecordOf::person);
+        {"dialog": "ZanBrenvolt.CircuitConfigurationCancel", "do": [ {"press": 6} ]})");
   gui.run(L"(draw-line '(0 0) '(0 100))"); // something to fit the view to
-  const std::wstring pump =
-      L"(site-build \"templates/motor3_dol.json\" (find-file \"zan_brenvolt.xls\") \"M3_DOL\""
-      L" \"Three-phase motors\" \"Direct on line\" \"Pump 10 HP\" '(0 0 0) \"\" \"\" \"\")";
-  REQUIRE_MESSAGE(gui.run(pump).kind == CommandOutcome::Kind::done, "the pump");
+  REQUIRE_MESSAGE(gui.buildPump().kind == CommandOutcome::Kind::done, "the pump");
   const std::size_t before = gui.window.view().scene().items().size();
   int picks = 0;
   QElapsedTimer waiting;
@@ -180,14 +171,9 @@ TEST_CASE("another wire size is applied to the selected motor's circuit, and tak
   const brenvolt::SiteCopy site;
   GuiFixture gui({}, "en", site.site());
   REQUIRE(gui.window.files().open(QStringLiteral("tests/site/golden/motor3_two.json")));
-  test::StepPilot pilot(
-      gui.windows,
-      parseAnswers(
-          R"({"format": "brenvolt-answers", "version": 1, "steps": [
+  test::StepPilot pilot(gui.windows, R"(
         {"dialog": "ZanDlgWireSelect", "do": [
-          {"set": "current", "to": "45"}, {"select": "grid", "row": 6}, {"press": "ok"} ]} ]})",
-          "the test"),
-      "the test", test::RecordOf::person);
+          {"set": "current", "to": "45"}, {"select": "grid", "row": 6}, {"press": "ok"} ]})");
   const auto wires = [&] {
     std::map<std::wstring, int> count;
     const Scene& scene = gui.window.view().scene();

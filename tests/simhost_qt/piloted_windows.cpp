@@ -7,6 +7,7 @@
 #include "simhost/qt/task_box.h"
 #include "simhost/ui/dialog_script.h"
 #include "tests/simhost_qt/widget_gestures.h"
+#include "tests/support/answer_steps.h"
 #include "text/encoding.h"
 
 #include <QAbstractButton>
@@ -66,6 +67,9 @@ StepPilot::StepPilot(QtWindows& windows, std::vector<AnswerStep> steps, std::str
   windows_.dialogs().setPilot(this);
   windows_.dialogs().setRecordsPerson(record == RecordOf::person);
 }
+
+StepPilot::StepPilot(QtWindows& windows, std::string_view steps)
+    : StepPilot(windows, brenvolt::test::answerSteps(steps), "the test", RecordOf::person) {}
 
 PilotedWindows::PilotedWindows(std::vector<AnswerStep> steps, std::string source, RecordOf record)
     : windows_((startApplication(), std::make_unique<QtWindows>())),

@@ -17,6 +17,8 @@ class StepPilot final : public WindowPilot {
 public:
   /// The windows must outlive it, and it the use of them.
   StepPilot(QtWindows& windows, std::vector<AnswerStep> steps, std::string source, RecordOf record);
+  /// As a user, with these steps of an answer file.
+  StepPilot(QtWindows& windows, std::string_view steps);
 
   [[nodiscard]] StepQueue& steps() { return steps_; }
   [[nodiscard]] const StepQueue& steps() const { return steps_; }

@@ -2,6 +2,7 @@
 #include "simhost/json/json_text.h"
 #include "simhost/ui/scripted_windows.h"
 #include "test_dialogs.h"
+#include "tests/support/answer_steps.h"
 
 #include <doctest/doctest.h>
 
@@ -10,6 +11,7 @@
 #include <string>
 #include <vector>
 
+using brenvolt::test::answerFile;
 using simhost::EverythingDialog;
 using simhost::Outcome;
 using simhost::runActions;
@@ -117,11 +119,10 @@ TEST_CASE("a file dialog goes on after a question about the name, and its record
     simhost::setWindowSystem(nullptr);
     return windows.recording();
   };
-  const std::string first = run(
-      R"({"format": "brenvolt-answers", "version": 1, "steps": [
+  const std::string first = run(answerFile(R"(
             {"dialog": "file", "do": [{"set": "type", "to": 2}, {"expect": "path", "text": "a.csv"}, {"press": "ok"}]},
             {"dialog": "value_list", "do": [{"close": "frame"}]},
-            {"dialog": "file", "do": [{"set": "path", "to": "b.csv"}, {"press": "ok"}]}]})");
+            {"dialog": "file", "do": [{"set": "path", "to": "b.csv"}, {"press": "ok"}]})"));
   CHECK(run(first) == first);
 }
 
@@ -149,9 +150,7 @@ TEST_CASE("what an event throws arrives at the caller of the dialog") {
     bool OnFileNameOK() override { throw Thrown(); }
   };
   const auto windows = simhost::windowsMaker()(
-      simhost::parseAnswers(
-          R"({"format": "brenvolt-answers", "version": 1, "steps": [{"dialog": "file", "do": [{"press": "ok"}]}]})",
-          "a.json"),
+      simhost::parseAnswers(answerFile(R"({"dialog": "file", "do": [{"press": "ok"}]})"), "a.json"),
       "a.json");
   simhost::setWindowSystem(windows.get());
   CHECK_THROWS_AS(FileDialog().DoModal(), Thrown);

@@ -3,6 +3,7 @@
 
 #include "simhost/ui/answers.h"
 #include "simhost/ui/scripted_windows.h"
+#include "tests/support/answer_steps.h"
 #include "text/encoding.h"
 
 namespace simhost {
@@ -120,7 +121,7 @@ Outcome runFile(const std::string& file, const Prepare& prepare) {
 }
 
 Outcome runSteps(const std::string& steps, const Prepare& prepare) {
-  return runFile(R"({"format": "brenvolt-answers", "version": 1, "steps": [)" + steps + "]}", prepare);
+  return runFile(brenvolt::test::answerFile(steps), prepare);
 }
 
 Outcome runActions(const std::string& actions, const Prepare& prepare) {
