@@ -36,7 +36,7 @@ const std::vector<std::string> sheet = {
 constexpr const char* markers = R"lisp((
   (TTL -5) (WT01-A 0 "_WIRETYPE=BLK_@S@;") (WT02-A 0 "_WIRETYPE=BLK_@S@;") (WT01E-A 0 "_WIRETYPE=GRN_@S@;")
   (WT01-B 0 "_WIRETYPE=RED_@S@;") (WT01-C 0 "_WIRETYPE=BLU_@S@;") (WT01-D 0 "_WIRETYPE=GRY_@S@;")
-  (PRE 1) (CMP 2) (MTR-A 10) (CMP 11) (SUB 12) (MTR-B 20) (CMP 21) (SUB 22) (MTR-C 30) (CMP 31) (LD-D 40)
+  (PRE 1) (CMP 2) (MTR-A 10) (CMP 11) (SUB 12) (CMP 20) (MTR-B 20) (CMP 21) (SUB 22) (MTR-C 30) (CMP 31) (LD-D 40)
   (CMP 41) (BRK 42) (SUB 43)))lisp";
 
 std::string setupOf(const SiteTables& tables) {
@@ -167,7 +167,7 @@ TEST_CASE("three motors, a load and templates nested everywhere: each way in giv
   const std::string drawn = texts(first);
   CHECK_EQ(
       motors(drawn),
-      "A=0.37 B=0.55 BRK=1.5 C=0.75 CMP=1.5 CMP=0.37 CMP=0.37 CMP=0.55 CMP=0.75 D=1.5 INA2=0.37 "
+      "A=0.37 B=0.55 BRK=1.5 C=0.75 CMP=1.5 CMP=0.37 CMP=0.37 CMP=0.55 CMP=0.55 CMP=0.75 D=1.5 INA2=0.37 "
       "INPRE=0.37 INSUB=1.5 INSUB=0.37 TTL=- ");
   CHECK(first.drawn.find("BLK_1.5mm2") != std::string::npos);
   const std::string saved = savedBy(site);
