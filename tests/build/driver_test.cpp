@@ -2,9 +2,8 @@
 #include "build/driver.h"
 
 #include "host/resources.h"
-#include "platform/table_import.h"
 #include "tests/build/build_site.h"
-#include "tests/support/temporary_folder.h"
+#include "tests/support/engineering_tables.h"
 #include "text/encoding.h"
 
 #include <doctest/doctest.h>
@@ -49,9 +48,7 @@ TEST_CASE("presets bring wires to the control marker and to all behind it") {
 }
 
 TEST_CASE("a motor that comes without wire sizes is sized as a build sizes, or what it lacks is reported") {
-  const test::TemporaryFolder folder;
-  const std::string database = (folder / "tables.db").string();
-  REQUIRE(importTables(fromUtf8(database), {L"site/tables"}).errors.empty());
+  const test::EngineeringTables tables;
   struct Row {
     const char* promise;
     const wchar_t* params;
@@ -96,9 +93,8 @@ TEST_CASE("a motor that comes without wire sizes is sized as a build sizes, or w
     // A second conductor.
     if (std::wstring_view(row.wires).find(L"(\"\"") != std::wstring_view::npos)
       site.eval("(mark \"WT02-1\" \"8\" \"_WIRETYPE=M_@S@;\")");
-    site.eval(
-        "(setq GBL_qn_electcodestd \"NEC\") (defun c:zan_bv_figure_mccdb_fnam () \"" +
-        (row.hasTables ? database : folder.path().string() + "/none.db") + "\")");
+    site.eval(tables.lisp());
+    if (!row.hasTables) site.eval("(defun c:zan_bv_figure_mccdb_fnam () \"/none.db\")");
     ZanBuildArgs args = site.arguments();
     args.presetText = L"MOTOR-1=1;SWITCH=1";
     args.codeHandleText = row.params;

@@ -3,10 +3,9 @@
 
 #include "config/config_units.h"
 #include "config/widget_manager_mcc.h"
-#include "data/engineering_columns.h"
 #include "host/resources.h"
 #include "tests/config/page_dialog.h"
-#include "tests/support/temporary_folder.h"
+#include "tests/support/engineering_tables.h"
 #include "text/encoding.h"
 
 #include <doctest/doctest.h>
@@ -43,21 +42,6 @@ public:
 private:
   LispSession lisp_;
   std::optional<ResourceScope> resources_;
-};
-
-/// A database of the sample site's tables, the store of catalogue parts empty.
-class SiteTables final {
-public:
-  SiteTables() { write(file()); }
-
-  [[nodiscard]] std::string file() const { return (folder_ / "tables.db").string(); }
-  void write(const std::string& path) const {
-    const ImportReport report = importTables(fromUtf8(path), {L"site/tables"}, engineeringImport());
-    REQUIRE(report.isDone());
-  }
-
-private:
-  TemporaryFolder folder_;
 };
 
 /// The page of a unit with two conductors and a grounding wire. The current circuit is empty at first.

@@ -18,7 +18,7 @@ ShownPage runPage(
     const std::function<void(PageSession&, PageDialog&)>& prepare = {},
     const std::function<void(MccPage&, ZanSettingsWnd&)>& onOpen = {},
     std::vector<std::string>* calls = nullptr) {
-  const SiteTables tables;
+  const EngineeringTables tables;
   PageSession session(actions);
   MccPage page(session, mode, tables.file());
   PageDialog dialog;
@@ -160,7 +160,7 @@ TEST_CASE("a load's multiplier is kept apart from the motor's") {
 }
 
 TEST_CASE("choices follow from the rows, sorted as numbers, and a cell asks the tables once") {
-  const SiteTables tables;
+  const EngineeringTables tables;
   TextSession session;
   MccPage motor(session, MccMode::motor, tables.file());
   motor.initialise();
@@ -195,7 +195,7 @@ TEST_CASE("choices follow from the rows, sorted as numbers, and a cell asks the 
 }
 
 TEST_CASE("a database that cannot be opened is told once, and serves as soon as it can") {
-  const SiteTables tables;
+  const EngineeringTables tables;
   const std::string late = tables.file() + ".late";
   TextSession session({press("ZanBrenvolt.DatabaseError", kvui::ok)});
   session.eval("(defun c:zan_bv_figure_mccdb_fnam () \"" + late + "\")");
@@ -348,7 +348,7 @@ TEST_CASE("parts are kept under the motor last exported, up to the first group t
 }
 
 TEST_CASE("parts that cannot be stored are told, and what stands behind them is not stored") {
-  const SiteTables tables;
+  const EngineeringTables tables;
   TextSession session;
   MccPage page(session, MccMode::load, tables.file());
   page.initialise();

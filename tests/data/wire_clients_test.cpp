@@ -21,16 +21,6 @@ using Option = simhost::WireField;
 
 namespace {
 
-/// The tables of the sample site.
-TableTexts siteTables() {
-  TableTexts tables;
-  for (const auto& entry : std::filesystem::directory_iterator("site/tables")) {
-    std::ifstream in(entry.path(), std::ios::binary);
-    tables[entry.path().stem().string()] = std::string(std::istreambuf_iterator<char>(in), {});
-  }
-  return tables;
-}
-
 class Dice final {
 public:
   int below(int count) { return static_cast<int>(engine_() % static_cast<unsigned>(count)); }
@@ -124,7 +114,7 @@ std::string cellsOf(const std::vector<WireCandidate>& rows) {
 } // namespace
 
 TEST_CASE("the lookup's figures are those of the tool, whatever the order in which its fields are changed") {
-  TableFixture tables(siteTables());
+  TableFixture tables(std::filesystem::path("site/tables"));
   WireRequests requests(*tables.connection());
   Dice dice;
   int withProposal = 0;
@@ -164,7 +154,7 @@ TEST_CASE("the lookup's figures are those of the tool, whatever the order in whi
 }
 
 TEST_CASE("a current that meets an ampacity: the lookup passes it by, a build takes it") {
-  TableFixture tables(siteTables());
+  TableFixture tables(std::filesystem::path("site/tables"));
   WireTableCache cache(*tables.connection());
   const WireDefaults defaults(cache, L"NEC");
   Dice dice;

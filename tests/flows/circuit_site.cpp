@@ -65,8 +65,7 @@ std::unique_ptr<PickerSession> CircuitSite::session(const std::string& steps) co
       "\") ((string=? name \"none.xls\") nil) (T (string-append \"/templates/\" name))))"
       "(defun qn_mdb_proj_dbfnam (&optional project) project-database)"
       "(vz-korvo-defun 'qn_mdb_proj_dbfnam) (setq project-database \"" +
-      project_.file().string() +
-      "\" GBL_qn_bv_data (list \"\" nil 1.0 20.0 30.0 1.5 0 \"zan_brenvolt.xls\"))");
+      project_.file() + "\" GBL_qn_bv_data (list \"\" nil 1.0 20.0 30.0 1.5 0 \"zan_brenvolt.xls\"))");
   return session;
 }
 

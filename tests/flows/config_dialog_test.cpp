@@ -272,12 +272,10 @@ TEST_CASE("a configuration needs a name, and a taken one is replaced, made new o
 }
 
 TEST_CASE("the report of a wire lookup names the circuit in whose configuration the lookup was opened") {
-  const PickerTables tables(std::filesystem::path("site/tables"));
+  const PickerTables tables;
   const TemporaryFolder folder;
   const std::string lookup = R"({"dialog": "ZanDlgWireSelect", "do": [)";
-  const std::string setup = "(setq GBL_qn_electcodestd \"NEC\") (defun c:zan_bv_figure_mccdb_fnam () \"" +
-                            tables.file().string() +
-                            "\") (defun look () (zan_bv_wire_select) T) (vz-korvo-defun 'look)";
+  const std::string setup = tables.lisp() + " (defun look () (zan_bv_wire_select) T) (vz-korvo-defun 'look)";
   const std::string report = (folder / "wires.csv").string();
   const ConfigResult result = ConfigSite({"BRK|Breaker|x|Frame|Small|1|1|(look)(put small)"})
                                   .run(

@@ -1,10 +1,8 @@
 #include "tests/flows/picker_session.h"
 
-#include "data/engineering_columns.h"
 #include "host/resources.h"
 #include "plugin/function_table.h"
 #include "plugin/process_record.h"
-#include "tests/support/golden.h"
 #include "text/encoding.h"
 #include "text/split.h"
 
@@ -19,7 +17,7 @@ namespace {
 
 using Database = std::unique_ptr<sqlite3, int (*)(sqlite3*)>;
 
-Database openFile(const std::filesystem::path& file) {
+Database openFile(const std::string& file) {
   sqlite3* database = nullptr;
   REQUIRE_EQ(sqlite3_open(file.c_str(), &database), SQLITE_OK);
   return {database, sqlite3_close};
@@ -39,21 +37,6 @@ std::vector<simhost::AnswerStep> parseSteps(std::string_view steps) {
 }
 
 } // namespace
-
-PickerTables::PickerTables(const std::map<std::string, std::string>& tables) {
-  const std::filesystem::path source = folder_ / "tables";
-  std::filesystem::create_directory(source);
-  for (const auto& [name, text] : tables)
-    writeBytes(source / (name + ".csv"), text);
-  import(source);
-}
-
-void PickerTables::import(const std::filesystem::path& source) const {
-  const ImportReport report =
-      importTables(fromUtf8(file().string()), {fromUtf8(source.string())}, engineeringImport());
-  for (const std::wstring& error : report.errors)
-    FAIL(toUtf8(error));
-}
 
 void PickerTables::run(const std::string& statements) const {
   const Database database = openFile(file());
@@ -77,7 +60,7 @@ std::string stepsOfFile(const std::filesystem::path& file) {
   return text.substr(list, text.rfind(']') - list + 1);
 }
 
-std::map<std::string, std::string> fewMotorsAndLoads() {
+TableTexts fewMotorsAndLoads() {
   return {
       {"MOTOR_NEC",
        "ID,type,Phase,Voltage (V),Speed (RPM),Load,Units,FLA (A),Frequency (HZ),Description,Maker\n"

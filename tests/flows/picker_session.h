@@ -2,8 +2,8 @@
 // its texts, and the user's actions as steps of an answer file.
 #pragma once
 
+#include "tests/support/engineering_tables.h"
 #include "tests/support/lisp_session.h"
-#include "tests/support/temporary_folder.h"
 
 #include <filesystem>
 #include <map>
@@ -13,24 +13,14 @@
 
 namespace brenvolt::test {
 
-/// A database in a folder of its own.
-class PickerTables final {
+class PickerTables final : public EngineeringTables {
 public:
-  /// Tables by name, each as the text of a .csv file.
-  explicit PickerTables(const std::map<std::string, std::string>& tables);
-  /// All .csv files of a folder.
-  explicit PickerTables(const std::filesystem::path& source) { import(source); }
+  using EngineeringTables::EngineeringTables;
 
-  [[nodiscard]] std::filesystem::path file() const { return folder_ / "engineering.db"; }
   /// Runs statements beside the plug-in.
   void run(const std::string& statements) const;
   /// The rows that a query returns: cells separated by "|", rows by a new line.
   [[nodiscard]] std::string rows(const std::string& query) const;
-
-private:
-  void import(const std::filesystem::path& source) const;
-
-  TemporaryFolder folder_;
 };
 
 /// A step of an answer file: a dialog with actions.
@@ -40,7 +30,7 @@ private:
 [[nodiscard]] std::string stepsOfFile(const std::filesystem::path& file);
 
 /// A motor and a load table of a few rows, and options.
-[[nodiscard]] std::map<std::string, std::string> fewMotorsAndLoads();
+[[nodiscard]] TableTexts fewMotorsAndLoads();
 
 class PickerSession final {
 public:

@@ -40,7 +40,7 @@ TEST_CASE("one session fits the sample tables and a few rows, whose recording is
        R"~(("Heater" "15" "kW" "480" "3" "60" 18.04 1.15))~"},
   };
   const std::filesystem::path here = "tests/flows";
-  const PickerTables site(std::filesystem::path("site/tables"));
+  const PickerTables site;
   const PickerTables few(fewMotorsAndLoads());
   for (const Row& row : rows) {
     CAPTURE(row.call);

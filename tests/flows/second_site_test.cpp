@@ -39,11 +39,11 @@ constexpr const char* markers = R"lisp((
   (PRE 1) (CMP 2) (MTR-A 10) (CMP 11) (SUB 12) (CMP 20) (MTR-B 20) (CMP 21) (SUB 22) (MTR-C 30) (CMP 31) (LD-D 40)
   (CMP 41) (BRK 42) (SUB 43)))lisp";
 
-std::string setupOf(const SiteTables& tables) {
+std::string setupOf(const EngineeringTables& tables) {
   return R"lisp(
-    (setq GBL_qn_electcodestd "IEC" GBL_qn_bv_data '("c" nil 2.0 4.0 3.0 2.5 0))
-    (defun c:zan_bv_figure_mccdb_fnam () ")lisp" +
-         tables.file() + R"lisp(")
+    (setq GBL_qn_bv_data '("c" nil 2.0 4.0 3.0 2.5 0))
+    )lisp" +
+         tables.lisp("IEC") + R"lisp(
     (defun show (name &rest what) (put (string-append name ": " (prin1-to-string what))))
     (defun bring (&rest codes) (dolist (code codes) (mark (intern code) 99)) 2)
     (mapc 'vz-korvo-defun '(show bring)))lisp";
@@ -130,7 +130,7 @@ std::string withoutGrounding(const std::string& drawn) {
 } // namespace
 
 TEST_CASE("three motors, a load and templates nested everywhere: each way in gives the same circuit") {
-  const SiteTables tables;
+  const EngineeringTables tables;
   ConfigSite site(sheet);
   const std::string insertAll = pressing("insertAll");
   const std::string finish = pressing("ok");

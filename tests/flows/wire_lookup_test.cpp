@@ -17,9 +17,9 @@ using test::stepOf;
 namespace {
 
 /// The tables of the sample site as a database, made once.
-const std::filesystem::path& siteTables() {
-  static const PickerTables tables(std::filesystem::path("site/tables"));
-  static const std::filesystem::path file = tables.file();
+const std::string& siteTables() {
+  static const PickerTables tables;
+  static const std::string file = tables.file();
   return file;
 }
 

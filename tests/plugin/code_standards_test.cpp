@@ -2,13 +2,10 @@
 #include "plugin/handlers/code_standard_description.h"
 
 #include "host/resources.h"
-#include "platform/table_import.h"
 #include "plugin/function_table.h"
 #include "simhost/host/resource_module.h"
-#include "tests/support/golden.h"
+#include "tests/support/engineering_tables.h"
 #include "tests/support/lisp_session.h"
-#include "tests/support/temporary_folder.h"
-#include "text/encoding.h"
 
 #include <doctest/doctest.h>
 
@@ -19,29 +16,10 @@ using namespace brenvolt;
 
 namespace {
 
-/// An engineering database with option tables, which LISP names while the object lives.
-class StandardsDatabase final {
-public:
-  explicit StandardsDatabase(test::LispSession& lisp) {
-    std::filesystem::create_directory(folder_ / "csv");
-    for (const auto& [table, name] :
-         {std::pair{"OPT", "FULLNAME,Plain"},
-          {"OPT_NEC", "FULLNAME,National Code"},
-          {"OPT_IEC", "FULLNAME,IEC 60364"},
-          {"OPT_CSA", "FULLNAME,"},
-          {"OPT_DIN", "VOLTS,400"},
-          {"OPTIONS", "FULLNAME,Stray"}})
-      test::writeBytes(
-          folder_ / ("csv/" + std::string(table) + ".csv"),
-          "CODE,DEFAULT,LIST\n" + std::string(name) + ",\nPHASE,3,1;3\n");
-    const std::string file = (folder_ / "tables.db").string();
-    REQUIRE(importTables(fromUtf8(file), {fromUtf8((folder_ / "csv").string())}).isDone());
-    lisp.eval("(defun c:zan_bv_figure_mccdb_fnam () \"" + file + "\")");
-  }
-
-private:
-  test::TemporaryFolder folder_;
-};
+const test::TableTexts optionTables = {
+    {"OPT", "CODE,DEFAULT\nFULLNAME,Plain\n"},         {"OPT_NEC", "CODE,DEFAULT\nFULLNAME,National Code\n"},
+    {"OPT_IEC", "CODE,DEFAULT\nFULLNAME,IEC 60364\n"}, {"OPT_CSA", "CODE,DEFAULT\nFULLNAME,\n"},
+    {"OPT_DIN", "CODE,DEFAULT\nVOLTS,400\n"},          {"OPTIONS", "CODE,DEFAULT\nFULLNAME,Stray\n"}};
 
 } // namespace
 
@@ -50,7 +28,8 @@ TEST_CASE("LISP learns the full name of the standard in use, or nil") {
   registerFunctions();
   lisp.eval("(setq GBL_qn_electcodestd \"NEC\")");
   CHECK_EQ(lisp.eval("(zan_bv_code_std_desc)"), "nil");
-  const StandardsDatabase database(lisp);
+  const test::EngineeringTables tables(optionTables);
+  lisp.eval(tables.lisp());
   struct Row {
     const char* standard;
     const char* answer;
@@ -74,7 +53,8 @@ TEST_CASE("sibling modules get every standard, and on request the current one wi
   readAllCodeStandards(standards, true);
   CHECK(standards.empty());
 
-  const StandardsDatabase database(lisp);
+  const test::EngineeringTables tables(optionTables);
+  lisp.eval(tables.lisp());
   KvResourceModule resources;
   resources.texts[static_cast<unsigned>(TextId::standardWithoutTable)] = L"(no table %s)";
   setResourceModule(&resources);
