@@ -77,23 +77,6 @@ TEST_CASE("a number is taken when it reads as it was typed") {
   }
 }
 
-TEST_CASE("each choice of a motor narrows the next, and its current sizes the wires of its own suffix") {
-  const ShownPage shown = runPage(
-      R"j({"edit": "settings.1.0", "row": "Type", "to": "Induction"},
-         {"expect": "settings.1.0", "row": "Phase", "column": 1, "choices": ["1", "3"]},
-         {"edit": "settings.1.0", "row": "Phase", "to": "1"},
-         {"expect": "settings.1.0", "row": "Voltage (V)", "column": 1, "choices": ["115", "200", "208", "230"]},
-         {"edit": "settings.1.0", "row": "Voltage (V)", "to": "115"},
-         {"edit": "settings.1.0", "row": "Full-load current (A)", "to": "16a", "refused": true},
-         {"edit": "settings.1.0", "row": "Full-load current (A)", "to": "16"})j",
-      MccMode::motor, [](PageSession&, PageDialog&) { circuitData().groundSize = L"14AWG"; });
-  CHECK(shown.data.find("Voltage (V)=115 | Phase=1") != std::string::npos);
-  CHECK_EQ(circuitData().fla, 16.0);
-  CHECK_EQ(
-      shown.wires, "W1 - Size=12AWG | W1 - Layer=BLK_12AWG | W2 - Size=12AWG | W2 - Layer=BLK_12AWG | "
-                   "W01E - Size=14AWG | W01E - Layer=GRN_14AWG");
-}
-
 TEST_CASE("a chosen motor's cells offer its neighbours, whose current follows; a typed current stays") {
   const std::string chosen = R"j({"edit": "settings.1.0", "row": "Type", "to": "Induction"},
       {"edit": "settings.1.0", "row": "Units", "to": "HP"},
@@ -147,16 +130,6 @@ TEST_CASE("timers wait for the end of a burst, and for all that a current depend
   ZanWidgetManagerMcc detached(circuits, nullptr); // without a window nothing starts
   CHECK(detached.OnCellChanged(0, 8, L"20"));
   CHECK_FALSE(detached.OnCellChanged(0, 8, L"twenty"));
-}
-
-TEST_CASE("a load's multiplier is kept apart from the motor's") {
-  runPage(
-      R"j({"edit": "settings.1.0", "row": "Full-load current (A)", "to": "20"},
-         {"edit": "settings.1.0", "row": "Multiplier", "to": "1.5"})j",
-      MccMode::load);
-  CHECK_EQ(circuitData().fla, 20.0);
-  CHECK_EQ(loadFactors().flaMultiplier, 1.5);
-  CHECK_EQ(circuitData().flaMultiplier, -1.0);
 }
 
 TEST_CASE("choices follow from the rows, sorted as numbers, and a cell asks the tables once") {
@@ -360,19 +333,4 @@ TEST_CASE("parts that cannot be stored are told, and what stands behind them is 
   ManagerResults loaded;
   page.manager.LoadCatalog(L"CB01", 7, {L"CB", L"DS"}, loaded);
   CHECK(loaded.empty());
-}
-
-TEST_CASE("no timer changes the current that was typed") {
-  const ShownPage shown = runPage("", MccMode::motor, {}, [](MccPage& page, ZanSettingsWnd&) {
-    ZanAnnotationData data(rowname::motorSetup);
-    for (const wchar_t* value : {L"Induction", L"0.167", L"HP", L"115", L"1", L"60", L"1800", L"9.9", L"1"})
-      data.AddText(value, L"");
-    ZanAnnotationDataList rows;
-    rows.AddRow(data);
-    page.manager.ImportRows(rows);
-    for (std::uint32_t timer = 99; timer <= 106; ++timer)
-      page.manager.OnTimer(timer);
-  });
-  CHECK(shown.data.find("Full-load current (A)=9.9") != std::string::npos);
-  CHECK(shown.wires.starts_with("W1 - Size=14AWG")); // timer 105 sized them
 }

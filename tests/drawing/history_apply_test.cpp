@@ -142,10 +142,3 @@ TEST_CASE("setups pile up in one working row, and the 29th property of a set is 
   CHECK(describe(*items[3].list) == L"(GroundingWireSetup[=8AWG;=;=3#5003])");
   CHECK(opened.wireTypeQuestions == 0);
 }
-
-TEST_CASE("an empty control group clears the rows and leaves the grounding row") {
-  OpenedHistory opened(L"<ControlGroup/>");
-  Marked marked;
-  applyHistoryToMarker(opened.history, marked.marker, opened.wireTypes, nullptr);
-  CHECK(describe(marked.marker.controls) == L"((GroundingWireSetup[=;=;=3#5003]))");
-}

@@ -69,21 +69,10 @@ TEST_CASE("a marker met again changes nothing, a merge compares nothing") {
   CHECK(formatter.numbers().size() == 2);
 }
 
-TEST_CASE("layer names follow from the sizes, the position's own before all others") {
-  const ZanWireFormatter formatter = motorTemplate();
-  using Names = std::vector<std::wstring>;
-  const WireSizes sizes = {L"12AWG", L"10AWG"};
-  CHECK(
-      formatter.GetLayerNames(sizes, L"WT02") ==
-      Names{L"RED_12AWG", L"BLACK_12AWG", L"BLUE_12AWG", L"GREEN_10AWG", L"GREEN_10AWG"});
-  CHECK(formatter.GetLayerNames(sizes, L"WT01E").value().front() == L"GREEN_10AWG");
-  // A position without a format still exists: all names, none preferred.
-  CHECK(formatter.GetLayerNames(sizes, L"WT03").value().front() == L"BLACK_12AWG");
-  CHECK_FALSE(formatter.GetLayerNames(sizes, L"WT07").has_value());
-
+TEST_CASE("a layer name may hold anything, and one size fills one place in it") {
   ZanWireFormatter odd;
   odd.AddWireType(L"%d%%_%s_%s", L"WT01");
-  CHECK(odd.GetLayerNames({L"6", L""}, L"WT01") == Names{L"%d%%_6_%s"});
+  CHECK(odd.GetLayerNames({L"6", L""}, L"WT01") == std::vector<std::wstring>{L"%d%%_6_%s"});
 }
 
 TEST_CASE("codes come by suffix and kind, each as often as it has entries") {

@@ -82,16 +82,6 @@ constexpr const char* tableKey = "ZanBrenvolt.TableNotFound";
 
 } // namespace
 
-TEST_CASE("a table that the user has accepted is not reported again") {
-  AlertHost host({press(tableKey, 1001), press(tableKey, 1001)});
-  CHECK(alertTables(L"db", {L"B", L"A"}, {}, AlertKind::table, host.accepted));
-  CHECK(alertTables(L"db", {L"A", L"B"}, {}, AlertKind::motorTable, host.accepted));
-  CHECK(alertTables(L"db", {L"A", L"C", L"B", L"D"}, {}, AlertKind::table, host.accepted));
-  CHECK_EQ(host.shown(), Texts{"db: B, A", "db: C, D"});
-  CHECK(alertTables(L"db", {}, {}, AlertKind::table, host.accepted));
-  CHECK_EQ(host.shown().size(), 2);
-}
-
 TEST_CASE("a missing default table always stops, with its own alert alone") {
   AlertHost host(
       {press("ZanBrenvolt.DefaultTableNotFound", 2), press("ZanBrenvolt.DefaultTableNotFound", 2)});
