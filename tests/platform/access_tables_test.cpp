@@ -122,7 +122,7 @@ TEST_CASE("writing to an Access file names the way out and leaves the file alone
     return;
   }
   const TemporaryFolder folder;
-  folder.write("copy.mdb", readFile(*file));
+  folder.write("copy.mdb", bytesOf(*file));
   const auto connection = opened(folder.name("copy.mdb"));
   for (const wchar_t* statement :
        {L"DELETE FROM [TYPES & MORE]", L"UPDATE [TYPES & MORE] SET [TEXT_COL]='x'",
@@ -132,7 +132,7 @@ TEST_CASE("writing to an Access file names the way out and leaves the file alone
     CHECK(answer.front().find(L"brenvolt import") != std::wstring::npos);
   }
   CHECK_FALSE(TableTransaction(*connection).isOpen());
-  CHECK(readFile(folder.file("copy.mdb")) == readFile(*file));
+  CHECK(bytesOf(folder / "copy.mdb") == bytesOf(*file));
 }
 
 TEST_CASE("a damaged Access file gives rows or a message") {
@@ -142,7 +142,7 @@ TEST_CASE("a damaged Access file gives rows or a message") {
     return;
   }
   const TemporaryFolder folder;
-  const std::string whole = readFile(*file);
+  const std::string whole = bytesOf(*file);
   std::uint32_t random = 12345;
   const auto next = [&](std::size_t limit) {
     random = random * 1664525U + 1013904223U;

@@ -10,7 +10,6 @@
 
 #include <doctest/doctest.h>
 
-#include <algorithm>
 #include <chrono>
 #include <sys/stat.h>
 #include <vector>
@@ -20,18 +19,6 @@ using namespace brenvolt::test;
 namespace fs = std::filesystem;
 
 namespace {
-
-std::wstring wide(const fs::path& path) {
-  return fromUtf8(path.string());
-}
-
-std::vector<std::string> namesIn(const TemporaryFolder& folder) {
-  std::vector<std::string> names;
-  for (const auto& entry : fs::directory_iterator(folder.path()))
-    names.push_back(entry.path().filename().string());
-  std::sort(names.begin(), names.end());
-  return names;
-}
 
 const std::string oldText = "the old content\n";
 const std::string newText = "the new content, which is longer\n";
@@ -47,7 +34,7 @@ TEST_CASE("a file keeps its mode, its group and the link that leads to it") {
   REQUIRE(::chmod(file.c_str(), 0460) == 0);
   const gid_t group = ::geteuid() == 0 ? 54321 : ::getegid();
   REQUIRE(::chown(file.c_str(), static_cast<uid_t>(-1), group) == 0);
-  CHECK_FALSE(replaceFile(wide(linked), newText));
+  CHECK_FALSE(replaceFile(folder.name("linked"), newText));
   CHECK(fs::is_symlink(linked));
   CHECK(bytesOf(file) == newText);
   struct stat status {};
@@ -57,10 +44,10 @@ TEST_CASE("a file keeps its mode, its group and the link that leads to it") {
 
   // A link to a file that does not exist yet: the file comes, the link stays.
   fs::create_symlink("later", folder / "early");
-  CHECK_FALSE(replaceFile(wide(folder / "early"), newText));
+  CHECK_FALSE(replaceFile(folder.name("early"), newText));
   CHECK(fs::is_symlink(folder / "early"));
   CHECK(bytesOf(folder / "later") == newText);
-  CHECK(namesIn(folder) == std::vector<std::string>{"early", "file", "later", "linked"});
+  CHECK(folder.names() == std::vector<std::string>{"early", "file", "later", "linked"});
 }
 
 TEST_CASE("what must not be written is refused before anything happens") {
@@ -72,13 +59,13 @@ TEST_CASE("what must not be written is refused before anything happens") {
   REQUIRE(::mkfifo((folder / "pipe").c_str(), 0666) == 0);
   for (const char* name : {"file", "folder", "pipe", "none/file"}) {
     CAPTURE(name);
-    CHECK(writeObstacle(wide(folder / name)));
-    const std::optional<FileFault> fault = writeWholeFile(wide(folder / name), newText);
+    CHECK(writeObstacle(folder.name(name)));
+    const std::optional<FileFault> fault = writeWholeFile(folder.name(name), newText);
     REQUIRE(fault);
     CHECK(fault->step == FileFault::Step::open);
   }
   CHECK(bytesOf(file) == oldText);
-  CHECK(namesIn(folder) == std::vector<std::string>{"file", "folder", "pipe"});
+  CHECK(folder.names() == std::vector<std::string>{"file", "folder", "pipe"});
 }
 
 TEST_CASE("a full or read-only disk, a kill and a power failure at any call leave old or new") {
@@ -98,12 +85,12 @@ TEST_CASE("a full or read-only disk, a kill and a power failure at any call leav
           if (kind == Kind::kill) {
             goesOn = waitFor(startProcess([&] {
                        const FileFaults faults(kind, call);
-                       static_cast<void>(replaceFile(wide(file), newText));
+                       static_cast<void>(replaceFile(folder.name("file"), newText));
                        return 1;
                      })) == 0;
           } else {
             FileFaults faults(kind, call);
-            isDone = !replaceFile(wide(file), newText);
+            isDone = !replaceFile(folder.name("file"), newText);
             if (kind == Kind::powerLoss) faults.losePower(keepsRenaming);
             goesOn = faults.hasStruck();
           }
@@ -112,9 +99,9 @@ TEST_CASE("a full or read-only disk, a kill and a power failure at any call leav
           CHECK((isOld || found == newText));
           if (isDone) CHECK(found == newText);
           // What is left over neither stops the next writer nor stays.
-          CHECK_FALSE(replaceFile(wide(file), newText + newText));
+          CHECK_FALSE(replaceFile(folder.name("file"), newText + newText));
           CHECK(bytesOf(file) == newText + newText);
-          CHECK(namesIn(folder) == std::vector<std::string>{"file"});
+          CHECK(folder.names() == std::vector<std::string>{"file"});
         }
       }
 }
@@ -127,22 +114,22 @@ TEST_CASE("programs that write at the same moment each write a whole file, and o
     children.push_back(startProcess([&] {
       int faults = 0;
       for (int round = 0; round < 40; ++round)
-        if (replaceFile(wide(file), std::string(100'000, letter))) ++faults;
+        if (replaceFile(folder.name("file"), std::string(100'000, letter))) ++faults;
       return faults;
     }));
   for (const pid_t child : children)
     CHECK(waitFor(child) == 0);
   const std::string found = bytesOf(file);
   CHECK(found == std::string(100'000, found.empty() ? ' ' : found[0]));
-  CHECK(namesIn(folder) == std::vector<std::string>{"file"});
+  CHECK(folder.names() == std::vector<std::string>{"file"});
 
   // Files of other names, and one that is being written.
   const std::vector<std::string> others = {"file.1-2.new.old", "file.a-1.new", "file.b.1-2.new", "file.new"};
   for (const std::string& name : others)
     writeBytes(folder / name, "kept");
   writeBytes(folder / "file.99-1.new", "left over");
-  FileReplacement other(wide(file));
-  CHECK_FALSE(replaceFile(wide(file), newText));
+  FileReplacement other(folder.name("file"));
+  CHECK_FALSE(replaceFile(folder.name("file"), newText));
   CHECK_FALSE(fs::exists(folder / "file.99-1.new"));
   other.write(oldText);
   CHECK_FALSE(other.commit());
@@ -157,7 +144,7 @@ TEST_CASE("a turn is taken over from a dead program, and a living one is named t
   int ready[2];
   REQUIRE(::pipe(ready) == 0);
   const pid_t child = startProcess([&] {
-    const FileLock turn(wide(file));
+    const FileLock turn(folder.name("file"));
     const char isHeld = turn.fault() ? 'n' : 'y';
     if (::write(ready[1], &isHeld, 1) != 1) return 1;
     ::pause();
@@ -168,7 +155,7 @@ TEST_CASE("a turn is taken over from a dead program, and a living one is named t
   CHECK(isHeld == 'y');
   {
     const auto begin = std::chrono::steady_clock::now();
-    const FileLock turn(wide(file), std::chrono::milliseconds(200));
+    const FileLock turn(folder.name("file"), std::chrono::milliseconds(200));
     CHECK(std::chrono::steady_clock::now() - begin >= std::chrono::milliseconds(200));
     REQUIRE(turn.fault());
     REQUIRE(turn.holder());
@@ -181,9 +168,9 @@ TEST_CASE("a turn is taken over from a dead program, and a living one is named t
   waitFor(child);
   CHECK(fs::exists(folder / "file.lock"));
   {
-    const FileLock turn(wide(file), std::chrono::milliseconds(0));
+    const FileLock turn(folder.name("file"), std::chrono::milliseconds(0));
     CHECK_FALSE(turn.fault());
   }
-  CHECK(namesIn(folder).empty());
-  CHECK(FileLock(wide(folder / "none" / "file")).fault());
+  CHECK(folder.names().empty());
+  CHECK(FileLock(folder.name("none/file")).fault());
 }

@@ -26,19 +26,19 @@ std::string findPrograms() {
 PostgresServer::PostgresServer() : programs_(findPrograms()) {
   if (programs_.empty()) return;
   // The server refuses to run as root; its own user must reach the folder.
-  fs::permissions(folder_.file(""), fs::perms::all);
-  const std::string data = folder_.file("data").string();
+  fs::permissions(folder_ / "", fs::perms::all);
+  const std::string data = (folder_ / "data").string();
   const bool isMade =
       run("initdb -D " + data + " -A trust -U brenvolt -E UTF8 --locale=C.UTF-8 --no-sync").has_value();
   // The output is written to a file: the server keeps it open, and a pipe would never end.
   isRunning_ = isMade && run("pg_ctl -D " + data + " -w -l " + data + "/log -o \"-F -k " +
-                             folder_.file("").string() + " -h \\\"\\\"\" start >" + data + "/start.log")
+                             (folder_ / "").string() + " -h \\\"\\\"\" start >" + data + "/start.log")
                              .has_value();
 }
 
 PostgresServer::~PostgresServer() {
   if (isRunning_)
-    static_cast<void>(run("pg_ctl -D " + folder_.file("data").string() + " -m immediate -w stop"));
+    static_cast<void>(run("pg_ctl -D " + (folder_ / "data").string() + " -m immediate -w stop"));
 }
 
 std::wstring PostgresServer::dataSource() const {

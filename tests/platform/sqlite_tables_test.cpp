@@ -27,10 +27,9 @@ TEST_CASE("a file that is no database is refused with its name and the reason, a
   folder.write("notes.db", "these are notes, not tables\n");
   folder.write("book.xls", "PK\x03\x04 zip");
   folder.write("cut.db", std::string_view("SQLite format 3\0 and nothing behind it", 38));
-  std::filesystem::create_directory(folder.file("folder.db"));
-  makeSqlite(
-      folder.file("whole.db"), {"CREATE TABLE T(A TEXT)", "INSERT INTO T VALUES(hex(zeroblob(20000)))"});
-  folder.write("half.db", readFile(folder.file("whole.db")).substr(0, 9000));
+  std::filesystem::create_directory(folder / "folder.db");
+  makeSqlite(folder / "whole.db", {"CREATE TABLE T(A TEXT)", "INSERT INTO T VALUES(hex(zeroblob(20000)))"});
+  folder.write("half.db", bytesOf(folder / "whole.db").substr(0, 9000));
 
   for (const char* name :
        {"empty.mdb", "notes.db", "book.xls", "cut.db", "folder.db", "half.db", "absent.mdb"}) {
@@ -39,18 +38,18 @@ TEST_CASE("a file that is no database is refused with its name and the reason, a
     CHECK(message.starts_with(folder.name(name) + L": "));
     CHECK(message.size() > folder.name(name).size() + 4);
   }
-  CHECK_FALSE(std::filesystem::exists(folder.file("absent.mdb")));
+  CHECK_FALSE(std::filesystem::exists(folder / "absent.mdb"));
 }
 
 TEST_CASE("the data source survives every character a path can hold") {
   const TemporaryFolder folder;
   for (const char* name : {"plain.db", "semi;colon.db", "it's \"quoted\".db", "100%#?.db", "größe=1.db"}) {
     CAPTURE(name);
-    makeSqlite(folder.file(name), {"CREATE TABLE T(A TEXT)"});
+    makeSqlite(folder / name, {"CREATE TABLE T(A TEXT)"});
     const auto connection = opened(folder.name(name));
     std::wstring path;
     CHECK(connection->GetDatasource(path));
-    CHECK(toUtf8(path) == folder.file(name).string());
+    CHECK(toUtf8(path) == (folder / name).string());
     connection->Close();
     CHECK_FALSE(connection->GetDatasource(path));
   }
@@ -58,7 +57,7 @@ TEST_CASE("the data source survives every character a path can hold") {
 
 TEST_CASE("a command survives what happens around it") {
   const TemporaryFolder folder;
-  makeSqlite(folder.file("a.db"), {"CREATE TABLE T(A INTEGER)", "INSERT INTO T VALUES(1),(2),(3)"});
+  makeSqlite(folder / "a.db", {"CREATE TABLE T(A INTEGER)", "INSERT INTO T VALUES(1),(2),(3)"});
   auto connection = opened(folder.name("a.db"));
   ZanOleDbCommand reader;
   reader.SetConnection(connection.get());
@@ -90,7 +89,7 @@ TEST_CASE("a command survives what happens around it") {
 
 TEST_CASE("a double-quoted name is never taken for a text") {
   const TemporaryFolder folder;
-  makeSqlite(folder.file("a.db"), {"CREATE TABLE T(A TEXT)", "INSERT INTO T VALUES('x')"});
+  makeSqlite(folder / "a.db", {"CREATE TABLE T(A TEXT)", "INSERT INTO T VALUES('x')"});
   const auto connection = opened(folder.name("a.db"));
   CHECK(rowsOf(*connection, L"SELECT \"A\" FROM [T]") == Lines{L"x"});
   CHECK(rowsOf(*connection, L"SELECT \"B\" FROM [T]").front().starts_with(L"error: "));
@@ -98,7 +97,7 @@ TEST_CASE("a double-quoted name is never taken for a text") {
 
 TEST_CASE("a database that is opened for reading takes no change") {
   const TemporaryFolder folder;
-  makeSqlite(folder.file("a.db"), {"CREATE TABLE T(A TEXT)"});
+  makeSqlite(folder / "a.db", {"CREATE TABLE T(A TEXT)"});
   ZanOleDbConnection reading;
   REQUIRE(
       reading.OpenFromInitializationString(connectString(folder.name("a.db")) + L";Mode=Read", false, true) >=
@@ -109,7 +108,7 @@ TEST_CASE("a database that is opened for reading takes no change") {
 
 TEST_CASE("two processes that write at once both succeed, and a reader beside them never waits") {
   const TemporaryFolder folder;
-  makeSqlite(folder.file("a.db"), {"CREATE TABLE T(WHO TEXT, N INTEGER)"});
+  makeSqlite(folder / "a.db", {"CREATE TABLE T(WHO TEXT, N INTEGER)"});
   constexpr int rounds = 40;
   std::vector<pid_t> writers;
   for (const wchar_t* who : {L"A", L"B"})
@@ -146,8 +145,7 @@ TEST_CASE("two processes that write at once both succeed, and a reader beside th
 TEST_CASE("what is read together comes from one state of the file") {
   const TemporaryFolder folder;
   makeSqlite(
-      folder.file("a.db"),
-      {"PRAGMA journal_mode=WAL", "CREATE TABLE T(A TEXT)", "INSERT INTO T VALUES('old')"});
+      folder / "a.db", {"PRAGMA journal_mode=WAL", "CREATE TABLE T(A TEXT)", "INSERT INTO T VALUES('old')"});
   const auto reader = opened(folder.name("a.db"));
   const auto writer = opened(folder.name("a.db"));
   {

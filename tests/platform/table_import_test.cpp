@@ -62,7 +62,7 @@ ImportOptions replacing() {
 
 TEST_CASE("delimited text becomes tables whose columns compare as the statements need them") {
   const TemporaryFolder folder;
-  std::filesystem::create_directory(folder.file("csv"));
+  std::filesystem::create_directory(folder / "csv");
   folder.write("csv/AMP.csv", "\xEF\xBB\xBFSIZE,N60,N75\r\n14, 15 ,20\r\n1/0,+125,\r\n");
   folder.write("csv/LIMITS.csv", "SIZE,NMAX\n14 AWG,15\n8 AWG,100\nnone,\n");
   folder.write("csv/FILL.csv", "LMAX,RATIO\n3,1.00\n6,0.80\nmore,0.5\n");
@@ -95,13 +95,13 @@ TEST_CASE("delimited text becomes tables whose columns compare as the statements
 
 TEST_CASE("a cell that is not what its column needs is named, and nothing is written") {
   const TemporaryFolder folder;
-  std::filesystem::create_directory(folder.file("csv"));
+  std::filesystem::create_directory(folder / "csv");
   folder.write(
       "csv/A.csv", "ID,NUM,RATIO,LIMIT,PAIR,TEXT\n1,4O,1.00,3,0.1;2,nan\n\nx,\"40,5\",0.8O,4O,0.1 2,inf\n"
                    "2.5,nan,nan,6,1;x,\n4,inf,,more,,\n5,1e400,1e3,over,\" 1 ; 2 \",\n");
   makeSqlite(
-      folder.file("typed.db"), {"CREATE TABLE B(NUM TEXT, RATIO REAL, ID TEXT)",
-                                "INSERT INTO B VALUES('7', 'x', 'a'), ('7a', 9e999, 'a')"});
+      folder / "typed.db", {"CREATE TABLE B(NUM TEXT, RATIO REAL, ID TEXT)",
+                            "INSERT INTO B VALUES('7', 'x', 'a'), ('7a', 9e999, 'a')"});
   const std::vector<std::wstring> inputs = {folder.name("csv"), folder.name("typed.db")};
   const Lines faults = {
       L"A: row 2, column NUM: \"4O\" is not a number",
@@ -129,7 +129,7 @@ TEST_CASE("a cell that is not what its column needs is named, and nothing is wri
     const std::wstring& input = inputs[faults[at].front() == L'A' ? 0 : 1];
     CHECK(toUtf8(refused.errors[at]) == toUtf8(input + L", table " + faults[at]));
   }
-  CHECK_FALSE(std::filesystem::exists(folder.file("out.db")));
+  CHECK_FALSE(std::filesystem::exists(folder / "out.db"));
 
   const ImportReport kept = importTables(folder.name("out.db"), inputs, byName(BadCells::makeNull));
   INFO(shownErrors(kept));
@@ -150,13 +150,13 @@ TEST_CASE("a cell that is not what its column needs is named, and nothing is wri
 
 TEST_CASE("every bad row of every file is named in one message and the output is untouched") {
   const TemporaryFolder folder;
-  std::filesystem::create_directory(folder.file("csv"));
+  std::filesystem::create_directory(folder / "csv");
   folder.write("csv/A.csv", "X,Y\n1,2\n1\n\n1,2,3\n");
   folder.write("csv/B.csv", "X\n\"a\nb\"\n1,2\n\xFF\n");
   folder.write("csv/C.csv", "");
   folder.write("csv/D.csv", "X\n\"never closed\n");
-  makeSqlite(folder.file("out.db"), {"CREATE TABLE OLD(A)"});
-  const std::string before = readFile(folder.file("out.db"));
+  makeSqlite(folder / "out.db", {"CREATE TABLE OLD(A)"});
+  const std::string before = bytesOf(folder / "out.db");
   const ImportReport report = importTables(folder.name("out.db"), {folder.name("csv")});
   REQUIRE(report.errors.size() == 1);
   const std::string expected =
@@ -164,26 +164,26 @@ TEST_CASE("every bad row of every file is named in one message and the output is
       "B.csv, line 4: 2 cells, the header has 1 cell\nB.csv, line 5: the text is not UTF-8\n"
       "C.csv, line 1: the file is empty\nD.csv, line 2: a quoted cell has no closing quote";
   std::string message = toUtf8(report.errors.front());
-  const std::string place = folder.file("csv").string() + "/";
+  const std::string place = (folder / "csv").string() + "/";
   for (std::size_t at = message.find(place); at != std::string::npos; at = message.find(place))
     message.erase(at, place.size());
   CHECK(message == expected);
-  CHECK(readFile(folder.file("out.db")) == before);
+  CHECK(bytesOf(folder / "out.db") == before);
 }
 
 TEST_CASE("an existing table is refused by name unless it is to be replaced, and a failure leaves no file") {
   const TemporaryFolder folder;
   makeSqlite(
-      folder.file("in.db"), {"CREATE TABLE T(A TEXT, B REAL, C INTEGER PRIMARY KEY, D BLOB, E)",
-                             "INSERT INTO T VALUES('x', 2, 5, x'00FF', NULL), ('', NULL, 6, NULL, 'e')",
-                             "CREATE INDEX I ON T(A)", "CREATE VIEW V AS SELECT A FROM T"});
+      folder / "in.db", {"CREATE TABLE T(A TEXT, B REAL, C INTEGER PRIMARY KEY, D BLOB, E)",
+                         "INSERT INTO T VALUES('x', 2, 5, x'00FF', NULL), ('', NULL, 6, NULL, 'e')",
+                         "CREATE INDEX I ON T(A)", "CREATE VIEW V AS SELECT A FROM T"});
   REQUIRE(importTables(folder.name("out.db"), {folder.name("in.db")}).isDone());
-  const std::string before = readFile(folder.file("out.db"));
+  const std::string before = bytesOf(folder / "out.db");
 
   const ImportReport refused = importTables(folder.name("out.db"), {folder.name("in.db")});
   REQUIRE_FALSE(refused.isDone());
   CHECK(refused.errors.front().find(L'T') != std::wstring::npos);
-  CHECK(readFile(folder.file("out.db")) == before);
+  CHECK(bytesOf(folder / "out.db") == before);
 
   const ImportReport replaced = importTables(folder.name("out.db"), {folder.name("in.db")}, replacing());
   INFO(shownErrors(replaced));
@@ -203,7 +203,7 @@ TEST_CASE("an existing table is refused by name unless it is to be replaced, and
       importTables(folder.name("new.db"), {folder.name("in.db"), folder.name("in.db")});
   CHECK_FALSE(twice.isDone());
   CHECK_FALSE(importTables(folder.name("no/such/folder/new.db"), {folder.name("in.db")}).isDone());
-  for (const auto& entry : std::filesystem::recursive_directory_iterator(folder.file(""))) {
+  for (const auto& entry : std::filesystem::recursive_directory_iterator(folder / "")) {
     CHECK(entry.path().filename().string().find("new.db") == std::string::npos);
   }
 }
@@ -233,7 +233,7 @@ TEST_CASE("an imported file answers as the file itself does, and any reader of s
       CHECK(shown(rowsOf(*imported, L"SELECT * FROM [" + table.name + L"]")) == shown(theirs));
       if (!outputOf("which sqlite3")) continue;
       const auto asked = [&](const char* what) {
-        std::string command = "sqlite3 '" + folder.file("out.db").string();
+        std::string command = "sqlite3 '" + (folder / "out.db").string();
         command.append("' 'SELECT ").append(what).append(" FROM [").append(toUtf8(table.name)).append("]'");
         return outputOf(command);
       };

@@ -85,15 +85,15 @@ void makeDelimited(const TemporaryFolder& folder) {
       cells.push_back(L"\"" + replaceAll(cell, L"\"", L"\"\"") + L"\"");
     text += toUtf8(join(cells, L",")) + "\r\n";
   }
-  std::filesystem::create_directory(folder.file("csv"));
+  std::filesystem::create_directory(folder / "csv");
   folder.write("csv/MOTOR_NEC.csv", text);
 }
 
 class Engines final {
 public:
   Engines() {
-    makeSqlite(folder_.file("b.db"), {"PRAGMA user_version=1"});
-    makeSqlite(folder_.file("a.db"), {"PRAGMA user_version=1"});
+    makeSqlite(folder_ / "b.db", {"PRAGMA user_version=1"});
+    makeSqlite(folder_ / "a.db", {"PRAGMA user_version=1"});
     auto embedded = opened(folder_.name("a.db"));
     fillByStatements(*embedded, L" COLLATE KVNOCASE", L"REAL");
     engines_.push_back({"embedded", types | writing | allScripts, std::move(embedded), L""});
@@ -292,5 +292,5 @@ TEST_CASE("a server that cannot be reached is told without the password, and no 
   CHECK(message.find(L"cret") == std::wstring::npos);
   CHECK_FALSE(openingError(L"odbc:Driver=SQLite3;Database=" + folder.name("new.db")).empty());
   CHECK_FALSE(openingError(L"odbc:Driver=No such driver;Database=x").empty());
-  CHECK_FALSE(std::filesystem::exists(folder.file("new.db")));
+  CHECK_FALSE(std::filesystem::exists(folder / "new.db"));
 }

@@ -15,26 +15,11 @@ namespace brenvolt::testing {
 
 namespace fs = std::filesystem;
 
-std::wstring TemporaryFolder::name(std::string_view name) const {
-  return fromUtf8(file(name).string());
-}
-
-fs::path TemporaryFolder::write(std::string_view name, std::string_view bytes) const {
-  std::ofstream stream(file(name), std::ios::binary);
-  stream.write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
-  return file(name);
-}
-
 std::optional<fs::path> foreignFile(std::string_view name) {
   for (const char* root : {"../shared/testdata", "../../shared/testdata"}) {
     if (fs::exists(fs::path(root) / name)) return fs::path(root) / name;
   }
   return std::nullopt;
-}
-
-std::string readFile(const fs::path& path) {
-  std::ifstream stream(path, std::ios::binary);
-  return {std::istreambuf_iterator<char>(stream), {}};
 }
 
 std::optional<std::string> outputOf(const std::string& command) {

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "platform/tables.h"
+#include "tests/support/golden.h"
 #include "tests/support/temporary_folder.h"
 
 #include <filesystem>
@@ -13,21 +14,11 @@
 
 namespace brenvolt::testing {
 
-/// A folder that is removed with the object, its files by name.
-class TemporaryFolder final {
-public:
-  [[nodiscard]] std::filesystem::path file(std::string_view name) const { return folder_.path() / name; }
-  [[nodiscard]] std::wstring name(std::string_view name) const;
-  std::filesystem::path write(std::string_view name, std::string_view bytes) const;
-
-private:
-  test::TemporaryFolder folder_;
-};
+using test::bytesOf;
+using test::TemporaryFolder;
 
 /// The foreign test files beside the project, where they are.
 [[nodiscard]] std::optional<std::filesystem::path> foreignFile(std::string_view name);
-
-[[nodiscard]] std::string readFile(const std::filesystem::path& path);
 
 /// Output of a shell command; nothing when it fails.
 [[nodiscard]] std::optional<std::string> outputOf(const std::string& command);

@@ -266,7 +266,7 @@ TEST_CASE("broken files neither crash nor hang the reader and the appender") {
   TemporaryFolder folder;
   std::vector<std::string> seeds;
   for (const auto& file : foreignFiles()) {
-    seeds.push_back(readFile(file));
+    seeds.push_back(bytesOf(file));
   }
   BookSheet sheet{L"S", {}, BookSheet::Header::boldAndFrozen, {}};
   for (std::size_t i = 0; i < 40; ++i) {

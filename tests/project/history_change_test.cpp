@@ -135,7 +135,7 @@ TEST_CASE("a change that fails says why, names who is busy, and leaves file and 
   CHECK_THROWS_AS(static_cast<void>(changeHistory(site.workbook(), present, failing)), XmlError);
   CHECK(site.names() == Names{L"Pump 1"});
   CHECK(changeHistory(L"zan_brenvolt.xls", present, failing).result == Result::openFailed);
-  CHECK(site.filesInFolder() == Files{"zan_brenvolt.journal", "zan_brenvolt.xml"});
+  CHECK(site.folder.names() == Files{"zan_brenvolt.journal", "zan_brenvolt.xml"});
 }
 
 TEST_CASE("a full or read-only disk, a kill and a power failure at any call leave old or new") {
@@ -166,7 +166,7 @@ TEST_CASE("a full or read-only disk, a kill and a power failure at any call leav
         CHECK((site.value(L"Pump 1") == L"new" || (!isDone && site.value(L"Pump 1") == L"old")));
         CHECK(site.save(L"Pump 2").isDone());
         CHECK(site.names() == Names{L"Pump 1", L"Pump 2"});
-        CHECK(site.filesInFolder() == Files{"zan_brenvolt.journal", "zan_brenvolt.xml"});
+        CHECK(site.folder.names() == Files{"zan_brenvolt.journal", "zan_brenvolt.xml"});
       }
     }
 }

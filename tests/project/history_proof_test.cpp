@@ -98,7 +98,7 @@ void saveAtOnce(int programs, int saves) {
   const Names names = site.names();
   CHECK(names.size() == expected.size());
   CHECK(std::set<std::wstring>(names.begin(), names.end()) == expected);
-  CHECK(site.filesInFolder() == Files{"zan_brenvolt.journal", "zan_brenvolt.xml"});
+  CHECK(site.folder.names() == Files{"zan_brenvolt.journal", "zan_brenvolt.xml"});
   if (isFullSize())
     std::printf(
         "%d programs, %d saves each: %zu entries, %.1f s\n", programs, saves, names.size(), seconds.count());
@@ -141,7 +141,7 @@ TEST_CASE("a program that is killed at any moment loses no save that it reported
   CHECK(damaged == 0);
   CHECK(lost == 0);
   CHECK(site.save(L"After").isDone());
-  CHECK(site.filesInFolder() == Files{"zan_brenvolt.journal", "zan_brenvolt.xml"});
+  CHECK(site.folder.names() == Files{"zan_brenvolt.journal", "zan_brenvolt.xml"});
   ::munmap(shared, sizeof(int));
   if (isFullSize()) std::printf("%d kills: %d damaged files, %d lost saves\n", kills, damaged, lost);
 }

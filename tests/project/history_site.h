@@ -56,13 +56,6 @@ struct HistorySite {
     const std::optional<HistorySummary> summary = present.summary(keyOf(name));
     return summary ? summary->pairs.at(0).second : std::wstring();
   }
-  [[nodiscard]] std::vector<std::string> filesInFolder() const {
-    std::vector<std::string> found;
-    for (const auto& entry : std::filesystem::directory_iterator(folder.path()))
-      found.push_back(entry.path().filename().string());
-    std::sort(found.begin(), found.end());
-    return found;
-  }
 };
 
 using Names = std::vector<std::wstring>;
