@@ -3,45 +3,23 @@
 
 #include "config/config_units.h"
 #include "config/widget_manager_mcc.h"
-#include "host/resources.h"
 #include "tests/config/page_dialog.h"
 #include "tests/support/engineering_tables.h"
 #include "text/encoding.h"
 
 #include <doctest/doctest.h>
 
-#include <optional>
 #include <string>
-#include <string_view>
-#include <utility>
-#include <vector>
 
 namespace brenvolt::test {
 
-/// A host without a dialog, with the sample's texts and the code standard NEC.
-class TextSession final {
+/// A session without a dialog, with the plug-in's resources on the stack.
+class TextSession final : public SampleSession {
 public:
-  explicit TextSession(std::vector<simhost::AnswerStep> steps = {}) : lisp_(std::move(steps)) {
-    setResourceModule(kvdsLoadResourceModule(resourceModuleName));
-    resources_.emplace();
-    lisp_.eval("(setq GBL_qn_electcodestd \"NEC\")");
-  }
-  TextSession(const TextSession&) = delete;
-  TextSession& operator=(const TextSession&) = delete;
-  /// Checks that every question was one that the test expects.
-  ~TextSession() {
-    CHECK_EQ(toUtf8(lisp_.windows().failure()), "");
-    CHECK_EQ(lisp_.windows().unusedSteps(), 0);
-    resources_.reset();
-    setResourceModule(nullptr);
-  }
-
-  std::string eval(std::string_view forms) { return lisp_.eval(forms); }
-  [[nodiscard]] LispSession& lisp() { return lisp_; }
+  using SampleSession::SampleSession;
 
 private:
-  LispSession lisp_;
-  std::optional<ResourceScope> resources_;
+  ResourceScope resources_;
 };
 
 /// The page of a unit with two conductors and a grounding wire. The current circuit is empty at first.

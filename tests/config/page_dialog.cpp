@@ -58,17 +58,8 @@ void PageDialog::OnOK() {
   CKvUiDialog::OnOK();
 }
 
-PageSession::PageSession(std::string_view actions) : lisp_(stepOf(actions)) {
-  lisp_.windows().setFormFolder("tests/config/forms");
-  setResourceModule(kvdsLoadResourceModule(resourceModuleName));
-  REQUIRE(resourceModule() != nullptr);
-  lisp_.eval("(setq GBL_qn_electcodestd \"NEC\")");
-}
-
-PageSession::~PageSession() {
-  CHECK_EQ(toUtf8(lisp_.windows().failure()), "");
-  CHECK_EQ(lisp_.windows().unusedSteps(), 0);
-  setResourceModule(nullptr);
+PageSession::PageSession(std::string_view actions) : SampleSession(stepOf(actions)) {
+  lisp().windows().setFormFolder("tests/config/forms");
 }
 
 void PageSession::run(PageDialog& dialog) {

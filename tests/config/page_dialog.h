@@ -2,7 +2,7 @@
 #pragma once
 
 #include "host/host_api_ui.h"
-#include "tests/support/lisp_session.h"
+#include "tests/support/sample_session.h"
 #include "widgets/settings_window.h"
 
 #include <functional>
@@ -54,25 +54,16 @@ private:
   std::unique_ptr<ZanSettingsWnd> window_;
 };
 
-/// The sample texts are loaded and the code standard is NEC. The pages are called "settings": the first group of the
-/// first page is "settings.1.0", its lookup button "settings.1.0.button.0".
-class PageSession final {
+/// The pages are called "settings": the first group of the first page is "settings.1.0", its lookup button
+/// "settings.1.0.button.0".
+class PageSession final : public SampleSession {
 public:
   /// The user's actions in the dialog, as actions of an answer file without their brackets; "ok" is pressed at the
   /// end.
   explicit PageSession(std::string_view actions = {});
-  PageSession(const PageSession&) = delete;
-  PageSession& operator=(const PageSession&) = delete;
-  /// Checks that every action was done.
-  ~PageSession();
 
-  std::string eval(std::string_view forms) { return lisp_.eval(forms); }
-  [[nodiscard]] LispSession& lisp() { return lisp_; }
   /// Runs the dialog to its end; its window is gone afterwards.
-  void run(PageDialog& dialog);
-
-private:
-  LispSession lisp_;
+  static void run(PageDialog& dialog);
 };
 
 /// "label=value" of each row, separated by " | ".

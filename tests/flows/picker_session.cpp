@@ -78,36 +78,18 @@ TableTexts fewMotorsAndLoads() {
 }
 
 PickerSession::PickerSession(const std::filesystem::path& database, std::string_view steps)
-    : lisp_(parseSteps(steps)), database_(database.string()) {
+    : SampleSession(parseSteps(steps)), database_(database.string()) {
   resetProcessRecord();
   registerFunctions();
-  setResourceModule(kvdsLoadResourceModule(resourceModuleName));
-  REQUIRE(resourceModule() != nullptr);
-  lisp_.eval("(setq GBL_qn_electcodestd \"NEC\")");
-  lisp_.eval("(defun c:zan_bv_figure_mccdb_fnam () \"" + database_ + "\")");
-}
-
-PickerSession::~PickerSession() {
-  CHECK_EQ(toUtf8(lisp_.windows().failure()), "");
-  CHECK_EQ(lisp_.windows().unusedSteps(), 0);
-  CHECK_EQ(lisp_.host().documents().current()->lockCount(), 0);
-  setResourceModule(nullptr);
-}
-
-std::string PickerSession::eval(std::string_view forms) {
-  try {
-    return lisp_.eval(forms);
-  } catch (const simhost::lisp::Cancelled&) {
-    return "cancelled: " + toUtf8(lisp_.windows().failure());
-  }
+  eval("(defun c:zan_bv_figure_mccdb_fnam () \"" + database_ + "\")");
 }
 
 std::string PickerSession::kept(std::wstring_view dialog, std::wstring_view name) {
-  return toUtf8(lisp_.host().settings().value(dialog, name).value_or(L"-"));
+  return toUtf8(lisp().host().settings().value(dialog, name).value_or(L"-"));
 }
 
 std::string PickerSession::recording() {
-  return toUtf8(replaceAll(fromUtf8(lisp_.windows().recording()), fromUtf8(database_), L"engineering.db"));
+  return toUtf8(replaceAll(fromUtf8(lisp().windows().recording()), fromUtf8(database_), L"engineering.db"));
 }
 
 } // namespace brenvolt::test

@@ -3,7 +3,7 @@
 #pragma once
 
 #include "tests/support/engineering_tables.h"
-#include "tests/support/lisp_session.h"
+#include "tests/support/sample_session.h"
 
 #include <filesystem>
 #include <map>
@@ -32,24 +32,17 @@ public:
 /// A motor and a load table of a few rows, and options.
 [[nodiscard]] TableTexts fewMotorsAndLoads();
 
-class PickerSession final {
+class PickerSession final : public SampleSession {
 public:
-  /// `steps` is the list of an answer file's steps. The electrical code is NEC.
+  /// `steps` is the list of an answer file's steps.
   PickerSession(const std::filesystem::path& database, std::string_view steps);
-  PickerSession(const PickerSession&) = delete;
-  PickerSession& operator=(const PickerSession&) = delete;
-  ~PickerSession();
 
-  /// Like LispSession's; "cancelled: " and the reason when a question had no matching answer.
-  std::string eval(std::string_view forms);
-  [[nodiscard]] LispSession& lisp() { return lisp_; }
   /// A value kept for the user; "-" when there is none.
   [[nodiscard]] std::string kept(std::wstring_view dialog, std::wstring_view name);
   /// The recording, with the database's path taken out.
   [[nodiscard]] std::string recording();
 
 private:
-  LispSession lisp_;
   std::string database_;
 };
 

@@ -139,49 +139,6 @@ TEST_CASE("options of a preset choose the symbols, also in templates two deep") 
   }
 }
 
-TEST_CASE("data and wires of a placed circuit reach layers, texts and entity data") {
-  const SiteCopy site;
-  constexpr const char* params = R"("Induction";"10";"HP";"460";"3";"60";"1800";"14";"1.25")";
-  constexpr const char* wires =
-      R"x((("10AWG" "x" "1") ("10AWG" "x" "1") ("8AWG" "x" "1") ("10AWG" "x" "3")))x";
-  const std::string drawing =
-      site.drawn(motorDirect, "a.json", {"--preset", "MCTL=0", "--params", params, "--wires", wires});
-  checkHolds(drawing, {"BLK_10AWG", "BLK_8AWG", "GRN_10AWG", "INDUCTION  10 HP  460 V  3 PH"});
-
-  const std::string data = site.done(
-      {"lisp", "--drawing", site.folder().path("a.json"), "-e",
-       "(let ((motor (find-if (lambda (e) (equal (entity-get e 'block) \"ZMOTOR3\")) (remove-if-not (lambda "
-       "(e) "
-       "(equal (entity-get e 'kind) \"block-reference\")) (entities-in-space))))) (list (length "
-       "(string-split (car "
-       "(entity-data motor \"ORL_QN_BV_CIRCPARAMS\")) \";\")) (car (entity-data motor "
-       "\"ORL_QN_BV_CIRCPARAMS2\"))))"});
-  CHECK(
-      data ==
-      R"x((31 "((\"10AWG\" \"BLK_10AWG\" \"1\")(\"10AWG\" \"BLK_10AWG\" \"1\")(\"8AWG\" \"BLK_8AWG\" \"1\")(\"10AWG\" \"GRN_10AWG\" \"3\"))"))x"
-      "\n");
-}
-
-TEST_CASE("a motor without wire sizes is drawn with those that a build takes, or marked as unsized") {
-  const SiteCopy site;
-  const auto draw = [&site](const char* fla) {
-    const std::string params =
-        R"("Induction";"10";"HP";"460";"3";"60";"1800";")" + std::string(fla) + R"(";"1.25")";
-    return site.draw(motorDirect, "a.json", {"--preset", "MCTL=0", "--params", params});
-  };
-  // 14 x 1.25 = 17.5 A <= 25 x 0.8; grounding for 14 x 2.5 = 35 A.
-  CHECK(draw("14").exitCode == 0);
-  const std::string sized = site.folder().read("a.json");
-  checkHolds(sized, {"BLK_12AWG", "GRN_10AWG"});
-  CHECK(sized.find("NO WIRE SIZE") == std::string::npos);
-
-  const ToolRun unsized = draw("");
-  CHECK(unsized.exitCode == 5);
-  const std::string said = unsized.output + unsized.errors;
-  checkHolds(said, {"marker MCTL: its wires have no size"});
-  CHECK(site.folder().read("a.json").find("NO WIRE SIZE") != std::string::npos);
-}
-
 TEST_CASE("a circuit leaves its row, its components and its terminals in the project database") {
   const SiteCopy site;
   const std::string project = site.newProject();
