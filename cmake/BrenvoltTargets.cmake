@@ -66,7 +66,8 @@ function(brenvolt_unhurried)
 endfunction()
 
 # brenvolt_library(NAME [WINDOWS] SOURCES a.cpp ... [DEPENDS target ...])
-# WINDOWS is for folders whose sources use Qt. A folder of the project. src/ and the root are the include roots: "data/wire_sizing.h", "platform/tables.h".
+# A folder of the project. src/ and the root are the include roots: "data/wire_sizing.h", "platform/tables.h". WINDOWS is
+# for folders whose sources use Qt.
 function(brenvolt_library name)
   cmake_parse_arguments(ARG "WINDOWS" "" "SOURCES;DEPENDS" ${ARGN})
   add_library(${name} STATIC ${ARG_SOURCES})
