@@ -174,8 +174,10 @@ void takeConfiguration(SessionRun& run, const std::string& workbook, CircuitCall
   call.isPresetOverHistory = !run.preset.empty();
   // The build keeps motor or load and wires where the run has neither; a new motor gets wires of its own. New wires go
   // with the data of the configuration.
-  if (run.params.empty() && !run.wires.empty())
-    run.params = toUtf8(brenvolt::savedControl(file, key).fieldsText());
+  if (!run.params.empty() || run.wires.empty()) return;
+  // Of several motors those of the first: a preset carries no more.
+  if (const auto controls = brenvolt::savedControls(file, key); !controls.empty())
+    run.params = toUtf8(controls.front().fieldsText());
 }
 
 lisp::Value textValue(std::wstring_view text) {

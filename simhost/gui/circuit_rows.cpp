@@ -32,23 +32,30 @@ HostText wordsOf(CircuitFault fault) {
   return HostText::none;
 }
 
-/// Whether the saved configuration that the circuit was built from holds another motor or load now.
+bool isSameLoad(const brenvolt::SavedControl& saved, const circuits::CircuitLoad& load) {
+  const std::vector<std::wstring> built = brenvolt::splitKeepingEmpty(load.params, L';');
+  for (std::size_t each = 0; each < std::min({comparedFields, saved.fields.size(), built.size()}); ++each)
+    if (brenvolt::trim(saved.fields[each]) != brenvolt::trim(built[each])) return false;
+  return true;
+}
+
+/// Whether the saved configuration that the circuit was built from holds a motor or load that the circuit does not have.
 bool isOutOfDate(const circuits::CircuitObject& circuit, const SiteConfigurations& site) {
   const auto field = [&circuit](std::wstring_view name) { return circuitField(circuit.fields, name); };
   const std::wstring name = field(L"configuration");
-  if (name.empty() || circuit.params.empty()) return false;
+  if (name.empty() || circuit.loads.empty()) return false;
   for (std::size_t place = 0; place < site.saved.size(); ++place) {
     const auto& key = site.saved[place].key;
     if (!brenvolt::equalsOrdinalNoCase(key.circuit, field(L"circuit")) ||
         !brenvolt::equalsOrdinalNoCase(key.type, field(L"type")) ||
         !brenvolt::equalsOrdinalNoCase(key.name, name))
       continue;
-    const std::vector<std::wstring>& saved = site.controls[place].fields;
-    if (saved.empty()) return false;
-    const std::vector<std::wstring> built = brenvolt::splitKeepingEmpty(circuit.params, L';');
-    for (std::size_t each = 0; each < std::min({comparedFields, saved.size(), built.size()}); ++each)
-      if (brenvolt::trim(saved[each]) != brenvolt::trim(built[each])) return true;
-    return false;
+    return std::any_of(
+        site.controls[place].begin(), site.controls[place].end(), [&circuit](const auto& saved) {
+          return std::none_of(circuit.loads.begin(), circuit.loads.end(), [&saved](const auto& load) {
+            return isSameLoad(saved, load);
+          });
+        });
   }
   return false;
 }

@@ -50,21 +50,32 @@ public:
   }
 };
 
+/// The text of each motor and load, once where they have the same.
+template <typename TextOf>
+QString ofEach(const std::vector<brenvolt::SavedControl>& controls, TextOf textOf) {
+  QStringList texts;
+  for (const brenvolt::SavedControl& control : controls)
+    texts.append(textOf(control));
+  return texts.count(texts.value(0)) == texts.size() ? texts.value(0) : texts.join(QStringLiteral("; "));
+}
+
 QStringList cellsOf(const SiteConfigurations& site, std::size_t place) {
   const brenvolt::HistoryKey& key = site.saved[place].key;
-  const brenvolt::SavedControl& control = site.controls[place];
-  const auto field = [&control](std::size_t number) {
-    return number < control.fields.size() ? toQt(control.fields[number]) : QString();
-  };
+  const std::vector<brenvolt::SavedControl>& controls = site.controls[place];
   QStringList cells = {toQt(key.name)};
-  for (const DataColumn& column : dataColumns) {
-    QString text = field(column.field);
-    if (column.unit && !text.isEmpty()) text += QLatin1Char(' ') + field(*column.unit);
-    cells.append(text);
-  }
-  const auto wire = std::find_if(
-      control.wires.begin(), control.wires.end(), [](const auto& each) { return !each.isGrounding; });
-  cells.append(wire == control.wires.end() ? QString() : toQt(wire->size));
+  for (const DataColumn& column : dataColumns)
+    cells.append(ofEach(controls, [&column](const brenvolt::SavedControl& control) {
+      const auto field = [&control](std::size_t number) {
+        return number < control.fields.size() ? toQt(control.fields[number]) : QString();
+      };
+      const QString text = field(column.field);
+      return column.unit && !text.isEmpty() ? text + QLatin1Char(' ') + field(*column.unit) : text;
+    }));
+  cells.append(ofEach(controls, [](const brenvolt::SavedControl& control) {
+    const auto wire = std::find_if(
+        control.wires.begin(), control.wires.end(), [](const auto& each) { return !each.isGrounding; });
+    return wire == control.wires.end() ? QString() : toQt(wire->size);
+  }));
   cells.append(toQt(key.circuit));
   cells.append(toQt(key.type));
   return cells;

@@ -22,7 +22,7 @@ SiteConfigurations savedConfigurations(const std::string& site) {
     throw BadInput(toUtf8(path) + ": " + toUtf8(history.error()));
   SiteConfigurations found{circuits.workbook, brenvolt::savedConfigurations(circuits, history), {}, {}};
   for (const brenvolt::SavedConfiguration& saved : found.saved)
-    found.controls.push_back(brenvolt::savedControl(history, saved.key));
+    found.controls.push_back(brenvolt::savedControls(history, saved.key));
   for (const auto& [name, circuit] : circuits.circuits())
     for (const brenvolt::ZanCircuitEntry& entry : circuit.entries)
       found.types.push_back({{name, entry.type, {}}, entry.drawingTemplate, entry.worksheet});

@@ -11,7 +11,7 @@ namespace simhost {
 struct SiteConfigurations {
   std::wstring workbook; ///< full path
   std::vector<brenvolt::SavedConfiguration> saved;
-  std::vector<brenvolt::SavedControl> controls; ///< motor or load data and wires of `saved`, place by place
+  std::vector<std::vector<brenvolt::SavedControl>> controls; ///< motors and loads of `saved`, place by place
   std::vector<brenvolt::SavedConfiguration> types; ///< all that the workbook has; the names are empty
 };
 

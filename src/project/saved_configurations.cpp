@@ -1,7 +1,11 @@
 #include "project/saved_configurations.h"
 
 #include "project/history_names.h"
+#include "text/compare.h"
 #include "text/split.h"
+
+#include <set>
+#include <utility>
 
 namespace brenvolt {
 
@@ -50,18 +54,20 @@ std::wstring SavedControl::fieldsText() const {
   return fields.empty() ? std::wstring() : inQuotes(join(fields, L"\";\""));
 }
 
-SavedControl savedControl(const HistoryFile& history, const HistoryKey& key) {
-  SavedControl control;
+std::vector<SavedControl> savedControls(const HistoryFile& history, const HistoryKey& key) {
+  std::vector<SavedControl> controls;
+  std::set<std::wstring> codes;
   for (const XmlElement& marker : history.find(key).history.children(xmlname::marker)) {
     const XmlElement group = marker.firstChild(xmlname::controlGroup);
+    SavedControl control;
     for (const std::wstring_view setup : {xmlname::motorSetup, xmlname::loadSetup})
       if (control.fields.empty()) control.fields = valuesOf(group.firstChild(setup));
-    if (control.fields.empty()) continue;
+    if (control.fields.empty() || !codes.insert(toUpper(marker.attribute(xmlname::code))).second) continue;
     addWires(group, xmlname::wireSetup, false, control.wires);
     addWires(group, xmlname::groundingWireSetup, true, control.wires);
-    break;
+    controls.push_back(std::move(control));
   }
-  return control;
+  return controls;
 }
 
 } // namespace brenvolt

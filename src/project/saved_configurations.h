@@ -22,8 +22,7 @@ struct SavedConfiguration {
 [[nodiscard]] std::vector<SavedConfiguration> savedConfigurations(
     const ZanCircuitCatalog& circuits, const HistoryFile& history);
 
-/// The motor or load data and the wires of a saved configuration, of several motors those of the first: a preset
-/// carries no more.
+/// The data and the wires of a motor or load of a saved configuration.
 struct SavedControl {
   struct Wire {
     std::wstring size;
@@ -36,6 +35,7 @@ struct SavedControl {
   /// `"a";"";"c"`; empty without fields.
   [[nodiscard]] std::wstring fieldsText() const;
 };
-[[nodiscard]] SavedControl savedControl(const HistoryFile& history, const HistoryKey& key);
+/// Of each CODE that asks for a motor or load once, in the order of the file, which may have a CODE for each depth.
+[[nodiscard]] std::vector<SavedControl> savedControls(const HistoryFile& history, const HistoryKey& key);
 
 } // namespace brenvolt

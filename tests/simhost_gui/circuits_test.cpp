@@ -2,6 +2,7 @@
 #include "circuits/reports/circuit_summary.h"
 #include "gui_fixture.h"
 #include "simhost/gui/circuit_panel.h"
+#include "simhost/gui/circuit_rows.h"
 #include "simhost/host/files.h"
 #include "simhost/site/saved_configurations.h"
 #include "tests/simhost_qt/piloted_windows.h"
@@ -108,6 +109,22 @@ TEST_CASE("a circuit is moved and deleted as a whole, each one step of undo") {
   CHECK(pumps.table().topLevelItemCount() == 1);
   undoTo(before);
   CHECK(pumps.table().topLevelItemCount() == 2);
+}
+
+TEST_CASE("a circuit is out of date when its configuration has another motor, the second too") {
+  const GuiFixture gui;
+  circuits::CircuitObject circuit;
+  circuit.fields = {{L"circuit", L"Motors"}, {L"type", L"Two"}, {L"configuration", L"Pumps"}};
+  for (const wchar_t* load : {L"10", L"5"})
+    circuit.loads.push_back(
+        {load, std::wstring(L"Induction;") + load + L";HP", L"((\"10AWG\" \"BLK\" \"1\"))", {}});
+  for (const auto& [second, state] : {std::pair{L"5", "Built"}, {L"7.5", "Out of date"}}) {
+    const brenvolt::SavedConfiguration saved{{L"Motors", L"Two", L"Pumps"}, {}, {}};
+    const SiteConfigurations site{
+        {}, {saved}, {{{{L"Induction", second, L"HP"}, {}}, {{L"Induction", L"10", L"HP"}, {}}}}, {saved}};
+    const auto rows = circuitRows({circuit}, {}, &site, gui.texts);
+    CHECK(rows.front().cells.back() == QString::fromLatin1(state));
+  }
 }
 
 TEST_CASE("a copy has scale and choices that the drawing keeps of each motor, with tags of its own") {
