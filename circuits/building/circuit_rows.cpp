@@ -13,6 +13,7 @@
 #include "text/encoding.h"
 #include "text/numbers.h"
 #include "text/plain_number.h"
+#include "text/similar_name.h"
 #include "text/split.h"
 
 #include <algorithm>
@@ -234,11 +235,22 @@ private:
     for (const auto& [name, known] : catalogue_.circuits())
       for (const brenvolt::ZanCircuitEntry& entry : known.entries)
         if (worksheetOf(entry.worksheet).records.contains(code)) return false;
-    list_.faults.push_back(
-        {list_.header, columnName(code),
-         L"is neither a CODE of the workbook nor a column of a list, which has " +
-             names(setFields(), [](const SetFieldRow& field) { return std::wstring(field.name); })});
+    list_.faults.push_back({list_.header, columnName(code), unknownColumnReason(code)});
     return place->second = true;
+  }
+
+  std::wstring unknownColumnReason(const std::wstring& code) {
+    std::wstring reason = L"is neither a CODE of the workbook nor a column of a list";
+    std::vector<std::wstring> columns;
+    for (const SetFieldRow& field : setFields())
+      columns.emplace_back(field.name);
+    const std::wstring all = names(columns, [](const std::wstring& column) { return column; });
+    for (const auto& [name, sheet] : worksheets_)
+      for (const auto& [known, record] : sheet.records)
+        columns.push_back(known);
+    if (const std::wstring similar = brenvolt::similarName(code, columns); !similar.empty())
+      return reason + L"; did you mean " + similar + L"?";
+    return reason + L", which has " + all;
   }
 
   void takeOption(

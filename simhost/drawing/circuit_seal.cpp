@@ -2,6 +2,7 @@
 #include "simhost/drawing/circuit_seal.h"
 
 #include "simhost/drawing/circuit_edit.h"
+
 #include <algorithm>
 #include <cmath>
 #include <cstdint>

@@ -40,12 +40,11 @@ QString PaperCommands::title() const {
 
 std::optional<PaperPage> PaperCommands::page() const {
   const QString today = QDate::currentDate().toString(Qt::ISODate);
-  const lisp::Value code = services_.site.interpreter().value(codeStandardSymbol);
   try {
     return makePage(
         services_.drawing(), PageSetup::of(services_.settings.value(L"page")),
         services_.site.session().options().siteFolder / "frames", title(), today,
-        code.isString() ? toQt(code.asString()) : QString());
+        toQt(sessionStandard(services_.site.interpreter())));
   } catch (const BadInput& error) {
     services_.status.showFault(QString::fromUtf8(error.what()));
     return std::nullopt;
