@@ -7,6 +7,7 @@ scratch=$(mktemp -d)
 trap 'rm -rf "$scratch"' EXIT
 prefix="$scratch/Programme für alle"
 failures=0
+export CMAKE_GENERATOR=Ninja # the build needs no other program
 
 check() { # name, command
   local name=$1

@@ -10,6 +10,7 @@ trap 'rm -rf "$scratch"' EXIT
 checkout="$scratch/für den Schaltschrank"
 machine=$scratch/machine
 failures=0
+export CMAKE_GENERATOR=Ninja # the build needs no other program
 
 stub() { # name, body
   rm -f "$machine/$1" # it may be a link to the real one
