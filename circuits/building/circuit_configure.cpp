@@ -138,14 +138,6 @@ std::wstring savedName(simhost::SiteRun& run) {
   return saved.size() == 4 && saved[3].isString() ? saved[3].asString() : std::wstring();
 }
 
-/// From now on the circuit is that of the configuration that its dialog has saved, and not of the one that it began with.
-void keepName(simhost::DrawingDatabase& drawing, const std::wstring& circuit, const std::wstring& name) {
-  simhost::CircuitFields fields = drawing.store().circuits().at(circuit);
-  for (auto& [key, text] : fields)
-    if (key == L"configuration" && !name.empty()) text = name;
-  drawing.putCircuit(circuit, std::move(fields));
-}
-
 std::wstring lispText(const std::wstring& text) {
   return lisp::printValue(lisp::Value::string(text), lisp::PrintStyle::readable);
 }
@@ -160,7 +152,9 @@ ConfigureResult configureCircuit(simhost::SiteRun& run, const RebuildRequest& re
       [&](const SetCircuit& row, const KvPoint3d& at) {
         if (run.run(buildForm(row, placed.workbook(), at, BuildWay::withDialog), L"configure").isNil())
           return false;
-        keepName(drawingOf(run), request.circuit, savedName(run));
+        // From now on it is that of the configuration that its dialog has saved, and not of the one that it began with.
+        if (const std::wstring name = savedName(run); !name.empty())
+          setConfiguration(drawingOf(run), request.circuit, name);
         return true;
       },
       [&](SetCircuit& row) {

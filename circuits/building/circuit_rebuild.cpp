@@ -204,13 +204,7 @@ void build(
 
 /// The build read its choices from a history file of its own, under a name that the site may give to another configuration.
 void keepConfiguration(DrawingDatabase& drawing, const std::wstring& id, const CircuitObject& former) {
-  constexpr std::wstring_view name = L"configuration";
-  simhost::CircuitFields fields = drawing.store().circuits().at(id);
-  const std::wstring known = circuitField(former.fields, name);
-  for (auto& [key, text] : fields)
-    if (key == name) text = known;
-  std::erase_if(fields, [&](const auto& field) { return field.first == name && known.empty(); });
-  drawing.putCircuit(id, std::move(fields));
+  setConfiguration(drawing, id, circuitField(former.fields, L"configuration"));
 }
 
 /// On the sheet where it is; a drawing without zones has no places to name.
@@ -238,6 +232,15 @@ private:
 };
 
 } // namespace
+
+void setConfiguration(DrawingDatabase& drawing, const std::wstring& id, const std::wstring& name) {
+  constexpr std::wstring_view key = L"configuration";
+  simhost::CircuitFields fields = drawing.store().circuits().at(id);
+  for (auto& [known, text] : fields)
+    if (known == key) text = name;
+  std::erase_if(fields, [&](const auto& field) { return field.first == key && name.empty(); });
+  drawing.putCircuit(id, std::move(fields));
+}
 
 CircuitObject needCircuit(const DrawingDatabase& drawing, const std::wstring& id) {
   for (CircuitObject& circuit : circuitsOf(drawing))
@@ -325,8 +328,9 @@ std::wstring copyCircuit(
   for (const CircuitObject& one : circuitsOf(drawing))
     if (std::none_of(before.begin(), before.end(), [&one](const auto& other) { return other.id == one.id; }))
       id = one.id;
-  if (tag.empty()) keepConfiguration(drawing, id, circuit);
-  if (!tag.empty()) {
+  if (tag.empty()) {
+    keepConfiguration(drawing, id, circuit);
+  } else {
     labelNets(run, drawing, id);
     keepTerminalNumbers(drawing, id, {}, highest);
     keepRow(drawing, id, row, tag);

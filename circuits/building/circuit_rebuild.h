@@ -35,6 +35,8 @@ std::wstring copyCircuit(
 
 /// Throws BadInput for an id that the drawing does not have.
 [[nodiscard]] CircuitObject needCircuit(const simhost::DrawingDatabase& drawing, const std::wstring& id);
+/// Which saved configuration the record says that the circuit was built from; empty for none.
+void setConfiguration(simhost::DrawingDatabase& drawing, const std::wstring& id, const std::wstring& name);
 /// Takes the circuit out of the drawing and lets `build` draw it at the same point; id, terminal numbers and the site's
 /// variables are as before. `finishRow` completes what the drawing keeps of a row of a list. False, with the drawing as
 /// before, when `build` returns false; so it is when `build` throws.

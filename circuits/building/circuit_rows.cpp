@@ -181,15 +181,12 @@ private:
     }
     sheet.records = reader.records();
     for (const auto& [code, record] : sheet.records)
-      for (const brenvolt::ZanOptionGroup& group : record.groups) {
-        const LoadKind kind = group.title.starts_with(brenvolt::motorControlTitle)  ? LoadKind::motor
-                              : group.title.starts_with(brenvolt::loadControlTitle) ? LoadKind::load
-                                                                                    : LoadKind::none;
-        if (kind == LoadKind::none) continue;
-        sheet.kind = kind;
-        if (group.options.empty()) continue;
-        const brenvolt::ZanOption& first = group.options.front();
-        sheet.controls.push_back({code, {{group.title, first.text, first.value}}});
+      if (const brenvolt::ZanOptionGroup* group = record.controlGroup()) {
+        const bool isLoad = brenvolt::equalsCollating(group->title, brenvolt::loadControlTitle);
+        sheet.kind = isLoad ? LoadKind::load : LoadKind::motor;
+        if (group->options.empty()) continue;
+        const brenvolt::ZanOption& first = group->options.front();
+        sheet.controls.push_back({code, {{group->title, first.text, first.value}}});
       }
     return sheet;
   }

@@ -3,6 +3,7 @@
 #include "circuits/building/row_configurations.h"
 #include "circuits/netlist/netlist.h"
 #include "circuits/provenance/load_data.h"
+#include "data/entity_records.h"
 #include "project/history_names.h"
 #include "simhost/host/errors.h"
 #include "text/compare.h"
@@ -60,11 +61,7 @@ std::vector<EntryRow> rowsOf(const EntityNode& node, std::wstring_view params) {
 
 bool asksForLoad(const CodeRecords& records, const std::wstring& code) {
   const auto record = records.find(brenvolt::toUpper(code));
-  return record != records.end() &&
-         std::any_of(record->second.groups.begin(), record->second.groups.end(), [](const auto& group) {
-           return group.title.starts_with(brenvolt::motorControlTitle) ||
-                  group.title.starts_with(brenvolt::loadControlTitle);
-         });
+  return record != records.end() && record->second.controlGroup() != nullptr;
 }
 
 /// The rows of each CODE that asks for a motor or load. A symbol belongs to the last such CODE that has drawn before it,
@@ -187,9 +184,6 @@ std::wstring valuesOf(XmlElement marker) {
   return values;
 }
 
-/// What says which motor or load it is: type to speed.
-constexpr std::size_t ratedFields = 7;
-
 /// The data of the first motor or load of a marker, up to so many fields.
 std::wstring loadOf(XmlElement marker, std::size_t fields) {
   std::wstring values;
@@ -217,15 +211,19 @@ void keepRest(XmlElement made, XmlElement former) {
   const std::vector<XmlElement> olds = former.children(xmlname::marker);
   const bool areSameLoads = std::all_of(olds.begin(), olds.end(), [&markers](const XmlElement& old) {
     const auto same = findSame(markers, old);
-    return same == markers.end() || loadOf(*same, ratedFields) == loadOf(old, ratedFields);
+    return same == markers.end() ||
+           loadOf(*same, brenvolt::circparam::identity) == loadOf(old, brenvolt::circparam::identity);
   });
   for (const XmlElement old : olds) {
     const auto same = findSame(markers, old);
     if (same == markers.end()) {
-      made.appendCopy(old);
+      XmlElement kept = made.appendCopy(old);
+      if (!areSameLoads)
+        for (const XmlElement part : kept.children(xmlname::catalog))
+          kept.removeChild(part);
     } else if (areSameLoads && valuesOf(*same) == valuesOf(old)) {
       XmlElement marker = *same;
-      for (const XmlElement part : old.children(L"Catalog"))
+      for (const XmlElement part : old.children(xmlname::catalog))
         marker.appendCopy(part);
     }
   }

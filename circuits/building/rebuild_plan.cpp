@@ -154,6 +154,13 @@ std::wstring commonOptions(const std::wstring& codes, const CodeRecords& former,
   return common;
 }
 
+/// The cell that is chosen for a column; null for none.
+const std::wstring* choiceOf(const Choices& choices, SetField field) {
+  const auto choice = std::find_if(
+      choices.begin(), choices.end(), [field](const auto& each) { return columnOf(each.first) == field; });
+  return choice == choices.end() ? nullptr : &choice->second;
+}
+
 void choose(SetRow& row, const std::wstring& key, const std::wstring& value) {
   if (const std::optional<SetField> column = columnOf(key)) {
     if (*column == SetField::tag)
@@ -237,9 +244,7 @@ private:
       return brenvolt::equalsOrdinalNoCase(choice.first, key);
     });
   }
-  [[nodiscard]] bool isChosen(SetField field) const {
-    return isChosen(setFields()[static_cast<std::size_t>(field)].name);
-  }
+  [[nodiscard]] bool isChosen(SetField field) const { return choiceOf(choices_, field) != nullptr; }
   [[nodiscard]] bool choosesLoad() const {
     return std::any_of(
         choices_.begin(), choices_.end(), [](const auto& choice) { return isLoadColumn(choice.first); });
@@ -299,19 +304,15 @@ private:
   /// other type has them from the start.
   void keepCommonOptions() {
     const auto chosen = [this](SetField field, std::wstring_view own) {
-      const std::wstring_view name = setFields()[static_cast<std::size_t>(field)].name;
-      const auto choice = std::find_if(choices_.begin(), choices_.end(), [name](const auto& each) {
-        return brenvolt::equalsOrdinalNoCase(each.first, name);
-      });
-      return choice == choices_.end() ? circuitField(circuit_.fields, own) : choice->second;
+      const std::wstring* choice = choiceOf(choices_, field);
+      return choice == nullptr ? circuitField(circuit_.fields, own) : *choice;
     };
-    brenvolt::ZanCircuitCatalog list = simhost::readCircuitList(request_.workbook);
+    const brenvolt::ZanCircuitCatalog list = simhost::readCircuitList(request_.workbook);
     const brenvolt::ZanCircuitEntry* type =
         list.findEntry(chosen(SetField::circuit, L"circuit"), chosen(SetField::type, L"type"));
     if (type == nullptr) return; // reported with the row
-    const std::wstring worksheet = type->worksheet;
     const CodeRecords former = recordsOf(list, circuitField(circuit_.fields, L"worksheet"));
-    const CodeRecords records = recordsOf(list, worksheet);
+    const CodeRecords records = recordsOf(list, type->worksheet);
     for (auto& [name, text] : circuit_.fields)
       if (name == L"codes") text = commonOptions(text, former, records);
   }
@@ -327,9 +328,8 @@ private:
     const bool isLoad = setupText(circuit_.loads.front().params, L"Control") == brenvolt::loadControlTitle;
     const std::wstring_view title = isLoad ? brenvolt::loadControlTitle : brenvolt::motorControlTitle;
     const bool asks = std::any_of(records.begin(), records.end(), [title](const auto& record) {
-      return std::any_of(
-          record.second.groups.begin(), record.second.groups.end(),
-          [title](const auto& group) { return group.title.starts_with(title); });
+      const brenvolt::ZanOptionGroup* group = record.second.controlGroup();
+      return group != nullptr && brenvolt::equalsCollating(group->title, title);
     });
     if (!asks)
       throw BadInput(
@@ -378,12 +378,7 @@ void takeSiteVariables(SetCircuit& row, const CircuitObject& circuit, const Rebu
   for (const auto& [name, scale] :
        {std::pair{L"scale", &row.scale}, {L"component-scale", &row.componentScale}})
     if (const double drawn = brenvolt::toDouble(text(name)); drawn > 0.0) *scale = drawn;
-  const auto isChosen = [&request](SetField field) {
-    const wchar_t* name = setFields()[static_cast<std::size_t>(field)].name;
-    return std::any_of(request.choices.begin(), request.choices.end(), [name](const auto& choice) {
-      return brenvolt::equalsOrdinalNoCase(choice.first, name);
-    });
-  };
+  const auto isChosen = [&request](SetField field) { return choiceOf(request.choices, field) != nullptr; };
   row.number = static_cast<std::size_t>(std::max(brenvolt::toInt(text(L"SITE_CIRCUIT")), 1));
   row.tag = text(L"SITE_TAG");
   if (!isChosen(SetField::installation)) row.installation = text(L"SITE_INST");

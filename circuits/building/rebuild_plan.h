@@ -44,4 +44,5 @@ void takeSiteVariables(SetCircuit& row, const CircuitObject& circuit, const Rebu
 /// What the drawing keeps of a row's wires, after the circuit as it is now; a voltage drop is known only while motors and
 /// wires are the same.
 void takeWireFacts(SetCircuit& row, const CircuitObject& before, const CircuitObject& now);
+
 } // namespace circuits

@@ -300,9 +300,9 @@ public:
       if (y_ < bottom_) nextPage();
       line(row);
     }
-    for (const std::wstring& note : report_.notes) {
+    for (const ReportNote& note : report_.notes) {
       if (y_ < bottom_) nextPage();
-      pages_.paintCell(left_, y_, size_, note);
+      pages_.paintCell(left_, y_, size_, note.text);
       y_ -= lineHeight_;
     }
     pages_.endPage();

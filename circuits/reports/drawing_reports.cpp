@@ -235,7 +235,8 @@ public:
     for (std::size_t place = 0; place < missing_.size(); ++place)
       if (missing_[place] != 0)
         report_.notes.push_back(
-            brenvolt::formatInt(static_cast<std::int64_t>(missing_[place])) + kind_.notes[place]);
+            {missing_[place],
+             brenvolt::formatInt(static_cast<std::int64_t>(missing_[place])) + kind_.notes[place]});
     return std::move(report_);
   }
 

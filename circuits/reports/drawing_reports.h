@@ -44,12 +44,17 @@ struct ReportColumn {
 
 /// A cell without a value is something that the drawings do not say.
 using ReportRow = std::vector<std::optional<std::wstring>>;
+/// What the reader of a list has to know: how much is missing in it, and a sentence that says so and why.
+struct ReportNote {
+  std::size_t count = 0;
+  std::wstring text{};
+};
+
 struct Report {
   std::wstring title{};
   std::vector<ReportColumn> columns{};
   std::vector<ReportRow> rows{};
-  /// What the reader of the list has to know: what is missing in it and why, a sentence each.
-  std::vector<std::wstring> notes{};
+  std::vector<ReportNote> notes{};
 };
 
 [[nodiscard]] Report makeReport(ReportKind kind, const std::vector<Sheet>& sheets);

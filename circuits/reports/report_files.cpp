@@ -42,8 +42,8 @@ std::string asJson(const Report& report) {
     rows.push_back(std::move(object));
   }
   Json notes = Json::array();
-  for (const std::wstring& note : report.notes)
-    notes.push_back(toUtf8(note));
+  for (const ReportNote& note : report.notes)
+    notes.push_back(toUtf8(note.text));
   return Json{{"title", toUtf8(report.title)}, {"rows", std::move(rows)}, {"notes", std::move(notes)}}.dump(
              1) +
          '\n';
@@ -113,8 +113,8 @@ void ReportPage::addRows(const Report& report) {
 
 void ReportPage::end(const Report& report) {
   text_ += "</tbody></table>\n";
-  for (const std::wstring& note : report.notes)
-    text_ += "<p>" + htmlText(note) + "</p>\n";
+  for (const ReportNote& note : report.notes)
+    text_ += "<p>" + htmlText(note.text) + "</p>\n";
 }
 
 std::string reportPage(const std::vector<Report>& reports) {

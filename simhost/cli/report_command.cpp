@@ -89,8 +89,8 @@ ExitCode runReport(const ReportOptions& options) {
   Report report = readLists(options.drawings).report(*kind);
   if (const auto fault = circuits::applyLayout(report, layout))
     throw BadInput(options.site + "/reports.json: " + options.kind + ": " + *fault);
-  for (const std::wstring& note : report.notes)
-    std::fprintf(stderr, "brenvolt: %s: %s\n", options.kind.c_str(), toUtf8(note).c_str());
+  for (const circuits::ReportNote& note : report.notes)
+    std::fprintf(stderr, "brenvolt: %s: %s\n", options.kind.c_str(), toUtf8(note.text).c_str());
   if (options.format == "xls") {
     if (const auto fault = circuits::writeWorkbook(report, fromUtf8(options.out)))
       throw CannotWrite(toUtf8(*fault));

@@ -317,8 +317,8 @@ private:
         all.write(page.take());
         last.notes = piece.notes;
       });
-      for (const std::wstring& note : last.notes)
-        findings.push_back(kind + ": " + toUtf8(note));
+      for (const circuits::ReportNote& note : last.notes)
+        findings.push_back(kind + ": " + toUtf8(note.text));
       page.end(last);
       list.finish();
     }

@@ -2,6 +2,7 @@
 #include "circuits/building/circuit_configure.h"
 #include "simhost/drawing/circuit_seal.h"
 #include "simhost/gui/circuit_commands.h"
+#include "simhost/gui/circuit_rows.h"
 #include "simhost/qt/qt_text.h"
 #include "simhost/qt/qt_windows.h"
 #include "text/compare.h"

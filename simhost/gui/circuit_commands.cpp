@@ -3,6 +3,7 @@
 
 #include "circuits/reports/drawing_reports.h"
 #include "simhost/gui/circuit_placing.h"
+#include "simhost/gui/circuit_rows.h"
 #include "simhost/gui/circuit_selection.h"
 #include "simhost/gui/drawing_files.h"
 #include "simhost/gui/drawing_view.h"
@@ -82,11 +83,6 @@ circuits::RebuildRequest CircuitCommands::requestFor(
   return {siteFolder(), brenvolt::toUtf8(site.workbook), circuit.id};
 }
 
-bool CircuitCommands::isOfType(const brenvolt::HistoryKey& key, const CircuitObject& circuit) {
-  return brenvolt::equalsOrdinalNoCase(key.circuit, circuitField(circuit.fields, L"circuit")) &&
-         brenvolt::equalsOrdinalNoCase(key.type, circuitField(circuit.fields, L"type"));
-}
-
 void CircuitCommands::editWireSize() {
   // The site applies the result. A site without this function only shows it.
   std::wstring form = L"(if (fboundp 'site-edit-wire-size) (site-edit-wire-size";
@@ -120,9 +116,7 @@ void CircuitCommands::copy() {
         const QString name = toQt(circuit.name());
         if (circuit.fields.empty()) return services_.texts(HostText::circuitHasNoRecord, {name});
         const SiteConfigurations site = savedConfigurations(siteFolder());
-        if (std::none_of(site.types.begin(), site.types.end(), [&circuit](const auto& type) {
-              return isOfType(type.key, circuit);
-            }))
+        if (!hasType(site, circuit))
           return services_.texts(
               HostText::circuitHasNoType, {name, toQt(circuitField(circuit.fields, L"circuit")),
                                            toQt(circuitField(circuit.fields, L"type"))});

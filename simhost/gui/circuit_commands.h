@@ -46,7 +46,6 @@ private:
   [[nodiscard]] std::string siteFolder() const;
   [[nodiscard]] circuits::RebuildRequest requestFor(
       const circuits::CircuitObject& circuit, const SiteConfigurations& site) const;
-  [[nodiscard]] static bool isOfType(const brenvolt::HistoryKey& key, const circuits::CircuitObject& circuit);
 
   WindowServices services_;
   DrawingView& view_;

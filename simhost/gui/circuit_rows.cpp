@@ -41,15 +41,11 @@ bool isSameLoad(const brenvolt::SavedControl& saved, const circuits::CircuitLoad
 
 /// Whether the saved configuration that the circuit was built from holds a motor or load that the circuit does not have.
 bool isOutOfDate(const circuits::CircuitObject& circuit, const SiteConfigurations& site) {
-  const auto field = [&circuit](std::wstring_view name) { return circuitField(circuit.fields, name); };
-  const std::wstring name = field(L"configuration");
+  const std::wstring name = circuitField(circuit.fields, L"configuration");
   if (name.empty() || circuit.loads.empty()) return false;
   for (std::size_t place = 0; place < site.saved.size(); ++place) {
-    const auto& key = site.saved[place].key;
-    if (!brenvolt::equalsOrdinalNoCase(key.circuit, field(L"circuit")) ||
-        !brenvolt::equalsOrdinalNoCase(key.type, field(L"type")) ||
-        !brenvolt::equalsOrdinalNoCase(key.name, name))
-      continue;
+    const brenvolt::HistoryKey& key = site.saved[place].key;
+    if (!isOfType(key, circuit) || !brenvolt::equalsOrdinalNoCase(key.name, name)) continue;
     return std::any_of(
         site.controls[place].begin(), site.controls[place].end(), [&circuit](const auto& saved) {
           return std::none_of(circuit.loads.begin(), circuit.loads.end(), [&saved](const auto& load) {
@@ -60,14 +56,18 @@ bool isOutOfDate(const circuits::CircuitObject& circuit, const SiteConfiguration
   return false;
 }
 
-bool hasType(const SiteConfigurations& site, const circuits::CircuitSummary& summary) {
-  return std::any_of(site.types.begin(), site.types.end(), [&summary](const auto& type) {
-    return brenvolt::equalsOrdinalNoCase(type.key.circuit, summary.circuit) &&
-           brenvolt::equalsOrdinalNoCase(type.key.type, summary.type);
-  });
+} // namespace
+
+bool isOfType(const brenvolt::HistoryKey& key, const circuits::CircuitObject& circuit) {
+  return brenvolt::equalsOrdinalNoCase(key.circuit, circuitField(circuit.fields, L"circuit")) &&
+         brenvolt::equalsOrdinalNoCase(key.type, circuitField(circuit.fields, L"type"));
 }
 
-} // namespace
+bool hasType(const SiteConfigurations& site, const circuits::CircuitObject& circuit) {
+  return std::any_of(site.types.begin(), site.types.end(), [&circuit](const auto& type) {
+    return isOfType(type.key, circuit);
+  });
+}
 
 std::vector<CircuitRow> circuitRows(
     const std::vector<circuits::CircuitObject>& circuits, const std::wstring& sheet,
@@ -81,7 +81,7 @@ std::vector<CircuitRow> circuitRows(
     for (const circuits::CircuitFinding& finding : summary.findings)
       notes.append(texts(wordsOf(finding.fault), {toQt(finding.tag)}));
     QStringList stale;
-    if (site != nullptr && !circuit.fields.empty() && !hasType(*site, summary))
+    if (site != nullptr && !circuit.fields.empty() && !hasType(*site, circuit))
       stale.append(texts(HostText::circuitTypeGone, {toQt(summary.circuit), toQt(summary.type)}));
     if (site != nullptr && isOutOfDate(circuit, *site))
       stale.append(texts(

@@ -23,6 +23,11 @@ struct CircuitRow {
   QString searchText{}; ///< all by which it is found, tags of its components too
 };
 
+/// Whether the key is of the circuit's type.
+[[nodiscard]] bool isOfType(const brenvolt::HistoryKey& key, const circuits::CircuitObject& circuit);
+/// Whether the workbook has the circuit's type.
+[[nodiscard]] bool hasType(const SiteConfigurations& site, const circuits::CircuitObject& circuit);
+
 /// `sheet`: the drawing's number. `site`: null when there is no site or it cannot be read; nothing is out of date then.
 [[nodiscard]] std::vector<CircuitRow> circuitRows(
     const std::vector<circuits::CircuitObject>& circuits, const std::wstring& sheet,

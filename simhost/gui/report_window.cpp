@@ -57,9 +57,8 @@ QString tableOf(const HostTexts& texts, const ShownList& shown) {
     page += QStringLiteral("</tr>");
   }
   page += QStringLiteral("</table>");
-  for (const std::wstring& note : list.notes) // begins with the number that is missing
-    page += QStringLiteral("<p>%1</p>")
-                .arg(texts(shown.note, {toQt(note).section(QLatin1Char(' '), 0, 0)}).toHtmlEscaped());
+  for (const circuits::ReportNote& note : list.notes)
+    page += QStringLiteral("<p>%1</p>").arg(texts(shown.note, {QString::number(note.count)}).toHtmlEscaped());
   return page;
 }
 

@@ -146,7 +146,7 @@
 ; A device without a record: the wire layers that lead to it, without those of controls.
 (defun layers-at (entity)
   (let ((found nil))
-    (dolist (wire (lines-on (remove-if (lambda (layer) (member layer (list site-control-layer site-grounded-layer))) (wire-layers))))
+    (dolist (wire (lines-on (remove-if 'control-layer? (wire-layers))))
       (when (and (wire-at-symbol? wire entity) (not (member (entity-get wire 'layer) found)))
         (setq found (cons (entity-get wire 'layer) found))))
     found))

@@ -172,18 +172,20 @@
 (setq site-control-voltages
   '(("115" "120-120 V") ("200" "208-120 V") ("208" "208-120 V") ("230" "240-120 V") ("240" "240-120 V") ("400" "400-230 V")
     ("460" "480-120 V") ("480" "480-120 V") ("575" "600-120 V")))
-(setq site-no-voltage "NO VOLTAGE") ; of a circuit without a motor
+; Nil for a circuit without a motor.
 (defun control-voltages (data)
-  (or (second (assoc (data-text data 3) site-control-voltages))
-      (if (string=? (data-text data 3) "") site-no-voltage (string-append (data-text data 3) "-120 V"))))
+  (cond ((string=? (data-text data 3) "") nil)
+        ((second (assoc (data-text data 3) site-control-voltages)))
+        (T (string-append (data-text data 3) "-120 V"))))
 
-; A transformer that nobody has chosen is the maker's usual one for these voltages: CT-150, CT-150-240; none without a
-; voltage.
+; A transformer that nobody has chosen is the maker's usual one for these voltages: CT-150, CT-150-240.
 (defun transformer-texts (data voltages)
-  (append (list (cons "TAG1" (tag-behind "CTR")) (cons "RATING1" voltages))
+  (append (list (cons "TAG1" (tag-behind "CTR")) (cons "RATING1" (or voltages "NO VOLTAGE")))
           (cdr (part-texts data nil "XF" "XF"))
-          (unless (or (data-part data "XF") (string=? voltages "480-120 V") (string=? voltages site-no-voltage))
-            (list (cons "MFG" "Carrick") (cons "CAT" (string-append "CT-150-" (first (string-split voltages "-"))))))))
+          (when (and voltages (not (data-part data "XF")))
+            (list (cons "MFG" "Carrick")
+                  (cons "CAT" (if (string=? voltages "480-120 V") "CT-150"
+                                (string-append "CT-150-" (first (string-split voltages "-")))))))))
 
 ; The control transformer with its fuses. It is fed from the first and second line above it: rise-1 and rise-2 are
 ; their distances above the marker. Its secondary feeds the rails, left and right of it at 50 and 60.
@@ -195,10 +197,7 @@
     (place-symbol "ZDOT" (funcall at 12 rise-2) scl nil)
     (vertical-fuse (funcall at -12 16) scl "FU11") ; the wires below are as long as their texts need
     (vertical-fuse (funcall at 12 16) scl "FU12")
-    (let* ((voltages (control-voltages data))
-           (transformer (place-symbol "ZTRANS" xyz scl (transformer-texts data voltages))))
-      (when (and (string=? voltages site-no-voltage) (not (data-part data "XF")))
-        (fill-attributes transformer '(("MFG" . "") ("CAT" . "")))))
+    (place-symbol "ZTRANS" xyz scl (transformer-texts data (control-voltages data)))
     (control-wire (funcall at -50 -9) (funcall at -12 -9))
     (control-wire (funcall at 12 -9) (funcall at 60 -9))
     (place-in-wires "ZFUSE1" (funcall at -30 -9) scl 1 lead (list (cons "TAG1" (tag-behind "FU13"))))

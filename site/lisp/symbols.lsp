@@ -33,7 +33,7 @@
 ; Parts that every circuit takes alike, unless something else was chosen. Contacts are no parts of their own.
 (setq site-usual-parts
   '(("ZSTOP" "Carrick" "PB22-01-R") ("ZSTART" "Carrick" "PB22-10-G") ("ZSELECT" "Carrick" "SS22-2P")
-    ("ZLIGHT" "Carrick" "PL22-120") ("ZTERM" "Wexler" "TB-4") ("ZFUSE1" "Fusewell" "CC-5") ("ZTRANS" "Carrick" "CT-150")))
+    ("ZLIGHT" "Carrick" "PL22-120") ("ZTERM" "Wexler" "TB-4") ("ZFUSE1" "Fusewell" "CC-5")))
 
 ; Where another voltage controls.
 (setq site-metric-parts '(("ZLIGHT" "Carrick" "PL22-230")))

@@ -52,6 +52,9 @@
               (entity-set! entity 'layer (wire-layer site-metric-control-layer))))
           entities)))
 
+(defun control-layer? (layer)
+  (member layer (list site-control-layer site-grounded-layer site-metric-control-layer)))
+
 ; The grounded side of a control circuit is white: what the ground of its transformer or the neutral of its supply
 ; reaches without a device between them. A metric code has no such colour of its own.
 (defun whiten-grounded-wires (entities)
@@ -62,7 +65,8 @@
                                                (string=? (entity-get entity 'layer) site-control-layer)))
                          entities))
            (front (remove-if-not
-                    (lambda (wire) (some (lambda (point) (some (lambda (end) (same-point? end point)) (ends-of wire))) points))
+                    (lambda (wire)
+                      (some (lambda (end) (some (lambda (point) (same-point? end point)) points)) (ends-of wire)))
                     rest-wires)))
       (while front
         (setq rest-wires (remove-if (lambda (wire) (member wire front)) rest-wires))

@@ -91,9 +91,6 @@ bool keepsSavedControl(const BuildState& build, const ZanAnnotationDataList& sav
          build.input.presets.wires.empty() && !saved.isEmpty();
 }
 
-/// Which motor or load it is; what follows depends on it.
-constexpr std::size_t ratedFields = circparam::speed + 1;
-
 /// Whether saved rows have a motor or load, and it is not that of the preset.
 bool isOtherLoad(const ZanAnnotationDataList& saved, const std::vector<std::wstring>& asked) {
   for (const ZanAnnotationDataList::Item& item : saved.items()) {
@@ -101,7 +98,7 @@ bool isOtherLoad(const ZanAnnotationDataList& saved, const std::vector<std::wstr
         (item.row->name != rowname::motorSetup && item.row->name != rowname::loadSetup))
       continue;
     const std::vector<ZanAnnotationField>& fields = item.row->fields;
-    for (std::size_t place = 0; place < ratedFields; ++place) {
+    for (std::size_t place = 0; place < circparam::identity; ++place) {
       const std::wstring had = place < fields.size() ? trim(fields[place].value) : std::wstring();
       const std::wstring has = place < asked.size() ? trim(asked[place]) : std::wstring();
       if (!equalsOrdinalNoCase(had, has)) return true;

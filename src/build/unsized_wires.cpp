@@ -173,10 +173,9 @@ private:
         const bool isGround = isGrounding(row);
         int& number = isGround ? grounds : conductors;
         ++number;
-        if (sizeOf(row).empty() && !(isGround ? sizes.grounding : sizes.conductors).empty())
-          setSize(
-              row, isGround ? sizes.grounding : sizes.conductors, sizes,
-              isGround ? groundCode(number, suffix) : wireCode(number, suffix));
+        const std::wstring& size = isGround ? sizes.grounding : sizes.conductors;
+        if (sizeOf(row).empty() && !size.empty())
+          setSize(row, size, sizes, isGround ? groundCode(number, suffix) : wireCode(number, suffix));
         wires.AddRow(std::move(row));
       }
     const std::vector<PresetWire> presets = {

@@ -20,6 +20,8 @@ inline constexpr std::size_t type = 0, load = 1, units = 2, voltage = 3, phase =
                              parallelCount = 25, parallelMinSize = 26, energyPrice = 27, groundWire = 28,
                              controlCode = 29, wire = 30;
 inline constexpr std::size_t count = 31;
+/// Those before it, type to speed, say which motor or load it is; the rest follows from them.
+inline constexpr std::size_t identity = speed + 1;
 } // namespace circparam
 
 /// The record of a placed component: texts by position.

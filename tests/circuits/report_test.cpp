@@ -47,8 +47,9 @@ TEST_CASE("parts, wires and terminals of two sheets are what a hand counts") {
                                         "1,MS,,,,,2M\n"
                                         "2,MS,Carrick,MC-25,,,\"1M, 10M\"\n"
                                         "3,TRMS,,,,,TB1\n");
-  CHECK(
-      makeReport(ReportKind::parts, sheets).notes.front().starts_with(L"4 devices have no catalogue number"));
+  CHECK(makeReport(ReportKind::parts, sheets)
+            .notes.front()
+            .text.starts_with(L"4 devices have no catalogue number"));
   CHECK(
       csv(ReportKind::wires, {sheets.front()}) == "number,size,colour,from,to,length,sheet\n"
                                                   "1L11,10AWG,BLK,CB1:2,1M:1,,S1\n"
@@ -59,7 +60,7 @@ TEST_CASE("parts, wires and terminals of two sheets are what a hand counts") {
       "strip,terminal,number,size,inside,outside,jumper,cable,sheet\n"
       "TB1,3,,10AWG,1M:2,MTR1:T1,,W-MTR1,S1\n");
   CHECK(
-      makeReport(ReportKind::terminals, sheets).notes.front() ==
+      makeReport(ReportKind::terminals, sheets).notes.front().text ==
       L"1 terminals of a strip are drawn more than once.");
 }
 

@@ -96,6 +96,33 @@ TEST_CASE("a preset changes the choices of a saved configuration; the rest of it
          site.site()});
     CHECK(isChosen(site.folder().read("a.json")) == isKept);
   }
+
+  // A circuit that no configuration was taken for is not one of its name.
+  site.drawn(motor, "b.json", {"--history", motor.history, "--save-history", "MTR1"});
+  site.done(
+      {"draw", "--site", site.site(), "--circuit", motor.circuit, "--type", motor.type, "--preset", "OL=1",
+       "--params", R"("Induction";"10";"HP";"460";"3";"60";"1800";"14";"1.25")", "--out",
+       site.folder().path("c.json")});
+  site.done(
+      {"rebuild", site.folder().path("c.json"), "--circuit", "MTR1", "--set", "OL=2", "--site", site.site()});
+  CHECK_FALSE(isChosen(site.folder().read("c.json")));
+  CHECK(site.folder().read("c.json").find("\"configuration\"") == std::string::npos);
+}
+
+TEST_CASE("a new wire size leaves the grounding wires of the record, whatever their layer is called") {
+  const SiteCopy site;
+  std::string drawing = site.drawn(motor, "a.json", {"--history", motor.history});
+  for (std::size_t at = 0; (at = drawing.find("GRN_10AWG", at)) != std::string::npos;)
+    drawing.replace(at, 9, "PE_10AWG");
+  site.done(
+      {"lisp", "--site", site.site(), "--drawing", site.folder().write("b.json", drawing), "--save",
+       site.folder().path("c.json"), "-e",
+       "(apply-wire-size (find-if (lambda (e) (entity-data e \"ORL_QN_BV_CIRCPARAMS\")) (entities-in-space)) "
+       "\"6AWG\" nil)"});
+  const std::string changed = site.folder().read("c.json");
+  checkHolds(
+      changed, {R"("layer":"BLK_6AWG")", R"("layer":"PE_10AWG")", R"((\"10AWG\" \"PE_10AWG\" \"3\"))"});
+  CHECK(changed.find(R"("layer":"BLK_10AWG")") == std::string::npos);
 }
 
 TEST_CASE("a saved configuration is drawn in its own scales, unless others are given") {
