@@ -199,8 +199,9 @@ void LabelPlaces::placeText(
   Candidate best{drawnAt, shape, 0.0};
   double order = 0.0;
   for (const Candidate& candidate : candidatesFor(shape, drawnAt, wires)) {
-    const double cover = shown_.in(roomOf(candidate.text)) + candidate.penalty + order;
-    order += orderPenalty;
+    const double penalty = candidate.penalty + std::exchange(order, order + orderPenalty);
+    if (penalty >= least) continue; // however little it covers
+    const double cover = shown_.in(roomOf(candidate.text)) + penalty;
     if (cover >= least) continue;
     least = cover;
     best = candidate;
@@ -219,8 +220,8 @@ Text LabelPlaces::freest(const std::vector<Text>& candidates) {
   double least = std::numeric_limits<double>::infinity();
   double order = 0.0;
   for (const Text& candidate : candidates) {
-    const double cover = shown_.in(roomOf(candidate)) + order;
-    order += referencePenalty;
+    if (order >= least) break; // however little the others cover
+    const double cover = shown_.in(roomOf(candidate)) + std::exchange(order, order + referencePenalty);
     if (cover >= least) continue;
     least = cover;
     best = &candidate;
