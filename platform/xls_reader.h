@@ -79,7 +79,7 @@ public:
   WorkbookReader(WorkbookReader&&) noexcept;
   WorkbookReader& operator=(WorkbookReader&&) noexcept;
 
-  /// Opens the file and lists its sheets. False when it cannot be read, is no workbook, is damaged or is encrypted.
+  /// Opens the file and lists its sheets. False when it cannot be read, is not a workbook, is damaged or is encrypted.
   [[nodiscard]] bool open(std::wstring_view path);
   [[nodiscard]] const std::vector<WorkbookSheetInfo>& sheets() const;
   /// The sheet of this name, ordinal without case, as an index into `sheets()`.

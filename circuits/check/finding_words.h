@@ -25,7 +25,7 @@ public:
   [[nodiscard]] std::wstring word(std::wstring_view group, std::wstring_view english) const;
   /// A part of a rule: "sentence", "remedy" or "example".
   [[nodiscard]] std::wstring_view part(const Rule& rule, std::wstring_view name) const;
-  /// What fills a placeholder. Names and figures of the site are no phrases and stay as they are.
+  /// What fills a placeholder. Names and figures of the site are not phrases and stay as they are.
   [[nodiscard]] std::wstring phrase(std::wstring_view placeholder, const std::wstring& english) const;
 
 private:

@@ -147,7 +147,7 @@ constexpr Rule table[] = {
      L"`(site_dot #xyz #scl 0 0`"},
     {L"form-trailing-text", forms, error, L"\"{text}\" is after the last form and is lost.",
      L"Delete it, or make it a form.", L"`(site_dot #xyz #scl 0 0) 12`"},
-    {L"form-not-a-form", forms, error, L"The cell is no form, so it fails when it is run.",
+    {L"form-not-a-form", forms, error, L"The cell is not a form, so it fails when it is run.",
      L"Write a function and its values in parentheses.", L"`site_dot #xyz`"},
     {L"form-without-function", forms, error, L"The form does not begin with the name of a function.",
      L"Write the function's name first.", L"`(12 #xyz)`, `()`"},

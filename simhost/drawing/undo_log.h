@@ -80,7 +80,7 @@ public:
   [[nodiscard]] int redoCount() const { return static_cast<int>(undone_.size()); }
   /// As `undo`, in the other direction.
   int redo(int records);
-  /// Nothing can come back any more: what was undone was no step of the user's.
+  /// Nothing can be redone from now on: what was undone was not a step of the user's.
   void forgetUndone() { undone_.clear(); }
   class KeptRedo;
 

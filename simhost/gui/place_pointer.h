@@ -43,7 +43,7 @@ public:
     other,    ///< a key without a meaning here
     taken,    ///< it moved the pointer or typed
     chosen,   ///< the place is `point()`
-    notAPoint ///< what is typed are no coordinates
+    notAPoint ///< what is typed is not a pair of coordinates
   };
   [[nodiscard]] Key press(const QKeyEvent& event);
   void paint(QPainter& painter) const;

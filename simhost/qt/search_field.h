@@ -1,4 +1,4 @@
-// A field that narrows a table or a tree down as one types. It is no control of a form: a flow sees what is selected
+// A field that narrows a table or a tree down as one types. It is not a control of a form: a flow sees what is selected
 // afterwards.
 #pragma once
 

@@ -43,7 +43,7 @@
             (keep-index index)))))
 (defun on-server? () (eql 0 (string-search-ci "odbc:" site-project-database)))
 ; Whether the project has the table of the indexes, as each project on a server does. A file that cannot be read at all
-; is no answer but an error: the drawing would share the index of others.
+; is not an answer but an error: the drawing would share the index of others.
 (defun tells-drawings-apart? ()
   (cond ((on-server?) (sql-query site-project-database site-given-index-query))
         ((ignore-errors (sql-query site-project-database site-given-index-query)))

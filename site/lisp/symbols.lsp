@@ -30,7 +30,7 @@
       (note-component symbol (site-text (cdr (assoc "PART TABLE" texts)))))
     symbol))
 
-; Parts that every circuit takes alike, unless something else was chosen. Contacts are no parts of their own.
+; Parts that every circuit takes alike, unless something else was chosen. Contacts are not parts of their own.
 (setq site-usual-parts
   '(("ZSTOP" "Carrick" "PB22-01-R") ("ZSTART" "Carrick" "PB22-10-G") ("ZSELECT" "Carrick" "SS22-2P")
     ("ZLIGHT" "Carrick" "PL22-120") ("ZTERM" "Wexler" "TB-4") ("ZFUSE1" "Fusewell" "CC-5")))

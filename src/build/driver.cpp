@@ -229,7 +229,7 @@ bool ZanBrenvolt::saveHistory(std::wstring_view name) {
         (formatText(loadText(TextId::historyRefused), {std::wstring_view(fromUtf8(error.what()))}) + L"\n")
             .c_str());
   }
-  // Read again, or what was added in memory would go into the file with the next save. A missing file is no failure.
+  // Read again, or what was added in memory would go into the file with the next save. A missing file is not a failure.
   static_cast<void>(state_.history.OpenHistory(state_.entry.key));
   return false;
 }

@@ -61,7 +61,7 @@ struct WireCandidate {
   std::wstring yearlyCost;
   bool isOverloaded = false; ///< the load percentage is shown in red
   bool lacksImpedance =
-      false; ///< the tables have no figure: "-" is no drop of zero, and no limit was compared with it
+      false; ///< the tables have no figure: "-" is not a drop of zero, and no limit was compared with it
 };
 
 /// One entry of the conduit fill list with the factor as the list gives it.

@@ -139,7 +139,7 @@ void ZanDlgWireSelect::exportReport() {
                               }};
   const std::optional<std::wstring> failure =
       writeReport(dialog.path(), dialog.mode(), wireReportRows(*lookup_, texts));
-  // There is no task dialog for this; the command line reports the place and the reason.
+  // No task dialog is prescribed for this: the command line reports the place and the reason.
   if (failure) kvutPrintf(formatText(loadText(TextId::reportNotWritten), {dialog.path(), *failure}).c_str());
 }
 

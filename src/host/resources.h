@@ -184,7 +184,7 @@ enum class TextId : unsigned {
 
   // History file, what others have to do with it.
   historyBusy = 22410,           ///< "%s" four times: path, user, machine, process number
-  historyKept = 22411,           ///< "%s", "%s": the file that was no history, where it is kept
+  historyKept = 22411,           ///< "%s", "%s": the file that was not a history, where it is kept
   historyDeletionStayed = 22412, ///< "%s": the name of the configuration
   buildDataReplaced = 22413,     ///< the parent product's settings
 

@@ -66,7 +66,7 @@ TEST_CASE("wires hang together where they touch, not where they cross, and a ter
     CHECK(netsOf(list) == "7: K1:2 K2:1 X1:1 | X1:1 M1:T1\n: F1:1 F2:1\n");
     CHECK(list.nets.front().others == std::vector<std::wstring>{L"8"});
   }
-  SUBCASE("lines on other layers are no wires") {
+  SUBCASE("lines on other layers are not wires") {
     plant.line(20, -15, 20, -30, L"FRAME");
     plant.drawing.eraseEntity(plant.wires[2]);
     CHECK(netsOf(readNetlist(plant.drawing)) == "7: K1:2 X1:1 | X1:1 M1:T1\n: F1:1 F2:1\n");

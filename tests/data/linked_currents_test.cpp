@@ -40,7 +40,7 @@ TEST_CASE("current, multiplier, extra current and total follow each other") {
       {"a current without a multiplier waits for it", "|||", current, L"28", "28|||", ""},
       {"a multiplier gives the total", "28|1.25||", multiplier, L"1", "28|1||28", "table"},
       {"a blanked multiplier comes back", "28|1.25||", multiplier, L"", "28|1.25||35", ""},
-      {"letters are no multiplier", "28|1.2500||", multiplier, L"abc", "28|1.25||35", ""},
+      {"letters are not a multiplier", "28|1.2500||", multiplier, L"abc", "28|1.25||35", ""},
       {"a multiplier without a current yields the current", "|||50", multiplier, L"1.25", "40|1.25||50",
        "grounding"},
       {"a multiplier alone yields a current of nothing", "|||", multiplier, L"1.25", "0|1.25||", "grounding"},
@@ -52,7 +52,7 @@ TEST_CASE("current, multiplier, extra current and total follow each other") {
       {"a total below that changes the current", "28|1.25|10|", total, L"25", "20|1.25|0|25",
        "grounding table"},
       {"a blanked total empties current and extra current", "28|1.25|10|", total, L"", "|1.25||", "table"},
-      {"a total that is no number is 0", "28|1.25|10|", total, L"abc", "0|1.25|0|0", "table"},
+      {"a total that is not a number is 0", "28|1.25|10|", total, L"abc", "0|1.25|0|0", "table"},
   };
   for (const Row& row : rows) {
     CAPTURE(row.promise);
@@ -71,7 +71,7 @@ TEST_CASE("current, multiplier, extra current and total follow each other") {
   }
 }
 
-TEST_CASE("a total that was rounded for its field is no change when it is left as it is") {
+TEST_CASE("a total that was rounded for its field is not a change when it is left as it is") {
   LinkedCurrents currents;
   CurrentTexts texts = textsOf("3.33333|1.2|2.00003|");
   currents.begin(texts);

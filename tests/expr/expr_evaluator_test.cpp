@@ -77,7 +77,7 @@ TEST_CASE("odd texts keep the values that tables rely on") {
        {L"-", 0, 0.0}});
 }
 
-TEST_CASE("a text that is no expression is refused, and an incomplete if-form never loops") {
+TEST_CASE("a text that is not an expression is refused, and an incomplete if-form never loops") {
   constexpr std::wstring_view refused =
       L"abc~1e3~1.2.3~.~1,5~2 3~(2)3~ii~nan~5/0+1~(5/0)~2+x*3~2\u00B2~p\u0130~if i>10 then 3~if~if (~if (1)~"
       L"if (1) else 2~then 1~else~then 1 if (1) then 2~if (1) then 2 else 3 else 4~if (1) thenelse 4~"

@@ -138,7 +138,7 @@ TEST_CASE("an accepted motor is the circuit in hand and is kept for the user; a 
   CHECK_EQ(session.eval("(zan_bv_motor_select)"), "nil");
 }
 
-TEST_CASE("values that were kept in part or are no numbers have their own defaults, motors and loads each") {
+TEST_CASE("values that were kept in part or are not numbers have their own defaults, motors and loads each") {
   struct Row {
     const char* call;
     const wchar_t* key;

@@ -21,7 +21,7 @@ struct AbsentLibrary final : SharedLibrary {
 
 } // namespace
 
-TEST_CASE("a file that is no database is refused with its name and the reason, and nothing is made") {
+TEST_CASE("a file that is not a database is refused with its name and the reason, and nothing is made") {
   const TemporaryFolder folder;
   folder.write("empty.mdb", "");
   folder.write("notes.db", "these are notes, not tables\n");

@@ -202,7 +202,7 @@ TEST_CASE("workbooks of other programs read as those programs show them") {
   CHECK(refusal[0].find(L"xor-encryption-abc.xls: is encrypted") != std::wstring::npos);
 }
 
-TEST_CASE("what is no readable workbook is refused with file and reason") {
+TEST_CASE("what is not a readable workbook is refused with file and reason") {
   TemporaryFolder folder;
   std::wstring error;
   const auto whole = buildWorkbook({{L"S", {{L"a", 1.0}}, BookSheet::Header::none, {}}}, error);

@@ -141,7 +141,7 @@ TEST_CASE("what is recovered never takes the place of a present entry, and a sec
   CHECK(site.names() == all);
 }
 
-TEST_CASE("a folder in the place of the file, or of the one to keep it, is no loss and no crash") {
+TEST_CASE("a folder in the place of the file, or of the one to keep it, causes no loss and no crash") {
   const HistorySite site;
   std::filesystem::create_directory(site.file());
   HistoryFile present;

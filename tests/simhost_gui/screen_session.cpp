@@ -24,7 +24,7 @@ namespace simhost {
 namespace {
 
 constexpr int lookMilliseconds = 40;
-constexpr int patienceMilliseconds = 60'000; // a slow machine is no fault of a window
+constexpr int patienceMilliseconds = 60'000; // a slow machine is not a fault of a window
 const QString pointerTool = QStringLiteral("xdotool");
 
 QStringList pixelOf(const QWidget& widget, const QPoint& place) {

@@ -45,7 +45,7 @@ TEST_CASE("an unpacked workbook gives the sheets that it was packed from") {
   CHECK(compareFiles("site/workbook", folder.path("sheets"), ".csv") >= 8);
 }
 
-TEST_CASE("a folder that is no workbook is refused with its name") {
+TEST_CASE("a folder that is not a workbook is refused with its name") {
   const ToolFolder folder;
   CHECK(folder.run({"workbook", "pack", folder.path("none"), folder.path("a.xls")}).exitCode == 3);
   const std::string text = folder.write("text.xls", "no workbook");

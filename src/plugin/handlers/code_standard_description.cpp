@@ -1,4 +1,4 @@
-// Both read the option tables; there is no dialog.
+// Both read the option tables and open no dialog.
 #include "plugin/handlers/code_standard_description.h"
 
 #include "data/option_tables.h"
