@@ -277,6 +277,7 @@ void checkTemplates(const SiteModel& site, TemplateSet& templates, Findings& fin
       }
     SheetTemplatesCheck(site, sheet, std::move(drawings), findings).run();
   }
+  checkWireFormats(all, findings);
 }
 
 } // namespace circuits

@@ -7,4 +7,7 @@ namespace circuits {
 
 void checkTemplates(const SiteModel& site, TemplateSet& templates, Findings& findings);
 
+/// The layer formats of the wire markers, those of all templates beside each other.
+void checkWireFormats(const std::vector<const TemplateDrawing*>& drawings, Findings& findings);
+
 } // namespace circuits
