@@ -305,20 +305,68 @@ private:
     for (std::size_t i = 0; i < poles.size(); ++i)
       for (std::size_t j = i + 1; j < poles.size() && poles[j].from->symbol == poles[i].from->symbol; ++j)
         checkPoles(netlist, lines, poles[i], poles[j]);
+    for (auto first = poles.begin(); first != poles.end();) {
+      const auto next = std::find_if(
+          first, poles.end(), [first](const Pole& each) { return each.from->symbol != first->from->symbol; });
+      if (next - first == 2) checkUnswitched(netlist, lines, first[0], first[1]);
+      first = next;
+    }
   }
 
-  void checkPoles(
-      const Netlist& netlist, const std::map<std::size_t, std::wstring>& lines, const Pole& one,
-      const Pole& other) {
-    const auto lineOf = [&lines](const Pin* pin) {
-      const auto line = lines.find(*pin->conductor);
-      return line == lines.end() ? std::wstring() : line->second;
-    };
+  using Lines = std::map<std::size_t, std::wstring>; ///< names of lines by conductor
+  [[nodiscard]] static std::wstring lineOf(const Lines& lines, const Pin* pin) {
+    const auto line = lines.find(*pin->conductor);
+    return line == lines.end() ? std::wstring() : line->second;
+  }
+
+  /// Two poles in three lines leave the third line as it is, where its wire goes by beside them. A fourth wire is a
+  /// neutral, and one pole is that of an instrument: both are meant.
+  void checkUnswitched(const Netlist& netlist, const Lines& lines, const Pole& one, const Pole& other) {
+    std::map<std::wstring, std::vector<std::size_t>> conductors; // by line, without the grounding conductor
+    for (const auto& [conductor, line] : lines)
+      if (line.find(L'E') == std::wstring::npos) conductors[line].push_back(conductor);
+    constexpr std::size_t phases = 3;
+    const std::wstring first = lineOf(lines, one.from);
+    const std::wstring second = lineOf(lines, other.from);
+    const bool isTwoOfThree = conductors.size() == phases && first != second && conductors.contains(first) &&
+                              conductors.contains(second);
+    if (!isTwoOfThree) return;
+    conductors.erase(first);
+    conductors.erase(second);
+    const auto& [line, itsConductors] = *conductors.begin();
+    for (const std::size_t conductor : itsConductors)
+      for (const KvDbHandle handle : netlist.conductors[conductor].wires)
+        if (const Wire* wire = wireOf(handle); wire != nullptr && goesBy(*wire, one, other))
+          add(L"run-line-unswitched", at(one.from->position),
+              {{L"tag", netlist.devices[one.from->device].tag},
+               {L"first", first},
+               {L"second", second},
+               {L"line", line},
+               {L"choices", circuit_.choices}});
+  }
+
+  /// Whether a wire runs beside two poles over their whole length, about where a third pole would be.
+  [[nodiscard]] static bool goesBy(const Wire& wire, const Pole& one, const Pole& other) {
+    const bool isHorizontal = std::abs(one.from->position.y - one.to->position.y) <= samePlace;
+    const auto along = [isHorizontal](const KvPoint3d& point) { return isHorizontal ? point.x : point.y; };
+    const auto across = [isHorizontal](const KvPoint3d& point) { return isHorizontal ? point.y : point.x; };
+    const double place = across(wire.from);
+    const double ofOne = across(one.from->position);
+    const double ofOther = across(other.from->position);
+    const auto pole = std::minmax({along(one.from->position), along(one.to->position)});
+    const auto covered = std::minmax({along(wire.from), along(wire.to)});
+    constexpr double reach = 1.5; // times the distance between the poles
+    return std::abs(place - across(wire.to)) <= samePlace && covered.first <= pole.first + samePlace &&
+           covered.second >= pole.second - samePlace &&
+           std::min(std::abs(place - ofOne), std::abs(place - ofOther)) <= reach * std::abs(ofOne - ofOther);
+  }
+
+  void checkPoles(const Netlist& netlist, const Lines& lines, const Pole& one, const Pole& other) {
     for (const auto& [pin, end, otherPin, otherEnd] :
          {std::tuple(one.from, one.to, other.from, other.to),
           std::tuple(one.to, one.from, other.to, other.from)}) {
-      const std::wstring first = lineOf(pin);
-      const std::wstring second = lineOf(otherPin);
+      const std::wstring first = lineOf(lines, pin);
+      const std::wstring second = lineOf(lines, otherPin);
       if (first.empty() || second.empty() || first == second || end->conductor != otherEnd->conductor)
         continue;
       // Behind a star contactor the lines meet, and nothing else is there.
