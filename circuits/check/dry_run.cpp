@@ -2,6 +2,7 @@
 
 #include "circuits/check/drawing_rules.h"
 #include "circuits/check/option_choices.h"
+#include "circuits/check/part_lookups.h"
 #include "circuits/check/sample_load.h"
 #include "simhost/lisp/arguments.h"
 #include "simhost/lisp/list.h"
@@ -123,10 +124,13 @@ class CircuitRun final {
 public:
   CircuitRun(
       const SiteModel& site, CheckSession& session, BuildWitness& witness, const CircuitEntry& entry,
-      const SheetModel& sheet, TemplateSet& templates, std::optional<SampleLoad> load, Findings& findings)
+      const SheetModel& sheet, TemplateSet& templates, PartLookups& lookups, std::optional<SampleLoad> load,
+      Findings& findings)
       : site_(site), session_(session), witness_(witness), entry_(entry), sheet_(sheet),
-        templates_(templates), load_(std::move(load)), findings_(findings),
-        drawing_(templates.read(templates.find(entry.drawing))) {}
+        templates_(templates), lookups_(lookups), load_(std::move(load)), findings_(findings),
+        drawing_(templates.read(templates.find(entry.drawing))) {
+    lookups.beginCircuit();
+  }
 
   void run() {
     findControls();
@@ -212,41 +216,10 @@ private:
       for (const SheetForm& form : code.forms)
         if (form.column == sheetcolumn::controlForms && form.forCode == wanted)
           for (const auto& [table, title] : form.pairs)
-            parts.push_back({&form, {code.code, table, title, lookUp(form, table)}, false});
+            parts.push_back(
+                {&form, {code.code, table, title, lookups_.partOf(sheet_, code, form, table)}, false});
     }
     return parts;
-  }
-
-  /// What the form of a part gives for a table; empty for nothing, and for a form that asks for more than the part.
-  const std::vector<std::wstring>& lookUp(const SheetForm& form, const std::wstring& table) {
-    std::vector<std::wstring>& part = partsByLookup_[{form.text, table}];
-    if (!part.empty()) return part;
-    std::vector<std::wstring> words =
-        brenvolt::splitSkippingEmpty(brenvolt::replaceAll(form.text, L"(", L" "), L' ');
-    if (words.empty() || !words.back().ends_with(L")")) return part;
-    words.back().pop_back();
-    std::vector<Value> arguments;
-    for (std::size_t i = 1; i < words.size(); ++i) {
-      const bool isTable = equalsOrdinalNoCase(words[i], L"@table");
-      const bool isEmpty =
-          std::ranges::any_of(std::array{L"@mfg", L"@cat", L"@asm"}, [&](const wchar_t* each) {
-            return equalsOrdinalNoCase(words[i], each);
-          });
-      if (!isTable && !isEmpty) return part;
-      arguments.push_back(Value::string(isTable ? table : std::wstring()));
-    }
-    // A lookup may offer to pick a component; without one it goes by the motor.
-    session_.windows().picksNothing = true;
-    const CheckSession::Answer answer = session_.call(words.front(), arguments);
-    session_.windows().picksNothing = false;
-    if (!answer.value || !answer.value->isCons()) return part;
-    std::vector<std::wstring> values;
-    for (const Value& value : lisp::Elements(*answer.value))
-      values.push_back(value.isString() ? value.asString() : std::wstring());
-    constexpr std::size_t count = 3; // its place among the values
-    if (values.size() < count || values[1].empty()) return part;
-    values.insert(values.begin() + count, L"1");
-    return part = std::move(values);
   }
 
   bool build(const ChoicePlan& plan, const Choices& choices) {
@@ -407,6 +380,7 @@ private:
   const CircuitEntry& entry_;
   const SheetModel& sheet_;
   TemplateSet& templates_;
+  PartLookups& lookups_;
   std::optional<SampleLoad> load_;
   Findings& findings_;
   const TemplateDrawing& drawing_;
@@ -414,8 +388,6 @@ private:
   std::vector<ChosenPart> parts_;  ///< of the build at work
   std::set<PartForm> withoutPart_; ///< what is built without its part
   std::set<PartForm> withPart_;
-  std::map<std::pair<std::wstring, std::wstring>, std::vector<std::wstring>>
-      partsByLookup_; ///< form and table
   std::wstring choices_;
   std::wstring lastKey_;
   std::set<std::wstring> reported_;
@@ -448,6 +420,7 @@ void runCircuits(
     const std::vector<ElectricalCode>& codes, TemplateSet& templates, Findings& findings) {
   if (!session.isComplete() || !session.interpreter().findFunction(L"site-build")) return;
   BuildWitness witness(session);
+  PartLookups lookups(site, session);
   const std::wstring codeName = simhost::sessionStandard(session.interpreter());
   const auto electrical = std::ranges::find_if(
       codes, [&codeName](const ElectricalCode& each) { return equalsOrdinalNoCase(each.name, codeName); });
@@ -465,8 +438,9 @@ void runCircuits(
       const int conductors = conductorsOf(drawing);
       load = sampleLoad(tables, *electrical, *kind, conductors >= 3 ? L"3" : L"1", database);
     }
-    CircuitRun(site, session, witness, entry, *sheet, templates, std::move(load), findings).run();
+    CircuitRun(site, session, witness, entry, *sheet, templates, lookups, std::move(load), findings).run();
   }
+  lookups.report(findings);
 }
 
 } // namespace circuits

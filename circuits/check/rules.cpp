@@ -264,6 +264,12 @@ constexpr Rule table[] = {
      L"Let the form that places it take the part of {table} from #data, or correct the table in columns 11 "
      L"and 12.",
      L"`DS` in column 11, while the form takes the part of `CB`"},
+    {L"run-table-without-parts", run, warning,
+     L"{function} returns no part of the table {table} for any motor or load of the check{similar} It "
+     L"returns "
+     L"parts of {known}.",
+     L"Correct the name of the table, or add parts to it.",
+     L"`OLR` in column 11, while the lookup knows `OL`"},
     {L"run-open-wire", run, warning, L"A wire on layer {layer} ends at nothing here with {choices}.",
      L"Lead it to a symbol or to another wire, or place the marker of a wire where it begins.",
      L"a wire 40 long where the symbol is at 50"},

@@ -1,0 +1,86 @@
+#include "circuits/check/part_lookups.h"
+
+#include "circuits/check/check_session.h"
+#include "circuits/check/similar_name.h"
+#include "simhost/lisp/list.h"
+#include "text/compare.h"
+#include "text/split.h"
+
+#include <algorithm>
+#include <array>
+
+namespace circuits {
+
+namespace lisp = simhost::lisp;
+using brenvolt::equalsOrdinalNoCase;
+using brenvolt::toUpper;
+using lisp::Value;
+
+const std::vector<std::wstring>& PartLookups::partOf(
+    const SheetModel& sheet, const SheetCode& code, const SheetForm& form, const std::wstring& table) {
+  std::vector<std::wstring>& part = parts_[{form.text, table}];
+  if (!part.empty()) return part;
+  std::vector<std::wstring> words =
+      brenvolt::splitSkippingEmpty(brenvolt::replaceAll(form.text, L"(", L" "), L' ');
+  if (words.empty() || !words.back().ends_with(L")")) return part;
+  words.back().pop_back();
+  std::vector<Value> arguments;
+  for (std::size_t i = 1; i < words.size(); ++i) {
+    const bool isTable = equalsOrdinalNoCase(words[i], L"@table");
+    const bool isEmpty = std::ranges::any_of(std::array{L"@mfg", L"@cat", L"@asm"}, [&](const wchar_t* each) {
+      return equalsOrdinalNoCase(words[i], each);
+    });
+    if (!isTable && !isEmpty) return part;
+    arguments.push_back(Value::string(isTable ? table : std::wstring()));
+  }
+  // A lookup may offer to pick a component; without one it goes by the motor.
+  session_.windows().picksNothing = true;
+  const CheckSession::Answer answer = session_.call(words.front(), arguments);
+  session_.windows().picksNothing = false;
+  std::vector<std::wstring> values;
+  if (answer.value && answer.value->isCons())
+    for (const Value& value : lisp::Elements(*answer.value))
+      values.push_back(value.isString() ? value.asString() : std::wstring());
+  constexpr std::size_t count = 3; // its place among the values
+  const bool hasPart = values.size() >= count && !values[1].empty();
+  note(words.front(), sheet, code, form, table, hasPart);
+  if (!hasPart) return part;
+  values.insert(values.begin() + count, L"1");
+  return part = std::move(values);
+}
+
+void PartLookups::note(
+    const std::wstring& function, const SheetModel& sheet, const SheetCode& code, const SheetForm& form,
+    const std::wstring& table, bool hasPart) {
+  Asked& asked = asked_[toUpper(function)].try_emplace(toUpper(table), Asked{table}).first->second;
+  asked.hasParts = asked.hasParts || hasPart;
+  const auto [place, isNew] = asked.places.try_emplace({sheet.name, form.row});
+  if (!isNew) return;
+  place->second = site_.place(sheet, code, form.row, form.column);
+  if (const TableText* text = site_.findSheet(sheet.name))
+    for (const TableText::Row& row : text->rows)
+      for (int column = sheetcolumn::firstPair; row.number == form.row && column <= text->columnCount();
+           column += 2)
+        if (row.cell(column) == table) place->second.column = column;
+}
+
+void PartLookups::report(Findings& findings) const {
+  for (const auto& [function, tables] : asked_) {
+    std::vector<std::wstring> known;
+    for (const auto& [name, asked] : tables)
+      if (asked.hasParts) known.push_back(asked.table);
+    if (known.empty()) continue; // it may need what a check does not have
+    for (const auto& [name, asked] : tables) {
+      if (asked.hasParts) continue;
+      for (const auto& [row, place] : asked.places)
+        findings.add(
+            L"run-table-without-parts", place, {asked.table},
+            {{L"function", brenvolt::toLower(function)},
+             {L"table", asked.table},
+             {L"known", brenvolt::join(known, L", ")},
+             {L"similar", didYouMean(similarName(asked.table, known))}});
+    }
+  }
+}
+
+} // namespace circuits

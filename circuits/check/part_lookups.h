@@ -1,0 +1,48 @@
+// The lookups of parts that forms of column 10 name, called as the configuration dialog calls them, and the tables for
+// which they give nothing: the site's LISP alone knows which tables exist.
+#pragma once
+
+#include "circuits/check/site_model.h"
+
+#include <map>
+#include <string>
+#include <utility>
+#include <vector>
+
+namespace circuits {
+
+class CheckSession;
+
+class PartLookups final {
+public:
+  PartLookups(const SiteModel& site, CheckSession& session) : site_(site), session_(session) {}
+
+  /// Parts are those of the motor or load of a circuit: what another one has got is forgotten.
+  void beginCircuit() { parts_.clear(); }
+  /// What the form of a part gives for a table: manufacturer, catalogue number, assembly code, count, and what follows.
+  /// Empty for nothing, and for a form that asks for more than the part.
+  [[nodiscard]] const std::vector<std::wstring>& partOf(
+      const SheetModel& sheet, const SheetCode& code, const SheetForm& form, const std::wstring& table);
+
+  /// Reports tables without a part of functions that give parts of others.
+  void report(Findings& findings) const;
+
+private:
+  struct Asked {
+    std::wstring table; ///< as it is written
+    bool hasParts = false;
+    std::map<std::pair<std::wstring, int>, FindingPlace> places{}; ///< by sheet and row
+  };
+  using ByTable = std::map<std::wstring, Asked>; ///< by name in upper case
+
+  void note(
+      const std::wstring& function, const SheetModel& sheet, const SheetCode& code, const SheetForm& form,
+      const std::wstring& table, bool hasPart);
+
+  const SiteModel& site_;
+  CheckSession& session_;
+  std::map<std::pair<std::wstring, std::wstring>, std::vector<std::wstring>> parts_; ///< by form and table
+  std::map<std::wstring, ByTable> asked_; ///< by function in upper case
+};
+
+} // namespace circuits
