@@ -67,10 +67,13 @@ CheckReport checkSite(const CheckOptions& options) {
     checkRatingTables(tables, codes, findings);
     checkOptions(tables, codes, findings);
   }
-  if (has(CheckKind::saved)) checkSaved(site, tables, codes, findings);
+  std::vector<SavedPart> savedParts;
+  if (has(CheckKind::saved)) savedParts = checkSaved(site, tables, codes, findings);
 
   TemplateSet templates(site);
   if (has(CheckKind::run)) runCircuits(site, session, tables, codes, templates, findings);
+  if (options.depth == CheckDepth::whole)
+    checkSavedParts(site, session, tables, codes, templates, std::move(savedParts), findings);
   checkTemplates(site, templates, findings);
 
   CheckReport report;

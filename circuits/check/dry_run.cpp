@@ -4,9 +4,9 @@
 #include "circuits/check/option_choices.h"
 #include "circuits/check/part_lookups.h"
 #include "circuits/check/sample_load.h"
+#include "circuits/check/trial_build.h"
 #include "simhost/lisp/arguments.h"
 #include "simhost/lisp/list.h"
-#include "simhost/site/code_standard.h"
 #include "text/compare.h"
 #include "text/encoding.h"
 #include "text/numbers.h"
@@ -31,8 +31,6 @@ namespace {
 
 /// After so many builds that fail as a whole the others would say the same.
 constexpr int mostFailures = 3;
-/// Of the configuration that brings the motor or load.
-constexpr wchar_t savedName[] = L"check";
 constexpr wchar_t executionError[] = L"ZanBrenvolt.ExecutionError";
 /// How the host begins the line of an error on its command line.
 constexpr std::wstring_view errorLine = L"; error: ";
@@ -55,6 +53,13 @@ public:
         if (row.isCons() && row.asCons().car().isString())
           codes_.insert(toUpper(row.asCons().car().asString()));
     });
+  }
+  BuildWitness(const BuildWitness&) = delete;
+  BuildWitness& operator=(const BuildWitness&) = delete;
+  /// Later builds are not watched.
+  ~BuildWitness() {
+    for (const auto& [name, own] : replaced_)
+      session_.interpreter().symbols().intern(name).function = own;
   }
 
   void begin() {
@@ -108,12 +113,14 @@ private:
     const lisp::Symbol* symbol = interpreter.symbols().find(name);
     if (symbol == nullptr || !symbol->function.isFunction()) return;
     const Value own = symbol->function;
+    replaced_.emplace_back(name, own);
     interpreter.define(name, 0, lisp::anyNumber, [own, call](lisp::Arguments& arguments) {
       return call(arguments.interpreter(), own, arguments);
     });
   }
 
   CheckSession& session_;
+  std::vector<std::pair<std::wstring, Value>> replaced_;
   std::vector<std::wstring> inserted_;
   std::vector<std::pair<Value, std::wstring>> placed_;
   std::set<std::wstring> codes_;
@@ -198,7 +205,8 @@ private:
       if (each.isGiven) given.push_back(each.part);
     }
     return session_.workbookWith(savedSample(
-        load_ ? &*load_ : nullptr, controls_, chosen, given, {entry_.circuit, entry_.type, savedName}));
+        load_ ? &*load_ : nullptr, controls_, chosen, given,
+        {entry_.circuit, entry_.type, TrialBuild::savedName}));
   }
 
   /// The parts that the site's lookups give for the tables beside the forms of these choices; without values where they
@@ -224,9 +232,6 @@ private:
 
   bool build(const ChoicePlan& plan, const Choices& choices) {
     choices_ = plan.shownText(choices);
-    simhost::UndoLog& log = session_.document().drawing().undoLog();
-    log.closeGroup();
-    const int before = log.undoCount();
     witness_.begin();
     static_cast<void>(session_.takeLines());
     session_.windows().onTask = [this](const simhost::TaskQuestion& question) {
@@ -235,32 +240,18 @@ private:
     };
     hasFailed_ = false;
     const fs::path workbook = workbookWith(plan, choices);
-    const Value arguments[] = {
-        Value::string(entry_.drawing),
-        Value::string(brenvolt::fromUtf8(workbook.string())),
-        Value::string(entry_.worksheet),
-        Value::string(entry_.circuit),
-        Value::string(entry_.type),
-        Value::string(savedName),
-        lisp::makePoint(0, 0, 0),
-        Value::string(L""),
-        Value::string(L""),
-        Value::string(L"")};
-    const CheckSession::Answer answer = session_.call(L"site-build", arguments);
+    const TrialBuild trial(session_, entry_, workbook);
     session_.windows().onTask = nullptr;
-    const bool isBuilt = answer.value && !answer.value->isNil();
     for (const ChosenPart& each : parts_)
       if (witness_.codes().contains(toUpper(each.part.code)))
         (each.isGiven ? withPart_ : withoutPart_).insert(each.form());
-    noteEnd(answer, isBuilt);
+    noteEnd(trial);
     for (const std::wstring& name : witness_.inserted())
       if (const fs::path file = session_.host().findFile(name); !file.empty())
         if (!templates_.read(file).markers.empty())
           templates_.addInserted(sheet_.name, file); // else a symbol
-    if (isBuilt && !hasFailed_) checkResult();
-    log.closeGroup();
-    static_cast<void>(log.undo(log.undoCount() - before));
-    return isBuilt;
+    if (trial.isBuilt() && !hasFailed_) checkResult();
+    return trial.isBuilt();
   }
 
   [[nodiscard]] FindingPlace circuitPlace() const {
@@ -309,8 +300,9 @@ private:
         {{L"circuit", SiteModel::nameOf(entry_)}, {L"choices", choices_}, {L"error", error}});
   }
 
-  void noteEnd(const CheckSession::Answer& answer, bool isBuilt) {
-    if (isBuilt || hasFailed_) return;
+  void noteEnd(const TrialBuild& trial) {
+    if (trial.isBuilt() || hasFailed_) return;
+    const CheckSession::Answer& answer = trial.answer();
     std::wstring reason = answer.error;
     if (reason.empty()) reason = lastError();
     if (reason.empty()) reason = L"no reason was given";
@@ -395,24 +387,6 @@ private:
   bool loops_ = false;
 };
 
-/// The kind of load that a sheet asks for, nothing when it asks for none.
-std::optional<LoadKind> loadKindOf(const SheetModel& sheet) {
-  for (const SheetCode& code : sheet.codes)
-    if (const SheetGroup* control = code.hasTitle ? code.controlGroup() : nullptr)
-      return brenvolt::equalsCollating(control->title, L"!MCC_CTRL") ? LoadKind::motor : LoadKind::load;
-  return std::nullopt;
-}
-
-int conductorsOf(const TemplateDrawing& drawing) {
-  std::map<std::wstring, int> counts; // by letter of the motor
-  for (const TemplateMarker& marker : drawing.markers)
-    if (marker.isWire() && !marker.isGround()) ++counts[toUpper(marker.suffix())];
-  int most = 0;
-  for (const auto& [suffix, count] : counts)
-    most = std::max(most, count);
-  return most;
-}
-
 } // namespace
 
 void runCircuits(
@@ -421,9 +395,7 @@ void runCircuits(
   if (!session.isComplete() || !session.interpreter().findFunction(L"site-build")) return;
   BuildWitness witness(session);
   PartLookups lookups(site, session);
-  const std::wstring codeName = simhost::sessionStandard(session.interpreter());
-  const auto electrical = std::ranges::find_if(
-      codes, [&codeName](const ElectricalCode& each) { return equalsOrdinalNoCase(each.name, codeName); });
+  const ElectricalCode* electrical = codeOf(session, codes);
   for (const CircuitEntry& entry : site.entries) {
     const SheetModel* sheet = site.findModel(entry.worksheet);
     const fs::path file = templates.find(entry.drawing);
@@ -431,13 +403,11 @@ void runCircuits(
     const TemplateDrawing& drawing = templates.read(file);
     if (drawing.drawing == nullptr || drawing.markers.empty()) continue;
     std::optional<SampleLoad> load;
-    const std::optional<LoadKind> kind = loadKindOf(*sheet);
+    const std::optional<LoadNeed> need = loadNeedOf(*sheet, drawing);
     std::wstring error;
     const fs::path database = session.database(error);
-    if (kind && electrical != codes.end() && !database.empty()) {
-      const int conductors = conductorsOf(drawing);
-      load = sampleLoad(tables, *electrical, *kind, conductors >= 3 ? L"3" : L"1", database);
-    }
+    if (need && electrical != nullptr && !database.empty())
+      load = sampleLoad(tables, *electrical, *need, database);
     CircuitRun(site, session, witness, entry, *sheet, templates, lookups, std::move(load), findings).run();
   }
   lookups.report(findings);

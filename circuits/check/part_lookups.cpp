@@ -2,12 +2,13 @@
 
 #include "circuits/check/check_session.h"
 #include "circuits/check/similar_name.h"
+#include "host/script_form.h"
 #include "simhost/lisp/list.h"
 #include "text/compare.h"
 #include "text/split.h"
 
 #include <algorithm>
-#include <array>
+#include <iterator>
 
 namespace circuits {
 
@@ -16,42 +17,50 @@ using brenvolt::equalsOrdinalNoCase;
 using brenvolt::toUpper;
 using lisp::Value;
 
-const std::vector<std::wstring>& PartLookups::partOf(
-    const SheetModel& sheet, const SheetCode& code, const SheetForm& form, const std::wstring& table) {
-  std::vector<std::wstring>& part = parts_[{form.text, table}];
-  if (!part.empty()) return part;
+std::optional<std::vector<std::wstring>> lookUpPart(
+    CheckSession& session, const SheetForm& form, const KnownPart& known) {
   std::vector<std::wstring> words =
       brenvolt::splitSkippingEmpty(brenvolt::replaceAll(form.text, L"(", L" "), L' ');
-  if (words.empty() || !words.back().ends_with(L")")) return part;
+  if (words.empty() || !words.back().ends_with(L")")) return std::nullopt;
   words.back().pop_back();
+  const std::pair<std::wstring_view, const std::wstring&> variables[] = {
+      {L"@table", known.table}, {L"@mfg", known.maker}, {L"@cat", known.number}, {L"@asm", known.assembly}};
   std::vector<Value> arguments;
   for (std::size_t i = 1; i < words.size(); ++i) {
-    const bool isTable = equalsOrdinalNoCase(words[i], L"@table");
-    const bool isEmpty = std::ranges::any_of(std::array{L"@mfg", L"@cat", L"@asm"}, [&](const wchar_t* each) {
-      return equalsOrdinalNoCase(words[i], each);
-    });
-    if (!isTable && !isEmpty) return part;
-    arguments.push_back(Value::string(isTable ? table : std::wstring()));
+    const auto variable = std::ranges::find_if(
+        variables, [&](const auto& each) { return equalsOrdinalNoCase(words[i], each.first); });
+    if (variable == std::end(variables)) return std::nullopt;
+    arguments.push_back(Value::string(variable->second));
   }
   // A lookup may offer to pick a component; without one it goes by the motor.
-  session_.windows().picksNothing = true;
-  const CheckSession::Answer answer = session_.call(words.front(), arguments);
-  session_.windows().picksNothing = false;
+  session.windows().picksNothing = true;
+  const CheckSession::Answer answer = session.call(words.front(), arguments);
+  session.windows().picksNothing = false;
   std::vector<std::wstring> values;
   if (answer.value && answer.value->isCons())
     for (const Value& value : lisp::Elements(*answer.value))
       values.push_back(value.isString() ? value.asString() : std::wstring());
-  constexpr std::size_t count = 3; // its place among the values
-  const bool hasPart = values.size() >= count && !values[1].empty();
-  note(words.front(), sheet, code, form, table, hasPart);
-  if (!hasPart) return part;
-  values.insert(values.begin() + count, L"1");
-  return part = std::move(values);
+  constexpr std::size_t least = 3;
+  if (values.size() < least || values[1].empty()) values.clear();
+  return values;
+}
+
+const std::vector<std::wstring>& PartLookups::partOf(
+    const SheetModel& sheet, const SheetCode& code, const SheetForm& form, const std::wstring& table) {
+  std::vector<std::wstring>& part = parts_[{form.text, table}];
+  if (!part.empty()) return part;
+  std::optional<std::vector<std::wstring>> values = lookUpPart(session_, form, {table});
+  if (!values) return part;
+  note(sheet, code, form, table, !values->empty());
+  constexpr std::ptrdiff_t count = 3; // its place among the values of a group
+  if (!values->empty()) values->insert(values->begin() + count, L"1");
+  return part = std::move(*values);
 }
 
 void PartLookups::note(
-    const std::wstring& function, const SheetModel& sheet, const SheetCode& code, const SheetForm& form,
-    const std::wstring& table, bool hasPart) {
+    const SheetModel& sheet, const SheetCode& code, const SheetForm& form, const std::wstring& table,
+    bool hasPart) {
+  const std::wstring function(brenvolt::cutTokens(form.text).front().text);
   Asked& asked = asked_[toUpper(function)].try_emplace(toUpper(table), Asked{table}).first->second;
   asked.hasParts = asked.hasParts || hasPart;
   const auto [place, isNew] = asked.places.try_emplace({sheet.name, form.row});

@@ -5,6 +5,7 @@
 #include "circuits/check/site_model.h"
 
 #include <map>
+#include <optional>
 #include <string>
 #include <utility>
 #include <vector>
@@ -12,6 +13,19 @@
 namespace circuits {
 
 class CheckSession;
+
+/// What a group of parts holds when its lookup is called.
+struct KnownPart {
+  std::wstring table;
+  std::wstring maker{};
+  std::wstring number{};
+  std::wstring assembly{};
+};
+
+/// The values that a lookup returns for the motor or load of the last build: manufacturer, catalogue number, assembly code
+/// and what follows. Empty when it returns no part; nothing when the form asks for more than the part.
+[[nodiscard]] std::optional<std::vector<std::wstring>> lookUpPart(
+    CheckSession& session, const SheetForm& form, const KnownPart& known);
 
 class PartLookups final {
 public:
@@ -36,8 +50,8 @@ private:
   using ByTable = std::map<std::wstring, Asked>; ///< by name in upper case
 
   void note(
-      const std::wstring& function, const SheetModel& sheet, const SheetCode& code, const SheetForm& form,
-      const std::wstring& table, bool hasPart);
+      const SheetModel& sheet, const SheetCode& code, const SheetForm& form, const std::wstring& table,
+      bool hasPart);
 
   const SiteModel& site_;
   CheckSession& session_;

@@ -469,6 +469,11 @@ constexpr Rule table[] = {
     {L"saved-part-gone", saved, warning,
      L"{saved} holds a part of {table} for \"{title}\"; the sheet no longer has this table with this title.",
      L"Build it and save it again.", L"a pair of columns 11 and 12 that was renamed"},
+    {L"saved-part-number", saved, warning,
+     L"{saved} holds the part {part} of {table}; the lookup of its group returns it for no motor "
+     L"or load of the "
+     L"tables.",
+     L"Build it, choose a present part and save it again.", L"a part that its maker no longer has"},
     {L"saved-table-gone", saved, error, L"{saved} holds a wire of {metal} in {standard}, which has no table.",
      L"Add the table, or build it and save it again.", L"a metal that was taken out"},
     {L"saved-size-gone", saved, error, L"{saved} holds the size {size}, which {table} no longer has.",

@@ -1,5 +1,6 @@
 #include "circuits/check/sample_load.h"
 
+#include "circuits/check/check_session.h"
 #include "data/auto_wire_size.h"
 #include "data/circuit_data.h"
 #include "data/wire_table_cache.h"
@@ -7,6 +8,7 @@
 #include "platform/tables.h"
 #include "platform/xml_document.h"
 #include "project/history_names.h"
+#include "simhost/site/code_standard.h"
 #include "text/compare.h"
 #include "text/encoding.h"
 #include "text/numbers.h"
@@ -14,7 +16,6 @@
 #include "text/split.h"
 
 #include <algorithm>
-#include <array>
 #include <map>
 
 namespace circuits {
@@ -59,7 +60,7 @@ bool isRated(const TableSet& tables, const ElectricalCode& electrical, const std
 /// The sizes that a build nobody watches takes.
 void sizeWires(
     const std::filesystem::path& database, const ElectricalCode& electrical,
-    const std::array<std::wstring, fieldCount>& fields, SampleLoad& sample) {
+    const std::vector<std::wstring>& fields, SampleLoad& sample) {
   brenvolt::ZanOleDbConnection connection;
   const std::wstring init =
       brenvolt::ZanOleDbHelper::FormatConnectString(brenvolt::fromUtf8(database.string()), L"", L"Mode=Read");
@@ -80,20 +81,18 @@ void sizeWires(
     sample.groundSize = brenvolt::removeBlanks(grounds.front());
 }
 
-} // namespace
+const SiteTable* loadTable(const TableSet& tables, const ElectricalCode& electrical, LoadKind kind) {
+  return tables.resolve(kind == LoadKind::motor ? L"MOTOR" : L"FEED", electrical.name);
+}
 
-std::optional<SampleLoad> sampleLoad(
-    const TableSet& tables, const ElectricalCode& electrical, LoadKind kind, std::wstring_view phases,
-    const std::filesystem::path& database) {
-  const SiteTable* table = tables.resolve(kind == LoadKind::motor ? L"MOTOR" : L"FEED", electrical.name);
-  if (table == nullptr) return std::nullopt;
-  const TableText::Row* row = chooseRow(*table, phases, electrical.defaultOf(L"VOLTS"));
-  if (row == nullptr) return std::nullopt;
+/// The fields of a row as a configuration keeps them.
+std::vector<std::wstring> setupOf(
+    const SiteTable& table, const TableText::Row& row, const ElectricalCode& electrical, LoadKind kind) {
   const auto cell = [&](std::wstring_view column) {
-    const int position = table->text.columnOf(column);
-    return position == 0 ? std::wstring() : row->cell(position);
+    const int position = table.text.columnOf(column);
+    return position == 0 ? std::wstring() : row.cell(position);
   };
-  std::array<std::wstring, fieldCount> fields;
+  std::vector<std::wstring> fields(fieldCount);
   fields[field::type] = cell(L"Type");
   fields[field::load] = cell(L"Load");
   fields[field::units] = cell(L"Units");
@@ -106,14 +105,62 @@ std::optional<SampleLoad> sampleLoad(
   fields[field::standard] = electrical.defaultOf(L"W_STD");
   fields[field::metal] = electrical.defaultOf(L"W_METAL");
   fields[field::control] = kind == LoadKind::motor ? L"!MCC_CTRL" : L"!PF_CTRL";
+  return fields;
+}
 
-  SampleLoad sample;
-  sample.isRated = isRated(tables, electrical, fields[field::type]);
-  sizeWires(database, electrical, fields, sample);
-  fields[field::groundSize] = sample.groundSize;
-  sample.kind = kind;
-  sample.setup.assign(fields.begin(), fields.end());
+} // namespace
+
+std::optional<LoadNeed> loadNeedOf(const SheetModel& sheet, const TemplateDrawing& drawing) {
+  const SheetGroup* control = nullptr;
+  for (const SheetCode& code : sheet.codes)
+    if (control == nullptr && code.hasTitle) control = code.controlGroup();
+  if (control == nullptr) return std::nullopt;
+  std::map<std::wstring, int> conductors; // by letter of the motor
+  int most = 0;
+  for (const TemplateMarker& marker : drawing.markers)
+    if (marker.isWire() && !marker.isGround()) most = std::max(most, ++conductors[marker.suffixKey]);
+  constexpr int threePhase = 3;
+  return LoadNeed{
+      brenvolt::equalsCollating(control->title, L"!MCC_CTRL") ? LoadKind::motor : LoadKind::load,
+      most >= threePhase ? L"3" : L"1"};
+}
+
+const ElectricalCode* codeOf(CheckSession& session, const std::vector<ElectricalCode>& codes) {
+  const std::wstring name = simhost::sessionStandard(session.interpreter());
+  const auto found = std::ranges::find_if(
+      codes, [&name](const ElectricalCode& each) { return equalsOrdinalNoCase(each.name, name); });
+  return found == codes.end() ? nullptr : &*found;
+}
+
+std::optional<SampleLoad> sampleLoad(
+    const TableSet& tables, const ElectricalCode& electrical, const LoadNeed& need,
+    const std::filesystem::path& database) {
+  const SiteTable* table = loadTable(tables, electrical, need.kind);
+  if (table == nullptr) return std::nullopt;
+  const TableText::Row* row = chooseRow(*table, need.phases, electrical.defaultOf(L"VOLTS"));
+  if (row == nullptr) return std::nullopt;
+  SampleLoad sample{need.kind, setupOf(*table, *row, electrical, need.kind), {}, {}, false};
+  sample.isRated = isRated(tables, electrical, sample.setup[field::type]);
+  sizeWires(database, electrical, sample.setup, sample);
+  sample.setup[field::groundSize] = sample.groundSize;
   return sample;
+}
+
+std::vector<SampleLoad> loadsOfEachCurrent(
+    const TableSet& tables, const ElectricalCode& electrical, const LoadNeed& need) {
+  const SiteTable* table = loadTable(tables, electrical, need.kind);
+  if (table == nullptr) return {};
+  std::map<double, const TableText::Row*> rows; // by current
+  const int phase = table->text.columnOf(L"Phase");
+  const int current = table->text.columnOf(L"FLA (A)");
+  for (const TableText::Row& row : table->text.rows)
+    if (row.cell(phase) == need.phases)
+      rows.try_emplace(brenvolt::plainNumber(row.cell(current)).value_or(0.0), &row);
+  std::vector<SampleLoad> loads;
+  for (const auto& [amperes, row] : rows)
+    if (amperes > 0.0)
+      loads.push_back({need.kind, setupOf(*table, *row, electrical, need.kind), {}, {}, false});
+  return loads;
 }
 
 namespace {

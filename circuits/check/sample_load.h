@@ -2,6 +2,7 @@
 #pragma once
 
 #include "circuits/check/table_rules.h"
+#include "circuits/check/template_set.h"
 #include "project/entry_content.h"
 
 #include <filesystem>
@@ -13,6 +14,17 @@ namespace circuits {
 
 enum class LoadKind { motor, load };
 
+/// What a circuit needs to be built with.
+struct LoadNeed {
+  LoadKind kind = LoadKind::motor;
+  std::wstring phases; ///< "1" or "3", by the conductors of the template
+};
+/// Nothing for a circuit without motor or load.
+[[nodiscard]] std::optional<LoadNeed> loadNeedOf(const SheetModel& sheet, const TemplateDrawing& drawing);
+
+/// The electrical code under which the site draws; null when its tables lack it.
+[[nodiscard]] const ElectricalCode* codeOf(CheckSession& session, const std::vector<ElectricalCode>& codes);
+
 struct SampleLoad {
   LoadKind kind = LoadKind::motor;
   std::vector<std::wstring> setup; ///< the fields of the motor or load, as a configuration keeps them
@@ -23,11 +35,13 @@ struct SampleLoad {
 
 /// The first one of the phase whose voltage is the options' default, else the first of the phase. Nothing when the tables
 /// hold none.
-/// @param phases  "1" or "3"
 /// @param database  the file of the engineering tables
 [[nodiscard]] std::optional<SampleLoad> sampleLoad(
-    const TableSet& tables, const ElectricalCode& electrical, LoadKind kind, std::wstring_view phases,
+    const TableSet& tables, const ElectricalCode& electrical, const LoadNeed& need,
     const std::filesystem::path& database);
+/// One of each current of the tables, the smallest first, without sizes of wires.
+[[nodiscard]] std::vector<SampleLoad> loadsOfEachCurrent(
+    const TableSet& tables, const ElectricalCode& electrical, const LoadNeed& need);
 
 /// A wire position of a template with its layer.
 struct SampleWire {

@@ -30,6 +30,11 @@ constexpr std::size_t type = 0, load = 1, units = 2, voltage = 3, phase = 4, fre
                       current = 7, standard = 10, metal = 11;
 }
 
+/// Places in the values of a part.
+namespace partplace {
+constexpr std::size_t maker = 0, number = 1, assembly = 2;
+}
+
 std::vector<std::wstring> valuesOf(const XmlElement& row) {
   std::vector<std::wstring> values;
   for (const XmlElement& property : row.children(L"Property"))
@@ -52,7 +57,14 @@ public:
     place_.file = site.shownFile(file);
   }
 
-  void run() {
+  /// The parts that the configurations hold.
+  std::vector<SavedPart> run() {
+    checkFile();
+    return std::move(parts_);
+  }
+
+private:
+  void checkFile() {
     std::error_code error;
     if (!std::filesystem::exists(path_, error)) return;
     brenvolt::XmlDocument document;
@@ -74,7 +86,6 @@ public:
         checkType(circuit.attribute(L"Name"), type);
   }
 
-private:
   void checkType(const std::wstring& circuit, const XmlElement& type) {
     const std::wstring typeName = type.attribute(L"Name");
     const auto entry = std::ranges::find_if(site_.entries, [&](const CircuitEntry& each) {
@@ -108,7 +119,7 @@ private:
     const SheetModel* model = site_.findModel(entry.worksheet);
     if (model == nullptr) return;
     for (const XmlElement& marker : saved.children(L"Marker"))
-      checkMarker(*model, marker);
+      checkMarker(entry, *model, marker);
   }
 
   [[nodiscard]] FindingPlace placeOf(const std::wstring& code) const {
@@ -117,7 +128,7 @@ private:
     return place;
   }
 
-  void checkMarker(const SheetModel& model, const XmlElement& marker) {
+  void checkMarker(const CircuitEntry& entry, const SheetModel& model, const XmlElement& marker) {
     const std::wstring code = marker.attribute(L"Code");
     const SheetCode* record = model.find(code);
     if (record == nullptr) {
@@ -128,7 +139,7 @@ private:
     for (const XmlElement& option : marker.children(L"SelectOption"))
       checkOption(*record, option);
     for (const XmlElement& part : marker.children(L"Catalog"))
-      checkPart(*record, part);
+      checkPart(entry, *record, part);
     for (const XmlElement& group : marker.children(L"ControlGroup"))
       checkSetup(code, group);
   }
@@ -156,24 +167,39 @@ private:
   }
 
   /// A part is handed to the forms by the table and the title of its group. Which parts a table holds is known to the
-  /// site's lookups alone, so its number is not looked up.
-  void checkPart(const SheetCode& record, const XmlElement& part) {
+  /// site's lookups alone.
+  void checkPart(const CircuitEntry& entry, const SheetCode& record, const XmlElement& part) {
     std::wstring title;
     std::wstring table;
+    std::vector<std::wstring> values; // the part's own; their names vary with the language
     for (const XmlElement& property : part.children(L"Property")) {
-      if (equalsCollating(property.attribute(L"Name"), L"TITLE")) title = property.attribute(L"Value");
-      if (equalsCollating(property.attribute(L"Name"), L"TABLE")) table = property.attribute(L"Value");
+      if (equalsCollating(property.attribute(L"Name"), L"TITLE"))
+        title = property.attribute(L"Value");
+      else if (equalsCollating(property.attribute(L"Name"), L"TABLE"))
+        table = property.attribute(L"Value");
+      else
+        values.push_back(property.attribute(L"Value"));
     }
-    const bool isThere = std::ranges::any_of(record.forms, [&](const SheetForm& form) {
-      return std::ranges::any_of(form.pairs, [&](const auto& pair) {
+    const auto form = std::ranges::find_if(record.forms, [&](const SheetForm& each) {
+      return std::ranges::any_of(each.pairs, [&](const auto& pair) {
         return equalsCollating(pair.second, title) &&
                (table.empty() || equalsOrdinalNoCase(pair.first, table));
       });
     });
-    if (!isThere && !title.empty())
-      findings_.add(
-          L"saved-part-gone", placeOf(record.code),
-          {{L"saved", name_}, {L"title", title}, {L"table", table.empty() ? L"?" : table}});
+    if (form == record.forms.end()) {
+      if (!title.empty())
+        findings_.add(
+            L"saved-part-gone", placeOf(record.code),
+            {{L"saved", name_}, {L"title", title}, {L"table", table.empty() ? L"?" : table}});
+    } else if (!table.empty() && !at(values, partplace::number).empty()) {
+      parts_.push_back(
+          {name_,
+           placeOf(record.code),
+           &entry,
+           &*form,
+           {table, at(values, partplace::maker), at(values, partplace::number),
+            at(values, partplace::assembly)}});
+    }
   }
 
   void checkSetup(const std::wstring& code, const XmlElement& group) {
@@ -280,14 +306,15 @@ private:
   std::filesystem::path path_;
   FindingPlace place_;
   std::wstring name_; ///< of the configuration at work
+  std::vector<SavedPart> parts_;
 };
 
 } // namespace
 
-void checkSaved(
+std::vector<SavedPart> checkSaved(
     const SiteModel& site, const TableSet& tables, const std::vector<ElectricalCode>& codes,
     Findings& findings) {
-  SavedCheck(site, tables, codes, findings).run();
+  return SavedCheck(site, tables, codes, findings).run();
 }
 
 } // namespace circuits
