@@ -118,7 +118,7 @@ bool ZanBrenvolt::prepare(BuildKind kind) {
     for (const wchar_t* symbol :
          {lispsymbol::unsizedWires, lispsymbol::savedConfiguration, lispsymbol::tableProblems})
       putList(symbol, ResultList());
-  // The pages of the dialog size their wires themselves.
+  // What the pages of the dialog leave without a size is sized for each run.
   if (!state_.isInteractive()) sizeUnsizedWires(state_, state_.markers);
 
   std::vector<ZanExecRecord> items;

@@ -303,8 +303,9 @@ bool runMarkers(BuildState& build, const std::vector<ZanExecRecord>& items) {
       build.undo.mark();
   }
   // A direct build has no pages; the dialog's have their present values.
-  const std::vector<MotorRows> pages =
+  std::vector<MotorRows> pages =
       build.isInteractive() ? build.maker.CollectSettings() : std::vector<MotorRows>();
+  sizeUnsizedPages(build, pages);
   const ZanAnnotationDataList none;
   MarkerSettings settings(
       build.markers, build.isInteractive() ? rowsOfPages(pages) : rowsOfMarkers(),

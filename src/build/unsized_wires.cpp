@@ -94,15 +94,14 @@ ZanCircuitData circuitOf(const ZanAnnotationData& row) {
   return stored;
 }
 
-void say(TextId text, std::wstring_view code, std::wstring_view size = {}) {
-  kvutPrintf((L"\n" + formatText(loadText(text), {code, size}) + L"\n").c_str());
-}
+enum class Reports { spoken, silent };
 
 /// The tables are opened for the first motor that needs them.
 class Sizing final {
 public:
-  Sizing(const ZanWireFormatter& formats, TableObserver* observer)
-      : formats_(formats), connection_(observer) {}
+  Sizing(const BuildState& build, Reports reports)
+      : formats_(build.maker.wires().formats(SamePosition::eachCounts)), reports_(reports),
+        hasPages_(build.isInteractive()), connection_(build.tables.observer) {}
 
   void size(ZanAnnotationDataList& rows, std::wstring_view code, std::wstring_view suffix) {
     WireGaps gaps = gapsOf(rows);
@@ -118,7 +117,8 @@ public:
       return;
     }
     fill(rows, sized->sizes, suffix);
-    const bool isGroundLacking = gapsOf(rows).isGroundingUnsized;
+    const bool isGroundLacking =
+        gapsOf(rows).isGroundingUnsized && (!hasPages_ || !formats_.GetGroundCodes(suffix).empty());
     if (isGroundLacking) say(TextId::groundingWithoutSize, code);
     if (!sized->largest.empty()) say(TextId::wiresTooSmall, code, sized->largest);
     if (isGroundLacking || !sized->largest.empty()) ++unsized_;
@@ -197,19 +197,27 @@ private:
     rows = std::move(sized);
   }
 
-  /// With the layer that the template's format gives for the size; without one the layer is left to the form.
+  /// With the layer that the template's format gives for the size; without a format a chosen layer stays, and without
+  /// either the layer is left to the form.
   void setSize(
       ZanAnnotationData& row, const std::wstring& size, const WireSizes& sizes,
       const std::wstring& code) const {
     row.fields.front().value = size;
     if (row.fields.size() < 2) return;
-    const auto layers = formats_.GetLayerNames(sizes, code);
-    const bool hasLayer = layers && !layers->empty();
-    row.fields[1].value = hasLayer ? layers->front() : std::wstring();
-    row.fields[1].type = static_cast<std::uint32_t>(hasLayer ? kvtype::string : kvtype::nil);
+    ZanAnnotationField& layer = row.fields[1];
+    if (const auto layers = formats_.GetLayerNames(sizes, code); layers && !layers->empty())
+      layer.value = layers->front();
+    layer.type = static_cast<std::uint32_t>(layer.value.empty() ? kvtype::nil : kvtype::string);
   }
 
-  const ZanWireFormatter& formats_;
+  void say(TextId text, std::wstring_view code, std::wstring_view size = {}) const {
+    if (reports_ == Reports::spoken)
+      kvutPrintf((L"\n" + formatText(loadText(text), {code, size}) + L"\n").c_str());
+  }
+
+  const ZanWireFormatter formats_;
+  const Reports reports_;
+  const bool hasPages_; ///< they store a grounding conductor also where the template has no position for one
   ZanOleDbConnection connection_;
   std::optional<WireTableCache> tables_;
   int unsized_ = 0;
@@ -225,8 +233,7 @@ void addUnsized(int motors) {
 } // namespace
 
 void sizeUnsizedWires(BuildState& build, ZanDwgMarkerList& list) {
-  const ZanWireFormatter formats = build.maker.wires().formats(SamePosition::eachCounts);
-  Sizing sizing(formats, build.tables.observer);
+  Sizing sizing(build, Reports::spoken);
   bool hasMotors = false;
   ZanDwgMarkerListIterator iterator(&list);
   for (iterator.First(); !iterator.Done(); iterator.Next()) {
@@ -241,22 +248,21 @@ void sizeUnsizedWires(BuildState& build, ZanDwgMarkerList& list) {
   addUnsized(sizing.unsized());
 }
 
-void reportUnsizedWires(const BuildState& build) {
-  const ZanWireFormatter formats = build.maker.wires().formats(SamePosition::eachCounts);
-  int unsized = 0;
-  for (const MotorRows& motor : build.maker.CollectSettings()) {
+void sizeUnsizedPages(BuildState& build, std::vector<MotorRows>& pages) {
+  Sizing sizing(build, Reports::silent);
+  for (MotorRows& page : pages)
+    if (const ZanDwgMarker* marker = build.markers.findById(page.markerId))
+      sizing.size(page.rows, marker->code, wireSuffix(marker->code));
+}
+
+void reportUnsizedWires(BuildState& build) {
+  Sizing sizing(build, Reports::spoken);
+  for (MotorRows& page : build.maker.CollectSettings()) {
     const ZanConfigUnit* unit =
-        build.units.Find(static_cast<std::uint32_t>(motor.markerId), FindUnitBy::marker);
-    if (unit == nullptr || !unit->inserted) continue;
-    const WireGaps gaps = gapsOf(motor.rows);
-    // A page stores a grounding conductor also where the template has no position for one.
-    const bool lacksGrounding =
-        gaps.isGroundingUnsized && !formats.GetGroundCodes(wireSuffix(unit->code)).empty();
-    if (!gaps.areConductorsUnsized && !lacksGrounding) continue;
-    say(gaps.areConductorsUnsized ? TextId::wiresNotChosen : TextId::groundingNotChosen, unit->code);
-    ++unsized;
+        build.units.Find(static_cast<std::uint32_t>(page.markerId), FindUnitBy::marker);
+    if (unit != nullptr && unit->inserted) sizing.size(page.rows, unit->code, wireSuffix(unit->code));
   }
-  addUnsized(unsized);
+  addUnsized(sizing.unsized());
 }
 
 } // namespace brenvolt

@@ -197,12 +197,10 @@ enum class TextId : unsigned {
   wiresWithoutCurrent = 22430,     ///< "%s": the marker's CODE
   wiresWithoutTables = 22431,      ///< "%s": the marker's CODE
   wiresTooSmall = 22432,           ///< "%s", "%s": the marker's CODE, the largest size
-  wiresNotChosen = 22433,          ///< "%s": the marker's CODE
   tipDefaultLayer = 22434,         ///< what the layer names "3-" and "1-" of a wire are
   groundingWithoutSize = 22435,    ///< "%s": the marker's CODE
   groundingWithoutCurrent = 22436, ///< "%s": the marker's CODE
   groundingWithoutTables = 22437,  ///< "%s": the marker's CODE
-  groundingNotChosen = 22438,      ///< "%s": the marker's CODE
 
   // Where a form of the worksheet is, and why it failed.
   formPlace = 22440,    ///< five "%s": workbook, worksheet, row, column, CODE
