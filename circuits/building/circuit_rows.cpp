@@ -544,7 +544,7 @@ private:
     circuit.isMotor = sheet.kind == LoadKind::motor;
     circuit.controls = sheet.controls;
     circuit.wireSize = brenvolt::removeBlanks(size);
-    circuit.groundSize = brenvolt::removeBlanks(request->groundSizes().front());
+    circuit.groundSize = brenvolt::removeBlanks(standard.wires->groundBeside(*request, size));
     circuit.conductors = phase == L"1" ? 2 : 3;
     const auto from = [&](WireField field) { return (*request)[field].text; };
     const bool isContinuous = from(WireField::continuous) != simhost::offText;

@@ -74,6 +74,7 @@ void sizeWires(
   data.fla = brenvolt::toDouble(fields[field::current]);
   const auto wire = brenvolt::autoWire(defaults, data, brenvolt::autoDesignCurrent(defaults, data));
   if (wire) sample.wireSize = brenvolt::removeBlanks(wire->size);
+  // By the formula alone: a form that takes another wire's size shows only where the two sizes differ.
   std::vector<std::wstring> grounds;
   const brenvolt::WireTableSet set = {fields[field::metal], fields[field::standard], electrical.name};
   if (defaults.reader().ListGround(set, electrical.defaultOf(L"AMPG_MAX"), fields[field::current], grounds) &&

@@ -315,6 +315,11 @@ private:
           WireField::metal, toUtf8(tables_.table(ZanTableKind::ampacity, fields().tables())) +
                                 " has no size with an ampacity in column " + toUtf8(fields().temperature()));
     request_.input.overallFactor = request_.build->factor;
+    if (std::vector<std::wstring>& sizes = fields()[LookupField::groundSize].choices; !sizes.empty()) {
+      std::wstring ground = brenvolt::groundNotAbove(
+          defaults_, fields().tables(), sizes.front(), brenvolt::removeBlanks(request_.build->size));
+      if (ground != sizes.front()) sizes.insert(sizes.begin(), std::move(ground));
+    }
     request_.input.drop.reset();
     request_.input.cost.reset();
   }
@@ -381,6 +386,12 @@ brenvolt::WireLookupResult WireRequests::lookUp(const WireRequest& request) {
 
 brenvolt::WireSizeFacts WireRequests::facts(const WireRequest& request, const std::wstring& size) {
   return brenvolt::wireSizeFacts(tables_.reader(request.choice.tables.code), request.choice, size);
+}
+
+std::wstring WireRequests::groundBeside(const WireRequest& request, const std::wstring& conductors) {
+  const brenvolt::WireDefaults defaults(tables_, request.choice.tables.code);
+  return brenvolt::groundNotAbove(
+      defaults, request.choice.tables, request.groundSizes().front(), brenvolt::removeBlanks(conductors));
 }
 
 } // namespace simhost

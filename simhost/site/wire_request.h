@@ -59,6 +59,8 @@ public:
   /// The lookup's table and proposal, or the sizes with that of a build, if requested.
   [[nodiscard]] brenvolt::WireLookupResult lookUp(const WireRequest& request);
   [[nodiscard]] brenvolt::WireSizeFacts facts(const WireRequest& request, const std::wstring& size);
+  /// The first of the grounding conductors, or the size of the conductors that are taken if that is smaller.
+  [[nodiscard]] std::wstring groundBeside(const WireRequest& request, const std::wstring& conductors);
 
 private:
   class Resolver;

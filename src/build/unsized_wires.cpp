@@ -158,7 +158,7 @@ private:
       (wire->isLargeEnough ? sized.sizes.conductors : sized.largest) = removeBlanks(wire->size);
     }
     if (sized.sizes.grounding.empty())
-      sized.sizes.grounding = removeBlanks(autoGroundSize(defaults, circuit));
+      sized.sizes.grounding = removeBlanks(autoGroundSize(defaults, circuit, sized.sizes.conductors));
     return sized;
   }
 

@@ -4,6 +4,7 @@
 #include "text/compare.h"
 #include "text/numbers.h"
 #include "text/plain_number.h"
+#include "text/split.h"
 
 #include <algorithm>
 
@@ -12,6 +13,7 @@ namespace brenvolt {
 namespace {
 
 constexpr double fallbackPowerFactor = 0.85;
+constexpr std::wstring_view everyRating = L"0"; ///< a formula: each row of the grounding table is above it
 
 double numberOr(const WireDefaults& defaults, double stored, std::wstring_view setting) {
   return isGiven(stored) ? stored : defaults.figureOf(setting);
@@ -113,12 +115,26 @@ std::optional<AutoWire> autoWire(const WireDefaults& defaults, const ZanCircuitD
   return AutoWire{row.size, row.ampacity, factor, isLargeEnough};
 }
 
-std::wstring autoGroundSize(const WireDefaults& defaults, const ZanCircuitData& data) {
+std::wstring autoGroundSize(
+    const WireDefaults& defaults, const ZanCircuitData& data, std::wstring_view conductors) {
+  const WireTableSet tables = tablesOf(defaults, data);
   std::vector<std::wstring> sizes;
   defaults.reader().ListGround(
-      tablesOf(defaults, data), defaults.setting(option::groundingRating).text, formatTrimmed(data.fla),
-      sizes);
-  return sizes.empty() ? std::wstring() : sizes.front();
+      tables, defaults.setting(option::groundingRating).text, formatTrimmed(data.fla), sizes);
+  return sizes.empty() ? std::wstring() : groundNotAbove(defaults, tables, sizes.front(), conductors);
+}
+
+std::wstring groundNotAbove(
+    const WireDefaults& defaults, const WireTableSet& tables, const std::wstring& proposal,
+    std::wstring_view conductors) {
+  // A size that the table lacks, such as that of parallel conductors, limits nothing: it cannot be compared.
+  std::vector<std::wstring> sizes;
+  defaults.reader().ListGround(tables, everyRating, {}, sizes);
+  for (const std::wstring& size : sizes) {
+    if (size == proposal) break;
+    if (equalsOrdinalNoCase(removeBlanks(size), conductors)) return size;
+  }
+  return proposal;
 }
 
 } // namespace brenvolt

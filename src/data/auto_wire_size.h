@@ -40,7 +40,15 @@ struct AutoWire {
 [[nodiscard]] std::optional<AutoWire> autoWire(
     const WireDefaults& defaults, const ZanCircuitData& data, double current);
 
-/// The grounding conductor for the circuit's full-load current, as shown; empty when the tables give none.
-[[nodiscard]] std::wstring autoGroundSize(const WireDefaults& defaults, const ZanCircuitData& data);
+/// The grounding conductor of a build for the circuit's full-load current, as shown; empty when the tables give none.
+/// `conductors` is the size of the circuit's conductors without blanks, empty where it is not known: a grounding conductor
+/// does not have to be larger than they are, whatever the formula of the rating gives (NEC 250.122(A), IEC 60364-5-54).
+[[nodiscard]] std::wstring autoGroundSize(
+    const WireDefaults& defaults, const ZanCircuitData& data, std::wstring_view conductors);
+
+/// The same for a proposal of the wire lookup, which is by the formula alone.
+[[nodiscard]] std::wstring groundNotAbove(
+    const WireDefaults& defaults, const WireTableSet& tables, const std::wstring& proposal,
+    std::wstring_view conductors);
 
 } // namespace brenvolt

@@ -60,8 +60,8 @@ TEST_CASE("a motor that comes without wire sizes is sized as a build sizes, or w
   };
   const wchar_t* const motor = LR"("Induction";"10";"HP";"460";"3";"60";"1800";"14";"1.25")";
   const Row rows[] = {
-      {"14 x 1.25 = 17.5 <= 25 x 0.8; 14 x 2.5 = 35 < 60", motor, L"", true, R"(("12AWG" "10AWG"))", "",
-       "nil"},
+      {"14 x 1.25 = 17.5 <= 25 x 0.8; 14 x 2.5 = 35 < 60 is 10AWG, larger than the conductors", motor, L"",
+       true, R"(("12AWG" "12AWG"))", "", "nil"},
       {"sizes that are there stay", motor, LR"((("2AWG" "x" "1") ("6AWG" "y" "3")))", true,
        R"(("2AWG" "6AWG"))", "", "nil"},
       {"no size is large enough", LR"("Induction";"10";"HP";"460";"3";"60";"1800";"9000";"1.25")", L"", true,
@@ -79,7 +79,7 @@ TEST_CASE("a motor that comes without wire sizes is sized as a build sizes, or w
       {"nor without tables", motor, LR"((("2AWG" "x" "1")))", false, R"(("2AWG" ""))",
        "grounding, the tables of wire sizes cannot be read", "1.0"},
       {"one conductor with a size does not size the next", motor, LR"((("8AWG" "x" "1") ("" "" "1")))", true,
-       R"(("8AWG" "12AWG" "10AWG"))", "", "nil"},
+       R"(("8AWG" "12AWG" "12AWG"))", "", "nil"},
       {"no current", LR"("Induction";"10";"HP";"460";"3";"60";"1800";"";"1.25")", L"", true, R"(("" ""))",
        "its full-load current is not known", "1.0"},
       {"no tables", motor, L"", false, R"(("" ""))", "the tables of wire sizes cannot be read", "1.0"},

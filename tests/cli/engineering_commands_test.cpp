@@ -158,6 +158,12 @@ TEST_CASE("a build's answer, a factor by hand, and why there is no proposal") {
     CHECK(found.value("note", "") == row.note);
   }
   CHECK(folder.run(wireCircuit()).exitCode == 0);
+  // 14 AWG by its conductors, where i*2.5 = 19 asks for 12 AWG.
+  CHECK(contains(
+      folder
+          .run({"wire", "--site", "site", "--voltage", "460", "--phase", "3", "--fla", "7.6", "--unattended"})
+          .output,
+      "grounding conductor: 14 AWG"));
   for (const char* way : {"--unattended", "--hide-undersized"})
     CHECK(
         folder.run({"wire", "--site", "site", "--voltage", "460", "--phase", "3", "--fla", "9000", way})

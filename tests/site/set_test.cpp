@@ -227,7 +227,7 @@ TEST_CASE("each net of a set has one number, each terminal is there once") {
   const std::string& motors = files.at("out/lists/motors.csv");
   checkHolds(
       motors, {"\nP-101,\"Three-phase motors, Direct on line\",Induction,10,HP,460,3,60,1800,14,\"12AWG, PE "
-               "10AWG\",120 FT,1.1 %,",
+               "12AWG\",120 FT,1.1 %,",
                "\nM-801,\"Three-phase motors, Direct on line\",Induction,5.5,kW,400,3,50,1500,"});
   CHECK(files.at("out/lists/cables.csv").find("\nW-P-101,TB1,P-101,") != std::string::npos);
   const std::string& sheet = files.at("sheets/001.json");
@@ -392,7 +392,7 @@ TEST_CASE(
   CHECK(rebuild("MTR1A", "FEED=4").exitCode == 0);
   CHECK(motors() == "MTR1A 10 10AWG, PE 10AWG; MTR1B 5 14AWG, PE 14AWG; ");
   CHECK(rebuild("MTR1B", "load=20").exitCode == 0);
-  CHECK(motors() == "MTR1A 10 10AWG, PE 10AWG; MTR1B 20 10AWG, PE 8AWG; ");
+  CHECK(motors() == "MTR1A 10 10AWG, PE 10AWG; MTR1B 20 10AWG, PE 10AWG; ");
   CHECK(rebuild("9", "load=15").errors.find("MTR1A, MTR1B") != std::string::npos);
   draw("Direct on line", "Pump 10 HP");
   CHECK(rebuild("MTR1", "OL=2").exitCode == 0);
