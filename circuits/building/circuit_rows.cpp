@@ -567,7 +567,7 @@ private:
         given(WireField::extra),
         from(WireField::wireStandard),
         from(WireField::metal),
-        from(WireField::insulation),
+        request->fields.insulationDescription(), // the wire lookup knows an insulation by it
         request->choice.temperature,
         hasLength ? from(WireField::length) : L"0",
         hasLength ? from(WireField::units) : L"",

@@ -478,6 +478,11 @@ constexpr Rule table[] = {
      L"Add the table, or build it and save it again.", L"a metal that was taken out"},
     {L"saved-size-gone", saved, error, L"{saved} holds the size {size}, which {table} no longer has.",
      L"Build it and save it again.", L"a size that was deleted"},
+    {L"saved-insulation-gone", saved, warning,
+     L"{saved} holds the insulation \"{insulation}\" at {temperature}, which {table} does not have: the wire "
+     L"lookup begins with another one.",
+     L"Choose it in the wire lookup, build it and save it again; the names are those of INSUL_DESC and TEMP.",
+     L"`THHN` at 75C, an insulation for 90C"},
     {L"saved-motor-gone", saved, warning, L"{saved} holds {motor}, which the tables no longer have.",
      L"Add the row, or build it and save it again.", L"a motor that was deleted, or got another speed"},
     {L"saved-current-changed", saved, error,

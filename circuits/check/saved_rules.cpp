@@ -27,7 +27,7 @@ constexpr const char* savedFile = "zan_brenvolt.xml";
 /// Places in the row of a motor or load; their names vary with the language, so places count.
 namespace setupplace {
 constexpr std::size_t type = 0, load = 1, units = 2, voltage = 3, phase = 4, frequency = 5, speed = 6,
-                      current = 7, standard = 10, metal = 11;
+                      current = 7, standard = 10, metal = 11, insulation = 12, temperature = 13;
 }
 
 /// Places in the values of a part.
@@ -211,6 +211,7 @@ private:
       }
     const std::wstring metal = at(setup, setupplace::metal);
     const std::wstring standard = at(setup, setupplace::standard);
+    checkInsulation(code, setup);
     struct Wires {
       const wchar_t* kind;
       const wchar_t* family; ///< its tables hold their sizes
@@ -218,6 +219,34 @@ private:
     for (const Wires& wires : {Wires{L"WireSetup", L"AMP_"}, Wires{L"GroundingWireSetup", L"AMPG_"}})
       for (const XmlElement& wire : group.children(wires.kind))
         checkSize(code, wires.family, at(valuesOf(wire), 0), metal, standard);
+  }
+
+  /// Description and temperature, as the wire lookup looks for them.
+  void checkInsulation(const std::wstring& code, const std::vector<std::wstring>& setup) {
+    const std::wstring insulation = at(setup, setupplace::insulation);
+    const std::wstring temperature = at(setup, setupplace::temperature);
+    if (insulation.empty()) return;
+    const SiteTable* searched = nullptr;
+    for (const ElectricalCode& electrical : codes_) {
+      const SiteTable* table = tables_.find(
+          L"INSUL_" + at(setup, setupplace::metal) + L"_" + at(setup, setupplace::standard) + L"_" +
+          electrical.name);
+      if (table == nullptr) continue;
+      searched = table;
+      const int description = table->text.columnOf(L"INSUL_DESC");
+      const int column = table->text.columnOf(L"TEMP");
+      for (const TableText::Row& row : table->text.rows)
+        if (equalsOrdinalNoCase(row.cell(description), insulation) &&
+            equalsOrdinalNoCase(row.cell(column), temperature))
+          return;
+    }
+    if (searched != nullptr)
+      findings_.add(
+          L"saved-insulation-gone", placeOf(code),
+          {{L"saved", name_},
+           {L"insulation", insulation},
+           {L"temperature", temperature},
+           {L"table", searched->text.name}});
   }
 
   /// In any code's table: a configuration does not say for which one it was made.

@@ -154,17 +154,27 @@ private:
     giveToBuild(&brenvolt::ZanCircuitData::phase, WireField::phase);
   }
 
-  /// The label of an insulation code is "description / temperature column".
+  /// By its code, or by its description, which is what a circuit keeps. The label is "description / temperature column".
   void takeInsulation() {
     const WireTableSet set = fields().tables();
-    const std::wstring code = fillIn(WireField::insulation).text;
-    if (code.empty()) return fail(WireField::insulation, "is missing, and the option table has no default");
-    const std::wstring& label = tables_.insulationLabel(set, code);
+    const std::wstring wanted = fillIn(WireField::insulation).text;
+    if (wanted.empty()) return fail(WireField::insulation, "is missing, and the option table has no default");
     const std::wstring& table = tables_.table(ZanTableKind::insulation, set);
-    fields()[LookupField::insulation].value.text = label;
-    if (label.find(L'/') == std::wstring::npos)
-      return fail(WireField::insulation, toUtf8(table) + " has no row with INSUL = " + toUtf8(code));
-    request_.temperatureOrigin = rowOrigin(table, L"INSUL", code, L"TEMP");
+    brenvolt::WireValue& value = fields()[LookupField::insulation].value;
+    const wchar_t* column = L"INSUL";
+    value.text = tables_.insulationLabel(set, wanted);
+    if (value.text.find(L'/') == std::wstring::npos) {
+      column = L"INSUL_DESC";
+      const std::vector<std::wstring>& labels = tables_.insulations(set);
+      const auto described = std::find_if(labels.begin(), labels.end(), [&wanted](const std::wstring& label) {
+        return brenvolt::equalsOrdinalNoCase(
+            brenvolt::trim(std::wstring_view(label).substr(0, label.find(L'/'))), wanted);
+      });
+      if (described == labels.end())
+        return fail(WireField::insulation, toUtf8(table) + " has no row with INSUL = " + toUtf8(wanted));
+      value.text = *described;
+    }
+    request_.temperatureOrigin = rowOrigin(table, column, wanted, L"TEMP");
     if (isGivenText(WireField::insulation)) request_.buildChoices.temperature = fields().temperature();
   }
 

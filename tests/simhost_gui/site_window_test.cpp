@@ -204,12 +204,12 @@ TEST_CASE("another wire size is applied to the selected motor's circuit, and tak
   // The grounding conductor is sized for the same current, by the rule of the lookup.
   CHECK_EQ(
       gui.window.status().text().toStdString(),
-      "MTR1A: 10 AWG -> 3 AWG, PE 10 AWG -> 6 AWG, 15 wires, CB1A 35A -> 125A, 1MA SIZE 1 -> SIZE 3, "
+      "MTR1A: 10 AWG -> 4 AWG, PE 10 AWG -> 6 AWG, 15 wires, CB1A 35A -> 125A, 1MA SIZE 1 -> SIZE 3, "
       "1OLA 10-18A -> 40-65A");
   // Record and texts too: the next lookup begins where this one ended.
   CHECK_EQ(
       texts(),
-      R"(BLK 3AWG, (45 1.25), (("3AWG" "BLK_3AWG" "1") ("3AWG" "BLK_3AWG" "1") ("3AWG" "BLK_3AWG" "1") )"
+      R"(BLK 4AWG, (45 1.25), (("4AWG" "BLK_4AWG" "1") ("4AWG" "BLK_4AWG" "1") ("4AWG" "BLK_4AWG" "1") )"
       R"(("6AWG" "GRN_6AWG" "3")), 1)");
   CHECK(pilot.steps().unused() == 0);
   std::map<std::wstring, int> after = wires();

@@ -397,7 +397,9 @@ TEST_CASE(
   draw("Direct on line", "Pump 10 HP");
   CHECK(rebuild("MTR1", "OL=2").exitCode == 0);
   CHECK(motors() == "MTR1 10 10AWG, PE 10AWG; ");
-  CHECK(test::bytesOf(drawing).find(";THHN;") != std::string::npos);
+  CHECK(
+      test::bytesOf(drawing).find(";THWN - Thermoplastic with nylon jacket - dry and wet;75C;") !=
+      std::string::npos);
 
   // Another type: with its motor, and with the options that mean the same there.
   CHECK(
