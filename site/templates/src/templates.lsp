@@ -36,25 +36,27 @@
   (dotimes (pole poles)
     (marker "WNUM" 90 x (- (* 10 pole)) (string-append letters (number->string (+ pole 1))))))
 
-(defun starter (poles ground-y control-y)
+; `more` is further room between the contactor and what follows it.
+(defun starter (poles ground-y control-y more)
   (power-head poles)
   (marker "MCTL" 2 0 18)
   (ground-line ground-y)
   (numbers 54 poles "L1")
   (marker "MS" 30 86 0)
-  (marker "OL" 40 112 0)
-  (numbers 121 poles "T")
-  (marker "TERM" 50 126 0)
-  (marker "MOTOR" 60 132 0)
+  (marker "OL" 40 (+ 112 more) 0)
+  (numbers (+ 121 more) poles "T")
+  (marker "TERM" 50 (+ 126 more) 0)
+  (marker "MOTOR" 60 (+ 132 more) 0)
   (marker "CTRL" 70 58 control-y))
 
-(defun draw-motor3-dol () (starter 3 -30 -56))
-(defun draw-motor3-reversing () (starter 3 -72 -98))
+(defun draw-motor3-dol () (starter 3 -30 -56 0))
+; The lines that the contactors exchange are right of them; number and size of each wire have their place after these.
+(defun draw-motor3-reversing () (starter 3 -72 -98 20))
 (defun draw-motor3-star-delta ()
-  (starter 3 -114 -140)
+  (starter 3 -114 -140 0)
   (marker "DELTA" 32 86 -44)
   (marker "STAR" 34 114 -84))
-(defun draw-motor1-dol () (starter 2 -24 -56))
+(defun draw-motor1-dol () (starter 2 -24 -56 0))
 
 ; A motor's branch after the feeder: the lines run from x on at y; `letter` distinguishes the two motors.
 (defun motor-branch (letter order x y)
