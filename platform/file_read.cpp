@@ -3,6 +3,7 @@
 #include "platform/file_path.h"
 #include "text/encoding.h"
 
+#include <algorithm>
 #include <cerrno>
 
 #include <fcntl.h>
@@ -35,6 +36,8 @@ FileContent readOnce(std::wstring_view path, int& fault) {
   if (::fstat(file.number(), &status) != 0) return failedNow();
   if (S_ISDIR(status.st_mode)) return failed(L"is a folder");
   if (!S_ISREG(status.st_mode)) return failed(L"is not a regular file");
+  constexpr off_t roomAtOnce = 1 << 28; // a larger size may be that of holes
+  content.bytes.reserve(static_cast<std::size_t>(std::min(status.st_size, roomAtOnce)));
   char block[65536];
   for (;;) {
     const ssize_t count = ::read(file.number(), block, sizeof block);

@@ -13,6 +13,7 @@ namespace brenvolt {
 
 struct XmlDocument::Tree {
   pugi::xml_document document;
+  std::size_t bytesRead = 0;
 };
 
 namespace {
@@ -203,6 +204,7 @@ bool XmlDocument::read(std::string_view bytes, std::wstring& reason) {
     tree_->document.reset();
     return false;
   };
+  tree_->bytesRead = bytes.size();
   const XmlText text = decodeXml(bytes);
   if (text.fault) return refuse(*text.fault);
   // The declaration is dropped: `serializeUtf16Le` writes its own. Top-level text is accepted here and refused later.
@@ -236,6 +238,8 @@ std::string XmlDocument::serializeUtf16Le(std::wstring_view declarationData) con
   declaration += declarationData;
   declaration += L"?>\r\n";
   std::string bytes = toUtf16Le(declaration);
+  constexpr std::size_t change = 4096; // most changes make little difference to the length
+  bytes.reserve(tree_->bytesRead + change);
   BytesWriter writer(bytes);
   tree_->document.save(writer, "", pugi::format_raw | pugi::format_no_declaration, pugi::encoding_utf16_le);
   return bytes;

@@ -59,14 +59,27 @@ std::string fromLatin1(std::string_view bytes) {
   return toUtf8(text);
 }
 
-/// Invalid units become the replacement character; one that the file itself contains is rare enough to be searched for
-/// in the bytes.
+/// Nothing for invalid units. In slices: the text of a large file is not in memory in a third form as a whole.
 std::optional<std::string> fromUtf16(std::string_view bytes, Form form) {
   if (bytes.size() % 2 != 0) return std::nullopt;
-  const std::string little = form == Form::utf16Big ? swapped(bytes) : std::string(bytes);
-  const std::wstring text = fromUtf16Le(little);
-  if (toUtf16Le(text) != little) return std::nullopt;
-  return toUtf8(text);
+  const std::string turned = form == Form::utf16Big ? swapped(bytes) : std::string();
+  std::string_view left = form == Form::utf16Big ? turned : bytes;
+  std::string text;
+  text.reserve(left.size() / 2);
+  while (!left.empty()) {
+    constexpr std::size_t sliceSize = 1U << 16U;
+    std::string_view slice = left.substr(0, sliceSize);
+    // The two units of a character stay together.
+    const bool endsInPair = (static_cast<unsigned char>(slice.back()) & 0xFCU) == 0xD8;
+    if (endsInPair && slice.size() < left.size()) slice = left.substr(0, sliceSize + 2);
+    left.remove_prefix(slice.size());
+    const std::wstring units = fromUtf16Le(slice);
+    // Invalid units become the replacement character; a slice that contains that one itself is compared.
+    constexpr wchar_t replacement = 0xFFFD;
+    if (units.find(replacement) != std::wstring::npos && toUtf16Le(units) != slice) return std::nullopt;
+    text += toUtf8(units);
+  }
+  return text;
 }
 
 /// The value of `encoding` in a declaration; empty without one.

@@ -27,8 +27,23 @@ constexpr char32_t joinSurrogates(char32_t high, char32_t low) {
   return firstBeyondUnit + ((high - 0xD800) << 10) + (low - 0xDC00);
 }
 
-/// The code point at `position`, which moves past it. Surrogate pairs are joined, whatever the size of wchar_t.
-char32_t nextCodePoint(std::wstring_view text, std::size_t& position) {
+/// The units in bytes of UTF-16, the low byte first; half a unit at the end does not count.
+class UnitsLe final {
+public:
+  explicit UnitsLe(std::string_view bytes) : bytes_(bytes) {}
+  [[nodiscard]] std::size_t size() const { return bytes_.size() / 2; }
+  [[nodiscard]] char32_t operator[](std::size_t unit) const {
+    const auto byte = [this](std::size_t place) { return static_cast<std::uint8_t>(bytes_[place]); };
+    return static_cast<char32_t>(byte(2 * unit) | (byte(2 * unit + 1) << 8));
+  }
+
+private:
+  std::string_view bytes_;
+};
+
+/// The code point at `position`, which moves past it. Surrogate pairs are joined, whatever the size of a unit.
+template <class Units>
+char32_t nextCodePoint(const Units& text, std::size_t& position) {
   const auto first = static_cast<char32_t>(text[position++]);
   if (isHighSurrogate(first) && position < text.size()) {
     const auto second = static_cast<char32_t>(text[position]);
@@ -174,18 +189,11 @@ std::string toUtf16Le(std::wstring_view text) {
 }
 
 std::wstring fromUtf16Le(std::string_view bytes) {
-  std::wstring units;
-  units.reserve(bytes.size() / 2);
-  for (std::size_t i = 0; i + 1 < bytes.size(); i += 2) {
-    const auto low = static_cast<std::uint8_t>(bytes[i]);
-    const auto high = static_cast<std::uint8_t>(bytes[i + 1]);
-    units.push_back(static_cast<wchar_t>(low | (high << 8)));
-  }
+  const UnitsLe units(bytes);
   std::wstring text;
   text.reserve(units.size());
-  for (std::size_t position = 0; position < units.size();) {
+  for (std::size_t position = 0; position < units.size();)
     appendWide(text, nextCodePoint(units, position));
-  }
   return text;
 }
 

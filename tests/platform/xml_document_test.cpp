@@ -28,3 +28,22 @@ TEST_CASE("a change that makes no document is refused") {
       toUtf8(fromUtf16Le(document.serializeUtf16Le(L"version=\"1.0\""))) ==
       "<?xml version=\"1.0\"?>\r\n<root b=\"3\" a=\"2\"/>");
 }
+
+TEST_CASE("a long text of UTF-16 is read whole wherever its characters begin; half a character is refused") {
+  const std::string mark = "\xFF\xFE";
+  for (const wchar_t* start : {L"", L"x", L"\xFFFD"}) {
+    std::wstring text = start;
+    text.append(40'000, L'\x1F50C'); // two units each: 160,000 bytes
+    XmlDocument document;
+    document.createRoot(L"root").setAttribute(L"a", text);
+    std::string bytes = mark + document.serializeUtf16Le(L"version=\"1.0\"");
+    std::wstring reason;
+    XmlDocument read;
+    REQUIRE(read.read(bytes, reason));
+    CHECK(bool(read.root().attribute(L"a") == text));
+    const std::size_t half = bytes.rfind("\x3D\xD8"); // the first unit of the last character
+    bytes.erase(half, 2);
+    CHECK_FALSE(read.read(bytes, reason));
+    CHECK(toUtf8(reason) == "There are bytes that do not fit the encoding of the file.");
+  }
+}
