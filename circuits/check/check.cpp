@@ -52,10 +52,18 @@ CheckReport checkSite(const CheckOptions& options) {
 
   Findings findings;
   const SiteModel site = readSite(options.site, options.workbook, findings);
-  checkWorkbook(site, findings);
-  checkCombinations(site, findings);
+  checkLists(site, findings);
   CheckSession session(site, options.module, findings);
-  checkForms(site, &session, findings);
+  FormRules forms(site, session, findings);
+  TemplateSet templates(site);
+  // All rules for one sheet before the next: in a workbook of some hundred sheets most of the time is spent on fetching
+  // the texts from memory.
+  for (const SheetModel& sheet : site.models) {
+    checkSheet(site, sheet, findings);
+    checkCombinations(site, sheet, findings);
+    forms.check(sheet);
+    templates.addNamed(sheet);
+  }
   checkLisp(site, session, findings);
 
   const TableSet tables = readTables(site, session, options.depth, findings);
@@ -70,7 +78,6 @@ CheckReport checkSite(const CheckOptions& options) {
   std::vector<SavedPart> savedParts;
   if (has(CheckKind::saved)) savedParts = checkSaved(site, tables, codes, findings);
 
-  TemplateSet templates(site);
   if (has(CheckKind::run)) runCircuits(site, session, tables, codes, templates, findings);
   if (options.depth == CheckDepth::whole)
     checkSavedParts(site, session, tables, codes, templates, std::move(savedParts), findings);

@@ -36,7 +36,9 @@ std::wstring textOf(const Choice& choice) {
 }
 
 Choice with(const Choice& choice, const SheetOption& option) {
-  Choice more = choice;
+  Choice more;
+  more.reserve(choice.size() + 1);
+  more = choice;
   more.push_back(&option);
   return more;
 }
@@ -73,12 +75,12 @@ public:
       : site_(site), model_(model), code_(code), findings_(findings) {}
 
   void run() {
-    for (const SheetForm& form : code_.forms)
-      wanted_.insert(form.forCode);
     if (code_.groups.empty()) {
       checkReach({}, true);
       return;
     }
+    for (const SheetForm& form : code_.forms)
+      wanted_.insert(form.forCode);
     const std::optional<Sums> sums = sumsOf(code_);
     if (!sums) {
       findings_.add(L"combination-too-many", at(code_.row, sheetcolumn::code), {{L"code", code_.code}});
@@ -163,10 +165,9 @@ private:
 
 } // namespace
 
-void checkCombinations(const SiteModel& site, Findings& findings) {
-  for (const SheetModel& model : site.models)
-    for (const SheetCode& code : model.codes)
-      if (code.hasTitle && !code.isRepeated) CombinationCheck(site, model, code, findings).run();
+void checkCombinations(const SiteModel& site, const SheetModel& sheet, Findings& findings) {
+  for (const SheetCode& code : sheet.codes)
+    if (code.hasTitle && !code.isRepeated) CombinationCheck(site, sheet, code, findings).run();
 }
 
 } // namespace circuits

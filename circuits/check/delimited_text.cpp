@@ -19,6 +19,13 @@ struct Records {
   bool hasOpenQuote = false;
 };
 
+/// The end of the letters from here on that end no cell: they are taken at once, not one by one.
+std::size_t endOfPlain(std::wstring_view text, std::size_t from) {
+  while (from < text.size() && text[from] != L',' && text[from] != L'\n' && text[from] != L'\r')
+    ++from;
+  return from;
+}
+
 /// A cell in double quotes may hold commas, line ends and doubled quotes.
 Records recordsOf(std::wstring_view text) {
   Records records;
@@ -37,12 +44,15 @@ Records recordsOf(std::wstring_view text) {
   for (std::size_t i = 0; i < text.size(); ++i) {
     const wchar_t letter = text[i];
     if (isQuoted) {
-      if (letter != L'"')
-        cell += letter;
-      else if (i + 1 < text.size() && text[i + 1] == L'"')
+      if (letter != L'"') {
+        const std::size_t end = std::min(text.find(L'"', i), text.size());
+        cell.append(text, i, end - i);
+        i = end - 1;
+      } else if (i + 1 < text.size() && text[i + 1] == L'"') {
         cell += text[++i];
-      else
+      } else {
         isQuoted = false;
+      }
     } else if (letter == L'"' && cell.empty()) {
       isQuoted = true;
     } else if (letter == L',') {
@@ -50,7 +60,9 @@ Records recordsOf(std::wstring_view text) {
     } else if (letter == L'\n') {
       endRow();
     } else if (letter != L'\r') {
-      cell += letter;
+      const std::size_t end = endOfPlain(text, i);
+      cell.append(text, i, end - i);
+      i = end - 1;
     }
   }
   records.hasOpenQuote = isQuoted;

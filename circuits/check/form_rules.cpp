@@ -10,11 +10,9 @@
 
 #include <algorithm>
 #include <array>
-#include <map>
 #include <optional>
 #include <span>
 #include <string_view>
-#include <unordered_set>
 #include <utility>
 
 namespace circuits {
@@ -73,7 +71,7 @@ std::wstring arityText(const Arity& arity) {
 class FormCheck final {
 public:
   FormCheck(
-      const SiteModel& site, CheckSession* session, const SheetModel& model, const SheetCode& code,
+      const SiteModel& site, CheckSession& session, const SheetModel& model, const SheetCode& code,
       const SheetForm& form, Findings& findings)
       : site_(site), session_(session), model_(model), code_(code), form_(form), findings_(findings),
         tokens_(brenvolt::cutTokens(form.text)), variables_(variablesOf(code, form)) {}
@@ -128,18 +126,17 @@ private:
   }
 
   void checkFunction() {
-    if (session_ == nullptr) return;
     const ScriptToken& token = tokens_.front();
     const std::wstring name(token.text);
     const std::size_t place = placeOf(token);
-    const lisp::Symbol* symbol = session_->interpreter().symbols().find(name);
+    const lisp::Symbol* symbol = session_.interpreter().symbols().find(name);
     if (symbol == nullptr || !symbol->function.isFunction()) {
-      if (!session_->isComplete()) return; // the file that defines it may be the one that does not load
+      if (!session_.isComplete()) return; // the file that defines it may be the one that does not load
       add(L"form-unknown-function", place, name.size(),
-          {{L"function", name}, {L"similar", didYouMean(similarName(name, session_->siteFunctions()))}});
+          {{L"function", name}, {L"similar", didYouMean(similarName(name, session_.siteFunctions()))}});
       return;
     }
-    if (!session_->document().isReachable(*symbol)) {
+    if (!session_.document().isReachable(*symbol)) {
       add(L"form-not-exposed", place, name.size(), {{L"function", name}});
       return;
     }
@@ -182,13 +179,13 @@ private:
 
   /// The first word within inner parentheses: a form there is not run, it becomes a list.
   void checkNested(const ScriptToken& token) {
-    if (session_ == nullptr || token.type != kvtype::string || isQuoted(token)) return;
+    if (token.type != kvtype::string || isQuoted(token)) return;
     const std::size_t place = placeOf(token);
     const std::size_t open = form_.text.rfind(L'(', place);
     const std::wstring between = brenvolt::trim(form_.text.substr(open + 1, place - open - 1));
     if (equalsOrdinalNoCase(between, L"list")) return;
     const std::wstring word(token.text);
-    if (session_->interpreter().findFunction(word))
+    if (session_.interpreter().findFunction(word))
       add(L"form-nested-call", place, word.size(), {{L"function", word}});
   }
 
@@ -230,7 +227,7 @@ private:
   }
 
   const SiteModel& site_;
-  CheckSession* session_;
+  CheckSession& session_;
   const SheetModel& model_;
   const SheetCode& code_;
   const SheetForm& form_;
@@ -247,9 +244,8 @@ void checkCell(
   const std::wstring rest =
       brenvolt::trim(std::wstring_view(last.cell).substr(std::min(end, last.cell.size())));
   const bool isCut = last.text.starts_with(L'(') && last.text.ends_with(L')');
-  const auto opened = std::ranges::count(last.text, L'(');
-  const bool isUnbalanced =
-      !isCut && last.text.starts_with(L'(') && opened != std::ranges::count(last.text, L')');
+  const bool isUnbalanced = !isCut && last.text.starts_with(L'(') &&
+                            std::ranges::count(last.text, L'(') != std::ranges::count(last.text, L')');
   if (!isUnbalanced && rest.empty()) return;
   const FindingPlace place = site.place(model, code, last.row, last.column);
   if (isUnbalanced) {
@@ -265,27 +261,23 @@ void checkCell(
 
 } // namespace
 
-void checkForms(const SiteModel& site, CheckSession* session, Findings& findings) {
-  // Circuits have most of their forms in common: one without a finding is looked at once for the variables it gets.
-  std::map<const std::wstring*, std::unordered_set<std::wstring_view>> cleanByVariables;
-  for (const SheetModel& model : site.models)
-    for (const SheetCode& code : model.codes) {
-      if (!code.hasTitle || code.isRepeated) continue;
-      for (auto form = code.forms.begin(); form != code.forms.end(); ++form) {
-        const auto next = std::next(form);
-        const bool isLast =
-            next == code.forms.end() || next->row != form->row || next->column != form->column;
-        if (isLast) checkCell(site, model, code, *form, findings);
-        const bool isWhole = !form->text.starts_with(L'(') || form->text.ends_with(L')');
-        if (!isWhole) continue;
-        std::unordered_set<std::wstring_view>& clean = cleanByVariables[variablesOf(code, *form).data()];
-        const auto [place, isNew] = clean.insert(form->text);
-        if (!isNew) continue;
-        const std::size_t before = findings.count();
-        FormCheck(site, session, model, code, *form, findings).run();
-        if (findings.count() != before) clean.erase(place); // it is named wherever it is
-      }
+void FormRules::check(const SheetModel& sheet) {
+  for (const SheetCode& code : sheet.codes) {
+    if (!code.hasTitle || code.isRepeated) continue;
+    for (auto form = code.forms.begin(); form != code.forms.end(); ++form) {
+      const auto next = std::next(form);
+      const bool isLast = next == code.forms.end() || next->row != form->row || next->column != form->column;
+      if (isLast) checkCell(site_, sheet, code, *form, findings_);
+      const bool isWhole = !form->text.starts_with(L'(') || form->text.ends_with(L')');
+      if (!isWhole) continue;
+      std::unordered_set<std::wstring_view>& clean = cleanByVariables_[variablesOf(code, *form).data()];
+      const auto [place, isNew] = clean.insert(form->text);
+      if (!isNew) continue;
+      const std::size_t before = findings_.count();
+      FormCheck(site_, session_, sheet, code, *form, findings_).run();
+      if (findings_.count() != before) clean.erase(place); // it is named wherever it is
     }
+  }
 }
 
 } // namespace circuits

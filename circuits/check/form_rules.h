@@ -4,11 +4,30 @@
 
 #include "circuits/check/site_model.h"
 
+#include <map>
+#include <string>
+#include <string_view>
+#include <unordered_set>
+
 namespace circuits {
 
 class CheckSession;
 
-/// Without a session, which is a site whose LISP was not loaded, functions are not looked at.
-void checkForms(const SiteModel& site, CheckSession* session, Findings& findings);
+class FormRules final {
+public:
+  FormRules(const SiteModel& site, CheckSession& session, Findings& findings)
+      : site_(site), session_(session), findings_(findings) {}
+
+  /// Looks at the forms of a sheet that a build would run.
+  void check(const SheetModel& sheet);
+
+private:
+  const SiteModel& site_;
+  CheckSession& session_;
+  Findings& findings_;
+  /// Circuits have most of their forms in common: one without a finding is looked at once for the variables it gets. The
+  /// texts are those of the site.
+  std::map<const std::wstring*, std::unordered_set<std::wstring_view>> cleanByVariables_;
+};
 
 } // namespace circuits

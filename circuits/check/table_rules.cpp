@@ -10,8 +10,8 @@
 #include "text/split.h"
 
 #include <algorithm>
-#include <map>
 #include <set>
+#include <unordered_map>
 
 namespace circuits {
 
@@ -187,7 +187,8 @@ private:
       columns.push_back(column);
       names += (names.empty() ? L"" : L", ") + std::wstring(name);
     }
-    std::map<std::wstring, int> seen;
+    std::unordered_map<std::wstring, int> seen;
+    seen.reserve(text_.rows.size());
     for (const TableText::Row& row : text_.rows) {
       std::wstring keyText;
       for (const int column : columns)

@@ -7,12 +7,6 @@
 
 namespace circuits {
 
-const std::wstring& TableText::Row::cell(int column) const {
-  static const std::wstring empty;
-  const auto index = static_cast<std::size_t>(column) - 1;
-  return index < cells.size() ? cells[index] : empty;
-}
-
 int TableText::columnOf(std::wstring_view column) const {
   const auto found = std::ranges::find_if(
       columns, [column](const std::wstring& each) { return brenvolt::equalsOrdinalNoCase(each, column); });

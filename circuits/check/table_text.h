@@ -18,7 +18,11 @@ struct TableText {
     int number = 0; ///< as a spreadsheet counts: the header is 1
     std::vector<std::wstring> cells;
     /// Column from 1; empty beyond the last.
-    [[nodiscard]] const std::wstring& cell(int column) const;
+    [[nodiscard]] const std::wstring& cell(int column) const {
+      static const std::wstring empty;
+      const auto index = static_cast<std::size_t>(column) - 1;
+      return index < cells.size() ? cells[index] : empty;
+    }
   };
 
   std::wstring name;                 ///< of a sheet without its "$"

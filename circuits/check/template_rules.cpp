@@ -9,6 +9,7 @@
 #include <algorithm>
 #include <map>
 #include <tuple>
+#include <unordered_set>
 
 namespace circuits {
 
@@ -165,21 +166,33 @@ public:
 
   void run() {
     for (const TemplateDrawing* drawing : drawings_) {
+      std::vector<MarkerOfSheet> markers;
+      markers.reserve(drawing->markers.size());
       for (const TemplateMarker& marker : drawing->markers)
-        checkMarker(*drawing, marker);
-      checkMotors(*drawing);
+        markers.push_back({marker, sheet_.findKey(marker.key)});
+      for (const MarkerOfSheet& each : markers)
+        marked_.insert(each.record);
+      for (const MarkerOfSheet& each : markers)
+        checkMarker(*drawing, each);
+      checkMotors(*drawing, markers);
     }
     const bool allRead = std::ranges::all_of(
         drawings_, [](const TemplateDrawing* drawing) { return drawing->drawing != nullptr; });
     if (drawings_.empty() || !allRead) return; // a marker may be in the one that is missing
     for (const SheetCode& code : sheet_.codes)
-      if (code.hasTitle && !code.isRepeated && !hasMarker(code))
+      if (code.hasTitle && !code.isRepeated && !marked_.contains(&code))
         findings_.add(
             L"record-without-marker", site_.place(sheet_, code, code.row, sheetcolumn::code), {code.code},
             {{L"code", code.code}, {L"similar", didYouMean(similarName(code.code, markerCodes()))}});
   }
 
 private:
+  /// Each record is looked for once.
+  struct MarkerOfSheet {
+    const TemplateMarker& marker;
+    const SheetCode* record; ///< null where the sheet has none
+  };
+
   [[nodiscard]] std::vector<std::wstring> markerCodes() const {
     std::vector<std::wstring> codes;
     for (const TemplateDrawing* drawing : drawings_)
@@ -194,8 +207,9 @@ private:
         drawings_, [&key](const TemplateDrawing* drawing) { return drawing->keys.contains(key); });
   }
 
-  void checkMarker(const TemplateDrawing& drawing, const TemplateMarker& marker) {
-    if (marker.code.empty() || sheet_.findKey(marker.key) != nullptr) return;
+  void checkMarker(const TemplateDrawing& drawing, const MarkerOfSheet& each) {
+    const TemplateMarker& marker = each.marker;
+    if (marker.code.empty() || each.record != nullptr) return;
     std::vector<std::wstring> codes;
     for (const SheetCode& code : sheet_.codes)
       if (!hasMarker(code)) codes.push_back(code.code);
@@ -207,14 +221,13 @@ private:
   }
 
   /// Wires and everything that takes a motor's data belong after the marker of their motor.
-  void checkMotors(const TemplateDrawing& drawing) {
+  void checkMotors(const TemplateDrawing& drawing, const std::vector<MarkerOfSheet>& markers) {
     std::map<std::wstring, const TemplateMarker*> motors; // by suffix
-    for (const TemplateMarker& marker : drawing.markers) {
-      const SheetCode* code = sheet_.findKey(marker.key);
-      if (code != nullptr && code->controlGroup() != nullptr) motors.try_emplace(marker.suffixKey, &marker);
-    }
+    for (const auto& [marker, record] : markers)
+      if (record != nullptr && record->controlGroup() != nullptr)
+        motors.try_emplace(marker.suffixKey, &marker);
     if (motors.empty()) return;
-    for (const TemplateMarker& marker : drawing.markers) {
+    for (const auto& [marker, record] : markers) {
       const auto motor = motors.find(marker.suffixKey);
       if (motor == motors.end()) {
         if (marker.isWire())
@@ -225,49 +238,50 @@ private:
       }
       const bool isBefore = marker.order && motor->second->order && &marker != motor->second &&
                             marker.orderNumber <= motor->second->orderNumber;
-      if (isBefore && takesData(marker))
+      if (isBefore && record != nullptr && takesData(*record))
         findings_.add(
             L"marker-before-motor", drawing.place(marker), {*marker.order},
             {{L"code", marker.code}, {L"motor", motor->second->code}, {L"order", *motor->second->order}});
     }
   }
 
-  [[nodiscard]] bool takesData(const TemplateMarker& marker) const {
-    const SheetCode* code = sheet_.findKey(marker.key);
-    return code != nullptr && std::ranges::any_of(code->forms, [](const SheetForm& form) {
-             return form.column != sheetcolumn::controlForms &&
-                    brenvolt::findNoCase(form.text, L"#data") != std::wstring::npos;
-           });
+  [[nodiscard]] static bool takesData(const SheetCode& record) {
+    return std::ranges::any_of(record.forms, [](const SheetForm& form) {
+      return form.column != sheetcolumn::controlForms &&
+             brenvolt::findNoCase(form.text, L"#data") != std::wstring::npos;
+    });
   }
 
   const SiteModel& site_;
   const SheetModel& sheet_;
   std::vector<const TemplateDrawing*> drawings_;
   Findings& findings_;
+  std::unordered_set<const SheetCode*> marked_; ///< records with a marker
 };
 
-void checkNames(const SiteModel& site, TemplateSet& templates, Findings& findings) {
+void checkCircuitDrawings(const SiteModel& site, TemplateSet& templates, Findings& findings) {
   for (const CircuitEntry& entry : site.entries)
     if (!entry.drawing.empty() && templates.find(entry.drawing).empty())
       findings.add(
           L"template-missing", site.place(circuitListSheet, entry.row, 3), {entry.drawing},
           {{L"template", entry.drawing}});
-  for (const SheetModel& sheet : site.models)
-    for (const SheetCode& code : sheet.codes)
-      for (const SheetForm& form : code.forms)
-        for (const std::wstring& name : drawingNames(form))
-          if (templates.find(name).empty())
-            findings.add(
-                L"template-missing", site.place(sheet, code, form.row, form.column),
-                {form.cell, form.cell.find(name, form.from), name.size()}, {{L"template", name}});
+}
+
+void checkNames(const SiteModel& site, const SheetModel& sheet, TemplateSet& templates, Findings& findings) {
+  for (const auto& [code, form, name] : templates.namedBy(sheet))
+    if (templates.find(name).empty())
+      findings.add(
+          L"template-missing", site.place(sheet, *code, form->row, form->column),
+          {form->cell, form->cell.find(name, form->from), name.size()}, {{L"template", name}});
 }
 
 } // namespace
 
 void checkTemplates(const SiteModel& site, TemplateSet& templates, Findings& findings) {
-  checkNames(site, templates, findings);
+  checkCircuitDrawings(site, templates, findings);
   std::vector<const TemplateDrawing*> all;
   for (const SheetModel& sheet : site.models) {
+    checkNames(site, sheet, templates, findings);
     if (std::ranges::none_of(sheet.codes, &SheetCode::hasTitle)) continue; // which is a finding of its own
     std::vector<const TemplateDrawing*> drawings = templates.templatesOf(sheet);
     for (const TemplateDrawing* drawing : drawings)

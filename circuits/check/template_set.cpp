@@ -33,8 +33,9 @@ TemplateSet::TemplateSet(const SiteModel& site) : site_(site) {
   };
   add(site.folder);
   add(site.folder / "templates");
+  std::set<std::wstring_view> seen; // many types have one template
   for (const CircuitEntry& entry : site.entries) {
-    add((site.folder / brenvolt::toUtf8(entry.drawing)).parent_path());
+    if (seen.insert(entry.drawing).second) add((site.folder / brenvolt::toUtf8(entry.drawing)).parent_path());
     ofCircuits_[brenvolt::toUpper(entry.worksheet)].push_back(entry.drawing);
   }
 }
@@ -67,8 +68,8 @@ fs::path TemplateSet::find(std::wstring_view name) {
   return {};
 }
 
-const TemplateDrawing* TemplateSet::named(const std::wstring& name) {
-  const auto [place, isNew] = named_.try_emplace(name, nullptr);
+const TemplateDrawing* TemplateSet::readNamed(const std::wstring& name) {
+  const auto [place, isNew] = byName_.try_emplace(name, nullptr);
   if (!isNew) return place->second;
   const fs::path path = find(name);
   return place->second = path.empty() ? nullptr : &read(path);
@@ -86,29 +87,30 @@ std::vector<const TemplateDrawing*> TemplateSet::templatesOf(const SheetModel& s
   };
   const std::wstring key = brenvolt::toUpper(sheet.name);
   for (const std::wstring& name : ofCircuits_[key])
-    add(named(name));
-  for (const SheetCode& code : sheet.codes)
-    for (const SheetForm& form : code.forms)
-      for (const std::wstring& name : drawingNames(form))
-        add(named(name));
+    add(readNamed(name));
+  for (const NamedDrawing& each : namedBy(sheet))
+    add(readNamed(each.name));
   for (const fs::path& path : inserted_[key])
     add(&read(path));
   return drawings;
 }
 
-std::vector<std::wstring> drawingNames(const SheetForm& form) {
-  std::vector<std::wstring> names;
-  const std::size_t point = form.text.find(drawingEnding.front());
-  if (point == std::wstring::npos ||
-      brenvolt::findNoCase(form.text, drawingEnding, point) == std::wstring::npos)
-    return names; // most forms name none
-  for (const brenvolt::ScriptToken& token : brenvolt::cutTokens(form.text)) {
-    const bool isDrawing =
-        token.text.size() > drawingEnding.size() &&
-        equalsOrdinalNoCase(token.text.substr(token.text.size() - drawingEnding.size()), drawingEnding);
-    if (token.type == kvtype::string && isDrawing) names.emplace_back(token.text);
-  }
-  return names;
+void TemplateSet::addNamed(const SheetModel& sheet) {
+  std::vector<NamedDrawing>& named = named_[&sheet];
+  for (const SheetCode& code : sheet.codes)
+    for (const SheetForm& form : code.forms) {
+      const std::size_t point = form.text.find(drawingEnding.front());
+      if (point == std::wstring::npos ||
+          brenvolt::findNoCase(form.text, drawingEnding, point) == std::wstring::npos)
+        continue; // most forms name none
+      for (const brenvolt::ScriptToken& token : brenvolt::cutTokens(form.text)) {
+        const bool isDrawing =
+            token.text.size() > drawingEnding.size() &&
+            equalsOrdinalNoCase(token.text.substr(token.text.size() - drawingEnding.size()), drawingEnding);
+        if (token.type == kvtype::string && isDrawing)
+          named.push_back({&code, &form, std::wstring(token.text)});
+      }
+    }
 }
 
 } // namespace circuits

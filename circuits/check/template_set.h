@@ -25,6 +25,12 @@ struct TemplateDrawing {
   [[nodiscard]] FindingPlace place(const TemplateMarker& marker) const;
 };
 
+/// A drawing that a form of a sheet names.
+struct NamedDrawing {
+  const SheetCode* code;
+  const SheetForm* form;
+  std::wstring name; ///< as it is written
+};
 class TemplateSet final {
 public:
   explicit TemplateSet(const SiteModel& site);
@@ -36,24 +42,25 @@ public:
 
   /// A drawing that a build has inserted for a sheet, whatever form named it.
   void addInserted(std::wstring_view sheet, std::filesystem::path path);
-  /// The templates of a sheet: those of its circuits, then those that its forms insert.
+  /// Notes the drawings that the forms of a sheet name.
+  void addNamed(const SheetModel& sheet);
+  [[nodiscard]] const std::vector<NamedDrawing>& namedBy(const SheetModel& sheet) { return named_[&sheet]; }
+  /// The templates of a sheet: those of its circuits, then those that its forms name and insert.
   [[nodiscard]] std::vector<const TemplateDrawing*> templatesOf(const SheetModel& sheet);
 
 private:
   /// The drawing of this name; null when the site has none.
-  [[nodiscard]] const TemplateDrawing* named(const std::wstring& name);
+  [[nodiscard]] const TemplateDrawing* readNamed(const std::wstring& name);
 
   const SiteModel& site_;
   std::vector<std::filesystem::path> folders_;          ///< where drawings are looked for, in this order
   std::map<std::wstring, std::filesystem::path> found_; ///< by name
   std::map<std::filesystem::path, TemplateDrawing> drawings_;
-  std::map<std::wstring, const TemplateDrawing*, std::less<>> named_;
+  std::map<std::wstring, const TemplateDrawing*, std::less<>> byName_;
+  std::map<const SheetModel*, std::vector<NamedDrawing>> named_;
   // By the sheet's upper-case name:
   std::map<std::wstring, std::vector<std::wstring>> ofCircuits_; ///< templates of its circuits
   std::map<std::wstring, std::set<std::filesystem::path>> inserted_;
 };
-
-/// The drawings that the texts of a form name, as they are written.
-[[nodiscard]] std::vector<std::wstring> drawingNames(const SheetForm& form);
 
 } // namespace circuits

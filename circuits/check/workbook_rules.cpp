@@ -138,7 +138,7 @@ void checkPresets(const SiteModel& site, Findings& findings) {
 class SheetCheck final {
 public:
   SheetCheck(const SiteModel& site, const TableText& sheet, const SheetModel& model, Findings& findings)
-      : site_(site), sheet_(sheet), model_(model), findings_(findings) {}
+      : site_(site), sheet_(sheet), model_(model), findings_(findings), pairsEnd_(endOfPairs(sheet)) {}
 
   void run() {
     if (std::ranges::none_of(model_.codes, &SheetCode::hasTitle))
@@ -211,9 +211,7 @@ private:
 
   void checkPairs(const TableText::Row& row) {
     using namespace sheetcolumn;
-    const int count = sheet_.columnCount();
-    for (int left = firstPair; left <= count; left += 2) {
-      if (isOwnColumn(left)) break;
+    for (int left = firstPair; left < pairsEnd_; left += 2) {
       const std::wstring& table = row.cell(left);
       const std::wstring& title = row.cell(left + 1);
       if (table.empty() && title.empty()) continue;
@@ -229,11 +227,14 @@ private:
     }
   }
 
-  /// One that is known by its title, and not of a pair.
-  bool isOwnColumn(int column) const {
-    const auto index = static_cast<std::size_t>(column) - 1;
-    return index < sheet_.columns.size() && (equalsOrdinalNoCase(sheet_.columns[index], L"CHECK") ||
-                                             equalsOrdinalNoCase(sheet_.columns[index], onlyWithColumn));
+  /// The column after the last pair: the end of the sheet, or one that is known by its title.
+  [[nodiscard]] static int endOfPairs(const TableText& sheet) {
+    int column = sheetcolumn::firstPair;
+    for (; column <= sheet.columnCount(); column += 2) {
+      const std::wstring& title = sheet.columns[static_cast<std::size_t>(column) - 1];
+      if (equalsOrdinalNoCase(title, L"CHECK") || equalsOrdinalNoCase(title, onlyWithColumn)) break;
+    }
+    return column;
   }
 
   /// The groups above are those that the user has answered.
@@ -336,17 +337,20 @@ private:
   const TableText& sheet_;
   const SheetModel& model_;
   Findings& findings_;
+  int pairsEnd_;
   const SheetCode* code_ = nullptr; ///< at work; null before the first one
 };
 
 } // namespace
 
-void checkWorkbook(const SiteModel& site, Findings& findings) {
+void checkLists(const SiteModel& site, Findings& findings) {
   checkCircuitList(site, findings);
   checkUnusedSheets(site, findings);
   checkPresets(site, findings);
-  for (const SheetModel& model : site.models)
-    SheetCheck(site, *site.findSheet(model.name), model, findings).run();
+}
+
+void checkSheet(const SiteModel& site, const SheetModel& sheet, Findings& findings) {
+  SheetCheck(site, *site.findSheet(sheet.name), sheet, findings).run();
 }
 
 } // namespace circuits

@@ -165,7 +165,9 @@ std::wstring fromUtf8(std::string_view bytes) {
 std::optional<std::wstring> fromUtf8Strict(std::string_view bytes) {
   std::wstring text;
   text.reserve(bytes.size());
-  for (std::size_t position = 0; position < bytes.size();) {
+  const std::size_t plain = plainLength(bytes);
+  text.assign(bytes.begin(), bytes.begin() + static_cast<std::ptrdiff_t>(plain));
+  for (std::size_t position = plain; position < bytes.size();) {
     const auto c = nextUtf8(bytes, position);
     if (!c) return std::nullopt;
     appendWide(text, *c);

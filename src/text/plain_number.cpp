@@ -20,10 +20,16 @@ std::wstring_view withoutSign(std::wstring_view text) {
 
 std::optional<double> plainNumber(std::wstring_view text) {
   text = trimView(text);
-  const std::wstring_view number = withoutSign(text);
-  if (number.find_first_not_of(L"0123456789.") != std::wstring_view::npos) return std::nullopt;
-  if (number.find_first_of(digits) == std::wstring_view::npos) return std::nullopt;
-  if (number.find(L'.') != number.rfind(L'.')) return std::nullopt;
+  std::size_t digitCount = 0;
+  std::size_t pointCount = 0;
+  for (const wchar_t letter : withoutSign(text))
+    if (letter >= L'0' && letter <= L'9')
+      ++digitCount;
+    else if (letter == L'.')
+      ++pointCount;
+    else
+      return std::nullopt;
+  if (digitCount == 0 || pointCount > 1) return std::nullopt;
   return toDouble(text);
 }
 
