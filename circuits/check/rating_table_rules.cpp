@@ -91,9 +91,10 @@ void checkMotors(const SiteTable& table, const ElectricalCode& electrical, Findi
   }
 }
 
-/// The tables by which a code rates its motors. Codes that borrow share some of them.
+/// The tables by which a code rates its motors and loads. Codes that borrow share some of them.
 struct RatingTables {
   const SiteTable* motors;
+  const SiteTable* loads;
   const SiteTable* formulas;
   const SiteTable* descriptions;
   const SiteTable* steps;
@@ -107,7 +108,10 @@ class ComponentCheck final {
 public:
   ComponentCheck(const RatingTables& tables, FaultyFormulas& faulty, Findings& findings)
       : formulas_(*tables.formulas), descriptions_(tables.descriptions), steps_(tables.steps),
-        motors_(tables.motors), faulty_(faulty), findings_(findings), currents_(currentsOf(tables.motors)) {}
+        motors_(tables.motors), faulty_(faulty), findings_(findings), currents_(currentsOf(tables.motors)) {
+    for (auto& [type, currents] : currentsOf(tables.loads))
+      if (currents_.emplace(type, std::move(currents)).second) loadTypes_.insert(type);
+  }
 
   void run() {
     const int type = formulas_.text.columnOf(L"Type");
@@ -156,6 +160,7 @@ private:
           {{L"component", component}, {L"table", steps_->text.name}});
     for (const TableText::Row& formula : formulas_.text.rows) {
       if (faulty_.contains(&formula.cell(column))) continue;
+      if (isNotOfLoad(formula, type, column)) continue;
       const auto currents = currents_.find(toUpper(formula.cell(type)));
       const std::vector<double> values = checkFormula(
           formulas_.place(formula.number, column), formula.cell(column),
@@ -163,6 +168,11 @@ private:
       if (values.empty()) faulty_.insert(&formula.cell(column));
       if (!values.empty() && !limits.empty()) checkSteps(formula, column, component, values, limits.back());
     }
+  }
+
+  /// "0": a load has no such component, as a heater has no overload relay. A motor has all of them.
+  bool isNotOfLoad(const TableText::Row& row, int type, int column) const {
+    return brenvolt::trimView(row.cell(column)) == L"0" && loadTypes_.contains(toUpper(row.cell(type)));
   }
 
   /// The steps of a component, ascending.
@@ -200,6 +210,7 @@ private:
   FaultyFormulas& faulty_;
   Findings& findings_;
   Currents currents_;
+  std::set<std::wstring> loadTypes_; ///< in upper case; no motor has them
 };
 
 /// A step more than this many times the one below rates what lies between far too high.
@@ -298,8 +309,9 @@ void checkRatingTables(const TableSet& tables, const std::vector<ElectricalCode>
   FaultyFormulas faulty;
   for (const ElectricalCode& electrical : codes) {
     const RatingTables each = {
-        tables.resolve(L"MOTOR", electrical.name), tables.resolve(L"MOTOR_I_CALC", electrical.name),
-        tables.resolve(L"MOTOR_I_DESC", electrical.name), tables.resolve(L"MOTOR_I_MAP", electrical.name)};
+        tables.resolve(L"MOTOR", electrical.name), tables.resolve(L"FEED", electrical.name),
+        tables.resolve(L"MOTOR_I_CALC", electrical.name), tables.resolve(L"MOTOR_I_DESC", electrical.name),
+        tables.resolve(L"MOTOR_I_MAP", electrical.name)};
     if (each.formulas != nullptr && rated.insert(each).second) ComponentCheck(each, faulty, findings).run();
     if (each.steps != nullptr && checked.insert(each.steps).second) checkStepTable(*each.steps, findings);
   }
