@@ -155,7 +155,9 @@ const std::array<KindRow, 6>& kinds() {
           ReportKind::motors,
           {L"Motors and loads", motorColumns()},
           nullptr,
-          {L" motors or loads were drawn without data: nothing is known of their load."}},
+          {L" motors or loads were drawn without data: nothing is known of their load.",
+           L" loads have a breaker or fuse above the limit for their small conductors (NEC 240.4(D)): choose "
+           L"larger conductors."}},
       KindRow{
           "cables",
           ReportKind::cables,

@@ -19,8 +19,9 @@ namespace {
 
 using Cell = std::optional<std::wstring>;
 
+constexpr std::wstring_view loadFamily = L"LD";
 /// Motors and loads are fed by a circuit; they are not ordered by its parts list.
-const std::set<std::wstring> fedFamilies = {L"MO", L"LD"};
+const std::set<std::wstring> fedFamilies = {L"MO", std::wstring(loadFamily)};
 /// What protects a branch.
 const std::set<std::wstring> protectionFamilies = {L"CB", L"FU"};
 
@@ -166,19 +167,61 @@ bool hasSeveralPoles(const Netlist& list, std::size_t device) {
          }) >= leastPins;
 }
 
+/// The highest rating in A of what protects a small conductor: NEC 240.4(D).
+struct SmallConductor {
+  std::wstring_view metal;
+  std::wstring_view size;
+  double mostAmperes;
+};
+constexpr std::array<SmallConductor, 5> smallConductors = {
+    {{L"CU", L"14AWG", 15.0},
+     {L"CU", L"12AWG", 20.0},
+     {L"CU", L"10AWG", 30.0},
+     {L"AL", L"12AWG", 15.0},
+     {L"AL", L"10AWG", 25.0}}};
+
+/// The limit for the conductors of a load, which are copper where its data do not say otherwise. Null for larger ones and
+/// for those of a motor, which an overload relay protects (NEC 240.4(G)).
+const SmallConductor* smallConductorOf(const Device& fed) {
+  const std::vector<std::wstring> wires = wireTexts(fed.wires);
+  if (fed.family != loadFamily || wires.empty()) return nullptr;
+  const std::wstring metal = setupText(fed.params, L"Conductor metal");
+  const auto found = std::find_if(smallConductors.begin(), smallConductors.end(), [&](const auto& each) {
+    return each.size == wires.front() && each.metal == (metal.empty() ? L"CU" : metal);
+  });
+  return found == smallConductors.end() ? nullptr : &*found;
+}
+
+struct Protection {
+  std::wstring text;
+  bool isTooLarge = false; ///< for the conductors
+};
+
 /// A protection whose rating is not known is named all the same: an empty cell would say that nothing protects.
-std::wstring protectionOf(const Sheet& sheet, const std::wstring& circuit) {
+Protection protectionOf(const Sheet& sheet, const Device& fed) {
+  Protection result;
   std::vector<std::wstring> texts;
+  const SmallConductor* const small = smallConductorOf(fed);
   const Netlist& list = sheet.netlist;
   for (std::size_t place = 0; place < list.devices.size(); ++place) {
     const Device& device = list.devices[place];
-    if (circuit.empty() || device.circuit != circuit || !protectionFamilies.contains(device.family)) continue;
-    if (!device.rating.empty())
+    if (fed.circuit.empty() || device.circuit != fed.circuit || !protectionFamilies.contains(device.family))
+      continue;
+    const double amperes =
+        brenvolt::toDouble(device.rating.substr(0, device.rating.find_first_not_of(L"0123456789.")));
+    if (device.rating.empty()) {
+      if (hasSeveralPoles(list, place)) texts.push_back(device.tag + L" (no rating)");
+    } else if (small != nullptr && amperes > small->mostAmperes && hasSeveralPoles(list, place)) {
+      texts.push_back(
+          device.tag + L' ' + device.rating + L" (" + std::wstring(small->size) + L": " +
+          brenvolt::formatTrimmed(small->mostAmperes) + L"A at most)");
+      result.isTooLarge = true;
+    } else {
       texts.push_back(device.tag + L' ' + device.rating);
-    else if (hasSeveralPoles(list, place))
-      texts.push_back(device.tag + L" (no rating)");
+    }
   }
-  return brenvolt::join(sortedOnce(std::move(texts)), L", ");
+  result.text = brenvolt::join(sortedOnce(std::move(texts)), L", ");
+  return result;
 }
 
 ListRows motorRows(const Sheet& sheet) {
@@ -198,7 +241,9 @@ ListRows motorRows(const Sheet& sheet) {
     row.push_back(known(wireSizesOf(device.wires)));
     row.push_back(cableLength(sheet, device));
     row.push_back(circuitText(sheet, device, L"drop"));
-    row.push_back(known(protectionOf(sheet, device.circuit)));
+    Protection protection = protectionOf(sheet, device);
+    if (protection.isTooLarge) ++result.missing[1];
+    row.push_back(known(protection.text));
     row.emplace_back(sheet.number);
     result.rows.push_back(std::move(row));
   }

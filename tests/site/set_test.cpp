@@ -157,7 +157,8 @@ TEST_CASE("a set is the same bytes whatever the number of processes or shards, a
 }
 
 TEST_CASE("each net of a set has one number, each terminal is there once") {
-  const SetFolder folder(goodRows);
+  const SetFolder folder(
+      goodRows + std::string("H-602,Power feeds,Single-phase,Heater,3,kW,240,1,,65,FT,,,HEATER,\n"));
   const ToolRun run =
       folder.set("build", "set", {"--frame", "A2", "--title", "PUMP STATION", "--date", "2026-01-31"});
   REQUIRE_MESSAGE((run.exitCode == 0 || run.exitCode == 5), run.errors);
@@ -228,7 +229,9 @@ TEST_CASE("each net of a set has one number, each terminal is there once") {
   checkHolds(
       motors, {"\nP-101,\"Three-phase motors, Direct on line\",Induction,10,HP,460,3,60,1800,14,\"12AWG, PE "
                "12AWG\",120 FT,1.1 %,",
-               "\nM-801,\"Three-phase motors, Direct on line\",Induction,5.5,kW,400,3,50,1500,"});
+               "\nM-801,\"Three-phase motors, Direct on line\",Induction,5.5,kW,400,3,50,1500,",
+               ",CB-H601 25A,", ",CB-H602 20A (14AWG: 15A at most),"});
+  CHECK(run.errors.find("motors: 1 loads have a breaker or fuse above the limit") != std::string::npos);
   CHECK(files.at("out/lists/cables.csv").find("\nW-P-101,TB1,P-101,") != std::string::npos);
   const std::string& sheet = files.at("sheets/001.json");
   checkHolds(
