@@ -40,6 +40,9 @@ SheetTitles readSheetTitles(const std::wstring& workbook, const std::wstring& wo
     titles.byCode[brenvolt::toUpper(code.code)] = title;
     for (const SheetGroup& group : code.groups)
       if (!group.onlyWith.empty()) titles.onlyWith[{title, group.title}] = group.onlyWith;
+    for (const SheetForm& form : code.forms)
+      for (const auto& [table, group] : form.pairs)
+        titles.partTables.try_emplace({brenvolt::toUpper(code.code), group}, table);
   }
   return titles;
 }

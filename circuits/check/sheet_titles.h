@@ -13,6 +13,8 @@ struct SheetTitles {
   /// Options of groups above, of which one has to be chosen; by the titles of CODE and group. A group without a condition
   /// is not here.
   std::map<std::pair<std::wstring, std::wstring>, std::vector<std::wstring>> onlyWith{};
+  /// The table of each group of parts, by upper-case CODE and the title of the group.
+  std::map<std::pair<std::wstring, std::wstring>, std::wstring> partTables{};
 };
 
 /// Empty for a workbook or a sheet that cannot be read.

@@ -201,6 +201,7 @@ enum class HostText : unsigned {
   onlyWith,  ///< options
   noSizes,   ///< circuit
   noSizeYet,
+  foundByBuild,
 
   circuitsTitle = 650,
   columnNumber,

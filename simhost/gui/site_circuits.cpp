@@ -3,7 +3,6 @@
 #include "simhost/drawing/provenance.h"
 #include "simhost/gui/check_panel.h"
 #include "simhost/gui/configuration_table.h"
-#include "simhost/gui/scene.h"
 #include "simhost/host/session.h"
 #include "simhost/qt/qt_text.h"
 #include "simhost/qt/qt_windows.h"
@@ -157,19 +156,22 @@ const SiteConfigurations* SiteCircuits::saved() {
   return saved_ ? &*saved_ : nullptr;
 }
 
-QStringList SiteCircuits::onlyWith(const OfferedCircuit& circuit, const QString& unit, const QString& group) {
+const circuits::SheetTitles& SiteCircuits::titlesOf(const OfferedCircuit& circuit) {
   const QString key = toQt(circuit.circuit + L'\n' + circuit.type + L'\n') +
                       stateOf(siteFolder() + QStringLiteral("/zan_brenvolt.xls"));
-  if (key != titlesOf_) {
-    titlesOf_ = key;
-    const SiteConfigurations* site = saved();
-    const auto* type = site == nullptr ? nullptr : typeOf(*site, circuit);
-    titles_ = type == nullptr ? circuits::SheetTitles()
-                              : circuits::readSheetTitles(site->workbook, type->worksheet);
-  }
+  if (key == titlesKey_) return titles_;
+  titlesKey_ = key;
+  const SiteConfigurations* site = saved();
+  const auto* type = site == nullptr ? nullptr : typeOf(*site, circuit);
+  titles_ =
+      type == nullptr ? circuits::SheetTitles() : circuits::readSheetTitles(site->workbook, type->worksheet);
+  return titles_;
+}
+
+QStringList SiteCircuits::onlyWith(const OfferedCircuit& circuit, const QString& unit, const QString& group) {
+  const circuits::SheetTitles& titles = titlesOf(circuit);
   QStringList options;
-  if (const auto found = titles_.onlyWith.find({fromQt(unit), fromQt(group)});
-      found != titles_.onlyWith.end())
+  if (const auto found = titles.onlyWith.find({fromQt(unit), fromQt(group)}); found != titles.onlyWith.end())
     for (const std::wstring& option : found->second)
       options.append(toQt(option));
   return options;
@@ -189,22 +191,49 @@ QString SiteCircuits::phase() {
   return counts == std::set<std::size_t>{2} ? QStringLiteral("1") : QString();
 }
 
-QString SiteCircuits::drawnByUnit() {
+std::vector<EntityFacts> SiteCircuits::drawnComponents() {
   const std::set<std::wstring> codes = units_.currentCodes();
   const std::wstring circuit = site_.session().circuits().current();
   if (codes.empty() || circuit.empty()) return {};
   const DrawingDatabase& drawing = site_.session().documents().current()->drawing();
-  QStringList lines;
+  std::vector<EntityFacts> components;
   for (const EntityNode* node = drawing.store().findBlock(drawing.currentSpace())->first; node != nullptr;
        node = node->next) {
     const auto origin = provenanceOf(node->value);
     if (!origin || origin->circuit != circuit || !codes.contains(brenvolt::toUpper(origin->code))) continue;
-    if (const std::optional<EntityFacts> facts = factsOf(drawing, node->handle))
-      if (QString line = componentLine(*facts); !line.isEmpty()) lines.append(std::move(line));
+    if (std::optional<EntityFacts> facts = factsOf(drawing, node->handle))
+      components.push_back(std::move(*facts));
   }
+  return components;
+}
+
+QString SiteCircuits::drawnByUnit() {
+  QStringList lines;
+  for (const EntityFacts& facts : drawnComponents())
+    if (QString line = componentLine(facts); !line.isEmpty()) lines.append(std::move(line));
   if (lines.isEmpty()) return {};
   lines.prepend(texts_(HostText::drawnByUnit));
   return lines.join(QLatin1Char('\n'));
+}
+
+QStringList SiteCircuits::drawnInGroup(const OfferedCircuit& circuit, const QString& group) {
+  // The rows of every group of parts; count and kind are no attributes of a component.
+  static constexpr const wchar_t* rows[] = {L"MFG",     L"CAT",     L"ASSYCODE", L"",
+                                            L"",        L"RATING1", L"RATING2",  L"RATING3",
+                                            L"RATING4", L"RATING5", L"RATING6"};
+  const auto& tables = titlesOf(circuit).partTables;
+  std::wstring family;
+  for (const std::wstring& code : units_.currentCodes())
+    if (const auto table = tables.find({code, fromQt(group)}); table != tables.end()) family = table->second;
+  if (family.empty()) return {};
+  QStringList texts;
+  for (const EntityFacts& facts : drawnComponents()) {
+    if (!brenvolt::equalsOrdinalNoCase(facts.attribute(L"FAMILY"), family)) continue;
+    for (const wchar_t* row : rows)
+      texts.append(toQt(facts.attribute(row)));
+    break;
+  }
+  return texts;
 }
 
 QStringList SiteCircuits::configurations(const OfferedCircuit& circuit) {

@@ -4,6 +4,7 @@
 
 #include "circuits/check/sheet_titles.h"
 #include "simhost/gui/host_texts.h"
+#include "simhost/gui/scene.h"
 #include "simhost/gui/unit_markers.h"
 #include "simhost/qt/circuit_facts.h"
 #include "simhost/site/saved_configurations.h"
@@ -16,6 +17,7 @@
 #include <QTimer>
 
 #include <optional>
+#include <vector>
 
 namespace simhost {
 
@@ -36,6 +38,8 @@ public:
   /// By the wires that each motor or load of the template has.
   [[nodiscard]] QString phase() override;
   [[nodiscard]] QString drawnByUnit() override;
+  /// A component is that of a group when its family is the group's table of parts.
+  [[nodiscard]] QStringList drawnInGroup(const OfferedCircuit& circuit, const QString& group) override;
   [[nodiscard]] QStringList configurations(const OfferedCircuit& circuit) override;
   [[nodiscard]] QString chooseConfiguration(const OfferedCircuit& circuit, QWidget* parent) override;
   /// All that are saved, read again when their files have changed; null when they cannot be read.
@@ -43,6 +47,10 @@ public:
 
 private:
   [[nodiscard]] QString siteFolder() const;
+  /// What the worksheet of a circuit says to whoever reads it, read again when the workbook has changed.
+  [[nodiscard]] const circuits::SheetTitles& titlesOf(const OfferedCircuit& circuit);
+  /// The components that the unit which the configuration dialog shows has drawn.
+  [[nodiscard]] std::vector<EntityFacts> drawnComponents();
   /// The circuit and the state of the files that it is built from.
   [[nodiscard]] QString keyOf(const OfferedCircuit& circuit);
   void start();
@@ -61,7 +69,7 @@ private:
   std::function<void()> ready_;
   QString fingerprint_; ///< of the site's files
   QElapsedTimer fingerprintAge_;
-  QString titlesOf_; ///< the type and the state of its workbook that the next are of
+  QString titlesKey_; ///< the type and the state of its workbook that the next are of
   circuits::SheetTitles titles_;
   QString savedKey_;
   std::optional<SiteConfigurations> saved_;

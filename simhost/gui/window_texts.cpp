@@ -21,6 +21,7 @@ WindowWords windowWords(const HostTexts& texts) {
   words.markers = texts(HostText::markers);
   words.phaseColumn = texts(HostText::columnPhase);
   words.noSizeYet = texts(HostText::noSizeYet);
+  words.foundByBuild = texts(HostText::foundByBuild);
   words.onlyWith = texts(HostText::onlyWith);
   words.onlyPhase = texts(HostText::onlyPhase);
   words.configurations = texts(HostText::configurationTable);

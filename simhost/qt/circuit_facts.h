@@ -53,6 +53,8 @@ public:
   /// What the unit that the configuration dialog shows has drawn: a line for each component with its rating and part.
   /// Empty while the unit is not inserted.
   [[nodiscard]] virtual QString drawnByUnit() = 0;
+  /// What it has drawn for a group of parts, in the order of the group's rows; empty for nothing.
+  [[nodiscard]] virtual QStringList drawnInGroup(const OfferedCircuit& circuit, const QString& group) = 0;
 
   /// The names of the saved configurations of a type.
   [[nodiscard]] virtual QStringList configurations(const OfferedCircuit& circuit) = 0;

@@ -65,19 +65,21 @@ public:
     const int row = index.row() + 1;
     const KvUiCellKind kind = grid_.cellKind(row, index.column());
     const QString text = toQt(grid_.Cell(row, index.column()));
+    const QString drawn = drawnAt(row, index.column());
     const bool isAlert = grid_.cellTone(row, index.column()) == KvUiCellTone::alert;
     switch (role) {
     case Qt::DisplayRole:
-      return kind == KvUiCellKind::tick ? QVariant() : QVariant(text);
+      return kind == KvUiCellKind::tick ? QVariant() : QVariant(drawn.isEmpty() ? text : drawn);
     case Qt::EditRole:
       return text;
     case Qt::FontRole: {
       QFont font = QApplication::font();
-      font.setItalic(isProposal(row, index.column()));
+      font.setItalic(isProposal(row, index.column()) || !drawn.isEmpty());
       return font.italic() ? QVariant(font) : QVariant();
     }
     case Qt::ToolTipRole:
       if (isProposal(row, index.column())) return dialog_.words().noSizeYet;
+      if (!drawn.isEmpty()) return QString(drawn + QLatin1Char('\n') + dialog_.words().foundByBuild);
       // A cut text in full, and below it what the whole grid has to say.
       return QStringList({text, toQt(grid_.tooltip())}).join(QLatin1Char('\n')).trimmed();
     case Qt::CheckStateRole:
@@ -157,6 +159,15 @@ public:
     return !grid_.Cell(row, 1).empty() && !wireOf(row).empty() && wireOf(row) == wireOf(row - 1);
   }
 
+  [[nodiscard]] const QStringList& drawn() const { return drawn_; }
+  void setDrawn(const QStringList& texts) { drawn_ = texts; }
+  /// What the build has found for an empty cell that nobody can edit.
+  [[nodiscard]] QString drawnAt(int row, int column) const {
+    const bool isShown =
+        column + 1 == grid_.ColumnCount() && !grid_.IsEditable() && grid_.Cell(row, column).empty();
+    return isShown ? drawn_.value(row - 1) : QString();
+  }
+
   /// The column before the first one with a title.
   [[nodiscard]] bool isRowHead(int column) const {
     return column == 0 && grid_.ColumnCount() > 1 && !grid_.Cell(0, 1).empty();
@@ -179,7 +190,8 @@ public:
 private:
   QtDialog& dialog_;
   GridModel& grid_;
-  int rows_ = 0; ///< as last reported to the table
+  QStringList drawn_; ///< by row
+  int rows_ = 0;      ///< as last reported to the table
   int columns_ = 0;
 };
 
@@ -375,6 +387,12 @@ public:
       scrollTo(shownIndex(row, shownColumn(0)), PositionAtCenter);
     layOutColumns();
     viewport()->update();
+  }
+
+  void showDrawn(const QStringList& texts) override {
+    if (model_->drawn() == texts) return;
+    model_->setDrawn(texts);
+    refresh();
   }
 
   void search(const QString& text) override {

@@ -19,6 +19,8 @@ public:
   virtual bool showOnly(const QString& header, const QString& text) = 0;
   /// Goes to the first row that is shown, and selects it.
   virtual void selectFirstShown() = 0;
+  /// Shows texts in the last cells of the rows, from the first row on, where these are empty and nobody can edit them.
+  virtual void showDrawn(const QStringList& texts) = 0;
   /// The cells as the table shows them, with the members of `GridModel::describe`.
   [[nodiscard]] virtual nlohmann::ordered_json reading() const = 0;
 };

@@ -4,6 +4,7 @@
 #include "simhost/qt/circuit_facts.h"
 #include "simhost/qt/grid_view.h"
 #include "simhost/qt/icons.h"
+#include "simhost/qt/offered_circuit.h"
 #include "simhost/qt/qt_dialog.h"
 #include "simhost/qt/qt_text.h"
 #include "text/encoding.h"
@@ -58,7 +59,8 @@ public:
     page.column->insertWidget(page.column->count() - belowControls, &view.widget());
   }
 
-  /// Ratings and parts that a build finds by itself are in no table of the page: they are shown below.
+  /// Ratings and parts that a build finds by itself are in no cell of the page: they are shown in empty ones and, with the
+  /// tags of all components, below.
   void refreshLinked() override {
     CircuitFacts* facts = dialog().circuitFacts();
     const int id = pages_.ShownPage();
@@ -68,6 +70,11 @@ public:
     page.drawn->setText(drawn);
     page.drawn->setVisible(!drawn.isEmpty());
     page.note->setVisible(pages_.controlsOf(id).empty() && drawn.isEmpty());
+    for (ControlModel* control : pages_.controlsOf(id))
+      if (auto* group = dynamic_cast<CellGroupView*>(dialog().views().of(*control)))
+        group->showDrawn(
+            drawn.isEmpty() ? QStringList()
+                            : facts->drawnInGroup(offeredCircuit(dialog().views()), toQt(control->label())));
   }
 
 private:
@@ -134,10 +141,10 @@ private:
   std::map<int, Page> shown_;
 };
 
-class GroupView final : public ControlView {
+class GroupView final : public CellGroupView {
 public:
   GroupView(QtDialog& dialog, GroupModel& model)
-      : ControlView(dialog, model), group_(model), frame_(new QWidget), title_(new QLabel),
+      : CellGroupView(dialog, model), group_(model), frame_(new QWidget), title_(new QLabel),
         buttons_(new QHBoxLayout), table_(makeGridTable(dialog, model.grid())) {
     auto* column = new QVBoxLayout(frame_);
     column->setContentsMargins(0, 0, 0, 0);
@@ -157,6 +164,7 @@ public:
   [[nodiscard]] QWidget& focusWidget() const override { return *table_; }
   [[nodiscard]] ControlModel& focusModel() const override { return group_.grid(); }
   [[nodiscard]] bool hasOwnLabel() const override { return true; }
+  void showDrawn(const QStringList& texts) override { table_->showDrawn(texts); }
   [[nodiscard]] Json reading() const override {
     Json reading = table_->reading();
     reading.erase("header");

@@ -19,6 +19,7 @@ struct WindowWords {
   QString markers = QStringLiteral("Markers");
   QString phaseColumn = QStringLiteral("Phase");
   QString noSizeYet = QStringLiteral("Proposed: the wire has no size yet");
+  QString foundByBuild = QStringLiteral("Found by the build, not chosen");
   QString onlyWith = QStringLiteral("Only with: %1");  ///< with options
   QString onlyPhase = QStringLiteral("Only %1-phase"); ///< with the number
   QString configurations = QStringLiteral("Table...");

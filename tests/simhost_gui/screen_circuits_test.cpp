@@ -98,6 +98,7 @@ TEST_SUITE("screen") {
         });
     // What the build finds by itself is shown at the unit.
     QString drawn;
+    QStringList inCells;
     desk.insertEverything(
         [](QWidget& all) { ScreenSession::click(all); }, [](QWidget&) { clickUnit("Contactor"); });
     desk.steps.step(
@@ -106,6 +107,14 @@ TEST_SUITE("screen") {
           for (const auto* label : activeWindowNamed(QStringLiteral("ZanDlgConfig"))->findChildren<QLabel*>())
             if (label->objectName() == QStringLiteral("drawnByUnit") && label->isVisible())
               drawn = label->text();
+          for (const auto* table :
+               activeWindowNamed(QStringLiteral("ZanDlgConfig"))->findChildren<QTableView*>())
+            if (table->isVisible())
+              for (int row = 0; row < table->model()->rowCount(); ++row) {
+                const QModelIndex at = table->model()->index(row, 1);
+                // Shown in the table, and no value of the configuration.
+                if (at.data(Qt::EditRole).toString().isEmpty()) inCells.append(at.data().toString());
+              }
           ScreenSession::click(*inActive<QAbstractButton>("ZanDlgConfig", QStringLiteral("ok")));
         });
     desk.press(
@@ -130,6 +139,7 @@ TEST_SUITE("screen") {
     REQUIRE(desk.steps.run());
     CHECK(desk.circuits() == 2);
     CHECK_MESSAGE(drawn.contains(QStringLiteral("SIZE 1")), drawn.toStdString());
+    CHECK_MESSAGE(inCells.contains(QStringLiteral("SIZE 1")), inCells.join(QLatin1Char('|')).toStdString());
   }
 
   TEST_CASE("the circuit selection finds a configuration and shows what it draws; without a motor a build "
