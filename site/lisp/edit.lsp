@@ -206,6 +206,10 @@
 ; Codes of auto-sizing by the family of a component.
 (setq site-rating-codes '(("CB" "BREAKER") ("DS" "DISC") ("MS" "CONTACTOR") ("OL" "OVERLOAD")))
 
+; The poles that the name of a symbol ends with; nil for none.
+(defun block-poles (symbol)
+  (let ((name (entity-get symbol 'block))) (string->number (substring name (- (string-length name) 1)))))
+
 ; A component without a chosen part takes the rating that is proposed now; one with a part keeps it, and a different
 ; proposal is reported.
 (defun apply-ratings (components ratings)
@@ -219,7 +223,7 @@
                 (cond ((equal (cdr (assoc "FAMILY" texts)) "FU") (fuse-proposal symbol now ratings))
                       ((or (string=? proposed "") (string=? proposed now)) nil)
                       ((string=? (site-text (cdr (assoc "MFG" texts))) "")
-                       (fill-attributes symbol (list (cons "RATING1" proposed) (cons "CAT" (site-text (nth 4 row)))))
+                       (fill-attributes symbol (list (cons "RATING1" proposed) (cons "CAT" (pole-part (site-text (nth 4 row)) (block-poles symbol)))))
                        (string-append (entity-name-of symbol) " " now " -> " proposed))
                       (T (string-append (entity-name-of symbol) " stays " now ", " proposed " is proposed")))))
             components)))

@@ -11,7 +11,8 @@
 ; A motor's or load's data below the title, when there is any.
 (defun site_motor_data (xyz scl data)
   ; A saved configuration has its current without a lookup, and parts are selected by it.
-  (when (string->number (data-text data 7)) (setq site-current (string->number (data-text data 7))))
+  (when (string->number (data-text data 7))
+    (setq site-current (string->number (data-text data 7)) site-is-load (string=? (data-text data 29) "!PF_CTRL")))
   (unless (string=? (data-power data) "")
     (draw-text xyz (motor-line data) (* 2.5 scl) "DESCRIPTIONS"))
   T)
@@ -81,18 +82,18 @@
 
 (defun site_switch (xyz scl poles data data2)
   (place-in-wires (pole-name "ZDISC" poles) xyz scl poles lead
-                  (cons (cons "TAG1" (tag-before "DS")) (part-texts data data2 "DS" "DISC")))
+                  (cons (cons "TAG1" (tag-before "DS")) (part-texts data data2 "DS" "DISC" poles)))
   T)
 
 (defun site_breaker (xyz scl poles data data2 &optional motor)
   (place-in-wires (pole-name "ZBREAK" poles) xyz scl poles lead
-                  (cons (cons "TAG1" (tag-before "CB" motor)) (part-texts data data2 "CB" "BREAKER")))
+                  (cons (cons "TAG1" (tag-before "CB" motor)) (part-texts data data2 "CB" "BREAKER" poles)))
   T)
 
 ; Switch and fuses of a feeder have the rating that the user chose, since the motor tables size branches only.
 (defun site_feeder_switch (xyz scl poles rating data)
   (place-in-wires (pole-name "ZDISC" poles) xyz scl poles lead
-                  (append (part-texts data nil "DS" "DISC")
+                  (append (part-texts data nil "DS" "DISC" poles)
                           (list (cons "TAG1" (tag-before "DS")) (cons "RATING1" rating))))
   T)
 

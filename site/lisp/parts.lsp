@@ -14,6 +14,16 @@
     ("CB"  150 "Nordhaven" "CB3-150" "" "BREAKER" "150A" "35KA")
     ("CB"   40 "Carrick"   "KB-40"   "" "BREAKER" "40A" "18KA")
     ("CB"  100 "Carrick"   "KB-100"  "" "BREAKER" "100A" "18KA")
+    ("DS2"  30 "Nordhaven" "DS-2030" "" "SWITCH" "30A" "600V")
+    ("DS2"  60 "Nordhaven" "DS-2060" "" "SWITCH" "60A" "600V")
+    ("DS2" 100 "Nordhaven" "DS-2100" "" "SWITCH" "100A" "600V")
+    ("DS2" 200 "Nordhaven" "DS-2200" "" "SWITCH" "200A" "600V")
+    ("CB2"  15 "Nordhaven" "CB2-015" "" "BREAKER" "15A" "25KA")
+    ("CB2"  30 "Nordhaven" "CB2-030" "" "BREAKER" "30A" "25KA")
+    ("CB2"  40 "Nordhaven" "CB2-040" "" "BREAKER" "40A" "25KA")
+    ("CB2"  60 "Nordhaven" "CB2-060" "" "BREAKER" "60A" "25KA")
+    ("CB2" 100 "Nordhaven" "CB2-100" "" "BREAKER" "100A" "35KA")
+    ("CB2" 150 "Nordhaven" "CB2-150" "" "BREAKER" "150A" "35KA")
     ("FU"   15 "Fusewell"  "FT-015"  "" "FUSE" "15A" "600V")
     ("FU"   30 "Fusewell"  "FT-030"  "" "FUSE" "30A" "600V")
     ("FU"   60 "Fusewell"  "FT-060"  "" "FUSE" "60A" "600V")
@@ -30,20 +40,22 @@
     ("OL"   65 "Carrick"   "OR-40-65" "" "OVERLOAD" "40-65A")
     ("XF"  100 "Carrick"   "CT-150"  "" "TRANSFORMER" "150VA" "480-120V")))
 
-; How many times a motor's current a part of a table has to carry.
-(setq site-part-factors '(("DS" . 1.15) ("CB" . 2.5) ("FU" . 1.75) ("MS" . 1.0) ("OL" . 1.0) ("XF" . 0.0)))
+; How many times a motor's current a part of a table has to carry, and a load's: protection at 2.5 times the current of a
+; heater would not protect its wires. Tables that end with 2 are those of two poles.
+(setq site-part-factors '(("DS" 1.15 1.25) ("CB" 2.5 1.25) ("FU" 1.75 1.25) ("MS" 1.0 1.0) ("OL" 1.0 1.0) ("XF" 0.0 0.0)))
 
-(setq site-current nil) ; of the motor or load that was looked up or inserted last in this circuit; nil for none
+(setq site-current nil ; of the motor or load that was looked up or inserted last in this circuit; nil for none
+      site-is-load nil) ; whether that is a load
 
 ; The plug-in's lookups, which also remember the current; the results are theirs.
-(defun site_motor_lookup (&rest args) (note-current (apply 'zan_bv_motor_select args) 7))
-(defun site_load_lookup (&rest args) (note-current (apply 'zan_bv_power_feed_select args) 6))
-(defun note-current (answer place)
-  (when answer (setq site-current (nth place answer)))
+(defun site_motor_lookup (&rest args) (note-current (apply 'zan_bv_motor_select args) 7 nil))
+(defun site_load_lookup (&rest args) (note-current (apply 'zan_bv_power_feed_select args) 6 T))
+(defun note-current (answer place is-load)
+  (when answer (setq site-current (nth place answer) site-is-load is-load))
   answer)
 
-(defun site_wire_lookup (fla) (setq site-current fla) (zan_bv_wire_select))
-(defun site_feed_wire_lookup (fla) (setq site-current fla) (zan_bv_pf_wire_select))
+(defun site_wire_lookup (fla) (setq site-current fla site-is-load nil) (zan_bv_wire_select))
+(defun site_feed_wire_lookup (fla) (setq site-current fla site-is-load T) (zan_bv_pf_wire_select))
 
 ; A part from a table: (manufacturer catalogue-number assembly type ratings ...). While the host has the editor, the
 ; user may pick a component whose rating the part shall have; a pick of nothing uses the current of the motor. An
@@ -65,7 +77,9 @@
 
 ; What a part of the table has to carry; 0 where no current counts, nil while the motor's is not known.
 (defun motor-rating (table)
-  (let ((factor (cdr (or (assoc (string-upcase table) site-part-factors) '("" . 0.0)))))
+  (let* ((family (string-upcase (substring table 0 (min 2 (string-length table)))))
+         (factors (or (assoc family site-part-factors) '("" 0.0 0.0)))
+         (factor (if site-is-load (third factors) (second factors))))
     (cond ((zerop factor) 0) (site-current (* site-current factor)))))
 
 ; "35A" is 35; 0 for what has no rating.

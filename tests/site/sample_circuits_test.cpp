@@ -329,3 +329,15 @@ TEST_CASE("rows that cannot be written cost the circuit, and leave everything el
   }
   CHECK(site.run({"history", "log", "--site", site.site()}).output.find("restored") != std::string::npos);
 }
+
+TEST_CASE("a load's protection is by its own current, and a saved part with three poles stays in a circuit "
+          "with two") {
+  const SiteCopy site;
+  CHECK(
+      site.done(
+          {"lisp", "--site", site.site(), "-e",
+           "(progn (setq site-current 12.0 site-is-load T)"
+           " (list (motor-rating \"CB2\") (progn (setq site-is-load nil) (motor-rating \"CB2\"))"
+           " (cdr (assoc \"CAT\" (part-texts '(nil nil (\"CB\" \"N\" \"CB3-040\")) nil \"CB\" \"BREAKER\" "
+           "2)))))"}) == "(15.0 30.0 \"CB3-040\")\n");
+}
