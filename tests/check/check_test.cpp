@@ -215,11 +215,10 @@ TEST_CASE("every rule and every text that fills one is in German, with nothing l
     const auto remedyOf = [](const std::string& row) { return row.substr(row.rfind('|', row.size() - 3)); };
     CHECK(remedyOf(line) != remedyOf(translated));
   }
-  // Reasons of other parts of the program are not the check's own words, nor is what is in quotes or parentheses.
+  // Errors of LISP are not the program's own words, nor is what is in quotes or parentheses.
   const auto isOfOthers = [](const std::string& rule) {
     return std::ranges::any_of(
-        std::array{"-fails", "-loops", "-load", "-unreadable", "-damaged"},
-        [&rule](const char* ending) { return rule.ends_with(ending); });
+        std::array{"-fails", "-load"}, [&rule](const char* ending) { return rule.ends_with(ending); });
   };
   const std::set<std::string> englishWords = {"the", "is",  "are",   "no",  "not", "of", "has", "have",
                                               "it",  "its", "there", "and", "to",  "at", "than"};
