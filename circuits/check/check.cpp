@@ -12,6 +12,7 @@
 #include "simhost/site/code_standard.h"
 
 #include <algorithm>
+#include <iterator>
 #include <tuple>
 
 namespace circuits {
@@ -76,7 +77,10 @@ CheckReport checkSite(const CheckOptions& options) {
     checkOptions(tables, codes, findings);
   }
   std::vector<SavedPart> savedParts;
-  if (has(CheckKind::saved)) savedParts = checkSaved(site, tables, codes, findings);
+  if (has(CheckKind::saved)) {
+    savedParts = checkSaved(site, tables, codes, findings);
+    std::ranges::move(checkSelections(site, tables, findings), std::back_inserter(savedParts));
+  }
 
   if (has(CheckKind::run)) runCircuits(site, session, tables, codes, templates, findings);
   if (options.depth == CheckDepth::whole)

@@ -474,6 +474,12 @@ constexpr Rule table[] = {
      L"or load of the "
      L"tables.",
      L"Build it, choose a present part and save it again.", L"a part that its maker no longer has"},
+    {L"selection-code", saved, warning,
+     L"No sheet has a record {code}, so this choice of a part is never shown{similar}",
+     L"Correct MARKER, or delete the row.", L"a CODE that was renamed"},
+    {L"selection-table", saved, warning,
+     L"No form of {code} names the table of parts {table}, so this choice is never shown{similar}",
+     L"Correct LKUPTABLE, or delete the row.", L"`CBR` in `LKUPTABLE`, while the sheet has `CB`"},
     {L"saved-table-gone", saved, error, L"{saved} holds a wire of {metal} in {standard}, which has no table.",
      L"Add the table, or build it and save it again.", L"a metal that was taken out"},
     {L"saved-size-gone", saved, error, L"{saved} holds the size {size}, which {table} no longer has.",

@@ -12,9 +12,9 @@
 
 namespace circuits {
 
-/// A part that a saved configuration holds.
+/// A part that a saved configuration or a selection holds.
 struct SavedPart {
-  std::wstring saved; ///< circuit, type and name of the configuration
+  std::wstring saved; ///< circuit, type and name of the configuration, or table and row
   FindingPlace place;
   const CircuitEntry* entry = nullptr;
   const SheetForm* lookup = nullptr; ///< the form of its group
@@ -25,6 +25,10 @@ struct SavedPart {
 std::vector<SavedPart> checkSaved(
     const SiteModel& site, const TableSet& tables, const std::vector<ElectricalCode>& codes,
     Findings& findings);
+
+/// The parts that users chose for their motors, which the dialog brings back: reports those of a CODE or a table that the
+/// workbook has no more, and returns the others.
+std::vector<SavedPart> checkSelections(const SiteModel& site, const TableSet& tables, Findings& findings);
 
 /// Reports parts that the site's lookups return for no motor or load of the tables. A lookup goes by the motor of the
 /// circuit that was built last, so circuits are built with one motor of each current until every part has come up.
