@@ -43,7 +43,7 @@
 (defun record-circuit (template args before)
   (let* ((made (entities-since before))
          (components (remove-if-not (lambda (entity) (entity-data entity "SITE_BUILD")) made))
-         (control (find-if (lambda (entity) (entity-data entity "ORL_QN_BV_CIRCPARAMS")) made))
+         (control (first-control (remove-if-not (lambda (entity) (entity-data entity "ORL_QN_BV_CIRCPARAMS")) made)))
          (codes (codes-text components)))
     (mapc (lambda (entity) (entity-data-set! entity "SITE_BUILD" nil)) components)
     (when (and site-project-database control)
@@ -53,6 +53,14 @@
               (string-append (own-index) "-" (entity-handle control))))
       (mapc 'record-component components)
       (site-sync-records))))
+
+; By the letter of its CODE (MOTOR-A), not by the drawing: the dialog may have inserted another motor first, whose data
+; would go to the first one when the circuit is taken over.
+(defun first-control (controls)
+  (let ((best (car controls)))
+    (mapc (lambda (entity) (when (string<? (build-code entity) (build-code best)) (setq best entity))) (cdr controls))
+    best))
+(defun build-code (entity) (site-text (car (entity-data entity "SITE_BUILD"))))
 
 ; The entities after the one with this handle; all of the space for "" and for one that is gone.
 (defun entities-since (handle)

@@ -341,3 +341,33 @@ TEST_CASE("a load's protection is by its own current, and a saved part with thre
            " (cdr (assoc \"CAT\" (part-texts '(nil nil (\"CB\" \"N\" \"CB3-040\")) nil \"CB\" \"BREAKER\" "
            "2)))))"}) == "(15.0 30.0 \"CB3-040\")\n");
 }
+
+TEST_CASE("a project's row has the first of two motors, also when the second was inserted first, and lends "
+          "it to no other") {
+  const SiteCopy site;
+  const std::string project = site.newProject();
+  constexpr SampleCircuit two = {"", "Three-phase motors", "Two motors, one feeder", "Two pumps 10 and 5 HP"};
+  const std::string answers = site.folder().write("b_first.json", R"({
+    "format": "brenvolt-answers", "version": 1,
+    "run": {"circuit": "Three-phase motors", "type": "Two motors, one feeder",
+            "history": "Two pumps 10 and 5 HP", "language": "en"},
+    "steps": [
+      {"dialog": "ZanDlgConfig", "do": [
+        {"select": "units", "path": ["Motor B and its wires"]}, {"press": "insertCurrent"},
+        {"select": "units", "path": ["Field terminals B"]}, {"press": "insertCurrent"},
+        {"press": "insertAll"}, {"press": "insertAll"}, {"press": "ok"}]},
+      {"dialog": "ZanBrenvolt.DuplicateCircuitName", "do": [{"press": 1001}]}]})");
+  site.drawn(two, "a.json", {"--history", two.history, "--project", project, "--answers", answers});
+  const std::string rows = site.query(project, "SELECT PARAMS FROM BRENVOLT");
+  CHECK_MESSAGE(rows.find("\"Induction\"\";\"\"10\"\"") != std::string::npos, rows);
+
+  const ToolRun run = site.draw(
+      two, "b.json",
+      {"--preset", "MCTL-A=0;MCTL-B=0", "--params",
+       R"("Induction";"10";"HP";"460";"3";"60";"1800";"14";"1.25")"});
+  CHECK(run.exitCode == 5);
+  CHECK(run.output.find("marker MCTL-B: its wires have no size") != std::string::npos);
+  const std::string motors = site.done({"report", "motors", site.folder().path("b.json"), "--format", "csv"});
+  CHECK_MESSAGE(
+      motors.find("\nMTR1B,\"Three-phase motors, Two motors, one feeder\",,,,") != std::string::npos, motors);
+}
