@@ -98,13 +98,16 @@ TEST_CASE("a circuit is an object: what its build drew is listed, moved and eras
   CHECK(site.folder().read("a.json").find("\"circuits\"") == std::string::npos);
 }
 
-TEST_CASE("a motor of another code is drawn, its parts once the default tables are accepted") {
-  const SiteCopy site;
-  const std::string motor = site.drawn(
+TEST_CASE("a motor of another code has that code's parts, or others once the default tables are accepted") {
+  const std::string motor = SiteCopy().drawn(
       motorDirect, "a.json",
-      {"--standard-code", "IEC", "--default-tables", "--preset", "MCTL=0", "--params",
+      {"--standard-code", "IEC", "--preset", "MCTL=0;DISC=10,1", "--params",
        R"("Induction";"5.5";"kW";"400";"3";"50";"1500";"11.5";"1.0")"});
-  CHECK(motor.find("5.5 kW  400 V") != std::string::npos);
+  checkHolds(motor, {"5.5 kW  400 V", "\"13A\"", "\"CB-3P-D13\"", "\"AC-3 12.5A\"", "\"7.2-13A\""});
+
+  const SiteCopy site;
+  for (const char* table : {"CALC", "DESC", "MAP"})
+    std::filesystem::remove(site.site() + "/tables/MOTOR_I_" + table + "_IEC.csv");
 
   std::vector<std::string> sized = {"--standard-code", "IEC", "--history", motorDirect.history};
   const ToolRun asked = site.draw(motorDirect, "b.json", sized);
