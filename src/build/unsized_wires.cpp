@@ -9,6 +9,7 @@
 #include "host/host_api_lisp.h"
 #include "host/lisp_symbols.h"
 #include "host/resources.h"
+#include "text/compare.h"
 #include "text/format.h"
 #include "text/numbers.h"
 #include "text/split.h"
@@ -48,7 +49,9 @@ struct WireGaps {
   bool hasGrounding = false;
   bool areConductorsUnsized = false; ///< at least one of them
   bool isGroundingUnsized = false;
-  std::wstring conductorSize; ///< of the first conductor that has one
+  bool isGroundingReported = true; ///< when it cannot be sized
+  std::wstring conductorSize;      ///< without blanks; of the first conductor that has one
+  bool areConductorsMixed = false; ///< their sizes differ
 };
 
 WireGaps gapsOf(const ZanAnnotationDataList& rows) {
@@ -57,7 +60,7 @@ WireGaps gapsOf(const ZanAnnotationDataList& rows) {
   if (wires == nullptr) return gaps;
   for (const ZanAnnotationDataList::Item& item : wires->items()) {
     if (!item.row) continue;
-    const std::wstring size = sizeOf(*item.row);
+    const std::wstring size = removeBlanks(sizeOf(*item.row));
     if (isGrounding(*item.row)) {
       gaps.hasGrounding = true;
       gaps.isGroundingUnsized = gaps.isGroundingUnsized || size.empty();
@@ -66,6 +69,7 @@ WireGaps gapsOf(const ZanAnnotationDataList& rows) {
     gaps.hasConductors = true;
     gaps.areConductorsUnsized = gaps.areConductorsUnsized || size.empty();
     if (gaps.conductorSize.empty()) gaps.conductorSize = size;
+    if (!size.empty() && !equalsOrdinalNoCase(size, gaps.conductorSize)) gaps.areConductorsMixed = true;
   }
   return gaps;
 }
@@ -107,18 +111,20 @@ public:
     WireGaps gaps = gapsOf(rows);
     // Positions of the template that no row has are drawn as well.
     if (!gaps.hasConductors) gaps.areConductorsUnsized = !formats_.GetWireCodes(suffix).empty();
-    if (!gaps.hasGrounding) gaps.isGroundingUnsized = !formats_.GetGroundCodes(suffix).empty();
+    const bool hasPosition = !formats_.GetGroundCodes(suffix).empty();
+    if (!gaps.hasGrounding) gaps.isGroundingUnsized = hasPosition;
+    // A page stores a grounding conductor also where the template has no position for one: that is not drawn.
+    gaps.isGroundingReported = hasPosition || !hasPages_;
     if (!gaps.areConductorsUnsized && !gaps.isGroundingUnsized) return;
     const ZanAnnotationData* data = dataRow(rows);
     const ZanCircuitData circuit = data == nullptr ? ZanCircuitData() : circuitOf(*data);
     const std::optional<Sized> sized = sizesFor(circuit, code, gaps);
     if (!sized) {
-      ++unsized_;
+      if (gaps.areConductorsUnsized || gaps.isGroundingReported) ++unsized_;
       return;
     }
     fill(rows, sized->sizes, suffix);
-    const bool isGroundLacking =
-        gapsOf(rows).isGroundingUnsized && (!hasPages_ || !formats_.GetGroundCodes(suffix).empty());
+    const bool isGroundLacking = gaps.isGroundingReported && gapsOf(rows).isGroundingUnsized;
     if (isGroundLacking) say(TextId::groundingWithoutSize, code);
     if (!sized->largest.empty()) say(TextId::wiresTooSmall, code, sized->largest);
     if (isGroundLacking || !sized->largest.empty()) ++unsized_;
@@ -136,29 +142,31 @@ private:
   std::optional<Sized> sizesFor(const ZanCircuitData& circuit, std::wstring_view code, const WireGaps& gaps) {
     Sized sized{{gaps.conductorSize, removeBlanks(circuit.groundSize)}, {}};
     if (!gaps.areConductorsUnsized && !sized.sizes.grounding.empty()) return sized;
-    if (!isGiven(circuit.fla)) {
-      say(gaps.areConductorsUnsized ? TextId::wiresWithoutCurrent : TextId::groundingWithoutCurrent, code);
+    const auto fail = [&](TextId ofConductors, TextId ofGrounding) {
+      if (gaps.areConductorsUnsized)
+        say(ofConductors, code);
+      else if (gaps.isGroundingReported)
+        say(ofGrounding, code);
       return std::nullopt;
-    }
-    const TextId noTables =
-        gaps.areConductorsUnsized ? TextId::wiresWithoutTables : TextId::groundingWithoutTables;
+    };
+    if (!isGiven(circuit.fla)) return fail(TextId::wiresWithoutCurrent, TextId::groundingWithoutCurrent);
     if (!tables_ && openEngineeringDatabase(connection_)) tables_.emplace(connection_);
     const std::wstring standard = getCodeStandard().value_or(std::wstring());
-    if (!tables_ || !tables_->hasOptions(standard)) {
-      say(noTables, code);
-      return std::nullopt;
-    }
+    if (!tables_ || !tables_->hasOptions(standard))
+      return fail(TextId::wiresWithoutTables, TextId::groundingWithoutTables);
     const WireDefaults defaults(*tables_, standard);
     if (gaps.areConductorsUnsized) {
       const std::optional<AutoWire> wire = autoWire(defaults, circuit, autoDesignCurrent(defaults, circuit));
-      if (!wire) {
-        say(noTables, code);
-        return std::nullopt;
-      }
+      if (!wire) return fail(TextId::wiresWithoutTables, TextId::groundingWithoutTables);
       (wire->isLargeEnough ? sized.sizes.conductors : sized.largest) = removeBlanks(wire->size);
     }
+    // Conductors of several sizes limit nothing: which of them the grounding conductor goes with is not known.
+    const bool isMixed =
+        gaps.areConductorsMixed || (gaps.areConductorsUnsized && !gaps.conductorSize.empty() &&
+                                    !equalsOrdinalNoCase(gaps.conductorSize, sized.sizes.conductors));
     if (sized.sizes.grounding.empty())
-      sized.sizes.grounding = removeBlanks(autoGroundSize(defaults, circuit, sized.sizes.conductors));
+      sized.sizes.grounding =
+          removeBlanks(autoGroundSize(defaults, circuit, isMixed ? std::wstring() : sized.sizes.conductors));
     return sized;
   }
 
@@ -217,7 +225,7 @@ private:
 
   const ZanWireFormatter formats_;
   const Reports reports_;
-  const bool hasPages_; ///< they store a grounding conductor also where the template has no position for one
+  const bool hasPages_;
   ZanOleDbConnection connection_;
   std::optional<WireTableCache> tables_;
   int unsized_ = 0;

@@ -19,7 +19,8 @@ void sizeUnsizedWires(BuildState& build, ZanDwgMarkerList& list);
 /// motor. The pages themselves, and what is saved of them, stay as the user left them.
 void sizeUnsizedPages(BuildState& build, std::vector<MotorRows>& pages);
 
-/// At the end of the dialog: reports and counts what could not be sized of the inserted motors and loads.
+/// At the end of the dialog: reports and counts what cannot be sized of the inserted motors and loads as their pages are
+/// then.
 void reportUnsizedWires(BuildState& build);
 
 } // namespace brenvolt
