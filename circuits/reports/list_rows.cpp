@@ -207,11 +207,11 @@ Protection protectionOf(const Sheet& sheet, const Device& fed) {
     const Device& device = list.devices[place];
     if (fed.circuit.empty() || device.circuit != fed.circuit || !protectionFamilies.contains(device.family))
       continue;
-    const double amperes =
-        brenvolt::toDouble(device.rating.substr(0, device.rating.find_first_not_of(L"0123456789.")));
     if (device.rating.empty()) {
       if (hasSeveralPoles(list, place)) texts.push_back(device.tag + L" (no rating)");
-    } else if (small != nullptr && amperes > small->mostAmperes && hasSeveralPoles(list, place)) {
+    } else if (
+        small != nullptr && brenvolt::toDouble(device.rating) > small->mostAmperes &&
+        hasSeveralPoles(list, place)) {
       texts.push_back(
           device.tag + L' ' + device.rating + L" (" + std::wstring(small->size) + L": " +
           brenvolt::formatTrimmed(small->mostAmperes) + L"A at most)");
@@ -300,6 +300,14 @@ ListRows sheetRows(const Sheet& sheet) {
 }
 
 } // namespace
+
+std::vector<std::wstring> tooLargeProtections(const Sheet& sheet) {
+  std::vector<std::wstring> texts;
+  for (const Device& device : sheet.netlist.devices)
+    if (const Protection protection = protectionOf(sheet, device); protection.isTooLarge)
+      texts.push_back(device.tag + L": " + protection.text);
+  return sortedOnce(std::move(texts));
+}
 
 std::vector<std::wstring> sortedOnce(std::vector<std::wstring> texts) {
   std::sort(texts.begin(), texts.end(), comesBefore);

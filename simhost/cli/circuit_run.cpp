@@ -1,6 +1,7 @@
 // From a circuit's name to the call that builds it.
 #include "simhost/cli/circuit_run.h"
 
+#include "circuits/provenance/load_data.h"
 #include "project/saved_configurations.h"
 #include "simhost/host/errors.h"
 #include "simhost/lisp/list.h"
@@ -162,6 +163,16 @@ std::optional<double> savedScale(const std::string& option, const std::wstring& 
 
 /// The settings of a saved configuration. Without this check a build would silently use the defaults when the name is
 /// mistyped.
+/// A build separates the texts of a wire at blanks: "14 AWG" would be drawn as the size 14.
+void needSizes(const std::string& wires) {
+  const std::vector<std::wstring> texts = circuits::wireTexts(fromUtf8(wires));
+  for (std::size_t wire = 0; wire < texts.size(); wire += 3)
+    if (texts[wire].find(L' ') != std::wstring::npos)
+      throw BadInput(
+          "--wires: \"" + toUtf8(texts[wire]) + "\": write the size without blanks: \"" +
+          toUtf8(brenvolt::removeBlanks(texts[wire])) + "\"");
+}
+
 void takeConfiguration(SessionRun& run, const std::string& workbook, CircuitCall& call) {
   if (run.history.empty()) return;
   const brenvolt::HistoryKey key{fromUtf8(run.circuit), fromUtf8(run.type), fromUtf8(run.history)};
@@ -208,6 +219,7 @@ void setScales(lisp::Interpreter& interpreter, const CircuitCall& call) {
 CircuitCall circuitCall(const SessionRun& asked, const std::string& workbook, CircuitBuild build) {
   SessionRun run = asked;
   needNumbers(run.params);
+  needSizes(run.wires);
   const brenvolt::ZanCircuitEntry entry = findEntry(run, workbook);
   CircuitCall call;
   call.circuitScale = scaleOf("--scale", run.scale);

@@ -85,7 +85,11 @@ CommandTable componentsCommand() {
       .options = joinedRows(
           {{options->site.siteRow(),
             options->site.standardRow(),
-            {"--type", &options->type, "Motor type, as in the motor table", "TEXT", {.isRequired = true}},
+            {"--type",
+             &options->type,
+             "Type of motor or load, as in their tables",
+             "TEXT",
+             {.isRequired = true}},
             {"--fla", &options->fla, "Full-load current in amperes", "A", {.isRequired = true}}},
            options->output.rows()}),
       .examples =

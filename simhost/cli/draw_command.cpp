@@ -1,5 +1,6 @@
 // `brenvolt draw`: one circuit, built by the site's LISP, from the workbook to the drawing file. Without answers it is
 // a direct build; with them the configuration dialog opens.
+#include "circuits/reports/list_rows.h"
 #include "simhost/cli/circuit_run.h"
 #include "simhost/cli/host_run.h"
 #include "simhost/cli/site_options.h"
@@ -12,6 +13,7 @@
 #include "simhost/site/site_database.h"
 #include "text/encoding.h"
 
+#include <algorithm>
 #include <array>
 #include <cmath>
 #include <cstdio>
@@ -81,6 +83,22 @@ void saveBuilds(HostRun& host, const std::wstring& name, bool& isUnsaved) {
   host.interpreter().define(CircuitRecorder::buildFunction, 1, 1, build);
 }
 
+std::vector<std::wstring> protectionFaults(HostRun& host) {
+  const DrawingDatabase& drawing = host.session().documents().current()->drawing();
+  return circuits::tooLargeProtections(circuits::readSheet(drawing, {}));
+}
+
+/// Reports what the build has added to these faults of the drawing. False for nothing.
+bool reportProtection(HostRun& host, const std::vector<std::wstring>& before) {
+  bool isReported = false;
+  for (const std::wstring& fault : protectionFaults(host)) {
+    if (std::find(before.begin(), before.end(), fault) != before.end()) continue;
+    std::fprintf(stderr, "brenvolt: %s: choose larger conductors (NEC 240.4(D))\n", toUtf8(fault).c_str());
+    isReported = true;
+  }
+  return isReported;
+}
+
 ExitCode runDraw(DrawOptions& options) {
   if (options.host.save.empty()) throw CannotWrite("--out: name a file");
   if (!std::isfinite(options.run.at[0]) || !std::isfinite(options.run.at[1]))
@@ -110,6 +128,7 @@ ExitCode runDraw(DrawOptions& options) {
   useProject(host, options.run.project);
   bool isUnsaved = false;
   if (!options.saveHistory.empty()) saveBuilds(host, brenvolt::fromUtf8(options.saveHistory[0]), isUnsaved);
+  const std::vector<std::wstring> faultsBefore = protectionFaults(host);
   std::vector<std::string> failures;
   if (options.keepsGoing) noteFailures(host.session(), failures);
   if (asks) host.recordAsSession(options.run);
@@ -128,6 +147,7 @@ ExitCode runDraw(DrawOptions& options) {
   if (!isBuilt) throw BadInput(name + (asks ? ": the build failed or was cancelled" : ": the build failed"));
   host.writeResults();
   std::printf("%s: %s\n", name.c_str(), options.host.save.c_str());
+  if (reportProtection(host, faultsBefore)) return ExitCode::findings;
   // The module has said at which markers, and which tables.
   for (const wchar_t* symbol : {L"GBL_qn_bv_unsized_wires", L"GBL_qn_bv_table_problems"})
     if (const lisp::Symbol* const count = host.interpreter().symbols().find(symbol))
@@ -199,8 +219,9 @@ CommandTable drawCommand() {
       .options = joinedRows({options->site.rows(), rows}),
       .footer =
           "A build that fails or is cancelled writes nothing, and the reason is reported. A circuit "
-          "whose wires could not be sized is drawn with a mark at them, and one whose ratings the tables "
-          "do not give is drawn without these; the exit code is then 5.",
+          "whose wires could not be sized is drawn with a mark at them, one whose ratings the tables do not "
+          "give without these, and a load whose protection is above the limit for its small conductors is "
+          "reported; the exit code is then 5.",
       .examples =
           {R"(brenvolt draw --site site --circuit "Three-phase motors" --type "Direct on line" --history "Pump 10 HP" --out motor.json)",
            R"(brenvolt draw --site site --circuit "Three-phase motors" --type "Direct on line" --history "Pump 10 HP" --preset "OL=2" --out pump.json --svg pump.svg)"},

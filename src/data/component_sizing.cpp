@@ -42,8 +42,9 @@ bool ZanAutoSizeComponent::size(std::wstring_view type, double current, std::vec
     rows.push_back(std::move(row));
   }
   for (ZanAutoSizeRow& row : rows) {
-    // The smallest step is not the one for a value that is not known: it would protect no motor.
-    if (evaluate(row, type, current) && isGiven(current)) chooseStep(row);
+    // The smallest step is not the one for a value that is not known: it would protect no motor. Nor is it for the value
+    // 0, which is that of a component that a load does not have.
+    if (evaluate(row, type, current) && isGiven(current) && isGiven(row.value)) chooseStep(row);
   }
   return !rows.empty();
 }

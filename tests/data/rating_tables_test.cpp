@@ -113,7 +113,7 @@ TEST_CASE("steps compare as numbers where they are declared as text; a cell that
 TEST_CASE("a component takes the first step at or above its value") {
   TableFixture tables(TableTexts{
       {"MOTOR_I_DESC_NEC", "CODE,Description\nCB,Breaker\nOL,Overload\nBAD,Broken\n"},
-      {"MOTOR_I_CALC_NEC", "Type,CB,OL,BAD\nInduction,i*2.5,i,abc\n"},
+      {"MOTOR_I_CALC_NEC", "Type,CB,OL,BAD\nInduction,i*2.5,i,abc\nHeater,i*1.25,0,abc\n"},
       {"MOTOR_I_MAP_NEC", "CODE,MAX,RATING,DEFAULT\nCB,100,100A,P100\nCB,15,15A,P15\nCB,125,125A,P125\nOL,"
                           "30,30A,Q30\nBAD,5,5A,R5\n"}});
   ZanAutoSizeComponent sizing(tables.connection());
@@ -139,6 +139,9 @@ TEST_CASE("a component takes the first step at or above its value") {
   CHECK_FALSE(sizing.size(L"", 40, rows));
   REQUIRE(sizing.size(L"Induction", 0, rows));
   CHECK(rows[0].rating.empty());
+  REQUIRE(sizing.size(L"Heater", 12, rows));
+  CHECK(toUtf8(rows[0].rating) == "15A");
+  CHECK(rows[1].rating.empty()); // 0: a heater has no overload relay
   REQUIRE(sizing.size(L"Unknown", 40, rows));
   CHECK(rows[0].rating.empty()); // the smallest step would protect no motor
   REQUIRE(tables.watch().failures().size() == 1);

@@ -46,6 +46,16 @@ TEST_CASE("every wrong value of a preset is named at once, and fields of a rebui
       std::string::npos);
   for (const char* scale : {"0", "-1", "x", "nan"})
     CHECK(site.draw(motor, "a.json", {"--scale", scale}).exitCode == 3);
+  const ToolRun blank =
+      site.draw(motor, "a.json", {"--preset", "OL=1", "--wires", R"((("14 AWG" "x" "1")))"});
+  CHECK(blank.exitCode == 3);
+  CHECK(blank.errors.find("write the size without blanks: \"14AWG\"") != std::string::npos);
+  // 12.5 A: 14 AWG, and the next breaker above 15.6 A.
+  const ToolRun feed = site.draw(
+      {"", "Power feeds", "Single-phase", "Heater 2 kW"}, "c.json",
+      {"--preset", "DISC=10,1", "--params", R"("Heater";"3";"kW";"240";"1";"60";"";"12.5";"1.25")"});
+  CHECK(feed.exitCode == 5);
+  CHECK(feed.errors.find("CB1 20A (14AWG: 15A at most): choose larger conductors") != std::string::npos);
 }
 
 TEST_CASE("a preset changes the choices of a saved configuration; the rest of it stays, or is the motor that "
