@@ -121,7 +121,7 @@ function(brenvolt_add_test name)
   set(environment "BRENVOLT_BIN=${ARG_BIN}" LC_ALL=C QT_QPA_PLATFORM=offscreen)
   if(BRENVOLT_SANITIZE)
     list(APPEND environment
-      "LSAN_OPTIONS=suppressions=${CMAKE_SOURCE_DIR}/cmake/known_leaks.txt:print_suppressions=0")
+      "LSAN_OPTIONS=suppressions='${CMAKE_SOURCE_DIR}/cmake/known_leaks.txt':print_suppressions=0")
   endif()
   set_tests_properties(${name} PROPERTIES ENVIRONMENT "${environment}")
 endfunction()
