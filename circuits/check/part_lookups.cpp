@@ -5,6 +5,7 @@
 #include "host/script_form.h"
 #include "simhost/lisp/list.h"
 #include "text/compare.h"
+#include "text/numbers.h"
 #include "text/split.h"
 
 #include <algorithm>
@@ -27,6 +28,10 @@ std::optional<std::vector<std::wstring>> lookUpPart(
       {L"@table", known.table}, {L"@mfg", known.maker}, {L"@cat", known.number}, {L"@asm", known.assembly}};
   std::vector<Value> arguments;
   for (std::size_t i = 1; i < words.size(); ++i) {
+    if (brenvolt::typeOfWord(words[i]) == kvtype::shortInteger) {
+      arguments.push_back(Value::integer(brenvolt::toInt(words[i])));
+      continue;
+    }
     const auto variable = std::ranges::find_if(
         variables, [&](const auto& each) { return equalsOrdinalNoCase(words[i], each.first); });
     if (variable == std::end(variables)) return std::nullopt;

@@ -41,7 +41,7 @@
     ("XF"  100 "Carrick"   "CT-150"  "" "TRANSFORMER" "150VA" "480-120V")))
 
 ; How many times a motor's current a part of a table has to carry, and a load's: protection at 2.5 times the current of a
-; heater would not protect its wires. Tables that end with 2 are those of two poles.
+; heater would not protect its wires.
 (setq site-part-factors '(("DS" 1.15 1.25) ("CB" 2.5 1.25) ("FU" 1.75 1.25) ("MS" 1.0 1.0) ("OL" 1.0 1.0) ("XF" 0.0 0.0)))
 
 (setq site-current nil ; of the motor or load that was looked up or inserted last in this circuit; nil for none
@@ -60,15 +60,20 @@
 ; A part from a table: (manufacturer catalogue-number assembly type ratings ...). While the host has the editor, the
 ; user may pick a component whose rating the part shall have; a pick of nothing uses the current of the motor. An
 ; existing manufacturer of the group is kept. Nil when no part is large enough, or when the required size is unknown: a
-; part for no current would be too small for any motor.
-(defun site_part_lookup (table mfg cat asm)
+; part for no current would be too small for any motor. The form of a circuit with two poles gives their number: what was
+; saved or chosen is kept by the table's name, so the name is the same for all.
+(defun site_part_lookup (table mfg cat asm &optional poles)
   (let* ((picked (pick-entity "Component with the rating of the part, Enter for the motor's: "))
          (wanted (if picked (entity-rating (car picked)) (motor-rating table)))
-         (part (when wanted (find-if (lambda (row) (part-fits? row table mfg wanted)) site-parts))))
+         (part (when wanted (find-if (lambda (row) (part-fits? row (part-table table poles) mfg wanted)) site-parts))))
     (unless wanted (princ "\nThe current of the motor is not known: look the motor up, or insert its unit first.\n"))
     (when part
       ; All ratings, or those of the part before would stay.
       (sublist (append (nthcdr 2 part) '("" "" "" "" "" "")) 0 10))))
+
+; Breakers and switches with two poles have rows of their own, CB2 and DS2.
+(defun part-table (table poles)
+  (if (and (eql poles 2) (member (string-upcase table) '("CB" "DS"))) (string-append table "2") table))
 
 (defun part-fits? (row table mfg wanted)
   (and (string-ci=? (first row) table)
@@ -77,7 +82,7 @@
 
 ; What a part of the table has to carry; 0 where no current counts, nil while the motor's is not known.
 (defun motor-rating (table)
-  (let* ((family (string-upcase (substring table 0 (min 2 (string-length table)))))
+  (let* ((family (string-upcase table))
          (factors (or (assoc family site-part-factors) '("" 0.0 0.0)))
          (factor (if site-is-load (third factors) (second factors))))
     (cond ((zerop factor) 0) (site-current (* site-current factor)))))

@@ -101,19 +101,15 @@
                          (mapcar 'site-text (list (nth 5 part) (nth 6 part))))))
     (or rating sized)))
 
-; Two poles have a family of their own, in the tables of parts (CB2) and among the numbers of auto-sizing, which names
-; the three-pole one: CB-3P-15, CB-2P-15.
-(defun pole-table (table poles) (if (eql poles 2) (string-append table "2") table))
+; The number of auto-sizing, which names three poles, for two of them: CB-3P-15, CB-2P-15.
 (defun pole-part (number poles)
   (let ((at (and (eql poles 2) (string-search "-3P-" number))))
     (if at (string-append (substring number 0 at) "-2P-" (substring number (+ at 4))) number)))
 
-; Attributes of a component that carries a catalogue part: the chosen one, else what auto-sizing proposes. `poles` is
-; for families that differ by it.
-(defun part-texts (data data2 table-name code &optional poles)
-  (let* ((table (pole-table table-name poles))
-         ; One that was saved before a table by poles existed stays.
-         (part (or (data-part data table) (data-part data table-name))))
+; Attributes of a component that carries a catalogue part: the chosen one, whatever its poles, else what auto-sizing
+; proposes. `poles` is for families that differ by it.
+(defun part-texts (data data2 table code &optional poles)
+  (let ((part (data-part data table)))
     (list (cons "RATING1" (part-rating part (sized-rating data2 code)))
           (cons "MFG" (site-text (nth 1 part)))
           (cons "CAT" (if part (site-text (nth 2 part)) (pole-part (sized-part data2 code) poles)))
