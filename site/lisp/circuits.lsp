@@ -8,7 +8,7 @@
 (defun site-insert-and-build (template args point)
   (let ((start (undo-count)) (before (site-last-handle)))
     (need-project)
-    (setq site-current nil site-saved-codes nil)
+    (setq site-current nil site-load nil site-saved-codes nil)
     (setq GBL_qn_bv_data (cons (car GBL_qn_bv_data) (cons (site-point point) (cddr GBL_qn_bv_data))))
     (next-circuit)
     (let ((entities (insert-drawing (or (find-file template) (error "the site has no template " template)) point
@@ -54,7 +54,7 @@
 ; back. Nil when that fails.
 (defun site-save-configuration (name template workbook worksheet circuit type history)
   (let ((start (undo-count)) (before (site-last-handle)) (saved nil))
-    (setq site-current nil)
+    (setq site-current nil site-load nil)
     (unwind-protect
       (progn
         (insert-drawing (or (find-file template) (error "the site has no template " template)) '(0.0 0.0 0.0) 1.0)

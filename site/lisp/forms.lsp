@@ -12,7 +12,8 @@
 (defun site_motor_data (xyz scl data)
   ; A saved configuration has its current without a lookup, and parts are selected by it.
   (when (string->number (data-text data 7))
-    (setq site-current (string->number (data-text data 7)) site-is-load (string=? (data-text data 29) "!PF_CTRL")))
+    (setq site-current (string->number (data-text data 7))
+          site-load (when (string=? (data-text data 29) "!PF_CTRL") (data-text data 0))))
   (unless (string=? (data-power data) "")
     (draw-text xyz (motor-line data) (* 2.5 scl) "DESCRIPTIONS"))
   T)

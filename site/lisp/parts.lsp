@@ -1,34 +1,31 @@
 ; The catalogue of parts, and the lookups that workbook rules name. Makers and numbers are invented.
 
+; Rows of protection: maker, how its numbers begin, ratings. The ratings of 240.6 have no gap, since the next larger part
+; of a load has to protect its wires.
+(setq site-small-ratings '(15 20 25 30 35 40 45 50 60 70 80 90) site-large-ratings '(100 110 125 150))
+(defun rated-parts (table maker number ratings type more)
+  (mapcar (lambda (amperes)
+            (let ((rating (number->string amperes)))
+              (list table amperes maker (string-append number rating) "" type (string-append rating "A") more)))
+          ratings))
+
 ; Table, up to this current, manufacturer, catalogue number, assembly code, type, ratings. Rising within a maker.
-(setq site-parts
+(setq site-parts (append
+  (rated-parts "CB" "Nordhaven" "CB3-0" site-small-ratings "BREAKER" "25KA")
+  (rated-parts "CB" "Nordhaven" "CB3-" site-large-ratings "BREAKER" "35KA")
+  (rated-parts "CB" "Carrick" "KB-" (append site-small-ratings '(100)) "BREAKER" "18KA")
+  (rated-parts "CB2" "Nordhaven" "CB2-0" site-small-ratings "BREAKER" "25KA")
+  (rated-parts "CB2" "Nordhaven" "CB2-" site-large-ratings "BREAKER" "35KA")
+  (rated-parts "FU" "Fusewell" "FT-0" site-small-ratings "FUSE" "600V")
+  (rated-parts "FU" "Fusewell" "FT-" (append site-large-ratings '(175 200)) "FUSE" "600V")
   '(("DS"   30 "Nordhaven" "DS-3030" "" "SWITCH" "30A" "600V")
     ("DS"   60 "Nordhaven" "DS-3060" "" "SWITCH" "60A" "600V")
     ("DS"  100 "Nordhaven" "DS-3100" "" "SWITCH" "100A" "600V")
     ("DS"  200 "Nordhaven" "DS-3200" "" "SWITCH" "200A" "600V")
-    ("CB"   15 "Nordhaven" "CB3-015" "" "BREAKER" "15A" "25KA")
-    ("CB"   30 "Nordhaven" "CB3-030" "" "BREAKER" "30A" "25KA")
-    ("CB"   40 "Nordhaven" "CB3-040" "" "BREAKER" "40A" "25KA")
-    ("CB"   60 "Nordhaven" "CB3-060" "" "BREAKER" "60A" "25KA")
-    ("CB"  100 "Nordhaven" "CB3-100" "" "BREAKER" "100A" "35KA")
-    ("CB"  150 "Nordhaven" "CB3-150" "" "BREAKER" "150A" "35KA")
-    ("CB"   40 "Carrick"   "KB-40"   "" "BREAKER" "40A" "18KA")
-    ("CB"  100 "Carrick"   "KB-100"  "" "BREAKER" "100A" "18KA")
     ("DS2"  30 "Nordhaven" "DS-2030" "" "SWITCH" "30A" "600V")
     ("DS2"  60 "Nordhaven" "DS-2060" "" "SWITCH" "60A" "600V")
     ("DS2" 100 "Nordhaven" "DS-2100" "" "SWITCH" "100A" "600V")
     ("DS2" 200 "Nordhaven" "DS-2200" "" "SWITCH" "200A" "600V")
-    ("CB2"  15 "Nordhaven" "CB2-015" "" "BREAKER" "15A" "25KA")
-    ("CB2"  30 "Nordhaven" "CB2-030" "" "BREAKER" "30A" "25KA")
-    ("CB2"  40 "Nordhaven" "CB2-040" "" "BREAKER" "40A" "25KA")
-    ("CB2"  60 "Nordhaven" "CB2-060" "" "BREAKER" "60A" "25KA")
-    ("CB2" 100 "Nordhaven" "CB2-100" "" "BREAKER" "100A" "35KA")
-    ("CB2" 150 "Nordhaven" "CB2-150" "" "BREAKER" "150A" "35KA")
-    ("FU"   15 "Fusewell"  "FT-015"  "" "FUSE" "15A" "600V")
-    ("FU"   30 "Fusewell"  "FT-030"  "" "FUSE" "30A" "600V")
-    ("FU"   60 "Fusewell"  "FT-060"  "" "FUSE" "60A" "600V")
-    ("FU"  100 "Fusewell"  "FT-100"  "" "FUSE" "100A" "600V")
-    ("FU"  200 "Fusewell"  "FT-200"  "" "FUSE" "200A" "600V")
     ("MS"    9 "Carrick"   "MC-09-120" "A1" "CONTACTOR" "9A" "120V COIL")
     ("MS"   18 "Carrick"   "MC-18-120" "A1" "CONTACTOR" "18A" "120V COIL")
     ("MS"   25 "Carrick"   "MC-25-120" "A1" "CONTACTOR" "25A" "120V COIL")
@@ -38,24 +35,27 @@
     ("OL"   18 "Carrick"   "OR-10-18" "" "OVERLOAD" "10-18A")
     ("OL"   25 "Carrick"   "OR-18-25" "" "OVERLOAD" "18-25A")
     ("OL"   65 "Carrick"   "OR-40-65" "" "OVERLOAD" "40-65A")
-    ("XF"  100 "Carrick"   "CT-150"  "" "TRANSFORMER" "150VA" "480-120V")))
+    ("XF"  100 "Carrick"   "CT-150"  "" "TRANSFORMER" "150VA" "480-120V"))))
 
 ; How many times a motor's current a part of a table has to carry, and a load's: protection at 2.5 times the current of a
-; heater would not protect its wires.
+; heater would not protect its wires. The current of a receptacle is its own rating, which protection does not exceed.
 (setq site-part-factors '(("DS" 1.15 1.25) ("CB" 2.5 1.25) ("FU" 1.75 1.25) ("MS" 1.0 1.0) ("OL" 1.0 1.0) ("XF" 0.0 0.0)))
 
 (setq site-current nil ; of the motor or load that was looked up or inserted last in this circuit; nil for none
-      site-is-load nil) ; whether that is a load
+      site-load nil) ; the type of the load; nil for a motor
 
 ; The plug-in's lookups, which also remember the current; the results are theirs.
 (defun site_motor_lookup (&rest args) (note-current (apply 'zan_bv_motor_select args) 7 nil))
-(defun site_load_lookup (&rest args) (note-current (apply 'zan_bv_power_feed_select args) 6 T))
-(defun note-current (answer place is-load)
-  (when answer (setq site-current (nth place answer) site-is-load is-load))
+(defun site_load_lookup (&rest args)
+  (let ((answer (apply 'zan_bv_power_feed_select args)))
+    (note-current answer 6 (site-text (car answer)))))
+(defun note-current (answer place load)
+  (when answer (setq site-current (nth place answer) site-load load))
   answer)
 
-(defun site_wire_lookup (fla) (setq site-current fla site-is-load nil) (zan_bv_wire_select))
-(defun site_feed_wire_lookup (fla) (setq site-current fla site-is-load T) (zan_bv_pf_wire_select))
+(defun site_wire_lookup (fla) (setq site-current fla site-load nil) (zan_bv_wire_select))
+; The form of the wires does not have the type: it stays that of the lookup before, if any.
+(defun site_feed_wire_lookup (fla) (setq site-current fla site-load (or site-load "")) (zan_bv_pf_wire_select))
 
 ; A part from a table: (manufacturer catalogue-number assembly type ratings ...). While the host has the editor, the
 ; user may pick a component whose rating the part shall have; a pick of nothing uses the current of the motor. An
@@ -84,7 +84,9 @@
 (defun motor-rating (table)
   (let* ((family (string-upcase table))
          (factors (or (assoc family site-part-factors) '("" 0.0 0.0)))
-         (factor (if site-is-load (third factors) (second factors))))
+         (factor (cond ((not site-load) (second factors))
+                       ((string-ci=? site-load "Receptacle") (min 1.0 (third factors)))
+                       (T (third factors)))))
     (cond ((zerop factor) 0) (site-current (* site-current factor)))))
 
 ; "35A" is 35; 0 for what has no rating.

@@ -334,6 +334,15 @@ TEST_CASE("rows that cannot be written cost the circuit, and leave everything el
   CHECK(site.run({"history", "log", "--site", site.site()}).output.find("restored") != std::string::npos);
 }
 
+TEST_CASE("the part lookup of a load takes the next standard rating above what it has to carry") {
+  const SiteCopy site;
+  CHECK(site.done({"lisp", "--site", site.site(), "-e", R"((progn (defun pick-entity (&rest texts) nil)
+        (mapcar (lambda (row) (setq site-current (first row) site-load (second row))
+                  (second (site_part_lookup (third row) "" "" "" (nth 3 row))))
+          '((12.5 "Heater" "CB" 2) (48.1 "Heater" "CB") (83.3 "Lighting" "FU" 2) (20.0 "Receptacle" "CB" 2)
+            (14.0 nil "CB")))))"}) == "(\"CB2-020\" \"CB3-070\" \"FT-110\" \"CB2-020\" \"CB3-035\")\n");
+}
+
 TEST_CASE("a saved part with three poles stays in a circuit with two, also where its page is visited") {
   const SiteCopy site;
   const auto drawn = [&site](const char* history, const char* onPage, const char* savedAs) {

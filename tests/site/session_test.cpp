@@ -125,7 +125,7 @@ TEST_CASE("parts chosen in the dialog are kept for the motor, and come back") {
   REQUIRE_MESSAGE(replay.run.exitCode == 0, replay.run.errors);
   CHECK_EQ(
       replay.query("engineering.db", "SELECT MARKER,UI_SEL,MFG,CAT,RATING1 FROM CATALOGSEL ORDER BY MARKER"),
-      "MARKER,UI_SEL,MFG,CAT,RATING1\nDISC,11,Nordhaven,CB3-040,40A\nMS,1,Carrick,MC-18-120,18A\n"
+      "MARKER,UI_SEL,MFG,CAT,RATING1\nDISC,11,Nordhaven,CB3-035,35A\nMS,1,Carrick,MC-18-120,18A\n"
       "OL,1,Carrick,OR-10-18,10-18A\n");
 }
 
