@@ -154,7 +154,7 @@
 ; The wires of these layers that lead to the motor or load: through symbols, which cut them, and over junctions. If
 ; they also reach another motor or load, the lines after the junctions are shared and keep their size.
 (defun circuit-wires (entity layers)
-  (let* ((lines (lines-on layers)) (all (connected-wires entity lines T)))
+  (let* ((lines (without-shared (lines-on layers) entity)) (all (connected-wires entity lines T)))
     (if (some (lambda (other) (some (lambda (wire) (wire-at-symbol? wire other)) all)) (other-controls entity))
       (connected-wires entity lines nil)
       all)))
@@ -163,6 +163,20 @@
     (lambda (other) (and (entity-data other "ORL_QN_BV_CIRCPARAMS")
                          (not (string=? (entity-handle other) (entity-handle entity)))))
     (entities-in-space)))
+
+; Without the lines on which a wire of another motor of the circuit ends: a feeder is not resized with one of its motors,
+; also when it has the size of that motor's wires.
+(defun without-shared (lines entity)
+  (let ((points (apply 'append (mapcar (lambda (other)
+                                         (apply 'append (mapcar 'ends-of
+                                           (connected-wires other (lines-on (mapcar 'second (recorded-wires other))) nil))))
+                                       (circuit-controls entity)))))
+    (remove-if
+      (lambda (line) (some (lambda (point) (on-segment? point (entity-get line 'from) (entity-get line 'to))) points))
+      lines)))
+(defun circuit-controls (entity)
+  (let ((circuit (entity-circuit entity)))
+    (when circuit (remove-if-not (lambda (other) (equal (entity-circuit other) circuit)) (other-controls entity)))))
 
 (defun connected-wires (entity lines over-junctions)
   (let ((found nil)

@@ -79,6 +79,12 @@
       (draw-wire from (offset from (* scl length) 0) (wire-layer (string-append "BLK_" size)))))
   T)
 
+; The grounding conductor of the feeder, by the rating of its protection and not by that of a motor: all branches leave it.
+(defun site_feeder_ground (xyz scl dx dy length size)
+  (let ((from (offset xyz (* scl dx) (* scl dy))))
+    (draw-wire from (offset from (* scl length) 0) (wire-layer (string-append "GRN_" size))))
+  T)
+
 ; Power. Where a circuit has several motors, the last argument is the motor's letter.
 
 (defun site_switch (xyz scl poles data data2)
@@ -257,7 +263,7 @@
 (defun site-template (name)
   (or (find-file (string-append "templates/" name)) (error "the site has no template " name)))
 
-(site-expose '(site_title site_motor_data site_wire site_wire_path site_ground_wire site_ground_path site_feeder
+(site-expose '(site_title site_motor_data site_wire site_wire_path site_ground_wire site_ground_path site_feeder site_feeder_ground
                site_feeder_switch site_feeder_fuses site_source_ground site_dot
                site_wire_number site_switch site_breaker site_fuses site_contactor site_lower_contactor site_interlock site_overload
                site_terminals site_motor site_load site_control_transformer site_control_source site_device

@@ -79,7 +79,8 @@
 (defun branch-ground (letter order x y)
   (marker (string-append "WT01E-" letter) order x y "_WIRETYPE=GRN_@SIZE@;_WIRENUMBERS=0;"))
 
-; The feeder ends at x = 96, where motor A's branch begins; motor B's wires leave it shortly before.
+; The feeder and its grounding conductor end at x = 96, where motor A's branch begins; motor B's wires leave them shortly
+; before.
 (defun draw-motor3-two ()
   (marker "TITLE" 1 0 24)
   (marker "FEED" 1.2 0 0)
@@ -91,7 +92,7 @@
       (branch-wire (+ pole 1) "A" 12 96 y)
       (branch-wire (+ pole 1) "B" 112 (+ 86 (* 3 pole)) y)))
   (label -3 -30.9 "PE")
-  (branch-ground "A" 15 0 -30)
+  (branch-ground "A" 15 96 -30)
   (branch-ground "B" 115 82 -30)
   (motor-branch "A" 2 96 0)
   (motor-branch "B" 102 96 -80)
