@@ -8,12 +8,9 @@
 #include "simhost/lisp/arguments.h"
 #include "simhost/lisp/list.h"
 #include "text/compare.h"
-#include "text/encoding.h"
 #include "text/numbers.h"
-#include "text/split.h"
 
 #include <algorithm>
-#include <array>
 #include <map>
 #include <set>
 #include <utility>
@@ -23,7 +20,6 @@ namespace circuits {
 namespace fs = std::filesystem;
 namespace lisp = simhost::lisp;
 using brenvolt::equalsOrdinalNoCase;
-using brenvolt::fromUtf8;
 using brenvolt::toUpper;
 using lisp::Value;
 
@@ -343,16 +339,9 @@ private:
   /// What the template's format makes of the size of a wire; empty without a format that holds one, or without a size.
   [[nodiscard]] std::wstring layerOf(const TemplateMarker& wire) const {
     if (!load_) return {};
-    const std::wstring misc1 = wire.misc1.value_or(L"");
     const std::wstring& size = wire.isGround() ? load_->groundSize : load_->wireSize;
-    if (size.empty()) return {};
-    constexpr std::wstring_view key = L"_WIRETYPE=";
-    const std::size_t begin = misc1.find(key);
-    if (begin == std::wstring::npos) return {};
-    const std::wstring format =
-        misc1.substr(begin + key.size(), misc1.find(L';', begin) - begin - key.size());
-    const std::vector<std::wstring> parts = brenvolt::splitKeepingEmpty(format, L'@');
-    return parts.size() == 3 ? parts[0] + size + parts[2] : std::wstring();
+    const std::optional<LayerFormat> format = wire.layerFormat();
+    return size.empty() || !format ? std::wstring() : format->before + size + format->after;
   }
 
   static bool takesRatings(const SheetCode& code) {

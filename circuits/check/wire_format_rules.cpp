@@ -4,13 +4,14 @@
 #include "circuits/check/template_rules.h"
 #include "circuits/netlist/netlist.h"
 #include "text/compare.h"
-#include "text/split.h"
 
 #include <algorithm>
 #include <array>
 #include <map>
+#include <optional>
 #include <set>
 #include <string_view>
+#include <utility>
 
 namespace circuits {
 
@@ -18,7 +19,6 @@ using brenvolt::toUpper;
 
 namespace {
 
-constexpr std::wstring_view setting = L"_WIRETYPE=";
 constexpr std::wstring_view placeholder = L"SIZE";
 
 /// Colours of wires as layers abbreviate them: two that differ by a letter are no slip.
@@ -27,29 +27,19 @@ constexpr std::array<std::wstring_view, 29> colours = {
     L"WHT", L"YEL", L"PUR", L"TRQ", L"BK",  L"BN",  L"RD",  L"OG",  L"YE",  L"GN",
     L"BU",  L"VT",  L"GY",  L"WH",  L"PK",  L"TQ",  L"GD",  L"SR",  L"GNYE"};
 
-/// A format with one placeholder: what is before it, its name, what is after it.
 struct WireFormat {
   const TemplateDrawing* drawing;
   const TemplateMarker* marker;
-  std::wstring text;
-  std::wstring before;
-  std::wstring name;
-  std::wstring after;
+  LayerFormat layer;
 };
 
 /// Formats of another shape are findings of their own.
 std::vector<WireFormat> formatsOf(const std::vector<const TemplateDrawing*>& drawings) {
   std::vector<WireFormat> formats;
   for (const TemplateDrawing* drawing : drawings)
-    for (const TemplateMarker& marker : drawing->markers) {
-      const std::wstring misc1 = marker.misc1.value_or(L"");
-      const std::size_t found = misc1.find(setting);
-      if (!marker.isWire() || found == std::wstring::npos) continue;
-      const std::size_t begin = found + setting.size();
-      const std::wstring text = misc1.substr(begin, misc1.find(L';', begin) - begin);
-      const std::vector<std::wstring> parts = brenvolt::splitKeepingEmpty(text, L'@');
-      if (parts.size() == 3) formats.push_back({drawing, &marker, text, parts[0], parts[1], parts[2]});
-    }
+    for (const TemplateMarker& marker : drawing->markers)
+      if (std::optional<LayerFormat> layer = marker.layerFormat(); layer && marker.isWire())
+        formats.push_back({drawing, &marker, std::move(*layer)});
   return formats;
 }
 
@@ -63,7 +53,7 @@ public:
   FormatCheck(const std::vector<const TemplateDrawing*>& drawings, Findings& findings)
       : formats_(formatsOf(drawings)), findings_(findings) {
     for (const WireFormat& format : formats_) {
-      Users& users = users_.try_emplace(toUpper(format.text), Users{format.text}).first->second;
+      Users& users = users_.try_emplace(toUpper(format.layer.text), Users{format.layer.text}).first->second;
       ++users.markers;
       users.drawings.insert(format.drawing);
     }
@@ -72,11 +62,12 @@ public:
   void run() {
     for (const WireFormat& format : formats_) {
       constexpr std::wstring_view anySize = L"10AWG";
-      const std::wstring layer = format.before + std::wstring(anySize) + format.after;
+      const std::wstring layer = format.layer.before + std::wstring(anySize) + format.layer.after;
       if (const std::wstring read = layerSize(layer); read != anySize)
-        add(L"wire-format-layer", format, {{L"format", format.text}, {L"layer", layer}, {L"size", read}});
+        add(L"wire-format-layer", format,
+            {{L"format", format.layer.text}, {L"layer", layer}, {L"size", read}});
       else if (const std::wstring meant = meantBy(format); !meant.empty())
-        add(L"wire-format-similar", format, {{L"format", format.text}, {L"meant", meant}});
+        add(L"wire-format-similar", format, {{L"format", format.layer.text}, {L"meant", meant}});
     }
   }
 
@@ -88,26 +79,25 @@ private:
   };
 
   void add(std::wstring_view rule, const WireFormat& format, RuleValues values) {
-    const std::wstring& misc1 = *format.marker->misc1;
-    const std::size_t from = misc1.find(setting);
     findings_.add(
-        rule, format.drawing->place(*format.marker), {misc1, from, setting.size() + format.text.size()},
-        values);
+        rule, format.drawing->place(*format.marker),
+        {*format.marker->misc1, format.layer.from, format.layer.length}, values);
   }
 
   /// The format of which this one is a slip; empty for none. What several templates or as many wires have is meant, and
   /// so are numbers of lines and colours.
   [[nodiscard]] std::wstring meantBy(const WireFormat& format) const {
     constexpr std::size_t mostSlips = 2;
-    const std::size_t slips = nameDistance(format.name, placeholder);
+    const std::size_t slips = nameDistance(format.layer.placeholder, placeholder);
     if (slips > 0 && slips <= mostSlips)
-      return format.before + L"@" + std::wstring(placeholder) + L"@" + format.after;
-    const Users& own = users_.at(toUpper(format.text));
-    const bool isColour = std::ranges::find(colours, toUpper(layerColour(format.before))) != colours.end();
+      return format.layer.before + L"@" + std::wstring(placeholder) + L"@" + format.layer.after;
+    const Users& own = users_.at(toUpper(format.layer.text));
+    const bool isColour =
+        std::ranges::find(colours, toUpper(layerColour(format.layer.before))) != colours.end();
     if (isColour || own.drawings.size() > 1) return {};
     for (const auto& [other, users] : users_)
-      if (users.markers >= 2 * own.markers && nameDistance(format.text, other) == 1 &&
-          withoutDigits(toUpper(format.text)) != withoutDigits(other))
+      if (users.markers >= 2 * own.markers && nameDistance(format.layer.text, other) == 1 &&
+          withoutDigits(toUpper(format.layer.text)) != withoutDigits(other))
         return users.text;
     return {};
   }

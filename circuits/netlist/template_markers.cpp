@@ -2,6 +2,7 @@
 
 #include "text/compare.h"
 #include "text/numbers.h"
+#include "text/split.h"
 
 namespace circuits {
 
@@ -36,6 +37,18 @@ bool TemplateMarker::isGround() const {
 std::wstring TemplateMarker::suffix() const {
   const std::size_t dash = code.rfind(L'-');
   return dash == std::wstring::npos ? std::wstring() : code.substr(dash);
+}
+
+std::optional<LayerFormat> TemplateMarker::layerFormat() const {
+  constexpr std::wstring_view setting = L"_WIRETYPE=";
+  const std::size_t from = misc1 ? misc1->find(setting) : std::wstring::npos;
+  if (from == std::wstring::npos) return std::nullopt;
+  const std::size_t begin = from + setting.size();
+  const std::wstring text = misc1->substr(begin, misc1->find(L';', begin) - begin);
+  const std::vector<std::wstring> parts = brenvolt::splitKeepingEmpty(text, L'@');
+  constexpr std::size_t withOnePlaceholder = 3;
+  if (parts.size() != withOnePlaceholder) return std::nullopt;
+  return LayerFormat{from, setting.size() + text.size(), text, parts[0], parts[1], parts[2]};
 }
 
 std::vector<TemplateMarker> templateMarkers(const simhost::DrawingDatabase& drawing) {

@@ -3,11 +3,22 @@
 
 #include "simhost/drawing/drawing_database.h"
 
+#include <cstddef>
 #include <optional>
 #include <string>
 #include <vector>
 
 namespace circuits {
+
+/// The layer of a wire by its size: what MISC1 has after "_WIRETYPE=", with the placeholder between two "@".
+struct LayerFormat {
+  std::size_t from = 0; ///< of the setting in MISC1
+  std::size_t length = 0;
+  std::wstring text;
+  std::wstring before;
+  std::wstring placeholder;
+  std::wstring after;
+};
 
 struct TemplateMarker {
   KvDbHandle handle;
@@ -24,6 +35,8 @@ struct TemplateMarker {
   [[nodiscard]] bool isWire() const;   ///< CODE begins with WT
   [[nodiscard]] bool isGround() const; ///< a wire position of the grounding conductor
   [[nodiscard]] std::wstring suffix() const;
+  /// Nothing without a format of one placeholder.
+  [[nodiscard]] std::optional<LayerFormat> layerFormat() const;
 };
 
 /// Of model space, in drawing order.
