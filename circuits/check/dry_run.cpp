@@ -219,9 +219,11 @@ private:
       const std::int32_t wanted = sum == sums.end() ? incompleteCode : sum->second;
       for (const SheetForm& form : code.forms)
         if (form.column == sheetcolumn::controlForms && form.forCode == wanted)
-          for (const auto& [table, title] : form.pairs)
+          for (const SheetPair& pair : form.pairs)
             parts.push_back(
-                {&form, {code.code, table, title, lookups_.partOf(sheet_, code, form, table)}, false});
+                {&form,
+                 {code.code, pair.table, pair.title, lookups_.partOf(sheet_, code, form, pair)},
+                 false});
     }
     return parts;
   }

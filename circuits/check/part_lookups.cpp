@@ -51,31 +51,24 @@ std::optional<std::vector<std::wstring>> lookUpPart(
 }
 
 const std::vector<std::wstring>& PartLookups::partOf(
-    const SheetModel& sheet, const SheetCode& code, const SheetForm& form, const std::wstring& table) {
-  std::vector<std::wstring>& part = parts_[{form.text, table}];
+    const SheetModel& sheet, const SheetCode& code, const SheetForm& form, const SheetPair& pair) {
+  std::vector<std::wstring>& part = parts_[{form.text, pair.table}];
   if (!part.empty()) return part;
-  std::optional<std::vector<std::wstring>> values = lookUpPart(session_, form, {table});
+  std::optional<std::vector<std::wstring>> values = lookUpPart(session_, form, {pair.table});
   if (!values) return part;
-  note(sheet, code, form, table, !values->empty());
+  note(sheet, code, form, pair, !values->empty());
   constexpr std::ptrdiff_t count = 3; // its place among the values of a group
   if (!values->empty()) values->insert(values->begin() + count, L"1");
   return part = std::move(*values);
 }
 
 void PartLookups::note(
-    const SheetModel& sheet, const SheetCode& code, const SheetForm& form, const std::wstring& table,
+    const SheetModel& sheet, const SheetCode& code, const SheetForm& form, const SheetPair& pair,
     bool hasPart) {
   const std::wstring function(brenvolt::cutTokens(form.text).front().text);
-  Asked& asked = asked_[toUpper(function)].try_emplace(toUpper(table), Asked{table}).first->second;
+  Asked& asked = asked_[toUpper(function)].try_emplace(toUpper(pair.table), Asked{pair.table}).first->second;
   asked.hasParts = asked.hasParts || hasPart;
-  const auto [place, isNew] = asked.places.try_emplace({sheet.name, form.row});
-  if (!isNew) return;
-  place->second = site_.place(sheet, code, form.row, form.column);
-  if (const TableText* text = site_.findSheet(sheet.name))
-    for (const TableText::Row& row : text->rows)
-      for (int column = sheetcolumn::firstPair; row.number == form.row && column <= text->columnCount();
-           column += 2)
-        if (row.cell(column) == table) place->second.column = column;
+  asked.places.try_emplace({sheet.name, form.row}, site_.place(sheet, code, form.row, pair.column));
 }
 
 void PartLookups::report(Findings& findings) const {

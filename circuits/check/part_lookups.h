@@ -33,10 +33,10 @@ public:
 
   /// Parts are those of the motor or load of a circuit: what another one has got is forgotten.
   void beginCircuit() { parts_.clear(); }
-  /// What the form of a part gives for a table: manufacturer, catalogue number, assembly code, count, and what follows.
+  /// What the form of a part gives for the table of a pair: manufacturer, catalogue number, assembly code, count, and what follows.
   /// Empty for nothing, and for a form that asks for more than the part.
   [[nodiscard]] const std::vector<std::wstring>& partOf(
-      const SheetModel& sheet, const SheetCode& code, const SheetForm& form, const std::wstring& table);
+      const SheetModel& sheet, const SheetCode& code, const SheetForm& form, const SheetPair& pair);
 
   /// Reports tables without a part of functions that give parts of others.
   void report(Findings& findings) const;
@@ -50,7 +50,7 @@ private:
   using ByTable = std::map<std::wstring, Asked>; ///< by name in upper case
 
   void note(
-      const SheetModel& sheet, const SheetCode& code, const SheetForm& form, const std::wstring& table,
+      const SheetModel& sheet, const SheetCode& code, const SheetForm& form, const SheetPair& pair,
       bool hasPart);
 
   const SiteModel& site_;

@@ -181,9 +181,9 @@ private:
         values.push_back(property.attribute(L"Value"));
     }
     const auto form = std::ranges::find_if(record.forms, [&](const SheetForm& each) {
-      return std::ranges::any_of(each.pairs, [&](const auto& pair) {
-        return equalsCollating(pair.second, title) &&
-               (table.empty() || equalsOrdinalNoCase(pair.first, table));
+      return std::ranges::any_of(each.pairs, [&](const SheetPair& pair) {
+        return equalsCollating(pair.title, title) &&
+               (table.empty() || equalsOrdinalNoCase(pair.table, table));
       });
     });
     if (form == record.forms.end()) {

@@ -48,9 +48,9 @@ private:
   void addRecord(const CircuitEntry& entry, const SheetCode& code) {
     Record& record = records_.try_emplace(toUpper(code.code), Record{code.code}).first->second;
     for (const SheetForm& form : code.forms)
-      for (const auto& [table, title] : form.pairs)
-        if (record.groups.try_emplace(toUpper(table), Group{&entry, &form}).second)
-          record.tables.push_back(table);
+      for (const SheetPair& pair : form.pairs)
+        if (record.groups.try_emplace(toUpper(pair.table), Group{&entry, &form}).second)
+          record.tables.push_back(pair.table);
   }
 
   /// "CATALOGSEL (Induction 5 HP)"

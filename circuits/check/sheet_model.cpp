@@ -12,12 +12,12 @@ using brenvolt::equalsCollating;
 
 namespace {
 
-std::vector<std::pair<std::wstring, std::wstring>> pairsOf(const TableText::Row& row) {
-  std::vector<std::pair<std::wstring, std::wstring>> pairs;
+std::vector<SheetPair> pairsOf(const TableText::Row& row) {
+  std::vector<SheetPair> pairs;
   const int count = static_cast<int>(row.cells.size());
   for (int left = sheetcolumn::firstPair; left < count; left += 2)
     if (!row.cell(left).empty() && !row.cell(left + 1).empty())
-      pairs.emplace_back(row.cell(left), row.cell(left + 1));
+      pairs.push_back({row.cell(left), row.cell(left + 1), left});
   return pairs;
 }
 

@@ -42,6 +42,13 @@ struct SheetGroup {
   [[nodiscard]] bool hasDefault() const;
 };
 
+/// A table of parts and the title of its group.
+struct SheetPair {
+  std::wstring table;
+  std::wstring title;
+  int column = 0; ///< of the table
+};
+
 /// One form of a cell.
 struct SheetForm {
   int row = 0;
@@ -50,8 +57,7 @@ struct SheetForm {
   std::size_t from = 0; ///< of the form in the cell
   std::wstring text;
   std::int32_t forCode = incompleteCode;
-  std::vector<std::pair<std::wstring, std::wstring>>
-      pairs; ///< tables of parts and the titles of their groups
+  std::vector<SheetPair> pairs;
 };
 
 struct SheetCode {

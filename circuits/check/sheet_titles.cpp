@@ -41,8 +41,8 @@ SheetTitles readSheetTitles(const std::wstring& workbook, const std::wstring& wo
     for (const SheetGroup& group : code.groups)
       if (!group.onlyWith.empty()) titles.onlyWith[{title, group.title}] = group.onlyWith;
     for (const SheetForm& form : code.forms)
-      for (const auto& [table, group] : form.pairs)
-        titles.partTables.try_emplace({brenvolt::toUpper(code.code), group}, table);
+      for (const SheetPair& pair : form.pairs)
+        titles.partTables[{brenvolt::toUpper(code.code), pair.title}].insert(brenvolt::toUpper(pair.table));
   }
   return titles;
 }

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <map>
+#include <set>
 #include <string>
 #include <utility>
 #include <vector>
@@ -13,8 +14,9 @@ struct SheetTitles {
   /// Options of groups above, of which one has to be chosen; by the titles of CODE and group. A group without a condition
   /// is not here.
   std::map<std::pair<std::wstring, std::wstring>, std::vector<std::wstring>> onlyWith{};
-  /// The table of each group of parts, by upper-case CODE and the title of the group.
-  std::map<std::pair<std::wstring, std::wstring>, std::wstring> partTables{};
+  /// The tables of each group of parts in upper case, by upper-case CODE and the title of the group: option codes may
+  /// have different tables below one title.
+  std::map<std::pair<std::wstring, std::wstring>, std::set<std::wstring>> partTables{};
 };
 
 /// Empty for a workbook or a sheet that cannot be read.

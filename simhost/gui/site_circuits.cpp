@@ -222,13 +222,14 @@ QStringList SiteCircuits::drawnInGroup(const OfferedCircuit& circuit, const QStr
                                             L"",        L"RATING1", L"RATING2",  L"RATING3",
                                             L"RATING4", L"RATING5", L"RATING6"};
   const auto& tables = titlesOf(circuit).partTables;
-  std::wstring family;
+  std::set<std::wstring> families;
   for (const std::wstring& code : units_.currentCodes())
-    if (const auto table = tables.find({code, fromQt(group)}); table != tables.end()) family = table->second;
-  if (family.empty()) return {};
+    if (const auto found = tables.find({code, fromQt(group)}); found != tables.end())
+      families.insert(found->second.begin(), found->second.end());
+  if (families.empty()) return {};
   QStringList texts;
   for (const EntityFacts& facts : drawnComponents()) {
-    if (!brenvolt::equalsOrdinalNoCase(facts.attribute(L"FAMILY"), family)) continue;
+    if (!families.contains(brenvolt::toUpper(facts.attribute(L"FAMILY")))) continue;
     for (const wchar_t* row : rows)
       texts.append(toQt(facts.attribute(row)));
     break;

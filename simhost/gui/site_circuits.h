@@ -38,7 +38,7 @@ public:
   /// By the wires that each motor or load of the template has.
   [[nodiscard]] QString phase() override;
   [[nodiscard]] QString drawnByUnit() override;
-  /// A component is that of a group when its family is the group's table of parts.
+  /// A component is that of a group when its family is one of the group's tables of parts.
   [[nodiscard]] QStringList drawnInGroup(const OfferedCircuit& circuit, const QString& group) override;
   [[nodiscard]] QStringList configurations(const OfferedCircuit& circuit) override;
   [[nodiscard]] QString chooseConfiguration(const OfferedCircuit& circuit, QWidget* parent) override;
