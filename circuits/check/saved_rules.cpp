@@ -10,6 +10,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <functional>
 #include <optional>
 #include <set>
 #include <system_error>
@@ -221,57 +222,63 @@ private:
         checkSize(code, wires.family, at(valuesOf(wire), 0), metal, standard);
   }
 
-  /// Description and temperature, as the wire lookup looks for them.
+  /// Description and temperature, letter by letter as the wire lookup looks for them.
   void checkInsulation(const std::wstring& code, const std::vector<std::wstring>& setup) {
     const std::wstring insulation = at(setup, setupplace::insulation);
     const std::wstring temperature = at(setup, setupplace::temperature);
     if (insulation.empty()) return;
-    const SiteTable* searched = nullptr;
-    for (const ElectricalCode& electrical : codes_) {
-      const SiteTable* table = tables_.find(
-          L"INSUL_" + at(setup, setupplace::metal) + L"_" + at(setup, setupplace::standard) + L"_" +
-          electrical.name);
-      if (table == nullptr) continue;
-      searched = table;
-      const int description = table->text.columnOf(L"INSUL_DESC");
-      const int column = table->text.columnOf(L"TEMP");
-      for (const TableText::Row& row : table->text.rows)
-        if (equalsOrdinalNoCase(row.cell(description), insulation) &&
-            equalsOrdinalNoCase(row.cell(column), temperature))
-          return;
-    }
-    if (searched != nullptr)
+    const Search search = findRow(
+        L"INSUL_", at(setup, setupplace::metal), at(setup, setupplace::standard),
+        [&](const TableText& text, const TableText::Row& row) {
+          return row.cell(text.columnOf(L"INSUL_DESC")) == insulation &&
+                 row.cell(text.columnOf(L"TEMP")) == temperature;
+        });
+    if (!search.isFound && search.last != nullptr)
       findings_.add(
           L"saved-insulation-gone", placeOf(code),
           {{L"saved", name_},
            {L"insulation", insulation},
            {L"temperature", temperature},
-           {L"table", searched->text.name}});
+           {L"table", search.last->text.name}});
   }
 
-  /// In any code's table: a configuration does not say for which one it was made.
   void checkSize(
       const std::wstring& code, const wchar_t* family, const std::wstring& size, const std::wstring& metal,
       const std::wstring& standard) {
     if (size.empty() || metal.empty()) return;
-    const SiteTable* searched = nullptr;
-    for (const ElectricalCode& electrical : codes_) {
-      const SiteTable* table = tables_.find(family + metal + L"_" + standard + L"_" + electrical.name);
-      if (table == nullptr) continue;
-      searched = table;
-      const int column = table->text.columnOf(L"SIZE_DESC");
-      for (const TableText::Row& row : table->text.rows)
-        if (equalsOrdinalNoCase(brenvolt::removeBlanks(row.cell(column)), brenvolt::removeBlanks(size)))
-          return;
-    }
-    if (searched != nullptr)
+    const Search search =
+        findRow(family, metal, standard, [&](const TableText& text, const TableText::Row& row) {
+          return equalsOrdinalNoCase(
+              brenvolt::removeBlanks(row.cell(text.columnOf(L"SIZE_DESC"))), brenvolt::removeBlanks(size));
+        });
+    if (search.isFound) return;
+    if (search.last != nullptr)
       findings_.add(
           L"saved-size-gone", placeOf(code),
-          {{L"saved", name_}, {L"size", size}, {L"table", searched->text.name}});
+          {{L"saved", name_}, {L"size", size}, {L"table", search.last->text.name}});
     else if (tables_.isWhole) // else it may be in a table that cannot be read
       findings_.add(
           L"saved-table-gone", placeOf(code),
           {{L"saved", name_}, {L"metal", metal}, {L"standard", standard}});
+  }
+
+  struct Search {
+    bool isFound = false;
+    const SiteTable* last = nullptr; ///< the table that was searched last; null when the site has none
+  };
+  /// In the tables of every code: a configuration does not say for which one it was made.
+  Search findRow(
+      const std::wstring& family, const std::wstring& metal, const std::wstring& standard,
+      const std::function<bool(const TableText&, const TableText::Row&)>& isMeant) const {
+    Search search;
+    for (const ElectricalCode& electrical : codes_) {
+      const SiteTable* table = tables_.find(family + metal + L"_" + standard + L"_" + electrical.name);
+      if (table == nullptr) continue;
+      search.last = table;
+      for (const TableText::Row& row : table->text.rows)
+        search.isFound = search.isFound || isMeant(table->text, row);
+    }
+    return search;
   }
 
   void checkRating(const std::wstring& code, const std::vector<std::wstring>& setup, const wchar_t* family) {
