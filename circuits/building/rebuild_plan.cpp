@@ -106,6 +106,7 @@ simhost::WireTexts wiresOf(const CircuitLoad& load) {
        {std::pair{WireField::wireStandard, L"Wire size standard"},
         std::pair{WireField::metal, L"Conductor metal"}, std::pair{WireField::insulation, L"Insulation"}})
     texts[field] = text(name);
+  texts.temperature = text(L"Temperature rating");
   for (const auto& [field, name] :
        {std::pair{WireField::multiplier, L"Multiplier"},
         std::pair{WireField::extra, L"Additional current (A)"},

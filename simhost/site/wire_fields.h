@@ -125,6 +125,7 @@ struct WireTexts {
   std::array<std::wstring, wireFieldCount> texts;
   bool hidesUndersized = false;
   bool isUnattended = false; ///< the size that a build takes is requested
+  std::wstring temperature;  ///< for an insulation's description that the table has at several; may be empty
 
   [[nodiscard]] std::wstring& operator[](WireField field) { return texts[static_cast<std::size_t>(field)]; }
   [[nodiscard]] const std::wstring& operator[](WireField field) const {

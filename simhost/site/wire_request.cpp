@@ -10,6 +10,7 @@
 #include "text/split.h"
 
 #include <algorithm>
+#include <set>
 
 namespace simhost {
 
@@ -165,17 +166,34 @@ private:
     value.text = tables_.insulationLabel(set, wanted);
     if (value.text.find(L'/') == std::wstring::npos) {
       column = L"INSUL_DESC";
-      const std::vector<std::wstring>& labels = tables_.insulations(set);
-      const auto described = std::find_if(labels.begin(), labels.end(), [&wanted](const std::wstring& label) {
-        return brenvolt::equalsOrdinalNoCase(
-            brenvolt::trim(std::wstring_view(label).substr(0, label.find(L'/'))), wanted);
-      });
-      if (described == labels.end())
-        return fail(WireField::insulation, toUtf8(table) + " has no row with INSUL = " + toUtf8(wanted));
-      value.text = *described;
+      const std::set<std::wstring> labels = insulationsDescribed(wanted);
+      if (labels.empty())
+        return fail(
+            WireField::insulation,
+            toUtf8(table) + " has no row with INSUL or INSUL_DESC = " + toUtf8(wanted));
+      if (labels.size() > 1)
+        return fail(
+            WireField::insulation, toUtf8(table) + " has several rows with INSUL_DESC = " + toUtf8(wanted) +
+                                       ": give the INSUL of one");
+      value.text = *labels.begin();
     }
     request_.temperatureOrigin = rowOrigin(table, column, wanted, L"TEMP");
     if (isGivenText(WireField::insulation)) request_.buildChoices.temperature = fields().temperature();
+  }
+
+  /// The labels of a description: that of the circuit's temperature if the table has it, else those of all.
+  [[nodiscard]] std::set<std::wstring> insulationsDescribed(const std::wstring& description) {
+    std::set<std::wstring> found;
+    for (const std::wstring& label : tables_.insulations(fields().tables())) {
+      const std::size_t slash = label.find(L'/');
+      const std::wstring_view whole = label;
+      if (!brenvolt::equalsOrdinalNoCase(brenvolt::trimView(whole.substr(0, slash)), description)) continue;
+      if (!texts_.temperature.empty() &&
+          brenvolt::equalsOrdinalNoCase(brenvolt::trimView(whole.substr(slash + 1)), texts_.temperature))
+        return {label};
+      found.insert(label);
+    }
+    return found;
   }
 
   void takeFactors() {

@@ -184,7 +184,7 @@ TEST_CASE("every fault of a circuit is named by its option") {
        "--voltage: \"0\" must be a number above 0\n--phase"},
       {{"--power-factor", "1.1"}, "--power-factor: \"1.1\" must be a number above 0 and at most 1"},
       {{"--metal", "FE"}, "--metal: there is no table AMP_FE_AWG_NEC"},
-      {{"--insulation", "WOOL"}, "--insulation: INSUL_CU_AWG_NEC has no row with INSUL = WOOL"},
+      {{"--insulation", "WOOL"}, "--insulation: INSUL_CU_AWG_NEC has no row with INSUL or INSUL_DESC = WOOL"},
       {{"--insulation", "TH'WN"}, "--insulation: \"TH'WN\" must not contain quotes"},
       {{"--length", "10", "--raceway", "WOOD"},
        "is not a column of XL&R_CU_AWG_NEC, which has PVC, AL, STEEL"},

@@ -12,6 +12,7 @@
 #include <filesystem>
 #include <iterator>
 #include <random>
+#include <tuple>
 
 using namespace brenvolt;
 using simhost::WireRequest;
@@ -151,6 +152,26 @@ TEST_CASE("the lookup's figures are those of the tool, whatever the order in whi
     }
   }
   CHECK(withProposal > 60);
+}
+
+TEST_CASE("an insulation's description at two temperatures is taken by that of its circuit only") {
+  TableFixture tables(test::TableTexts{
+      {"AMP_CU_AWG_NEC", "ID,SIZE,SIZE_DESC,75C,90C\n1,14,14 AWG,20,25\n"},
+      {"INSUL_CU_AWG_NEC", "ID,INSUL,INSUL_DESC,TEMP,30C\n1,A,Wet,75C,1\n2,B,Wet,90C,1\n3,C,Dry,90C,1\n"}});
+  WireRequests requests(*tables.connection());
+  const char* several = "INSUL_CU_AWG_NEC has several rows with INSUL_DESC = Wet: give the INSUL of one";
+  for (const auto& [insulation, temperature, taken] :
+       {std::tuple(L"wet", L"90C", "Wet / 90C"), std::tuple(L"Wet", L"", several),
+        std::tuple(L"Wet", L"60C", several), std::tuple(L"Dry", L"75C", "Dry / 90C")}) {
+    simhost::WireTexts texts;
+    texts[Option::fla] = texts[Option::voltage] = L"5";
+    texts[Option::phase] = L"3";
+    texts[Option::insulation] = insulation;
+    texts.temperature = temperature;
+    std::vector<simhost::WireFault> faults;
+    const std::optional<WireRequest> request = requests.resolve(texts, faults);
+    CHECK_EQ(request ? toUtf8(request->fields.text(LookupField::insulation)) : faults.front().reason, taken);
+  }
 }
 
 TEST_CASE("a current that meets an ampacity: the lookup passes it by, a build takes it") {
