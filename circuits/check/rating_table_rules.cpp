@@ -108,7 +108,8 @@ class ComponentCheck final {
 public:
   ComponentCheck(const RatingTables& tables, FaultyFormulas& faulty, Findings& findings)
       : formulas_(*tables.formulas), descriptions_(tables.descriptions), steps_(tables.steps),
-        motors_(tables.motors), faulty_(faulty), findings_(findings), currents_(currentsOf(tables.motors)) {
+        motors_(tables.motors), loads_(tables.loads), faulty_(faulty), findings_(findings),
+        currents_(currentsOf(tables.motors)) {
     for (auto& [type, currents] : currentsOf(tables.loads))
       if (currents_.emplace(type, std::move(currents)).second) loadTypes_.insert(type);
   }
@@ -161,12 +162,17 @@ private:
     for (const TableText::Row& formula : formulas_.text.rows) {
       if (faulty_.contains(&formula.cell(column))) continue;
       if (isNotOfLoad(formula, type, column)) continue;
-      const auto currents = currents_.find(toUpper(formula.cell(type)));
+      const std::wstring name = toUpper(formula.cell(type));
+      const auto currents = currents_.find(name);
       const std::vector<double> values = checkFormula(
           formulas_.place(formula.number, column), formula.cell(column),
           currents == currents_.end() ? std::vector<double>() : currents->second, findings_);
       if (values.empty()) faulty_.insert(&formula.cell(column));
-      if (!values.empty() && !limits.empty()) checkSteps(formula, column, component, values, limits.back());
+      // Without a motor or load of the type, the currents are only assumed.
+      if (!values.empty() && !limits.empty() && currents != currents_.end())
+        checkSteps(
+            formulas_.place(formula.number, column), formula.cell(column), component,
+            *(loadTypes_.contains(name) ? loads_ : motors_), values, limits.back());
     }
   }
 
@@ -190,15 +196,16 @@ private:
     return limits;
   }
 
+  /// @param rated  the table of the motors or loads that the values are for
   void checkSteps(
-      const TableText::Row& row, int column, const std::wstring& component, const std::vector<double>& values,
-      double largest) {
+      const FindingPlace& place, const std::wstring& formula, const std::wstring& component,
+      const SiteTable& rated, const std::vector<double>& values, double largest) {
     const double highest = *std::ranges::max_element(values);
     if (highest > largest + brenvolt::numberTolerance)
       findings_.add(
-          L"steps-end", formulas_.place(row.number, column), {row.cell(column)},
+          L"steps-end", place, {formula},
           {{L"component", component},
-           {L"table", motors_ == nullptr ? formulas_.text.name : motors_->text.name},
+           {L"table", rated.text.name},
            {L"value", formatTrimmed(highest)},
            {L"largest", formatTrimmed(largest)}});
   }
@@ -207,6 +214,7 @@ private:
   const SiteTable* descriptions_;
   const SiteTable* steps_;
   const SiteTable* motors_;
+  const SiteTable* loads_;
   FaultyFormulas& faulty_;
   Findings& findings_;
   Currents currents_;

@@ -418,8 +418,8 @@ constexpr Rule table[] = {
     {L"formula-value", tables, error, L"\"{formula}\" gives {value} for {current} A.",
      L"Try it with brenvolt expr.", L"`0-i`"},
     {L"steps-end", tables, warning,
-     L"{component} reaches {value} A for the motors of {table}, and its ratings end at {largest} A: the "
-     L"largest motors have none.",
+     L"{component} reaches {value} A for the motors or loads of {table}, and its ratings end at {largest} A: "
+     L"the largest of them have none.",
      L"Add larger ratings.", L"a 40 A breaker as the last, and a motor of 30 A"},
     {L"steps-rating", tables, warning,
      L"{component} up to {limit} A gets the rating {rating}, which is below.", L"Correct the rating or MAX.",
