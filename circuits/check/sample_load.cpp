@@ -147,20 +147,27 @@ std::optional<SampleLoad> sampleLoad(
   return sample;
 }
 
-std::vector<SampleLoad> loadsOfEachCurrent(
+std::vector<SampleLoad> loadsToTry(
     const TableSet& tables, const ElectricalCode& electrical, const LoadNeed& need) {
   const SiteTable* table = loadTable(tables, electrical, need.kind);
   if (table == nullptr) return {};
-  std::map<double, const TableText::Row*> rows; // by current
+  std::map<double, const TableText::Row*> first; // by current
+  std::vector<const TableText::Row*> others;
   const int phase = table->text.columnOf(L"Phase");
   const int current = table->text.columnOf(L"FLA (A)");
-  for (const TableText::Row& row : table->text.rows)
-    if (row.cell(phase) == need.phases)
-      rows.try_emplace(brenvolt::plainNumber(row.cell(current)).value_or(0.0), &row);
+  for (const TableText::Row& row : table->text.rows) {
+    const double amperes = brenvolt::plainNumber(row.cell(current)).value_or(0.0);
+    if (row.cell(phase) != need.phases || amperes <= 0.0) continue;
+    if (!first.try_emplace(amperes, &row).second) others.push_back(&row);
+  }
   std::vector<SampleLoad> loads;
-  for (const auto& [amperes, row] : rows)
-    if (amperes > 0.0)
-      loads.push_back({need.kind, setupOf(*table, *row, electrical, need.kind), {}, {}, false});
+  const auto add = [&](const TableText::Row& row) {
+    loads.push_back({need.kind, setupOf(*table, row, electrical, need.kind), {}, {}, false});
+  };
+  for (const auto& [amperes, row] : first)
+    add(*row);
+  for (const TableText::Row* row : others)
+    add(*row);
   return loads;
 }
 

@@ -39,8 +39,9 @@ struct SampleLoad {
 [[nodiscard]] std::optional<SampleLoad> sampleLoad(
     const TableSet& tables, const ElectricalCode& electrical, const LoadNeed& need,
     const std::filesystem::path& database);
-/// One of each current of the tables, the smallest first, without sizes of wires.
-[[nodiscard]] std::vector<SampleLoad> loadsOfEachCurrent(
+/// All of the phase, without sizes of wires: one of each current, the smallest first, and then the others, by which a
+/// lookup may choose other parts.
+[[nodiscard]] std::vector<SampleLoad> loadsToTry(
     const TableSet& tables, const ElectricalCode& electrical, const LoadNeed& need);
 
 /// A wire position of a template with its layer.

@@ -24,8 +24,12 @@ public:
   std::vector<SavedPart> run(
       const std::vector<std::wstring>& controls, const std::vector<SampleLoad>& loads) {
     dropFound();
-    for (const SampleLoad& load : loads) {
-      if (open_.empty()) break;
+    std::vector<const SampleLoad*> tried;
+    for (const SampleLoad& load : loads)
+      tried.push_back(&load);
+    if (tried.empty()) tried.push_back(nullptr); // a circuit without a motor
+    for (const SampleLoad* load : tried) {
+      if (open_.empty()) return {};
       std::vector<SampleControl> samples;
       for (const std::wstring& code : controls)
         samples.push_back({code, {}});
@@ -33,10 +37,11 @@ public:
       const TrialBuild trial(
           session_, entry_,
           session_.workbookWith(
-              savedSample(&load, samples, {}, {}, {entry_.circuit, entry_.type, TrialBuild::savedName})));
+              savedSample(load, samples, {}, {}, {entry_.circuit, entry_.type, TrialBuild::savedName})));
       session_.windows().onTask = nullptr;
+      // Which part its motor would get is not known; what a build reports of itself says why.
+      if (!trial.isBuilt()) return {};
       dropFound();
-      if (trial.answer().isLoop) break;
     }
     // A lookup that returns nothing of a table at all needs what a check does not have, or another rule names it.
     std::erase_if(open_, [this](const SavedPart& each) { return !hasParts_.contains(each.part.table); });
@@ -91,7 +96,9 @@ void checkSavedParts(
         controls.push_back(marker.code);
     const std::optional<LoadNeed> need = loadNeedOf(*sheet, drawing);
     std::vector<SampleLoad> loads;
-    if (need && electrical != nullptr) loads = loadsOfEachCurrent(tables, *electrical, *need);
+    if (need && electrical != nullptr) loads = loadsToTry(tables, *electrical, *need);
+    // Where the tables have no motor, nothing is tried: the lookup would go by the motor of another circuit.
+    if (need && loads.empty()) continue;
     for (const SavedPart& each : SavedPartCheck(session, *entry, std::move(ofEntry)).run(controls, loads))
       findings.add(
           L"saved-part-number", each.place,

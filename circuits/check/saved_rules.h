@@ -31,7 +31,7 @@ std::vector<SavedPart> checkSaved(
 std::vector<SavedPart> checkSelections(const SiteModel& site, const TableSet& tables, Findings& findings);
 
 /// Reports parts that the site's lookups return for no motor or load of the tables. A lookup goes by the motor of the
-/// circuit that was built last, so circuits are built with one motor of each current until every part has come up.
+/// circuit that was built last, so circuits are built with one motor after the other until every part has come up.
 void checkSavedParts(
     const SiteModel& site, CheckSession& session, const TableSet& tables,
     const std::vector<ElectricalCode>& codes, TemplateSet& templates, std::vector<SavedPart> parts,

@@ -164,6 +164,11 @@ TEST_CASE("what is beside a fault neither hides it nor makes a false one") {
       "<History Name=\"Pump\"/></CircuitType></Circuit></BrenvoltHistory>";
   const std::string motors = test::bytesOf("tests/check/base/tables/MOTOR_NEC.csv");
   using Kind = Change::Kind;
+  const Change finds = {
+      Kind::replace, "site.lsp", "number assembly) nil", "number assembly) '(\"Z\" \"FU-1\" \"\")"};
+  const Change part = {
+      Kind::append, "tables/CATALOGSEL.csv", "",
+      "DISC,21,FU,Induction,5,HP,460,1,60,1800,Z,FU-8,,1,FUSE,8A,,,,,"};
   const struct {
     std::string name;
     std::vector<Change> changes;
@@ -186,10 +191,18 @@ TEST_CASE("what is beside a fault neither hides it nor makes a false one") {
         {Kind::append, "zan_brenvolt.xml", "", saved}},
        {" workbook-unreadable: "},
        {"saved-circuit-gone"}},
+      {"a part without a motor to look it up for",
+       {finds, part, {Kind::remove, "tables/MOTOR_NEC.csv", "", ""}},
+       {" table-missing: "},
+       {"saved-part-number"}},
+      {"a part whose circuit is not built",
+       {finds, part, {Kind::replace, "site.lsp", "(site-insert-and-build template args point)))", "nil))"}},
+       {" run-"},
+       {"saved-part-number"}},
   };
   for (const auto& row : rows) {
     CAPTURE(row.name);
-    const std::string output = ChangedSite(row.changes).check({"--quick"}).output;
+    const std::string output = ChangedSite(row.changes).check({}).output;
     for (const std::string& found : row.found)
       checkHolds(output, {found});
     for (const std::string& absent : row.absent)
