@@ -266,8 +266,7 @@ constexpr Rule table[] = {
      L"`DS` in column 11, while the form takes the part of `CB`"},
     {L"run-table-without-parts", run, warning,
      L"{function} returns no part of the table {table} for any motor or load of the check{similar} It "
-     L"returns "
-     L"parts of {known}.",
+     L"returns parts of {known}.",
      L"Correct the name of the table, or add parts to it.",
      L"`OLR` in column 11, while the lookup knows `OL`"},
     {L"run-open-wire", run, warning, L"A wire on layer {layer} ends at nothing here with {choices}.",
@@ -470,9 +469,8 @@ constexpr Rule table[] = {
      L"{saved} holds a part of {table} for \"{title}\"; the sheet no longer has this table with this title.",
      L"Build it and save it again.", L"a pair of columns 11 and 12 that was renamed"},
     {L"saved-part-number", saved, warning,
-     L"{saved} holds the part {part} of {table}; the lookup of its group returns it for no motor "
-     L"or load of the "
-     L"tables.",
+     L"{saved} holds the part {part} of {table}; the lookup of its group returns it for no motor or load of "
+     L"the tables.",
      L"Build it, choose a present part and save it again.", L"a part that its maker no longer has"},
     {L"selection-code", saved, warning,
      L"No sheet has a record {code}, so this choice of a part is never shown{similar}",
