@@ -28,11 +28,11 @@ public:
     for (const SampleLoad& load : loads)
       tried.push_back(&load);
     if (tried.empty()) tried.push_back(nullptr); // a circuit without a motor
+    std::vector<SampleControl> samples;
+    for (const std::wstring& code : controls)
+      samples.push_back({code, {}});
     for (const SampleLoad* load : tried) {
       if (open_.empty()) return {};
-      std::vector<SampleControl> samples;
-      for (const std::wstring& code : controls)
-        samples.push_back({code, {}});
       session_.windows().onTask = [](const simhost::TaskQuestion&) { return kvui::firstCommand; };
       const TrialBuild trial(
           session_, entry_,

@@ -21,7 +21,7 @@ namespace {
 
 constexpr std::wstring_view placeholder = L"SIZE";
 
-/// Colours of wires as layers abbreviate them: two that differ by a letter are no slip.
+/// Colours of wires as layers abbreviate them: two that differ by a letter are both meant.
 constexpr std::array<std::wstring_view, 29> colours = {
     L"BLK", L"BLU", L"BRN", L"GRN", L"GRY", L"ORG", L"PNK", L"RED", L"TAN", L"VIO",
     L"WHT", L"YEL", L"PUR", L"TRQ", L"BK",  L"BN",  L"RD",  L"OG",  L"YE",  L"GN",

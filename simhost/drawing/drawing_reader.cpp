@@ -332,7 +332,7 @@ LoadedDrawing drawingFromJson(std::string_view json, std::wstring_view name) {
   } catch (const DrawingFileError& error) {
     return failure(error.text);
   } catch (const nlohmann::json::parse_error& error) {
-    return failure(lineOf(json, error.byte) + L": this is no JSON text");
+    return failure(lineOf(json, error.byte) + L": this is not JSON text");
   } catch (const nlohmann::json::exception&) {
     return failure(L"a number is too large");
   }

@@ -64,7 +64,7 @@ TEST_CASE("a damaged file is told with its place and reason") {
       {"\"version\":1", "\"version\":2", "f: drawing: the version of the file is not supported"},
       {"\"version\":1,", "\"version\":1,\"extra\":1,", "f: drawing: the field extra is unknown"},
       {"\"nextHandle\":\"", "\"nextHandle\":\"FFFFFFFF", "f: drawing: the field nextHandle is too large"},
-      {"\"blocks\":[", "\"blocks\":[[", "f: line 34: this is no JSON text"},
+      {"\"blocks\":[", "\"blocks\":[[", "f: line 34: this is not JSON text"},
       {"\"radius\":4", "\"radius\":1e999", "f: a number is too large"},
       {"\"radius\":4", "\"radius\":0", "f: block \"Coil\", entity 5: the radius must be above 0"},
       {"\"radius\":4", "\"radius\":\"4\"", "f: block \"Coil\", entity 5: the field radius must be a number"},
