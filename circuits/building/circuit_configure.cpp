@@ -103,6 +103,7 @@ private:
     // A circuit that no list brought: by the electrical code of the session.
     if (row_.standardCode.empty()) row_.standardCode = simhost::sessionStandard(run_.interpreter());
     row_.sizing = field(L"sizing");
+    row_.fixedSizes = field(L"wire-size");
   }
 
   /// Under the name that its choices were saved under or taken from, while the site has one of this name; else under the

@@ -269,6 +269,7 @@ void keepRow(
   add(L"ambient", circuit.ambient);
   add(L"drop", circuit.drop);
   add(L"sizing", circuit.sizing);
+  add(L"wire-size", circuit.fixedSizes);
   const simhost::CircuitFields& built = drawing.store().circuits().at(id);
   fields.insert(fields.end(), built.begin(), built.end());
   drawing.putCircuit(id, std::move(fields));

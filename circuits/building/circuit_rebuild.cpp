@@ -290,7 +290,7 @@ std::wstring rebuildWarning(const DrawingDatabase& drawing, const CircuitObject&
                           L"choices: what was changed by hand is lost.";
 }
 
-void rebuildCircuit(simhost::SiteRun& run, const RebuildRequest& request) {
+std::vector<std::string> rebuildCircuit(simhost::SiteRun& run, const RebuildRequest& request) {
   const CircuitObject circuit = needCircuit(drawingOf(run), request.circuit);
   const RebuildPlan plan = planRebuild(run, request, circuit, {});
   static_cast<void>(replaceCircuit(
@@ -303,9 +303,10 @@ void rebuildCircuit(simhost::SiteRun& run, const RebuildRequest& request) {
       [&](SetCircuit& row) {
         if (!plan.hasDrop) takeWireFacts(row, circuit, needCircuit(drawingOf(run), request.circuit));
       }));
+  return plan.findings;
 }
 
-std::wstring copyCircuit(
+CopiedCircuit copyCircuit(
     simhost::SiteRun& run, const RebuildRequest& request, const std::wstring& tag, const KvPoint3d& at) {
   DrawingDatabase& drawing = drawingOf(run);
   const CircuitObject circuit = needCircuit(drawing, request.circuit);
@@ -339,7 +340,7 @@ std::wstring copyCircuit(
   simhost::sealCircuit(drawing, id);
   variables.restoreAfterNewCircuit();
   changes.keep();
-  return id;
+  return {std::move(id), plan.findings};
 }
 
 } // namespace circuits

@@ -14,6 +14,7 @@
 
 #include <functional>
 #include <string>
+#include <vector>
 
 namespace circuits {
 
@@ -22,13 +23,17 @@ namespace circuits {
     const simhost::DrawingDatabase& drawing, const CircuitObject& circuit);
 
 /// Builds the circuit again in the run's current drawing. It keeps its id, tags and terminal numbers, and its motors their
-/// data and wires, except those of the motor that the choices change. Throws BadInput with all reasons, a line each, and the
-/// drawing is as before then.
-void rebuildCircuit(simhost::SiteRun& run, const RebuildRequest& request);
+/// data and wires, except those of the motor that the choices change. Returns what needs a look in its wires, a sentence
+/// each. Throws BadInput with all reasons, a line each, and the drawing is as before then.
+std::vector<std::string> rebuildCircuit(simhost::SiteRun& run, const RebuildRequest& request);
 
 /// Builds the circuit once more, as a new one, with the choices of the request. `tag`: as a motor list names it; empty
-/// for a circuit that has none, whose tags the site counts on. Returns the new circuit's id; errors as above.
-std::wstring copyCircuit(
+/// for a circuit that has none, whose tags the site counts on. Errors as above.
+struct CopiedCircuit {
+  std::wstring id;
+  std::vector<std::string> findings; ///< as above
+};
+CopiedCircuit copyCircuit(
     simhost::SiteRun& run, const RebuildRequest& request, const std::wstring& tag, const KvPoint3d& at);
 
 // What `circuit_configure` shares.

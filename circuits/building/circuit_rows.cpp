@@ -4,6 +4,7 @@
 #include "circuits/building/row_configurations.h"
 #include "circuits/building/template_phases.h"
 #include "circuits/provenance/load_data.h"
+#include "circuits/set/conductor_sizes.h"
 #include "data/rating_tables.h"
 #include "simhost/host/errors.h"
 #include "simhost/site/code_standard.h"
@@ -41,8 +42,6 @@ using simhost::WireRequests;
 
 namespace {
 
-/// The groups of a worksheet by which a motor or a load is asked for begin so.
-
 /// The rating that a field of the list means.
 struct RatingColumn {
   SetField field;
@@ -75,6 +74,8 @@ struct Standard {
   std::unique_ptr<EngineeringRun> run;
   std::unique_ptr<WireRequests> wires;
   std::map<LoadKind, std::vector<RatingRecord>> records;
+  std::optional<std::vector<std::wstring>> sizes; ///< of conductors, as shown
+  std::wstring temperature;                       ///< at which they have an ampacity
   std::string fault;
 };
 
@@ -98,9 +99,10 @@ public:
       if (list_.faults.size() == faults && !badRows_.contains(row.number))
         circuits.push_back(std::move(circuit));
     }
-    std::stable_sort(list_.faults.begin(), list_.faults.end(), [](const auto& one, const auto& other) {
-      return one.row < other.row;
-    });
+    for (std::vector<SetFault>* faults : {&list_.faults, &list_.findings})
+      std::stable_sort(faults->begin(), faults->end(), [](const auto& one, const auto& other) {
+        return one.row < other.row;
+      });
     return circuits;
   }
 
@@ -110,6 +112,10 @@ private:
   }
   void fail(const SetRow& row, SetField field, std::wstring reason) {
     fail(row, setFields()[static_cast<std::size_t>(field)].name, std::move(reason));
+  }
+  void find(const SetRow& row, SetField field, std::wstring reason) {
+    list_.findings.push_back(
+        {row.number, setFields()[static_cast<std::size_t>(field)].name, std::move(reason)});
   }
 
   SetCircuit resolve(const SetRow& row) {
@@ -131,6 +137,7 @@ private:
     if (sheet == nullptr) return circuit;
     takeConfiguration(row, circuit);
     takeOptions(row, *sheet, circuit);
+    takeFixedSize(row, *sheet, circuit);
     takeLoad(row, *sheet, circuit);
     return circuit;
   }
@@ -375,6 +382,54 @@ private:
     return column ? record[*column] : std::wstring();
   }
 
+  /// What chooses the tables of wires, and what is not of a row.
+  [[nodiscard]] simhost::WireTexts wireTextsOf(const SetCircuit& circuit) const {
+    simhost::WireTexts texts = settings_.wires;
+    texts.isUnattended = settings_.sizing == SetSettings::Sizing::build;
+    for (const simhost::WireFieldRow& field : simhost::wireFields)
+      if (texts.isUnattended && !field.isForBuild) texts[field.field].clear();
+    texts[WireField::standardCode] = circuit.standardCode;
+    return texts;
+  }
+
+  /// The sizes that the tables have for a circuit; none, which is reported with its motor or load, where they cannot be read.
+  const std::vector<std::wstring>& sizesOf(Standard& standard, const SetCircuit& circuit) {
+    if (standard.sizes) return *standard.sizes;
+    standard.sizes.emplace();
+    simhost::WireTexts texts = wireTextsOf(circuit);
+    // Any motor or load: the sizes do not depend on it.
+    texts[WireField::fla] = texts[WireField::voltage] = texts[WireField::phase] = L"1";
+    static_cast<void>(runOf(standard, circuit.standardCode));
+    std::vector<simhost::WireFault> faults;
+    if (const std::optional<WireRequest> request = standard.wires->resolve(texts, faults)) {
+      for (const brenvolt::WireCandidate& each : standard.wires->allSizes(*request))
+        standard.sizes->push_back(each.size);
+      standard.temperature = request->choice.temperature;
+    }
+    return *standard.sizes;
+  }
+
+  /// Looked up without the motor or load, so that both cells are reported when both are wrong.
+  void takeFixedSize(const SetRow& row, const Worksheet& sheet, SetCircuit& circuit) {
+    const std::wstring& text = row[SetField::wireSize];
+    if (text.empty()) return;
+    if (sheet.kind == LoadKind::none)
+      return fail(row, SetField::wireSize, L"a circuit of this type has no motor or load");
+    if (!circuit.configuration.empty())
+      return fail(row, SetField::wireSize, L"comes from the configuration: leave one of both empty");
+    Standard& standard = standardOf(circuit.standardCode);
+    if (!standard.fault.empty()) return;
+    const std::vector<std::wstring>& sizes = sizesOf(standard, circuit);
+    if (sizes.empty()) return;
+    const std::wstring size = tableSizeOf(text, sizes);
+    circuit.fixedSizes = brenvolt::removeBlanks(size);
+    if (size.empty())
+      fail(
+          row, SetField::wireSize,
+          L"the tables have no size \"" + text + L"\" with an ampacity at " + standard.temperature + L"; " +
+              neighbourText(text, sizes));
+  }
+
   const std::optional<std::wstring>& phasesOf(const std::wstring& drawing) {
     const auto [place, isNew] = phases_.try_emplace(drawing);
     if (isNew) place->second = templatePhases(settings_.site, drawing);
@@ -492,6 +547,68 @@ private:
     return found == lookup.rows.end() ? nullptr : &*found;
   }
 
+  /// The fixed size, else the one that the tables propose; nothing, with a fault of the row, where there is none.
+  std::optional<brenvolt::WireCandidate> wireOf(
+      const SetRow& row, const SetCircuit& circuit, const WireRequest& request, Standard& standard) {
+    const brenvolt::WireLookupResult lookup = standard.wires->lookUp(request);
+    const brenvolt::WireCandidate* proposed = chosenWire(request, lookup);
+    if (!circuit.fixedSizes.empty()) return fixedWire(row, circuit, request, standard, proposed);
+    if (proposed == nullptr && lookup.proposal == brenvolt::Proposal::aboveDropLimit)
+      fail(row, SetField::length, simhost::noteOn(request, lookup));
+    else if (proposed == nullptr)
+      fail(
+          row, SetField::load,
+          L"no wire of the tables carries " + request[WireField::fla].text + L" A under these conditions");
+    // A drop that is not known is not a small one: a size without impedance is never taken unseen.
+    else if (request.input.drop && proposed->lacksImpedance)
+      fail(
+          row, SetField::length,
+          simhost::noteOn(request, lookup) + L"; add its impedance to the table, or fix a size of your "
+                                             L"choice in the column wire-size");
+    else
+      return *proposed;
+    return std::nullopt;
+  }
+
+  /// The designer's size is drawn as it is; where the circuit needs another one, that is reported. `proposed`: null where
+  /// the tables propose none.
+  std::optional<brenvolt::WireCandidate> fixedWire(
+      const SetRow& row, const SetCircuit& circuit, const WireRequest& request, Standard& standard,
+      const brenvolt::WireCandidate* proposed) {
+    const std::vector<brenvolt::WireCandidate> all = standard.wires->allSizes(request);
+    const auto wire = std::find_if(all.begin(), all.end(), [&circuit](const auto& each) {
+      return brenvolt::removeBlanks(each.size) == circuit.fixedSizes;
+    });
+    if (wire == all.end()) {
+      fail(row, SetField::wireSize, L"the tables have no ampacity of " + circuit.fixedSizes);
+      return std::nullopt;
+    }
+    const std::wstring proposal =
+        proposed == nullptr ? L"; the tables have none that fits" : L"; the tables propose " + proposed->size;
+    if (brenvolt::toDouble(wire->ampacity) < request.input.total)
+      find(
+          row, SetField::wireSize,
+          wire->size + L" carries " + wire->ampacity +
+              L" A under these conditions, less than the design "
+              L"current of " +
+              brenvolt::formatTrimmed(request.input.total) + L" A" + proposal);
+    const std::optional<brenvolt::DropFields>& drop = request.input.drop;
+    if (drop && wire->lacksImpedance)
+      find(
+          row, SetField::wireSize,
+          L"the tables have no impedance for " + wire->size + L": its voltage drop is not known");
+    if (drop && drop->limit) {
+      std::vector<brenvolt::WireCandidate> passing = {*wire};
+      brenvolt::removeAboveDropLimit(passing, *drop->limit);
+      if (passing.empty())
+        find(
+            row, SetField::wireSize,
+            wire->size + L" has a voltage drop of " + percentText(wire->dropPercent) + L", more than the " +
+                request[WireField::dropLimit].text + L" % allowed" + proposal);
+    }
+    return *wire;
+  }
+
   void takeParams(
       const SetRow& row, const Worksheet& sheet, const RatingRecord& record, Standard& standard,
       SetCircuit& circuit) {
@@ -500,11 +617,7 @@ private:
     const std::wstring voltage = text(Rating::voltage);
     const std::wstring phase = text(Rating::phase);
     const std::wstring fla = text(Rating::fla);
-    const bool isUnattended = settings_.sizing == SetSettings::Sizing::build;
-    simhost::WireTexts texts = settings_.wires;
-    for (const simhost::WireFieldRow& field : simhost::wireFields)
-      if (isUnattended && !field.isForBuild) texts[field.field].clear();
-    texts[WireField::standardCode] = circuit.standardCode;
+    simhost::WireTexts texts = wireTextsOf(circuit);
     texts[WireField::fla] = fla;
     texts[WireField::voltage] = voltage;
     texts[WireField::phase] = phase;
@@ -512,27 +625,15 @@ private:
     texts[WireField::length] = row[SetField::length];
     texts[WireField::units] = brenvolt::toUpper(row[SetField::lengthUnits]);
     texts[WireField::raceway] = row[SetField::raceway];
-    texts.isUnattended = isUnattended;
     static_cast<void>(runOf(standard, circuit.standardCode));
     std::vector<simhost::WireFault> faults;
     const std::optional<WireRequest> request = standard.wires->resolve(texts, faults);
     for (const simhost::WireFault& fault : faults)
       fail(row, fromUtf8(simhost::wireField(fault.field).name), fromUtf8(fault.reason));
     if (!request) return;
-    const WireLookupResult lookup = standard.wires->lookUp(*request);
-    const WireCandidate* wire = chosenWire(*request, lookup);
-    if (wire == nullptr && lookup.proposal == Proposal::aboveDropLimit)
-      return fail(row, SetField::length, simhost::noteOn(*request, lookup));
-    if (wire == nullptr)
-      return fail(
-          row, SetField::load, L"no wire of the tables carries " + fla + L" A under these conditions");
+    const std::optional<WireCandidate> wire = wireOf(row, circuit, *request, standard);
+    if (!wire) return;
     const std::wstring& size = wire->size;
-    // A drop that is not known is not a small one: a size without impedance is never taken unseen.
-    if (!row[SetField::length].empty() && !isUnattended && wire->lacksImpedance)
-      return fail(
-          row, SetField::length,
-          simhost::noteOn(*request, lookup) + L"; add its impedance to the table, or start from a saved "
-                                              L"configuration with a size of your choice");
     if (request->groundSizes().empty())
       return fail(row, SetField::load, L"the tables name no grounding conductor for " + fla + L" A");
     if (!row[SetField::length].empty())
@@ -615,6 +716,7 @@ std::wstring SetCircuit::fingerprint() const {
       add(code + L'=' + brenvolt::formatInt(option.value));
   for (const std::wstring& text : descriptions)
     add(text);
+  if (!fixedSizes.empty()) add(L"wire-size=" + fixedSizes);
   for (const double factor : {scale, componentScale})
     if (factor != 1.0) add(brenvolt::formatShortest(factor));
   return all;

@@ -35,6 +35,9 @@ struct SetCircuit {
       data{}; ///< of the motor or load, in the order of `loadSetupNames`; empty without one
   std::wstring wireSize;
   std::wstring groundSize;
+  /// Sizes that the designer fixed, between ";": one for each motor or load in drawing order, the last one also for all
+  /// that follow. An empty one is proposed by the tables.
+  std::wstring fixedSizes{};
   int conductors = 0;
   std::vector<SetOptionsOfCode> controls{}; ///< the CODEs that ask for the motor or load
   std::vector<SetOptionsOfCode> options{};  ///< what the list chooses
@@ -67,7 +70,8 @@ struct SetSettings {
   simhost::Session* running = nullptr;
 };
 
-/// The circuits of all good rows; what is wrong with the others joins the faults of the list.
+/// The circuits of all good rows; what is wrong with the others joins the faults of the list, and what needs a look in the
+/// good ones its findings.
 [[nodiscard]] std::vector<SetCircuit> resolveRows(const SetSettings& settings, SetList& list);
 
 } // namespace circuits

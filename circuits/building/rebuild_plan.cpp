@@ -52,10 +52,10 @@ std::vector<std::pair<std::wstring, std::wstring>> codesOf(const std::wstring& t
 using Choices = std::vector<std::pair<std::wstring, std::wstring>>;
 
 /// The columns that say which motor or load one is and what sizes its wires.
-constexpr std::array loadColumns = {SetField::kind,    SetField::load,   SetField::units,
-                                    SetField::voltage, SetField::phase,  SetField::frequency,
-                                    SetField::speed,   SetField::length, SetField::lengthUnits,
-                                    SetField::raceway, SetField::ambient};
+constexpr std::array loadColumns = {SetField::kind,    SetField::load,    SetField::units,
+                                    SetField::voltage, SetField::phase,   SetField::frequency,
+                                    SetField::speed,   SetField::length,  SetField::lengthUnits,
+                                    SetField::raceway, SetField::ambient, SetField::wireSize};
 
 std::optional<SetField> columnOf(const std::wstring& key) {
   for (const SetFieldRow& field : setFields())
@@ -71,6 +71,20 @@ bool isLoadColumn(const std::wstring& key) {
 /// The part of a range after "~": a dialog keeps "36~40C" where a list says 40C.
 std::wstring upperEnd(const std::wstring& range) {
   return range.substr(range.find(L'~') + 1);
+}
+
+/// The sizes that the designer fixed, one for each motor or load; a wire that was changed since has none.
+std::vector<std::wstring> fixedSizesOf(const CircuitObject& circuit) {
+  const std::vector<std::wstring> kept =
+      brenvolt::splitKeepingEmpty(circuitField(circuit.fields, L"wire-size"), L';');
+  std::vector<std::wstring> sizes;
+  for (const CircuitLoad& load : circuit.loads) {
+    const std::wstring& size = kept[std::min(sizes.size(), kept.size() - 1)];
+    const std::vector<std::wstring> wires = wireTexts(load.wires);
+    const bool isDrawn = !wires.empty() && brenvolt::equalsOrdinalNoCase(wires.front(), size);
+    sizes.push_back(isDrawn ? size : std::wstring());
+  }
+  return sizes;
 }
 
 /// What the circuit was built from, as a row of a list; `load` is the motor or load that the row is about.
@@ -94,6 +108,8 @@ SetRow rowOf(const CircuitObject& circuit, const CircuitLoad* load) {
   }
   if (brenvolt::toDouble(setupText(load->params, L"Ambient correction factor")) > 0.0)
     cellOf(row, SetField::ambient) = upperEnd(setupText(load->params, L"Ambient temperature"));
+  cellOf(row, SetField::wireSize) =
+      fixedSizesOf(circuit)[static_cast<std::size_t>(load - circuit.loads.data())];
   return row;
 }
 
@@ -217,17 +233,24 @@ public:
     const bool isOtherCode = isChosen(SetField::standardCode);
     RebuildPlan plan;
     ChangedChoices changes;
-    for (const CircuitLoad& load : circuit_.loads) {
+    std::vector<std::wstring> fixedSizes = fixedSizesOf(circuit_);
+    for (std::size_t place = 0; place < circuit_.loads.size(); ++place) {
+      const CircuitLoad& load = circuit_.loads[place];
       if (!isOtherCode && &load != meant) continue;
-      const SetCircuit sized = resolved(&load, &load == meant, isOtherCode);
+      const SetCircuit sized = resolved(&load, &load == meant, isOtherCode, plan.findings);
+      fixedSizes[place] = sized.fixedSizes;
       for (const KvDbHandle symbol : load.symbols)
         changes.loads[symbol.value()] = loadRows(sized);
       plan.hasDrop = circuit_.loads.size() == 1;
       if (plan.hasDrop) plan.row = sized;
     }
     const bool isNewLoad = circuit_.loads.empty() && choosesLoad();
-    if (!plan.hasDrop) plan.row = resolved(nullptr, isNewLoad, false);
-    if (isNewLoad) changes.newLoad = loadRows(plan.row);
+    if (!plan.hasDrop) plan.row = resolved(nullptr, isNewLoad, false, plan.findings);
+    if (isNewLoad)
+      changes.newLoad = loadRows(plan.row);
+    else if (std::any_of(
+                 fixedSizes.begin(), fixedSizes.end(), [](const auto& size) { return !size.empty(); }))
+      plan.row.fixedSizes = brenvolt::join(fixedSizes, L";");
     plan.row.sizing = circuitField(circuit_.fields, L"sizing");
     if (!plan.hasDrop) takeWireFacts(plan.row, circuit_, circuit_);
     for (const auto& [code, options] : plan.row.options)
@@ -267,9 +290,11 @@ private:
         ": the circuit has several motors or loads: name the one that changes by its tag, " + toUtf8(tags));
   }
 
-  [[nodiscard]] SetCircuit resolved(const CircuitLoad* load, bool isMeant, bool isOtherCode) const {
+  [[nodiscard]] SetCircuit resolved(
+      const CircuitLoad* load, bool isMeant, bool isOtherCode, std::vector<std::string>& findings) const {
     SetList list{toUtf8(circuit_.name()), {rowOf(circuit_, load)}, {}};
     SetRow& row = list.rows.front();
+    if (isOtherCode) cellOf(row, SetField::wireSize).clear();
     for (const auto& [key, value] : choices_)
       if (isMeant || !isLoadColumn(key)) {
         if (!columnOf(key)) list.codeColumns[brenvolt::toUpper(key)] = key;
@@ -293,11 +318,16 @@ private:
       throw BadInput(
           toUtf8(load->tag) + ": its wires run in parallel; change it in the configuration dialog");
     std::vector<SetCircuit> built = resolveRows(settings, list);
+    const auto textOf = [this](const SetFault& fault) {
+      return toUtf8(circuit_.name()) + ": " +
+             (fault.column.empty() ? std::string() : toUtf8(fault.column) + ": ") + toUtf8(fault.reason);
+    };
+    for (const SetFault& finding : list.findings)
+      findings.push_back(textOf(finding));
     if (built.size() == 1) return std::move(built.front());
     std::string reasons;
     for (const SetFault& fault : list.faults)
-      reasons += (reasons.empty() ? "" : "\n") + toUtf8(circuit_.name()) + ": " +
-                 (fault.column.empty() ? std::string() : toUtf8(fault.column) + ": ") + toUtf8(fault.reason);
+      reasons += (reasons.empty() ? "" : "\n") + textOf(fault);
     throw BadInput(reasons);
   }
 

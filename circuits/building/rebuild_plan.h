@@ -25,8 +25,9 @@ struct RebuildRequest {
 
 struct RebuildPlan {
   SetCircuit row;
-  std::string history;  ///< a file with its choices alone
-  bool hasDrop = false; ///< the row says what the wires come to
+  std::string history;                 ///< a file with its choices alone
+  bool hasDrop = false;                ///< the row says what the wires come to
+  std::vector<std::string> findings{}; ///< what needs a look in the wires, a sentence each
 };
 
 /// `copy`: the tag of the circuit that is built beside this one; empty to build this one again. Throws BadInput with all

@@ -43,6 +43,8 @@ constexpr std::array<SetFieldRow, setFieldCount> fields = {{
     {SetField::lengthUnits, L"length-units", false, "ft, m; empty for the site's"},
     {SetField::raceway, L"raceway", false, "a column of the impedance table"},
     {SetField::ambient, L"ambient", false, "40C"},
+    {SetField::wireSize, L"wire-size", false,
+     "size of the conductors, the grounding conductor excepted: 12 AWG, 4 mm2; empty for the proposed one"},
     {SetField::options, L"options", false, "CODE=1,2;CODE=3 as the worksheet numbers them"},
     {SetField::configuration, L"configuration", false, "a saved configuration to start from"},
     {SetField::installation, L"installation", false, ""},

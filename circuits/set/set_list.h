@@ -27,6 +27,7 @@ enum class SetField : std::size_t {
   lengthUnits,
   raceway,
   ambient,
+  wireSize,
   options,
   configuration,
   installation,
@@ -36,7 +37,7 @@ enum class SetField : std::size_t {
   description3,
   standardCode
 };
-inline constexpr std::size_t setFieldCount = 22;
+inline constexpr std::size_t setFieldCount = 23;
 
 struct SetFieldRow {
   SetField field;
@@ -70,6 +71,7 @@ struct SetList {
   std::string source; ///< as the user named it
   std::vector<SetRow> rows;
   std::vector<SetFault> faults;
+  std::vector<SetFault> findings{};  ///< of rows that can be built, but need a look
   std::vector<std::wstring> notes{}; ///< what was understood in a way that the user may want to know
   std::size_t header = 1;            ///< its row
   std::map<std::wstring, std::wstring>

@@ -65,15 +65,18 @@ ExitCode runRebuild(const RebuildOptions& options) {
   request.circuit = circuit.id;
   const std::wstring warning =
       options.copyAs.empty() ? circuits::rebuildWarning(drawing, circuit) : std::wstring();
-  if (options.copyAs.empty())
-    circuits::rebuildCircuit(site, request);
-  else
-    static_cast<void>(
-        circuits::copyCircuit(site, request, fromUtf8(options.copyAs), {options.at[0], options.at[1], 0.0}));
+  const std::vector<std::string> findings =
+      options.copyAs.empty()
+          ? circuits::rebuildCircuit(site, request)
+          : circuits::copyCircuit(
+                site, request, fromUtf8(options.copyAs), {options.at[0], options.at[1], 0.0})
+                .findings;
   const std::string& out = options.out.empty() ? options.drawing : options.out;
   if (const Fault fault = saveDrawing(drawing, fromUtf8(out))) throw CannotWrite(toUtf8(*fault));
   if (!warning.empty()) std::fprintf(stderr, "brenvolt: %s\n", toUtf8(warning).c_str());
-  return ExitCode::done;
+  for (const std::string& finding : findings)
+    std::fprintf(stderr, "brenvolt: %s\n", finding.c_str());
+  return findings.empty() ? ExitCode::done : ExitCode::findings;
 }
 
 } // namespace

@@ -79,6 +79,8 @@ ExitCode finish(const SetOptions& options, const SetPlan& plan, const std::vecto
   auto [findings, leftOut] = makeSet(options, plan, failed, processesOf(options));
   for (const circuits::SetFault& fault : plan.list.faults)
     findings.push_back(circuits::faultText(plan.list, fault));
+  for (const circuits::SetFault& finding : plan.list.findings)
+    findings.push_back(circuits::faultText(plan.list, finding));
   for (const PartFailure& failure : failures)
     findings.push_back(
         plan.list.source + ", row " + std::to_string(plan.circuits[failure.circuit].row) + ": " +

@@ -125,7 +125,8 @@ void CircuitCommands::copy() {
             outlineAround(circuit, basePointOf(circuit)));
         if (!point) return std::nullopt;
         // Without a tag: the site counts on, as for any circuit that is placed here.
-        const std::wstring id = circuits::copyCircuit(services_.site, requestFor(circuit, site), {}, *point);
+        const std::wstring id =
+            circuits::copyCircuit(services_.site, requestFor(circuit, site), {}, *point).id;
         const CircuitObject made = circuits::needCircuit(services_.drawing(), id);
         selection_.select(id);
         view_.port().show(made.extents);

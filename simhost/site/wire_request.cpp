@@ -332,6 +332,7 @@ private:
     request_.groundTable = tables_.table(ZanTableKind::grounding, fields().tables());
     request_.groundExpression = defaults_.setting(brenvolt::option::groundingRating);
     brenvolt::loadGroundSizes(fields(), defaults_, {});
+    if (!request_.groundSizes().empty()) request_.groundProposal = request_.groundSizes().front();
   }
 
   void sizeAsBuild() {
@@ -345,7 +346,8 @@ private:
     request_.input.overallFactor = request_.build->factor;
     if (std::vector<std::wstring>& sizes = fields()[LookupField::groundSize].choices; !sizes.empty()) {
       std::wstring ground = brenvolt::groundNotAbove(
-          defaults_, fields().tables(), sizes.front(), brenvolt::removeBlanks(request_.build->size));
+          defaults_, fields().tables(), request_.groundProposal,
+          brenvolt::removeBlanks(request_.build->size));
       if (ground != sizes.front()) sizes.insert(sizes.begin(), std::move(ground));
     }
     request_.input.drop.reset();
@@ -412,6 +414,10 @@ brenvolt::WireLookupResult WireRequests::lookUp(const WireRequest& request) {
   return result;
 }
 
+std::vector<brenvolt::WireCandidate> WireRequests::allSizes(const WireRequest& request) {
+  return brenvolt::unfilteredRows(tables_.figures(request.choice), request.input);
+}
+
 brenvolt::WireSizeFacts WireRequests::facts(const WireRequest& request, const std::wstring& size) {
   return brenvolt::wireSizeFacts(tables_.reader(request.choice.tables.code), request.choice, size);
 }
@@ -419,7 +425,7 @@ brenvolt::WireSizeFacts WireRequests::facts(const WireRequest& request, const st
 std::wstring WireRequests::groundBeside(const WireRequest& request, const std::wstring& conductors) {
   const brenvolt::WireDefaults defaults(tables_, request.choice.tables.code);
   return brenvolt::groundNotAbove(
-      defaults, request.choice.tables, request.groundSizes().front(), brenvolt::removeBlanks(conductors));
+      defaults, request.choice.tables, request.groundProposal, brenvolt::removeBlanks(conductors));
 }
 
 } // namespace simhost

@@ -29,7 +29,8 @@ struct WireRequest {
   std::array<brenvolt::WireValue, wireFieldCount> values;
   std::wstring temperatureOrigin;
   brenvolt::WireValue groundExpression;
-  std::wstring groundTable; ///< empty when there is none
+  std::wstring groundTable;    ///< empty when there is none
+  std::wstring groundProposal; ///< by the formula alone; empty when the tables give none
   /// The choices of a build that sizes the same circuit unattended; what was not given is left to the build.
   brenvolt::ZanCircuitData buildChoices;
   std::optional<brenvolt::AutoWire> build; ///< the size that it takes, if requested
@@ -58,6 +59,8 @@ public:
   [[nodiscard]] std::optional<WireRequest> resolve(const WireTexts& texts, std::vector<WireFault>& faults);
   /// The lookup's table and proposal, or the sizes with that of a build, if requested.
   [[nodiscard]] brenvolt::WireLookupResult lookUp(const WireRequest& request);
+  /// The sizes of the tables, as shown, in ascending ampacity, with the figures of the circuit; none is left out.
+  [[nodiscard]] std::vector<brenvolt::WireCandidate> allSizes(const WireRequest& request);
   [[nodiscard]] brenvolt::WireSizeFacts facts(const WireRequest& request, const std::wstring& size);
   /// The first of the grounding conductors, or the size of the conductors that are taken if that is smaller.
   [[nodiscard]] std::wstring groundBeside(const WireRequest& request, const std::wstring& conductors);

@@ -77,11 +77,16 @@ DropCircuit dropCircuitOf(const WireLookupInput& input) {
   return circuit;
 }
 
+std::vector<WireCandidate> unfilteredRows(const WireTableFigures& figures, const WireLookupInput& input) {
+  std::vector<WireCandidate> rows = candidateRows(figures, input);
+  fillLoadPercent(rows, input.total);
+  if (input.drop) fillDropColumns(rows, figures, input);
+  return rows;
+}
+
 WireLookupResult computeWires(const WireTableFigures& figures, const WireLookupInput& input) {
   WireLookupResult result;
-  result.rows = candidateRows(figures, input);
-  fillLoadPercent(result.rows, input.total);
-  if (input.drop) fillDropColumns(result.rows, figures, input);
+  result.rows = unfilteredRows(figures, input);
   const auto stillFits = [&] { return proposedRow(result.rows, input.total).has_value(); };
   const bool isLargeEnough = stillFits();
   removeOverloaded(result.rows, input.undersized);

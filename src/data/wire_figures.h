@@ -94,6 +94,10 @@ struct WireLookupResult {
   Proposal proposal = Proposal::noneLargeEnough;
 };
 
+/// All columns of all sizes, also of those that the lookup does not show because they are too small or have too much drop.
+[[nodiscard]] std::vector<WireCandidate> unfilteredRows(
+    const WireTableFigures& figures, const WireLookupInput& input);
+
 /// All columns, then the filters, then the proposal.
 [[nodiscard]] WireLookupResult computeWires(const WireTableFigures& figures, const WireLookupInput& input);
 

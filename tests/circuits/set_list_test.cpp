@@ -1,4 +1,5 @@
 // Motor lists as they come: each row is a list and what is understood of it.
+#include "circuits/set/conductor_sizes.h"
 #include "circuits/set/set_list.h"
 #include "circuits/set/sheet_maker.h"
 #include "circuits/set/type_rules.h"
@@ -121,6 +122,37 @@ TEST_CASE(
         std::pair{L"hp < 3 ->", L"no type follows \"->\""}}) {
     CHECK_FALSE(TypeRule::parse(text, fault));
     CHECK((fault == reason));
+  }
+}
+
+TEST_CASE("a size of a list is one of the tables, however it is written, or its neighbours are named") {
+  const std::vector<std::wstring> awg = {L"14 AWG",  L"12 AWG",  L"1 AWG",
+                                         L"1/0 AWG", L"4/0 AWG", L"250 KCMIL"};
+  const std::vector<std::wstring> metric = {L"1.5 mm2", L"2.5 mm2", L"4 mm2", L"10 mm2"};
+  const struct {
+    const std::vector<std::wstring>& sizes;
+    const wchar_t* text;
+    const wchar_t* meant; ///< or what is said of it
+  } rows[] = {
+      {awg, L"12 AWG", L"12 AWG"},
+      {awg, L" 12awg", L"12 AWG"},
+      {awg, L"12", L"12 AWG"},
+      {awg, L"1/0", L"1/0 AWG"},
+      {awg, L"250 kcmil", L"250 KCMIL"},
+      {awg, L"250", L"250 KCMIL"},
+      {awg, L"250 AWG", L"its neighbours are 14 AWG"},
+      {awg, L"13", L"its neighbours are 14 AWG and 12 AWG"},
+      {awg, L"3/0", L"its neighbours are 1/0 AWG and 4/0 AWG"},
+      {awg, L"230 kcmil", L"its neighbours are 4/0 AWG and 250 KCMIL"},
+      {awg, L"4 mm2", L"its neighbours are 12 AWG and 1 AWG"},
+      {metric, L"2,5", L"2.5 mm2"},
+      {metric, L"4.0 mm\u00b2", L"4 mm2"},
+      {metric, L"12 AWG", L"its neighbours are 2.5 mm2 and 4 mm2"},
+      {metric, L"16", L"its neighbours are 10 mm2"},
+      {metric, L"thick", L"they have 1.5 mm2, 2.5 mm2, 4 mm2, 10 mm2"}};
+  for (const auto& row : rows) {
+    const std::wstring size = tableSizeOf(row.text, row.sizes);
+    CHECK(((size.empty() ? neighbourText(row.text, row.sizes) : size) == row.meant));
   }
 }
 

@@ -247,6 +247,69 @@ TEST_CASE("each net of a set has one number, each terminal is there once") {
   CHECK(terminals.size() > 12);
 }
 
+TEST_CASE("a size that a list fixes is that of the conductors, and stays when the circuit is built again") {
+  const SetFolder folder(goodRows);
+  const std::string columns =
+      "tag,circuit,type,kind,load,units,voltage,phase,speed,length,length-units,wire-size,configuration,"
+      "standard-code\n";
+  const auto write = [&](const std::string& rows) {
+    static_cast<void>(folder.site().folder().write("list.csv", columns + rows));
+  };
+  write("H-1,Power feeds,Single-phase,Heater,3,kW,240,1,,65,FT,5 AWG,,\n"
+        "H-2,Power feeds,Single-phase,Heater,99,kW,240,1,,65,FT,thick,,\n"
+        "C-1,Control circuits,Start and stop station,,,,,,,,,12,,\n"
+        "P-1,Three-phase motors,Direct on line,,,,,,,,,12,Pump 10 HP,\n"
+        "M-1,Three-phase motors,Direct on line,,5.5,kW,400,3,1500,40,M,3,,IEC\n");
+  const ToolRun refused = folder.set("build", "set");
+  CHECK(refused.exitCode == 3);
+  checkHolds(
+      refused.errors,
+      {"row 2, column wire-size: the tables have no size \"5 AWG\" with an ampacity at 75C; its neighbours "
+       "are "
+       "6 AWG and 4 AWG",
+       "row 3, column wire-size: the tables have no size \"thick\"",
+       "row 3, column load: the table has no 99",
+       "row 4, column wire-size: a circuit of this type has no motor", "row 5, column wire-size: comes from",
+       "row 6, column wire-size: the tables have no size \"3\" with an ampacity at 70C; its neighbours are "
+       "2.5 "
+       "mm2 and 4 mm2"});
+  write("H-1,Power feeds,Single-phase,Heater,3,kW,240,1,,65,FT,12 AWG,,\n"
+        "P-2,Three-phase motors,Direct on line,,10,HP,460,3,1800,1200,FT,14,,\n"
+        "P-3,Three-phase motors,\"Two motors, one feeder\",,10,HP,460,3,1800,120,FT,8,,\n"
+        "M-1,Three-phase motors,Direct on line,,5.5,kW,400,3,1500,40,M,6 mm\u00b2,,IEC\n");
+  const ToolRun run = folder.set("build", "set", {"--frame", "A1"});
+  CHECK(run.exitCode == 5);
+  checkHolds(
+      run.errors,
+      {"row 3, column wire-size: 14 AWG carries 16 A under these conditions, less than the design "
+       "current of 17.5 A; the tables propose 6 AWG",
+       "row 3, column wire-size: 14 AWG has a voltage drop of "});
+  CHECK(run.errors.find("row 2") == std::string::npos);
+  CHECK(run.errors.find("240.4(D)") == std::string::npos);
+  const std::string sheet = folder.path("set/sheets/001.json");
+  const auto motors = [&] {
+    std::string text;
+    for (const std::string& line :
+         linesOf(folder.site().run({"report", "motors", sheet, "--format", "csv"}).output))
+      if (const std::vector<std::string> cells = cellsOf(line); cells.front() != "tag")
+        text += cells[0] + " " + cells[3] + " " + cells[10].substr(0, cells[10].find(',')) + "; ";
+    return text;
+  };
+  CHECK(motors() == "H-1 3 12AWG; P-2 10 14AWG; P-3A 10 8AWG; P-3B 10 8AWG; M-1 5.5 6mm2; ");
+  const auto rebuild = [&](const char* circuit, const char* choice) {
+    return folder.site().run(
+        {"rebuild", sheet, "--circuit", circuit, "--set", choice, "--site", folder.site().site()});
+  };
+  const ToolRun grown = rebuild("H-1", "load=5");
+  CHECK(grown.exitCode == 5);
+  checkHolds(grown.errors, {"H-1: wire-size: 12 AWG carries 20 A", "the tables propose 10 AWG"});
+  CHECK(rebuild("P-3B", "wire-size=6").exitCode == 0);
+  CHECK(rebuild("P-3A", "load=5").exitCode == 0);
+  CHECK(motors() == "P-2 10 14AWG; M-1 5.5 6mm2; H-1 5 12AWG; P-3A 5 8AWG; P-3B 10 6AWG; ");
+  CHECK(rebuild("H-1", "wire-size=").exitCode == 0);
+  checkHolds(motors(), {"H-1 5 10AWG; "});
+}
+
 TEST_CASE("a set is one PDF: the same bytes each time, with every tag as text") {
   const SetFolder folder(goodRows);
   static_cast<void>(folder.set("build", "set"));
