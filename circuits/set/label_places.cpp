@@ -30,14 +30,17 @@ constexpr std::array alongWire = {0.5, 0.35, 0.65, 0.2, 0.8};
 constexpr double orderPenalty = 0.001;
 /// A place later among those of a reference is farther from its symbol.
 constexpr double referencePenalty = 0.4;
+/// On the other side than the site has drawn it: numbers above and sizes below are found sooner, so another place along the
+/// wire goes first.
+constexpr double otherSidePenalty = 0.05;
 /// A text farther from its wire, by its own height and a little: only where nothing nearer is free. The second row is for
 /// the size of a wire whose number has the first one.
-constexpr double fartherHeights = 1.3;
+constexpr double fartherHeights = 1.5;
 constexpr double fartherPenalty = 0.5;
 constexpr std::array rowsFarther = {0.0, 1.0, 2.0};
 /// Labels are capitals and digits, which are wider than the mean of letters by this part.
 constexpr std::size_t widerBy = 7;
-constexpr double textMargin = 0.2;
+constexpr double textMargin = 0.3;
 
 /// Above and below they take less than the mean, by this part of their height.
 constexpr double lowerBy = 0.2;
@@ -82,9 +85,10 @@ std::vector<Candidate> candidatesFor(
           0.0};
       if (isLevel(wire) == isLevelText)
         for (const double rows : rowsFarther)
-          for (const KvPoint3d& side : {offset, mirrored}) {
+          for (const auto& [side, penalty] :
+               {std::pair{offset, 0.0}, std::pair{mirrored, otherSidePenalty}}) {
             const double farther = rows * fartherHeights * drawn.height;
-            candidates.push_back({point, drawn, rows * fartherPenalty});
+            candidates.push_back({point, drawn, rows * fartherPenalty + penalty});
             const double x = isLevelText ? 0.0 : std::copysign(farther, side.x);
             const double y = isLevelText ? std::copysign(farther, side.y) : 0.0;
             candidates.back().text.position = {point.x + side.x + x, point.y + side.y + y, 0.0};

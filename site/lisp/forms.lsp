@@ -227,7 +227,7 @@
     (place-symbol "ZTERM" (funcall at -14 -9) scl '(("TAGSTRIP" . "TB3") ("TERM01" . "1")))
     (place-symbol "ZTERM" (funcall at 26 -9) scl
       (list (cons "TAGSTRIP" (first site-neutral-terminal)) (cons "TERM01" (second site-neutral-terminal))))
-    (draw-text (funcall at -11 -9.8) left (* 2.2 scl) "DESCRIPTIONS" 'left)
+    (draw-text (funcall at -8 -9.8) left (* 2.2 scl) "DESCRIPTIONS" 'left) ; right of a terminal number of three digits
     (draw-text (funcall at 23 -9.8) right (* 2.2 scl) "DESCRIPTIONS" 'right))
   T)
 

@@ -14,7 +14,7 @@
       (place-symbol "ZWIRENO" place (drawn-scale) (list (cons "WIRENO" answer)) (if level 0 90)))
     (unless (string=? size "")
       (layer-define "WIRE_SIZES" "#707070")
-      (let ((beside (* 2.6 (drawn-scale))))
+      (let ((beside (* 3.0 (drawn-scale))))
         (draw-text (if level (offset place 0 (- beside)) (offset place beside 0)) text
                    (* site-label-height (drawn-scale)) "WIRE_SIZES" 'centre (if level 0 90))))
     answer))

@@ -40,7 +40,7 @@ TEST_CASE("--keep-going reports every form that fails, with its cell and the pla
   const SiteCopy site;
   site.changeSheet("M3_DOL", "(site_motor #xyz #scl 3", "(site_no_such_function #xyz #scl 3");
   site.changeSheet(
-      "M3_DOL", "(site_wire #xyz #scl 1 132 #data #misc1)", "(site_wire #xyz #scl 1 nil #data #misc1)");
+      "M3_DOL", "(site_wire #xyz #scl 1 137 #data #misc1)", "(site_wire #xyz #scl 1 nil #data #misc1)");
   const ToolRun run = site.draw(motorDirect, "a.json", {"--keep-going"});
   CHECK(run.exitCode == 3);
   checkHolds(

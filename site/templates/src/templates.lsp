@@ -36,6 +36,7 @@
   (dotimes (pole poles)
     (marker "WNUM" 90 x (- (* 10 pole)) (string-append letters (number->string (+ pole 1))))))
 
+; The number of a wire has its place between overload relay and terminal, where up to nine letters fit.
 ; `more` is further room between the contactor and what follows it.
 (defun starter (poles ground-y control-y more)
   (power-head poles)
@@ -44,9 +45,9 @@
   (numbers 54 poles "L1")
   (marker "MS" 30 86 0)
   (marker "OL" 40 (+ 112 more) 0)
-  (numbers (+ 121 more) poles "T")
-  (marker "TERM" 50 (+ 126 more) 0)
-  (marker "MOTOR" 60 (+ 132 more) 0)
+  (numbers (+ 123 more) poles "T")
+  (marker "TERM" 50 (+ 131 more) 0)
+  (marker "MOTOR" 60 (+ 137 more) 0)
   (marker "CTRL" 70 58 control-y))
 
 (defun draw-motor3-dol () (starter 3 -30 -56 0))
@@ -65,12 +66,12 @@
     (marker (funcall code "BRK") (+ order 20) (+ x 16) y)
     (marker (funcall code "MS") (+ order 30) (+ x 64) y)
     (marker (funcall code "OL") (+ order 40) (+ x 90) y)
-    (marker (funcall code "TERM") (+ order 50) (+ x 104) y)
-    (marker (funcall code "MOTOR") (+ order 60) (+ x 110) y)
+    (marker (funcall code "TERM") (+ order 50) (+ x 109) y)
+    (marker (funcall code "MOTOR") (+ order 60) (+ x 115) y)
     (dotimes (pole 3)
       (let ((line (- y (* 10 pole))) (number (number->string (+ pole 1))))
         (marker "WNUM" 190 (+ x 46) line (string-append letter number))
-        (marker "WNUM" 190 (+ x 99) line (string-append "T" letter number))))))
+        (marker "WNUM" 190 (+ x 101) line (string-append "T" letter number))))))
 
 ; A wire position with a letter, where its wire begins.
 (defun branch-wire (number letter order x y)
@@ -154,8 +155,8 @@
   (marker "OPER" 20 -15 -28)
   (marker "COIL" 30 28 -28)
   (marker "OLC" 40 49 -28)
-  (marker "WNUM" 90 0 -28 "04")
-  (marker "WNUM" 90 0 -60 "05")
+  (marker "WNUM" 90 1.2 -28 "04")
+  (marker "WNUM" 90 1.2 -60 "05")
   (marker "LITE" 50 -50 -68))
 
 (defun draw-control-star-delta ()
@@ -170,8 +171,8 @@
   (marker "OPER" 20 -15 -28)
   (marker "COIL" 30 28 -28)
   (marker "OLC" 40 49 -28)
-  (marker "WNUM" 90 0 -28 "04")
-  (marker "WNUM" 90 0 -54 "05")
+  (marker "WNUM" 90 1.2 -28 "04")
+  (marker "WNUM" 90 1.2 -54 "05")
   (marker "LITE" 50 -50 -88))
 
 ; The origin is on the left rail.
