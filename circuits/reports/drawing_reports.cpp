@@ -157,7 +157,10 @@ const std::array<KindRow, 6>& kinds() {
           nullptr,
           {L" motors or loads were drawn without data: nothing is known of their load.",
            L" loads have a breaker or fuse above the limit for their small conductors (NEC 240.4(D)): choose "
-           L"larger conductors."}},
+           L"larger conductors.",
+           L" motors have a feeder that is too small, or whose breaker or fuse is above its limit or has an "
+           L"unknown one "
+           L"(NEC 430.24, 430.62): choose larger conductors or a smaller rating."}},
       KindRow{
           "cables",
           ReportKind::cables,

@@ -3,6 +3,7 @@
 
 #include "circuits/provenance/load_data.h"
 #include "circuits/reports/circuit_summary.h"
+#include "circuits/reports/protection_limits.h"
 #include "text/encoding.h"
 #include "text/numbers.h"
 #include "text/split.h"
@@ -10,7 +11,6 @@
 #include <algorithm>
 #include <cstdint>
 #include <map>
-#include <set>
 #include <utility>
 
 namespace circuits {
@@ -18,12 +18,6 @@ namespace circuits {
 namespace {
 
 using Cell = std::optional<std::wstring>;
-
-constexpr std::wstring_view loadFamily = L"LD";
-/// Motors and loads are fed by a circuit; they are not ordered by its parts list.
-const std::set<std::wstring> fedFamilies = {L"MO", std::wstring(loadFamily)};
-/// What protects a branch.
-const std::set<std::wstring> protectionFamilies = {L"CB", L"FU"};
 
 Cell known(const std::wstring& text) {
   return text.empty() ? Cell() : Cell(text);
@@ -38,8 +32,7 @@ Cell count(std::size_t number) {
 ListRows partRows(const Sheet& sheet) {
   ListRows list;
   for (const Device& device : sheet.netlist.devices) {
-    if (device.family.empty() || device.family == sourceFamily || fedFamilies.contains(device.family))
-      continue;
+    if (device.family.empty() || device.family == sourceFamily || isFed(device)) continue;
     const bool isTerminal = device.family == terminalFamily;
     const ReportRow row = {known(device.tag),      known(device.installation),
                            known(device.location), device.family,
@@ -72,8 +65,7 @@ Cell cableLength(const Sheet& sheet, const Device& device) {
 /// The motor or load at one of the pins; null for none.
 const Device* fedDevice(const Netlist& list, const std::vector<std::size_t>& pins) {
   for (const std::size_t pin : pins)
-    if (const Device& device = list.devices[list.pins[pin].device]; fedFamilies.contains(device.family))
-      return &device;
+    if (const Device& device = list.devices[list.pins[pin].device]; isFed(device)) return &device;
   return nullptr;
 }
 
@@ -159,75 +151,11 @@ ListRows terminalRows(const Sheet& sheet) {
   return result;
 }
 
-/// Of more than one pole: what protects a branch has two at least, a fuse of a control circuit has one.
-bool hasSeveralPoles(const Netlist& list, std::size_t device) {
-  constexpr auto leastPins = 4;
-  return std::count_if(list.pins.begin(), list.pins.end(), [device](const Pin& pin) {
-           return pin.device == device;
-         }) >= leastPins;
-}
-
-/// The highest rating in A of what protects a small conductor: NEC 240.4(D).
-struct SmallConductor {
-  std::wstring_view metal;
-  std::wstring_view size;
-  double mostAmperes;
-};
-constexpr std::array<SmallConductor, 5> smallConductors = {
-    {{L"CU", L"14AWG", 15.0},
-     {L"CU", L"12AWG", 20.0},
-     {L"CU", L"10AWG", 30.0},
-     {L"AL", L"12AWG", 15.0},
-     {L"AL", L"10AWG", 25.0}}};
-
-/// The limit for the conductors of a load, which are copper where its data do not say otherwise. Null for larger ones and
-/// for those of a motor, which an overload relay protects (NEC 240.4(G)).
-const SmallConductor* smallConductorOf(const Device& fed) {
-  const std::vector<std::wstring> wires = wireTexts(fed.wires);
-  if (fed.family != loadFamily || wires.empty()) return nullptr;
-  const std::wstring metal = setupText(fed.params, L"Conductor metal");
-  const auto found = std::find_if(smallConductors.begin(), smallConductors.end(), [&](const auto& each) {
-    return each.size == wires.front() && each.metal == (metal.empty() ? L"CU" : metal);
-  });
-  return found == smallConductors.end() ? nullptr : &*found;
-}
-
-struct Protection {
-  std::wstring text;
-  bool isTooLarge = false; ///< for the conductors
-};
-
-/// A protection whose rating is not known is named all the same: an empty cell would say that nothing protects.
-Protection protectionOf(const Sheet& sheet, const Device& fed) {
-  Protection result;
-  std::vector<std::wstring> texts;
-  const SmallConductor* const small = smallConductorOf(fed);
-  const Netlist& list = sheet.netlist;
-  for (std::size_t place = 0; place < list.devices.size(); ++place) {
-    const Device& device = list.devices[place];
-    if (fed.circuit.empty() || device.circuit != fed.circuit || !protectionFamilies.contains(device.family))
-      continue;
-    if (device.rating.empty()) {
-      if (hasSeveralPoles(list, place)) texts.push_back(device.tag + L" (no rating)");
-    } else if (
-        small != nullptr && brenvolt::toDouble(device.rating) > small->mostAmperes &&
-        hasSeveralPoles(list, place)) {
-      texts.push_back(
-          device.tag + L' ' + device.rating + L" (" + std::wstring(small->size) + L": " +
-          brenvolt::formatTrimmed(small->mostAmperes) + L"A at most)");
-      result.isTooLarge = true;
-    } else {
-      texts.push_back(device.tag + L' ' + device.rating);
-    }
-  }
-  result.text = brenvolt::join(sortedOnce(std::move(texts)), L", ");
-  return result;
-}
-
 ListRows motorRows(const Sheet& sheet) {
   ListRows result;
+  const Protections protections(sheet);
   for (const Device& device : sheet.netlist.devices) {
-    if (!fedFamilies.contains(device.family)) continue;
+    if (!isFed(device)) continue;
     const CircuitObject* circuit = circuitOf(sheet, device);
     const std::vector<std::wstring> fields = brenvolt::splitKeepingEmpty(device.params, L';');
     ReportRow row = {
@@ -241,8 +169,9 @@ ListRows motorRows(const Sheet& sheet) {
     row.push_back(known(wireSizesOf(device.wires)));
     row.push_back(cableLength(sheet, device));
     row.push_back(circuitText(sheet, device, L"drop"));
-    Protection protection = protectionOf(sheet, device);
-    if (protection.isTooLarge) ++result.missing[1];
+    const Protection protection = protections.of(device);
+    if (protection.isAboveConductors) ++result.missing[1];
+    if (!protection.feeder.empty()) ++result.missing[2];
     row.push_back(known(protection.text));
     row.emplace_back(sheet.number);
     result.rows.push_back(std::move(row));
@@ -255,7 +184,7 @@ ListRows cableRows(const Sheet& sheet) {
   const Netlist& list = sheet.netlist;
   for (std::size_t place = 0; place < list.devices.size(); ++place) {
     const Device& device = list.devices[place];
-    if (!fedFamilies.contains(device.family)) continue;
+    if (!isFed(device)) continue;
     // The part outside the cabinet: conductors of its pins, by size, and their sources.
     std::map<std::wstring, int> sizes;
     std::vector<std::wstring> from;
@@ -300,14 +229,6 @@ ListRows sheetRows(const Sheet& sheet) {
 }
 
 } // namespace
-
-std::vector<std::wstring> tooLargeProtections(const Sheet& sheet) {
-  std::vector<std::wstring> texts;
-  for (const Device& device : sheet.netlist.devices)
-    if (const Protection protection = protectionOf(sheet, device); protection.isTooLarge)
-      texts.push_back(device.tag + L": " + protection.text);
-  return sortedOnce(std::move(texts));
-}
 
 std::vector<std::wstring> sortedOnce(std::vector<std::wstring> texts) {
   std::sort(texts.begin(), texts.end(), comesBefore);

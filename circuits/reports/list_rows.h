@@ -20,10 +20,6 @@ struct ListRows {
 };
 [[nodiscard]] ListRows rowsOf(ReportKind kind, const Sheet& sheet);
 
-/// A text for each load of which a breaker or fuse is above the limit for its small conductors (NEC 240.4(D)):
-/// "H-652: CB-H652 20A (14AWG: 15A at most)".
-[[nodiscard]] std::vector<std::wstring> tooLargeProtections(const Sheet& sheet);
-
 /// Each text once, as people sort them.
 [[nodiscard]] std::vector<std::wstring> sortedOnce(std::vector<std::wstring> texts);
 

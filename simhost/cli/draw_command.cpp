@@ -1,6 +1,6 @@
 // `brenvolt draw`: one circuit, built by the site's LISP, from the workbook to the drawing file. Without answers it is
 // a direct build; with them the configuration dialog opens.
-#include "circuits/reports/list_rows.h"
+#include "circuits/reports/protection_limits.h"
 #include "simhost/cli/circuit_run.h"
 #include "simhost/cli/host_run.h"
 #include "simhost/cli/site_options.h"
@@ -93,7 +93,7 @@ bool reportProtection(HostRun& host, const std::vector<std::wstring>& before) {
   bool isReported = false;
   for (const std::wstring& fault : protectionFaults(host)) {
     if (std::find(before.begin(), before.end(), fault) != before.end()) continue;
-    std::fprintf(stderr, "brenvolt: %s: choose larger conductors (NEC 240.4(D))\n", toUtf8(fault).c_str());
+    std::fprintf(stderr, "brenvolt: %s\n", toUtf8(fault).c_str());
     isReported = true;
   }
   return isReported;

@@ -216,7 +216,7 @@ TEST_CASE("another wire size is applied to the selected motor's circuit, and tak
   CHECK(after[L"BLK_10AWG"] == 0);
   CHECK(after[L"GRN_10AWG"] == before.at(L"GRN_10AWG") - 2);
   CHECK(after[L"BLK_14AWG"] == before.at(L"BLK_14AWG")); // the other motor
-  CHECK(after[L"BLK_8AWG"] == before.at(L"BLK_8AWG"));   // the feeder
+  CHECK(after[L"BLK_6AWG"] == before.at(L"BLK_6AWG"));   // the feeder
   gui.window.action(HostText::undo).trigger();
   CHECK_EQ(texts(), textsBefore);
   CHECK(wires() == before);

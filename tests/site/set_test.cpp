@@ -304,6 +304,33 @@ TEST_CASE("a size that a list fixes is that of the conductors, and stays when th
   CHECK(grown.exitCode == 5);
   checkHolds(grown.errors, {"H-1: wire-size: 12 AWG carries 20 A", "the tables propose 10 AWG"});
   CHECK(rebuild("P-3B", "wire-size=6").exitCode == 0);
+  // A feeder's fuses of 60 A or 100 A: by the motors at most 35 A + 14 A, or what its conductors allow if that is more.
+  const struct {
+    const char* feeder;
+    const char* rating;
+    const char* text; ///< empty for none
+  } feeders[] = {
+      {"FEED=1", "DISC=10,1", "FU-P3 60A (feeder 10AWG: 49A at most)"},
+      {"FEED=2", "DISC=10,1", "FU-P3 60A (feeder 8AWG: 50A at most)"},
+      {"FEED=3", "DISC=10,1", ""},
+      {"FEED=3", "DISC=10,2", "FU-P3 100A (feeder 6AWG: 70A at most)"},
+      {"FEED=5", "DISC=10,2", ""},
+      {"FEED=1", "DISC=20,2", ""}};
+  for (const auto& row : feeders) {
+    CAPTURE(row.feeder);
+    CHECK(rebuild("P-3", row.feeder).exitCode == 0);
+    CHECK(rebuild("P-3", row.rating).exitCode == 0);
+    const ToolRun report = folder.site().run({"report", "motors", sheet, "--format", "csv"});
+    CHECK((report.errors.find("2 motors have a feeder") != std::string::npos) == (*row.text != '\0'));
+    CHECK((report.output.find("(feeder ") != std::string::npos) == (*row.text != '\0'));
+    checkHolds(report.output, {row.text});
+  }
+  CHECK(rebuild("P-3", "DISC=10,2").exitCode == 0);
+  CHECK(rebuild("P-3B", "load=60").exitCode == 5);
+  checkHolds(
+      folder.site().run({"report", "motors", sheet, "--format", "csv"}).output,
+      {"FU-P3 100A (feeder 10AWG carries 35A, its motors need 110.25A)"});
+  CHECK(rebuild("P-3B", "load=10").exitCode == 0);
   CHECK(rebuild("P-3A", "load=5").exitCode == 0);
   CHECK(motors() == "P-2 10 14AWG; M-1 5.5 6mm2; H-1 5 12AWG; P-3A 5 8AWG; P-3B 10 6AWG; ");
   CHECK(rebuild("H-1", "wire-size=").exitCode == 0);
