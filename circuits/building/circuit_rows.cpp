@@ -645,7 +645,12 @@ private:
     circuit.isMotor = sheet.kind == LoadKind::motor;
     circuit.controls = sheet.controls;
     circuit.wireSize = brenvolt::removeBlanks(size);
-    circuit.groundSize = brenvolt::removeBlanks(standard.wires->groundBeside(*request, size));
+    const BesideGround ground = standard.wires->groundBeside(*request, size);
+    circuit.groundSize = brenvolt::removeBlanks(ground.size);
+    if (!ground.withoutArea.empty())
+      find(
+          row, circuit.fixedSizes.empty() ? SetField::load : SetField::wireSize,
+          simhost::groundNote(ground.withoutArea));
     circuit.conductors = phase == L"1" ? 2 : 3;
     const auto from = [&](WireField field) { return (*request)[field].text; };
     const bool isContinuous = from(WireField::continuous) != simhost::offText;

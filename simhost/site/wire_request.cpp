@@ -44,6 +44,33 @@ std::size_t fillIndexOf(const std::vector<std::wstring>& ranges, int conductors)
 
 } // namespace
 
+namespace {
+
+/// The size that the current alone requires; empty where none is large enough.
+std::wstring smallestSize(
+    brenvolt::WireTableCache& tables, const brenvolt::WireDefaults& defaults, const WireRequest& request) {
+  if (!request.build) {
+    const std::vector<brenvolt::WireCandidate> rows =
+        brenvolt::unfilteredRows(tables.figures(request.choice), request.input);
+    const std::optional<std::size_t> first = brenvolt::proposedRow(rows, request.input.total);
+    return first ? rows[*first].size : std::wstring();
+  }
+  brenvolt::ZanCircuitData byCurrent = request.buildChoices;
+  byCurrent.useVoltageDrop = false;
+  const auto wire = brenvolt::autoWire(defaults, byCurrent, brenvolt::autoDesignCurrent(defaults, byCurrent));
+  return wire && wire->isLargeEnough ? wire->size : std::wstring();
+}
+
+brenvolt::BesideGround groundFor(
+    brenvolt::WireTableCache& tables, const brenvolt::WireDefaults& defaults, const WireRequest& request,
+    const std::wstring& conductors) {
+  return brenvolt::groundBeside(
+      defaults, request.fields.tables(), request.groundProposal, smallestSize(tables, defaults, request),
+      brenvolt::removeBlanks(conductors));
+}
+
+} // namespace
+
 /// One circuit on its way from texts to a request.
 class WireRequests::Resolver final {
 public:
@@ -345,10 +372,10 @@ private:
                                 " has no size with an ampacity in column " + toUtf8(fields().temperature()));
     request_.input.overallFactor = request_.build->factor;
     if (std::vector<std::wstring>& sizes = fields()[LookupField::groundSize].choices; !sizes.empty()) {
-      std::wstring ground = brenvolt::groundNotAbove(
-          defaults_, fields().tables(), request_.groundProposal,
-          brenvolt::removeBlanks(request_.build->size));
-      if (ground != sizes.front()) sizes.insert(sizes.begin(), std::move(ground));
+      brenvolt::BesideGround ground = groundFor(tables_, defaults_, request_, request_.build->size);
+      std::erase(sizes, ground.size);
+      sizes.insert(sizes.begin(), std::move(ground.size));
+      request_.groundWithoutArea = std::move(ground.withoutArea);
     }
     request_.input.drop.reset();
     request_.input.cost.reset();
@@ -375,6 +402,7 @@ std::wstring noteOn(const WireRequest& request, const brenvolt::WireLookupResult
   const std::wstring current = brenvolt::formatTrimmed(request.input.total, currentDecimals) + L" A";
   switch (result.proposal) {
   case brenvolt::Proposal::fits:
+    if (!request.groundWithoutArea.empty()) return groundNote(request.groundWithoutArea);
     if (!result.rows[*result.proposed].lacksImpedance) return {};
     return L"the tables have no impedance for " + result.rows[*result.proposed].size +
            L": its voltage drop is not known, and the limit is not applied to it";
@@ -422,10 +450,14 @@ brenvolt::WireSizeFacts WireRequests::facts(const WireRequest& request, const st
   return brenvolt::wireSizeFacts(tables_.reader(request.choice.tables.code), request.choice, size);
 }
 
-std::wstring WireRequests::groundBeside(const WireRequest& request, const std::wstring& conductors) {
-  const brenvolt::WireDefaults defaults(tables_, request.choice.tables.code);
-  return brenvolt::groundNotAbove(
-      defaults, request.choice.tables, request.groundProposal, brenvolt::removeBlanks(conductors));
+brenvolt::BesideGround WireRequests::groundBeside(
+    const WireRequest& request, const std::wstring& conductors) {
+  return groundFor(tables_, brenvolt::WireDefaults(tables_, request.choice.tables.code), request, conductors);
+}
+
+std::wstring groundNote(const std::wstring& sizeWithoutArea) {
+  return L"the grounding conductor is not enlarged with the conductors: WIRESIZE has no area for " +
+         sizeWithoutArea;
 }
 
 } // namespace simhost

@@ -34,6 +34,7 @@ struct WireRequest {
   /// The choices of a build that sizes the same circuit unattended; what was not given is left to the build.
   brenvolt::ZanCircuitData buildChoices;
   std::optional<brenvolt::AutoWire> build; ///< the size that it takes, if requested
+  std::wstring groundWithoutArea; ///< then: a size for which the grounding conductor could not be enlarged
 
   [[nodiscard]] const brenvolt::WireValue& operator[](WireField field) const {
     return values[static_cast<std::size_t>(field)];
@@ -49,6 +50,9 @@ struct WireRequest {
 /// Why a result has no size that fits; empty when it has one.
 [[nodiscard]] std::wstring noteOn(const WireRequest& request, const brenvolt::WireLookupResult& result);
 
+/// Why a grounding conductor stays that of smaller conductors: `BesideGround::withoutArea`.
+[[nodiscard]] std::wstring groundNote(const std::wstring& sizeWithoutArea);
+
 /// The circuits of one run, whose tables are read once. The connection must outlive it, and the tables must not change
 /// meanwhile.
 class WireRequests final {
@@ -62,8 +66,10 @@ public:
   /// The sizes of the tables, as shown, in ascending ampacity, with the figures of the circuit; none is left out.
   [[nodiscard]] std::vector<brenvolt::WireCandidate> allSizes(const WireRequest& request);
   [[nodiscard]] brenvolt::WireSizeFacts facts(const WireRequest& request, const std::wstring& size);
-  /// The first of the grounding conductors, or the size of the conductors that are taken if that is smaller.
-  [[nodiscard]] std::wstring groundBeside(const WireRequest& request, const std::wstring& conductors);
+  /// The grounding conductor beside the conductors that are taken; it is larger or smaller than the first proposal as they
+  /// require it.
+  [[nodiscard]] brenvolt::BesideGround groundBeside(
+      const WireRequest& request, const std::wstring& conductors);
 
 private:
   class Resolver;

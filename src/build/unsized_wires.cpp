@@ -127,6 +127,7 @@ public:
     const bool isGroundLacking = gaps.isGroundingReported && gapsOf(rows).isGroundingUnsized;
     if (isGroundLacking) say(TextId::groundingWithoutSize, code);
     if (!sized->largest.empty()) say(TextId::wiresTooSmall, code, sized->largest);
+    if (!sized->withoutArea.empty()) say(TextId::groundingWithoutArea, code, sized->withoutArea);
     if (isGroundLacking || !sized->largest.empty()) ++unsized_;
   }
 
@@ -135,12 +136,13 @@ public:
 private:
   struct Sized {
     WireSizes sizes;
-    std::wstring largest; ///< of the tables, where it is too small: it is not drawn then
+    std::wstring largest{};     ///< of the tables, where it is too small: it is not drawn then
+    std::wstring withoutArea{}; ///< a size for which the grounding conductor could not be made larger
   };
 
   /// Nothing, with a report, where a size cannot be computed.
   std::optional<Sized> sizesFor(const ZanCircuitData& circuit, std::wstring_view code, const WireGaps& gaps) {
-    Sized sized{{gaps.conductorSize, removeBlanks(circuit.groundSize)}, {}};
+    Sized sized{{gaps.conductorSize, removeBlanks(circuit.groundSize)}};
     if (!gaps.areConductorsUnsized && !sized.sizes.grounding.empty()) return sized;
     const auto fail = [&](TextId ofConductors, TextId ofGrounding) {
       if (gaps.areConductorsUnsized)
@@ -164,9 +166,11 @@ private:
     const bool isMixed =
         gaps.areConductorsMixed || (gaps.areConductorsUnsized && !gaps.conductorSize.empty() &&
                                     !equalsOrdinalNoCase(gaps.conductorSize, sized.sizes.conductors));
-    if (sized.sizes.grounding.empty())
-      sized.sizes.grounding =
-          removeBlanks(autoGroundSize(defaults, circuit, isMixed ? std::wstring() : sized.sizes.conductors));
+    if (!sized.sizes.grounding.empty()) return sized;
+    const BesideGround ground =
+        autoGround(defaults, circuit, isMixed ? std::wstring() : sized.sizes.conductors);
+    sized.sizes.grounding = removeBlanks(ground.size);
+    if (gaps.isGroundingReported) sized.withoutArea = ground.withoutArea;
     return sized;
   }
 

@@ -1,5 +1,6 @@
 #include "data/auto_wire_size.h"
 
+#include "data/motor_choices.h"
 #include "data/table_query.h"
 #include "text/compare.h"
 #include "text/numbers.h"
@@ -7,6 +8,8 @@
 #include "text/split.h"
 
 #include <algorithm>
+#include <map>
+#include <vector>
 
 namespace brenvolt {
 
@@ -115,26 +118,108 @@ std::optional<AutoWire> autoWire(const WireDefaults& defaults, const ZanCircuitD
   return AutoWire{row.size, row.ampacity, factor, isLargeEnough};
 }
 
-std::wstring autoGroundSize(
+namespace {
+
+/// Areas of the sizes of a size system, by the table of wire sizes; in mm2 a size is its own area.
+class WireAreas final {
+public:
+  WireAreas(ZanOleDbConnection& connection, const std::wstring& standard)
+      : isMetric_(isMetricSystem(standard)) {
+    if (isMetric_) return;
+    const std::optional<WireSizeColumns> columns = readWireSizeColumns(connection);
+    TableQuery query(&connection);
+    if (!columns || !query.run(
+                        L"SELECT [%s], [%s] FROM [WIRESIZE] WHERE [%s]='%s'",
+                        {(*columns)[0], (*columns)[2], (*columns)[1], standard}))
+      return;
+    while (query.next())
+      if (const std::optional<double> area = query.figure(2); area && isGiven(*area))
+        areas_[toUpper(removeBlanks(query.text(1)))] = *area;
+  }
+
+  [[nodiscard]] static bool isMetricSystem(std::wstring_view standard) {
+    return equalsOrdinalNoCase(standard, metric);
+  }
+  [[nodiscard]] bool isMetric() const { return isMetric_; }
+  [[nodiscard]] std::optional<double> of(std::wstring_view size) const {
+    std::wstring name = toUpper(removeBlanks(size));
+    if (isMetric_)
+      return plainNumber(name.ends_with(metric) ? name.substr(0, name.size() - metric.size()) : name);
+    const auto known = areas_.find(name);
+    return known == areas_.end() ? std::nullopt : std::optional(known->second);
+  }
+
+private:
+  static constexpr std::wstring_view metric = L"MM2";
+  bool isMetric_;
+  std::map<std::wstring, double> areas_;
+};
+
+/// The area of a protective conductor in mm2 by that of the conductors: IEC 60364-5-54, table 54.7.
+double metricGroundArea(double conductors) {
+  constexpr double equalUpTo = 16.0;
+  constexpr double sameUpTo = 35.0;
+  return conductors <= equalUpTo ? conductors : conductors <= sameUpTo ? equalUpTo : conductors / 2.0;
+}
+
+/// The first of the grounding conductors, in ascending order, that is large enough beside larger conductors.
+BesideGround grownGround(
+    const WireAreas& areas, const std::vector<std::wstring>& sizes, const std::wstring& proposal,
+    std::wstring_view smallest, std::wstring_view conductors) {
+  for (const std::wstring_view size : {conductors, smallest, std::wstring_view(proposal)})
+    if (!areas.of(size)) return {proposal, std::wstring(size)};
+  const double installed = *areas.of(conductors);
+  const double required = *areas.of(smallest);
+  const double proposed = *areas.of(proposal);
+  if (installed <= required) return {proposal};
+  const double least = areas.isMetric() ? metricGroundArea(installed) : proposed * installed / required;
+  // Areas of the table are rounded: the same proportion comes out a hair above the size that has it.
+  constexpr double rounding = 0.995;
+  if (proposed >= least * rounding) return {proposal};
+  std::wstring largest = proposal;
+  for (const std::wstring& size : sizes) {
+    const std::optional<double> area = areas.of(size);
+    if (!area) return {proposal, size};
+    largest = size;
+    if (*area >= least * rounding) break;
+  }
+  return {largest};
+}
+
+} // namespace
+
+BesideGround autoGround(
     const WireDefaults& defaults, const ZanCircuitData& data, std::wstring_view conductors) {
   const WireTableSet tables = tablesOf(defaults, data);
   std::vector<std::wstring> sizes;
   defaults.reader().ListGround(
       tables, defaults.setting(option::groundingRating).text, formatTrimmed(data.fla), sizes);
-  return sizes.empty() ? std::wstring() : groundNotAbove(defaults, tables, sizes.front(), conductors);
+  if (sizes.empty()) return {};
+  ZanCircuitData byCurrent = data;
+  byCurrent.useVoltageDrop = false;
+  const std::optional<AutoWire> smallest = autoWire(defaults, byCurrent, autoDesignCurrent(defaults, data));
+  return groundBeside(
+      defaults, tables, sizes.front(), smallest && smallest->isLargeEnough ? smallest->size : std::wstring(),
+      conductors);
 }
 
-std::wstring groundNotAbove(
+BesideGround groundBeside(
     const WireDefaults& defaults, const WireTableSet& tables, const std::wstring& proposal,
-    std::wstring_view conductors) {
-  // A size that the table lacks, such as that of parallel conductors, limits nothing: it cannot be compared.
+    std::wstring_view smallest, std::wstring_view conductors) {
   std::vector<std::wstring> sizes;
   defaults.reader().ListGround(tables, everyRating, {}, sizes);
+  BesideGround ground{proposal};
+  if (!conductors.empty() && !smallest.empty() && !equalsOrdinalNoCase(removeBlanks(smallest), conductors))
+    ground = grownGround(
+        WireAreas(defaults.tables().connection(), tables.standard), sizes, proposal, smallest, conductors);
+  // A size that the table lacks, such as that of parallel conductors, limits nothing: it cannot be compared.
   for (const std::wstring& size : sizes) {
-    if (size == proposal) break;
-    if (equalsOrdinalNoCase(removeBlanks(size), conductors)) return size;
+    if (size == ground.size) break;
+    if (!equalsOrdinalNoCase(removeBlanks(size), conductors)) continue;
+    ground.size = size;
+    break;
   }
-  return proposal;
+  return ground;
 }
 
 } // namespace brenvolt

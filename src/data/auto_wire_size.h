@@ -40,15 +40,26 @@ struct AutoWire {
 [[nodiscard]] std::optional<AutoWire> autoWire(
     const WireDefaults& defaults, const ZanCircuitData& data, double current);
 
-/// The grounding conductor of a build for the circuit's full-load current, as shown; empty when the tables give none.
-/// `conductors` is the size of the circuit's conductors without blanks, empty where it is not known: a grounding conductor
-/// does not have to be larger than they are, whatever the formula of the rating gives (NEC 250.122(A), IEC 60364-5-54).
-[[nodiscard]] std::wstring autoGroundSize(
+/// A grounding conductor that is sized unattended.
+struct BesideGround {
+  std::wstring size; ///< as shown; empty when the tables give none
+  /// A size whose area the tables do not give, though it is needed: the grounding conductor is then the one for the
+  /// smallest conductors that the current allows. Empty for none.
+  std::wstring withoutArea{};
+};
+
+/// The grounding conductor of a build for the circuit's full-load current. `conductors` is the size of the circuit's
+/// conductors without blanks, empty where it is not known.
+[[nodiscard]] BesideGround autoGround(
     const WireDefaults& defaults, const ZanCircuitData& data, std::wstring_view conductors);
 
-/// The same for a proposal of the wire lookup, which is by the formula alone.
-[[nodiscard]] std::wstring groundNotAbove(
+/// The same for a proposal of the wire lookup, which is by the formula alone. `smallest` is the size that the current alone
+/// requires; empty where no size is large enough.
+/// Beside larger conductors, for the voltage drop or by choice, it grows: in proportion to their areas (NEC 250.122(B)),
+/// or, in mm2, to their area up to 16, to 16 up to 35, and to half of it above (IEC 60364-5-54, table 54.7). It does not
+/// have to be larger than the conductors, whatever the formula of the rating gives (NEC 250.122(A), IEC 60364-5-54).
+[[nodiscard]] BesideGround groundBeside(
     const WireDefaults& defaults, const WireTableSet& tables, const std::wstring& proposal,
-    std::wstring_view conductors);
+    std::wstring_view smallest, std::wstring_view conductors);
 
 } // namespace brenvolt

@@ -201,6 +201,7 @@ enum class TextId : unsigned {
   groundingWithoutSize = 22435,    ///< "%s": the marker's CODE
   groundingWithoutCurrent = 22436, ///< "%s": the marker's CODE
   groundingWithoutTables = 22437,  ///< "%s": the marker's CODE
+  groundingWithoutArea = 22438,    ///< "%s", "%s": the marker's CODE, a size
 
   // Where a form of the worksheet is, and why it failed.
   formPlace = 22440,    ///< five "%s": workbook, worksheet, row, column, CODE

@@ -50,6 +50,7 @@ constexpr std::string_view dialogs =
     "text 22435 = marker %s: its grounding conductor has no size\n"
     "text 22436 = marker %s: grounding, its full-load current is not known\n"
     "text 22437 = marker %s: grounding, the tables of wire sizes cannot be read\n"
+    "text 22438 = marker %s: no area for %s\n"
     "text 22440 = %s %s %s %s %s\n";
 
 std::vector<simhost::AnswerStep> answers(int executionErrors) {

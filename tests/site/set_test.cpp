@@ -276,6 +276,7 @@ TEST_CASE("a size that a list fixes is that of the conductors, and stays when th
   write("H-1,Power feeds,Single-phase,Heater,3,kW,240,1,,65,FT,12 AWG,,\n"
         "P-2,Three-phase motors,Direct on line,,10,HP,460,3,1800,1200,FT,14,,\n"
         "P-3,Three-phase motors,\"Two motors, one feeder\",,10,HP,460,3,1800,120,FT,8,,\n"
+        "P-4,Three-phase motors,Direct on line,,25,HP,460,3,1800,,,250,,\n"
         "M-1,Three-phase motors,Direct on line,,5.5,kW,400,3,1500,40,M,6 mm\u00b2,,IEC\n");
   const ToolRun run = folder.set("build", "set", {"--frame", "A1"});
   CHECK(run.exitCode == 5);
@@ -287,6 +288,11 @@ TEST_CASE("a size that a list fixes is that of the conductors, and stays when th
   CHECK(run.errors.find("row 2") == std::string::npos);
   CHECK(run.errors.find("240.4(D)") == std::string::npos);
   const std::string sheet = folder.path("set/sheets/001.json");
+  // The grounding conductor grows with them: 8 AWG beside the 6 AWG that the current requires, 16.51 x 250 / 26.24 =
+  // 157.3 kcmil beside 250; in mm2 it is as large as they are.
+  checkHolds(
+      folder.site().run({"report", "motors", sheet, "--format", "csv"}).output,
+      {"\"250KCMIL, PE 3/0AWG\"", "\"8AWG, PE 8AWG\"", "\"6mm2, PE 6mm2\""});
   const auto motors = [&] {
     std::string text;
     for (const std::string& line :
@@ -295,7 +301,7 @@ TEST_CASE("a size that a list fixes is that of the conductors, and stays when th
         text += cells[0] + " " + cells[3] + " " + cells[10].substr(0, cells[10].find(',')) + "; ";
     return text;
   };
-  CHECK(motors() == "H-1 3 12AWG; P-2 10 14AWG; P-3A 10 8AWG; P-3B 10 8AWG; M-1 5.5 6mm2; ");
+  CHECK(motors() == "H-1 3 12AWG; P-2 10 14AWG; P-3A 10 8AWG; P-3B 10 8AWG; P-4 25 250KCMIL; M-1 5.5 6mm2; ");
   const auto rebuild = [&](const char* circuit, const char* choice) {
     return folder.site().run(
         {"rebuild", sheet, "--circuit", circuit, "--set", choice, "--site", folder.site().site()});
@@ -332,7 +338,7 @@ TEST_CASE("a size that a list fixes is that of the conductors, and stays when th
       {"FU-P3 100A (feeder 10AWG carries 35A, its motors need 110.25A)"});
   CHECK(rebuild("P-3B", "load=10").exitCode == 0);
   CHECK(rebuild("P-3A", "load=5").exitCode == 0);
-  CHECK(motors() == "P-2 10 14AWG; M-1 5.5 6mm2; H-1 5 12AWG; P-3A 5 8AWG; P-3B 10 6AWG; ");
+  CHECK(motors() == "P-2 10 14AWG; P-4 25 250KCMIL; M-1 5.5 6mm2; H-1 5 12AWG; P-3A 5 8AWG; P-3B 10 6AWG; ");
   CHECK(rebuild("H-1", "wire-size=").exitCode == 0);
   checkHolds(motors(), {"H-1 5 10AWG; "});
 }
