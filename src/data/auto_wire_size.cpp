@@ -176,14 +176,12 @@ BesideGround grownGround(
   // Areas of the table are rounded: the same proportion comes out a hair above the size that has it.
   constexpr double rounding = 0.995;
   if (proposed >= least * rounding) return {proposal};
-  std::wstring largest = proposal;
   for (const std::wstring& size : sizes) {
     const std::optional<double> area = areas.of(size);
     if (!area) return {proposal, size};
-    largest = size;
-    if (*area >= least * rounding) break;
+    if (*area >= least * rounding) return {size};
   }
-  return {largest};
+  return {std::wstring(conductors)}; // as large as they are is always enough
 }
 
 } // namespace
