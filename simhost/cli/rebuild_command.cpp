@@ -1,6 +1,7 @@
 // `brenvolt rebuild`: a circuit of a drawing built again in its place with other choices, or once more beside it.
 #include "circuits/building/circuit_parts.h"
 #include "circuits/building/circuit_rebuild.h"
+#include "circuits/reports/protection_limits.h"
 #include "simhost/cli/circuit_choice.h"
 #include "simhost/cli/site_options.h"
 #include "simhost/cli/subcommand.h"
@@ -10,6 +11,7 @@
 #include "text/encoding.h"
 #include "text/split.h"
 
+#include <algorithm>
 #include <cstdio>
 #include <memory>
 #include <string>
@@ -65,12 +67,18 @@ ExitCode runRebuild(const RebuildOptions& options) {
   request.circuit = circuit.id;
   const std::wstring warning =
       options.copyAs.empty() ? circuits::rebuildWarning(drawing, circuit) : std::wstring();
-  const std::vector<std::string> findings =
-      options.copyAs.empty()
-          ? circuits::rebuildCircuit(site, request)
-          : circuits::copyCircuit(
-                site, request, fromUtf8(options.copyAs), {options.at[0], options.at[1], 0.0})
-                .findings;
+  const std::vector<std::wstring> faultsBefore =
+      circuits::tooLargeProtections(circuits::readSheet(drawing, {}));
+  std::vector<std::string> findings;
+  if (options.copyAs.empty())
+    findings = circuits::rebuildCircuit(site, request);
+  else
+    findings =
+        circuits::copyCircuit(site, request, fromUtf8(options.copyAs), {options.at[0], options.at[1], 0.0})
+            .findings;
+  for (const std::wstring& fault : circuits::tooLargeProtections(circuits::readSheet(drawing, {})))
+    if (std::find(faultsBefore.begin(), faultsBefore.end(), fault) == faultsBefore.end())
+      findings.push_back(toUtf8(fault));
   const std::string& out = options.out.empty() ? options.drawing : options.out;
   if (const Fault fault = saveDrawing(drawing, fromUtf8(out))) throw CannotWrite(toUtf8(*fault));
   if (!warning.empty()) std::fprintf(stderr, "brenvolt: %s\n", toUtf8(warning).c_str());
