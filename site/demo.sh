@@ -15,12 +15,12 @@ cp site/zan_brenvolt.xls site/zan_brenvolt.xml "$demo/"
 # circuit | type | saved configuration to take over | where
 circuits='Three-phase motors|Direct on line|Pump 10 HP|0,0
 Three-phase motors|Reversing|Hoist 5 HP|215,0
-Three-phase motors|Star-delta|Fan 40 HP|430,0
-Three-phase motors|Two motors, one feeder|Two pumps 10 and 5 HP|675,0
+Three-phase motors|Star-delta|Fan 40 HP|436,0
+Three-phase motors|Two motors, one feeder|Two pumps 10 and 5 HP|665,0
 Control circuits|Start and stop station|Station|215,-275
 Single-phase motors|Direct on line|Sump 1.5 HP|0,-185
 Power feeds|Three-phase|Heater 15 kW|0,-335
-Power feeds|Single-phase|Heater 2 kW|430,-300'
+Power feeds|Single-phase|Heater 2 kW|436,-300'
 
 into=()
 count=0
