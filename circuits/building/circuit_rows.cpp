@@ -2,6 +2,7 @@
 #include "circuits/building/circuit_rows.h"
 
 #include "circuits/building/row_configurations.h"
+#include "circuits/building/row_wires.h"
 #include "circuits/building/template_phases.h"
 #include "circuits/provenance/load_data.h"
 #include "circuits/set/conductor_sizes.h"
@@ -53,11 +54,6 @@ constexpr RatingColumn ratingColumns[] = {
     {SetField::phase, Rating::phase}, {SetField::frequency, Rating::frequency},
     {SetField::speed, Rating::speed},
 };
-
-/// A drop that the tables give no figures for is "-": nothing is known of it then.
-std::wstring percentText(const std::wstring& cell) {
-  return brenvolt::isGiven(brenvolt::toDouble(cell)) ? cell + L" %" : std::wstring();
-}
 
 enum class LoadKind { none, motor, load };
 
@@ -382,21 +378,11 @@ private:
     return column ? record[*column] : std::wstring();
   }
 
-  /// What chooses the tables of wires, and what is not of a row.
-  [[nodiscard]] simhost::WireTexts wireTextsOf(const SetCircuit& circuit) const {
-    simhost::WireTexts texts = settings_.wires;
-    texts.isUnattended = settings_.sizing == SetSettings::Sizing::build;
-    for (const simhost::WireFieldRow& field : simhost::wireFields)
-      if (texts.isUnattended && !field.isForBuild) texts[field.field].clear();
-    texts[WireField::standardCode] = circuit.standardCode;
-    return texts;
-  }
-
   /// The sizes that the tables have for a circuit; none, which is reported with its motor or load, where they cannot be read.
   const std::vector<std::wstring>& sizesOf(Standard& standard, const SetCircuit& circuit) {
     if (standard.sizes) return *standard.sizes;
     standard.sizes.emplace();
-    simhost::WireTexts texts = wireTextsOf(circuit);
+    simhost::WireTexts texts = wireTextsOf(settings_, circuit);
     // Any motor or load: the sizes do not depend on it.
     texts[WireField::fla] = texts[WireField::voltage] = texts[WireField::phase] = L"1";
     static_cast<void>(runOf(standard, circuit.standardCode));
@@ -534,81 +520,6 @@ private:
     fail(row, SetField::load, L"the table has no such motor or load");
   }
 
-  /// Null where no size is large enough.
-  [[nodiscard]] const brenvolt::WireCandidate* chosenWire(
-      const WireRequest& request, const brenvolt::WireLookupResult& lookup) const {
-    if (settings_.sizing == SetSettings::Sizing::lookup)
-      return lookup.proposed ? &lookup.rows[*lookup.proposed] : nullptr;
-    if (!request.build || !request.build->isLargeEnough) return nullptr;
-    const auto found =
-        std::find_if(lookup.rows.begin(), lookup.rows.end(), [&request](const brenvolt::WireCandidate& row) {
-          return row.size == request.build->size;
-        });
-    return found == lookup.rows.end() ? nullptr : &*found;
-  }
-
-  /// The fixed size, else the one that the tables propose; nothing, with a fault of the row, where there is none.
-  std::optional<brenvolt::WireCandidate> wireOf(
-      const SetRow& row, const SetCircuit& circuit, const WireRequest& request, Standard& standard) {
-    const brenvolt::WireLookupResult lookup = standard.wires->lookUp(request);
-    const brenvolt::WireCandidate* proposed = chosenWire(request, lookup);
-    if (!circuit.fixedSizes.empty()) return fixedWire(row, circuit, request, standard, proposed);
-    if (proposed == nullptr && lookup.proposal == brenvolt::Proposal::aboveDropLimit)
-      fail(row, SetField::length, simhost::noteOn(request, lookup));
-    else if (proposed == nullptr)
-      fail(
-          row, SetField::load,
-          L"no wire of the tables carries " + request[WireField::fla].text + L" A under these conditions");
-    // A drop that is not known is not a small one: a size without impedance is never taken unseen.
-    else if (request.input.drop && proposed->lacksImpedance)
-      fail(
-          row, SetField::length,
-          simhost::noteOn(request, lookup) + L"; add its impedance to the table, or fix a size of your "
-                                             L"choice in the column wire-size");
-    else
-      return *proposed;
-    return std::nullopt;
-  }
-
-  /// The designer's size is drawn as it is; where the circuit needs another one, that is reported. `proposed`: null where
-  /// the tables propose none.
-  std::optional<brenvolt::WireCandidate> fixedWire(
-      const SetRow& row, const SetCircuit& circuit, const WireRequest& request, Standard& standard,
-      const brenvolt::WireCandidate* proposed) {
-    const std::vector<brenvolt::WireCandidate> all = standard.wires->allSizes(request);
-    const auto wire = std::find_if(all.begin(), all.end(), [&circuit](const auto& each) {
-      return brenvolt::removeBlanks(each.size) == circuit.fixedSizes;
-    });
-    if (wire == all.end()) {
-      fail(row, SetField::wireSize, L"the tables have no ampacity of " + circuit.fixedSizes);
-      return std::nullopt;
-    }
-    const std::wstring proposal =
-        proposed == nullptr ? L"; the tables have none that fits" : L"; the tables propose " + proposed->size;
-    if (brenvolt::toDouble(wire->ampacity) < request.input.total)
-      find(
-          row, SetField::wireSize,
-          wire->size + L" carries " + wire->ampacity +
-              L" A under these conditions, less than the design "
-              L"current of " +
-              brenvolt::formatTrimmed(request.input.total) + L" A" + proposal);
-    const std::optional<brenvolt::DropFields>& drop = request.input.drop;
-    if (drop && wire->lacksImpedance)
-      find(
-          row, SetField::wireSize,
-          L"the tables have no impedance for " + wire->size + L": its voltage drop is not known");
-    if (drop && drop->limit) {
-      std::vector<brenvolt::WireCandidate> passing = {*wire};
-      brenvolt::removeAboveDropLimit(passing, *drop->limit);
-      if (passing.empty())
-        find(
-            row, SetField::wireSize,
-            wire->size + L" has a voltage drop of " + percentText(wire->dropPercent) + L", more than the " +
-                request[WireField::dropLimit].text + L" % allowed" + proposal);
-    }
-    return *wire;
-  }
-
   void takeParams(
       const SetRow& row, const Worksheet& sheet, const RatingRecord& record, Standard& standard,
       SetCircuit& circuit) {
@@ -617,7 +528,7 @@ private:
     const std::wstring voltage = text(Rating::voltage);
     const std::wstring phase = text(Rating::phase);
     const std::wstring fla = text(Rating::fla);
-    simhost::WireTexts texts = wireTextsOf(circuit);
+    simhost::WireTexts texts = wireTextsOf(settings_, circuit);
     texts[WireField::fla] = fla;
     texts[WireField::voltage] = voltage;
     texts[WireField::phase] = phase;
@@ -631,8 +542,11 @@ private:
     for (const simhost::WireFault& fault : faults)
       fail(row, fromUtf8(simhost::wireField(fault.field).name), fromUtf8(fault.reason));
     if (!request) return;
-    const std::optional<WireCandidate> wire = wireOf(row, circuit, *request, standard);
-    if (!wire) return;
+    RowWire chosen = wireOf(settings_, circuit, *request, *standard.wires);
+    for (auto& [field, reason] : chosen.findings)
+      find(row, field, std::move(reason));
+    if (!chosen.wire) return fail(row, chosen.fault.first, std::move(chosen.fault.second));
+    const std::optional<WireCandidate>& wire = chosen.wire;
     const std::wstring& size = wire->size;
     if (request->groundSizes().empty())
       return fail(row, SetField::load, L"the tables name no grounding conductor for " + fla + L" A");
