@@ -189,7 +189,8 @@
 
 (defun draw-terminal ()
   (sy-circle 0 0 1.2)
-  (sy-attribute "TERM01" 1.6 1.2 1.8 'left) ; right of the wire number, which stands before the terminal
+  ; Below the wire, whose number is before the terminal and whose end at a motor has a name behind it: room for any number.
+  (sy-attribute "TERM01" 1.2 -3.0 1.8 'left)
   (sy-hidden "TAGSTRIP")
   (sy-hidden "FAMILY" "TRMS")
   (mapc 'sy-hidden '("MFG" "CAT" "INST" "LOC"))
