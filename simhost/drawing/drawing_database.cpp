@@ -5,6 +5,7 @@
 #include "text/assertion.h"
 #include "text/compare.h"
 
+#include <array>
 #include <map>
 #include <memory>
 #include <utility>
@@ -276,19 +277,24 @@ void DrawingDatabase::useLayer(Entity& entity) {
 
 std::wstring formatHandle(KvDbHandle handle) {
   constexpr std::wstring_view digits = L"0123456789ABCDEF";
-  std::wstring text;
-  for (std::uint64_t rest = handle.value(); rest != 0; rest /= 16) {
-    text.insert(text.begin(), digits[rest % 16]);
-  }
-  return text.empty() ? L"0" : text;
+  std::array<wchar_t, 16> text{};
+  std::size_t start = text.size();
+  std::uint64_t rest = handle.value();
+  do {
+    text[--start] = digits[rest % 16];
+    rest /= 16;
+  } while (rest != 0);
+  return {text.begin() + start, text.end()};
 }
 
 std::optional<KvDbHandle> parseHandle(std::wstring_view text) {
   std::uint64_t value = 0;
-  for (const wchar_t character : brenvolt::toUpper(text)) {
+  for (const wchar_t character : text) {
     const bool isDigit = character >= L'0' && character <= L'9';
-    if (!isDigit && (character < L'A' || character > L'F')) return std::nullopt;
-    value = value * 16 + static_cast<std::uint64_t>(isDigit ? character - L'0' : character - L'A' + 10);
+    const bool isLower = character >= L'a' && character <= L'f';
+    if (!isDigit && !isLower && (character < L'A' || character > L'F')) return std::nullopt;
+    const wchar_t first = isLower ? L'a' : L'A';
+    value = value * 16 + static_cast<std::uint64_t>(isDigit ? character - L'0' : character - first + 10);
     if (value >= DrawingDatabase::handleLimit) return std::nullopt;
   }
   if (value == 0) return std::nullopt;

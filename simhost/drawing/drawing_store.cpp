@@ -2,7 +2,6 @@
 #include "simhost/drawing/drawing_store.h"
 
 #include "text/assertion.h"
-#include "text/compare.h"
 
 #include <algorithm>
 #include <utility>
@@ -15,13 +14,13 @@ BlockNode* DrawingStore::findBlock(KvDbHandle handle) const {
 }
 
 BlockNode* DrawingStore::findBlock(std::wstring_view name) const {
-  const auto found = blocksByName_.find(brenvolt::toUpper(name));
+  const auto found = blocksByName_.find(name);
   return found == blocksByName_.end() ? nullptr : found->second;
 }
 
 void DrawingStore::pushBlock(std::unique_ptr<BlockNode> block) {
   blocksByHandle_.emplace(block->handle.value(), block.get());
-  blocksByName_.emplace(brenvolt::toUpper(block->name), block.get());
+  blocksByName_.emplace(block->name, block.get());
   blocks_.push_back(std::move(block));
 }
 
@@ -29,7 +28,7 @@ std::unique_ptr<BlockNode> DrawingStore::popBlock() {
   std::unique_ptr<BlockNode> block = std::move(blocks_.back());
   blocks_.pop_back();
   blocksByHandle_.erase(block->handle.value());
-  blocksByName_.erase(brenvolt::toUpper(block->name));
+  blocksByName_.erase(block->name);
   return block;
 }
 
@@ -123,24 +122,24 @@ const EntityNode* DrawingStore::preceding(const EntityNode& entity) const {
 }
 
 Layer* DrawingStore::findLayer(std::wstring_view name) {
-  const auto found = layersByName_.find(brenvolt::toUpper(name));
+  const auto found = layersByName_.find(name);
   return found == layersByName_.end() ? nullptr : &layers_[found->second];
 }
 
 const Layer* DrawingStore::findLayer(std::wstring_view name) const {
-  const auto found = layersByName_.find(brenvolt::toUpper(name));
+  const auto found = layersByName_.find(name);
   return found == layersByName_.end() ? nullptr : &layers_[found->second];
 }
 
 void DrawingStore::pushLayer(Layer layer) {
-  layersByName_.emplace(brenvolt::toUpper(layer.name), layers_.size());
+  layersByName_.emplace(layer.name, layers_.size());
   layers_.push_back(std::move(layer));
 }
 
 Layer DrawingStore::popLayer() {
   Layer layer = std::move(layers_.back());
   layers_.pop_back();
-  layersByName_.erase(brenvolt::toUpper(layer.name));
+  layersByName_.erase(layer.name);
   return layer;
 }
 

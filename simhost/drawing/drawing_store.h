@@ -5,6 +5,7 @@
 #include "simhost/drawing/entity.h"
 #include "simhost/drawing/entity_grid.h"
 #include "simhost/drawing/provenance.h"
+#include "text/compare.h"
 
 #include <cstddef>
 #include <map>
@@ -97,10 +98,13 @@ private:
   KvDbHandle nextHandle_{1};
   std::vector<std::unique_ptr<BlockNode>> blocks_;
   std::unordered_map<std::uint64_t, BlockNode*> blocksByHandle_;
-  std::unordered_map<std::wstring, BlockNode*> blocksByName_;
+  template <class Value>
+  using ByName =
+      std::unordered_map<std::wstring, Value, brenvolt::OrdinalNoCaseHash, brenvolt::OrdinalNoCaseEqual>;
+  ByName<BlockNode*> blocksByName_;
   std::unordered_map<std::uint64_t, std::unique_ptr<EntityNode>> entities_;
   std::vector<Layer> layers_;
-  std::unordered_map<std::wstring, std::size_t> layersByName_;
+  ByName<std::size_t> layersByName_;
   std::map<std::wstring, VariableValue> variables_;
   CircuitRecords circuits_;
 };

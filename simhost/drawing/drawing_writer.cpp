@@ -6,6 +6,8 @@
 #include "text/encoding.h"
 #include "text/shortest_number.h"
 
+#include <algorithm>
+#include <cstddef>
 #include <cstdint>
 #include <optional>
 #include <string>
@@ -36,8 +38,17 @@ void addQuoted(std::string& bytes, std::string_view text) {
   bytes += '"';
 }
 
+/// Most texts need neither an escape nor a code of several bytes: they are copied as they are.
 void addText(std::string& bytes, std::wstring_view text) {
-  addQuoted(bytes, brenvolt::toUtf8(text));
+  const auto isPlain = [](wchar_t character) {
+    return character >= L' ' && character < 0x7F && character != L'"' && character != L'\\';
+  };
+  if (!std::all_of(text.begin(), text.end(), isPlain)) return addQuoted(bytes, brenvolt::toUtf8(text));
+  const std::size_t start = bytes.size();
+  bytes.resize(start + text.size() + 2, '"');
+  std::transform(
+      text.begin(), text.end(), bytes.begin() + static_cast<std::ptrdiff_t>(start) + 1,
+      [](wchar_t character) { return static_cast<char>(character); });
 }
 
 void addPoint(std::string& bytes, const KvPoint3d& point) {
@@ -65,11 +76,10 @@ public:
   }
   /// Where the value of the field is written.
   std::string& field(std::string_view key) {
-    std::string& bytes = item();
-    bytes += '"';
-    bytes += key;
-    bytes += "\":";
-    return bytes;
+    bytes_ += isFirst_ ? "\"" : ",\"";
+    isFirst_ = false;
+    bytes_ += key;
+    return bytes_ += "\":";
   }
   void text(std::string_view key, std::wstring_view value) { addText(field(key), value); }
   void real(std::string_view key, double value) { brenvolt::appendShortest(field(key), value); }

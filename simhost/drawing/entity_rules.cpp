@@ -6,6 +6,7 @@
 
 #include <cmath>
 #include <initializer_list>
+#include <limits>
 
 namespace simhost {
 namespace {
@@ -78,7 +79,8 @@ Fault numberFault(double value) {
 }
 
 Fault pointFault(const KvPoint3d& point) {
-  return firstFault({numberFault(point.x), numberFault(point.y), numberFault(point.z)});
+  if (std::isfinite(point.x) && std::isfinite(point.y) && std::isfinite(point.z)) return std::nullopt;
+  return numberFault(std::numeric_limits<double>::infinity());
 }
 
 Fault nameFault(std::wstring_view what, std::wstring_view name) {

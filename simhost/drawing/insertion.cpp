@@ -110,12 +110,10 @@ private:
   }
 
   Entity carried(const Entity& entity, const Placement& placement) {
-    Entity result = entity;
-    result.shape = placed(entity.shape, placement);
+    Entity result{placed(entity.shape, placement), carriedLayer(entity.layer), entity.colour, entity.data};
     if (auto* reference = std::get_if<BlockReference>(&result.shape)) {
       reference->block = blocks_.at(reference->block);
     }
-    result.layer = carriedLayer(entity.layer);
     return result;
   }
 

@@ -16,7 +16,8 @@ std::wstring JsonPlace::text() const {
   return number == 0 ? place : place + L' ' + brenvolt::formatInt(number);
 }
 
-JsonFields::JsonFields(const JsonNode& object, JsonPlace place) : object_(object), place_(place) {
+JsonFields::JsonFields(const JsonNode& object, JsonPlace place)
+    : object_(object), place_(place), next_{object.first} {
   if (object_.kind != Kind::object) fail(L"an object is expected");
 }
 
@@ -25,13 +26,19 @@ void JsonFields::fail(std::wstring_view reason) const {
 }
 
 const JsonNode* JsonFields::find(std::string_view name) {
-  std::uint64_t bit = 1;
-  for (const JsonNode* item = object_.first; item != nullptr; item = item->next, bit <<= 1U) {
-    if (item->key != name) continue;
-    asked_ |= bit;
-    return item;
-  }
-  return nullptr;
+  // Fields are mostly asked for in the order of the file: from the last one on, then from the start to it.
+  const auto search = [&](Field field, const JsonNode* end) -> const JsonNode* {
+    for (; field.item != end; field = field.next()) {
+      if (field.item->key != name) continue;
+      asked_ |= field.bit;
+      next_ = field.next();
+      return field.item;
+    }
+    return nullptr;
+  };
+  const Field start = next_;
+  const JsonNode* const later = search(start, nullptr);
+  return later != nullptr ? later : search({object_.first}, start.item);
 }
 
 const JsonNode& JsonFields::get(std::string_view name) {
@@ -95,9 +102,8 @@ std::wstring JsonFields::textOf(const JsonNode& value, std::string_view name) co
 
 void JsonFields::finish() const {
   // No object of a drawing has as many fields as there are bits: what comes after them is unknown.
-  std::uint64_t bit = 1;
-  for (const JsonNode* item = object_.first; item != nullptr; item = item->next, bit <<= 1U)
-    if ((asked_ & bit) == 0) fail(L"the field " + brenvolt::fromUtf8(item->key) + L" is unknown");
+  for (Field field{object_.first}; field.item != nullptr; field = field.next())
+    if ((asked_ & field.bit) == 0) fail(L"the field " + brenvolt::fromUtf8(field.item->key) + L" is unknown");
 }
 
 void JsonFields::failField(std::string_view name, std::wstring_view expectation) const {

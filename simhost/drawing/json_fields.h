@@ -60,8 +60,16 @@ public:
 private:
   [[noreturn]] void failField(std::string_view name, std::wstring_view expectation) const;
 
+  /// One of the object's, and its bit in `asked_`.
+  struct Field {
+    const JsonNode* item = nullptr;
+    std::uint64_t bit = 1;
+    [[nodiscard]] Field next() const { return {item->next, bit << 1U}; }
+  };
+
   const JsonNode& object_;
   JsonPlace place_;
+  Field next_;              ///< after the one that was asked for last
   std::uint64_t asked_ = 0; ///< a bit for each of the first fields that was asked for
 };
 

@@ -141,9 +141,15 @@ private:
     return std::isfinite(node.number);
   }
 
+  /// ASCII that is a text as it is.
+  static bool isPlainByte(char character) {
+    return static_cast<signed char>(character) >= ' ' && character != '"' && character != '\\';
+  }
+
   /// From after the opening quote to after the closing one.
   bool readText(std::string_view& text) {
     const char* const start = at_;
+    at_ = std::find_if_not(at_, end_, isPlainByte);
     bool isPlain = true;
     bool hasEscapes = false;
     for (; at_ != end_ && *at_ != '"'; ++at_) {
@@ -167,13 +173,24 @@ private:
     return true;
   }
 
-  /// Of two values for one key the later one holds.
-  void dropRepeatedKeys(JsonNode& object) {
+  bool hasRepeatedKeys(const JsonNode& object) {
+    constexpr std::size_t few = 16; // keys, for which comparing all with all is quicker than sorting
+    if (object.count <= few) {
+      for (const JsonNode* item = object.first; item != nullptr; item = item->next)
+        for (const JsonNode* other = item->next; other != nullptr; other = other->next)
+          if (item->key == other->key) return true;
+      return false;
+    }
     keys_.clear();
     for (const JsonNode* item = object.first; item != nullptr; item = item->next)
       keys_.push_back(item->key);
     std::sort(keys_.begin(), keys_.end());
-    if (std::adjacent_find(keys_.begin(), keys_.end()) == keys_.end()) return;
+    return std::adjacent_find(keys_.begin(), keys_.end()) != keys_.end();
+  }
+
+  /// Of two values for one key the later one holds.
+  void dropRepeatedKeys(JsonNode& object) {
+    if (!hasRepeatedKeys(object)) return;
     std::map<std::string_view, const JsonNode*> values;
     for (const JsonNode* item = object.first; item != nullptr; item = item->next)
       values[item->key] = item;

@@ -141,10 +141,8 @@ std::size_t plainLength(Text text) {
 } // namespace
 
 std::string toUtf8(std::wstring_view text) {
-  std::string bytes;
-  bytes.reserve(text.size());
   const std::size_t plain = plainLength(text);
-  bytes.assign(text.begin(), text.begin() + static_cast<std::ptrdiff_t>(plain));
+  std::string bytes(text.begin(), text.begin() + static_cast<std::ptrdiff_t>(plain));
   for (std::size_t position = plain; position < text.size();) {
     appendUtf8(bytes, nextCodePoint(text, position));
   }
@@ -152,10 +150,9 @@ std::string toUtf8(std::wstring_view text) {
 }
 
 std::wstring fromUtf8(std::string_view bytes) {
-  std::wstring text;
-  text.reserve(bytes.size());
   const std::size_t plain = plainLength(bytes);
-  text.assign(bytes.begin(), bytes.begin() + static_cast<std::ptrdiff_t>(plain));
+  std::wstring text(bytes.begin(), bytes.begin() + static_cast<std::ptrdiff_t>(plain));
+  if (plain != bytes.size()) text.reserve(bytes.size());
   for (std::size_t position = plain; position < bytes.size();) {
     appendWide(text, nextUtf8(bytes, position).value_or(replacement));
   }
@@ -163,10 +160,9 @@ std::wstring fromUtf8(std::string_view bytes) {
 }
 
 std::optional<std::wstring> fromUtf8Strict(std::string_view bytes) {
-  std::wstring text;
-  text.reserve(bytes.size());
   const std::size_t plain = plainLength(bytes);
-  text.assign(bytes.begin(), bytes.begin() + static_cast<std::ptrdiff_t>(plain));
+  std::wstring text(bytes.begin(), bytes.begin() + static_cast<std::ptrdiff_t>(plain));
+  if (plain != bytes.size()) text.reserve(bytes.size());
   for (std::size_t position = plain; position < bytes.size();) {
     const auto c = nextUtf8(bytes, position);
     if (!c) return std::nullopt;
