@@ -73,7 +73,7 @@ Value placeDrawing(Drawer& drawer, Arguments& arguments) {
   insertion.position = pointArgument(arguments, 1);
   insertion.scale = numberArgument(arguments, 2, 1.0);
   insertion.rotationDegrees = numberArgument(arguments, 3, 0.0);
-  const LoadedDrawing source = drawer.load(name);
+  const SharedDrawing source = drawer.load(name);
   if (source.drawing == nullptr) arguments.fail(source.error);
   const KvDbHandle owner = drawer.target(drawing);
   requirePossible(arguments, drawingInsertionFault(drawing, owner, *source.drawing, insertion));

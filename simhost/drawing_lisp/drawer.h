@@ -20,7 +20,7 @@ public:
   Drawer& operator=(const Drawer&) = delete;
 
   [[nodiscard]] DrawingDatabase& drawing(const lisp::Arguments& arguments) const;
-  [[nodiscard]] LoadedDrawing load(const std::wstring& name) const { return access_.load(name); }
+  [[nodiscard]] SharedDrawing load(const std::wstring& name) const { return access_.load(name); }
   /// The block being defined, else the current space.
   [[nodiscard]] KvDbHandle target(const DrawingDatabase& drawing) const;
   /// Adds to the target; a fault is the function's error. Answers the entity's name.

@@ -21,6 +21,16 @@ Document::Document(std::wstring fileName, std::unique_ptr<DrawingDatabase> drawi
 
 Document::~Document() = default;
 
+void Document::restoreLisp(const LispState& state) {
+  interpreter_.symbols().restore(state.meanings);
+  exposed_ = state.exposed;
+}
+
+void Document::replaceDrawing(std::unique_ptr<DrawingDatabase> drawing) {
+  BRENVOLT_ASSERT(drawing != nullptr, "a document is left without a drawing");
+  drawing_ = std::move(drawing);
+}
+
 bool Document::hasView() const {
   // A user who can be asked to pick sees the drawing, even through a script.
   return windowSystem() != nullptr && windowSystem()->promptFrame() != nullptr;

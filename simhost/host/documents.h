@@ -31,6 +31,16 @@ public:
   /// Exposed functions and commands ("c:...").
   [[nodiscard]] bool isReachable(const lisp::Symbol& name) const;
 
+  /// What the document's LISP is at one moment.
+  struct LispState {
+    std::vector<lisp::SymbolTable::Meaning> meanings;
+    std::set<const lisp::Symbol*> exposed;
+  };
+  [[nodiscard]] LispState lispState() { return {interpreter_.symbols().meanings(), exposed_}; }
+  void restoreLisp(const LispState& state);
+  /// Takes the place of the drawing, which ends.
+  void replaceDrawing(std::unique_ptr<DrawingDatabase> drawing);
+
   [[nodiscard]] int lockCount() const { return lockCount_; }
   void countLock(int change) { lockCount_ += change; }
 

@@ -2,7 +2,6 @@
 #include "simhost/host/session.h"
 
 #include "host/host_api_lisp.h"
-#include "simhost/drawing/drawing_file.h"
 #include "simhost/drawing_lisp/drawing_functions.h"
 #include "simhost/host/files.h"
 #include "simhost/lisp/list.h"
@@ -104,7 +103,7 @@ Document& Session::openDocument(std::wstring fileName, std::unique_ptr<DrawingDa
       interpreter, {[&document] { return &document.drawing(); },
                     [this](const std::wstring& name) {
                       const std::filesystem::path file = findFile(name);
-                      return loadDrawing(file.empty() ? name : textOfPath(file));
+                      return insertedDrawings_.read(file.empty() ? name : textOfPath(file));
                     }});
   // (circuit-continue id): the next build continues this circuit instead of beginning one.
   interpreter.define(L"circuit-continue", 1, 1, [this](Arguments& arguments) {

@@ -7,6 +7,7 @@
 #include "simhost/host/documents.h"
 #include "simhost/host/errors.h"
 #include "simhost/host/function_registry.h"
+#include "simhost/host/inserted_drawings.h"
 #include "simhost/host/module_loader.h"
 #include "simhost/host/resource_module.h"
 #include "simhost/host/user_settings.h"
@@ -100,6 +101,7 @@ private:
   ResourceLibrary resources_;
   CircuitRecorder circuits_;
   FunctionRegistry functions_;
+  InsertedDrawings insertedDrawings_;
   DocumentManager documents_;
   ModuleLoader modules_;
   bool isCancelled_ = false;

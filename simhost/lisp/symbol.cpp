@@ -31,4 +31,24 @@ std::vector<const Symbol*> SymbolTable::all() const {
   return symbols;
 }
 
+std::vector<SymbolTable::Meaning> SymbolTable::meanings() const {
+  std::vector<Meaning> meanings;
+  meanings.reserve(symbols_.size());
+  for (const auto& [name, symbol] : symbols_)
+    meanings.push_back({symbol.get(), symbol->value, symbol->function});
+  return meanings;
+}
+
+void SymbolTable::restore(const std::vector<Meaning>& meanings) {
+  if (meanings.size() < symbols_.size())
+    for (const auto& [name, symbol] : symbols_) {
+      symbol->value = Value();
+      symbol->function = Value();
+    }
+  for (const Meaning& meaning : meanings) {
+    meaning.symbol->value = meaning.value;
+    meaning.symbol->function = meaning.function;
+  }
+}
+
 } // namespace simhost::lisp

@@ -42,6 +42,17 @@ public:
   /// All symbols, ordered by name.
   [[nodiscard]] std::vector<const Symbol*> all() const;
 
+  /// What the symbols mean at one moment. Lists and texts of this LISP never change, so this is all that a program can
+  /// have changed since.
+  struct Meaning {
+    Symbol* symbol;
+    Value value;
+    Value function;
+  };
+  [[nodiscard]] std::vector<Meaning> meanings() const;
+  /// Symbols that have come since have neither value nor function.
+  void restore(const std::vector<Meaning>& meanings);
+
 private:
   /// The key is the symbol's own name.
   std::unordered_map<

@@ -78,6 +78,7 @@ lisp::Interpreter& SiteRun::interpreter() {
 }
 
 void SiteRun::runSite() {
+  beginning_.reset();
   if (options_.site.empty()) return;
   defineSiteDatabase(interpreter(), options_);
   defineSqlFunctions(interpreter());
@@ -85,11 +86,15 @@ void SiteRun::runSite() {
   const std::string file = (std::filesystem::path(options_.site) / "site.lsp").string();
   run(readLisp(file), fromUtf8(file));
   if (!options_.project.empty()) tellProject();
+  Document& document = *session_.documents().current();
+  if (document.fileName().empty() && document.drawing().undoLog().changeCount() == 0)
+    beginning_ = document.lispState();
 }
 
 void SiteRun::setProject(const std::string& database) {
   if (options_.project == database) return;
   options_.project = database;
+  beginning_.reset();
   tellProject();
 }
 
@@ -124,6 +129,17 @@ void SiteRun::openDrawing(const std::string& file) {
     throw;
   }
   close(former, opened);
+}
+
+void SiteRun::beginAgain() {
+  if (!beginning_) return openDrawing({});
+  Document& document = *session_.documents().current();
+  session_.modules().tellDrawingUnloading();
+  session_.documents().activate(nullptr);
+  document.replaceDrawing(std::make_unique<DrawingDatabase>());
+  session_.documents().activate(&document);
+  session_.modules().tellDrawingLoaded();
+  document.restoreLisp(*beginning_);
 }
 
 void SiteRun::close(Document& document, Document& next) {

@@ -5,6 +5,7 @@
 #include "simhost/host/session.h"
 
 #include <memory>
+#include <optional>
 #include <span>
 #include <string>
 #include <string_view>
@@ -37,6 +38,11 @@ public:
   /// name starts an empty drawing. Throws BadInput, and the former document stays then.
   void openDrawing(const std::string& file);
 
+  /// As `openDrawing` without a file, but the site's LISP is not read again: its names mean what they meant when it had
+  /// run. For a program that draws one drawing after the other at a site that nobody changes meanwhile. Throws
+  /// BadInput.
+  void beginAgain();
+
   /// The project whose records the site's LISP keeps, also for drawings that are opened later; empty for none.
   void setProject(const std::string& database);
   [[nodiscard]] const std::string& project() const { return options_.project; }
@@ -58,6 +64,9 @@ private:
 
   SiteRunOptions options_;
   Session session_;
+  /// Of the current document after the site's LISP has run; nothing when that has drawn something, or is of another
+  /// project.
+  std::optional<Document::LispState> beginning_;
 };
 
 /// The bytes of a file that the user named. Throws BadInput.

@@ -1,3 +1,4 @@
+#include "simhost/drawing/drawing_file.h"
 #include "simhost/drawing_lisp/drawing_functions.h"
 #include "simhost/lisp/list.h"
 #include "simhost/lisp/printer.h"
@@ -26,8 +27,9 @@ struct Bench {
     defineDrawingFunctions(
         interpreter, {[this] { return drawing.get(); },
                       [this](const std::wstring& name) {
-                        if (name == L"template") return drawingFromJson(templateJson, name);
-                        return LoadedDrawing{nullptr, name + L": cannot read the file"};
+                        if (name == L"template")
+                          return SharedDrawing{drawingFromJson(templateJson, name).drawing, L""};
+                        return SharedDrawing{nullptr, name + L": cannot read the file"};
                       }});
     for (const std::wstring& name : interpreter.builtinNames()) {
       if (std::find(before.begin(), before.end(), name) == before.end()) names.push_back(name);
