@@ -2,6 +2,7 @@
 
 #include "platform/file_calls.h"
 #include "platform/file_path.h"
+#include "text/encoding.h"
 
 #include <cerrno>
 
@@ -26,6 +27,24 @@ std::optional<std::wstring> replaceCachedFile(
   }
   fileCalls().unlink(beside.c_str());
   return L"cannot be written: " + systemReason(reason);
+}
+
+std::optional<std::wstring> syncFiles(const std::string& folder, const std::vector<std::string>& paths) {
+  const auto forEach = [&paths](auto work) -> std::optional<std::wstring> {
+    for (const std::string& path : paths) {
+      const Descriptor file(::open(path.c_str(), O_RDONLY | O_CLOEXEC));
+      if (!file.isOpen() || !work(file.number())) return fromUtf8(path) + L": " + systemReason(errno);
+    }
+    return std::nullopt;
+  };
+  // Once all are on their way, the first sync takes the others with it. A file system that cannot begin early syncs each.
+  static_cast<void>(forEach([](int file) {
+    static_cast<void>(::sync_file_range(file, 0, 0, SYNC_FILE_RANGE_WRITE));
+    return true;
+  }));
+  if (auto fault = forEach([](int file) { return fileCalls().sync(file) == 0; })) return fault;
+  if (syncFolder(folder)) return std::nullopt;
+  return fromUtf8(folder) + L": " + systemReason(errno);
 }
 
 } // namespace brenvolt

@@ -1,5 +1,6 @@
 #include "platform/file_path.h"
 
+#include "platform/file_calls.h"
 #include "text/encoding.h"
 
 #include <cerrno>
@@ -60,6 +61,12 @@ bool isNamed(int descriptor, const std::string& path) {
   const int found = present.isOpen() ? ::fstat(present.number(), &named) : ::lstat(path.c_str(), &named);
   return found == 0 && ::fstat(descriptor, &opened) == 0 && opened.st_nlink > 0 &&
          opened.st_dev == named.st_dev && opened.st_ino == named.st_ino;
+}
+
+bool syncFolder(const std::string& folder) {
+  const Descriptor descriptor(::open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+  if (!descriptor.isOpen()) return errno == EACCES;
+  return fileCalls().sync(descriptor.number()) == 0 || errno == EINVAL || errno == ENOTSUP;
 }
 
 void Descriptor::close() {

@@ -23,6 +23,10 @@ void pauseForStaleName();
 /// Whether an open file is the one that has this name now.
 [[nodiscard]] bool isNamed(int descriptor, const std::string& path);
 
+/// A new name is on the disk only when its folder is. Some file systems have nothing to do for that and refuse, and a
+/// folder that may be written but not listed cannot be opened. False on a failure, the reason in `errno`.
+[[nodiscard]] bool syncFolder(const std::string& folder);
+
 /// Closes a descriptor at the end of a scope; a negative one means none.
 class Descriptor final {
 public:

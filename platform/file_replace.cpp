@@ -100,14 +100,6 @@ void copyExtendedAttributes(const std::string& from, int to) {
   }
 }
 
-/// A new name is on the disk only when its folder is. Some file systems have nothing to do for that and refuse, and a
-/// folder that may be written but not listed cannot be opened.
-bool syncFolder(const std::string& folder) {
-  const Descriptor descriptor(::open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
-  if (!descriptor.isOpen()) return errno == EACCES;
-  return fileCalls().sync(descriptor.number()) == 0 || errno == EINVAL || errno == ENOTSUP;
-}
-
 std::optional<std::wstring> obstacleNow(const std::string& target, int& fault) {
   fault = 0;
   struct stat status {};

@@ -3,7 +3,6 @@
 
 #include "circuits/building/row_configurations.h"
 #include "circuits/building/worker_processes.h"
-#include "circuits/provenance/circuit_objects.h"
 #include "circuits/set/label_places.h"
 #include "circuits/set/numbering.h"
 #include "circuits/set/part_outline.h"
@@ -101,6 +100,12 @@ void removeFormerWork(const fs::path& folder) {
     fs::remove_all(path, error);
 }
 
+/// Nobody changes a site while a set is built from it: its tables are looked for once. Empty for a site that finds them
+/// in another way.
+std::string tablesOf(const std::string& site) {
+  return simhost::hasSiteTables(site) ? simhost::siteDataSource(site) : std::string();
+}
+
 class PartBuilder final {
 public:
   PartBuilder(const PartOptions& options, const SetParts& parts)
@@ -115,22 +120,24 @@ public:
                                                                options.module,
                                                                options.language,
                                                                SiteRunOptions::UnnamedSettings::memory,
-                                                               {}},
+                                                               tablesOf(options.settings.site)},
                                                               windows_) {
     refuseForeignTables(site_.session());
   }
 
   /// Throws BadInput and CannotWrite.
   void build(const SetCircuit& circuit) {
-    site_.openDrawing({});
+    site_.beginAgain();
     const lisp::Value built = site_.run(buildForm(circuit, configurations_.workbookFor(circuit), {}), L"set");
     if (built.isNil()) throw BadInput("the build failed" + lastLine());
     DrawingDatabase& drawing = site_.session().documents().current()->drawing();
-    const std::vector<CircuitObject> objects = circuitsOf(drawing);
-    if (objects.size() != 1) throw BadInput("the build left no circuit");
-    numberContacts(drawing);
-    labelNets(site_, drawing, objects.front().id);
-    keepRow(drawing, objects.front().id, circuit, circuit.tag);
+    const simhost::CircuitRecords& circuits = drawing.store().circuits();
+    if (circuits.size() != 1) throw BadInput("the build left no circuit");
+    const std::wstring id = circuits.begin()->first;
+    const Netlist netlist = readNetlist(drawing);
+    numberContacts(drawing, netlist);
+    labelNets(site_, drawing, netlist, id);
+    keepRow(drawing, id, circuit, circuit.tag);
     const std::string bytes = simhost::drawingToJson(drawing);
     PartOutline outline = outlineOf(drawing);
     outline.drawing = {bytes.size(), digestOf(bytes)};
@@ -197,8 +204,7 @@ void endWires(SiteRun& site, DrawingDatabase& drawing, const Netlist& netlist, c
 
 } // namespace
 
-void labelNets(SiteRun& site, DrawingDatabase& drawing, const std::wstring& circuit) {
-  const Netlist netlist = readNetlist(drawing);
+void labelNets(SiteRun& site, DrawingDatabase& drawing, const Netlist& netlist, const std::wstring& circuit) {
   endWires(site, drawing, netlist, circuit);
   if (!site.interpreter().findFunction(labelFunction)) return;
   const std::vector<NetLabel> labels = netLabels(drawing, netlist, circuit);

@@ -3,6 +3,7 @@
 #pragma once
 
 #include "circuits/building/circuit_rows.h"
+#include "circuits/netlist/netlist.h"
 #include "simhost/site/site_run.h"
 
 #include <cstddef>
@@ -40,7 +41,9 @@ inline constexpr std::wstring_view labelCode = L"LABEL";
 inline constexpr std::wstring_view lineEndCode = L"SUPPLY";
 /// Has the site's LISP draw where the wires of a circuit go on, and number and label its nets. Throws BadInput when it
 /// fails.
-void labelNets(simhost::SiteRun& site, simhost::DrawingDatabase& drawing, const std::wstring& circuit);
+void labelNets(
+    simhost::SiteRun& site, simhost::DrawingDatabase& drawing, const Netlist& netlist,
+    const std::wstring& circuit);
 
 /// Has the drawing keep of the circuit what the list says beside what its build left.
 void keepRow(

@@ -264,9 +264,10 @@ bool replaceCircuit(
     const Continued continued(run.session().circuits(), circuit.id);
     if (!build(row, pointOf(circuit))) return false;
   }
-  numberContacts(drawing);
+  const Netlist netlist = readNetlist(drawing);
+  numberContacts(drawing, netlist);
   if (const std::wstring tag = circuitField(circuit.fields, L"tag"); !tag.empty()) {
-    labelNets(run, drawing, circuit.id);
+    labelNets(run, drawing, netlist, circuit.id);
     keepTerminalNumbers(drawing, circuit.id, terminals, highest);
     keepLineReferences(drawing, circuit.id, lineReferences);
     finishRow(row);
@@ -324,7 +325,8 @@ CopiedCircuit copyCircuit(
   const BuildData buildData(run.interpreter());
   AllOrNothing changes(drawing.undoLog());
   build(run, request, row, plan.history, at);
-  numberContacts(drawing);
+  const Netlist netlist = readNetlist(drawing);
+  numberContacts(drawing, netlist);
   std::wstring id;
   for (const CircuitObject& one : circuitsOf(drawing))
     if (std::none_of(before.begin(), before.end(), [&one](const auto& other) { return other.id == one.id; }))
@@ -332,7 +334,7 @@ CopiedCircuit copyCircuit(
   if (tag.empty()) {
     keepConfiguration(drawing, id, circuit);
   } else {
-    labelNets(run, drawing, id);
+    labelNets(run, drawing, netlist, id);
     keepTerminalNumbers(drawing, id, {}, highest);
     keepRow(drawing, id, row, tag);
     drawOwnReferences(drawing, id);

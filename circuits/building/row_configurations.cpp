@@ -164,9 +164,11 @@ std::string ConfigurationFolder::workbookFor(const SetCircuit& circuit) const {
 std::string ConfigurationFolder::workbookWith(const std::string& history) const {
   const fs::path copy = folder_ / fs::path(workbook_).filename();
   const std::string file = (folder_ / brenvolt::toUtf8(brenvolt::historyFileName)).string();
+  // Some file systems write at once to the disk what replaces another file.
+  std::error_code error;
+  fs::remove(file, error);
   if (const auto reason = brenvolt::replaceCachedFile(file, file + ".new", history))
     throw simhost::CannotWrite(file + ": " + brenvolt::toUtf8(*reason));
-  std::error_code error;
   return fs::absolute(copy, error).string();
 }
 

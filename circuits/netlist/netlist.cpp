@@ -1,7 +1,8 @@
-// From symbols and lines to devices and nets. Every search queries the drawing at a point, so the cost is that of the
-// wires and pins.
+// From symbols and lines to devices and nets. Every search looks into the square of a point, so the cost is that of
+// the wires and pins.
 #include "circuits/netlist/netlist.h"
 
+#include "circuits/netlist/squares.h"
 #include "simhost/drawing/distance.h"
 #include "text/compare.h"
 #include "text/split.h"
@@ -97,7 +98,8 @@ public:
   Netlist read() {
     for (const EntityNode* node = space_.first; node != nullptr; node = node->next) {
       if (isWire(*node)) {
-        places_.emplace(node->handle.value(), wires_.size());
+        squares_.putAlong(
+            std::get<Line>(node->value.shape), tolerance, static_cast<std::uint32_t>(wires_.size()));
         wires_.push_back(node);
       }
       if (node->value.kind() == simhost::EntityKind::blockReference) readReference(*node);
@@ -183,15 +185,11 @@ private:
     return known->second;
   }
 
-  /// The wires through a point, as places in `wires_`.
+  /// The wires through a point, as places in `wires_`, in drawing order.
   [[nodiscard]] std::vector<std::size_t> wiresAt(const KvPoint3d& point) const {
-    simhost::Box area;
-    area.includeAround(point, tolerance);
     std::vector<std::size_t> found;
-    for (const EntityNode* node : drawing_.store().meeting(space_, area)) {
-      const auto wire = places_.find(node->handle.value());
-      if (wire != places_.end() && isOn(lineOf(wire->second), point)) found.push_back(wire->second);
-    }
+    for (const std::uint32_t wire : squares_.at(Squares::squareOf(point.x), Squares::squareOf(point.y)))
+      if (isOn(lineOf(wire), point)) found.push_back(wire);
     return found;
   }
 
@@ -350,7 +348,7 @@ private:
   const simhost::BlockNode& space_;
   Netlist netlist_;
   std::vector<const EntityNode*> wires_;
-  std::unordered_map<std::uint64_t, std::size_t> places_; ///< of wires, by handle
+  Squares squares_; ///< places in `wires_`
   std::vector<KvPoint3d> dots_;
   std::vector<Label> labels_;
   std::map<std::size_t, std::vector<std::wstring>> numbers_; ///< by conductor

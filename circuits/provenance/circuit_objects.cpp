@@ -75,7 +75,7 @@ std::wstring CircuitObject::name() const {
   return !tag.empty() || tags.empty() ? tag : tags.front();
 }
 
-std::vector<CircuitObject> circuitsOf(const DrawingDatabase& drawing) {
+std::vector<CircuitObject> circuitsOf(const DrawingDatabase& drawing, CircuitExtents extents) {
   std::vector<CircuitObject> circuits;
   std::map<std::wstring, std::size_t> known;
   for (const KvDbHandle space : {drawing.modelSpace(), drawing.paperSpace()}) {
@@ -100,7 +100,7 @@ std::vector<CircuitObject> circuitsOf(const DrawingDatabase& drawing) {
       addLoad(circuit, drawing, *node);
       places[node->handle.value()] = place->second;
     }
-    if (!places.empty()) measure(drawing, space, places, circuits);
+    if (extents == CircuitExtents::measured && !places.empty()) measure(drawing, space, places, circuits);
   }
   for (CircuitObject& circuit : circuits)
     if (!circuit.loads.empty()) {

@@ -38,8 +38,12 @@ struct CircuitObject {
   [[nodiscard]] std::wstring name() const;
 };
 
+/// Whether the extents of circuits are found too, which takes as long as everything else.
+enum class CircuitExtents { measured, unknown };
+
 /// In the order of their first entities, of both spaces.
-[[nodiscard]] std::vector<CircuitObject> circuitsOf(const simhost::DrawingDatabase& drawing);
+[[nodiscard]] std::vector<CircuitObject> circuitsOf(
+    const simhost::DrawingDatabase& drawing, CircuitExtents extents = CircuitExtents::measured);
 
 /// The circuits that a text means: that of the id or the name, else those that have a component of this tag. Names
 /// compare without case.

@@ -267,7 +267,7 @@ Sheet readSheet(const simhost::DrawingDatabase& drawing, std::wstring file) {
   std::wstring number = sheetNumber(drawing, file);
   return {
       std::move(number), titleText(drawing, L"TITLE"), std::move(file), readNetlist(drawing),
-      circuitsOf(drawing)};
+      circuitsOf(drawing, CircuitExtents::unknown)};
 }
 
 std::optional<ReportKind> reportKindOf(std::string_view word) {

@@ -205,10 +205,10 @@ double scaleOf(const DrawingDatabase& drawing, const std::wstring& circuit) {
 
 void drawReferences(
     DrawingDatabase& sheet, const Netlist& netlist, const SymbolPlaces& places, const std::wstring& circuit) {
-  LabelPlaces free(sheet);
-  std::map<std::uint64_t, Box> boxes;
   const auto items = simhost::displayList(sheet, sheet.currentSpace());
   if (!items) return;
+  LabelPlaces free(sheet, *items);
+  std::map<std::uint64_t, Box> boxes;
   for (const simhost::DisplayItem& item : *items)
     if (!isEmptyText(item.shape)) boxes[item.entity.value()].include(simhost::boxOf(item.shape));
   if (sheet.store().findLayer(std::wstring(referenceLayer)) == nullptr)

@@ -45,9 +45,14 @@ constexpr double textMargin = 0.3;
 /// Above and below they take less than the mean, by this part of their height.
 constexpr double lowerBy = 0.2;
 
-/// What a label takes, with a little air.
-Box roomOf(Text text) {
+/// As wide as it is taken to be.
+Text widened(Text text) {
   text.text.append(text.text.size() / widerBy, L'0');
+  return text;
+}
+
+/// What a label takes that was widened, with a little air.
+Box roomOf(const Text& text) {
   const Box box = simhost::boxOf(text);
   const bool isUpright = std::abs(std::cos(text.rotationDegrees * std::numbers::pi / 180.0)) < 0.5;
   const double less = lowerBy * text.height - textMargin;
@@ -63,11 +68,19 @@ void addSegment(CoveredAreas& areas, const KvPoint3d& from, const KvPoint3d& to)
   areas.add(box);
 }
 
-/// A candidate: where the label's block stands, and how its text.
+/// A candidate: where the label's block is, and how its text.
 struct Candidate {
   KvPoint3d onWire;
-  Text text;
+  KvPoint3d position;
+  double rotationDegrees = 0.0;
+  simhost::Justification justification = simhost::Justification::left;
   double penalty = 0.0;
+
+  void place(Text& text) const {
+    text.position = position;
+    text.rotationDegrees = rotationDegrees;
+    text.justification = justification;
+  }
 };
 
 /// Along the wires as the site has drawn it, then on the other side; beside an upright wire also level.
@@ -88,21 +101,20 @@ std::vector<Candidate> candidatesFor(
           for (const auto& [side, penalty] :
                {std::pair{offset, 0.0}, std::pair{mirrored, otherSidePenalty}}) {
             const double farther = rows * fartherHeights * drawn.height;
-            candidates.push_back({point, drawn, rows * fartherPenalty + penalty});
             const double x = isLevelText ? 0.0 : std::copysign(farther, side.x);
             const double y = isLevelText ? std::copysign(farther, side.y) : 0.0;
-            candidates.back().text.position = {point.x + side.x + x, point.y + side.y + y, 0.0};
+            candidates.push_back(
+                {point,
+                 {point.x + side.x + x, point.y + side.y + y, 0.0},
+                 drawn.rotationDegrees,
+                 drawn.justification,
+                 rows * fartherPenalty + penalty});
           }
       if (isLevel(wire)) continue;
       for (const auto& [x, justification] :
            {std::pair{-textGap, simhost::Justification::right},
-            std::pair{textGap, simhost::Justification::left}}) {
-        candidates.push_back({point, drawn});
-        Text& text = candidates.back().text;
-        text.position = {point.x + x, point.y - drawn.height / 2.0, 0.0};
-        text.rotationDegrees = 0.0;
-        text.justification = justification;
-      }
+            std::pair{textGap, simhost::Justification::left}})
+        candidates.push_back({point, {point.x + x, point.y - drawn.height / 2.0, 0.0}, 0.0, justification});
     }
   return candidates;
 }
@@ -114,50 +126,22 @@ bool isEmptyText(const simhost::Shape& shape) {
   return text != nullptr && text->text.empty();
 }
 
-namespace {
-
-/// Side of a square, about the length of a text.
-constexpr double squareSide = 16.0;
-/// What is farther out counts as there: no drawing is so large, and the squares stay countable.
-constexpr double farthest = 1e5;
-
-std::int32_t squareOf(double coordinate) {
-  return static_cast<std::int32_t>(std::floor(std::clamp(coordinate, -farthest, farthest) / squareSide));
-}
-
-std::uint64_t keyOf(std::int32_t column, std::int32_t row) {
-  return (static_cast<std::uint64_t>(static_cast<std::uint32_t>(column)) << 32U) |
-         static_cast<std::uint32_t>(row);
-}
-
-} // namespace
-
-template <class Visit>
-void CoveredAreas::forSquares(const Box& box, Visit visit) const {
-  for (std::int32_t column = squareOf(box.left); column <= squareOf(box.right); ++column)
-    for (std::int32_t row = squareOf(box.bottom); row <= squareOf(box.top); ++row)
-      visit(column, row);
-}
-
 void CoveredAreas::add(const Box& box) {
   if (box.isEmpty()) return;
   const auto number = static_cast<std::uint32_t>(boxes_.size());
   boxes_.push_back(box);
-  forSquares(
-      box, [&](std::int32_t column, std::int32_t row) { squares_[keyOf(column, row)].push_back(number); });
+  Squares::inBox(box, [&](std::int32_t column, std::int32_t row) { squares_.put(column, row, number); });
 }
 
 double CoveredAreas::in(const Box& area) const {
   double covered = 0.0;
-  forSquares(area, [&](std::int32_t column, std::int32_t row) {
-    const auto square = squares_.find(keyOf(column, row));
-    if (square == squares_.end()) return;
-    for (const std::uint32_t number : square->second) {
+  Squares::inBox(area, [&](std::int32_t column, std::int32_t row) {
+    for (const std::uint32_t number : squares_.at(column, row)) {
       const Box& other = boxes_[number];
       const double left = std::max(area.left, other.left);
       const double bottom = std::max(area.bottom, other.bottom);
       // A box that several squares have counts in the one where the common part begins.
-      if (squareOf(left) != column || squareOf(bottom) != row) continue;
+      if (Squares::squareOf(left) != column || Squares::squareOf(bottom) != row) continue;
       const double width = std::min(area.right, other.right) - left;
       const double height = std::min(area.top, other.top) - bottom;
       if (width > 0.0 && height > 0.0) covered += width * height;
@@ -166,10 +150,14 @@ double CoveredAreas::in(const Box& area) const {
   return covered;
 }
 
-LabelPlaces::LabelPlaces(simhost::DrawingDatabase& drawing) : drawing_(drawing) {
-  const auto items = simhost::displayList(drawing, drawing.currentSpace());
-  if (!items) return;
-  for (const simhost::DisplayItem& item : *items) {
+LabelPlaces::LabelPlaces(simhost::DrawingDatabase& drawing)
+    : LabelPlaces(
+          drawing, simhost::displayList(drawing, drawing.currentSpace())
+                       .value_or(std::vector<simhost::DisplayItem>())) {}
+
+LabelPlaces::LabelPlaces(simhost::DrawingDatabase& drawing, const std::vector<simhost::DisplayItem>& items)
+    : drawing_(drawing) {
+  for (const simhost::DisplayItem& item : items) {
     if (const auto* line = std::get_if<Line>(&item.shape)) {
       addSegment(shown_, line->from, line->to);
     } else if (const auto* outline = std::get_if<simhost::Polyline>(&item.shape)) {
@@ -202,19 +190,23 @@ void LabelPlaces::placeText(
   simhost::Entity value = drawing_.find(text)->value;
   Text& shape =
       block == nullptr ? std::get<Text>(value.shape) : std::get<simhost::Attribute>(value.shape).text;
+  Text room = widened(shape);
   double least = std::numeric_limits<double>::infinity();
-  Candidate best{drawnAt, shape, 0.0};
+  Candidate best{drawnAt, shape.position, shape.rotationDegrees, shape.justification};
   double order = 0.0;
   for (const Candidate& candidate : candidatesFor(shape, drawnAt, wires)) {
+    if (order >= least) break; // however little the others cover
     const double penalty = candidate.penalty + std::exchange(order, order + orderPenalty);
-    if (penalty >= least) continue; // however little it covers
-    const double cover = shown_.in(roomOf(candidate.text)) + penalty;
+    if (penalty >= least) continue;
+    candidate.place(room);
+    const double cover = shown_.in(roomOf(room)) + penalty;
     if (cover >= least) continue;
     least = cover;
     best = candidate;
   }
-  shown_.add(roomOf(best.text));
-  shape = best.text;
+  best.place(room);
+  shown_.add(roomOf(room));
+  best.place(shape);
   drawing_.changeEntity(text, std::move(value));
   if (block == nullptr) return;
   simhost::Entity reference = drawing_.find(block->handle)->value;
@@ -228,12 +220,13 @@ Text LabelPlaces::freest(const std::vector<Text>& candidates) {
   double order = 0.0;
   for (const Text& candidate : candidates) {
     if (order >= least) break; // however little the others cover
-    const double cover = shown_.in(roomOf(candidate)) + std::exchange(order, order + referencePenalty);
+    const double cover =
+        shown_.in(roomOf(widened(candidate))) + std::exchange(order, order + referencePenalty);
     if (cover >= least) continue;
     least = cover;
     best = &candidate;
   }
-  shown_.add(roomOf(*best));
+  shown_.add(roomOf(widened(*best)));
   return *best;
 }
 

@@ -2,11 +2,11 @@
 // wire, to its other side, or to another wire of the same net, until it stands free.
 #pragma once
 
+#include "circuits/netlist/squares.h"
 #include "simhost/drawing/box.h"
+#include "simhost/drawing/display_list.h"
 #include "simhost/drawing/drawing_database.h"
 
-#include <cstdint>
-#include <unordered_map>
 #include <vector>
 
 namespace circuits {
@@ -19,11 +19,8 @@ public:
   [[nodiscard]] double in(const simhost::Box& area) const;
 
 private:
-  template <class Visit>
-  void forSquares(const simhost::Box& box, Visit visit) const;
-
   std::vector<simhost::Box> boxes_;
-  std::unordered_map<std::uint64_t, std::vector<std::uint32_t>> squares_;
+  Squares squares_;
 };
 
 /// An attribute without a text takes no room, though it has a place.
@@ -33,6 +30,8 @@ class LabelPlaces final {
 public:
   /// What the drawing's current space shows now. The drawing must outlive it.
   explicit LabelPlaces(simhost::DrawingDatabase& drawing);
+  /// The same from its display list.
+  LabelPlaces(simhost::DrawingDatabase& drawing, const std::vector<simhost::DisplayItem>& items);
 
   /// Moves what a site has drawn for a net, texts and blocks with texts, from `drawnAt` to the best place at one of
   /// the wires. A block stays on its wire, whatever its text does: its place says whose label it is.

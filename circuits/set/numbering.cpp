@@ -81,13 +81,12 @@ void setAttribute(
   if (!attribute.isNull()) setText(drawing, attribute, text);
 }
 
-void numberContacts(DrawingDatabase& drawing) {
-  const Netlist list = readNetlist(drawing);
+void numberContacts(DrawingDatabase& drawing, const Netlist& netlist) {
   // By device, the tens that its contacts have.
   std::map<std::size_t, std::set<wchar_t>> taken;
   std::map<std::uint64_t, std::vector<const Pin*>> contacts;
   std::vector<std::uint64_t> order;
-  for (const Pin& pin : list.pins) {
+  for (const Pin& pin : netlist.pins) {
     if (!isContactNumber(pin.number)) continue;
     std::vector<const Pin*>& pins = contacts[pin.symbol.value()];
     if (pins.empty()) order.push_back(pin.symbol.value());

@@ -26,8 +26,9 @@ void setAttribute(
     simhost::DrawingDatabase& drawing, KvDbHandle symbol, std::wstring_view tag, const std::wstring& text);
 
 /// Contacts of one device that bear the same numbers are counted: of 13 and 14 the second one becomes 23 and 24, the
-/// third 33 and 34, in drawing order. Numbers of other forms stay.
-void numberContacts(simhost::DrawingDatabase& drawing);
+/// third 33 and 34, in drawing order. Numbers of other forms stay. Of the netlist, the numbers of pins are not true any
+/// more then, all else is.
+void numberContacts(simhost::DrawingDatabase& drawing, const Netlist& netlist);
 
 /// An end of a wire that meets nothing: it goes on elsewhere.
 struct FreeEnd {

@@ -10,6 +10,7 @@
 #include "circuits/set/numbering.h"
 #include "circuits/set/part_outline.h"
 #include "circuits/set/sheet_maker.h"
+#include "platform/file_cache.h"
 #include "platform/file_replace.h"
 #include "simhost/drawing/circuit_seal.h"
 #include "simhost/drawing/drawing_file.h"
@@ -165,6 +166,9 @@ private:
     std::vector<std::size_t> pieces(sheets_.size());
     std::iota(pieces.begin(), pieces.end(), std::size_t{0});
     std::string fault;
+    const fs::path folder = folder_ / "sheets";
+    std::error_code error;
+    fs::create_directories(folder, error);
     circuits::ProcessWork work;
     work.processes = processes;
     work.begin = [this] { return [this](std::size_t sheet) { return makeSheet(sheet); }; };
@@ -179,6 +183,11 @@ private:
     };
     circuits::runProcesses(pieces, work);
     if (!fault.empty()) throw BadInput(fault);
+    // What set.json names is on the disk.
+    std::vector<std::string> files;
+    for (std::size_t sheet = 0; sheet < sheets_.size(); ++sheet)
+      files.push_back((folder_ / sheetFile(sheet)).string());
+    if (const auto unsynced = brenvolt::syncFiles(folder.string(), files)) throw CannotWrite(toUtf8(*unsynced));
     return digests;
   }
 
@@ -243,7 +252,9 @@ private:
     for (const auto& [id, fields] : built)
       sealCircuit(*sheet, id);
     const std::string bytes = drawingToJson(*sheet);
-    write(folder_ / sheetFile(number), bytes);
+    const std::string file = (folder_ / sheetFile(number)).string();
+    if (const auto reason = brenvolt::replaceCachedFile(file, file + ".new", bytes))
+      throw CannotWrite(file + ": " + toUtf8(*reason));
     std::string result;
     circuits::pack(result, digestOf(bytes));
     circuits::pack(result, circuits::SheetLists::rowsOf(read));

@@ -21,9 +21,11 @@
 
 ; The next number of the control scheme that no net has: P101-11, P101-12 ...
 (defun next-net-number (used)
-  (let ((digits 11))
-    (while (member (control-number (number->string digits)) used) (setq digits (+ digits 1)))
-    (control-number (number->string digits))))
+  (let* ((head (control-number "")) (digits 11) (number (string-append head "11")))
+    (while (member number used)
+      (setq digits (+ digits 1))
+      (setq number (string-append head (number->string digits))))
+    number))
 
 ; Called for each end of a wire that meets nothing. number: of its net, "" for none; degrees: the direction in which the
 ; wire leaves. The lines of a circuit come from the supply at its location; the host fills in XREF where each line is

@@ -1,10 +1,13 @@
 // Nets found in drawings; the picture next to each case shows the expected result.
 #include "circuits/netlist/netlist.h"
+#include "circuits/netlist/squares.h"
 #include "tests/circuits/plant.h"
 
 #include <doctest/doctest.h>
 
 #include <algorithm>
+#include <array>
+#include <random>
 #include <string>
 
 using namespace circuits;
@@ -102,4 +105,40 @@ TEST_CASE("size and colour are those of the layer with most of the wire; a layer
   CHECK(list.conductors[0].colour == L"BLK");
   CHECK(list.nets[0].carriesNumber);
   CHECK_FALSE(list.nets[1].carriesNumber);
+}
+
+TEST_CASE("a line is in the square of each of its points, and in few others") {
+  std::mt19937 random(20); // NOLINT(cert-msc32-c,cert-msc51-cpp): the same lines in each run
+  const auto number = [&random](double least, double most) {
+    return std::uniform_real_distribution(least, most)(random);
+  };
+  constexpr double reach = 0.01;
+  Squares squares;
+  std::uint32_t lines = 0;
+  for (const double size : {1.0, 40.0, 3000.0, 400000.0})
+    for (int slant = 0; slant < 60; ++slant) {
+      simhost::Line line{{number(-size, size), number(-size, size), 0.0}, {}};
+      line.to = {
+          slant % 3 == 0 ? line.from.x : number(-size, size),
+          slant % 3 == 1 ? line.from.y : number(-size, size), 0.0};
+      squares.putAlong(line, reach, lines);
+      bool isFound = true;
+      for (int step = 0; step <= 200; ++step) {
+        const double part = step / 200.0;
+        const double x = line.from.x + part * (line.to.x - line.from.x) + number(-0.7, 0.7) * reach;
+        const double y = line.from.y + part * (line.to.y - line.from.y) + number(-0.7, 0.7) * reach;
+        const auto& here = squares.at(Squares::squareOf(x), Squares::squareOf(y));
+        isFound = isFound && std::find(here.begin(), here.end(), lines) != here.end();
+      }
+      CHECK_MESSAGE(isFound, "line " << lines << " of size " << size);
+      ++lines;
+    }
+  // Across 100 by 100 squares: those along the line, not all.
+  Squares slanting;
+  slanting.putAlong({{0.0, 0.0, 0.0}, {1599.0, 1599.0, 0.0}}, reach, 0);
+  std::size_t count = 0;
+  Squares::inBox({0.0, 0.0, 1599.0, 1599.0}, [&](std::int32_t column, std::int32_t row) {
+    count += slanting.at(column, row).size();
+  });
+  CHECK(count < 400);
 }
