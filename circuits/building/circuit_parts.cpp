@@ -1,4 +1,4 @@
-// One host a process, one document a circuit.
+// One host and one document a process; each circuit has a drawing of its own.
 #include "circuits/building/circuit_parts.h"
 
 #include "circuits/building/row_configurations.h"
