@@ -14,7 +14,8 @@ namespace brenvolt {
 std::optional<std::wstring> replaceCachedFile(
     const std::string& path, const std::string& beside, std::string_view bytes) {
   constexpr mode_t permissions = 0666;
-  const int file = fileCalls().open(beside.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, permissions);
+  fileCalls().unlink(beside.c_str()); // what a killed program has left
+  const int file = fileCalls().open(beside.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, permissions);
   if (file < 0) return L"cannot be written: " + systemReason(errno);
   // A network folder may refuse only at the end.
   const bool isWritten = writeAll(file, bytes);
@@ -32,7 +33,7 @@ std::optional<std::wstring> replaceCachedFile(
 std::optional<std::wstring> syncFiles(const std::string& folder, const std::vector<std::string>& paths) {
   const auto forEach = [&paths](auto work) -> std::optional<std::wstring> {
     for (const std::string& path : paths) {
-      const Descriptor file(::open(path.c_str(), O_RDONLY | O_CLOEXEC));
+      const Descriptor file(::open(path.c_str(), O_WRONLY | O_CLOEXEC));
       if (!file.isOpen() || !work(file.number())) return fromUtf8(path) + L": " + systemReason(errno);
     }
     return std::nullopt;

@@ -11,7 +11,7 @@ namespace brenvolt {
 
 /// Writes the file under the name `beside`, of the same file system, and renames it: a reader finds the old file or the
 /// whole new one, also when the program is killed. After a power failure the file can be empty or shorter, so a reader
-/// has to check it. What a killed program has left beside is left to the caller. The reason on a failure.
+/// has to check it. What a killed program has left under `beside` is removed. The reason on a failure.
 [[nodiscard]] std::optional<std::wstring> replaceCachedFile(
     const std::string& path, const std::string& beside, std::string_view bytes);
 

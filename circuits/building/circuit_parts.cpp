@@ -3,6 +3,7 @@
 
 #include "circuits/building/row_configurations.h"
 #include "circuits/building/worker_processes.h"
+#include "circuits/provenance/circuit_objects.h"
 #include "circuits/set/label_places.h"
 #include "circuits/set/numbering.h"
 #include "circuits/set/part_outline.h"
@@ -131,9 +132,9 @@ public:
     const lisp::Value built = site_.run(buildForm(circuit, configurations_.workbookFor(circuit), {}), L"set");
     if (built.isNil()) throw BadInput("the build failed" + lastLine());
     DrawingDatabase& drawing = site_.session().documents().current()->drawing();
-    const simhost::CircuitRecords& circuits = drawing.store().circuits();
-    if (circuits.size() != 1) throw BadInput("the build left no circuit");
-    const std::wstring id = circuits.begin()->first;
+    const std::vector<CircuitObject> objects = circuitsOf(drawing, CircuitExtents::unknown);
+    if (objects.size() != 1) throw BadInput("the build left no circuit");
+    const std::wstring& id = objects.front().id;
     const Netlist netlist = readNetlist(drawing);
     numberContacts(drawing, netlist);
     labelNets(site_, drawing, netlist, id);

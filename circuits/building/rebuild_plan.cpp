@@ -230,7 +230,11 @@ public:
       throw BadInput(
           toUtf8(circuit_.name()) +
           ": a circuit with several motors or loads keeps its type; erase it and build a new one");
-    const bool isOtherCode = isChosen(SetField::standardCode);
+    // Naming the code that the circuit has changes nothing.
+    const std::wstring* const standard = choiceOf(choices_, SetField::standardCode);
+    const bool isOtherCode =
+        standard != nullptr &&
+        !brenvolt::equalsOrdinalNoCase(*standard, circuitField(circuit_.fields, L"standard-code"));
     RebuildPlan plan;
     ChangedChoices changes;
     std::vector<std::wstring> fixedSizes = fixedSizesOf(circuit_);
@@ -294,7 +298,13 @@ private:
       const CircuitLoad* load, bool isMeant, bool isOtherCode, std::vector<std::string>& findings) const {
     SetList list{toUtf8(circuit_.name()), {rowOf(circuit_, load)}, {}};
     SetRow& row = list.rows.front();
-    if (isOtherCode) cellOf(row, SetField::wireSize).clear();
+    if (std::wstring& size = cellOf(row, SetField::wireSize); isOtherCode && !size.empty()) {
+      if (!isMeant || !isChosen(SetField::wireSize))
+        findings.push_back(
+            toUtf8(load->tag) + ": wire-size: " + toUtf8(size) +
+            " was fixed by the tables of the other code; the proposed size is taken");
+      size.clear();
+    }
     for (const auto& [key, value] : choices_)
       if (isMeant || !isLoadColumn(key)) {
         if (!columnOf(key)) list.codeColumns[brenvolt::toUpper(key)] = key;

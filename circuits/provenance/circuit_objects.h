@@ -32,7 +32,7 @@ struct CircuitObject {
   std::wstring loadTag{};
   std::wstring params{};
   std::wstring wires{};
-  simhost::Box extents{}; ///< of all that it shows
+  simhost::Box extents{}; ///< of all that it shows; empty where it was not measured
 
   /// The tag in the list that it was built from, else that of its motor or load, else the first one.
   [[nodiscard]] std::wstring name() const;

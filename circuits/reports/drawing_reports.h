@@ -21,7 +21,7 @@ struct Sheet {
   std::wstring title{};
   std::wstring file{};
   Netlist netlist{};
-  std::vector<CircuitObject> circuits{};
+  std::vector<CircuitObject> circuits{}; ///< without their extents
 };
 
 /// As the title block says; empty without one.

@@ -22,6 +22,8 @@ constexpr std::wstring_view loadFamily = L"LD";
 const std::set<std::wstring> fedFamilies = {L"MO", std::wstring(loadFamily)};
 /// What protects a branch or a feeder.
 const std::set<std::wstring> protectionFamilies = {L"CB", L"FU"};
+/// A switch without fuses protects nothing, but the feeder to it can be too small.
+constexpr std::wstring_view switchFamily = L"DS";
 
 constexpr std::wstring_view copper = L"CU";
 constexpr std::wstring_view aluminium = L"AL";
@@ -132,13 +134,16 @@ Protection Protections::of(const Device& fed) const {
   const SmallConductor* const small = smallConductorOf(fed);
   for (std::size_t place = 0; place < list_.devices.size(); ++place) {
     const Device& device = list_.devices[place];
-    if (fed.circuit.empty() || device.circuit != fed.circuit || !protectionFamilies.contains(device.family))
+    const bool protects = protectionFamilies.contains(device.family);
+    if (fed.circuit.empty() || device.circuit != fed.circuit || (!protects && device.family != switchFamily))
       continue;
-    if (device.rating.empty()) {
+    if (protects && device.rating.empty()) {
       if (isProtection(place)) texts.push_back(device.tag + L" (no rating)");
     } else if (std::wstring text = feederFault(place, fed); !text.empty()) {
       result.feeder = text;
       texts.push_back(std::move(text));
+    } else if (!protects) {
+      continue;
     } else if (
         small != nullptr && brenvolt::toDouble(device.rating) > small->mostAmperes && isProtection(place)) {
       texts.push_back(
@@ -161,7 +166,7 @@ bool Protections::isProtection(std::size_t device) const {
 
 /// "FU1 100A (feeder 10AWG: 49A at most)"; empty where nothing is wrong, or the device protects no feeder. By NEC 430.62 the
 /// limit follows from the motors, or from the conductors where they carry more than the motors need (430.24); those of a
-/// motor are not under 240.4(D).
+/// motor are not under 240.4(D). A switch has no such limit.
 std::wstring Protections::feederFault(std::size_t device, const Device& fed) const {
   const std::optional<Feeder> feeder = feederOf(device);
   // Sizes of another system are not under this code.
@@ -170,11 +175,12 @@ std::wstring Protections::feederFault(std::size_t device, const Device& fed) con
   const std::optional<double> ampacity = ampacityOf(feeder->size, metalOf(fed));
   const double most = std::max(load ? load->highestRating : 0.0, ampacity ? standardRating(*ampacity) : 0.0);
   const std::wstring& rating = list_.devices[device].rating;
+  const bool protects = protectionFamilies.contains(list_.devices[device].family);
   std::wstring fault;
   if (load && ampacity && brenvolt::isGiven(load->leastAmpacity - *ampacity))
     fault = L" carries " + brenvolt::formatTrimmed(*ampacity) + L"A, its motors need " +
             brenvolt::formatTrimmed(load->leastAmpacity) + L"A";
-  else if (!brenvolt::isGiven(brenvolt::toDouble(rating) - most))
+  else if (!protects || !brenvolt::isGiven(brenvolt::toDouble(rating) - most))
     return {};
   else if (load && ampacity)
     fault = L": " + brenvolt::formatTrimmed(most) + L"A at most";

@@ -22,8 +22,12 @@ struct ParsedSize {
   std::wstring unit;   ///< in upper case; empty where none is given
 };
 
-/// "2,5" is 2.5 and "2.50" too; "1/0" stays as it is.
+/// "2,5" is 2.5 and "2.50" too; "1/0" stays as it is. "1,000" are thousands of kcmil: no size has three decimals.
 std::wstring plainText(std::wstring number) {
+  constexpr std::size_t group = 4; // a comma and three digits
+  if (const std::size_t comma = number.find(L',');
+      comma != std::wstring::npos && comma > 0 && number.front() != L'0' && number.size() - comma == group)
+    number.erase(comma, 1);
   std::replace(number.begin(), number.end(), L',', L'.');
   const std::optional<double> value = brenvolt::plainNumber(number);
   return value ? brenvolt::formatShortest(*value) : number;

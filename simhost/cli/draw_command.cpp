@@ -220,8 +220,9 @@ CommandTable drawCommand() {
       .footer =
           "A build that fails or is cancelled writes nothing, and the reason is reported. A circuit "
           "whose wires could not be sized is drawn with a mark at them, one whose ratings the tables do not "
-          "give without these, and a load whose protection is above the limit for its small conductors is "
-          "reported; the exit code is then 5.",
+          "give without these. A load whose protection is above the limit for its small conductors, and a "
+          "feeder that is too small for its motors or whose protection is above its limit, are reported. "
+          "The exit code is then 5.",
       .examples =
           {R"(brenvolt draw --site site --circuit "Three-phase motors" --type "Direct on line" --history "Pump 10 HP" --out motor.json)",
            R"(brenvolt draw --site site --circuit "Three-phase motors" --type "Direct on line" --history "Pump 10 HP" --preset "OL=2" --out pump.json --svg pump.svg)"},

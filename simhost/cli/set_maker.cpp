@@ -187,7 +187,8 @@ private:
     std::vector<std::string> files;
     for (std::size_t sheet = 0; sheet < sheets_.size(); ++sheet)
       files.push_back((folder_ / sheetFile(sheet)).string());
-    if (const auto unsynced = brenvolt::syncFiles(folder.string(), files)) throw CannotWrite(toUtf8(*unsynced));
+    if (const auto unsynced = brenvolt::syncFiles(folder.string(), files))
+      throw CannotWrite(toUtf8(*unsynced));
     return digests;
   }
 
@@ -252,9 +253,13 @@ private:
     for (const auto& [id, fields] : built)
       sealCircuit(*sheet, id);
     const std::string bytes = drawingToJson(*sheet);
-    const std::string file = (folder_ / sheetFile(number)).string();
-    if (const auto reason = brenvolt::replaceCachedFile(file, file + ".new", bytes))
-      throw CannotWrite(file + ": " + toUtf8(*reason));
+    const fs::path file = folder_ / sheetFile(number);
+    std::error_code error;
+    // One that exists may be a link or read-only, and is the old or the new one after a power failure.
+    if (fs::exists(fs::symlink_status(file, error)))
+      write(file, bytes);
+    else if (const auto reason = brenvolt::replaceCachedFile(file.string(), file.string() + ".new", bytes))
+      throw CannotWrite(file.string() + ": " + toUtf8(*reason));
     std::string result;
     circuits::pack(result, digestOf(bytes));
     circuits::pack(result, circuits::SheetLists::rowsOf(read));

@@ -373,6 +373,7 @@ private:
     request_.input.overallFactor = request_.build->factor;
     if (std::vector<std::wstring>& sizes = fields()[LookupField::groundSize].choices; !sizes.empty()) {
       brenvolt::BesideGround ground = groundFor(tables_, defaults_, request_, request_.build->size);
+      if (ground.size == brenvolt::removeBlanks(request_.build->size)) ground.size = request_.build->size;
       std::erase(sizes, ground.size);
       sizes.insert(sizes.begin(), std::move(ground.size));
       request_.groundWithoutArea = std::move(ground.withoutArea);

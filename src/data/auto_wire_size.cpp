@@ -124,7 +124,7 @@ namespace {
 class WireAreas final {
 public:
   WireAreas(ZanOleDbConnection& connection, const std::wstring& standard)
-      : isMetric_(isMetricSystem(standard)) {
+      : isMetric_(equalsOrdinalNoCase(standard, metric)) {
     if (isMetric_) return;
     const std::optional<WireSizeColumns> columns = readWireSizeColumns(connection);
     TableQuery query(&connection);
@@ -137,9 +137,6 @@ public:
         areas_[toUpper(removeBlanks(query.text(1)))] = *area;
   }
 
-  [[nodiscard]] static bool isMetricSystem(std::wstring_view standard) {
-    return equalsOrdinalNoCase(standard, metric);
-  }
   [[nodiscard]] bool isMetric() const { return isMetric_; }
   [[nodiscard]] std::optional<double> of(std::wstring_view size) const {
     std::wstring name = toUpper(removeBlanks(size));
@@ -179,9 +176,10 @@ BesideGround grownGround(
   for (const std::wstring& size : sizes) {
     const std::optional<double> area = areas.of(size);
     if (!area) return {proposal, size};
-    if (*area >= least * rounding) return {size};
+    // As large as the conductors is always enough, also where the table jumps over their size.
+    if (*area >= least * rounding) return {*area > installed ? std::wstring(conductors) : size};
   }
-  return {std::wstring(conductors)}; // as large as they are is always enough
+  return {std::wstring(conductors)};
 }
 
 } // namespace

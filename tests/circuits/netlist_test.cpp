@@ -6,7 +6,6 @@
 #include <doctest/doctest.h>
 
 #include <algorithm>
-#include <array>
 #include <random>
 #include <string>
 

@@ -141,6 +141,7 @@ TEST_CASE("a size of a list is one of the tables, however it is written, or its 
       {awg, L"250 kcmil", L"250 KCMIL"},
       {awg, L"250", L"250 KCMIL"},
       {awg, L"250 AWG", L"its neighbours are 14 AWG"},
+      {awg, L"1,000", L"its neighbours are 250 KCMIL"},
       {awg, L"13", L"its neighbours are 14 AWG and 12 AWG"},
       {awg, L"3/0", L"its neighbours are 1/0 AWG and 4/0 AWG"},
       {awg, L"230 kcmil", L"its neighbours are 4/0 AWG and 250 KCMIL"},

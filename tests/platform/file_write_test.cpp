@@ -1,4 +1,5 @@
 // Files that users own: what a write keeps, what it refuses, and what is there after a failure at any of its calls.
+#include "platform/file_cache.h"
 #include "platform/file_lock.h"
 #include "platform/file_replace.h"
 
@@ -104,6 +105,24 @@ TEST_CASE("a full or read-only disk, a kill and a power failure at any call leav
           CHECK(folder.names() == std::vector<std::string>{"file"});
         }
       }
+}
+
+TEST_CASE("cached files that were synced together survive a power failure") {
+  for (const bool keepsRenaming : {true, false}) {
+    bool goesOn = true;
+    for (int call = 0; goesOn; ++call) {
+      const TemporaryFolder folder;
+      const std::string one = (folder / "1").string();
+      const std::string two = (folder / "2").string();
+      FileFaults faults(FileFaults::Kind::powerLoss, call);
+      const bool isDone = !replaceCachedFile(one, one + ".new", newText) &&
+                          !replaceCachedFile(two, two + ".new", newText) &&
+                          !syncFiles(folder.path().string(), {one, two});
+      faults.losePower(keepsRenaming);
+      goesOn = faults.hasStruck();
+      if (isDone) CHECK((bytesOf(one) == newText && bytesOf(two) == newText));
+    }
+  }
 }
 
 TEST_CASE("programs that write at the same moment each write a whole file, and only leftovers are cleared") {

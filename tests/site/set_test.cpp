@@ -343,10 +343,23 @@ TEST_CASE("a size that a list fixes is that of the conductors, and stays when th
   checkHolds(
       folder.site().run({"report", "motors", sheet, "--format", "csv"}).output,
       {"FU-P3 100A (feeder 10AWG carries 35A, its motors need 110.25A)"});
+  // A switch without fuses protects nothing, and its feeder is too small all the same.
+  CHECK(rebuild("P-3", "DISC=20,1").exitCode == 5);
+  checkHolds(
+      folder.site().run({"report", "motors", sheet, "--format", "csv"}).output,
+      {"(feeder 10AWG carries 35A, its motors need 110.25A)"});
+  CHECK(rebuild("P-3", "DISC=10,2").exitCode == 5);
   CHECK(rebuild("P-3B", "load=10").exitCode == 5); // of 10 AWG still
   CHECK(rebuild("P-3", "FEED=5").exitCode == 0);
   CHECK(rebuild("P-3A", "load=5").exitCode == 0);
-  CHECK(motors() == "P-2 10 14AWG; P-4 25 250KCMIL; M-1 5.5 6mm2; H-1 5 12AWG; P-3A 5 8AWG; P-3B 10 6AWG; ");
+  CHECK(rebuild("P-4", "standard-code=NEC").exitCode == 0); // its own
+  // The table of grounding conductors goes on with 500 KCMIL above 250.
+  CHECK(rebuild("P-2", "wire-size=300").exitCode == 0);
+  checkHolds(
+      folder.site().run({"report", "motors", sheet, "--format", "csv"}).output,
+      {"\"300KCMIL, PE 300KCMIL\""});
+  CHECK(rebuild("P-2", "wire-size=14").exitCode == 5);
+  CHECK(motors() == "M-1 5.5 6mm2; H-1 5 12AWG; P-3A 5 8AWG; P-3B 10 6AWG; P-4 25 250KCMIL; P-2 10 14AWG; ");
   CHECK(rebuild("H-1", "wire-size=").exitCode == 0);
   checkHolds(motors(), {"H-1 5 10AWG; "});
 }
