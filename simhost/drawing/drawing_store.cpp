@@ -2,11 +2,20 @@
 #include "simhost/drawing/drawing_store.h"
 
 #include "text/assertion.h"
+#include "text/compare.h"
 
 #include <algorithm>
 #include <utility>
 
 namespace simhost {
+
+std::size_t DrawingStore::NameHash::operator()(std::wstring_view name) const {
+  return brenvolt::OrdinalNoCaseHash()(name);
+}
+
+bool DrawingStore::NameEqual::operator()(std::wstring_view one, std::wstring_view other) const {
+  return brenvolt::equalsOrdinalNoCase(one, other);
+}
 
 BlockNode* DrawingStore::findBlock(KvDbHandle handle) const {
   const auto found = blocksByHandle_.find(handle.value());

@@ -5,12 +5,12 @@
 #include "simhost/drawing/entity.h"
 #include "simhost/drawing/entity_grid.h"
 #include "simhost/drawing/provenance.h"
-#include "text/compare.h"
 
 #include <cstddef>
 #include <map>
 #include <memory>
 #include <string>
+#include <string_view>
 #include <unordered_map>
 #include <vector>
 
@@ -98,9 +98,17 @@ private:
   KvDbHandle nextHandle_{1};
   std::vector<std::unique_ptr<BlockNode>> blocks_;
   std::unordered_map<std::uint64_t, BlockNode*> blocksByHandle_;
+  /// Names compare without case; a view finds a name without a copy of it.
+  struct NameHash {
+    using is_transparent = void;
+    [[nodiscard]] std::size_t operator()(std::wstring_view name) const;
+  };
+  struct NameEqual {
+    using is_transparent = void;
+    [[nodiscard]] bool operator()(std::wstring_view one, std::wstring_view other) const;
+  };
   template <class Value>
-  using ByName =
-      std::unordered_map<std::wstring, Value, brenvolt::OrdinalNoCaseHash, brenvolt::OrdinalNoCaseEqual>;
+  using ByName = std::unordered_map<std::wstring, Value, NameHash, NameEqual>;
   ByName<BlockNode*> blocksByName_;
   std::unordered_map<std::uint64_t, std::unique_ptr<EntityNode>> entities_;
   std::vector<Layer> layers_;

@@ -146,7 +146,9 @@ void CircuitCommands::erase() {
 void CircuitCommands::report() {
   run(HostText::circuitReport, [this](const auto&, const CircuitObject& circuit) -> std::optional<QString> {
     circuits::Sheet sheet = circuits::readSheet(services_.drawing(), fromQt(files_.baseName()));
-    std::erase_if(sheet.netlist.devices, [&](const auto& device) { return device.circuit != circuit.id; });
+    // What has no family is in no list; pins know their devices by place, so all stay.
+    for (circuits::Device& device : sheet.netlist.devices)
+      if (device.circuit != circuit.id) device.family.clear();
     using circuits::ReportKind;
     showReport(
         services_.texts, services_.texts(HostText::reportTitle, {toQt(circuit.name())}),

@@ -31,11 +31,9 @@ struct CollatingLess {
 
 /// For hashed containers whose keys compare by `equalsOrdinalNoCase`.
 struct OrdinalNoCaseHash {
-  using is_transparent = void; ///< a view finds a text without a copy of it
   [[nodiscard]] std::size_t operator()(std::wstring_view text) const;
 };
 struct OrdinalNoCaseEqual {
-  using is_transparent = void;
   [[nodiscard]] bool operator()(std::wstring_view left, std::wstring_view right) const {
     return equalsOrdinalNoCase(left, right);
   }

@@ -54,10 +54,10 @@ TEST_CASE("a template that has changed is read again, also when its size and its
   drawing.addEntity(drawing.modelSpace(), {Line{{1.0, 1.0, 0.0}, {5.0, 5.0, 0.0}}});
   std::string bytes = drawingToJson(drawing);
   folder.write("t.json", bytes);
-  CHECK(host.eval(draw) == L"((1.0 1.0))");
+  CHECK(host.eval(draw) == L"((1.0 1.0 0.0))");
   const auto time = std::filesystem::last_write_time(file);
   bytes.replace(bytes.find("[1,1]"), 5, "[2,2]");
   folder.write("t.json", bytes);
   std::filesystem::last_write_time(file, time);
-  CHECK(host.eval(draw) == L"((2.0 2.0))");
+  CHECK(host.eval(draw) == L"((2.0 2.0 0.0))");
 }
