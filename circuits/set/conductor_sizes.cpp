@@ -42,7 +42,7 @@ ParsedSize parsed(std::wstring_view text) {
   return {plainText(std::move(whole)), {}};
 }
 
-/// The area in square millimetres, for an order of sizes; nothing for a text that is no size. Gauge n has the diameter
+/// The area in square millimetres, for an order of sizes; nothing for a text that is not one. Gauge n has the diameter
 /// 0.127 mm x 92^((36 - n) / 39), and "3/0" is gauge -2; a thousand circular mils are 0.5067 mm2.
 std::optional<double> areaOf(const ParsedSize& size) {
   constexpr double largestGauge = 40.0;

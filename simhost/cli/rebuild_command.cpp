@@ -112,11 +112,11 @@ CommandTable rebuildCommand() {
            options->site.rows(),
            {{"--out", &options->out, "Write the changed drawing here instead of over the old one", "FILE"},
             {"--module", &options->module, "The plug-in, else ZanBrenvolt.kvx beside the program", "FILE"}}}),
-      .footer =
-          "What was changed by hand in the circuit is lost, which is reported; the keys of --set are "
-          "the columns of a motor "
-          "list and the CODEs of the worksheet. A fixed wire size that no longer fits, and a protection "
-          "that is above its limit since then, are reported; the exit code is then 5.",
+      .footer = "What was changed by hand in the circuit is lost, which is reported; the keys of --set are "
+                "the columns of a motor "
+                "list and the CODEs of the worksheet. A fixed wire size that does not fit any more, and a "
+                "protection "
+                "that is above its limit since then, are reported; the exit code is then 5.",
       .examples =
           {"brenvolt rebuild motor.json --circuit MTR1 --set load=15 --set units=HP --site site",
            "brenvolt rebuild motor.json --circuit MTR1 --set load=10 --copy P-2 --at 0,-250 --site site"},
