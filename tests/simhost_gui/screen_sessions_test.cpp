@@ -179,8 +179,8 @@ TEST_SUITE("screen") {
       ScreenSession::keys({QStringLiteral("ctrl+z")});
     });
     desk.atMain(QStringLiteral("undone"), [&] {
-      ScreenSession::move(desk.gui.window.view(), desk.gui.pixel(160, -10) - QPoint(3, 3));
-      ScreenSession::click(desk.gui.window.view(), desk.gui.pixel(160, -10));
+      ScreenSession::move(desk.gui.window.view(), desk.gui.pixel(165, -10) - QPoint(3, 3));
+      ScreenSession::click(desk.gui.window.view(), desk.gui.pixel(165, -10));
     });
     desk.atMain(QStringLiteral("properties"), [&] {
       CHECK_FALSE(desk.gui.window.status().hoverText().contains(QStringLiteral("block-reference")));
@@ -194,7 +194,7 @@ TEST_SUITE("screen") {
     desk.steps.step(
         QStringLiteral("refused"),
         [&] { return desk.gui.window.status().text() == desk.gui.texts(HostText::onlyComponentFits); },
-        [&] { ScreenSession::click(desk.gui.window.view(), desk.gui.pixel(160, -10)); });
+        [&] { ScreenSession::click(desk.gui.window.view(), desk.gui.pixel(165, -10)); });
     desk.steps.inWindow(QStringLiteral("ZanDlgWireSelect"), QStringLiteral("again"), [](QWidget&) {
       ScreenSession::keys({QStringLiteral("Escape")});
     });
