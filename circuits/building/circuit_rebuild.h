@@ -27,12 +27,12 @@ namespace circuits {
 /// each. Throws BadInput with all reasons, a line each, and the drawing is as before then.
 std::vector<std::string> rebuildCircuit(simhost::SiteRun& run, const RebuildRequest& request);
 
-/// Builds the circuit once more, as a new one, with the choices of the request. `tag`: as a motor list names it; empty
-/// for a circuit that has none, whose tags the site counts on. Errors as above.
 struct CopiedCircuit {
   std::wstring id;
-  std::vector<std::string> findings; ///< as above
+  std::vector<std::string> findings; ///< what needs a look in its wires, a sentence each
 };
+/// Builds the circuit once more, as a new one, with the choices of the request. `tag`: as a motor list names it; empty
+/// for a circuit that has none, whose tags the site counts on. Errors as above.
 CopiedCircuit copyCircuit(
     simhost::SiteRun& run, const RebuildRequest& request, const std::wstring& tag, const KvPoint3d& at);
 

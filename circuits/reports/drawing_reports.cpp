@@ -159,8 +159,7 @@ const std::array<KindRow, 6>& kinds() {
            L" loads have a breaker or fuse above the limit for their small conductors (NEC 240.4(D)): choose "
            L"larger conductors.",
            L" motors have a feeder that is too small, or whose breaker or fuse is above its limit or has an "
-           L"unknown one "
-           L"(NEC 430.24, 430.62): choose larger conductors or a smaller rating."}},
+           L"unknown one (NEC 430.24, 430.62): choose larger conductors or a smaller rating."}},
       KindRow{
           "cables",
           ReportKind::cables,

@@ -264,7 +264,10 @@ std::set<std::size_t> Protections::fedBehind(std::size_t device, wchar_t loadSid
   return found;
 }
 
-std::vector<std::wstring> tooLargeProtections(const Sheet& sheet) {
+namespace {
+
+std::vector<std::wstring> faultsOf(const simhost::DrawingDatabase& drawing) {
+  const Sheet sheet = readSheet(drawing, {});
   const Protections protections(sheet);
   std::vector<std::wstring> texts;
   for (const Device& device : sheet.netlist.devices) {
@@ -277,6 +280,19 @@ std::vector<std::wstring> tooLargeProtections(const Sheet& sheet) {
           protection.feeder + L": choose larger conductors or a smaller rating (NEC 430.24, 430.62)");
   }
   return sortedOnce(std::move(texts));
+}
+
+} // namespace
+
+NewProtectionFaults::NewProtectionFaults(const simhost::DrawingDatabase& drawing)
+    : drawing_(drawing), former_(faultsOf(drawing)) {}
+
+std::vector<std::wstring> NewProtectionFaults::texts() const {
+  std::vector<std::wstring> texts = faultsOf(drawing_);
+  std::erase_if(texts, [this](const std::wstring& text) {
+    return std::find(former_.begin(), former_.end(), text) != former_.end();
+  });
+  return texts;
 }
 
 } // namespace circuits

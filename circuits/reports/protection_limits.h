@@ -55,7 +55,18 @@ private:
   std::vector<std::vector<std::size_t>> pins_; ///< by device
 };
 
-/// A text for each load and for each feeder of which a breaker or fuse is above its limit, with what to do.
-[[nodiscard]] std::vector<std::wstring> tooLargeProtections(const Sheet& sheet);
+/// What a build adds to a drawing, which can hold other circuits, in breakers and fuses above their limit.
+class NewProtectionFaults final {
+public:
+  /// Those that the drawing has now are not new. It must outlive this.
+  explicit NewProtectionFaults(const simhost::DrawingDatabase& drawing);
+
+  /// A text for each load and for each feeder, with what to do.
+  [[nodiscard]] std::vector<std::wstring> texts() const;
+
+private:
+  const simhost::DrawingDatabase& drawing_;
+  std::vector<std::wstring> former_;
+};
 
 } // namespace circuits

@@ -13,7 +13,6 @@
 #include "simhost/site/site_database.h"
 #include "text/encoding.h"
 
-#include <algorithm>
 #include <array>
 #include <cmath>
 #include <cstdio>
@@ -83,22 +82,6 @@ void saveBuilds(HostRun& host, const std::wstring& name, bool& isUnsaved) {
   host.interpreter().define(CircuitRecorder::buildFunction, 1, 1, build);
 }
 
-std::vector<std::wstring> protectionFaults(HostRun& host) {
-  const DrawingDatabase& drawing = host.session().documents().current()->drawing();
-  return circuits::tooLargeProtections(circuits::readSheet(drawing, {}));
-}
-
-/// Reports what the build has added to these faults of the drawing. False for nothing.
-bool reportProtection(HostRun& host, const std::vector<std::wstring>& before) {
-  bool isReported = false;
-  for (const std::wstring& fault : protectionFaults(host)) {
-    if (std::find(before.begin(), before.end(), fault) != before.end()) continue;
-    std::fprintf(stderr, "brenvolt: %s\n", toUtf8(fault).c_str());
-    isReported = true;
-  }
-  return isReported;
-}
-
 ExitCode runDraw(DrawOptions& options) {
   if (options.host.save.empty()) throw CannotWrite("--out: name a file");
   if (!std::isfinite(options.run.at[0]) || !std::isfinite(options.run.at[1]))
@@ -128,7 +111,7 @@ ExitCode runDraw(DrawOptions& options) {
   useProject(host, options.run.project);
   bool isUnsaved = false;
   if (!options.saveHistory.empty()) saveBuilds(host, brenvolt::fromUtf8(options.saveHistory[0]), isUnsaved);
-  const std::vector<std::wstring> faultsBefore = protectionFaults(host);
+  const circuits::NewProtectionFaults protection(host.session().documents().current()->drawing());
   std::vector<std::string> failures;
   if (options.keepsGoing) noteFailures(host.session(), failures);
   if (asks) host.recordAsSession(options.run);
@@ -147,7 +130,10 @@ ExitCode runDraw(DrawOptions& options) {
   if (!isBuilt) throw BadInput(name + (asks ? ": the build failed or was cancelled" : ": the build failed"));
   host.writeResults();
   std::printf("%s: %s\n", name.c_str(), options.host.save.c_str());
-  if (reportProtection(host, faultsBefore)) return ExitCode::findings;
+  const std::vector<std::wstring> faults = protection.texts();
+  for (const std::wstring& fault : faults)
+    std::fprintf(stderr, "brenvolt: %s\n", toUtf8(fault).c_str());
+  if (!faults.empty()) return ExitCode::findings;
   // The module has said at which markers, and which tables.
   for (const wchar_t* symbol : {L"GBL_qn_bv_unsized_wires", L"GBL_qn_bv_table_problems"})
     if (const lisp::Symbol* const count = host.interpreter().symbols().find(symbol))

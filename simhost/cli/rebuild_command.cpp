@@ -11,7 +11,6 @@
 #include "text/encoding.h"
 #include "text/split.h"
 
-#include <algorithm>
 #include <cstdio>
 #include <memory>
 #include <string>
@@ -67,8 +66,7 @@ ExitCode runRebuild(const RebuildOptions& options) {
   request.circuit = circuit.id;
   const std::wstring warning =
       options.copyAs.empty() ? circuits::rebuildWarning(drawing, circuit) : std::wstring();
-  const std::vector<std::wstring> faultsBefore =
-      circuits::tooLargeProtections(circuits::readSheet(drawing, {}));
+  const circuits::NewProtectionFaults protection(drawing);
   std::vector<std::string> findings;
   if (options.copyAs.empty())
     findings = circuits::rebuildCircuit(site, request);
@@ -76,9 +74,8 @@ ExitCode runRebuild(const RebuildOptions& options) {
     findings =
         circuits::copyCircuit(site, request, fromUtf8(options.copyAs), {options.at[0], options.at[1], 0.0})
             .findings;
-  for (const std::wstring& fault : circuits::tooLargeProtections(circuits::readSheet(drawing, {})))
-    if (std::find(faultsBefore.begin(), faultsBefore.end(), fault) == faultsBefore.end())
-      findings.push_back(toUtf8(fault));
+  for (const std::wstring& fault : protection.texts())
+    findings.push_back(toUtf8(fault));
   const std::string& out = options.out.empty() ? options.drawing : options.out;
   if (const Fault fault = saveDrawing(drawing, fromUtf8(out))) throw CannotWrite(toUtf8(*fault));
   if (!warning.empty()) std::fprintf(stderr, "brenvolt: %s\n", toUtf8(warning).c_str());
@@ -113,10 +110,10 @@ CommandTable rebuildCommand() {
            {{"--out", &options->out, "Write the changed drawing here instead of over the old one", "FILE"},
             {"--module", &options->module, "The plug-in, else ZanBrenvolt.kvx beside the program", "FILE"}}}),
       .footer = "What was changed by hand in the circuit is lost, which is reported; the keys of --set are "
-                "the columns of a motor "
-                "list and the CODEs of the worksheet. A fixed wire size that does not fit any more, and a "
-                "protection "
-                "that is above its limit since then, are reported; the exit code is then 5.",
+                "the columns "
+                "of a motor list and the CODEs of the worksheet. A fixed wire size that does not fit any "
+                "more, and a "
+                "protection that is above its limit since then, are reported; the exit code is then 5.",
       .examples =
           {"brenvolt rebuild motor.json --circuit MTR1 --set load=15 --set units=HP --site site",
            "brenvolt rebuild motor.json --circuit MTR1 --set load=10 --copy P-2 --at 0,-250 --site site"},

@@ -42,10 +42,6 @@ std::size_t fillIndexOf(const std::vector<std::wstring>& ranges, int conductors)
   return ranges.size() - 1;
 }
 
-} // namespace
-
-namespace {
-
 /// The size that the current alone requires; empty where none is large enough.
 std::wstring smallestSize(
     brenvolt::WireTableCache& tables, const brenvolt::WireDefaults& defaults, const WireRequest& request) {

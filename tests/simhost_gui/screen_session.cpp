@@ -5,6 +5,7 @@
 #include <QApplication>
 #include <QDir>
 #include <QElapsedTimer>
+#include <QKeyEvent>
 #include <QLabel>
 #include <QPainter>
 #include <QPixmap>
@@ -32,7 +33,8 @@ QStringList pixelOf(const QWidget& widget, const QPoint& place) {
   return {QString::number(qRound(pixel.x())), QString::number(qRound(pixel.y()))};
 }
 
-/// After a lost step: what is open keeps the test from its end. Yes to leaving, where that is asked.
+/// After a lost step: what is open keeps the test from its end. Yes to leaving, where that is asked; Escape where the main
+/// window waits for a pick.
 void leaveDialogs() {
   for (QWidget* window : QApplication::topLevelWidgets()) {
     if (!window->isVisible() || !window->inherits("QDialog")) continue;
@@ -40,6 +42,10 @@ void leaveDialogs() {
     if (leaves != nullptr) return leaves->click();
     if (window->isModal() || QApplication::activeModalWidget() == nullptr)
       return static_cast<void>(window->close());
+  }
+  if (QWidget* const focus = QApplication::focusWidget()) {
+    QKeyEvent escape(QEvent::KeyPress, Qt::Key_Escape, Qt::NoModifier);
+    QApplication::sendEvent(focus, &escape);
   }
 }
 

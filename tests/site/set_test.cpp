@@ -269,14 +269,12 @@ TEST_CASE("a size that a list fixes is that of the conductors, and stays when th
   checkHolds(
       refused.errors,
       {"row 2, column wire-size: the tables have no size \"5 AWG\" with an ampacity at 75C; its neighbours "
-       "are "
-       "6 AWG and 4 AWG",
+       "are 6 AWG and 4 AWG",
        "row 3, column wire-size: the tables have no size \"thick\"",
        "row 3, column load: the table has no 99",
        "row 4, column wire-size: a circuit of this type has no motor", "row 5, column wire-size: comes from",
        "row 6, column wire-size: the tables have no size \"3\" with an ampacity at 70C; its neighbours are "
-       "2.5 "
-       "mm2 and 4 mm2"});
+       "2.5 mm2 and 4 mm2"});
   write("H-1,Power feeds,Single-phase,Heater,3,kW,240,1,,65,FT,12 AWG,,\n"
         "P-2,Three-phase motors,Direct on line,,10,HP,460,3,1800,1200,FT,14,,\n"
         "P-3,Three-phase motors,\"Two motors, one feeder\",,10,HP,460,3,1800,120,FT,8,,\n"
